@@ -1,0 +1,45 @@
+# Everything goes through CMake presets; this file only gives the everyday commands their short names.
+#
+#   make run     set up, build, and start the receiver beside the simulated Pro Tools
+#   make test    set up, build, and pass all tests
+
+SECONDS ?= 60
+SEEDS ?= 200
+JOBS ?= $(shell nproc)
+BIN := build/release/bin
+
+.DEFAULT_GOAL := build
+.PHONY: setup build run demo test bench simulate fuzz check format
+
+setup:
+	@scripts/setup.sh
+
+build: setup
+	@scripts/build.sh release $(JOBS)
+
+run: build
+	@$(BIN)/lumbrine-demo
+
+# A tour without anybody at the keys: a scripted client moves, presses and takes over, in under 30 seconds.
+demo: build
+	@$(BIN)/lumbrine-demo --tour
+
+test: build
+	@ctest --preset release -j $(JOBS)
+
+bench: build
+	@scripts/bench.sh $(BIN)
+
+# make simulate SEEDS=10000
+simulate: build
+	@$(BIN)/simulation_tests --seeds $(SEEDS)
+
+# make fuzz SECONDS=600
+fuzz: setup
+	@scripts/fuzz.sh $(SECONDS) $(JOBS)
+
+check: setup
+	@scripts/check.sh $(JOBS)
+
+format: setup
+	@git ls-files '*.h' '*.cpp' | xargs clang-format-19 -i

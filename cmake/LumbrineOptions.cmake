@@ -1,0 +1,46 @@
+# Compiler settings that every target shares.
+option(LUMBRINE_WERROR "Treat warnings as errors" ON)
+option(LUMBRINE_FUZZERS "Build the libFuzzer targets (Clang only)" OFF)
+option(LUMBRINE_COVERAGE "Instrument for coverage" OFF)
+set(LUMBRINE_SANITIZE "" CACHE STRING "Value of -fsanitize=, empty for none")
+
+set(CMAKE_CXX_STANDARD 23)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+    # Relative paths and no directory in the hash, so that every checkout shares the cache. The precompiled header is
+    # named by its content, not by its time.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        ${CMAKE_COMMAND} -E env CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1
+        CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE_PROGRAM})
+    if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+        add_compile_options("SHELL:-Xclang -fno-pch-timestamp")
+    else()
+        add_compile_options(-fpch-preprocess)
+    endif()
+endif()
+
+# Threads everywhere, said the same way everywhere, or precompiled headers do not fit.
+add_compile_options(-pthread)
+add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    add_compile_options(-Wthread-safety)
+endif()
+if(LUMBRINE_WERROR)
+    add_compile_options(-Werror)
+endif()
+if(LUMBRINE_SANITIZE)
+    add_compile_options(-fsanitize=${LUMBRINE_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${LUMBRINE_SANITIZE})
+endif()
+if(LUMBRINE_COVERAGE)
+    add_compile_options(--coverage)
+    add_link_options(--coverage)
+endif()
+
+find_package(Threads REQUIRED)
+find_package(PkgConfig REQUIRED)

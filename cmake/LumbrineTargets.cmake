@@ -1,0 +1,76 @@
+# One function for each kind of target, so that a module's CMakeLists.txt is a list of its files.
+
+# What nearly every file includes is compiled once for all programs and libraries, and once more for all tests.
+file(WRITE "${CMAKE_BINARY_DIR}/precompiled.cpp" "")
+
+function(lumbrine_precompile name)
+    cmake_parse_arguments(ARG "" "" "HEADERS;DEPENDS" ${ARGN})
+    add_library(${name} OBJECT "${CMAKE_BINARY_DIR}/precompiled.cpp")
+    target_link_libraries(${name} PRIVATE ${ARG_DEPENDS} Threads::Threads)
+    target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
+endfunction()
+
+lumbrine_precompile(lumbrine_common_headers
+    HEADERS <algorithm> <array> <cstdint> <functional> <map> <memory> <optional> <span> <string> <string_view> <variant>
+        <vector>)
+if(NOT LUMBRINE_FUZZERS)
+    find_package(GTest REQUIRED)
+    lumbrine_precompile(lumbrine_test_headers
+        DEPENDS GTest::gmock GTest::gtest_main
+        HEADERS <gmock/gmock.h> <gtest/gtest.h> <algorithm> <functional> <map> <memory> <optional> <string> <vector>)
+endif()
+
+# lumbrine_library(NAME SOURCES ... DEPENDS ...): a static library; includes are written from the top of the tree.
+function(lumbrine_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+    if(ARG_SOURCES)
+        add_library(${name} STATIC ${ARG_SOURCES})
+        target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}")
+        target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} Threads::Threads)
+        target_precompile_headers(${name} REUSE_FROM lumbrine_common_headers)
+    else()
+        add_library(${name} INTERFACE)
+        target_include_directories(${name} INTERFACE "${CMAKE_SOURCE_DIR}")
+        target_link_libraries(${name} INTERFACE ${ARG_DEPENDS} Threads::Threads)
+    endif()
+endfunction()
+
+# lumbrine_program(NAME SOURCES ... DEPENDS ...): an executable in build/<preset>/bin.
+function(lumbrine_program name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")
+    target_compile_definitions(${name} PRIVATE LUMBRINE_VERSION="${PROJECT_VERSION}")
+    target_link_libraries(${name} PRIVATE ${ARG_DEPENDS})
+endfunction()
+
+# lumbrine_test(NAME SOURCES ... DEPENDS ... TIMEOUT seconds LABELS ...): one GoogleTest program, one CTest entry.
+function(lumbrine_test name)
+    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
+    if(LUMBRINE_FUZZERS)
+        return()
+    endif()
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 120)
+    endif()
+    lumbrine_program(${name} SOURCES ${ARG_SOURCES} DEPENDS ${ARG_DEPENDS} GTest::gmock GTest::gtest_main)
+    target_compile_definitions(${name} PRIVATE LUMBRINE_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
+        LUMBRINE_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+    target_precompile_headers(${name} REUSE_FROM lumbrine_test_headers)
+    add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
+endfunction()
+
+# lumbrine_fuzzer(NAME SOURCES ... DEPENDS ...): a libFuzzer program; its seed corpus is fuzz/corpus/NAME.
+function(lumbrine_fuzzer name)
+    if(NOT LUMBRINE_FUZZERS)
+        return()
+    endif()
+    cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+    lumbrine_program(fuzz_${name} SOURCES ${ARG_SOURCES} DEPENDS ${ARG_DEPENDS})
+    target_link_options(fuzz_${name} PRIVATE -fsanitize=fuzzer)
+    if(NOT TARGET fuzzers)
+        add_custom_target(fuzzers)
+    endif()
+    add_dependencies(fuzzers fuzz_${name})
+endfunction()

@@ -1,0 +1,15 @@
+#!/usr/bin/env bash
+# bench.sh BIN: runs all benchmarks, ours and the peers' interleaved in one run, prints the table and what idling costs,
+# and writes build/bench.json.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+bin=$1
+mkdir -p build
+
+"$bin/lumbrine-benchmarks" --benchmark_repetitions=9 --benchmark_min_time=0.1 \
+    --benchmark_enable_random_interleaving=true --benchmark_out=build/bench-raw.json --benchmark_out_format=json \
+    >build/bench.log 2>&1 || { cat build/bench.log; exit 1; }
+"$bin/latency_benchmark" >build/bench-latency.json
+/usr/bin/python3 scripts/bench_table.py build/bench-raw.json build/bench-latency.json build/bench.json
+"$bin/virtual_time_bench"
+/usr/bin/python3 scripts/bench_idle.py "$bin"

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# check.sh [JOBS]: what a machine can say about the style: format, the tidy tests, clang-tidy.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+jobs=${1:-$(nproc)}
+
+echo '== clang-format'
+git ls-files '*.h' '*.cpp' | xargs -r clang-format-19 --dry-run --Werror
+
+echo '== tidy tests'
+scripts/build.sh release "$jobs" --target tidy_tests
+build/release/bin/tidy_tests --gtest_brief=1
+
+echo '== clang-tidy'
+# The product and its programs; tests are held to the compilers' warnings alone.
+scripts/build.sh debug "$jobs" --target lumbrine_common_headers
+git ls-files '*.cpp' |
+    grep -vE '(_test\.cpp$|^(tests|fuzz|benchmarks)/|^platform/macos/|/testing/)' |
+    xargs -P "$jobs" -n 4 clang-tidy-19 -p build/debug --quiet >build/clang-tidy.log 2>&1 || true
+if grep -E '(warning|error):' build/clang-tidy.log && [ "${CLANG_TIDY_FINDINGS:-fail}" != report ]; then
+    exit 1
+fi

@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# Installs what building and testing needs on Debian 12. Does nothing where all is there.
+set -euo pipefail
+
+packages=(
+    build-essential cmake ninja-build ccache pkg-config git
+    clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev llvm-19
+    libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev libncurses-dev
+    jackd2 libjack-jackd2-dev librtmidi-dev libasound2-dev
+    dbus avahi-daemon avahi-utils libavahi-client-dev
+    liblo-dev python3 python3-rtmidi
+)
+
+if ! command -v dpkg-query >/dev/null 2>&1; then
+    printf 'This is not a Debian system. Install the equivalents of these packages by hand, then build again:\n' >&2
+    printf '  %s\n' "${packages[@]}" >&2
+    exit 1
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+    status=$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null || true)
+    [ "$status" = installed ] || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+printf 'Installing: %s\n' "${missing[*]}"
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null 2>&1; then
+        printf 'Neither root nor sudo here. Install these packages, then build again: %s\n' "${missing[*]}" >&2
+        exit 1
+    fi
+    as_root=(sudo)
+fi
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" apt-get update -q
+# An install never starts a daemon: the tests bring up private ones.
+"${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}"
