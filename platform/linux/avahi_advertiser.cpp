@@ -1,0 +1,96 @@
+#include "platform/linux/avahi_advertiser.h"
+
+#include "platform/linux/avahi_session.h"
+#include "platform/linux/service_names.h"
+
+#include <avahi-client/publish.h>
+#include <avahi-common/alternative.h>
+#include <avahi-common/error.h>
+#include <avahi-common/malloc.h>
+
+#include <string>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+class AvahiAdvertisement final : public Advertisement, private AvahiSession::User {
+public:
+    explicit AvahiAdvertisement(const AdvertisedService& service)
+        : domain(withoutFinalDot(service.domain)), type(withoutFinalDot(service.type)),
+          wantedName(fittingServiceName(service.name)), port(service.port), name(wantedName), session(*this) {}
+
+private:
+    void up(AvahiClient* client) override {
+        if (group == nullptr) {
+            const auto onChange = [](AvahiEntryGroup* /*group*/, AvahiEntryGroupState state, void* self) {
+                static_cast<AvahiAdvertisement*>(self)->changed(state);
+            };
+            group = avahi_entry_group_new(client, onChange, this);
+        }
+        if (group == nullptr) {
+            session.startOver();
+        } else {
+            add();
+        }
+    }
+
+    void pause() override {
+        if (group != nullptr) avahi_entry_group_reset(group);
+    }
+
+    void down() override {
+        group = nullptr;
+        name = wantedName;
+    }
+
+    // Another service of this computer may have the name, which is told at once, or one of another computer, which is
+    // told by the group.
+    void add() {
+        avahi_entry_group_reset(group);
+        int result = addUnderName();
+        while (result == AVAHI_ERR_COLLISION) {
+            takeAnotherName();
+            result = addUnderName();
+        }
+        if (result == 0) avahi_entry_group_commit(group);
+    }
+
+    int addUnderName() {
+        return avahi_entry_group_add_service(group, AVAHI_IF_UNSPEC, AVAHI_PROTO_UNSPEC, AvahiPublishFlags{},
+                                             name.c_str(), type.c_str(), domain.c_str(), nullptr, port, nullptr);
+    }
+
+    void takeAnotherName() {
+        char* alternative = avahi_alternative_service_name(name.c_str());
+        name = alternative;
+        avahi_free(alternative);
+    }
+
+    void changed(AvahiEntryGroupState state) {
+        if (state == AVAHI_ENTRY_GROUP_COLLISION) {
+            takeAnotherName();
+            add();
+        } else if (state == AVAHI_ENTRY_GROUP_FAILURE) {
+            session.startOver();
+        }
+    }
+
+    const std::string domain;
+    const std::string type;
+    const std::string wantedName;
+    const std::uint16_t port;
+
+    std::string name; // the one that is tried or published
+    AvahiEntryGroup* group = nullptr;
+    AvahiSession session; // the first to go: nothing is called after that
+};
+
+} // namespace
+
+std::unique_ptr<Advertisement> AvahiAdvertiser::publish(AdvertisedService service) {
+    return std::make_unique<AvahiAdvertisement>(service);
+}
+
+} // namespace lumbrine

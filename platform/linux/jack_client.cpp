@@ -1,0 +1,133 @@
+#include "platform/linux/jack_client.h"
+
+#include <jack/jack.h>
+
+#include <numeric>
+#include <utility>
+#include <vector>
+
+namespace lumbrine {
+
+namespace {
+
+MIDIStatus statusOf(jack_status_t status) {
+    return status != 0 ? static_cast<MIDIStatus>(status) : static_cast<MIDIStatus>(JackFailure);
+}
+
+} // namespace
+
+JackClient::JackClient(Runtime& rt, JackServer& jackServer, std::string clientName, Reviewer changeReviewer)
+    : runtime(rt), server(jackServer), name(std::move(clientName)), reviewer(std::move(changeReviewer)) {}
+
+JackClient::~JackClient() {
+    if (started) server.remove(*this);
+    stopping = true;
+    arrivals.ring();
+    receiver.reset();
+}
+
+MIDIStatus JackClient::start() {
+    started = true;
+    return server.add(*this);
+}
+
+JackOutput* JackClient::addOutput(const std::string& portName) {
+    auto port = std::make_unique<JackOutput>(runtime, portName, live);
+    JackOutput* const added = port.get();
+    return add(std::move(port)) ? added : nullptr;
+}
+
+JackInput* JackClient::addInput(const std::string& portName, std::function<void(ByteView)> read) {
+    auto port = std::make_unique<JackInput>(portName, std::move(read));
+    JackInput* const added = port.get();
+    if (!add(std::move(port))) return nullptr;
+    if (!receiver) receiver = runtime.startThread("midi receive", [this] { receive(); });
+    return added;
+}
+
+bool JackClient::add(std::unique_ptr<JackPort> port) {
+    bool added = false;
+    server.run([this, &port, &added] {
+        const std::size_t count = portCount;
+        if (count == maxPorts || (client != nullptr && !port->registerWith(client))) return;
+        ports[count] = std::move(port);
+        portCount.store(count + 1, std::memory_order_release);
+        added = true;
+    });
+    return added;
+}
+
+std::uint64_t JackClient::dropped() const {
+    return std::accumulate(ports.begin(),
+                           ports.begin() + static_cast<std::ptrdiff_t>(portCount.load(std::memory_order_acquire)),
+                           std::uint64_t{0}, [](std::uint64_t sum, const auto& port) { return sum + port->dropped(); });
+}
+
+MIDIStatus JackClient::open() {
+    jack_status_t status{};
+    client = jack_client_open(name.c_str(), JackNoStartServer, &status);
+    if (client == nullptr) return statusOf(status);
+
+    const std::size_t count = portCount;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (ports[i]->registerWith(client)) continue;
+        close();
+        return JackFailure;
+    }
+    live = true;
+    setCallbacks();
+    if (jack_activate(client) == 0) return 0;
+    close();
+    return JackFailure;
+}
+
+void JackClient::setCallbacks() {
+    jack_set_process_callback(client, &JackClient::process, this);
+    const auto onShutdown = [](jack_status_t /*code*/, const char* /*reason*/, void* self) {
+        static_cast<JackClient*>(self)->live = false;
+        static_cast<JackClient*>(self)->server.look();
+    };
+    jack_on_info_shutdown(client, onShutdown, this);
+    if (!reviewer) return;
+
+    // JACK must not be called from these; the server thread looks for itself.
+    const auto onPort = [](jack_port_id_t /*port*/, int /*there*/, void* self) {
+        static_cast<JackClient*>(self)->server.look();
+    };
+    const auto onConnection = [](jack_port_id_t /*a*/, jack_port_id_t /*b*/, int /*connected*/, void* self) {
+        static_cast<JackClient*>(self)->server.look();
+    };
+    jack_set_port_registration_callback(client, onPort, this);
+    jack_set_port_connect_callback(client, onConnection, this);
+}
+
+void JackClient::close() {
+    live = false;
+    if (client == nullptr) return;
+    jack_client_close(std::exchange(client, nullptr));
+    if (reviewer) reviewer(nullptr);
+}
+
+int JackClient::process(jack_nframes_t frames, void* self) {
+    auto& me = *static_cast<JackClient*>(self);
+    const std::size_t count = me.portCount.load(std::memory_order_acquire);
+    bool arrived = false;
+    me.server.beginCycle();
+    for (std::size_t i = 0; i < count; ++i)
+        arrived |= me.ports[i]->process(frames);
+    me.server.endCycle();
+    if (arrived) me.arrivals.ring();
+    return 0;
+}
+
+void JackClient::receive() {
+    std::vector<std::uint8_t> scratch(jackPortCapacity);
+    while (!stopping) {
+        arrivals.wait();
+        const std::size_t count = portCount.load(std::memory_order_acquire);
+        for (std::size_t i = 0; i < count; ++i)
+            ports[i]->deliver(scratch);
+    }
+}
+
+} // namespace lumbrine

@@ -1,0 +1,91 @@
+#include "platform/linux/jack_midi_connections.h"
+
+#include "platform/linux/jack_client.h"
+
+#include <jack/jack.h>
+
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace lumbrine {
+
+namespace {
+
+// Full names of the ports, of whatever client, that have this short name.
+std::vector<std::string> portsNamed(jack_client_t* client, std::string_view shortName, unsigned long flags) {
+    const std::unique_ptr<const char*, decltype(&jack_free)> all(
+        jack_get_ports(client, nullptr, JACK_DEFAULT_MIDI_TYPE, flags), &jack_free);
+    std::vector<std::string> found;
+    for (const char** name = all.get(); name != nullptr && *name != nullptr; ++name) {
+        const std::string_view full = *name;
+        if (full.substr(full.find(':') + 1) == shortName) found.emplace_back(full);
+    }
+    return found;
+}
+
+enum class Link { absent, made, pending };
+
+class JackMIDIConnection final : public MIDIConnection {
+public:
+    JackMIDIConnection(Runtime& runtime, std::shared_ptr<JackServer> jackServer, std::string portName,
+                       std::function<void(ByteView)> incoming)
+        : name(std::move(portName)), server(std::move(jackServer)),
+          client(runtime, *server, name + " host", [this](jack_client_t* opened) { return review(opened); }) {
+        output = client.addOutput(name + " out");
+        input = client.addInput(name + " in", std::move(incoming));
+        client.start();
+    }
+
+    void send(ByteView message) override { output->send(message); }
+    bool connected() const override { return !client.lost() && isConnected; }
+
+private:
+    bool review(jack_client_t* opened) {
+        if (opened == nullptr) {
+            isConnected = false;
+            return true;
+        }
+        const Link fromSource = connectFirst(opened, JackPortIsOutput);
+        const Link toDestination = connectFirst(opened, JackPortIsInput);
+        isConnected = fromSource == Link::made && toDestination == Link::made;
+        return fromSource != Link::pending && toDestination != Link::pending;
+    }
+
+    Link connectFirst(jack_client_t* opened, unsigned long flags) {
+        const std::vector<std::string> candidates = portsNamed(opened, name, flags);
+        if (candidates.empty()) return Link::absent;
+        const bool fromThem = flags == JackPortIsOutput;
+        const JackPort& mine = fromThem ? static_cast<const JackPort&>(*input) : *output;
+        for (const std::string& candidate : candidates)
+            if (mine.isConnectedTo(candidate)) return Link::made;
+        const std::string own = mine.fullName();
+        const std::string& theirs = candidates.front();
+        // JACK carries nothing over a connection before it counts it at the start of one of the next cycles.
+        if (fromThem) {
+            jack_connect(opened, theirs.c_str(), own.c_str());
+        } else {
+            jack_connect(opened, own.c_str(), theirs.c_str());
+        }
+        return Link::pending;
+    }
+
+    const std::string name;
+    const std::shared_ptr<JackServer> server;
+    std::atomic<bool> isConnected{false};
+    JackOutput* output = nullptr;
+    JackInput* input = nullptr;
+    JackClient client;
+};
+
+} // namespace
+
+JackMIDIConnections::JackMIDIConnections(Runtime& rt, std::shared_ptr<JackServer> jackServer)
+    : runtime(rt), server(std::move(jackServer)) {}
+
+std::unique_ptr<MIDIConnection> JackMIDIConnections::connect(const std::string& portName,
+                                                             std::function<void(ByteView)> incoming) {
+    return std::make_unique<JackMIDIConnection>(runtime, server, portName, std::move(incoming));
+}
+
+} // namespace lumbrine

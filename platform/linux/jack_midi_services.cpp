@@ -1,0 +1,68 @@
+#include "platform/linux/jack_midi_services.h"
+
+#include "base/midi_packet_list.h"
+#include "platform/linux/read_in_packets.h"
+
+#include <jack/types.h>
+
+#include <cerrno>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr MIDIEndpointRef firstDestination = 0x100; // apart from the sources
+
+} // namespace
+
+JackMIDIServices::JackMIDIServices(Runtime& rt, std::shared_ptr<JackServer> jackServer)
+    : runtime(rt), server(std::move(jackServer)) {}
+
+MIDIStatus JackMIDIServices::createClient(const std::string& name, MIDIClientRef& client) {
+    if (!sources) {
+        auto newSources = std::make_unique<JackClient>(runtime, *server, name);
+        auto newDestinations = std::make_unique<JackClient>(runtime, *server, name);
+        if (const MIDIStatus status = newSources->start(); status != 0) return status;
+        if (const MIDIStatus status = newDestinations->start(); status != 0) return status;
+        sources = std::move(newSources);
+        destinations = std::move(newDestinations);
+    }
+    client = ++clientCount;
+    return 0;
+}
+
+MIDIStatus JackMIDIServices::createSource(MIDIClientRef client, const std::string& name, MIDIEndpointRef& source) {
+    if (client == 0 || client > clientCount) return -EINVAL;
+    JackOutput* const output = sources->addOutput(name);
+    if (output == nullptr) return JackFailure;
+    source = ++sourceCount;
+    outputs[source] = output;
+    return 0;
+}
+
+MIDIStatus JackMIDIServices::createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
+                                               MIDIEndpointRef& destination) {
+    if (client == 0 || client > clientCount) return -EINVAL;
+    auto readEvent = [read = std::move(read)](ByteView event) { readInPackets(event, read); };
+    if (destinations->addInput(name, std::move(readEvent)) == nullptr) return JackFailure;
+    destination = firstDestination + destinationCount++;
+    return 0;
+}
+
+MIDIStatus JackMIDIServices::setUniqueID(MIDIEndpointRef /*endpoint*/, std::int32_t /*uniqueID*/) {
+    return 0;
+}
+
+MIDIStatus JackMIDIServices::received(MIDIEndpointRef source, ByteView packetList) {
+    JackOutput* const output = source < outputs.size() ? outputs[source].load() : nullptr;
+    if (output == nullptr) return -EINVAL;
+    forEachPacket(packetList, [output](ByteView event) { output->send(event); });
+    return 0;
+}
+
+std::uint64_t JackMIDIServices::dropped() const {
+    return sources ? sources->dropped() + destinations->dropped() : 0;
+}
+
+} // namespace lumbrine

@@ -1,0 +1,75 @@
+#include "platform/linux/jack_ports.h"
+
+#include <jack/jack.h>
+#include <jack/midiport.h>
+
+namespace lumbrine {
+
+bool JackPort::registerWith(jack_client_t* client) {
+    forget();
+    port = jack_port_register(client, name.c_str(), JACK_DEFAULT_MIDI_TYPE, flags, 0);
+    return port != nullptr;
+}
+
+std::string JackPort::fullName() const {
+    return jack_port_name(port);
+}
+
+bool JackPort::isConnectedTo(const std::string& otherFullName) const {
+    return jack_port_connected_to(port, otherFullName.c_str()) != 0;
+}
+
+JackOutput::JackOutput(Runtime& runtime, std::string portName, const std::atomic<bool>& live)
+    : JackPort(std::move(portName), JackPortIsOutput), serverIsThere(live), mutex(runtime), ring(jackPortCapacity) {}
+
+void JackOutput::send(ByteView event) {
+    const Lock lock(mutex);
+    if (serverIsThere && !event.empty() && !ring.push(event)) ++droppedCount;
+}
+
+bool JackOutput::process(jack_nframes_t frames) {
+    void* buffer = jack_port_get_buffer(port, frames);
+    jack_midi_clear_buffer(buffer);
+    const std::size_t largest = jack_midi_max_event_size(buffer);
+    while (const std::size_t size = ring.nextSize()) {
+        if (size > largest) { // no cycle will ever have room for it
+            ring.drop();
+            ++droppedCount;
+            continue;
+        }
+        if (size > jack_midi_max_event_size(buffer)) break; // the next cycle has room again
+        jack_midi_data_t* place = jack_midi_event_reserve(buffer, 0, size);
+        if (place == nullptr) break;
+        ring.pop({place, size});
+    }
+    return false;
+}
+
+void JackOutput::forget() {
+    const Lock lock(mutex);
+    ring.clear();
+}
+
+JackInput::JackInput(std::string portName, std::function<void(ByteView)> eventReader)
+    : JackPort(std::move(portName), JackPortIsInput), read(std::move(eventReader)), ring(jackPortCapacity) {}
+
+bool JackInput::process(jack_nframes_t frames) {
+    void* buffer = jack_port_get_buffer(port, frames);
+    const std::uint32_t count = jack_midi_get_event_count(buffer);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        jack_midi_event_t event{};
+        if (jack_midi_event_get(&event, buffer, i) != 0 || event.size == 0) continue;
+        if (!ring.push({event.buffer, event.size})) ++droppedCount;
+    }
+    return count > 0;
+}
+
+void JackInput::deliver(std::span<std::uint8_t> scratch) {
+    while (const std::size_t size = ring.nextSize()) {
+        const std::span<std::uint8_t> event = scratch.first(size);
+        ring.pop(event);
+        read(event);
+    }
+}
+
+} // namespace lumbrine

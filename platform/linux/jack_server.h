@@ -1,0 +1,95 @@
+// The process's link to the JACK server: keeps its clients there, and brings them back when the server was gone.
+//
+// Every call into libjack that is not made from a process callback is made on one thread, the server thread. It sleeps
+// until something happens; only while clients are away does it wake up by itself, once a second, to try again.
+#pragma once
+
+#include "platform/api/midi_services.h"
+#include "platform/api/runtime.h"
+#include "platform/linux/bell.h"
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace lumbrine {
+
+// One object for all JACK clients of a process: libjack wants every one of them closed after the server has died before
+// it opens the first one again.
+class JackServer {
+public:
+    // What lives at the server. All of it is called on the server thread.
+    class Client {
+    public:
+        virtual ~Client() = default;
+
+        // 0, or JACK's status (never 0) and nothing left open.
+        virtual MIDIStatus open() = 0;
+        virtual void close() = 0;
+
+        // True when the server has died or has thrown the open client out.
+        virtual bool lost() const = 0;
+
+        // Looks at what has changed at the server; false when it wants to look again soon.
+        virtual bool review() = 0;
+    };
+
+    // True when a server answers. Never starts one.
+    static bool answers();
+
+    explicit JackServer(Runtime& rt);
+
+    // All clients have been removed.
+    ~JackServer();
+
+    // Opens the client now; when that fails, returns why and goes on trying.
+    MIDIStatus add(Client& client);
+
+    // Closes the client; when this returns, it is not called any more.
+    void remove(Client& client);
+
+    // Runs a job on the server thread and waits for it.
+    void run(const std::function<void()>& work);
+
+    // Around a client's part of a cycle. JACK lets the clients of a process work one after another on the same buffers,
+    // by means that the language does not know; these say it in the language. Realtime threads.
+    void beginCycle() const { static_cast<void>(cycleParts.load(std::memory_order_acquire)); }
+    void endCycle() { cycleParts.fetch_add(1, std::memory_order_release); }
+
+    // Something has changed: a client was lost, a port came or went. Any thread, a realtime one too.
+    void look() { bell.ring(); }
+
+private:
+    struct Entry {
+        Client* client;
+        bool open;
+    };
+    struct Job {
+        const std::function<void()>& work;
+        Bell done;
+    };
+
+    void serve();
+    void waitForSomething();
+    void runJobs();
+    void closeAllWhenLost();
+    void reopen();
+
+    Runtime& runtime;
+    Bell bell;
+    std::atomic<std::uint64_t> cycleParts{0};
+    std::atomic<bool> stopping{false};
+    Mutex mutex;
+    std::vector<Job*> jobs LUMBRINE_GUARDED_BY(mutex);
+
+    // Of the server thread alone.
+    std::vector<Entry> entries;
+    TimePoint nextAttempt{};
+    bool reviewSoon = false;
+
+    std::unique_ptr<Thread> thread;
+};
+
+} // namespace lumbrine

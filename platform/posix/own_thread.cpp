@@ -1,0 +1,40 @@
+#include "platform/posix/own_thread.h"
+
+#include "platform/posix/os_thread.h"
+
+#include <utility>
+
+namespace lumbrine {
+
+OwnThread::OwnThread(std::string name, Task body)
+    : thread([threadName = std::move(name), job = std::move(body)]() mutable {
+          nameThisThread(threadName);
+          job();
+          job = Task{};
+      }) {}
+
+OwnThread::~OwnThread() {
+    thread.join();
+}
+
+OwnThreadQueue::OwnThreadQueue(std::string queueLabel, const std::atomic<bool>& stopping)
+    : name(std::move(queueLabel)), jobs(&stopping), thread([this] {
+          nameThisThread(std::string_view(name).substr(name.rfind('.') + 1));
+          jobs.run();
+      }) {}
+
+OwnThreadQueue::~OwnThreadQueue() {
+    jobs.stop();
+    thread.join();
+}
+
+void OwnThreadQueue::post(Task task) {
+    jobs.post(std::move(task));
+}
+
+void OwnThreadQueue::postAfter(Duration delay, Task task) {
+    if (delay <= Duration::zero()) return post(std::move(task));
+    jobs.postAt(TimedJobs::after(delay), std::move(task));
+}
+
+} // namespace lumbrine

@@ -1,0 +1,153 @@
+#include "platform/posix/posix_datagram_sockets.h"
+
+#include <netdb.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <memory>
+
+namespace lumbrine {
+
+namespace {
+
+static_assert(sizeof(sockaddr_storage) <= sizeof(PeerAddress::storage));
+
+sockaddr* systemAddress(PeerAddress& address) {
+    return reinterpret_cast<sockaddr*>(address.storage.data());
+}
+
+const sockaddr* systemAddress(const PeerAddress& address) {
+    return reinterpret_cast<const sockaddr*>(address.storage.data());
+}
+
+// A length field, where the system's sockaddr has one, is left 0: the calls take the length from their argument.
+PeerAddress addressOf(const in6_addr& host, std::uint16_t port) {
+    sockaddr_in6 system{};
+    system.sin6_family = AF_INET6;
+    system.sin6_addr = host;
+    system.sin6_port = htons(port);
+    PeerAddress address;
+    std::memcpy(address.storage.data(), &system, sizeof system);
+    address.length = sizeof system;
+    return address;
+}
+
+in6_addr mappedLoopback() {
+    constexpr std::array<std::uint8_t, 16> bytes{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF, 127, 0, 0, 1};
+    in6_addr host;
+    std::memcpy(&host, bytes.data(), bytes.size());
+    return host;
+}
+
+int orError(int result) {
+    return result < 0 ? -errno : result;
+}
+
+int setOption(int fd, int level, int option, int value) {
+    return orError(::setsockopt(fd, level, option, &value, sizeof value));
+}
+
+} // namespace
+
+int PosixDatagramSockets::open() {
+    return orError(::socket(AF_INET6, SOCK_DGRAM, 0));
+}
+
+int PosixDatagramSockets::setReuseAddress(int fd) {
+    return setOption(fd, SOL_SOCKET, SO_REUSEADDR, 1);
+}
+
+int PosixDatagramSockets::setDualStack(int fd) {
+    return setOption(fd, IPPROTO_IPV6, IPV6_V6ONLY, 0);
+}
+
+int PosixDatagramSockets::bind(int fd, std::uint16_t port) {
+    const PeerAddress address = addressOf(in6addr_any, port);
+    return orError(::bind(fd, systemAddress(address), address.length));
+}
+
+int PosixDatagramSockets::localPort(int fd) {
+    sockaddr_in6 system{};
+    socklen_t length = sizeof system;
+    if (::getsockname(fd, reinterpret_cast<sockaddr*>(&system), &length) < 0) return -errno;
+    return ntohs(system.sin6_port);
+}
+
+int PosixDatagramSockets::receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) {
+    if (isShutDown(fd)) return -ESHUTDOWN;
+    for (;;) {
+        socklen_t length = sizeof from.storage;
+        const auto received = ::recvfrom(fd, buffer.data(), buffer.size(), 0, systemAddress(from), &length);
+        const int failure = received < 0 ? errno : 0;
+        if (isShutDown(fd)) return -ESHUTDOWN;
+        from.length = length;
+        if (failure == 0) return static_cast<int>(received);
+        if (failure != EINTR) return -failure;
+    }
+}
+
+int PosixDatagramSockets::send(int fd, ByteView bytes, const PeerAddress& to) {
+    for (;;) {
+        const auto sent = ::sendto(fd, bytes.data(), bytes.size(), 0, systemAddress(to), to.length);
+        if (sent >= 0) return static_cast<int>(sent);
+        if (errno != EINTR) return -errno;
+    }
+}
+
+void PosixDatagramSockets::name(const PeerAddress& address, std::string& host, std::string& port) {
+    std::array<char, 1025> hostText{};
+    std::array<char, 32> portText{};
+    const int failed = ::getnameinfo(systemAddress(address), address.length, hostText.data(), hostText.size(),
+                                     portText.data(), portText.size(), NI_NUMERICHOST | NI_NUMERICSERV);
+    host.assign(failed != 0 ? "" : hostText.data());
+    port.assign(failed != 0 ? "" : portText.data());
+}
+
+bool PosixDatagramSockets::resolve(const std::string& host, std::uint16_t port, PeerAddress& address) {
+    addrinfo hints{};
+    hints.ai_family = AF_INET6;
+    hints.ai_socktype = SOCK_DGRAM;
+    hints.ai_flags = AI_V4MAPPED | AI_NUMERICSERV;
+    addrinfo* found = nullptr;
+    if (::getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &found) != 0) return false;
+    const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> release(found, &::freeaddrinfo);
+    if (found == nullptr || found->ai_addrlen > address.storage.size()) return false;
+    address = PeerAddress{};
+    std::memcpy(address.storage.data(), found->ai_addr, found->ai_addrlen);
+    address.length = found->ai_addrlen;
+    return true;
+}
+
+void PosixDatagramSockets::shutDown(int fd) {
+    {
+        const std::lock_guard held(lock);
+        shutDownSockets.insert(fd);
+        shutDownCount = static_cast<int>(shutDownSockets.size());
+    }
+    // Whoever waits in `receive` looks at the set above as soon as anything arrives, so an empty datagram to oneself
+    // wakes it on every system. Shutting the socket down does so on some only, but there even without a loopback
+    // interface.
+    if (const int port = localPort(fd); port > 0)
+        for (const in6_addr& loopback : {in6addr_loopback, mappedLoopback()})
+            send(fd, {}, addressOf(loopback, static_cast<std::uint16_t>(port)));
+    ::shutdown(fd, SHUT_RD);
+}
+
+void PosixDatagramSockets::close(int fd) {
+    const std::lock_guard held(lock);
+    shutDownSockets.erase(fd);
+    shutDownCount = static_cast<int>(shutDownSockets.size());
+    ::close(fd);
+}
+
+bool PosixDatagramSockets::isAmongShutDown(int fd) {
+    const std::lock_guard held(lock);
+    return shutDownSockets.contains(fd);
+}
+
+} // namespace lumbrine

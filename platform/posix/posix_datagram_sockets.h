@@ -1,0 +1,38 @@
+// The system's own UDP sockets.
+#pragma once
+
+#include "platform/api/datagram_sockets.h"
+
+#include <atomic>
+#include <mutex>
+#include <set>
+#include <span>
+
+namespace lumbrine {
+
+class PosixDatagramSockets final : public DatagramSockets {
+public:
+    int open() override;
+    int setReuseAddress(int fd) override;
+    int setDualStack(int fd) override;
+    int bind(int fd, std::uint16_t port) override;
+    int localPort(int fd) override;
+    int receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) override;
+    int send(int fd, ByteView bytes, const PeerAddress& to) override;
+    void name(const PeerAddress& address, std::string& host, std::string& port) override;
+    bool resolve(const std::string& host, std::uint16_t port, PeerAddress& address) override;
+
+    // A socket that was never bound has no port to be woken at: a `receive` that waits on one goes on waiting.
+    void shutDown(int fd) override;
+    void close(int fd) override;
+
+private:
+    bool isShutDown(int fd) { return shutDownCount != 0 && isAmongShutDown(fd); }
+    bool isAmongShutDown(int fd);
+
+    std::atomic<int> shutDownCount{0}; // spares `receive` the lock as long as no socket is shut down
+    std::mutex lock;
+    std::set<int> shutDownSockets; // of `lock`
+};
+
+} // namespace lumbrine

@@ -1,0 +1,226 @@
+#include "platform/posix/posix_datagram_sockets.h"
+
+#include <pthread.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <future>
+#include <optional>
+#include <thread>
+
+namespace lumbrine {
+namespace {
+
+using namespace std::chrono_literals;
+
+const std::string ipv4Loopback = "127.0.0.1";
+const std::string ipv6Loopback = "::1";
+
+// A socket bound to a free port, and one datagram at a time out of it.
+class BoundSocket {
+public:
+    explicit BoundSocket(PosixDatagramSockets& system) : sockets(system), fd(system.open()) {
+        EXPECT_GE(fd, 0);
+        EXPECT_EQ(sockets.setReuseAddress(fd), 0);
+        EXPECT_EQ(sockets.setDualStack(fd), 0);
+        EXPECT_EQ(sockets.bind(fd, 0), 0);
+    }
+    ~BoundSocket() { sockets.close(fd); }
+    BoundSocket(const BoundSocket&) = delete;
+    BoundSocket& operator=(const BoundSocket&) = delete;
+
+    std::uint16_t port() const { return static_cast<std::uint16_t>(sockets.localPort(fd)); }
+
+    int sendTo(const BoundSocket& other, const std::string& host, ByteView bytes) {
+        PeerAddress address;
+        EXPECT_TRUE(sockets.resolve(host, other.port(), address));
+        return sockets.send(fd, bytes, address);
+    }
+
+    Bytes receive() {
+        Bytes buffer(2048);
+        const int received = sockets.receive(fd, buffer, from);
+        EXPECT_GE(received, 0);
+        buffer.resize(static_cast<std::size_t>(std::max(received, 0)));
+        return buffer;
+    }
+
+    std::string senderName() {
+        std::string host;
+        std::string portText;
+        sockets.name(from, host, portText);
+        return host + ":" + portText;
+    }
+
+    PosixDatagramSockets& sockets;
+    const int fd;
+    PeerAddress from; // sender of the last datagram received
+};
+
+class PosixDatagramSocketsTest : public testing::Test {
+protected:
+    PosixDatagramSockets sockets;
+    BoundSocket receiver{sockets};
+    BoundSocket sender{sockets};
+};
+
+TEST_F(PosixDatagramSocketsTest, ReceivesFromIPv4AndIPv6PeersOnOneSocket) {
+    EXPECT_EQ(sender.sendTo(receiver, ipv4Loopback, Bytes{1, 2, 3}), 3);
+    EXPECT_EQ(receiver.receive(), (Bytes{1, 2, 3}));
+    EXPECT_EQ(receiver.senderName(), "::ffff:127.0.0.1:" + std::to_string(sender.port()));
+
+    EXPECT_EQ(sender.sendTo(receiver, ipv6Loopback, Bytes{4}), 1);
+    EXPECT_EQ(receiver.receive(), Bytes{4});
+    EXPECT_EQ(receiver.senderName(), "::1:" + std::to_string(sender.port()));
+}
+
+TEST_F(PosixDatagramSocketsTest, AnswersToTheAddressADatagramCameFrom) {
+    sender.sendTo(receiver, ipv4Loopback, Bytes{1});
+    receiver.receive();
+    EXPECT_EQ(sockets.send(receiver.fd, Bytes{0x01, 0x7F}, receiver.from), 2);
+    EXPECT_EQ(sender.receive(), (Bytes{0x01, 0x7F}));
+}
+
+TEST_F(PosixDatagramSocketsTest, GivesEqualAddressBytesForEqualPeers) {
+    sender.sendTo(receiver, ipv4Loopback, Bytes{1});
+    receiver.receive();
+    const PeerAddress first = receiver.from;
+    receiver.from = PeerAddress{};
+    sender.sendTo(receiver, ipv4Loopback, Bytes{2});
+    receiver.receive();
+    EXPECT_EQ(receiver.from.length, first.length);
+    EXPECT_LT(first.length, 128u);
+    EXPECT_EQ(receiver.from.storage, first.storage);
+}
+
+TEST_F(PosixDatagramSocketsTest, CutsALongDatagramToTheBuffer) {
+    Bytes datagram(2049, 0x55);
+    sender.sendTo(receiver, ipv4Loopback, datagram);
+    EXPECT_EQ(receiver.receive(), Bytes(2048, 0x55));
+    datagram.resize(2048);
+    sender.sendTo(receiver, ipv4Loopback, datagram);
+    EXPECT_EQ(receiver.receive(), datagram);
+}
+
+TEST_F(PosixDatagramSocketsTest, ReceivesAnEmptyDatagramAsZeroBytes) {
+    EXPECT_EQ(sender.sendTo(receiver, ipv4Loopback, Bytes{}), 0);
+    EXPECT_EQ(receiver.receive(), Bytes{});
+    EXPECT_EQ(receiver.senderName(), "::ffff:127.0.0.1:" + std::to_string(sender.port()));
+}
+
+TEST_F(PosixDatagramSocketsTest, RefusesAPortThatIsTaken) {
+    const int holder = sockets.open();
+    ASSERT_EQ(sockets.bind(holder, 0), 0);
+    const int second = sockets.open();
+    EXPECT_EQ(sockets.bind(second, static_cast<std::uint16_t>(sockets.localPort(holder))), -EADDRINUSE);
+    sockets.close(second);
+    sockets.close(holder);
+}
+
+TEST_F(PosixDatagramSocketsTest, ReturnsTheSystemsErrorForADescriptorThatIsNone) {
+    std::array<std::uint8_t, 16> buffer{};
+    PeerAddress address;
+    EXPECT_EQ(sockets.receive(-1, buffer, address), -EBADF);
+    EXPECT_EQ(sockets.send(-1, buffer, address), -EBADF);
+    EXPECT_EQ(sockets.bind(-1, 0), -EBADF);
+    EXPECT_EQ(sockets.localPort(-1), -EBADF);
+    EXPECT_EQ(sockets.setReuseAddress(-1), -EBADF);
+    EXPECT_EQ(sockets.setDualStack(-1), -EBADF);
+}
+
+TEST_F(PosixDatagramSocketsTest, CannotNameWhatIsNoAddress) {
+    std::string host = "before";
+    std::string port = "before";
+    sockets.name(PeerAddress{}, host, port);
+    EXPECT_EQ(host, "");
+    EXPECT_EQ(port, "");
+}
+
+TEST_F(PosixDatagramSocketsTest, FindsNoAddressBehindAnImpossibleHost) {
+    PeerAddress address;
+    EXPECT_FALSE(sockets.resolve(std::string(300, 'x'), 1, address));
+}
+
+TEST_F(PosixDatagramSocketsTest, GoesOnReceivingAfterASignal) {
+    struct sigaction action{};
+    action.sa_handler = [](int) {};
+    struct sigaction before{};
+    sigaction(SIGUSR1, &action, &before); // without SA_RESTART, so that the call is interrupted
+
+    std::promise<pthread_t> started;
+    auto received = std::async(std::launch::async, [&] {
+        started.set_value(pthread_self());
+        return receiver.receive();
+    });
+    const pthread_t thread = started.get_future().get();
+    for (int i = 0; i < 10; ++i) {
+        std::this_thread::sleep_for(1ms);
+        pthread_kill(thread, SIGUSR1);
+    }
+    sender.sendTo(receiver, ipv4Loopback, Bytes{7});
+    EXPECT_EQ(received.get(), Bytes{7});
+    sigaction(SIGUSR1, &before, nullptr);
+}
+
+// What `receive` returned once the socket had been shut down; absent when it still waits after ten seconds.
+std::optional<int> endOf(std::future<int>& waiting) {
+    if (waiting.wait_for(10s) != std::future_status::ready) return std::nullopt;
+    return waiting.get();
+}
+
+int receiveOnce(BoundSocket& socket) {
+    std::array<std::uint8_t, 16> buffer{};
+    return socket.sockets.receive(socket.fd, buffer, socket.from);
+}
+
+TEST_F(PosixDatagramSocketsTest, WakesAWaitingReceiveWhenShutDown) {
+    for (int round = 0; round < 100; ++round) {
+        BoundSocket socket(sockets);
+        auto waiting = std::async(std::launch::async, [&] { return receiveOnce(socket); });
+        if (round % 2 == 0) std::this_thread::sleep_for(1ms); // in its call, or about to make it
+        sockets.shutDown(socket.fd);
+        const auto result = endOf(waiting);
+        ASSERT_TRUE(result.has_value());
+        EXPECT_LT(*result, 0);
+    }
+}
+
+TEST_F(PosixDatagramSocketsTest, ReceivesNothingMoreOnceShutDown) {
+    sockets.shutDown(receiver.fd);
+    sender.sendTo(receiver, ipv4Loopback, Bytes{1});
+    EXPECT_LT(receiveOnce(receiver), 0);
+    EXPECT_LT(receiveOnce(receiver), 0);
+}
+
+TEST_F(PosixDatagramSocketsTest, ShutsDownASocketWhoseBufferIsFull) {
+    for (int i = 0; i < 2000; ++i)
+        sender.sendTo(receiver, ipv4Loopback, Bytes(1024));
+    sockets.shutDown(receiver.fd);
+    EXPECT_LT(receiveOnce(receiver), 0);
+}
+
+TEST_F(PosixDatagramSocketsTest, LeavesOtherSocketsAloneWhenOneIsShutDown) {
+    sockets.shutDown(sender.fd);
+    BoundSocket other(sockets);
+    other.sendTo(receiver, ipv4Loopback, Bytes{1});
+    EXPECT_EQ(receiver.receive(), Bytes{1});
+}
+
+TEST_F(PosixDatagramSocketsTest, ReceivesOnANewSocketThatGotTheNumberOfAClosedOne) {
+    int closed = -1;
+    {
+        BoundSocket socket(sockets);
+        closed = socket.fd;
+        sockets.shutDown(socket.fd);
+    }
+    BoundSocket socket(sockets);
+    ASSERT_EQ(socket.fd, closed);
+    sender.sendTo(socket, ipv6Loopback, Bytes{1});
+    EXPECT_EQ(socket.receive(), Bytes{1});
+}
+
+} // namespace
+} // namespace lumbrine

@@ -1,0 +1,97 @@
+#include "platform/posix/real_runtime.h"
+
+#include "platform/posix/own_thread.h"
+
+#include <chrono>
+#include <utility>
+
+namespace lumbrine {
+
+RealRuntime::RealRuntime(MainLoop& mainLoop)
+    : loop(mainLoop), delays(std::make_unique<OwnThreadQueue>("delays", stopping)) {}
+
+RealRuntime::~RealRuntime() {
+    shutDown();
+}
+
+void RealRuntime::shutDown() {
+    {
+        const std::lock_guard lock(mutex);
+        stopping = true;
+        ending.notify_all();
+        arrived.notify_all();
+    }
+    threads.stop();
+}
+
+TimePoint RealRuntime::now() const {
+    return TimedJobs::now();
+}
+
+void RealRuntime::sleepFor(Duration duration) {
+    const std::chrono::steady_clock::time_point end(TimedJobs::after(duration).time_since_epoch());
+    std::unique_lock lock(mutex);
+    ending.wait_until(lock, end, [this] { return stopping.load(); });
+}
+
+bool RealRuntime::onMain() const {
+    return loop.onMain();
+}
+
+void RealRuntime::postMain(Task task) {
+    loop.post(std::move(task));
+}
+
+void RealRuntime::postMainAfter(Duration delay, Task task) {
+    loop.postAfter(delay, std::move(task));
+}
+
+// Shared, because the job may still lie in the main queue when the caller has given up.
+struct RealRuntime::Hop {
+    explicit Hop(Task hopJob) : job(std::move(hopJob)) {}
+
+    Task job;
+    enum class State { waiting, running, done, abandoned } state = State::waiting;
+};
+
+void RealRuntime::runOnMainAndWait(Task task) {
+    const auto hop = std::make_shared<Hop>(std::move(task));
+    loop.post([this, hop] {
+        {
+            const std::lock_guard lock(mutex);
+            if (hop->state == Hop::State::abandoned) return;
+            hop->state = Hop::State::running;
+        }
+        hop->job();
+        const std::lock_guard lock(mutex);
+        hop->state = Hop::State::done;
+        arrived.notify_all();
+    });
+    std::unique_lock lock(mutex);
+    arrived.wait(lock,
+                 [&] { return hop->state == Hop::State::done || (stopping && hop->state == Hop::State::waiting); });
+    if (hop->state == Hop::State::waiting) hop->state = Hop::State::abandoned;
+}
+
+void RealRuntime::background(Priority, Task task) {
+    threads.run(std::move(task));
+}
+
+void RealRuntime::backgroundAfter(Duration delay, Task task) {
+    if (delay <= Duration::zero()) return background(Priority::normal, std::move(task));
+    delays->postAfter(delay, [this, job = std::move(task)]() mutable { threads.run(std::move(job)); });
+}
+
+std::unique_ptr<SerialQueue> RealRuntime::serialQueue(std::string label, Priority) {
+    return std::make_unique<OwnThreadQueue>(std::move(label), stopping);
+}
+
+std::unique_ptr<RepeatingTimer> RealRuntime::repeatOnMain(Duration interval, std::function<void()> tick) {
+    return loop.repeat(interval, std::move(tick));
+}
+
+std::unique_ptr<Thread> RealRuntime::startThread(std::string name, Task body) {
+    return std::make_unique<OwnThread>(std::move(name), std::move(body));
+}
+
+} // namespace lumbrine

@@ -1,0 +1,34 @@
+// The main loop of a program without a toolkit.
+#pragma once
+
+#include "platform/api/main_loop.h"
+#include "platform/posix/timed_jobs.h"
+
+#include <atomic>
+#include <thread>
+
+namespace lumbrine {
+
+class RunLoop final : public MainLoop {
+public:
+    // The calling thread is the main thread until another one calls `run`.
+    RunLoop();
+
+    // Runs jobs on the calling thread until `stop`. Once.
+    void run();
+
+    // Makes `run` return after the job that it is in, or at once when it has yet to be called. Any thread; not from a
+    // signal handler (see termination_signals.h).
+    void stop();
+
+    bool onMain() const override;
+    void post(Task task) override;
+    void postAfter(Duration delay, Task task) override;
+    std::unique_ptr<RepeatingTimer> repeat(Duration interval, std::function<void()> tick) override;
+
+private:
+    std::atomic<std::thread::id> mainThread;
+    TimedJobs jobs;
+};
+
+} // namespace lumbrine

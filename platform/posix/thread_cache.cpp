@@ -1,0 +1,51 @@
+#include "platform/posix/thread_cache.h"
+
+#include "platform/posix/os_thread.h"
+
+#include <utility>
+
+namespace lumbrine {
+
+void ThreadCache::run(Task job) {
+    const std::lock_guard lock(mutex);
+    if (stopped) return;
+    jobs.push(std::move(job));
+    if (jobs.size() > freeThreads) {
+        ++freeThreads; // until it has taken a job
+        threads.emplace_back([this] { work(); });
+    } else {
+        changed.notify_one();
+    }
+}
+
+void ThreadCache::work() {
+    nameThisThread("background");
+    std::unique_lock lock(mutex);
+    for (;;) {
+        changed.wait(lock, [this] { return stopped || !jobs.empty(); });
+        if (stopped) return;
+        Task job = jobs.pop();
+        --freeThreads;
+        lock.unlock();
+        job();
+        job = Task{};
+        lock.lock();
+        ++freeThreads;
+    }
+}
+
+void ThreadCache::stop() {
+    RingQueue<Task> dropped; // destroyed outside the lock
+    const std::lock_guard lock(mutex);
+    stopped = true;
+    std::swap(dropped, jobs);
+    changed.notify_all();
+}
+
+ThreadCache::~ThreadCache() {
+    stop();
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+} // namespace lumbrine

@@ -1,0 +1,66 @@
+#include "platform/posix/timed_jobs.h"
+
+#include <chrono>
+#include <utility>
+
+namespace lumbrine {
+
+TimePoint TimedJobs::now() {
+    return TimePoint{std::chrono::duration_cast<Duration>(std::chrono::steady_clock::now().time_since_epoch())};
+}
+
+TimePoint TimedJobs::after(Duration delay) {
+    const TimePoint time = now();
+    if (delay <= Duration::zero()) return time;
+    return delay > TimePoint::max() - time ? TimePoint::max() : time + delay;
+}
+
+// Under the lock: whoever is woken may destroy this object as soon as it has the lock.
+void TimedJobs::wake() {
+    if (std::exchange(asleep, false)) changed.notify_one();
+}
+
+void TimedJobs::post(Task job) {
+    const std::lock_guard lock(mutex);
+    ready.push(std::move(job));
+    wake();
+}
+
+void TimedJobs::postAt(TimePoint due, Task job) {
+    const std::lock_guard lock(mutex);
+    const auto soonest = delayed.nextDue();
+    delayed.push(due, std::move(job));
+    if (!soonest || due < *soonest) wake();
+}
+
+void TimedJobs::run() {
+    std::unique_lock lock(mutex);
+    while (!stopped) {
+        if (!delayed.empty())
+            while (auto due = delayed.popDue(now()))
+                ready.push(std::move(*due));
+        if (!ready.empty()) {
+            Task job = ready.pop();
+            lock.unlock();
+            if (dropsAll == nullptr || !*dropsAll) job();
+            job = Task{};
+            lock.lock();
+            continue;
+        }
+        asleep = true;
+        if (const auto due = delayed.nextDue()) {
+            changed.wait_until(lock, std::chrono::steady_clock::time_point(due->time_since_epoch()));
+        } else {
+            changed.wait(lock);
+        }
+        asleep = false;
+    }
+}
+
+void TimedJobs::stop() {
+    const std::lock_guard lock(mutex);
+    stopped = true;
+    wake();
+}
+
+} // namespace lumbrine

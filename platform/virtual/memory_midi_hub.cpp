@@ -1,0 +1,185 @@
+#include "platform/virtual/memory_midi_hub.h"
+
+#include "base/midi_packet_list.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr MIDIStatus invalidClient = -10830;
+constexpr MIDIStatus objectNotFound = -10842;
+constexpr std::size_t largestPacket = 256; // what a reader of a packet list takes from one packet
+
+} // namespace
+
+void MemoryMIDI::Hub::fail(Call call, MIDIStatus status) {
+    const std::lock_guard guard(lock);
+    failures[static_cast<std::size_t>(call)] = status;
+}
+
+MIDIStatus MemoryMIDI::Hub::refusal(Call call, MIDIClientRef client) const {
+    if (const MIDIStatus status = failures[static_cast<std::size_t>(call)]; status != 0) return status;
+    return client == 0 || client > clients ? invalidClient : 0;
+}
+
+// Queues are made on the first mention of a name and live until the end.
+MemoryMIDI::Hub::Pair& MemoryMIDI::Hub::pairNamed(const std::string& name) {
+    Pair& pair = pairs[name];
+    if (!pair.outward && !closed) {
+        pair.outward = runtime.serialQueue("midi out " + name, Priority::userInitiated);
+        pair.inward = runtime.serialQueue("midi in " + name, Priority::userInitiated);
+    }
+    return pair;
+}
+
+MIDIStatus MemoryMIDI::Hub::createClient(MIDIClientRef& client) {
+    const std::lock_guard guard(lock);
+    if (const MIDIStatus status = failures[static_cast<std::size_t>(Call::createClient)]; status != 0) return status;
+    client = ++clients;
+    return 0;
+}
+
+MIDIStatus MemoryMIDI::Hub::createSource(MIDIClientRef client, const std::string& name, MIDIEndpointRef& source) {
+    const std::lock_guard guard(lock);
+    if (const MIDIStatus status = refusal(Call::createSource, client); status != 0) return status;
+    source = ++lastEndpoint;
+    endpoints[source] = name;
+    pairNamed(name).source = source;
+    return 0;
+}
+
+MIDIStatus MemoryMIDI::Hub::createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
+                                              MIDIEndpointRef& destination) {
+    const std::lock_guard guard(lock);
+    if (const MIDIStatus status = refusal(Call::createDestination, client); status != 0) return status;
+    destination = ++lastEndpoint;
+    endpoints[destination] = name;
+    Pair& pair = pairNamed(name);
+    pair.destination = destination;
+    pair.read = std::make_shared<const MIDIReadBlock>(std::move(read));
+    return 0;
+}
+
+MIDIStatus MemoryMIDI::Hub::setUniqueID(MIDIEndpointRef endpoint) {
+    const std::lock_guard guard(lock);
+    if (const MIDIStatus status = failures[static_cast<std::size_t>(Call::setUniqueID)]; status != 0) return status;
+    return endpoints.contains(endpoint) ? 0 : objectNotFound;
+}
+
+void MemoryMIDI::Hub::post(const std::shared_ptr<SerialQueue>& queue, Duration latency, Task task) {
+    if (!queue) return;
+    if (latency > Duration::zero()) {
+        queue->postAfter(latency, std::move(task));
+    } else {
+        queue->post(std::move(task));
+    }
+}
+
+MIDIStatus MemoryMIDI::Hub::fromSource(MIDIEndpointRef source, ByteView packetList) {
+    std::shared_ptr<SerialQueue> queue;
+    const std::string* name = nullptr; // names of endpoints stay where they are
+    {
+        const std::lock_guard guard(lock);
+        const auto endpoint = endpoints.find(source);
+        if (endpoint == endpoints.end()) return objectNotFound;
+        name = &endpoint->second;
+        queue = pairNamed(*name).outward;
+    }
+    post(queue, latency,
+         [this, name, list = Bytes(packetList.begin(), packetList.end())] { deliverOutward(*name, list); });
+    return 0;
+}
+
+void MemoryMIDI::Hub::deliverOutward(const std::string& name, ByteView packetList) {
+    std::vector<std::shared_ptr<Listener>> listeners;
+    {
+        const std::lock_guard guard(lock);
+        const Pair& pair = pairs[name];
+        if (pair.source == 0 || pair.destination == 0) return;
+        listeners = pair.listeners;
+    }
+    for (const auto& listener : listeners) {
+        {
+            const std::lock_guard guard(lock);
+            if (!listener->wanted) continue;
+            listener->inCallback = true;
+        }
+        if (listener->incoming) forEachPacket(packetList, listener->incoming);
+        const std::lock_guard guard(lock);
+        listener->inCallback = false;
+    }
+}
+
+void MemoryMIDI::Hub::toDestination(const std::string& name, ByteView message) {
+    std::shared_ptr<SerialQueue> queue;
+    const std::string* key = nullptr;
+    {
+        const std::lock_guard guard(lock);
+        const auto pair = pairs.find(name);
+        if (pair == pairs.end() || pair->second.source == 0 || pair->second.destination == 0) return;
+        key = &pair->first;
+        queue = pair->second.inward;
+    }
+    post(queue, latency, [this, key, bytes = Bytes(message.begin(), message.end())] { deliverInward(*key, bytes); });
+}
+
+// As many lists as the message needs.
+void MemoryMIDI::Hub::deliverInward(const std::string& name, ByteView message) {
+    std::shared_ptr<const MIDIReadBlock> read;
+    {
+        const std::lock_guard guard(lock);
+        read = pairs[name].read;
+    }
+    if (!read || !*read) return;
+    while (!message.empty()) {
+        MIDIPacketList list;
+        while (!message.empty()) {
+            const ByteView packet = message.first(std::min(message.size(), largestPacket));
+            if (!list.add(packet)) break;
+            message = message.subspan(packet.size());
+        }
+        (*read)(list.bytes());
+    }
+}
+
+bool MemoryMIDI::Hub::complete(const std::string& name) {
+    const std::lock_guard guard(lock);
+    const auto pair = pairs.find(name);
+    return !closed && pair != pairs.end() && pair->second.source != 0 && pair->second.destination != 0;
+}
+
+std::shared_ptr<MemoryMIDI::Hub::Listener> MemoryMIDI::Hub::listen(const std::string& name,
+                                                                   std::function<void(ByteView)> incoming) {
+    auto listener = std::make_shared<Listener>();
+    listener->incoming = std::move(incoming);
+    const std::lock_guard guard(lock);
+    pairNamed(name).listeners.push_back(listener);
+    return listener;
+}
+
+void MemoryMIDI::Hub::stopListening(const std::string& name, const std::shared_ptr<Listener>& listener) {
+    for (;;) {
+        {
+            const std::lock_guard guard(lock);
+            listener->wanted = false;
+            std::erase(pairs[name].listeners, listener);
+            if (!listener->inCallback) return;
+        }
+        runtime.sleepFor(std::chrono::microseconds(100));
+    }
+}
+
+void MemoryMIDI::Hub::close() {
+    std::vector<std::shared_ptr<SerialQueue>> ending; // their ends are waited for outside the lock
+    const std::unique_lock guard(lock);
+    closed = true;
+    for (auto& [name, pair] : pairs) {
+        ending.push_back(std::move(pair.outward));
+        ending.push_back(std::move(pair.inward));
+    }
+}
+
+} // namespace lumbrine

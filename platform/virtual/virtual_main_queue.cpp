@@ -1,0 +1,90 @@
+#include "platform/virtual/virtual_main_queue.h"
+
+namespace lumbrine {
+
+struct VirtualMainQueue::Repetition {
+    Duration interval;
+    std::function<void()> tick;
+    TimePoint due;
+    bool wanted = true;
+};
+
+class VirtualMainQueue::Timer final : public RepeatingTimer {
+public:
+    explicit Timer(std::shared_ptr<Repetition> shared) : repetition(std::move(shared)) {}
+    ~Timer() override { repetition->wanted = false; }
+
+private:
+    std::shared_ptr<Repetition> repetition;
+};
+
+void VirtualMainQueue::accept(Task task) {
+    if (scheduler.stopping()) return;
+    jobs.push(std::move(task));
+    if (scheduler.mainThread().state == VirtualThread::State::idling) scheduler.wake(scheduler.mainThread());
+}
+
+void VirtualMainQueue::post(Task task) {
+    accept(std::move(task));
+    scheduler.yield("a post to the main queue");
+}
+
+void VirtualMainQueue::postAfter(Duration delay, Task task) {
+    if (delay <= Duration::zero()) return post(std::move(task));
+    scheduler.schedule(scheduler.after(delay), *this, std::move(task), true);
+    scheduler.yield("a delayed post to the main queue");
+}
+
+void VirtualMainQueue::postAndWait(Task task) {
+    scheduler.expectNoMutexHeld("hops to the main queue");
+    VirtualThread& caller = scheduler.self();
+    accept([&] {
+        task();
+        scheduler.wake(caller);
+    });
+    scheduler.wait("its job on the main queue", std::nullopt);
+}
+
+std::unique_ptr<RepeatingTimer> VirtualMainQueue::repeat(Duration interval, std::function<void()> tick) {
+    auto repetition = std::make_shared<Repetition>();
+    repetition->interval = std::max(interval, Duration{1});
+    repetition->tick = std::move(tick);
+    repetition->due = scheduler.now();
+    scheduleTick(repetition);
+    return std::make_unique<Timer>(std::move(repetition));
+}
+
+// At the first multiple of the interval that still lies ahead.
+void VirtualMainQueue::scheduleTick(const std::shared_ptr<Repetition>& repetition) {
+    const Duration late = scheduler.now() - repetition->due;
+    repetition->due += repetition->interval * (late / repetition->interval + 1);
+    scheduler.schedule(
+        repetition->due, *this,
+        [this, repetition] {
+            if (!repetition->wanted) return;
+            scheduleTick(repetition);
+            repetition->tick();
+        },
+        true);
+}
+
+bool VirtualMainQueue::drain(TimePoint end, const std::function<bool()>* condition) {
+    scheduler.resetSteps();
+    for (;;) {
+        if (condition != nullptr && (*condition)()) return true;
+        if (!jobs.empty()) {
+            scheduler.yield("a job of the main queue");
+            scheduler.countStep(scheduler.mainThread());
+            jobs.pop()();
+            scheduler.expectNoMutexHeld("ends a job of the main queue");
+        } else if (!scheduler.idle(end, condition != nullptr)) {
+            return condition != nullptr && (*condition)();
+        }
+    }
+}
+
+void VirtualMainQueue::clear() {
+    const RingQueue<Task> dropped = std::exchange(jobs, {});
+}
+
+} // namespace lumbrine

@@ -1,0 +1,154 @@
+// Who runs in virtual time, and when: real threads that take turns, a seed that chooses, a clock that jumps.
+//
+// Exactly one thread holds the baton; only that one may call anything here, so nothing needs a lock. A program that
+// calls from any other thread is ended with a report.
+#pragma once
+
+#include "base/deadline_heap.h"
+#include "platform/api/task.h"
+#include "platform/api/time.h"
+#include "platform/virtual/baton.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace lumbrine {
+
+// One thread of the virtual world: the main thread, or a worker that runs one job after another.
+struct VirtualThread {
+    std::uint64_t number = 0; // 0 is the main thread
+    std::string name;
+    std::thread::id id;
+    std::thread thread;
+    Baton baton;
+
+    enum class State { free, ready, running, blocked, idling } state = State::free;
+    std::string_view waitsFor; // the point where it gave the baton away; valid while it has not got it back
+    std::optional<TimePoint> deadline;
+    bool interruptible = false;
+    bool woken = false;
+    TimePoint since; // when it began to wait
+
+    Task job;
+    bool mustRun = false;        // also when the world ends before the job began
+    const void* holds = nullptr; // the Mutex it holds
+};
+
+class VirtualScheduler {
+public:
+    // Where jobs go when their time has come. `accept` is called by whichever thread moved the clock and hands nothing
+    // on.
+    class Sink {
+    public:
+        virtual ~Sink() = default;
+        virtual void accept(Task task) = 0;
+    };
+
+    // The calling thread becomes the main thread.
+    VirtualScheduler(std::uint64_t seedOfChoices, std::uint64_t limitOfSteps);
+    ~VirtualScheduler();
+    VirtualScheduler(const VirtualScheduler&) = delete;
+    VirtualScheduler& operator=(const VirtualScheduler&) = delete;
+
+    TimePoint now() const { return time; }
+    TimePoint after(Duration delay) const; // the end of time when that would be beyond it
+    bool stopping() const { return stopped; }
+    std::uint64_t traceHash() const { return hash; }
+    std::uint64_t random();
+
+    // The thread that holds the baton, which is the calling one.
+    VirtualThread& self() const;
+    VirtualThread& mainThread() { return main; }
+    bool onMain() const { return &self() == &main; }
+
+    // Lets the seed choose among the calling thread and all that are ready.
+    void yield(std::string_view what);
+
+    // Waits for wake(), until the deadline, or until the world ends. True after a wake().
+    bool wait(std::string_view what, std::optional<TimePoint> deadline);
+
+    // Waits for wake(), whatever happens.
+    void waitUninterrupted(std::string_view what);
+
+    // Makes a waiting thread ready; hands nothing on. A thread that does not wait is left alone.
+    void wake(VirtualThread& thread);
+
+    // A job on a worker; hands nothing on. Dropped when the world has ended or ends before it began, unless it must
+    // run.
+    void launch(std::string_view name, Task job, bool mustRun);
+
+    // Hands a job to `sink` at that time. Jobs `forMain` move the clock only while the main thread idles.
+    void schedule(TimePoint due, Sink& sink, Task job, bool forMain);
+
+    // Drops what is scheduled for that sink.
+    void forget(const Sink& sink);
+
+    // The main thread has nothing to do. Returns true when it was woken, or when it is `watching` and another thread
+    // has run since; false, with the clock at `end`, when nothing is left that is due until then.
+    bool idle(TimePoint end, bool watching);
+
+    // The main thread has asked for time to pass: steps are counted from here.
+    void resetSteps() { steps = 0; }
+
+    // Ends the program when there are too many within one instant.
+    void countStep(const VirtualThread& thread);
+
+    // Ends the program when the calling thread holds a Mutex.
+    void expectNoMutexHeld(std::string_view action) const;
+
+    // Ends the program with a report about what went wrong and all threads.
+    [[noreturn]] void fail(std::string_view problem) const;
+
+    // The world ends: all that waits is woken, all that is scheduled is dropped. From the main thread.
+    void stop();
+
+    // After stop: lets the jobs that have begun run to their ends and joins every thread.
+    void join();
+
+private:
+    struct Scheduled {
+        Sink* sink;
+        Task job;
+    };
+
+    bool block(VirtualThread& thread, std::string_view what, std::optional<TimePoint> deadline, bool interruptible);
+    void passOn(VirtualThread& from);
+    VirtualThread& choose();
+    void makeReady(VirtualThread& thread);
+    bool moveClock();
+    std::optional<TimePoint> nextDeadline() const;
+    void mix(std::uint64_t number);
+    void work(VirtualThread& worker);
+    std::string describe(const VirtualThread& thread) const;
+
+    const std::uint64_t seed;
+    const std::uint64_t stepLimit;
+    std::uint64_t choices;
+    std::uint64_t draws;
+    std::uint64_t hash = 0xcbf29ce484222325;
+    std::uint64_t steps = 0;
+    TimePoint time{};
+    bool stopped = false;
+
+    VirtualThread main;
+    VirtualThread* running = &main;
+    std::vector<std::unique_ptr<VirtualThread>> workers;
+    std::vector<VirtualThread*> freeWorkers;
+    std::vector<VirtualThread*> ready;
+    std::vector<VirtualThread*> sleepers; // blocked with a deadline
+
+    DeadlineHeap<TimePoint, Scheduled> scheduled;
+    DeadlineHeap<TimePoint, Scheduled> scheduledForMain;
+
+    TimePoint idleEnd{};
+    bool watching = false;
+    bool looked = true; // the watching main thread has seen the last step of the others
+    bool allDue = false;
+};
+
+} // namespace lumbrine
