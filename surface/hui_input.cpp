@@ -1,0 +1,164 @@
+#include "base/fader_value.h"
+#include "base/strip.h"
+#include "surface/hui_engine.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr std::uint8_t noteOn = 0x90;
+constexpr std::uint8_t polyPressure = 0xA0;
+constexpr std::uint8_t controlChange = 0xB0;
+constexpr std::uint8_t sysexBegin = 0xF0;
+constexpr std::uint8_t sysexEnd = 0xF7;
+
+// Manufacturer 00 00 66, product 05, device 00, command 10: one field of the small displays.
+constexpr std::array<std::uint8_t, 7> displayHeader{sysexBegin, 0x00, 0x00, 0x66, 0x05, 0x00, 0x10};
+constexpr std::size_t displayNumberAt = 7;
+constexpr std::size_t displayTextAt = 8;
+constexpr std::size_t displayTextLength = 4;
+constexpr std::size_t displayMinimum = 13;
+constexpr int selectAssignDisplay = 8;
+
+constexpr std::size_t maxReportedControllers = 24;
+constexpr std::array<std::uint8_t, 3> pingReply{noteOn, 0x00, 0x7F};
+
+constexpr bool isVoice(std::uint8_t status) {
+    return status == noteOn || status == polyPressure || status == controlChange;
+}
+
+// The strip that a controller of a group of eight stands for; -1 when it is not of the group.
+constexpr int stripOf(std::uint8_t controller, int groupBegin) {
+    const int strip = controller - groupBegin;
+    return strip >= 0 && strip < stripsPerSurface ? strip : -1;
+}
+
+std::string twoHexDigits(std::uint8_t byte) {
+    std::array<char, 3> digits{};
+    std::snprintf(digits.data(), digits.size(), "%02X", byte);
+    return digits.data();
+}
+
+std::string threeDecimals(double value) {
+    std::array<char, 16> digits{};
+    std::snprintf(digits.data(), digits.size(), "%.3f", value);
+    return digits.data();
+}
+
+} // namespace
+
+void HUIEngine::handleIncoming(ByteView bytes) {
+    std::size_t i = 0;
+    while (i < bytes.size()) {
+        if (bytes[i] == sysexBegin || !sysexBuf.empty()) {
+            i += takeSysex(bytes.subspan(i));
+        } else if (isVoice(bytes[i]) && i + 2 < bytes.size()) {
+            handleVoice(bytes[i], bytes[i + 1], bytes[i + 2]);
+            i += 3;
+        } else {
+            i += 1;
+        }
+    }
+}
+
+std::size_t HUIEngine::takeSysex(ByteView bytes) {
+    const auto end = std::ranges::find(bytes, sysexEnd);
+    if (end == bytes.end()) {
+        // Abandoned when it gets too long, so that a lost end costs this one message and no memory.
+        if (sysexBuf.size() + bytes.size() > sysexLimit) {
+            sysexBuf.clear();
+        } else {
+            sysexBuf.insert(sysexBuf.end(), bytes.begin(), bytes.end());
+        }
+        return bytes.size();
+    }
+
+    const ByteView part(bytes.begin(), end + 1);
+    if (sysexBuf.empty()) {
+        handleSysex(part);
+    } else {
+        sysexBuf.insert(sysexBuf.end(), part.begin(), part.end());
+        handleSysex(sysexBuf);
+        sysexBuf.clear();
+    }
+    return part.size();
+}
+
+void HUIEngine::handleSysex(ByteView message) {
+    if (message.size() < displayMinimum) return;
+    if (!std::ranges::equal(message.first(displayHeader.size()), displayHeader)) return;
+
+    std::array<char, displayTextLength> characters{};
+    std::ranges::transform(
+        message.subspan(displayTextAt, displayTextLength), characters.begin(),
+        [](std::uint8_t byte) { return byte >= 0x20 && byte <= 0x7E ? static_cast<char>(byte) : ' '; });
+    const std::string_view shown(characters.data(), characters.size());
+
+    const int display = message[displayNumberAt];
+    if (display < stripsPerSurface) {
+        if (onTrackName) onTrackName(display, shown);
+    } else if (display == selectAssignDisplay) {
+        if (onSelectAssign) onSelectAssign(shown, std::nullopt);
+    }
+}
+
+void HUIEngine::handleVoice(std::uint8_t status, std::uint8_t data1, std::uint8_t data2) {
+    if (status == controlChange) {
+        handleController(data1, data2);
+    } else if (status == polyPressure) {
+        // The low nibble alone tells the strip: 10-17 mean the same meters as 00-07.
+        const int strip = data1 & 0x0F;
+        if (strip < stripsPerSurface && onMeter) onMeter(strip, data2 >> 4 & 1, data2 & 0x0F);
+    } else if (data1 == 0 && data2 == 0) {
+        handlePing();
+    }
+}
+
+void HUIEngine::handleController(std::uint8_t controller, std::uint8_t value) {
+    const bool flag = (value & 0x40) != 0;
+    if (const int high = stripOf(controller, 0x00); high >= 0) {
+        pendingHi[static_cast<std::size_t>(high)] = value;
+    } else if (const int low = stripOf(controller, 0x20); low >= 0) {
+        reportFader(low, FaderValue::ofHalves(pendingHi[static_cast<std::size_t>(low)], value).unit());
+    } else if (const int ring = stripOf(controller, 0x10); ring >= 0) {
+        const bool rightSide = showsRightPan();
+        if (onVpot) onVpot(ring, value & 0x0F, flag, rightSide);
+    } else if (controller == 0x0C || controller == 0x0F) {
+        rxZone = value;
+    } else if (controller == 0x2C || controller == 0x2F) {
+        if (rxZone >= 0 && onLed) onLed(rxZone, value & 0x0F, flag);
+    } else {
+        reportUnknownController(controller, value);
+    }
+}
+
+void HUIEngine::reportFader(int strip, double value) {
+    if (onFaderFeedback) {
+        onFaderFeedback(strip, value);
+    } else {
+        log("← PT fader " + std::to_string(strip) + " = " + threeDecimals(value));
+    }
+}
+
+void HUIEngine::reportUnknownController(std::uint8_t controller, std::uint8_t value) {
+    if (seenUnknownCC.test(controller) || seenUnknownCC.count() >= maxReportedControllers) return;
+    seenUnknownCC.set(controller);
+    log(text("← unknown CC 0x", "← 未知CC 0x") + twoHexDigits(controller) + " (val 0x" + twoHexDigits(value) +
+        text(") first seen", ") 初出"));
+}
+
+void HUIEngine::handlePing() {
+    // Without txLock: an answer to a ping must not wait for whatever another thread is sending.
+    send(pingReply);
+    const int count = ++pingCount;
+    lastPingAt = runtime.now();
+    if (count == 1 || count % 10 == 0)
+        log("♥ ping #" + std::to_string(count) +
+            text(" received → replied (connection alive)", " 受信 → 応答 (接続維持中)"));
+}
+
+} // namespace lumbrine

@@ -1,0 +1,213 @@
+#include "base/segmentations.h"
+#include "platform/virtual/still_runtime.h"
+#include "surface/hui_trace.h"
+
+namespace lumbrine {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+const Bytes ping{0x90, 0x00, 0x00};
+
+// A scribble-strip message up to and without its end.
+Bytes displayText(std::uint8_t display, const Bytes& characters) {
+    Bytes message{0xF0, 0x00,   0x00, 0x66, // manufacturer
+                  0x05, 0x00,               // product, device
+                  0x10, display};
+    message.insert(message.end(), characters.begin(), characters.end());
+    return message;
+}
+
+Bytes operator+(Bytes left, const Bytes& right) {
+    left.insert(left.end(), right.begin(), right.end());
+    return left;
+}
+
+const Bytes kick{0x4B, 0x69, 0x63, 0x6B};
+const Bytes end{0xF7};
+
+class HUIInputStream : public ::testing::Test {
+protected:
+    void receive(const Bytes& packet) { engine.handleIncoming(packet); }
+
+    StillRuntime runtime;
+    HUIEngine engine{runtime, Bilingual(false)};
+    HUITrace trace{engine};
+};
+
+// What a fresh engine reports, and "ping" for each answer, when the packets arrive one after another.
+Texts decoded(const std::vector<Bytes>& packets) {
+    StillRuntime runtime;
+    HUIEngine engine(runtime, Bilingual(false));
+    HUITrace trace(engine);
+    engine.send = [&](ByteView) { trace.events.emplace_back("ping"); };
+    for (const Bytes& packet : packets)
+        engine.handleIncoming(packet);
+    return trace.events;
+}
+
+TEST_F(HUIInputStream, ReadsATrackName) {
+    receive(displayText(2, kick) + end);
+    EXPECT_EQ(trace.events, Texts{"name 2 'Kick'"});
+}
+
+TEST_F(HUIInputStream, KnowsTheDisplays) {
+    for (const std::uint8_t display : Bytes{0x00, 0x07, 0x08, 0x09, 0x7F})
+        receive(displayText(display, kick) + end);
+    EXPECT_EQ(trace.events, (Texts{"name 0 'Kick'", "name 7 'Kick'", "assign 'Kick'"}));
+}
+
+TEST_F(HUIInputStream, ShowsWhatIsNotPrintableAsBlanks) {
+    receive(displayText(0, {0x1F, 0x20, 0x7E, 0x7F}) + end);
+    receive(displayText(1, {0x41, 0x00, 0x80, 0xFF}) + end);
+    EXPECT_EQ(trace.events, (Texts{"name 0 '  ~ '", "name 1 'A   '"}));
+}
+
+TEST_F(HUIInputStream, ReadsTheFirstFieldOnly) {
+    receive(displayText(3, kick) + displayText(4, kick) + end);
+    EXPECT_EQ(trace.events, Texts{"name 3 'Kick'"});
+}
+
+TEST_F(HUIInputStream, IgnoresADisplayMessageThatIsTooShort) {
+    receive(displayText(0, {0x4B, 0x69, 0x63}) + end); // 12 bytes
+    receive(Bytes{0xF0, 0xF7});
+    EXPECT_EQ(trace.events, Texts{});
+}
+
+TEST_F(HUIInputStream, IgnoresAMessageWithAnyOtherHeader) {
+    for (std::size_t i = 1; i < 7; ++i) {
+        Bytes message = displayText(0, kick) + end;
+        message[i] ^= 0x01;
+        receive(message);
+    }
+    EXPECT_EQ(trace.events, Texts{});
+}
+
+TEST_F(HUIInputStream, DecodesWhatStandsAroundASysexMessage) {
+    receive(Bytes{0xB0, 0x0C, 0x01} + displayText(0, kick) + end + Bytes{0xB0, 0x2C, 0x42} + ping);
+    EXPECT_EQ(trace.events, (Texts{"name 0 'Kick'", "led 1/2 on"}));
+    EXPECT_EQ(trace.sent.size(), 1u);
+}
+
+TEST_F(HUIInputStream, PutsASysexMessageTogetherWhereverItIsCut) {
+    const Bytes stream = displayText(5, kick) + end + Bytes{0xF0, 0x7E, 0xF7} + displayText(8, kick) + end;
+    for (const auto& packets : segmentationsOf(stream))
+        EXPECT_EQ(decoded(packets), (Texts{"name 5 'Kick'", "assign 'Kick'"})) << packets.front().size();
+}
+
+TEST_F(HUIInputStream, LosesOnlyTheVoiceMessageThatIsCut) {
+    const Bytes stream = Bytes{0xB0, 0x0F, 0x03}      // 0-2: zone
+                         + displayText(2, kick) + end // 3-15
+                         + Bytes{0xB0, 0x2F, 0x42}    // 16-18: port
+                         + ping;                      // 19-21
+    const Texts all{"name 2 'Kick'", "led 3/2 on", "ping"};
+    const Texts withoutLed{"name 2 'Kick'", "ping"};
+    const Texts withoutPing{"name 2 'Kick'", "led 3/2 on"};
+    ASSERT_EQ(stream.size(), 22u);
+
+    EXPECT_EQ(decoded({stream}), all);
+    for (const std::size_t place : std::vector<std::size_t>{0, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 19, 22})
+        EXPECT_EQ(decoded(cutAt(stream, place)), all) << place;
+    for (const std::size_t place : std::vector<std::size_t>{1, 2, 17, 18})
+        EXPECT_EQ(decoded(cutAt(stream, place)), withoutLed) << place;
+    for (const std::size_t place : std::vector<std::size_t>{20, 21})
+        EXPECT_EQ(decoded(cutAt(stream, place)), withoutPing) << place;
+    EXPECT_EQ(decoded(byteByByte(stream)), Texts{"name 2 'Kick'"});
+}
+
+TEST_F(HUIInputStream, NeedsBothDataBytesInThePacket) {
+    EXPECT_EQ(decoded({{0xB0, 0x20}}), Texts{});
+    EXPECT_EQ(decoded({{0xA0}}), Texts{});
+    EXPECT_EQ(decoded({{0xA0, 0x01, 0x02}}), Texts{"meter 1 left 2"});
+}
+
+TEST_F(HUIInputStream, ReadsTheBytesBehindACutStatusForThemselves) {
+    EXPECT_EQ(decoded({{0xB0}, {0x90, 0x00, 0x00}}), Texts{"ping"});
+    EXPECT_EQ(decoded({{0xB0, 0x90}, {0x00, 0x00}}), Texts{});
+}
+
+TEST_F(HUIInputStream, TakesDataBytesAsTheyCome) {
+    EXPECT_EQ(decoded({{0xB0, 0x0C, 0x90, 0xB0, 0x2C, 0xF7}}), Texts{"led 144/7 on"});
+    EXPECT_EQ(decoded({{0xB0, 0x0C, 0x90, 0x00, 0x00}}), Texts{}); // 90 is the zone, not a note
+    EXPECT_EQ(decoded({{0xB0, 0xF0, 0x00}, ping}), Texts{"ping"}); // and F0 begins no message
+}
+
+TEST_F(HUIInputStream, KnowsNoRunningStatus) {
+    EXPECT_EQ(decoded({{0xA0, 0x01, 0x02, 0x02, 0x03}}), Texts{"meter 1 left 2"});
+}
+
+TEST_F(HUIInputStream, SkipsEveryOtherByteAlone) {
+    const Bytes noise{0x00, 0x7F, 0x80, 0x91, 0x9F, 0xA1, 0xB1, 0xC0, 0xE0, 0xF1, 0xF7, 0xF8, 0xFE, 0xFF};
+    EXPECT_EQ(decoded({noise + ping}), Texts{"ping"});
+    EXPECT_EQ(decoded({{}}), Texts{});
+}
+
+TEST_F(HUIInputStream, TakesStatusBytesIntoASysexMessageInProgress) {
+    EXPECT_EQ(decoded({{0xF0, 0x01}, ping, {0xF0, 0x90, 0x00, 0x00}, end + ping}), Texts{"ping"});
+    EXPECT_EQ(decoded({{0xF0, 0x90, 0x00, 0x00, 0xF7}}), Texts{});
+}
+
+TEST_F(HUIInputStream, DoesNotBeginAnewAtASecondF0) {
+    EXPECT_EQ(decoded({Bytes{0xF0, 0x01} + displayText(0, kick) + end}), Texts{});
+    EXPECT_EQ(decoded({{0xF0, 0x01}, displayText(0, kick) + end}), Texts{});
+}
+
+TEST_F(HUIInputStream, EndsASysexMessageAtTheFirstByteOfAPacket) {
+    EXPECT_EQ(decoded({displayText(1, kick), end}), Texts{"name 1 'Kick'"});
+    EXPECT_EQ(decoded({displayText(1, kick), end + ping + Bytes{0xF7}}), (Texts{"name 1 'Kick'", "ping"}));
+}
+
+TEST_F(HUIInputStream, TakesAnEmptyPacketForNothing) {
+    EXPECT_EQ(decoded({displayText(1, kick), {}, end}), Texts{"name 1 'Kick'"});
+}
+
+TEST_F(HUIInputStream, KeepsUpTo1024BytesOfAnIncompleteMessage) {
+    receive(displayText(6, kick));
+    receive(Bytes(256, 0x20));
+    receive(Bytes(256, 0x20));
+    receive(Bytes(256, 0x20));
+    receive(Bytes(244, 0x20)); // 1024
+    receive(end);
+    EXPECT_EQ(trace.events, Texts{"name 6 'Kick'"});
+}
+
+TEST_F(HUIInputStream, GivesUpAMessageOfMoreThan1024Bytes) {
+    receive(displayText(6, kick));
+    receive(Bytes(1012, 0x20)); // 1024
+    receive(ping);              // 1027: part of the message, which ends here
+    EXPECT_TRUE(trace.sent.empty());
+    receive(ping);
+    EXPECT_EQ(trace.sent.size(), 1u);
+    receive(end);
+    EXPECT_EQ(trace.events, Texts{});
+}
+
+TEST_F(HUIInputStream, GivesUpAtByte1025) {
+    receive(displayText(6, kick));
+    receive(Bytes(1013, 0x20));
+    receive(ping);
+    EXPECT_EQ(trace.sent.size(), 1u);
+}
+
+TEST_F(HUIInputStream, GivesUpAnEndlessMessageOfOnePacket) {
+    receive(displayText(6, kick) + Bytes(1013, 0x20));
+    receive(ping);
+    EXPECT_EQ(trace.sent.size(), 1u);
+}
+
+TEST_F(HUIInputStream, StartsAnewAfterGivingUp) {
+    receive(Bytes{0xF0} + Bytes(1024, 0x20));
+    receive(displayText(7, kick));
+    receive(end);
+    EXPECT_EQ(trace.events, Texts{"name 7 'Kick'"});
+}
+
+TEST_F(HUIInputStream, ReadsALongerMessageWhoseEndHasCome) {
+    receive(displayText(6, kick) + Bytes(1013, 0x20) + end);
+    receive(displayText(5, kick) + Bytes(1012, 0x20));
+    receive(Bytes(255, 0x20) + end);
+    EXPECT_EQ(trace.events, (Texts{"name 6 'Kick'", "name 5 'Kick'"}));
+}
+
+} // namespace
+} // namespace lumbrine

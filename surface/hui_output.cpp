@@ -1,0 +1,121 @@
+#include "base/fader_value.h"
+#include "base/strip.h"
+#include "surface/hui_engine.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cmath>
+#include <cstdio>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr Duration pressDuration = seconds(0.06);
+constexpr Duration bankPressDuration = seconds(0.03);
+constexpr int bankPorts = 4;
+constexpr int maxVpotClicks = 63;
+constexpr std::size_t longestPacket = 256; // what brings the end of a SysEx message
+
+constexpr std::uint8_t zoneSelect = 0x0F;
+constexpr std::uint8_t portState = 0x2F;
+constexpr std::uint8_t faderLow = 0x20; // the low halves' controllers; the high halves' begin at 0
+constexpr std::uint8_t vpot = 0x40;
+constexpr int switchOn = 0x40;
+
+constexpr bool onThisSurface(int strip) {
+    return strip >= 0 && strip < stripsPerSurface;
+}
+
+constexpr std::array<std::uint8_t, 3> controlChange(int controller, int value) {
+    return {0xB0, static_cast<std::uint8_t>(controller), static_cast<std::uint8_t>(value)};
+}
+
+constexpr int portByte(int port, bool on) {
+    return (port & 0x0F) | (on ? switchOn : 0);
+}
+
+} // namespace
+
+HUIEngine::HUIEngine(Runtime& rt, Bilingual bilingual)
+    : send([](ByteView) {}), log([](const std::string& line) { std::puts(line.c_str()); }), runtime(rt),
+      text(bilingual), txLock(rt), panLock(rt) {
+    sysexBuf.reserve(sysexLimit + longestPacket);
+}
+
+void HUIEngine::sendPair(std::array<std::uint8_t, 3> first, std::array<std::uint8_t, 3> second) {
+    const Lock lock(txLock);
+    send(first);
+    send(second);
+}
+
+void HUIEngine::sendFader(int strip, double value) {
+    assert(!std::isnan(value));
+    if (!onThisSurface(strip)) return;
+    const FaderValue fader = FaderValue::ofUnit(value);
+    sendPair(controlChange(strip, fader.high()), controlChange(faderLow + strip, fader.low()));
+}
+
+void HUIEngine::touch(int strip) {
+    if (onThisSurface(strip)) switchEdge(strip, hui::touchPort, true);
+}
+
+void HUIEngine::release(int strip) {
+    if (onThisSurface(strip)) switchEdge(strip, hui::touchPort, false);
+}
+
+void HUIEngine::switchEdge(int zone, int port, bool on) {
+    sendPair(controlChange(zoneSelect, zone & 0x7F), controlChange(portState, portByte(port, on)));
+}
+
+void HUIEngine::pressSwitch(int zone, int port) {
+    assert(zone >= 0 && zone <= 0xFF);
+    sendPair(controlChange(zoneSelect, zone), controlChange(portState, portByte(port, true)));
+    log("→ switch zone" + std::to_string(zone) + " port" + std::to_string(port) + text(" pressed", " 押下"));
+    runtime.backgroundAfter(pressDuration, [weak = weak_from_this(), zone, port] {
+        if (const auto engine = weak.lock())
+            engine->sendPair(controlChange(zoneSelect, zone), controlChange(portState, portByte(port, false)));
+    });
+}
+
+void HUIEngine::channelMove(int port) {
+    if (port < 0 || port >= bankPorts) return;
+    switchEdge(hui::bankZone, port, true);
+    runtime.sleepFor(bankPressDuration);
+    switchEdge(hui::bankZone, port, false);
+}
+
+void HUIEngine::resetPanAssignToLeft() {
+    switchEdge(hui::assignZone, hui::sendAAssignPort, true);
+    runtime.sleepFor(pressDuration);
+    switchEdge(hui::assignZone, hui::sendAAssignPort, false);
+    runtime.sleepFor(pressDuration);
+    switchEdge(hui::assignZone, hui::panAssignPort, true);
+    runtime.sleepFor(pressDuration);
+    switchEdge(hui::assignZone, hui::panAssignPort, false);
+    {
+        const Lock lock(panLock);
+        panRightSide = false;
+    }
+    log(text("→ pan mode force-reset to Pan Left (SEND A→PAN)", "→ パンモードを Pan Left へ強制リセット(SEND A→PAN)"));
+}
+
+void HUIEngine::sendVpotDelta(int strip, int delta) {
+    if (!onThisSurface(strip) || delta == 0) return;
+    const int clicks = std::clamp(delta, -maxVpotClicks, maxVpotClicks);
+    const Lock lock(txLock); // not between the two messages of another
+    send(controlChange(vpot + strip, clicks > 0 ? 0x40 + clicks : -clicks));
+}
+
+bool HUIEngine::showsRightPan() {
+    const Lock lock(panLock);
+    return panRightSide;
+}
+
+void HUIEngine::flipPanSide() {
+    const Lock lock(panLock);
+    panRightSide = !panRightSide;
+}
+
+} // namespace lumbrine

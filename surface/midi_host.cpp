@@ -1,0 +1,66 @@
+#include "surface/midi_host.h"
+
+#include "base/midi_packet_list.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr Duration presenceInterval = seconds(0.12);
+constexpr std::uint8_t systemReset = 0xFF;
+
+std::expected<void, MIDIError> check(MIDIStatus status, std::string_view what) {
+    if (status == 0) return {};
+    return std::unexpected(MIDIError{status, std::string(what) + " failed: " + std::to_string(status)});
+}
+
+} // namespace
+
+MIDIHost::MIDIHost(Runtime& rt, MIDIServices& midiServices, std::string portName, std::int32_t sourceID,
+                   std::int32_t destinationID)
+    : name(std::move(portName)), srcUID(sourceID), dstUID(destinationID), runtime(rt), services(midiServices) {}
+
+std::expected<void, MIDIError> MIDIHost::start() {
+    auto result = check(services.createClient(name, client), "MIDIClientCreateWithBlock");
+    if (!result) return result;
+
+    MIDIEndpointRef newSource = 0;
+    result = check(services.createSource(client, name, newSource), "MIDISourceCreate");
+    if (!result) return result;
+    source = newSource;
+
+    auto read = [weak = weak_from_this()](ByteView packetList) {
+        const auto host = weak.lock();
+        if (host && host->onIncoming) forEachPacket(packetList, host->onIncoming);
+    };
+    result =
+        check(services.createDestination(client, name, std::move(read), destination), "MIDIDestinationCreateWithBlock");
+    if (!result) return result;
+
+    services.setUniqueID(source, srcUID);
+    services.setUniqueID(destination, dstUID);
+    return {};
+}
+
+void MIDIHost::send(ByteView message) {
+    const MIDIEndpointRef from = source;
+    if (from == 0 || message.empty()) return;
+    MIDIPacketList list;
+    if (list.add(message)) services.received(from, list.bytes());
+}
+
+void MIDIHost::announcePresence(int times) {
+    const int count = std::max(times, 1);
+    for (int i = 0; i < count; ++i) {
+        runtime.backgroundAfter(i * presenceInterval, [weak = weak_from_this()] {
+            if (const auto host = weak.lock()) host->send(std::array{systemReset});
+        });
+    }
+}
+
+} // namespace lumbrine

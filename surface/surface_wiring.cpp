@@ -1,0 +1,72 @@
+#include "surface/surface_wiring.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+// Calls the listener, if it is still there, for an engine's strip, if it is one.
+template <typename Call>
+void forStrip(const std::weak_ptr<SurfaceListener>& weak, SurfaceID surface, int engineStrip, const Call& call) {
+    const auto strip = Strip::of(surface, engineStrip);
+    if (!strip) return;
+    if (const auto listener = weak.lock()) call(*listener, *strip);
+}
+
+bool isPing(ByteView packet) {
+    constexpr std::array<std::uint8_t, 3> ping{0x90, 0x00, 0x00};
+    return packet.size() >= ping.size() && std::ranges::equal(packet.first(ping.size()), ping);
+}
+
+void wireLog(SurfaceID surface, HUIEngine& engine, const std::weak_ptr<SurfaceListener>& weak) {
+    engine.log = [surface, weak](const std::string& line) {
+        if (line.starts_with("← other")) return;
+        if (const auto listener = weak.lock()) listener->surfaceLog(surface == SurfaceID::B ? "[9-16] " + line : line);
+    };
+}
+
+void wireCallbacks(SurfaceID surface, HUIEngine& engine, const std::weak_ptr<SurfaceListener>& weak) {
+    engine.onFaderFeedback = [surface, weak](int engineStrip, double value) {
+        forStrip(weak, surface, engineStrip,
+                 [&](SurfaceListener& listener, Strip strip) { listener.faderFeedback(strip, value); });
+    };
+    engine.onTrackName = [surface, weak](int engineStrip, std::string_view text) {
+        forStrip(weak, surface, engineStrip,
+                 [&](SurfaceListener& listener, Strip strip) { listener.trackNameShown(strip, text); });
+    };
+    engine.onMeter = [surface, weak](int engineStrip, int side, int level) {
+        if (side != 0 && side != 1) return;
+        forStrip(weak, surface, engineStrip,
+                 [&](SurfaceListener& listener, Strip strip) { listener.meterShown(strip, side, level); });
+    };
+    engine.onVpot = [surface, weak](int engineStrip, int value, bool centre, bool rightSide) {
+        forStrip(weak, surface, engineStrip,
+                 [&](SurfaceListener& listener, Strip strip) { listener.vpotShown(strip, value, centre, rightSide); });
+    };
+    engine.onLed = [surface, weak](int zone, int port, bool on) {
+        if (const auto listener = weak.lock()) listener->ledShown(surface, zone, port, on);
+    };
+}
+
+} // namespace
+
+void wireSurface(SurfaceID surface, const std::shared_ptr<HUIEngine>& engine, const std::shared_ptr<MIDIHost>& host,
+                 std::weak_ptr<SurfaceListener> listener) {
+    // The engine keeps its host alive, the host not its engine.
+    engine->send = [host](ByteView message) { host->send(message); };
+    wireLog(surface, *engine, listener);
+    wireCallbacks(surface, *engine, listener);
+    host->onIncoming = [surface, weakEngine = std::weak_ptr(engine), weak = std::move(listener)](ByteView packet) {
+        const auto heldEngine = weakEngine.lock();
+        const auto heldListener = weak.lock();
+        if (!heldEngine || !heldListener) return;
+        heldEngine->handleIncoming(packet);
+        if (isPing(packet)) heldListener->pingReceived(surface, heldEngine->pingCount);
+    };
+}
+
+} // namespace lumbrine
