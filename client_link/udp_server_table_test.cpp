@@ -1,0 +1,217 @@
+// The peers a server knows: sending to them, forgetting them, and staying small under a flood of forged ones.
+#include "client_link/testing/served_peers.h"
+
+namespace lumbrine {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+const std::string phone = "192.168.1.20:50000";
+const std::string tablet = "192.168.1.30:50000";
+const Bytes touch{0x01, 0x02, 0x00};
+const Bytes news{0x01, 0x1D, 0x01, 0x00};
+
+class UDPServerTable : public testing::Test, public ServedPeers {
+protected:
+    bool knows(const std::string& peer) {
+        server.send(news, peer);
+        return !takeSent().empty();
+    }
+
+    // Peers "10.0.0.1:0", "10.0.0.1:1" and so on, one a millisecond.
+    void flood(int first, int count) {
+        for (int i = first; i < first + count; ++i) {
+            pass(0.001);
+            from(stranger(i), touch);
+        }
+        takeSent();
+        takeDelivered();
+    }
+
+    static std::string stranger(int number) { return "10.0.0.1:" + std::to_string(number); }
+
+    int strangersKnown(int first, int count) {
+        int known = 0;
+        for (int i = first; i < first + count; ++i)
+            known += knows(stranger(i)) ? 1 : 0;
+        return known;
+    }
+};
+
+TEST_F(UDPServerTable, SendsToAPeerItKnows) {
+    from(phone, touch);
+    from(tablet, touch);
+    takeSent();
+    server.send(news, tablet);
+    EXPECT_THAT(takeSent(), ElementsAre(Pair(tablet, news)));
+}
+
+TEST_F(UDPServerTable, SendsNothingToAPeerItDoesNotKnow) {
+    from(phone, touch);
+    server.send(news, tablet);
+    server.send(news, "");
+    EXPECT_THAT(takeSent(), IsEmpty());
+}
+
+TEST_F(UDPServerTable, SendsToASilentPeerForAsLongAsItIsNotForgotten) {
+    from(phone, touch);
+    pass(3600.0);
+    EXPECT_TRUE(knows(phone));
+}
+
+TEST_F(UDPServerTable, BroadcastsToTheOwnerAlone) {
+    from(phone, touch);
+    from(tablet, touch);
+    takeSent();
+    server.broadcast(news);
+    EXPECT_THAT(takeSent(), ElementsAre(Pair(phone, news)));
+}
+
+TEST_F(UDPServerTable, BroadcastsToNobodyWithoutAnOwner) {
+    server.broadcast(news);
+    EXPECT_THAT(takeSent(), IsEmpty());
+}
+
+TEST_F(UDPServerTable, BroadcastsUntilTheOwnerIsSilentForSixSeconds) {
+    from(phone, touch);
+    pass(5.999);
+    server.broadcast(news);
+    EXPECT_THAT(takeSent(), ElementsAre(Pair(phone, news)));
+    pass(0.001);
+    server.broadcast(news);
+    EXPECT_THAT(takeSent(), IsEmpty());
+}
+
+TEST_F(UDPServerTable, ForgetsSilentPeersInABroadcast) {
+    from(tablet, touch);
+    pass(2.0);
+    from(phone, touch);
+    pass(3.999);
+    server.broadcast(news);
+    takeSent();
+    EXPECT_TRUE(knows(tablet));
+    pass(0.001);
+    server.broadcast(news);
+    EXPECT_FALSE(knows(tablet));
+    EXPECT_TRUE(knows(phone));
+}
+
+TEST_F(UDPServerTable, ForgetsTheTokenWithThePeer) {
+    const Bytes hello{0x01, 0x00, 0, 0, 0, 0, 0, 0, 0, 5};
+    from(tablet, hello);
+    pass(6.0);
+    server.broadcast(news);
+    from(phone, hello);
+    takeDelivered();
+    from(tablet, touch); // would be the same device, had the token been kept
+    EXPECT_THAT(takeDelivered(), IsEmpty());
+}
+
+TEST_F(UDPServerTable, KeepsRunningWhenSendingFails) {
+    from(phone, touch);
+    sockets.sendResult = -EHOSTUNREACH;
+    server.broadcast(news);
+    server.send(news, phone);
+    sockets.sendResult = 0;
+    server.broadcast(news);
+    EXPECT_THAT(takeSent(), ElementsAre(Pair(phone, news)));
+}
+
+// ---- Addresses
+
+TEST_F(UDPServerTable, TellsTheAddressOfEachLivePeerOnce) {
+    from("192.168.1.30:1", touch);
+    from("192.168.1.20:1", touch);
+    from("192.168.1.20:2", touch);
+    from("192.168.1.20:3", touch);
+    EXPECT_THAT(server.connectedIPs(), ElementsAre("192.168.1.20", "192.168.1.30"));
+}
+
+TEST_F(UDPServerTable, TellsAnAddressOnceEvenIfAnotherComesBetween) {
+    from("::1:80", touch);
+    from("::1:80:5", touch); // the address ::1:80
+    from("::1:90", touch);
+    EXPECT_THAT(server.connectedIPs(), ElementsAre("::1", "::1:80"));
+}
+
+TEST_F(UDPServerTable, TellsNoAddressOfASilentPeer) {
+    from(phone, touch);
+    pass(1.0);
+    from(tablet, touch);
+    pass(4.999);
+    EXPECT_THAT(server.connectedIPs(), ElementsAre("192.168.1.20", "192.168.1.30"));
+    pass(0.001);
+    EXPECT_THAT(server.connectedIPs(), ElementsAre("192.168.1.30"));
+    pass(1.0);
+    EXPECT_THAT(server.connectedIPs(), IsEmpty());
+}
+
+TEST_F(UDPServerTable, AsksForAPeersNameOnlyWhenThePeerChanges) {
+    for (int i = 0; i < 100; ++i)
+        from(phone, touch);
+    EXPECT_EQ(sockets.nameCalls, 1);
+    from(tablet, touch);
+    from(tablet, touch);
+    EXPECT_EQ(sockets.nameCalls, 2);
+    from(phone, touch);
+    EXPECT_EQ(sockets.nameCalls, 3);
+    EXPECT_TRUE(knows(phone) && knows(tablet));
+}
+
+TEST_F(UDPServerTable, SendsToTheAddressOfTheLastDatagram) {
+    from(phone + "#1", touch);
+    from(phone + "#2", touch); // other bytes of the same name
+    EXPECT_EQ(takeDelivered().size(), 2u);
+    server.send(news, phone);
+    EXPECT_THAT(takeSent(), ElementsAre(Pair(phone + "#2", news)));
+}
+
+// ---- Floods
+
+TEST_F(UDPServerTable, KnowsEveryPeerUpToItsLimit) {
+    flood(0, 1024);
+    EXPECT_EQ(strangersKnown(0, 1024), 1024);
+}
+
+TEST_F(UDPServerTable, ForgetsTheLongestSilentQuarterAtItsLimit) {
+    flood(0, 1025);
+    EXPECT_TRUE(knows(stranger(0))); // the owner
+    EXPECT_EQ(strangersKnown(1, 256), 0);
+    EXPECT_EQ(strangersKnown(257, 768), 768);
+}
+
+TEST_F(UDPServerTable, ForgetsOnlyTheSilentPeersAtItsLimitIfThereAreAny) {
+    flood(0, 1000);
+    pass(5.5);
+    flood(1000, 25); // when the last one comes, number 524 was silent for 6.0 s
+    EXPECT_EQ(strangersKnown(0, 525), 0);
+    EXPECT_EQ(strangersKnown(525, 500), 500);
+}
+
+TEST_F(UDPServerTable, NeverForgetsTheOwnerInAFlood) {
+    from(phone, touch);
+    flood(0, 5000); // in five seconds
+    EXPECT_EQ(server.liveOwnerKey(), phone);
+    EXPECT_TRUE(knows(phone));
+    from(phone, touch);
+    EXPECT_THAT(takeDelivered(), ElementsAre(Pair(phone, touch)));
+}
+
+TEST_F(UDPServerTable, StaysWithinItsLimitInAFlood) {
+    from(phone, touch);
+    flood(0, 5000);
+    EXPECT_LE(strangersKnown(0, 5000), 1023);
+    EXPECT_TRUE(knows(stranger(4999)));
+}
+
+TEST_F(UDPServerTable, FreesThePlaceOfASilentOwnerInAFlood) {
+    flood(0, 1024);
+    pass(6.0);
+    flood(1024, 1);
+    EXPECT_EQ(server.liveOwnerKey(), stranger(1024));
+}
+
+} // namespace
+} // namespace lumbrine
