@@ -1,0 +1,203 @@
+// Reading and setting automation modes through the strips' displays.
+#include "model/testing/model_test.h"
+
+#include <algorithm>
+
+namespace lumbrine {
+namespace {
+
+class AutomationModesTest : public OwnedModelTest {
+protected:
+    AutomationModesTest() {
+        bench.surfaceA.pingEverySecond();
+        sendNothing();
+        bench.run(1500ms); // connected, and its pan side reset
+        bench.state().bank.seeking = true;
+        bench.run(1s); // the tick's own probe has ended, and none follows
+        bench.state().bank.seeking = false;
+        bench.surfaceA.stopPinging();
+        markAll();
+    }
+
+    Lines heardOnA() { return bench.heardOn(bench.surfaceA); }
+
+    AutomationModes& automation = bench.parts().automation;
+    ReceiverState& state = bench.state();
+};
+
+TEST_F(AutomationModesTest, AProbeHoldsTheAutoSwitchFor150Milliseconds) {
+    automation.pollAutoMode(*Strip::of(3));
+    bench.run(149ms);
+    EXPECT_THAT(heardOnA(), ElementsAre("0ms B0 0F 03", "0ms B0 2F 44"));
+    bench.run(1ms);
+    EXPECT_THAT(heardOnA(), ElementsAre("150ms B0 0F 03", "150ms B0 2F 04"));
+}
+
+TEST_F(AutomationModesTest, AProbeOfTheSecondSurfaceGoesThere) {
+    automation.pollAutoMode(*Strip::of(11));
+    bench.run(150ms);
+    EXPECT_THAT(heardOnA(), IsEmpty());
+    EXPECT_THAT(bench.heardOn(bench.surfaceB),
+                ElementsAre("0ms B0 0F 03", "0ms B0 2F 44", "150ms B0 0F 03", "150ms B0 2F 04"));
+}
+
+TEST_F(AutomationModesTest, TheModeThatTheDisplayShowsIsToldToTheClient) {
+    automation.pollAutoMode(*Strip::of(3));
+    bench.run(100ms);
+    bench.surfaceA.name(3, "TLch");
+    bench.run(50ms);
+    EXPECT_EQ(state.automation.autoModeCache[3], 11);
+    EXPECT_THAT(heard(0x1C), ElementsAre("150ms 01 1C 00 00 00 0B 00 00 00 00"));
+}
+
+TEST_F(AutomationModesTest, AModeThatIsKnownIsNotToldAgain) {
+    state.automation.autoModeCache[3] = 1;
+    bench.parts().mirror.sendAllAutoModes();
+    settle();
+    phone->tape.clear();
+    automation.autoModeUpdate(*Strip::of(3), 1);
+    EXPECT_THAT(heard(0x1C), IsEmpty());
+}
+
+TEST_F(AutomationModesTest, AProbeThatReadsNothingStoresNothing) {
+    state.automation.autoModeCache[3] = 1;
+    automation.pollAutoMode(*Strip::of(3));
+    bench.surfaceA.name(3, "Kick");
+    bench.run(150ms);
+    EXPECT_EQ(state.automation.autoModeCache[3], 1);
+    EXPECT_THAT(heard(0x1C), IsEmpty());
+}
+
+TEST_F(AutomationModesTest, ATextAfterTheProbeIsTooLate) {
+    automation.pollAutoMode(*Strip::of(3));
+    bench.run(150ms);
+    bench.surfaceA.name(3, "Read");
+    bench.run(1ms);
+    EXPECT_EQ(state.automation.autoModeCache[3], 0);
+}
+
+// ---- When probing is not allowed
+
+TEST_F(AutomationModesTest, NothingIsProbedWhileSomethingElseNeedsTheSurfaces) {
+    for (bool* obstacle :
+         {&state.bank.seeking, &state.bank.groupApplying, &state.published.calibrating, &state.mirror.transportPlaying,
+          &state.mirror.transportRecording, &state.mirror.stripTouched[3]}) {
+        *obstacle = true;
+        automation.pollAutoMode(*Strip::of(3));
+        settle();
+        EXPECT_THAT(heardOnA(), IsEmpty());
+        *obstacle = false;
+    }
+}
+
+TEST_F(AutomationModesTest, NothingIsProbedWithoutProTools) {
+    state.published.huiConnected = false;
+    automation.pollAutoMode(*Strip::of(3));
+    settle();
+    EXPECT_THAT(heardOnA(), IsEmpty());
+}
+
+TEST_F(AutomationModesTest, AFingerOnAnotherFaderDoesNotMatter) {
+    state.mirror.stripTouched[4] = true;
+    automation.pollAutoMode(*Strip::of(3));
+    settle();
+    EXPECT_THAT(heardOnA(), testing::SizeIs(2));
+}
+
+// ---- All strips
+
+TEST_F(AutomationModesTest, AllStripsAreProbedOneAfterAnother) {
+    state.published.winW = 16;
+    state.presence.lastPingB = state.presence.lastPing + 10s;
+    state.presence.lastPing += 10s;
+    automation.pollAllAutoModes();
+    bench.run(16 * 150ms);
+    const Lines a = heardOnA();
+    const Lines b = bench.heardOn(bench.surfaceB);
+    EXPECT_THAT(a, testing::Contains("0ms B0 0F 00"));
+    EXPECT_THAT(a, testing::Contains("1050ms B0 0F 07"));
+    EXPECT_THAT(b, testing::Contains("1200ms B0 0F 00"));
+    EXPECT_THAT(b, testing::Contains("2400ms B0 0F 07"));
+}
+
+TEST_F(AutomationModesTest, AllStripsAreProbedAgainAfterMoreThanThreeSecondsOnly) {
+    automation.pollAllAutoModes();
+    const TimePoint first = state.automation.lastAutoPollAll;
+    EXPECT_EQ(first, world.runtime.now());
+    bench.run(3s);
+    automation.pollAllAutoModes();
+    EXPECT_EQ(state.automation.lastAutoPollAll, first);
+    bench.run(1ms);
+    automation.pollAllAutoModes();
+    EXPECT_EQ(state.automation.lastAutoPollAll, world.runtime.now());
+}
+
+TEST_F(AutomationModesTest, AskingTwiceQueuesTheProbesOnce) {
+    automation.pollAllAutoModes();
+    automation.pollAllAutoModes();
+    bench.run(16 * 150ms);
+    const auto ofStripZero = [](const std::string& line) { return line.ends_with("B0 0F 00"); };
+    EXPECT_EQ(std::ranges::count_if(heardOnA(), ofStripZero), 2); // down and up
+}
+
+// ---- Setting
+
+TEST_F(AutomationModesTest, AModeIsSetWhileTheAutoSwitchIsHeld) {
+    phone->send({0x01, 0x0F, 0x02, 0x05});
+    bench.run(200ms);
+    bench.surfaceA.name(2, "Tch ");
+    bench.run(60ms);
+    EXPECT_THAT(heardOnA(), ElementsAre("0ms B0 0F 02", "0ms B0 2F 44", "50ms B0 0F 18", "50ms B0 2F 45",
+                                        "110ms B0 0F 18", "110ms B0 2F 05", "260ms B0 0F 02", "260ms B0 2F 04"));
+    EXPECT_THAT(heard(0x1C), ElementsAre("260ms 01 1C 00 00 02 00 00 00 00 00"));
+    EXPECT_THAT(bench.takeLines(), ElementsAre("← auto ch3 mode changed → touch"));
+}
+
+TEST_F(AutomationModesTest, AModeOfTheSecondSurfaceIsSetThere) {
+    phone->send({0x01, 0x0F, 0x0F, 0x00});
+    bench.run(260ms);
+    EXPECT_THAT(heardOnA(), IsEmpty());
+    EXPECT_THAT(bench.heardOn(bench.surfaceB),
+                ElementsAre("0ms B0 0F 07", "0ms B0 2F 44", "50ms B0 0F 18", "50ms B0 2F 40", "110ms B0 0F 18",
+                            "110ms B0 2F 00", "260ms B0 0F 07", "260ms B0 2F 04"));
+    EXPECT_THAT(bench.takeLines(), ElementsAre("← auto ch16 mode changed → unknown"));
+}
+
+TEST_F(AutomationModesTest, ASettingThatReadsNothingNamesWhatWasKnown) {
+    state.automation.autoModeCache[2] = 5;
+    phone->send({0x01, 0x0F, 0x02, 0x05});
+    bench.run(260ms);
+    EXPECT_THAT(bench.takeLines(), ElementsAre("← auto ch3 mode changed → off"));
+}
+
+TEST_F(AutomationModesTest, SettingsWaitForEachOther) {
+    phone->send({0x01, 0x0F, 0x00, 0x01});
+    phone->send({0x01, 0x0F, 0x01, 0x01});
+    bench.run(520ms);
+    const Lines presses = heardOnA();
+    ASSERT_THAT(presses, testing::SizeIs(16));
+    EXPECT_EQ(presses[7], "260ms B0 2F 04");
+    EXPECT_EQ(presses[8], "260ms B0 0F 01");
+    EXPECT_EQ(presses[15], "520ms B0 2F 04");
+}
+
+TEST_F(AutomationModesTest, AStripOrAModeOutOfRangeSetsNothing) {
+    phone->send({0x01, 0x0F, 0x10, 0x00});
+    phone->send({0x01, 0x0F, 0x00, 0x06});
+    bench.run(260ms);
+    EXPECT_THAT(heardOnA(), IsEmpty());
+    EXPECT_THAT(bench.heardOn(bench.surfaceB), IsEmpty());
+    EXPECT_THAT(bench.lines, IsEmpty());
+}
+
+TEST(AutomationModesInJapanese, NamesTheModeInTheLog) {
+    ModelWorld world;
+    ModelBench bench(world, {.japanese = true});
+    bench.start();
+    bench.parts().automation.setAutoMode(*Strip::of(0), 1);
+    bench.run(260ms);
+    EXPECT_THAT(bench.takeLines(), ElementsAre("← auto ch1 モード変更 → 不明"));
+}
+
+} // namespace
+} // namespace lumbrine

@@ -1,0 +1,91 @@
+// The navigation buttons: a seek where the position is known, the button itself where it is not.
+#include "model/testing/banking_host.h"
+#include "model/testing/model_test.h"
+
+namespace lumbrine {
+namespace {
+
+class BankMovesTest : public ModelTest {
+protected:
+    BankMovesTest() {
+        bench.parts().surfaces.startSurfaces();
+        host.show();
+        bench.setTrackMap(numbers(40), 0);
+        state.published.huiConnected = true;
+        state.automation.lastAutoPollAll = world.runtime.now() + 1h; // no probes
+        bench.run(2s);
+        bench.mark();
+    }
+
+    void move(int kind) {
+        bench.model->bankMove(kind);
+        bench.run(2s);
+    }
+
+    ReceiverState& state = bench.state();
+    BankingHost host{bench, numbers(40)};
+};
+
+TEST_F(BankMovesTest, MoveByAChannelOrByABank) {
+    move(3);
+    EXPECT_EQ(host.offset, 8);
+    move(2);
+    EXPECT_EQ(host.offset, 9);
+    move(0);
+    EXPECT_EQ(host.offset, 8);
+    move(3);
+    move(2);
+    move(1);
+    EXPECT_EQ(host.offset, 9);
+}
+
+TEST_F(BankMovesTest, AreSeeksWhereThePositionIsKnown) {
+    bench.model->bankMove(3);
+    EXPECT_TRUE(state.bank.seeking);
+}
+
+TEST_F(BankMovesTest, MoveByTheWholeWindowOfTwoSurfaces) {
+    state.published.winW = 16;
+    host.deaf = true;
+    bench.model->bankMove(3);
+    bench.run(31ms);
+    EXPECT_EQ(state.published.bankOffset, 16);
+}
+
+TEST_F(BankMovesTest, StayWithinTheSession) {
+    move(1);
+    EXPECT_EQ(host.offset, 0);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
+}
+
+TEST_F(BankMovesTest, PressTheButtonItselfWhereThePositionIsUnknown) {
+    state.published.bankOffset = -1;
+    state.automation.autoModeCache[3] = 2;
+    bench.model->bankMove(1);
+    EXPECT_FALSE(state.bank.seeking);
+    EXPECT_EQ(state.automation.autoModeCache[3], autoModeUnknown); // at once
+    bench.run(30ms);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA),
+                ElementsAre("0ms B0 0F 0A", "0ms B0 2F 41", "30ms B0 0F 0A", "30ms B0 2F 01"));
+}
+
+TEST_F(BankMovesTest, PressTheButtonItselfWhereTheSessionFitsOrIsNotKnown) {
+    for (const int tracks : {8, 0}) {
+        bench.setTrackMap(numbers(tracks), tracks == 0 ? -1 : 0);
+        bench.mark();
+        bench.model->bankMove(2);
+        bench.run(10ms);
+        EXPECT_THAT(bench.heardOn(bench.surfaceA), ElementsAre("0ms B0 0F 0A", "0ms B0 2F 42"));
+        bench.run(1s);
+    }
+}
+
+TEST_F(BankMovesTest, AreFourInNumber) {
+    state.published.bankOffset = -1;
+    move(4);
+    move(-1);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
+}
+
+} // namespace
+} // namespace lumbrine

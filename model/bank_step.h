@@ -1,0 +1,39 @@
+// Which button brings the surfaces nearer to a wanted part of the session. Pure arithmetic on offsets: an offset is the
+// session index of the track on strip 0.
+#pragma once
+
+#include "base/strip.h"
+
+namespace lumbrine {
+
+// The ports of the four buttons.
+namespace bank_port {
+
+inline constexpr int channelBack = 0;
+inline constexpr int bankBack = 1;
+inline constexpr int channelForward = 2;
+inline constexpr int bankForward = 3;
+
+} // namespace bank_port
+
+struct BankLayout {
+    int tracks = 0;               // in the session
+    int width = stripsPerSurface; // strips shown, which is also how far a bank button goes; more than 0
+
+    // Where the last strip shows the last track; 0 for a session that fits.
+    int maxOffset() const;
+};
+
+struct BankStep {
+    int port;
+    int predicted; // the offset after it, if Pro Tools does as expected
+
+    bool byBank() const { return port == bank_port::bankBack || port == bank_port::bankForward; }
+};
+
+// The next press on the way to `target`, which is another offset than `current` and 0 to maxOffset. Bank buttons lead
+// from one multiple of the width to the next and are used while they do not lead past the target; channel buttons do
+// the rest. Each step leads nearer, so a way of `d` tracks takes at most d / width + width of them.
+BankStep nextBankStep(int current, int target, BankLayout layout);
+
+} // namespace lumbrine

@@ -1,0 +1,314 @@
+// Scanning the banks: when, how, and what comes of it.
+#include "model/testing/banking_host.h"
+#include "model/testing/model_test.h"
+
+namespace lumbrine {
+namespace {
+
+const std::string started = "▶ Scanning all tracks… (PT's display will move briefly)";
+const std::string postponed = "Scan: postponed while playing/recording (runs automatically after stop)";
+
+// Connected for long, at rest, without a map; no heartbeat.
+class ScanTest : public ModelTest {
+protected:
+    ScanTest() {
+        bench.parts().surfaces.startSurfaces();
+        bench.run(10s);
+        state.published.huiConnected = true;
+        state.presence.firstPingAt = world.runtime.now() - 10s;
+        bench.takeLines();
+    }
+
+    // A request, and whether it was heard.
+    bool scanBegins(bool force) {
+        scan.calibrateBanks(force);
+        return bench.takeLines() == Lines{started};
+    }
+
+    bool scanEnds(Duration limit) {
+        return world.runtime.runUntil([this] { return !state.published.calibrating; }, limit);
+    }
+
+    Calibration& scan = bench.parts().calibration;
+    ReceiverState& state = bench.state();
+};
+
+// ---- Admission
+
+TEST_F(ScanTest, BeginsWithALine) {
+    scan.calibrateBanks(false);
+    EXPECT_TRUE(state.published.calibrating);
+    EXPECT_THAT(bench.lines, ElementsAre(started));
+}
+
+TEST_F(ScanTest, IsRefusedWithoutProTools) {
+    state.published.huiConnected = false;
+    scan.calibrateBanks(false);
+    EXPECT_THAT(bench.takeLines(), IsEmpty());
+    scan.calibrateBanks(true);
+    EXPECT_THAT(bench.takeLines(), ElementsAre("Scan: aborted (Pro Tools not connected)"));
+    EXPECT_FALSE(state.published.calibrating);
+}
+
+TEST_F(ScanTest, IsRefusedSilentlyWhileTheBanksAreBeingMoved) {
+    state.mirror.transportPlaying = true; // which would be told
+    for (bool* reason : {&state.published.calibrating, &state.bank.seeking, &state.bank.groupApplying}) {
+        *reason = true;
+        scan.calibrateBanks(true);
+        *reason = false;
+    }
+    EXPECT_THAT(bench.lines, IsEmpty());
+}
+
+TEST_F(ScanTest, OnlyAForcedOneReplacesAMap) {
+    bench.setTrackMap({"a"}, 0);
+    state.mirror.transportPlaying = true;
+    scan.calibrateBanks(false);
+    EXPECT_THAT(bench.takeLines(), IsEmpty()); // not even the transport is looked at
+    state.mirror.transportPlaying = false;
+    EXPECT_TRUE(scanBegins(true));
+}
+
+TEST_F(ScanTest, IsPostponedOncePerStretchOfPlaying) {
+    state.mirror.transportPlaying = true;
+    scan.calibrateBanks(true);
+    scan.calibrateBanks(true);
+    scan.calibrateBanks(false);
+    EXPECT_THAT(bench.takeLines(), ElementsAre(postponed));
+    EXPECT_FALSE(state.published.calibrating);
+
+    state.mirror.transportPlaying = false;
+    EXPECT_TRUE(scanBegins(true));
+    ASSERT_TRUE(scanEnds(10s));
+    state.mirror.transportRecording = true;
+    bench.takeLines();
+    scan.calibrateBanks(true);
+    EXPECT_THAT(bench.takeLines(), ElementsAre(postponed));
+}
+
+TEST_F(ScanTest, IsNotBegunByItselfInTheFirstTwoSecondsOfPings) {
+    state.presence.firstPingAt = world.runtime.now() - 2s;
+    EXPECT_FALSE(scanBegins(false));
+    bench.run(Duration(1));
+    EXPECT_TRUE(scanBegins(false));
+}
+
+TEST_F(ScanTest, IsBegunAtOnceWhenForced) {
+    state.presence.firstPingAt = world.runtime.now();
+    EXPECT_TRUE(scanBegins(true));
+}
+
+TEST_F(ScanTest, ThatComesTooEarlyStillEndsTheStretchOfPlaying) {
+    state.mirror.transportPlaying = true;
+    scan.calibrateBanks(true);
+    state.mirror.transportPlaying = false;
+    state.presence.firstPingAt = world.runtime.now();
+    EXPECT_FALSE(scanBegins(false));
+    state.mirror.transportPlaying = true;
+    bench.takeLines();
+    scan.calibrateBanks(true);
+    EXPECT_THAT(bench.takeLines(), ElementsAre(postponed));
+}
+
+TEST(ScanInJapanese, TellsWhatItDoes) {
+    ModelWorld world;
+    ModelBench bench(world, {.japanese = true});
+    bench.parts().surfaces.startSurfaces();
+    bench.run(1s);
+    ReceiverState& state = bench.state();
+    Calibration& scan = bench.parts().calibration;
+    bench.takeLines();
+
+    scan.calibrateBanks(true);
+    state.published.huiConnected = true;
+    state.mirror.transportPlaying = true;
+    scan.calibrateBanks(true);
+    state.mirror.transportPlaying = false;
+    scan.calibrateBanks(true);
+    const auto ended = [&state] { return !state.published.calibrating; };
+    ASSERT_TRUE(world.runtime.runUntil(ended, 10s));
+    bench.run(2s);
+    ASSERT_TRUE(world.runtime.runUntil(ended, 10s));
+    EXPECT_THAT(bench.lines,
+                ElementsAre("計測: Pro Tools 未接続のため中止",
+                            "計測: 再生/録音中のため見送り（停止後に自動で行います）", //
+                            "▶ トラック全体を計測中…（PT の表示が一瞬動きます）", "✓ 全 0 トラックを把握しました",
+                            "位置を特定できないため測り直します…", "▶ トラック全体を計測中…（PT の表示が一瞬動きます）",
+                            "✓ 全 0 トラックを把握しました", "位置を特定できません（地図と表示が合いません）"));
+}
+
+// ---- The scan
+
+class ScanOf20TracksTest : public ScanTest {
+protected:
+    ScanOf20TracksTest() {
+        for (int track = 0; track < 20; ++track)
+            host.faders.push_back(track / 16383.0);
+        host.show();
+        bench.run(5s);
+        bench.mark();
+    }
+
+    Lines presses() {
+        Lines lines;
+        for (const std::string& line : bench.heardOn(bench.surfaceA))
+            if (line.find("B0 2F 4") != std::string::npos) lines.push_back(line);
+        return lines;
+    }
+
+    std::vector<int> rawFaders() {
+        std::vector<int> raw;
+        for (const auto& fader : state.session.sessFaders)
+            raw.push_back(fader ? FaderValue::ofUnit(*fader + 0.00001).raw() : -1);
+        return raw;
+    }
+
+    BankingHost host{bench, numbers(20)};
+};
+
+TEST_F(ScanOf20TracksTest, WaitsForTheDisplaysAroundEachPress) {
+    scan.calibrateBanks(false);
+    bench.run(2339ms);
+    EXPECT_TRUE(state.published.calibrating);
+    bench.run(1ms);
+    EXPECT_FALSE(state.published.calibrating);
+    EXPECT_THAT(presses(), ElementsAre("240ms B0 2F 41", // back, where nothing moves
+                                       "750ms B0 2F 43", "1140ms B0 2F 43", "1530ms B0 2F 43", "1920ms B0 2F 41",
+                                       "2070ms B0 2F 41")); // to where it began
+}
+
+TEST_F(ScanOf20TracksTest, WaitsUntilTheDisplaysHaveSettledFirst) {
+    host.show();
+    world.runtime.runUntilIdle();
+    bench.mark();
+    scan.calibrateBanks(false);
+    bench.run(1489ms);
+    EXPECT_THAT(presses(), IsEmpty());
+    bench.run(1ms); // 1.25 s, polled every 50 ms, and two stable windows
+    EXPECT_THAT(presses(), ElementsAre("1490ms B0 2F 41"));
+}
+
+TEST_F(ScanOf20TracksTest, CommitsTheMapBeforeItReturns) {
+    scan.calibrateBanks(false);
+    bench.run(1799ms);
+    EXPECT_THAT(state.published.trackMap, IsEmpty());
+    bench.takeLines();
+    bench.run(1ms);
+    EXPECT_EQ(state.published.trackMap, numbers(20));
+    EXPECT_TRUE(state.session.fullTableDirty);
+    EXPECT_EQ(state.published.bankOffset, 12);
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✓ Mapped all 20 tracks"));
+    EXPECT_TRUE(state.published.calibrating);
+}
+
+TEST_F(ScanOf20TracksTest, RemembersTheFadersThatItPasses) {
+    scan.calibrateBanks(false);
+    ASSERT_TRUE(scanEnds(10s));
+    EXPECT_THAT(rawFaders(), ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19));
+}
+
+TEST_F(ScanOf20TracksTest, KeepsTheLaterFaderWhereBanksOverlap) {
+    scan.calibrateBanks(false);
+    bench.run(1100ms); // the second bank has been seen, with track 13 on it; so it will be with the third
+    host.faders[13] = 1000 / 16383.0;
+    ASSERT_TRUE(scanEnds(10s));
+    EXPECT_EQ(rawFaders()[13], 1000);
+}
+
+TEST_F(ScanOf20TracksTest, ReplacesAnOldMapWhole) {
+    bench.setTrackMap(numbers(99), 0);
+    scan.calibrateBanks(true);
+    ASSERT_TRUE(scanEnds(10s));
+    EXPECT_EQ(state.published.trackMap, numbers(20));
+    EXPECT_THAT(state.session.sessFaders, testing::SizeIs(20));
+}
+
+TEST_F(ScanOf20TracksTest, ReturnsToTheTopWhenTheStartIsNowhere) {
+    host.scrollTo(5);
+    bench.surfaceA.name(0, "mode"); // an automation mode, say, instead of the track's name
+    bench.run(5s);
+    scan.calibrateBanks(false);
+    ASSERT_TRUE(scanEnds(10s));
+    EXPECT_EQ(host.offset, 0);
+    EXPECT_EQ(state.published.bankOffset, 0);
+}
+
+// ---- A map that does not fit in the end
+
+class FailedScanTest : public ScanOf20TracksTest {
+protected:
+    // Renames every track during the way back.
+    void scanInVain(const std::string& prefix) {
+        EXPECT_TRUE(world.runtime.runUntil([this] { return !state.published.trackMap.empty(); }, 20s));
+        for (std::size_t track = 0; track < host.names.size(); ++track)
+            host.names[track] = prefix + std::to_string(track);
+        host.show();
+        EXPECT_TRUE(scanEnds(20s));
+    }
+};
+
+TEST_F(FailedScanTest, IsRepeatedTwoSecondsLater) {
+    scan.calibrateBanks(false);
+    scanInVain("a");
+    EXPECT_EQ(bench.takeLines().back(), "Cannot determine bank position, rescanning…");
+    EXPECT_EQ(state.published.bankOffset, -1);
+    bench.run(1999ms);
+    EXPECT_FALSE(state.published.calibrating);
+    EXPECT_EQ(state.published.trackMap, numbers(20));
+    bench.run(1ms);
+    EXPECT_TRUE(state.published.calibrating);
+    EXPECT_THAT(state.published.trackMap, IsEmpty());
+    EXPECT_THAT(bench.takeLines(), ElementsAre(started));
+    ASSERT_TRUE(scanEnds(20s));
+    EXPECT_EQ(state.published.bankOffset, 12); // where the first scan had got to
+    EXPECT_EQ(host.offset, 12);
+    EXPECT_FALSE(state.bank.calibrationRetried);
+}
+
+TEST_F(FailedScanTest, IsRepeatedOnce) {
+    scan.calibrateBanks(false);
+    scanInVain("a");
+    bench.run(2s);
+    scanInVain("b");
+    EXPECT_EQ(bench.takeLines().back(), "Cannot determine bank position (map does not match the display)");
+    bench.run(60s);
+    EXPECT_THAT(bench.lines, IsEmpty());
+    EXPECT_FALSE(state.published.calibrating);
+}
+
+TEST_F(FailedScanTest, MayBeRepeatedAgainAfterASuccess) {
+    scan.calibrateBanks(false);
+    scanInVain("a");
+    bench.run(2s);
+    ASSERT_TRUE(scanEnds(20s));
+    state.published.trackMap.clear();
+    scan.calibrateBanks(false);
+    scanInVain("b");
+    EXPECT_EQ(bench.takeLines().back(), "Cannot determine bank position, rescanning…");
+}
+
+// ---- It ends
+
+TEST_F(ScanTest, EndsWithin256SecondsWhateverTheDisplaysDo) {
+    BankingHost host(bench, numbers(8));
+    const auto changes = world.runtime.repeatOnMain(
+        50ms, [this, count = 0]() mutable { bench.surfaceA.name(0, std::to_string(1000 + count++ % 9000)); });
+    bench.run(100ms);
+    const TimePoint begin = world.runtime.now();
+    scan.calibrateBanks(false);
+    ASSERT_TRUE(scanEnds(256s));
+    EXPECT_GT(world.runtime.now() - begin, 255s); // 64 banks back and 64 forward, 1.93 s each
+}
+
+TEST_F(ScanTest, EndsThoughProToolsGoesAway) {
+    BankingHost host(bench, numbers(99));
+    bench.run(5s);
+    scan.calibrateBanks(false);
+    bench.run(3s);
+    state.published.huiConnected = false;
+    host.deaf = true;
+    EXPECT_TRUE(scanEnds(5s));
+}
+
+} // namespace
+} // namespace lumbrine

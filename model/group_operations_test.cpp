@@ -1,0 +1,283 @@
+// Setting faders and automation modes of tracks anywhere in the session.
+#include "model/testing/banking_host.h"
+#include "model/testing/model_test.h"
+
+#include <algorithm>
+
+namespace lumbrine {
+namespace {
+
+// Connected, 20 tracks, the first ones shown; no heartbeat. Track 8, say, shows "Tch" while its AUTO switch is held.
+class GroupTest : public ModelTest {
+protected:
+    GroupTest() {
+        bench.parts().surfaces.startSurfaces();
+        host.show();
+        host.modes = {"Read", "Read", "Read", "Read", "Read", "Read", "Read", "Read", "Tch", "Tch",
+                      "Tch",  "Tch",  "Tch",  "Tch",  "Tch",  "Tch",  "Tch",  "Tch",  "Tch", "Tch"};
+        bench.setTrackMap(numbers(20), 0);
+        state.published.huiConnected = true;
+        state.automation.lastAutoPollAll = world.runtime.now() + 1h; // no probes
+        bench.run(2s);
+        bench.mark();
+        bench.takeLines();
+    }
+
+    bool ends(Duration limit = 20s) {
+        world.runtime.runUntilIdle();
+        return world.runtime.runUntil([this] { return !state.bank.groupApplying; }, limit);
+    }
+
+    // What surface A heard but for the bank buttons, without times.
+    Lines acts() {
+        Lines lines;
+        bool bank = false;
+        for (const std::string& line : bench.surfaceA.tape.takeBytes()) {
+            if (line.starts_with("B0 0F")) bank = line == "B0 0F 0A";
+            if (!bank) lines.push_back(line);
+        }
+        return lines;
+    }
+
+    GroupOperations& groups = bench.parts().groups;
+    ReceiverState& state = bench.state();
+    BankingHost host{bench, numbers(20)};
+};
+
+// ---- Faders
+
+TEST_F(GroupTest, AFaderIsTouchedMovedAndReleasedAfter30Milliseconds) {
+    groups.groupSetFaders({{2, 0.5}});
+    bench.run(30ms);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), ElementsAre("0ms B0 0F 02", "0ms B0 2F 40", "0ms B0 02 3F",
+                                                           "0ms B0 22 7F", "30ms B0 0F 02", "30ms B0 2F 00"));
+    EXPECT_TRUE(state.bank.groupApplying); // on the way back
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(bench.lines, ElementsAre("✓ Applied faders to 1 group tracks outside the window"));
+}
+
+TEST_F(GroupTest, FadersAreSetInSessionOrderAndTheViewIsPutBack) {
+    groups.groupSetFaders({{13, 1.0}, {2, 0.0}});
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(acts(), ElementsAre("B0 0F 02", "B0 2F 40", "B0 02 00", "B0 22 00", "B0 0F 02", "B0 2F 00",
+                                    // the fourth strip
+                                    "B0 0F 03", "B0 2F 40", "B0 03 7F", "B0 23 7F", "B0 0F 03", "B0 2F 00"));
+    EXPECT_EQ(host.offset, 0);
+    EXPECT_EQ(state.published.bankOffset, 0);
+    EXPECT_THAT(bench.lines, ElementsAre("✓ Applied faders to 2 group tracks outside the window"));
+}
+
+TEST_F(GroupTest, AMemberNearTheEndIsReachedWithAFullWindow) {
+    groups.groupSetFaders({{19, 0.0}});
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(acts(), testing::Contains("B0 07 00")); // at offset 12
+}
+
+TEST_F(GroupTest, AMemberNearTheBeginningIsReachedFromTheTop) {
+    host.scrollTo(12);
+    bench.run(1s);
+    groups.groupSetFaders({{1, 0.0}});
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(acts(), testing::Contains("B0 01 00"));
+    EXPECT_EQ(host.offset, 12);
+}
+
+TEST_F(GroupTest, MembersOutsideTheSessionAreLeftOut) {
+    groups.groupSetFaders({{-1, 0.5}, {3, 0.5}, {20, 0.5}});
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(acts(), testing::SizeIs(6));
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✓ Applied faders to 1 group tracks outside the window"));
+
+    groups.groupSetFaders({{-1, 0.5}, {20, 0.5}});
+    groups.groupSetFaders({});
+    groups.groupSetAutoMode({20, 65535}, 2);
+    bench.run(1s);
+    EXPECT_THAT(acts(), IsEmpty());
+    EXPECT_THAT(bench.lines, IsEmpty());
+}
+
+TEST_F(GroupTest, NothingHappensWithoutProToolsOrAMapOrWhileOthersMoveTheBanks) {
+    const auto refused = [this] {
+        groups.groupSetFaders({{3, 0.5}});
+        groups.groupSetAutoMode({3}, 2);
+        bench.run(1s);
+        return acts().empty() && bench.takeLines().empty();
+    };
+    state.published.huiConnected = false;
+    EXPECT_TRUE(refused());
+    state.published.huiConnected = true;
+    for (bool* reason : {&state.published.calibrating, &state.bank.seeking}) {
+        *reason = true;
+        EXPECT_TRUE(refused());
+        *reason = false;
+    }
+    bench.setTrackMap({}, -1);
+    EXPECT_TRUE(refused());
+}
+
+TEST_F(GroupTest, FadersMoveWhileTheTransportRuns) {
+    state.mirror.transportPlaying = true;
+    groups.groupSetFaders({{3, 0.5}});
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(acts(), testing::SizeIs(6));
+}
+
+TEST_F(GroupTest, TheSurfacesStayWhereTheLastMemberPutThemWhenTheStartWasUnknown) {
+    state.published.bankOffset = -1; // though the names are there to be found
+    groups.groupSetFaders({{15, 0.5}});
+    ASSERT_TRUE(ends());
+    EXPECT_EQ(host.offset, 12);
+    EXPECT_EQ(state.published.bankOffset, 12);
+}
+
+TEST_F(GroupTest, AMemberThatDoesNotComeIsLeftOut) {
+    host.deaf = true;
+    groups.groupSetFaders({{15, 0.5}});
+    ASSERT_TRUE(ends(5s));
+    EXPECT_THAT(acts(), IsEmpty());
+}
+
+TEST_F(GroupTest, WalksFollowEachOther) {
+    groups.groupSetFaders({{13, 0.0}});
+    groups.groupSetFaders({{14, 0.0}});
+    groups.groupSetFaders({{15, 0.0}});
+    bench.run(20s);
+    EXPECT_FALSE(state.bank.groupApplying);
+    EXPECT_THAT(acts(), testing::SizeIs(3 * 6));
+    EXPECT_THAT(bench.lines, testing::SizeIs(3));
+}
+
+// ---- Automation modes
+
+TEST_F(GroupTest, AModeIsPressedWhileTheStripsSwitchIsHeld) {
+    groups.groupSetAutoMode({2}, 5);
+    bench.run(260ms);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), ElementsAre("0ms B0 0F 02", "0ms B0 2F 44",     // hold
+                                                           "50ms B0 0F 18", "50ms B0 2F 45",   // the mode's button
+                                                           "110ms B0 0F 18", "110ms B0 2F 05", //
+                                                           "260ms B0 0F 02", "260ms B0 2F 04"));
+    EXPECT_EQ(state.automation.autoModeCache[2], 1);
+    ASSERT_TRUE(ends());
+    EXPECT_EQ(state.automation.autoModeCache[2], autoModeUnknown); // whatever the strip shows now is to be asked
+    EXPECT_THAT(bench.lines, ElementsAre("✓ Applied automation mode to 1 group tracks"));
+}
+
+TEST_F(GroupTest, WhatTheDisplaysShowIsKeptForTheSession) {
+    groups.groupSetAutoMode({13, 2, 13}, 5);
+    ASSERT_TRUE(ends());
+    ASSERT_THAT(state.session.sessAutoModes, testing::SizeIs(20));
+    EXPECT_EQ(state.session.sessAutoModes[2], 1);
+    EXPECT_EQ(state.session.sessAutoModes[13], 2);
+    EXPECT_EQ(std::ranges::count(state.session.sessAutoModes, autoModeUnknown), 18);
+    EXPECT_EQ(host.offset, 0);
+    EXPECT_THAT(bench.lines, ElementsAre("✓ Applied automation mode to 2 group tracks")); // no track twice
+}
+
+TEST_F(GroupTest, AModeThatIsNotShownIsNotStored) {
+    host.modes.clear();
+    bench.parts().capture.ensureSessAutoPanSize();
+    state.session.sessAutoModes[2] = 4;
+    groups.groupSetAutoMode({2}, 5);
+    ASSERT_TRUE(ends());
+    EXPECT_EQ(state.session.sessAutoModes[2], 4);
+}
+
+TEST_F(GroupTest, ThereAreSixModes) {
+    groups.groupSetAutoMode({2}, 6);
+    groups.groupSetAutoMode({2}, -1);
+    bench.run(1s);
+    EXPECT_THAT(acts(), IsEmpty());
+    EXPECT_THAT(bench.lines, IsEmpty());
+}
+
+TEST_F(GroupTest, ModesAreLeftAloneWhileTheTransportRuns) {
+    for (bool* running : {&state.mirror.transportPlaying, &state.mirror.transportRecording}) {
+        *running = true;
+        groups.groupSetAutoMode({2}, 5);
+        bench.run(1s);
+        *running = false;
+    }
+    EXPECT_THAT(acts(), IsEmpty());
+    EXPECT_THAT(bench.lines, IsEmpty());
+}
+
+TEST_F(GroupTest, TheModesShownAreAskedForInTheEnd) {
+    state.automation.lastAutoPollAll = distantPast;
+    groups.groupSetAutoMode({2}, 5);
+    ASSERT_TRUE(ends());
+    acts();
+    bench.run(1ms);
+    EXPECT_THAT(acts(), ElementsAre("B0 0F 00", "B0 2F 44"));
+}
+
+TEST_F(GroupTest, StripsOfTheSecondSurfaceAreItsOwn) {
+    state.published.winW = 16;
+    bench.setTrackMap(numbers(16), 0);
+    for (int strip = 0; strip < 8; ++strip)
+        bench.surfaceB.name(strip, (strip < 1 ? "0" : "") + std::to_string(strip + 9) + "  ");
+    world.runtime.runUntilIdle();
+    groups.groupSetFaders({{11, 1.0}});
+    groups.groupSetAutoMode({11}, 2);
+    bench.run(20s);
+    EXPECT_THAT(acts(), IsEmpty());
+    EXPECT_THAT(bench.surfaceB.tape.takeBytes(),
+                ElementsAre("B0 0F 03", "B0 2F 40", "B0 03 7F", "B0 23 7F", "B0 0F 03", "B0 2F 00", //
+                            "B0 0F 03", "B0 2F 44", "B0 0F 18", "B0 2F 42", "B0 0F 18", "B0 2F 02", "B0 0F 03",
+                            "B0 2F 04"));
+}
+
+TEST(GroupInJapanese, TellsWhatWasDone) {
+    ModelWorld world;
+    ModelBench bench(world, {.japanese = true});
+    bench.parts().surfaces.startSurfaces();
+    bench.setTrackMap(numbers(8), 0);
+    bench.state().published.huiConnected = true;
+    bench.run(1s);
+    bench.takeLines();
+    bench.parts().groups.groupSetFaders({{1, 0.5}, {2, 0.5}});
+    bench.parts().groups.groupSetAutoMode({1, 2, 3}, 0);
+    bench.run(20s);
+    EXPECT_THAT(bench.lines, ElementsAre("✓ グループ窓外 2 本のフェーダーを反映しました",
+                                         "✓ グループ 3 本にオートモードを適用しました"));
+}
+
+// ---- What the client is told
+
+class ToldGroupTest : public OwnedModelTest {
+protected:
+    // The types of the last messages but for meters.
+    Lines lastTypesHeard(std::size_t count) {
+        settle();
+        Lines types;
+        for (const std::string& line : phone->tape.takeBytes())
+            if (!line.starts_with("01 11")) types.push_back(line.substr(3, 2));
+        types.erase(types.begin(), types.end() - static_cast<std::ptrdiff_t>(std::min(count, types.size())));
+        return types;
+    }
+};
+
+TEST_F(ToldGroupTest, AWalkIsToldToTheClientWhenItIsOver) {
+    bench.surfaceA.ping();
+    bench.run(1100ms);
+    bench.state().published.huiConnected = true;
+    bench.state().automation.lastAutoPollAll = world.runtime.now() + 1h;
+    BankingHost host(bench, numbers(8));
+    bench.setTrackMap(numbers(8), 0);
+    bench.run(10ms);
+    markAll();
+    bench.parts().groups.groupSetFaders({{1, 0.5}});
+    ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().bank.groupApplying; }, 1s));
+    bench.surfaceA.fader(1, 0.5); // the echo is not shown
+    bench.run(1ms);
+    EXPECT_THAT(heard(0x12), IsEmpty());
+    ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().bank.groupApplying; }, 1s));
+    Lines expected{"16"};
+    expected.insert(expected.end(), 8, "10");
+    expected.push_back("13");
+    expected.insert(expected.end(), 8, "12");
+    expected.push_back("1C");
+    EXPECT_EQ(lastTypesHeard(expected.size()), expected);
+}
+
+} // namespace
+} // namespace lumbrine

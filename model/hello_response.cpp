@@ -1,0 +1,55 @@
+#include "model/hello_response.h"
+
+#include <algorithm>
+
+namespace lumbrine {
+
+HelloResponse::HelloResponse(const ReceiverState& receiverState, Parts otherParts, Bilingual bilingual)
+    : state(receiverState), parts(otherParts), text(bilingual) {}
+
+void HelloResponse::pong(std::string_view key) {
+    parts.endpoint.send(pongMessage(), key);
+}
+
+void HelloResponse::followUp(const std::string& key) {
+    logArrival();
+    parts.mirror.snapshotFor(key, [this, &key] { sendEverything(key); });
+    fillGaps();
+}
+
+void HelloResponse::logArrival() {
+    if (!state.published.iosClientDesc.empty()) return;
+    std::string addresses;
+    for (const std::string& ip : parts.endpoint.connectedIPs())
+        addresses += (addresses.empty() ? "" : ", ") + ip;
+    parts.log.appendLog(text("iOS connected: ", "iOS 接続: ") + addresses);
+}
+
+void HelloResponse::sendEverything(const std::string& key) {
+    ClientMirror& mirror = parts.mirror;
+    mirror.sendShownTrackNames();
+    mirror.sendAllSwitches();
+    mirror.sendShownFaders();
+    mirror.sendAllPans();
+    mirror.sendPanMode();
+    mirror.sendBankPosToClient();
+    mirror.sendSelectsToClient();
+    mirror.sendVisibleFullNames();
+    mirror.sendVisibleColors();
+    mirror.sendVisibleInputMons();
+    mirror.sendAllAutoModes();
+    mirror.sendTransport();
+    parts.table.sendAllRowsTo(key);
+    mirror.sendSessAutoModes();
+    mirror.sendSessPan();
+}
+
+void HelloResponse::fillGaps() {
+    if (!state.published.huiConnected) return;
+    if (state.published.trackMap.empty()) parts.calibration.calibrateBanks(false);
+    const bool noModeKnown =
+        std::ranges::all_of(state.automation.autoModeCache, [](std::uint8_t mode) { return mode == autoModeUnknown; });
+    if (noModeKnown && state.quiet() && !state.transportRunning()) parts.automation.pollAllAutoModes();
+}
+
+} // namespace lumbrine

@@ -1,0 +1,45 @@
+// The answer to a client that says hello: a pong at once, then everything the receiver knows, to that client alone.
+#pragma once
+
+#include "base/bilingual.h"
+#include "model/activity_log.h"
+#include "model/automation_modes.h"
+#include "model/calibration.h"
+#include "model/client_endpoint.h"
+#include "model/client_mirror.h"
+#include "model/track_table.h"
+
+#include <string>
+
+namespace lumbrine {
+
+class HelloResponse {
+public:
+    struct Parts {
+        ClientEndpoint& endpoint;
+        ClientMirror& mirror;
+        TrackTable& table;
+        Calibration& calibration;
+        AutomationModes& automation;
+        ActivityLog& log;
+    };
+
+    HelloResponse(const ReceiverState& receiverState, Parts otherParts, Bilingual bilingual);
+
+    // Any thread.
+    void pong(std::string_view key);
+
+    // The state in full, then whatever the receiver does not know and could find out now. Main thread.
+    void followUp(const std::string& key);
+
+private:
+    void logArrival();
+    void sendEverything(const std::string& key);
+    void fillGaps();
+
+    const ReceiverState& state;
+    const Parts parts;
+    const Bilingual text;
+};
+
+} // namespace lumbrine

@@ -1,0 +1,176 @@
+// What a client gets that says hello.
+#include "model/testing/model_test.h"
+
+namespace lumbrine {
+namespace {
+
+using testing::SizeIs;
+using testing::StartsWith;
+
+class HelloTest : public ModelTest {
+protected:
+    HelloTest() {
+        bench.start();
+        phone = bench.phone("192.168.1.7");
+    }
+
+    Lines hello() {
+        phone->send({0x01, 0x00});
+        world.runtime.runUntilIdle();
+        return phone->tape.takeBytes();
+    }
+
+    // The message types in their order, repetitions once: "7F 13 12".
+    static std::string types(const Lines& messages) {
+        std::string order;
+        for (const std::string& message : messages) {
+            const std::string type = message.substr(3, 2);
+            if (!order.ends_with(type)) order += (order.empty() ? "" : " ") + type;
+        }
+        return order;
+    }
+
+    static Lines ofType(const Lines& messages, const std::string& type) {
+        Lines found;
+        for (const std::string& message : messages)
+            if (message.starts_with("01 " + type)) found.push_back(message);
+        return found;
+    }
+
+    std::unique_ptr<Phone> phone;
+};
+
+TEST_F(HelloTest, IsAnsweredWithAPongBeforeAnythingElse) {
+    EXPECT_EQ(hello().front(), "01 7F");
+}
+
+TEST_F(HelloTest, IsAnsweredWithEverythingInItsOrder) {
+    bench.state().mirror.nameCache = {"Kick", "", "Gt"};
+    bench.setTrackMap({"Kick", "Snr"}, 0);
+    bench.parts().capture.ensureSessAutoPanSize();
+    const Lines messages = hello();
+    EXPECT_EQ(types(messages), "7F 10 13 12 14 15 16 17 18 19 1A 1C 1D 1B 1E 1F");
+    EXPECT_THAT(ofType(messages, "10"), ElementsAre("01 10 00 4B 69 63 6B", "01 10 02 47 74 20 20"));
+    EXPECT_THAT(ofType(messages, "12"), SizeIs(8));
+    EXPECT_THAT(ofType(messages, "14"), SizeIs(16));
+    EXPECT_THAT(ofType(messages, "16"), ElementsAre("01 16 00 00 00 02 08"));
+    EXPECT_THAT(ofType(messages, "18"), SizeIs(8));
+    EXPECT_THAT(ofType(messages, "1B"), SizeIs(2));
+    EXPECT_THAT(ofType(messages, "1D"), ElementsAre("01 1D 00 00"));
+}
+
+TEST_F(HelloTest, IsAnsweredWithNeutralStateWhileNothingIsKnown) {
+    const Lines messages = hello();
+    EXPECT_EQ(types(messages), "7F 13 12 14 15 16 17 18 19 1A 1C 1D");
+    EXPECT_THAT(ofType(messages, "16"), ElementsAre("01 16 FF FF 00 00 08"));
+    EXPECT_THAT(ofType(messages, "1C"), ElementsAre("01 1C 00 00 00 00 00 00 00 00"));
+}
+
+TEST_F(HelloTest, TellsWhatTheTransportDoes) {
+    bench.surfaceA.led(0x0E, 4, true);
+    bench.surfaceA.led(0x0E, 5, true);
+    world.runtime.runUntilIdle();
+    EXPECT_THAT(ofType(hello(), "1D"), ElementsAre("01 1D 01 01"));
+}
+
+TEST_F(HelloTest, HoldsBackWhatIsInMotion) {
+    for (bool* motion :
+         {&bench.state().bank.seeking, &bench.state().bank.groupApplying, &bench.state().published.calibrating}) {
+        *motion = true;
+        EXPECT_EQ(types(hello()), "7F 13 15 16 18 19 1A 1D");
+        *motion = false;
+    }
+}
+
+TEST_F(HelloTest, GoesToItsSenderOnly) {
+    hello();
+    const auto other = bench.phone("192.168.1.8");
+    other->send({0x01, 0x00}); // refused, but known from now on
+    world.runtime.runUntilIdle();
+    phone->tape.clear();
+    other->tape.clear();
+    bench.parts().hello.followUp(other->key());
+    world.runtime.runUntilIdle();
+    EXPECT_EQ(types(other->tape.takeBytes()), "13 12 14 15 16 17 18 19 1A 1C 1D");
+    EXPECT_THAT(phone->tape.takeBytes(), IsEmpty());
+}
+
+TEST_F(HelloTest, IsLoggedUntilTheClientIsShown) {
+    hello();
+    hello();
+    EXPECT_THAT(bench.takeLines(),
+                ElementsAre("iOS connected: ::ffff:192.168.1.7", "iOS connected: ::ffff:192.168.1.7"));
+    bench.run(100ms);
+    hello();
+    EXPECT_THAT(bench.takeLines(), IsEmpty());
+}
+
+TEST(HelloInJapanese, IsLoggedWithEveryLiveClient) {
+    ModelWorld world;
+    ModelBench bench(world, {.japanese = true});
+    bench.start();
+    const auto phone = bench.phone("192.168.1.7");
+    const auto other = bench.phone("192.168.1.8");
+    phone->send({0x01, 0x07, 0x00, 0x00});
+    world.runtime.runUntilIdle();
+    other->send({0x01, 0x00});
+    world.runtime.runUntilIdle();
+    phone->send({0x01, 0x00});
+    world.runtime.runUntilIdle();
+    EXPECT_THAT(bench.takeLines(), ElementsAre("iOS 接続: ::ffff:192.168.1.7, ::ffff:192.168.1.8"));
+}
+
+// ---- What the receiver finds out afterwards
+
+class HelloWithProToolsTest : public HelloTest {
+protected:
+    HelloWithProToolsTest() {
+        bench.setTrackMap({"x"}, 0); // so that no scan is due
+        bench.surfaceA.pingEverySecond();
+        bench.run(1500ms); // found at 100 ms, its pan side reset by 1080 ms
+        bench.mark();
+    }
+};
+
+TEST_F(HelloWithProToolsTest, AsksForTheAutomationModesWhileNoneIsKnown) {
+    hello();
+    bench.run(150ms);
+    const Lines presses = bench.heardOn(bench.surfaceA);
+    EXPECT_THAT(Lines(presses.begin(), presses.begin() + 4),
+                ElementsAre("0ms B0 0F 00", "0ms B0 2F 44", "150ms B0 0F 00", "150ms B0 2F 04"));
+    bench.run(7 * 150ms);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), testing::Contains("1200ms B0 0F 07"));
+}
+
+TEST_F(HelloWithProToolsTest, AsksForNoModeWhenOneIsKnown) {
+    bench.state().automation.autoModeCache[15] = 1;
+    hello();
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
+}
+
+TEST_F(HelloWithProToolsTest, AsksForNoModeWhileTheTransportRuns) {
+    for (bool* runs : {&bench.state().mirror.transportPlaying, &bench.state().mirror.transportRecording}) {
+        *runs = true;
+        hello();
+        EXPECT_EQ(bench.state().automation.lastAutoPollAll, distantPast);
+        *runs = false;
+    }
+}
+
+TEST_F(HelloWithProToolsTest, AsksForNoModeWhileTheBanksMove) {
+    for (bool* motion :
+         {&bench.state().bank.seeking, &bench.state().bank.groupApplying, &bench.state().published.calibrating}) {
+        *motion = true;
+        hello();
+        EXPECT_EQ(bench.state().automation.lastAutoPollAll, distantPast);
+        *motion = false;
+    }
+}
+
+TEST_F(HelloTest, AsksForNoModeWithoutProTools) {
+    hello();
+    EXPECT_EQ(bench.state().automation.lastAutoPollAll, distantPast);
+}
+
+} // namespace
+} // namespace lumbrine

@@ -1,0 +1,34 @@
+// The level meters of all strips: written by the MIDI threads, falling by themselves.
+#pragma once
+
+#include "base/strip.h"
+#include "platform/api/runtime.h"
+
+#include <array>
+#include <cstdint>
+
+namespace lumbrine {
+
+class MeterBank {
+public:
+    static constexpr int maxLevel = 12;
+    static constexpr Duration hold = seconds(0.18); // how long a level stands without being shown again
+
+    using Levels = std::array<std::uint8_t, std::size_t{stripCount} * 2>; // strip by strip, left then right
+
+    explicit MeterBank(Runtime& rt);
+
+    // Levels above 12 count as 12; `side` is 0 (left) or 1. Any thread.
+    void show(Strip strip, int side, int level);
+
+    // Lowers by one every level that is past its hold, and returns them all. Any thread.
+    Levels fall();
+
+private:
+    Runtime& runtime;
+    Mutex meterLock;
+    Levels meterCache LUMBRINE_GUARDED_BY(meterLock){};
+    std::array<TimePoint, std::size_t{stripCount} * 2> meterUpdated LUMBRINE_GUARDED_BY(meterLock);
+};
+
+} // namespace lumbrine

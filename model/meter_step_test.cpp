@@ -1,0 +1,95 @@
+// Meters fall and are streamed.
+#include "model/testing/model_test.h"
+
+namespace lumbrine {
+namespace {
+
+TEST(MeterBank, KeepsALevelFor180MillisecondsAndThenLowersItByOneForEachStep) {
+    ModelWorld world;
+    MeterBank meters(world.runtime);
+    meters.show(*Strip::of(2), 1, 12);
+    world.runtime.runFor(180ms);
+    EXPECT_EQ(meters.fall()[5], 12);
+    world.runtime.runFor(1ms);
+    for (int level = 11; level >= 0; --level)
+        EXPECT_EQ(meters.fall()[5], level);
+    EXPECT_EQ(meters.fall()[5], 0);
+}
+
+TEST(MeterBank, HoldsALevelAnewEachTimeItIsShown) {
+    ModelWorld world;
+    MeterBank meters(world.runtime);
+    meters.show(*Strip::of(0), 0, 5);
+    world.runtime.runFor(180ms);
+    meters.show(*Strip::of(0), 0, 5);
+    world.runtime.runFor(180ms);
+    EXPECT_EQ(meters.fall()[0], 5);
+}
+
+TEST(MeterBank, TakesAnyLevelAboveTwelveForTwelve) {
+    ModelWorld world;
+    MeterBank meters(world.runtime);
+    meters.show(*Strip::of(15), 1, 13);
+    meters.show(*Strip::of(15), 0, 15);
+    EXPECT_EQ(meters.fall()[31], 12);
+    EXPECT_EQ(meters.fall()[30], 12);
+}
+
+class MeterStepTest : public OwnedModelTest {
+protected:
+    Lines levelsNow() {
+        phone->tape.clear();
+        bench.run(17ms);
+        Lines messages = bench.heardBy(*phone, 0x11);
+        return messages;
+    }
+};
+
+TEST_F(MeterStepTest, StreamsTheShownLevelsSixtyTimesASecond) {
+    bench.surfaceA.send({0xA0, 0x00, 0x07}); // strip 0, left
+    bench.surfaceA.send({0xA0, 0x07, 0x1C}); // strip 7, right
+    settle();
+    phone->tape.clear();
+    sendNothing();
+    bench.run(1s);
+    const Lines messages = bench.heardBy(*phone, 0x11);
+    EXPECT_THAT(messages, testing::SizeIs(60));
+    EXPECT_THAT(messages.front(), testing::EndsWith("01 11 07 00 00 00 00 00 00 00 00 00 00 00 00 00 00 0C"));
+}
+
+TEST_F(MeterStepTest, ALevelIsGoneTwelveFramesAfterItsHold) {
+    bench.surfaceA.send({0xA0, 0x00, 0x0C});
+    bench.run(180ms + 12 * MeterStep::interval + 1ms);
+    EXPECT_THAT(levelsNow().front(), testing::HasSubstr(" 01 11 00 00"));
+}
+
+TEST_F(MeterStepTest, StreamsSixteenStripsOfTheWiderWindow) {
+    bench.state().published.winW = 16;
+    bench.surfaceB.send({0xA0, 0x07, 0x13});
+    settle();
+    EXPECT_THAT(levelsNow().front(),
+                testing::EndsWith("01 11 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
+                                  "00 00 00 00 00 03"));
+}
+
+TEST_F(MeterStepTest, StreamsNothingWhileTheBanksMove) {
+    for (bool* motion :
+         {&bench.state().bank.seeking, &bench.state().bank.groupApplying, &bench.state().published.calibrating}) {
+        *motion = true;
+        EXPECT_THAT(levelsNow(), IsEmpty());
+        *motion = false;
+    }
+    EXPECT_THAT(levelsNow(), testing::SizeIs(1));
+}
+
+TEST_F(MeterStepTest, StreamsNothingWithoutAClientButMetersFall) {
+    bench.run(6s);
+    bench.surfaceA.send({0xA0, 0x00, 0x0C});
+    settle();
+    EXPECT_THAT(levelsNow(), IsEmpty());
+    bench.run(1s);
+    EXPECT_EQ(bench.parts().meters.fall()[0], 0);
+}
+
+} // namespace
+} // namespace lumbrine

@@ -1,0 +1,97 @@
+// Owners come and go.
+#include "model/testing/model_test.h"
+
+namespace lumbrine {
+namespace {
+
+class OwnerWatchTest : public OwnedModelTest {
+protected:
+    void tick() { bench.run(400ms); }
+    std::string description() { return bench.model->published().iosClientDesc; }
+};
+
+TEST_F(OwnerWatchTest, ATakeOverReleasesWhatTheOldOwnerHolds) {
+    phone->send({0x01, 0x02, 0x03});
+    phone->send({0x01, 0x02, 0x0E});
+    settle();
+    markAll();
+    const auto other = bench.phone("192.168.1.8");
+    other->send({0x01, 0x25});
+    bench.run(199ms);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
+    bench.run(1ms);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), ElementsAre("200ms B0 0F 03", "200ms B0 2F 00"));
+    EXPECT_THAT(bench.heardOn(bench.surfaceB), ElementsAre("200ms B0 0F 06", "200ms B0 2F 00"));
+    EXPECT_THAT(bench.state().mirror.stripTouched, testing::Each(false));
+    other->send({0x01, 0x02, 0x01});
+    settle();
+    bench.mark();
+    tick();
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
+}
+
+TEST_F(OwnerWatchTest, AnOwnerThatStaysKeepsItsFaders) {
+    phone->send({0x01, 0x02, 0x03});
+    settle();
+    bench.mark();
+    for (int i = 0; i < 5; ++i) {
+        sendNothing();
+        tick();
+    }
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
+    EXPECT_TRUE(bench.state().mirror.stripTouched[3]);
+}
+
+TEST_F(OwnerWatchTest, AFaderHeldAtTheLastMomentIsReleasedWhenTheOwnerVanishes) {
+    bench.state().mirror.stripTouched[3] = true;
+    bench.state().presence.lastUDP += 3s; // so that the client counts as present until the link has lost it
+    bench.run(6s);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), ElementsAre("5800ms B0 0F 03", "5800ms B0 2F 00"));
+}
+
+TEST_F(OwnerWatchTest, ASilentClientHoldsNothingAnyMore) {
+    phone->send({0x01, 0x02, 0x03});
+    settle();
+    bench.mark();
+    bench.run(4999ms);
+    EXPECT_TRUE(bench.state().mirror.stripTouched[3]);
+    bench.run(1ms); // the tick at 5000 ms
+    EXPECT_FALSE(bench.state().mirror.stripTouched[3]);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
+}
+
+// ---- The description
+
+TEST_F(OwnerWatchTest, TheOwnerIsNamed) {
+    EXPECT_EQ(description(), "::ffff:192.168.1.7");
+}
+
+TEST_F(OwnerWatchTest, WaitingPhonesAreCounted) {
+    const auto second = bench.phone("192.168.1.8");
+    const auto third = bench.phone("192.168.1.9");
+    second->send({0x01, 0x00});
+    third->send({0x01, 0x00});
+    tick();
+    EXPECT_EQ(description(), "::ffff:192.168.1.7 (+2 waiting)");
+}
+
+TEST_F(OwnerWatchTest, TheDescriptionIsEmptyWhenNobodyIsThere) {
+    bench.run(5800ms);
+    EXPECT_EQ(description(), "");
+}
+
+TEST(OwnerWatchInJapanese, CountsWaitingPhones) {
+    ModelWorld world;
+    ModelBench bench(world, {.japanese = true});
+    bench.start();
+    const auto phone = bench.phone("192.168.1.7");
+    const auto other = bench.phone("192.168.1.8");
+    phone->send({0x01, 0x07, 0x00, 0x00});
+    world.runtime.runUntilIdle();
+    other->send({0x01, 0x00});
+    bench.run(100ms);
+    EXPECT_EQ(bench.model->published().iosClientDesc, "::ffff:192.168.1.7（他 1 台待機）");
+}
+
+} // namespace
+} // namespace lumbrine

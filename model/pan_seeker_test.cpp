@@ -1,0 +1,120 @@
+// Closing in on a pan position by V-Pot clicks.
+#include "model/testing/model_test.h"
+
+#include <algorithm>
+
+namespace lumbrine {
+namespace {
+
+class PanSeekerTest : public OwnedModelTest {
+protected:
+    void seek(std::uint8_t strip, std::uint8_t target) {
+        phone->send({0x01, 0x09, strip, target});
+        settle();
+    }
+
+    // The clicks of one burst, all alike: "63 x 0ms B0 43 41"; more than one kind is an error.
+    std::string burst(HostEnd& surface) {
+        settle();
+        const Lines clicks = bench.heardOn(surface);
+        if (clicks.empty()) return "none";
+        EXPECT_THAT(clicks, testing::Each(clicks.front()));
+        return std::to_string(clicks.size()) + " x " + clicks.front();
+    }
+
+    ReceiverState& state = bench.state();
+};
+
+TEST_F(PanSeekerTest, GoesMostOfTheWayAtOnceAndThenInSmallSteps) {
+    state.mirror.panPos[0][3] = 2;
+    seek(3, 9);
+    EXPECT_EQ(burst(bench.surfaceA), "63 x 0ms B0 43 41");
+    bench.run(34ms);
+    EXPECT_EQ(burst(bench.surfaceA), "none");
+    bench.run(1ms);
+    EXPECT_EQ(burst(bench.surfaceA), "3 x 35ms B0 43 41");
+    bench.run(35ms);
+    EXPECT_EQ(burst(bench.surfaceA), "3 x 70ms B0 43 41");
+    bench.surfaceA.ring(3, 9, false);
+    bench.run(100ms);
+    EXPECT_EQ(burst(bench.surfaceA), "none");
+    EXPECT_EQ(state.automation.panSeekTarget[3], std::nullopt);
+    EXPECT_EQ(state.automation.panSeekIter[3], 0);
+}
+
+TEST_F(PanSeekerTest, TurnsLeftForALowerPosition) {
+    state.mirror.panPos[0][9] = 6;
+    seek(9, 5);
+    EXPECT_EQ(burst(bench.surfaceB), "9 x 0ms B0 41 01");
+}
+
+TEST_F(PanSeekerTest, TurnsBackWhenItHasGoneTooFar) {
+    state.mirror.panPos[0][0] = 4;
+    seek(0, 6);
+    EXPECT_EQ(burst(bench.surfaceA), "18 x 0ms B0 40 41");
+    bench.surfaceA.ring(0, 8, false);
+    bench.run(35ms);
+    EXPECT_EQ(burst(bench.surfaceA), "3 x 35ms B0 40 01");
+}
+
+TEST_F(PanSeekerTest, IsDoneWhereItStands) {
+    state.mirror.panPos[0][0] = 6;
+    seek(0, 6);
+    bench.run(100ms);
+    EXPECT_EQ(burst(bench.surfaceA), "none");
+    EXPECT_EQ(state.automation.panSeekTarget[0], std::nullopt);
+}
+
+TEST_F(PanSeekerTest, LooksAtTheShownSide) {
+    state.automation.panRightMode = true;
+    state.mirror.panPos[0][0] = 1;
+    state.mirror.panPos[1][0] = 10;
+    seek(0, 11);
+    EXPECT_EQ(burst(bench.surfaceA), "9 x 0ms B0 40 41");
+}
+
+TEST_F(PanSeekerTest, GivesUpAfter41Steps) {
+    state.mirror.panPos[0][0] = 1;
+    seek(0, 11);
+    bench.run(39 * 35ms);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), testing::SizeIs(90 + 39 * 3));
+    bench.run(35ms);
+    EXPECT_EQ(burst(bench.surfaceA), "3 x 1400ms B0 40 41");
+    EXPECT_EQ(state.automation.panSeekIter[0], 41);
+    bench.run(35ms);
+    EXPECT_EQ(burst(bench.surfaceA), "none");
+    EXPECT_EQ(state.automation.panSeekTarget[0], std::nullopt);
+    EXPECT_EQ(state.automation.panSeekIter[0], 0);
+}
+
+TEST_F(PanSeekerTest, TakesPositions1To11Only) {
+    state.mirror.panPos[0][0] = 6;
+    for (const std::uint8_t target : Bytes{0, 12, 255}) {
+        seek(0, target);
+        EXPECT_EQ(burst(bench.surfaceA), "none");
+        EXPECT_EQ(state.automation.panSeekTarget[0], std::nullopt);
+    }
+    seek(0, 1);
+    EXPECT_EQ(burst(bench.surfaceA), "45 x 0ms B0 40 01");
+    seek(0, 11);
+    EXPECT_EQ(burst(bench.surfaceA), "45 x 0ms B0 40 41");
+}
+
+TEST_F(PanSeekerTest, TakesStrips0To15Only) {
+    seek(16, 5);
+    seek(255, 5);
+    EXPECT_EQ(burst(bench.surfaceA), "none");
+    EXPECT_EQ(burst(bench.surfaceB), "none");
+}
+
+TEST_F(PanSeekerTest, EndsWhenTheBanksMove) {
+    state.mirror.panPos[0][0] = 1;
+    seek(0, 11);
+    EXPECT_EQ(burst(bench.surfaceA), "90 x 0ms B0 40 41");
+    bench.parts().bankMap.resetForBankMove();
+    bench.run(100ms);
+    EXPECT_EQ(burst(bench.surfaceA), "none");
+}
+
+} // namespace
+} // namespace lumbrine

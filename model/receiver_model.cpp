@@ -1,0 +1,81 @@
+#include "model/receiver_model.h"
+
+#include "model/receiver_parts.h"
+
+#include <cassert>
+#include <cstdio>
+#include <utility>
+
+namespace lumbrine {
+
+void printLine(const std::string& line) {
+    // One write, so that lines of different threads do not mix.
+    const std::string whole = line + "\n";
+    std::fwrite(whole.data(), 1, whole.size(), stdout);
+    std::fflush(stdout);
+}
+
+std::shared_ptr<ReceiverModel> ReceiverModel::create(const ReceiverPlatform& platform, Bilingual bilingual,
+                                                     LineSink sink) {
+    // A job that kept the model alive may be the last to let it go, on any thread.
+    const auto destroyOnMain = [&runtime = platform.runtime](ReceiverModel* model) {
+        if (runtime.onMain()) {
+            delete model;
+        } else {
+            runtime.postMain([model] { delete model; });
+        }
+    };
+    std::shared_ptr<ReceiverModel> model(new ReceiverModel(platform, bilingual, std::move(sink)), destroyOnMain);
+    model->parts->jobs.bind(model);
+    model->parts->surfaces.wire(std::shared_ptr<SurfaceListener>(model, &model->parts->feedback));
+    return model;
+}
+
+ReceiverModel::ReceiverModel(const ReceiverPlatform& platform, Bilingual bilingual, LineSink sink)
+    : system(platform.system), parts(std::make_unique<ReceiverParts>(platform, Configuration::read(platform.system),
+                                                                     bilingual, std::move(sink))) {}
+
+ReceiverModel::~ReceiverModel() {
+    // Its thread calls the other parts, so it ends while they are all there.
+    parts->endpoint.close();
+}
+
+void ReceiverModel::start() {
+    assert(parts->jobs.runtime.onMain());
+    if (std::exchange(started, true)) return;
+    parts->state.published.localIP = system.primaryIPv4().value_or("127.0.0.1");
+    parts->state.published.changed();
+    parts->surfaces.startSurfaces();
+    parts->tick.start();
+    parts->meterStep.start();
+    parts->endpoint.startUDPAndBonjour(
+        [&commands = parts->commands](ByteView bytes, std::string_view key) { commands.handleUDP(bytes, key); });
+}
+
+void ReceiverModel::appendLog(const std::string& line) {
+    parts->log.appendLog(line);
+}
+
+void ReceiverModel::bankMove(int kind) {
+    parts->bankMoves.bankMove(kind);
+}
+
+void ReceiverModel::reconnectToPT() {
+    assert(parts->jobs.runtime.onMain());
+    parts->reconnection.reconnectToPT();
+}
+
+const PublishedState& ReceiverModel::published() const {
+    assert(parts->jobs.runtime.onMain());
+    return parts->state.published;
+}
+
+void ReceiverModel::onChange(std::function<void()> observer) {
+    parts->state.published.onChange = std::move(observer);
+}
+
+std::uint16_t ReceiverModel::port() const {
+    return parts->endpoint.port;
+}
+
+} // namespace lumbrine

@@ -1,0 +1,74 @@
+// The receiver itself: two emulated HUI surfaces, the link to the remote client, and the state of Pro Tools mirrored in
+// between. A shell makes one, starts it and shows its published state. Several may live in one process.
+#pragma once
+
+#include "base/bilingual.h"
+#include "model/published_state.h"
+#include "model/receiver_platform.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace lumbrine {
+
+struct ReceiverParts;
+
+// Prints the line and a newline to standard output, and flushes.
+void printLine(const std::string& line);
+
+class ReceiverModel {
+public:
+    // Gets each line of the log, and diagnostic lines, as they are written; on any thread, maybe several at once.
+    using LineSink = std::function<void(const std::string& line)>;
+
+    // Reads the environment (QV_PORT, QV_NO_BONJOUR, QV_DEBUG); opens no port and no socket. Main thread.
+    //
+    // Jobs that are under way keep the model alive until they end; it is destroyed on the main thread in any case.
+    static std::shared_ptr<ReceiverModel> create(const ReceiverPlatform& platform, Bilingual bilingual,
+                                                 LineSink sink = printLine);
+    ReceiverModel(const ReceiverModel&) = delete;
+    ReceiverModel& operator=(const ReceiverModel&) = delete;
+
+    // Opens the MIDI ports, starts the timers and the client link and announces them. What fails is told in the log and
+    // the rest goes on. Main thread; a second call does nothing.
+    void start();
+
+    // The only way to write to the log: one finished line, in the user's language. Any thread.
+    void appendLog(const std::string& line);
+
+    // The four navigation buttons: 0 channel back, 1 bank back, 2 channel forward, 3 bank forward; others do nothing.
+    // Any thread.
+    void bankMove(int kind);
+
+    // Has Pro Tools take hold of the MIDI ports anew. Main thread.
+    void reconnectToPT();
+
+    // Main thread. The reference stays valid as long as the model.
+    const PublishedState& published() const;
+
+    // Called on the main thread after every change of the published state, in the middle of the work that changed it:
+    // note it and look later.
+    void onChange(std::function<void()> observer);
+
+    // The UDP port: QV_PORT or 52700.
+    std::uint16_t port() const;
+
+    // Expires when the model has been destroyed: whoever lets go of it runs the main loop on until then, and only then
+    // takes the platform away.
+    std::weak_ptr<const void> lifetime() const { return life; }
+
+private:
+    friend class ModelBench; // tests put a session into the state
+
+    ReceiverModel(const ReceiverPlatform& platform, Bilingual bilingual, LineSink sink);
+    ~ReceiverModel();
+
+    const std::shared_ptr<const int> life = std::make_shared<int>(0); // goes last
+    const SystemInfo& system;
+    std::unique_ptr<ReceiverParts> parts;
+    bool started = false;
+};
+
+} // namespace lumbrine

@@ -1,0 +1,60 @@
+// The parts that a ReceiverModel is made of, in the order in which they build on each other.
+#pragma once
+
+#include "model/client_commands.h"
+#include "model/configuration.h"
+#include "model/meter_step.h"
+#include "model/periodic_tick.h"
+#include "model/receiver_platform.h"
+#include "model/reconnection.h"
+#include "model/surface_feedback.h"
+
+namespace lumbrine {
+
+struct ReceiverParts {
+    ReceiverParts(const ReceiverPlatform& platform, Configuration configuration, Bilingual text,
+                  std::function<void(const std::string&)> sink);
+
+    Jobs jobs;
+    ReceiverState state;
+    ActivityLog log;
+
+    Surfaces surfaces;
+    ClientEndpoint endpoint;
+    ClientMirror mirror;
+
+    MeterBank meters;
+    NameClock nameClock;
+    ProbeExchange probe;
+    BankMap bankMap;
+    SessionCapture capture;
+    TrackTable table;
+
+    TrackMetadata metadata;
+    AutomationModes automation;
+    PanMode panMode;
+    PanSeeker panSeeker;
+
+    SurfaceMoves moves;
+    SurfaceWalk walk;
+    Calibration calibration;
+    SeekWorker seekWorker;
+    BankMoves bankMoves;
+    VisibleRangeWalk visibleRange;
+    GroupOperations groups;
+    Reconnection reconnection;
+
+    SwitchTracker switches;
+    SurfaceFeedback feedback;
+    HelloResponse hello;
+    ClientCommands commands;
+
+    PresenceWatch presence;
+    PositionWatch position;
+    OwnerWatch owner;
+    ClientRefresh refresh;
+    PeriodicTick tick;
+    MeterStep meterStep;
+};
+
+} // namespace lumbrine

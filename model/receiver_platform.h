@@ -1,0 +1,21 @@
+// The seams to the computer that a ReceiverModel runs on.
+#pragma once
+
+#include "platform/api/datagram_sockets.h"
+#include "platform/api/midi_services.h"
+#include "platform/api/runtime.h"
+#include "platform/api/service_discovery.h"
+#include "platform/api/system_info.h"
+
+namespace lumbrine {
+
+// Everything in it outlives the model.
+struct ReceiverPlatform {
+    Runtime& runtime;
+    MIDIServices& midi;
+    DatagramSockets& sockets;
+    ServiceAdvertiser& advertiser;
+    const SystemInfo& system;
+};
+
+} // namespace lumbrine

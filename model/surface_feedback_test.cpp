@@ -1,0 +1,238 @@
+// From HUI bytes to the state and to datagrams.
+#include "model/testing/model_test.h"
+
+namespace lumbrine {
+namespace {
+
+class SurfaceFeedbackTest : public OwnedModelTest {
+protected:
+    ReceiverState& state = bench.state();
+};
+
+// ---- Faders
+
+TEST_F(SurfaceFeedbackTest, AFaderOfProToolsIsShownToTheClient) {
+    bench.surfaceA.send({0xB0, 0x03, 0x7F});
+    bench.surfaceA.send({0xB0, 0x23, 0x7F});
+    bench.surfaceB.send({0xB0, 0x00, 0x40});
+    bench.surfaceB.send({0xB0, 0x20, 0x00});
+    settle();
+    EXPECT_EQ(state.published.faders[3], 1.0);
+    EXPECT_EQ(state.published.faders[8], 8192 / 16383.0);
+    EXPECT_THAT(heard(0x12), testing::UnorderedElementsAre("0ms 01 12 03 3F FF", "0ms 01 12 08 20 00"));
+}
+
+TEST_F(SurfaceFeedbackTest, AnEchoIsKeptFromTheFingerForOneAndAHalfSeconds) {
+    phone->send({0x01, 0x02, 0x03});
+    bench.run(1499ms);
+    bench.surfaceA.fader(3, 0.5);
+    EXPECT_THAT(bench.heardBy(*phone, 0x12), testing::Not(testing::Contains("1499ms 01 12 03 1F FF")));
+    EXPECT_THAT(heard(0x12), IsEmpty());
+    EXPECT_EQ(state.published.faders[3], 8191 / 16383.0);
+    bench.run(1ms);
+    bench.surfaceA.fader(3, 0.25);
+    EXPECT_THAT(heard(0x12), ElementsAre("1500ms 01 12 03 0F FF"));
+}
+
+TEST_F(SurfaceFeedbackTest, EachMoveOfAHeldFaderKeepsEchoesAwayAnew) {
+    phone->send({0x01, 0x02, 0x03});
+    bench.run(1s);
+    phone->send({0x01, 0x01, 0x03, 0x00, 0x00});
+    bench.run(1499ms);
+    settle();
+    phone->tape.clear();
+    bench.surfaceA.fader(3, 0.5);
+    EXPECT_THAT(heard(0x12), IsEmpty());
+}
+
+TEST_F(SurfaceFeedbackTest, AFaderThatIsNotHeldIsAlwaysEchoed) {
+    phone->send({0x01, 0x01, 0x03, 0x00, 0x00});
+    settle();
+    bench.surfaceA.fader(3, 0.5);
+    EXPECT_THAT(heard(0x12), ElementsAre("0ms 01 12 03 1F FF"));
+}
+
+TEST_F(SurfaceFeedbackTest, AnEchoThatIsKeptBackStillEntersTheSessionTable) {
+    bench.setTrackMap({"a", "b", "c", "d", "e"}, 1);
+    phone->send({0x01, 0x02, 0x03});
+    settle();
+    bench.surfaceA.fader(3, 1.0);
+    settle();
+    EXPECT_EQ(state.session.sessFaders[4], 1.0);
+    EXPECT_TRUE(state.session.fullTableDirty);
+}
+
+// ---- Names
+
+TEST_F(SurfaceFeedbackTest, ANameIsShownTrimmed) {
+    bench.surfaceB.name(1, " Gt ");
+    EXPECT_THAT(heard(0x10), ElementsAre("0ms 01 10 09 47 74 20 20"));
+    EXPECT_EQ(state.published.trackNames[9], "Gt");
+    EXPECT_EQ(state.mirror.nameCache[9], "Gt");
+}
+
+TEST_F(SurfaceFeedbackTest, ANameThatDiffersBySpacesOnlyIsNoNewName) {
+    bench.surfaceA.name(0, "Gt  ");
+    settle();
+    phone->tape.clear();
+    bench.surfaceA.name(0, " Gt ");
+    settle();
+    EXPECT_THAT(bench.heardBy(*phone), IsEmpty());
+}
+
+TEST_F(SurfaceFeedbackTest, ABlankNameReplacesAnother) {
+    bench.surfaceA.name(0, "Kick");
+    bench.surfaceA.name(0, "    ");
+    EXPECT_THAT(heard(0x10), ElementsAre("0ms 01 10 00 4B 69 63 6B", "0ms 01 10 00 20 20 20 20"));
+    EXPECT_EQ(state.published.trackNames[0], "");
+}
+
+TEST_F(SurfaceFeedbackTest, ANewNameShowsWhereTheSurfacesAre) {
+    bench.setTrackMap({"Kick", "Snr", "Gt"}, -1);
+    bench.surfaceA.name(0, "Snr ");
+    settle();
+    bench.surfaceA.name(1, "Gt  ");
+    EXPECT_THAT(heard(0x16), ElementsAre("0ms 01 16 00 01 00 03 08"));
+}
+
+TEST_F(SurfaceFeedbackTest, EveryTextSetsTheNameClockBack) {
+    NameClock& clock = bench.parts().nameClock;
+    bench.surfaceA.name(0, "Kick");
+    settle();
+    EXPECT_EQ(clock.age(), 0ms);
+    bench.run(50ms);
+    EXPECT_EQ(clock.age(), 50ms);
+    bench.surfaceA.name(0, "Kick");
+    settle();
+    EXPECT_EQ(clock.age(), 0ms);
+}
+
+TEST_F(SurfaceFeedbackTest, AModeOnTheDisplayAnswersTheProbeOfItsStripOnly) {
+    ProbeExchange& probe = bench.parts().probe;
+    probe.begin(*Strip::of(9));
+    bench.surfaceA.name(1, "Read");
+    bench.surfaceB.name(2, "Wrt ");
+    settle();
+    EXPECT_EQ(probe.end(), 0);
+    probe.begin(*Strip::of(9));
+    bench.surfaceB.name(1, "Ltch");
+    bench.surfaceB.name(1, "Kick");
+    settle();
+    EXPECT_EQ(probe.end(), 3);
+}
+
+// ---- Rings
+
+TEST_F(SurfaceFeedbackTest, ARingIsShownToTheClient) {
+    bench.surfaceA.ring(2, 6, true);
+    bench.surfaceA.ring(2, 15, false);
+    EXPECT_THAT(heard(0x14), ElementsAre("0ms 01 14 02 00 06 01", "0ms 01 14 02 00 0B 00"));
+    EXPECT_EQ(state.mirror.panPos[0][2], 15);
+    EXPECT_FALSE(state.mirror.panCen[0][2]);
+}
+
+TEST_F(SurfaceFeedbackTest, ARingIsKeptButNotShownWhileTheBanksMove) {
+    state.bank.seeking = true;
+    bench.surfaceB.ring(7, 4, true);
+    EXPECT_THAT(heard(0x14), IsEmpty());
+    EXPECT_EQ(state.mirror.panPos[0][15], 4);
+    EXPECT_TRUE(state.mirror.panCen[0][15]);
+}
+
+// ---- LEDs
+
+TEST_F(SurfaceFeedbackTest, TheTransportIsShownWhenItChanges) {
+    bench.surfaceA.led(0x0E, 4, true);
+    bench.surfaceA.led(0x0E, 4, true);
+    bench.surfaceA.led(0x0E, 5, true);
+    bench.surfaceA.led(0x0E, 3, true);
+    bench.surfaceA.led(0x0E, 4, false);
+    EXPECT_THAT(heard(0x1D), ElementsAre("0ms 01 1D 01 00", "0ms 01 1D 01 01", "0ms 01 1D 00 01"));
+}
+
+TEST_F(SurfaceFeedbackTest, TheSecondSurfaceTellsNothingOfTransportAndBanks) {
+    bench.surfaceB.led(0x0E, 4, true);
+    bench.surfaceB.led(0x0A, 1, true);
+    EXPECT_THAT(heard(0x1D), IsEmpty());
+    EXPECT_FALSE(state.mirror.transportPlaying);
+    EXPECT_THAT(state.mirror.bankLed, testing::Each(false));
+}
+
+TEST_F(SurfaceFeedbackTest, TheBankLedsAreKept) {
+    bench.surfaceA.led(0x0A, 3, true);
+    bench.surfaceA.led(0x0A, 4, true);
+    settle();
+    EXPECT_THAT(state.mirror.bankLed, ElementsAre(false, false, false, true));
+}
+
+TEST_F(SurfaceFeedbackTest, ASelectIsShownWhenItChanges) {
+    bench.surfaceA.led(2, 1, true);
+    bench.surfaceA.led(2, 1, true);
+    bench.surfaceA.led(2, 1, false);
+    EXPECT_THAT(heard(0x17), ElementsAre("0ms 01 17 00 00 01 00 00 00 00 00", "0ms 01 17 00 00 00 00 00 00 00 00"));
+    bench.surfaceB.led(2, 1, true);
+    settle();
+    EXPECT_TRUE(state.published.selects[10]);
+}
+
+TEST_F(SurfaceFeedbackTest, OtherLedsShowNothing) {
+    for (const int port : {0, 4, 5, 6, 8, 15})
+        bench.surfaceA.led(0, port, true);
+    for (const int zone : {8, 9, 11, 12, 13, 15, 22, 24, 29, 127})
+        bench.surfaceA.led(zone, 1, true);
+    settle();
+    EXPECT_THAT(bench.heardBy(*phone), IsEmpty());
+    EXPECT_THAT(bench.lines, IsEmpty());
+}
+
+// ---- Pings
+
+TEST_F(SurfaceFeedbackTest, APingIsAnsweredAndCounted) {
+    bench.surfaceA.ping();
+    settle();
+    EXPECT_THAT(bench.surfaceA.presence.takeBytes(), ElementsAre("90 00 7F"));
+    EXPECT_EQ(state.published.pingCount, 1);
+    EXPECT_EQ(state.presence.lastPing, world.runtime.now());
+    EXPECT_EQ(state.presence.firstPingAt, world.runtime.now());
+    EXPECT_EQ(state.presence.lastPingB, distantPast);
+}
+
+TEST_F(SurfaceFeedbackTest, APingOfTheSecondSurfaceIsNotCounted) {
+    bench.surfaceB.ping();
+    settle();
+    EXPECT_EQ(state.published.pingCount, 0);
+    EXPECT_EQ(state.presence.lastPingB, world.runtime.now());
+    EXPECT_EQ(state.presence.firstPingAt, world.runtime.now());
+    EXPECT_EQ(state.presence.lastPing, distantPast);
+}
+
+TEST_F(SurfaceFeedbackTest, APauseOfMoreThanTwoSecondsBeginsANewRunOfPings) {
+    for (HostEnd* surface : {&bench.surfaceA, &bench.surfaceB}) {
+        bench.run(5s);
+        surface->ping();
+        settle();
+        const TimePoint first = world.runtime.now();
+        bench.run(2s);
+        surface->ping();
+        settle();
+        EXPECT_EQ(state.presence.firstPingAt, first);
+        bench.run(2001ms);
+        surface->ping();
+        settle();
+        EXPECT_EQ(state.presence.firstPingAt, world.runtime.now());
+    }
+}
+
+// ---- Log lines
+
+TEST_F(SurfaceFeedbackTest, LinesOfTheSecondSurfaceSaySo) {
+    bench.surfaceA.ping();
+    settle();
+    bench.surfaceB.ping();
+    settle();
+    EXPECT_THAT(bench.takeLines(), ElementsAre("♥ ping #1 received → replied (connection alive)",
+                                               "[9-16] ♥ ping #1 received → replied (connection alive)"));
+}
+
+} // namespace
+} // namespace lumbrine

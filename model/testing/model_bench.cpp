@@ -1,0 +1,53 @@
+#include "model/testing/model_bench.h"
+
+namespace lumbrine {
+
+ModelBench::ModelBench(ModelWorld& modelWorld, const Options& options)
+    : world(modelWorld), midi(world.runtime), surfaceA(world, midi, "Lumbrine"), surfaceB(world, midi, "Lumbrine B"),
+      hostAddress(options.address) {
+    computer.address = options.address;
+    createModel(options);
+}
+
+ModelBench::~ModelBench() {
+    surfaceA.stopPinging();
+    surfaceB.stopPinging();
+    if (!model) return;
+    const std::weak_ptr<const void> gone = model->lifetime();
+    model.reset();
+    world.runtime.runUntil([&gone] { return gone.expired(); }, seconds(60));
+}
+
+void ModelBench::createModel(const Options& options) {
+    computer.variables = options.variables;
+    const ReceiverPlatform platform{world.runtime, midi, world.network.host(hostAddress), computer, computer};
+    model = ReceiverModel::create(platform, Bilingual(options.japanese),
+                                  [this](const std::string& line) { lines.push_back(line); });
+}
+
+void ModelBench::start() {
+    model->start();
+    run(seconds(0.3));
+    lines.clear();
+    mark();
+}
+
+void ModelBench::mark() {
+    origin = world.runtime.now();
+    for (HostEnd* surface : {&surfaceA, &surfaceB}) {
+        surface->tape.clear();
+        surface->presence.clear();
+    }
+}
+
+std::unique_ptr<Phone> ModelBench::phone(const std::string& address) {
+    return std::make_unique<Phone>(world, address, hostAddress, model->port());
+}
+
+void ModelBench::setTrackMap(const std::vector<std::string>& names, int bankOffset) {
+    state().published.trackMap = names;
+    state().published.bankOffset = bankOffset;
+    state().session.sessFaders.assign(names.size(), std::nullopt);
+}
+
+} // namespace lumbrine

@@ -1,0 +1,212 @@
+// Reading the automation modes and pans of a range of the session.
+#include "model/testing/banking_host.h"
+#include "model/testing/model_test.h"
+
+#include <algorithm>
+#include <span>
+
+namespace lumbrine {
+namespace {
+
+// Connected, 20 tracks, the first ones shown; no heartbeat.
+class VisibleRangeTest : public ModelTest {
+protected:
+    VisibleRangeTest() {
+        bench.parts().surfaces.startSurfaces();
+        host.show();
+        for (int track = 0; track < 20; ++track)
+            host.modes.emplace_back(track % 2 == 0 ? "Read" : "Ltch");
+        bench.setTrackMap(numbers(20), 0);
+        state.published.huiConnected = true;
+        bench.run(2s);
+        bench.mark();
+        bench.takeLines();
+    }
+
+    bool ends(Duration limit = 20s) {
+        world.runtime.runUntilIdle();
+        return world.runtime.runUntil([this] { return !state.bank.groupApplying; }, limit);
+    }
+
+    // The session indices of the tracks whose pan is known.
+    std::vector<std::size_t> known() {
+        std::vector<std::size_t> tracks;
+        for (std::size_t track = 0; track < state.session.sessPanKnown.size(); ++track)
+            if (state.session.sessPanKnown[track]) tracks.push_back(track);
+        return tracks;
+    }
+
+    VisibleRangeWalk& walk = bench.parts().visibleRange;
+    ReceiverState& state = bench.state();
+    BankingHost host{bench, numbers(20)};
+};
+
+TEST_F(VisibleRangeTest, EveryTrackOfTheRangeIsProbedAndTheViewPutBack) {
+    walk.refreshVisibleRange(5, 9);
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(known(), ElementsAre(5u, 6u, 7u, 8u, 9u, 10u, 11u, 12u, 13u));
+    EXPECT_THAT(state.session.sessAutoModes, ElementsAre(0, 0, 0, 0, 0, 3, 1, 3, 1, 3, 1, 3, 1, 3, 0, 0, 0, 0, 0, 0));
+    EXPECT_EQ(host.offset, 0);
+    EXPECT_EQ(state.published.bankOffset, 0);
+    EXPECT_TRUE(state.session.sessAutoPanCaptured);
+    EXPECT_THAT(bench.lines, ElementsAre("✓ Captured auto/pan for visible range 6–14"));
+}
+
+TEST_F(VisibleRangeTest, AProbeHoldsTheAutoSwitchFor150Milliseconds) {
+    walk.refreshVisibleRange(0, 1);
+    ASSERT_TRUE(ends());
+    // It is where it should be, which takes two quiet waits to see.
+    EXPECT_THAT(bench.heardOn(bench.surfaceA),
+                ElementsAre("240ms B0 0F 00", "240ms B0 2F 44", "390ms B0 0F 00", "390ms B0 2F 04"));
+}
+
+TEST_F(VisibleRangeTest, TheEndOfTheSessionIsReachedWithAFullWindow) {
+    walk.refreshVisibleRange(17, 200);
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(known(), ElementsAre(17u, 18u, 19u));
+    EXPECT_THAT(bench.lines, ElementsAre("✓ Captured auto/pan for visible range 18–20"));
+    EXPECT_EQ(host.offset, 0);
+}
+
+TEST_F(VisibleRangeTest, ARangeOfNoneIsOneOfOne) {
+    walk.refreshVisibleRange(4, 0);
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(known(), ElementsAre(4u));
+    EXPECT_THAT(bench.lines, ElementsAre("✓ Captured auto/pan for visible range 5–5"));
+}
+
+TEST_F(VisibleRangeTest, ARangeOutsideTheSessionIsNone) {
+    walk.refreshVisibleRange(20, 5);
+    bench.run(1s);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
+    EXPECT_THAT(bench.lines, IsEmpty());
+    EXPECT_FALSE(state.session.sessAutoPanCaptured);
+}
+
+TEST_F(VisibleRangeTest, NothingHappensWithoutProToolsOrAMapOrWhileOthersAreAtIt) {
+    const auto refused = [this] {
+        walk.refreshVisibleRange(0, 8);
+        bench.run(1s);
+        return bench.heardOn(bench.surfaceA).empty() && bench.takeLines().empty();
+    };
+    for (bool* reason : {&state.mirror.transportPlaying, &state.mirror.transportRecording, &state.published.calibrating,
+                         &state.bank.seeking}) {
+        *reason = true;
+        EXPECT_TRUE(refused());
+        *reason = false;
+    }
+    state.published.huiConnected = false;
+    EXPECT_TRUE(refused());
+    state.published.huiConnected = true;
+    bench.setTrackMap({}, -1);
+    EXPECT_TRUE(refused());
+}
+
+TEST_F(VisibleRangeTest, AModeThatIsNotShownLeavesTheOneThatWasKnown) {
+    bench.parts().capture.ensureSessAutoPanSize();
+    state.session.sessAutoModes[2] = 4;
+    host.modes.clear();
+    walk.refreshVisibleRange(2, 1);
+    ASSERT_TRUE(ends());
+    EXPECT_EQ(state.session.sessAutoModes[2], 4);
+    EXPECT_THAT(known(), ElementsAre(2u));
+}
+
+TEST_F(VisibleRangeTest, ThePanIsThatOfTheSideWhichTheVPotsShow) {
+    bench.surfaceA.ring(2, 9, false);
+    bench.surfaceA.ring(3, 6, true);
+    world.runtime.runUntilIdle();
+    walk.refreshVisibleRange(0, 4);
+    ASSERT_TRUE(ends());
+    EXPECT_EQ(state.session.sessPanPos[2], 9);
+    EXPECT_FALSE(state.session.sessPanCenter[2]);
+    EXPECT_EQ(state.session.sessPanSide[2], 0);
+    EXPECT_TRUE(state.session.sessPanCenter[3]);
+
+    bench.parts().surfaces.engine(SurfaceID::A).flipPanSide();
+    state.automation.panRightMode = true;
+    bench.surfaceA.ring(2, 4, false);
+    world.runtime.runUntilIdle();
+    walk.refreshVisibleRange(0, 4);
+    ASSERT_TRUE(ends());
+    EXPECT_EQ(state.session.sessPanPos[2], 4);
+    EXPECT_EQ(state.session.sessPanSide[2], 1);
+}
+
+// ---- Trouble
+
+TEST_F(VisibleRangeTest, ItIsAbortedWhenTheSurfacesStandStill) {
+    host.deaf = true;
+    walk.refreshVisibleRange(6, 8);
+    ASSERT_TRUE(ends(10s));
+    EXPECT_THAT(known(), ElementsAre(6u, 7u)); // which are shown all the same
+    EXPECT_THAT(bench.lines, ElementsAre("Aborted capturing the visible range (Pro Tools is not responding)",
+                                         "✓ Captured auto/pan for visible range 7–14"));
+}
+
+TEST_F(VisibleRangeTest, ItIsAbortedWhenProToolsGoesAway) {
+    walk.refreshVisibleRange(0, 20);
+    bench.run(500ms);
+    state.published.huiConnected = false;
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(known(), ElementsAre(0u, 1u, 2u, 3u, 4u, 5u, 6u, 7u));
+    EXPECT_EQ(bench.lines.front(), "Aborted capturing the visible range (Pro Tools is not responding)");
+}
+
+TEST_F(VisibleRangeTest, ItGoesNoFurtherWhenThePositionIsLost) {
+    bench.surfaceA.name(3, "????");
+    world.runtime.runUntilIdle();
+    walk.refreshVisibleRange(0, 20);
+    ASSERT_TRUE(ends(10s));
+    EXPECT_THAT(known(), IsEmpty());
+    EXPECT_THAT(bench.lines, ElementsAre("✓ Captured auto/pan for visible range 1–20"));
+}
+
+TEST(VisibleRangeInJapanese, TellsWhatCameOfIt) {
+    ModelWorld world;
+    ModelBench bench(world, {.japanese = true});
+    bench.parts().surfaces.startSurfaces();
+    BankingHost host(bench, numbers(20));
+    bench.setTrackMap(numbers(20), 0);
+    bench.state().published.huiConnected = true;
+    bench.run(1s);
+    bench.takeLines();
+    host.deaf = true;
+    bench.parts().visibleRange.refreshVisibleRange(0, 20);
+    bench.run(20s);
+    EXPECT_THAT(bench.lines, ElementsAre("表示範囲の採取を中断しました（Pro Tools が応答しません）",
+                                         "✓ 表示範囲 1–20 の auto/pan を採取しました"));
+}
+
+// ---- What the client is told
+
+using ToldVisibleRangeTest = OwnedModelTest;
+
+TEST_F(ToldVisibleRangeTest, ACapturedRangeIsToldWithTheWholeSession) {
+    bench.surfaceA.ping();
+    bench.run(1100ms);
+    bench.state().published.huiConnected = true;
+    BankingHost host(bench, numbers(8));
+    bench.setTrackMap(numbers(8), 0);
+    bench.run(10ms);
+    markAll();
+    bench.parts().visibleRange.refreshVisibleRange(0, 1);
+    ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().bank.groupApplying; }, 1s));
+    ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().bank.groupApplying; }, 2s));
+    settle();
+
+    Lines types;
+    for (const std::string& line : phone->tape.takeBytes())
+        if (!line.starts_with("01 11")) types.push_back(line.substr(3, 2));
+    Lines expected{"16"};
+    expected.insert(expected.end(), 8, "10");
+    expected.push_back("13");
+    expected.insert(expected.end(), 8, "12");
+    expected.insert(expected.end(), 16, "14");
+    expected.insert(expected.end(), {"1C", "1E", "1F"});
+    ASSERT_GE(types.size(), expected.size()); // a resend of the heartbeat may come before
+    EXPECT_TRUE(std::ranges::equal(std::span(types).last(expected.size()), expected));
+}
+
+} // namespace
+} // namespace lumbrine
