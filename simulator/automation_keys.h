@@ -1,0 +1,46 @@
+// The AUTO switches of the strips and the automation mode keys: a mode is chosen when one of each is down.
+#pragma once
+
+#include "simulator/short_name.h"
+#include "simulator/simulated_session.h"
+
+#include <functional>
+#include <set>
+#include <utility>
+
+namespace lumbrine {
+
+// How a display shows a track's automation mode.
+DisplayText automationText(const SimulatedTrack& track);
+
+class AutomationKeys {
+public:
+    struct Strip {
+        int surface;
+        int number;
+        auto operator<=>(const Strip&) const = default;
+    };
+
+    // `trackOn` says which track a strip shows at the moment, 0 for none. Both outlive this.
+    AutomationKeys(SimulatedSession& editedSession, std::function<int(Strip)> trackOn)
+        : session(editedSession), trackShownOn(std::move(trackOn)) {}
+
+    // Either order of pressing sets the mode: of the held strips' tracks, or of all tracks with `everyTrack` (the
+    // OPTION key is down). The trim key turns trim over instead.
+    void autoSwitch(Strip strip, bool down, bool everyTrack);
+    void modeKey(int surface, int port, bool down, bool everyTrack); // port of zone 18, 0-5
+
+    bool isHeld(Strip strip) const { return heldStrips.contains(strip); }
+
+    void releaseAll(int surface);
+
+private:
+    void apply(int modePort, Strip strip, bool everyTrack);
+
+    SimulatedSession& session;
+    const std::function<int(Strip)> trackShownOn;
+    std::set<Strip> heldStrips;
+    std::set<std::pair<int, int>> heldModes; // surface and port
+};
+
+} // namespace lumbrine

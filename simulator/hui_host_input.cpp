@@ -1,0 +1,201 @@
+// What surfaces do to the session.
+#include "simulator/simulated_hui_host.h"
+
+#include <algorithm>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr double panRange = 100;
+constexpr double ringPositionsEachSide = 5;
+constexpr Duration wound = seconds(5); // by one press of rewind or fast forward
+constexpr Duration sessionLength = seconds(240);
+constexpr Duration jogged = seconds(0.1); // by one click
+
+} // namespace
+
+void SimulatedHUIHost::act(int surface, const from_surface::Reset&, TimePoint now) {
+    letGoOfEverything(surface);
+    if (!session.isOpen() && !options.pingWithoutSession) return;
+    HUISurfaceHost& port = at(surface).port;
+    if (!port.answering()) {
+        port.pingNow(now);
+        return;
+    }
+    port.forget();
+    port.pingWithDump();
+    needsShowing = true;
+}
+
+void SimulatedHUIHost::act(int surface, const from_surface::PingReply&, TimePoint) {
+    if (!at(surface).port.replied()) return;
+    at(surface).port.forget();
+    moveTo(bankOffset); // the bank has become wider
+}
+
+void SimulatedHUIHost::act(int surface, const from_surface::SwitchEdge& edge, TimePoint) {
+    const bool ofStrip = edge.zone < hui_address::stripCountOfSurface;
+    if (ofStrip && edge.port == hui_address::touch) {
+        touchEdge(surface, edge.zone, edge.on);
+        return;
+    }
+    Surface& from = at(surface);
+    const std::size_t index = ledIndex(edge.zone, edge.port);
+    if (edge.on && options.dropOnePressIn > 0 &&
+        chance.below(static_cast<std::uint64_t>(options.dropOnePressIn)) == 0) {
+        from.ignoredUntilUp[index] = true;
+        ++dropped;
+    }
+    if (from.ignoredUntilUp[index]) {
+        if (!edge.on) from.ignoredUntilUp[index] = false;
+        return;
+    }
+    from.down[index] = edge.on;
+
+    const bool everyTrack = isDownAnywhere(hui_address::keyboardZone, hui_address::option);
+    if (ofStrip && edge.port == hui_address::automation) {
+        automation.autoSwitch({surface, edge.zone}, edge.on, everyTrack);
+        needsShowing = true;
+    } else if (edge.zone == hui_address::autoModeZone) {
+        automation.modeKey(surface, edge.port, edge.on, everyTrack);
+    } else if (!edge.on) {
+        return;
+    } else if (ofStrip) {
+        stripPressed(surface, edge.zone, edge.port);
+    } else if (edge.zone == hui_address::bankZone && edge.port <= static_cast<int>(BankButton::bankRight)) {
+        bank(static_cast<BankButton>(edge.port));
+    } else if (edge.zone == hui_address::assignZone) {
+        assignPressed(surface, edge.port);
+    } else if (edge.zone == hui_address::transportZone) {
+        transportPressed(edge.port);
+    } else if (edge.zone == hui_address::transport2Zone) {
+        transport2Pressed(edge.port);
+    }
+}
+
+void SimulatedHUIHost::touchEdge(int surface, int strip, bool on) {
+    int& touched = at(surface).touchedTrack[static_cast<std::size_t>(strip)];
+    if (on == (touched != 0)) return;
+    if (on) {
+        touched = trackOn(surface, strip);
+        if (touched != 0) groups.touch(touched);
+        return;
+    }
+    groups.release(touched);
+    touched = 0;
+    if (options.faderEcho == FaderEcho::afterRelease) at(surface).port.forgetFader(strip);
+    needsShowing = true;
+}
+
+void SimulatedHUIHost::act(int surface, const from_surface::FaderMoved& moved, TimePoint) {
+    // A surface that does not answer pings works, except for its faders.
+    if (!at(surface).port.answering()) return;
+    const int track = trackOn(surface, moved.strip);
+    if (track != 0) groups.move(track, moved.position);
+    // The fader has left its place, so that its position has to be sent even if it is the one sent before.
+    at(surface).port.forgetFader(moved.strip);
+    needsShowing = true;
+}
+
+void SimulatedHUIHost::act(int surface, const from_surface::VPotTurned& turned, TimePoint) {
+    if (turned.pot >= hui_address::stripCountOfSurface || at(surface).assign != hui_address::pan) return;
+    const bool right = at(surface).rightPan;
+    const double step = panRange / ringPositionsEachSide / options.clicksPerRingPosition;
+    session.change(trackOn(surface, turned.pot), [&](SimulatedTrack& track) {
+        double& side = right && track.stereo ? track.panRight : track.panLeft;
+        side = std::clamp(side + turned.clicks * step, -panRange, panRange);
+    });
+}
+
+void SimulatedHUIHost::act(int, const from_surface::JogTurned& turned, TimePoint) {
+    session.locate(session.transport().position + turned.clicks * jogged);
+}
+
+void SimulatedHUIHost::stripPressed(int surface, int strip, int port) {
+    const int track = trackOn(surface, strip);
+    switch (port) {
+    case hui_address::select:
+        session.select(track, isDownAnywhere(hui_address::keyboardZone, hui_address::shift));
+        break;
+    case hui_address::mute:
+        session.change(track, [](SimulatedTrack& pressed) { pressed.mute = !pressed.mute; });
+        break;
+    case hui_address::solo:
+        session.change(track, [](SimulatedTrack& pressed) { pressed.solo = !pressed.solo; });
+        break;
+    case hui_address::recordArm:
+        session.change(track, [](SimulatedTrack& pressed) { pressed.recordArmed = !pressed.recordArmed; });
+        break;
+    default:
+        break;
+    }
+}
+
+void SimulatedHUIHost::assignPressed(int surface, int port) {
+    Surface& pressed = at(surface);
+    if (port == hui_address::pan) pressed.rightPan = pressed.assign == hui_address::pan && !pressed.rightPan;
+    pressed.assign = port;
+    needsShowing = true;
+}
+
+void SimulatedHUIHost::transportPressed(int port) {
+    const Duration position = session.transport().position;
+    switch (port) {
+    case hui_address::rewind:
+        session.locate(position - wound);
+        break;
+    case hui_address::fastForward:
+        session.locate(position + wound);
+        break;
+    case hui_address::stop:
+        session.stop();
+        break;
+    case hui_address::play:
+        session.play();
+        break;
+    case hui_address::record:
+        session.record();
+        break;
+    default:
+        break;
+    }
+}
+
+void SimulatedHUIHost::transport2Pressed(int port) {
+    switch (port) {
+    case hui_address::returnToZero:
+        session.locate(Duration::zero());
+        break;
+    case hui_address::toEnd:
+        session.locate(sessionLength);
+        break;
+    case hui_address::onLine:
+        session.toggleOnLine();
+        break;
+    case hui_address::loop:
+        session.toggleLoop();
+        break;
+    case hui_address::quickPunch:
+        session.toggleQuickPunch();
+        break;
+    default:
+        break;
+    }
+}
+
+bool SimulatedHUIHost::isDownAnywhere(int zone, int port) const {
+    return std::ranges::any_of(surfaces, [&](const auto& surface) { return surface->down[ledIndex(zone, port)]; });
+}
+
+void SimulatedHUIHost::letGoOfEverything(int surface) {
+    Surface& gone = at(surface);
+    for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip)
+        touchEdge(surface, strip, false);
+    automation.releaseAll(surface);
+    gone.down.reset();
+    gone.ignoredUntilUp.reset();
+    needsShowing = true;
+}
+
+} // namespace lumbrine

@@ -1,0 +1,222 @@
+#include "simulator/hui_surface_host.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr std::size_t partLength = 10; // of the main display
+
+struct LEDRow {
+    int zone;
+    int firstPort;
+    int lastPort;
+};
+
+// The LEDs besides those of the strips that this host drives.
+constexpr std::array globalLEDs{
+    LEDRow{hui_address::assignZone, hui_address::output, hui_address::sendA},
+    LEDRow{hui_address::transportZone, hui_address::rewind, hui_address::record},
+    LEDRow{hui_address::transport2Zone, hui_address::returnToZero, hui_address::quickPunch},
+    LEDRow{hui_address::counterZone, hui_address::timeCode, hui_address::rudeSolo},
+    LEDRow{hui_address::autoEnableZone, 0, 5},
+    LEDRow{hui_address::autoModeZone, hui_address::trim, hui_address::touchMode},
+};
+
+} // namespace
+
+HUISurfaceHost::HUISurfaceHost(SimulatorOptions simulatorOptions)
+    : options(std::move(simulatorOptions)), writer(options) {}
+
+bool HUISurfaceHost::advance(TimePoint now, bool pinging) {
+    if (!pinging) {
+        nextPing.reset();
+        openSince.reset();
+        return false;
+    }
+    if (answers && openSince && now - *openSince >= options.hostTimeout) {
+        answers = false;
+        openSince.reset();
+        return true;
+    }
+    if (!nextPing) nextPing = now;
+    if (now < *nextPing) return false;
+    sendPing(now);
+    // A host that was held up does not make up for the pings it missed.
+    while (*nextPing <= now)
+        *nextPing += options.pingInterval;
+    return false;
+}
+
+TimePoint HUISurfaceHost::nextDeadline() const {
+    TimePoint deadline = nextPing.value_or(TimePoint::max());
+    if (answers && openSince) deadline = std::min(deadline, *openSince + options.hostTimeout);
+    return deadline;
+}
+
+void HUISurfaceHost::giveUp() {
+    answers = false;
+    openSince.reset();
+    nextPing.reset();
+}
+
+void HUISurfaceHost::pingNow(TimePoint now) {
+    sendPing(now);
+}
+
+void HUISurfaceHost::sendPing(TimePoint now) {
+    if (!openSince) openSince = now;
+    if (cutOff) return;
+    writer.ping();
+    ++pings;
+}
+
+bool HUISurfaceHost::replied() {
+    openSince.reset();
+    return !std::exchange(answers, true);
+}
+
+void HUISurfaceHost::show(const SurfacePicture& picture) {
+    if (!answers || cutOff) return;
+    for (const DumpPart part : options.dumpOrder)
+        send(part, picture);
+}
+
+void HUISurfaceHost::send(DumpPart part, const SurfacePicture& picture) {
+    switch (part) {
+    case DumpPart::ping:
+        if (std::exchange(pingsInDump, false)) {
+            writer.ping();
+            ++pings;
+        }
+        break;
+    case DumpPart::displays:
+        sendDisplays(picture);
+        break;
+    case DumpPart::faders:
+        sendFaders(picture);
+        break;
+    case DumpPart::rings:
+        sendRings(picture);
+        break;
+    case DumpPart::stripLEDs:
+        sendLEDs(picture, true);
+        break;
+    case DumpPart::globalLEDs:
+        sendLEDs(picture, false);
+        break;
+    case DumpPart::counter:
+        sendCounter(picture);
+        break;
+    }
+}
+
+void HUISurfaceHost::sendDisplays(const SurfacePicture& picture) {
+    std::vector<HUIMessageWriter::Display> changed;
+    for (std::size_t i = 0; i < shownDisplays.size(); ++i)
+        if (shownDisplays[i] != picture.displays[i]) changed.push_back({static_cast<int>(i), picture.displays[i]});
+    for (const auto& display : changed)
+        shownDisplays[static_cast<std::size_t>(display.number)] = display.text;
+    writer.displays(changed);
+}
+
+void HUISurfaceHost::sendFaders(const SurfacePicture& picture) {
+    for (std::size_t i = 0; i < shownFaders.size(); ++i) {
+        if (picture.withheldFaders[i] || shownFaders[i] == picture.faders[i]) continue;
+        shownFaders[i] = picture.faders[i];
+        writer.fader(static_cast<int>(i), FaderValue::ofRaw(picture.faders[i]));
+    }
+}
+
+void HUISurfaceHost::sendRings(const SurfacePicture& picture) {
+    for (std::size_t i = 0; i < shownRings.size(); ++i) {
+        if (shownRings[i] == picture.rings[i]) continue;
+        shownRings[i] = picture.rings[i];
+        writer.ring(static_cast<int>(i), picture.rings[i]);
+    }
+}
+
+void HUISurfaceHost::sendLEDs(const SurfacePicture& picture, bool ofStrips) {
+    const auto sendRow = [&](const LEDRow& row) {
+        for (int port = row.firstPort; port <= row.lastPort; ++port) {
+            const std::size_t index = ledIndex(row.zone, port);
+            if (knownLEDs[index] && shownLEDs[index] == picture.leds[index]) continue;
+            knownLEDs[index] = true;
+            shownLEDs[index] = picture.leds[index];
+            writer.led(row.zone, port, picture.leds[index]);
+        }
+    };
+    if (!ofStrips) {
+        std::ranges::for_each(globalLEDs, sendRow);
+        return;
+    }
+    for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip)
+        sendRow({strip, hui_address::select, hui_address::recordArm});
+}
+
+void HUISurfaceHost::sendCounter(const SurfacePicture& picture) {
+    if (options.mainDisplay && shownMainDisplay != picture.mainDisplay) {
+        const std::string_view text = picture.mainDisplay;
+        for (std::size_t at = 0; at < text.size(); at += partLength) {
+            const std::string_view part = text.substr(at, partLength);
+            if (shownMainDisplay && std::string_view(*shownMainDisplay).substr(at, partLength) == part) continue;
+            writer.mainDisplay(static_cast<int>(at / partLength), part);
+        }
+        shownMainDisplay = picture.mainDisplay;
+    }
+    if (options.counter && shownCounter != picture.counter) {
+        // From the right up to the last digit that changed.
+        std::size_t count = picture.counter.size();
+        while (shownCounter && (*shownCounter)[count - 1] == picture.counter[count - 1])
+            --count;
+        writer.counter(std::span(picture.counter).first(count));
+        shownCounter = picture.counter;
+    }
+}
+
+void HUISurfaceHost::showMeters(const Meters& meters) {
+    if (!answers || cutOff) return;
+    for (std::size_t strip = 0; strip < meters.size(); ++strip)
+        for (std::size_t side = 0; side < 2; ++side) {
+            const int level = meters[strip][side];
+            if (level != 0 || shownMeters[strip][side] != 0)
+                writer.meter(static_cast<int>(strip), static_cast<int>(side), level);
+        }
+    shownMeters = meters;
+}
+
+void HUISurfaceHost::readMark(int strip) {
+    if (answers && !cutOff) writer.readMark(strip);
+}
+
+void HUISurfaceHost::forget() {
+    forgetStrips();
+    shownDisplays.fill(std::nullopt);
+    shownRings.fill(std::nullopt);
+    knownLEDs.reset();
+    shownMainDisplay.reset();
+    shownCounter.reset();
+}
+
+void HUISurfaceHost::forgetStrips() {
+    for (std::size_t strip = 0; strip < shownFaders.size(); ++strip) {
+        shownDisplays[strip].reset();
+        shownFaders[strip].reset();
+        shownRings[strip].reset();
+        for (int port = hui_address::select; port <= hui_address::recordArm; ++port)
+            knownLEDs[ledIndex(static_cast<int>(strip), port)] = false;
+    }
+}
+
+void HUISurfaceHost::forgetFader(int strip) {
+    shownFaders[static_cast<std::size_t>(strip)].reset();
+}
+
+std::vector<Bytes> HUISurfaceHost::take() {
+    return writer.take();
+}
+
+} // namespace lumbrine

@@ -1,0 +1,33 @@
+// A user who cannot keep from the host's own screen: banks, scrolls, renames, adds, removes, hides and reorders tracks
+// at times and in ways that the seed decides.
+#pragma once
+
+#include "simulator/seeded_random.h"
+#include "simulator/simulated_hui_host.h"
+#include "simulator/simulated_session.h"
+
+namespace lumbrine {
+
+class RestlessUser {
+public:
+    // Acts after 0.5 to 1.5 times `interval`, again and again; never when it is 0. Session and host outlive the user.
+    RestlessUser(SimulatedSession& editedSession, SimulatedHUIHost& bankedHost, Duration interval, std::uint64_t seed);
+
+    void advance(TimePoint now);
+    TimePoint nextDeadline() const { return next; }
+
+private:
+    void plan(TimePoint now);
+    void act();
+    int anyTrack();
+
+    SimulatedSession& session;
+    SimulatedHUIHost& host;
+    const Duration every;
+    SeededRandom chance;
+    TimePoint next;
+    bool planned = false;
+    int given = 0; // names invented so far
+};
+
+} // namespace lumbrine

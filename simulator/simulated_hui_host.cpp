@@ -1,0 +1,212 @@
+#include "simulator/simulated_hui_host.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lumbrine {
+
+SimulatedHUIHost::SimulatedHUIHost(const SimulatorOptions& simulatorOptions, SimulatedSession& shownSession)
+    : options(simulatorOptions), session(shownSession), groups(shownSession, simulatorOptions.groups),
+      automation(shownSession, [this](AutomationKeys::Strip strip) { return trackOn(strip.surface, strip.number); }),
+      flasher(simulatorOptions.ledOn, simulatorOptions.ledOff), chance(simulatorOptions.seed) {
+    for (int surface = 0; surface < options.surfaces; ++surface)
+        surfaces.push_back(std::make_unique<Surface>(options));
+    session.onChange([this](const SessionChange& change) { noteChange(change); });
+}
+
+void SimulatedHUIHost::receive(int surface, ByteView bytes, TimePoint now) {
+    advance(now);
+    if (!holdsPorts || at(surface).port.cut()) return;
+    at(surface).decoder.feed(bytes, [&](const SurfaceMessage& message) {
+        std::visit([&](const auto& decoded) { act(surface, decoded, now); }, message);
+        show(now);
+    });
+}
+
+void SimulatedHUIHost::advance(TimePoint now) {
+    advanceClock(now);
+    advancePorts(now);
+    show(now);
+    advanceMeters(now);
+}
+
+void SimulatedHUIHost::advanceClock(TimePoint now) {
+    if (clock) session.elapse(now - *clock);
+    clock = now;
+    const std::size_t expired = std::erase_if(modeShownUntil, [now](const auto& shown) { return now >= shown.second; });
+    if (expired > 0) needsShowing = true;
+}
+
+void SimulatedHUIHost::advancePorts(TimePoint now) {
+    const bool pinging = holdsPorts && (session.isOpen() || options.pingWithoutSession);
+    for (int surface = 0; surface < options.surfaces; ++surface) {
+        if (!at(surface).port.advance(now, pinging)) continue;
+        letGoOfEverything(surface);
+        moveTo(bankOffset);
+    }
+}
+
+void SimulatedHUIHost::advanceMeters(TimePoint now) {
+    if (!session.transport().playing) {
+        if (nextMeters) sendMeters();
+        nextMeters.reset();
+        return;
+    }
+    const Duration period = seconds(1.0 / options.meterRate);
+    if (!nextMeters) nextMeters = now + period;
+    if (now < *nextMeters) return;
+    while (*nextMeters <= now)
+        *nextMeters += period;
+    sendMeters();
+    needsShowing = true; // the counter has moved on
+    show(now);
+}
+
+void SimulatedHUIHost::sendMeters() {
+    const SimulatedTransport& transport = session.transport();
+    for (int surface = 0; surface < options.surfaces; ++surface) {
+        HUISurfaceHost::Meters meters{};
+        for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip) {
+            const SimulatedTrack* track = session.find(trackOn(surface, strip));
+            if (!transport.playing || track == nullptr || track->mute || session.impliedMute(*track)) continue;
+            meters[static_cast<std::size_t>(strip)] = meterLevels(track->meter, track->stereo, transport.position);
+        }
+        at(surface).port.showMeters(meters);
+    }
+    collect();
+}
+
+TimePoint SimulatedHUIHost::nextDeadline() const {
+    TimePoint deadline = std::min(flasher.nextDeadline(), nextMeters.value_or(TimePoint::max()));
+    for (const auto& surface : surfaces)
+        deadline = std::min(deadline, surface->port.nextDeadline());
+    for (const auto& [track, until] : modeShownUntil)
+        deadline = std::min(deadline, until);
+    return deadline;
+}
+
+std::vector<SimulatedHUIHost::Outgoing> SimulatedHUIHost::takeOutgoing() {
+    return std::exchange(outgoing, {});
+}
+
+void SimulatedHUIHost::collect() {
+    for (int surface = 0; surface < options.surfaces; ++surface)
+        for (Bytes& packet : at(surface).port.take())
+            outgoing.push_back({surface, std::move(packet)});
+}
+
+void SimulatedHUIHost::show(TimePoint now) {
+    for (const int track : std::exchange(pendingModes, {}))
+        if (options.modeShown > Duration::zero()) modeShownUntil[track] = now + options.modeShown;
+    if (flasher.advance(now, somethingFlashes())) needsShowing = true;
+
+    if (std::exchange(needsShowing, false)) {
+        for (int surface = 0; surface < options.surfaces; ++surface)
+            if (at(surface).port.answering()) at(surface).port.show(picture(surface));
+        for (const int marked : std::exchange(pendingReadMarks, {}))
+            for (int surface = 0; surface < options.surfaces; ++surface)
+                for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip)
+                    if (trackOn(surface, strip) == marked) at(surface).port.readMark(strip);
+    }
+    collect();
+}
+
+void SimulatedHUIHost::bank(BankButton button) {
+    const int tracks = static_cast<int>(session.shownTracks().size());
+    moveTo(bankOffsetAfter(button, bankOffset, tracks, width(), options));
+}
+
+void SimulatedHUIHost::scrollTo(int newOffset) {
+    moveTo(newOffset);
+}
+
+void SimulatedHUIHost::moveTo(int newOffset) {
+    const int tracks = static_cast<int>(session.shownTracks().size());
+    newOffset = std::clamp(newOffset, 0, lastBankOffset(tracks, width(), options.endOfSession));
+    needsShowing = true;
+    if (newOffset == bankOffset) return;
+    bankOffset = newOffset;
+    if (!options.redrawOnBank) return;
+    for (const auto& surface : surfaces)
+        surface->port.forgetStrips();
+}
+
+void SimulatedHUIHost::cut(int surface, bool cutOff) {
+    if (cutOff == at(surface).port.cut()) return;
+    at(surface).port.setCut(cutOff);
+    at(surface).decoder.forget();
+    needsShowing = true;
+}
+
+void SimulatedHUIHost::holdPorts(bool held) {
+    if (held == holdsPorts) return;
+    holdsPorts = held;
+    for (int surface = 0; surface < options.surfaces; ++surface) {
+        at(surface).port.giveUp();
+        at(surface).decoder.forget();
+        letGoOfEverything(surface);
+    }
+    moveTo(bankOffset);
+}
+
+int SimulatedHUIHost::answeringCount() const {
+    return static_cast<int>(
+        std::ranges::count_if(surfaces, [](const auto& surface) { return surface->port.answering(); }));
+}
+
+int SimulatedHUIHost::width() const {
+    const int counted = options.bankWidth == BankWidth::configured ? options.surfaces : std::max(answeringCount(), 1);
+    return counted * hui_address::stripCountOfSurface;
+}
+
+// The first strip of the surface within the bank.
+int SimulatedHUIHost::baseOf(int surface) const {
+    int before = surface;
+    if (options.bankWidth == BankWidth::answering && at(surface).port.answering())
+        before = static_cast<int>(std::count_if(surfaces.begin(), surfaces.begin() + surface,
+                                                [](const auto& other) { return other->port.answering(); }));
+    return before * hui_address::stripCountOfSurface;
+}
+
+int SimulatedHUIHost::trackOn(int surface, int strip) const {
+    const std::vector<int>& shown = session.shownTracks();
+    const auto index = static_cast<std::size_t>(bankOffset + baseOf(surface) + strip);
+    return index < shown.size() ? shown[index] : 0;
+}
+
+bool SimulatedHUIHost::isTouched(int surface, int strip) const {
+    return at(surface).touchedTrack[static_cast<std::size_t>(strip)] != 0;
+}
+
+bool SimulatedHUIHost::showsRightPan(int surface) const {
+    return at(surface).rightPan;
+}
+
+void SimulatedHUIHost::noteChange(const SessionChange& change) {
+    needsShowing = true;
+    switch (change.kind) {
+    case SessionChange::Kind::automation: {
+        pendingModes.push_back(change.trackID);
+        const SimulatedTrack* track = session.find(change.trackID);
+        if (options.readMarks && track->automation == SimulatedTrack::Automation::read)
+            pendingReadMarks.push_back(change.trackID);
+        break;
+    }
+    case SessionChange::Kind::structure:
+    case SessionChange::Kind::closed: {
+        const int tracks = static_cast<int>(session.shownTracks().size());
+        bankOffset = std::clamp(bankOffset, 0, lastBankOffset(tracks, width(), options.endOfSession));
+        break;
+    }
+    case SessionChange::Kind::opened:
+        for (const auto& surface : surfaces)
+            surface->port.forget();
+        if (options.readMarks) pendingReadMarks = session.shownTracks();
+        break;
+    case SessionChange::Kind::values:
+    case SessionChange::Kind::transport:
+        break;
+    }
+}
+
+} // namespace lumbrine

@@ -1,0 +1,141 @@
+// The HUI side of the simulated Pro Tools: one or two surfaces as one bank onto the session, what they press, and what
+// they show.
+//
+// No threads and no clock of its own: bytes and times go in, bytes and the next deadline come out. The session may be
+// edited by others too; `advance` then shows what they changed.
+#pragma once
+
+#include "simulator/automation_keys.h"
+#include "simulator/bank_rules.h"
+#include "simulator/fader_groups.h"
+#include "simulator/hui_surface_host.h"
+#include "simulator/led_flasher.h"
+#include "simulator/seeded_random.h"
+#include "simulator/simulated_session.h"
+#include "simulator/simulator_options.h"
+#include "simulator/surface_message.h"
+
+#include <array>
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace lumbrine {
+
+class SimulatedHUIHost {
+public:
+    // The session outlives the host, and the host every later edit of the session.
+    SimulatedHUIHost(const SimulatorOptions& simulatorOptions, SimulatedSession& shownSession);
+    SimulatedHUIHost(const SimulatedHUIHost&) = delete;
+    SimulatedHUIHost& operator=(const SimulatedHUIHost&) = delete;
+
+    // Bytes of one packet from a surface (0 or 1), in pieces of any size, acted on at `now`.
+    void receive(int surface, ByteView bytes, TimePoint now);
+
+    // Does all that is due, and shows what has changed. Time does not go backwards.
+    void advance(TimePoint now);
+
+    // When `advance` has to be called at the latest.
+    TimePoint nextDeadline() const;
+
+    struct Outgoing {
+        int surface;
+        Bytes packet;
+    };
+    // What is to be sent, in order.
+    std::vector<Outgoing> takeOutgoing();
+
+    // ---- The user at the host's own screen. `advance` shows the result.
+
+    void bank(BankButton button);
+    void scrollTo(int newOffset); // kept within the session
+
+    // ---- Ports and faults.
+
+    // The host uses its ports, or no longer: then nothing goes out or comes in and no surface answers.
+    void holdPorts(bool held);
+
+    void cut(int surface, bool cutOff); // see HUISurfaceHost::setCut; nothing is heard either
+
+    // ---- Looking.
+
+    int offset() const { return bankOffset; }
+    int width() const; // of the bank, 8 or 16
+    const HUISurfaceHost& port(int surface) const { return surfaces[static_cast<std::size_t>(surface)]->port; }
+    SurfacePicture picture(int surface) const;
+    int trackOn(int surface, int strip) const; // id, 0 for none
+    bool isTouched(int surface, int strip) const;
+    bool showsRightPan(int surface) const;
+    std::uint64_t droppedPresses() const { return dropped; }
+
+private:
+    struct Surface {
+        explicit Surface(const SimulatorOptions& options) : port(options) {}
+
+        HUISurfaceHost port;
+        SurfaceDecoder decoder;
+        LEDs down;                                                        // switches that are held
+        LEDs ignoredUntilUp;                                              // switches whose press was dropped
+        std::array<int, hui_address::stripCountOfSurface> touchedTrack{}; // id while the fader is touched
+        int assign = hui_address::pan;
+        bool rightPan = false;
+    };
+
+    Surface& at(int surface) { return *surfaces[static_cast<std::size_t>(surface)]; }
+    const Surface& at(int surface) const { return *surfaces[static_cast<std::size_t>(surface)]; }
+
+    // simulated_hui_host.cpp: presence, time and showing
+    void advanceClock(TimePoint now);
+    void advancePorts(TimePoint now);
+    void advanceMeters(TimePoint now);
+    void sendMeters();
+    void show(TimePoint now);
+    void moveTo(int newOffset);
+    void noteChange(const SessionChange& change);
+    void collect();
+    int baseOf(int surface) const;
+    int answeringCount() const;
+    bool somethingFlashes() const;
+
+    // hui_host_input.cpp: what surfaces do
+    void act(int surface, const from_surface::Reset& message, TimePoint now);
+    void act(int surface, const from_surface::PingReply& message, TimePoint now);
+    void act(int surface, const from_surface::SwitchEdge& message, TimePoint now);
+    void act(int surface, const from_surface::FaderMoved& message, TimePoint now);
+    void act(int surface, const from_surface::VPotTurned& message, TimePoint now);
+    void act(int surface, const from_surface::JogTurned& message, TimePoint now);
+    void touchEdge(int surface, int strip, bool on);
+    void stripPressed(int surface, int strip, int port);
+    void assignPressed(int surface, int port);
+    void transportPressed(int port);
+    void transport2Pressed(int port);
+    bool isDownAnywhere(int zone, int port) const;
+    void letGoOfEverything(int surface);
+
+    // hui_host_picture.cpp: what surfaces show
+    void paintStrip(SurfacePicture& picture, int surface, int strip, const SimulatedTrack& track) const;
+    void paintGlobals(SurfacePicture& picture, int surface) const;
+    std::uint8_t ringOf(const SimulatedTrack& track, const Surface& surface) const;
+    DisplayText displayOf(const SimulatedTrack& track, int surface, int strip) const;
+
+    const SimulatorOptions options;
+    SimulatedSession& session;
+    std::vector<std::unique_ptr<Surface>> surfaces;
+    FaderGroups groups;
+    AutomationKeys automation;
+    LEDFlasher flasher;
+    SeededRandom chance;
+
+    int bankOffset = 0;
+    bool holdsPorts = true;
+    bool needsShowing = true;
+    std::optional<TimePoint> clock; // the time of the last call
+    std::optional<TimePoint> nextMeters;
+    std::map<int, TimePoint> modeShownUntil; // by track id
+    std::vector<int> pendingModes;           // tracks whose automation has just changed
+    std::vector<int> pendingReadMarks;
+    std::uint64_t dropped = 0;
+    std::vector<Outgoing> outgoing;
+};
+
+} // namespace lumbrine

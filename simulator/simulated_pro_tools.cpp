@@ -1,0 +1,186 @@
+#include "simulator/simulated_pro_tools.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lumbrine {
+
+SimulatedProTools::SimulatedProTools(Runtime& rt, MIDIConnections& connections, SimulatorOptions simulatorOptions,
+                                     const SimulatedSession& initialSession)
+    : options(std::move(simulatorOptions)), runtime(rt), mutex(rt), theSession(initialSession),
+      host(options, theSession), user(theSession, host, options.restlessUserEvery, options.seed),
+      grabsPortsAt(rt.now() + options.grabPortsAfter),
+      queue(rt.serialQueue("simulated Pro Tools", Priority::userInitiated)) {
+    for (int surface = 0; surface < options.surfaces; ++surface) {
+        const auto index = static_cast<std::size_t>(surface);
+        ports[index] =
+            connections.connect(options.portNames[index], [this, surface](ByteView bytes) { arrived(surface, bytes); });
+    }
+    {
+        Lock lock(mutex);
+        portsAreMade = true;
+    }
+    // The second is for what has already come in.
+    queue->post([this] { wake(); });
+    queue->postAfter(options.latency, [this] { wake(); });
+}
+
+SimulatedProTools::~SimulatedProTools() {
+    {
+        Lock lock(mutex);
+        ending = true;
+    }
+    queue.reset();
+}
+
+void SimulatedProTools::arrived(int surface, ByteView bytes) {
+    Lock lock(mutex);
+    if (ending) return;
+    const TimePoint now = runtime.now();
+    const auto index = static_cast<std::size_t>(surface);
+    ++packetCount[index];
+    if (log[index].size() == options.logLimit && !log[index].empty()) log[index].pop_front();
+    if (options.logLimit > 0) log[index].push_back({now, Bytes(bytes.begin(), bytes.end())});
+    inbox.push_back({now + options.latency, surface, Bytes(bytes.begin(), bytes.end())});
+    if (portsAreMade) queue->postAfter(options.latency, [this] { wake(); });
+}
+
+void SimulatedProTools::change(const std::function<void(TimePoint)>& body) {
+    {
+        Lock lock(mutex);
+        const TimePoint now = runtime.now();
+        if (now >= stuckUntil) runUntilNow(now);
+        body(now);
+    }
+    queue->post([this] { wake(); });
+}
+
+void SimulatedProTools::edit(const std::function<void(SimulatedSession&)>& body) {
+    change([&](TimePoint) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { body(theSession); });
+}
+
+void SimulatedProTools::bank(BankButton button) {
+    change([&](TimePoint) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { host.bank(button); });
+}
+
+void SimulatedProTools::scrollTo(int offset) {
+    change([&](TimePoint) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { host.scrollTo(offset); });
+}
+
+void SimulatedProTools::silence(int surface, Duration duration) {
+    change([&](TimePoint now)
+               LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { silentUntil[static_cast<std::size_t>(surface)] = now + duration; });
+}
+
+void SimulatedProTools::stick(Duration duration) {
+    change([&](TimePoint now) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { stuckUntil = now + duration; });
+}
+
+void SimulatedProTools::releasePorts() {
+    change([&](TimePoint) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { grabsPortsAt = TimePoint::max(); });
+}
+
+void SimulatedProTools::grabPorts() {
+    change([&](TimePoint now) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { grabsPortsAt = now; });
+}
+
+void SimulatedProTools::wake() {
+    std::vector<SimulatedHUIHost::Outgoing> outgoing;
+    {
+        Lock lock(mutex);
+        if (ending) return;
+        const TimePoint now = runtime.now();
+        if (now >= nextWake) nextWake = TimePoint::max();
+        if (now >= stuckUntil) runUntilNow(now);
+        outgoing = host.takeOutgoing();
+        const TimePoint deadline = nextDeadline(now);
+        if (deadline < nextWake) {
+            nextWake = deadline;
+            queue->postAfter(std::max(deadline - now, Duration::zero()), [this] { wake(); });
+        }
+    }
+    for (const auto& [surface, packet] : outgoing)
+        if (const auto& port = ports[static_cast<std::size_t>(surface)]) port->send(packet);
+}
+
+void SimulatedProTools::runUntilNow(TimePoint now) {
+    applyFaults(now);
+    while (!inbox.empty() && inbox.front().due <= now) {
+        const Incoming next = std::move(inbox.front());
+        inbox.pop_front();
+        host.receive(next.surface, next.bytes, now);
+    }
+    user.advance(now);
+    host.advance(now);
+}
+
+void SimulatedProTools::applyFaults(TimePoint now) {
+    host.holdPorts(now >= grabsPortsAt);
+    for (int surface = 0; surface < options.surfaces; ++surface)
+        host.cut(surface, now < silentUntil[static_cast<std::size_t>(surface)]);
+}
+
+TimePoint SimulatedProTools::nextDeadline(TimePoint now) const {
+    if (now < stuckUntil) return stuckUntil;
+    TimePoint deadline = std::min(host.nextDeadline(), user.nextDeadline());
+    if (grabsPortsAt > now) deadline = std::min(deadline, grabsPortsAt);
+    for (const TimePoint silent : silentUntil)
+        if (silent > now) deadline = std::min(deadline, silent);
+    return deadline;
+}
+
+SimulatedSession SimulatedProTools::session() const {
+    Lock lock(mutex);
+    return theSession;
+}
+
+std::vector<ReceivedPacket> SimulatedProTools::received(int surface) const {
+    Lock lock(mutex);
+    const auto& packets = log[static_cast<std::size_t>(surface)];
+    return {packets.begin(), packets.end()};
+}
+
+SimulatorSnapshot SimulatedProTools::snapshot() const {
+    SimulatorSnapshot snapshot;
+    snapshot.at = runtime.now();
+    std::array<bool, 2> connected{};
+    for (std::size_t i = 0; i < ports.size(); ++i)
+        connected[i] = ports[i] != nullptr && ports[i]->connected();
+
+    Lock lock(mutex);
+    snapshot.offset = host.offset();
+    snapshot.width = host.width();
+    snapshot.shownTracks = static_cast<int>(theSession.shownTracks().size());
+    snapshot.sessionOpen = theSession.isOpen();
+    snapshot.transport = theSession.transport();
+    snapshot.droppedPresses = host.droppedPresses();
+    for (int surface = 0; surface < options.surfaces; ++surface) {
+        const auto index = static_cast<std::size_t>(surface);
+        SimulatorSnapshot::Surface seen;
+        seen.connected = connected[index];
+        seen.answering = host.port(surface).answering();
+        seen.showsRightPan = host.showsRightPan(surface);
+        seen.pingsSent = host.port(surface).pingsSent();
+        seen.packetsReceived = packetCount[index];
+        const SurfacePicture picture = host.picture(surface);
+        for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip)
+            seen.strips[static_cast<std::size_t>(strip)] = stripNow(picture, surface, strip);
+        snapshot.surfaces.push_back(seen);
+    }
+    return snapshot;
+}
+
+SimulatorSnapshot::Strip SimulatedProTools::stripNow(const SurfacePicture& picture, int surface, int strip) const {
+    const auto index = static_cast<std::size_t>(strip);
+    SimulatorSnapshot::Strip seen;
+    seen.trackID = host.trackOn(surface, strip);
+    seen.display.assign(picture.displays[index].begin(), picture.displays[index].end());
+    if (const SimulatedTrack* track = theSession.find(seen.trackID)) seen.fader = track->fader;
+    seen.ring = picture.rings[index];
+    for (int port = 0; port < hui_address::portCount; ++port)
+        if (picture.leds[ledIndex(strip, port)]) seen.leds = static_cast<std::uint8_t>(seen.leds | 1 << port);
+    seen.touched = host.isTouched(surface, strip);
+    return seen;
+}
+
+} // namespace lumbrine

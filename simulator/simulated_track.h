@@ -1,0 +1,55 @@
+// One track of the simulated session, as plain values.
+#pragma once
+
+#include "base/fader_value.h"
+
+#include <cstdint>
+#include <string>
+
+namespace lumbrine {
+
+struct SimulatedTrack {
+    enum class Automation { read, touch, latch, write, off };
+
+    // What the track's meter does while the transport plays; see music_meter.h.
+    struct MeterProgram {
+        enum class Kind { silent, tone, drum, bass, melody, pad };
+
+        Kind kind = Kind::silent;
+        double peak = -12;      // dBFS at its loudest
+        std::uint32_t seed = 0; // two programs of one kind differ by it
+
+        bool operator==(const MeterProgram&) const = default;
+    };
+
+    static constexpr FaderValue unityGain = FaderValue::ofRaw(12288);
+
+    int id = 0; // given by the session, and never given again
+    std::string name;
+    std::string comment;
+    std::string color = "#ff2a2a2a"; // alpha, red, green, blue
+
+    bool hidden = false;
+    bool stereo = false;
+
+    FaderValue fader = unityGain;
+    bool mute = false; // pressed by somebody; a solo elsewhere silences a track without setting it
+    bool solo = false;
+    bool recordArmed = false;
+    bool inputMonitor = false;
+    bool selected = false;
+
+    Automation automation = Automation::read;
+    bool trim = false;
+
+    // -100 is hard left, 100 hard right. A mono track has its only pan in panLeft.
+    double panLeft = 0;
+    double panRight = 0;
+
+    int group = 0; // the fader group it belongs to, 0 for none
+    MeterProgram meter;
+
+    bool operator==(const SimulatedTrack&) const = default;
+};
+
+} // namespace lumbrine

@@ -1,0 +1,98 @@
+// Everything about the simulated Pro Tools that can be chosen before it starts: behaviour of the real one that is not
+// known for sure, and faults. A receiver has to work with every setting.
+#pragma once
+
+#include "platform/api/time.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace lumbrine {
+
+// How a track's name becomes the four characters of its display.
+enum class ShortNameRule {
+    cut,       // the first four characters
+    vowels,    // small vowels dropped until it fits, the last character kept: "Guitar 1" is "Gtr1"
+    colliding, // numbers and sides at the end dropped first: "Vox 1" and "Vox 2" are both "Vox "
+};
+
+// What stands in a display for a character that is not ASCII.
+enum class NonASCIIRule { blank, questionMark };
+
+// Where the last bank begins: so that it is full, or at a multiple of the width with blank strips after the last track.
+enum class EndOfSession { fill, blank };
+
+enum class FaderEcho {
+    whileTouched, // each move goes back to the surface that made it
+    afterRelease, // nothing goes back while the fader is touched; its position goes out once when it is let go
+};
+
+// Which surfaces count for the width of a bank: those that answer pings, or all that are set up.
+enum class BankWidth { answering, configured };
+
+// The picture of a ring, bits 5-4 of its byte.
+enum class RingPicture { dot = 0, boostCut = 1, wrap = 2, spread = 3 };
+
+// The parts of what a surface is sent when it appears and when a session opens.
+enum class DumpPart { ping, displays, faders, rings, stripLEDs, globalLEDs, counter };
+
+struct SimulatorOptions {
+    int surfaces = 1; // 1 or 2
+    std::array<std::string, 2> portNames{"Lumbrine", "Lumbrine B"};
+    std::uint64_t seed = 1; // decides all that is left to chance
+
+    // ---- Presence.
+    Duration pingInterval = seconds(1);
+    Duration hostTimeout = seconds(3); // how long a ping may stay unanswered until the surface is given up
+    bool pingWithoutSession = true;
+    std::vector<DumpPart> dumpOrder{DumpPart::ping,      DumpPart::displays,   DumpPart::faders, DumpPart::rings,
+                                    DumpPart::stripLEDs, DumpPart::globalLEDs, DumpPart::counter}; // each part once
+
+    // ---- Reaction.
+    Duration latency = seconds(0.02); // from a surface's message to the reaction
+    FaderEcho faderEcho = FaderEcho::whileTouched;
+    int faderBits = 14; // of what is sent: 9, 10 or 14
+    bool groups = true; // the other members follow the first fader touched of their group
+
+    // ---- Displays.
+    ShortNameRule shortNames = ShortNameRule::cut;
+    NonASCIIRule nonASCII = NonASCIIRule::questionMark;
+    int displaysPerSysEx = 1;          // 1-9
+    Duration modeShown = seconds(1.0); // how long a new automation mode stays in the display
+    bool mainDisplay = true;           // the 80 characters and the counter are sent
+    bool counter = true;
+
+    // ---- LEDs, rings and meters.
+    bool repeatZoneSelect = false; // before each port, not only when the zone changes within a burst
+    bool runningStatus = false;    // within a burst of controllers, which then is one packet
+    bool readMarks = true;         // B0 2C 24 when a session opens and when a track goes to Read
+    Duration ledOn = seconds(0.5); // of a flashing LED
+    Duration ledOff = seconds(0.5);
+    RingPicture panPicture = RingPicture::boostCut;
+    int clicksPerRingPosition = 9; // at least 1
+    int meterRate = 25;            // meters each second while playing, 1-100
+
+    // ---- Banking.
+    EndOfSession endOfSession = EndOfSession::fill;
+    bool bankLeftAligns = true; // bank left from no multiple of the width goes to the next multiple below
+    bool bankRightAligns = false;
+    bool redrawOnBank = true; // everything is sent again after a move, not only what differs
+    BankWidth bankWidth = BankWidth::answering;
+
+    // ---- Faults.
+    Duration grabPortsAfter = Duration::zero();    // from the start until it first uses the ports
+    int dropOnePressIn = 0;                        // about one press in so many is not seen; 0 for none
+    Duration restlessUserEvery = Duration::zero(); // a random act on the host's own screen about so often; 0 for none
+
+    // ---- Records.
+    std::size_t logLimit = 100'000; // received packets that are kept for each surface
+};
+
+// What is wrong with the options, in words, or nothing.
+std::optional<std::string> problemWith(const SimulatorOptions& options);
+
+} // namespace lumbrine

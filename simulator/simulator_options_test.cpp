@@ -1,0 +1,43 @@
+#include "simulator/simulator_options.h"
+
+namespace lumbrine {
+namespace {
+
+using Spoil = std::function<void(SimulatorOptions&)>;
+
+TEST(SimulatorOptions, HaveNoProblemAsTheyCome) {
+    EXPECT_EQ(problemWith(SimulatorOptions{}), std::nullopt);
+}
+
+TEST(SimulatorOptions, RefuseWhatCannotBe) {
+    const std::vector<Spoil> spoilers{
+        [](auto& options) { options.surfaces = 0; },
+        [](auto& options) { options.surfaces = 3; },
+        [](auto& options) { options.pingInterval = Duration::zero(); },
+        [](auto& options) { options.hostTimeout = Duration::zero(); },
+        [](auto& options) { options.latency = -seconds(1); },
+        [](auto& options) { options.faderBits = 12; },
+        [](auto& options) { options.displaysPerSysEx = 0; },
+        [](auto& options) { options.displaysPerSysEx = 10; },
+        [](auto& options) { options.modeShown = -seconds(1); },
+        [](auto& options) { options.ledOn = Duration::zero(); },
+        [](auto& options) { options.ledOff = Duration::zero(); },
+        [](auto& options) { options.clicksPerRingPosition = 0; },
+        [](auto& options) { options.meterRate = 0; },
+        [](auto& options) { options.meterRate = 101; },
+        [](auto& options) { options.grabPortsAfter = -seconds(1); },
+        [](auto& options) { options.dropOnePressIn = -1; },
+        [](auto& options) { options.restlessUserEvery = -seconds(1); },
+        [](auto& options) { options.dumpOrder.pop_back(); },
+        [](auto& options) { options.dumpOrder.push_back(DumpPart::ping); },
+        [](auto& options) { options.dumpOrder[0] = DumpPart::faders; },
+    };
+    for (std::size_t i = 0; i < spoilers.size(); ++i) {
+        SimulatorOptions options;
+        spoilers[i](options);
+        EXPECT_NE(problemWith(options), std::nullopt) << "number " << i;
+    }
+}
+
+} // namespace
+} // namespace lumbrine
