@@ -1,0 +1,254 @@
+#include "remote/remote_client.h"
+
+#include "remote/command_builder.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace lumbrine::remote {
+namespace {
+
+constexpr std::size_t receiveBytes = 2048;
+constexpr std::size_t maxQueued = 4096; // a session of 1,000 tracks comes as about 1,200 messages in a row
+
+bool sameAddress(const PeerAddress& a, const PeerAddress& b) {
+    return a.length == b.length && std::equal(a.storage.begin(), a.storage.begin() + a.length, b.storage.begin());
+}
+
+std::string nameOf(DatagramSockets& sockets, const PeerAddress& address) {
+    std::string host;
+    std::string port;
+    sockets.name(address, host, port);
+    return host + ":" + port;
+}
+
+} // namespace
+
+// What the receive thread leaves for the main thread. Lives until both have let go of it.
+class RemoteClient::Inbox {
+public:
+    explicit Inbox(Runtime& runtime) : mutex(runtime) {}
+
+    // Whom to listen to, from now on. What others sent before is forgotten.
+    void listenTo(const PeerAddress& address, std::string addressName) {
+        const Lock lock(mutex);
+        sender = address;
+        senderName = std::move(addressName);
+        messages.clear();
+    }
+
+    bool comesFromReceiver(DatagramSockets& resolver, const PeerAddress& from) {
+        {
+            const Lock lock(mutex);
+            if (sameAddress(sender, from)) return true;
+        }
+        const std::string name = nameOf(resolver, from); // the same peer can come in a different outer form
+        const Lock lock(mutex);
+        return name == senderName;
+    }
+
+    // True when the main thread has to be asked to drain.
+    bool put(std::optional<ReceiverMessage> message) {
+        const Lock lock(mutex);
+        if (!message) {
+            ++malformed;
+            return false;
+        }
+        if (messages.size() >= maxQueued) {
+            ++dropped;
+            return false;
+        }
+        messages.push_back(*std::move(message));
+        return !std::exchange(drainAsked, true);
+    }
+
+    std::vector<ReceiverMessage> takeAll() {
+        const Lock lock(mutex);
+        drainAsked = false;
+        return std::exchange(messages, {});
+    }
+
+    void end() {
+        const Lock lock(mutex);
+        ending = true;
+    }
+    bool ended() {
+        const Lock lock(mutex);
+        return ending;
+    }
+    std::uint64_t malformedCount() {
+        const Lock lock(mutex);
+        return malformed;
+    }
+    std::uint64_t droppedCount() {
+        const Lock lock(mutex);
+        return dropped;
+    }
+
+private:
+    Mutex mutex;
+    PeerAddress sender LUMBRINE_GUARDED_BY(mutex);
+    std::string senderName LUMBRINE_GUARDED_BY(mutex);
+    std::vector<ReceiverMessage> messages LUMBRINE_GUARDED_BY(mutex);
+    bool drainAsked LUMBRINE_GUARDED_BY(mutex) = false;
+    bool ending LUMBRINE_GUARDED_BY(mutex) = false;
+    std::uint64_t malformed LUMBRINE_GUARDED_BY(mutex) = 0;
+    std::uint64_t dropped LUMBRINE_GUARDED_BY(mutex) = 0;
+};
+
+RemoteClient::RemoteClient(Runtime& rt, DatagramSockets& datagramSockets, RemoteOptions remoteOptions)
+    : runtime(rt), sockets(datagramSockets), options(remoteOptions), inbox(std::make_shared<Inbox>(rt)) {}
+
+RemoteClient::~RemoteClient() {
+    if (fd < 0) return;
+    for (int i = 0; i < stripCount; ++i) {
+        const Strip strip = *Strip::of(i);
+        if (held[strip.slot()]) release(strip);
+    }
+    timer.reset();
+    inbox->end();
+    sockets.shutDown(fd);
+    receiveThread.reset();
+    sockets.close(fd);
+}
+
+bool RemoteClient::connect(const std::string& host, std::uint16_t port) {
+    if (!openSocket()) return false;
+    PeerAddress address;
+    if (!sockets.resolve(host, port, address)) return false;
+    receiver = address;
+    inbox->listenTo(address, nameOf(sockets, address));
+    held.fill(false);
+    sessionPicture = {};
+    enter(LinkState::searching);
+    sayHello();
+    return true;
+}
+
+bool RemoteClient::openSocket() {
+    if (fd >= 0) return true;
+    const int opened = sockets.open();
+    if (opened < 0) return false;
+    sockets.setDualStack(opened);
+    if (sockets.bind(opened, 0) < 0) {
+        sockets.close(opened);
+        return false;
+    }
+    fd = opened;
+    receiveThread = runtime.startThread("remote receive", [this, letters = inbox] { receiveLoop(letters); });
+    timer = runtime.repeatOnMain(options.keepAlive / 4, [this] { tick(); });
+    return true;
+}
+
+// On the receive thread. `this` outlives it: the destructor waits.
+void RemoteClient::receiveLoop(const std::shared_ptr<Inbox>& letters) {
+    std::vector<std::uint8_t> buffer(receiveBytes);
+    PeerAddress from;
+    while (true) {
+        const int size = sockets.receive(fd, buffer, from);
+        if (letters->ended()) return;
+        if (size < 0) {
+            runtime.sleepFor(seconds(0.001));
+            continue;
+        }
+        if (!letters->comesFromReceiver(sockets, from)) continue;
+        if (!letters->put(parseReceiverMessage(ByteView(buffer).first(static_cast<std::size_t>(size))))) continue;
+        // The destructor runs on the main thread too, so a client that is there when the job begins stays.
+        runtime.postMain([this, client = std::weak_ptr<Inbox>(letters)] {
+            if (!client.expired()) drain();
+        });
+    }
+}
+
+void RemoteClient::drain() {
+    for (const ReceiverMessage& message : inbox->takeAll())
+        take(message);
+}
+
+void RemoteClient::take(const ReceiverMessage& message) {
+    lastHeard = runtime.now();
+    if (std::holds_alternative<Busy>(message)) {
+        held.fill(false);
+        if (linkState == LinkState::connected) enter(LinkState::takenOver);
+        if (linkState == LinkState::searching || linkState == LinkState::lost) enter(LinkState::busy);
+    } else if (std::holds_alternative<Pong>(message)) {
+        if (linkState != LinkState::connected) answered();
+    } else if (linkState == LinkState::searching || linkState == LinkState::lost) {
+        // The pong may have been lost, or what is heard may go on from before a pause: ask for the rest.
+        answered();
+        sayHello();
+    }
+    sessionPicture.apply(message);
+    if (onMessage) onMessage(message);
+}
+
+void RemoteClient::answered() {
+    sessionPicture = {};
+    enter(LinkState::connected);
+}
+
+void RemoteClient::enter(LinkState state) {
+    if (linkState == state) return;
+    linkState = state;
+    if (onState) onState(state);
+}
+
+void RemoteClient::send(ByteView datagram) {
+    if (fd < 0 || !receiver) return;
+    lastSent = runtime.now();
+    sockets.send(fd, datagram, *receiver);
+}
+
+void RemoteClient::sayHello() {
+    lastHello = runtime.now();
+    send(helloCommand(options.token));
+}
+
+void RemoteClient::touch(Strip strip) {
+    held[strip.slot()] = true;
+    send(faderTouchCommand(strip));
+}
+
+void RemoteClient::move(Strip strip, FaderValue value) {
+    sessionPicture.moveFader(strip, value);
+    send(faderMoveCommand(strip, value));
+}
+
+void RemoteClient::release(Strip strip) {
+    held[strip.slot()] = false;
+    send(faderReleaseCommand(strip));
+}
+
+void RemoteClient::takeOver() {
+    send(takeOverCommand());
+    sayHello();
+}
+
+// Four times in each keep-alive period.
+void RemoteClient::tick() {
+    const TimePoint now = runtime.now();
+    const bool silent = now - lastHeard >= options.silence;
+    if (silent && linkState != LinkState::searching) enter(LinkState::lost);
+    if (linkState != LinkState::connected) {
+        if (now - lastHello >= options.keepAlive) sayHello();
+        return;
+    }
+    const bool quiet = now - lastHeard >= 2 * options.keepAlive && now - lastHello >= options.keepAlive;
+    if (quiet || now - lastHello >= options.refresh) {
+        sayHello();
+    } else if (now - lastSent >= options.keepAlive) {
+        // A sign of life that the receiver counts and plays nothing for, and that does not bring the whole state.
+        send(vpotDeltaCommand(*Strip::of(0), 0));
+    }
+}
+
+std::uint64_t RemoteClient::malformedCount() const {
+    return inbox->malformedCount();
+}
+
+std::uint64_t RemoteClient::droppedCount() const {
+    return inbox->droppedCount();
+}
+
+} // namespace lumbrine::remote

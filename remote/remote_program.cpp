@@ -1,0 +1,79 @@
+#include "remote/remote_program.h"
+
+#include "remote/message_line.h"
+
+#include <utility>
+
+namespace lumbrine::remote {
+namespace {
+
+constexpr const char* serviceType = "_lumbrine._udp.";
+
+std::string textOf(const HostAndPort& receiver) {
+    const bool v6 = receiver.host.find(':') != std::string::npos;
+    return (v6 ? "[" + receiver.host + "]" : receiver.host) + ":" + std::to_string(receiver.port);
+}
+
+} // namespace
+
+RemoteProgram::RemoteProgram(RemoteSurroundings given, RemoteArguments what)
+    : surroundings(std::move(given)), arguments(std::move(what)),
+      client(surroundings.runtime, surroundings.sockets, {.token = arguments.token}) {
+    client.onMessage = [this](const ReceiverMessage& message) {
+        if (arguments.plain()) hear(lineOf(message));
+    };
+    client.onState = [this](LinkState state) {
+        if (arguments.plain()) hear(lineOf(state));
+        if (state == LinkState::busy && arguments.takeOver && !std::exchange(tookOver, true)) client.takeOver();
+    };
+}
+
+RemoteProgram::~RemoteProgram() = default;
+
+void RemoteProgram::start() {
+    if (!arguments.script.steps.empty()) {
+        runner.emplace(surroundings.runtime, arguments.script,
+                       [this](const Bytes& datagram) { client.send(datagram); });
+        runner->onEnd = [this](const std::string& failure) {
+            if (!failure.empty()) surroundings.complain(failure);
+            surroundings.end(failure.empty() ? 0 : 1);
+        };
+        runner->start();
+    } else if (surroundings.terminal != nullptr) {
+        view.emplace(surroundings.runtime, client, *surroundings.terminal, [this] { surroundings.end(0); });
+    }
+    if (arguments.receiver) {
+        connectTo(*arguments.receiver, textOf(*arguments.receiver));
+    } else {
+        search();
+    }
+}
+
+void RemoteProgram::search() {
+    serviceSearch =
+        surroundings.browser.browse(serviceType, [this, program = std::weak_ptr(alive)](const FoundService& service) {
+            surroundings.runtime.postMain([this, program, service] {
+                if (program.expired() || std::exchange(found, true)) return;
+                const HostAndPort receiver{service.host, service.port};
+                connectTo(receiver, service.name + " (" + textOf(receiver) + ")");
+            });
+        });
+    if (!serviceSearch) fail("nothing on this computer can look for receivers; name one as host:port");
+}
+
+void RemoteProgram::connectTo(const HostAndPort& receiver, const std::string& shownAs) {
+    if (!client.connect(receiver.host, receiver.port)) return fail("no way to " + textOf(receiver));
+    if (view) view->setReceiver(shownAs);
+}
+
+void RemoteProgram::hear(const std::string& line) {
+    if (arguments.watch) surroundings.print(line);
+    if (runner) runner->hear(line);
+}
+
+void RemoteProgram::fail(const std::string& why) {
+    surroundings.complain(why);
+    surroundings.end(1);
+}
+
+} // namespace lumbrine::remote

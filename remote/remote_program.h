@@ -1,0 +1,62 @@
+// The program behind the command line: finds the receiver, then shows the view or runs the script.
+#pragma once
+
+#include "platform/api/datagram_sockets.h"
+#include "platform/api/runtime.h"
+#include "platform/api/service_discovery.h"
+#include "remote/remote_arguments.h"
+#include "remote/remote_client.h"
+#include "remote/script_runner.h"
+#include "remote/terminal.h"
+#include "remote/terminal_app.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace lumbrine::remote {
+
+// What the program is given from outside. All of it outlives the program.
+struct RemoteSurroundings {
+    Runtime& runtime;
+    DatagramSockets& sockets;
+    ServiceBrowser& browser;
+    Terminal* terminal; // null when lines are wanted instead of the full-screen view
+
+    std::function<void(const std::string& line)> print;    // standard output
+    std::function<void(const std::string& line)> complain; // standard error
+    std::function<void(int status)> end;                   // asks for the end; must not destroy the program at once
+};
+
+// Main thread only.
+class RemoteProgram {
+public:
+    RemoteProgram(RemoteSurroundings given, RemoteArguments what);
+
+    // Releases what is held.
+    ~RemoteProgram();
+    RemoteProgram(const RemoteProgram&) = delete;
+    RemoteProgram& operator=(const RemoteProgram&) = delete;
+
+    // Once. Ends with 1 when there is nothing to connect to, or when the script failed.
+    void start();
+
+private:
+    void search();
+    void connectTo(const HostAndPort& receiver, const std::string& shownAs);
+    void hear(const std::string& line);
+    void fail(const std::string& why);
+
+    const RemoteSurroundings surroundings;
+    const RemoteArguments arguments;
+    RemoteClient client;
+    std::optional<ScriptRunner> runner;
+    std::optional<TerminalApp> view;
+    bool found = false;
+    bool tookOver = false;
+    std::shared_ptr<int> alive = std::make_shared<int>();
+    std::unique_ptr<ServiceSearch> serviceSearch; // last: its thread may be about to post
+};
+
+} // namespace lumbrine::remote

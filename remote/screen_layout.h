@@ -1,0 +1,16 @@
+// The whole page of the terminal view. Pure: the same picture, view and size give the same page.
+#pragma once
+
+#include "remote/canvas.h"
+#include "remote/session_picture.h"
+#include "remote/view_state.h"
+
+namespace lumbrine::remote {
+
+inline constexpr int minRows = 21;
+
+// Title with transport and bank position, the link in words, the strips, the strip under the cursor in words, keys or
+// prompt. Or the list of keys; or, on a page too small for the strips, a line that says so.
+Canvas screenOf(const SessionPicture& picture, const ViewState& view, int rows, int columns);
+
+} // namespace lumbrine::remote

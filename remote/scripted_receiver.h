@@ -1,0 +1,71 @@
+// For tests: the other end of the wire, which does nothing but note what arrives and send what the test tells it to.
+#pragma once
+
+#include "base/bytes.h"
+#include "platform/api/datagram_sockets.h"
+#include "platform/api/runtime.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace lumbrine::remote {
+
+class ScriptedReceiver {
+public:
+    ScriptedReceiver(Runtime& rt, DatagramSockets& datagramSockets, std::uint16_t port)
+        : runtime(rt), sockets(datagramSockets), fd(sockets.open()), mutex(rt) {
+        sockets.setDualStack(fd);
+        sockets.bind(fd, port);
+        thread = runtime.startThread("scripted receiver", [this] { receiveLoop(); });
+    }
+
+    ~ScriptedReceiver() {
+        sockets.shutDown(fd);
+        thread.reset();
+        sockets.close(fd);
+    }
+    ScriptedReceiver(const ScriptedReceiver&) = delete;
+    ScriptedReceiver& operator=(const ScriptedReceiver&) = delete;
+
+    // What arrived since the last call, in order.
+    std::vector<Bytes> taken() {
+        const Lock lock(mutex);
+        return std::exchange(arrived, {});
+    }
+
+    // To whoever was heard last.
+    void send(const Bytes& datagram) {
+        std::optional<PeerAddress> to;
+        {
+            const Lock lock(mutex);
+            to = peer;
+        }
+        if (to) sockets.send(fd, datagram, *to);
+    }
+
+private:
+    void receiveLoop() {
+        std::vector<std::uint8_t> buffer(2048);
+        PeerAddress from;
+        while (true) {
+            const int size = sockets.receive(fd, buffer, from);
+            if (size < 0) return;
+            const Lock lock(mutex);
+            peer = from;
+            arrived.emplace_back(buffer.begin(), buffer.begin() + size);
+        }
+    }
+
+    Runtime& runtime;
+    DatagramSockets& sockets;
+    const int fd;
+    Mutex mutex;
+    std::vector<Bytes> arrived LUMBRINE_GUARDED_BY(mutex);
+    std::optional<PeerAddress> peer LUMBRINE_GUARDED_BY(mutex);
+    std::unique_ptr<Thread> thread;
+};
+
+} // namespace lumbrine::remote

@@ -1,0 +1,30 @@
+#include "remote/terminal_app.h"
+
+#include "remote/screen_layout.h"
+
+#include <utility>
+
+namespace lumbrine::remote {
+
+TerminalApp::TerminalApp(Runtime& rt, RemoteClient& remoteClient, Terminal& screen, std::function<void()> whenQuit)
+    : runtime(rt), client(remoteClient), terminal(screen), console(rt, remoteClient, std::move(whenQuit)) {
+    timer = runtime.repeatOnMain(frame, [this] { tick(); });
+}
+
+void TerminalApp::tick() {
+    while (const auto key = terminal.poll()) {
+        if (key->special == SpecialKey::redraw) {
+            terminal.forget();
+            drawn.reset();
+        }
+        console.press(*key);
+    }
+    ViewState view = console.view();
+    view.blinkOn = runtime.now().time_since_epoch() / blink % 2 == 0;
+    Canvas canvas = screenOf(client.picture(), view, terminal.rows(), terminal.columns());
+    if (drawn && *drawn == canvas) return;
+    terminal.draw(canvas);
+    drawn = std::move(canvas);
+}
+
+} // namespace lumbrine::remote

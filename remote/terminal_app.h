@@ -1,0 +1,38 @@
+// The full-screen view: takes the keys to the console and draws the page, at most thirty times a second and only when
+// it looks different.
+#pragma once
+
+#include "platform/api/runtime.h"
+#include "remote/remote_client.h"
+#include "remote/terminal.h"
+#include "remote/terminal_console.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace lumbrine::remote {
+
+class TerminalApp {
+public:
+    static constexpr Duration frame = seconds(1.0 / 30);
+    static constexpr Duration blink = seconds(0.4); // how long a blinking light stays on, and off
+
+    // Main thread only. Draws from now on. All three outlive the view; `whenQuit` must not destroy it.
+    TerminalApp(Runtime& rt, RemoteClient& remoteClient, Terminal& screen, std::function<void()> whenQuit);
+
+    void setReceiver(std::string name) { console.setReceiver(std::move(name)); }
+
+private:
+    void tick();
+
+    Runtime& runtime;
+    RemoteClient& client;
+    Terminal& terminal;
+    TerminalConsole console;
+    std::optional<Canvas> drawn;
+    std::unique_ptr<RepeatingTimer> timer;
+};
+
+} // namespace lumbrine::remote
