@@ -1,0 +1,129 @@
+// lumbrine-demo: the receiver and the simulated Pro Tools in one process, connected in memory. It needs no MIDI on the
+// computer, and a client talks to it as to the real thing.
+#include "app/demo_tour.h"
+#include "app/receiver_ending.h"
+#include "model/receiver_model.h"
+#include "platform/linux/avahi_advertiser.h"
+#include "platform/linux/linux_system_info.h"
+#include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/real_runtime.h"
+#include "platform/posix/run_loop.h"
+#include "platform/posix/termination_signals.h"
+#include "platform/virtual/memory_midi.h"
+#include "simulator/default_session.h"
+#include "simulator/simulated_pro_tools.h"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+
+namespace lumbrine {
+namespace {
+
+struct DemoArguments {
+    int tracks = 24;
+    int surfaces = 2;
+    bool tour = false;
+};
+
+// The tour's receiver takes a free port and keeps to itself, so that it disturbs no receiver on this computer.
+class TourSystemInfo final : public SystemInfo {
+public:
+    TourSystemInfo(const SystemInfo& realSystem, std::uint16_t freePort) : real(realSystem), port(freePort) {}
+
+    std::optional<std::string> environment(const std::string& name) const override {
+        if (name == "QV_PORT") return std::to_string(port);
+        if (name == "QV_NO_BONJOUR") return "1";
+        return real.environment(name);
+    }
+    std::vector<std::string> preferredLanguages() const override { return real.preferredLanguages(); }
+    std::optional<std::string> computerName() const override { return real.computerName(); }
+    std::optional<std::string> primaryIPv4() const override { return real.primaryIPv4(); }
+
+private:
+    const SystemInfo& real;
+    const std::uint16_t port;
+};
+
+std::uint16_t freePort(DatagramSockets& sockets) {
+    const int fd = sockets.open();
+    sockets.bind(fd, 0);
+    const int port = sockets.localPort(fd);
+    sockets.close(fd);
+    return static_cast<std::uint16_t>(std::max(port, 0));
+}
+
+bool isReady(const std::shared_ptr<ReceiverModel>& model) {
+    return model && model->published().bankOffset >= 0 && !model->published().calibrating;
+}
+
+int run(const DemoArguments& arguments) {
+    RunLoop loop;
+    std::function<void()> end; // set before the loop runs
+    const TerminationSignals signals([&] { loop.post([&] { end(); }); });
+    RealRuntime runtime(loop);
+    MemoryMIDI midi(runtime, seconds(0.0005));
+    PosixDatagramSockets sockets;
+    AvahiAdvertiser advertiser;
+    const LinuxSystemInfo computer;
+    const TourSystemInfo tourComputer(computer, arguments.tour ? freePort(sockets) : 0);
+    const SystemInfo& system = arguments.tour ? static_cast<const SystemInfo&>(tourComputer) : computer;
+
+    SimulatorOptions options;
+    options.surfaces = arguments.surfaces;
+    auto proTools =
+        std::make_unique<SimulatedProTools>(runtime, midi, options, defaultSession(arguments.tracks, options.seed));
+    std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
+        {runtime, midi, sockets, advertiser, system}, Bilingual(prefersJapanese(system.preferredLanguages())));
+    std::unique_ptr<DemoTour> tour;
+    int status = 0;
+    end = [&] {
+        tour.reset();
+        endReceiver(loop, runtime, model);
+    };
+
+    loop.post([&] {
+        if (!model) return;
+        printLine("Simulated session: " + std::to_string(arguments.tracks) + " tracks on " +
+                  std::to_string(arguments.surfaces) + " HUI surfaces");
+        model->start();
+        if (!arguments.tour) {
+            printLine("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()) +
+                      "   (Ctrl-C ends)");
+            return;
+        }
+        tour = std::make_unique<DemoTour>(DemoTour::Stage{runtime, sockets, *proTools, model->port(),
+                                                          [&] { return isReady(model); }, printLine,
+                                                          [&](bool succeeded) {
+                                                              status = succeeded ? 0 : 1;
+                                                              loop.post(end);
+                                                          }});
+        tour->start();
+    });
+    loop.run();
+    proTools.reset();
+    return status;
+}
+
+} // namespace
+} // namespace lumbrine
+
+int main(int count, char** values) {
+    lumbrine::DemoArguments arguments;
+    CLI::App program("The Lumbrine receiver beside a simulated Pro Tools, in one process.", "lumbrine-demo");
+    program.set_version_flag("--version", "lumbrine-demo " LUMBRINE_VERSION);
+    program.add_option("--tracks", arguments.tracks, "Tracks of the simulated session")
+        ->check(CLI::Range(1, 1000))
+        ->capture_default_str();
+    program.add_option("--surfaces", arguments.surfaces, "HUI surfaces that Pro Tools is set up for")
+        ->check(CLI::Range(1, 2))
+        ->capture_default_str();
+    program.add_flag("--tour", arguments.tour, "Let two clients play by themselves, tell what happens, and end");
+    try {
+        program.parse(count, values);
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? 0 : 2;
+    }
+    if (arguments.tour) arguments.surfaces = 2;
+    return lumbrine::run(arguments);
+}

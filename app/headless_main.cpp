@@ -1,0 +1,74 @@
+// lumbrine-headless: the receiver without a window. Its log is standard output.
+#include "app/command_line.h"
+#include "app/receiver_ending.h"
+#include "model/receiver_model.h"
+#include "platform/linux/avahi_advertiser.h"
+#include "platform/linux/linux_system_info.h"
+#include "platform/linux/midi_backend.h"
+#include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/real_runtime.h"
+#include "platform/posix/run_loop.h"
+#include "platform/posix/termination_signals.h"
+
+#include <cstdio>
+#include <functional>
+#include <span>
+
+namespace lumbrine {
+namespace {
+
+constexpr ProgramInfo program{
+    .name = "lumbrine-headless",
+    .version = LUMBRINE_VERSION,
+    .helpText =
+        "Usage: lumbrine-headless\n"
+        "\n"
+        "The Lumbrine receiver without a window: takes fader moves and presses from a phone or tablet on the network "
+        "and\n"
+        "plays them to Pro Tools as two HUI surfaces on the virtual MIDI ports \"Lumbrine\" and \"Lumbrine B\". The "
+        "log\n"
+        "goes to standard output. SIGINT (Ctrl-C) and SIGTERM end it.\n"
+        "\n"
+        "  -h, --help     print this and end\n"
+        "      --version  print the version and end\n"
+        "\n"
+        "Environment variables:\n"
+        "  QV_PORT         UDP port to listen on (default 52700)\n"
+        "  QV_NO_BONJOUR   set to anything: the service is not announced on the network\n"
+        "  QV_DEBUG        set to anything: diagnostic lines\n"
+        "  LANGUAGE, LC_ALL, LC_MESSAGES, LANG\n"
+        "                  the first that is set chooses the language of the log: Japanese (ja...) or English\n",
+};
+
+int run() {
+    RunLoop loop;
+    std::function<void()> end; // set before the loop runs
+    const TerminationSignals signals([&] { loop.post([&] { end(); }); });
+    RealRuntime runtime(loop);
+    LinuxSystemInfo system;
+    const std::unique_ptr<MIDIServices> midi = makeMIDIServices(runtime);
+    PosixDatagramSockets sockets;
+    AvahiAdvertiser advertiser;
+    std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
+        {runtime, *midi, sockets, advertiser, system}, Bilingual(prefersJapanese(system.preferredLanguages())));
+    end = [&] { endReceiver(loop, runtime, model); };
+    loop.post([&] {
+        if (model) model->start();
+    });
+    loop.run();
+    return 0;
+}
+
+} // namespace
+} // namespace lumbrine
+
+int main(int count, char** arguments) {
+    using namespace lumbrine;
+    const std::span<const char* const> given(arguments, static_cast<std::size_t>(count));
+    if (const auto answer = answerCommandLine(program, given.subspan(count > 0 ? 1 : 0))) {
+        std::fputs(answer->output.c_str(), stdout);
+        std::fputs(answer->error.c_str(), stderr);
+        return answer->status;
+    }
+    return run();
+}

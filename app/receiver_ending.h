@@ -1,0 +1,17 @@
+// How a program with a receiver ends: in order, and at once.
+#pragma once
+
+#include "model/receiver_model.h"
+#include "platform/posix/real_runtime.h"
+#include "platform/posix/run_loop.h"
+
+#include <functional>
+#include <memory>
+
+namespace lumbrine {
+
+// Wakes everything that sleeps, lets go of the model, and stops the loop as soon as no job holds the model any more.
+// `model` is empty afterwards. On the main thread, while the loop runs; a second call does nothing.
+void endReceiver(RunLoop& loop, RealRuntime& runtime, std::shared_ptr<ReceiverModel>& model);
+
+} // namespace lumbrine

@@ -1,0 +1,206 @@
+#include "app/simulator_arguments.h"
+
+#include "simulator/user_commands.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <map>
+#include <sstream>
+#include <type_traits>
+#include <vector>
+
+namespace lumbrine {
+
+namespace {
+
+template <typename Choice>
+using Names = std::map<std::string, Choice>;
+
+const Names<EndOfSession> endsOfSession{{"fill", EndOfSession::fill}, {"blank", EndOfSession::blank}};
+const Names<FaderEcho> faderEchoes{{"touched", FaderEcho::whileTouched}, {"released", FaderEcho::afterRelease}};
+const Names<ShortNameRule> shortNameRules{
+    {"cut", ShortNameRule::cut}, {"vowels", ShortNameRule::vowels}, {"colliding", ShortNameRule::colliding}};
+const Names<NonASCIIRule> nonASCIIRules{{"blank", NonASCIIRule::blank}, {"question", NonASCIIRule::questionMark}};
+const Names<RingPicture> ringPictures{{"dot", RingPicture::dot},
+                                      {"boost-cut", RingPicture::boostCut},
+                                      {"wrap", RingPicture::wrap},
+                                      {"spread", RingPicture::spread}};
+const Names<BankWidth> bankWidths{{"answering", BankWidth::answering}, {"configured", BankWidth::configured}};
+const Names<bool> alignments{{"aligned", true}, {"plain", false}};
+const Names<bool> redraws{{"all", true}, {"changed", false}};
+const Names<DumpPart> dumpParts{{"ping", DumpPart::ping},        {"displays", DumpPart::displays},
+                                {"faders", DumpPart::faders},    {"rings", DumpPart::rings},
+                                {"strips", DumpPart::stripLEDs}, {"globals", DumpPart::globalLEDs},
+                                {"counter", DumpPart::counter}};
+
+// Reads the options of one group into a SimulatorOptions.
+class Reader {
+public:
+    Reader(CLI::App& parser, SimulatorOptions& chosen) : app(parser), options(chosen) {}
+
+    void group(const std::string& name) { groupName = name; }
+
+    template <typename Number>
+    void number(const std::string& name, Number& value, const std::string& help) {
+        CLI::Option* option = app.add_option(name, value, help)->capture_default_str()->group(groupName);
+        if constexpr (std::is_arithmetic_v<Number>) option->type_name("N");
+    }
+
+    void milliseconds(const std::string& name, Duration& value, const std::string& help) {
+        app.add_option_function<double>(
+               name, [&value](const double& given) { value = seconds(given / 1000); }, help)
+            ->check(CLI::Range(0.0, 1e9).description(""))
+            ->type_name("MS")
+            ->default_str(std::to_string(std::chrono::duration_cast<std::chrono::milliseconds>(value).count()))
+            ->group(groupName);
+    }
+
+    void on(const std::string& name, bool& value, const std::string& help) {
+        app.add_flag_callback(name, [&value] { value = true; }, help)->group(groupName);
+    }
+
+    void off(const std::string& name, bool& value, const std::string& help) {
+        app.add_flag_callback(name, [&value] { value = false; }, help)->group(groupName);
+    }
+
+    template <typename Choice>
+    void choice(const std::string& name, Choice& value, const Names<Choice>& names, const std::string& help) {
+        std::string standard, all;
+        for (const auto& [word, meaning] : names) {
+            if (meaning == value) standard = word;
+            all += (all.empty() ? "" : "|") + word;
+        }
+        app.add_option_function<std::string>(
+               name, [&value, &names](const std::string& word) { value = names.at(word); }, help)
+            ->check(CLI::IsMember(&names).description(""))
+            ->type_name(all)
+            ->default_str(standard)
+            ->group(groupName);
+    }
+
+    void dumpOrder() {
+        app.add_option_function<std::vector<std::string>>(
+               "--dump-order",
+               [this](const std::vector<std::string>& words) {
+                   options.dumpOrder.clear();
+                   for (const std::string& word : words)
+                       options.dumpOrder.push_back(dumpParts.at(word));
+               },
+               "what a surface that appears is sent first and last")
+            ->delimiter(',')
+            ->check(CLI::IsMember(&dumpParts).description(""))
+            ->type_name("PART,...")
+            ->default_str("ping,displays,faders,rings,strips,globals,counter")
+            ->group(groupName);
+    }
+
+private:
+    CLI::App& app;
+    SimulatorOptions& options;
+    std::string groupName;
+};
+
+void declareSession(Reader& reader, CLI::App& app, SimulatorArguments& read) {
+    reader.group("Session and surfaces");
+    app.add_option("--tracks", read.tracks, "tracks of the session, at most 1000")
+        ->check(CLI::Range(0, 1000).description(""))
+        ->type_name("N")
+        ->capture_default_str()
+        ->group("Session and surfaces");
+    reader.number("--surfaces", read.options.surfaces, "surfaces, 1 or 2");
+    reader.number("--seed", read.options.seed, "decides the session and all that is left to chance");
+    reader.number("--port-a", read.options.portNames[0], "MIDI ports of the first surface");
+    reader.number("--port-b", read.options.portNames[1], "MIDI ports of the second surface");
+}
+
+void declarePresence(Reader& reader, SimulatorOptions& options) {
+    reader.group("Presence");
+    reader.milliseconds("--ping-ms", options.pingInterval, "from one ping to the next");
+    reader.milliseconds("--host-timeout-ms", options.hostTimeout, "an unanswered ping as old as this loses a surface");
+    reader.off("--no-ping-without-session", options.pingWithoutSession, "do not ping while no session is open");
+    reader.dumpOrder();
+}
+
+void declareReaction(Reader& reader, SimulatorOptions& options) {
+    reader.group("Reaction");
+    reader.milliseconds("--latency-ms", options.latency, "from a surface's message to the reaction");
+    reader.choice("--fader-echo", options.faderEcho, faderEchoes, "send a move back while touched, or after release");
+    reader.number("--fader-bits", options.faderBits, "bits of a fader position that is sent: 9, 10 or 14");
+    reader.off("--no-groups", options.groups, "faders of a group do not follow each other");
+}
+
+void declareShowing(Reader& reader, SimulatorOptions& options) {
+    reader.group("Displays");
+    reader.choice("--short-names", options.shortNames, shortNameRules, "how a name becomes four characters");
+    reader.choice("--non-ascii", options.nonASCII, nonASCIIRules, "what stands for a character that is not ASCII");
+    reader.number("--displays-per-sysex", options.displaysPerSysEx, "displays packed into one message, 1 to 9");
+    reader.milliseconds("--mode-shown-ms", options.modeShown, "how long a new automation mode is shown");
+    reader.off("--no-main-display", options.mainDisplay, "leave out the main display");
+    reader.off("--no-counter", options.counter, "leave out the counter");
+
+    reader.group("LEDs, rings and meters");
+    reader.on("--repeat-zone-select", options.repeatZoneSelect, "select the zone before each port");
+    reader.on("--running-status", options.runningStatus, "leave out the status byte within a burst");
+    reader.off("--no-read-marks", options.readMarks, "send no B0 2C 24 for tracks in Read");
+    reader.milliseconds("--led-on-ms", options.ledOn, "how long a flashing LED is lit");
+    reader.milliseconds("--led-off-ms", options.ledOff, "and how long it is dark");
+    reader.choice("--pan-picture", options.panPicture, ringPictures, "how a ring shows pan");
+    reader.number("--clicks-per-position", options.clicksPerRingPosition, "V-Pot clicks for one ring position");
+    reader.number("--meter-rate", options.meterRate, "meters each second while playing, 1 to 100");
+}
+
+void declareBanking(Reader& reader, SimulatorOptions& options) {
+    reader.group("Banking");
+    reader.choice("--end-of-session", options.endOfSession, endsOfSession, "fill the last bank, or leave strips blank");
+    reader.choice("--bank-left", options.bankLeftAligns, alignments,
+                  "whether bank left goes to multiples of the width");
+    reader.choice("--bank-right", options.bankRightAligns, alignments, "and bank right");
+    reader.choice("--redraw", options.redrawOnBank, redraws, "what is sent after the bank has moved");
+    reader.choice("--bank-width", options.bankWidth, bankWidths, "which surfaces count for the width");
+}
+
+void declareFaults(Reader& reader, SimulatorOptions& options) {
+    reader.group("Faults");
+    reader.milliseconds("--grab-ports-after-ms", options.grabPortsAfter, "from the start until the ports are used");
+    reader.number("--drop-one-press-in", options.dropOnePressIn, "about one press in so many is lost; 0 for none");
+    reader.milliseconds("--restless-user-ms", options.restlessUserEvery,
+                        "a user who acts on the screen about so often; 0 for never");
+}
+
+} // namespace
+
+std::expected<SimulatorArguments, SimulatorArgumentsAnswer>
+readSimulatorArguments(std::span<const char* const> arguments) {
+    SimulatorArguments read;
+    CLI::App app("A simulated Pro Tools that plays through MIDI ports, for a receiver on this computer.",
+                 "lumbrine-simulator");
+    app.set_version_flag("--version", "lumbrine-simulator " LUMBRINE_VERSION, "print the version and end");
+    app.set_help_flag("--help", "print this help and end");
+    app.footer("Commands on standard input:\n" + userCommandHelp());
+    app.get_formatter()->column_width(44);
+
+    Reader reader(app, read.options);
+    declareSession(reader, app, read);
+    declarePresence(reader, read.options);
+    declareReaction(reader, read.options);
+    declareShowing(reader, read.options);
+    declareBanking(reader, read.options);
+    declareFaults(reader, read.options);
+
+    try {
+        // The parser takes its words from the back.
+        std::vector<std::string> words(arguments.begin(), arguments.end());
+        std::ranges::reverse(words);
+        app.parse(words);
+    } catch (const CLI::ParseError& error) {
+        std::ostringstream output, complaint;
+        const int status = app.exit(error, output, complaint) == 0 ? 0 : 2;
+        return std::unexpected(SimulatorArgumentsAnswer{output.str(), complaint.str(), status});
+    }
+    if (const auto problem = problemWith(read.options))
+        return std::unexpected(SimulatorArgumentsAnswer{"", "lumbrine-simulator: " + *problem + "\n", 2});
+    return read;
+}
+
+} // namespace lumbrine

@@ -1,0 +1,160 @@
+#include "app/simulator_arguments.h"
+
+namespace lumbrine {
+namespace {
+
+using testing::HasSubstr;
+
+std::expected<SimulatorArguments, SimulatorArgumentsAnswer> read(std::vector<const char*> words) {
+    return readSimulatorArguments(words);
+}
+
+TEST(SimulatorArguments, AreWhatTheOptionsAreWhenNothingIsSaid) {
+    const auto arguments = read({});
+    ASSERT_TRUE(arguments);
+    EXPECT_EQ(arguments->tracks, 24);
+    const SimulatorOptions standard;
+    EXPECT_EQ(arguments->options.surfaces, standard.surfaces);
+    EXPECT_EQ(arguments->options.latency, standard.latency);
+    EXPECT_EQ(arguments->options.dumpOrder, standard.dumpOrder);
+    EXPECT_EQ(arguments->options.modeShown, standard.modeShown);
+}
+
+TEST(SimulatorArguments, ReachEachOption) {
+    const auto arguments = read({"--tracks",
+                                 "200",
+                                 "--surfaces=2",
+                                 "--seed",
+                                 "7",
+                                 "--port-a",
+                                 "X",
+                                 "--port-b",
+                                 "Y",
+                                 "--ping-ms",
+                                 "500",
+                                 "--host-timeout-ms",
+                                 "1500",
+                                 "--no-ping-without-session",
+                                 "--dump-order",
+                                 "counter,globals,strips,rings,faders,displays,ping",
+                                 "--latency-ms",
+                                 "2.5",
+                                 "--fader-echo",
+                                 "released",
+                                 "--fader-bits",
+                                 "9",
+                                 "--no-groups",
+                                 "--short-names",
+                                 "colliding",
+                                 "--non-ascii",
+                                 "blank",
+                                 "--displays-per-sysex",
+                                 "8",
+                                 "--mode-shown-ms",
+                                 "300",
+                                 "--no-main-display",
+                                 "--no-counter",
+                                 "--repeat-zone-select",
+                                 "--running-status",
+                                 "--no-read-marks",
+                                 "--led-on-ms",
+                                 "250",
+                                 "--led-off-ms",
+                                 "750",
+                                 "--pan-picture",
+                                 "spread",
+                                 "--clicks-per-position",
+                                 "4",
+                                 "--meter-rate",
+                                 "30",
+                                 "--end-of-session",
+                                 "blank",
+                                 "--bank-left",
+                                 "plain",
+                                 "--bank-right",
+                                 "aligned",
+                                 "--redraw",
+                                 "changed",
+                                 "--bank-width",
+                                 "configured",
+                                 "--grab-ports-after-ms",
+                                 "9000",
+                                 "--drop-one-press-in",
+                                 "12",
+                                 "--restless-user-ms",
+                                 "4000"});
+    ASSERT_TRUE(arguments) << arguments.error().error;
+    const SimulatorOptions& options = arguments->options;
+    EXPECT_EQ(arguments->tracks, 200);
+    EXPECT_EQ(options.surfaces, 2);
+    EXPECT_EQ(options.seed, 7u);
+    EXPECT_EQ(options.portNames, (std::array<std::string, 2>{"X", "Y"}));
+    EXPECT_EQ(options.pingInterval, seconds(0.5));
+    EXPECT_EQ(options.hostTimeout, seconds(1.5));
+    EXPECT_FALSE(options.pingWithoutSession);
+    EXPECT_EQ(options.dumpOrder, (std::vector{DumpPart::counter, DumpPart::globalLEDs, DumpPart::stripLEDs,
+                                              DumpPart::rings, DumpPart::faders, DumpPart::displays, DumpPart::ping}));
+    EXPECT_EQ(options.latency, seconds(0.0025));
+    EXPECT_EQ(options.faderEcho, FaderEcho::afterRelease);
+    EXPECT_EQ(options.faderBits, 9);
+    EXPECT_FALSE(options.groups);
+    EXPECT_EQ(options.shortNames, ShortNameRule::colliding);
+    EXPECT_EQ(options.nonASCII, NonASCIIRule::blank);
+    EXPECT_EQ(options.displaysPerSysEx, 8);
+    EXPECT_EQ(options.modeShown, seconds(0.3));
+    EXPECT_FALSE(options.mainDisplay);
+    EXPECT_FALSE(options.counter);
+    EXPECT_TRUE(options.repeatZoneSelect);
+    EXPECT_TRUE(options.runningStatus);
+    EXPECT_FALSE(options.readMarks);
+    EXPECT_EQ(options.ledOn, seconds(0.25));
+    EXPECT_EQ(options.ledOff, seconds(0.75));
+    EXPECT_EQ(options.panPicture, RingPicture::spread);
+    EXPECT_EQ(options.clicksPerRingPosition, 4);
+    EXPECT_EQ(options.meterRate, 30);
+    EXPECT_EQ(options.endOfSession, EndOfSession::blank);
+    EXPECT_FALSE(options.bankLeftAligns);
+    EXPECT_TRUE(options.bankRightAligns);
+    EXPECT_FALSE(options.redrawOnBank);
+    EXPECT_EQ(options.bankWidth, BankWidth::configured);
+    EXPECT_EQ(options.grabPortsAfter, seconds(9));
+    EXPECT_EQ(options.dropOnePressIn, 12);
+    EXPECT_EQ(options.restlessUserEvery, seconds(4));
+}
+
+TEST(SimulatorArguments, AreRefusedWithStatusTwoWhenTheyAreNotUnderstood) {
+    for (const auto& words : std::vector<std::vector<const char*>>{{"--fast"},
+                                                                   {"play"},
+                                                                   {"--tracks"},
+                                                                   {"--tracks", "many"},
+                                                                   {"--tracks", "1001"},
+                                                                   {"--surfaces", "3"},
+                                                                   {"--latency-ms", "-1"},
+                                                                   {"--fader-bits", "12"},
+                                                                   {"--end-of-session", "open"},
+                                                                   {"--dump-order", "ping,faders"},
+                                                                   {"--dump-order", "ping,sound"}}) {
+        const auto arguments = read(words);
+        ASSERT_FALSE(arguments) << words.front();
+        EXPECT_EQ(arguments.error().status, 2) << words.front();
+        EXPECT_FALSE(arguments.error().error.empty()) << words.front();
+        EXPECT_TRUE(arguments.error().output.empty()) << words.front();
+    }
+}
+
+TEST(SimulatorArguments, AnswerHelpAndVersion) {
+    const auto help = read({"--help"});
+    ASSERT_FALSE(help);
+    EXPECT_EQ(help.error().status, 0);
+    EXPECT_THAT(help.error().output, HasSubstr("--end-of-session blank|fill"));
+    EXPECT_THAT(help.error().output, HasSubstr("rename TRACK NAME"));
+    EXPECT_TRUE(help.error().error.empty());
+
+    const auto version = read({"--version"});
+    ASSERT_FALSE(version);
+    EXPECT_EQ(version.error().status, 0);
+    EXPECT_EQ(version.error().output, "lumbrine-simulator " LUMBRINE_VERSION "\n");
+}
+
+} // namespace
+} // namespace lumbrine

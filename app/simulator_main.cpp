@@ -1,0 +1,63 @@
+// lumbrine-simulator: the simulated Pro Tools on this computer's MIDI ports.
+#include "app/simulator_arguments.h"
+#include "app/simulator_shell.h"
+#include "platform/linux/midi_backend.h"
+#include "platform/posix/line_input.h"
+#include "platform/posix/real_runtime.h"
+#include "platform/posix/run_loop.h"
+#include "platform/posix/termination_signals.h"
+#include "simulator/default_session.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+
+namespace lumbrine {
+namespace {
+
+constexpr int noMIDI = 1;
+
+void print(std::string_view text) {
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    std::fflush(stdout);
+}
+
+int simulate(const SimulatorArguments& arguments) {
+    RunLoop loop;
+    const TerminationSignals signals([&loop] { loop.stop(); });
+    RealRuntime runtime(loop);
+    const std::unique_ptr<MIDIConnections> midi = makeMIDIConnections(runtime);
+    SimulatedProTools proTools(runtime, *midi, arguments.options,
+                               defaultSession(arguments.tracks, arguments.options.seed));
+    if (!proTools.hasMIDI()) {
+        std::fputs("lumbrine-simulator: this computer has no MIDI system; start a JACK server\n", stderr);
+        runtime.shutDown();
+        return noMIDI;
+    }
+
+    SimulatorShell shell(proTools, isatty(STDOUT_FILENO) == 1, print);
+    const auto refresh = runtime.repeatOnMain(shell.tickInterval(), [&shell] { shell.tick(); });
+    const LineInput input(STDIN_FILENO, [&](std::string line) {
+        runtime.postMain([&shell, &loop, typed = std::move(line)] {
+            if (!shell.handle(typed)) loop.stop();
+        });
+    });
+    shell.tick();
+    loop.run();
+    shell.end();
+    runtime.shutDown();
+    return 0;
+}
+
+} // namespace
+} // namespace lumbrine
+
+int main(int argc, char** argv) {
+    const auto arguments = lumbrine::readSimulatorArguments({argv + 1, argv + argc});
+    if (!arguments) {
+        std::fputs(arguments.error().output.c_str(), stdout);
+        std::fputs(arguments.error().error.c_str(), stderr);
+        return arguments.error().status;
+    }
+    return lumbrine::simulate(*arguments);
+}
