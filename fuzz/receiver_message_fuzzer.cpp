@@ -1,0 +1,28 @@
+// One datagram as a client gets it: parsed, painted, told as a line.
+#include "remote/message_line.h"
+#include "remote/session_picture.h"
+#include "remote/terminal_text.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+using namespace lumbrine;
+using namespace lumbrine::remote;
+
+static void require(bool holds) {
+    if (!holds) std::abort();
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const auto message = parseReceiverMessage(ByteView(data, size));
+    if (!message) return 0;
+    SessionPicture picture;
+    picture.apply(*message);
+    const SessionPicture painted = picture;
+    require(!picture.apply(*message)); // hearing it twice changes nothing
+    require(picture == painted);
+    const std::string line = lineOf(*message);
+    require(std::ranges::none_of(line, [](unsigned char byte) { return byte < ' ' || byte == 0x7F; }));
+    require(printable(line) == line);
+    return 0;
+}
