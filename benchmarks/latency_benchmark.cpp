@@ -1,0 +1,164 @@
+// From sending a fader move to its last MIDI byte, through the whole receiver and real sockets, against a loop that
+// does nothing but receive. Datagrams go to both by turns. Prints one JSON object with the medians in nanoseconds.
+#include "benchmarks/null_platform.h"
+#include "model/receiver_model.h"
+#include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/real_runtime.h"
+#include "platform/posix/run_loop.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <thread>
+#include <vector>
+
+namespace lumbrine {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int warmUp = 2000;
+constexpr int rounds = 30000;
+constexpr std::uint16_t ourPort = 52811;
+constexpr std::uint16_t barePort = 52812;
+
+// What the receiving side tells the sending side: how many messages, and when the last one came.
+struct Arrivals {
+    std::atomic<int> count{0};
+    std::atomic<Clock::rep> last{0};
+
+    void note() {
+        last.store(Clock::now().time_since_epoch().count(), std::memory_order_relaxed);
+        count.fetch_add(1, std::memory_order_release);
+    }
+};
+
+class OurReceiver {
+public:
+    explicit OurReceiver(Arrivals& arrivals) : runtime(loop) {
+        midi.onMessage = [&arrivals] { arrivals.note(); };
+        model = ReceiverModel::create({runtime, midi, sockets, advertiser, system}, Bilingual(false),
+                                      [](const std::string&) {});
+        model->start();
+    }
+
+    void run() {
+        loop.run();
+        runtime.shutDown();
+        model.reset();
+    }
+    void stop() { loop.stop(); }
+
+private:
+    class System final : public SystemInfo {
+    public:
+        std::optional<std::string> environment(const std::string& name) const override {
+            if (name == "QV_PORT") return std::to_string(ourPort);
+            return "1";
+        }
+        std::vector<std::string> preferredLanguages() const override { return {}; }
+        std::optional<std::string> computerName() const override { return std::nullopt; }
+        std::optional<std::string> primaryIPv4() const override { return std::nullopt; }
+    };
+
+    RunLoop loop;
+    RealRuntime runtime;
+    NullMIDI midi;
+    PosixDatagramSockets sockets;
+    NullAdvertiser advertiser;
+    System system;
+    std::shared_ptr<ReceiverModel> model;
+};
+
+// The limit: nobody can know of a datagram before recvfrom returns.
+class BareLoop {
+public:
+    explicit BareLoop(Arrivals& arrivals) : fd(sockets.open()) {
+        sockets.setDualStack(fd);
+        sockets.bind(fd, barePort);
+        thread = std::thread([this, &arrivals] {
+            std::array<std::uint8_t, 2048> buffer;
+            PeerAddress from;
+            while (sockets.receive(fd, buffer, from) >= 0)
+                arrivals.note();
+        });
+    }
+    ~BareLoop() {
+        sockets.shutDown(fd);
+        thread.join();
+        sockets.close(fd);
+    }
+
+private:
+    PosixDatagramSockets sockets;
+    int fd;
+    std::thread thread;
+};
+
+class Sender {
+public:
+    Sender() : fd(sockets.open()) {
+        sockets.resolve("127.0.0.1", ourPort, ours);
+        sockets.resolve("127.0.0.1", barePort, bare);
+    }
+    ~Sender() { sockets.close(fd); }
+
+    // Nanoseconds from just before the datagram is sent until the last of `messages` came.
+    double measure(const PeerAddress& to, Arrivals& arrivals, int messages) {
+        const Bytes move{0x01, 0x01, 0x03, 0x20, 0x00};
+        const int wanted = arrivals.count.load() + messages;
+        const auto sent = Clock::now().time_since_epoch().count();
+        sockets.send(fd, move, to);
+        while (arrivals.count.load(std::memory_order_acquire) < wanted)
+            std::this_thread::yield();
+        return static_cast<double>(arrivals.last.load(std::memory_order_relaxed) - sent);
+    }
+
+    PeerAddress ours;
+    PeerAddress bare;
+
+private:
+    PosixDatagramSockets sockets;
+    int fd;
+};
+
+double median(std::vector<double> samples) {
+    const auto middle = samples.begin() + static_cast<std::ptrdiff_t>(samples.size() / 2);
+    std::ranges::nth_element(samples, middle);
+    return *middle;
+}
+
+void compare() {
+    Arrivals ourArrivals;
+    Arrivals bareArrivals;
+    OurReceiver receiver(ourArrivals);
+    const BareLoop bareLoop(bareArrivals);
+    std::thread driver([&] {
+        Sender sender;
+        // The ports announce themselves at first; those messages are not ours to count.
+        std::this_thread::sleep_for(std::chrono::milliseconds(400));
+        std::vector<double> ours;
+        std::vector<double> bare;
+        for (int i = 0; i < warmUp + rounds; ++i) {
+            const double first = sender.measure(sender.ours, ourArrivals, 2);
+            const double second = sender.measure(sender.bare, bareArrivals, 1);
+            if (i < warmUp) continue;
+            ours.push_back(first);
+            bare.push_back(second);
+        }
+        std::printf("{\"name\": \"datagram sent to last MIDI byte (p50)\", \"ours\": %.0f, \"peer\": %.0f}\n",
+                    median(ours), median(bare));
+        receiver.stop();
+    });
+    receiver.run();
+    driver.join();
+}
+
+} // namespace
+} // namespace lumbrine
+
+int main() {
+    lumbrine::compare();
+}
