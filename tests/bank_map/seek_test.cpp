@@ -1,0 +1,216 @@
+// Seeking, against a simulated Pro Tools.
+#include "tests/bank_map/seek_bench.h"
+
+#include <chrono>
+#include <numeric>
+
+namespace lumbrine {
+namespace {
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using enum Press;
+
+// ---- From everywhere to everywhere
+
+struct Setting {
+    int surfaces;
+    EndOfSession endOfSession;
+    std::vector<int> offsets;
+};
+
+std::vector<int> firstOffsets(int count) {
+    std::vector<int> offsets(static_cast<std::size_t>(count));
+    std::iota(offsets.begin(), offsets.end(), 0);
+    return offsets;
+}
+
+class SeekIn40Tracks : public testing::TestWithParam<Setting> {};
+
+TEST_P(SeekIn40Tracks, LeadsFromAnyOffsetToAnyOther) {
+    SeekBench bench(40, {.surfaces = GetParam().surfaces, .endOfSession = GetParam().endOfSession});
+    const std::vector<int>& offsets = GetParam().offsets;
+    for (std::size_t i = 0; i < offsets.size(); ++i)
+        for (std::size_t j = i + 1; j < offsets.size(); ++j) {
+            ASSERT_TRUE(bench.reaches(offsets[i])) << offsets[i];
+            ASSERT_TRUE(bench.reaches(offsets[j])) << offsets[j] << " after " << offsets[i];
+        }
+}
+
+INSTANTIATE_TEST_SUITE_P(Offsets, SeekIn40Tracks,
+                         testing::Values(Setting{1, EndOfSession::fill, firstOffsets(33)},
+                                         Setting{1, EndOfSession::blank, {0, 1, 7, 8, 9, 15, 16, 23, 25, 31, 32}},
+                                         Setting{2, EndOfSession::fill, {0, 1, 8, 15, 16, 17, 23, 24}},
+                                         Setting{2, EndOfSession::blank, {0, 1, 8, 15, 16, 17, 23, 24}}));
+
+// ---- Presses
+
+// A studio that has just mapped its session and shows its beginning.
+class SeekStudio : public Studio {
+public:
+    explicit SeekStudio(int tracks, const SimulatorOptions& options = {}) : Studio(numberedTracks(tracks), options) {
+        EXPECT_TRUE(mapSession(120s));
+        run(100ms);
+        presses();
+    }
+
+    void seek(int target) { parts().seekWorker.seekBank(target); }
+
+    std::vector<Press> pressesTo(int target) {
+        seek(target);
+        EXPECT_TRUE(untilQuiet(10s));
+        EXPECT_EQ(hostOffset(), target);
+        EXPECT_EQ(shown().bankOffset, target);
+        return presses();
+    }
+};
+
+TEST(Seek, PressesBanksAndThenChannels) {
+    SeekStudio studio(20);
+    EXPECT_THAT(studio.pressesTo(12), ElementsAre(bankRight, channelRight, channelRight, channelRight, channelRight));
+    EXPECT_THAT(studio.pressesTo(0), ElementsAre(bankLeft, bankLeft));
+    EXPECT_THAT(studio.pressesTo(0), IsEmpty());
+}
+
+TEST(Seek, CorrectsWhatItsPressesDidNotDo) {
+    // From 4 the bank button leads to 12, where 8 was expected.
+    SeekStudio studio(40);
+    EXPECT_THAT(studio.pressesTo(4), SizeIs(4));
+    EXPECT_THAT(studio.pressesTo(8), ElementsAre(bankRight, bankLeft));
+}
+
+TEST(Seek, IsKeptWithinTheSession) {
+    SeekStudio studio(20);
+    studio.seek(100);
+    ASSERT_TRUE(studio.untilQuiet(10s));
+    EXPECT_EQ(studio.hostOffset(), 12);
+    studio.seek(-5);
+    ASSERT_TRUE(studio.untilQuiet(10s));
+    EXPECT_EQ(studio.hostOffset(), 0);
+}
+
+TEST(Seek, DoesNothingInASessionThatFits) {
+    SeekStudio studio(8);
+    studio.seek(1);
+    EXPECT_TRUE(studio.state().quiet());
+    studio.run(1s);
+    EXPECT_THAT(studio.presses(), IsEmpty());
+}
+
+// ---- Many requests
+
+TEST(Seek, EndsAtTheLastOfAStormOfTargets) {
+    SeekStudio studio(200);
+    for (int i = 0; i < 200; ++i) {
+        studio.seek(i * 7919 % 190);
+        studio.run(10ms);
+    }
+    studio.seek(77);
+    ASSERT_TRUE(studio.untilQuiet(20s));
+    EXPECT_EQ(studio.hostOffset(), 77);
+    EXPECT_EQ(studio.shown().bankOffset, 77);
+}
+
+TEST(Seek, TurnsRoundAtOnceForANewTarget) {
+    SeekStudio studio(200);
+    studio.seek(160);
+    studio.run(1s);
+    studio.seek(0);
+    ASSERT_TRUE(studio.untilQuiet(20s));
+    EXPECT_EQ(studio.hostOffset(), 0);
+    EXPECT_THAT(studio.presses(), SizeIs(testing::Lt(20u))); // 160 is 20 banks away
+}
+
+TEST(Seek, IsWhatTheNavigationButtonsDo) {
+    SeekStudio studio(40);
+    for (const int kind : {3, 3, 2, 0, 1}) {
+        studio.bench.model->bankMove(kind);
+        ASSERT_TRUE(studio.untilQuiet(10s));
+    }
+    EXPECT_EQ(studio.hostOffset(), 8);
+    // From 17 to 16 the shorter way is a bank.
+    EXPECT_THAT(studio.presses(), ElementsAre(bankRight, bankRight, channelRight, bankLeft, bankLeft));
+}
+
+// ---- Trouble
+
+TEST(Seek, GetsThereThoughOnePressInTenIsLost) {
+    SeekBench bench(40, {.dropOnePressIn = 10});
+    int reached = 0;
+    for (int i = 0; i < 50; ++i) {
+        reached += bench.reaches(i * 13 % 33) ? 1 : 0;
+        ASSERT_EQ(bench.knownOffset(), bench.hostOffset());
+    }
+    EXPECT_GE(bench.proTools->snapshot().droppedPresses, 20u);
+    EXPECT_GE(reached, 48); // the others needed more than two corrections
+}
+
+TEST(Seek, CorrectsWhatTheUserDidMeanwhile) {
+    SeekStudio studio(40);
+    studio.seek(30);
+    studio.run(300ms);
+    studio.proTools->bank(BankButton::bankLeft);
+    ASSERT_TRUE(studio.untilQuiet(10s));
+    EXPECT_EQ(studio.hostOffset(), 30);
+    EXPECT_EQ(studio.shown().bankOffset, 30);
+}
+
+TEST(Seek, LeavesTheViewToAUserWhoInsists) {
+    SeekStudio studio(40);
+    studio.seek(30);
+    while (!studio.state().quiet()) {
+        studio.run(60ms);
+        studio.proTools->scrollTo(3);
+    }
+    studio.run(3s); // the automation modes are asked for, which takes names off the displays for a moment
+    EXPECT_EQ(studio.hostOffset(), 3);
+    EXPECT_EQ(studio.shown().bankOffset, 3);
+}
+
+TEST(Seek, GivesUpOnAHostThatStandsStill) {
+    SeekStudio studio(40);
+    studio.proTools->stick(60s);
+    studio.seek(32);
+    const auto taken = studio.untilQuiet(10s);
+    ASSERT_TRUE(taken);
+    EXPECT_LT(*taken, 3s);
+    EXPECT_THAT(studio.presses(), SizeIs(3 * 4)); // and two corrections
+    EXPECT_EQ(studio.shown().bankOffset, 0);
+}
+
+// Where the bank buttons lead elsewhere than to multiples of the width a seek may miss, but never without knowing it.
+TEST(Seek, KnowsWhereItEndsWhateverTheBankButtonsDo) {
+    SeekBench bench(40, {.bankLeftAligns = false});
+    for (int i = 0; i < 50; ++i) {
+        bench.seek(i * 13 % 33);
+        ASSERT_TRUE(bench.ends());
+        bench.bench.run(100ms);
+        ASSERT_EQ(bench.knownOffset(), bench.hostOffset());
+    }
+}
+
+class SeekOnAHostThatTakes : public testing::TestWithParam<int> {};
+
+TEST_P(SeekOnAHostThatTakes, MillisecondsEndsWhereItWasAskedTo) {
+    SeekBench bench(40, {.latency = std::chrono::milliseconds(GetParam())});
+    for (const int target : {1, 0, 8, 9, 32, 3, 11, 24, 7, 6, 0})
+        ASSERT_TRUE(bench.reaches(target)) << target;
+}
+
+INSTANTIATE_TEST_SUITE_P(Number, SeekOnAHostThatTakes, testing::Values(0, 1, 50, 100, 200, 221));
+
+// It is looked at too early then, and pressed too often; that it has come elsewhere shows as soon as it has.
+TEST(Seek, IsKnownToMissOnAHostThatTakes300Milliseconds) {
+    SeekBench bench(40, {.latency = 300ms});
+    for (const int target : {1, 0, 8, 9, 32, 3, 11, 24, 7, 6, 0}) {
+        bench.seek(target);
+        ASSERT_TRUE(bench.ends());
+        bench.bench.run(1s);
+        ASSERT_EQ(bench.knownOffset(), bench.hostOffset());
+    }
+}
+
+} // namespace
+} // namespace lumbrine

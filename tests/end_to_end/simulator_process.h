@@ -1,0 +1,44 @@
+// lumbrine-simulator as a process of its own, with the test at its keyboard.
+#pragma once
+
+#include "tests/interop/child_process.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace lumbrine::end_to_end {
+
+class SimulatorProcess {
+public:
+    // A track as the simulator lists it.
+    struct Track {
+        double fader = 0;
+        std::string lights; // mute, solo, record, select: "M--*"
+        std::string name;
+    };
+
+    // On the JACK server that this process uses; `options` of its command line.
+    explicit SimulatorProcess(const std::vector<std::string>& options);
+    ~SimulatorProcess();
+
+    void type(const std::string& line);
+
+    // Waits until it has printed `text`.
+    bool prints(const std::string& text) const;
+
+    // How the track is at this moment, counted from 1; absent when the simulator does not tell.
+    std::optional<Track> track(int number);
+
+    // Ends it, as its user would. (After a client that was killed the JACK server itself hangs for a long time.)
+    void end();
+
+    std::string output() const { return process.output(); }
+
+private:
+    interop::TemporaryFolder folder;
+    const int keyboard;
+    interop::ChildProcess process;
+};
+
+} // namespace lumbrine::end_to_end

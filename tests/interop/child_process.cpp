@@ -1,0 +1,143 @@
+#include "tests/interop/child_process.h"
+
+#include "tests/interop/waiting.h"
+
+#include <fcntl.h>
+#include <net/if.h>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <sys/mount.h>
+#include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string_view>
+
+namespace lumbrine::interop {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+std::string makeFolder() {
+    std::string pattern = (fs::temp_directory_path() / "lumbrine-XXXXXX").string();
+    if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
+    return pattern;
+}
+
+std::vector<std::string> environmentWith(const std::map<std::string, std::string>& added) {
+    std::vector<std::string> entries;
+    for (char** entry = ::environ; *entry != nullptr; ++entry) {
+        const std::string_view text = *entry;
+        if (!added.contains(std::string(text.substr(0, text.find('='))))) entries.emplace_back(text);
+    }
+    for (const auto& [name, value] : added)
+        entries.push_back(name + "=" + value);
+    return entries;
+}
+
+std::vector<char*> pointersTo(std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (std::string& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+void bringUpLoopback() {
+    const int fd = ::socket(AF_INET, SOCK_DGRAM, 0);
+    ifreq request{};
+    std::copy_n("lo", 3, request.ifr_name);
+    request.ifr_flags = IFF_UP | IFF_RUNNING;
+    ::ioctl(fd, SIOCSIFFLAGS, &request);
+    ::close(fd);
+}
+
+void enterOwnNetwork(const char* emptyFolder) {
+    if (::unshare(CLONE_NEWNET | CLONE_NEWNS) != 0) return;
+    bringUpLoopback();
+    ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr);
+    if (*emptyFolder != 0 && (::mkdir(emptyFolder, 0755) == 0 || errno == EEXIST))
+        ::mount("tmpfs", emptyFolder, "tmpfs", 0, nullptr);
+}
+
+} // namespace
+
+TemporaryFolder::TemporaryFolder() : path(makeFolder()) {}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    fs::remove_all(path, ignored);
+}
+
+ChildProcess::ChildProcess(const std::vector<std::string>& command, const Setup& setup) {
+    start(command, setup);
+}
+
+void ChildProcess::start(const std::vector<std::string>& command, const Setup& setup) {
+    std::vector<std::string> arguments = command;
+    std::vector<std::string> variables = environmentWith(setup.environment);
+    const std::vector<char*> argv = pointersTo(arguments);
+    const std::vector<char*> environment = pointersTo(variables);
+    const std::string log = folder.path / "output";
+    const pid_t parent = ::getpid();
+
+    pid = ::fork();
+    if (pid != 0) return;
+    // From here to exec nothing may allocate: another thread of the test may hold the allocator's lock.
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (::getppid() != parent) ::_exit(127);
+    const int out = ::open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+    const int in = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+    ::dup2(in, STDIN_FILENO);
+    ::dup2(out, STDOUT_FILENO);
+    ::dup2(out, STDERR_FILENO);
+    if (setup.ownNetwork) enterOwnNetwork(setup.emptyFolder.c_str());
+    ::execvpe(argv[0], argv.data(), environment.data());
+    ::_exit(127);
+}
+
+ChildProcess::~ChildProcess() {
+    signal(SIGTERM);
+    if (wait(std::chrono::seconds(2))) return;
+    signal(SIGKILL);
+    wait(patience);
+}
+
+bool ChildProcess::running() {
+    int result = 0;
+    if (!status && ::waitpid(pid, &result, WNOHANG) == pid)
+        status = WIFEXITED(result) ? WEXITSTATUS(result) : 128 + WTERMSIG(result);
+    return !status;
+}
+
+void ChildProcess::signal(int number) {
+    if (running()) ::kill(pid, number);
+}
+
+std::optional<int> ChildProcess::wait(std::chrono::milliseconds limit) {
+    waitUntil([this] { return !running(); }, limit);
+    return status;
+}
+
+std::string ChildProcess::output() const {
+    std::ifstream file(folder.path / "output");
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+CommandResult runCommand(const std::vector<std::string>& command) {
+    ChildProcess child(command);
+    const int status = child.wait(patience).value_or(-1);
+    return {status, child.output()};
+}
+
+} // namespace lumbrine::interop

@@ -1,0 +1,165 @@
+// Virtual ports on a JACK server that dies and comes back.
+#include "tests/interop/jack_rig.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <ctime>
+#include <thread>
+
+namespace lumbrine::interop {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using testing::UnorderedElementsAre;
+
+constexpr std::chrono::milliseconds generous{500}; // far more than a call takes, even when the thread loses its turn
+
+class JackRestart : public testing::Test, public JackRig {
+protected:
+    void SetUp() override {
+        ASSERT_EQ(createPorts(a), 0);
+        ASSERT_EQ(createPorts(b), 0);
+        connectHost(a);
+        connectHost(b);
+        ASSERT_TRUE(waitUntil([this] { return bothConnected(); }));
+    }
+
+    bool bothConnected() const { return a.host->connected() && b.host->connected(); }
+    bool noneConnected() const { return !a.host->connected() && !b.host->connected(); }
+
+    void killServer() {
+        jack.kill();
+        ASSERT_TRUE(waitUntil([this] { return noneConnected(); }));
+    }
+};
+
+// Sends from a thread of its own and notes how long the longest call took.
+class RestlessSender {
+public:
+    explicit RestlessSender(std::function<void()> sendOne) : send(std::move(sendOne)), thread([this] { run(); }) {}
+    ~RestlessSender() {
+        stopping = true;
+        thread.join();
+    }
+
+    std::uint64_t sent() const { return count; }
+    Clock::duration longestCall() const { return Clock::duration(longest); }
+
+private:
+    void run() {
+        while (!stopping) {
+            for (int i = 0; i < 100; ++i) {
+                const auto before = Clock::now();
+                send();
+                longest = std::max(longest.load(), (Clock::now() - before).count());
+                ++count;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
+    }
+
+    const std::function<void()> send;
+    std::atomic<bool> stopping{false};
+    std::atomic<std::uint64_t> count{0};
+    std::atomic<Clock::rep> longest{0};
+    std::thread thread;
+};
+
+std::chrono::nanoseconds processorTime() {
+    timespec time{};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+TEST_F(JackRestart, NeverBlocksASenderWhileTheServerDies) {
+    const RestlessSender toHost([this] { send(a, Bytes{0x90, 0x00, 0x7F}); });
+    const RestlessSender toReceiver([this] { b.host->send(Bytes{0x90, 0x00, 0x00}); });
+    ASSERT_TRUE(waitUntil([&] { return a.atHost.size() > 1000 && b.atReceiver.size() > 1000; }));
+    killServer();
+    const std::uint64_t atDeath = toHost.sent();
+    // More than every ring holds.
+    ASSERT_TRUE(waitUntil([&] { return toHost.sent() > atDeath + 50'000 && toReceiver.sent() > atDeath + 50'000; }));
+    EXPECT_LT(toHost.longestCall(), generous);
+    EXPECT_LT(toReceiver.longestCall(), generous);
+}
+
+TEST_F(JackRestart, UsesNoProcessorWhileTheServerIsAway) {
+    killServer();
+    const auto before = processorTime();
+    const auto start = Clock::now();
+    // Long enough for an attempt to reach the server.
+    std::this_thread::sleep_for(std::chrono::milliseconds(1200));
+    EXPECT_LT(processorTime() - before, (Clock::now() - start) / 20);
+}
+
+TEST_F(JackRestart, BringsThePortsBackUnderTheirNamesAndConnectsThem) {
+    killServer();
+    jack.start();
+    ASSERT_TRUE(waitUntil([this] { return bothConnected(); }));
+    const auto outputs = jack.shortNames("output", "midi");
+    EXPECT_EQ(std::ranges::count(outputs, "Lumbrine"), 1);
+    EXPECT_EQ(std::ranges::count(outputs, "Lumbrine B"), 1);
+    EXPECT_TRUE(jack.hasPort("Lumbrine:Lumbrine B"));
+
+    send(a, Bytes{0x90, 0x00, 0x7F});
+    b.host->send(Bytes{0xB0, 0x0C, 0x01});
+    EXPECT_EQ(a.atHost.waitFor(1), (std::vector<Bytes>{{0x90, 0x00, 0x7F}}));
+    EXPECT_EQ(b.atReceiver.waitFor(1), (std::vector<Bytes>{{0xB0, 0x0C, 0x01}}));
+}
+
+TEST_F(JackRestart, DeliversNothingLateThatWasSentWhileTheServerHungOrWasAway) {
+    const auto sendToNobody = [this] {
+        for (int i = 0; i < 100; ++i) {
+            send(a, Bytes{0xFF});
+            a.host->send(Bytes{0xFF});
+        }
+    };
+    jack.freeze();
+    sendToNobody();
+    killServer();
+    a.atHost.clear(); // the first ones may still have found a cycle
+    a.atReceiver.clear();
+    sendToNobody();
+    jack.start();
+    ASSERT_TRUE(waitUntil([this] { return bothConnected(); }));
+    send(a, Bytes{0x90, 0x00, 0x7F});
+    a.host->send(Bytes{0x90, 0x00, 0x00});
+    EXPECT_EQ(a.atHost.waitFor(1), (std::vector<Bytes>{{0x90, 0x00, 0x7F}}));
+    EXPECT_EQ(a.atReceiver.waitFor(1), (std::vector<Bytes>{{0x90, 0x00, 0x00}}));
+}
+
+TEST_F(JackRestart, DropsAndCountsWhatFindsNoRoomWhileTheServerHangs) {
+    constexpr std::uint32_t count = 100'000; // more than a port holds
+    jack.freeze();
+    for (std::uint32_t i = 0; i < count; ++i)
+        send(a, Bytes{static_cast<std::uint8_t>(i), static_cast<std::uint8_t>(i >> 8),
+                      static_cast<std::uint8_t>(i >> 16)});
+    const std::uint64_t dropped = services.dropped();
+    EXPECT_GT(dropped, 0U);
+    jack.thaw();
+    const std::vector<Bytes> kept = a.atHost.waitFor(count - dropped);
+    ASSERT_EQ(kept.size(), count - dropped);
+    EXPECT_EQ(kept[1000], (Bytes{0xE8, 0x03, 0x00}));
+    send(a, Bytes{0x90, 0x00, 0x7F});
+    EXPECT_EQ(a.atHost.waitFor(kept.size() + 1).back(), (Bytes{0x90, 0x00, 0x7F}));
+}
+
+TEST_F(JackRestart, SurvivesACrashAndACleanEndOneAfterTheOther) {
+    const std::vector<std::function<void()>> ends{[this] { jack.kill(); }, [this] { jack.stop(); }};
+    for (std::size_t round = 0; round < ends.size(); ++round) {
+        ends[round]();
+        ASSERT_TRUE(waitUntil([this] { return noneConnected(); }));
+        jack.start();
+        ASSERT_TRUE(waitUntil([this] { return bothConnected(); }));
+        send(a, Bytes{0x90, 0x00, 0x7F});
+        EXPECT_EQ(a.atHost.waitFor(round + 1).size(), round + 1);
+    }
+}
+
+TEST_F(JackRestart, TakesItselfApartWhileTheServerIsAway) {
+    killServer();
+}
+
+} // namespace
+} // namespace lumbrine::interop

@@ -1,0 +1,64 @@
+// Both sides of the virtual MIDI ports on a real JACK server: the receiver's ports, and connections to them.
+#pragma once
+
+#include "base/midi_packet_list.h"
+#include "platform/linux/jack_midi_connections.h"
+#include "platform/linux/jack_midi_services.h"
+#include "platform/posix/real_runtime.h"
+#include "platform/posix/run_loop.h"
+#include "tests/interop/midi_recorder.h"
+#include "tests/interop/private_jack.h"
+
+#include <memory>
+#include <string>
+
+namespace lumbrine::interop {
+
+// One surface's port pair, and who is connected to it.
+struct Surface {
+    explicit Surface(std::string portName) : name(std::move(portName)) {}
+
+    const std::string name;
+    MIDIClientRef client = 0;
+    MIDIEndpointRef source = 0;
+    MIDIEndpointRef destination = 0;
+    MIDIRecorder atReceiver;
+    MIDIRecorder atHost;
+    std::unique_ptr<MIDIConnection> host;
+};
+
+class JackRig {
+public:
+    JackRig() : services(runtime, server), connections(runtime, server) {}
+
+    // Creates the ports; a status that is not 0 ends it.
+    MIDIStatus createPorts(Surface& surface) {
+        MIDIStatus status = services.createClient(surface.name, surface.client);
+        if (status == 0) status = services.createSource(surface.client, surface.name, surface.source);
+        if (status != 0) return status;
+        return services.createDestination(surface.client, surface.name, surface.atReceiver.asReadBlock(),
+                                          surface.destination);
+    }
+
+    void connectHost(Surface& surface) {
+        surface.host = connections.connect(surface.name, surface.atHost.asReceiver());
+    }
+
+    // One message from the receiver's source.
+    MIDIStatus send(const Surface& surface, ByteView message) {
+        MIDIPacketList list;
+        list.add(message);
+        return services.received(surface.source, list.bytes());
+    }
+
+    PrivateJack jack;
+    RunLoop loop;
+    RealRuntime runtime{loop};
+    Surface a{"Lumbrine"};
+    Surface b{"Lumbrine B"};
+    std::shared_ptr<JackServer> server = std::make_shared<JackServer>(runtime);
+    JackMIDIServices services;
+    JackMIDIConnections connections;
+};
+
+} // namespace lumbrine::interop

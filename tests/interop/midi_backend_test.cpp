@@ -1,0 +1,55 @@
+// Which MIDI system the programs get, with and without a JACK server.
+#include "base/midi_packet_list.h"
+#include "platform/linux/midi_backend.h"
+#include "platform/linux/rtmidi_services.h"
+#include "platform/posix/real_runtime.h"
+#include "platform/posix/run_loop.h"
+#include "tests/interop/midi_recorder.h"
+#include "tests/interop/private_jack.h"
+
+#include <cerrno>
+
+namespace lumbrine::interop {
+namespace {
+
+class MIDIBackend : public testing::Test {
+protected:
+    PrivateJack jack;
+    RunLoop loop;
+    RealRuntime runtime{loop};
+};
+
+TEST_F(MIDIBackend, IsJACKWhereAServerAnswers) {
+    const auto services = makeMIDIServices(runtime);
+    MIDIClientRef client = 0;
+    MIDIEndpointRef source = 0;
+    ASSERT_EQ(services->createClient("Lumbrine", client), 0);
+    ASSERT_EQ(services->createSource(client, "Lumbrine", source), 0);
+    EXPECT_TRUE(jack.hasPort("Lumbrine:Lumbrine"));
+
+    MIDIRecorder recorder;
+    const auto connection = makeMIDIConnections(runtime)->connect("Lumbrine", recorder.asReceiver());
+    EXPECT_NE(connection, nullptr);
+}
+
+TEST_F(MIDIBackend, FailsAtTheFirstCreationWhereThereIsNone) {
+    if (RtMidiServices::alsaAnswers()) GTEST_SKIP() << "this computer has ALSA's sequencer";
+    jack.stop();
+    const auto services = makeMIDIServices(runtime);
+    MIDIClientRef client = 7;
+    EXPECT_EQ(services->createClient("Lumbrine", client), -ENODEV);
+    EXPECT_EQ(client, 7U);
+    EXPECT_EQ(makeMIDIConnections(runtime)->connect("Lumbrine", [](ByteView) {}), nullptr);
+}
+
+TEST_F(MIDIBackend, KeepsPipeWireFromRewritingMessagesUnlessTheUserHasSetItsProperties) {
+    ::unsetenv("PIPEWIRE_PROPS");
+    makeMIDIServices(runtime);
+    EXPECT_STREQ(::getenv("PIPEWIRE_PROPS"), "{ jack.fix-midi-events = false }");
+    ::setenv("PIPEWIRE_PROPS", "{ mine }", 1);
+    makeMIDIServices(runtime);
+    EXPECT_STREQ(::getenv("PIPEWIRE_PROPS"), "{ mine }");
+}
+
+} // namespace
+} // namespace lumbrine::interop

@@ -1,0 +1,51 @@
+// What has come in on a MIDI thread, for a test to look at.
+#pragma once
+
+#include "base/bytes.h"
+#include "base/midi_packet_list.h"
+#include "tests/interop/waiting.h"
+
+#include <functional>
+#include <mutex>
+#include <vector>
+
+namespace lumbrine::interop {
+
+class MIDIRecorder {
+public:
+    void add(ByteView event) {
+        const std::lock_guard lock(mutex);
+        recorded.emplace_back(event.begin(), event.end());
+    }
+
+    // Waits for at least that many events; what there is then, or after a long time.
+    std::vector<Bytes> waitFor(std::size_t count) {
+        waitUntil([&] { return size() >= count; });
+        const std::lock_guard lock(mutex);
+        return recorded;
+    }
+
+    std::size_t size() {
+        const std::lock_guard lock(mutex);
+        return recorded.size();
+    }
+
+    void clear() {
+        const std::lock_guard lock(mutex);
+        recorded.clear();
+    }
+
+    // To be given to MIDIConnections, and to MIDIServices, as what receives. The recorder outlives them.
+    std::function<void(ByteView)> asReceiver() {
+        return [this](ByteView event) { add(event); };
+    }
+    std::function<void(ByteView)> asReadBlock() {
+        return [this](ByteView list) { forEachPacket(list, [this](ByteView packet) { add(packet); }); };
+    }
+
+private:
+    std::mutex mutex;
+    std::vector<Bytes> recorded;
+};
+
+} // namespace lumbrine::interop

@@ -1,0 +1,74 @@
+// A JACK server of the test's own: dummy driver, its own name, so that no server of the user's is touched. Tests that
+// want one at the same time wait for each other.
+//
+//     PrivateJack jack;                                  // started, and this process and its children will find it
+//     ChildProcess receiver({LUMBRINE_BIN_DIR "/lumbrine-headless"});
+//     waitUntil([&] { return jack.hasPort("Lumbrine:Lumbrine"); });
+//     jack.kill();                                       // as a crash would
+//     jack.start();
+//
+// Every wait has a limit and throws std::runtime_error with the server's output when it is over.
+#pragma once
+
+#include "tests/interop/child_process.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace lumbrine::interop {
+
+// The right to run a JACK server for tests, held against every other test on the machine. Two servers at a time would
+// get clients of the same name mixed up, since JACK names a client's socket after the client alone.
+class JackTurn {
+public:
+    JackTurn();
+    ~JackTurn();
+    JackTurn(const JackTurn&) = delete;
+    JackTurn& operator=(const JackTurn&) = delete;
+
+private:
+    const int lockFile;
+};
+
+class PrivateJack {
+public:
+    struct Options {
+        int framesPerCycle = 64; // at 48 kHz: a cycle is 1.3 ms
+        bool started = true;
+    };
+
+    // Sets JACK_DEFAULT_SERVER, JACK_NO_START_SERVER and XDG_RUNTIME_DIR of this process for its whole life: make the
+    // object before other threads run.
+    PrivateJack() : PrivateJack(Options{}) {}
+    explicit PrivateJack(Options chosen);
+    ~PrivateJack();
+
+    // Returns when the server answers. Not while it runs.
+    void start();
+
+    // Ends it without a goodbye (SIGKILL), or cleanly (SIGTERM). Returns when it is gone.
+    void kill();
+    void stop();
+
+    // Lets it hang, with everything it holds, and go on.
+    void freeze();
+    void thaw();
+
+    // Full names ("Lumbrine:Lumbrine"), as jack_lsp prints them; empty when no server answers.
+    std::vector<std::string> ports() const;
+    bool hasPort(const std::string& fullName) const;
+
+    // The short names ("Lumbrine B") of the ports of one direction ("input" or "output") and kind ("midi" or "audio").
+    std::vector<std::string> shortNames(const std::string& direction, const std::string& kind) const;
+
+private:
+    bool answers() const;
+
+    const Options options;
+    const JackTurn turn;
+    TemporaryFolder runtimeFolder;
+    std::unique_ptr<ChildProcess> server;
+};
+
+} // namespace lumbrine::interop

@@ -1,0 +1,34 @@
+// What must hold of every session, judged from its evidence alone. Each checker returns what it found wrong, in words.
+#pragma once
+
+#include "tests/simulation/owner_oracle.h"
+#include "tests/simulation/studio.h"
+#include "tests/simulation/surface_wire.h"
+
+#include <string>
+#include <vector>
+
+namespace lumbrine::simulation {
+
+using Violations = std::vector<std::string>;
+
+// Fader moves, touches, presses and turns on a surface are those that the device in control asked for: each one, once,
+// in its order, at the moment its datagram came. What another device sends causes nothing.
+Violations checkNothingLostNothingForged(const std::vector<WireAction>& wire, const std::vector<WireAction>& asked,
+                                         bool withTurns);
+
+// Each press of a strip's switch is let go 60 ms later.
+Violations checkPressesEnd(const std::vector<WireAction>& wire);
+
+// When a device is replaced by another, the faders it holds are released within one tick; and nobody else's hand is
+// ever released for it.
+Violations checkReleases(const std::vector<WireAction>& wire, const std::vector<WireAction>& asked,
+                         const Acceptance& acceptance, int surface);
+
+// After a hello on a quiet line the client's picture is the receiver's, and the receiver's is the host's.
+Violations checkPicture(const Evidence& evidence);
+
+// All of them, on every surface, and that every sequence on the wires is whole.
+Violations checkAll(const Scenario& scenario, const Evidence& evidence);
+
+} // namespace lumbrine::simulation

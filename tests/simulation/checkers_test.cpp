@@ -1,0 +1,88 @@
+// The checkers see what they are there for.
+#include "tests/simulation/actions.h"
+#include "tests/simulation/checkers.h"
+
+namespace lumbrine::simulation {
+namespace {
+
+TimePoint at(double time) {
+    return TimePoint{} + seconds(time);
+}
+
+ReceivedDatagram from(const std::string& sender, double time, Bytes bytes) {
+    return {at(time), sender, std::move(bytes)};
+}
+
+const Bytes touch3{0x01, 0x02, 0x03};
+const Bytes release3{0x01, 0x03, 0x03};
+const Bytes move3{0x01, 0x01, 0x03, 0x20, 0x00};
+const Bytes takeOver{0x01, 0x25};
+
+WireAction edge(double time, int zone, int port, int value) {
+    return {at(time), WireAction::Kind::edge, zone, port, value};
+}
+
+TEST(OwnerOracle, CountsOnlyTheDeviceInControl) {
+    const Acceptance acceptance =
+        acceptedOf({from("a", 0, move3), from("b", 1, move3), from("b", 5.9, move3), from("a", 5.95, move3)});
+    EXPECT_EQ(acceptance.accepted.size(), 2u);
+    EXPECT_EQ(acceptance.changes.size(), 1u);
+}
+
+TEST(OwnerOracle, GivesControlToTheNextAfterSixSilentSeconds) {
+    EXPECT_EQ(acceptedOf({from("a", 0, move3), from("b", 5.999, move3)}).accepted.size(), 1u);
+    EXPECT_EQ(acceptedOf({from("a", 0, move3), from("b", 6.0, move3)}).accepted.size(), 2u);
+}
+
+TEST(SurfaceWire, ReadsWholeSequences) {
+    const SurfaceWire wire = readWire({{at(0), {0xFF}},
+                                       {at(1), {0xB0, 0x0F, 0x03}},
+                                       {at(1), {0x90, 0x00, 0x7F}},
+                                       {at(1), {0xB0, 0x2F, 0x40}},
+                                       {at(2), {0xB0, 0x03, 0x40}},
+                                       {at(2), {0xB0, 0x23, 0x00}}});
+    EXPECT_TRUE(wire.violations.empty());
+    ASSERT_EQ(wire.actions.size(), 2u);
+    EXPECT_TRUE(wire.actions[0].sameAs(edge(1, 3, 0, 1)));
+    EXPECT_EQ(wire.actions[1].value, 8192);
+}
+
+TEST(SurfaceWire, ComplainsOfTornSequences) {
+    EXPECT_FALSE(readWire({{at(0), {0xB0, 0x2F, 0x40}}}).violations.empty());
+    EXPECT_FALSE(readWire({{at(0), {0xB0, 0x0F, 0x03}}}).violations.empty());
+    EXPECT_FALSE(readWire({{at(0), {0xB0, 0x03, 0x40}}, {at(0), {0xB0, 0x24, 0x00}}}).violations.empty());
+}
+
+TEST(NothingLostNothingForged, NoticesAMoveThatIsMissingExtraOrLate) {
+    const std::vector<WireAction> asked = askedOf({from("a", 1, move3)}, 0);
+    ASSERT_EQ(asked.size(), 1u);
+    std::vector<WireAction> late = asked;
+    late[0].at += seconds(0.001);
+    EXPECT_TRUE(checkNothingLostNothingForged(asked, asked, true).empty());
+    EXPECT_FALSE(checkNothingLostNothingForged({}, asked, true).empty());
+    EXPECT_FALSE(checkNothingLostNothingForged(asked, {}, true).empty());
+    EXPECT_FALSE(checkNothingLostNothingForged(late, asked, true).empty());
+}
+
+TEST(PressesEnd, NoticesASwitchThatIsHeldTooLongOrForEver) {
+    EXPECT_TRUE(checkPressesEnd({edge(1, 2, 2, 1), edge(1.06, 2, 2, 0)}).empty());
+    EXPECT_FALSE(checkPressesEnd({edge(1, 2, 2, 1), edge(1.07, 2, 2, 0)}).empty());
+    EXPECT_FALSE(checkPressesEnd({edge(1, 2, 2, 1)}).empty());
+}
+
+TEST(Releases, AreDueWhenADeviceIsReplaced) {
+    const Acceptance acceptance = acceptedOf({from("a", 0, move3), from("a", 1, touch3), from("b", 2, takeOver)});
+    const std::vector<WireAction> asked = askedOf(acceptance.accepted, 0);
+    EXPECT_FALSE(checkReleases({edge(1, 3, 0, 1)}, asked, acceptance, 0).empty());
+    EXPECT_TRUE(checkReleases({edge(1, 3, 0, 1), edge(2.4, 3, 0, 0)}, asked, acceptance, 0).empty());
+    EXPECT_FALSE(checkReleases({edge(1, 3, 0, 1), edge(2.5, 3, 0, 0)}, asked, acceptance, 0).empty());
+}
+
+TEST(Releases, AreNotDueForAFaderThatWasLetGo) {
+    const Acceptance acceptance = acceptedOf({from("a", 1, touch3), from("a", 1.5, release3), from("b", 2, takeOver)});
+    const std::vector<WireAction> asked = askedOf(acceptance.accepted, 0);
+    EXPECT_TRUE(checkReleases({edge(1, 3, 0, 1), edge(1.5, 3, 0, 0)}, asked, acceptance, 0).empty());
+}
+
+} // namespace
+} // namespace lumbrine::simulation

@@ -1,0 +1,43 @@
+#include "tests/simulation/owner_oracle.h"
+
+namespace lumbrine::simulation {
+
+bool OwnerOracle::accept(const ReceivedDatagram& datagram) {
+    const Bytes& bytes = datagram.bytes;
+    std::uint64_t token = 0;
+    const bool versioned = bytes.size() >= 2 && bytes[0] == 1;
+    if (versioned && bytes[1] == 0 && bytes.size() >= 10)
+        for (std::size_t i = 2; i < 10; ++i)
+            token = token * 256 + bytes[i];
+
+    Peer& sender = peers[datagram.sender];
+    // The owner's silence counts up to this datagram, also when the owner itself breaks it.
+    const bool ownerIsLive = ownerKey && datagram.at - peers[*ownerKey].lastSeen < seconds(6);
+    if (datagram.at - sender.lastSeen >= seconds(6)) sender.token = 0; // forgotten with its record
+    sender.lastSeen = datagram.at;
+    if (token != 0) sender.token = token;
+
+    if (ownerKey == datagram.sender) return true;
+    const bool sameDevice = ownerIsLive && sender.token != 0 && sender.token == peers[*ownerKey].token;
+    const bool takesOver = versioned && bytes[1] == 0x25;
+    if (ownerIsLive && !sameDevice && !takesOver) return false;
+    if (sameDevice) peers.erase(*ownerKey);
+    ownerKey = datagram.sender;
+    return true;
+}
+
+Acceptance acceptedOf(const std::vector<ReceivedDatagram>& received) {
+    OwnerOracle oracle;
+    Acceptance result;
+    for (const ReceivedDatagram& datagram : received) {
+        const std::optional<std::string> before = oracle.owner();
+        if (!oracle.accept(datagram)) continue;
+        // An owner that comes back after it was given up appears anew, even if nobody came between.
+        const bool back = !result.accepted.empty() && datagram.at - result.accepted.back().at >= seconds(6);
+        if (before != oracle.owner() || back) result.changes.push_back({datagram.at, before, *oracle.owner()});
+        result.accepted.push_back(datagram);
+    }
+    return result;
+}
+
+} // namespace lumbrine::simulation

@@ -1,0 +1,47 @@
+// Sockets that keep a record of every datagram that was received through them, with its sender and its time: what the
+// receiver really got, which the checkers start from.
+#pragma once
+
+#include "platform/api/datagram_sockets.h"
+#include "platform/api/runtime.h"
+
+#include <vector>
+
+namespace lumbrine::simulation {
+
+struct ReceivedDatagram {
+    TimePoint at;
+    std::string sender; // "host:port"
+    Bytes bytes;
+};
+
+// One thread receives; the record is read when that thread has nothing more to receive.
+class RecordingSockets final : public DatagramSockets {
+public:
+    RecordingSockets(Runtime& rt, DatagramSockets& real) : runtime(rt), sockets(real) {}
+
+    const std::vector<ReceivedDatagram>& received() const { return record; }
+
+    int open() override { return sockets.open(); }
+    int setReuseAddress(int fd) override { return sockets.setReuseAddress(fd); }
+    int setDualStack(int fd) override { return sockets.setDualStack(fd); }
+    int bind(int fd, std::uint16_t port) override { return sockets.bind(fd, port); }
+    int localPort(int fd) override { return sockets.localPort(fd); }
+    int receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) override;
+    int send(int fd, ByteView bytes, const PeerAddress& to) override { return sockets.send(fd, bytes, to); }
+    void name(const PeerAddress& address, std::string& host, std::string& port) override {
+        sockets.name(address, host, port);
+    }
+    bool resolve(const std::string& host, std::uint16_t port, PeerAddress& address) override {
+        return sockets.resolve(host, port, address);
+    }
+    void shutDown(int fd) override { sockets.shutDown(fd); }
+    void close(int fd) override { sockets.close(fd); }
+
+private:
+    Runtime& runtime;
+    DatagramSockets& sockets;
+    std::vector<ReceivedDatagram> record;
+};
+
+} // namespace lumbrine::simulation

@@ -1,0 +1,32 @@
+// What went over one surface's wire to Pro Tools, read back into actions. A sequence that is not whole is a violation.
+#pragma once
+
+#include "simulator/simulated_pro_tools.h"
+
+#include <string>
+#include <vector>
+
+namespace lumbrine::simulation {
+
+struct WireAction {
+    enum class Kind { fader, edge, vpot };
+
+    TimePoint at;
+    Kind kind;
+    int number = 0; // strip; of an edge: zone
+    int port = 0;   // of an edge
+    int value = 0;  // fader 0-16383; edge 0 or 1; V-Pot byte
+
+    // Equal but for the time.
+    bool sameAs(const WireAction& other) const;
+    std::string text() const;
+};
+
+struct SurfaceWire {
+    std::vector<WireAction> actions;
+    std::vector<std::string> violations;
+};
+
+SurfaceWire readWire(const std::vector<ReceivedPacket>& packets);
+
+} // namespace lumbrine::simulation

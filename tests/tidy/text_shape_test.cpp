@@ -1,0 +1,48 @@
+// The outer shape of every text: lines that fit a screen, files that are one thing, a first comment that says what.
+#include "tests/tidy/source_tree.h"
+
+#include <algorithm>
+#include <sstream>
+
+namespace lumbrine::tidy {
+namespace {
+
+// Characters, not bytes: Japanese texts count as what they are.
+std::ptrdiff_t widthOf(const std::string& line) {
+    return std::ranges::count_if(line, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; });
+}
+
+std::vector<SourceFile> everything() {
+    return projectFiles({".h", ".cpp", ".mm", ".sh", ".py", "CMakeLists.txt", ".cmake", "Makefile"});
+}
+
+TEST(TextShape, NoLineIsLongerThan120Characters) {
+    for (const SourceFile& file : everything()) {
+        std::istringstream lines(file.text);
+        std::size_t number = 1;
+        for (std::string line; std::getline(lines, line); ++number)
+            EXPECT_LE(widthOf(line), 120) << file.path << ":" << number;
+    }
+}
+
+TEST(TextShape, NoSourceIsLongerThan500Lines) {
+    for (const SourceFile& file : cppFiles())
+        EXPECT_LE(std::ranges::count(file.text, '\n'), 500) << file.path << " is more than one thing";
+}
+
+TEST(TextShape, EveryHeaderBeginsByTellingWhatItIs) {
+    for (const SourceFile& file : projectFiles({".h"}))
+        EXPECT_TRUE(file.text.starts_with("// ")) << file.path;
+}
+
+TEST(TextShape, NoLineEndsInBlanks) {
+    for (const SourceFile& file : everything())
+        EXPECT_EQ(file.text.find(" \n"), std::string::npos) << file.path;
+}
+
+TEST(TextShape, CountsCharactersAndNotBytes) {
+    EXPECT_EQ(widthOf("計測 scan"), 7);
+}
+
+} // namespace
+} // namespace lumbrine::tidy
