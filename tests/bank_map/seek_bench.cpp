@@ -6,6 +6,9 @@ namespace lumbrine {
 
 SeekBench::SeekBench(int tracks, SimulatorOptions options) {
     options.redrawOnBank = false;
+    options.runningStatus = true;
+    options.mainDisplay = false;
+    options.counter = false;
     parts.surfaces.startSurfaces();
     parts.state.published.huiConnected = true;
     parts.state.published.winW = stripsPerSurface * options.surfaces;

@@ -10,6 +10,7 @@ namespace lumbrine {
 
 class SeekBench {
 public:
+    // The host sends as few messages as it can, again for speed.
     SeekBench(int tracks, SimulatorOptions options);
 
     void seek(int target) { parts.seekWorker.seekBank(target); }
@@ -19,6 +20,9 @@ public:
 
     // Seeks and waits; false when the surfaces are not there in the end, or the receiver does not know it.
     bool reaches(int target);
+
+    // The bank presses on surface A since the last look.
+    std::vector<Press> presses() { return bankPresses(bench.surfaceA); }
 
     int hostOffset() const { return proTools->snapshot().offset; }
     int knownOffset() { return parts.state.published.bankOffset; }

@@ -1,5 +1,6 @@
 // Seeking, against a simulated Pro Tools.
 #include "tests/bank_map/seek_bench.h"
+#include "tests/bank_map/shortest_way.h"
 
 #include <chrono>
 #include <numeric>
@@ -29,21 +30,35 @@ std::vector<int> firstOffsets(int count) {
 
 class SeekIn40Tracks : public testing::TestWithParam<Setting> {};
 
-TEST_P(SeekIn40Tracks, LeadsFromAnyOffsetToAnyOther) {
+TEST_P(SeekIn40Tracks, LeadsFromAnyOffsetToAnyOtherByItsStepsAndCorrections) {
     SeekBench bench(40, {.surfaces = GetParam().surfaces, .endOfSession = GetParam().endOfSession});
+    const auto expectToReach = [&bench](int target) {
+        const int from = bench.hostOffset();
+        ASSERT_TRUE(bench.reaches(target)) << target << " from " << from;
+        ASSERT_TRUE(areStepsAndCorrections(bench.presses(), from, target, bench.proTools->options, 40));
+    };
     const std::vector<int>& offsets = GetParam().offsets;
     for (std::size_t i = 0; i < offsets.size(); ++i)
         for (std::size_t j = i + 1; j < offsets.size(); ++j) {
-            ASSERT_TRUE(bench.reaches(offsets[i])) << offsets[i];
-            ASSERT_TRUE(bench.reaches(offsets[j])) << offsets[j] << " after " << offsets[i];
+            ASSERT_NO_FATAL_FAILURE(expectToReach(offsets[i]));
+            ASSERT_NO_FATAL_FAILURE(expectToReach(offsets[j]));
         }
 }
 
 INSTANTIATE_TEST_SUITE_P(Offsets, SeekIn40Tracks,
                          testing::Values(Setting{1, EndOfSession::fill, firstOffsets(33)},
+                                         Setting{2, EndOfSession::fill, firstOffsets(25)},
                                          Setting{1, EndOfSession::blank, {0, 1, 7, 8, 9, 15, 16, 23, 25, 31, 32}},
-                                         Setting{2, EndOfSession::fill, {0, 1, 8, 15, 16, 17, 23, 24}},
                                          Setting{2, EndOfSession::blank, {0, 1, 8, 15, 16, 17, 23, 24}}));
+
+TEST(FewestPresses, AreOneForEachBankAndOneForEachTrackThatIsLeft) {
+    EXPECT_EQ(fewestPresses(0, 12, 8), 5); // one bank, four channels
+    EXPECT_EQ(fewestPresses(12, 0, 8), 2); // to the multiple below, and a bank
+    EXPECT_EQ(fewestPresses(5, 17, 8), 3); // 8, 16, 17
+    EXPECT_EQ(fewestPresses(0, 7, 8), 7);  // a bank would lead past it
+    EXPECT_EQ(fewestPresses(3, 19, 16), 4);
+    EXPECT_EQ(fewestPresses(6, 6, 8), 0);
+}
 
 // ---- Presses
 
@@ -101,17 +116,26 @@ TEST(Seek, DoesNothingInASessionThatFits) {
 
 // ---- Many requests
 
-TEST(Seek, EndsAtTheLastOfAStormOfTargets) {
-    SeekStudio studio(200);
+class StormOfTargets : public testing::TestWithParam<std::pair<int, int>> {};
+
+TEST_P(StormOfTargets, EndsAtTheLast) {
+    const auto [surfaces, latency] = GetParam();
+    SeekStudio studio(200, {.surfaces = surfaces, .latency = std::chrono::milliseconds(latency)});
     for (int i = 0; i < 200; ++i) {
-        studio.seek(i * 7919 % 190);
+        studio.seek(i * 7919 % 184);
         studio.run(10ms);
     }
     studio.seek(77);
+    studio.presses();
     ASSERT_TRUE(studio.untilQuiet(20s));
     EXPECT_EQ(studio.hostOffset(), 77);
     EXPECT_EQ(studio.shown().bankOffset, 77);
+    // From anywhere to there once, though the targets came faster than presses can: nothing has queued up.
+    EXPECT_LT(studio.presses().size(), 40u);
 }
+
+INSTANTIATE_TEST_SUITE_P(SurfacesAndMilliseconds, StormOfTargets,
+                         testing::Values(std::pair{1, 20}, std::pair{1, 200}, std::pair{2, 0}, std::pair{2, 100}));
 
 TEST(Seek, TurnsRoundAtOnceForANewTarget) {
     SeekStudio studio(200);
@@ -145,6 +169,28 @@ TEST(Seek, GetsThereThoughOnePressInTenIsLost) {
     }
     EXPECT_GE(bench.proTools->snapshot().droppedPresses, 20u);
     EXPECT_GE(reached, 48); // the others needed more than two corrections
+}
+
+TEST(Seek, PressesNoMoreThanItsStepsAndTwoCorrectionsThoughPressesAreLost) {
+    SeekBench bench(40, {.bankRightAligns = true, .dropOnePressIn = 10});
+    std::uint64_t dropped = 0;
+    for (int i = 0; i < 50; ++i) {
+        const int from = bench.hostOffset();
+        const int to = i * 13 % 33;
+        bench.seek(to);
+        ASSERT_TRUE(bench.ends());
+        const auto presses = static_cast<int>(bench.presses().size());
+        const bool noneLost = dropped == std::exchange(dropped, bench.proTools->snapshot().droppedPresses);
+        if (noneLost) {
+            EXPECT_EQ(presses, fewestPresses(from, to, 8));
+            continue;
+        }
+        int longest = 0; // way that a correction has to go: the surfaces are somewhere between
+        for (int offset = std::min(from, to); offset <= std::max(from, to); ++offset)
+            longest = std::max(longest, fewestPresses(offset, to, 8));
+        EXPECT_LE(presses, fewestPresses(from, to, 8) + 2 * longest) << "from " << from << " to " << to;
+    }
+    EXPECT_GE(dropped, 10u);
 }
 
 TEST(Seek, CorrectsWhatTheUserDidMeanwhile) {

@@ -23,6 +23,17 @@ std::vector<std::string> displayNames(int count) {
     return names;
 }
 
+std::vector<Press> bankPresses(HostEnd& surface) {
+    // A press is the port's message with the bit for "on", after the zone's.
+    std::vector<Press> pressed;
+    bool bankZone = false;
+    for (const std::string& message : surface.tape.takeBytes()) {
+        if (message.starts_with("B0 0F")) bankZone = message == "B0 0F 0A";
+        if (bankZone && message.starts_with("B0 2F 4")) pressed.push_back(static_cast<Press>(message.back() - '0'));
+    }
+    return pressed;
+}
+
 Studio::Studio(const SimulatedSession& session, const SimulatorOptions& options) {
     bench.start();
     proTools = std::make_unique<SimulatedProTools>(world.runtime, bench.midi, options, session);
@@ -37,17 +48,6 @@ std::optional<Duration> Studio::untilQuiet(Duration limit) {
     const TimePoint begin = world.runtime.now();
     if (!runUntil([this] { return state().quiet(); }, limit)) return std::nullopt;
     return world.runtime.now() - begin;
-}
-
-std::vector<Press> Studio::presses() {
-    // A press is the port's message with the bit for "on", after the zone's.
-    std::vector<Press> pressed;
-    bool bankZone = false;
-    for (const std::string& message : bench.surfaceA.tape.takeBytes()) {
-        if (message.starts_with("B0 0F")) bankZone = message == "B0 0F 0A";
-        if (bankZone && message.starts_with("B0 2F 4")) pressed.push_back(static_cast<Press>(message.back() - '0'));
-    }
-    return pressed;
 }
 
 std::vector<int> Studio::hostFaders() const {

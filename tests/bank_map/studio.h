@@ -20,6 +20,9 @@ std::vector<std::string> displayNames(int count);
 // The bank and channel buttons, by their ports.
 enum class Press { channelLeft, bankLeft, channelRight, bankRight };
 
+// The bank presses that reached the host on that surface since the last look. Forgets everything else that did.
+std::vector<Press> bankPresses(HostEnd& surface);
+
 class Studio {
 public:
     explicit Studio(const SimulatedSession& session, const SimulatorOptions& options = {});
@@ -39,7 +42,7 @@ public:
     std::optional<Duration> untilQuiet(Duration limit);
 
     // The bank presses on surface A since the last look.
-    std::vector<Press> presses();
+    std::vector<Press> presses() { return bankPresses(bench.surfaceA); }
 
     ReceiverParts& parts() { return bench.parts(); }
     ReceiverState& state() { return bench.state(); }

@@ -1,0 +1,73 @@
+// Scans that go wrong: hosts that are slow or stuck, presses that get lost.
+#include "tests/bank_map/studio.h"
+
+#include <chrono>
+
+namespace lumbrine {
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(Scan, TakesAHostForUnmovedThatNeeds270Milliseconds) {
+    Studio studio(numberedTracks(40), {.latency = 270ms});
+    ASSERT_TRUE(studio.mapSession(30s));
+    EXPECT_EQ(studio.shown().trackMap, displayNames(8));
+    EXPECT_EQ(studio.shown().bankOffset, -1); // which it has noticed
+    EXPECT_EQ(studio.logged("Cannot determine bank position, rescanning…"), 1);
+    // It scans once more, and leaves it at that until the position has been stuck for some time.
+    studio.run(2s);
+    ASSERT_TRUE(studio.shown().calibrating);
+    ASSERT_TRUE(studio.untilQuiet(10s));
+    EXPECT_EQ(studio.logged("Cannot determine bank position, rescanning…"), 1);
+    EXPECT_EQ(studio.logged("Cannot determine bank position (map does not match the display)"), 1);
+    studio.run(4s);
+    EXPECT_FALSE(studio.shown().calibrating);
+}
+
+class SlowHost : public testing::TestWithParam<std::pair<int, int>> {};
+
+TEST_P(SlowHost, IsMappedInPartAndThePositionIsTrueOrUnknown) {
+    const auto [surfaces, latency] = GetParam();
+    Studio studio(numberedTracks(64), {.surfaces = surfaces, .latency = std::chrono::milliseconds(latency)});
+    ASSERT_TRUE(studio.mapSession(30s));
+    for (int look = 0; look < 30; ++look) { // also while it scans again
+        studio.run(1s);
+        const int known = studio.shown().bankOffset;
+        if (studio.state().quiet()) {
+            EXPECT_THAT(known, testing::AnyOf(-1, studio.hostOffset())) << look;
+        }
+        EXPECT_LT(studio.shown().trackMap.size(), 64u);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(SurfacesAndMilliseconds, SlowHost,
+                         testing::Values(std::pair{1, 270}, std::pair{1, 300}, std::pair{2, 285}, std::pair{2, 300}));
+
+TEST(Scan, IsRepeatedAfterAHostThatWasStuckInIt) {
+    Studio studio(numberedTracks(64));
+    ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().calibrating; }, 10s));
+    studio.run(4s); // among the first banks
+    studio.proTools->stick(1s);
+    ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().trackMap.size() == 64u; }, 60s));
+    ASSERT_TRUE(studio.untilQuiet(10s));
+    EXPECT_EQ(studio.shown().bankOffset, studio.hostOffset());
+}
+
+TEST(Scan, IsRepeatedWhereTheUserComesToWhatALostPressHasLeftOut) {
+    Studio studio(numberedTracks(64), {.hostTimeout = 60s});
+    ASSERT_TRUE(studio.runUntil([&studio] { return studio.hostOffset() == 8; }, 20s));
+    studio.run(200ms);
+    studio.proTools->silence(0, 300ms); // the next press comes and goes
+    ASSERT_TRUE(studio.runUntil([&studio] { return !studio.shown().calibrating; }, 20s));
+    ASSERT_EQ(studio.shown().trackMap, displayNames(16));
+    EXPECT_EQ(studio.shown().bankOffset, studio.hostOffset());
+    studio.proTools->scrollTo(40);
+    ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().trackMap.size() == 64u; }, 60s));
+    EXPECT_EQ(studio.logged("⚠ Position match keeps failing — rebuilding the track map"), 1);
+    ASSERT_TRUE(studio.untilQuiet(10s));
+    EXPECT_EQ(studio.hostOffset(), 40);
+    EXPECT_EQ(studio.shown().bankOffset, 40);
+}
+
+} // namespace
+} // namespace lumbrine
