@@ -1,0 +1,44 @@
+#include "base/utf8.h"
+
+#include <string_view>
+
+namespace lumbrine {
+namespace {
+
+TEST(UTF8, IsToldFromOtherBytes) {
+    for (const char* text : {"", "Kick", "é", "ボーカル", "🎚", "\xED\x9F\xBF", "\xEE\x80\x80", "\xF4\x8F\xBF\xBF"})
+        EXPECT_TRUE(isUTF8(text)) << text;
+    for (const char* text : {"\x80", "\xC1\xBF", "\xC3", "\xC3(", "\xE0\x9F\xBF", "\xE3\x81", "\xED\xA0\x80",
+                             "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF", "Kick\xFE"})
+        EXPECT_FALSE(isUTF8(text));
+    EXPECT_TRUE(isUTF8(std::string_view("a\0b", 3)));
+}
+
+TEST(UTF8, IsLeftAsItIsByRepairing) {
+    EXPECT_EQ(repairedUTF8("Kick é ボーカル 🎚"), "Kick é ボーカル 🎚");
+    EXPECT_EQ(repairedUTF8(""), "");
+}
+
+// The replacements that the Unicode standard recommends (chapter 3.9, its own examples).
+TEST(UTF8, GetsOneReplacementForEachSequenceThatBreaksOff) {
+    EXPECT_EQ(repairedUTF8("\xE3\x81"), "\uFFFD");
+    EXPECT_EQ(repairedUTF8("\xE3\x81 x"), "\uFFFD x");
+    EXPECT_EQ(repairedUTF8("\xF0\x9F\x8E"
+                           "Bass"),
+              "\uFFFDBass");
+    EXPECT_EQ(repairedUTF8("\xF1\x80\x80\xE1\x80\xC2"
+                           "b\x80"
+                           "c\x80\xBF"
+                           "d"),
+              "\uFFFD\uFFFD\uFFFDb\uFFFDc\uFFFD\uFFFDd");
+}
+
+TEST(UTF8, GetsAReplacementForEachByteThatStartsNoCharacter) {
+    EXPECT_EQ(repairedUTF8("\xFF\xFE"), "\uFFFD\uFFFD");
+    EXPECT_EQ(repairedUTF8("\xC0\xAF"), "\uFFFD\uFFFD");
+    EXPECT_EQ(repairedUTF8("\xED\xA0\x80"), "\uFFFD\uFFFD\uFFFD");
+    EXPECT_EQ(repairedUTF8("\xE0\x80\xAF"), "\uFFFD\uFFFD\uFFFD");
+}
+
+} // namespace
+} // namespace lumbrine
