@@ -1,0 +1,43 @@
+#include "ptsl/hpack.h"
+
+#include "ptsl/proto_writer.h"
+
+namespace lumbrine {
+
+namespace {
+
+constexpr std::size_t longLength = 127; // what fills the 7-bit prefix
+
+void append(Bytes& bytes, const Bytes& more) {
+    bytes.insert(bytes.end(), more.begin(), more.end());
+}
+
+} // namespace
+
+Bytes hpackString(std::string_view text) {
+    Bytes bytes;
+    if (text.size() < longLength) {
+        bytes.push_back(static_cast<std::uint8_t>(text.size()));
+    } else {
+        bytes.push_back(longLength);
+        append(bytes, ProtoWriter::varint(text.size() - longLength)); // continues an HPACK integer just as well
+    }
+    bytes.insert(bytes.end(), text.begin(), text.end());
+    return bytes;
+}
+
+Bytes headerBlock(std::string_view path, std::string_view authority) {
+    Bytes block{0x83, 0x86}; // indexed: ":method: POST", ":scheme: http"
+    block.push_back(0x04);   // literal, name of entry 4: ":path"
+    append(block, hpackString(path));
+    block.push_back(0x01); // literal, name of entry 1: ":authority"
+    append(block, hpackString(authority));
+    append(block, {0x0F, 0x10}); // literal, name of entry 31: "content-type"
+    append(block, hpackString("application/grpc"));
+    block.push_back(0x00); // literal, name in full
+    append(block, hpackString("te"));
+    append(block, hpackString("trailers"));
+    return block;
+}
+
+} // namespace lumbrine

@@ -1,0 +1,17 @@
+// HPACK (RFC 7541), as far as one fixed list of request headers needs it: static table and plain text, no dynamic
+// table, no Huffman code, no decoding.
+#pragma once
+
+#include "base/bytes.h"
+
+#include <string_view>
+
+namespace lumbrine {
+
+// A string literal: the length in an integer with a 7-bit prefix, then the bytes.
+Bytes hpackString(std::string_view text);
+
+// The headers of a gRPC request: method POST, scheme http, path, authority, content-type application/grpc, te trailers.
+Bytes headerBlock(std::string_view path, std::string_view authority);
+
+} // namespace lumbrine

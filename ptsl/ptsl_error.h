@@ -1,0 +1,39 @@
+// What can go wrong with a command to Pro Tools' scripting service, and how it is told to the user.
+#pragma once
+
+#include "base/bilingual.h"
+#include "platform/api/json.h"
+
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace lumbrine {
+
+struct PTSLError {
+    enum class Case { transport, malformedResponse, commandFailed, notRunning, timedOut };
+
+    // The detail is in the user's language already, or the service's own text.
+    static PTSLError transport(std::string detail) { return {Case::transport, std::move(detail)}; }
+    static PTSLError malformedResponse(std::string detail) { return {Case::malformedResponse, std::move(detail)}; }
+    static PTSLError commandFailed(std::string detail) { return {Case::commandFailed, std::move(detail)}; }
+    static PTSLError notRunning() { return {Case::notRunning, {}}; }
+    static PTSLError timedOut() { return {Case::timedOut, {}}; }
+
+    std::string description(const Bilingual& text) const;
+
+    bool operator==(const PTSLError&) const = default;
+
+    Case kind;
+    std::string detail; // empty when it is not running or timed out
+};
+
+// What ended a command: the link's own error, or what the system's JSON said.
+using PTSLFailure = std::variant<PTSLError, JSONError>;
+
+std::string description(const PTSLFailure& failure, const Bilingual& text);
+
+// True when the service itself refused the command.
+bool isCommandFailed(const PTSLFailure& failure);
+
+} // namespace lumbrine

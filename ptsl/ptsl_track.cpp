@@ -1,0 +1,110 @@
+#include "ptsl/ptsl_track.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <initializer_list>
+#include <optional>
+#include <string_view>
+
+namespace lumbrine {
+
+namespace {
+
+// A 64-bit integer as a number without fraction, however it was written; absent when it is none.
+std::optional<std::int64_t> wholeNumber(const JSONValue* value) {
+    if (value == nullptr) return std::nullopt;
+    if (const auto* const integer = value->as<std::int64_t>()) return *integer;
+    const auto* const number = value->as<double>();
+    if (number == nullptr || std::abs(*number) > 0x1p53 || std::trunc(*number) != *number) return std::nullopt;
+    return static_cast<std::int64_t>(*number);
+}
+
+// The number without what follows the point; 0 when there is no number, or one far out of range.
+std::int64_t integerPart(const JSONValue& value) {
+    if (const auto* const integer = value.as<std::int64_t>()) return *integer;
+    const auto* const number = value.as<double>();
+    return number != nullptr && std::abs(*number) < 0x1p53 ? static_cast<std::int64_t>(*number) : 0;
+}
+
+bool holds(const JSONValue* value, std::initializer_list<std::string_view> beginnings,
+           std::initializer_list<std::int64_t> numbers) {
+    if (value == nullptr) return false;
+    if (const auto* const text = value->as<std::string>())
+        return std::ranges::any_of(beginnings,
+                                   [&](std::string_view beginning) { return text->starts_with(beginning); });
+    return std::ranges::find(numbers, integerPart(*value)) != numbers.end();
+}
+
+std::string textOf(const JSONValue* value) {
+    const auto* const text = value == nullptr ? nullptr : value->as<std::string>();
+    return text == nullptr ? std::string() : *text;
+}
+
+const JSONValue::Object* objectOf(const JSONValue* value) {
+    return value == nullptr ? nullptr : value->as<JSONValue::Object>();
+}
+
+const JSONValue::Array* arrayOfObjects(const JSONValue* value) {
+    const auto* const array = value == nullptr ? nullptr : value->as<JSONValue::Array>();
+    if (array == nullptr) return nullptr;
+    const auto isObject = [](const JSONValue& element) { return element.as<JSONValue::Object>() != nullptr; };
+    return std::ranges::all_of(*array, isObject) ? array : nullptr;
+}
+
+void readAttributes(const JSONValue::Object& attributes, PTSLTrack& track) {
+    const auto either = [&](std::string_view snakeCase, std::string_view camelCase) {
+        const JSONValue* const value = memberOf(attributes, snakeCase);
+        return value != nullptr ? value : memberOf(attributes, camelCase);
+    };
+    track.isSelected = attributeIsSet(either("is_selected", "isSelected"));
+    track.isInputMonitoringOn = attributeIsExplicitlySet(either("is_input_monitoring_on", "isInputMonitoringOn"));
+    track.isHidden = attributeIsSet(either("is_hidden", "isHidden"));
+    track.isInactive = attributeIsSet(either("is_inactive", "isInactive"));
+    track.isMuted = boolValue(either("is_muted", "isMuted"));
+    track.isSoloed = boolValue(either("is_soloed", "isSoloed"));
+    track.isRecordEnabled = boolValue(either("is_record_enabled", "isRecordEnabled"));
+}
+
+} // namespace
+
+bool attributeIsSet(const JSONValue* value) {
+    return holds(value, {"SetExplicitly", "SetImplicitly", "TAState_SetExplicitly", "TAState_SetImplicitly"},
+                 {2, 3, 4});
+}
+
+bool attributeIsExplicitlySet(const JSONValue* value) {
+    return holds(value, {"SetExplicitly", "TAState_SetExplicitly"}, {2, 4});
+}
+
+bool boolValue(const JSONValue* value) {
+    if (value == nullptr) return false;
+    if (const auto* const flag = value->as<bool>()) return *flag;
+    if (const auto* const integer = value->as<std::int64_t>()) return *integer != 0;
+    const auto* const number = value->as<double>();
+    return number != nullptr && *number != 0;
+}
+
+PTSLTrack trackFrom(const JSONValue::Object& object, std::int64_t position) {
+    PTSLTrack track;
+    track.index = wholeNumber(memberOf(object, "index")).value_or(position + 1);
+    track.name = textOf(memberOf(object, "name"));
+    track.colorHex = textOf(memberOf(object, "color"));
+    const auto* attributes = objectOf(memberOf(object, "track_attributes"));
+    if (attributes == nullptr) attributes = objectOf(memberOf(object, "trackAttributes"));
+    if (attributes != nullptr) readAttributes(*attributes, track);
+    return track;
+}
+
+std::vector<PTSLTrack> tracksFrom(const JSONValue::Object& reply) {
+    const auto* list = arrayOfObjects(memberOf(reply, "track_list"));
+    if (list == nullptr) list = arrayOfObjects(memberOf(reply, "trackList"));
+    std::vector<PTSLTrack> tracks;
+    if (list == nullptr) return tracks;
+    tracks.reserve(list->size());
+    for (const JSONValue& element : *list)
+        tracks.push_back(trackFrom(*element.as<JSONValue::Object>(), static_cast<std::int64_t>(tracks.size())));
+    return tracks;
+}
+
+} // namespace lumbrine

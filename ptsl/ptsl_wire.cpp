@@ -1,0 +1,161 @@
+#include "ptsl/ptsl_wire.h"
+
+#include "ptsl/grpc_message.h"
+#include "ptsl/hpack.h"
+#include "ptsl/response_reader.h"
+
+#include <array>
+#include <cerrno>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr std::size_t receiveSize = 16'384;
+
+// Two settings: no server push (2 = 0), and the window that each stream begins with (4 = 8,388,608).
+constexpr std::array<std::uint8_t, 12> settings{0x00, 0x02, 0x00, 0x00, 0x00, 0x00, 0x00, 0x04, 0x00, 0x80, 0x00, 0x00};
+
+bool isTimeout(int error) {
+    return error == EAGAIN || error == EWOULDBLOCK; // NOLINT(misc-redundant-expression): different on some systems
+}
+
+} // namespace
+
+PTSLWire::PTSLWire(Runtime& rt, StreamSockets& streamSockets, Bilingual bilingual, std::string serviceHost,
+                   std::uint16_t servicePort, double timeoutInSeconds)
+    : runtime(rt), sockets(streamSockets), text(bilingual), host(std::move(serviceHost)), port(servicePort),
+      timeout(timeoutInSeconds) {}
+
+PTSLWire::~PTSLWire() {
+    close();
+}
+
+void PTSLWire::close() {
+    if (fd >= 0) sockets.close(fd);
+    fd = -1;
+    rx.clear();
+    nextStreamID = 1;
+}
+
+std::unexpected<PTSLError> PTSLWire::transportError(std::string_view english, std::string_view japanese,
+                                                    int error) const {
+    return std::unexpected(PTSLError::transport(text(english, japanese) + std::to_string(error)));
+}
+
+std::expected<void, PTSLError> PTSLWire::open() {
+    close();
+    if (auto connected = connectSocket(); !connected) {
+        close();
+        return connected;
+    }
+    return greet();
+}
+
+std::expected<void, PTSLError> PTSLWire::connectSocket() {
+    fd = sockets.open();
+    if (fd < 0) return std::unexpected(PTSLError::transport(text("socket() failed", "socket() 失敗")));
+    const Duration wait = seconds(timeout);
+    int result = sockets.connect(fd, host, port, wait);
+    // Without its time-outs a connection could hang for ever: it counts as not made.
+    if (result >= 0) result = sockets.setReceiveTimeout(fd, wait);
+    if (result >= 0) result = sockets.setSendTimeout(fd, wait);
+    if (result == -ECONNREFUSED || result == -EHOSTUNREACH) return std::unexpected(PTSLError::notRunning());
+    if (result < 0) return transportError("connect() failed errno=", "connect() 失敗 errno=", -result);
+    receiveTimeout = wait;
+    sendTimeout = wait;
+    sockets.setNoDelay(fd);
+    sockets.setNoSignal(fd);
+    limit = runtime.now() + 2 * wait;
+    return {};
+}
+
+std::expected<void, PTSLError> PTSLWire::greet() {
+    const auto* const preface = reinterpret_cast<const std::uint8_t*>(http2::preface.data());
+    if (auto sent = sendAll({preface, http2::preface.size()}); !sent) return sent;
+    if (auto sent = writeFrame(http2::FrameType::settings, 0, 0, settings); !sent) return sent;
+    return writeFrame(http2::FrameType::windowUpdate, 0, 0, be32(http2::windowSize));
+}
+
+std::expected<Bytes, PTSLError> PTSLWire::call(std::string_view path, ByteView message) {
+    if (fd < 0) {
+        if (const auto opened = open(); !opened) return std::unexpected(opened.error());
+    } else {
+        limit = runtime.now() + 2 * seconds(timeout);
+    }
+    const std::uint32_t streamID = takeStreamID(nextStreamID);
+    const Bytes headers = headerBlock(path, host + ":" + std::to_string(port));
+    if (const auto sent = writeFrame(http2::FrameType::headers, http2::endHeaders, streamID, headers); !sent)
+        return std::unexpected(sent.error());
+    if (const auto sent = writeFrame(http2::FrameType::data, http2::endStream, streamID, grpcMessage(message)); !sent)
+        return std::unexpected(sent.error());
+    return readResponse(streamID);
+}
+
+std::expected<void, PTSLError> PTSLWire::writeFrame(http2::FrameType type, std::uint8_t flags, std::uint32_t streamID,
+                                                    ByteView payload) {
+    return sendAll(lumbrine::writeFrame(type, flags, streamID, payload));
+}
+
+std::expected<Bytes, PTSLError> PTSLWire::readResponse(std::uint32_t streamID) {
+    const TimePoint deadline = runtime.now() + seconds(timeout);
+    limit = deadline + seconds(timeout);
+    ResponseReader response(streamID, text);
+    for (;;) {
+        const auto frame = readFrame();
+        if (!frame) return std::unexpected(frame.error());
+        ResponseReader::Step step = response.take(*frame);
+        if (const auto sent = sendAll(step.answer); !sent) return std::unexpected(sent.error());
+        if (step.outcome) return *std::move(step.outcome);
+        if (runtime.now() >= deadline) return std::unexpected(PTSLError::timedOut());
+    }
+}
+
+std::expected<http2::Frame, PTSLError> PTSLWire::readFrame() {
+    for (;;) {
+        if (const auto frame = rx.next()) return *frame;
+        if (const auto received = receiveMore(); !received) return std::unexpected(received.error());
+    }
+}
+
+// Lets one call to the system wait for no longer than until the limit. False when that has come.
+bool PTSLWire::mayWait(SetTimeout set, Duration& current) {
+    const Duration left = limit - runtime.now();
+    if (left <= Duration::zero()) return false;
+    const Duration wanted = std::min(left, seconds(timeout));
+    if (wanted == current) return true;
+    if ((sockets.*set)(fd, wanted) < 0) return false;
+    current = wanted;
+    return true;
+}
+
+std::expected<void, PTSLError> PTSLWire::receiveMore() {
+    std::array<std::uint8_t, receiveSize> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by receive
+    for (;;) {
+        if (!mayWait(&StreamSockets::setReceiveTimeout, receiveTimeout)) return std::unexpected(PTSLError::timedOut());
+        const int received = sockets.receive(fd, buffer);
+        if (received == 0) return std::unexpected(PTSLError::transport(text("connection lost", "接続が切れた")));
+        if (received > 0) {
+            rx.append(ByteView(buffer).first(static_cast<std::size_t>(received)));
+            return {};
+        }
+        if (isTimeout(-received)) return std::unexpected(PTSLError::timedOut());
+        if (received != -EINTR) return transportError("recv failed errno=", "recv 失敗 errno=", -received);
+    }
+}
+
+std::expected<void, PTSLError> PTSLWire::sendAll(ByteView bytes) {
+    while (!bytes.empty()) {
+        if (!mayWait(&StreamSockets::setSendTimeout, sendTimeout)) return std::unexpected(PTSLError::timedOut());
+        const int sent = sockets.send(fd, bytes);
+        if (sent > 0) {
+            bytes = bytes.subspan(static_cast<std::size_t>(sent));
+            continue;
+        }
+        if (isTimeout(-sent)) return std::unexpected(PTSLError::timedOut());
+        if (sent != -EINTR) return transportError("send failed errno=", "send 失敗 errno=", -sent);
+    }
+    return {};
+}
+
+} // namespace lumbrine

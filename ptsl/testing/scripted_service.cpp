@@ -1,0 +1,89 @@
+#include "ptsl/testing/scripted_service.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace lumbrine::service {
+
+namespace {
+
+constexpr std::size_t prefaceSize = 24;
+constexpr std::size_t headerSize = 9;
+constexpr std::size_t prefixSize = 5;
+
+std::vector<SentFrame> framesIn(const Bytes& received) {
+    std::vector<SentFrame> frames;
+    std::size_t at = std::min(prefaceSize, received.size());
+    while (received.size() - at >= headerSize) {
+        const auto byte = [&](std::size_t i) { return static_cast<std::uint32_t>(received[at + i]); };
+        const std::size_t length = byte(0) << 16 | byte(1) << 8 | byte(2);
+        if (received.size() - at - headerSize < length) break;
+        const auto payload = received.begin() + static_cast<std::ptrdiff_t>(at + headerSize);
+        frames.push_back({static_cast<std::uint8_t>(byte(3)),
+                          static_cast<std::uint8_t>(byte(4)),
+                          byte(5) << 24 | byte(6) << 16 | byte(7) << 8 | byte(8),
+                          {payload, payload + static_cast<std::ptrdiff_t>(length)}});
+        at += headerSize + length;
+    }
+    return frames;
+}
+
+bool endsRequest(const SentFrame& frame) {
+    return frame.type == 0 && (frame.flags & 1) != 0 && frame.payload.size() >= prefixSize;
+}
+
+} // namespace
+
+class ScriptedService::Peer final : public StreamPeer {
+public:
+    Peer(ScriptedService& its, VirtualLine held) : service(its), line(std::move(held)) {
+        service.received.emplace_back();
+        connection = service.received.size();
+        if (service.greet) service.greet(line);
+    }
+
+    void received(ByteView bytes) override {
+        Bytes& all = service.received[connection - 1];
+        all.insert(all.end(), bytes.begin(), bytes.end());
+        const std::vector<SentFrame> frames = framesIn(all);
+        for (; seen < frames.size(); ++seen) {
+            const SentFrame& frame = frames[seen];
+            if (!endsRequest(frame)) continue;
+            Call call{line,
+                      frame.stream,
+                      {frame.payload.begin() + prefixSize, frame.payload.end()},
+                      ++service.callCount,
+                      connection};
+            if (service.answer) service.answer(call);
+        }
+    }
+
+private:
+    ScriptedService& service;
+    VirtualLine line;
+    std::size_t connection = 0;
+    std::size_t seen = 0;
+};
+
+ScriptedService::ScriptedService(VirtualStreams& virtualStreams) : streams(virtualStreams) {
+    streams.listen(port, [this](VirtualLine line) { return std::make_unique<Peer>(*this, std::move(line)); });
+}
+
+ScriptedService::~ScriptedService() {
+    streams.stopListening(port);
+}
+
+std::vector<SentFrame> ScriptedService::frames(std::size_t connection) const {
+    return framesIn(received.at(connection - 1));
+}
+
+std::vector<SentFrame> ScriptedService::framesOfType(std::uint8_t type) const {
+    std::vector<SentFrame> found;
+    for (const Bytes& connection : received)
+        for (SentFrame& frame : framesIn(connection))
+            if (frame.type == type) found.push_back(std::move(frame));
+    return found;
+}
+
+} // namespace lumbrine::service
