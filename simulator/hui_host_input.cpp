@@ -42,7 +42,7 @@ void SimulatedHUIHost::act(int surface, const from_surface::SwitchEdge& edge, Ti
     }
     Surface& from = at(surface);
     const std::size_t index = ledIndex(edge.zone, edge.port);
-    if (edge.on && options.dropOnePressIn > 0 &&
+    if (edge.on && losesPresses && options.dropOnePressIn > 0 &&
         chance.below(static_cast<std::uint64_t>(options.dropOnePressIn)) == 0) {
         from.ignoredUntilUp[index] = true;
         ++dropped;

@@ -18,6 +18,11 @@ void RestlessUser::advance(TimePoint now) {
     }
 }
 
+void RestlessUser::rest() {
+    every = Duration::zero();
+    next = TimePoint::max();
+}
+
 void RestlessUser::plan(TimePoint now) {
     planned = true;
     const Duration least = every - every / 2;
@@ -30,9 +35,11 @@ int RestlessUser::anyTrack() {
 }
 
 void RestlessUser::act() {
-    constexpr std::uint64_t acts = 8;
+    constexpr std::uint64_t acts = 10;
+    constexpr std::uint64_t modes = 5;
     constexpr std::size_t fewestTracks = 4;
     const std::size_t count = session.tracks().size();
+    if (session.transport().playing && chance.oneIn(2)) return session.stop();
     switch (chance.below(acts)) {
     case 0:
     case 1:
@@ -59,9 +66,23 @@ void RestlessUser::act() {
     case 7:
         session.move(anyTrack(), chance.below(count + 1));
         break;
+    case 8:
+        session.change(anyTrack(), [mode = chance.below(modes)](SimulatedTrack& track) {
+            track.automation = static_cast<SimulatedTrack::Automation>(mode);
+        });
+        break;
+    case 9:
+        useTransport();
+        break;
     default:
         break;
     }
+}
+
+// Listens for a moment rather than to the end.
+void RestlessUser::useTransport() {
+    if (chance.oneIn(3)) session.record();
+    session.play();
 }
 
 } // namespace lumbrine

@@ -1,5 +1,5 @@
-// A user who cannot keep from the host's own screen: banks, scrolls, renames, adds, removes, hides and reorders tracks
-// at times and in ways that the seed decides.
+// A user who cannot keep from the host's own screen: banks, scrolls, renames, adds, removes, hides and reorders tracks,
+// changes automation modes, plays, records and stops, at times and in ways that the seed decides.
 #pragma once
 
 #include "simulator/seeded_random.h"
@@ -14,16 +14,18 @@ public:
     RestlessUser(SimulatedSession& editedSession, SimulatedHUIHost& bankedHost, Duration interval, std::uint64_t seed);
 
     void advance(TimePoint now);
+    void rest(); // for ever
     TimePoint nextDeadline() const { return next; }
 
 private:
     void plan(TimePoint now);
     void act();
+    void useTransport();
     int anyTrack();
 
     SimulatedSession& session;
     SimulatedHUIHost& host;
-    const Duration every;
+    Duration every;
     SeededRandom chance;
     TimePoint next;
     bool planned = false;

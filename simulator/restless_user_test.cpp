@@ -24,17 +24,24 @@ TEST(RestlessUser, DoesEverythingAUserCanDo) {
     HostBench bench(numberedSession(20));
     RestlessUser user(bench.session, bench.host, seconds(1), 7);
     bool banked = false, renamed = false, added = false, removed = false, hid = false;
+    bool played = false, recorded = false, stopped = false, automated = false;
     for (int second = 0; second < 200; ++second) {
+        const bool wasPlaying = bench.session.transport().playing;
         user.advance(TimePoint{seconds(second)});
+        played = played || bench.session.transport().playing;
+        recorded = recorded || bench.session.transport().recording;
+        stopped = stopped || (wasPlaying && !bench.session.transport().playing);
         banked = banked || bench.host.offset() > 0;
         removed = removed || bench.session.find(5) == nullptr;
         hid = hid || bench.session.shownTracks().size() < bench.session.tracks().size();
         for (const SimulatedTrack& track : bench.session.tracks()) {
             renamed = renamed || track.name.starts_with("Take ");
             added = added || track.name.starts_with("New ");
+            automated = automated || track.automation != SimulatedTrack::Automation::read;
         }
     }
     EXPECT_TRUE(banked && renamed && added && removed && hid);
+    EXPECT_TRUE(played && recorded && stopped && automated);
     std::vector<int> order;
     for (const SimulatedTrack& track : bench.session.tracks())
         order.push_back(track.id);
@@ -47,6 +54,17 @@ TEST(RestlessUser, DoesNothingWithoutAnInterval) {
     user.advance(TimePoint{seconds(1000)});
     EXPECT_EQ(user.nextDeadline(), TimePoint::max());
     EXPECT_EQ(bench.session.tracks(), numberedSession(20).tracks());
+}
+
+TEST(RestlessUser, RestsWhenAskedTo) {
+    HostBench bench(numberedSession(20));
+    RestlessUser user(bench.session, bench.host, seconds(1), 7);
+    user.advance(TimePoint{seconds(1)});
+    user.rest();
+    EXPECT_EQ(user.nextDeadline(), TimePoint::max());
+    user.advance(TimePoint{seconds(1000)});
+    EXPECT_EQ(bench.session.tracks(), numberedSession(20).tracks());
+    EXPECT_EQ(bench.host.offset(), 0);
 }
 
 TEST(RestlessUser, LeavesAFewTracks) {

@@ -57,6 +57,8 @@ public:
 
     void cut(int surface, bool cutOff); // see HUISurfaceHost::setCut; nothing is heard either
 
+    void seeEveryPress() { losesPresses = false; } // from now on, whatever the options say
+
     // ---- Looking.
 
     int offset() const { return bankOffset; }
@@ -128,6 +130,7 @@ private:
 
     int bankOffset = 0;
     bool holdsPorts = true;
+    bool losesPresses = true; // as often as the options say
     bool needsShowing = true;
     std::optional<TimePoint> clock; // the time of the last call
     std::optional<TimePoint> nextMeters;

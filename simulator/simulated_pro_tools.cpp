@@ -84,6 +84,16 @@ void SimulatedProTools::grabPorts() {
     change([&](TimePoint now) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { grabsPortsAt = now; });
 }
 
+void SimulatedProTools::rest() {
+    change([&](TimePoint now) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS {
+        user.rest();
+        host.seeEveryPress();
+        silentUntil.fill(distantPast);
+        stuckUntil = distantPast;
+        grabsPortsAt = std::min(grabsPortsAt, now);
+    });
+}
+
 void SimulatedProTools::wake() {
     std::vector<SimulatedHUIHost::Outgoing> outgoing;
     {

@@ -80,6 +80,10 @@ public:
     void releasePorts();                          // surfaces are deaf and mute until the ports are grabbed again
     void grabPorts();
 
+    // No more trouble: the restless user rests, no press is lost any more, and what silence, stick and releasePorts
+    // began is over.
+    void rest();
+
     // ---- Looking.
 
     bool hasMIDI() const { return ports[0] != nullptr; } // false: this computer has no MIDI system

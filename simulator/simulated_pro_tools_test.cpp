@@ -300,6 +300,34 @@ TEST_F(SimulatedProToolsTest, LetsARestlessUserActAndReplaysIt) {
     EXPECT_NE(after(5), after(6));
 }
 
+TEST_F(SimulatedProToolsTest, IsWellBehavedOnceItRests) {
+    SimulatorOptions options;
+    options.dropOnePressIn = 1;
+    options.restlessUserEvery = seconds(0.2);
+    start(options);
+    runtime.runFor(seconds(2));
+    host->silence(0, seconds(60));
+    host->stick(seconds(60));
+    host->releasePorts();
+    host->rest();
+    runtime.runFor(seconds(2));
+    EXPECT_TRUE(host->snapshot().surfaces[0].answering);
+
+    const std::uint64_t dropped = host->snapshot().droppedPresses;
+    const SimulatedTransport transport = host->snapshot().transport;
+    surface.send({0xB0, 0x0F, 0x0E});
+    surface.send({0xB0, 0x2F, static_cast<std::uint8_t>(transport.playing ? 0x43 : 0x44)});
+    runtime.runFor(seconds(1));
+    EXPECT_NE(host->snapshot().transport.playing, transport.playing);
+    EXPECT_EQ(host->snapshot().droppedPresses, dropped);
+
+    const std::vector<SimulatedTrack> tracks = host->session().tracks();
+    const int offset = host->snapshot().offset;
+    runtime.runFor(seconds(20));
+    EXPECT_EQ(host->session().tracks(), tracks);
+    EXPECT_EQ(host->snapshot().offset, offset);
+}
+
 TEST_F(SimulatedProToolsTest, CanGoAwayAtAnyMoment) {
     for (int i = 0; i < 40; ++i) {
         start({});

@@ -94,7 +94,7 @@ private:
 
 VirtualRuntime::VirtualRuntime(Options options)
     : core(std::make_unique<StayOnThisCore>()),
-      scheduler(std::make_unique<VirtualScheduler>(options.seed, options.stepLimit)),
+      scheduler(std::make_unique<VirtualScheduler>(options.seed, options.stepLimit, options.patience)),
       mainQueue(std::make_unique<VirtualMainQueue>(*scheduler)), locks(std::make_unique<Locks>(*scheduler)),
       delayed(std::make_unique<Background>(*scheduler)), firstSeed(options.seed) {}
 

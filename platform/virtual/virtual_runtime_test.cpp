@@ -74,6 +74,30 @@ TEST_F(VirtualRuntimeTest, RunsBackgroundJobsElsewhereAndBesideEachOther) {
     EXPECT_EQ(events, (std::vector<Event>{{"job", 100ms}, {"job", 100ms}, {"job", 100ms}, {"late", 250ms}}));
 }
 
+int interruptionsOf(std::uint64_t patience) {
+    VirtualRuntime runtime({.patience = patience});
+    int interruptions = 0;
+    bool others = false;
+    for (int i = 0; i < 2; ++i) {
+        runtime.background(Priority::normal, [&, first = i == 0] {
+            for (int step = 0; step < 1000; ++step) {
+                others = !first;
+                runtime.yield("a step");
+                if (first && others) ++interruptions;
+            }
+        });
+    }
+    runtime.runFor(1s);
+    return interruptions;
+}
+
+TEST_F(VirtualRuntimeTest, InterruptsPatientThreadsLessOften) {
+    const int impatient = interruptionsOf(1);
+    EXPECT_GT(impatient, 300);
+    EXPECT_LT(interruptionsOf(16), impatient / 4);
+    EXPECT_GT(interruptionsOf(16), 5);
+}
+
 TEST_F(VirtualRuntimeTest, SleepsOnTheMainThreadWhileTheOthersGoOn) {
     runtime.background(Priority::normal, [&] {
         runtime.sleepFor(10ms);

@@ -25,8 +25,10 @@ std::uint64_t next(std::uint64_t& state) {
 
 } // namespace
 
-VirtualScheduler::VirtualScheduler(std::uint64_t seedOfChoices, std::uint64_t limitOfSteps)
-    : seed(seedOfChoices), stepLimit(limitOfSteps), choices(seedOfChoices), draws(~seedOfChoices) {
+VirtualScheduler::VirtualScheduler(std::uint64_t seedOfChoices, std::uint64_t limitOfSteps,
+                                   std::uint64_t patienceOfThreads)
+    : seed(seedOfChoices), stepLimit(limitOfSteps), patience(patienceOfThreads), choices(seedOfChoices),
+      draws(~seedOfChoices) {
     main.name = "main";
     main.id = std::this_thread::get_id();
     main.state = State::running;
@@ -72,7 +74,7 @@ void VirtualScheduler::wake(VirtualThread& thread) {
 void VirtualScheduler::yield(std::string_view what) {
     VirtualThread& thread = self();
     thread.waitsFor = what;
-    if (ready.empty()) {
+    if (ready.empty() || (patience > 1 && next(choices) % patience != 0)) {
         mix(thread.number);
         // A test that does a great deal on the main thread between two runs is no livelock.
         if (&thread != &main) countStep(thread);

@@ -50,7 +50,7 @@ public:
     };
 
     // The calling thread becomes the main thread.
-    VirtualScheduler(std::uint64_t seedOfChoices, std::uint64_t limitOfSteps);
+    VirtualScheduler(std::uint64_t seedOfChoices, std::uint64_t limitOfSteps, std::uint64_t patienceOfThreads);
     ~VirtualScheduler();
     VirtualScheduler(const VirtualScheduler&) = delete;
     VirtualScheduler& operator=(const VirtualScheduler&) = delete;
@@ -66,7 +66,7 @@ public:
     VirtualThread& mainThread() { return main; }
     bool onMain() const { return &self() == &main; }
 
-    // Lets the seed choose among the calling thread and all that are ready.
+    // Lets the seed choose among the calling thread and all that are ready, or goes on when it is patient.
     void yield(std::string_view what);
 
     // Waits for wake(), until the deadline, or until the world ends. True after a wake().
@@ -128,6 +128,7 @@ private:
 
     const std::uint64_t seed;
     const std::uint64_t stepLimit;
+    const std::uint64_t patience;
     std::uint64_t choices;
     std::uint64_t draws;
     std::uint64_t hash = 0xcbf29ce484222325;

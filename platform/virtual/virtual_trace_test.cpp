@@ -12,7 +12,8 @@ using namespace std::chrono_literals;
 // A little of everything: timers, background jobs, a serial queue, locks, hops and a bad network.
 class BusyProgram {
 public:
-    explicit BusyProgram(std::uint64_t seed) : runtime({.seed = seed}) {
+    explicit BusyProgram(std::uint64_t seed, std::uint64_t patience = 1)
+        : runtime({.seed = seed, .patience = patience}) {
         network.setFaults({.loss = 0.1, .duplication = 0.1, .latency = 2ms, .jitter = 5ms});
         serverSocket = server.open();
         server.bind(serverSocket, 5000);
@@ -74,6 +75,13 @@ TEST(VirtualTrace, IsAnotherForAnotherSeed) {
     for (std::uint64_t seed = 0; seed < 100; ++seed)
         hashes.insert(BusyProgram(seed).run());
     EXPECT_EQ(hashes.size(), 100u);
+}
+
+TEST(VirtualTrace, OfPatientThreadsIsTheSameEachTimeToo) {
+    const std::uint64_t expected = BusyProgram(7, 8).run();
+    EXPECT_NE(expected, BusyProgram(7).run());
+    for (int i = 0; i < 50; ++i)
+        ASSERT_EQ(BusyProgram(7, 8).run(), expected) << "run " << i;
 }
 
 } // namespace
