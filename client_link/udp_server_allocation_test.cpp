@@ -1,28 +1,6 @@
+#include "base/testing/allocation_count.h"
 #include "client_link/client_command.h"
 #include "client_link/testing/served_peers.h"
-
-#include <cstdlib>
-#include <new>
-
-namespace {
-
-thread_local int allocations = 0; // by this thread, ever
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* const block = std::malloc(size == 0 ? 1 : size)) return block;
-    throw std::bad_alloc();
-}
-
-void operator delete(void* block) noexcept {
-    std::free(block); // NOLINT(clang-analyzer-cplusplus.NewDelete): this is the delete
-}
-
-void operator delete(void* block, std::size_t) noexcept {
-    std::free(block); // NOLINT(clang-analyzer-cplusplus.NewDelete): this is the delete
-}
 
 namespace lumbrine {
 namespace {
@@ -30,9 +8,9 @@ namespace {
 const std::string phone = "::ffff:192.168.1.20:50000";
 
 TEST(UDPServerAllocation, IsSeenByThisTest) {
-    const int before = allocations;
+    const int before = allocationCount();
     const Bytes some(100);
-    EXPECT_EQ(allocations, before + 1);
+    EXPECT_EQ(allocationCount(), before + 1);
 }
 
 TEST(UDPServerAllocation, DeliversAndReadsTheOwnersFaderMovesWithoutOne) {
@@ -46,10 +24,10 @@ TEST(UDPServerAllocation, DeliversAndReadsTheOwnersFaderMovesWithoutOne) {
     const PeerAddress address = peerAt(phone);
     peers.server.handleDatagram(move, address);
 
-    const int before = allocations;
+    const int before = allocationCount();
     for (int i = 0; i < 1000; ++i)
         peers.server.handleDatagram(move, address);
-    EXPECT_EQ(allocations, before);
+    EXPECT_EQ(allocationCount(), before);
     EXPECT_EQ(moves, 1001);
 }
 
@@ -64,12 +42,12 @@ TEST(UDPServerAllocation, NamesPeersThatTakeTurnsWithoutOne) {
         peers.server.handleDatagram(takeOver, one);
         peers.server.handleDatagram(takeOver, other);
     }
-    const int before = allocations;
+    const int before = allocationCount();
     for (int i = 0; i < 1000; ++i) {
         peers.server.handleDatagram(takeOver, one);
         peers.server.handleDatagram(takeOver, other);
     }
-    EXPECT_EQ(allocations, before);
+    EXPECT_EQ(allocationCount(), before);
 }
 
 } // namespace

@@ -13,11 +13,14 @@ endfunction()
 lumbrine_precompile(lumbrine_common_headers
     HEADERS <algorithm> <array> <cstdint> <functional> <map> <memory> <optional> <span> <string> <string_view> <variant>
         <vector>)
+# The tests' own code is not what a release is measured by: light optimisation compiles it in half the time.
+set(LUMBRINE_TEST_OPTIONS $<$<CONFIG:RelWithDebInfo>:-O1;-g1>)
 if(NOT LUMBRINE_FUZZERS)
     find_package(GTest REQUIRED)
     lumbrine_precompile(lumbrine_test_headers
         DEPENDS GTest::gmock GTest::gtest_main
         HEADERS <gmock/gmock.h> <gtest/gtest.h> <algorithm> <functional> <map> <memory> <optional> <string> <vector>)
+    target_compile_options(lumbrine_test_headers PRIVATE ${LUMBRINE_TEST_OPTIONS})
 endif()
 
 # lumbrine_library(NAME SOURCES ... DEPENDS ...): a static library; includes are written from the top of the tree.
@@ -44,9 +47,10 @@ function(lumbrine_program name)
     target_link_libraries(${name} PRIVATE ${ARG_DEPENDS})
 endfunction()
 
-# lumbrine_test(NAME SOURCES ... DEPENDS ... TIMEOUT seconds LABELS ...): one GoogleTest program, one CTest entry.
+# lumbrine_test(NAME SOURCES ... DEPENDS ... TIMEOUT seconds LABELS ... BATCHED): one GoogleTest program, one CTest entry.
+# BATCHED, for programs of many files: eight of them are compiled together, in half the time.
 function(lumbrine_test name)
-    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "BATCHED" "TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
     if(LUMBRINE_FUZZERS)
         return()
     endif()
@@ -56,7 +60,11 @@ function(lumbrine_test name)
     lumbrine_program(${name} SOURCES ${ARG_SOURCES} DEPENDS ${ARG_DEPENDS} GTest::gmock GTest::gtest_main)
     target_compile_definitions(${name} PRIVATE LUMBRINE_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
         LUMBRINE_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+    target_compile_options(${name} PRIVATE ${LUMBRINE_TEST_OPTIONS})
     target_precompile_headers(${name} REUSE_FROM lumbrine_test_headers)
+    if(ARG_BATCHED)
+        set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+    endif()
     add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
 endfunction()

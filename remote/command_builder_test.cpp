@@ -1,11 +1,8 @@
 #include "remote/command_builder.h"
+#include "remote/testing/wire_samples.h"
 
 namespace lumbrine::remote {
 namespace {
-
-Strip strip(int index) {
-    return *Strip::of(index);
-}
 
 const std::vector<Member> members{5, 256};
 

@@ -1,11 +1,8 @@
 #include "remote/message_line.h"
+#include "remote/testing/wire_samples.h"
 
 namespace lumbrine::remote {
 namespace {
-
-Strip strip(int index) {
-    return *Strip::of(index);
-}
 
 TEST(MessageLine, CountsStripsFromOne) {
     EXPECT_EQ(lineOf(TrackName{strip(0), "Kic "}), "name 1 Kic");

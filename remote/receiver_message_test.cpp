@@ -1,11 +1,8 @@
 #include "remote/receiver_message.h"
+#include "remote/testing/wire_samples.h"
 
 namespace lumbrine::remote {
 namespace {
-
-Strip strip(int index) {
-    return *Strip::of(index);
-}
 
 FaderValue raw(int value) {
     return FaderValue::ofRaw(static_cast<std::uint16_t>(value));

@@ -3,6 +3,7 @@
 #include "remote/command_builder.h"
 #include "remote/remote_client.h"
 #include "remote/scripted_receiver.h"
+#include "remote/testing/wire_samples.h"
 
 #include <cerrno>
 #include <chrono>
@@ -14,16 +15,9 @@ using namespace std::chrono_literals;
 using Datagrams = std::vector<Bytes>;
 using States = std::vector<LinkState>;
 
-const Bytes hello{0x01, 0x00};
 const Bytes signOfLife{0x01, 0x07, 0x00, 0x00}; // a V-Pot that turns by nothing
-const Bytes pong{0x01, 0x7F};
-const Bytes busy{0x01, 0x7D};
 const Bytes playing{0x01, 0x1D, 0x01, 0x00};
 const Bytes stopped{0x01, 0x1D, 0x00, 0x00};
-
-Strip strip(int index) {
-    return *Strip::of(index);
-}
 
 class RemoteClientTest : public ::testing::Test {
 protected:
@@ -163,25 +157,25 @@ TEST_F(RemoteClientTest, KeepsThePictureWhileLostAndBeginsItAnewAfterwards) {
 TEST_F(RemoteClientTest, IsBusyWhileAnotherIsInControlAndGoesOnAsking) {
     ASSERT_TRUE(client->connect("192.168.1.2", 52700));
     runtime.runUntilIdle();
-    say(busy);
+    say(busyAnswer);
     EXPECT_EQ(states, States{LinkState::busy});
     receiver.taken();
     EXPECT_EQ(heardIn(2s), Datagrams(2, hello));
-    say(busy);
+    say(busyAnswer);
     say(pong);
     EXPECT_EQ(states, (States{LinkState::busy, LinkState::connected}));
 }
 
 TEST_F(RemoteClientTest, IsTakenOverWhenItIsRefusedAfterHavingBeenInControl) {
     connectAndAnswer();
-    say(busy);
-    say(busy);
+    say(busyAnswer);
+    say(busyAnswer);
     EXPECT_EQ(states, States{LinkState::takenOver});
 }
 
 TEST_F(RemoteClientTest, DoesNotTakeALateMessageForControl) {
     connectAndAnswer();
-    say(busy);
+    say(busyAnswer);
     say(playing);
     EXPECT_EQ(client->state(), LinkState::takenOver);
     say(pong);
@@ -191,16 +185,16 @@ TEST_F(RemoteClientTest, DoesNotTakeALateMessageForControl) {
 TEST_F(RemoteClientTest, IsLostWhenTheReceiverThatRefusedItGoesSilent) {
     ASSERT_TRUE(client->connect("192.168.1.2", 52700));
     runtime.runUntilIdle();
-    say(busy);
+    say(busyAnswer);
     runtime.runFor(4s);
     EXPECT_EQ(states, (States{LinkState::busy, LinkState::lost}));
-    say(busy);
+    say(busyAnswer);
     EXPECT_EQ(client->state(), LinkState::busy);
 }
 
 TEST_F(RemoteClientTest, TakesOverAndSaysHello) {
     connectAndAnswer();
-    say(busy);
+    say(busyAnswer);
     client->takeOver();
     EXPECT_EQ(heardIn(0s), (Datagrams{{0x01, 0x25}, hello}));
 }
@@ -227,7 +221,7 @@ TEST_F(RemoteClientTest, ReleasesWhatIsStillHeldWhenItGoes) {
 TEST_F(RemoteClientTest, HoldsNothingAnyMoreOnceItIsRefused) {
     connectAndAnswer();
     client->touch(strip(3));
-    say(busy);
+    say(busyAnswer);
     heardIn(0s);
     client.reset();
     EXPECT_EQ(heardIn(0s), Datagrams{});

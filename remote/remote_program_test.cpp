@@ -2,6 +2,7 @@
 #include "platform/virtual/virtual_runtime.h"
 #include "remote/remote_program.h"
 #include "remote/scripted_receiver.h"
+#include "remote/testing/wire_samples.h"
 
 #include <chrono>
 
@@ -11,10 +12,6 @@ namespace {
 using namespace std::chrono_literals;
 using Datagrams = std::vector<Bytes>;
 using Lines = std::vector<std::string>;
-
-const Bytes hello{0x01, 0x00};
-const Bytes pong{0x01, 0x7F};
-const Bytes busy{0x01, 0x7D};
 
 // Tells of the services it was given, each from a thread of its own.
 class FakeBrowser final : public ServiceBrowser {
@@ -93,20 +90,20 @@ TEST_F(RemoteProgramTest, EndsWithOneWhenNothingAnswers) {
 
 TEST_F(RemoteProgramTest, RunsAScriptThatExpectsToBeRefused) {
     run({"192.168.1.2:52700", "--expect", "busy"});
-    say(busy, 100ms);
+    say(busyAnswer, 100ms);
     EXPECT_EQ(endings, std::vector<int>{0});
 }
 
 TEST_F(RemoteProgramTest, TakesOverOnceWhenItIsToldTo) {
     run({"192.168.1.2:52700", "--take-over", "--send", "mute 1"});
     receiver.taken();
-    say(busy, 100ms);
+    say(busyAnswer, 100ms);
     EXPECT_EQ(receiver.taken(), (Datagrams{{0x01, 0x25}, hello}));
     say(pong, 100ms);
     EXPECT_EQ(receiver.taken(), (Datagrams{{0x01, 0x04, 0x00}}));
     runtime.runFor(5s); // lost
     receiver.taken();
-    say(busy, 10ms);
+    say(busyAnswer, 10ms);
     EXPECT_EQ(receiver.taken(), Datagrams{});
 }
 

@@ -1,13 +1,10 @@
 #include "remote/screen_layout.h"
 #include "remote/strip_column.h"
 #include "remote/terminal_text.h"
+#include "remote/testing/wire_samples.h"
 
 namespace lumbrine::remote {
 namespace {
-
-Strip strip(int index) {
-    return *Strip::of(index);
-}
 
 SessionPicture eightTracks() {
     SessionPicture picture;

@@ -3,6 +3,7 @@
 #include "remote/scripted_receiver.h"
 #include "remote/terminal_app.h"
 #include "remote/terminal_console.h"
+#include "remote/testing/wire_samples.h"
 
 #include <chrono>
 
@@ -12,8 +13,6 @@ namespace {
 using namespace std::chrono_literals;
 using Datagrams = std::vector<Bytes>;
 
-const Bytes pong{0x01, 0x7F};
-const Bytes busy{0x01, 0x7D};
 const Bytes sixteenStrips{0x01, 0x16, 0x00, 0x00, 0x00, 0x18, 0x10};
 const Bytes eightStrips{0x01, 0x16, 0x00, 0x00, 0x00, 0x18, 0x08};
 const Bytes halfway{0x01, 0x12, 0x00, 0x20, 0x00}; // fader of the first strip: 8192
@@ -157,14 +156,14 @@ TEST_F(TerminalConsoleTest, ShowsTheHelpUntilAnyKey) {
 }
 
 TEST_F(TerminalConsoleTest, SendsNothingButATakeOverWhileAnotherIsInControl) {
-    say(busy);
+    say(busyAnswer);
     EXPECT_EQ(sentFor('m', SpecialKey::enter, SpecialKey::up, '[', 'g', '1', 'a', 't'), Datagrams{});
     EXPECT_EQ(sentFor('T'), (Datagrams{{0x01, 0x25}, {0x01, 0x00}}));
 }
 
 TEST_F(TerminalConsoleTest, ReleasesNothingOnceControlIsGone) {
     sentFor(SpecialKey::up);
-    say(busy);
+    say(busyAnswer);
     EXPECT_FALSE(console.view().held[0]);
     runtime.runFor(600ms);
     EXPECT_EQ(receiver.taken(), Datagrams{});

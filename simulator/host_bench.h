@@ -11,6 +11,9 @@
 
 namespace lumbrine {
 
+inline const Bytes ping{0x90, 0x00, 0x00};
+inline const Bytes reply{0x90, 0x00, 0x7F};
+
 // `count` tracks named "T01", "T02" and so on.
 inline SimulatedSession numberedSession(int count) {
     std::vector<SimulatedTrack> tracks(static_cast<std::size_t>(count));

@@ -5,7 +5,7 @@
 namespace lumbrine {
 namespace {
 
-using Kind = SimulatedTrack::MeterProgram::Kind;
+using Instrument = SimulatedTrack::MeterProgram::Kind;
 
 TEST(MusicMeter, LightsEachSegmentFromItsThreshold) {
     EXPECT_EQ(meterLevelOf(-60.1), 0);
@@ -25,13 +25,13 @@ TEST(MusicMeter, LightsEachSegmentFromItsThreshold) {
 }
 
 TEST(MusicMeter, ShowsASteadyToneOnTheLeftAndInStereoOnBothSides) {
-    EXPECT_EQ(meterLevels({Kind::tone, -20, 1}, false, seconds(3)), (MeterLevels{5, 0}));
-    EXPECT_EQ(meterLevels({Kind::tone, -20, 1}, true, seconds(3)), (MeterLevels{5, 5}));
-    EXPECT_EQ(meterLevels({Kind::silent, 0, 1}, true, seconds(3)), (MeterLevels{0, 0}));
+    EXPECT_EQ(meterLevels({Instrument::tone, -20, 1}, false, seconds(3)), (MeterLevels{5, 0}));
+    EXPECT_EQ(meterLevels({Instrument::tone, -20, 1}, true, seconds(3)), (MeterLevels{5, 5}));
+    EXPECT_EQ(meterLevels({Instrument::silent, 0, 1}, true, seconds(3)), (MeterLevels{0, 0}));
 }
 
 TEST(MusicMeter, RisesAndFallsAsMusicDoes) {
-    for (const Kind kind : {Kind::drum, Kind::bass, Kind::melody, Kind::pad})
+    for (const Instrument kind : {Instrument::drum, Instrument::bass, Instrument::melody, Instrument::pad})
         for (std::uint32_t seed = 1; seed < 20; ++seed) {
             std::set<int> levels;
             for (int frame = 0; frame < 60 * 25; ++frame)
@@ -43,7 +43,7 @@ TEST(MusicMeter, RisesAndFallsAsMusicDoes) {
 }
 
 TEST(MusicMeter, IsTheSameAtTheSamePlace) {
-    const SimulatedTrack::MeterProgram program{Kind::melody, -6, 42};
+    const SimulatedTrack::MeterProgram program{Instrument::melody, -6, 42};
     for (int frame = 0; frame < 500; ++frame)
         EXPECT_EQ(meterLevels(program, true, seconds(frame / 25.0)), meterLevels(program, true, seconds(frame / 25.0)));
 }
@@ -51,8 +51,8 @@ TEST(MusicMeter, IsTheSameAtTheSamePlace) {
 TEST(MusicMeter, DiffersFromOneSeedToTheNext) {
     int differences = 0;
     for (int frame = 0; frame < 500; ++frame)
-        differences += meterLevels({Kind::drum, -6, 1}, false, seconds(frame / 25.0)) !=
-                       meterLevels({Kind::drum, -6, 2}, false, seconds(frame / 25.0));
+        differences += meterLevels({Instrument::drum, -6, 1}, false, seconds(frame / 25.0)) !=
+                       meterLevels({Instrument::drum, -6, 2}, false, seconds(frame / 25.0));
     EXPECT_GT(differences, 50);
 }
 

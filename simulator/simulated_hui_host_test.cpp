@@ -10,8 +10,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-const Bytes ping{0x90, 0x00, 0x00};
-const Bytes reply{0x90, 0x00, 0x7F};
 const Bytes reset{0xFF};
 
 // Displays, faders, rings, LEDs of the strips with their zones, other LEDs with theirs, main display and counter.

@@ -13,8 +13,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
-const Bytes ping{0x90, 0x00, 0x00};
-const Bytes reply{0x90, 0x00, 0x7F};
 const Bytes mutePress{0xB0, 0x0F, 0x00, 0xB0, 0x2F, 0x42, 0xB0, 0x0F, 0x00, 0xB0, 0x2F, 0x02};
 
 // Ports as a surface has them: answers pings while it is told to, and keeps all else that comes.

@@ -3,7 +3,7 @@
 namespace lumbrine {
 namespace {
 
-using Kind = SessionChange::Kind;
+using Change = SessionChange::Kind;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -26,9 +26,9 @@ struct ChangeLog {
     explicit ChangeLog(SimulatedSession& session) {
         session.onChange([this](const SessionChange& change) { kinds.push_back(change.kind); });
     }
-    std::vector<Kind> take() { return std::exchange(kinds, {}); }
+    std::vector<Change> take() { return std::exchange(kinds, {}); }
 
-    std::vector<Kind> kinds;
+    std::vector<Change> kinds;
 };
 
 TEST(SimulatedSession, GivesEachTrackAnIDThatIsNeverGivenAgain) {
@@ -73,21 +73,21 @@ TEST(SimulatedSession, AnnouncesEachChangeOnceAndByItsKind) {
     SimulatedSession session = threeTracks();
     ChangeLog log(session);
     session.change(1, [](SimulatedTrack& track) { track.mute = true; });
-    EXPECT_THAT(log.take(), ElementsAre(Kind::values));
+    EXPECT_THAT(log.take(), ElementsAre(Change::values));
     session.rename(1, "Kick In");
-    EXPECT_THAT(log.take(), ElementsAre(Kind::structure));
+    EXPECT_THAT(log.take(), ElementsAre(Change::structure));
     session.change(1, [](SimulatedTrack& track) { track.automation = SimulatedTrack::Automation::touch; });
-    EXPECT_THAT(log.take(), ElementsAre(Kind::automation));
+    EXPECT_THAT(log.take(), ElementsAre(Change::automation));
     session.change(1, [](SimulatedTrack& track) {
         track.trim = true;
         track.hidden = true;
         track.solo = true;
     });
-    EXPECT_THAT(log.take(), ElementsAre(Kind::structure, Kind::automation, Kind::values));
+    EXPECT_THAT(log.take(), ElementsAre(Change::structure, Change::automation, Change::values));
     session.play();
     session.close();
     session.open();
-    EXPECT_THAT(log.take(), ElementsAre(Kind::transport, Kind::transport, Kind::closed, Kind::opened));
+    EXPECT_THAT(log.take(), ElementsAre(Change::transport, Change::transport, Change::closed, Change::opened));
 }
 
 TEST(SimulatedSession, AnnouncesNothingWhenNothingComesOutDifferent) {

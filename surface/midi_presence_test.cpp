@@ -8,7 +8,7 @@ namespace {
 using Packets = std::vector<Bytes>;
 
 const Bytes systemReset{0xFF};
-constexpr Duration instant{1};
+constexpr Duration nanosecond{1};
 
 class MIDIPresence : public ::testing::Test {
 protected:
@@ -27,13 +27,13 @@ TEST_F(MIDIPresence, IsAnnouncedEvery120Milliseconds) {
     host->announcePresence(3);
     runtime.runUntilIdle();
     EXPECT_EQ(resets(), 1u);
-    runtime.runFor(seconds(0.12) - instant);
+    runtime.runFor(seconds(0.12) - nanosecond);
     EXPECT_EQ(resets(), 1u);
-    runtime.runFor(instant);
+    runtime.runFor(nanosecond);
     EXPECT_EQ(resets(), 2u);
-    runtime.runFor(seconds(0.12) - instant);
+    runtime.runFor(seconds(0.12) - nanosecond);
     EXPECT_EQ(resets(), 2u);
-    runtime.runFor(instant); // 0.24 s
+    runtime.runFor(nanosecond); // 0.24 s
     EXPECT_EQ(resets(), 3u);
     runtime.runFor(seconds(10));
     EXPECT_EQ(resets(), 3u);
@@ -60,7 +60,7 @@ TEST_F(MIDIPresence, IsAnnouncedFromTheBackground) {
 TEST_F(MIDIPresence, EndsWithTheHost) {
     ASSERT_TRUE(host->start());
     host->announcePresence(3);
-    runtime.runFor(seconds(0.12) - instant);
+    runtime.runFor(seconds(0.12) - nanosecond);
     host.reset();
     runtime.runFor(seconds(1));
     EXPECT_EQ(resets(), 1u);
