@@ -1,7 +1,6 @@
 #include "base/segmentations.h"
 #include "ptsl/ptsl_wire.h"
-#include "ptsl/testing/scripted_service.h"
-#include "ptsl/testing/service_frames.h"
+#include "ptsl/testing/wire_test.h"
 
 #include <cerrno>
 
@@ -10,37 +9,11 @@ namespace {
 
 using namespace service;
 using namespace std::chrono_literals;
-using Call = ScriptedService::Call;
 
-constexpr const char* path = "/ptsl.PTSL/SendGrpcRequest";
-
-class PTSLWireTest : public testing::Test {
-protected:
-    std::expected<Bytes, PTSLError> call(const Bytes& message = {1}) { return wire.call(path, message); }
-
-    PTSLError errorOfCall() {
-        const auto result = call();
-        EXPECT_FALSE(result);
-        return result ? PTSLError::commandFailed("no error") : result.error();
-    }
-
-    Duration now() const { return runtime.now().time_since_epoch(); }
-
-    VirtualRuntime runtime;
-    VirtualStreams streams{runtime};
-    PTSLWire wire{runtime, streams, Bilingual(false), "127.0.0.1", ScriptedService::port, 3.0};
-};
-
-class PTSLWireWithService : public PTSLWireTest {
-protected:
-    PTSLWireWithService() {
-        scripted.answer = [](Call& got) { got.line.send(response(got.stream, {0xCA, 0xFE})); };
-    }
-
-    ScriptedService scripted{streams};
-};
+using PTSLWireTest = WireTest;
 
 TEST_F(PTSLWireTest, SaysThatNothingRunsWhenNobodyListens) {
+    streams.stopListening(ScriptedService::port);
     EXPECT_EQ(errorOfCall(), PTSLError::notRunning());
     EXPECT_EQ(streams.openCount(), 0u);
     EXPECT_EQ(now(), 0s);
@@ -58,7 +31,7 @@ TEST_F(PTSLWireTest, GivesUpConnectingAfterThreeSeconds) {
     EXPECT_EQ(streams.openCount(), 0u);
 }
 
-TEST_F(PTSLWireWithService, GreetsWithPrefaceSettingsAndWindow) {
+TEST_F(PTSLWireTest, GreetsWithPrefaceSettingsAndWindow) {
     ASSERT_TRUE(wire.open());
     const std::string_view preface = "PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n";
     EXPECT_EQ(scripted.received.at(0),
@@ -71,7 +44,7 @@ TEST_F(PTSLWireWithService, GreetsWithPrefaceSettingsAndWindow) {
     EXPECT_EQ(now(), 0s);
 }
 
-TEST_F(PTSLWireWithService, SendsOneFrameOfHeadersAndOneOfData) {
+TEST_F(PTSLWireTest, SendsOneFrameOfHeadersAndOneOfData) {
     EXPECT_EQ(call({7, 8, 9}), (Bytes{0xCA, 0xFE}));
     const auto frames = scripted.frames(1);
     ASSERT_GE(frames.size(), 4u);
@@ -85,7 +58,7 @@ TEST_F(PTSLWireWithService, SendsOneFrameOfHeadersAndOneOfData) {
     EXPECT_EQ(frames[3], (SentFrame{0, 0x01, 1, {0, 0, 0, 0, 3, 7, 8, 9}}));
 }
 
-TEST_F(PTSLWireWithService, StaysConnectedAndTakesAFreshStreamForEachCall) {
+TEST_F(PTSLWireTest, StaysConnectedAndTakesAFreshStreamForEachCall) {
     for (int i = 0; i < 3; ++i)
         EXPECT_TRUE(call());
     std::vector<std::uint32_t> used;
@@ -95,7 +68,7 @@ TEST_F(PTSLWireWithService, StaysConnectedAndTakesAFreshStreamForEachCall) {
     EXPECT_EQ(scripted.received.size(), 1u);
 }
 
-TEST_F(PTSLWireWithService, BeginsAgainWithStreamOneAfterAReset) {
+TEST_F(PTSLWireTest, BeginsAgainWithStreamOneAfterAReset) {
     EXPECT_TRUE(call());
     wire.close();
     EXPECT_EQ(streams.openCount(), 0u);
@@ -104,7 +77,7 @@ TEST_F(PTSLWireWithService, BeginsAgainWithStreamOneAfterAReset) {
     EXPECT_EQ(scripted.frames(2).at(2).stream, 1u);
 }
 
-TEST_F(PTSLWireWithService, OpensAnewWhenAskedTo) {
+TEST_F(PTSLWireTest, OpensAnewWhenAskedTo) {
     EXPECT_TRUE(wire.open());
     EXPECT_TRUE(call());
     EXPECT_TRUE(wire.open());
@@ -113,7 +86,7 @@ TEST_F(PTSLWireWithService, OpensAnewWhenAskedTo) {
     EXPECT_EQ(scripted.frames(2).at(2).stream, 1u);
 }
 
-TEST_F(PTSLWireWithService, ClosesItsConnectionWhenItGoes) {
+TEST_F(PTSLWireTest, ClosesItsConnectionWhenItGoes) {
     {
         PTSLWire passing(runtime, streams, Bilingual(false), "127.0.0.1", ScriptedService::port, 3.0);
         EXPECT_TRUE(passing.call(path, Bytes{}));
@@ -122,7 +95,7 @@ TEST_F(PTSLWireWithService, ClosesItsConnectionWhenItGoes) {
     EXPECT_EQ(streams.openCount(), 0u);
 }
 
-TEST_F(PTSLWireWithService, AnswersTheServiceBeforeTheResponse) {
+TEST_F(PTSLWireTest, AnswersTheServiceBeforeTheResponse) {
     scripted.greet = [](VirtualLine& line) {
         line.send(joined({settings(), settingsAck(), windowUpdate(0, 100), ping(0x5A)}));
     };
@@ -134,7 +107,7 @@ TEST_F(PTSLWireWithService, AnswersTheServiceBeforeTheResponse) {
     EXPECT_EQ(frames[6], (SentFrame{8, 0, 0, {0, 0, 0, 7}}));
 }
 
-TEST_F(PTSLWireWithService, UnderstandsAResponseHoweverItArrives) {
+TEST_F(PTSLWireTest, UnderstandsAResponseHoweverItArrives) {
     const Bytes whole = joined({settings(), response(1, {1, 2, 3})});
     for (const auto& pieces : segmentationsOf(whole)) {
         scripted.answer = [&](Call& got) {
@@ -146,7 +119,7 @@ TEST_F(PTSLWireWithService, UnderstandsAResponseHoweverItArrives) {
     }
 }
 
-TEST_F(PTSLWireWithService, KeepsWhatCameWithAResponseForTheNextCall) {
+TEST_F(PTSLWireTest, KeepsWhatCameWithAResponseForTheNextCall) {
     scripted.answer = [](Call& got) {
         if (got.number == 1) got.line.send(joined({response(1, {1}), settings(), response(3, {2})}));
     };
@@ -155,7 +128,7 @@ TEST_F(PTSLWireWithService, KeepsWhatCameWithAResponseForTheNextCall) {
     EXPECT_EQ(scripted.frames(1).back().type, 8);
 }
 
-TEST_F(PTSLWireWithService, LeavesTheConnectionAsItIsAfterAFailure) {
+TEST_F(PTSLWireTest, LeavesTheConnectionAsItIsAfterAFailure) {
     scripted.answer = [](Call& got) {
         got.line.send(got.number == 1 ? rstStream(got.stream) : response(got.stream, {2}));
     };
@@ -165,15 +138,14 @@ TEST_F(PTSLWireWithService, LeavesTheConnectionAsItIsAfterAFailure) {
     EXPECT_EQ(scripted.framesOfType(1).at(1).stream, 3u);
 }
 
-TEST_F(PTSLWireWithService, SpeaksJapanese) {
-    PTSLWire japanese(runtime, streams, Bilingual(true), "127.0.0.1", ScriptedService::port, 3.0);
+TEST_F(PTSLWireTest, SpeaksJapanese) {
     scripted.answer = [](Call& got) { got.line.finish(); };
-    const auto result = japanese.call(path, Bytes{});
+    const auto result = japaneseWire.call(path, Bytes{});
     ASSERT_FALSE(result);
     EXPECT_EQ(result.error(), PTSLError::transport("接続が切れた"));
 }
 
-TEST_F(PTSLWireWithService, CarriesLargeMessagesBothWays) {
+TEST_F(PTSLWireTest, CarriesLargeMessagesBothWays) {
     Bytes large(1'000'000);
     for (std::size_t i = 0; i < large.size(); ++i)
         large[i] = static_cast<std::uint8_t>(i * 7);

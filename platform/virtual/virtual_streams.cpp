@@ -36,13 +36,17 @@ void VirtualStreams::stopListening(std::uint16_t port) {
     listeners.erase(port);
 }
 
-void VirtualStreams::fail(Call call, int error, int times) {
-    failures[static_cast<std::size_t>(call)] = {error, times};
+void VirtualStreams::fail(Call call, int error, int times, int after) {
+    failures[static_cast<std::size_t>(call)] = {error, times, after};
 }
 
 int VirtualStreams::injected(Call call) {
     Failure& failure = failures[static_cast<std::size_t>(call)];
     if (failure.error == 0 || failure.times == 0) return 0;
+    if (failure.after > 0) {
+        --failure.after;
+        return 0;
+    }
     if (failure.times > 0) --failure.times;
     return -failure.error;
 }

@@ -83,11 +83,12 @@ public:
     // Connections that there are stay.
     void stopListening(std::uint16_t port);
 
-    // Makes the next `times` calls of that kind return -error (an errno value); 0 heals it at once.
+    // Lets `after` calls of that kind pass and makes the next `times` return -error (an errno value); 0 heals it at
+    // once.
     enum class Call { open, connect, setReceiveTimeout, setSendTimeout, setNoDelay, setNoSignal, send, receive };
     static constexpr std::size_t callCount = 8;
     static constexpr int always = -1;
-    void fail(Call call, int error, int times = always);
+    void fail(Call call, int error, int times = always, int after = 0);
 
     // Descriptors that were opened and are not closed.
     std::size_t openCount() const { return sockets.size(); }
@@ -111,6 +112,7 @@ private:
     struct Failure {
         int error = 0;
         int times = 0;
+        int after = 0;
     };
 
     std::shared_ptr<VirtualConnection> find(int fd) const;

@@ -202,6 +202,10 @@ TEST_F(VirtualStreamsTest, FailsTheNextCallsOnCommand) {
     EXPECT_EQ(streams.send(fd, Bytes{1}), -EPIPE);
     streams.fail(Call::send, 0);
     EXPECT_EQ(streams.send(fd, Bytes{1}), 1);
+    streams.fail(Call::send, EINTR, 1, 1);
+    EXPECT_EQ(streams.send(fd, Bytes{1}), 1);
+    EXPECT_EQ(streams.send(fd, Bytes{1}), -EINTR);
+    EXPECT_EQ(streams.send(fd, Bytes{1}), 1);
 }
 
 TEST_F(VirtualStreamsTest, EndsWhatWaitsWhenTheProgramEnds) {

@@ -12,10 +12,10 @@ constexpr std::size_t prefaceSize = 24;
 constexpr std::size_t headerSize = 9;
 constexpr std::size_t prefixSize = 5;
 
-std::vector<SentFrame> framesIn(const Bytes& received) {
+// The frames in `received` from `at` on, which is moved behind them.
+std::vector<SentFrame> framesIn(const Bytes& received, std::size_t& at) {
     std::vector<SentFrame> frames;
-    std::size_t at = std::min(prefaceSize, received.size());
-    while (received.size() - at >= headerSize) {
+    while (received.size() >= at + headerSize) {
         const auto byte = [&](std::size_t i) { return static_cast<std::uint32_t>(received[at + i]); };
         const std::size_t length = byte(0) << 16 | byte(1) << 8 | byte(2);
         if (received.size() - at - headerSize < length) break;
@@ -46,9 +46,7 @@ public:
     void received(ByteView bytes) override {
         Bytes& all = service.received[connection - 1];
         all.insert(all.end(), bytes.begin(), bytes.end());
-        const std::vector<SentFrame> frames = framesIn(all);
-        for (; seen < frames.size(); ++seen) {
-            const SentFrame& frame = frames[seen];
+        for (const SentFrame& frame : framesIn(all, seen)) {
             if (!endsRequest(frame)) continue;
             Call call{line,
                       frame.stream,
@@ -63,7 +61,7 @@ private:
     ScriptedService& service;
     VirtualLine line;
     std::size_t connection = 0;
-    std::size_t seen = 0;
+    std::size_t seen = prefaceSize;
 };
 
 ScriptedService::ScriptedService(VirtualStreams& virtualStreams) : streams(virtualStreams) {
@@ -75,13 +73,14 @@ ScriptedService::~ScriptedService() {
 }
 
 std::vector<SentFrame> ScriptedService::frames(std::size_t connection) const {
-    return framesIn(received.at(connection - 1));
+    std::size_t at = prefaceSize;
+    return framesIn(received.at(connection - 1), at);
 }
 
 std::vector<SentFrame> ScriptedService::framesOfType(std::uint8_t type) const {
     std::vector<SentFrame> found;
-    for (const Bytes& connection : received)
-        for (SentFrame& frame : framesIn(connection))
+    for (std::size_t connection = 1; connection <= received.size(); ++connection)
+        for (SentFrame& frame : frames(connection))
             if (frame.type == type) found.push_back(std::move(frame));
     return found;
 }
