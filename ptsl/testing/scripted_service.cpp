@@ -64,12 +64,13 @@ private:
     std::size_t seen = prefaceSize;
 };
 
-ScriptedService::ScriptedService(VirtualStreams& virtualStreams) : streams(virtualStreams) {
-    streams.listen(port, [this](VirtualLine line) { return std::make_unique<Peer>(*this, std::move(line)); });
+ScriptedService::ScriptedService(VirtualStreams& virtualStreams, std::uint16_t atPort)
+    : streams(virtualStreams), listeningPort(atPort) {
+    streams.listen(listeningPort, [this](VirtualLine line) { return std::make_unique<Peer>(*this, std::move(line)); });
 }
 
 ScriptedService::~ScriptedService() {
-    streams.stopListening(port);
+    streams.stopListening(listeningPort);
 }
 
 std::vector<SentFrame> ScriptedService::frames(std::size_t connection) const {

@@ -33,7 +33,7 @@ public:
         std::size_t connection; // from 1
     };
 
-    explicit ScriptedService(VirtualStreams& virtualStreams);
+    explicit ScriptedService(VirtualStreams& virtualStreams, std::uint16_t atPort = port);
     ~ScriptedService();
     ScriptedService(const ScriptedService&) = delete;
     ScriptedService& operator=(const ScriptedService&) = delete;
@@ -56,6 +56,7 @@ public:
 private:
     class Peer;
     VirtualStreams& streams;
+    const std::uint16_t listeningPort;
 };
 
 } // namespace lumbrine::service
