@@ -8,7 +8,7 @@ packages=(
     libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev libncurses-dev nlohmann-json3-dev
     jackd2 libjack-jackd2-dev librtmidi-dev libasound2-dev
     dbus avahi-daemon avahi-utils libavahi-client-dev
-    liblo-dev python3 python3-rtmidi
+    liblo-dev python3 python3-rtmidi python3-grpcio nghttp2-server
 )
 
 if ! command -v dpkg-query >/dev/null 2>&1; then

@@ -1,0 +1,41 @@
+// A reply message on its way to tracks: envelope, JSON, list. Input that is no envelope is tried as the JSON itself.
+#include "base/utf8.h"
+#include "platform/linux/nlohmann_json.h"
+#include "ptsl/ptsl_envelope.h"
+#include "ptsl/ptsl_track.h"
+
+#include <cstdlib>
+
+namespace {
+
+using namespace lumbrine;
+
+void require(bool holds) {
+    if (!holds) std::abort();
+}
+
+void readReply(const std::string& text) {
+    NlohmannJSON json{Bilingual(false)};
+    const auto document = json.parse(text);
+    require(document || !document.error().text.empty());
+    const auto* const reply = document ? document->as<JSONValue::Object>() : nullptr;
+    if (reply == nullptr) return;
+    for (const PTSLTrack& track : tracksFrom(*reply))
+        require(isUTF8(track.name) && isUTF8(track.colorHex));
+    const auto written = json.serialise(*reply);
+    require(written.has_value());
+    require(json.parse(*written) == *document);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const auto response = responseEnvelope(Bytes(data, data + size), Bilingual(false));
+    if (response) {
+        require(isUTF8(response->replyJSON) && isUTF8(response->errorJSON));
+        readReply(response->replyJSON);
+    } else {
+        readReply(repairedUTF8({reinterpret_cast<const char*>(data), size}));
+    }
+    return 0;
+}

@@ -1,0 +1,75 @@
+#include "tests/interop/local_server.h"
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <utility>
+
+namespace lumbrine::interop {
+
+namespace {
+
+sockaddr_in loopback(std::uint16_t port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(port);
+    return address;
+}
+
+int listeningSocket() {
+    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+    const sockaddr_in address = loopback(0);
+    ::bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    ::listen(fd, 16);
+    return fd;
+}
+
+std::uint16_t portOf(int fd) {
+    sockaddr_in address{};
+    socklen_t length = sizeof address;
+    ::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length);
+    return ntohs(address.sin_port);
+}
+
+} // namespace
+
+std::uint16_t freeStreamPort() {
+    const int fd = listeningSocket();
+    const std::uint16_t port = portOf(fd);
+    ::close(fd);
+    return port;
+}
+
+bool isListenedAt(std::uint16_t port) {
+    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+    const sockaddr_in address = loopback(port);
+    const bool connected = ::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    ::close(fd);
+    return connected;
+}
+
+LocalServer::LocalServer(std::function<void(int connection)> serve)
+    : LocalServer(listeningSocket(), std::move(serve)) {}
+
+LocalServer::LocalServer(int listening, std::function<void(int connection)> serve)
+    : port(portOf(listening)), serveOne(std::move(serve)), listener(listening), thread([this] { run(); }) {}
+
+LocalServer::~LocalServer() {
+    ::shutdown(listener, SHUT_RDWR);
+    thread.join();
+    ::close(listener);
+}
+
+void LocalServer::run() {
+    for (;;) {
+        const int connection = ::accept(listener, nullptr, nullptr);
+        if (connection < 0) return;
+        ++accepted;
+        serveOne(connection);
+        ::close(connection);
+    }
+}
+
+} // namespace lumbrine::interop
