@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """A scripting service on the Python gRPC package, for tests of the link against a server that shares no code with it.
 
-Prints "listening PORT" when it is ready and a line for each command. Every process gives sessions of its own and refuses
-the commands of any other.
+Prints "listening PORT" when it is ready and a line for each command. Every process gives sessions of its own and
+refuses the commands of any other.
 """
 import argparse
 import json
