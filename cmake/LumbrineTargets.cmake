@@ -47,7 +47,7 @@ function(lumbrine_program name)
     target_link_libraries(${name} PRIVATE ${ARG_DEPENDS})
 endfunction()
 
-# lumbrine_test(NAME SOURCES ... DEPENDS ... TIMEOUT seconds LABELS ... BATCHED): one GoogleTest program, one CTest entry.
+# lumbrine_test(NAME SOURCES ... DEPENDS ... TIMEOUT seconds LABELS ... BATCHED): a GoogleTest program, one CTest entry.
 # BATCHED, for programs of many files: eight of them are compiled together, in half the time.
 function(lumbrine_test name)
     cmake_parse_arguments(ARG "BATCHED" "TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})

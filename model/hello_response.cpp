@@ -13,8 +13,11 @@ void HelloResponse::pong(std::string_view key) {
 
 void HelloResponse::followUp(const std::string& key) {
     logArrival();
-    parts.mirror.snapshotFor(key, [this, &key] { sendEverything(key); });
-    fillGaps();
+    parts.mirror.snapshotFor(key, [this] { sendShown(); });
+    parts.table.sendAllRowsTo(key, [this, key] {
+        parts.mirror.snapshotFor(key, [this] { sendSession(); });
+        fillGaps();
+    });
 }
 
 void HelloResponse::logArrival() {
@@ -25,7 +28,7 @@ void HelloResponse::logArrival() {
     parts.log.appendLog(text("iOS connected: ", "iOS 接続: ") + addresses);
 }
 
-void HelloResponse::sendEverything(const std::string& key) {
+void HelloResponse::sendShown() {
     ClientMirror& mirror = parts.mirror;
     mirror.sendShownTrackNames();
     mirror.sendAllSwitches();
@@ -39,9 +42,11 @@ void HelloResponse::sendEverything(const std::string& key) {
     mirror.sendVisibleInputMons();
     mirror.sendAllAutoModes();
     mirror.sendTransport();
-    parts.table.sendAllRowsTo(key);
-    mirror.sendSessAutoModes();
-    mirror.sendSessPan();
+}
+
+void HelloResponse::sendSession() {
+    parts.mirror.sendSessAutoModes();
+    parts.mirror.sendSessPan();
 }
 
 void HelloResponse::fillGaps() {

@@ -29,12 +29,14 @@ public:
     // Any thread.
     void pong(std::string_view key);
 
-    // The state in full, then whatever the receiver does not know and could find out now. Main thread.
+    // The state in full, then whatever the receiver does not know and could find out now. Main thread; a long session
+    // goes on in further jobs (TrackTable).
     void followUp(const std::string& key);
 
 private:
     void logArrival();
-    void sendEverything(const std::string& key);
+    void sendShown();
+    void sendSession();
     void fillGaps();
 
     const ReceiverState& state;

@@ -95,6 +95,26 @@ TEST_F(HelloTest, GoesToItsSenderOnly) {
     EXPECT_THAT(phone->tape.takeBytes(), IsEmpty());
 }
 
+TEST_F(HelloTest, BringsALongSessionInItsOrderAndToItsSenderOnly) {
+    hello();
+    const auto other = bench.phone("192.168.1.8");
+    other->send({0x01, 0x00}); // refused, but known from now on
+    world.runtime.runUntilIdle();
+    bench.setTrackMap(std::vector<std::string>(200, "a"), 0);
+    bench.parts().capture.ensureSessAutoPanSize();
+    phone->tape.clear();
+    other->tape.clear();
+    bench.parts().hello.followUp(other->key());
+    bench.parts().mirror.sendTransport(); // to the owner, while the rows are on their way
+    world.runtime.runUntilIdle();
+    const Lines messages = other->tape.takeBytes();
+    EXPECT_EQ(types(messages), "13 12 14 15 16 17 18 19 1A 1C 1D 1B 1E 1F");
+    const Lines rows = ofType(messages, "1B");
+    ASSERT_THAT(rows, SizeIs(200));
+    EXPECT_TRUE(std::ranges::is_sorted(rows)); // by index
+    EXPECT_THAT(phone->tape.takeBytes(), ElementsAre("01 1D 00 00"));
+}
+
 TEST_F(HelloTest, IsLoggedUntilTheClientIsShown) {
     hello();
     hello();

@@ -11,7 +11,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       endpoint(platform.runtime, platform.sockets, platform.advertiser, platform.system, configuration, text, log),
       mirror(platform.runtime, state, endpoint), meters(platform.runtime), nameClock(platform.runtime),
       probe(platform.runtime), bankMap(platform.runtime, state, mirror, log, configuration.debug),
-      capture(platform.runtime, state), table(state, endpoint),
+      capture(platform.runtime, state), table(jobs, state, endpoint),
       automation(jobs, state, surfaces, mirror, probe, log, text), panMode(platform.runtime, state, mirror, log, text),
       panSeeker(jobs, state, surfaces), moves(platform.runtime, state, bankMap, nameClock, surfaces),
       walk(jobs, state, moves, bankMap, mirror),

@@ -1,5 +1,9 @@
 #include "model/track_table.h"
 
+#include <algorithm>
+#include <cassert>
+#include <utility>
+
 namespace lumbrine {
 
 namespace {
@@ -19,8 +23,8 @@ std::string_view textAt(const std::vector<std::string>& texts, std::size_t index
 
 } // namespace
 
-TrackTable::TrackTable(const ReceiverState& receiverState, ClientEndpoint& clientEndpoint)
-    : state(receiverState), endpoint(clientEndpoint) {}
+TrackTable::TrackTable(const Jobs& modelJobs, const ReceiverState& receiverState, ClientEndpoint& clientEndpoint)
+    : jobs(modelJobs), state(receiverState), endpoint(clientEndpoint) {}
 
 Bytes TrackTable::buildTrackRow(std::size_t index) const {
     const PublishedState& published = state.published;
@@ -37,14 +41,24 @@ Bytes TrackTable::buildTrackRow(std::size_t index) const {
                                                      .comment = textAt(session.trackMapComments, index)});
 }
 
-void TrackTable::sendAllRowsTo(const std::string& key) {
-    for (std::size_t track = 0; track < state.published.trackMap.size(); ++track)
-        endpoint.send(buildTrackRow(track), key);
+void TrackTable::sendAllRowsTo(const std::string& key, std::function<void()> then) {
+    sendRowsFrom(0, {[this, key](ByteView row) { endpoint.send(row, key); }, std::move(then)});
 }
 
 void TrackTable::broadcastAllRows() {
-    for (std::size_t track = 0; track < state.published.trackMap.size(); ++track)
-        endpoint.broadcast(buildTrackRow(track));
+    sendRowsFrom(0, {[this](ByteView row) { endpoint.broadcast(row); }, [] {}});
+}
+
+// The map may be another one than for the rows before, and shorter.
+void TrackTable::sendRowsFrom(std::size_t first, Course course) {
+    assert(jobs.runtime.onMain());
+    const std::size_t tracks = state.published.trackMap.size();
+    const std::size_t end = std::min(first + rowsOfAJob, tracks);
+    for (std::size_t track = first; track < end; ++track)
+        course.send(buildTrackRow(track));
+    if (end >= tracks) return course.then();
+    jobs.runtime.postMain(
+        jobs.guarded([this, end, course = std::move(course)]() mutable { sendRowsFrom(end, std::move(course)); }));
 }
 
 } // namespace lumbrine

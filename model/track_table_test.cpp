@@ -42,5 +42,25 @@ TEST_F(TrackTableTest, AllRowsGoToTheOwner) {
     EXPECT_THAT(heard(0x1B), testing::SizeIs(3));
 }
 
+TEST_F(TrackTableTest, TheRowsOfALongSessionLeaveRoomForOtherWork) {
+    bench.setTrackMap(std::vector<std::string>(130, "a"), 0);
+    bench.parts().table.broadcastAllRows();
+    world.runtime.postMain([this] { bench.setTrackMap(std::vector<std::string>(130, "b"), 0); });
+    const Lines rows = heard(0x1B);
+    ASSERT_THAT(rows, testing::SizeIs(130));
+    const auto ofB = [](const std::string& row) { return row.ends_with(" 01 62 00"); };
+    EXPECT_EQ(std::ranges::find_if(rows, ofB) - rows.begin(), 128); // the second 64 were waiting before it
+}
+
+TEST_F(TrackTableTest, TheRowsStopWhereTheMapEndsByThen) {
+    bench.setTrackMap(std::vector<std::string>(200, "a"), 0);
+    bool told = false;
+    bench.parts().table.sendAllRowsTo(phone->key(), [&] { told = true; });
+    EXPECT_FALSE(told);
+    bench.setTrackMap({"b"}, 0);
+    EXPECT_THAT(heard(0x1B), testing::SizeIs(64));
+    EXPECT_TRUE(told);
+}
+
 } // namespace
 } // namespace lumbrine

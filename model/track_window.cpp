@@ -1,6 +1,10 @@
 #include "model/track_window.h"
 
+#include "base/strip.h"
+
 #include <algorithm>
+#include <array>
+#include <cassert>
 
 namespace lumbrine {
 
@@ -14,17 +18,31 @@ std::string_view trimSpaces(std::string_view text) {
     return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
+// No name of the map is looked at again for another place, however alike the names are: what has fitted so far tells
+// which later places it rules out.
 int locate(std::span<const std::string> map, std::span<const std::string> window) {
+    assert(window.size() <= stripCount);
     if (std::ranges::all_of(window, isBlank)) return -1;
-    const auto padded = [map](std::size_t i) { return i < map.size() ? std::string_view(map[i]) : std::string_view{}; };
+    // How many names at the end of the window's first i + 1 are also its beginning.
+    std::array<std::size_t, stripCount> borders{};
+    for (std::size_t i = 1, same = 0; i < window.size(); ++i) {
+        while (same > 0 && window[i] != window[same])
+            same = borders[same - 1];
+        if (window[i] == window[same]) ++same;
+        borders[i] = same;
+    }
+
+    const std::string blank;
     int found = -1;
-    for (std::size_t start = 0; start <= map.size(); ++start) {
-        std::size_t same = 0;
-        while (same < window.size() && padded(start + same) == window[same])
-            ++same;
+    for (std::size_t i = 0, same = 0; i < map.size() + window.size(); ++i) {
+        const std::string& name = i < map.size() ? map[i] : blank;
+        while (same > 0 && name != window[same])
+            same = borders[same - 1];
+        if (name == window[same]) ++same;
         if (same < window.size()) continue;
         if (found >= 0) return -1;
-        found = static_cast<int>(start);
+        found = static_cast<int>(i + 1 - window.size());
+        same = borders[same - 1];
     }
     return found;
 }

@@ -35,6 +35,32 @@ TEST(TrackWindow, IsNowhereWhenItIsBlank) {
     EXPECT_EQ(locate(Names{"A"}, Names{}), -1);
 }
 
+// Against a search that tries every place by itself: all windows over maps of two names and a blank one.
+TEST(TrackWindow, IsLocatedAmongNamesThatAreAlike) {
+    const std::array<std::string, 3> alphabet{"A", "B", ""};
+    const auto namesOf = [&alphabet](int code, std::size_t count) {
+        Names names;
+        for (; names.size() < count; code /= 3)
+            names.push_back(alphabet[static_cast<std::size_t>(code % 3)]);
+        return names;
+    };
+    const auto placesOf = [](Names map, const Names& window) {
+        map.resize(map.size() + window.size());
+        std::vector<int> places;
+        for (auto at = map.begin(); at != map.end() - static_cast<std::ptrdiff_t>(window.size()) + 1; ++at)
+            if (std::equal(window.begin(), window.end(), at)) places.push_back(static_cast<int>(at - map.begin()));
+        return places;
+    };
+    for (int mapCode = 0; mapCode < 729; ++mapCode)
+        for (int windowCode = 1; windowCode < 81; ++windowCode) {
+            const Names map = namesOf(mapCode, 6);
+            const Names window = namesOf(windowCode, 4);
+            if (std::ranges::all_of(window, &std::string::empty)) continue;
+            const std::vector<int> places = placesOf(map, window);
+            ASSERT_EQ(locate(map, window), places.size() == 1 ? places.front() : -1) << mapCode << " " << windowCode;
+        }
+}
+
 TEST(TrackWindow, IsComparedExactly) {
     EXPECT_EQ(locate(Names{"Kick", "Snr"}, Names{"kick"}), -1);
     EXPECT_EQ(locate(Names{"Kick", "Snr"}, Names{"Kick "}), -1);
