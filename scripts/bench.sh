@@ -10,6 +10,8 @@ mkdir -p build
     --benchmark_enable_random_interleaving=true --benchmark_out=build/bench-raw.json --benchmark_out_format=json \
     >build/bench.log 2>&1 || { cat build/bench.log; exit 1; }
 "$bin/latency_benchmark" >build/bench-latency.json
-/usr/bin/python3 scripts/bench_table.py build/bench-raw.json build/bench-latency.json build/bench.json
+"$bin/main_queue_benchmark" >build/bench-main-queue.json
+/usr/bin/python3 scripts/bench_table.py build/bench-raw.json build/bench-latency.json build/bench-main-queue.json \
+    build/bench.json
 "$bin/virtual_time_bench"
 /usr/bin/python3 scripts/bench_idle.py "$bin"

@@ -25,7 +25,8 @@ class StayOnThisCore;
 class VirtualMainQueue;
 class VirtualScheduler;
 
-class VirtualRuntime final : public Runtime {
+// Whoever derives from it sees the jobs that are given to it.
+class VirtualRuntime : public Runtime {
 public:
     struct Options {
         std::uint64_t seed = 1;

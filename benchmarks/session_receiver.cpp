@@ -1,0 +1,140 @@
+#include "benchmarks/session_receiver.h"
+
+#include "platform/posix/posix_datagram_sockets.h"
+
+#include <thread>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr std::uint16_t receiverPort = 52814;
+const std::thread::id mainThread = std::this_thread::get_id();
+
+} // namespace
+
+void HandDrivenLoop::drain() {
+    for (; !jobs.empty(); jobs.pop_front())
+        jobs.front()();
+}
+
+bool HandDrivenLoop::onMain() const {
+    return std::this_thread::get_id() == mainThread;
+}
+
+// The system's, with an ear on what is sent.
+class SessionReceiver::Sockets final : public DatagramSockets {
+public:
+    int open() override { return real.open(); }
+    int setReuseAddress(int fd) override { return real.setReuseAddress(fd); }
+    int setDualStack(int fd) override { return real.setDualStack(fd); }
+    int bind(int fd, std::uint16_t port) override { return real.bind(fd, port); }
+    int localPort(int fd) override { return real.localPort(fd); }
+    int receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) override {
+        return real.receive(fd, buffer, from);
+    }
+    int send(int fd, ByteView bytes, const PeerAddress& to) override {
+        if (tape != nullptr) tape->emplace_back(bytes.begin(), bytes.end());
+        return real.send(fd, bytes, to);
+    }
+    void name(const PeerAddress& address, std::string& host, std::string& port) override {
+        real.name(address, host, port);
+    }
+    bool resolve(const std::string& host, std::uint16_t port, PeerAddress& address) override {
+        return real.resolve(host, port, address);
+    }
+    void shutDown(int fd) override { real.shutDown(fd); }
+    void close(int fd) override { real.close(fd); }
+
+    std::vector<Bytes>* tape = nullptr;
+
+private:
+    PosixDatagramSockets real;
+};
+
+class SessionReceiver::System final : public SystemInfo {
+public:
+    std::optional<std::string> environment(const std::string& name) const override {
+        if (name == "QV_PORT") return std::to_string(receiverPort);
+        if (name == "QV_NO_BONJOUR") return "1";
+        return std::nullopt;
+    }
+    std::vector<std::string> preferredLanguages() const override { return {}; }
+    std::optional<std::string> computerName() const override { return std::nullopt; }
+    std::optional<std::string> primaryIPv4() const override { return std::nullopt; }
+};
+
+SessionReceiver::SessionReceiver(std::vector<std::string> names)
+    : runtime(loop), sockets(std::make_unique<Sockets>()), system(std::make_unique<System>()), phone(sockets->open()),
+      parts({runtime, midi, *sockets, advertiser, *system}, Configuration::read(*system), Bilingual(false),
+            [](const std::string&) {}) {
+    PublishedState& published = parts.state.published;
+    SessionTable& session = parts.state.session;
+    published.winW = stripCount;
+    published.iosClientDesc = "a phone";
+    for (const std::string& name : names) {
+        published.trackMapFull.push_back("Track with a name of its own, " + name);
+        published.trackMapColors.emplace_back(0x8040C0);
+        session.trackMapComments.emplace_back("A comment of an ordinary length, 日本語も");
+        session.sessFaders.emplace_back(0.5);
+    }
+    for (auto* flags :
+         {&published.trackMapInputMon, &session.sessMutes, &session.sessSolos, &session.sessRecs, &session.sessSelects})
+        flags->assign(names.size(), true);
+    published.trackMap = std::move(names);
+    parts.capture.ensureSessAutoPanSize();
+    parts.state.automation.autoModeCache.fill(1);
+    parts.jobs.bind(life);
+    showFrom(0);
+
+    parts.endpoint.startUDPAndBonjour([](ByteView, std::string_view) {});
+    PeerAddress receiver;
+    sockets->setDualStack(phone);
+    sockets->bind(phone, 0);
+    sockets->resolve("127.0.0.1", static_cast<std::uint16_t>(sockets->localPort(phone)), phoneAddress);
+    sockets->resolve("127.0.0.1", receiverPort, receiver);
+    sockets->send(phone, Bytes{0x01, 0x00}, receiver);
+    while (phoneKey.empty()) {
+        std::this_thread::yield();
+        phoneKey = parts.endpoint.liveOwnerKey().value_or("");
+    }
+}
+
+SessionReceiver::~SessionReceiver() {
+    runtime.shutDown();
+    parts.endpoint.close();
+    sockets->close(phone);
+}
+
+void SessionReceiver::showFrom(std::size_t track) {
+    const std::vector<std::string>& names = parts.state.published.trackMap;
+    for (int strip = 0; strip < stripCount; ++strip) {
+        const std::size_t shown = track + static_cast<std::size_t>(strip);
+        parts.feedback.trackNameShown(*Strip::of(strip), shown < names.size() ? names[shown] : "");
+    }
+}
+
+void SessionReceiver::answerHello() {
+    parts.hello.followUp(phoneKey);
+    loop.drain();
+}
+
+void SessionReceiver::resendTable() {
+    parts.table.broadcastAllRows();
+    loop.drain();
+}
+
+std::vector<Bytes> SessionReceiver::sentBy(const std::function<void()>& act) {
+    std::vector<Bytes> sent;
+    sockets->tape = &sent;
+    act();
+    sockets->tape = nullptr;
+    return sent;
+}
+
+void SessionReceiver::sendBare(const std::vector<Bytes>& datagrams) {
+    for (const Bytes& datagram : datagrams)
+        sockets->send(phone, datagram, phoneAddress);
+}
+
+} // namespace lumbrine
