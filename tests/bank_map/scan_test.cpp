@@ -56,15 +56,13 @@ std::vector<Setting> everySetting() {
     std::vector<Setting> settings;
     for (const int surfaces : {1, 2})
         for (const EndOfSession end : {EndOfSession::fill, EndOfSession::blank}) {
-            for (const int tracks : {1, 7, 8, 9, 15, 16, 17, 20, 64})
+            for (const int tracks : {1, 7, 8, 9, 15, 16, 17, 20, 64, 200})
                 for (const int latency : {0, 20, 100, 200, 269})
                     settings.push_back({tracks, surfaces, end, latency});
-            for (const int tracks : {200, 500, 1000})
-                settings.push_back({tracks, surfaces, end});
+            for (const int tracks : {500, 1000})
+                for (const int latency : {20, 269})
+                    settings.push_back({tracks, surfaces, end, latency});
         }
-    for (const int latency : {0, 100, 269})
-        settings.push_back({200, 1, EndOfSession::fill, latency});
-    settings.push_back({1000, 2, EndOfSession::blank, 269});
     return settings;
 }
 

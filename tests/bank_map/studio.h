@@ -17,6 +17,9 @@ SimulatedSession numberedTracks(int count);
 // What they show, as the receiver keeps it.
 std::vector<std::string> displayNames(int count);
 
+// What is tested here is the order of seconds, not of microseconds.
+inline constexpr VirtualRuntime::Options patientThreads{.patience = 16};
+
 // The bank and channel buttons, by their ports.
 enum class Press { channelLeft, bankLeft, channelRight, bankRight };
 
@@ -52,7 +55,7 @@ public:
     std::vector<int> mapFaders();               // the same as the receiver knows them, -1 for unknown
     long logged(const std::string& line) const; // how often
 
-    ModelWorld world;
+    ModelWorld world{.runtime = VirtualRuntime(patientThreads)};
     ModelBench bench{world};
     std::unique_ptr<SimulatedProTools> proTools;
 };
