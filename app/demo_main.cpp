@@ -5,7 +5,9 @@
 #include "model/receiver_model.h"
 #include "platform/linux/avahi_advertiser.h"
 #include "platform/linux/linux_system_info.h"
+#include "platform/linux/nlohmann_json.h"
 #include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 #include "platform/posix/termination_signals.h"
@@ -64,6 +66,7 @@ int run(const DemoArguments& arguments) {
     RealRuntime runtime(loop);
     MemoryMIDI midi(runtime, seconds(0.0005));
     PosixDatagramSockets sockets;
+    PosixStreamSockets streams;
     AvahiAdvertiser advertiser;
     const LinuxSystemInfo computer;
     const TourSystemInfo tourComputer(computer, arguments.tour ? freePort(sockets) : 0);
@@ -73,13 +76,15 @@ int run(const DemoArguments& arguments) {
     options.surfaces = arguments.surfaces;
     auto proTools =
         std::make_unique<SimulatedProTools>(runtime, midi, options, defaultSession(arguments.tracks, options.seed));
-    std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
-        {runtime, midi, sockets, advertiser, system}, Bilingual(prefersJapanese(system.preferredLanguages())));
+    const Bilingual text(prefersJapanese(system.preferredLanguages()));
+    NlohmannJSON json(text);
+    std::shared_ptr<ReceiverModel> model =
+        ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json}, text);
     std::unique_ptr<DemoTour> tour;
     int status = 0;
     end = [&] {
         tour.reset();
-        endReceiver(loop, runtime, model);
+        endReceiver(loop, runtime, streams, model);
     };
 
     loop.post([&] {

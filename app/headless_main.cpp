@@ -5,7 +5,9 @@
 #include "platform/linux/avahi_advertiser.h"
 #include "platform/linux/linux_system_info.h"
 #include "platform/linux/midi_backend.h"
+#include "platform/linux/nlohmann_json.h"
 #include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 #include "platform/posix/termination_signals.h"
@@ -48,10 +50,13 @@ int run() {
     LinuxSystemInfo system;
     const std::unique_ptr<MIDIServices> midi = makeMIDIServices(runtime);
     PosixDatagramSockets sockets;
+    PosixStreamSockets streams;
     AvahiAdvertiser advertiser;
-    std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
-        {runtime, *midi, sockets, advertiser, system}, Bilingual(prefersJapanese(system.preferredLanguages())));
-    end = [&] { endReceiver(loop, runtime, model); };
+    const Bilingual text(prefersJapanese(system.preferredLanguages()));
+    NlohmannJSON json(text);
+    std::shared_ptr<ReceiverModel> model =
+        ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json}, text);
+    end = [&] { endReceiver(loop, runtime, streams, model); };
     loop.post([&] {
         if (model) model->start();
     });

@@ -17,9 +17,10 @@ void stopWhenGone(RunLoop& loop, const std::weak_ptr<const void>& model) {
 
 } // namespace
 
-void endReceiver(RunLoop& loop, RealRuntime& runtime, std::shared_ptr<ReceiverModel>& model) {
+void endReceiver(RunLoop& loop, RealRuntime& runtime, StreamSockets& streams, std::shared_ptr<ReceiverModel>& model) {
     if (!model) return;
     runtime.shutDown();
+    streams.shutDown();
     const std::weak_ptr<const void> last = model->lifetime();
     model.reset();
     stopWhenGone(loop, last);

@@ -2,7 +2,9 @@
 // does nothing but receive. Datagrams go to both by turns. Prints one JSON object with the medians in nanoseconds.
 #include "benchmarks/null_platform.h"
 #include "model/receiver_model.h"
+#include "platform/linux/nlohmann_json.h"
 #include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 
@@ -39,7 +41,7 @@ class OurReceiver {
 public:
     explicit OurReceiver(Arrivals& arrivals) : runtime(loop) {
         midi.onMessage = [&arrivals] { arrivals.note(); };
-        model = ReceiverModel::create({runtime, midi, sockets, advertiser, system}, Bilingual(false),
+        model = ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json}, Bilingual(false),
                                       [](const std::string&) {});
         model->start();
     }
@@ -67,6 +69,8 @@ private:
     RealRuntime runtime;
     NullMIDI midi;
     PosixDatagramSockets sockets;
+    PosixStreamSockets streams;
+    NlohmannJSON json{Bilingual(false)};
     NullAdvertiser advertiser;
     System system;
     std::shared_ptr<ReceiverModel> model;

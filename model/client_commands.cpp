@@ -123,12 +123,12 @@ public:
 
     void operator()(const GroupMute& command) const {
         noteArrival();
-        parts.groups.groupSetMuteSolo(command.members, false, command.enabled);
+        parts.groupSwitches.groupSetMuteSolo(command.members, false, command.enabled);
     }
 
     void operator()(const GroupSolo& command) const {
         noteArrival();
-        parts.groups.groupSetMuteSolo(command.members, true, command.enabled);
+        parts.groupSwitches.groupSetMuteSolo(command.members, true, command.enabled);
     }
 
     void operator()(const GroupFaders& command) const {

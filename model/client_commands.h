@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/bank_moves.h"
+#include "model/group_mute_solo.h"
 #include "model/group_operations.h"
 #include "model/hello_response.h"
 #include "model/pan_mode.h"
@@ -28,6 +29,7 @@ public:
         TrackMetadata& metadata;
         AutomationModes& automation;
         GroupOperations& groups;
+        GroupMuteSolo& groupSwitches;
         VisibleRangeWalk& visibleRange;
     };
 

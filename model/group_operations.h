@@ -1,8 +1,6 @@
-// Acting on many tracks at once, shown or not. Faders and automation modes need each track on the surfaces, so the
-// banks are walked; mute and solo go through the scripting service by name. Members are session indices; those outside
-// the session are left out, and nothing happens when none is left.
-//
-// There is no link to the scripting service in this version: mute and solo are accepted and nothing comes of it.
+// Faders and automation modes of many tracks at once, shown or not. They need each track on the surfaces, so the banks
+// are walked. Members are session indices; those outside the session are left out, and nothing happens when none is
+// left.
 #pragma once
 
 #include "base/bilingual.h"
@@ -38,9 +36,6 @@ public:
 
     // `huiPort`: the mode's button, 0-5; others do nothing. Nor does anything happen while the transport runs.
     void groupSetAutoMode(std::vector<int> members, int huiPort);
-
-    void groupSetMuteSolo([[maybe_unused]] const std::vector<int>& members, [[maybe_unused]] bool isSolo,
-                          [[maybe_unused]] bool enabled) {}
 
 private:
     // On the automation queue

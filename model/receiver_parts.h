@@ -30,6 +30,8 @@ struct ReceiverParts {
     SessionCapture capture;
     TrackTable table;
 
+    ScriptingLink scripting;
+    TrackAdoption adoption;
     TrackMetadata metadata;
     AutomationModes automation;
     PanMode panMode;
@@ -42,6 +44,7 @@ struct ReceiverParts {
     BankMoves bankMoves;
     VisibleRangeWalk visibleRange;
     GroupOperations groups;
+    GroupMuteSolo groupSwitches;
     Reconnection reconnection;
 
     SwitchTracker switches;

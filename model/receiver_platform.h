@@ -2,10 +2,13 @@
 #pragma once
 
 #include "platform/api/datagram_sockets.h"
+#include "platform/api/json.h"
 #include "platform/api/midi_services.h"
 #include "platform/api/runtime.h"
 #include "platform/api/service_discovery.h"
+#include "platform/api/stream_socket.h"
 #include "platform/api/system_info.h"
+#include "ptsl/ptsl_client.h"
 
 namespace lumbrine {
 
@@ -16,6 +19,9 @@ struct ReceiverPlatform {
     DatagramSockets& sockets;
     ServiceAdvertiser& advertiser;
     const SystemInfo& system;
+    StreamSockets& streams;
+    JSON& json;
+    PTSLAddress scripting = {}; // where Pro Tools' scripting service is
 };
 
 } // namespace lumbrine

@@ -80,6 +80,12 @@ struct BankState {
     bool warnedTransportSkip = false;
 };
 
+// How it goes with Pro Tools' scripting service.
+struct ScriptingState {
+    bool ptslOK = false;     // the last track list came
+    bool ptslWarned = false; // the log has told of a failure
+};
+
 struct ReceiverState {
     PublishedState published;
     SurfaceMirror mirror;
@@ -87,6 +93,7 @@ struct ReceiverState {
     AutomationAndPan automation;
     SessionTable session;
     BankState bank;
+    ScriptingState scripting;
 
     // Nobody is moving the banks, so what the surfaces show is what the user chose.
     bool quiet() const { return !bank.seeking && !published.calibrating && !bank.groupApplying; }

@@ -3,8 +3,8 @@
 namespace lumbrine {
 
 ModelBench::ModelBench(ModelWorld& modelWorld, const Options& options)
-    : world(modelWorld), midi(world.runtime), surfaceA(world, midi, "Lumbrine"), surfaceB(world, midi, "Lumbrine B"),
-      hostAddress(options.address) {
+    : world(modelWorld), midi(world.runtime), streams(world.runtime), json(Bilingual(options.japanese)),
+      surfaceA(world, midi, "Lumbrine"), surfaceB(world, midi, "Lumbrine B"), hostAddress(options.address) {
     computer.address = options.address;
     createModel(options);
 }
@@ -20,9 +20,16 @@ ModelBench::~ModelBench() {
 
 void ModelBench::createModel(const Options& options) {
     computer.variables = options.variables;
-    const ReceiverPlatform platform{world.runtime, midi, world.network.host(hostAddress), computer, computer};
+    const ReceiverPlatform platform{.runtime = world.runtime,
+                                    .midi = midi,
+                                    .sockets = world.network.host(hostAddress),
+                                    .advertiser = computer,
+                                    .system = computer,
+                                    .streams = streams,
+                                    .json = json};
     model = ReceiverModel::create(platform, Bilingual(options.japanese),
                                   [this](const std::string& line) { lines.push_back(line); });
+    state().scripting.ptslWarned = !options.scripting;
 }
 
 void ModelBench::start() {

@@ -4,6 +4,8 @@
 #include "model/receiver_model.h"
 #include "model/receiver_parts.h"
 #include "model/testing/model_world.h"
+#include "platform/linux/nlohmann_json.h"
+#include "platform/virtual/virtual_streams.h"
 
 #include <memory>
 #include <string>
@@ -17,6 +19,7 @@ public:
         bool japanese = false;
         std::map<std::string, std::string> variables = {};
         std::string address = "192.168.1.2";
+        bool scripting = false; // the test is about the scripting service: nobody has been told of its absence
     };
 
     explicit ModelBench(ModelWorld& modelWorld) : ModelBench(modelWorld, Options{}) {}
@@ -57,6 +60,8 @@ public:
     ModelWorld& world;
     FakeComputer computer;
     MemoryMIDI midi;
+    VirtualStreams streams; // nobody listens
+    NlohmannJSON json;
     std::vector<std::string> lines;
     HostEnd surfaceA;
     HostEnd surfaceB;

@@ -1,5 +1,7 @@
 #include "tests/simulation/studio.h"
 
+#include "platform/linux/nlohmann_json.h"
+#include "platform/virtual/virtual_streams.h"
 #include "simulator/default_session.h"
 
 namespace lumbrine::simulation {
@@ -29,7 +31,7 @@ public:
           sockets(runtime, network.host(receiverAddress)), chance(decided.seed * 7 + 3),
           proTools(std::make_unique<SimulatedProTools>(runtime, midi, decided.host,
                                                        defaultSession(decided.tracks, decided.seed))),
-          model(ReceiverModel::create({runtime, midi, sockets, advertiser, computer}, Bilingual(false),
+          model(ReceiverModel::create({runtime, midi, sockets, advertiser, computer, streams, json}, Bilingual(false),
                                       [](const std::string&) {})) {}
 
     ~Studio() {
@@ -115,6 +117,8 @@ private:
     VirtualRuntime runtime;
     VirtualNetwork network;
     MemoryMIDI midi;
+    VirtualStreams streams{runtime}; // no scripting service
+    NlohmannJSON json{Bilingual(false)};
     RecordingSockets sockets;
     QuietAdvertiser advertiser;
     StudioComputer computer;
