@@ -1,0 +1,140 @@
+// Which track list is taken for the map, and what of it.
+#include "tests/track_metadata/metadata_test.h"
+
+namespace lumbrine {
+namespace {
+
+using TrackList = TrackAdoption::TrackList;
+
+TrackList listOf(std::size_t count) {
+    TrackList tracks(count);
+    for (std::size_t i = 0; i < count; ++i)
+        tracks[i].name = "Track " + std::to_string(i + 1);
+    return tracks;
+}
+
+class TrackAdoptionTest : public MetadataTest {
+protected:
+    TrackAdoption& adoption = bench.parts().adoption;
+    SessionTable& session = bench.state().session;
+};
+
+class JapaneseTrackAdoptionTest : public JapaneseMetadataTest {};
+
+TEST_F(TrackAdoptionTest, TakesTheFirstListWithAsManyTracksAsTheMap) {
+    adoption.adopt({listOf(2), listOf(3)}, "PTSL");
+    EXPECT_THAT(published.trackMapFull, ElementsAre("Track 1", "Track 2", "Track 3"));
+    TrackList others = listOf(3);
+    others[0].name = "Other";
+    adoption.adopt({others, listOf(3)}, "PTSL");
+    EXPECT_EQ(published.trackMapFull[0], "Other");
+}
+
+TEST_F(TrackAdoptionTest, KeepsTheShortNamesWhenNoListHasTheRightCount) {
+    bench.setTrackMap(Lines(12, "Trck"), 0);
+    adoption.adopt({listOf(11), listOf(13)}, "PTSL");
+    EXPECT_THAT(published.trackMapFull, IsEmpty());
+    EXPECT_THAT(published.trackMapColors, IsEmpty());
+    EXPECT_THAT(session.sessMutes, IsEmpty());
+    EXPECT_FALSE(session.fullTableDirty);
+    EXPECT_THAT(bench.lines, ElementsAre("Full names: count mismatch (11, 13 / HUI 12) → keeping 4-char names"));
+}
+
+TEST_F(JapaneseTrackAdoptionTest, TellsOfTheMismatchInJapanese) {
+    bench.parts().adoption.adopt({listOf(4)}, "AX");
+    EXPECT_THAT(bench.lines, ElementsAre("フルネーム: 件数不一致（4 / HUI 3）→ 4文字表示のまま"));
+}
+
+TEST_F(TrackAdoptionTest, TellsOfTheSameMismatchOnceUntilThereWasAMatch) {
+    adoption.adopt({listOf(4), listOf(4)}, "PTSL");
+    adoption.adopt({listOf(4), listOf(4)}, "PTSL");
+    EXPECT_EQ(bench.takeLines().size(), 1U);
+    adoption.adopt({listOf(5), listOf(5)}, "PTSL");
+    EXPECT_THAT(bench.takeLines(), ElementsAre("Full names: count mismatch (5, 5 / HUI 3) → keeping 4-char names"));
+    adoption.adopt({listOf(3)}, "PTSL");
+    adoption.adopt({listOf(5), listOf(5)}, "PTSL");
+    EXPECT_EQ(bench.takeLines().back(), "Full names: count mismatch (5, 5 / HUI 3) → keeping 4-char names");
+}
+
+TEST_F(TrackAdoptionTest, KeepsWhatItHadWhenTheCountsDifferLater) {
+    adoption.adopt({listOf(3)}, "PTSL");
+    adoption.adopt({listOf(2)}, "PTSL");
+    EXPECT_THAT(published.trackMapFull, ElementsAre("Track 1", "Track 2", "Track 3"));
+}
+
+TEST_F(TrackAdoptionTest, DoesNothingWithoutAMap) {
+    bench.setTrackMap({}, -1);
+    adoption.adopt({listOf(0), listOf(3)}, "PTSL");
+    EXPECT_THAT(published.trackMapFull, IsEmpty());
+    EXPECT_THAT(bench.lines, IsEmpty());
+}
+
+TEST_F(TrackAdoptionTest, TellsOfNewNamesAndTheirSourceOnly) {
+    adoption.adopt({listOf(3)}, "PTSL");
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✓ Got 3 track names (full names via PTSL)"));
+    adoption.adopt({listOf(3)}, "AX");
+    EXPECT_THAT(bench.takeLines(), IsEmpty());
+    TrackList renamed = listOf(3);
+    renamed[2].name = "ボーカル";
+    adoption.adopt({renamed}, "AX");
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✓ Got 3 track names (full names via AX)"));
+}
+
+TEST_F(JapaneseTrackAdoptionTest, TellsOfNewNamesInJapanese) {
+    bench.parts().adoption.adopt({listOf(3)}, "PTSL");
+    EXPECT_THAT(bench.lines, ElementsAre("✓ トラック名を 3 件取得（フルネーム表示・PTSL）"));
+}
+
+TEST_F(TrackAdoptionTest, TakesColoursAndStatesOfEachTrack) {
+    TrackList tracks = listOf(3);
+    tracks[0].colorHex = "#ff336699";
+    tracks[1].colorHex = "no colour";
+    tracks[0].isInputMonitoringOn = true;
+    tracks[1].isMuted = true;
+    tracks[2].isSoloed = true;
+    tracks[0].isRecordEnabled = true;
+    adoption.adopt({tracks}, "PTSL");
+    EXPECT_THAT(published.trackMapColors, ElementsAre(0x336699U, std::nullopt, std::nullopt));
+    EXPECT_THAT(published.trackMapInputMon, ElementsAre(true, false, false));
+    EXPECT_THAT(session.sessMutes, ElementsAre(false, true, false));
+    EXPECT_THAT(session.sessSolos, ElementsAre(false, false, true));
+    EXPECT_THAT(session.sessRecs, ElementsAre(true, false, false));
+}
+
+TEST_F(TrackAdoptionTest, HasTheTableSentAgainWhenAnythingChangedAndOnlyThen) {
+    const TrackList before = listOf(3);
+    const auto changes = std::to_array<void (*)(PTSLTrack&)>({
+        [](PTSLTrack& track) { track.name = "New"; },
+        [](PTSLTrack& track) { track.colorHex = "336699"; },
+        [](PTSLTrack& track) { track.isInputMonitoringOn = true; },
+        [](PTSLTrack& track) { track.isMuted = true; },
+        [](PTSLTrack& track) { track.isSoloed = true; },
+        [](PTSLTrack& track) { track.isRecordEnabled = true; },
+    });
+    for (const auto change : changes) {
+        adoption.adopt({before}, "PTSL");
+        session.fullTableDirty = false;
+        adoption.adopt({before}, "PTSL");
+        EXPECT_FALSE(session.fullTableDirty);
+        TrackList after = before;
+        change(after[1]);
+        adoption.adopt({after}, "PTSL");
+        EXPECT_TRUE(session.fullTableDirty);
+    }
+}
+
+TEST(ParseColor, TakesSixOrEightHexadecimalDigitsAndDropsTheAlpha) {
+    EXPECT_EQ(parseColor("#FF336699"), 0x336699U);
+    EXPECT_EQ(parseColor("336699"), 0x336699U);
+    EXPECT_EQ(parseColor("#aAbBcC"), 0xAABBCCU);
+    EXPECT_EQ(parseColor("00000000"), 0U);
+}
+
+TEST(ParseColor, TakesNothingElse) {
+    for (const char* text : {"", "#", "#12345", "GG3366", "#1234567", "##336699", "0x3366", "-33669", "+33669",
+                             " 33669", "33669 ", "#FF3366990", "３３６"})
+        EXPECT_EQ(parseColor(text), std::nullopt) << text;
+}
+
+} // namespace
+} // namespace lumbrine

@@ -1,0 +1,67 @@
+// Flipping input monitoring of the track on a strip.
+#include "tests/track_metadata/metadata_test.h"
+
+namespace lumbrine {
+namespace {
+
+class InputMonitorTest : public MetadataTest {
+protected:
+    InputMonitorTest() {
+        published.trackMapFull = {"Kick Drum", "Lead Vocals", "Backing Vocals"};
+        serve(R"({"name":"Kick Drum"},)"
+              R"({"name":"Lead Vocals","track_attributes":{"is_input_monitoring_on":"SetExplicitly"}})");
+    }
+
+    void toggle(int strip) {
+        bench.parts().metadata.toggleInputMonitor(*Strip::of(strip));
+        world.runtime.runUntilIdle();
+    }
+};
+
+TEST_F(InputMonitorTest, IsTurnedOnWhereItIsOff) {
+    toggle(0);
+    EXPECT_THAT(argumentsOf(inputMonitorCommand), ElementsAre(R"({"enabled":true,"track_names":["Kick Drum"]})"));
+}
+
+TEST_F(InputMonitorTest, GoesByWhatProToolsHasNotByWhatIsKnown) {
+    published.trackMapInputMon = {false, false, false};
+    toggle(1);
+    EXPECT_THAT(argumentsOf(inputMonitorCommand), ElementsAre(R"({"enabled":false,"track_names":["Lead Vocals"]})"));
+}
+
+TEST_F(InputMonitorTest, IsThatOfTheTrackOnTheStrip) {
+    published.bankOffset = 1;
+    toggle(0);
+    EXPECT_THAT(argumentsOf(inputMonitorCommand), ElementsAre(R"({"enabled":false,"track_names":["Lead Vocals"]})"));
+}
+
+TEST_F(InputMonitorTest, IsLeftAloneWhenTheTrackIsNotKnown) {
+    toggle(3); // beyond the session
+    published.bankOffset = -1;
+    toggle(1);
+    published.bankOffset = 0;
+    published.trackMapFull[0].clear();
+    toggle(0);
+    EXPECT_THAT(service.requests, IsEmpty());
+}
+
+TEST_F(InputMonitorTest, IsLeftAloneWhenProToolsHasNoTrackOfThatName) {
+    toggle(2);
+    EXPECT_THAT(argumentsOf(inputMonitorCommand), IsEmpty());
+    EXPECT_THAT(bench.lines, IsEmpty());
+}
+
+TEST_F(InputMonitorTest, FailureIsToldLikeAnyOtherOfTheService) {
+    refuse(inputMonitorCommand);
+    toggle(0);
+    EXPECT_THAT(
+        bench.takeLines(),
+        ElementsAre("Track colors: unavailable (PTSL command failed: {\"errors\":[]}) → names are read from the "
+                    "screen, no colors shown"));
+    refuse(trackListCommand);
+    toggle(0);
+    EXPECT_THAT(bench.takeLines(), IsEmpty());
+}
+
+} // namespace
+} // namespace lumbrine

@@ -1,0 +1,58 @@
+// A model whose map has three tracks, beside a scripting service that says what the test wants.
+#pragma once
+
+#include "model/testing/model_test.h"
+#include "tests/scripting_link/envelope_service.h"
+
+namespace lumbrine {
+
+class MetadataTest : public ::testing::Test {
+protected:
+    static constexpr std::uint64_t trackListCommand = 3;
+    static constexpr std::uint64_t muteCommand = 85;
+    static constexpr std::uint64_t soloCommand = 86;
+    static constexpr std::uint64_t inputMonitorCommand = 90;
+
+    explicit MetadataTest(bool japanese = false) : bench(world, {.japanese = japanese, .scripting = true}) {
+        bench.setTrackMap({"Kick", "LdVo", "BkVo"}, 0);
+    }
+
+    // The tracks of the list, each as JSON.
+    void serve(const std::string& tracks) {
+        service.answers[trackListCommand] = [tracks](const service::Request&) {
+            return service::reply("{\"track_list\":[" + tracks + "]}");
+        };
+    }
+
+    void refuse(std::uint64_t command) {
+        service.answers[command] = [](const service::Request&) { return service::failure("{\"errors\":[]}"); };
+    }
+
+    void refresh() {
+        bench.parts().metadata.refreshFullNames();
+        world.runtime.runUntilIdle();
+    }
+
+    // The arguments of the requests with that command.
+    Lines argumentsOf(std::uint64_t command) const {
+        Lines arguments;
+        for (const service::Request& request : service.requests)
+            if (request.command == command) arguments.push_back(request.json);
+        return arguments;
+    }
+
+    static constexpr const char* threeTracks =
+        R"({"name":"Kick Drum","color":"#ff102030"},{"name":"Lead Vocals","color":""},{"name":"Backing Vocals"})";
+
+    ModelWorld world;
+    ModelBench bench;
+    service::EnvelopeService service{bench.streams};
+    PublishedState& published = bench.state().published;
+};
+
+class JapaneseMetadataTest : public MetadataTest {
+protected:
+    JapaneseMetadataTest() : MetadataTest(true) {}
+};
+
+} // namespace lumbrine

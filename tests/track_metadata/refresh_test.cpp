@@ -1,0 +1,157 @@
+// Reading the track list: when, what comes of it, and what the log tells.
+#include "ptsl/testing/service_frames.h"
+#include "tests/track_metadata/metadata_test.h"
+
+namespace lumbrine {
+namespace {
+
+constexpr const char* unavailable =
+    "Track colors: unavailable (Cannot reach Pro Tools' PTSL (not running or disabled)) "
+    "→ names are read from the screen, no colors shown";
+constexpr const char* connected = "✓ Connected to Pro Tools' official API (track names and colors)";
+
+class RefreshTest : public MetadataTest {};
+class JapaneseRefreshTest : public JapaneseMetadataTest {};
+
+TEST_F(RefreshTest, GivesTheMapTheNamesAndColoursOfTheList) {
+    serve(threeTracks);
+    refresh();
+    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+    EXPECT_THAT(published.trackMapColors, ElementsAre(0x102030U, std::nullopt, std::nullopt));
+    EXPECT_THAT(bench.lines, ElementsAre("✓ Got 3 track names (full names via PTSL)", connected));
+}
+
+TEST_F(RefreshTest, LeavesHiddenTracksOutWhenTheSurfacesDo) {
+    serve(R"({"name":"A"},{"name":"H","track_attributes":{"is_hidden":"SetImplicitly"}},{"name":"B"},{"name":"C"})");
+    refresh();
+    EXPECT_THAT(published.trackMapFull, ElementsAre("A", "B", "C"));
+}
+
+TEST_F(RefreshTest, CountsHiddenTracksWhenTheSurfacesDo) {
+    serve(R"({"name":"A"},{"name":"H","track_attributes":{"is_hidden":"SetImplicitly"}},{"name":"B"})");
+    refresh();
+    EXPECT_THAT(published.trackMapFull, ElementsAre("A", "H", "B"));
+}
+
+TEST_F(RefreshTest, TellsOnceThatTheServiceIsNotThereAndOfEachRecovery) {
+    bench.streams.stopListening(31416);
+    refresh();
+    refresh();
+    EXPECT_THAT(bench.takeLines(), ElementsAre(unavailable));
+    EXPECT_FALSE(bench.state().scripting.ptslOK);
+
+    service::EnvelopeService back(bench.streams);
+    back.answers[trackListCommand] = [](const service::Request&) { return service::reply("{}"); };
+    refresh();
+    refresh();
+    EXPECT_THAT(bench.takeLines(),
+                ElementsAre("Full names: count mismatch (0, 0 / HUI 3) → keeping 4-char names", connected));
+
+    back.answers[trackListCommand] = [](const service::Request&) { return service::failure("{}"); };
+    refresh();
+    EXPECT_FALSE(bench.state().scripting.ptslOK);
+    back.answers[trackListCommand] = [](const service::Request&) { return service::reply("{}"); };
+    refresh();
+    EXPECT_THAT(bench.takeLines(), ElementsAre(connected));
+}
+
+TEST_F(JapaneseRefreshTest, TellsBothInJapanese) {
+    refuse(trackListCommand);
+    refresh();
+    EXPECT_THAT(bench.takeLines(), ElementsAre("トラックの色: 取得できません（PTSL コマンド失敗: {\"errors\":[]}）→ "
+                                               "名前は画面から読み、色は出しません"));
+    serve(threeTracks);
+    refresh();
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✓ トラック名を 3 件取得（フルネーム表示・PTSL）",
+                                               "✓ Pro Tools の公式 API に接続（トラック名・色を取得）"));
+}
+
+TEST_F(RefreshTest, KeepsWhatItKnowsWhileTheServiceIsAway) {
+    serve(threeTracks);
+    refresh();
+    refuse(trackListCommand);
+    refresh();
+    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+}
+
+TEST_F(RefreshTest, IsNotBegunWhileOneIsUnderWay) {
+    service.answer = [](service::ScriptedService::Call&) {}; // never answers
+    bench.parts().metadata.refreshFullNames();
+    bench.run(1s);
+    bench.parts().metadata.refreshFullNames();
+    bench.run(1s);
+    EXPECT_EQ(service.callCount, 1U); // registering
+    bench.run(30s);                   // two attempts of 3 seconds
+    const std::size_t calls = service.callCount;
+    bench.run(30s);
+    EXPECT_EQ(service.callCount, calls);
+    bench.parts().metadata.refreshFullNames();
+    bench.run(1s);
+    EXPECT_GT(service.callCount, calls);
+}
+
+TEST_F(RefreshTest, OfAModelThatGoesAwayEndsByItself) {
+    service.answer = [](service::ScriptedService::Call&) {};
+    bench.parts().metadata.refreshFullNames();
+    bench.run(1s);
+    const auto gone = bench.model->lifetime();
+    bench.model.reset();
+    EXPECT_TRUE(world.runtime.runUntil([&gone] { return gone.expired(); }, 30s));
+    EXPECT_EQ(bench.streams.openCount(), 0U);
+}
+
+// ---- On the way to the client
+
+class RefreshedClientTest : public OwnedModelTest {
+protected:
+    RefreshedClientTest() {
+        bench.setTrackMap({"Kick", "LdVo"}, 0);
+        service.answers[3] = [](const service::Request&) {
+            return service::reply(
+                R"({"track_list":[{"name":"Kick Drum","color":"#102030","track_attributes":{"is_muted":true}},)"
+                R"({"name":"Lead Vocals","track_attributes":{"is_input_monitoring_on":"SetExplicitly"}}]})");
+        };
+    }
+
+    service::EnvelopeService service{bench.streams};
+};
+
+TEST_F(RefreshedClientTest, HearsOfNamesColoursAndMonitorsAtOnce) {
+    bench.parts().metadata.refreshFullNames();
+    world.runtime.runUntilIdle();
+    const Lines everything = phone->tape.take(bench.origin);
+    EXPECT_THAT(everything, testing::Contains("0ms 01 18 00 4B 69 63 6B 20 44 72 75 6D"));
+    EXPECT_THAT(everything, testing::Contains("0ms 01 18 01 4C 65 61 64 20 56 6F 63 61 6C 73"));
+    EXPECT_THAT(everything, testing::Contains(testing::StartsWith("0ms 01 19 01 10 20 30 00 00 00 00")));
+    EXPECT_THAT(everything, testing::Contains(testing::StartsWith("0ms 01 1A 00 01 00")));
+}
+
+TEST_F(RefreshedClientTest, GetsTheTableWithTheNextResend) {
+    bench.parts().metadata.refreshFullNames();
+    bench.run(700ms);
+    // Fader unknown; mute; colour; name.
+    EXPECT_THAT(heard(0x1B),
+                ElementsAre("600ms 01 1B 00 00 00 00 00 01 00 00 01 10 20 30 00 00 09 4B 69 63 6B 20 44 72 "
+                            "75 6D 00",
+                            "600ms 01 1B 00 01 00 00 00 00 00 00 00 00 00 00 01 00 0B 4C 65 61 64 20 56 6F "
+                            "63 61 6C 73 00"));
+}
+
+TEST_F(RefreshedClientTest, IsServedEvery1200MillisecondsWhileProToolsIsThere) {
+    bench.surfaceA.pingEverySecond();
+    bench.run(600ms);
+    EXPECT_EQ(service.requests.size(), 2U); // registering, and the first list
+    for (int i = 0; i < 5; ++i) {
+        bench.run(1200ms);
+        sendNothing();
+    }
+    EXPECT_EQ(service.requests.size(), 7U);
+}
+
+TEST_F(RefreshedClientTest, IsNotServedWithoutProTools) {
+    bench.run(3s);
+    EXPECT_THAT(service.requests, IsEmpty());
+}
+
+} // namespace
+} // namespace lumbrine
