@@ -11,8 +11,8 @@
 
 namespace lumbrine {
 
-// Wakes everything that sleeps or waits at a socket, lets go of the model, and stops the loop as soon as no job holds the
-// model any more. `model` is empty afterwards. On the main thread, while the loop runs; a second call does nothing.
+// Wakes everything that sleeps or waits at a socket, lets go of the model, and stops the loop as soon as no job holds
+// the model any more. `model` is empty afterwards. On the main thread, while the loop runs; a second call does nothing.
 void endReceiver(RunLoop& loop, RealRuntime& runtime, StreamSockets& streams, std::shared_ptr<ReceiverModel>& model);
 
 } // namespace lumbrine
