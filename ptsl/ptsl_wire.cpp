@@ -130,7 +130,7 @@ bool PTSLWire::mayWait(SetTimeout set, Duration& current) {
 }
 
 std::expected<void, PTSLError> PTSLWire::receiveMore() {
-    std::array<std::uint8_t, receiveSize> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by receive
+    std::array<std::uint8_t, receiveSize> buffer;
     for (;;) {
         if (!mayWait(&StreamSockets::setReceiveTimeout, receiveTimeout)) return std::unexpected(PTSLError::timedOut());
         const int received = sockets.receive(fd, buffer);
