@@ -29,6 +29,13 @@ const Names<RingPicture> ringPictures{{"dot", RingPicture::dot},
 const Names<BankWidth> bankWidths{{"answering", BankWidth::answering}, {"configured", BankWidth::configured}};
 const Names<bool> alignments{{"aligned", true}, {"plain", false}};
 const Names<bool> redraws{{"all", true}, {"changed", false}};
+const Names<AttributeSpelling> attributeSpellings{{"names", AttributeSpelling::names},
+                                                  {"prefixed", AttributeSpelling::prefixedNames},
+                                                  {"numbers", AttributeSpelling::numbers}};
+const Names<ErrorTypeSpelling> errorTypeSpellings{
+    {"number", ErrorTypeSpelling::number}, {"digits", ErrorTypeSpelling::digits}, {"name", ErrorTypeSpelling::name}};
+const Names<BusyError> busyErrors{
+    {"not-ready", BusyError::hostNotReady}, {"timed-out", BusyError::commandTimedOut}, {"busy", BusyError::hostIsBusy}};
 const Names<DumpPart> dumpParts{{"ping", DumpPart::ping},        {"displays", DumpPart::displays},
                                 {"faders", DumpPart::faders},    {"rings", DumpPart::rings},
                                 {"strips", DumpPart::stripLEDs}, {"globals", DumpPart::globalLEDs},
@@ -108,6 +115,9 @@ void declareSession(Reader& reader, CLI::App& app, SimulatorArguments& read) {
         ->type_name("N")
         ->capture_default_str()
         ->group("Session and surfaces");
+    reader.off("--no-session", read.options.opensSession, "open no session at the start");
+    reader.on("--japanese-names", read.style.japaneseNames, "all tracks have Japanese names");
+    reader.number("--folders", read.style.folders, "folders of three tracks; the first is closed, the next is open");
     reader.number("--surfaces", read.options.surfaces, "surfaces, 1 or 2");
     reader.number("--seed", read.options.seed, "decides the session and all that is left to chance");
     reader.number("--port-a", read.options.portNames[0], "MIDI ports of the first surface");
@@ -160,6 +170,28 @@ void declareBanking(Reader& reader, SimulatorOptions& options) {
     reader.choice("--bank-width", options.bankWidth, bankWidths, "which surfaces count for the width");
 }
 
+void declareScripting(Reader& reader, SimulatorArguments& read) {
+    ScriptingOptions& options = read.options.scripting;
+    reader.group("Scripting service");
+    reader.number("--scripting-port", read.scriptingPort, "TCP port on 127.0.0.1, 0 for any that is free");
+    reader.off("--no-scripting", read.scripting, "offer no scripting service");
+    reader.choice("--attributes", options.attributes, attributeSpellings, "how attributes of four values are written");
+    reader.choice("--error-types", options.errorTypes, errorTypeSpellings, "how the type of an error is written");
+    reader.on("--camel-case", options.camelCase, "keys as older versions write them");
+    reader.on("--empty-list-as-object", options.emptyListAsObject, "answer {} in the place of []");
+    reader.on("--armed-monitors", options.armedMonitors, "arming a track implies input monitoring");
+    reader.number("--page-limit", options.pageLimit, "tracks in one reply at most");
+    reader.number("--miscount", options.miscount, "tracks too many in the list, or too few below 0");
+    reader.on("--keep-registrations", options.registrationOutlivesConnection, "they are good on other connections");
+    reader.milliseconds("--command-ms", options.commandTime, "from a request to the work on it");
+    reader.milliseconds("--ready-after-ms", options.readyAfter, "from the start until the host is ready");
+    reader.number("--busy-one-in", options.busyOneIn, "one request in so many finds the host busy; 0 for none");
+    reader.number("--busy-burst", options.busyBurst, "requests that are then refused in a row");
+    reader.choice("--busy-error", options.busyError, busyErrors, "what a busy host says");
+    reader.number("--stall-one-in", options.stallOneIn, "one request in so many is served late; 0 for none");
+    reader.milliseconds("--stall-ms", options.stallTime, "how late");
+}
+
 void declareFaults(Reader& reader, SimulatorOptions& options) {
     reader.group("Faults");
     reader.milliseconds("--grab-ports-after-ms", options.grabPortsAfter, "from the start until the ports are used");
@@ -186,6 +218,7 @@ readSimulatorArguments(std::span<const char* const> arguments) {
     declareReaction(reader, read.options);
     declareShowing(reader, read.options);
     declareBanking(reader, read.options);
+    declareScripting(reader, read);
     declareFaults(reader, read.options);
 
     try {

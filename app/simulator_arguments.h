@@ -1,6 +1,7 @@
 // The command line of lumbrine-simulator.
 #pragma once
 
+#include "simulator/default_session.h"
 #include "simulator/simulator_options.h"
 
 #include <expected>
@@ -11,6 +12,9 @@ namespace lumbrine {
 
 struct SimulatorArguments {
     int tracks = 24; // 0-1000
+    SessionStyle style;
+    bool scripting = true;               // the scripting service is offered
+    std::uint16_t scriptingPort = 31416; // 0 for any that is free
     SimulatorOptions options;
 };
 

@@ -82,7 +82,8 @@ TEST(SimulatorArguments, ReachEachOption) {
                                  "--drop-one-press-in",
                                  "12",
                                  "--restless-user-ms",
-                                 "4000"});
+                                 "4000",
+                                 "--no-session"});
     ASSERT_TRUE(arguments) << arguments.error().error;
     const SimulatorOptions& options = arguments->options;
     EXPECT_EQ(arguments->tracks, 200);
@@ -120,6 +121,36 @@ TEST(SimulatorArguments, ReachEachOption) {
     EXPECT_EQ(options.grabPortsAfter, seconds(9));
     EXPECT_EQ(options.dropOnePressIn, 12);
     EXPECT_EQ(options.restlessUserEvery, seconds(4));
+    EXPECT_FALSE(options.opensSession);
+}
+
+TEST(SimulatorArguments, ReachEachOptionOfTheScriptingService) {
+    const auto arguments =
+        read({"--scripting-port=0", "--no-scripting", "--japanese-names", "--folders=2", "--attributes=numbers",
+              "--error-types=name", "--camel-case", "--empty-list-as-object", "--armed-monitors", "--page-limit=500",
+              "--miscount=-2", "--keep-registrations", "--command-ms=20", "--ready-after-ms=500", "--busy-one-in=9",
+              "--busy-burst=4", "--busy-error=not-ready", "--stall-one-in=8", "--stall-ms=2500"});
+    ASSERT_TRUE(arguments) << arguments.error().error;
+    EXPECT_EQ(arguments->scriptingPort, 0);
+    EXPECT_FALSE(arguments->scripting);
+    EXPECT_TRUE(arguments->style.japaneseNames);
+    EXPECT_EQ(arguments->style.folders, 2);
+    const ScriptingOptions& options = arguments->options.scripting;
+    EXPECT_EQ(options.attributes, AttributeSpelling::numbers);
+    EXPECT_EQ(options.errorTypes, ErrorTypeSpelling::name);
+    EXPECT_TRUE(options.camelCase);
+    EXPECT_TRUE(options.emptyListAsObject);
+    EXPECT_TRUE(options.armedMonitors);
+    EXPECT_EQ(options.pageLimit, 500u);
+    EXPECT_EQ(options.miscount, -2);
+    EXPECT_TRUE(options.registrationOutlivesConnection);
+    EXPECT_EQ(options.commandTime, seconds(0.02));
+    EXPECT_EQ(options.readyAfter, seconds(0.5));
+    EXPECT_EQ(options.busyOneIn, 9);
+    EXPECT_EQ(options.busyBurst, 4);
+    EXPECT_EQ(options.busyError, BusyError::hostNotReady);
+    EXPECT_EQ(options.stallOneIn, 8);
+    EXPECT_EQ(options.stallTime, seconds(2.5));
 }
 
 TEST(SimulatorArguments, AreRefusedWithStatusTwoWhenTheyAreNotUnderstood) {
@@ -133,7 +164,10 @@ TEST(SimulatorArguments, AreRefusedWithStatusTwoWhenTheyAreNotUnderstood) {
                                                                    {"--fader-bits", "12"},
                                                                    {"--end-of-session", "open"},
                                                                    {"--dump-order", "ping,faders"},
-                                                                   {"--dump-order", "ping,sound"}}) {
+                                                                   {"--dump-order", "ping,sound"},
+                                                                   {"--scripting-port", "65536"},
+                                                                   {"--attributes", "colors"},
+                                                                   {"--page-limit", "0"}}) {
         const auto arguments = read(words);
         ASSERT_FALSE(arguments) << words.front();
         EXPECT_EQ(arguments.error().status, 2) << words.front();

@@ -28,7 +28,7 @@ int simulate(const SimulatorArguments& arguments) {
     RealRuntime runtime(loop);
     const std::unique_ptr<MIDIConnections> midi = makeMIDIConnections(runtime);
     SimulatedProTools proTools(runtime, *midi, arguments.options,
-                               defaultSession(arguments.tracks, arguments.options.seed));
+                               defaultSession(arguments.tracks, arguments.options.seed, arguments.style));
     if (!proTools.hasMIDI()) {
         std::fputs("lumbrine-simulator: this computer has no MIDI system; start a JACK server\n", stderr);
         runtime.shutDown();

@@ -15,21 +15,22 @@ namespace {
 using Kind = SimulatedTrack::MeterProgram::Kind;
 
 struct Family {
+    std::string_view japanese;
     std::string_view color;
     Kind meter;
     double loudness; // dBFS of the loudest track
     int group;
 };
 
-constexpr Family drums{"#ffd94c3d", Kind::drum, -3, 1};
-constexpr Family bass{"#ff8e5bd0", Kind::bass, -6, 0};
-constexpr Family guitars{"#ff3d8ed9", Kind::melody, -9, 2};
-constexpr Family keys{"#ff3dc2a7", Kind::melody, -12, 0};
-constexpr Family strings{"#ffc9a23d", Kind::pad, -15, 3};
-constexpr Family voices{"#ffe08ab4", Kind::melody, -5, 0};
-constexpr Family choir{"#ffb06a9a", Kind::melody, -14, 4};
-constexpr Family returns{"#ff7a8690", Kind::pad, -18, 0};
-constexpr Family click{"#ff4a4a4a", Kind::silent, -20, 0};
+constexpr Family drums{"ドラム", "#ffd94c3d", Kind::drum, -3, 1};
+constexpr Family bass{"ベース", "#ff8e5bd0", Kind::bass, -6, 0};
+constexpr Family guitars{"ギター", "#ff3d8ed9", Kind::melody, -9, 2};
+constexpr Family keys{"キーボード", "#ff3dc2a7", Kind::melody, -12, 0};
+constexpr Family strings{"ストリングス", "#ffc9a23d", Kind::pad, -15, 3};
+constexpr Family voices{"ボーカル", "#ffe08ab4", Kind::melody, -5, 0};
+constexpr Family choir{"コーラス", "#ffb06a9a", Kind::melody, -14, 4};
+constexpr Family returns{"リターン", "#ff7a8690", Kind::pad, -18, 0};
+constexpr Family click{"クリック", "#ff4a4a4a", Kind::silent, -20, 0};
 
 struct Part {
     std::string_view name;
@@ -90,7 +91,8 @@ constexpr std::array more{
     Part{"Brass", &strings, false, 30, ""},      Part{"Choir", &choir, true, 0, ""},
 };
 
-std::string nameOf(const Part& part, int number) {
+std::string nameOf(const Part& part, int number, bool japanese) {
+    if (japanese) return std::string(part.family->japanese) + " " + std::to_string(number + 1);
     if (number < static_cast<int>(mix.size())) return std::string(part.name);
     std::array<char, 8> digits{};
     std::snprintf(digits.data(), digits.size(), "%03d ", number + 1);
@@ -104,9 +106,9 @@ SimulatedTrack::Automation automationBy(SeededRandom& chance) {
     return choices[chance.below(choices.size())];
 }
 
-SimulatedTrack makeTrack(const Part& part, int number, SeededRandom& chance) {
+SimulatedTrack makeTrack(const Part& part, int number, bool japanese, SeededRandom& chance) {
     SimulatedTrack track;
-    track.name = nameOf(part, number);
+    track.name = nameOf(part, number, japanese);
     track.comment = part.comment;
     track.color = part.family->color;
     track.stereo = part.stereo;
@@ -120,9 +122,22 @@ SimulatedTrack makeTrack(const Part& part, int number, SeededRandom& chance) {
     return track;
 }
 
+// Each folder stands before the tracks it holds. The session numbers its tracks from 1.
+void makeFolders(std::vector<SimulatedTrack>& tracks, int folders) {
+    constexpr std::size_t held = 3;
+    std::size_t index = 0;
+    for (int folder = 0; folder < folders && index + held < tracks.size(); ++folder, index += held + 1) {
+        tracks[index].name = "Folder " + std::to_string(folder + 1);
+        tracks[index].isFolder = true;
+        tracks[index].closed = folder % 2 == 0;
+        for (std::size_t i = 1; i <= held; ++i)
+            tracks[index + i].folder = static_cast<int>(index) + 1;
+    }
+}
+
 } // namespace
 
-SimulatedSession defaultSession(int tracks, std::uint64_t seed) {
+SimulatedSession defaultSession(int tracks, std::uint64_t seed, SessionStyle style) {
     constexpr int most = 1000;
     constexpr int fewestWithHidden = 9;
     constexpr std::uint64_t oneHiddenIn = 16;
@@ -133,10 +148,12 @@ SimulatedSession defaultSession(int tracks, std::uint64_t seed) {
     std::vector<SimulatedTrack> list;
     for (int number = 0; number < count; ++number) {
         const auto index = static_cast<std::size_t>(number < named ? number : number - named);
-        list.push_back(makeTrack(number < named ? mix[index] : more[index % more.size()], number, chance));
+        const Part& part = number < named ? mix[index] : more[index % more.size()];
+        list.push_back(makeTrack(part, number, style.japaneseNames, chance));
         const bool hides = chance.below(oneHiddenIn) == 0;
         list.back().hidden = hides && count >= fewestWithHidden;
     }
+    makeFolders(list, style.folders);
     return SimulatedSession("Evening Light", std::move(list));
 }
 

@@ -48,5 +48,25 @@ TEST(DefaultSession, HidesNothingWhileAllFitsOneSurface) {
         EXPECT_EQ(defaultSession(8, seed).shownTracks().size(), 8u);
 }
 
+TEST(DefaultSession, NamesAllTracksInJapaneseWhereThatIsAskedFor) {
+    const SimulatedSession session = defaultSession(1000, 1, {.japaneseNames = true});
+    std::set<std::string> names;
+    for (const SimulatedTrack& track : session.tracks()) {
+        EXPECT_FALSE(isASCII(track.name)) << track.name;
+        EXPECT_TRUE(names.insert(track.name).second) << track.name;
+    }
+}
+
+TEST(DefaultSession, PutsThreeTracksIntoEachFolderAndClosesEverySecondOne) {
+    const SimulatedSession session = defaultSession(8, 1, {.folders = 5});
+    const auto& tracks = session.tracks();
+    EXPECT_EQ(tracks[0].name, "Folder 1");
+    EXPECT_TRUE(tracks[0].isFolder && tracks[0].closed);
+    EXPECT_TRUE(tracks[4].isFolder && !tracks[4].closed);
+    EXPECT_EQ(tracks[3].folder, tracks[0].id);
+    EXPECT_EQ(tracks[5].folder, tracks[4].id);
+    EXPECT_EQ(session.shownTracks(), (std::vector{1, 5, 6, 7, 8})); // there was no room for more folders
+}
+
 } // namespace
 } // namespace lumbrine

@@ -10,7 +10,15 @@ SimulatedProTools::SimulatedProTools(Runtime& rt, MIDIConnections& connections, 
     : options(std::move(simulatorOptions)), runtime(rt), mutex(rt), theSession(initialSession),
       host(options, theSession), user(theSession, host, options.restlessUserEvery, options.seed),
       grabsPortsAt(rt.now() + options.grabPortsAfter),
-      queue(rt.serialQueue("simulated Pro Tools", Priority::userInitiated)) {
+      queue(rt.serialQueue("simulated Pro Tools", Priority::userInitiated)),
+      scriptingService(
+          rt, options.scripting, options.seed,
+          [this](const std::function<void(SimulatedSession&)>& body) { edit(body); },
+          [this] {
+              Lock lock(mutex);
+              return stuckUntil;
+          }) {
+    if (!options.opensSession) theSession.close();
     for (int surface = 0; surface < options.surfaces; ++surface) {
         const auto index = static_cast<std::size_t>(surface);
         ports[index] =
@@ -26,6 +34,7 @@ SimulatedProTools::SimulatedProTools(Runtime& rt, MIDIConnections& connections, 
 }
 
 SimulatedProTools::~SimulatedProTools() {
+    scriptingService.end();
     {
         Lock lock(mutex);
         ending = true;
@@ -153,6 +162,7 @@ std::vector<ReceivedPacket> SimulatedProTools::received(int surface) const {
 SimulatorSnapshot SimulatedProTools::snapshot() const {
     SimulatorSnapshot snapshot;
     snapshot.at = runtime.now();
+    snapshot.scriptingPort = scriptingService.port();
     std::array<bool, 2> connected{};
     for (std::size_t i = 0; i < ports.size(); ++i)
         connected[i] = ports[i] != nullptr && ports[i]->connected();

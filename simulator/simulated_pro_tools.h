@@ -1,5 +1,6 @@
-// The simulated Pro Tools as one object: a session, its HUI surfaces on MIDI ports, and faults, all driven by one
-// serial queue of the runtime. It meets the receiver through MIDI bytes alone.
+// The simulated Pro Tools as one object: a session, its HUI surfaces on MIDI ports, its scripting service, and faults.
+// The surfaces are driven by one serial queue of the runtime and the scripting service by another. It meets the
+// receiver through MIDI bytes and through whatever wire somebody connects to the scripting service.
 //
 // Every public call may come from any thread and returns at once.
 #pragma once
@@ -8,6 +9,7 @@
 #include "platform/api/runtime.h"
 #include "simulator/restless_user.h"
 #include "simulator/simulated_hui_host.h"
+#include "simulator/simulated_scripting.h"
 #include "simulator/simulated_session.h"
 #include "simulator/simulator_options.h"
 
@@ -16,6 +18,7 @@
 #include <deque>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,6 +48,7 @@ struct SimulatorSnapshot {
     int width = 0;  // of the bank, in strips
     int shownTracks = 0;
     bool sessionOpen = false;
+    std::optional<std::uint16_t> scriptingPort; // where the scripting service is offered
     SimulatedTransport transport;
     std::uint64_t droppedPresses = 0;
     std::vector<Surface> surfaces;
@@ -76,13 +80,18 @@ public:
     // ---- Faults.
 
     void silence(int surface, Duration duration); // nothing goes out to that surface or comes in from it
-    void stick(Duration duration);                // does nothing at all, then reacts to all that came meanwhile
+    void stick(Duration duration);                // does nothing at all, then reacts to all that came meanwhile;
+                                                  // so does the scripting service
     void releasePorts();                          // surfaces are deaf and mute until the ports are grabbed again
     void grabPorts();
 
     // No more trouble: the restless user rests, no press is lost any more, and what silence, stick and releasePorts
     // began is over.
     void rest();
+
+    // ---- Scripting. Whoever serves it by a wire is gone before this is.
+
+    SimulatedScripting& scripting() { return scriptingService; }
 
     // ---- Looking.
 
@@ -133,6 +142,8 @@ private:
     // and only before the end has begun.
     std::array<std::unique_ptr<MIDIConnection>, 2> ports;
     std::unique_ptr<SerialQueue> queue;
+
+    SimulatedScripting scriptingService; // its jobs edit the session, and with that post to the queue above
 };
 
 } // namespace lumbrine

@@ -1,6 +1,7 @@
 #include "simulator/simulated_session.h"
 
 #include <algorithm>
+#include <tuple>
 #include <utility>
 
 namespace lumbrine {
@@ -34,6 +35,16 @@ SimulatedTrack* SimulatedSession::mutableFind(int id) {
 const SimulatedTrack* SimulatedSession::findByName(std::string_view name) const {
     const auto found = std::ranges::find(trackList, name, &SimulatedTrack::name);
     return found == trackList.end() ? nullptr : &*found;
+}
+
+bool SimulatedSession::hiddenByFolder(const SimulatedTrack& track) const {
+    const SimulatedTrack* folder = find(track.folder);
+    // No more steps than there are tracks: somebody may have put two folders into each other.
+    for (std::size_t steps = 0; folder != nullptr && folder->isFolder && steps < trackList.size(); ++steps) {
+        if (folder->closed || folder->hidden) return true;
+        folder = find(folder->folder);
+    }
+    return false;
 }
 
 bool SimulatedSession::change(int id, const std::function<void(SimulatedTrack&)>& edit) {
@@ -177,7 +188,10 @@ void SimulatedSession::announce(SessionChange::Kind kind, int trackID) {
 void SimulatedSession::announceDifference(const SimulatedTrack& before, const SimulatedTrack& after) {
     if (before == after) return;
     soloed += static_cast<int>(after.solo) - static_cast<int>(before.solo);
-    if (before.name != after.name || before.hidden != after.hidden) {
+    const auto structure = [](const SimulatedTrack& track) {
+        return std::tie(track.name, track.hidden, track.isFolder, track.closed, track.folder);
+    };
+    if (structure(before) != structure(after)) {
         reindex();
         announce(SessionChange::Kind::structure);
     }
@@ -187,6 +201,9 @@ void SimulatedSession::announceDifference(const SimulatedTrack& before, const Si
     SimulatedTrack rest = before;
     rest.name = after.name;
     rest.hidden = after.hidden;
+    rest.isFolder = after.isFolder;
+    rest.closed = after.closed;
+    rest.folder = after.folder;
     rest.automation = after.automation;
     rest.trim = after.trim;
     if (rest != after) announce(SessionChange::Kind::values, after.id);
@@ -199,9 +216,11 @@ void SimulatedSession::reindex() {
     for (std::size_t i = 0; i < trackList.size(); ++i) {
         const SimulatedTrack& track = trackList[i];
         indexOfID[static_cast<std::size_t>(track.id)] = i;
-        if (openNow && !track.hidden) shownIDs.push_back(track.id);
         if (track.solo) ++soloed;
     }
+    if (!openNow) return;
+    for (const SimulatedTrack& track : trackList)
+        if (!track.hidden && !hiddenByFolder(track)) shownIDs.push_back(track.id);
 }
 
 } // namespace lumbrine

@@ -20,7 +20,7 @@ struct SessionChange {
     enum class Kind {
         values,     // fader, switches, pan, group, meter program, comment or colour of one track
         automation, // automation mode or trim of one track
-        structure,  // names, order, number or hiding of tracks
+        structure,  // names, order, number, folders or hiding of tracks
         transport,
         opened,
         closed,
@@ -63,6 +63,7 @@ public:
     const SimulatedTrack* find(int id) const;                        // null when there is none
     const SimulatedTrack* findByName(std::string_view name) const;   // the first of that exact name
     const std::vector<int>& shownTracks() const { return shownIDs; } // ids in session order without hidden ones
+    bool hiddenByFolder(const SimulatedTrack& track) const;          // a folder around it is closed or hidden
     bool anySolo() const { return soloed > 0; }
     bool impliedMute(const SimulatedTrack& track) const { return anySolo() && !track.solo && !track.mute; }
 

@@ -69,6 +69,55 @@ TEST(SimulatedSession, LeavesHiddenTracksOutOfWhatIsShown) {
     EXPECT_THAT(session.shownTracks(), ElementsAre(1, 2, 3));
 }
 
+TEST(SimulatedSession, HidesWhatIsInAClosedOrHiddenFolder) {
+    SimulatedSession session = threeTracks();
+    session.change(1, [](SimulatedTrack& track) { track.isFolder = true; });
+    session.change(2, [](SimulatedTrack& track) {
+        track.isFolder = true;
+        track.folder = 1;
+    });
+    session.change(3, [](SimulatedTrack& track) { track.folder = 2; });
+    EXPECT_THAT(session.shownTracks(), ElementsAre(1, 2, 3));
+    session.change(2, [](SimulatedTrack& track) { track.closed = true; });
+    EXPECT_THAT(session.shownTracks(), ElementsAre(1, 2));
+    EXPECT_TRUE(session.hiddenByFolder(*session.find(3)));
+    session.change(2, [](SimulatedTrack& track) { track.closed = false; });
+    session.setHidden(1, true);
+    EXPECT_THAT(session.shownTracks(), IsEmpty());
+    session.remove(1);
+    EXPECT_THAT(session.shownTracks(), ElementsAre(2, 3));
+}
+
+TEST(SimulatedSession, HidesNothingInWhatIsNoFolder) {
+    SimulatedSession session = threeTracks();
+    session.change(1, [](SimulatedTrack& track) { track.closed = true; });
+    session.change(2, [](SimulatedTrack& track) { track.folder = 1; });
+    EXPECT_THAT(session.shownTracks(), ElementsAre(1, 2, 3));
+}
+
+TEST(SimulatedSession, BearsFoldersThatAreInEachOther) {
+    SimulatedSession session = threeTracks();
+    for (const int id : {1, 2})
+        session.change(id, [id](SimulatedTrack& track) {
+            track.isFolder = true;
+            track.folder = 3 - id;
+        });
+    EXPECT_THAT(session.shownTracks(), ElementsAre(1, 2, 3));
+    session.change(1, [](SimulatedTrack& track) { track.closed = true; });
+    EXPECT_THAT(session.shownTracks(), ElementsAre(3));
+}
+
+TEST(SimulatedSession, AnnouncesFoldersAsStructure) {
+    SimulatedSession session = threeTracks();
+    ChangeLog log(session);
+    session.change(1, [](SimulatedTrack& track) { track.isFolder = true; });
+    session.change(2, [](SimulatedTrack& track) { track.folder = 1; });
+    session.change(1, [](SimulatedTrack& track) { track.closed = true; });
+    EXPECT_THAT(log.take(), ElementsAre(Kind::structure, Kind::structure, Kind::structure));
+    session.change(2, [](SimulatedTrack& track) { track.inactive = true; });
+    EXPECT_THAT(log.take(), ElementsAre(Kind::values));
+}
+
 TEST(SimulatedSession, AnnouncesEachChangeOnceAndByItsKind) {
     SimulatedSession session = threeTracks();
     ChangeLog log(session);

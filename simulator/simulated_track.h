@@ -29,8 +29,14 @@ struct SimulatedTrack {
     std::string comment;
     std::string color = "#ff2a2a2a"; // alpha, red, green, blue
 
-    bool hidden = false;
+    bool hidden = false; // by itself; see SimulatedSession::hiddenByFolder
+    bool inactive = false;
     bool stereo = false;
+
+    // A folder holds the tracks that name it as theirs, other folders too. A closed one hides all of them and stays.
+    bool isFolder = false;
+    bool closed = false;
+    int folder = 0; // id of the folder that the track is in, 0 for none
 
     FaderValue fader = unityGain;
     bool mute = false; // pressed by somebody; a solo elsewhere silences a track without setting it

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/api/time.h"
+#include "simulator/scripting_options.h"
 
 #include <array>
 #include <cstddef>
@@ -43,7 +44,8 @@ enum class DumpPart { ping, displays, faders, rings, stripLEDs, globalLEDs, coun
 struct SimulatorOptions {
     int surfaces = 1; // 1 or 2
     std::array<std::string, 2> portNames{"Lumbrine", "Lumbrine B"};
-    std::uint64_t seed = 1; // decides all that is left to chance
+    std::uint64_t seed = 1;   // decides all that is left to chance
+    bool opensSession = true; // a session is open at the start
 
     // ---- Presence.
     Duration pingInterval = seconds(1);
@@ -87,6 +89,8 @@ struct SimulatorOptions {
     Duration grabPortsAfter = Duration::zero();    // from the start until it first uses the ports
     int dropOnePressIn = 0;                        // about one press in so many is not seen; 0 for none
     Duration restlessUserEvery = Duration::zero(); // a random act on the host's own screen about so often; 0 for none
+
+    ScriptingOptions scripting;
 
     // ---- Records.
     std::size_t logLimit = 100'000; // received packets that are kept for each surface

@@ -43,6 +43,7 @@ std::string statusLine(const SimulatorSnapshot& snapshot, bool position) {
         line += presence(snapshot.surfaces[i]);
     }
     line += " | " + bankText(snapshot) + " | " + transportText(snapshot.transport, position) + " |";
+    if (snapshot.scriptingPort) line += " scripting on " + std::to_string(*snapshot.scriptingPort) + " |";
     for (const auto& surface : snapshot.surfaces)
         for (const auto& strip : surface.strips)
             if (surface.answering) line += (strip.touched ? "*" : " ") + strip.display;

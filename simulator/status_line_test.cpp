@@ -49,6 +49,12 @@ TEST(StatusLine, TellsTheTransport) {
     EXPECT_EQ(statusLine(snapshot, false), " | 9-16 of 38 | ready to record |");
 }
 
+TEST(StatusLine, TellsWhereTheScriptingServiceIs) {
+    SimulatorSnapshot snapshot = playing();
+    snapshot.scriptingPort = 31416;
+    EXPECT_EQ(statusLine(snapshot, false), "A on | 9-16 of 38 | playing | scripting on 31416 | Kick*Snr");
+}
+
 TEST(StatusLine, TellsAnEmptyAndAMissingSession) {
     SimulatorSnapshot snapshot = playing();
     snapshot.shownTracks = 5;

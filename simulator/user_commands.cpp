@@ -198,6 +198,42 @@ Result automation(SimulatedProTools& proTools, Arguments& arguments) {
     });
 }
 
+Result color(SimulatedProTools& proTools, Arguments& arguments) {
+    constexpr std::size_t digits = 6;
+    return editTrack(proTools, arguments, [&](SimulatedSession& session, int id) -> Result {
+        const std::string_view value = arguments.word();
+        if (value.size() != digits || value.find_first_not_of("0123456789abcdef") != value.npos) return wrong();
+        session.change(id, [&](SimulatedTrack& track) { track.color = "#ff" + std::string(value); });
+        return {};
+    });
+}
+
+Result fold(SimulatedProTools& proTools, Arguments& arguments) {
+    return editTrack(proTools, arguments, [](SimulatedSession& session, int id) -> Result {
+        if (!session.find(id)->isFolder) return Failure("that track is no folder");
+        session.change(id, [](SimulatedTrack& track) { track.closed = !track.closed; });
+        return {};
+    });
+}
+
+Result script(SimulatedProTools& proTools, Arguments& arguments) {
+    const std::string_view fault = arguments.word();
+    if (fault == "busy") {
+        const auto requests = arguments.number<int>();
+        if (!requests || *requests < 1) return wrong();
+        proTools.scripting().refuseNext(*requests);
+    } else if (fault == "stall") {
+        const auto time = arguments.within(0, 3600);
+        if (!time) return wrong();
+        proTools.scripting().stall(seconds(*time));
+    } else if (fault == "restart" && arguments.atEnd()) {
+        proTools.scripting().restart();
+    } else {
+        return wrong();
+    }
+    return {};
+}
+
 Result silence(SimulatedProTools& proTools, Arguments& arguments) {
     const auto surface = arguments.number<int>();
     const auto time = arguments.within(0, 3600);
@@ -259,6 +295,10 @@ constexpr std::array commands{
     Command{"mute", "TRACK", "mute on or off", toggle<&SimulatedTrack::mute>},
     Command{"solo", "TRACK", "solo on or off", toggle<&SimulatedTrack::solo>},
     Command{"arm", "TRACK", "arm for recording, or no longer", toggle<&SimulatedTrack::recordArmed>},
+    Command{"monitor", "TRACK", "input monitoring on or off", toggle<&SimulatedTrack::inputMonitor>},
+    Command{"inactive", "TRACK", "make a track inactive, or active again", toggle<&SimulatedTrack::inactive>},
+    Command{"color", "TRACK RRGGBB", "give a track another color, six digits of 0-9 and a-f", color},
+    Command{"fold", "TRACK", "close a folder, or open it", fold},
     Command{"select", "TRACK", "select one track alone", select},
     Command{"fader", "TRACK VALUE", "move a fader, 0 to 1", fader},
     Command{"pan", "TRACK LEFT [RIGHT]", "set the pan, -100 to 100", pan},
@@ -270,6 +310,7 @@ constexpr std::array commands{
     Command{"stick", "SECONDS", "do nothing at all for a while", stick},
     Command{"release", "", "let go of the MIDI ports", release},
     Command{"grab", "", "use the MIDI ports again", grab},
+    Command{"script", "busy N|stall SECONDS|restart", "let the scripting service fail", script},
     Command{"tracks", "", "list the tracks", tracks},
     Command{"help", "", "list these commands", help},
     Command{"quit", "", "end the program", nullptr},

@@ -71,6 +71,54 @@ TEST_F(UserCommandsTest, EditTheTracks) {
     EXPECT_FALSE(track(3).hidden);
 }
 
+TEST_F(UserCommandsTest, SetWhatNoSurfaceShows) {
+    say("monitor 2");
+    say("inactive 2");
+    say("color 2 12ab9f");
+    EXPECT_TRUE(track(2).inputMonitor && track(2).inactive);
+    EXPECT_EQ(track(2).color, "#ff12ab9f");
+    expectRefused("color 2 12ab9");
+    expectRefused("color 2 12ab9g");
+    expectRefused("color 2");
+}
+
+TEST_F(UserCommandsTest, CloseAndOpenAFolder) {
+    proTools.edit(
+        [](SimulatedSession& session) { session.change(1, [](SimulatedTrack& track) { track.isFolder = true; }); });
+    say("fold 1");
+    EXPECT_TRUE(track(1).closed);
+    say("fold 1");
+    EXPECT_FALSE(track(1).closed);
+    expectRefused("fold 2");
+}
+
+TEST_F(UserCommandsTest, LetTheScriptingServiceFail) {
+    std::vector<ScriptingReply> replies;
+    const auto check = [&] {
+        ScriptingRequest request;
+        request.command = 13;
+        proTools.scripting().ask(request, "test", [&](const ScriptingReply& reply) { replies.push_back(reply); });
+        runtime.runUntilIdle();
+    };
+    EXPECT_TRUE(say("script busy 1").done);
+    check();
+    check();
+    ASSERT_EQ(replies.size(), 2u);
+    EXPECT_EQ(replies[0].bodyJSON, R"({"is_host_ready":false})");
+    EXPECT_EQ(replies[1].bodyJSON, R"({"is_host_ready":true})");
+    EXPECT_TRUE(say("script stall 2").done);
+    check();
+    EXPECT_EQ(replies.size(), 2u);
+    runtime.runFor(seconds(2));
+    EXPECT_EQ(replies.size(), 3u);
+    EXPECT_TRUE(say("script restart").done);
+    expectRefused("script");
+    expectRefused("script dance");
+    expectRefused("script busy 0");
+    expectRefused("script stall -1");
+    expectRefused("script restart 5");
+}
+
 TEST_F(UserCommandsTest, SetTheValuesOfATrack) {
     say("mute 2");
     say("solo 2");

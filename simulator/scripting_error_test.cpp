@@ -1,0 +1,54 @@
+#include "simulator/scripting_error.h"
+#include "simulator/scripting_json.h"
+
+namespace lumbrine {
+namespace {
+
+const ScriptingFailure busy{ScriptingError::hostIsBusy, "The host is busy"};
+
+TEST(ScriptingError, IsToldWithItsNumber) {
+    EXPECT_EQ(
+        errorJSON(busy, ErrorTypeSpelling::number),
+        R"({"errors":[{"command_error_type":138,"command_error_message":"The host is busy","is_warning":false}]})");
+}
+
+TEST(ScriptingError, IsToldWithItsNumberAsText) {
+    EXPECT_EQ(errorJSON(busy, ErrorTypeSpelling::digits), R"({"errors":[{"command_error_type":"138",)"
+                                                          R"("command_error_message":"The host is busy",)"
+                                                          R"("is_warning":false}]})");
+}
+
+TEST(ScriptingError, IsToldWithItsName) {
+    const std::map<ScriptingError, std::string> names{
+        {ScriptingError::unknownSession, "UnknownSessionId"},       {ScriptingError::unknownTrack, "UnknownTrackName"},
+        {ScriptingError::invalidBody, "InvalidRequestBody"},        {ScriptingError::noOpenSession, "NoOpenedSession"},
+        {ScriptingError::unsupportedCommand, "UnsupportedCommand"}, {ScriptingError::hostNotReady, "HostNotReady"},
+        {ScriptingError::commandTimedOut, "CommandTimeOut"},        {ScriptingError::hostIsBusy, "HostIsBusy"},
+    };
+    for (const auto& [error, name] : names)
+        EXPECT_EQ(errorJSON({error, "x"}, ErrorTypeSpelling::name),
+                  R"({"errors":[{"command_error_type":")" + name +
+                      R"(","command_error_message":"x","is_warning":false}]})");
+}
+
+TEST(ScriptingJSON, TakesObjectsAndNothingElseFromABody) {
+    EXPECT_TRUE(objectOf(""));
+    EXPECT_TRUE(objectOf(R"({"a":1})"));
+    for (const char* const text : {"[]", "1", "\"a\"", "null", "{", "{}x", "{\"a\":\"\xFF\"}"})
+        EXPECT_FALSE(objectOf(text)) << text;
+    EXPECT_FALSE(objectOf(std::string(100'000, '[')));
+    EXPECT_FALSE(objectOf(std::string(100'000, '[') + std::string(100'000, ']'))); // deep, and no object
+}
+
+TEST(ScriptingJSON, RepairsWhatIsNoUTF8) {
+    EXPECT_EQ(textOf(JSON{{"name", "a\xFF"}}), "{\"name\":\"a\xEF\xBF\xBD\"}");
+}
+
+TEST(ScriptingJSON, SpellsKeysBothWays) {
+    EXPECT_EQ(spelledKey("is_input_monitoring_on", false), "is_input_monitoring_on");
+    EXPECT_EQ(spelledKey("is_input_monitoring_on", true), "isInputMonitoringOn");
+    EXPECT_EQ(spelledKey("name", true), "name");
+}
+
+} // namespace
+} // namespace lumbrine

@@ -1,0 +1,19 @@
+#include "simulator/scripting_options.h"
+
+namespace lumbrine {
+
+std::optional<std::string> problemWith(const ScriptingOptions& options) {
+    constexpr int mostTracks = 1000;
+    if (options.pageLimit < 1) return "a page holds at least 1 track";
+    if (options.miscount < -mostTracks || options.miscount > mostTracks)
+        return "the track list is wrong by at most 1000 tracks";
+    if (options.commandTime < Duration::zero()) return "a command takes 0 seconds or more";
+    if (options.readyAfter < Duration::zero()) return "the host is ready after 0 seconds or more";
+    if (options.busyOneIn < 0) return "one request in 1 or more meets a busy host, or none with 0";
+    if (options.busyBurst < 1) return "a busy host refuses at least 1 request";
+    if (options.stallOneIn < 0) return "one request in 1 or more stalls, or none with 0";
+    if (options.stallTime <= Duration::zero()) return "a stall takes more than 0 seconds";
+    return std::nullopt;
+}
+
+} // namespace lumbrine

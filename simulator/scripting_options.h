@@ -1,0 +1,51 @@
+// What can be chosen about the scripting service of the simulated Pro Tools: spellings that versions of the real one
+// differ in, and faults.
+#pragma once
+
+#include "platform/api/time.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace lumbrine {
+
+// How the four values of an attribute are written that can be set in two ways.
+enum class AttributeSpelling {
+    names,         // "SetExplicitly"
+    prefixedNames, // "TAState_SetExplicitly"
+    numbers,       // 1 none, 2 explicitly, 3 implicitly, 4 both
+};
+
+enum class ErrorTypeSpelling { number, digits, name }; // 138, "138", "HostIsBusy"
+
+// What a service says that cannot serve at the moment.
+enum class BusyError { hostNotReady = 134, commandTimedOut = 137, hostIsBusy = 138 };
+
+struct ScriptingOptions {
+    // ---- What replies look like.
+    AttributeSpelling attributes = AttributeSpelling::names;
+    ErrorTypeSpelling errorTypes = ErrorTypeSpelling::number;
+    bool camelCase = false;         // of the keys, as older versions have it
+    bool emptyListAsObject = false; // {} in the place of []
+    bool armedMonitors = false;     // a track that is armed for recording has its input monitored implicitly
+    std::size_t pageLimit = 1000;   // tracks in one reply at most
+    int miscount = 0;               // the track list has so many tracks too many, or too few below 0
+
+    // ---- How it lives.
+    bool registrationOutlivesConnection = false;
+    Duration commandTime = Duration::zero(); // from a request to the work on it
+    Duration readyAfter = Duration::zero();  // from the start until the host is ready
+
+    // ---- Faults.
+    int busyOneIn = 0; // about one request in so many begins a burst of refusals; 0 for none
+    int busyBurst = 3; // requests that are refused in a row
+    BusyError busyError = BusyError::hostIsBusy;
+    int stallOneIn = 0; // about one request in so many is served late; 0 for none
+    Duration stallTime = seconds(10);
+};
+
+// What is wrong with the options, in words, or nothing.
+std::optional<std::string> problemWith(const ScriptingOptions& options);
+
+} // namespace lumbrine

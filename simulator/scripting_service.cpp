@@ -1,0 +1,187 @@
+#include "simulator/scripting_service.h"
+
+#include "simulator/scripting_json.h"
+#include "simulator/scripting_setter.h"
+#include "simulator/scripting_track_list.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+enum Command : std::int32_t {
+    trackListCommand = 3,
+    hostReadyCheckCommand = 13,
+    sessionNameCommand = 42,
+    registerCommand = 70,
+    setMuteCommand = 85,
+    setSoloCommand = 86,
+    setRecordEnableCommand = 88,
+    setInputMonitorCommand = 90,
+};
+
+constexpr std::array served{trackListCommand, hostReadyCheckCommand, sessionNameCommand,     registerCommand,
+                            setMuteCommand,   setSoloCommand,        setRecordEnableCommand, setInputMonitorCommand};
+
+constexpr std::int32_t serviceVersion = 5;
+constexpr std::int32_t done = 100;
+
+std::unexpected<ScriptingFailure> failure(ScriptingError error, std::string message) {
+    return std::unexpected(ScriptingFailure{error, std::move(message)});
+}
+
+std::unexpected<ScriptingFailure> invalidBody() {
+    return failure(ScriptingError::invalidBody, "The request body is not what the command takes");
+}
+
+std::unexpected<ScriptingFailure> noOpenSession() {
+    return failure(ScriptingError::noOpenSession, "No session is open");
+}
+
+std::unexpected<ScriptingFailure> busy(BusyError error) {
+    switch (error) {
+    case BusyError::hostNotReady:
+        return failure(ScriptingError::hostNotReady, "The host is not ready");
+    case BusyError::commandTimedOut:
+        return failure(ScriptingError::commandTimedOut, "The command timed out");
+    case BusyError::hostIsBusy:
+        break;
+    }
+    return failure(ScriptingError::hostIsBusy, "The host is busy");
+}
+
+bool isText(const JSON& object, std::string_view key) {
+    const JSON* const value = valueOf(object, key);
+    return value != nullptr && value->is_string() && !value->get_ref<const std::string&>().empty();
+}
+
+} // namespace
+
+ScriptingService::ScriptingService(const ScriptingOptions& chosen, std::uint64_t seed, EditSession editSession,
+                                   TimePoint start)
+    : options(chosen), edit(std::move(editSession)), registrations(seed, chosen.registrationOutlivesConnection),
+      chance(seed + 1), readyAt(start + chosen.readyAfter) {}
+
+ScriptingReply ScriptingService::answer(const ScriptingRequest& request, std::string_view connection, TimePoint now) {
+    ScriptingReply reply;
+    reply.taskID = request.taskID;
+    reply.command = request.command;
+    reply.progress = done;
+    reply.version = serviceVersion;
+    if (Result result = run(request, connection, now)) {
+        reply.status = ScriptingStatus::completed;
+        reply.bodyJSON = std::move(*result);
+    } else {
+        reply.status = ScriptingStatus::failed;
+        reply.errorJSON = errorJSON(result.error(), options.errorTypes);
+    }
+    return reply;
+}
+
+ScriptingService::Result ScriptingService::run(const ScriptingRequest& request, std::string_view connection,
+                                               TimePoint now) {
+    const bool refused = refuses();
+    if (request.command == hostReadyCheckCommand) return isHostReady(!refused && now >= readyAt);
+    if (now < readyAt) return busy(BusyError::hostNotReady);
+    if (refused) return busy(options.busyError);
+    if (std::ranges::find(served, request.command) == served.end())
+        return failure(ScriptingError::unsupportedCommand,
+                       "Command " + std::to_string(request.command) + " is not supported");
+    if (request.command == registerCommand) return registerApplication(request.bodyJSON, connection);
+    if (!registrations.knows(request.sessionID, connection))
+        return failure(ScriptingError::unknownSession, "The session id \"" + request.sessionID + "\" is not known");
+
+    switch (request.command) {
+    case trackListCommand:
+        return trackList(request.bodyJSON);
+    case sessionNameCommand:
+        return sessionName();
+    case setMuteCommand:
+        return set(request.bodyJSON, &SimulatedTrack::mute);
+    case setSoloCommand:
+        return set(request.bodyJSON, &SimulatedTrack::solo);
+    case setRecordEnableCommand:
+        return set(request.bodyJSON, &SimulatedTrack::recordArmed);
+    default:
+        return set(request.bodyJSON, &SimulatedTrack::inputMonitor);
+    }
+}
+
+bool ScriptingService::refuses() {
+    if (toRefuse == 0 && options.busyOneIn > 0 && chance.oneIn(static_cast<std::uint64_t>(options.busyOneIn)))
+        toRefuse = options.busyBurst;
+    if (toRefuse == 0) return false;
+    --toRefuse;
+    return true;
+}
+
+ScriptingService::Result ScriptingService::isHostReady(bool ready) const {
+    JSON body = JSON::object();
+    body[spelledKey("is_host_ready", options.camelCase)] = ready;
+    return textOf(body);
+}
+
+ScriptingService::Result ScriptingService::registerApplication(std::string_view text, std::string_view connection) {
+    const std::optional<JSON> body = objectOf(text);
+    if (!body || !isText(*body, "company_name") || !isText(*body, "application_name")) return invalidBody();
+    JSON reply = JSON::object();
+    reply[spelledKey("session_id", options.camelCase)] = registrations.add(connection);
+    return textOf(reply);
+}
+
+ScriptingService::Result ScriptingService::sessionName() const {
+    Result result = noOpenSession();
+    edit([&](const SimulatedSession& session) {
+        if (!session.isOpen()) return;
+        JSON body = JSON::object();
+        body[spelledKey("session_name", options.camelCase)] = session.name();
+        result = textOf(body);
+    });
+    return result;
+}
+
+ScriptingService::Result ScriptingService::trackList(std::string_view body) const {
+    const std::optional<TrackListRequest> request = parseTrackListRequest(body);
+    if (!request) return invalidBody();
+    std::optional<TrackPage> page;
+    edit([&](const SimulatedSession& session) {
+        if (session.isOpen()) page = pageOf(session, *request, options);
+    });
+    if (!page) return noOpenSession();
+    return trackListJSON(*page, options);
+}
+
+ScriptingService::Result ScriptingService::set(std::string_view body, bool SimulatedTrack::* flag) const {
+    const std::optional<SetRequest> request = parseSetRequest(body);
+    if (!request) return invalidBody();
+    Result result = noOpenSession();
+    edit([&](SimulatedSession& session) {
+        if (!session.isOpen()) return;
+        const std::optional<std::string> missing = setOnTracks(session, *request, flag);
+        if (missing) {
+            result = failure(ScriptingError::unknownTrack, "There is no track \"" + *missing + "\"");
+        } else {
+            result = "{}";
+        }
+    });
+    return result;
+}
+
+void ScriptingService::connectionClosed(std::string_view connection) {
+    registrations.connectionClosed(connection);
+}
+
+void ScriptingService::restart(TimePoint now) {
+    registrations.clear();
+    readyAt = now + options.readyAfter;
+    toRefuse = 0;
+}
+
+void ScriptingService::refuseNext(int requests) {
+    toRefuse = requests;
+}
+
+} // namespace lumbrine

@@ -1,0 +1,67 @@
+#include "simulator/simulated_scripting.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr int notOffered = -1;
+
+} // namespace
+
+SimulatedScripting::SimulatedScripting(Runtime& rt, const ScriptingOptions& chosen, std::uint64_t seed,
+                                       ScriptingService::EditSession edit, std::function<TimePoint()> stuckUntil)
+    : runtime(rt), options(chosen), programStuckUntil(std::move(stuckUntil)), offeredPort(notOffered),
+      service(chosen, seed, std::move(edit), rt.now()), chance(seed + 2),
+      queue(rt.serialQueue("simulated scripting service", Priority::normal)) {}
+
+void SimulatedScripting::ask(ScriptingRequest request, std::string connection, Answer answer) {
+    Call call{std::move(request), std::move(connection), std::move(answer)};
+    queue->postAfter(options.commandTime, [this, call = std::move(call)]() mutable { begin(std::move(call)); });
+}
+
+void SimulatedScripting::connectionClosed(std::string connection) {
+    queue->post([this, closed = std::move(connection)] { service.connectionClosed(closed); });
+}
+
+void SimulatedScripting::begin(Call call) {
+    const bool stalls = options.stallOneIn > 0 && chance.oneIn(static_cast<std::uint64_t>(options.stallOneIn));
+    if (!stalls) return serve(std::move(call));
+    queue->postAfter(options.stallTime, [this, call = std::move(call)]() mutable { serve(std::move(call)); });
+}
+
+void SimulatedScripting::serve(Call call) {
+    const TimePoint now = runtime.now();
+    const TimePoint free = std::max(stalledUntil, programStuckUntil());
+    if (now < free) {
+        queue->postAfter(free - now, [this, call = std::move(call)]() mutable { serve(std::move(call)); });
+        return;
+    }
+    ++count;
+    call.answer(service.answer(call.request, call.connection, now));
+}
+
+void SimulatedScripting::offeredOn(std::optional<std::uint16_t> newPort) {
+    offeredPort = newPort ? *newPort : notOffered;
+}
+
+std::optional<std::uint16_t> SimulatedScripting::port() const {
+    const int port = offeredPort;
+    return port == notOffered ? std::nullopt : std::optional(static_cast<std::uint16_t>(port));
+}
+
+void SimulatedScripting::refuseNext(int requests) {
+    queue->post([this, requests] { service.refuseNext(requests); });
+}
+
+void SimulatedScripting::stall(Duration duration) {
+    queue->post([this, until = runtime.now() + duration] { stalledUntil = until; });
+}
+
+void SimulatedScripting::restart() {
+    queue->post([this] { service.restart(runtime.now()); });
+}
+
+} // namespace lumbrine

@@ -1,0 +1,74 @@
+// The scripting service at work: takes requests from any thread, serves them one after another on a queue of the
+// runtime, and has the faults that a caller cannot tell from a busy program.
+#pragma once
+
+#include "platform/api/runtime.h"
+#include "simulator/scripting_service.h"
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace lumbrine {
+
+class SimulatedScripting {
+public:
+    // Called on the service's queue, and destroyed without a call when the service ends first.
+    using Answer = std::function<void(ScriptingReply)>;
+
+    // `stuckUntil` tells how long the whole program does nothing. The options have no problem (problemWith).
+    SimulatedScripting(Runtime& rt, const ScriptingOptions& chosen, std::uint64_t seed,
+                       ScriptingService::EditSession edit, std::function<TimePoint()> stuckUntil);
+
+    // ---- For the wires, from any thread.
+
+    // See ScriptingService::answer for what a connection is.
+    void ask(ScriptingRequest request, std::string connection, Answer answer);
+
+    void connectionClosed(std::string connection);
+
+    // Says where the service can be reached; shown to people.
+    void offeredOn(std::optional<std::uint16_t> newPort);
+
+    // ---- Faults, from any thread.
+
+    void refuseNext(int requests); // see ScriptingService
+    void stall(Duration duration); // what comes meanwhile is served afterwards
+    void restart();                // see ScriptingService
+
+    // ---- Looking, from any thread.
+
+    std::optional<std::uint16_t> port() const;
+    std::uint64_t requests() const { return count; } // that have been answered
+
+    // Nothing is answered from now on. For the owner; the wires are gone before.
+    void end() { queue.reset(); }
+
+private:
+    struct Call {
+        ScriptingRequest request;
+        std::string connection;
+        Answer answer;
+    };
+
+    void begin(Call call);
+    void serve(Call call);
+
+    Runtime& runtime;
+    const ScriptingOptions options;
+    const std::function<TimePoint()> programStuckUntil;
+    std::atomic<int> offeredPort;
+    std::atomic<std::uint64_t> count = 0;
+
+    // The queue's own.
+    ScriptingService service;
+    SeededRandom chance;
+    TimePoint stalledUntil = distantPast;
+
+    std::unique_ptr<SerialQueue> queue;
+};
+
+} // namespace lumbrine
