@@ -13,6 +13,7 @@
 #include "platform/posix/termination_signals.h"
 #include "platform/virtual/memory_midi.h"
 #include "simulator/default_session.h"
+#include "simulator/grpc/grpc_scripting_server.h"
 #include "simulator/simulated_pro_tools.h"
 
 #include <CLI/CLI.hpp>
@@ -26,6 +27,8 @@ struct DemoArguments {
     int tracks = 24;
     int surfaces = 2;
     bool tour = false;
+    bool scripting = true;
+    std::uint16_t scriptingPort = 31416;
 };
 
 // The tour's receiver takes a free port and keeps to itself, so that it disturbs no receiver on this computer.
@@ -59,6 +62,16 @@ bool isReady(const std::shared_ptr<ReceiverModel>& model) {
     return model && model->published().bankOffset >= 0 && !model->published().calibrating;
 }
 
+std::unique_ptr<GrpcScriptingServer> offerScripting(Runtime& runtime, SimulatedProTools& proTools, std::uint16_t port) {
+    auto server = std::make_unique<GrpcScriptingServer>(runtime, proTools.scripting(), port);
+    if (const auto offered = server->port()) {
+        printLine("Scripting service on 127.0.0.1:" + std::to_string(*offered));
+    } else {
+        printLine("Port " + std::to_string(port) + " is taken: there is no scripting service");
+    }
+    return server;
+}
+
 int run(const DemoArguments& arguments) {
     RunLoop loop;
     std::function<void()> end; // set before the loop runs
@@ -80,6 +93,7 @@ int run(const DemoArguments& arguments) {
     NlohmannJSON json(text);
     std::shared_ptr<ReceiverModel> model =
         ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json}, text);
+    std::unique_ptr<GrpcScriptingServer> scripting;
     std::unique_ptr<DemoTour> tour;
     int status = 0;
     end = [&] {
@@ -91,6 +105,8 @@ int run(const DemoArguments& arguments) {
         if (!model) return;
         printLine("Simulated session: " + std::to_string(arguments.tracks) + " tracks on " +
                   std::to_string(arguments.surfaces) + " HUI surfaces");
+        if (arguments.scripting && !arguments.tour)
+            scripting = offerScripting(runtime, *proTools, arguments.scriptingPort);
         model->start();
         if (!arguments.tour) {
             printLine("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()) +
@@ -106,6 +122,7 @@ int run(const DemoArguments& arguments) {
         tour->start();
     });
     loop.run();
+    scripting.reset();
     proTools.reset();
     return status;
 }
@@ -123,6 +140,9 @@ int main(int count, char** values) {
     program.add_option("--surfaces", arguments.surfaces, "HUI surfaces that Pro Tools is set up for")
         ->check(CLI::Range(1, 2))
         ->capture_default_str();
+    program.add_option("--scripting-port", arguments.scriptingPort, "TCP port of the scripting service")
+        ->capture_default_str();
+    program.add_flag_callback("--no-scripting", [&] { arguments.scripting = false; }, "Offer no scripting service");
     program.add_flag("--tour", arguments.tour, "Let two clients play by themselves, tell what happens, and end");
     try {
         program.parse(count, values);

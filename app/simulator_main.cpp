@@ -1,4 +1,4 @@
-// lumbrine-simulator: the simulated Pro Tools on this computer's MIDI ports.
+// lumbrine-simulator: the simulated Pro Tools on this computer's MIDI ports and a TCP port of its own.
 #include "app/simulator_arguments.h"
 #include "app/simulator_shell.h"
 #include "platform/linux/midi_backend.h"
@@ -7,10 +7,12 @@
 #include "platform/posix/run_loop.h"
 #include "platform/posix/termination_signals.h"
 #include "simulator/default_session.h"
+#include "simulator/grpc/grpc_scripting_server.h"
 
 #include <unistd.h>
 
 #include <cstdio>
+#include <optional>
 
 namespace lumbrine {
 namespace {
@@ -34,6 +36,12 @@ int simulate(const SimulatorArguments& arguments) {
         runtime.shutDown();
         return noMIDI;
     }
+
+    std::optional<GrpcScriptingServer> scripting;
+    if (arguments.scripting) scripting.emplace(runtime, proTools.scripting(), arguments.scriptingPort);
+    if (scripting && !scripting->port())
+        std::fprintf(stderr, "lumbrine-simulator: port %d is taken: there is no scripting service\n",
+                     arguments.scriptingPort);
 
     SimulatorShell shell(proTools, isatty(STDOUT_FILENO) == 1, print);
     const auto refresh = runtime.repeatOnMain(shell.tickInterval(), [&shell] { shell.tick(); });

@@ -63,7 +63,7 @@ bool isText(const JSON& object, std::string_view key) {
 ScriptingService::ScriptingService(const ScriptingOptions& chosen, std::uint64_t seed, EditSession editSession,
                                    TimePoint start)
     : options(chosen), edit(std::move(editSession)), registrations(seed, chosen.registrationOutlivesConnection),
-      chance(seed + 1), readyAt(start + chosen.readyAfter) {}
+      chance(seed + 1), readyAt(start + chosen.readyAfter), busyOneIn(chosen.busyOneIn) {}
 
 ScriptingReply ScriptingService::answer(const ScriptingRequest& request, std::string_view connection, TimePoint now) {
     ScriptingReply reply;
@@ -111,7 +111,7 @@ ScriptingService::Result ScriptingService::run(const ScriptingRequest& request, 
 }
 
 bool ScriptingService::refuses() {
-    if (toRefuse == 0 && options.busyOneIn > 0 && chance.oneIn(static_cast<std::uint64_t>(options.busyOneIn)))
+    if (toRefuse == 0 && busyOneIn > 0 && chance.oneIn(static_cast<std::uint64_t>(busyOneIn)))
         toRefuse = options.busyBurst;
     if (toRefuse == 0) return false;
     --toRefuse;
@@ -182,6 +182,11 @@ void ScriptingService::restart(TimePoint now) {
 
 void ScriptingService::refuseNext(int requests) {
     toRefuse = requests;
+}
+
+void ScriptingService::rest() {
+    toRefuse = 0;
+    busyOneIn = 0;
 }
 
 } // namespace lumbrine

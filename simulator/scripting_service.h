@@ -40,6 +40,9 @@ public:
     // As many of the next requests are refused as a busy host refuses them.
     void refuseNext(int requests);
 
+    // The host is busy no more.
+    void rest();
+
 private:
     using Result = std::expected<std::string, ScriptingFailure>; // the body of the reply
 
@@ -57,6 +60,7 @@ private:
     SeededRandom chance;
     TimePoint readyAt;
     int toRefuse = 0;
+    int busyOneIn;
 };
 
 } // namespace lumbrine

@@ -101,6 +101,7 @@ void SimulatedProTools::rest() {
         stuckUntil = distantPast;
         grabsPortsAt = std::min(grabsPortsAt, now);
     });
+    scriptingService.rest();
 }
 
 void SimulatedProTools::wake() {

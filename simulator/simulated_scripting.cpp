@@ -18,6 +18,7 @@ SimulatedScripting::SimulatedScripting(Runtime& rt, const ScriptingOptions& chos
       queue(rt.serialQueue("simulated scripting service", Priority::normal)) {}
 
 void SimulatedScripting::ask(ScriptingRequest request, std::string connection, Answer answer) {
+    ++arrived;
     Call call{std::move(request), std::move(connection), std::move(answer)};
     queue->postAfter(options.commandTime, [this, call = std::move(call)]() mutable { begin(std::move(call)); });
 }
@@ -27,20 +28,29 @@ void SimulatedScripting::connectionClosed(std::string connection) {
 }
 
 void SimulatedScripting::begin(Call call) {
-    const bool stalls = options.stallOneIn > 0 && chance.oneIn(static_cast<std::uint64_t>(options.stallOneIn));
-    if (!stalls) return serve(std::move(call));
-    queue->postAfter(options.stallTime, [this, call = std::move(call)]() mutable { serve(std::move(call)); });
+    const bool mayStall = options.stallOneIn > 0 && !resting;
+    if (!mayStall || !chance.oneIn(static_cast<std::uint64_t>(options.stallOneIn))) return line(std::move(call));
+    queue->postAfter(options.stallTime, [this, call = std::move(call)]() mutable { line(std::move(call)); });
 }
 
-void SimulatedScripting::serve(Call call) {
-    const TimePoint now = runtime.now();
-    const TimePoint free = std::max(stalledUntil, programStuckUntil());
-    if (now < free) {
-        queue->postAfter(free - now, [this, call = std::move(call)]() mutable { serve(std::move(call)); });
-        return;
+void SimulatedScripting::line(Call call) {
+    waiting.push_back(std::move(call));
+    serve();
+}
+
+void SimulatedScripting::serve() {
+    while (!waiting.empty()) {
+        const TimePoint now = runtime.now();
+        const TimePoint free = std::max(stalledUntil, programStuckUntil());
+        if (now < free) {
+            queue->postAfter(free - now, [this] { serve(); });
+            return;
+        }
+        const Call call = std::move(waiting.front());
+        waiting.pop_front();
+        ++answered;
+        call.answer(service.answer(call.request, call.connection, now));
     }
-    ++count;
-    call.answer(service.answer(call.request, call.connection, now));
 }
 
 void SimulatedScripting::offeredOn(std::optional<std::uint16_t> newPort) {
@@ -62,6 +72,15 @@ void SimulatedScripting::stall(Duration duration) {
 
 void SimulatedScripting::restart() {
     queue->post([this] { service.restart(runtime.now()); });
+}
+
+void SimulatedScripting::rest() {
+    queue->post([this] {
+        resting = true;
+        stalledUntil = distantPast;
+        service.rest();
+        serve();
+    });
 }
 
 } // namespace lumbrine

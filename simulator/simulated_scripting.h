@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -38,11 +39,13 @@ public:
     void refuseNext(int requests); // see ScriptingService
     void stall(Duration duration); // what comes meanwhile is served afterwards
     void restart();                // see ScriptingService
+    void rest();                   // no more of these, nor of those that were chosen; what waits is served
 
     // ---- Looking, from any thread.
 
     std::optional<std::uint16_t> port() const;
-    std::uint64_t requests() const { return count; } // that have been answered
+    std::uint64_t arrivals() const { return arrived; } // requests so far
+    std::uint64_t answers() const { return answered; } // and how many of them were answered
 
     // Nothing is answered from now on. For the owner; the wires are gone before.
     void end() { queue.reset(); }
@@ -55,18 +58,22 @@ private:
     };
 
     void begin(Call call);
-    void serve(Call call);
+    void line(Call call);
+    void serve();
 
     Runtime& runtime;
     const ScriptingOptions options;
     const std::function<TimePoint()> programStuckUntil;
     std::atomic<int> offeredPort;
-    std::atomic<std::uint64_t> count = 0;
+    std::atomic<std::uint64_t> arrived = 0;
+    std::atomic<std::uint64_t> answered = 0;
 
     // The queue's own.
     ScriptingService service;
     SeededRandom chance;
+    std::deque<Call> waiting; // while nothing is served
     TimePoint stalledUntil = distantPast;
+    bool resting = false;
 
     std::unique_ptr<SerialQueue> queue;
 };

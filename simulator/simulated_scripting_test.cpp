@@ -174,7 +174,8 @@ TEST_F(SimulatedScriptingTest, ServesRequestsInTheirOrder) {
     EXPECT_EQ(replies[0].command, 13);
     EXPECT_EQ(replies[1].command, 70);
     EXPECT_EQ(replies[2].command, 2);
-    EXPECT_EQ(proTools->scripting().requests(), 3u);
+    EXPECT_EQ(proTools->scripting().arrivals(), 3u);
+    EXPECT_EQ(proTools->scripting().answers(), 3u);
 }
 
 TEST_F(SimulatedScriptingTest, ServesWhatCameDuringAStallAfterwards) {
@@ -186,6 +187,8 @@ TEST_F(SimulatedScriptingTest, ServesWhatCameDuringAStallAfterwards) {
     post(hostReadyCheck);
     runtime.runFor(seconds(4.999));
     EXPECT_TRUE(replies.empty());
+    EXPECT_EQ(proTools->scripting().arrivals(), 3u);
+    EXPECT_EQ(proTools->scripting().answers(), 1u);
     EXPECT_FALSE(proTools->session().find(1)->mute);
     runtime.runFor(seconds(0.001));
     ASSERT_EQ(replies.size(), 2u);
@@ -219,6 +222,23 @@ TEST_F(SimulatedScriptingTest, ServesSomeRequestsLateWhereThatIsChosen) {
     EXPECT_EQ(replies.size(), atOnce);
     runtime.runFor(seconds(0.001));
     EXPECT_EQ(replies.size(), 100u);
+}
+
+TEST_F(SimulatedScriptingTest, ServesEverythingAtOnceWhenAllTroubleIsOver) {
+    SimulatorOptions options;
+    options.scripting.busyOneIn = 1;
+    options.scripting.stallOneIn = 1;
+    start(options);
+    proTools->rest();
+    proTools->scripting().stall(seconds(60));
+    proTools->stick(seconds(60));
+    post(hostReadyCheck);
+    runtime.runFor(seconds(1));
+    EXPECT_TRUE(replies.empty());
+    proTools->rest();
+    runtime.runUntilIdle();
+    ASSERT_EQ(replies.size(), 1u);
+    EXPECT_EQ(replies.front().bodyJSON, R"({"is_host_ready":true})");
 }
 
 TEST_F(SimulatedScriptingTest, ForgetsRegistrationsWhenItIsRestarted) {

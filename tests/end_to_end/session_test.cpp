@@ -37,7 +37,8 @@ protected:
     }
 
     static void startSimulator() {
-        const std::vector<std::string> options{"--surfaces", "2", "--tracks", "17", "--latency-ms", "5"};
+        const std::vector<std::string> options{"--surfaces",   "2", "--tracks",      "17",
+                                               "--latency-ms", "5", "--no-scripting"};
         studio->simulator = std::make_unique<SimulatorProcess>(options);
     }
 

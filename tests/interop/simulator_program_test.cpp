@@ -50,7 +50,7 @@ public:
 
 TEST(SimulatorProgram, FindsTwoSurfacesActsOnThemAndEndsCleanly) {
     AnsweringRig rig;
-    ChildProcess simulator({program, "--surfaces", "2", "--tracks", "24", "--latency-ms", "5"});
+    ChildProcess simulator({program, "--surfaces", "2", "--tracks", "24", "--latency-ms", "5", "--no-scripting"});
     ASSERT_TRUE(waitUntil([&] { return simulator.output().find("A on, B on | 1-16 of ") != std::string::npos; }))
         << simulator.output();
     EXPECT_THAT(simulator.output(), HasSubstr("Kick Kick Snar Snar HiHa"));
@@ -66,8 +66,8 @@ TEST(SimulatorProgram, FindsTwoSurfacesActsOnThemAndEndsCleanly) {
 
 TEST(SimulatorProgram, ObeysLinesOnItsStandardInput) {
     AnsweringRig rig;
-    const CommandResult result =
-        runCommand({"sh", "-c", "printf 'fly\\nrename 1 Vox\\ntracks\\nquit\\n' | " + program + " --tracks 3"});
+    const CommandResult result = runCommand(
+        {"sh", "-c", "printf 'fly\\nrename 1 Vox\\ntracks\\nquit\\n' | " + program + " --tracks 3 --no-scripting"});
     EXPECT_EQ(result.status, 0);
     EXPECT_THAT(result.output, HasSubstr("there is no command fly; help lists them\n"));
     EXPECT_THAT(result.output, HasSubstr("mono    Vox\n"));

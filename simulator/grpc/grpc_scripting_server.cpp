@@ -1,0 +1,140 @@
+#include "simulator/grpc/grpc_scripting_server.h"
+
+#include "simulator/grpc/open_call.h"
+
+#include <grpc/support/log.h>
+#include <grpcpp/grpcpp.h>
+#include <scripting.grpc.pb.h>
+
+#include <string>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+ScriptingRequest fromWire(const ::ptsl::Request& wire) {
+    const ::ptsl::RequestHeader& header = wire.header();
+    return {
+        .taskID = header.task_id(),
+        .command = header.command(),
+        .version = header.version(),
+        .sessionID = header.session_id(),
+        .versionMinor = header.version_minor(),
+        .versionRevision = header.version_revision(),
+        .versionedHeaderJSON = header.versioned_request_header_json(),
+        .bodyJSON = wire.request_body_json(),
+    };
+}
+
+void toWire(const ScriptingReply& reply, ::ptsl::Response& wire) {
+    ::ptsl::ResponseHeader& header = *wire.mutable_header();
+    header.set_task_id(reply.taskID);
+    header.set_command(reply.command);
+    header.set_status(static_cast<std::int32_t>(reply.status));
+    header.set_progress(reply.progress);
+    header.set_version(reply.version);
+    header.set_version_minor(reply.versionMinor);
+    header.set_version_revision(reply.versionRevision);
+    header.set_versioned_response_header_json(reply.versionedHeaderJSON);
+    wire.set_response_body_json(reply.bodyJSON);
+    wire.set_response_error_json(reply.errorJSON);
+}
+
+grpc::Status ended() {
+    return {grpc::StatusCode::UNAVAILABLE, "the service has ended"};
+}
+
+// A stream of one message.
+class OneMessage final : public grpc::ServerWriteReactor<::ptsl::Response> {
+public:
+    void end(const std::optional<ScriptingReply>& reply) {
+        if (!reply) return Finish(ended());
+        toWire(*reply, message);
+        StartWriteAndFinish(&message, grpc::WriteOptions(), grpc::Status::OK);
+    }
+
+    void OnDone() override { delete this; }
+
+private:
+    ::ptsl::Response message;
+};
+
+class Service final : public ::ptsl::PTSL::CallbackService {
+public:
+    Service(Runtime& runtime, SimulatedScripting& served) : scripting(served), calls(runtime) {}
+
+    grpc::ServerUnaryReactor* SendGrpcRequest(grpc::CallbackServerContext* context, const ::ptsl::Request* request,
+                                              ::ptsl::Response* response) override {
+        grpc::ServerUnaryReactor* const reactor = context->DefaultReactor();
+        ask(*context, *request, [reactor, response](const std::optional<ScriptingReply>& reply) {
+            if (reply) toWire(*reply, *response);
+            reactor->Finish(reply ? grpc::Status::OK : ended());
+        });
+        return reactor;
+    }
+
+    grpc::ServerWriteReactor<::ptsl::Response>* SendGrpcStreamingRequest(grpc::CallbackServerContext* context,
+                                                                         const ::ptsl::Request* request) override {
+        auto* const reactor = new OneMessage; // deletes itself
+        ask(*context, *request, [reactor](const std::optional<ScriptingReply>& reply) { reactor->end(reply); });
+        return reactor;
+    }
+
+    void endAll() { calls.endAll(); }
+
+private:
+    void ask(const grpc::CallbackServerContext& context, const ::ptsl::Request& request, OpenCall::End end) {
+        scripting.ask(fromWire(request), context.peer(),
+                      [call = calls.add(std::move(end))](ScriptingReply reply) { call->end(std::move(reply)); });
+    }
+
+    SimulatedScripting& scripting;
+    OpenCalls calls;
+};
+
+} // namespace
+
+class GrpcScriptingServer::Running {
+public:
+    Running(Runtime& runtime, SimulatedScripting& served, std::uint16_t wantedPort)
+        : scripting(served), service(runtime, served) {
+        gpr_set_log_function([](gpr_log_func_args*) {});
+        grpc::ServerBuilder builder;
+        int port = 0;
+        builder.AddChannelArgument(GRPC_ARG_ALLOW_REUSEPORT, 0);
+        builder.AddListeningPort("127.0.0.1:" + std::to_string(wantedPort), grpc::InsecureServerCredentials(), &port);
+        builder.RegisterService(&service);
+        server = builder.BuildAndStart();
+        if (server != nullptr && port > 0) boundPort = static_cast<std::uint16_t>(port);
+        if (boundPort) scripting.offeredOn(boundPort);
+    }
+
+    ~Running() {
+        if (boundPort) scripting.offeredOn(std::nullopt);
+        service.endAll();
+        if (server != nullptr) server->Shutdown(gpr_time_0(GPR_CLOCK_REALTIME));
+    }
+
+    Running(const Running&) = delete;
+    Running& operator=(const Running&) = delete;
+
+    std::optional<std::uint16_t> port() const { return boundPort; }
+
+private:
+    SimulatedScripting& scripting;
+    Service service;
+    std::optional<std::uint16_t> boundPort;
+    std::unique_ptr<grpc::Server> server; // goes before the service
+};
+
+GrpcScriptingServer::GrpcScriptingServer(Runtime& runtime, SimulatedScripting& scripting, std::uint16_t wantedPort)
+    : running(std::make_unique<Running>(runtime, scripting, wantedPort)) {}
+
+GrpcScriptingServer::~GrpcScriptingServer() = default;
+
+std::optional<std::uint16_t> GrpcScriptingServer::port() const {
+    return running->port();
+}
+
+} // namespace lumbrine

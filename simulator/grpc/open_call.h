@@ -1,0 +1,49 @@
+// Calls that wait for their answers.
+#pragma once
+
+#include "platform/api/runtime.h"
+#include "simulator/scripting_message.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace lumbrine {
+
+// Ends exactly once: with the reply, without one when the server ends, or when nobody holds it any more. Any thread.
+class OpenCall {
+public:
+    using End = std::function<void(const std::optional<ScriptingReply>&)>;
+
+    explicit OpenCall(End endCall) : callback(std::move(endCall)) {}
+    ~OpenCall() { end(std::nullopt); }
+    OpenCall(const OpenCall&) = delete;
+    OpenCall& operator=(const OpenCall&) = delete;
+
+    void end(const std::optional<ScriptingReply>& reply);
+
+private:
+    const End callback;
+    std::atomic<bool> ended = false;
+};
+
+// All that are open. Any thread.
+class OpenCalls {
+public:
+    explicit OpenCalls(Runtime& runtime) : mutex(runtime) {}
+
+    // The call, to be held by whoever will answer it. It has ended already when the server is ending.
+    std::shared_ptr<OpenCall> add(OpenCall::End end) LUMBRINE_EXCLUDES(mutex);
+
+    // Ends all of them, and from now on each new one at once.
+    void endAll() LUMBRINE_EXCLUDES(mutex);
+
+private:
+    Mutex mutex;
+    std::vector<std::weak_ptr<OpenCall>> calls LUMBRINE_GUARDED_BY(mutex);
+    bool ending LUMBRINE_GUARDED_BY(mutex) = false;
+};
+
+} // namespace lumbrine
