@@ -113,9 +113,9 @@ TEST(SimulatedSession, AnnouncesFoldersAsStructure) {
     session.change(1, [](SimulatedTrack& track) { track.isFolder = true; });
     session.change(2, [](SimulatedTrack& track) { track.folder = 1; });
     session.change(1, [](SimulatedTrack& track) { track.closed = true; });
-    EXPECT_THAT(log.take(), ElementsAre(Kind::structure, Kind::structure, Kind::structure));
+    EXPECT_THAT(log.take(), ElementsAre(Change::structure, Change::structure, Change::structure));
     session.change(2, [](SimulatedTrack& track) { track.inactive = true; });
-    EXPECT_THAT(log.take(), ElementsAre(Kind::values));
+    EXPECT_THAT(log.take(), ElementsAre(Change::values));
 }
 
 TEST(SimulatedSession, AnnouncesEachChangeOnceAndByItsKind) {
