@@ -7,7 +7,7 @@ packages=(
     clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev llvm-19
     libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev libncurses-dev nlohmann-json3-dev
     jackd2 libjack-jackd2-dev librtmidi-dev libasound2-dev
-    libgrpc++-dev protobuf-compiler-grpc protobuf-compiler libprotobuf-dev nlohmann-json3-dev
+    libgrpc++-dev protobuf-compiler-grpc protobuf-compiler libprotobuf-dev
     dbus avahi-daemon avahi-utils libavahi-client-dev
     liblo-dev python3 python3-rtmidi python3-grpcio nghttp2-server
 )
