@@ -62,14 +62,19 @@ bool isReady(const std::shared_ptr<ReceiverModel>& model) {
     return model && model->published().bankOffset >= 0 && !model->published().calibrating;
 }
 
-std::unique_ptr<GrpcScriptingServer> offerScripting(Runtime& runtime, SimulatedProTools& proTools, std::uint16_t port) {
-    auto server = std::make_unique<GrpcScriptingServer>(runtime, proTools.scripting(), port);
-    if (const auto offered = server->port()) {
-        printLine("Scripting service on 127.0.0.1:" + std::to_string(*offered));
-    } else {
-        printLine("Port " + std::to_string(port) + " is taken: there is no scripting service");
-    }
-    return server;
+// The tour takes a free port, as it does for its clients.
+std::unique_ptr<GrpcScriptingServer> offerScripting(Runtime& runtime, SimulatedProTools& proTools,
+                                                    const DemoArguments& arguments) {
+    if (!arguments.scripting) return nullptr;
+    const std::uint16_t port = arguments.tour ? 0 : arguments.scriptingPort;
+    return std::make_unique<GrpcScriptingServer>(runtime, proTools.scripting(), port);
+}
+
+std::string scriptingLine(const SimulatedProTools& proTools, const DemoArguments& arguments) {
+    if (const auto port = proTools.snapshot().scriptingPort)
+        return "Scripting service on 127.0.0.1:" + std::to_string(*port);
+    if (!arguments.scripting) return "No scripting service";
+    return "Port " + std::to_string(arguments.scriptingPort) + " is taken: there is no scripting service";
 }
 
 int run(const DemoArguments& arguments) {
@@ -89,11 +94,13 @@ int run(const DemoArguments& arguments) {
     options.surfaces = arguments.surfaces;
     auto proTools =
         std::make_unique<SimulatedProTools>(runtime, midi, options, defaultSession(arguments.tracks, options.seed));
+    auto scripting = offerScripting(runtime, *proTools, arguments);
+    const PTSLAddress service{.port = proTools->snapshot().scriptingPort.value_or(arguments.scriptingPort)};
+
     const Bilingual text(prefersJapanese(system.preferredLanguages()));
     NlohmannJSON json(text);
     std::shared_ptr<ReceiverModel> model =
-        ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json}, text);
-    std::unique_ptr<GrpcScriptingServer> scripting;
+        ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json, service}, text);
     std::unique_ptr<DemoTour> tour;
     int status = 0;
     end = [&] {
@@ -105,8 +112,7 @@ int run(const DemoArguments& arguments) {
         if (!model) return;
         printLine("Simulated session: " + std::to_string(arguments.tracks) + " tracks on " +
                   std::to_string(arguments.surfaces) + " HUI surfaces");
-        if (arguments.scripting && !arguments.tour)
-            scripting = offerScripting(runtime, *proTools, arguments.scriptingPort);
+        printLine(scriptingLine(*proTools, arguments));
         model->start();
         if (!arguments.tour) {
             printLine("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()) +

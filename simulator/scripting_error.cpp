@@ -28,7 +28,7 @@ std::string_view nameOf(ScriptingError error) {
     return {};
 }
 
-JSON typeOf(ScriptingError error, ErrorTypeSpelling spelling) {
+ScriptingJSON typeOf(ScriptingError error, ErrorTypeSpelling spelling) {
     const int number = static_cast<int>(error);
     switch (spelling) {
     case ErrorTypeSpelling::number:
@@ -44,12 +44,12 @@ JSON typeOf(ScriptingError error, ErrorTypeSpelling spelling) {
 } // namespace
 
 std::string errorJSON(const ScriptingFailure& failure, ErrorTypeSpelling spelling) {
-    JSON error = JSON::object();
+    ScriptingJSON error = ScriptingJSON::object();
     error["command_error_type"] = typeOf(failure.error, spelling);
     error["command_error_message"] = failure.message;
     error["is_warning"] = false;
-    JSON whole = JSON::object();
-    whole["errors"] = JSON::array({error});
+    ScriptingJSON whole = ScriptingJSON::object();
+    whole["errors"] = ScriptingJSON::array({error});
     return textOf(whole);
 }
 

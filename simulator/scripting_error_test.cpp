@@ -41,7 +41,7 @@ TEST(ScriptingJSON, TakesObjectsAndNothingElseFromABody) {
 }
 
 TEST(ScriptingJSON, RepairsWhatIsNoUTF8) {
-    EXPECT_EQ(textOf(JSON{{"name", "a\xFF"}}), "{\"name\":\"a\xEF\xBF\xBD\"}");
+    EXPECT_EQ(textOf(ScriptingJSON{{"name", "a\xFF"}}), "{\"name\":\"a\xEF\xBF\xBD\"}");
 }
 
 TEST(ScriptingJSON, SpellsKeysBothWays) {

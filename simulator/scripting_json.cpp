@@ -2,21 +2,21 @@
 
 namespace lumbrine {
 
-std::optional<JSON> objectOf(std::string_view body) {
-    if (body.empty()) return JSON::object();
+std::optional<ScriptingJSON> objectOf(std::string_view body) {
+    if (body.empty()) return ScriptingJSON::object();
     constexpr bool throws = false;
-    JSON json = JSON::parse(body, nullptr, throws);
+    ScriptingJSON json = ScriptingJSON::parse(body, nullptr, throws);
     if (!json.is_object()) return std::nullopt;
     return json;
 }
 
-std::string textOf(const JSON& json) {
+std::string textOf(const ScriptingJSON& json) {
     constexpr int oneLine = -1;
     constexpr bool ascii = false;
-    return json.dump(oneLine, ' ', ascii, JSON::error_handler_t::replace);
+    return json.dump(oneLine, ' ', ascii, ScriptingJSON::error_handler_t::replace);
 }
 
-const JSON* valueOf(const JSON& object, std::string_view key) {
+const ScriptingJSON* valueOf(const ScriptingJSON& object, std::string_view key) {
     const auto found = object.find(std::string(key));
     return found == object.end() ? nullptr : &*found;
 }

@@ -9,16 +9,16 @@
 
 namespace lumbrine {
 
-using JSON = nlohmann::ordered_json; // keys stay in the order in which they were set
+using ScriptingJSON = nlohmann::ordered_json; // keys stay in the order in which they were set
 
 // An object out of a command's body; an empty body is an empty object. Absent when the text is anything else.
-std::optional<JSON> objectOf(std::string_view body);
+std::optional<ScriptingJSON> objectOf(std::string_view body);
 
 // Without blanks. Bytes that are no UTF-8 are repaired.
-std::string textOf(const JSON& json);
+std::string textOf(const ScriptingJSON& json);
 
 // The value under a key; null when the key is absent.
-const JSON* valueOf(const JSON& object, std::string_view key);
+const ScriptingJSON* valueOf(const ScriptingJSON& object, std::string_view key);
 
 // "is_input_monitoring_on", or "isInputMonitoringOn".
 std::string spelledKey(std::string_view snakeCase, bool camelCase);

@@ -24,11 +24,6 @@ bool ScriptingRegistrations::knows(std::string_view sessionID, std::string_view 
     });
 }
 
-void ScriptingRegistrations::connectionClosed(std::string_view connection) {
-    if (outliveConnection) return;
-    std::erase_if(registrations, [&](const Registration& known) { return known.connection == connection; });
-}
-
 void ScriptingRegistrations::clear() {
     registrations.clear();
 }

@@ -13,8 +13,8 @@ namespace lumbrine {
 
 class ScriptingRegistrations {
 public:
-    // Identifiers come from the seed, and none comes twice. A registration that outlives its connection is good on any
-    // other one too.
+    // Identifiers come from the seed, and none comes twice. A registration is good on the connection that it came by,
+    // or on any when it outlives its connection.
     ScriptingRegistrations(std::uint64_t seed, bool outliveConnections)
         : chance(seed), outliveConnection(outliveConnections) {}
 
@@ -23,7 +23,6 @@ public:
 
     bool knows(std::string_view sessionID, std::string_view connection) const;
 
-    void connectionClosed(std::string_view connection);
     void clear();
 
 private:

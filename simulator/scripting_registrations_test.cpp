@@ -16,21 +16,18 @@ TEST(ScriptingRegistrations, GiveEachApplicationAnIdentifierOfItsOwn) {
     EXPECT_FALSE(registrations.knows("", "a"));
 }
 
-TEST(ScriptingRegistrations, EndWithTheirConnection) {
+TEST(ScriptingRegistrations, AreGoodOnTheirOwnConnection) {
     ScriptingRegistrations registrations(1, false);
     const std::string first = registrations.add("a");
     const std::string second = registrations.add("b");
+    EXPECT_TRUE(registrations.knows(first, "a"));
     EXPECT_FALSE(registrations.knows(first, "b"));
-    registrations.connectionClosed("a");
-    EXPECT_FALSE(registrations.knows(first, "a"));
     EXPECT_TRUE(registrations.knows(second, "b"));
 }
 
-TEST(ScriptingRegistrations, OutliveTheirConnectionWhereThatIsChosen) {
+TEST(ScriptingRegistrations, AreGoodOnAnyConnectionWhereThatIsChosen) {
     ScriptingRegistrations registrations(1, true);
-    const std::string identifier = registrations.add("a");
-    registrations.connectionClosed("a");
-    EXPECT_TRUE(registrations.knows(identifier, "b"));
+    EXPECT_TRUE(registrations.knows(registrations.add("a"), "b"));
 }
 
 TEST(ScriptingRegistrations, GiveNoIdentifierTwiceAfterTheyWereCleared) {

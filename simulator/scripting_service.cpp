@@ -53,8 +53,8 @@ std::unexpected<ScriptingFailure> busy(BusyError error) {
     return failure(ScriptingError::hostIsBusy, "The host is busy");
 }
 
-bool isText(const JSON& object, std::string_view key) {
-    const JSON* const value = valueOf(object, key);
+bool isText(const ScriptingJSON& object, std::string_view key) {
+    const ScriptingJSON* const value = valueOf(object, key);
     return value != nullptr && value->is_string() && !value->get_ref<const std::string&>().empty();
 }
 
@@ -119,15 +119,15 @@ bool ScriptingService::refuses() {
 }
 
 ScriptingService::Result ScriptingService::isHostReady(bool ready) const {
-    JSON body = JSON::object();
+    ScriptingJSON body = ScriptingJSON::object();
     body[spelledKey("is_host_ready", options.camelCase)] = ready;
     return textOf(body);
 }
 
 ScriptingService::Result ScriptingService::registerApplication(std::string_view text, std::string_view connection) {
-    const std::optional<JSON> body = objectOf(text);
+    const std::optional<ScriptingJSON> body = objectOf(text);
     if (!body || !isText(*body, "company_name") || !isText(*body, "application_name")) return invalidBody();
-    JSON reply = JSON::object();
+    ScriptingJSON reply = ScriptingJSON::object();
     reply[spelledKey("session_id", options.camelCase)] = registrations.add(connection);
     return textOf(reply);
 }
@@ -136,7 +136,7 @@ ScriptingService::Result ScriptingService::sessionName() const {
     Result result = noOpenSession();
     edit([&](const SimulatedSession& session) {
         if (!session.isOpen()) return;
-        JSON body = JSON::object();
+        ScriptingJSON body = ScriptingJSON::object();
         body[spelledKey("session_name", options.camelCase)] = session.name();
         result = textOf(body);
     });
@@ -168,10 +168,6 @@ ScriptingService::Result ScriptingService::set(std::string_view body, bool Simul
         }
     });
     return result;
-}
-
-void ScriptingService::connectionClosed(std::string_view connection) {
-    registrations.connectionClosed(connection);
 }
 
 void ScriptingService::restart(TimePoint now) {

@@ -27,12 +27,9 @@ public:
     // The options have no problem (problemWith).
     ScriptingService(const ScriptingOptions& chosen, std::uint64_t seed, EditSession editSession, TimePoint start);
 
-    // The connection that the request came by, by any name that no other connection has at the same time. Time does not
-    // go backwards.
+    // The connection that the request came by, by any name that no other connection has had: with the connection its
+    // registrations end. Time does not go backwards.
     ScriptingReply answer(const ScriptingRequest& request, std::string_view connection, TimePoint now);
-
-    // Ends the registrations that were made by it.
-    void connectionClosed(std::string_view connection);
 
     // As after a restart of Pro Tools: no earlier session identifier is known, and it takes its time to be ready.
     void restart(TimePoint now);

@@ -5,14 +5,14 @@
 namespace lumbrine {
 
 std::optional<SetRequest> parseSetRequest(std::string_view text) {
-    const std::optional<JSON> body = objectOf(text);
+    const std::optional<ScriptingJSON> body = objectOf(text);
     if (!body) return std::nullopt;
-    const JSON* const names = valueOf(*body, "track_names");
-    const JSON* const enabled = valueOf(*body, "enabled");
+    const ScriptingJSON* const names = valueOf(*body, "track_names");
+    const ScriptingJSON* const enabled = valueOf(*body, "enabled");
     if (names == nullptr || !names->is_array() || enabled == nullptr || !enabled->is_boolean()) return std::nullopt;
     SetRequest request;
     request.enabled = enabled->get<bool>();
-    for (const JSON& name : *names) {
+    for (const ScriptingJSON& name : *names) {
         if (!name.is_string()) return std::nullopt;
         request.trackNames.push_back(name.get<std::string>());
     }

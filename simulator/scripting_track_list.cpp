@@ -34,24 +34,24 @@ const NamedFilter* filterNamed(std::string_view name) {
 }
 
 // False when the value is there and of another type; `value` keeps what it has when there is none.
-bool readFlag(const JSON& object, std::string_view key, bool& value) {
-    const JSON* const found = valueOf(object, key);
+bool readFlag(const ScriptingJSON& object, std::string_view key, bool& value) {
+    const ScriptingJSON* const found = valueOf(object, key);
     if (found == nullptr) return true;
     if (!found->is_boolean()) return false;
     value = found->get<bool>();
     return true;
 }
 
-bool readCount(const JSON& object, std::string_view key, std::optional<std::size_t>& value) {
-    const JSON* const found = valueOf(object, key);
+bool readCount(const ScriptingJSON& object, std::string_view key, std::optional<std::size_t>& value) {
+    const ScriptingJSON* const found = valueOf(object, key);
     if (found == nullptr) return true;
     if (!found->is_number_unsigned()) return false;
     value = found->get<std::size_t>();
     return true;
 }
 
-bool readPage(const JSON& body, TrackListRequest& request) {
-    const JSON* const pagination = valueOf(body, "pagination_request");
+bool readPage(const ScriptingJSON& body, TrackListRequest& request) {
+    const ScriptingJSON* const pagination = valueOf(body, "pagination_request");
     if (pagination == nullptr) return readCount(body, "page_limit", request.limit);
     std::optional<std::size_t> offset;
     if (!pagination->is_object() || !readCount(*pagination, "limit", request.limit) ||
@@ -61,12 +61,12 @@ bool readPage(const JSON& body, TrackListRequest& request) {
     return true;
 }
 
-bool readFilters(const JSON& body, std::vector<Filter>& filters) {
-    const JSON* const list = valueOf(body, "track_filter_list");
+bool readFilters(const ScriptingJSON& body, std::vector<Filter>& filters) {
+    const ScriptingJSON* const list = valueOf(body, "track_filter_list");
     if (list == nullptr) return true;
     if (!list->is_array()) return false;
-    for (const JSON& item : *list) {
-        const JSON* const name = item.is_object() ? valueOf(item, "filter") : nullptr;
+    for (const ScriptingJSON& item : *list) {
+        const ScriptingJSON* const name = item.is_object() ? valueOf(item, "filter") : nullptr;
         if (name == nullptr || !name->is_string()) return false;
         Filter filter{name->get<std::string>()};
         if (filterNamed(filter.name) == nullptr || !readFlag(item, "is_inverted", filter.inverted)) return false;
@@ -92,7 +92,7 @@ void miscount(std::vector<ListedTrack>& listed, int tooMany, std::size_t session
     }
 }
 
-JSON attributeValue(bool explicitly, bool implicitly, AttributeSpelling spelling) {
+ScriptingJSON attributeValue(bool explicitly, bool implicitly, AttributeSpelling spelling) {
     constexpr std::array<std::string_view, 4> names{"None", "SetExplicitly", "SetImplicitly",
                                                     "SetExplicitlyAndImplicitly"};
     const auto value = static_cast<std::size_t>(explicitly) + 2 * static_cast<std::size_t>(implicitly);
@@ -107,9 +107,9 @@ JSON attributeValue(bool explicitly, bool implicitly, AttributeSpelling spelling
     return {};
 }
 
-JSON attributesOf(const ListedTrack& listed, const ScriptingOptions& options) {
-    JSON attributes = JSON::object();
-    const auto set = [&](std::string_view key, JSON value) {
+ScriptingJSON attributesOf(const ListedTrack& listed, const ScriptingOptions& options) {
+    ScriptingJSON attributes = ScriptingJSON::object();
+    const auto set = [&](std::string_view key, ScriptingJSON value) {
         attributes[spelledKey(key, options.camelCase)] = std::move(value);
     };
     const SimulatedTrack& track = listed.track;
@@ -127,9 +127,9 @@ JSON attributesOf(const ListedTrack& listed, const ScriptingOptions& options) {
     return attributes;
 }
 
-JSON trackJSON(const ListedTrack& listed, const ScriptingOptions& options) {
+ScriptingJSON trackJSON(const ListedTrack& listed, const ScriptingOptions& options) {
     const SimulatedTrack& track = listed.track;
-    JSON json = JSON::object();
+    ScriptingJSON json = ScriptingJSON::object();
     json["name"] = track.name;
     json["type"] = track.isFolder ? "RoutingFolder" : "Audio";
     json["id"] = "track-" + std::to_string(track.id);
@@ -144,7 +144,7 @@ JSON trackJSON(const ListedTrack& listed, const ScriptingOptions& options) {
 } // namespace
 
 std::optional<TrackListRequest> parseTrackListRequest(std::string_view text) {
-    const std::optional<JSON> body = objectOf(text);
+    const std::optional<ScriptingJSON> body = objectOf(text);
     TrackListRequest request;
     if (!body || !readPage(*body, request) || !readFilters(*body, request.filters) ||
         !readFlag(*body, "is_filter_list_additive", request.additive))
@@ -175,12 +175,13 @@ TrackPage pageOf(const SimulatedSession& session, const TrackListRequest& reques
 }
 
 std::string trackListJSON(const TrackPage& page, const ScriptingOptions& options) {
-    JSON list = page.tracks.empty() && options.emptyListAsObject ? JSON::object() : JSON::array();
+    ScriptingJSON list =
+        page.tracks.empty() && options.emptyListAsObject ? ScriptingJSON::object() : ScriptingJSON::array();
     for (const ListedTrack& listed : page.tracks)
         list.push_back(trackJSON(listed, options));
-    JSON body = JSON::object();
+    ScriptingJSON body = ScriptingJSON::object();
     body[spelledKey("track_list", options.camelCase)] = std::move(list);
-    JSON& pagination = body[spelledKey("pagination_response", options.camelCase)];
+    ScriptingJSON& pagination = body[spelledKey("pagination_response", options.camelCase)];
     pagination["total"] = page.total;
     pagination["limit"] = page.limit;
     pagination["offset"] = page.offset;

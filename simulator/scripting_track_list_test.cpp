@@ -35,19 +35,19 @@ TrackListRequest filtered(std::vector<TrackListRequest::Filter> filters, bool ad
     return request;
 }
 
-JSON bodyOf(const SimulatedSession& session, const TrackListRequest& request = {},
-            const ScriptingOptions& options = {}) {
-    return JSON::parse(trackListJSON(pageOf(session, request, options), options));
+ScriptingJSON bodyOf(const SimulatedSession& session, const TrackListRequest& request = {},
+                     const ScriptingOptions& options = {}) {
+    return ScriptingJSON::parse(trackListJSON(pageOf(session, request, options), options));
 }
 
-std::vector<std::string> names(const JSON& body) {
+std::vector<std::string> names(const ScriptingJSON& body) {
     std::vector<std::string> list;
-    for (const JSON& track : body["track_list"])
+    for (const ScriptingJSON& track : body["track_list"])
         list.push_back(track["name"].get<std::string>());
     return list;
 }
 
-JSON attributes(const SimulatedSession& session, std::size_t index, const ScriptingOptions& options = {}) {
+ScriptingJSON attributes(const SimulatedSession& session, std::size_t index, const ScriptingOptions& options = {}) {
     return bodyOf(session, {}, options)["track_list"][index]["track_attributes"];
 }
 
@@ -86,7 +86,7 @@ TEST(TrackList, TellsEveryTrackWithWhatItIs) {
               R"("track_attributes":{"is_inactive":"None","is_hidden":"None","is_selected":"None",)"
               R"("is_input_monitoring_on":"None","is_soloed":false,"is_record_enabled":true,"is_muted":true,)"
               R"("is_open":false},"format":"Stereo","parent_folder_name":""})");
-    const JSON kick = bodyOf(session)["track_list"][1];
+    const ScriptingJSON kick = bodyOf(session)["track_list"][1];
     EXPECT_EQ(kick["parent_folder_name"], "Drums");
     EXPECT_EQ(kick["format"], "Mono");
     EXPECT_EQ(bodyOf(session)["track_list"][0]["type"], "RoutingFolder");
@@ -99,9 +99,9 @@ TEST(TrackList, FollowsEveryValueOfTheSession) {
         track.solo = track.selected = track.inputMonitor = track.hidden = track.inactive = true;
     });
     session.rename(2, "キック");
-    const JSON track = bodyOf(session)["track_list"][1];
+    const ScriptingJSON track = bodyOf(session)["track_list"][1];
     EXPECT_EQ(track["name"], "キック");
-    const JSON& seen = track["track_attributes"];
+    const ScriptingJSON& seen = track["track_attributes"];
     EXPECT_EQ(seen["is_soloed"], true);
     for (const char* key : {"is_selected", "is_input_monitoring_on", "is_hidden", "is_inactive"})
         EXPECT_EQ(seen[key], "SetExplicitly") << key;
@@ -124,7 +124,7 @@ TEST(TrackList, SpellsAttributesWithAPrefixOrAsNumbersWhereThatIsChosen) {
     session.setHidden(3, true);
     session.setHidden(4, true);
     const auto hidden = [&](AttributeSpelling spelling) {
-        std::vector<JSON> values;
+        std::vector<ScriptingJSON> values;
         ScriptingOptions options;
         options.attributes = spelling;
         for (std::size_t i = 0; i < 4; ++i)
@@ -171,7 +171,7 @@ TEST(TrackList, IsAnEmptyListForAnEmptySessionOrAnEmptyObjectWhereThatIsChosen) 
 
 TEST(TrackList, ComesInThePageThatIsAskedFor) {
     const SimulatedSession session = fourTracks();
-    const JSON body = bodyOf(session, page(2, 1));
+    const ScriptingJSON body = bodyOf(session, page(2, 1));
     EXPECT_THAT(names(body), ElementsAre("Kick", "Snare"));
     EXPECT_EQ(body["track_list"][0]["index"], 2); // in the session, not in the page
     EXPECT_EQ(textOf(body["pagination_response"]), R"({"total":4,"limit":2,"offset":1})");
@@ -185,7 +185,7 @@ TEST(TrackList, ComesInThePageThatIsAskedFor) {
 TEST(TrackList, HoldsNoMoreThanAPageHolds) {
     ScriptingOptions options;
     options.pageLimit = 3;
-    const JSON first = bodyOf(fourTracks(), page(1000, 0), options);
+    const ScriptingJSON first = bodyOf(fourTracks(), page(1000, 0), options);
     EXPECT_THAT(names(first), ElementsAre("Drums", "Kick", "Snare"));
     EXPECT_EQ(textOf(first["pagination_response"]), R"({"total":4,"limit":3,"offset":0})");
     EXPECT_THAT(names(bodyOf(fourTracks(), page(1000, 3), options)), ElementsAre("Vox"));
@@ -214,7 +214,7 @@ TEST(TrackList, LetsThroughWhatItsFiltersLetThrough) {
 TEST(TrackList, HasTracksTooManyOrTooFewWhereThatIsChosen) {
     ScriptingOptions options;
     options.miscount = 2;
-    const JSON many = bodyOf(fourTracks(), {}, options);
+    const ScriptingJSON many = bodyOf(fourTracks(), {}, options);
     EXPECT_THAT(names(many), ElementsAre("Drums", "Kick", "Snare", "Vox", "Ghost 1", "Ghost 2"));
     EXPECT_EQ(many["track_list"][5]["index"], 6);
     EXPECT_EQ(many["pagination_response"]["total"], 6);

@@ -23,10 +23,6 @@ void SimulatedScripting::ask(ScriptingRequest request, std::string connection, A
     queue->postAfter(options.commandTime, [this, call = std::move(call)]() mutable { begin(std::move(call)); });
 }
 
-void SimulatedScripting::connectionClosed(std::string connection) {
-    queue->post([this, closed = std::move(connection)] { service.connectionClosed(closed); });
-}
-
 void SimulatedScripting::begin(Call call) {
     const bool mayStall = options.stallOneIn > 0 && !resting;
     if (!mayStall || !chance.oneIn(static_cast<std::uint64_t>(options.stallOneIn))) return line(std::move(call));

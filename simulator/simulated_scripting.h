@@ -29,8 +29,6 @@ public:
     // See ScriptingService::answer for what a connection is.
     void ask(ScriptingRequest request, std::string connection, Answer answer);
 
-    void connectionClosed(std::string connection);
-
     // Says where the service can be reached; shown to people.
     void offeredOn(std::optional<std::uint16_t> newPort);
 

@@ -38,15 +38,15 @@ protected:
 
     void registerOurselves() {
         const ScriptingReply reply = ask(registration, R"({"company_name":"T","application_name":"L"})");
-        id = JSON::parse(reply.bodyJSON)["session_id"].get<std::string>();
+        id = ScriptingJSON::parse(reply.bodyJSON)["session_id"].get<std::string>();
     }
 
-    JSON attributes(std::size_t index) {
-        return JSON::parse(ask(trackListCommand).bodyJSON)["track_list"][index]["track_attributes"];
+    ScriptingJSON attributes(std::size_t index) {
+        return ScriptingJSON::parse(ask(trackListCommand).bodyJSON)["track_list"][index]["track_attributes"];
     }
 
     void set(int command, const std::string& name, bool enabled) {
-        const JSON body{{"track_names", JSON::array({name})}, {"enabled", enabled}};
+        const ScriptingJSON body{{"track_names", ScriptingJSON::array({name})}, {"enabled", enabled}};
         EXPECT_EQ(ask(command, body.dump()).status, ScriptingStatus::completed);
         runtime.runFor(seconds(0.1));
     }
@@ -124,7 +124,7 @@ TEST_F(SimulatedScriptingTest, TellsWhatIsDoneOnTheScreen) {
         });
         session.move(2, 0);
     });
-    const JSON track = JSON::parse(ask(trackListCommand).bodyJSON)["track_list"][0];
+    const ScriptingJSON track = ScriptingJSON::parse(ask(trackListCommand).bodyJSON)["track_list"][0];
     EXPECT_EQ(track["name"], "ボーカル");
     EXPECT_EQ(track["color"], "#ff00ff00");
     EXPECT_EQ(track["track_attributes"]["is_hidden"], "SetExplicitly");
@@ -248,13 +248,6 @@ TEST_F(SimulatedScriptingTest, ForgetsRegistrationsWhenItIsRestarted) {
     EXPECT_EQ(ask(trackListCommand).status, ScriptingStatus::failed);
     registerOurselves();
     EXPECT_EQ(ask(trackListCommand).status, ScriptingStatus::completed);
-}
-
-TEST_F(SimulatedScriptingTest, ForgetsTheRegistrationsOfAConnectionThatCloses) {
-    start({});
-    registerOurselves();
-    proTools->scripting().connectionClosed("test");
-    EXPECT_EQ(ask(trackListCommand).status, ScriptingStatus::failed);
 }
 
 TEST_F(SimulatedScriptingTest, DropsWhatItHasNotAnsweredWhenItEnds) {

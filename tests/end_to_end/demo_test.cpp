@@ -32,12 +32,14 @@ TEST(Demo, PlaysItsTourByItselfAndEnds) {
 
 TEST(Demo, ServesAClientUntilItIsEnded) {
     const std::uint16_t port = freePort();
-    ChildProcess demo({program, "--tracks", "5", "--surfaces", "1"}, onPort(port));
+    ChildProcess demo({program, "--tracks", "5", "--surfaces", "1", "--scripting-port", "0"}, onPort(port));
     ASSERT_TRUE(prints(demo, "Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(port))) << demo.output();
     ClientSocket client(port);
     client.send(Bytes{0x01, 0x00});
     EXPECT_TRUE(client.hears({0x01, 0x7F}));
     EXPECT_TRUE(client.hears({0x01, 0x10, 0x00, 'K', 'i', 'c', 'k'}));
+    EXPECT_TRUE(prints(demo, "Connected to Pro Tools' official API")) << demo.output();
+    EXPECT_TRUE(prints(demo, "Got 5 track names (full names via PTSL)")) << demo.output();
     demo.signal(SIGTERM);
     EXPECT_EQ(demo.wait(interop::patience), 0) << demo.output();
 }

@@ -23,9 +23,9 @@ public:
         grpc::Status status;
         ::ptsl::Response response;
 
-        JSON body() const { return JSON::parse(response.response_body_json(), nullptr, false); }
+        ScriptingJSON body() const { return ScriptingJSON::parse(response.response_body_json(), nullptr, false); }
         int error() const {
-            const JSON json = JSON::parse(response.response_error_json(), nullptr, false);
+            const ScriptingJSON json = ScriptingJSON::parse(response.response_error_json(), nullptr, false);
             return json.is_object() ? json["errors"][0]["command_error_type"].get<int>() : 0;
         }
     };
@@ -73,7 +73,8 @@ public:
     }
 
     Result set(int command, const std::string& track, bool enabled) {
-        return ask(command, textOf(JSON{{"track_names", JSON::array({track})}, {"enabled", enabled}}));
+        return ask(command,
+                   textOf(ScriptingJSON{{"track_names", ScriptingJSON::array({track})}, {"enabled", enabled}}));
     }
 
     std::string sessionID;

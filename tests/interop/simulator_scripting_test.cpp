@@ -29,7 +29,7 @@ TEST(SimulatorScripting, IsServedWithTheOptionsOfTheCommandLine) {
                             "--japanese-names", "--folders", "1"});
     OfficialClient client(portOf(simulator));
     ASSERT_TRUE(client.registerOurselves()) << simulator.output();
-    const JSON list = client.ask(OfficialClient::trackList).body()["track_list"];
+    const ScriptingJSON list = client.ask(OfficialClient::trackList).body()["track_list"];
     ASSERT_EQ(list.size(), 500u);
     EXPECT_EQ(list[1]["name"], "ドラム 2");
     EXPECT_EQ(list[1]["track_attributes"]["is_hidden"], 3);
