@@ -4,7 +4,7 @@
 #   make test    set up, build, and pass all tests
 
 SECONDS ?= 60
-SEEDS ?= 200
+SEEDS ?= 500
 JOBS ?= $(shell nproc)
 BIN := build/release/bin
 

@@ -137,6 +137,8 @@ void Calibration::retryOrGiveUp() {
 }
 
 void Calibration::scanAnew() {
+    // Whoever has taken the surfaces meanwhile goes by the map that is there.
+    if (!state.quiet()) return;
     state.published.trackMap.clear();
     state.published.changed();
     calibrateBanks(true);

@@ -34,7 +34,7 @@ public:
 
     // Starts a scan unless something speaks against it: Pro Tools not connected or only just, its transport running,
     // the banks already being moved, or, unless `force`, a map that is there. A scan whose map does not fit the display
-    // in the end is repeated once. Main thread.
+    // in the end is repeated once, unless the banks are being moved then. Main thread.
     void calibrateBanks(bool force);
 
 private:

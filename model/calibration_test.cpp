@@ -265,6 +265,29 @@ TEST_F(FailedScanTest, IsRepeatedTwoSecondsLater) {
     EXPECT_FALSE(state.bank.calibrationRetried);
 }
 
+TEST_F(FailedScanTest, LeavesTheMapToAWalkThatHasBegunMeanwhile) {
+    scan.calibrateBanks(false);
+    scanInVain("a");
+    bench.run(1s);
+    state.bank.groupApplying = true;
+    bench.run(2s);
+    EXPECT_EQ(state.published.trackMap, numbers(20));
+    EXPECT_FALSE(state.published.calibrating);
+}
+
+TEST_F(FailedScanTest, LeavesTheMapToAScanThatTheClientAskedForMeanwhile) {
+    scan.calibrateBanks(false);
+    scanInVain("a");
+    bench.run(1s);
+    scan.calibrateBanks(true);
+    bench.run(2s);
+    EXPECT_EQ(state.published.trackMap, numbers(20)); // the old one, until the new one is there
+    ASSERT_TRUE(scanEnds(20s));
+    EXPECT_EQ(state.published.trackMap, host.names);
+    bench.run(10s);
+    EXPECT_FALSE(state.published.calibrating);
+}
+
 TEST_F(FailedScanTest, IsRepeatedOnce) {
     scan.calibrateBanks(false);
     scanInVain("a");

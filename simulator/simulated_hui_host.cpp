@@ -178,6 +178,10 @@ bool SimulatedHUIHost::isTouched(int surface, int strip) const {
     return at(surface).touchedTrack[static_cast<std::size_t>(strip)] != 0;
 }
 
+bool SimulatedHUIHost::isAutoHeld(int surface, int strip) const {
+    return automation.isHeld({surface, strip});
+}
+
 bool SimulatedHUIHost::showsRightPan(int surface) const {
     return at(surface).rightPan;
 }

@@ -67,6 +67,7 @@ public:
     SurfacePicture picture(int surface) const;
     int trackOn(int surface, int strip) const; // id, 0 for none
     bool isTouched(int surface, int strip) const;
+    bool isAutoHeld(int surface, int strip) const;
     bool showsRightPan(int surface) const;
     std::uint64_t droppedPresses() const { return dropped; }
 

@@ -201,6 +201,7 @@ SimulatorSnapshot::Strip SimulatedProTools::stripNow(const SurfacePicture& pictu
     for (int port = 0; port < hui_address::portCount; ++port)
         if (picture.leds[ledIndex(strip, port)]) seen.leds = static_cast<std::uint8_t>(seen.leds | 1 << port);
     seen.touched = host.isTouched(surface, strip);
+    seen.autoHeld = host.isAutoHeld(surface, strip);
     return seen;
 }
 

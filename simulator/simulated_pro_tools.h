@@ -33,6 +33,7 @@ struct SimulatorSnapshot {
         std::uint8_t ring = 0;                   // as sent
         std::uint8_t leds = 0;                   // bit p is the LED of port p
         bool touched = false;
+        bool autoHeld = false; // its AUTO switch is down
     };
     struct Surface {
         bool connected = false; // both MIDI ports are there

@@ -298,6 +298,18 @@ TEST_F(SimulatedProToolsTest, LetsARestlessUserActAndReplaysIt) {
     EXPECT_NE(after(5), after(6));
 }
 
+TEST_F(SimulatedProToolsTest, TellsWhichAutoSwitchesAreHeld) {
+    start({});
+    runtime.runFor(seconds(1));
+    surface.send({0xB0, 0x0F, 0x02, 0xB0, 0x2F, 0x44});
+    runtime.runFor(seconds(0.1));
+    EXPECT_TRUE(host->snapshot().surfaces[0].strips[2].autoHeld);
+    EXPECT_FALSE(host->snapshot().surfaces[0].strips[3].autoHeld);
+    surface.send({0xB0, 0x0F, 0x02, 0xB0, 0x2F, 0x04});
+    runtime.runFor(seconds(0.1));
+    EXPECT_FALSE(host->snapshot().surfaces[0].strips[2].autoHeld);
+}
+
 TEST_F(SimulatedProToolsTest, IsWellBehavedOnceItRests) {
     SimulatorOptions options;
     options.dropOnePressIn = 1;

@@ -51,6 +51,9 @@ public:
     // The lines written to the log since the last look.
     std::vector<std::string> takeLines() { return std::exchange(lines, {}); }
 
+    // What a model knows beyond what it publishes.
+    static const ReceiverState& stateOf(const ReceiverModel& model) { return model.parts->state; }
+
     ReceiverState& state() { return model->parts->state; }
     ReceiverParts& parts() { return *model->parts; }
 

@@ -1,8 +1,9 @@
 // What must hold of every session, judged from its evidence alone. Each checker returns what it found wrong, in words.
 #pragma once
 
+#include "tests/simulation/evidence.h"
 #include "tests/simulation/owner_oracle.h"
-#include "tests/simulation/studio.h"
+#include "tests/simulation/scenario.h"
 #include "tests/simulation/surface_wire.h"
 
 #include <string>
@@ -12,10 +13,9 @@ namespace lumbrine::simulation {
 
 using Violations = std::vector<std::string>;
 
-// Fader moves, touches, presses and turns on a surface are those that the device in control asked for: each one, once,
-// in its order, at the moment its datagram came. What another device sends causes nothing.
-Violations checkNothingLostNothingForged(const std::vector<WireAction>& wire, const std::vector<WireAction>& asked,
-                                         bool withTurns);
+// Fader moves, touches and presses on a surface are those that the device in control asked for: each one, once, in its
+// order, at the moment its datagram came. What another device sends causes nothing. `wire` without what walks play.
+Violations checkNothingLostNothingForged(const std::vector<WireAction>& wire, const std::vector<WireAction>& asked);
 
 // Each press of a strip's switch is let go 60 ms later.
 Violations checkPressesEnd(const std::vector<WireAction>& wire);
@@ -26,9 +26,9 @@ Violations checkReleases(const std::vector<WireAction>& wire, const std::vector<
                          const Acceptance& acceptance, int surface);
 
 // After a hello on a quiet line the client's picture is the receiver's, and the receiver's is the host's.
-Violations checkPicture(const Evidence& evidence);
+Violations checkPicture(const Scenario& scenario, const Evidence& evidence);
 
-// All of them, on every surface, and that every sequence on the wires is whole.
+// All of them and those of the other headers, on every surface, and that every sequence on the wires is whole.
 Violations checkAll(const Scenario& scenario, const Evidence& evidence);
 
 } // namespace lumbrine::simulation

@@ -58,10 +58,10 @@ TEST(NothingLostNothingForged, NoticesAMoveThatIsMissingExtraOrLate) {
     ASSERT_EQ(asked.size(), 1u);
     std::vector<WireAction> late = asked;
     late[0].at += seconds(0.001);
-    EXPECT_TRUE(checkNothingLostNothingForged(asked, asked, true).empty());
-    EXPECT_FALSE(checkNothingLostNothingForged({}, asked, true).empty());
-    EXPECT_FALSE(checkNothingLostNothingForged(asked, {}, true).empty());
-    EXPECT_FALSE(checkNothingLostNothingForged(late, asked, true).empty());
+    EXPECT_TRUE(checkNothingLostNothingForged(asked, asked).empty());
+    EXPECT_FALSE(checkNothingLostNothingForged({}, asked).empty());
+    EXPECT_FALSE(checkNothingLostNothingForged(asked, {}).empty());
+    EXPECT_FALSE(checkNothingLostNothingForged(late, asked).empty());
 }
 
 TEST(PressesEnd, NoticesASwitchThatIsHeldTooLongOrForEver) {

@@ -1,9 +1,10 @@
 #include "tests/simulation/phone.h"
 
-#include "remote/command_builder.h"
-
 #include <array>
 #include <cerrno>
+#include <numeric>
+#include <utility>
+#include <vector>
 
 namespace lumbrine::simulation {
 
@@ -26,55 +27,73 @@ Phone::Phone(VirtualRuntime& rt, VirtualNetwork& virtualNetwork, const Scenario&
 
 void Phone::act() {
     if (resting) return;
-    doSomething();
+    doIt(nextAct());
     runtime.postMainAfter(seconds(0.05) + seconds(0.001) * static_cast<int>(chance.below(500)), [this] { act(); });
 }
 
 void Phone::rest() {
     resting = true;
     network.fail(address, VirtualNetwork::Call::send, 0);
+    for (int i = 0; i < stripCount; ++i)
+        remote->release(*Strip::of(i));
 }
 
-void Phone::doSomething() {
-    const Strip strip = *Strip::of(static_cast<int>(chance.below(stripCount)));
-    switch (chance.below(14)) {
-    case 0:
-    case 1:
-    case 2:
-    case 3:
+Act Phone::nextAct() {
+    const int all = std::accumulate(scenario.habits.begin(), scenario.habits.end(), 0);
+    int left = static_cast<int>(chance.below(static_cast<std::uint64_t>(all)));
+    std::size_t act = 0;
+    while (left >= scenario.habits[act])
+        left -= scenario.habits[act++];
+    return static_cast<Act>(act);
+}
+
+void Phone::doIt(Act act) {
+    const Strip strip = anyStrip();
+    switch (act) {
+    case Act::playFader:
         remote->touch(strip);
-        gesture(strip, 1 + static_cast<int>(chance.below(20)));
-        break;
-    case 4:
-    case 5:
-    case 6:
-        press(strip);
-        break;
-    case 7:
-    case 8:
-        remote->send(remote::vpotDeltaCommand(strip, static_cast<std::int8_t>(chance.below(256))));
-        break;
-    case 9:
-        remote->send(remote::panModeToggleCommand());
-        break;
-    case 10:
-        remote->send(remote::bankMoveCommand(static_cast<remote::Move>(chance.below(4))));
-        break;
-    case 11:
-        if (scenario.panSeeks) remote->send(remote::panSeekCommand(strip, static_cast<std::uint8_t>(chance.below(13))));
-        break;
-    case 12:
-        if (chance.oneIn(3)) remote->takeOver();
-        break;
-    default:
-        if (chance.oneIn(4)) walkOut(seconds(0.5) * static_cast<int>(1 + chance.below(18)));
-        break;
+        return gesture(strip, 1 + static_cast<int>(chance.below(20)));
+    case Act::pressSwitch:
+        return press(strip);
+    case Act::turnPot:
+        return remote->send(remote::vpotDeltaCommand(strip, static_cast<std::int8_t>(chance.below(256))));
+    case Act::changePanSide:
+        return remote->send(remote::panModeToggleCommand());
+    case Act::seekPan:
+        return remote->send(remote::panSeekCommand(strip, static_cast<std::uint8_t>(chance.below(13))));
+    case Act::moveBank:
+        return remote->send(remote::bankMoveCommand(static_cast<remote::Move>(chance.below(4))));
+    case Act::seekBank:
+        return remote->send(remote::seekBankCommand(anyTrack()));
+    case Act::stormOfSeeks:
+        return storm(2 + static_cast<int>(chance.below(30)));
+    case Act::scan:
+        return scan();
+    case Act::setGroupFaders:
+    case Act::setGroupMode:
+    case Act::captureRange:
+        return walk(act);
+    case Act::setMode:
+        return setMode(strip);
+    case Act::takeOver:
+        if (chance.oneIn(4)) remote->takeOver();
+        return;
+    case Act::walkOut:
+        if (chance.oneIn(6)) walkOut(seconds(0.5) * static_cast<int>(1 + chance.below(18)));
+        return;
     }
+}
+
+bool Phone::mayAskFor(TimePoint& next, Duration pause) {
+    const TimePoint now = runtime.now();
+    if (now < next) return false;
+    next = now + pause;
+    return true;
 }
 
 void Phone::gesture(Strip strip, int movesLeft) {
     if (resting) return;
-    remote->move(strip, FaderValue::ofRaw(static_cast<std::uint16_t>(chance.below(16384))));
+    remote->move(strip, anyFader());
     if (movesLeft > 1) {
         runtime.postMainAfter(seconds(0.02), [this, strip, movesLeft] { gesture(strip, movesLeft - 1); });
     } else if (!chance.oneIn(8)) {
@@ -88,38 +107,59 @@ void Phone::press(Strip strip) {
     remote->send(presses[static_cast<std::size_t>(chance.below(presses.size()))](strip));
 }
 
+void Phone::storm(int seeksLeft) {
+    if (resting) return;
+    remote->send(remote::seekBankCommand(anyTrack()));
+    if (seeksLeft <= 1) return;
+    runtime.postMainAfter(seconds(0.001) * static_cast<int>(5 + chance.below(40)),
+                          [this, seeksLeft] { storm(seeksLeft - 1); });
+}
+
+void Phone::scan() {
+    if (mayAskFor(nextScan, seconds(15))) remote->send(remote::recalibrateCommand());
+}
+
+void Phone::walk(Act act) {
+    if (!mayAskFor(nextWalk, seconds(3))) return;
+    const std::uint64_t members = 1 + chance.below(mostMembers);
+    if (act == Act::captureRange) {
+        const auto tracks = static_cast<std::uint8_t>(1 + chance.below(mostRangeTracks));
+        return remote->send(remote::visibleRangeCommand(anyTrack(), tracks));
+    }
+    std::vector<std::pair<remote::Member, FaderValue>> entries;
+    std::vector<remote::Member> tracks;
+    for (std::uint64_t i = 0; i < members; ++i) {
+        tracks.push_back(anyTrack());
+        entries.emplace_back(tracks.back(), anyFader());
+    }
+    if (act == Act::setGroupFaders) return remote->send(remote::groupFadersCommand(entries));
+    remote->send(remote::groupAutoModeCommand(anyMode(), tracks));
+}
+
+void Phone::setMode(Strip strip) {
+    if (mayAskFor(nextMode, seconds(0.7))) remote->send(remote::setAutoModeCommand(strip, anyMode()));
+}
+
 void Phone::walkOut(Duration absence) {
     network.fail(address, VirtualNetwork::Call::send, ENETDOWN);
     runtime.postMainAfter(absence, [&net = network, from = address] { net.fail(from, VirtualNetwork::Call::send, 0); });
 }
 
-Forger::Forger(VirtualRuntime& rt, VirtualNetwork& network, std::uint64_t seed)
-    : runtime(rt), sockets(network.host("192.168.1.66")), chance(seed * 17 + 5), fd(sockets.open()) {
-    sockets.bind(fd, 0);
-    sockets.resolve(receiverAddress, receiverPort, receiver);
+Strip Phone::anyStrip() {
+    return *Strip::of(static_cast<int>(chance.below(stripCount)));
 }
 
-Forger::~Forger() {
-    sockets.close(fd);
+// Of the session, or a little beyond its end.
+remote::Member Phone::anyTrack() {
+    return static_cast<remote::Member>(chance.below(static_cast<std::uint64_t>(scenario.tracks) + 4));
 }
 
-void Forger::act() {
-    if (resting) return;
-    // Anything but what makes the receiver move faders by itself.
-    constexpr std::array<std::uint8_t, 16> opcodes{0x00, 0x01, 0x02, 0x03, 0x04, 0x05, 0x06, 0x07,
-                                                   0x0A, 0x0C, 0x0D, 0x0F, 0x15, 0x26, 0x7D, 0xFF};
-    Bytes datagram;
-    const std::uint64_t length = chance.below(12);
-    for (std::uint64_t i = 0; i < length; ++i)
-        datagram.push_back(static_cast<std::uint8_t>(chance.below(256)));
-    if (datagram.size() > 1) {
-        datagram[0] = chance.oneIn(4) ? 0x02 : 0x01;
-        datagram[1] = opcodes[static_cast<std::size_t>(chance.below(opcodes.size()))];
-        if (chance.oneIn(200)) datagram[1] = 0x25;
-    }
-    if (datagram.size() > 2) datagram[2] = static_cast<std::uint8_t>(chance.below(20));
-    sockets.send(fd, datagram, receiver);
-    runtime.postMainAfter(seconds(0.001) * static_cast<int>(5 + chance.below(100)), [this] { act(); });
+FaderValue Phone::anyFader() {
+    return FaderValue::ofRaw(static_cast<std::uint16_t>(chance.below(16384)));
+}
+
+remote::AutoModeKey Phone::anyMode() {
+    return static_cast<remote::AutoModeKey>(chance.below(6));
 }
 
 } // namespace lumbrine::simulation

@@ -1,8 +1,9 @@
-// Somebody at a phone: plays faders, presses and turns, forgets to let go, walks out of the network and back, takes
-// over. And somebody who only has a socket and sends what is not its to send.
+// Somebody at a phone: plays faders, presses and turns, moves the banks and has them moved, forgets to let go, walks
+// out of the network and back, takes over.
 #pragma once
 
 #include "platform/virtual/virtual_network.h"
+#include "remote/command_builder.h"
 #include "remote/remote_client.h"
 #include "simulator/seeded_random.h"
 #include "tests/simulation/scenario.h"
@@ -18,18 +19,33 @@ inline constexpr std::uint16_t receiverPort = 52700;
 // Main thread.
 class Phone {
 public:
+    // The most that one walk is asked to do.
+    static constexpr std::uint64_t mostMembers = 6;
+    static constexpr std::uint64_t mostRangeTracks = 24;
+
     Phone(VirtualRuntime& rt, VirtualNetwork& virtualNetwork, const Scenario& decided, int number);
 
-    void act(); // does something now, and again later, until `rest`
-    void rest();
+    void act();  // does something now, and again later, until `rest`
+    void rest(); // lets go of everything
 
     remote::RemoteClient& client() { return *remote; }
 
 private:
-    void doSomething();
+    Act nextAct();
+    void doIt(Act act);
+    bool mayAskFor(TimePoint& next, Duration pause);
     void gesture(Strip strip, int movesLeft);
     void press(Strip strip);
+    void storm(int seeksLeft);
+    void scan();
+    void walk(Act act);
+    void setMode(Strip strip);
     void walkOut(Duration absence);
+
+    Strip anyStrip();
+    remote::Member anyTrack();
+    FaderValue anyFader();
+    remote::AutoModeKey anyMode();
 
     VirtualRuntime& runtime;
     VirtualNetwork& network;
@@ -38,24 +54,11 @@ private:
     SeededRandom chance;
     std::unique_ptr<remote::RemoteClient> remote;
     bool resting = false;
-};
 
-// Main thread.
-class Forger {
-public:
-    Forger(VirtualRuntime& rt, VirtualNetwork& network, std::uint64_t seed);
-    ~Forger();
-
-    void act();
-    void rest() { resting = true; }
-
-private:
-    VirtualRuntime& runtime;
-    DatagramSockets& sockets;
-    SeededRandom chance;
-    PeerAddress receiver;
-    int fd;
-    bool resting = false;
+    // What takes the receiver long is asked for now and then only, so that all of it has its turn.
+    TimePoint nextScan;
+    TimePoint nextWalk;
+    TimePoint nextMode;
 };
 
 } // namespace lumbrine::simulation

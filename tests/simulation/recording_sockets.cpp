@@ -2,6 +2,14 @@
 
 namespace lumbrine::simulation {
 
+namespace {
+
+bool isMeters(ByteView datagram) {
+    return datagram.size() > 1 && datagram[1] == 0x11;
+}
+
+} // namespace
+
 int RecordingSockets::receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) {
     const int length = sockets.receive(fd, buffer, from);
     if (length > 0) {
@@ -12,6 +20,12 @@ int RecordingSockets::receive(int fd, std::span<std::uint8_t> buffer, PeerAddres
         record.push_back({runtime.now(), host + ":" + port, Bytes(buffer.begin(), end)});
     }
     return length;
+}
+
+int RecordingSockets::send(int fd, ByteView bytes, const PeerAddress& to) {
+    if (onSend) onSend(bytes);
+    if (isMeters(bytes) && !carriesMeters) return static_cast<int>(bytes.size());
+    return sockets.send(fd, bytes, to);
 }
 
 } // namespace lumbrine::simulation

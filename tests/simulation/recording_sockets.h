@@ -1,10 +1,11 @@
-// Sockets that keep a record of every datagram that was received through them, with its sender and its time: what the
-// receiver really got, which the checkers start from.
+// The receiver's sockets with a record of every datagram that was received through them, with its sender and its time:
+// what the receiver really got, which the checkers start from. What it sends is shown to an observer.
 #pragma once
 
 #include "platform/api/datagram_sockets.h"
 #include "platform/api/runtime.h"
 
+#include <functional>
 #include <vector>
 
 namespace lumbrine::simulation {
@@ -18,9 +19,14 @@ struct ReceivedDatagram {
 // One thread receives; the record is read when that thread has nothing more to receive.
 class RecordingSockets final : public DatagramSockets {
 public:
-    RecordingSockets(Runtime& rt, DatagramSockets& real) : runtime(rt), sockets(real) {}
+    // Meters that do not arrive are lost on the way.
+    RecordingSockets(Runtime& rt, DatagramSockets& real, bool metersArrive)
+        : runtime(rt), sockets(real), carriesMeters(metersArrive) {}
 
     const std::vector<ReceivedDatagram>& received() const { return record; }
+
+    // Called before each datagram goes out, on whichever thread sends it. Set before anybody sends.
+    std::function<void(ByteView)> onSend;
 
     int open() override { return sockets.open(); }
     int setReuseAddress(int fd) override { return sockets.setReuseAddress(fd); }
@@ -28,7 +34,7 @@ public:
     int bind(int fd, std::uint16_t port) override { return sockets.bind(fd, port); }
     int localPort(int fd) override { return sockets.localPort(fd); }
     int receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) override;
-    int send(int fd, ByteView bytes, const PeerAddress& to) override { return sockets.send(fd, bytes, to); }
+    int send(int fd, ByteView bytes, const PeerAddress& to) override;
     void name(const PeerAddress& address, std::string& host, std::string& port) override {
         sockets.name(address, host, port);
     }
@@ -41,6 +47,7 @@ public:
 private:
     Runtime& runtime;
     DatagramSockets& sockets;
+    const bool carriesMeters;
     std::vector<ReceivedDatagram> record;
 };
 

@@ -2,7 +2,7 @@
 
 #include "simulator/seeded_random.h"
 
-#include <array>
+#include <algorithm>
 
 namespace lumbrine::simulation {
 
@@ -13,25 +13,81 @@ Value pick(SeededRandom& chance, const std::array<Value, count>& values) {
     return values[static_cast<std::size_t>(chance.below(count))];
 }
 
+void chooseReactions(SeededRandom& chance, SimulatorOptions& options) {
+    // A scan takes a bank that has not answered within about 0.27 s for the last one.
+    options.latency = chance.oneIn(12)
+                          ? seconds(0.3)
+                          : pick(chance, std::array{seconds(0), seconds(0.02), seconds(0.1), seconds(0.2)});
+    options.hostTimeout = pick(chance, std::array{seconds(2), seconds(3), seconds(5)});
+    options.pingWithoutSession = chance.oneIn(2);
+    options.faderEcho = chance.oneIn(2) ? FaderEcho::whileTouched : FaderEcho::afterRelease;
+    options.faderBits = pick(chance, std::array{9, 10, 14});
+    options.groups = chance.oneIn(2);
+    options.grabPortsAfter = pick(chance, std::array{seconds(0), seconds(0), seconds(0), seconds(4)});
+    for (std::size_t i = options.dumpOrder.size(); i > 1; --i)
+        std::swap(options.dumpOrder[i - 1], options.dumpOrder[chance.below(i)]);
+}
+
+void chooseDisplays(SeededRandom& chance, SimulatorOptions& options) {
+    options.shortNames = pick(chance, std::array{ShortNameRule::cut, ShortNameRule::vowels, ShortNameRule::colliding});
+    options.nonASCII = chance.oneIn(2) ? NonASCIIRule::blank : NonASCIIRule::questionMark;
+    options.displaysPerSysEx = chance.oneIn(25) ? 9 : 1;
+    options.modeShown = pick(chance, std::array{seconds(0), seconds(1), seconds(1), seconds(3)});
+    options.mainDisplay = chance.oneIn(3);
+    options.counter = chance.oneIn(3);
+    options.repeatZoneSelect = chance.oneIn(2);
+    options.runningStatus = chance.oneIn(25);
+    options.readMarks = chance.oneIn(2);
+    options.ledOn = options.ledOff = pick(chance, std::array{seconds(0.25), seconds(0.5)});
+    options.panPicture = pick(chance, std::array{RingPicture::dot, RingPicture::boostCut, RingPicture::spread});
+    options.clicksPerRingPosition = pick(chance, std::array{1, 3, 9});
+    options.meterRate = pick(chance, std::array{10, 20, 30});
+}
+
+void chooseBanking(SeededRandom& chance, SimulatorOptions& options) {
+    options.endOfSession = chance.oneIn(2) ? EndOfSession::fill : EndOfSession::blank;
+    options.bankLeftAligns = !chance.oneIn(3);
+    options.bankRightAligns = chance.oneIn(3);
+    options.redrawOnBank = chance.oneIn(2);
+    options.bankWidth = chance.oneIn(2) ? BankWidth::answering : BankWidth::configured;
+    options.dropOnePressIn = pick(chance, std::array{0, 0, 0, 0, 10, 40});
+    options.restlessUserEvery = pick(chance, std::array{seconds(0), seconds(0), seconds(0.7), seconds(2)});
+}
+
 SimulatorOptions hostOptions(SeededRandom& chance, std::uint64_t seed) {
     SimulatorOptions options;
     options.seed = seed;
     options.surfaces = chance.oneIn(3) ? 1 : 2;
-    // A scan takes a bank that has not answered within about 0.25 s for the last one, so no host here is slower.
-    options.latency = pick(chance, std::array{seconds(0), seconds(0.02), seconds(0.1), seconds(0.2)});
-    options.faderEcho = chance.oneIn(2) ? FaderEcho::whileTouched : FaderEcho::afterRelease;
-    options.faderBits = pick(chance, std::array{9, 10, 14});
-    options.shortNames = pick(chance, std::array{ShortNameRule::cut, ShortNameRule::vowels, ShortNameRule::colliding});
-    options.nonASCII = chance.oneIn(2) ? NonASCIIRule::blank : NonASCIIRule::questionMark;
-    options.repeatZoneSelect = chance.oneIn(2);
-    options.pingWithoutSession = chance.oneIn(2);
-    options.bankLeftAligns = chance.oneIn(2);
-    options.endOfSession = chance.oneIn(2) ? EndOfSession::fill : EndOfSession::blank;
-    options.redrawOnBank = chance.oneIn(2);
-    options.bankWidth = chance.oneIn(2) ? BankWidth::answering : BankWidth::configured;
-    options.meterRate = pick(chance, std::array{20, 30});
-    options.grabPortsAfter = pick(chance, std::array{seconds(0), seconds(4)});
+    chooseReactions(chance, options);
+    chooseDisplays(chance, options);
+    chooseBanking(chance, options);
     return options;
+}
+
+int trackCount(SeededRandom& chance) {
+    if (chance.oneIn(12)) return pick(chance, std::array{120, 200, 400});
+    return pick(chance, std::array{1, 7, 8, 9, 16, 17, 20, 20, 24, 30, 33, 40, 40, 50, 64});
+}
+
+// Each phone does some things and leaves others, so that some sessions are all about one thing.
+std::array<int, actCount> chooseHabits(SeededRandom& chance) {
+    std::array<int, actCount> habits{};
+    for (int& weight : habits)
+        weight = chance.oneIn(3) ? 0 : 1 + static_cast<int>(chance.below(3));
+    habits[static_cast<std::size_t>(Act::playFader)] += 2;
+    habits[static_cast<std::size_t>(Act::seekBank)] += 1;
+    return habits;
+}
+
+Troubles chooseTroubles(SeededRandom& chance) {
+    if (chance.oneIn(4)) return {};
+    return {.surfacesVanish = chance.oneIn(3),
+            .bothSurfacesFlap = chance.oneIn(4),
+            .secondSurfaceLeaves = chance.oneIn(3),
+            .hostSticks = chance.oneIn(4),
+            .portsAreReleased = chance.oneIn(6),
+            .userActs = chance.oneIn(3),
+            .transport = chance.oneIn(2)};
 }
 
 } // namespace
@@ -40,26 +96,42 @@ Scenario scenarioOf(std::uint64_t seed) {
     SeededRandom chance(seed);
     Scenario scenario;
     scenario.seed = seed;
+    scenario.patience = chance.oneIn(10) ? 1 : pick(chance, std::array<std::uint64_t, 2>{8, 32});
     scenario.phones = 1 + static_cast<int>(chance.below(3));
-    scenario.tracks = pick(chance, std::array{1, 7, 8, 16, 20, 40});
+    scenario.tracks = trackCount(chance);
     scenario.host = hostOptions(chance, seed);
     if (!chance.oneIn(4))
         scenario.network = {.loss = pick(chance, std::array{0.0, 0.02, 0.2}),
                             .duplication = pick(chance, std::array{0.0, 0.05, 0.2}),
                             .latency = pick(chance, std::array{seconds(0.001), seconds(0.02)}),
                             .jitter = pick(chance, std::array{seconds(0), seconds(0.005), seconds(0.06)})};
-    scenario.forger = chance.oneIn(2);
-    scenario.surfacesVanish = chance.oneIn(2);
-    scenario.panSeeks = chance.oneIn(4);
+    scenario.metersArrive = chance.oneIn(10);
+    scenario.forger = chance.oneIn(3);
+    scenario.habits = chooseHabits(chance);
+    scenario.troubles = chooseTroubles(chance);
+    // Long enough for the first scan to end, and then some.
+    const int banks = scenario.tracks / scenario.strips();
+    scenario.trouble = seconds(18) + seconds(1) * std::min(banks, 30);
     return scenario;
 }
 
 std::string Scenario::text() const {
+    const auto inWords = [](bool holds, const char* words) {
+        return holds ? std::string(", ") + words : std::string();
+    };
     return "seed " + std::to_string(seed) + ": " + std::to_string(phones) + " phones, " + std::to_string(tracks) +
            " tracks, " + std::to_string(host.surfaces) + " surfaces, host latency " +
            std::to_string(inSeconds(host.latency)) + " s, loss " + std::to_string(network.loss) + ", doubled " +
            std::to_string(network.duplication) + ", jitter " + std::to_string(inSeconds(network.jitter)) + " s" +
-           (forger ? ", a forger" : "") + (surfacesVanish ? ", surfaces vanish" : "") + (panSeeks ? ", pan seeks" : "");
+           inWords(forger, "a forger") + inWords(host.endOfSession == EndOfSession::blank, "blank end") +
+           inWords(!host.bankLeftAligns, "bank left does not align") +
+           inWords(host.bankRightAligns, "bank right aligns") + inWords(host.dropOnePressIn > 0, "presses get lost") +
+           inWords(!hostIsReadable(), "an unreadable host") +
+           inWords(host.restlessUserEvery > Duration::zero(), "a restless user") +
+           inWords(troubles.surfacesVanish, "surfaces vanish") + inWords(troubles.bothSurfacesFlap, "surfaces flap") +
+           inWords(troubles.secondSurfaceLeaves, "the second surface leaves") +
+           inWords(troubles.hostSticks, "the host sticks") + inWords(troubles.portsAreReleased, "ports are released") +
+           inWords(troubles.userActs, "the user acts") + inWords(troubles.transport, "the transport runs");
 }
 
 } // namespace lumbrine::simulation

@@ -4,21 +4,66 @@
 #include "platform/virtual/virtual_network.h"
 #include "simulator/simulator_options.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
 namespace lumbrine::simulation {
 
+// What somebody at a phone may do next.
+enum class Act {
+    playFader,
+    pressSwitch,
+    turnPot,
+    changePanSide,
+    seekPan,
+    moveBank,
+    seekBank,
+    stormOfSeeks,
+    scan,
+    setGroupFaders,
+    setGroupMode,
+    captureRange,
+    setMode,
+    takeOver,
+    walkOut,
+};
+inline constexpr std::size_t actCount = 15;
+
+// What may go wrong around the receiver while the phones act.
+struct Troubles {
+    bool surfacesVanish = false;      // and come back, each by itself
+    bool bothSurfacesFlap = false;    // away and back at once, for about as long as makes them count as gone
+    bool secondSurfaceLeaves = false; // for seconds
+    bool hostSticks = false;          // does nothing for a while, then all at once
+    bool portsAreReleased = false;
+    bool userActs = false; // banks, scrolls and moves faders at the host
+    bool transport = false;
+};
+
 struct Scenario {
     std::uint64_t seed = 1;
-    int phones = 1; // 1-3
+    std::uint64_t patience = 1; // of the threads, see VirtualRuntime::Options
+    int phones = 1;             // 1-3
     int tracks = 16;
     SimulatorOptions host;
     VirtualNetwork::Faults network;
-    bool forger = false;         // somebody on the network sends what is not its to send
-    bool surfacesVanish = false; // the host's surfaces fall silent now and then, and come back
-    bool panSeeks = false;       // phones also ask for pan positions
+    bool metersArrive = false;          // at the phones; they are most of the traffic
+    bool forger = false;                // somebody on the network sends what is not its to send
+    std::array<int, actCount> habits{}; // how often phones do what, as weights
+    Troubles troubles;
     Duration trouble = seconds(30);
+
+    // Whether the receiver can read all that the host sends: it takes one display from a message, and no running
+    // status.
+    bool hostIsReadable() const { return host.displaysPerSysEx == 1 && !host.runningStatus; }
+
+    // Whether the host reacts before the receiver takes it for unmoved.
+    bool hostIsQuick() const { return host.latency <= seconds(0.2); }
+
+    int strips() const { return 8 * host.surfaces; }
+    int weight(Act act) const { return habits[static_cast<std::size_t>(act)]; }
 
     std::string text() const; // one line
 };

@@ -1,37 +1,54 @@
 // Seeded sessions: simulation_tests --seeds N runs seeds 1 to N, --seed N runs that one and tells about it.
 #include "tests/simulation/checkers.h"
+#include "tests/simulation/studio.h"
+#include "tests/simulation/summary.h"
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <iostream>
+#include <map>
 
 namespace lumbrine::simulation {
 namespace {
 
 std::uint64_t firstSeed = 1;
-std::uint64_t lastSeed = 200;
+std::uint64_t lastSeed = LUMBRINE_SIMULATED_SESSIONS;
+
+std::string reportOf(const Scenario& scenario, const Violations& violations) {
+    constexpr std::size_t most = 5;
+    std::string report =
+        scenario.text() + "\n  replay: build/release/bin/simulation_tests --seed " + std::to_string(scenario.seed);
+    for (std::size_t i = 0; i < std::min(violations.size(), most); ++i)
+        report += "\n  " + violations[i];
+    if (violations.size() > most) report += "\n  and " + std::to_string(violations.size() - most) + " more";
+    return report;
+}
+
+// The log of the receiver, and when which job had the surfaces.
+void tellAbout(const Scenario& scenario, const JobRecord& jobs) {
+    std::cout << scenario.text() << "\n";
+    std::multimap<TimePoint, std::string> lines(jobs.lines.begin(), jobs.lines.end());
+    for (const JobRun& run : jobs.runs) {
+        lines.emplace(run.first, nameOf(run.job) + " begins, the host at " + std::to_string(run.hostAtFirst.offset));
+        lines.emplace(run.last, nameOf(run.job) + " ends, the host at " + std::to_string(run.hostAfter.offset));
+    }
+    for (const auto& [at, line] : lines)
+        std::printf("%9.3f  %s\n", inSeconds(at.time_since_epoch()), line.c_str());
+}
 
 TEST(Simulation, EverySeededSessionHoldsItsPromises) {
-    Duration virtualTime = Duration::zero();
+    Summary summary;
     const std::clock_t began = std::clock();
     for (std::uint64_t seed = firstSeed; seed <= lastSeed; ++seed) {
         const Scenario scenario = scenarioOf(seed);
-        if (firstSeed == lastSeed) std::cout << scenario.text() << "\n";
         const Evidence evidence = runSession(scenario);
-        virtualTime += evidence.virtualTime;
+        if (firstSeed == lastSeed) tellAbout(scenario, evidence.jobs);
+        summary.add(seed, evidence);
         const Violations violations = checkAll(scenario, evidence);
-        if (violations.empty()) continue;
-        std::string report =
-            scenario.text() + "\n  replay: build/release/bin/simulation_tests --seed " + std::to_string(seed);
-        for (std::size_t i = 0; i < std::min<std::size_t>(violations.size(), 5); ++i)
-            report += "\n  " + violations[i];
-        ADD_FAILURE() << report;
+        if (!violations.empty()) ADD_FAILURE() << reportOf(scenario, violations);
     }
-    const double spent = static_cast<double>(std::clock() - began) / CLOCKS_PER_SEC;
-    std::printf("%llu sessions, %.0f s of studio time, %.0f times real time on one core\n",
-                static_cast<unsigned long long>(lastSeed - firstSeed + 1), inSeconds(virtualTime),
-                inSeconds(virtualTime) / std::max(spent, 0.001));
+    std::cout << summary.text(seconds(static_cast<double>(std::clock() - began) / CLOCKS_PER_SEC));
 }
 
 TEST(Simulation, OneSeedGivesOneSession) {

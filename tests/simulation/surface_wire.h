@@ -22,6 +22,8 @@ struct WireAction {
     std::string text() const;
 };
 
+using SurfaceActions = std::vector<std::vector<WireAction>>; // by surface
+
 struct SurfaceWire {
     std::vector<WireAction> actions;
     std::vector<std::string> violations;

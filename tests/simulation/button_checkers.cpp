@@ -1,0 +1,109 @@
+#include "tests/simulation/button_checkers.h"
+
+#include <algorithm>
+
+namespace lumbrine::simulation {
+
+namespace {
+
+using Kind = WireAction::Kind;
+using Violations = std::vector<std::string>;
+
+constexpr int bankZone = 10;
+constexpr int assignZone = 11;
+constexpr int modeZone = 24;
+constexpr int autoPort = 4;
+constexpr int panPort = 2;
+constexpr int sendAPort = 7;
+
+constexpr Duration bankPress = seconds(0.03);
+constexpr Duration step = seconds(0.06);
+
+bool isOfStrip(const WireAction& action) {
+    return action.kind == Kind::edge && action.number < 8;
+}
+bool isInZone(const WireAction& action, int zone) {
+    return action.kind == Kind::edge && action.number == zone;
+}
+
+// How often that edge is on the wire at that moment.
+long countOf(const std::vector<WireAction>& wire, TimePoint at, int zone, int port, int value) {
+    return std::ranges::count_if(wire, [&](const WireAction& action) {
+        return isInZone(action, zone) && action.port == port && action.value == value && action.at == at;
+    });
+}
+
+// Each press in the zone is let go after that time.
+void checkEnds(Violations& violations, const std::vector<WireAction>& wire, int zone, Duration length) {
+    for (const WireAction& action : wire) {
+        if (!isInZone(action, zone)) continue;
+        const TimePoint other = action.value == 1 ? action.at + length : action.at - length;
+        if (countOf(wire, other, zone, action.port, 1 - action.value) !=
+            countOf(wire, action.at, zone, action.port, action.value))
+            violations.push_back("not held for its time: " + action.text());
+    }
+}
+
+} // namespace
+
+Violations checkZones(const SurfaceActions& wires) {
+    Violations violations;
+    for (const auto& wire : wires)
+        for (const WireAction& action : wire) {
+            if (action.kind != Kind::edge) continue;
+            const bool known = isOfStrip(action) ? action.port != 5 && action.port != 6
+                                                 : action.number == bankZone || action.number == assignZone ||
+                                                       action.number == modeZone;
+            if (!known) violations.push_back("a button that nobody may press: " + action.text());
+        }
+    return violations;
+}
+
+Violations checkBankButtons(const SurfaceActions& wires, const std::vector<JobRun>& runs, const Requests& requests) {
+    Violations violations;
+    for (std::size_t surface = 0; surface < wires.size(); ++surface) {
+        checkEnds(violations, wires[surface], bankZone, bankPress);
+        for (const WireAction& action : wires[surface]) {
+            if (!isInZone(action, bankZone)) continue;
+            if (surface != 0 || action.port > 3) violations.push_back("no bank button: " + action.text());
+            if (action.value == 0) continue;
+            const bool ofJob =
+                std::ranges::any_of(runs, [&](const JobRun& run) { return run.mayHaveBeenAt(action.at); });
+            const bool ofClient = std::ranges::any_of(requests.bankMoves, [&](const BankMoveRequest& request) {
+                return request.at == action.at && request.button == action.port;
+            });
+            if (!ofJob && !ofClient) violations.push_back("a bank button for no reason: " + action.text());
+        }
+    }
+    return violations;
+}
+
+Violations checkAssignment(const SurfaceActions& wires, const Requests& requests) {
+    Violations violations;
+    for (const auto& wire : wires) {
+        checkEnds(violations, wire, assignZone, step);
+        for (const WireAction& action : wire) {
+            if (!isInZone(action, assignZone) || action.value == 0) continue;
+            // Forced to the left: send A, then pan; then pan once more on a surface that has to show the right.
+            const auto sendAIsPressed = [&](int stepsAgo) {
+                return countOf(wire, action.at - stepsAgo * step, assignZone, sendAPort, 1) > 0;
+            };
+            if (action.port == sendAPort) {
+                if (countOf(wire, action.at + 2 * step, assignZone, panPort, 1) == 0)
+                    violations.push_back("left on send A: " + action.text());
+            } else if (action.port != panPort) {
+                violations.push_back("another assignment: " + action.text());
+            } else if (std::ranges::count(requests.panSides, action.at) == 0 && !sendAIsPressed(2) &&
+                       !sendAIsPressed(3)) {
+                violations.push_back("an assignment for no reason: " + action.text());
+            }
+        }
+        for (const TimePoint at : requests.panSides)
+            if (countOf(wire, at, assignZone, panPort, 1) < std::ranges::count(requests.panSides, at))
+                violations.push_back("the pan side was not changed at " +
+                                     std::to_string(inSeconds(at.time_since_epoch())) + " s");
+    }
+    return violations;
+}
+
+} // namespace lumbrine::simulation

@@ -1,0 +1,205 @@
+#include "tests/simulation/calm.h"
+
+#include "remote/command_builder.h"
+#include "tests/simulation/time_limits.h"
+
+#include <algorithm>
+
+namespace lumbrine::simulation {
+
+namespace {
+
+constexpr Duration look = seconds(0.1);
+constexpr Duration longestScan = seconds(300);
+
+std::string listOf(const Names& names) {
+    std::string list;
+    for (const std::string& name : names)
+        list += " [" + name + "]";
+    return list;
+}
+
+} // namespace
+
+Recovery Calm::run() {
+    endTrouble();
+    recover();
+    tryFader();
+    refreshPicture();
+    checkScans();
+    return std::move(recovery);
+}
+
+void Calm::endTrouble() {
+    world.network.setFaults({});
+    for (const auto& phone : world.phones)
+        phone->rest();
+    if (world.forger) world.forger->rest();
+    world.proTools->rest();
+    world.proTools->edit([](SimulatedSession& session) { session.stop(); });
+    ended = world.runtime.now();
+    HostView host = viewOf(*world.proTools);
+    host.width = world.scenario.strips();
+    rightMaps = mapsOfScans(host, world.scenario.host);
+    world.runtime.runFor(seconds(2));
+    world.phones.resize(1);
+    world.proTools->edit([](SimulatedSession& session) {
+        session.changeAll([](SimulatedTrack& track) { track.solo = track.mute = track.recordArmed = false; });
+    });
+}
+
+void Calm::recover() {
+    const int tracks = static_cast<int>(viewOf(*world.proTools).names.size());
+    const Duration limit = recoveryLimit({.tracks = tracks, .strips = world.scenario.strips()});
+    const bool mapIsPossible = world.scenario.hostIsReadable() && world.scenario.hostIsQuick();
+    for (;;) {
+        const std::string wrong = mapIsPossible ? wrongWithPeace() : wrongWithRest();
+        if (wrong.empty()) {
+            if (!peaceSince) peaceSince = world.runtime.now();
+            if (!mapIsPossible || mapIsRight()) break;
+            askForScan();
+        }
+        if (world.runtime.now() - ended > limit) {
+            complain("after " + std::to_string(inSeconds(limit)) +
+                     " s: " + (wrong.empty() ? "the map is wrong" : wrong));
+            break;
+        }
+        world.runtime.runFor(look);
+    }
+    recovery.took = world.runtime.now() - ended;
+}
+
+// What changed elsewhere in the session the receiver cannot know.
+void Calm::askForScan() {
+    recovery.mapWasStale = true;
+    world.phone().send(remote::recalibrateCommand());
+    world.runtime.runFor(look);
+    world.runtime.runUntil([this] { return !world.watch->anyJob(); }, longestScan);
+}
+
+std::string Calm::wrongWithRest() const {
+    const PublishedState& published = world.model->published();
+    if (world.phones.front()->client().state() != remote::LinkState::connected) return "the phone is not connected";
+    if (!published.huiConnected) return "Pro Tools counts as gone";
+    if (published.winW != world.scenario.strips()) return "another number of strips";
+    if (jobsRanSince(world.runtime.now() - seconds(1))) return "the banks are still being moved";
+    return {};
+}
+
+std::string Calm::wrongWithPeace() const {
+    if (std::string wrong = wrongWithRest(); !wrong.empty()) return wrong;
+    // An AUTO switch whose end was not heard is let go when that strip's mode is asked for again.
+    if (anyModeIsShown()) return "a mode is shown, or will be";
+    if (!positionIsRight()) {
+        const HostView host = viewOf(*world.proTools);
+        return "the bank offset " + std::to_string(world.model->published().bankOffset) + " is wrong, the host at " +
+               std::to_string(host.offset) + " of" + listOf(host.names) + ", the map" +
+               listOf(world.model->published().trackMap);
+    }
+    return {};
+}
+
+bool Calm::anyModeIsShown() const {
+    const HostView host = viewOf(*world.proTools);
+    const SimulatorSnapshot shown = world.proTools->snapshot();
+    const Names names = windowAt(host, host.offset);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const SimulatorSnapshot::Strip& strip = shown.surfaces[i / 8].strips[i % 8];
+        if (strip.autoHeld || trimmed(strip.display) != names[i]) return true;
+    }
+    return false;
+}
+
+// By what the map has. A position that cannot be told from a wrong map makes the receiver scan again by itself, unless
+// all displays are blank.
+bool Calm::positionIsRight() const {
+    const HostView host = viewOf(*world.proTools);
+    const Names window = windowAt(host, host.offset);
+    const PublishedState& published = world.model->published();
+    const int place = onlyPlaceOf(window, published.trackMap);
+    return published.bankOffset == place && (place >= 0 || mapIsRight() || isBlank(window));
+}
+
+bool Calm::mapIsRight() const {
+    return rightMaps.contains(world.model->published().trackMap);
+}
+
+bool Calm::jobsRanSince(TimePoint since) const {
+    const std::vector<JobRun>& runs = world.watch->record().runs;
+    return world.watch->anyJob() || (!runs.empty() && runs.back().after >= since);
+}
+
+// ---- A fader both ways
+
+void Calm::tryFader() {
+    if (!world.scenario.hostIsReadable()) return;
+    constexpr int attempts = 20;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        const auto strip = someStripWithATrack();
+        if (!strip) return;
+        world.runtime.runUntil([this] { return !world.watch->anyJob(); }, longestScan);
+        const TimePoint begin = world.runtime.now();
+        const bool arrived = faderGoesBothWays(*strip);
+        if (jobsRanSince(begin)) continue; // the surfaces showed something else meanwhile
+        if (!arrived) complain("the fader of strip " + std::to_string(strip->index()) + " does not go both ways");
+        return;
+    }
+    complain("the surfaces are never at rest");
+}
+
+bool Calm::faderGoesBothWays(Strip strip) {
+    constexpr std::uint16_t fromPhone = 11111;
+    constexpr std::uint16_t fromHost = 4321;
+    remote::RemoteClient& phone = world.phone();
+    phone.touch(strip);
+    phone.move(strip, FaderValue::ofRaw(fromPhone));
+    phone.release(strip);
+    world.runtime.runFor(seconds(0.8));
+    if (faderOfHost(strip) != fromPhone) return false;
+
+    const int track = world.proTools->snapshot().surfaces[strip.slot() / 8].strips[strip.slot() % 8].trackID;
+    world.proTools->edit([track](SimulatedSession& session) {
+        session.change(track, [](SimulatedTrack& moved) { moved.fader = FaderValue::ofRaw(fromHost); });
+    });
+    world.runtime.runFor(seconds(0.8));
+    const int unsentBits = 14 - world.scenario.host.faderBits;
+    return phone.picture().at(strip).fader.raw() == fromHost >> unsentBits << unsentBits;
+}
+
+std::optional<Strip> Calm::someStripWithATrack() const {
+    const SimulatorSnapshot host = world.proTools->snapshot();
+    for (int i = world.scenario.strips() - 1; i >= 0; --i) {
+        const Strip strip = *Strip::of(i);
+        if (host.surfaces[strip.slot() / 8].strips[strip.slot() % 8].trackID != 0) return strip;
+    }
+    return std::nullopt;
+}
+
+int Calm::faderOfHost(Strip strip) const {
+    return world.proTools->snapshot().surfaces[strip.slot() / 8].strips[strip.slot() % 8].fader.raw();
+}
+
+// ---- The picture
+
+// Where names cannot tell the position the receiver scans again and again; in between the line is quiet.
+void Calm::refreshPicture() {
+    constexpr int attempts = 20;
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        world.runtime.runUntil([this] { return !world.watch->anyJob(); }, longestScan);
+        const TimePoint begin = world.runtime.now();
+        world.phone().connect(receiverAddress, receiverPort);
+        world.runtime.runFor(seconds(2));
+        if (!jobsRanSince(begin)) break;
+    }
+}
+
+// A scan of a host that does what a host does finds what there is to be found.
+void Calm::checkScans() {
+    if (!world.scenario.hostIsReadable() || !world.scenario.hostIsQuick()) return;
+    for (const JobRun& run : world.watch->record().runs)
+        if (run.job == Job::scan && peaceSince && run.first >= *peaceSince && !rightMaps.contains(run.mapAfter))
+            complain("the scan that began at " + std::to_string(inSeconds(run.first.time_since_epoch())) +
+                     " s ended with a wrong map");
+}
+
+} // namespace lumbrine::simulation

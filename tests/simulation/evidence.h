@@ -1,0 +1,40 @@
+// What a session leaves behind: all that the checkers get to see of it.
+#pragma once
+
+#include "model/published_state.h"
+#include "remote/session_picture.h"
+#include "tests/simulation/job_watch.h"
+#include "tests/simulation/recording_sockets.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace lumbrine::simulation {
+
+// How it went after the end of all trouble.
+struct Recovery {
+    Duration took = Duration::zero();    // until everything was right
+    bool mapWasStale = false;            // it did not show, and the client had to ask for a scan
+    std::vector<std::string> violations; // what was not right in time
+};
+
+struct Evidence {
+    TimePoint begun;                                   // the ticks count from here
+    std::vector<ReceivedDatagram> datagrams;           // as the receiver got them
+    std::vector<std::vector<ReceivedPacket>> surfaces; // as the host got them
+    JobRecord jobs;
+    std::vector<Stretch> disturbances;      // of the host, with what they leave behind
+    std::vector<std::string> untimelySends; // of state, while the surfaces moved
+    Recovery recovery;
+
+    remote::SessionPicture picture; // of the phone that said hello at the end
+    bool phoneIsConnected = false;
+    PublishedState model;   // at the same moment
+    SimulatorSnapshot host; // at the same moment
+
+    std::uint64_t traceHash = 0;
+    Duration virtualTime = Duration::zero();
+};
+
+} // namespace lumbrine::simulation

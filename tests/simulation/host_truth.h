@@ -1,0 +1,42 @@
+// What a scan of the host's banks can find, and what names can tell about a position: a second, plain statement of
+// both, on the level of offsets and names.
+#pragma once
+
+#include "simulator/simulated_pro_tools.h"
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace lumbrine::simulation {
+
+using Names = std::vector<std::string>;
+
+// The host's bank, and what its displays have for each shown track of the session, without the blanks around it.
+struct HostView {
+    int offset = 0;
+    int width = 8;
+    Names names;
+};
+
+HostView viewOf(const SimulatedProTools& proTools);
+
+std::string trimmed(std::string text);
+
+// What the strips show at that offset; blank beyond the end of the session.
+Names windowAt(const HostView& host, int offset);
+
+bool isBlank(const Names& window);
+
+// The one place in the map whose names are those of the window, blanks following the map; -1 when there is none, or
+// more than one, or when all names are blank.
+int onlyPlaceOf(const Names& window, const Names& map);
+
+// Whether each offset that the host can have looks like no other.
+bool everyOffsetLooksDifferent(const HostView& host, const SimulatorOptions& options);
+
+// The maps that scans can end with, by where the user was: one with every track where banks look different and meet
+// with different names.
+std::set<Names> mapsOfScans(const HostView& host, const SimulatorOptions& options);
+
+} // namespace lumbrine::simulation

@@ -1,0 +1,34 @@
+// What must hold of the jobs that move the surfaces: why they begin, how long they last, and where they leave the
+// surfaces when the host does what a host does and nobody interferes.
+#pragma once
+
+#include "tests/simulation/evidence.h"
+#include "tests/simulation/requests.h"
+#include "tests/simulation/scenario.h"
+#include "tests/simulation/walk_actions.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace lumbrine::simulation {
+
+// A seek begins at a client's request, a walk for one, a scan for one or by the clock; none but seeks and group faders
+// begins while the transport runs.
+std::vector<std::string> checkBeginnings(const Evidence& evidence, const Requests& requests);
+
+// How long a job lasted, as far as a limit counts it: a seek from the last target on.
+Duration lengthOf(const JobRun& run, const Requests& requests);
+
+// Each ends within its limit (time_limits.h).
+std::vector<std::string> checkLengths(const JobRecord& jobs, const Requests& requests);
+
+// On a host that nothing disturbs: a walk leaves the surfaces where they were, its faders are those of its members, and
+// a seek ends where it was asked to.
+std::vector<std::string> checkPlaces(const Scenario& scenario, const Evidence& evidence, const Requests& requests,
+                                     const SurfaceActions& wires, const std::vector<WalkedFader>& walked);
+
+// What a walk was, by the line it wrote in the end; none while it lasts.
+std::optional<WalkRequest::Kind> kindOf(const JobRun& walk, const JobRecord& jobs);
+
+} // namespace lumbrine::simulation

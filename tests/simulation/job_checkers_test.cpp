@@ -1,0 +1,198 @@
+// The checkers of jobs see what they are there for.
+#include "tests/simulation/job_checkers.h"
+#include "tests/simulation/presence_checker.h"
+#include "tests/simulation/time_limits.h"
+
+namespace lumbrine::simulation {
+namespace {
+
+using testing::IsEmpty;
+using testing::SizeIs;
+using Kind = WalkRequest::Kind;
+
+TimePoint at(double time) {
+    return TimePoint{} + seconds(time);
+}
+
+Names numbers(int count) {
+    Names names;
+    for (int i = 0; i < count; ++i)
+        names.push_back(std::to_string(i));
+    return names;
+}
+
+// From `begin` to `end`, with 20 tracks on 8 strips at offset 3 before and after.
+JobRun runOf(Job job, double begin, double end) {
+    const HostView host{.offset = 3, .width = 8, .names = numbers(20)};
+    return {.job = job,
+            .before = at(begin - 0.01),
+            .first = at(begin),
+            .last = at(end),
+            .after = at(end + 0.01),
+            .transportRan = false,
+            .origin = 3,
+            .width = 8,
+            .hostAtFirst = host,
+            .hostAfter = host,
+            .mapAtFirst = host.names,
+            .mapAfter = host.names};
+}
+
+Evidence with(const JobRun& run) {
+    Evidence evidence;
+    evidence.jobs.runs.push_back(run);
+    return evidence;
+}
+
+// ---- Beginnings
+
+TEST(Beginnings, OfSeeksAreRequests) {
+    const Evidence evidence = with(runOf(Job::seek, 5, 6));
+    Requests requests;
+    EXPECT_THAT(checkBeginnings(evidence, requests), SizeIs(1));
+    requests.seeks.push_back({at(4), 7});
+    EXPECT_THAT(checkBeginnings(evidence, requests), SizeIs(1));
+    requests.bankMoves.push_back({at(5), 1});
+    EXPECT_THAT(checkBeginnings(evidence, requests), IsEmpty());
+}
+
+TEST(Beginnings, OfScansAreRequestsTicksOrASecondAttempt) {
+    Requests requests;
+    EXPECT_THAT(checkBeginnings(with(runOf(Job::scan, 5.2, 6)), requests), IsEmpty()); // the 13th tick
+    EXPECT_THAT(checkBeginnings(with(runOf(Job::scan, 5.3, 6)), requests), SizeIs(1));
+    requests.scans.push_back(at(5.3));
+    EXPECT_THAT(checkBeginnings(with(runOf(Job::scan, 5.3, 6)), requests), IsEmpty());
+
+    Evidence twice = with(runOf(Job::scan, 5.2, 6.29));
+    twice.jobs.runs.push_back(runOf(Job::scan, 8.3, 9));
+    EXPECT_THAT(checkBeginnings(twice, {}), IsEmpty());
+}
+
+TEST(Beginnings, OfWalksAreRequestsEachForOne) {
+    Evidence evidence = with(runOf(Job::walk, 5, 6));
+    evidence.jobs.runs.push_back(runOf(Job::walk, 7, 8));
+    Requests requests;
+    requests.walks.push_back({.at = at(4), .kind = Kind::faders, .steps = 1, .modePort = -1, .faders = {}});
+    EXPECT_THAT(checkBeginnings(evidence, requests), SizeIs(1));
+    requests.walks.push_back(requests.walks.front());
+    EXPECT_THAT(checkBeginnings(evidence, requests), IsEmpty());
+}
+
+TEST(Beginnings, WhileTheTransportRunsAreOnlyThoseOfSeeksAndGroupFaders) {
+    JobRun walk = runOf(Job::walk, 5.2, 6);
+    walk.transportRan = true;
+    Requests requests;
+    requests.walks.push_back({.at = at(4), .kind = Kind::faders, .steps = 1, .modePort = -1, .faders = {}});
+    requests.seeks.push_back({at(5.2), 7});
+    Evidence evidence = with(walk);
+    evidence.jobs.lines = {{at(6), "✓ Applied faders to 1 group tracks outside the window"}};
+    EXPECT_THAT(checkBeginnings(evidence, requests), IsEmpty());
+    evidence.jobs.lines = {{at(6), "✓ Applied automation mode to 1 group tracks"}};
+    EXPECT_THAT(checkBeginnings(evidence, requests), SizeIs(1));
+
+    evidence.jobs.runs[0].job = Job::seek;
+    EXPECT_THAT(checkBeginnings(evidence, requests), IsEmpty());
+    evidence.jobs.runs[0].job = Job::scan;
+    EXPECT_THAT(checkBeginnings(evidence, requests), SizeIs(1));
+}
+
+// ---- Lengths
+
+TEST(Lengths, OfSeeksCountFromTheLastTarget) {
+    Requests requests;
+    requests.seeks = {{at(5), 7}, {at(50), 9}};
+    const Evidence evidence = with(runOf(Job::seek, 5, 51));
+    EXPECT_EQ(lengthOf(evidence.jobs.runs[0], requests), seconds(1));
+    EXPECT_THAT(checkLengths(evidence.jobs, requests), IsEmpty());
+    requests.seeks.pop_back();
+    EXPECT_THAT(checkLengths(evidence.jobs, requests), SizeIs(1));
+}
+
+TEST(Lengths, HaveALimitForJobsThatNeverEndToo) {
+    Evidence evidence = with(runOf(Job::scan, 5, 400));
+    evidence.jobs.runs[0].after = TimePoint::max();
+    EXPECT_THAT(checkLengths(evidence.jobs, {}), SizeIs(1));
+}
+
+TEST(Lengths, GrowWithTheSession) {
+    EXPECT_LT(seekLimit({.tracks = 20, .strips = 8}), seconds(9));
+    EXPECT_GT(seekLimit({.tracks = 400, .strips = 8}), seconds(60));
+    EXPECT_LT(scanLimit({.tracks = 1000, .strips = 8}), seconds(300));
+}
+
+// ---- Places
+
+class Places : public testing::Test {
+protected:
+    std::vector<std::string> check() { return checkPlaces(scenario, evidence, requests, wires, walked); }
+
+    Scenario scenario;
+    Evidence evidence;
+    Requests requests;
+    SurfaceActions wires;
+    std::vector<WalkedFader> walked;
+};
+
+TEST_F(Places, AfterAWalkAreThoseBefore) {
+    evidence = with(runOf(Job::walk, 5, 9));
+    EXPECT_THAT(check(), IsEmpty());
+    evidence.jobs.runs[0].hostAfter.offset = 4;
+    EXPECT_THAT(check(), SizeIs(1));
+}
+
+TEST_F(Places, AreNobodysFaultWhenTheHostWasDisturbed) {
+    evidence = with(runOf(Job::walk, 5, 9));
+    evidence.jobs.runs[0].hostAfter.offset = 4;
+    evidence.disturbances = {{at(8), at(10)}};
+    EXPECT_THAT(check(), IsEmpty());
+    evidence.disturbances.clear();
+    requests.bankMoves = {{at(7), 0}};
+    EXPECT_THAT(check(), IsEmpty());
+    requests.bankMoves.clear();
+    scenario.host.dropOnePressIn = 10;
+    EXPECT_THAT(check(), IsEmpty());
+}
+
+TEST_F(Places, OfAWalksFadersAreItsMembers) {
+    evidence = with(runOf(Job::walk, 5, 9));
+    evidence.jobs.hostOffsets = {{at(5), 3}, {at(6), 8}, {at(8), 3}};
+    requests.walks = {{.at = at(4), .kind = Kind::faders, .steps = 1, .modePort = -1, .faders = {{10, 555}}}};
+    walked = {{at(7), 2, 555}};
+    EXPECT_THAT(check(), IsEmpty());
+    walked = {{at(7), 3, 555}};
+    EXPECT_THAT(check(), SizeIs(1));
+}
+
+TEST_F(Places, AfterASeekAreItsLastTarget) {
+    evidence = with(runOf(Job::seek, 5, 9));
+    requests.seeks = {{at(5), 7}, {at(6), 3}};
+    EXPECT_THAT(check(), IsEmpty());
+    requests.seeks[1].target = 4;
+    EXPECT_THAT(check(), SizeIs(1));
+    wires = {{{at(8), WireAction::Kind::edge, 2, 4, 1}}}; // a mode stands in a display
+    EXPECT_THAT(check(), IsEmpty());
+}
+
+// ---- Presence
+
+Evidence seen(double time, bool proTools, bool client, int width) {
+    Evidence evidence;
+    evidence.surfaces = {{{at(1), {0x90, 0x00, 0x7F}}}, {{at(1), {0x90, 0x00, 0x7F}}}};
+    evidence.jobs.presence = {{at(time), proTools, client, width}};
+    return evidence;
+}
+
+TEST(PresenceChecker, KnowsWhenSomebodyIsThere) {
+    Acceptance acceptance;
+    acceptance.accepted = {{at(1), "a", {0x01, 0x07}}};
+    EXPECT_THAT(checkPresence(seen(2, true, true, 16), acceptance), IsEmpty());
+    EXPECT_THAT(checkPresence(seen(2, false, false, 8), acceptance), SizeIs(3));
+    EXPECT_THAT(checkPresence(seen(3.2, true, true, 16), acceptance), IsEmpty());
+    EXPECT_THAT(checkPresence(seen(3.2, false, true, 8), acceptance), IsEmpty()); // it depends on the tick
+    EXPECT_THAT(checkPresence(seen(4, true, true, 16), acceptance), SizeIs(2));
+    EXPECT_THAT(checkPresence(seen(7, false, false, 8), acceptance), IsEmpty());
+    EXPECT_THAT(checkPresence(seen(7, false, true, 8), acceptance), SizeIs(1));
+}
+
+} // namespace
+} // namespace lumbrine::simulation

@@ -1,0 +1,84 @@
+#include "tests/simulation/job_watch.h"
+
+#include <utility>
+
+namespace lumbrine::simulation {
+
+std::string nameOf(Job job) {
+    constexpr std::array names{"scan", "seek", "walk"};
+    return names[static_cast<std::size_t>(job)];
+}
+
+JobWatch::JobWatch(Runtime& rt, const ReceiverState& receiverState, const SimulatedProTools& host)
+    : runtime(rt), state(receiverState), proTools(host), lastLook(rt.now()),
+      timer(rt.repeatOnMain(seconds(0.05), [this] { sample(); })) {}
+
+void JobWatch::look() {
+    const TimePoint now = runtime.now();
+    const bool scanning = state.published.calibrating;
+    const bool seeking = state.bank.seeking;
+    const bool walking = state.bank.groupApplying;
+    if (scanning + seeking + walking > 1)
+        seen.violations.push_back("two jobs at once at " + std::to_string(inSeconds(now.time_since_epoch())) + " s");
+    follow(Job::scan, scanning);
+    follow(Job::seek, seeking);
+    follow(Job::walk, walking);
+
+    const bool transport = state.transportRunning();
+    if (transport) {
+        if (!lastTransport) seen.transport.push_back({now, now});
+        seen.transport.back().last = now;
+    }
+    lastTransport = transport;
+    lastOffset = state.published.bankOffset;
+    lastLook = now;
+}
+
+void JobWatch::follow(Job job, bool running) {
+    auto& run = underWay[static_cast<std::size_t>(job)];
+    const TimePoint now = runtime.now();
+    if (running && run) {
+        run->last = now;
+    } else if (running) {
+        run = JobRun{.job = job,
+                     .before = lastLook,
+                     .first = now,
+                     .last = now,
+                     .transportRan = lastTransport && state.transportRunning(),
+                     .origin = {},
+                     .width = state.published.winW,
+                     .hostAtFirst = viewOf(proTools),
+                     .hostAfter = {},
+                     .mapAtFirst = state.published.trackMap,
+                     .mapAfter = {}};
+        if (state.published.bankOffset == lastOffset) run->origin = lastOffset;
+    } else if (run) {
+        run->after = now;
+        run->hostAfter = viewOf(proTools);
+        run->mapAfter = state.published.trackMap;
+        seen.runs.push_back(*std::exchange(run, std::nullopt));
+    }
+}
+
+void JobWatch::sample() {
+    look();
+    const PublishedState& published = state.published;
+    seen.presence.push_back({runtime.now(), published.huiConnected, published.iosConnected, published.winW});
+    if (state.bank.groupApplying) seen.hostOffsets.emplace_back(runtime.now(), proTools.snapshot().offset);
+}
+
+void JobWatch::note(const std::string& line) {
+    look();
+    seen.lines.emplace_back(runtime.now(), line);
+}
+
+JobRecord JobWatch::takeRecord() {
+    look();
+    timer.reset();
+    seen.ended = runtime.now();
+    for (auto& run : underWay)
+        if (run) seen.runs.push_back(*std::exchange(run, std::nullopt));
+    return std::move(seen);
+}
+
+} // namespace lumbrine::simulation

@@ -1,0 +1,53 @@
+// What the accepted datagrams ask of the banks, the automation modes and the pans, told from their bytes by the
+// protocol's own rules. Faders, switches and turns: actions.h.
+#pragma once
+
+#include "tests/simulation/recording_sockets.h"
+
+#include <utility>
+#include <vector>
+
+namespace lumbrine::simulation {
+
+struct BankMoveRequest {
+    TimePoint at;
+    int button; // the bank port, 0-3
+};
+struct SeekRequest {
+    TimePoint at;
+    int target;
+};
+struct AutoModeRequest {
+    TimePoint at;
+    int strip;    // 0-15
+    int modePort; // 0-5
+};
+struct PanSeekRequest {
+    TimePoint at;
+    int strip; // 0-15
+};
+
+struct WalkRequest {
+    enum class Kind { faders, modes, range };
+
+    TimePoint at;
+    Kind kind;
+    int steps = 0;                           // members, or tracks of the range
+    int modePort = -1;                       // of modes
+    std::vector<std::pair<int, int>> faders; // member, 0-16383
+};
+
+struct Requests {
+    std::vector<TimePoint> hellos;
+    std::vector<TimePoint> panSides;
+    std::vector<TimePoint> scans;
+    std::vector<BankMoveRequest> bankMoves;
+    std::vector<SeekRequest> seeks;
+    std::vector<AutoModeRequest> autoModes;
+    std::vector<PanSeekRequest> panSeeks;
+    std::vector<WalkRequest> walks;
+};
+
+Requests requestsIn(const std::vector<ReceivedDatagram>& accepted);
+
+} // namespace lumbrine::simulation

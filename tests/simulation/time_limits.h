@@ -1,0 +1,28 @@
+// How long the jobs that move the surfaces may take: their loops counted, their waits at the longest.
+#pragma once
+
+#include "platform/api/time.h"
+#include "tests/simulation/requests.h"
+
+namespace lumbrine::simulation {
+
+// A session of that many tracks on that many strips.
+struct SessionSize {
+    int tracks;
+    int strips;
+};
+
+// From the last target on: the way there and two corrections.
+Duration seekLimit(SessionSize size);
+
+// Both ways through the banks, 64 presses each, and back to where the user was.
+Duration scanLimit(SessionSize size);
+
+// Four attempts for each step and for the way back.
+Duration walkLimit(const WalkRequest& walk, SessionSize size);
+
+// From the end of all trouble until everything is right: who is in control is settled, what is under way ends, and at
+// most two scans set the map right. Holds for a host that reacts within 0.2 s.
+Duration recoveryLimit(SessionSize size);
+
+} // namespace lumbrine::simulation

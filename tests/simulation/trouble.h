@@ -1,0 +1,39 @@
+// The time in which the phones act and everything else goes wrong, as far as the scenario has it.
+#pragma once
+
+#include "simulator/seeded_random.h"
+#include "tests/simulation/world.h"
+
+#include <functional>
+#include <vector>
+
+namespace lumbrine::simulation {
+
+class Trouble {
+public:
+    explicit Trouble(World& simulatedWorld);
+
+    // Lets that time pass.
+    void run();
+
+    // When the host did not do what a host does, with what that leaves behind.
+    const std::vector<Stretch>& disturbances() const { return disturbed; }
+
+private:
+    void strike();
+    void silence(int surface, Duration duration);
+    void flap();
+    void stick();
+    void releasePorts();
+    void actAsUser();
+    void useTransport();
+    void disturb(Duration length);
+    Duration absence();
+
+    World& world;
+    SeededRandom chance;
+    std::vector<std::function<void()>> kinds; // that this scenario has
+    std::vector<Stretch> disturbed;
+};
+
+} // namespace lumbrine::simulation

@@ -1,0 +1,72 @@
+#include "tests/simulation/world.h"
+
+#include "model/testing/model_bench.h"
+#include "simulator/default_session.h"
+
+namespace lumbrine::simulation {
+
+namespace {
+
+// A scan whose displays never rest, which keeps the model until it ends.
+constexpr Duration longestJob = seconds(600);
+
+} // namespace
+
+World::World(const Scenario& decided)
+    : scenario(decided), runtime({.seed = decided.seed, .patience = decided.patience}),
+      sockets(runtime, network.host(receiverAddress), decided.metersArrive),
+      proTools(std::make_unique<SimulatedProTools>(runtime, midi, decided.host,
+                                                   defaultSession(decided.tracks, decided.seed))),
+      model(ReceiverModel::create({runtime, midi, sockets, advertiser, computer, streams, json}, Bilingual(false),
+                                  [this](const std::string& line) {
+                                      if (runtime.onMain() && watch) watch->note(line);
+                                  })),
+      watch(std::make_unique<JobWatch>(runtime, state(), *proTools)), begun(runtime.now()) {
+    sockets.onSend = [this](ByteView bytes) {
+        if (!runtime.onMain() || !watch) return;
+        watch->look();
+        sends.sent(runtime.now(), watch->anyJob(), bytes);
+    };
+    model->onChange([this] {
+        if (watch) watch->look();
+    });
+    model->start();
+    for (int number = 0; number < scenario.phones; ++number)
+        phones.push_back(std::make_unique<Phone>(runtime, network, scenario, number));
+    network.setFaults(scenario.network);
+}
+
+World::~World() {
+    watch.reset();
+    phones.clear();
+    forger.reset();
+    const std::weak_ptr<const void> gone = model->lifetime();
+    model.reset();
+    runtime.runUntil([&] { return gone.expired(); }, longestJob);
+    proTools.reset();
+}
+
+const ReceiverState& World::state() const {
+    return ModelBench::stateOf(*model);
+}
+
+Evidence World::collect() {
+    Evidence evidence;
+    evidence.begun = begun;
+    evidence.jobs = watch->takeRecord();
+    watch.reset();
+    evidence.untimelySends = sends.violations();
+    evidence.datagrams = sockets.received();
+    for (int surface = 0; surface < scenario.host.surfaces; ++surface)
+        evidence.surfaces.push_back(proTools->received(surface));
+    evidence.picture = phone().picture();
+    evidence.phoneIsConnected = phone().state() == remote::LinkState::connected;
+    evidence.model = model->published();
+    evidence.model.onChange = nullptr;
+    evidence.host = proTools->snapshot();
+    evidence.traceHash = runtime.traceHash();
+    evidence.virtualTime = runtime.now().time_since_epoch();
+    return evidence;
+}
+
+} // namespace lumbrine::simulation

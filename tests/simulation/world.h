@@ -1,0 +1,66 @@
+// One session in virtual time: the receiver, the simulated Pro Tools, the network and the phones.
+#pragma once
+
+#include "model/receiver_model.h"
+#include "model/receiver_state.h"
+#include "platform/linux/nlohmann_json.h"
+#include "platform/virtual/memory_midi.h"
+#include "platform/virtual/virtual_streams.h"
+#include "simulator/simulated_pro_tools.h"
+#include "tests/simulation/evidence.h"
+#include "tests/simulation/forger.h"
+#include "tests/simulation/phone.h"
+#include "tests/simulation/suppression_checker.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace lumbrine::simulation {
+
+class QuietAdvertiser final : public ServiceAdvertiser {
+public:
+    std::unique_ptr<Advertisement> publish(AdvertisedService) override { return nullptr; }
+};
+
+class StudioComputer final : public SystemInfo {
+public:
+    std::optional<std::string> environment(const std::string&) const override { return std::nullopt; }
+    std::vector<std::string> preferredLanguages() const override { return {"en"}; }
+    std::optional<std::string> computerName() const override { return "Studio"; }
+    std::optional<std::string> primaryIPv4() const override { return receiverAddress; }
+};
+
+struct World {
+    // The receiver has been started, and the phones look for it.
+    explicit World(const Scenario& decided);
+
+    // Everybody leaves, and what is under way ends.
+    ~World();
+
+    const ReceiverState& state() const;
+    remote::RemoteClient& phone() { return phones.front()->client(); }
+
+    // What the others have seen so far, and how everything is now.
+    Evidence collect();
+
+    const Scenario& scenario;
+    VirtualRuntime runtime;
+    VirtualNetwork network{runtime};
+    MemoryMIDI midi{runtime};
+    VirtualStreams streams{runtime}; // no scripting service
+    NlohmannJSON json{Bilingual(false)};
+    RecordingSockets sockets;
+    QuietAdvertiser advertiser;
+    StudioComputer computer;
+    std::unique_ptr<SimulatedProTools> proTools;
+    std::shared_ptr<ReceiverModel> model;
+    std::unique_ptr<JobWatch> watch;
+    SuppressionChecker sends;
+    std::vector<std::unique_ptr<Phone>> phones;
+    std::unique_ptr<Forger> forger;
+    const TimePoint begun;
+};
+
+} // namespace lumbrine::simulation
