@@ -18,7 +18,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include <iostream>
+#include <array>
+#include <cstdio>
 
 namespace lumbrine {
 namespace {
@@ -29,6 +30,24 @@ struct DemoArguments {
     bool tour = false;
     bool scripting = true;
     std::uint16_t scriptingPort = 31416;
+};
+
+constexpr int tracksOfTour = 40; // more than two surfaces show
+
+// What the tour prints: each line with the seconds since the beginning.
+class TourPage {
+public:
+    explicit TourPage(const Runtime& rt) : runtime(rt), begin(rt.now()) {}
+
+    void print(const std::string& line) const {
+        std::array<char, 32> time{};
+        std::snprintf(time.data(), time.size(), "%6.2f s  ", inSeconds(runtime.now() - begin));
+        printLine(time.data() + line);
+    }
+
+private:
+    const Runtime& runtime;
+    const TimePoint begin;
 };
 
 // The tour's receiver takes a free port and keeps to itself, so that it disturbs no receiver on this computer.
@@ -90,6 +109,10 @@ int run(const DemoArguments& arguments) {
     const TourSystemInfo tourComputer(computer, arguments.tour ? freePort(sockets) : 0);
     const SystemInfo& system = arguments.tour ? static_cast<const SystemInfo&>(tourComputer) : computer;
 
+    const TourPage page(runtime);
+    const auto printReceiver = [&](const std::string& line) {
+        arguments.tour ? page.print("receiver   " + line) : printLine(line);
+    };
     SimulatorOptions options;
     options.surfaces = arguments.surfaces;
     auto proTools =
@@ -99,8 +122,8 @@ int run(const DemoArguments& arguments) {
 
     const Bilingual text(prefersJapanese(system.preferredLanguages()));
     NlohmannJSON json(text);
-    std::shared_ptr<ReceiverModel> model =
-        ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json, service}, text);
+    std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
+        {runtime, midi, sockets, advertiser, system, streams, json, service}, text, printReceiver);
     std::unique_ptr<DemoTour> tour;
     int status = 0;
     end = [&] {
@@ -119,12 +142,13 @@ int run(const DemoArguments& arguments) {
                       "   (Ctrl-C ends)");
             return;
         }
-        tour = std::make_unique<DemoTour>(DemoTour::Stage{runtime, sockets, *proTools, model->port(),
-                                                          [&] { return isReady(model); }, printLine,
-                                                          [&](bool succeeded) {
-                                                              status = succeeded ? 0 : 1;
-                                                              loop.post(end);
-                                                          }});
+        tour = std::make_unique<DemoTour>(DemoStage::Given{runtime, sockets, *proTools, model->port(),
+                                                           [&] { return isReady(model); },
+                                                           [&page](const std::string& line) { page.print(line); }},
+                                          [&](bool succeeded) {
+                                              status = succeeded ? 0 : 1;
+                                              loop.post(end);
+                                          });
         tour->start();
     });
     loop.run();
@@ -155,6 +179,9 @@ int main(int count, char** values) {
     } catch (const CLI::ParseError& error) {
         return program.exit(error) == 0 ? 0 : 2;
     }
-    if (arguments.tour) arguments.surfaces = 2;
+    if (arguments.tour) {
+        arguments.tracks = lumbrine::tracksOfTour;
+        arguments.surfaces = 2;
+    }
     return lumbrine::run(arguments);
 }

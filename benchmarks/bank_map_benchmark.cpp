@@ -11,6 +11,8 @@ namespace {
 
 using Names = std::vector<std::string>;
 
+constexpr std::array<std::size_t, 3> sizes{20, 200, 1000};
+
 // "0001" and so on.
 Names numberedNames(std::size_t count) {
     Names names;
@@ -75,7 +77,7 @@ void resendPeer(benchmark::State& state, const Names& map) {
 
 bool registerAll() {
     using benchmark::RegisterBenchmark;
-    for (const std::size_t tracks : {20, 200, 1000}) {
+    for (const std::size_t tracks : sizes) {
         const Names names = numberedNames(tracks);
         const std::string size = ", " + std::to_string(tracks) + " tracks";
         RegisterBenchmark(("locate a window" + size + "/ours").c_str(), locateLastWindow, names);

@@ -4,6 +4,8 @@
 #include "benchmarks/null_platform.h"
 #include "client_link/udp_server.h"
 #include "model/receiver_parts.h"
+#include "platform/linux/nlohmann_json.h"
+#include "platform/posix/posix_stream_sockets.h"
 
 #include <benchmark/benchmark.h>
 #include <lo/lo.h>
@@ -17,8 +19,10 @@ void datagramsOurs(benchmark::State& state) {
     NullSockets sockets;
     NullAdvertiser advertiser;
     NullSystemInfo system;
-    ReceiverParts parts({runtime, midi, sockets, advertiser, system}, Configuration::read(system), Bilingual(false),
-                        [](const std::string&) {});
+    PosixStreamSockets streams;
+    NlohmannJSON json{Bilingual(false)};
+    ReceiverParts parts({runtime, midi, sockets, advertiser, system, streams, json}, Configuration::read(system),
+                        Bilingual(false), [](const std::string&) {});
     std::uint64_t messages = 0;
     parts.surfaces.engine(SurfaceID::A).send = [&](ByteView) { ++messages; };
     UDPServer server(runtime, sockets, 0);

@@ -129,7 +129,9 @@ double longestJob() {
     ScriptedClient client(runtime);
     NullAdvertiser advertiser;
     NullSystemInfo system;
-    auto proTools = std::make_unique<SimulatedProTools>(runtime, midi, SimulatorOptions{.surfaces = 2}, longSession());
+    SimulatorOptions options;
+    options.surfaces = 2;
+    auto proTools = std::make_unique<SimulatedProTools>(runtime, midi, options, longSession());
     PosixStreamSockets streams; // no scripting service
     NlohmannJSON json{Bilingual(false)};
     auto model = ReceiverModel::create({runtime, midi, client, advertiser, system, streams, json, {.port = 1}},

@@ -66,8 +66,8 @@ public:
 
 SessionReceiver::SessionReceiver(std::vector<std::string> names)
     : runtime(loop), sockets(std::make_unique<Sockets>()), system(std::make_unique<System>()), phone(sockets->open()),
-      parts({runtime, midi, *sockets, advertiser, *system}, Configuration::read(*system), Bilingual(false),
-            [](const std::string&) {}) {
+      parts({runtime, midi, *sockets, advertiser, *system, streams, json}, Configuration::read(*system),
+            Bilingual(false), [](const std::string&) {}) {
     PublishedState& published = parts.state.published;
     SessionTable& session = parts.state.session;
     published.winW = stripCount;

@@ -5,6 +5,8 @@
 #include "benchmarks/null_platform.h"
 #include "model/receiver_parts.h"
 #include "platform/api/main_loop.h"
+#include "platform/linux/nlohmann_json.h"
+#include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 
 #include <deque>
@@ -58,6 +60,8 @@ private:
     RealRuntime runtime;
     NullMIDI midi;
     NullAdvertiser advertiser;
+    PosixStreamSockets streams;
+    NlohmannJSON json{Bilingual(false)};
     std::unique_ptr<Sockets> sockets;
     std::unique_ptr<System> system;
     int phone; // the client: it takes everything, as a phone does that nobody looks at

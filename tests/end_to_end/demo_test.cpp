@@ -26,7 +26,11 @@ bool prints(const ChildProcess& demo, const std::string& text) {
 TEST(Demo, PlaysItsTourByItselfAndEnds) {
     ChildProcess demo({program, "--tour"}, onPort(freePort()));
     EXPECT_EQ(demo.wait(tour), 0) << demo.output();
-    EXPECT_THAT(demo.output(), HasSubstr("Simulated session: 24 tracks on 2 HUI surfaces\n"));
+    EXPECT_THAT(demo.output(), HasSubstr("Simulated session: 40 tracks on 2 HUI surfaces\n"));
+    EXPECT_THAT(demo.output(), HasSubstr("receiver   ✓ Mapped all 37 tracks\n"));
+    EXPECT_THAT(demo.output(), HasSubstr("Pro Tools  automation of \"Snare Btm\" is touch\n"));
+    EXPECT_THAT(demo.output(), HasSubstr("Pro Tools  tracks 21-36 are on the surfaces\n"));
+    EXPECT_THAT(demo.output(), HasSubstr("receiver   ✓ Applied faders to 3 group tracks outside the window\n"));
     EXPECT_THAT(demo.output(), HasSubstr("Round trips through the receiver and the simulated Pro Tools"));
 }
 

@@ -1,0 +1,259 @@
+#include "app/demo_programme.h"
+
+#include "remote/command_builder.h"
+#include "remote/message_line.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+using remote::AutoMode;
+using remote::LinkState;
+using remote::StripPicture;
+
+constexpr std::size_t phoneA = DemoStage::phoneA;
+constexpr std::size_t phoneB = DemoStage::phoneB;
+constexpr Duration patienceWithBanks = seconds(15);
+
+Strip stripNumber(int number) {
+    return *Strip::of(number - 1);
+}
+
+remote::Member memberOf(int track) {
+    return static_cast<remote::Member>(track - 1);
+}
+
+std::string onOff(bool on) {
+    return on ? "on" : "off";
+}
+
+std::string lightText(remote::Light light) {
+    return light == remote::Light::blinking ? "blinking" : onOff(light == remote::Light::on);
+}
+
+std::string namesShown(const remote::SessionPicture& picture) {
+    std::string names;
+    for (const StripPicture& strip : picture.strips)
+        names += " " + strip.name;
+    return names;
+}
+
+// The receiver loses the position for the moment in which it reads an automation mode from a display.
+template <typename Function>
+void whenPositionIsKnown(DemoStage& stage, Function act) {
+    if (stage.picture(phoneA).bankOffset) return act();
+    stage.after(seconds(0.02), [&stage, act] { whenPositionIsKnown(stage, act); });
+}
+
+// Again when nothing has come of it: the position may have been lost just then.
+void askForTrack(DemoStage& stage, int track, const std::shared_ptr<const bool>& arrived) {
+    if (*arrived) return;
+    stage.phone(phoneA).send(remote::seekBankCommand(memberOf(track)));
+    stage.after(seconds(1.5), [&stage, track, arrived] { askForTrack(stage, track, arrived); });
+}
+
+class Programme {
+public:
+    explicit Programme(DemoStage& demoStage) : stage(demoStage) {}
+
+    std::vector<DemoStep> take() { return std::move(steps); }
+
+    void hello(std::size_t phone, LinkState state, const std::string& says, const std::string& hears) {
+        steps.push_back({phone, says, [&stage = stage, phone] { stage.connect(phone); }, stateIs(phone, state, hears)});
+    }
+
+    void scan();
+    void fader(std::size_t phone, int strip, double value);
+    void press(int strip, const std::string& what, Bytes (*command)(Strip), int port,
+               std::function<std::string(const StripPicture&)> shown);
+    void vpot(int strip, int clicks);
+    void automation(int strip, remote::AutoModeKey key, AutoMode mode, SimulatedTrack::Automation inSession);
+    void seek(int track);
+    void groupFaders(const std::vector<int>& tracks, double value);
+    void handOver();
+
+private:
+    using Answer = std::function<std::optional<std::string>()>;
+
+    Answer stateIs(std::size_t phone, LinkState state, const std::string& words) {
+        return [&stage = stage, phone, state, words]() -> std::optional<std::string> {
+            if (stage.phone(phone).state() != state) return std::nullopt;
+            return words;
+        };
+    }
+
+    DemoStage& stage;
+    std::vector<DemoStep> steps;
+};
+
+void Programme::scan() {
+    steps.push_back({phoneA, "waits until the receiver knows the session", [] {},
+                     [&stage = stage]() -> std::optional<std::string> {
+                         const remote::SessionPicture& picture = stage.picture(phoneA);
+                         const bool allNamed =
+                             std::ranges::none_of(picture.strips, [](const auto& strip) { return strip.name.empty(); });
+                         const bool known = picture.shownStrips == stripCount && picture.bankOffset && allNamed;
+                         if (!known || !stage.receiverIsReady()) return std::nullopt;
+                         return std::to_string(picture.trackCount) +
+                                " tracks, of which the 16 strips show:" + namesShown(picture);
+                     },
+                     false, seconds(20)});
+}
+
+void Programme::fader(std::size_t phone, int strip, double value) {
+    steps.push_back({phone, "touches fader " + std::to_string(strip) + ", moves it to " + fixed(value, 2) + ", lets go",
+                     [&stage = stage, phone, strip, value] { stage.sweep(phone, strip, value); },
+                     [&stage = stage, phone, strip, value]() -> std::optional<std::string> {
+                         const FaderValue wanted = FaderValue::ofUnit(value);
+                         const SimulatorSnapshot::Strip host = stage.hostStrip(strip);
+                         const bool arrived = host.fader == wanted && !host.touched;
+                         if (!arrived || stage.shownTo(phone, strip).fader != wanted) return std::nullopt;
+                         stage.tellOfProTools("fader of " + stage.trackOn(strip) + " at " + fixed(wanted.unit(), 3));
+                         return "fader " + std::to_string(strip) + " " + fixed(wanted.unit(), 3);
+                     }});
+}
+
+void Programme::press(int strip, const std::string& what, Bytes (*command)(Strip), int port,
+                      std::function<std::string(const StripPicture&)> shown) {
+    const auto before = std::make_shared<std::string>(); // the light, told when the step begins
+    const auto now = [&stage = stage, strip, shown = std::move(shown)] { return shown(stage.shownTo(phoneA, strip)); };
+    steps.push_back({phoneA, "presses " + what + " " + std::to_string(strip),
+                     [&stage = stage, before, now, command, strip] {
+                         *before = now();
+                         stage.phone(phoneA).send(command(stripNumber(strip)));
+                     },
+                     [&stage = stage, before, now, strip, what, port]() -> std::optional<std::string> {
+                         if (now() == *before) return std::nullopt;
+                         const bool lit = (stage.hostStrip(strip).leds >> port & 1) != 0;
+                         stage.tellOfProTools(what + " of " + stage.trackOn(strip) + " is " + onOff(lit));
+                         return "strip " + std::to_string(strip) + ": " + now();
+                     }});
+}
+
+void Programme::vpot(int strip, int clicks) {
+    const auto before = std::make_shared<int>();
+    const auto position = [&stage = stage, strip] {
+        return static_cast<int>(stage.shownTo(phoneA, strip).ring(remote::PanSide::left).position);
+    };
+    steps.push_back({phoneA, "turns V-Pot " + std::to_string(strip) + " by " + std::to_string(clicks) + " clicks",
+                     [&stage = stage, before, position, strip, clicks] {
+                         *before = position();
+                         stage.phone(phoneA).send(
+                             remote::vpotDeltaCommand(stripNumber(strip), static_cast<std::int8_t>(clicks)));
+                     },
+                     [&stage = stage, before, position, strip]() -> std::optional<std::string> {
+                         if (position() == *before) return std::nullopt;
+                         stage.tellOfProTools("ring of " + stage.trackOn(strip) + " at " +
+                                              std::to_string(stage.hostStrip(strip).ring & 0x0F));
+                         return "pan " + std::to_string(strip) + " from " + std::to_string(*before) + " to " +
+                                std::to_string(position());
+                     }});
+}
+
+void Programme::automation(int strip, remote::AutoModeKey key, AutoMode mode, SimulatedTrack::Automation inSession) {
+    const std::string name(remote::autoModeName(mode));
+    steps.push_back({phoneA, "sets the automation of strip " + std::to_string(strip) + " to " + name,
+                     [&stage = stage, strip, key] {
+                         stage.phone(phoneA).send(remote::setAutoModeCommand(stripNumber(strip), key));
+                     },
+                     [&stage = stage, strip, mode, inSession, name]() -> std::optional<std::string> {
+                         const bool set = stage.track(stage.firstShownTrack() + strip - 1).automation == inSession;
+                         if (!set || stage.shownTo(phoneA, strip).autoMode != mode) return std::nullopt;
+                         stage.tellOfProTools("automation of " + stage.trackOn(strip) + " is " + name);
+                         return "strip " + std::to_string(strip) + ": automation " + name;
+                     },
+                     false});
+}
+
+// Nobody tells a phone that it has arrived: the position comes before Pro Tools has moved, the names come after.
+void Programme::seek(int track) {
+    const auto arrived = std::make_shared<bool>(false);
+    steps.push_back({phoneA, "goes to track " + std::to_string(track),
+                     [&stage = stage, track, arrived] {
+                         whenPositionIsKnown(stage, [&stage, track, arrived] { askForTrack(stage, track, arrived); });
+                     },
+                     [&stage = stage, track, arrived]() -> std::optional<std::string> {
+                         const remote::SessionPicture& picture = stage.picture(phoneA);
+                         const std::string display = stage.hostStrip(stripCount).display;
+                         *arrived = stage.firstShownTrack() == track && picture.bankOffset == track - 1 &&
+                                    display.starts_with(picture.strips.back().name);
+                         if (!*arrived) return std::nullopt;
+                         stage.tellOfProTools("tracks " + std::to_string(track) + "-" +
+                                              std::to_string(track + stripCount - 1) + " are on the surfaces");
+                         return "the strips show:" + namesShown(picture);
+                     },
+                     false, patienceWithBanks});
+}
+
+// While the receiver walks over the session it sends rows of what it passes, but no fader of a strip.
+void Programme::groupFaders(const std::vector<int>& tracks, double value) {
+    std::string numbers;
+    std::vector<std::pair<remote::Member, FaderValue>> entries;
+    for (const int track : tracks) {
+        numbers += (numbers.empty() ? "" : ", ") + std::to_string(track);
+        entries.emplace_back(memberOf(track), FaderValue::ofUnit(value));
+    }
+    const auto asked = std::make_shared<std::optional<int>>(); // how many faders had been heard of by then
+    steps.push_back({phoneA, "moves the faders of tracks " + numbers + ", which no strip shows, to " + fixed(value, 2),
+                     [&stage = stage, asked, command = remote::groupFadersCommand(entries)] {
+                         whenPositionIsKnown(stage, [&stage, asked, command] {
+                             *asked = stage.fadersHeard;
+                             stage.phone(phoneA).send(command);
+                         });
+                     },
+                     [&stage = stage, asked, tracks, value, numbers]() -> std::optional<std::string> {
+                         const auto isThere = [&stage, wanted = FaderValue::ofUnit(value)](int track) {
+                             return stage.track(track).fader == wanted && stage.rowFader(track) == wanted;
+                         };
+                         const bool walked = *asked && stage.fadersHeard > **asked;
+                         if (!walked || !std::ranges::all_of(tracks, isThere)) return std::nullopt;
+                         for (const int track : tracks)
+                             stage.tellOfProTools("fader of \"" + stage.track(track).name + "\" at " + fixed(value, 3));
+                         return "rows of tracks " + numbers + ": fader " + fixed(value, 3) +
+                                "; the first strip shows track " + std::to_string(stage.firstShownTrack());
+                     },
+                     false, patienceWithBanks});
+}
+
+void Programme::handOver() {
+    hello(phoneB, LinkState::busy, "says hello while phone A is in control", "busy: another device is in control");
+    steps.push_back({phoneB, "takes over", [&stage = stage] { stage.phone(phoneB).takeOver(); },
+                     stateIs(phoneB, LinkState::connected, "in control now")});
+    steps.push_back({phoneA, "presses mute 1, no longer in control",
+                     [&stage = stage] { stage.phone(phoneA).send(remote::mutePressCommand(stripNumber(1))); },
+                     stateIs(phoneA, LinkState::takenOver, "busy: another device has taken over")});
+}
+
+} // namespace
+
+std::vector<DemoStep> demoProgramme(DemoStage& stage) {
+    Programme programme(stage);
+    const auto mute = [](const StripPicture& strip) { return "mute " + lightText(strip.lights.mute); };
+    const auto solo = [](const StripPicture& strip) { return "solo " + onOff(strip.lights.solo); };
+    const auto record = [](const StripPicture& strip) { return "record " + lightText(strip.lights.record); };
+    const auto select = [](const StripPicture& strip) { return "select " + onOff(strip.select); };
+    programme.hello(phoneA, LinkState::connected, "says hello and asks for everything", "in control");
+    programme.scan();
+    programme.fader(phoneA, 3, 0.72);
+    programme.fader(phoneA, 11, 0.35);
+    programme.automation(4, remote::AutoModeKey::touch, 2, SimulatedTrack::Automation::touch);
+    programme.press(2, "mute", remote::mutePressCommand, 2, mute);
+    programme.press(5, "solo", remote::soloPressCommand, 3, solo);
+    programme.press(5, "solo", remote::soloPressCommand, 3, solo);
+    programme.press(12, "select", remote::selectPressCommand, 1, select);
+    programme.press(1, "record", remote::recArmPressCommand, 7, record);
+    programme.vpot(2, 27);
+    programme.seek(21);
+    programme.fader(phoneA, 1, 0.6);
+    programme.press(14, "mute", remote::mutePressCommand, 2, mute);
+    programme.seek(1);
+    programme.groupFaders({25, 30, 36}, 0.25);
+    programme.handOver();
+    programme.fader(phoneB, 1, 0.5);
+    return programme.take();
+}
+
+} // namespace lumbrine
