@@ -4,7 +4,7 @@
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
-#include <map>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -13,9 +13,39 @@
 
 namespace lumbrine {
 
+struct JSONMember;
+struct JSONValue;
+
+// Members in the order in which they came. A name may come twice; the last one counts.
+class JSONObject {
+public:
+    JSONObject();
+    JSONObject(std::initializer_list<JSONMember> initial);
+    JSONObject(const JSONObject&);
+    JSONObject(JSONObject&&) noexcept;
+    JSONObject& operator=(const JSONObject&);
+    JSONObject& operator=(JSONObject&&) noexcept;
+    ~JSONObject();
+
+    // The value stays where it is until the next one is added.
+    JSONValue& add(std::string name, JSONValue value);
+
+    // Null when there is no member of that name. Looks through all of them: objects are small.
+    const JSONValue* find(std::string_view name) const;
+
+    const std::vector<JSONMember>& members() const { return all; }
+    void reserve(std::size_t count);
+
+    // Whatever the order.
+    bool operator==(const JSONObject& other) const;
+
+private:
+    std::vector<JSONMember> all;
+};
+
 struct JSONValue {
     using Array = std::vector<JSONValue>;
-    using Object = std::map<std::string, JSONValue, std::less<>>;
+    using Object = JSONObject;
 
     // An integer is a number without fraction or exponent that fits; every other number is a double.
     using Content = std::variant<std::nullptr_t, bool, std::int64_t, double, std::string, Array, Object>;
@@ -43,10 +73,9 @@ struct JSONValue {
     Content content;
 };
 
-// The member of that name; null when there is none.
-inline const JSONValue* memberOf(const JSONValue::Object& object, std::string_view key) {
-    const auto found = object.find(key);
-    return found == object.end() ? nullptr : &found->second;
-}
+struct JSONMember {
+    std::string name;
+    JSONValue value;
+};
 
 } // namespace lumbrine

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace lumbrine {
 
@@ -11,6 +12,17 @@ struct Sequence {
     std::size_t length;
     bool wellFormed;
 };
+
+// How many characters of one byte `text` begins with, at least.
+std::size_t plainLength(std::string_view text) {
+    constexpr std::uint64_t topBits = 0x8080808080808080;
+    std::size_t length = 0;
+    for (std::uint64_t eight = 0; text.size() - length >= sizeof eight; length += sizeof eight) {
+        std::memcpy(&eight, text.data() + length, sizeof eight);
+        if ((eight & topBits) != 0) break;
+    }
+    return length;
+}
 
 // `text` is not empty.
 Sequence firstSequence(std::string_view text) {
@@ -34,15 +46,17 @@ Sequence firstSequence(std::string_view text) {
 } // namespace
 
 bool isUTF8(std::string_view text) {
-    while (!text.empty()) {
+    for (;;) {
+        text.remove_prefix(plainLength(text));
+        if (text.empty()) return true;
         const Sequence sequence = firstSequence(text);
         if (!sequence.wellFormed) return false;
         text.remove_prefix(sequence.length);
     }
-    return true;
 }
 
 std::string repairedUTF8(std::string_view text) {
+    if (isUTF8(text)) return std::string(text);
     std::string repaired;
     repaired.reserve(text.size());
     while (!text.empty()) {

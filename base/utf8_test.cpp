@@ -14,6 +14,17 @@ TEST(UTF8, IsToldFromOtherBytes) {
     EXPECT_TRUE(isUTF8(std::string_view("a\0b", 3)));
 }
 
+TEST(UTF8, IsToldFromOtherBytesWhereverTheyStand) {
+    for (std::size_t length = 1; length < 40; ++length) {
+        for (std::size_t at = 0; at < length; ++at) {
+            std::string text(length, 'x');
+            EXPECT_TRUE(isUTF8(text));
+            text[at] = '\xE3';
+            EXPECT_FALSE(isUTF8(text));
+        }
+    }
+}
+
 TEST(UTF8, IsLeftAsItIsByRepairing) {
     EXPECT_EQ(repairedUTF8("Kick é ボーカル 🎚"), "Kick é ボーカル 🎚");
     EXPECT_EQ(repairedUTF8(""), "");

@@ -20,7 +20,7 @@ JSONValue::Object trackListBody() {
 }
 
 std::string textMember(const JSONValue::Object& object, std::string_view key) {
-    const JSONValue* const value = memberOf(object, key);
+    const JSONValue* const value = object.find(key);
     const auto* const text = value == nullptr ? nullptr : value->as<std::string>();
     return text == nullptr ? std::string() : *text;
 }
@@ -74,7 +74,7 @@ PTSLClient::Result<void> PTSLClient::registerAnew() {
     const auto reply =
         run(PTSLCommand::registerClient, {{"company_name", companyName}, {"application_name", applicationName}});
     if (!reply) return std::unexpected(reply.error());
-    const JSONValue* const snakeCase = memberOf(*reply, "session_id");
+    const JSONValue* const snakeCase = reply->find("session_id");
     const bool isText = snakeCase != nullptr && snakeCase->as<std::string>() != nullptr;
     std::string received = textMember(*reply, isText ? "session_id" : "sessionId");
     if (received.empty())

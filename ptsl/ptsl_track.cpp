@@ -54,8 +54,8 @@ const JSONValue::Array* arrayOfObjects(const JSONValue* value) {
 
 void readAttributes(const JSONValue::Object& attributes, PTSLTrack& track) {
     const auto either = [&](std::string_view snakeCase, std::string_view camelCase) {
-        const JSONValue* const value = memberOf(attributes, snakeCase);
-        return value != nullptr ? value : memberOf(attributes, camelCase);
+        const JSONValue* const value = attributes.find(snakeCase);
+        return value != nullptr ? value : attributes.find(camelCase);
     };
     track.isSelected = attributeIsSet(either("is_selected", "isSelected"));
     track.isInputMonitoringOn = attributeIsExplicitlySet(either("is_input_monitoring_on", "isInputMonitoringOn"));
@@ -87,18 +87,18 @@ bool boolValue(const JSONValue* value) {
 
 PTSLTrack trackFrom(const JSONValue::Object& object, std::int64_t position) {
     PTSLTrack track;
-    track.index = wholeNumber(memberOf(object, "index")).value_or(position + 1);
-    track.name = textOf(memberOf(object, "name"));
-    track.colorHex = textOf(memberOf(object, "color"));
-    const auto* attributes = objectOf(memberOf(object, "track_attributes"));
-    if (attributes == nullptr) attributes = objectOf(memberOf(object, "trackAttributes"));
+    track.index = wholeNumber(object.find("index")).value_or(position + 1);
+    track.name = textOf(object.find("name"));
+    track.colorHex = textOf(object.find("color"));
+    const auto* attributes = objectOf(object.find("track_attributes"));
+    if (attributes == nullptr) attributes = objectOf(object.find("trackAttributes"));
     if (attributes != nullptr) readAttributes(*attributes, track);
     return track;
 }
 
 std::vector<PTSLTrack> tracksFrom(const JSONValue::Object& reply) {
-    const auto* list = arrayOfObjects(memberOf(reply, "track_list"));
-    if (list == nullptr) list = arrayOfObjects(memberOf(reply, "trackList"));
+    const auto* list = arrayOfObjects(reply.find("track_list"));
+    if (list == nullptr) list = arrayOfObjects(reply.find("trackList"));
     std::vector<PTSLTrack> tracks;
     if (list == nullptr) return tracks;
     tracks.reserve(list->size());

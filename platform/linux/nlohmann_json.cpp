@@ -2,9 +2,12 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <type_traits>
+#include <vector>
 
 namespace lumbrine {
 
@@ -30,15 +33,23 @@ public:
         return add(static_cast<std::int64_t>(number));
     }
     bool number_float(number_float_t number, const string_t&) { return add(number); }
-    bool string(string_t& characters) { return add(std::move(characters)); }
-    bool binary(binary_t&) { return false; } // not in JSON
+    bool string(string_t& characters) { return add(characters); } // not moved: the parser goes on with its memory
+    bool binary(binary_t&) { return false; }                      // not in JSON
 
-    bool start_object(std::size_t) { return enter(JSONValue::Object()); }
-    bool key(string_t& name) {
-        memberName = std::move(name);
+    bool start_object(std::size_t) {
+        if (!enter(JSONValue::Object())) return false;
+        std::get<JSONValue::Object>(open.back()->content).reserve(usualSize[open.size() - 1]);
         return true;
     }
-    bool end_object() { return leave(); }
+    bool key(string_t& name) {
+        memberName = name;
+        return true;
+    }
+    bool end_object() {
+        const auto& closed = std::get<JSONValue::Object>(open.back()->content);
+        usualSize[open.size() - 1] = static_cast<std::uint8_t>(std::min(closed.members().size(), largestUsualSize));
+        return leave();
+    }
     bool start_array(std::size_t) { return enter(JSONValue::Array()); }
     bool end_array() { return leave(); }
 
@@ -60,7 +71,7 @@ private:
         if (open.empty()) return document = std::move(value);
         if (auto* const array = std::get_if<JSONValue::Array>(&open.back()->content))
             return array->emplace_back(std::move(value));
-        return std::get<JSONValue::Object>(open.back()->content)[std::move(memberName)] = std::move(value);
+        return std::get<JSONValue::Object>(open.back()->content).add(std::move(memberName), std::move(value));
     }
 
     bool enter(JSONValue container) {
@@ -74,7 +85,10 @@ private:
         return true;
     }
 
-    std::vector<JSONValue*> open; // an array does not grow while one of its elements is open
+    static constexpr std::size_t largestUsualSize = 32;
+
+    std::vector<JSONValue*> open;                                // none of them grows while one that it holds is open
+    std::array<std::uint8_t, NlohmannJSON::deepest> usualSize{}; // of the object before at each depth
     std::string memberName;
 };
 
@@ -87,10 +101,10 @@ bool convert(const JSONValue::Array& elements, Library& converted) {
                                [&](const JSONValue& element) { return convert(element, converted.emplace_back()); });
 }
 
-bool convert(const JSONValue::Object& members, Library& converted) {
+bool convert(const JSONValue::Object& object, Library& converted) {
     converted = Library::object();
-    return std::ranges::all_of(members,
-                               [&](const auto& member) { return convert(member.second, converted[member.first]); });
+    return std::ranges::all_of(object.members(),
+                               [&](const JSONMember& member) { return convert(member.value, converted[member.name]); });
 }
 
 bool convert(const JSONValue& value, Library& converted) {
