@@ -90,7 +90,7 @@ struct SimulatorOptions {
     int dropOnePressIn = 0;                        // about one press in so many is not seen; 0 for none
     Duration restlessUserEvery = Duration::zero(); // a random act on the host's own screen about so often; 0 for none
 
-    ScriptingOptions scripting;
+    ScriptingOptions scripting = {};
 
     // ---- Records.
     std::size_t logLimit = 100'000; // received packets that are kept for each surface
