@@ -190,6 +190,12 @@ void declareScripting(Reader& reader, SimulatorArguments& read) {
     reader.choice("--busy-error", options.busyError, busyErrors, "what a busy host says");
     reader.number("--stall-one-in", options.stallOneIn, "one request in so many is served late; 0 for none");
     reader.milliseconds("--stall-ms", options.stallTime, "how late");
+    reader.number("--reset-one-in", options.resetOneIn, "one call in so many has its stream reset; 0 for none");
+    reader.number("--go-away-one-in", options.goAwayOneIn, "one call in so many ends its connection; 0 for none");
+    reader.number("--die-one-in", options.dieOneIn, "one call in so many ends the service for a while; 0 for none");
+    reader.milliseconds("--down-ms", options.downTime, "how long");
+    reader.number("--bytes-at-once", options.bytesAtOnce, "send in pieces of this size; 0 for as it comes");
+    reader.on("--faulty-wire", options.faultyWire, "have a wire that \"script reset\" and its like work on");
 }
 
 void declareFaults(Reader& reader, SimulatorOptions& options) {

@@ -126,10 +126,13 @@ TEST(SimulatorArguments, ReachEachOption) {
 
 TEST(SimulatorArguments, ReachEachOptionOfTheScriptingService) {
     const auto arguments =
-        read({"--scripting-port=0", "--no-scripting", "--japanese-names", "--folders=2", "--attributes=numbers",
-              "--error-types=name", "--camel-case", "--empty-list-as-object", "--armed-monitors", "--page-limit=500",
-              "--miscount=-2", "--keep-registrations", "--command-ms=20", "--ready-after-ms=500", "--busy-one-in=9",
-              "--busy-burst=4", "--busy-error=not-ready", "--stall-one-in=8", "--stall-ms=2500"});
+        read({"--scripting-port=0",     "--no-scripting",       "--japanese-names", "--folders=2",
+              "--attributes=numbers",   "--error-types=name",   "--camel-case",     "--empty-list-as-object",
+              "--armed-monitors",       "--page-limit=500",     "--miscount=-2",    "--keep-registrations",
+              "--command-ms=20",        "--ready-after-ms=500", "--busy-one-in=9",  "--busy-burst=4",
+              "--busy-error=not-ready", "--stall-one-in=8",     "--stall-ms=2500",  "--reset-one-in=11",
+              "--go-away-one-in=12",    "--die-one-in=13",      "--down-ms=750",    "--bytes-at-once=1",
+              "--faulty-wire"});
     ASSERT_TRUE(arguments) << arguments.error().error;
     EXPECT_EQ(arguments->scriptingPort, 0);
     EXPECT_FALSE(arguments->scripting);
@@ -151,6 +154,12 @@ TEST(SimulatorArguments, ReachEachOptionOfTheScriptingService) {
     EXPECT_EQ(options.busyError, BusyError::hostNotReady);
     EXPECT_EQ(options.stallOneIn, 8);
     EXPECT_EQ(options.stallTime, seconds(2.5));
+    EXPECT_EQ(options.resetOneIn, 11);
+    EXPECT_EQ(options.goAwayOneIn, 12);
+    EXPECT_EQ(options.dieOneIn, 13);
+    EXPECT_EQ(options.downTime, seconds(0.75));
+    EXPECT_EQ(options.bytesAtOnce, 1u);
+    EXPECT_TRUE(options.faultyWire);
 }
 
 TEST(SimulatorArguments, AreRefusedWithStatusTwoWhenTheyAreNotUnderstood) {

@@ -7,14 +7,14 @@
 namespace lumbrine {
 
 struct ScriptingRequest {
-    std::string taskID;
+    std::string taskID = {};
     std::int32_t command = 0;
     std::int32_t version = 0;
-    std::string sessionID;
+    std::string sessionID = {};
     std::int32_t versionMinor = 0;
     std::int32_t versionRevision = 0;
-    std::string versionedHeaderJSON;
-    std::string bodyJSON;
+    std::string versionedHeaderJSON = {};
+    std::string bodyJSON = {};
 
     bool operator==(const ScriptingRequest&) const = default;
 };
@@ -31,16 +31,16 @@ enum class ScriptingStatus : std::int32_t {
 };
 
 struct ScriptingReply {
-    std::string taskID;
+    std::string taskID = {};
     std::int32_t command = 0;
     ScriptingStatus status = ScriptingStatus::completed;
     std::int32_t progress = 0; // percent
     std::int32_t version = 0;
     std::int32_t versionMinor = 0;
     std::int32_t versionRevision = 0;
-    std::string versionedHeaderJSON;
-    std::string bodyJSON;
-    std::string errorJSON;
+    std::string versionedHeaderJSON = {};
+    std::string bodyJSON = {};
+    std::string errorJSON = {};
 
     bool operator==(const ScriptingReply&) const = default;
 };

@@ -13,7 +13,16 @@ std::optional<std::string> problemWith(const ScriptingOptions& options) {
     if (options.busyBurst < 1) return "a busy host refuses at least 1 request";
     if (options.stallOneIn < 0) return "one request in 1 or more stalls, or none with 0";
     if (options.stallTime <= Duration::zero()) return "a stall takes more than 0 seconds";
+    if (options.resetOneIn < 0) return "one call in 1 or more is reset, or none with 0";
+    if (options.goAwayOneIn < 0) return "one call in 1 or more ends its connection, or none with 0";
+    if (options.dieOneIn < 0) return "one call in 1 or more ends the service, or none with 0";
+    if (options.downTime < Duration::zero()) return "the service is away for 0 seconds or more";
     return std::nullopt;
+}
+
+bool needFaultyWire(const ScriptingOptions& options) {
+    return options.faultyWire || options.resetOneIn > 0 || options.goAwayOneIn > 0 || options.dieOneIn > 0 ||
+           options.bytesAtOnce > 0;
 }
 
 } // namespace lumbrine

@@ -43,9 +43,20 @@ struct ScriptingOptions {
     BusyError busyError = BusyError::hostIsBusy;
     int stallOneIn = 0; // about one request in so many is served late; 0 for none
     Duration stallTime = seconds(10);
+
+    // ---- Faults of the wire. About one call in so many ends in it, none with 0.
+    int resetOneIn = 0;             // its stream is reset
+    int goAwayOneIn = 0;            // its connection ends with GOAWAY
+    int dieOneIn = 0;               // all connections break, and the service comes back without knowing any session
+    Duration downTime = seconds(2); // until it is back
+    std::size_t bytesAtOnce = 0;    // bytes go out in pieces of this size; 0 for as they come
+    bool faultyWire = false;        // on a network, the wire is one that can have these faults
 };
 
 // What is wrong with the options, in words, or nothing.
 std::optional<std::string> problemWith(const ScriptingOptions& options);
+
+// Whether they need a wire that can have faults.
+bool needFaultyWire(const ScriptingOptions& options);
 
 } // namespace lumbrine

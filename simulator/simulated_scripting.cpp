@@ -13,8 +13,8 @@ constexpr int notOffered = -1;
 
 SimulatedScripting::SimulatedScripting(Runtime& rt, const ScriptingOptions& chosen, std::uint64_t seed,
                                        ScriptingService::EditSession edit, std::function<TimePoint()> stuckUntil)
-    : runtime(rt), options(chosen), programStuckUntil(std::move(stuckUntil)), offeredPort(notOffered),
-      service(chosen, seed, std::move(edit), rt.now()), chance(seed + 2),
+    : runtime(rt), options(chosen), programStuckUntil(std::move(stuckUntil)), faults(chosen, seed + 3),
+      offeredPort(notOffered), service(chosen, seed, std::move(edit), rt.now()), chance(seed + 2),
       queue(rt.serialQueue("simulated scripting service", Priority::normal)) {}
 
 void SimulatedScripting::ask(ScriptingRequest request, std::string connection, Answer answer) {
@@ -71,6 +71,7 @@ void SimulatedScripting::restart() {
 }
 
 void SimulatedScripting::rest() {
+    faults.rest();
     queue->post([this] {
         resting = true;
         stalledUntil = distantPast;

@@ -4,6 +4,7 @@
 
 #include "platform/api/runtime.h"
 #include "simulator/scripting_service.h"
+#include "simulator/wire_faults.h"
 
 #include <atomic>
 #include <cstdint>
@@ -29,6 +30,9 @@ public:
     // See ScriptingService::answer for what a connection is.
     void ask(ScriptingRequest request, std::string connection, Answer answer);
 
+    // What is to happen to their calls.
+    WireFaults& wireFaults() { return faults; }
+
     // Says where the service can be reached; shown to people.
     void offeredOn(std::optional<std::uint16_t> newPort);
 
@@ -37,7 +41,7 @@ public:
     void refuseNext(int requests); // see ScriptingService
     void stall(Duration duration); // what comes meanwhile is served afterwards
     void restart();                // see ScriptingService
-    void rest();                   // no more of these, nor of those that were chosen; what waits is served
+    void rest(); // no more of these, of the wire's, and of those that were chosen; what waits is served
 
     // ---- Looking, from any thread.
 
@@ -62,6 +66,7 @@ private:
     Runtime& runtime;
     const ScriptingOptions options;
     const std::function<TimePoint()> programStuckUntil;
+    WireFaults faults;
     std::atomic<int> offeredPort;
     std::atomic<std::uint64_t> arrived = 0;
     std::atomic<std::uint64_t> answered = 0;

@@ -37,6 +37,10 @@ TEST(SimulatorOptions, RefuseWhatCannotBe) {
         [](auto& options) { options.scripting.busyBurst = 0; },
         [](auto& options) { options.scripting.stallOneIn = -1; },
         [](auto& options) { options.scripting.stallTime = Duration::zero(); },
+        [](auto& options) { options.scripting.resetOneIn = -1; },
+        [](auto& options) { options.scripting.goAwayOneIn = -1; },
+        [](auto& options) { options.scripting.dieOneIn = -1; },
+        [](auto& options) { options.scripting.downTime = -seconds(1); },
         [](auto& options) { options.dumpOrder.pop_back(); },
         [](auto& options) { options.dumpOrder.push_back(DumpPart::ping); },
         [](auto& options) { options.dumpOrder[0] = DumpPart::faders; },
@@ -46,6 +50,16 @@ TEST(SimulatorOptions, RefuseWhatCannotBe) {
         spoilers[i](options);
         EXPECT_NE(problemWith(options), std::nullopt) << "number " << i;
     }
+}
+
+TEST(SimulatorOptions, NeedAFaultyWireForItsFaultsAlone) {
+    EXPECT_FALSE(needFaultyWire({}));
+    EXPECT_FALSE(needFaultyWire({.busyOneIn = 3, .stallOneIn = 3}));
+    EXPECT_TRUE(needFaultyWire({.resetOneIn = 1}));
+    EXPECT_TRUE(needFaultyWire({.goAwayOneIn = 1}));
+    EXPECT_TRUE(needFaultyWire({.dieOneIn = 1}));
+    EXPECT_TRUE(needFaultyWire({.bytesAtOnce = 1}));
+    EXPECT_TRUE(needFaultyWire({.faultyWire = true}));
 }
 
 } // namespace

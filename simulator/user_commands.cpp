@@ -216,6 +216,18 @@ Result fold(SimulatedProTools& proTools, Arguments& arguments) {
     });
 }
 
+Result spoilWire(SimulatedProTools& proTools, std::string_view name, Arguments& arguments) {
+    constexpr std::array<std::string_view, 3> names{"reset", "goaway", "die"};
+    constexpr std::array faults{WireFault::reset, WireFault::goAway, WireFault::die};
+    const auto* const found = std::ranges::find(names, name);
+    const auto calls = arguments.number<int>();
+    if (found == names.end() || !calls || *calls < 1) return wrong();
+    WireFaults& wire = proTools.scripting().wireFaults();
+    if (!wire.inUse()) return Failure("this wire has no faults; start with --faulty-wire");
+    wire.next(faults[static_cast<std::size_t>(found - names.begin())], *calls);
+    return {};
+}
+
 Result script(SimulatedProTools& proTools, Arguments& arguments) {
     const std::string_view fault = arguments.word();
     if (fault == "busy") {
@@ -229,7 +241,7 @@ Result script(SimulatedProTools& proTools, Arguments& arguments) {
     } else if (fault == "restart" && arguments.atEnd()) {
         proTools.scripting().restart();
     } else {
-        return wrong();
+        return spoilWire(proTools, fault, arguments);
     }
     return {};
 }
@@ -310,7 +322,7 @@ constexpr std::array commands{
     Command{"stick", "SECONDS", "do nothing at all for a while", stick},
     Command{"release", "", "let go of the MIDI ports", release},
     Command{"grab", "", "use the MIDI ports again", grab},
-    Command{"script", "busy N|stall SECONDS|restart", "let the scripting service fail", script},
+    Command{"script", "busy|reset|goaway|die N|stall SECONDS|restart", "let the scripting service fail", script},
     Command{"tracks", "", "list the tracks", tracks},
     Command{"help", "", "list these commands", help},
     Command{"quit", "", "end the program", nullptr},

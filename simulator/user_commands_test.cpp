@@ -112,6 +112,15 @@ TEST_F(UserCommandsTest, LetTheScriptingServiceFail) {
     runtime.runFor(seconds(2));
     EXPECT_EQ(replies.size(), 3u);
     EXPECT_TRUE(say("script restart").done);
+    expectRefused("script reset 1"); // nobody serves it by a wire
+    proTools.scripting().wireFaults().use();
+    EXPECT_TRUE(say("script reset 1").done);
+    EXPECT_TRUE(say("script goaway 1").done);
+    EXPECT_TRUE(say("script die 1").done);
+    for (const WireFault fault : {WireFault::reset, WireFault::goAway, WireFault::die, WireFault::none})
+        EXPECT_EQ(proTools.scripting().wireFaults().draw(), fault);
+    expectRefused("script reset");
+    expectRefused("script die 0");
     expectRefused("script");
     expectRefused("script dance");
     expectRefused("script busy 0");

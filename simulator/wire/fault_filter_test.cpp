@@ -1,0 +1,124 @@
+#include "base/segmentations.h"
+#include "simulator/wire/fault_filter.h"
+#include "simulator/wire/grpc_conversation.h"
+
+namespace lumbrine::wire {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class FaultFilterTest : public testing::Test {
+protected:
+    // The fates of the calls, in their order; none after that.
+    void begin(std::vector<WireFault> calls) {
+        fates = std::move(calls);
+        filter.fromClient(greeting());
+    }
+
+    std::vector<WireFault> fates;
+    std::size_t drawn = 0;
+    FaultFilter filter{[this] { return drawn < fates.size() ? fates[drawn++] : WireFault::none; }};
+};
+
+Bytes replyBytes(std::uint32_t stream) {
+    Bytes bytes = frameBytes(FrameType::headers, flag::endHeaders, stream, responseHeaders());
+    append(bytes, frameBytes(FrameType::data, 0, stream, grpcMessage("hello")));
+    append(bytes, frameBytes(FrameType::headers, flag::endHeaders | flag::endStream, stream, trailers(0, "")));
+    return bytes;
+}
+
+TEST_F(FaultFilterTest, PassesEverythingOnHoweverItArrives) {
+    Bytes client = greeting(settingOf(Setting::initialWindowSize, 9));
+    append(client, callBytes(1, "hello"));
+    Bytes expected = greeting([] {
+        Bytes both = settingOf(Setting::initialWindowSize, 9);
+        append(both, settingOf(Setting::headerTableSize, 0));
+        return both;
+    }());
+    append(expected, callBytes(1, "hello"));
+    Bytes service = frameBytes(FrameType::settings, 0, 0);
+    append(service, replyBytes(1));
+
+    for (const auto& parts : segmentationsOf(client)) {
+        FaultFilter fresh([] { return WireFault::none; });
+        Bytes passed;
+        for (const Bytes& part : parts)
+            append(passed, fresh.fromClient(part));
+        EXPECT_EQ(passed, expected);
+    }
+    for (const auto& parts : segmentationsOf(service)) {
+        FaultFilter fresh([] { return WireFault::none; });
+        Bytes passed;
+        for (const Bytes& part : parts)
+            append(passed, fresh.fromService(part).toClient);
+        EXPECT_EQ(passed, service);
+    }
+}
+
+TEST_F(FaultFilterTest, PassesOnWhatIsNoHTTP2) {
+    const std::string text = "PRI * HTTP/1.1\r\n\r\n";
+    const Bytes bytes(text.begin(), text.end());
+    for (const auto& parts : segmentationsOf(bytes)) {
+        FaultFilter fresh([] { return WireFault::reset; });
+        Bytes passed;
+        for (const Bytes& part : parts)
+            append(passed, fresh.fromClient(part));
+        EXPECT_EQ(passed, bytes);
+        EXPECT_EQ(fresh.fromService(bytes).toClient, bytes);
+    }
+}
+
+TEST_F(FaultFilterTest, ResetsACallInThePlaceOfItsReply) {
+    begin({WireFault::none, WireFault::reset, WireFault::none});
+    filter.fromClient(callBytes(1, "a"));
+    filter.fromClient(callBytes(3, "b"));
+    filter.fromClient(callBytes(5, "c"));
+    EXPECT_EQ(filter.fromService(replyBytes(1)).toClient, replyBytes(1));
+    const auto passed = filter.fromService(replyBytes(3));
+    EXPECT_THAT(told(passed.toClient), ElementsAre("RST_STREAM 3 00000002"));
+    // The service is told, and gets back the room that the client will not give it.
+    EXPECT_THAT(told(passed.toService), ElementsAre("RST_STREAM 3 00000002", "WINDOW_UPDATE 0000000a"));
+    EXPECT_EQ(passed.end, FaultFilter::End::none);
+    EXPECT_EQ(filter.fromService(replyBytes(5)).toClient, replyBytes(5));
+}
+
+TEST_F(FaultFilterTest, LetsWindowUpdatesOfAFaultyCallThrough) {
+    begin({WireFault::reset});
+    filter.fromClient(callBytes(1, "a"));
+    const Bytes update = frameBytes(FrameType::windowUpdate, 0, 1, bigEndian32(5));
+    EXPECT_EQ(filter.fromService(update).toClient, update);
+    EXPECT_THAT(told(filter.fromService(replyBytes(1)).toClient), ElementsAre("RST_STREAM 1 00000002"));
+}
+
+TEST_F(FaultFilterTest, EndsTheConnectionInOrder) {
+    begin({WireFault::goAway});
+    filter.fromClient(callBytes(1, "a"));
+    const auto passed = filter.fromService(replyBytes(1));
+    EXPECT_THAT(told(passed.toClient), ElementsAre("GOAWAY 0000000100000000"));
+    EXPECT_EQ(passed.end, FaultFilter::End::finish);
+    EXPECT_THAT(filter.fromService(replyBytes(1)).toClient, IsEmpty());
+}
+
+TEST_F(FaultFilterTest, LetsTheServiceDie) {
+    begin({WireFault::die});
+    filter.fromClient(callBytes(1, "a"));
+    Bytes output = frameBytes(FrameType::ping, 0, 0, Bytes(8));
+    append(output, replyBytes(1));
+    const auto passed = filter.fromService(output);
+    EXPECT_THAT(told(passed.toClient), ElementsAre("PING 0000000000000000"));
+    EXPECT_EQ(passed.end, FaultFilter::End::die);
+    EXPECT_THAT(filter.fromService(replyBytes(3)).toClient, IsEmpty());
+}
+
+TEST_F(FaultFilterTest, DrawsOnceForACall) {
+    begin({WireFault::none, WireFault::reset});
+    filter.fromClient(frameBytes(FrameType::headers, flag::endHeaders, 1, requestBlock()));
+    filter.fromClient(frameBytes(FrameType::headers, flag::endHeaders | flag::endStream, 1)); // its trailers
+    EXPECT_EQ(drawn, 1u);
+    filter.fromClient(callBytes(3, "b"));
+    EXPECT_EQ(drawn, 2u);
+}
+
+} // namespace
+} // namespace lumbrine::wire
