@@ -17,11 +17,11 @@ void* operator new(std::size_t size) {
 }
 
 void operator delete(void* block) noexcept {
-    std::free(block); // NOLINT(clang-analyzer-cplusplus.NewDelete): this is the delete
+    std::free(block);
 }
 
 void operator delete(void* block, std::size_t) noexcept {
-    std::free(block); // NOLINT(clang-analyzer-cplusplus.NewDelete): this is the delete
+    std::free(block);
 }
 
 namespace lumbrine {
