@@ -19,8 +19,7 @@ protected:
     static void SetUpTestSuite() {
         studio = std::make_unique<Studio>();
         startSimulator();
-        ASSERT_EQ(remote({"--expect", "bank first=1 tracks=17 strips=16"}).status, 0)
-            << studio->receiver.process.output() << studio->simulator->output();
+        ASSERT_EQ(remote({"--expect", "bank first=1 tracks=17 strips=16"}).status, 0) << story();
     }
     static void TearDownTestSuite() { studio.reset(); }
 
@@ -57,6 +56,11 @@ protected:
         return remote({"--expect", "fader " + number + " ~0.81"}).status == 0;
     }
 
+    // What both programs have told so far.
+    static std::string story() {
+        return studio->receiver.process.output() + "---- the simulated Pro Tools\n" + studio->simulator->output();
+    }
+
     static std::string lights(int track) {
         return studio->simulator->track(track).value_or(SimulatorProcess::Track{}).lights;
     }
@@ -70,8 +74,8 @@ protected:
 };
 
 TEST_F(Session, MovesFadersOnBothSurfaces) {
-    EXPECT_TRUE(faderWorksBothWays(3));
-    EXPECT_TRUE(faderWorksBothWays(11));
+    EXPECT_TRUE(faderWorksBothWays(3)) << story();
+    EXPECT_TRUE(faderWorksBothWays(11)) << story();
 }
 
 TEST_F(Session, PressesTheButtonsOfAStripOnEachSurface) {
@@ -98,9 +102,9 @@ TEST_F(Session, GoesOnWithAnotherProToolsWhenOneHasEnded) {
     studio->simulator->end();
     EXPECT_EQ(remote({"--send", "hello", "--expect", "pong"}).status, 0);
     startSimulator();
-    EXPECT_TRUE(studio->simulator->prints("A on, B on")) << studio->simulator->output();
-    EXPECT_TRUE(faderWorksBothWays(4));
-    EXPECT_TRUE(faderWorksBothWays(12));
+    EXPECT_TRUE(studio->simulator->prints("A on, B on")) << story();
+    EXPECT_TRUE(faderWorksBothWays(4)) << story();
+    EXPECT_TRUE(faderWorksBothWays(12)) << story();
 }
 
 TEST_F(Session, GoesOnWhenTheJACKServerIsBackAfterACrash) {
@@ -109,8 +113,8 @@ TEST_F(Session, GoesOnWhenTheJACKServerIsBackAfterACrash) {
     EXPECT_TRUE(studio->receiver.process.running());
     studio->jack.start();
     EXPECT_TRUE(waitUntil([] { return studio->jack.hasPort("Lumbrine:Lumbrine B"); }));
-    EXPECT_TRUE(waitUntil([] { return faderWorksBothWays(5); })) << studio->receiver.process.output();
-    EXPECT_TRUE(faderWorksBothWays(13));
+    EXPECT_TRUE(waitUntil([] { return faderWorksBothWays(5); })) << story();
+    EXPECT_TRUE(faderWorksBothWays(13)) << story();
 }
 
 } // namespace
