@@ -4,8 +4,6 @@
 #include "benchmarks/null_platform.h"
 #include "client_link/udp_server.h"
 #include "model/receiver_parts.h"
-#include "platform/linux/nlohmann_json.h"
-#include "platform/posix/posix_stream_sockets.h"
 
 #include <benchmark/benchmark.h>
 #include <lo/lo.h>
@@ -19,7 +17,7 @@ void datagramsOurs(benchmark::State& state) {
     NullSockets sockets;
     NullAdvertiser advertiser;
     NullSystemInfo system;
-    PosixStreamSockets streams;
+    NullStreams streams;
     NlohmannJSON json{Bilingual(false)};
     ReceiverParts parts({runtime, midi, sockets, advertiser, system, streams, json}, Configuration::read(system),
                         Bilingual(false), [](const std::string&) {});

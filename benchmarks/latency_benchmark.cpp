@@ -2,9 +2,7 @@
 // does nothing but receive. Datagrams go to both by turns. Prints one JSON object with the medians in nanoseconds.
 #include "benchmarks/null_platform.h"
 #include "model/receiver_model.h"
-#include "platform/linux/nlohmann_json.h"
 #include "platform/posix/posix_datagram_sockets.h"
-#include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 
@@ -69,7 +67,7 @@ private:
     RealRuntime runtime;
     NullMIDI midi;
     PosixDatagramSockets sockets;
-    PosixStreamSockets streams;
+    NullStreams streams;
     NlohmannJSON json{Bilingual(false)};
     NullAdvertiser advertiser;
     System system;

@@ -4,9 +4,7 @@
 // object, in nanoseconds.
 #include "benchmarks/null_platform.h"
 #include "model/receiver_model.h"
-#include "platform/linux/nlohmann_json.h"
 #include "platform/posix/posix_datagram_sockets.h"
-#include "platform/posix/posix_stream_sockets.h"
 #include "platform/virtual/memory_midi.h"
 #include "platform/virtual/virtual_runtime.h"
 #include "simulator/simulated_pro_tools.h"
@@ -132,10 +130,10 @@ double longestJob() {
     SimulatorOptions options;
     options.surfaces = 2;
     auto proTools = std::make_unique<SimulatedProTools>(runtime, midi, options, longSession());
-    PosixStreamSockets streams; // no scripting service
+    NullStreams streams;
     NlohmannJSON json{Bilingual(false)};
-    auto model = ReceiverModel::create({runtime, midi, client, advertiser, system, streams, json, {.port = 1}},
-                                       Bilingual(false), [](const std::string&) {});
+    auto model = ReceiverModel::create({runtime, midi, client, advertiser, system, streams, json}, Bilingual(false),
+                                       [](const std::string&) {});
     model->start();
     const auto mapped = [&model] {
         return model->published().trackMap.size() == trackCount && !model->published().calibrating;

@@ -2,7 +2,10 @@
 #pragma once
 
 #include "model/receiver_platform.h"
+#include "platform/linux/nlohmann_json.h"
 #include "platform/virtual/still_runtime.h"
+
+#include <cerrno>
 
 namespace lumbrine {
 
@@ -52,6 +55,21 @@ public:
     bool resolve(const std::string&, std::uint16_t, PeerAddress&) override { return false; }
     void shutDown(int) override {}
     void close(int) override {}
+};
+
+// No service listens anywhere.
+class NullStreams final : public StreamSockets {
+public:
+    int open() override { return 4; }
+    int connect(int, const std::string&, std::uint16_t, Duration) override { return -ECONNREFUSED; }
+    int setReceiveTimeout(int, Duration) override { return 0; }
+    int setSendTimeout(int, Duration) override { return 0; }
+    int setNoDelay(int) override { return 0; }
+    int setNoSignal(int) override { return 0; }
+    int send(int, ByteView) override { return -ENOTCONN; }
+    int receive(int, std::span<std::uint8_t>) override { return -ENOTCONN; }
+    void close(int) override {}
+    void shutDown() override {}
 };
 
 class NullAdvertiser final : public ServiceAdvertiser {

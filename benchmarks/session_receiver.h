@@ -5,8 +5,6 @@
 #include "benchmarks/null_platform.h"
 #include "model/receiver_parts.h"
 #include "platform/api/main_loop.h"
-#include "platform/linux/nlohmann_json.h"
-#include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 
 #include <deque>
@@ -60,7 +58,7 @@ private:
     RealRuntime runtime;
     NullMIDI midi;
     NullAdvertiser advertiser;
-    PosixStreamSockets streams;
+    NullStreams streams;
     NlohmannJSON json{Bilingual(false)};
     std::unique_ptr<Sockets> sockets;
     std::unique_ptr<System> system;

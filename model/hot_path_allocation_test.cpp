@@ -3,6 +3,8 @@
 #include "base/testing/allocation_count.h"
 #include "model/receiver_parts.h"
 #include "model/testing/model_world.h"
+#include "platform/linux/nlohmann_json.h"
+#include "platform/virtual/virtual_streams.h"
 
 #include <gtest/gtest.h>
 
@@ -63,7 +65,9 @@ protected:
     FakeComputer computer;
     OtherThreadRuntime runtime;
     CountingMIDI midi;
-    ReceiverParts parts{{runtime, midi, world.network.host("192.168.1.2"), computer, computer},
+    VirtualStreams streams{world.runtime};
+    NlohmannJSON json{Bilingual(false)};
+    ReceiverParts parts{{runtime, midi, world.network.host("192.168.1.2"), computer, computer, streams, json},
                         Configuration::read(computer),
                         Bilingual(false),
                         [](const std::string&) {}};
