@@ -78,6 +78,10 @@ Key keyOf(int code) {
         return {SpecialKey::pageUp};
     case KEY_NPAGE:
         return {SpecialKey::pageDown};
+    case KEY_HOME:
+        return {SpecialKey::home};
+    case KEY_END:
+        return {SpecialKey::end};
     case KEY_ENTER:
     case '\n':
     case '\r':

@@ -1,4 +1,5 @@
 // What docs/remote.md tells people to type must work.
+#include "remote/key_help.h"
 #include "remote/remote_arguments.h"
 #include "remote/script_command.h"
 #include "remote/words.h"
@@ -47,6 +48,18 @@ TEST(RemoteDocument, ListsEveryCommand) {
         const std::string command(wordsOf(line).front());
         EXPECT_NE(page.find("`" + command), std::string::npos) << command;
     }
+}
+
+// The tables of keys are what `?` lists, line by line.
+TEST(RemoteDocument, ListsTheKeysAsTheHelpDoes) {
+    std::vector<std::string> rows;
+    for (const std::string& line : linesOfPage())
+        if (line.starts_with("| ") && !line.starts_with("| `")) rows.push_back(line);
+    for (const Page page : {Page::strips, Page::session})
+        for (const KeyHelp& help : keysOf(page)) {
+            const std::string row = "| " + std::string(help.keys) + " | " + std::string(help.meaning) + " |";
+            EXPECT_THAT(rows, ::testing::Contains(row));
+        }
 }
 
 } // namespace

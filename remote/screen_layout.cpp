@@ -1,12 +1,15 @@
 #include "remote/screen_layout.h"
 
+#include "remote/key_help.h"
 #include "remote/message_line.h"
+#include "remote/session_page.h"
+#include "remote/short_words.h"
 #include "remote/strip_column.h"
 #include "remote/terminal_text.h"
+#include "remote/track_facts.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 
 namespace lumbrine::remote {
 namespace {
@@ -16,11 +19,16 @@ constexpr int footerRows = 2; // the strip in words, keys
 constexpr int maxColumnWidth = 14;
 constexpr int scaleWidth = 4;
 
-std::string bankText(const SessionPicture& picture) {
+// The heading of the list of tracks takes the place of the blank row.
+constexpr int sessionHeight(int rows) {
+    return rows - (titleRows - 1) - footerRows;
+}
+
+std::string bankText(const SessionPicture& picture, Offset offset) {
     if (picture.trackCount == 0) return "no track map";
     const std::string of = " of " + std::to_string(picture.trackCount);
-    if (!picture.bankOffset) return "tracks ?" + of;
-    const int first = *picture.bankOffset + 1;
+    if (!offset) return "tracks ?" + of;
+    const int first = *offset + 1;
     const int last = std::min(first + picture.shownStrips - 1, static_cast<int>(picture.trackCount));
     return "tracks " + std::to_string(first) + "-" + std::to_string(last) + of;
 }
@@ -39,7 +47,8 @@ Part transportPart(const Transport& transport) {
 void drawTitle(Canvas& canvas, const SessionPicture& picture, const ViewState& view) {
     canvas.putFitted(0, 0, " lumbrine-remote  " + printable(view.receiver), canvas.columns(), {.reverse = true});
     const Part transport = transportPart(picture.transport);
-    const std::string rest = " " + bankText(picture) + "  pan " + (picture.panRight ? "right " : "left ");
+    const std::string rest =
+        " " + bankText(picture, offsetOf(picture, view)) + "  pan " + (picture.panRight ? "right " : "left ");
     const int column = canvas.columns() - columnsOf(transport.text) - columnsOf(rest);
     canvas.put(0, column, transport.text, transport.style);
     canvas.put(0, column + columnsOf(transport.text), rest, {.reverse = true});
@@ -93,23 +102,16 @@ void drawStrips(Canvas& canvas, const SessionPicture& picture, const ViewState& 
     }
 }
 
-const SessionTrack* trackOn(const SessionPicture& picture, Strip strip) {
-    if (!picture.bankOffset) return nullptr;
-    const int index = *picture.bankOffset + strip.index();
-    const auto track = picture.session.find(static_cast<std::uint16_t>(index));
-    return index <= 0xFFFF && track != picture.session.end() ? &track->second : nullptr;
-}
-
 // The strip under the cursor, with what has no room in its column.
-std::string stripInWords(const SessionPicture& picture, Strip strip) {
+std::string stripInWords(const SessionPicture& picture, Offset offset, Strip strip) {
     const StripPicture& shown = picture.at(strip);
     const std::string& name = shown.fullName.empty() ? shown.name : shown.fullName;
-    std::array<char, 16> fader{};
-    std::snprintf(fader.data(), fader.size(), "%.1f", shown.fader.unit() * 100);
     std::string text = "Strip " + std::to_string(strip.index() + 1) + ": " + (name.empty() ? "no track" : name) +
-                       "  fader " + fader.data() + "  automation " + std::string(autoModeName(shown.autoMode));
-    const SessionTrack* track = trackOn(picture, strip);
-    if (track != nullptr && track->row && !track->row->comment.empty()) text += "  \"" + track->row->comment + "\"";
+                       "  fader " + faderInShort(shown.fader.unit()) + "  automation " +
+                       std::string(autoModeName(shown.autoMode));
+    const auto track = trackOn(picture, offset, strip);
+    const std::string comment = track ? factsOf(picture, offset, *track).comment : "";
+    if (!comment.empty()) text += "  \"" + comment + "\"";
     return printable(text);
 }
 
@@ -119,57 +121,74 @@ std::string footer(const ViewState& view) {
         return "Go to track: " + view.typed + "_   (Enter goes there, Esc stays)";
     case Prompt::autoMode:
         return "Automation: r read  t touch  l latch  w write  o off  i trim   (Esc leaves it)";
+    case Prompt::pan:
+        return "Pan: " + view.typed + "_   (-5 left, 0 centre, 5 right; Enter turns it, Esc leaves it)";
+    case Prompt::fader:
+        return "Fader: " + view.typed + "_   (0 to 100; Enter moves, Esc leaves)";
     case Prompt::none:
         break;
     }
-    return "← → strip  ↑ ↓ fader  m s r  Enter select  , . pan  [ ] bank  ? help  q quit";
+    if (view.page == Page::session)
+        return "↑ ↓ track  Enter go there  Space mark  f a m s act  c modes  v strips  ? help";
+    return "← → strip  ↑ ↓ fader  m s r  Enter select  , . pan  [ ] bank  v session  ? help";
 }
 
-constexpr std::array<const char*, 17> help{
-    "  ← →  1-9 0  Tab      another strip; Tab: the same one on the other surface",
-    "  ↑ ↓                  fader by 2 of 100",
-    "  + -                  fader by 0.2",
-    "  Page up, page down   fader by 10",
-    "  m  s  r              mute, solo, record arm",
-    "  Enter                select the track",
-    "  i                    input monitoring",
-    "  ,  .  c              pan to the left, to the right, to the centre",
-    "  p                    turn the other side of stereo pans",
-    "  a                    automation mode",
-    "  [  ]                 a bank to the left, to the right",
-    "  {  }                 a track to the left, to the right",
-    "  g                    go to a track by its number",
-    "  R                    build the track map anew",
-    "  T                    take over control",
-    "  Ctrl-L               ask for everything and draw anew",
-    "  q  Ctrl-C            quit",
-};
+void drawHelp(Canvas& canvas, Page page) {
+    constexpr int meaningColumn = 23;
+    int row = titleRows;
+    for (const KeyHelp& line : keysOf(page)) {
+        canvas.put(row, 2, line.keys);
+        canvas.put(row++, meaningColumn, line.meaning);
+    }
+}
 
-void drawHelp(Canvas& canvas) {
-    for (std::size_t i = 0; i < help.size(); ++i)
-        canvas.put(titleRows + static_cast<int>(i), 0, help[i]);
+void drawStripsPage(Canvas& canvas, const SessionPicture& picture, const ViewState& view) {
+    drawStrips(canvas, picture, view);
+    canvas.put(canvas.rows() - 2, 1, stripInWords(picture, offsetOf(picture, view), view.cursor));
+}
+
+void drawSessionPage(Canvas& canvas, const SessionPicture& picture, const ViewState& view) {
+    const Offset offset = offsetOf(picture, view);
+    drawSession(canvas, titleRows - 1, sessionHeight(canvas.rows()), picture, offset, view.session, view.blinkOn);
+    canvas.put(canvas.rows() - 2, 1, trackInWords(picture, offset, view.session));
+}
+
+bool fits(const SessionPicture& picture, Page page, int rows, int columns) {
+    if (rows < minRows) return false;
+    if (page == Page::session) return columns >= minSessionColumns;
+    return columnsFor(picture.shownStrips, columns).width >= ColumnPlace::minWidth;
+}
+
+std::string tooSmall(const SessionPicture& picture, Page page) {
+    const int columns = page == Page::session ? minSessionColumns : picture.shownStrips * ColumnPlace::minWidth;
+    return "The window is too small; " + std::to_string(columns) + " x " + std::to_string(minRows) + " would do.";
 }
 
 } // namespace
 
+int tracksOnPage(int rows) {
+    return tracksIn(sessionHeight(rows));
+}
+
 Canvas screenOf(const SessionPicture& picture, const ViewState& view, int rows, int columns) {
     Canvas canvas(rows, columns);
-    if (rows < minRows || columnsFor(picture.shownStrips, columns).width < ColumnPlace::minWidth) {
-        canvas.put(0, 0,
-                   "The window is too small; " + std::to_string(picture.shownStrips * ColumnPlace::minWidth) + " x " +
-                       std::to_string(minRows) + " would do.");
+    if (!fits(picture, view.page, rows, columns)) {
+        canvas.put(0, 0, tooSmall(picture, view.page));
         return canvas;
     }
     drawTitle(canvas, picture, view);
     const Part link = linkPart(view);
     canvas.put(1, 1, link.text, link.style);
     if (view.help) {
-        drawHelp(canvas);
+        drawHelp(canvas, view.page);
         canvas.put(rows - 1, 1, "Any key goes back.", {.dim = true});
         return canvas;
     }
-    drawStrips(canvas, picture, view);
-    canvas.put(rows - 2, 1, stripInWords(picture, view.cursor));
+    if (view.page == Page::session) {
+        drawSessionPage(canvas, picture, view);
+    } else {
+        drawStripsPage(canvas, picture, view);
+    }
     canvas.put(rows - 1, 1, footer(view), {.dim = view.prompt == Prompt::none});
     return canvas;
 }

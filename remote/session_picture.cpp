@@ -26,7 +26,12 @@ struct Painter {
         return update(picture.at(message.strip).name, withoutBlanksAround(message.name));
     }
     bool operator()(const Meters& message) const { return updateEach(message.strips, &StripPicture::meters); }
-    bool operator()(const Fader& message) const { return update(picture.at(message.strip).fader, message.value); }
+    bool operator()(const Fader& message) const {
+        bool changed = update(picture.at(message.strip).fader, message.value);
+        const bool isLast = message.strip.index() == picture.shownStrips - 1;
+        if (isLast && picture.bankOffset) changed |= update(picture.settledOffset, picture.bankOffset);
+        return changed;
+    }
     bool operator()(const Switches& message) const { return updateEach(message.strips, &StripPicture::lights); }
     bool operator()(const Pan& message) const {
         return update(picture.at(message.strip).pan[static_cast<std::size_t>(message.side)], message.ring);

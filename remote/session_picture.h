@@ -46,6 +46,10 @@ struct SessionPicture {
     bool panRight = false;
     std::optional<std::uint16_t> bankOffset; // session track on the first strip; absent while unknown
     std::uint16_t trackCount = 0;
+
+    // The position that the strips' values belong to. A new position comes before the values: while the receiver moves
+    // the surfaces it holds them back, and sends all of them in the end, the last strip's fader after the others.
+    std::optional<std::uint16_t> settledOffset;
     Transport transport;
 
     // By session index, at most 65,536. Tracks behind the end that the last bank position told of are gone.

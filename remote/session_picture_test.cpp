@@ -115,6 +115,24 @@ TEST(SessionPicture, SaysWhetherAMessageChangedAnything) {
     EXPECT_FALSE(picture.apply(Busy{}));
 }
 
+TEST(SessionPicture, SettlesWithTheFaderOfTheLastStrip) {
+    SessionPicture picture;
+    picture.apply(BankPos{8, 24, 8});
+    EXPECT_EQ(picture.settledOffset, std::nullopt);
+    picture.apply(Fader{strip(6), raw(1)});
+    EXPECT_EQ(picture.settledOffset, std::nullopt);
+    EXPECT_TRUE(picture.apply(Fader{strip(7), raw(0)})); // the value is no news, that it settles is
+    EXPECT_EQ(picture.settledOffset, 8);
+    picture.apply(BankPos{std::nullopt, 24, 8});
+    EXPECT_FALSE(picture.apply(Fader{strip(7), raw(0)}));
+    EXPECT_EQ(picture.settledOffset, 8);
+    picture.apply(BankPos{0, 24, 16});
+    picture.apply(Fader{strip(7), raw(0)});
+    EXPECT_EQ(picture.settledOffset, 8);
+    picture.apply(Fader{strip(15), raw(0)});
+    EXPECT_EQ(picture.settledOffset, 0);
+}
+
 TEST(SessionPicture, FollowsTheClientsOwnFader) {
     SessionPicture picture;
     EXPECT_TRUE(picture.moveFader(strip(4), raw(100)));

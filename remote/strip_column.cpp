@@ -1,6 +1,7 @@
 #include "remote/strip_column.h"
 
 #include "remote/message_line.h"
+#include "remote/short_words.h"
 #include "remote/terminal_text.h"
 
 #include <algorithm>
@@ -69,13 +70,6 @@ void Column::lights() const {
     light(3 * step, 'I', steady(strip.inputMonitor), Ink::green);
 }
 
-// "<3" for three steps to the left, "C", "3>".
-std::string panInShort(int position) {
-    if (position == 0) return "·";
-    if (position == 6) return "C";
-    return position < 6 ? "<" + std::to_string(6 - position) : std::to_string(position - 6) + ">";
-}
-
 void Column::pan(int row, PanSide side) const {
     const RingPosition& ring = strip.ring(side);
     const bool turned = (side == PanSide::right) == look.panRight;
@@ -130,18 +124,11 @@ void Column::value() const {
     canvas.putFitted(place.top + place.height - 2, place.left, text.data(), inner(), {.dim = empty()});
 }
 
-std::string autoModeInShort(AutoMode mode) {
-    static constexpr std::array<const char*, 13> names{"·", "read", "tch", "ltch", "wrt",  "off", "",
-                                                       "",  "",     "Trd", "Ttch", "Tlch", "Twrt"};
-    return mode < names.size() ? names[mode] : "";
-}
-
 void Column::automation() const {
     std::string text = autoModeInShort(strip.autoMode);
     if (strip.autoMode != 0 && columnsOf(autoModeName(strip.autoMode)) <= inner()) text = autoModeName(strip.autoMode);
-    const AutoMode mode = strip.autoMode & 7;
-    const Ink ink = mode == 1 ? Ink::green : mode >= 2 && mode <= 4 ? Ink::red : Ink::plain;
-    canvas.putFitted(place.top + place.height - 1, place.left, text, inner(), {.ink = ink, .dim = strip.autoMode == 0});
+    canvas.putFitted(place.top + place.height - 1, place.left, text, inner(),
+                     {.ink = inkOf(strip.autoMode), .dim = strip.autoMode == 0});
 }
 
 } // namespace

@@ -15,6 +15,8 @@ enum class SpecialKey {
     down,
     pageUp,
     pageDown,
+    home,
+    end,
     enter,
     escape,
     backspace,

@@ -12,6 +12,7 @@ TerminalApp::TerminalApp(Runtime& rt, RemoteClient& remoteClient, Terminal& scre
 }
 
 void TerminalApp::tick() {
+    console.look(tracksOnPage(terminal.rows()));
     while (const auto key = terminal.poll()) {
         if (key->special == SpecialKey::redraw) {
             terminal.forget();

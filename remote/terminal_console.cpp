@@ -1,6 +1,7 @@
 #include "remote/terminal_console.h"
 
 #include "remote/command_builder.h"
+#include "remote/track_facts.h"
 #include "remote/words.h"
 
 #include <algorithm>
@@ -37,14 +38,23 @@ std::optional<AutoModeKey> autoModeKeyOf(char character) {
 } // namespace
 
 TerminalConsole::TerminalConsole(Runtime& rt, RemoteClient& remoteClient, std::function<void()> whenQuit)
-    : runtime(rt), client(remoteClient), quit(std::move(whenQuit)) {}
+    : runtime(rt), client(remoteClient), quit(std::move(whenQuit)), session(remoteClient) {}
 
 ViewState TerminalConsole::view() const {
     ViewState now = state;
     now.link = client.state();
     now.cursor = *Strip::of(std::min(state.cursor.index(), client.picture().shownStrips - 1));
+    now.session = session.list();
+    if (runtime.now() - knownAt > memoryOfPosition) now.lastOffset.reset();
     if (!inControl()) now.held.fill(false);
     return now;
+}
+
+void TerminalConsole::look(int tracksOnPage) {
+    session.setLines(tracksOnPage);
+    if (!client.picture().bankOffset) return;
+    state.lastOffset = client.picture().bankOffset;
+    knownAt = runtime.now();
 }
 
 void TerminalConsole::press(Key key) {
@@ -55,11 +65,44 @@ void TerminalConsole::press(Key key) {
         return;
     } else if (state.prompt != Prompt::none) {
         pressInPrompt(key);
-    } else if (key.special != SpecialKey::none) {
-        pressSpecial(key.special);
+    } else if (key.special == SpecialKey::redraw) {
+        client.askForEverything();
+    } else if (state.page == Page::session) {
+        pressOnSession(key);
     } else {
+        pressOnStrips(key);
+    }
+}
+
+// ---- The pages
+
+void TerminalConsole::pressOnStrips(Key key) {
+    if (key.special != SpecialKey::none) return pressSpecial(key.special);
+    if (pressCommonKey(key.character)) return;
+    if (key.character >= '0' && key.character <= '9') {
+        moveCursorTo(key.character == '0' ? 9 : key.character - '1');
+    } else if (inControl() && !pressMoveKey(key.character)) {
         pressCharacter(key.character);
     }
+}
+
+void TerminalConsole::pressOnSession(Key key) {
+    if (session.pressListKey(key) || pressCommonKey(key.character)) return;
+    if (!inControl() || pressMoveKey(key.character)) return;
+    if (key.character == 'f') return ask(Prompt::fader);
+    session.pressCommandKey(key);
+}
+
+// The cursor stays with the track where both pages show it.
+void TerminalConsole::turnPage() {
+    const auto offset = offsetOf(client.picture(), view());
+    if (state.page == Page::strips) {
+        state.page = Page::session;
+        if (const auto track = trackOn(client.picture(), offset, state.cursor)) session.jumpTo(*track);
+        return;
+    }
+    state.page = Page::strips;
+    if (const auto strip = stripShowing(client.picture(), offset, session.list().cursor)) state.cursor = *strip;
 }
 
 void TerminalConsole::pressSpecial(SpecialKey key) {
@@ -81,25 +124,22 @@ void TerminalConsole::pressSpecial(SpecialKey key) {
     case SpecialKey::enter:
         if (inControl()) client.send(selectPressCommand(state.cursor));
         return;
-    case SpecialKey::redraw:
-        return client.askForEverything();
     default:
         return;
     }
 }
 
 // The keys that act on the view, or on who is in control. True when it was one of them.
-bool TerminalConsole::pressViewKey(char character) {
-    if (character >= '0' && character <= '9') {
-        moveCursorTo(character == '0' ? 9 : character - '1');
-        return true;
-    }
+bool TerminalConsole::pressCommonKey(char character) {
     switch (character) {
     case 'q':
         quit();
         return true;
     case '?':
         state.help = true;
+        return true;
+    case 'v':
+        turnPage();
         return true;
     case 'T':
         client.takeOver();
@@ -109,8 +149,36 @@ bool TerminalConsole::pressViewKey(char character) {
     }
 }
 
+// The keys that move the surfaces, and the mode that either page asks for. True when it was one of them.
+bool TerminalConsole::pressMoveKey(char character) {
+    switch (character) {
+    case '[':
+        client.send(bankMoveCommand(Move::bankLeft));
+        return true;
+    case ']':
+        client.send(bankMoveCommand(Move::bankRight));
+        return true;
+    case '{':
+        client.send(bankMoveCommand(Move::channelLeft));
+        return true;
+    case '}':
+        client.send(bankMoveCommand(Move::channelRight));
+        return true;
+    case 'R':
+        client.send(recalibrateCommand());
+        return true;
+    case 'g':
+        ask(Prompt::goToTrack);
+        return true;
+    case 'a':
+        ask(Prompt::autoMode);
+        return true;
+    default:
+        return false;
+    }
+}
+
 void TerminalConsole::pressCharacter(char character) {
-    if (pressViewKey(character) || !inControl()) return;
     const Strip strip = state.cursor;
     switch (character) {
     case '+':
@@ -131,56 +199,74 @@ void TerminalConsole::pressCharacter(char character) {
         return client.send(vpotDeltaCommand(strip, 1));
     case 'c':
         return client.send(panSeekCommand(strip, ringCentre));
+    case 'P':
+        return ask(Prompt::pan);
     case 'p':
         return client.send(panModeToggleCommand());
-    case '[':
-        return client.send(bankMoveCommand(Move::bankLeft));
-    case ']':
-        return client.send(bankMoveCommand(Move::bankRight));
-    case '{':
-        return client.send(bankMoveCommand(Move::channelLeft));
-    case '}':
-        return client.send(bankMoveCommand(Move::channelRight));
-    case 'R':
-        return client.send(recalibrateCommand());
-    case 'g':
-        state.prompt = Prompt::goToTrack;
-        return;
-    case 'a':
-        state.prompt = Prompt::autoMode;
-        return;
     default:
         return;
     }
 }
 
+// ---- Prompts
+
+void TerminalConsole::ask(Prompt prompt) {
+    state.prompt = prompt;
+    state.typed.clear();
+}
+
 void TerminalConsole::pressInPrompt(Key key) {
-    const bool digit = key.character >= '0' && key.character <= '9';
+    const bool typeable =
+        (key.character >= '0' && key.character <= '9') || key.character == '.' || key.character == '-';
     if (key.special == SpecialKey::escape) {
-        state.prompt = Prompt::none;
+        ask(Prompt::none);
     } else if (state.prompt == Prompt::autoMode) {
-        setAutoMode(key.character);
+        answerAutoMode(key.character);
     } else if (key.special == SpecialKey::enter) {
-        goToTyped();
+        answer();
     } else if (key.special == SpecialKey::backspace && !state.typed.empty()) {
         state.typed.pop_back();
-    } else if (digit && state.typed.size() < maxTyped) {
+    } else if (typeable && state.typed.size() < maxTyped) {
         state.typed += key.character;
     }
-    if (state.prompt == Prompt::none) state.typed.clear();
+}
+
+// What was typed makes no sense, or control is gone: nothing happens.
+void TerminalConsole::answer() {
+    if (inControl()) {
+        if (state.prompt == Prompt::goToTrack) goToTyped();
+        if (state.prompt == Prompt::pan) panToTyped();
+        if (state.prompt == Prompt::fader) setTypedFaders();
+    }
+    ask(Prompt::none);
+}
+
+void TerminalConsole::answerAutoMode(char character) {
+    const auto key = autoModeKeyOf(character);
+    ask(Prompt::none);
+    if (!key || !inControl()) return;
+    if (state.page == Page::session) return session.setAutoMode(*key);
+    client.send(setAutoModeCommand(state.cursor, *key));
 }
 
 void TerminalConsole::goToTyped() {
-    state.prompt = Prompt::none;
     const auto track = wholeNumber(state.typed, 1, 65536);
-    if (track && inControl()) client.send(seekBankCommand(static_cast<Member>(*track - 1)));
+    if (!track) return;
+    session.jumpTo(*track - 1);
+    client.send(seekBankCommand(static_cast<Member>(*track - 1)));
 }
 
-void TerminalConsole::setAutoMode(char character) {
-    state.prompt = Prompt::none;
-    const auto key = autoModeKeyOf(character);
-    if (key && inControl()) client.send(setAutoModeCommand(state.cursor, *key));
+void TerminalConsole::panToTyped() {
+    const auto steps = wholeNumber(state.typed, -5, 5);
+    if (steps) client.send(panSeekCommand(state.cursor, static_cast<std::uint8_t>(ringCentre + *steps)));
 }
+
+void TerminalConsole::setTypedFaders() {
+    const auto value = decimalNumber(state.typed);
+    if (value && *value >= 0 && *value <= 100) session.setFaders(FaderValue::ofUnit(*value / 100));
+}
+
+// ---- The cursor and its fader
 
 void TerminalConsole::moveCursor(int by) {
     moveCursorTo(state.cursor.index() + by);

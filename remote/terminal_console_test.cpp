@@ -1,9 +1,5 @@
-#include "platform/virtual/virtual_network.h"
-#include "platform/virtual/virtual_runtime.h"
-#include "remote/scripted_receiver.h"
 #include "remote/terminal_app.h"
-#include "remote/terminal_console.h"
-#include "remote/testing/wire_samples.h"
+#include "remote/testing/console_test.h"
 
 #include <chrono>
 
@@ -11,49 +7,15 @@ namespace lumbrine::remote {
 namespace {
 
 using namespace std::chrono_literals;
-using Datagrams = std::vector<Bytes>;
 
 const Bytes sixteenStrips{0x01, 0x16, 0x00, 0x00, 0x00, 0x18, 0x10};
 const Bytes eightStrips{0x01, 0x16, 0x00, 0x00, 0x00, 0x18, 0x08};
+const Bytes lostPosition{0x01, 0x16, 0xFF, 0xFF, 0x00, 0x18, 0x08};
 const Bytes halfway{0x01, 0x12, 0x00, 0x20, 0x00}; // fader of the first strip: 8192
 
-Key key(char character) {
-    return {SpecialKey::none, character};
-}
-
-Key key(SpecialKey special) {
-    return {special};
-}
-
-class TerminalConsoleTest : public ::testing::Test {
+class TerminalConsoleTest : public ConsoleTest {
 protected:
-    TerminalConsoleTest() {
-        client.connect("192.168.1.2", 52700);
-        runtime.runUntilIdle();
-        say(pong);
-        receiver.taken();
-    }
-
-    void say(const Bytes& datagram) {
-        receiver.send(datagram);
-        runtime.runUntilIdle();
-    }
-
-    template <typename... Keys>
-    Datagrams sentFor(Keys... keys) {
-        (console.press(key(keys)), ...);
-        runtime.runUntilIdle();
-        return receiver.taken();
-    }
-
     int cursor() const { return console.view().cursor.index(); }
-
-    VirtualRuntime runtime;
-    VirtualNetwork network{runtime};
-    ScriptedReceiver receiver{runtime, network.host("192.168.1.2"), 52700};
-    RemoteClient client{runtime, network.host("192.168.1.7")};
-    int quits = 0;
-    TerminalConsole console{runtime, client, [this] { ++quits; }};
 };
 
 TEST_F(TerminalConsoleTest, MovesTheCursorWithinTheShownStrips) {
@@ -148,6 +110,55 @@ TEST_F(TerminalConsoleTest, SetsTheAutomationModeThatIsAskedFor) {
               (Datagrams{{0x01, 0x0F, 0, 5}, {0x01, 0x0F, 0, 0}, {0x01, 0x0F, 0, 3}}));
     EXPECT_EQ(sentFor('a', 'x', 'a', SpecialKey::escape), Datagrams{});
     EXPECT_EQ(console.view().prompt, Prompt::none);
+}
+
+TEST_F(TerminalConsoleTest, TurnsAPanToATypedPosition) {
+    sentFor('3');
+    EXPECT_EQ(sentFor('P', '-', '5', SpecialKey::enter), (Datagrams{{0x01, 0x09, 2, 1}}));
+    EXPECT_EQ(sentFor('P', '0', SpecialKey::enter), (Datagrams{{0x01, 0x09, 2, 6}}));
+    EXPECT_EQ(sentFor('P', '5', SpecialKey::enter), (Datagrams{{0x01, 0x09, 2, 11}}));
+    EXPECT_EQ(sentFor('P', '6', SpecialKey::enter), Datagrams{});
+    EXPECT_EQ(sentFor('P', '-', SpecialKey::enter), Datagrams{});
+    EXPECT_EQ(sentFor('P', '1', SpecialKey::escape), Datagrams{});
+    EXPECT_EQ(console.view().prompt, Prompt::none);
+}
+
+TEST_F(TerminalConsoleTest, AnswersNoPromptOnceControlIsGone) {
+    sentFor('P', '1');
+    say(busyAnswer);
+    EXPECT_EQ(sentFor(SpecialKey::enter), Datagrams{});
+    EXPECT_EQ(console.view().prompt, Prompt::none);
+}
+
+// ---- Two pages
+
+TEST_F(TerminalConsoleTest, TakesTheCursorToTheOtherPage) {
+    say({0x01, 0x16, 0x00, 0x08, 0x00, 0x18, 0x08}); // tracks 9 to 16 of 24
+    sentFor('3', 'v');
+    EXPECT_EQ(console.view().page, Page::session);
+    EXPECT_EQ(console.view().session.cursor, 10);
+    sentFor(SpecialKey::down, 'v');
+    EXPECT_EQ(console.view().page, Page::strips);
+    EXPECT_EQ(cursor(), 3);
+    sentFor('v', SpecialKey::home, 'v');
+    EXPECT_EQ(cursor(), 3); // no strip shows the first track
+}
+
+TEST_F(TerminalConsoleTest, TurnsPagesWithoutControl) {
+    say(busyAnswer);
+    EXPECT_EQ(sentFor('v'), Datagrams{});
+    EXPECT_EQ(console.view().page, Page::session);
+}
+
+TEST_F(TerminalConsoleTest, RemembersALostPositionForASecond) {
+    say({0x01, 0x16, 0x00, 0x08, 0x00, 0x18, 0x08});
+    console.look(19);
+    say(lostPosition);
+    runtime.runFor(1s);
+    console.look(19);
+    EXPECT_EQ(offsetOf(client.picture(), console.view()), 8);
+    runtime.runFor(1ms);
+    EXPECT_EQ(offsetOf(client.picture(), console.view()), std::nullopt);
 }
 
 TEST_F(TerminalConsoleTest, ShowsTheHelpUntilAnyKey) {

@@ -1,0 +1,55 @@
+// For tests: a console that is connected to a scripted receiver, and keys to press on it.
+#pragma once
+
+#include "platform/virtual/virtual_network.h"
+#include "platform/virtual/virtual_runtime.h"
+#include "remote/scripted_receiver.h"
+#include "remote/terminal_console.h"
+#include "remote/testing/wire_samples.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace lumbrine::remote {
+
+using Datagrams = std::vector<Bytes>;
+
+inline Key key(char character) {
+    return {SpecialKey::none, character};
+}
+
+inline Key key(SpecialKey special) {
+    return {special};
+}
+
+class ConsoleTest : public ::testing::Test {
+protected:
+    ConsoleTest() {
+        client.connect("192.168.1.2", 52700);
+        runtime.runUntilIdle();
+        say(pong);
+        receiver.taken();
+    }
+
+    void say(const Bytes& datagram) {
+        receiver.send(datagram);
+        runtime.runUntilIdle();
+    }
+
+    template <typename... Keys>
+    Datagrams sentFor(Keys... keys) {
+        (console.press(key(keys)), ...);
+        runtime.runUntilIdle();
+        return receiver.taken();
+    }
+
+    VirtualRuntime runtime;
+    VirtualNetwork network{runtime};
+    ScriptedReceiver receiver{runtime, network.host("192.168.1.2"), 52700};
+    RemoteClient client{runtime, network.host("192.168.1.7")};
+    int quits = 0;
+    TerminalConsole console{runtime, client, [this] { ++quits; }};
+};
+
+} // namespace lumbrine::remote
