@@ -43,7 +43,7 @@ std::string namesShown(const remote::SessionPicture& picture) {
 
 // The receiver loses the position for the moment in which it reads an automation mode from a display.
 template <typename Function>
-void whenPositionIsKnown(DemoStage& stage, Function act) {
+void whenPositionIsKnown(DemoStage& stage, const Function& act) {
     if (stage.picture(phoneA).bankOffset) return act();
     stage.after(seconds(0.02), [&stage, act] { whenPositionIsKnown(stage, act); });
 }
