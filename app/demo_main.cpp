@@ -7,13 +7,14 @@
 #include "platform/linux/linux_system_info.h"
 #include "platform/linux/nlohmann_json.h"
 #include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/posix_stream_relay.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 #include "platform/posix/termination_signals.h"
 #include "platform/virtual/memory_midi.h"
 #include "simulator/default_session.h"
-#include "simulator/grpc/grpc_scripting_server.h"
+#include "simulator/grpc/offered_scripting.h"
 #include "simulator/simulated_pro_tools.h"
 
 #include <CLI/CLI.hpp>
@@ -82,11 +83,11 @@ bool isReady(const std::shared_ptr<ReceiverModel>& model) {
 }
 
 // The tour takes a free port, as it does for its clients.
-std::unique_ptr<GrpcScriptingServer> offerScripting(Runtime& runtime, SimulatedProTools& proTools,
-                                                    const DemoArguments& arguments) {
+std::unique_ptr<OfferedScripting> offerScripting(Runtime& runtime, StreamRelays& relays, SimulatedProTools& proTools,
+                                                 const DemoArguments& arguments) {
     if (!arguments.scripting) return nullptr;
     const std::uint16_t port = arguments.tour ? 0 : arguments.scriptingPort;
-    return std::make_unique<GrpcScriptingServer>(runtime, proTools.scripting(), port);
+    return std::make_unique<OfferedScripting>(runtime, relays, proTools.scripting(), port);
 }
 
 std::string scriptingLine(const SimulatedProTools& proTools, const DemoArguments& arguments) {
@@ -117,7 +118,8 @@ int run(const DemoArguments& arguments) {
     options.surfaces = arguments.surfaces;
     auto proTools =
         std::make_unique<SimulatedProTools>(runtime, midi, options, defaultSession(arguments.tracks, options.seed));
-    auto scripting = offerScripting(runtime, *proTools, arguments);
+    PosixStreamRelays relays;
+    auto scripting = offerScripting(runtime, relays, *proTools, arguments);
     const PTSLAddress service{.port = proTools->snapshot().scriptingPort.value_or(arguments.scriptingPort)};
 
     const Bilingual text(prefersJapanese(system.preferredLanguages()));

@@ -3,11 +3,12 @@
 #include "app/simulator_shell.h"
 #include "platform/linux/midi_backend.h"
 #include "platform/posix/line_input.h"
+#include "platform/posix/posix_stream_relay.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 #include "platform/posix/termination_signals.h"
 #include "simulator/default_session.h"
-#include "simulator/grpc/grpc_scripting_server.h"
+#include "simulator/grpc/offered_scripting.h"
 
 #include <unistd.h>
 
@@ -37,8 +38,9 @@ int simulate(const SimulatorArguments& arguments) {
         return noMIDI;
     }
 
-    std::optional<GrpcScriptingServer> scripting;
-    if (arguments.scripting) scripting.emplace(runtime, proTools.scripting(), arguments.scriptingPort);
+    PosixStreamRelays relays;
+    std::optional<OfferedScripting> scripting;
+    if (arguments.scripting) scripting.emplace(runtime, relays, proTools.scripting(), arguments.scriptingPort);
     if (scripting && !scripting->port())
         std::fprintf(stderr, "lumbrine-simulator: port %d is taken: there is no scripting service\n",
                      arguments.scriptingPort);

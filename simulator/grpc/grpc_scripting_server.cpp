@@ -97,8 +97,7 @@ private:
 
 class GrpcScriptingServer::Running {
 public:
-    Running(Runtime& runtime, SimulatedScripting& served, std::uint16_t wantedPort)
-        : scripting(served), service(runtime, served) {
+    Running(Runtime& runtime, SimulatedScripting& served, std::uint16_t wantedPort) : service(runtime, served) {
         gpr_set_log_function([](gpr_log_func_args*) {});
         grpc::ServerBuilder builder;
         int port = 0;
@@ -107,11 +106,9 @@ public:
         builder.RegisterService(&service);
         server = builder.BuildAndStart();
         if (server != nullptr && port > 0) boundPort = static_cast<std::uint16_t>(port);
-        if (boundPort) scripting.offeredOn(boundPort);
     }
 
     ~Running() {
-        if (boundPort) scripting.offeredOn(std::nullopt);
         service.endAll();
         if (server != nullptr) server->Shutdown(gpr_time_0(GPR_CLOCK_REALTIME));
     }
@@ -122,7 +119,6 @@ public:
     std::optional<std::uint16_t> port() const { return boundPort; }
 
 private:
-    SimulatedScripting& scripting;
     Service service;
     std::optional<std::uint16_t> boundPort;
     std::unique_ptr<grpc::Server> server; // goes before the service

@@ -5,6 +5,7 @@
 #include "tests/interop/waiting.h"
 
 #include <csignal>
+#include <fstream>
 #include <regex>
 
 namespace lumbrine::interop {
@@ -35,6 +36,24 @@ TEST(SimulatorScripting, IsServedWithTheOptionsOfTheCommandLine) {
     EXPECT_EQ(list[1]["track_attributes"]["is_hidden"], 3);
     EXPECT_EQ(client.set(OfficialClient::setMute, "ドラム 2", true).error(), 0);
     simulator.signal(SIGTERM);
+    EXPECT_EQ(simulator.wait(patience), 0) << simulator.output();
+}
+
+TEST(SimulatorScripting, HasTheFaultsThatItsUserTypes) {
+    const PrivateJack jack;
+    const TemporaryFolder folder;
+    const std::string keyboard = folder.path / "keyboard";
+    ASSERT_EQ(runCommand({"mkfifo", keyboard}).status, 0);
+    ChildProcess simulator(
+        {"sh", "-c", "exec " + program + " --scripting-port 0 --faulty-wire --down-ms 200 < " + keyboard});
+    std::ofstream typed(keyboard);
+    OfficialClient client(portOf(simulator));
+    ASSERT_TRUE(client.registerOurselves()) << simulator.output();
+    typed << "script reset 1\ntracks\n" << std::flush;
+    ASSERT_TRUE(waitUntil([&] { return simulator.output().find("Kick In") != std::string::npos; }));
+    EXPECT_EQ(client.ask(OfficialClient::trackList).status.error_code(), grpc::StatusCode::INTERNAL);
+    EXPECT_EQ(client.ask(OfficialClient::trackList).error(), 0);
+    typed << "quit\n" << std::flush;
     EXPECT_EQ(simulator.wait(patience), 0) << simulator.output();
 }
 

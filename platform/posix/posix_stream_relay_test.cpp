@@ -1,0 +1,179 @@
+#include "platform/posix/posix_stream_relay.h"
+#include "platform/posix/stream_descriptor.h"
+
+#include <poll.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+namespace lumbrine {
+namespace {
+
+using namespace std::chrono_literals;
+using End = RelayedConnection::End;
+
+// Passes everything on, and ends as the byte says that is found in it.
+class Passage final : public RelayedConnection {
+public:
+    Passed fromClient(ByteView bytes) override { return {.toService = {bytes.begin(), bytes.end()}}; }
+
+    Passed fromService(ByteView bytes) override {
+        Passed passed{.toClient = {bytes.begin(), bytes.end()}};
+        if (std::ranges::count(bytes, 'F') > 0) passed.end = End::finish;
+        if (std::ranges::count(bytes, 'D') > 0) passed.end = End::die;
+        return passed;
+    }
+};
+
+bool readable(const StreamDescriptor& socket) {
+    pollfd waited{socket.number(), POLLIN, 0};
+    return ::poll(&waited, 1, 10'000) == 1;
+}
+
+// What comes until there is so much of it; less when the connection ends.
+Bytes hear(const StreamDescriptor& socket, std::size_t size) {
+    Bytes heard;
+    Bytes buffer(65'536);
+    while (heard.size() < size && readable(socket)) {
+        const int count = socket.receive(buffer);
+        if (count == StreamDescriptor::nothingYet) continue;
+        if (count <= 0) break;
+        heard.insert(heard.end(), buffer.begin(), buffer.begin() + count);
+    }
+    return heard;
+}
+
+// 0 for an orderly end, else a negative errno value.
+int end(const StreamDescriptor& socket) {
+    Bytes buffer(65'536);
+    while (readable(socket))
+        if (const int count = socket.receive(buffer); count <= 0 && count != StreamDescriptor::nothingYet) return count;
+    return 1;
+}
+
+void say(const StreamDescriptor& socket, const Bytes& bytes) {
+    for (std::size_t sent = 0; sent < bytes.size();) {
+        const int count = socket.send(ByteView(bytes).subspan(sent));
+        ASSERT_GE(count, 0);
+        sent += static_cast<std::size_t>(count);
+        if (count == 0) std::this_thread::sleep_for(1ms);
+    }
+}
+
+class PosixStreamRelayTest : public testing::Test {
+protected:
+    void start(RelaySetup setup = {}) {
+        setup.service = service.localPort();
+        setup.connected = [] { return std::make_unique<Passage>(); };
+        setup.died = [this] { ++deaths; };
+        relay = relays.start(setup);
+        ASSERT_TRUE(relay->port());
+    }
+
+    void connect() {
+        client = StreamDescriptor::connected(*relay->port());
+        ASSERT_TRUE(client.isOpen());
+        ASSERT_TRUE(readable(service));
+        far = service.accept();
+        ASSERT_TRUE(far.isOpen());
+    }
+
+    PosixStreamRelays relays;
+    StreamDescriptor service = StreamDescriptor::listening(0);
+    std::atomic<int> deaths = 0;
+    std::unique_ptr<StreamRelay> relay;
+    StreamDescriptor client;
+    StreamDescriptor far;
+};
+
+TEST_F(PosixStreamRelayTest, CarriesBytesBothWays) {
+    start();
+    connect();
+    say(client, {'a', 'b'});
+    EXPECT_EQ(hear(far, 2), (Bytes{'a', 'b'}));
+    say(far, {'c'});
+    EXPECT_EQ(hear(client, 1), Bytes{'c'});
+}
+
+TEST_F(PosixStreamRelayTest, CarriesMoreThanASlowReaderTakes) {
+    start();
+    connect();
+    Bytes much(8 * 1024 * 1024);
+    for (std::size_t i = 0; i < much.size(); ++i)
+        much[i] = static_cast<std::uint8_t>(i % 61);
+    std::jthread sender([&] { say(far, much); });
+    std::this_thread::sleep_for(50ms);
+    EXPECT_EQ(hear(client, much.size()), much);
+}
+
+TEST_F(PosixStreamRelayTest, CutsWhatClientsGetIntoPieces) {
+    start({.bytesAtOnce = 1});
+    connect();
+    const Bytes text(5000, 'x');
+    say(far, text);
+    EXPECT_EQ(hear(client, text.size()), text);
+}
+
+TEST_F(PosixStreamRelayTest, EndsWithEitherSide) {
+    start();
+    connect();
+    say(far, {'a'});
+    far = {};
+    EXPECT_EQ(hear(client, 1), Bytes{'a'});
+    EXPECT_EQ(end(client), 0);
+    connect();
+    client = {};
+    EXPECT_LE(end(far), 0);
+}
+
+TEST_F(PosixStreamRelayTest, FinishesAfterWhatWasSaid) {
+    start();
+    connect();
+    say(far, {'a', 'F'});
+    EXPECT_EQ(hear(client, 2), (Bytes{'a', 'F'}));
+    EXPECT_EQ(end(client), 0);
+}
+
+TEST_F(PosixStreamRelayTest, BreaksAllConnectionsWhenItDiesAndComesBackOnTheSamePort) {
+    start({.downTime = 300ms});
+    connect();
+    const StreamDescriptor first = std::move(client), firstFar = std::move(far);
+    connect();
+    say(far, {'D'});
+    EXPECT_EQ(end(client), -ECONNRESET);
+    EXPECT_EQ(end(first), -ECONNRESET);
+    EXPECT_EQ(deaths, 1);
+    EXPECT_FALSE(StreamDescriptor::connected(*relay->port()).isOpen());
+    while (!StreamDescriptor::connected(*relay->port()).isOpen())
+        std::this_thread::sleep_for(5ms);
+    service.accept();
+    connect();
+    say(far, {'a'});
+    EXPECT_EQ(hear(client, 1), Bytes{'a'});
+}
+
+TEST_F(PosixStreamRelayTest, LeavesATakenPortAlone) {
+    start();
+    const auto late = relays.start({.port = *relay->port()});
+    EXPECT_EQ(late->port(), std::nullopt);
+}
+
+TEST_F(PosixStreamRelayTest, ClosesAClientWhoseServiceIsNotThere) {
+    start();
+    service = {};
+    const StreamDescriptor lonely = StreamDescriptor::connected(*relay->port());
+    EXPECT_LE(end(lonely), 0);
+}
+
+TEST_F(PosixStreamRelayTest, BreaksItsConnectionsWhenItGoes) {
+    start();
+    connect();
+    relay.reset();
+    EXPECT_EQ(end(client), -ECONNRESET);
+    EXPECT_LE(end(far), 0);
+}
+
+} // namespace
+} // namespace lumbrine

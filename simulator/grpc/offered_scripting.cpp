@@ -1,0 +1,65 @@
+#include "simulator/grpc/offered_scripting.h"
+
+#include "simulator/wire/fault_filter.h"
+
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+class FaultyConnection final : public RelayedConnection {
+public:
+    explicit FaultyConnection(WireFaults& faults) : filter([&faults] { return faults.draw(); }) {}
+
+    Passed fromClient(ByteView bytes) override { return {.toService = filter.fromClient(bytes)}; }
+
+    Passed fromService(ByteView bytes) override {
+        wire::FaultFilter::Passed passed = filter.fromService(bytes);
+        return {std::move(passed.toClient), std::move(passed.toService), endOf(passed.end)};
+    }
+
+private:
+    static End endOf(wire::FaultFilter::End end) {
+        switch (end) {
+        case wire::FaultFilter::End::none:
+            return End::none;
+        case wire::FaultFilter::End::finish:
+            return End::finish;
+        case wire::FaultFilter::End::die:
+            return End::die;
+        }
+        return End::none;
+    }
+
+    wire::FaultFilter filter;
+};
+
+} // namespace
+
+OfferedScripting::OfferedScripting(Runtime& runtime, StreamRelays& relays, SimulatedScripting& served,
+                                   std::uint16_t wantedPort)
+    : scripting(served),
+      server(runtime, served, needFaultyWire(served.wireFaults().options) ? std::uint16_t{0} : wantedPort) {
+    WireFaults& faults = scripting.wireFaults();
+    if (needFaultyWire(faults.options) && server.port()) {
+        relay = relays.start({.port = wantedPort,
+                              .service = *server.port(),
+                              .downTime = faults.options.downTime,
+                              .bytesAtOnce = faults.options.bytesAtOnce,
+                              .connected = [&faults] { return std::make_unique<FaultyConnection>(faults); },
+                              .died = [&served] { served.restart(); }});
+        faults.use();
+    }
+    if (port()) scripting.offeredOn(port());
+}
+
+OfferedScripting::~OfferedScripting() {
+    if (port()) scripting.offeredOn(std::nullopt);
+}
+
+std::optional<std::uint16_t> OfferedScripting::port() const {
+    return relay ? relay->port() : server.port();
+}
+
+} // namespace lumbrine
