@@ -49,14 +49,14 @@ TEST_F(SessionConsoleTest, FollowsThePageAndTheSessionInSize) {
     EXPECT_EQ(list().first, 0);
     say({0x01, 0x16, 0xFF, 0xFF, 0x00, 0x00, 0x08}); // none
     EXPECT_EQ(list().cursor, 0);
-    EXPECT_EQ(sentFor(SpecialKey::down, ' ', SpecialKey::enter, 'm', 's', 'c'), Datagrams{});
-    EXPECT_EQ(sentFor('a', 't', 'f', '5', SpecialKey::enter), Datagrams{});
+    EXPECT_EQ(sentFor(SpecialKey::down, ' ', SpecialKey::enter, 'm', 's', 'c'), Sent{});
+    EXPECT_EQ(sentFor('a', 't', 'f', '5', SpecialKey::enter), Sent{});
     EXPECT_TRUE(list().marked.empty());
 }
 
 TEST_F(SessionConsoleTest, GoesToTheTrackUnderTheCursorAndToATypedOne) {
-    EXPECT_EQ(sentFor(SpecialKey::down, SpecialKey::enter), (Datagrams{{0x01, 0x0B, 0x00, 0x01}}));
-    EXPECT_EQ(sentFor('g', '2', '8', '0', SpecialKey::enter), (Datagrams{{0x01, 0x0B, 0x01, 0x17}}));
+    EXPECT_EQ(sentFor(SpecialKey::down, SpecialKey::enter), (Sent{{0x01, 0x0B, 0x00, 0x01}}));
+    EXPECT_EQ(sentFor('g', '2', '8', '0', SpecialKey::enter), (Sent{{0x01, 0x0B, 0x01, 0x17}}));
     EXPECT_EQ(list().cursor, 279);
     EXPECT_EQ(list().first, 276); // with some of what comes before
     sentFor('g', '2', SpecialKey::enter);
@@ -67,7 +67,7 @@ TEST_F(SessionConsoleTest, GoesToTheTrackUnderTheCursorAndToATypedOne) {
 
 TEST_F(SessionConsoleTest, MovesTheSurfaces) {
     EXPECT_EQ(sentFor('{', '[', '}', ']', 'R'),
-              (Datagrams{{0x01, 0x0A, 0}, {0x01, 0x0A, 1}, {0x01, 0x0A, 2}, {0x01, 0x0A, 3}, {0x01, 0x0C}}));
+              (Sent{{0x01, 0x0A, 0}, {0x01, 0x0A, 1}, {0x01, 0x0A, 2}, {0x01, 0x0A, 3}, {0x01, 0x0C}}));
 }
 
 TEST_F(SessionConsoleTest, MarksTracksOneAfterAnother) {
@@ -88,45 +88,45 @@ TEST_F(SessionConsoleTest, ForgetsMarksBehindTheEndOfTheSession) {
 TEST_F(SessionConsoleTest, SetsTheFadersOfTheMarkedTracks) {
     sentFor(' ', ' ');
     EXPECT_EQ(sentFor('f', '5', '0', '.', '5', SpecialKey::enter), // 8273 of 16383
-              (Datagrams{{0x01, 0x23, 2, 0, 0, 0x20, 0x51, 0, 1, 0x20, 0x51}}));
-    EXPECT_EQ(sentFor('f', '1', '0', '1', SpecialKey::enter), Datagrams{});
-    EXPECT_EQ(sentFor('f', '-', '1', SpecialKey::enter), Datagrams{});
-    EXPECT_EQ(sentFor('f', SpecialKey::enter), Datagrams{});
+              (Sent{{0x01, 0x23, 2, 0, 0, 0x20, 0x51, 0, 1, 0x20, 0x51}}));
+    EXPECT_EQ(sentFor('f', '1', '0', '1', SpecialKey::enter), Sent{});
+    EXPECT_EQ(sentFor('f', '-', '1', SpecialKey::enter), Sent{});
+    EXPECT_EQ(sentFor('f', SpecialKey::enter), Sent{});
 }
 
 TEST_F(SessionConsoleTest, SetsTheAutomationModeOfTheMarkedTracks) {
     sentFor(' ', SpecialKey::end, ' ');
-    EXPECT_EQ(sentFor('a', 't'), (Datagrams{{0x01, 0x20, 5, 2, 0, 0, 0x01, 0x2B}}));
-    EXPECT_EQ(sentFor('a', 'x'), Datagrams{});
+    EXPECT_EQ(sentFor('a', 't'), (Sent{{0x01, 0x20, 5, 2, 0, 0, 0x01, 0x2B}}));
+    EXPECT_EQ(sentFor('a', 'x'), Sent{});
 }
 
 TEST_F(SessionConsoleTest, TakesTheTrackUnderTheCursorWhereNoneIsMarked) {
     sentFor(SpecialKey::down);
     EXPECT_EQ(sentFor('a', 'r', 'm', 's'),
-              (Datagrams{{0x01, 0x20, 2, 1, 0, 1}, {0x01, 0x21, 1, 1, 0, 1}, {0x01, 0x22, 1, 1, 0, 1}}));
+              (Sent{{0x01, 0x20, 2, 1, 0, 1}, {0x01, 0x21, 1, 1, 0, 1}, {0x01, 0x22, 1, 1, 0, 1}}));
 }
 
 TEST_F(SessionConsoleTest, MutesAndSolosUnlessAllAreAlready) {
     row(10, true, false);
     row(11, true, true);
     sentFor('g', '1', '1', SpecialKey::enter, ' ', ' ');
-    EXPECT_EQ(sentFor('m', 's'), (Datagrams{{0x01, 0x21, 0, 2, 0, 10, 0, 11}, {0x01, 0x22, 1, 2, 0, 10, 0, 11}}));
+    EXPECT_EQ(sentFor('m', 's'), (Sent{{0x01, 0x21, 0, 2, 0, 10, 0, 11}, {0x01, 0x22, 1, 2, 0, 10, 0, 11}}));
     row(10, false, true);
-    EXPECT_EQ(sentFor('m', 's'), (Datagrams{{0x01, 0x21, 1, 2, 0, 10, 0, 11}, {0x01, 0x22, 0, 2, 0, 10, 0, 11}}));
+    EXPECT_EQ(sentFor('m', 's'), (Sent{{0x01, 0x21, 1, 2, 0, 10, 0, 11}, {0x01, 0x22, 0, 2, 0, 10, 0, 11}}));
 }
 
 TEST_F(SessionConsoleTest, TakesNoTrackForMutedThatASoloElsewhereSilences) {
     say({0x01, 0x12, 0x07, 0x00, 0x00}); // the strips have settled
     say({0x01, 0x13, 0x02, 0x00, 0x00}); // the mute of the first one blinks
-    EXPECT_EQ(sentFor('m'), (Datagrams{{0x01, 0x21, 1, 1, 0, 0}}));
+    EXPECT_EQ(sentFor('m'), (Sent{{0x01, 0x21, 1, 1, 0, 0}}));
     say({0x01, 0x13, 0x01, 0x00, 0x00});
-    EXPECT_EQ(sentFor('m'), (Datagrams{{0x01, 0x21, 0, 1, 0, 0}}));
+    EXPECT_EQ(sentFor('m'), (Sent{{0x01, 0x21, 0, 1, 0, 0}}));
 }
 
 TEST_F(SessionConsoleTest, SendsManyMembersInSeveralCommands) {
     for (int i = 0; i < 300; ++i)
         sentFor(' ');
-    const Datagrams sent = sentFor('a', 't');
+    const Sent sent = sentFor('a', 't');
     ASSERT_EQ(sent.size(), 2u);
     EXPECT_EQ(sent[0].size(), 4u + 2 * 255);
     EXPECT_EQ(sent[1].size(), 4u + 2 * 45);
@@ -135,20 +135,20 @@ TEST_F(SessionConsoleTest, SendsManyMembersInSeveralCommands) {
 
 TEST_F(SessionConsoleTest, AsksForModesAndPansOfThePage) {
     sentFor(SpecialKey::pageDown);
-    EXPECT_EQ(sentFor('c'), (Datagrams{{0x01, 0x24, 0, 1, 10}}));
+    EXPECT_EQ(sentFor('c'), (Sent{{0x01, 0x24, 0, 1, 10}}));
     console.look(1000);
-    EXPECT_EQ(sentFor('c'), (Datagrams{{0x01, 0x24, 0, 0, 255}}));
+    EXPECT_EQ(sentFor('c'), (Sent{{0x01, 0x24, 0, 0, 255}}));
     say({0x01, 0x16, 0x00, 0x00, 0x00, 0x05, 0x08});
-    EXPECT_EQ(sentFor('c'), (Datagrams{{0x01, 0x24, 0, 0, 5}}));
+    EXPECT_EQ(sentFor('c'), (Sent{{0x01, 0x24, 0, 0, 5}}));
 }
 
 TEST_F(SessionConsoleTest, OnlyLooksAboutWhileAnotherIsInControl) {
     say(busyAnswer);
     receiver.taken();
-    EXPECT_EQ(sentFor(SpecialKey::down, ' ', SpecialKey::enter, 'm', 's', 'c', '[', 'R'), Datagrams{});
-    EXPECT_EQ(sentFor('a', 't', 'f', '1', SpecialKey::enter, 'g', '3', SpecialKey::enter), Datagrams{});
+    EXPECT_EQ(sentFor(SpecialKey::down, ' ', SpecialKey::enter, 'm', 's', 'c', '[', 'R'), Sent{});
+    EXPECT_EQ(sentFor('a', 't', 'f', '1', SpecialKey::enter, 'g', '3', SpecialKey::enter), Sent{});
     EXPECT_THAT(list().marked, ::testing::ElementsAre(1));
-    EXPECT_EQ(sentFor('T'), (Datagrams{{0x01, 0x25}, {0x01, 0x00}}));
+    EXPECT_EQ(sentFor('T'), (Sent{{0x01, 0x25}, {0x01, 0x00}}));
 }
 
 } // namespace

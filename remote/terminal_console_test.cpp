@@ -44,29 +44,29 @@ TEST_F(TerminalConsoleTest, ReachesTheOtherSurfaceWhenThereIsOne) {
 TEST_F(TerminalConsoleTest, PressesTheSwitchesOfTheStripUnderTheCursor) {
     sentFor('3');
     EXPECT_EQ(sentFor('m', 's', 'r', 'i', SpecialKey::enter),
-              (Datagrams{{0x01, 0x04, 2}, {0x01, 0x05, 2}, {0x01, 0x06, 2}, {0x01, 0x0E, 2}, {0x01, 0x0D, 2}}));
+              (Sent{{0x01, 0x04, 2}, {0x01, 0x05, 2}, {0x01, 0x06, 2}, {0x01, 0x0E, 2}, {0x01, 0x0D, 2}}));
 }
 
 TEST_F(TerminalConsoleTest, TurnsPans) {
     EXPECT_EQ(sentFor(',', '.', 'c', 'p'),
-              (Datagrams{{0x01, 0x07, 0, 0xFF}, {0x01, 0x07, 0, 0x01}, {0x01, 0x09, 0, 6}, {0x01, 0x08}}));
+              (Sent{{0x01, 0x07, 0, 0xFF}, {0x01, 0x07, 0, 0x01}, {0x01, 0x09, 0, 6}, {0x01, 0x08}}));
 }
 
 TEST_F(TerminalConsoleTest, MovesThroughTheSession) {
     EXPECT_EQ(sentFor('{', '[', '}', ']', 'R'),
-              (Datagrams{{0x01, 0x0A, 0}, {0x01, 0x0A, 1}, {0x01, 0x0A, 2}, {0x01, 0x0A, 3}, {0x01, 0x0C}}));
+              (Sent{{0x01, 0x0A, 0}, {0x01, 0x0A, 1}, {0x01, 0x0A, 2}, {0x01, 0x0A, 3}, {0x01, 0x0C}}));
 }
 
 TEST_F(TerminalConsoleTest, TouchesAFaderOnceMovesItAndReleasesItAMomentAfterTheLastKey) {
     say(halfway);
-    EXPECT_EQ(sentFor(SpecialKey::up), (Datagrams{{0x01, 0x02, 0}, {0x01, 0x01, 0, 0x21, 0x47}})); // 8519
+    EXPECT_EQ(sentFor(SpecialKey::up), (Sent{{0x01, 0x02, 0}, {0x01, 0x01, 0, 0x21, 0x47}})); // 8519
     EXPECT_TRUE(console.view().held[0]);
     runtime.runFor(599ms);
-    EXPECT_EQ(sentFor('-'), (Datagrams{{0x01, 0x01, 0, 0x21, 0x26}})); // 8486
+    EXPECT_EQ(sentFor('-'), (Sent{{0x01, 0x01, 0, 0x21, 0x26}})); // 8486
     runtime.runFor(599ms);
-    EXPECT_EQ(receiver.taken(), Datagrams{});
+    EXPECT_EQ(receiver.taken(), Sent{});
     runtime.runFor(1ms);
-    EXPECT_EQ(receiver.taken(), (Datagrams{{0x01, 0x03, 0}}));
+    EXPECT_EQ(receiver.taken(), (Sent{{0x01, 0x03, 0}}));
     EXPECT_FALSE(console.view().held[0]);
 }
 
@@ -93,40 +93,40 @@ TEST_F(TerminalConsoleTest, StopsFadersAtTheirEnds) {
 
 TEST_F(TerminalConsoleTest, GoesToATypedTrack) {
     EXPECT_EQ(sentFor('g', '1', 'x', '8', '9', SpecialKey::backspace, SpecialKey::enter),
-              (Datagrams{{0x01, 0x0B, 0x00, 0x11}}));
+              (Sent{{0x01, 0x0B, 0x00, 0x11}}));
     EXPECT_EQ(console.view().prompt, Prompt::none);
-    EXPECT_EQ(sentFor('g', SpecialKey::enter), Datagrams{});
-    EXPECT_EQ(sentFor('g', '0', SpecialKey::enter), Datagrams{});
-    EXPECT_EQ(sentFor('g', '9', '9', '9', '9', '9', SpecialKey::enter), Datagrams{});
+    EXPECT_EQ(sentFor('g', SpecialKey::enter), Sent{});
+    EXPECT_EQ(sentFor('g', '0', SpecialKey::enter), Sent{});
+    EXPECT_EQ(sentFor('g', '9', '9', '9', '9', '9', SpecialKey::enter), Sent{});
 }
 
 TEST_F(TerminalConsoleTest, LeavesAPromptWithEscape) {
-    EXPECT_EQ(sentFor('g', '1', SpecialKey::escape, 'g'), Datagrams{});
+    EXPECT_EQ(sentFor('g', '1', SpecialKey::escape, 'g'), Sent{});
     EXPECT_EQ(console.view().typed, "");
 }
 
 TEST_F(TerminalConsoleTest, SetsTheAutomationModeThatIsAskedFor) {
     EXPECT_EQ(sentFor('a', 't', 'a', 'i', 'a', 'o'),
-              (Datagrams{{0x01, 0x0F, 0, 5}, {0x01, 0x0F, 0, 0}, {0x01, 0x0F, 0, 3}}));
-    EXPECT_EQ(sentFor('a', 'x', 'a', SpecialKey::escape), Datagrams{});
+              (Sent{{0x01, 0x0F, 0, 5}, {0x01, 0x0F, 0, 0}, {0x01, 0x0F, 0, 3}}));
+    EXPECT_EQ(sentFor('a', 'x', 'a', SpecialKey::escape), Sent{});
     EXPECT_EQ(console.view().prompt, Prompt::none);
 }
 
 TEST_F(TerminalConsoleTest, TurnsAPanToATypedPosition) {
     sentFor('3');
-    EXPECT_EQ(sentFor('P', '-', '5', SpecialKey::enter), (Datagrams{{0x01, 0x09, 2, 1}}));
-    EXPECT_EQ(sentFor('P', '0', SpecialKey::enter), (Datagrams{{0x01, 0x09, 2, 6}}));
-    EXPECT_EQ(sentFor('P', '5', SpecialKey::enter), (Datagrams{{0x01, 0x09, 2, 11}}));
-    EXPECT_EQ(sentFor('P', '6', SpecialKey::enter), Datagrams{});
-    EXPECT_EQ(sentFor('P', '-', SpecialKey::enter), Datagrams{});
-    EXPECT_EQ(sentFor('P', '1', SpecialKey::escape), Datagrams{});
+    EXPECT_EQ(sentFor('P', '-', '5', SpecialKey::enter), (Sent{{0x01, 0x09, 2, 1}}));
+    EXPECT_EQ(sentFor('P', '0', SpecialKey::enter), (Sent{{0x01, 0x09, 2, 6}}));
+    EXPECT_EQ(sentFor('P', '5', SpecialKey::enter), (Sent{{0x01, 0x09, 2, 11}}));
+    EXPECT_EQ(sentFor('P', '6', SpecialKey::enter), Sent{});
+    EXPECT_EQ(sentFor('P', '-', SpecialKey::enter), Sent{});
+    EXPECT_EQ(sentFor('P', '1', SpecialKey::escape), Sent{});
     EXPECT_EQ(console.view().prompt, Prompt::none);
 }
 
 TEST_F(TerminalConsoleTest, AnswersNoPromptOnceControlIsGone) {
     sentFor('P', '1');
     say(busyAnswer);
-    EXPECT_EQ(sentFor(SpecialKey::enter), Datagrams{});
+    EXPECT_EQ(sentFor(SpecialKey::enter), Sent{});
     EXPECT_EQ(console.view().prompt, Prompt::none);
 }
 
@@ -146,7 +146,7 @@ TEST_F(TerminalConsoleTest, TakesTheCursorToTheOtherPage) {
 
 TEST_F(TerminalConsoleTest, TurnsPagesWithoutControl) {
     say(busyAnswer);
-    EXPECT_EQ(sentFor('v'), Datagrams{});
+    EXPECT_EQ(sentFor('v'), Sent{});
     EXPECT_EQ(console.view().page, Page::session);
 }
 
@@ -162,14 +162,14 @@ TEST_F(TerminalConsoleTest, RemembersALostPositionForASecond) {
 }
 
 TEST_F(TerminalConsoleTest, ShowsTheHelpUntilAnyKey) {
-    EXPECT_EQ(sentFor('?', 'm'), Datagrams{});
+    EXPECT_EQ(sentFor('?', 'm'), Sent{});
     EXPECT_FALSE(console.view().help);
 }
 
 TEST_F(TerminalConsoleTest, SendsNothingButATakeOverWhileAnotherIsInControl) {
     say(busyAnswer);
-    EXPECT_EQ(sentFor('m', SpecialKey::enter, SpecialKey::up, '[', 'g', '1', 'a', 't'), Datagrams{});
-    EXPECT_EQ(sentFor('T'), (Datagrams{{0x01, 0x25}, {0x01, 0x00}}));
+    EXPECT_EQ(sentFor('m', SpecialKey::enter, SpecialKey::up, '[', 'g', '1', 'a', 't'), Sent{});
+    EXPECT_EQ(sentFor('T'), (Sent{{0x01, 0x25}, {0x01, 0x00}}));
 }
 
 TEST_F(TerminalConsoleTest, ReleasesNothingOnceControlIsGone) {
@@ -177,11 +177,11 @@ TEST_F(TerminalConsoleTest, ReleasesNothingOnceControlIsGone) {
     say(busyAnswer);
     EXPECT_FALSE(console.view().held[0]);
     runtime.runFor(600ms);
-    EXPECT_EQ(receiver.taken(), Datagrams{});
+    EXPECT_EQ(receiver.taken(), Sent{});
 }
 
 TEST_F(TerminalConsoleTest, AsksForEverythingOnCtrlL) {
-    EXPECT_EQ(sentFor(SpecialKey::redraw), (Datagrams{{0x01, 0x00}}));
+    EXPECT_EQ(sentFor(SpecialKey::redraw), (Sent{{0x01, 0x00}}));
 }
 
 TEST_F(TerminalConsoleTest, QuitsByKeyAndByInterruptEvenFromAPrompt) {
@@ -256,7 +256,7 @@ TEST_F(TerminalAppTest, BlinksBetweenTwoPages) {
 TEST_F(TerminalAppTest, TakesEveryKeyThatWaits) {
     terminal.keys = {key('m'), key('s'), key('q')};
     runtime.runFor(34ms);
-    EXPECT_EQ(receiver.taken(), (Datagrams{{0x01, 0x04, 0}, {0x01, 0x05, 0}}));
+    EXPECT_EQ(receiver.taken(), (Sent{{0x01, 0x04, 0}, {0x01, 0x05, 0}}));
     EXPECT_EQ(quits, 1);
 }
 

@@ -13,7 +13,7 @@
 
 namespace lumbrine::remote {
 
-using Datagrams = std::vector<Bytes>;
+using Sent = std::vector<Bytes>;
 
 inline Key key(char character) {
     return {SpecialKey::none, character};
@@ -38,7 +38,7 @@ protected:
     }
 
     template <typename... Keys>
-    Datagrams sentFor(Keys... keys) {
+    Sent sentFor(Keys... keys) {
         (console.press(key(keys)), ...);
         runtime.runUntilIdle();
         return receiver.taken();
