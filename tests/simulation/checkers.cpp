@@ -213,6 +213,7 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
     add(checkAutomation(wires, evidence.jobs, requests, acceptance));
     add(checkBeginnings(evidence, requests));
     add(checkLengths(evidence.jobs, requests));
+    add(checkPositions(scenario, evidence));
     add(checkPlaces(scenario, evidence, requests, wires, walked));
     add(checkPresence(evidence, acceptance));
     add(evidence.untimelySends);

@@ -11,7 +11,8 @@ std::string nameOf(Job job) {
 
 JobWatch::JobWatch(Runtime& rt, const ReceiverState& receiverState, const SimulatedProTools& host)
     : runtime(rt), state(receiverState), proTools(host), lastLook(rt.now()),
-      timer(rt.repeatOnMain(seconds(0.05), [this] { sample(); })) {}
+      timer(rt.repeatOnMain(seconds(0.05), [this] { sample(); })),
+      positionTimer(rt.repeatOnMain(seconds(0.4), [this] { samplePosition(); })) {}
 
 void JobWatch::look() {
     const TimePoint now = runtime.now();
@@ -67,6 +68,13 @@ void JobWatch::sample() {
     if (state.bank.groupApplying) seen.hostOffsets.emplace_back(runtime.now(), proTools.snapshot().offset);
 }
 
+void JobWatch::samplePosition() {
+    const int known = state.published.bankOffset;
+    if (known < 0 || !state.quiet()) return;
+    const HostView host = viewOf(proTools);
+    if (host.names == state.published.trackMap) seen.positions.push_back({runtime.now(), known, host.offset});
+}
+
 void JobWatch::note(const std::string& line) {
     look();
     seen.lines.emplace_back(runtime.now(), line);
@@ -75,6 +83,7 @@ void JobWatch::note(const std::string& line) {
 JobRecord JobWatch::takeRecord() {
     look();
     timer.reset();
+    positionTimer.reset();
     seen.ended = runtime.now();
     for (auto& run : underWay)
         if (run) seen.runs.push_back(*std::exchange(run, std::nullopt));

@@ -57,10 +57,18 @@ struct PresenceSample {
     int width = 8;
 };
 
+// The bank offset while nobody moved the banks and the receiver had the true map.
+struct PositionSample {
+    TimePoint at;
+    int known; // 0 or more
+    int host;
+};
+
 struct JobRecord {
     std::vector<JobRun> runs;                             // in the order of their ends
     std::vector<Stretch> transport;                       // running, as the receiver knew it
     std::vector<PresenceSample> presence;                 // every 50 ms
+    std::vector<PositionSample> positions;                // every 0.4 s where there is one
     std::vector<std::pair<TimePoint, int>> hostOffsets;   // every 50 ms during walks
     std::vector<std::pair<TimePoint, std::string>> lines; // of the log
     std::vector<std::string> violations;                  // two jobs at once
@@ -85,6 +93,7 @@ public:
 
 private:
     void sample();
+    void samplePosition();
     void follow(Job job, bool running);
 
     Runtime& runtime;
@@ -97,6 +106,7 @@ private:
     int lastOffset = -1;
     bool lastTransport = false;
     std::unique_ptr<RepeatingTimer> timer;
+    std::unique_ptr<RepeatingTimer> positionTimer;
 };
 
 } // namespace lumbrine::simulation

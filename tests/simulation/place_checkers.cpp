@@ -46,12 +46,11 @@ private:
         if (action.number == 24) modeTexts.push_back({action.at, action.at + seconds(2)});
     }
 
-    // Presses count, and bank buttons lead where they are expected to, at least on the way back.
+    // Presses count, and bank buttons lead where they are expected to, at least those that go back.
     bool hostIsPlain() const {
         const SimulatorOptions& host = scenario.host;
         return scenario.hostIsReadable() && scenario.hostIsQuick() && host.dropOnePressIn == 0 &&
-               host.restlessUserEvery == Duration::zero() && (host.bankLeftAligns || host.bankRightAligns) &&
-               host.modeShown <= seconds(1);
+               host.restlessUserEvery == Duration::zero() && host.bankLeftAligns && host.modeShown <= seconds(1);
     }
 
     bool nobodyInterfered(const JobRun& run) const {
@@ -78,6 +77,9 @@ private:
 
     void checkReturn(const JobRun& walk) {
         if (!walk.origin || *walk.origin < 0) return;
+        // Modes that stay in displays use up attempts, and so do bank buttons that lead elsewhere.
+        const bool modesStay = scenario.host.modeShown > Duration::zero() && !scenario.host.bankRightAligns;
+        if (modesStay && kindOf(walk, evidence.jobs) == WalkRequest::Kind::modes) return;
         const int expected = std::min(*walk.origin, lastFullOffset(walk));
         if (walk.hostAfter.offset != expected)
             violations.push_back("the walk that began at " + timeText(walk.first) + " left the surfaces at " +
@@ -123,6 +125,25 @@ private:
 };
 
 } // namespace
+
+Violations checkPositions(const Scenario& scenario, const Evidence& evidence) {
+    Violations violations;
+    if (!scenario.hostIsReadable()) return violations;
+    const std::vector<PositionSample>& positions = evidence.jobs.positions;
+    for (std::size_t i = 1; i < positions.size(); ++i) {
+        const PositionSample& before = positions[i - 1];
+        const PositionSample& now = positions[i];
+        const bool hasBeenShown =
+            before.host == now.host && now.at - before.at < seconds(0.5) &&
+            std::ranges::none_of(
+                evidence.disturbances,
+                [&](const Stretch& disturbed) { return disturbed.first <= now.at && disturbed.last >= before.at; });
+        if (hasBeenShown && now.known != now.host)
+            violations.push_back("taken to be at " + std::to_string(now.known) + " instead of " +
+                                 std::to_string(now.host) + " at " + timeText(now.at));
+    }
+    return violations;
+}
 
 Violations checkPlaces(const Scenario& scenario, const Evidence& evidence, const Requests& requests,
                        const SurfaceActions& wires, const std::vector<WalkedFader>& walked) {
