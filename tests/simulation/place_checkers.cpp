@@ -62,7 +62,7 @@ private:
         return run.after != TimePoint::max() && std::ranges::none_of(evidence.disturbances, overlaps) &&
                std::ranges::none_of(requests.bankMoves, meanwhile, &BankMoveRequest::at) &&
                (run.job != Job::seek || std::ranges::none_of(modeTexts, [&run](const Stretch& shown) {
-                    return shown.first <= run.after && shown.last >= run.before;
+                    return shown.first <= run.last && shown.last >= run.before;
                 }));
     }
 

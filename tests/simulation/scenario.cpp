@@ -90,15 +90,31 @@ Troubles chooseTroubles(SeededRandom& chance) {
             .transport = chance.oneIn(2)};
 }
 
+// A host that does what it is asked to and nothing else, where it can be told exactly how everything has to end.
+void soothe(SeededRandom& chance, Scenario& scenario) {
+    scenario.namesDiffer = true;
+    scenario.troubles = {.transport = chance.oneIn(3)};
+    scenario.habits[static_cast<std::size_t>(Act::moveBank)] = 0;
+    SimulatorOptions& host = scenario.host;
+    host.latency = std::min(host.latency, seconds(0.2));
+    host.modeShown = std::min(host.modeShown, seconds(1));
+    host.displaysPerSysEx = 1;
+    host.runningStatus = false;
+    host.bankLeftAligns = true;
+    host.dropOnePressIn = 0;
+    host.restlessUserEvery = Duration::zero();
+}
+
 } // namespace
 
 Scenario scenarioOf(std::uint64_t seed) {
     SeededRandom chance(seed);
     Scenario scenario;
     scenario.seed = seed;
-    scenario.patience = chance.oneIn(10) ? 1 : pick(chance, std::array<std::uint64_t, 2>{8, 32});
+    scenario.patience = chance.oneIn(16) ? 1 : pick(chance, std::array<std::uint64_t, 2>{16, 64});
     scenario.phones = 1 + static_cast<int>(chance.below(3));
     scenario.tracks = trackCount(chance);
+    scenario.namesDiffer = chance.oneIn(2);
     scenario.host = hostOptions(chance, seed);
     if (!chance.oneIn(4))
         scenario.network = {.loss = pick(chance, std::array{0.0, 0.02, 0.2}),
@@ -109,6 +125,7 @@ Scenario scenarioOf(std::uint64_t seed) {
     scenario.forger = chance.oneIn(3);
     scenario.habits = chooseHabits(chance);
     scenario.troubles = chooseTroubles(chance);
+    if (chance.oneIn(3)) soothe(chance, scenario);
     // Long enough for the first scan to end, and then some.
     const int banks = scenario.tracks / scenario.strips();
     scenario.trouble = seconds(18) + seconds(1) * std::min(banks, 30);
@@ -123,7 +140,8 @@ std::string Scenario::text() const {
            " tracks, " + std::to_string(host.surfaces) + " surfaces, host latency " +
            std::to_string(inSeconds(host.latency)) + " s, loss " + std::to_string(network.loss) + ", doubled " +
            std::to_string(network.duplication) + ", jitter " + std::to_string(inSeconds(network.jitter)) + " s" +
-           inWords(forger, "a forger") + inWords(host.endOfSession == EndOfSession::blank, "blank end") +
+           inWords(namesDiffer, "names that differ") + inWords(forger, "a forger") +
+           inWords(host.endOfSession == EndOfSession::blank, "blank end") +
            inWords(!host.bankLeftAligns, "bank left does not align") +
            inWords(host.bankRightAligns, "bank right aligns") + inWords(host.dropOnePressIn > 0, "presses get lost") +
            inWords(!hostIsReadable(), "an unreadable host") +

@@ -47,6 +47,7 @@ struct Scenario {
     std::uint64_t patience = 1; // of the threads, see VirtualRuntime::Options
     int phones = 1;             // 1-3
     int tracks = 16;
+    bool namesDiffer = false; // in every display; else they are as in real sessions
     SimulatorOptions host;
     VirtualNetwork::Faults network;
     bool metersArrive = false;          // at the phones; they are most of the traffic

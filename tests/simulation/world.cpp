@@ -10,13 +10,29 @@ namespace {
 // A scan whose displays never rest, which keeps the model until it ends.
 constexpr Duration longestJob = seconds(600);
 
+// Four letters that every rule for short names leaves alone.
+std::string fourLetters(std::size_t number) {
+    constexpr std::string_view letters = "BCDFGHJKLMNPQRSTVWXZ";
+    std::string name;
+    for (int place = 0; place < 4; ++place, number /= letters.size())
+        name.insert(name.begin(), letters[number % letters.size()]);
+    return name;
+}
+
+SimulatedSession sessionOf(const Scenario& scenario) {
+    SimulatedSession session = defaultSession(scenario.tracks, scenario.seed);
+    std::size_t number = 0;
+    if (scenario.namesDiffer)
+        session.changeAll([&number](SimulatedTrack& track) { track.name = fourLetters(number++); });
+    return session;
+}
+
 } // namespace
 
 World::World(const Scenario& decided)
     : scenario(decided), runtime({.seed = decided.seed, .patience = decided.patience}),
       sockets(runtime, network.host(receiverAddress), decided.metersArrive),
-      proTools(std::make_unique<SimulatedProTools>(runtime, midi, decided.host,
-                                                   defaultSession(decided.tracks, decided.seed))),
+      proTools(std::make_unique<SimulatedProTools>(runtime, midi, decided.host, sessionOf(decided))),
       model(ReceiverModel::create({runtime, midi, sockets, advertiser, computer, streams, json}, Bilingual(false),
                                   [this](const std::string& line) {
                                       if (runtime.onMain() && watch) watch->note(line);
