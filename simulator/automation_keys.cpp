@@ -90,6 +90,10 @@ void AutomationKeys::apply(int modePort, Strip strip, bool everyTrack) {
     }
 }
 
+void AutomationKeys::releaseModes() {
+    heldModes.clear();
+}
+
 void AutomationKeys::releaseAll(int surface) {
     std::erase_if(heldStrips, [surface](const Strip& strip) { return strip.surface == surface; });
     std::erase_if(heldModes, [surface](const auto& key) { return key.first == surface; });

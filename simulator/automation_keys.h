@@ -33,6 +33,7 @@ public:
     bool isHeld(Strip strip) const { return heldStrips.contains(strip); }
 
     void releaseAll(int surface);
+    void releaseModes(); // on all surfaces
 
 private:
     void apply(int modePort, Strip strip, bool everyTrack);

@@ -59,6 +59,9 @@ public:
 
     void seeEveryPress() { losesPresses = false; } // from now on, whatever the options say
 
+    // Mode buttons that were let go unheard. While one counts as down, every AUTO switch that is pressed sets its mode.
+    void letGoOfModeButtons() { automation.releaseModes(); }
+
     // ---- Looking.
 
     int offset() const { return bankOffset; }

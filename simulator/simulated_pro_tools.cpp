@@ -97,6 +97,7 @@ void SimulatedProTools::rest() {
     change([&](TimePoint now) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS {
         user.rest();
         host.seeEveryPress();
+        host.letGoOfModeButtons();
         silentUntil.fill(distantPast);
         stuckUntil = distantPast;
         grabsPortsAt = std::min(grabsPortsAt, now);

@@ -86,8 +86,8 @@ public:
     void releasePorts();                          // surfaces are deaf and mute until the ports are grabbed again
     void grabPorts();
 
-    // No more trouble: the restless user rests, no press is lost any more, the scripting service serves, and what
-    // silence, stick and releasePorts began is over.
+    // No more trouble: the restless user rests, no press is lost any more, no mode button is down, the scripting
+    // service serves, and what silence, stick and releasePorts began is over.
     void rest();
 
     // ---- Scripting. Whoever serves it by a wire is gone before this is.

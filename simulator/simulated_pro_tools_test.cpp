@@ -338,6 +338,26 @@ TEST_F(SimulatedProToolsTest, IsWellBehavedOnceItRests) {
     EXPECT_EQ(host->snapshot().offset, offset);
 }
 
+TEST_F(SimulatedProToolsTest, HoldsAModeButtonWhoseEndItDidNotHearUntilItRests) {
+    start({});
+    runtime.runFor(seconds(1));
+    const auto automation = [&] { return host->session().tracks()[2].automation; };
+    const Bytes pressAuto{0xB0, 0x0F, 0x02, 0xB0, 0x2F, 0x44, 0xB0, 0x0F, 0x02, 0xB0, 0x2F, 0x04};
+    const auto setRead = [](SimulatedSession& session) {
+        session.changeAll([](SimulatedTrack& track) { track.automation = SimulatedTrack::Automation::read; });
+    };
+    surface.send({0xB0, 0x0F, 0x18, 0xB0, 0x2F, 0x41}); // latch
+    runtime.runFor(seconds(0.1));
+    surface.send(pressAuto);
+    runtime.runFor(seconds(0.1));
+    EXPECT_EQ(automation(), SimulatedTrack::Automation::latch);
+    host->rest();
+    host->edit(setRead);
+    surface.send(pressAuto);
+    runtime.runFor(seconds(0.1));
+    EXPECT_EQ(automation(), SimulatedTrack::Automation::read);
+}
+
 TEST_F(SimulatedProToolsTest, CanGoAwayAtAnyMoment) {
     for (int i = 0; i < 40; ++i) {
         start({});

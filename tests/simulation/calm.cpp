@@ -52,6 +52,7 @@ void Calm::recover() {
     const int tracks = static_cast<int>(viewOf(*world.proTools).names.size());
     const Duration limit = recoveryLimit({.tracks = tracks, .strips = world.scenario.strips()});
     const bool mapIsPossible = world.scenario.hostIsReadable() && world.scenario.hostIsQuick();
+    if (!mapIsPossible) world.runtime.runFor(seconds(5)); // for what was asked for last
     for (;;) {
         const std::string wrong = mapIsPossible ? wrongWithPeace() : wrongWithRest();
         if (wrong.empty()) {
