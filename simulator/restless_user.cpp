@@ -63,14 +63,17 @@ void RestlessUser::act() {
     case 6:
         session.change(anyTrack(), [](SimulatedTrack& track) { track.hidden = !track.hidden; });
         break;
-    case 7:
-        session.move(anyTrack(), chance.below(count + 1));
+    // One draw a statement: the order of arguments is the compiler's choice, and a seed must replay everywhere.
+    case 7: {
+        const std::size_t position = chance.below(count + 1);
+        session.move(anyTrack(), position);
         break;
-    case 8:
-        session.change(anyTrack(), [mode = chance.below(modes)](SimulatedTrack& track) {
-            track.automation = static_cast<SimulatedTrack::Automation>(mode);
-        });
+    }
+    case 8: {
+        const auto mode = static_cast<SimulatedTrack::Automation>(chance.below(modes));
+        session.change(anyTrack(), [mode](SimulatedTrack& track) { track.automation = mode; });
         break;
+    }
     case 9:
         useTransport();
         break;
