@@ -1,6 +1,6 @@
 // What the size of the session costs: finding the shown window in the track map, a bank move that changes 16 names, and
 // telling a client everything, which is held against sending the same datagrams and doing nothing else.
-#include "benchmarks/allocation_count.h"
+#include "base/testing/allocation_count.h"
 #include "benchmarks/session_receiver.h"
 #include "model/track_window.h"
 
@@ -33,7 +33,7 @@ Names namesAlike(std::size_t count) {
 // Runs `body` as often as the benchmark wants and tells how much it allocates each time.
 template <typename Body>
 void measure(benchmark::State& state, Body body) {
-    const std::uint64_t before = allocationCount();
+    const int before = allocationCount();
     for (auto _ : state)
         body();
     state.counters["allocations"] =

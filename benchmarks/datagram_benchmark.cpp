@@ -1,6 +1,6 @@
 // From a datagram in memory to three MIDI messages: owner check, decoding, HUI; against liblo's dispatch of like
 // messages.
-#include "benchmarks/allocation_count.h"
+#include "base/testing/allocation_count.h"
 #include "benchmarks/null_platform.h"
 #include "client_link/udp_server.h"
 #include "model/receiver_parts.h"
@@ -31,7 +31,7 @@ void datagramsOurs(benchmark::State& state) {
     const PeerAddress phone;
     server.handleDatagram(move, phone);
 
-    const std::uint64_t before = allocationCount();
+    const int before = allocationCount();
     messages = 0;
     for (auto _ : state) {
         server.handleDatagram(move, phone);

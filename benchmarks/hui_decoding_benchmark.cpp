@@ -1,5 +1,5 @@
 // Decoding what Pro Tools sends, in packets as they arrive, against ALSA's decoder of the same bytes.
-#include "benchmarks/allocation_count.h"
+#include "base/testing/allocation_count.h"
 #include "platform/virtual/still_runtime.h"
 #include "surface/hui_engine.h"
 
@@ -42,7 +42,7 @@ void huiDecodingOurs(benchmark::State& state) {
     engine->onVpot = [&](int, int value, bool, bool) { heard += value; };
     const std::vector<Bytes> packets = busyPackets();
 
-    const std::uint64_t before = allocationCount();
+    const int before = allocationCount();
     for (auto _ : state)
         for (const Bytes& packet : packets)
             engine->handleIncoming(packet);

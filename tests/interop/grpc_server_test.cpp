@@ -164,7 +164,7 @@ TEST_F(GrpcServer, KnowsNoSessionAfterARestart) {
     const std::string before = client.sessionID;
     proTools->scripting().restart();
     serve(port);
-    EXPECT_EQ(client.ask(OfficialClient::trackList).error(), 101);
+    EXPECT_EQ(client.askAfterRestart(OfficialClient::trackList).error(), 101);
     ASSERT_TRUE(client.registerOurselves());
     EXPECT_NE(client.sessionID, before);
     EXPECT_EQ(client.ask(OfficialClient::trackList).error(), 0);

@@ -49,6 +49,13 @@ public:
         return result;
     }
 
+    // Again for as long as a connection that has just ended takes the call with it.
+    Result askAfterRestart(int command) {
+        for (;;)
+            if (Result result = ask(command); result.status.error_code() != grpc::StatusCode::UNAVAILABLE)
+                return result;
+    }
+
     // By the method that answers with a stream; what its only message is.
     Result askForStream(int command, const std::string& body = "") {
         grpc::ClientContext context;
