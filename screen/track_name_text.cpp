@@ -1,0 +1,48 @@
+#include "screen/track_name_text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace lumbrine {
+
+namespace {
+
+// The tab, and Unicode's space separators.
+constexpr std::array<std::string_view, 18> blanks{
+    "\t",           " ",
+    "\xC2\xA0",     "\xE1\x9A\x80",
+    "\xE2\x80\x80", "\xE2\x80\x81",
+    "\xE2\x80\x82", "\xE2\x80\x83",
+    "\xE2\x80\x84", "\xE2\x80\x85",
+    "\xE2\x80\x86", "\xE2\x80\x87",
+    "\xE2\x80\x88", "\xE2\x80\x89",
+    "\xE2\x80\x8A", "\xE2\x80\xAF",
+    "\xE2\x81\x9F", "\xE3\x80\x80",
+};
+
+} // namespace
+
+std::size_t offsetOfCharacter(std::string_view text, std::size_t number) {
+    std::size_t started = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool continues = (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80;
+        if (!continues && started++ == number) return i;
+    }
+    return text.size();
+}
+
+std::string_view trimmedOfBlanks(std::string_view text) {
+    const auto* const begin = blanks.begin();
+    const auto* const end = blanks.end();
+    for (const auto* blank = begin; blank != end;) {
+        blank = std::find_if(begin, end, [&](std::string_view one) { return text.starts_with(one); });
+        if (blank != end) text.remove_prefix(blank->size());
+    }
+    for (const auto* blank = begin; blank != end;) {
+        blank = std::find_if(begin, end, [&](std::string_view one) { return text.ends_with(one); });
+        if (blank != end) text.remove_suffix(blank->size());
+    }
+    return text;
+}
+
+} // namespace lumbrine
