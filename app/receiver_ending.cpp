@@ -7,7 +7,7 @@ namespace {
 constexpr Duration lookInterval = seconds(0.002);
 
 // Jobs that are under way keep the model for the moment that they need to find their sleeps cut short.
-void stopWhenGone(RunLoop& loop, const std::weak_ptr<const void>& model) {
+void stopWhenGone(MainLoop& loop, const std::weak_ptr<const void>& model) {
     if (model.expired()) {
         loop.stop();
     } else {
@@ -17,7 +17,7 @@ void stopWhenGone(RunLoop& loop, const std::weak_ptr<const void>& model) {
 
 } // namespace
 
-void endReceiver(RunLoop& loop, RealRuntime& runtime, StreamSockets& streams, std::shared_ptr<ReceiverModel>& model) {
+void endReceiver(MainLoop& loop, RealRuntime& runtime, StreamSockets& streams, std::shared_ptr<ReceiverModel>& model) {
     if (!model) return;
     runtime.shutDown();
     streams.shutDown();

@@ -23,6 +23,7 @@ public:
     void post(Task task) override { jobs.push_back(std::move(task)); }
     void postAfter(Duration, Task) override {}
     std::unique_ptr<RepeatingTimer> repeat(Duration, std::function<void()>) override { return nullptr; }
+    void stop() override {}
 
 private:
     std::deque<Task> jobs;

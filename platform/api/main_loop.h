@@ -26,6 +26,9 @@ public:
 
     // As Runtime::repeatOnMain.
     virtual std::unique_ptr<RepeatingTimer> repeat(Duration interval, std::function<void()> tick) = 0;
+
+    // Has the loop return after the job that it is in; when it has yet to run, at once. Any thread.
+    virtual void stop() = 0;
 };
 
 } // namespace lumbrine

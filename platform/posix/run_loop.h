@@ -17,14 +17,11 @@ public:
     // Runs jobs on the calling thread until `stop`. Once.
     void run();
 
-    // Makes `run` return after the job that it is in, or at once when it has yet to be called. Any thread; not from a
-    // signal handler (see termination_signals.h).
-    void stop();
-
     bool onMain() const override;
     void post(Task task) override;
     void postAfter(Duration delay, Task task) override;
     std::unique_ptr<RepeatingTimer> repeat(Duration interval, std::function<void()> tick) override;
+    void stop() override; // not from a signal handler: see termination_signals.h
 
 private:
     std::atomic<std::thread::id> mainThread;

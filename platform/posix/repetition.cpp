@@ -1,0 +1,60 @@
+#include "platform/posix/repetition.h"
+
+#include "platform/posix/timed_jobs.h"
+
+#include <algorithm>
+#include <atomic>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+// Alive until both its timer and its next tick are gone.
+class Repetition : public std::enable_shared_from_this<Repetition> {
+public:
+    Repetition(std::function<void(TimePoint, Task)> postToLoop, Duration timerInterval, std::function<void()> timerTick)
+        : postAt(std::move(postToLoop)), interval(std::max(timerInterval, Duration{1})), tick(std::move(timerTick)),
+          due(TimedJobs::now()) {}
+
+    // At the first multiple of the interval that still lies ahead, so ticks that come late do not pile up.
+    void schedule() {
+        due += interval * ((TimedJobs::now() - due) / interval + 1);
+        postAt(due, [self = shared_from_this()] { self->run(); });
+    }
+
+    void end() { wanted = false; }
+
+private:
+    void run() {
+        if (!wanted) return;
+        schedule();
+        tick();
+    }
+
+    const std::function<void(TimePoint, Task)> postAt;
+    const Duration interval;
+    const std::function<void()> tick;
+    TimePoint due;
+    std::atomic<bool> wanted{true};
+};
+
+class LoopTimer final : public RepeatingTimer {
+public:
+    explicit LoopTimer(std::shared_ptr<Repetition> shared) : repetition(std::move(shared)) {}
+    ~LoopTimer() override { repetition->end(); }
+
+private:
+    const std::shared_ptr<Repetition> repetition;
+};
+
+} // namespace
+
+std::unique_ptr<RepeatingTimer> repeatWith(std::function<void(TimePoint, Task)> postAt, Duration interval,
+                                           std::function<void()> tick) {
+    auto repetition = std::make_shared<Repetition>(std::move(postAt), interval, std::move(tick));
+    repetition->schedule();
+    return std::make_unique<LoopTimer>(std::move(repetition));
+}
+
+} // namespace lumbrine
