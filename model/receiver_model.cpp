@@ -65,6 +65,11 @@ void ReceiverModel::reconnectToPT() {
     parts->reconnection.reconnectToPT();
 }
 
+void ReceiverModel::runDemo() {
+    assert(parts->jobs.runtime.onMain());
+    parts->testSweep.run();
+}
+
 const PublishedState& ReceiverModel::published() const {
     assert(parts->jobs.runtime.onMain());
     return parts->state.published;

@@ -45,6 +45,9 @@ public:
     // Has Pro Tools take hold of the MIDI ports anew. Main thread.
     void reconnectToPT();
 
+    // The test sweep: takes the fader of strip 0 up and down once. Main thread.
+    void runDemo();
+
     // Main thread. The reference stays valid as long as the model.
     const PublishedState& published() const;
 

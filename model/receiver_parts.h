@@ -8,6 +8,7 @@
 #include "model/receiver_platform.h"
 #include "model/reconnection.h"
 #include "model/surface_feedback.h"
+#include "model/test_sweep.h"
 
 namespace lumbrine {
 
@@ -46,6 +47,7 @@ struct ReceiverParts {
     GroupOperations groups;
     GroupMuteSolo groupSwitches;
     Reconnection reconnection;
+    TestSweep testSweep;
 
     SwitchTracker switches;
     SurfaceFeedback feedback;
