@@ -1,0 +1,32 @@
+#include "app/log_lines.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace lumbrine {
+
+MarkedLine markerOf(std::string_view line) {
+    // The sign with the selector of its coloured picture comes before the bare one.
+    constexpr std::array<std::pair<std::string_view, LogMarker>, 7> markers{{{"✓", LogMarker::success},
+                                                                             {"✗", LogMarker::failure},
+                                                                             {"⚠️", LogMarker::warning},
+                                                                             {"⚠", LogMarker::warning},
+                                                                             {"→", LogMarker::started},
+                                                                             {"←", LogMarker::received},
+                                                                             {"▶", LogMarker::longJob}}};
+    for (const auto& [symbol, marker] : markers)
+        if (line.starts_with(symbol)) return {marker, symbol.size()};
+    return {LogMarker::none, 0};
+}
+
+LogChange changeBetween(const std::vector<std::string>& onScreen, const std::vector<std::string>& log) {
+    for (std::size_t gone = 0; gone < onScreen.size(); ++gone) {
+        const std::size_t kept = onScreen.size() - gone;
+        const auto begin = onScreen.begin() + static_cast<std::ptrdiff_t>(gone);
+        if (kept <= log.size() && std::equal(begin, onScreen.end(), log.begin())) return {gone, kept};
+    }
+    return {onScreen.size(), 0};
+}
+
+} // namespace lumbrine

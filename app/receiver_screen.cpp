@@ -1,0 +1,196 @@
+#include "app/receiver_screen.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr double linkedOpacity = 1.0;
+constexpr double unlinkedOpacity = 0.45;
+
+std::string waiting(const Bilingual& text) {
+    return text("Waiting", "待機中");
+}
+
+// "a **b** c" as three runs.
+std::vector<TextRun> runsOf(const std::string& marked) {
+    std::vector<TextRun> runs;
+    bool bold = false;
+    for (std::size_t from = 0; from <= marked.size(); bold = !bold) {
+        const std::size_t to = std::min(marked.find("**", from), marked.size());
+        if (to > from) runs.push_back({marked.substr(from, to - from), bold});
+        from = to + 2;
+    }
+    return runs;
+}
+
+ScreenNotice notConnectedNotice(const PublishedState& published, const Bilingual& text) {
+    return {.shown = !published.huiConnected,
+            .symbol = Symbol::warning,
+            .text = runsOf(text("Not connected to Pro Tools. The \"Reconnect to PT\" button can restore the connection "
+                                "automatically (Accessibility permission required on first use). Manually, opening "
+                                "**Setup ▸ Peripherals** in PT and closing it with OK also restores it.",
+                                "Pro Tools と繋がっていません。「PT に再接続」ボタンで自動復旧できます"
+                                "（初回はアクセシビリティ許可が必要）。手動の場合は PT の "
+                                "**設定 ▸ ペリフェラル** を開いて OK で閉じるだけでも復帰します。"))};
+}
+
+std::string reconnectTitle(const Bilingual& text) {
+    return text("Reconnect to PT", "PT に再接続");
+}
+
+ScreenButton reconnectButton(const Bilingual& text) {
+    return {.symbol = Symbol::reconnect,
+            .title = reconnectTitle(text),
+            .help = text("Automatically opens and closes Pro Tools' Peripherals dialog so PT re-grabs the MIDI ports "
+                         "(no settings are changed; Accessibility permission required on first use)",
+                         "PT のペリフェラル画面を自動で開閉し、MIDI ポートを掴み直させます"
+                         "（設定は変更しません。初回はアクセシビリティ許可が必要）"),
+            .action = ScreenAction::reconnect};
+}
+
+std::array<ScreenButton, 4> moveButtons(const Bilingual& text) {
+    return {{{.symbol = Symbol::bankBack,
+              .title = {},
+              .help = text("Bank ← (back 8 channels)", "バンク ←（8 チャンネル戻る）"),
+              .action = ScreenAction::bankBack},
+             {.symbol = Symbol::channelBack,
+              .title = {},
+              .help = text("Channel ← (back 1 channel)", "チャンネル ←（1 チャンネル戻る）"),
+              .action = ScreenAction::channelBack},
+             {.symbol = Symbol::channelForward,
+              .title = {},
+              .help = text("Channel → (forward 1 channel)", "チャンネル →（1 チャンネル進む）"),
+              .action = ScreenAction::channelForward},
+             {.symbol = Symbol::bankForward,
+              .title = {},
+              .help = text("Bank → (forward 8 channels)", "バンク →（8 チャンネル進む）"),
+              .action = ScreenAction::bankForward}}};
+}
+
+// The track that the strip shows, where the session is known.
+std::optional<std::size_t> trackOf(const PublishedState& published, std::size_t strip) {
+    if (published.bankOffset < 0) return std::nullopt;
+    const std::size_t track = static_cast<std::size_t>(published.bankOffset) + strip;
+    if (track >= published.trackMap.size()) return std::nullopt;
+    return track;
+}
+
+std::string spokenStrip(const StripView& view, std::size_t strip, const Bilingual& text) {
+    std::string spoken = std::to_string(strip + 1);
+    const std::string& name = view.fullName.empty() ? view.name : view.fullName;
+    if (!name.empty()) spoken += " " + name;
+    spoken += ", " + std::to_string(std::lround(view.fader * 100)) + " %";
+    if (view.mute) spoken += text(", muted", ", ミュート");
+    if (view.solo) spoken += text(", soloed", ", ソロ");
+    if (view.select) spoken += text(", selected", ", 選択");
+    return spoken;
+}
+
+StripView stripView(const PublishedState& published, std::size_t strip, const Bilingual& text) {
+    StripView view{.name = published.trackNames[strip],
+                   .fullName = {},
+                   .color = std::nullopt,
+                   .fader = std::clamp(published.faders[strip], 0.0, 1.0),
+                   .mute = published.mutes[strip],
+                   .solo = published.solos[strip],
+                   .select = published.selects[strip],
+                   .spoken = {}};
+    if (const auto track = trackOf(published, strip)) {
+        if (*track < published.trackMapFull.size()) view.fullName = published.trackMapFull[*track];
+        if (*track < published.trackMapColors.size()) view.color = published.trackMapColors[*track];
+    }
+    view.spoken = spokenStrip(view, strip, text);
+    return view;
+}
+
+std::vector<StripView> stripViews(const PublishedState& published, const Bilingual& text) {
+    std::vector<StripView> views;
+    for (std::size_t strip = 0; strip < static_cast<std::size_t>(published.winW); ++strip)
+        views.push_back(stripView(published, strip, text));
+    return views;
+}
+
+} // namespace
+
+std::string_view symbolName(Symbol symbol) {
+    switch (symbol) {
+    case Symbol::sliders:
+        return "slider.vertical.3";
+    case Symbol::warning:
+        return "exclamationmark.triangle.fill";
+    case Symbol::reconnect:
+        return "arrow.triangle.2.circlepath";
+    case Symbol::network:
+        return "wifi";
+    case Symbol::bankBack:
+        return "chevron.left.2";
+    case Symbol::channelBack:
+        return "chevron.left";
+    case Symbol::channelForward:
+        return "chevron.right";
+    case Symbol::bankForward:
+        return "chevron.right.2";
+    case Symbol::play:
+        return "play.circle.fill";
+    }
+    return {};
+}
+
+ReceiverView receiverView(const PublishedState& published, const Bilingual& text) {
+    const std::string pings = std::to_string(published.pingCount);
+    return {.windowTitle = "Lumbrine — Receiver",
+            .heading = "Lumbrine — Receiver",
+            .proTools = {.ok = published.huiConnected,
+                         .title = "Pro Tools (HUI)",
+                         .detail = published.huiConnected ? text("Connected · ping ", "接続中 · ping ") + pings
+                                                          : waiting(text)},
+            .client = {.ok = published.iosConnected,
+                       .title = "iPhone / iPad",
+                       .detail = published.iosClientDesc.empty() ? waiting(text) : published.iosClientDesc},
+            .notice = notConnectedNotice(published, text),
+            .reconnect = reconnectButton(text),
+            .address = {.symbol = Symbol::network,
+                        .title = text("This Mac's address:", "この Mac の接続先:"),
+                        .address = published.localIP},
+            .moves = moveButtons(text),
+            .test = {.symbol = Symbol::play,
+                     .title = text("Test: sweep track 1", "テスト: トラック1をスイープ"),
+                     .help = {},
+                     .action = ScreenAction::testSweep},
+            .stripsName = text("Channel strips", "チャンネルストリップ"),
+            .strips = stripViews(published, text),
+            .logHeading = text("Activity", "アクティビティ")};
+}
+
+StatusMenu statusMenu(const PublishedState& published, bool loginOn, const Bilingual& text) {
+    using Kind = MenuItem::Kind;
+    const std::string ping = std::to_string(published.pingCount);
+    const std::string proTools =
+        "Pro Tools: " +
+        (published.huiConnected ? text("Connected (ping ", "接続中 (ping ") + ping + ")" : waiting(text));
+    const std::string client = "iPhone / iPad: " + (published.iosConnected ? published.iosClientDesc : waiting(text));
+    return {.symbol = Symbol::sliders,
+            .opacity = published.huiConnected ? linkedOpacity : unlinkedOpacity,
+            .spoken = "Lumbrine — " + proTools,
+            .items = {{.kind = Kind::status, .title = proTools},
+                      {.kind = Kind::status, .title = client},
+                      {.kind = Kind::divider},
+                      {.kind = Kind::command,
+                       .title = text("Show Window", "ウィンドウを表示"),
+                       .action = ScreenAction::showWindow},
+                      {.kind = Kind::command,
+                       .title = reconnectTitle(text),
+                       .action = ScreenAction::reconnect,
+                       .enabled = !published.huiConnected},
+                      {.kind = Kind::toggle,
+                       .title = text("Launch at Login", "ログイン時に起動"),
+                       .action = ScreenAction::launchAtLogin,
+                       .on = loginOn},
+                      {.kind = Kind::divider},
+                      {.kind = Kind::command, .title = text("Quit", "終了"), .action = ScreenAction::quit}}};
+}
+
+} // namespace lumbrine

@@ -1,0 +1,123 @@
+// What the window and the status menu show: every row, text, symbol, state and action as plain values in the user's
+// language, computed from what the model publishes. The shells of all toolkits draw these and add no text of their own
+// to them.
+#pragma once
+
+#include "base/bilingual.h"
+#include "model/published_state.h"
+
+#include <array>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lumbrine {
+
+// What the user can ask for. A shell hands it to ReceiverApp::perform.
+enum class ScreenAction {
+    none,
+    reconnect,
+    channelBack,
+    bankBack,
+    channelForward,
+    bankForward,
+    testSweep,
+    showWindow,
+    launchAtLogin, // to the other state
+    quit,
+};
+
+enum class Symbol { sliders, warning, reconnect, network, bankBack, channelBack, channelForward, bankForward, play };
+
+// As the system's own set of symbols calls it: "slider.vertical.3".
+std::string_view symbolName(Symbol symbol);
+
+struct TextRun {
+    std::string text;
+    bool bold = false;
+};
+
+struct StatusItem {
+    bool ok; // a light beside it
+    std::string title;
+    std::string detail;
+};
+
+struct ScreenNotice {
+    bool shown;
+    Symbol symbol;
+    std::vector<TextRun> text; // one paragraph, to be wrapped
+};
+
+struct ScreenButton {
+    Symbol symbol;
+    std::string title; // empty: the symbol stands alone
+    std::string help;  // on hovering, and what a screen reader says of a button without title; may be empty
+    ScreenAction action;
+};
+
+struct AddressLine {
+    Symbol symbol;
+    std::string title;
+    std::string address; // the user can select and copy it
+};
+
+// One channel strip, as the surfaces show it.
+struct StripView {
+    std::string name;     // at most four characters, trimmed
+    std::string fullName; // of the track in the session; empty while it is not known
+    std::optional<RGBColor> color;
+    double fader = 0; // 0.0-1.0
+    bool mute = false;
+    bool solo = false;
+    bool select = false;
+    std::string spoken; // "1 Kick, 72 %, muted": for screen readers
+
+    bool operator==(const StripView&) const = default;
+};
+
+// The main window, from top to bottom. The lines of the log are PublishedState::logLines.
+struct ReceiverView {
+    std::string windowTitle;
+    std::string heading;
+    StatusItem proTools;
+    StatusItem client;
+    ScreenNotice notice;
+    ScreenButton reconnect;
+    AddressLine address;
+    std::array<ScreenButton, 4> moves; // bank back, channel back, channel forward, bank forward
+    ScreenButton test;
+    std::string stripsName; // for screen readers
+    std::vector<StripView> strips;
+    std::string logHeading;
+};
+
+inline constexpr std::string_view windowIdentifier = "main";
+inline constexpr int minimumWindowWidth = 400;
+inline constexpr int minimumWindowHeight = 400;
+
+ReceiverView receiverView(const PublishedState& published, const Bilingual& text);
+
+struct MenuItem {
+    enum class Kind { status, command, toggle, divider };
+
+    Kind kind;
+    std::string title = {};
+    ScreenAction action = ScreenAction::none;
+    bool enabled = true; // of commands and toggles
+    bool on = false;     // of toggles
+};
+
+// The status icon and its menu.
+struct StatusMenu {
+    Symbol symbol;
+    double opacity;
+    std::string spoken; // what the icon is, for screen readers and on hovering
+    std::vector<MenuItem> items;
+};
+
+// `loginOn`: what the toggle for launching at login shows.
+StatusMenu statusMenu(const PublishedState& published, bool loginOn, const Bilingual& text);
+
+} // namespace lumbrine
