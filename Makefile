@@ -9,7 +9,7 @@ JOBS ?= $(shell nproc)
 BIN := build/release/bin
 
 .DEFAULT_GOAL := build
-.PHONY: setup build run demo test bench simulate fuzz check format
+.PHONY: setup build run demo test bench simulate fuzz check format package check-package
 
 setup:
 	@scripts/setup.sh
@@ -40,6 +40,14 @@ fuzz: setup
 
 check: setup
 	@scripts/check.sh $(JOBS)
+
+# The Debian packages, in build/package.
+package: setup
+	@scripts/package.sh $(JOBS)
+
+# Installs them on a bare Debian in a folder of its own, and uses them there.
+check-package: package
+	@scripts/check_package.sh
 
 format: setup
 	@git ls-files '*.h' '*.cpp' | xargs clang-format-19 -i

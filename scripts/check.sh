@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# check.sh [JOBS]: what a machine can say about the style: format, the tidy tests, clang-tidy.
+# check.sh [JOBS]: what a machine can say about the style: format, the tidy tests, the packaging, clang-tidy.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 jobs=${1:-$(nproc)}
@@ -10,6 +10,9 @@ git ls-files '*.h' '*.cpp' | xargs -r clang-format-19 --dry-run --Werror
 echo '== tidy tests'
 scripts/build.sh release "$jobs" --target tidy_tests
 build/release/bin/tidy_tests --gtest_brief=1
+
+echo '== packaging'
+scripts/lint_packaging.sh
 
 echo '== clang-tidy'
 # The product and its programs; tests are held to the compilers' warnings alone.

@@ -1,0 +1,5 @@
+# fish completion for lumbrine-headless
+
+complete -c lumbrine-headless -f
+complete -c lumbrine-headless -s h -l help -d 'print a summary and end'
+complete -c lumbrine-headless -l version -d 'print the version and end'

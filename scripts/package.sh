@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# package.sh [JOBS]: makes the Debian packages in build/package and lets lintian look at them.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+jobs=${1:-$(nproc)}
+
+scripts/build.sh package "$jobs" --target packaged_files
+rm -f build/package/*.deb
+(umask 022 && cd build/package && cpack >cpack.log) || { cat build/package/cpack.log; exit 1; }
+lintian --no-cfg --allow-root --fail-on error,warning build/package/*.deb
+ls -sh build/package/*.deb
