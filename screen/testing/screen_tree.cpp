@@ -62,11 +62,14 @@ private:
     bool takeApplication() {
         if (takeWord() != "application") return fail("not below an application");
         const std::string bundleIdentifier(takeWord());
+        const std::string_view number = takeWord();
         std::int32_t process = 0;
-        const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), process);
-        if (error != std::errc() || end != rest.data() + rest.size()) return fail("not a process identifier");
-        levels.push_back({screen.launch(bundleIdentifier, process), "AXChildren"});
-        return true;
+        const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), process);
+        if (error != std::errc() || end != number.data() + number.size()) return fail("not a process identifier");
+        const Element root = screen.launch(bundleIdentifier, process);
+        levels.push_back({root, "AXChildren"});
+        if (rest.empty()) return true;
+        return rest.starts_with('&') ? takeLabel(root) : fail("not a label");
     }
 
     bool takeSection() {

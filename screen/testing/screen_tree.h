@@ -1,7 +1,7 @@
 // Trees of elements as text, for tests:
 //
 //     # what the screen shows
-//     application com.avid.ProTools 501
+//     application com.avid.ProTools 501 &app
 //       AXMenuBar=
 //         AXMenuBar
 //       AXWindows:

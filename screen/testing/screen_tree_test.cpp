@@ -8,7 +8,7 @@ using ScreenTreeTest = ScreenTest;
 TEST_F(ScreenTreeTest, LinesBecomeElementsWithTheirAttributes) {
     show("# a comment, and an empty line\n"
          "\n"
-         "application com.avid.ProTools 501\n"
+         "application com.avid.ProTools 501 &app\n"
          "  AXMenuBar=\n"
          "    AXMenuBar &bar\n"
          "  AXWindows:\n"
@@ -30,6 +30,7 @@ TEST_F(ScreenTreeTest, LinesBecomeElementsWithTheirAttributes) {
     EXPECT_EQ(screen.value(at("two"), "AXLinked"), MemoryScreen::Value(std::vector{at("one"), window}));
     EXPECT_EQ(screen.value(at("two"), "AXNone"), MemoryScreen::Value(std::vector<Element>()));
     EXPECT_EQ(screen.value(at("one"), "AXChildren"), std::nullopt);
+    EXPECT_EQ(screen.value(at("app"), "AXMenuBar"), MemoryScreen::Value(at("bar")));
     const ElementHandle root = app();
     EXPECT_EQ(std::get<std::vector<ElementHandle>>(*screen.attribute(root, "AXWindows")).size(), 2u);
     EXPECT_TRUE(std::holds_alternative<ElementHandle>(*screen.attribute(root, "AXMenuBar")));
@@ -44,6 +45,7 @@ TEST_F(ScreenTreeTest, AMistakeIsToldWithItsLine) {
     };
     EXPECT_EQ(mistake("AXWindow"), "line 2: not below an application");
     EXPECT_EQ(mistake("application b x"), "line 2: not a process identifier");
+    EXPECT_EQ(mistake("application b 2 3"), "line 2: not a label");
     EXPECT_EQ(mistake(" AXWindow"), "line 2: not one step of two spaces deeper");
     EXPECT_EQ(mistake("    AXWindow"), "line 2: not one step of two spaces deeper");
     EXPECT_EQ(mistake("  AXWindows:\n    AXMore:"), "line 3: an attribute of no element");
