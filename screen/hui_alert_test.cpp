@@ -127,6 +127,17 @@ TEST_F(HUIAlertTest, AnAlertThatAppearsOnlyAfterAPassWithoutAnyIsNotWaitedFor) {
     EXPECT_EQ(presses, Presses{"0 ms: Peripherals..."});
 }
 
+TEST_F(HUIAlertTest, AScreenWithoutAlertsIsLookedThroughOnce) {
+    showAlerts({alert("OK", {"other"})});
+    int looks = 0;
+    screen.watchReads([&](const MemoryScreen::Read& read) {
+        if (read.attribute == "AXSubrole") ++looks;
+        return true;
+    });
+    EXPECT_EQ(run(), noMenuItem);
+    EXPECT_EQ(looks, 1);
+}
+
 TEST_F(HUIAlertTest, AnAlertThatStaysIsAnsweredFiveTimes) {
     showMenuBar();
     screen.set(at("app"), "AXWindows", std::vector{alert("OK", {"HUI"}), closedDialog()});

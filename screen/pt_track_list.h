@@ -13,8 +13,8 @@ struct Snapshot {
     std::optional<int> selectedIndex;
 };
 
-// Stateless: any thread but the main thread, several at once. Each read asks Pro Tools about six times a row, so the
-// caller decides when one is worth it.
+// Stateless: any thread but the main thread, several at once. Each read asks Pro Tools five times a row or six, so
+// the caller decides when one is worth it.
 struct PTTrackList {
     // Nothing without the user's permission (which is not asked for), without Pro Tools, without the table and without
     // a single name. A row of which something cannot be read is left out.

@@ -24,11 +24,11 @@ protected:
 
     // The line for the log. `took` is how long it took to the nanosecond, `presses` what was pressed.
     std::string run(bool japanese = false) {
-        std::optional<std::string> outcome;
+        outcome.reset();
         presses.clear();
         began = runtime.now();
         runtime.background(Priority::userInitiated,
-                           [&] { outcome = PTReconnector::run(screen, runtime, Bilingual(japanese)); });
+                           [this, japanese] { outcome = PTReconnector::run(screen, runtime, Bilingual(japanese)); });
         EXPECT_TRUE(runtime.runUntil([&] { return outcome.has_value(); }, std::chrono::minutes(5)));
         took = runtime.now() - began;
         return outcome.value_or("no end");
@@ -79,11 +79,16 @@ protected:
     static constexpr const char* noButton =
         "✗ OK button not found (the Peripherals dialog is left open; please press OK manually)";
 
-    VirtualRuntime runtime;
     std::function<void(Element)> whenPressed;
     Presses presses;
     TimePoint began{};
     Duration took{};
+
+private:
+    std::optional<std::string> outcome;
+
+protected:
+    VirtualRuntime runtime; // the last: a run that has no end is over when the rest goes
 };
 
 } // namespace lumbrine
