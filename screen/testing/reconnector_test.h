@@ -24,14 +24,14 @@ protected:
 
     // The line for the log. `took` is how long it took to the nanosecond, `presses` what was pressed.
     std::string run(bool japanese = false) {
-        outcome.reset();
+        lastLine.reset();
         presses.clear();
         began = runtime.now();
         runtime.background(Priority::userInitiated,
-                           [this, japanese] { outcome = PTReconnector::run(screen, runtime, Bilingual(japanese)); });
-        EXPECT_TRUE(runtime.runUntil([&] { return outcome.has_value(); }, std::chrono::minutes(5)));
+                           [this, japanese] { lastLine = PTReconnector::run(screen, runtime, Bilingual(japanese)); });
+        EXPECT_TRUE(runtime.runUntil([&] { return lastLine.has_value(); }, std::chrono::minutes(5)));
         took = runtime.now() - began;
-        return outcome.value_or("no end");
+        return lastLine.value_or("no end");
     }
 
     // A menu bar with the menu item, and no windows.
@@ -85,7 +85,7 @@ protected:
     Duration took{};
 
 private:
-    std::optional<std::string> outcome;
+    std::optional<std::string> lastLine;
 
 protected:
     VirtualRuntime runtime; // the last: a run that has no end is over when the rest goes
