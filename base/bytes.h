@@ -12,4 +12,8 @@ using Bytes = std::vector<std::uint8_t>;
 // Bytes that somebody else owns; valid for the duration of the call that gets them, unless a function says otherwise.
 using ByteView = std::span<const std::uint8_t>;
 
+inline void append(Bytes& bytes, ByteView more) {
+    bytes.insert(bytes.end(), more.begin(), more.end());
+}
+
 } // namespace lumbrine

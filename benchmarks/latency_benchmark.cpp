@@ -1,12 +1,12 @@
 // From sending a fader move to its last MIDI byte, through the whole receiver and real sockets, against a loop that
 // does nothing but receive. Datagrams go to both by turns. Prints one JSON object with the medians in nanoseconds.
+#include "benchmarks/median.h"
 #include "benchmarks/null_platform.h"
 #include "model/receiver_model.h"
 #include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 
-#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
@@ -135,12 +135,6 @@ private:
     PosixDatagramSockets sockets;
     int fd;
 };
-
-double median(std::vector<double> samples) {
-    const auto middle = samples.begin() + static_cast<std::ptrdiff_t>(samples.size() / 2);
-    std::ranges::nth_element(samples, middle);
-    return *middle;
-}
 
 void compare() {
     Arrivals ourArrivals;

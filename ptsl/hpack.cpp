@@ -8,10 +8,6 @@ namespace {
 
 constexpr std::size_t longLength = 127; // what fills the 7-bit prefix
 
-void append(Bytes& bytes, const Bytes& more) {
-    bytes.insert(bytes.end(), more.begin(), more.end());
-}
-
 } // namespace
 
 Bytes hpackString(std::string_view text) {
@@ -32,7 +28,7 @@ Bytes headerBlock(std::string_view path, std::string_view authority) {
     append(block, hpackString(path));
     block.push_back(0x01); // literal, name of entry 1: ":authority"
     append(block, hpackString(authority));
-    append(block, {0x0F, 0x10}); // literal, name of entry 31: "content-type"
+    append(block, Bytes{0x0F, 0x10}); // literal, name of entry 31: "content-type"
     append(block, hpackString("application/grpc"));
     block.push_back(0x00); // literal, name in full
     append(block, hpackString("te"));

@@ -45,10 +45,7 @@ public:
 private:
     std::expected<void, PTSLError> connectSocket();
     std::expected<void, PTSLError> greet();
-    std::expected<void, PTSLError> writeFrame(http2::FrameType type, std::uint8_t flags, std::uint32_t streamID,
-                                              ByteView payload);
     std::expected<Bytes, PTSLError> readResponse(std::uint32_t streamID);
-    std::expected<http2::Frame, PTSLError> readFrame();
     std::expected<void, PTSLError> receiveMore();
     std::expected<void, PTSLError> sendAll(ByteView bytes);
 
