@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace lumbrine::simulation {
 
@@ -84,7 +85,7 @@ public:
 
     void check(const Probe& probe, Violations& violations) {
         if (probe.modePort) {
-            if (!takeRequest(probe) && !ofModeWalk(probe)) violations.push_back("nobody asked for " + probe.text());
+            if (!isAskedFor(probe)) violations.push_back("nobody asked for " + probe.text());
             return;
         }
         if (duringWalk(probe)) return;
@@ -105,6 +106,20 @@ public:
     }
 
 private:
+    // A walk may set what somebody asked for just before it, and whose turn comes after it.
+    bool isAskedFor(const Probe& probe) {
+        const std::pair what(probe.strip, *probe.modePort);
+        if (takeRequest(probe)) {
+            if (ofModeWalk(probe)) maybeOfWalks.push_back(what);
+            return true;
+        }
+        if (ofModeWalk(probe)) return true;
+        const auto still = std::ranges::find(maybeOfWalks, what);
+        if (still == maybeOfWalks.end()) return false;
+        maybeOfWalks.erase(still);
+        return true;
+    }
+
     // Requests are carried out in their order, so the first that fits has to be the oldest of those surfaces.
     bool takeRequest(const Probe& probe) {
         const auto request = std::ranges::find_if(open, [&](const AutoModeRequest& asked) {
@@ -150,6 +165,7 @@ private:
     const Requests& requests;
     const Acceptance& acceptance;
     std::vector<AutoModeRequest> open;
+    std::vector<std::pair<int, int>> maybeOfWalks; // requests taken that a walk explains as well, by strip and mode
 };
 
 } // namespace

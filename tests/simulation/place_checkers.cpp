@@ -91,7 +91,8 @@ private:
             if (!walk.wasAt(fader.at)) continue;
             const auto next =
                 std::ranges::upper_bound(evidence.jobs.hostOffsets, fader.at, {}, &std::pair<TimePoint, int>::first);
-            if (next == evidence.jobs.hostOffsets.begin()) continue;
+            // Before the first look in this walk it is not known where the host was.
+            if (next == evidence.jobs.hostOffsets.begin() || std::prev(next)->first < walk.first) continue;
             const int member = std::prev(next)->second + fader.strip;
             const bool asked = std::ranges::any_of(requests.walks, [&](const WalkRequest& request) {
                 return request.at <= fader.at && std::ranges::count(request.faders, std::pair(member, fader.value)) > 0;
@@ -105,11 +106,15 @@ private:
     void checkArrival(const JobRun& seek) {
         // Requests at the very ends of a seek may count for another one.
         const SeekRequest* last = nullptr;
+        int targets = 0;
         for (const SeekRequest& request : requests.seeks) {
             if (request.at < seek.before || request.at > seek.after) continue;
             if (request.at >= seek.last) return;
             last = &request;
+            ++targets;
         }
+        // Under way to many targets, bank buttons that lead elsewhere use up the corrections.
+        if (targets > 1 && !scenario.host.bankRightAligns) return;
         if (last == nullptr || !seek.origin || *seek.origin < 0) return;
         const int expected = std::clamp(last->target, 0, lastFullOffset(seek));
         if (seek.hostAfter.offset != expected)
