@@ -108,8 +108,8 @@ public:
     }
     ~Sender() { sockets.close(fd); }
 
-    // What the previous datagram has set off is over, so that both receivers are woken on a machine at rest: a core that
-    // is still busy would wake the next one sooner.
+    // What the previous datagram has set off is over, so that both receivers are woken on a machine at rest: a core
+    // that is still busy would wake the next one sooner.
     static void settle() {
         const auto over = Clock::now() + settling;
         while (Clock::now() < over)

@@ -1,3 +1,4 @@
+// The middle of measured samples.
 #pragma once
 
 #include <algorithm>
