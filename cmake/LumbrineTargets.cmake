@@ -23,14 +23,33 @@ if(NOT LUMBRINE_FUZZERS)
     target_compile_options(lumbrine_test_headers PRIVATE ${LUMBRINE_TEST_OPTIONS})
 endif()
 
-# lumbrine_library(NAME SOURCES ... DEPENDS ...): a static library; includes are written from the top of the tree.
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+    find_package(Qt6 6.4 REQUIRED COMPONENTS DBus Network Widgets)
+    add_library(lumbrine_toolkit INTERFACE)
+    target_link_libraries(lumbrine_toolkit INTERFACE Qt6::DBus Qt6::Network Qt6::Widgets)
+    target_compile_definitions(lumbrine_toolkit INTERFACE QT_NO_KEYWORDS)
+    if(NOT LUMBRINE_FUZZERS)
+        lumbrine_precompile(lumbrine_toolkit_test_headers
+            DEPENDS GTest::gmock GTest::gtest_main lumbrine_toolkit
+            HEADERS <gmock/gmock.h> <gtest/gtest.h> <QtWidgets/QtWidgets> <functional> <memory> <string> <vector>)
+        target_compile_options(lumbrine_toolkit_test_headers PRIVATE ${LUMBRINE_TEST_OPTIONS})
+    endif()
+endif()
+
+# lumbrine_library(NAME SOURCES ... DEPENDS ... TOOLKIT): a static library; includes are written from the top of the tree.
+# TOOLKIT, for what uses the desktop toolkit, whose compiler options the precompiled headers do not share: compiled in
+# one piece instead.
 function(lumbrine_library name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+    cmake_parse_arguments(ARG "TOOLKIT" "" "SOURCES;DEPENDS" ${ARGN})
     if(ARG_SOURCES)
         add_library(${name} STATIC ${ARG_SOURCES})
         target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}")
         target_link_libraries(${name} PUBLIC ${ARG_DEPENDS} Threads::Threads)
-        target_precompile_headers(${name} REUSE_FROM lumbrine_common_headers)
+        if(ARG_TOOLKIT)
+            set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
+        else()
+            target_precompile_headers(${name} REUSE_FROM lumbrine_common_headers)
+        endif()
     else()
         add_library(${name} INTERFACE)
         target_include_directories(${name} INTERFACE "${CMAKE_SOURCE_DIR}")
@@ -47,10 +66,10 @@ function(lumbrine_program name)
     target_link_libraries(${name} PRIVATE ${ARG_DEPENDS})
 endfunction()
 
-# lumbrine_test(NAME SOURCES ... DEPENDS ... TIMEOUT seconds LABELS ... BATCHED): a GoogleTest program, one CTest entry.
-# BATCHED, for programs of many files: eight of them are compiled together, in half the time.
+# lumbrine_test(NAME SOURCES ... DEPENDS ... TIMEOUT seconds LABELS ... BATCHED TOOLKIT): a GoogleTest program, one CTest
+# entry. BATCHED, for programs of many files: eight of them are compiled together, in half the time. TOOLKIT as above.
 function(lumbrine_test name)
-    cmake_parse_arguments(ARG "BATCHED" "TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "BATCHED;TOOLKIT" "TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
     if(LUMBRINE_FUZZERS)
         return()
     endif()
@@ -61,7 +80,11 @@ function(lumbrine_test name)
     target_compile_definitions(${name} PRIVATE LUMBRINE_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
         LUMBRINE_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
     target_compile_options(${name} PRIVATE ${LUMBRINE_TEST_OPTIONS})
-    target_precompile_headers(${name} REUSE_FROM lumbrine_test_headers)
+    if(ARG_TOOLKIT)
+        target_precompile_headers(${name} REUSE_FROM lumbrine_toolkit_test_headers)
+    else()
+        target_precompile_headers(${name} REUSE_FROM lumbrine_test_headers)
+    endif()
     if(ARG_BATCHED)
         set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
     endif()
