@@ -18,6 +18,7 @@ const std::map<std::string, Folders>& arrows() {
         {"platform/posix", ground},
         {"platform/linux", {"base", "platform/api", "platform/posix"}},
         {"platform/macos", {"base", "platform/api", "platform/posix"}},
+        {"platform/qt", {"base", "platform/api", "platform/posix"}},
         {"platform/virtual", {"base", "platform/api", "platform/posix"}},
         {"surface", ground},
         {"client_link", ground},

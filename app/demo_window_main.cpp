@@ -1,0 +1,101 @@
+// lumbrine-demo-window: the receiver with its window, beside the simulated Pro Tools in the same process, connected in
+// memory.
+#include "app/qt/desktop_run.h"
+#include "model/receiver_model.h"
+#include "platform/linux/avahi_advertiser.h"
+#include "platform/linux/linux_system_info.h"
+#include "platform/linux/nlohmann_json.h"
+#include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/posix_stream_relay.h"
+#include "platform/posix/posix_stream_sockets.h"
+#include "platform/posix/termination_signals.h"
+#include "platform/virtual/memory_midi.h"
+#include "simulator/default_session.h"
+#include "simulator/grpc/offered_scripting.h"
+#include "simulator/simulated_pro_tools.h"
+
+#include <CLI/CLI.hpp>
+
+#include <QApplication>
+#include <cstdio>
+
+namespace lumbrine {
+namespace {
+
+struct DemoArguments {
+    int tracks = 24;
+    int surfaces = 2;
+    std::uint16_t scriptingPort = 31416;
+};
+
+// Nothing is to be launched at login: the switch stays off and says why.
+class NoLoginService final : public LoginService {
+public:
+    bool isEnabled() override { return false; }
+    std::expected<void, std::string> registerApplication() override {
+        return std::unexpected("the demo is not for every day");
+    }
+    std::expected<void, std::string> unregisterApplication() override { return {}; }
+};
+
+const QString identifier = QStringLiteral("com.tarnwick.lumbrine.demo");
+
+int run(const DemoArguments& arguments, int count, char** values) {
+    QtMainLoop loop;
+    std::function<void()> end = [] {};
+    const TerminationSignals terminationSignals([&] { loop.post([&] { end(); }); });
+    const QApplication application(count, values);
+    SingleInstance instance(identifier);
+    if (!instance.isFirst()) return instance.handOver() ? 0 : 1;
+    RealRuntime runtime(loop);
+    const LinuxSystemInfo system;
+    const Bilingual text(prefersJapanese(system.preferredLanguages()));
+    introduceProgram(identifier, text);
+    MemoryMIDI midi(runtime, seconds(0.0005));
+    PosixDatagramSockets sockets;
+    PosixStreamSockets streams;
+    AvahiAdvertiser advertiser;
+
+    SimulatorOptions options;
+    options.surfaces = arguments.surfaces;
+    auto proTools =
+        std::make_unique<SimulatedProTools>(runtime, midi, options, defaultSession(arguments.tracks, options.seed));
+    PosixStreamRelays relays;
+    auto scripting =
+        std::make_unique<OfferedScripting>(runtime, relays, proTools->scripting(), arguments.scriptingPort);
+    const PTSLAddress service{.port = proTools->snapshot().scriptingPort.value_or(arguments.scriptingPort)};
+
+    NlohmannJSON json(text);
+    NoLoginService login;
+    LoginItem loginItem(login, text);
+    ReceiverApp app(ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json, service}, text),
+                    loginItem, text);
+    DesktopRun{loop, runtime, streams, app, instance, identifier, end}.run();
+    scripting.reset();
+    proTools.reset();
+    return 0;
+}
+
+} // namespace
+} // namespace lumbrine
+
+int main(int count, char** values) {
+    lumbrine::DemoArguments arguments;
+    CLI::App program("The Lumbrine receiver with its window, beside a simulated Pro Tools in the same process.",
+                     "lumbrine-demo-window");
+    program.set_version_flag("--version", "lumbrine-demo-window " LUMBRINE_VERSION);
+    program.add_option("--tracks", arguments.tracks, "Tracks of the simulated session")
+        ->check(CLI::Range(1, 1000))
+        ->capture_default_str();
+    program.add_option("--surfaces", arguments.surfaces, "HUI surfaces that Pro Tools is set up for")
+        ->check(CLI::Range(1, 2))
+        ->capture_default_str();
+    program.add_option("--scripting-port", arguments.scriptingPort, "TCP port of the scripting service")
+        ->capture_default_str();
+    try {
+        program.parse(count, values);
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? 0 : 2;
+    }
+    return lumbrine::run(arguments, count, values);
+}

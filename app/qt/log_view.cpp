@@ -1,0 +1,114 @@
+#include "app/qt/log_view.h"
+
+#include "app/log_lines.h"
+#include "app/qt/colours.h"
+#include "app/qt/texts.h"
+
+#include <QEvent>
+#include <QScrollBar>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr int fewestLines = 3;
+constexpr int usualLines = 8;
+
+// One line on the screen for one of the log, whatever name of a track is in it.
+QString oneLine(const std::string& line) {
+    QString text = shown(line);
+    for (QChar& character : text)
+        if (character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
+            character == QChar::ParagraphSeparator)
+            character = QLatin1Char(' ');
+    return text;
+}
+
+} // namespace
+
+LogView::LogView(QWidget* parent) : QPlainTextEdit(parent) {
+    setReadOnly(true);
+    setUndoRedoEnabled(false);
+    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    setTabChangesFocus(true);
+    setFrameShape(QFrame::StyledPanel);
+    document()->setDocumentMargin(6);
+}
+
+void LogView::display(const std::vector<std::string>& log) {
+    if (log == lines) return;
+    const LogChange change = changeBetween(lines, log);
+    const bool following = isFollowing();
+    dropLines(change.gone);
+    for (std::size_t i = change.firstNew; i < log.size(); ++i)
+        addLine(log[i]);
+    lines = log;
+    if (following) follow();
+}
+
+bool LogView::isFollowing() const {
+    return verticalScrollBar()->value() >= verticalScrollBar()->maximum();
+}
+
+void LogView::follow() {
+    verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+}
+
+// The scroll bar counts lines on the screen, of which one of the log may take several.
+void LogView::dropLines(std::size_t count) {
+    if (count == 0) return;
+    int rows = 0;
+    QTextCursor cursor(document());
+    for (std::size_t i = 0; i < count; ++i) {
+        rows += cursor.block().lineCount();
+        cursor.movePosition(QTextCursor::NextBlock, QTextCursor::KeepAnchor);
+    }
+    if (count >= lines.size()) cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+    const int before = verticalScrollBar()->value();
+    cursor.removeSelectedText();
+    verticalScrollBar()->setValue(before - rows);
+    lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(count));
+}
+
+void LogView::addLine(const std::string& line) {
+    const MarkedLine marked = markerOf(line);
+    QTextCursor cursor(document());
+    cursor.movePosition(QTextCursor::End);
+    if (!lines.empty()) cursor.insertBlock();
+    QTextCharFormat format;
+    if (marked.length > 0) {
+        QTextCharFormat coloured;
+        coloured.setForeground(Colours(palette()).of(marked.marker));
+        coloured.setFontWeight(QFont::Bold);
+        cursor.insertText(oneLine(line.substr(0, marked.length)), coloured);
+    }
+    cursor.insertText(oneLine(line.substr(marked.length)), format);
+    lines.push_back(line);
+}
+
+void LogView::changeEvent(QEvent* event) {
+    QPlainTextEdit::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange) return;
+    const std::vector<std::string> log = std::exchange(lines, {});
+    clear();
+    display(log);
+}
+
+void LogView::resizeEvent(QResizeEvent* event) {
+    const bool following = isFollowing();
+    QPlainTextEdit::resizeEvent(event);
+    if (following) follow();
+}
+
+QSize LogView::minimumSizeHint() const {
+    return {120, fontMetrics().lineSpacing() * fewestLines + 16};
+}
+
+QSize LogView::sizeHint() const {
+    return {360, fontMetrics().lineSpacing() * usualLines + 16};
+}
+
+} // namespace lumbrine

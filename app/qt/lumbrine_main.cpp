@@ -1,0 +1,85 @@
+// lumbrine: the receiver with its window and its status icon.
+#include "app/command_line.h"
+#include "app/qt/desktop_run.h"
+#include "platform/linux/avahi_advertiser.h"
+#include "platform/linux/linux_system_info.h"
+#include "platform/linux/midi_backend.h"
+#include "platform/linux/nlohmann_json.h"
+#include "platform/linux/xdg_autostart.h"
+#include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/posix_stream_sockets.h"
+#include "platform/posix/termination_signals.h"
+
+#include <QApplication>
+#include <cstdio>
+#include <span>
+
+namespace lumbrine {
+namespace {
+
+constexpr ProgramInfo program{
+    .name = "lumbrine",
+    .version = LUMBRINE_VERSION,
+    .helpText =
+        "Usage: lumbrine\n"
+        "\n"
+        "The Lumbrine receiver: takes fader moves and presses from a phone or tablet on the network and plays them to\n"
+        "Pro Tools as two HUI surfaces on the virtual MIDI ports \"Lumbrine\" and \"Lumbrine B\". Shows a window and "
+        "an\n"
+        "icon in the status area; closing the window leaves it running. Started again, it shows the window of the one\n"
+        "that runs. The log goes to standard output as well. SIGINT (Ctrl-C) and SIGTERM end it.\n"
+        "\n"
+        "  -h, --help     print this and end\n"
+        "      --version  print the version and end\n"
+        "\n"
+        "Environment variables:\n"
+        "  QV_PORT         UDP port to listen on (default 52700)\n"
+        "  QV_NO_BONJOUR   set to anything: the service is not announced on the network\n"
+        "  QV_DEBUG        set to anything: diagnostic lines\n"
+        "  LANGUAGE, LC_ALL, LC_MESSAGES, LANG\n"
+        "                  the first that is set chooses the language: Japanese (ja...) or English\n",
+};
+
+const QString identifier = QStringLiteral("com.tarnwick.lumbrine");
+
+int run(int count, char** arguments) {
+    QtMainLoop loop;
+    std::function<void()> end = [] {};
+    const TerminationSignals terminationSignals([&] { loop.post([&] { end(); }); });
+    const QApplication application(count, arguments);
+    SingleInstance instance(identifier);
+    if (!instance.isFirst()) {
+        if (instance.handOver()) return 0;
+        std::fputs("lumbrine: it is running already, but does not answer\n", stderr);
+        return 1;
+    }
+    RealRuntime runtime(loop);
+    const LinuxSystemInfo system;
+    const Bilingual text(prefersJapanese(system.preferredLanguages()));
+    introduceProgram(identifier, text);
+    const std::unique_ptr<MIDIServices> midi = makeMIDIServices(runtime);
+    PosixDatagramSockets sockets;
+    PosixStreamSockets streams;
+    AvahiAdvertiser advertiser;
+    NlohmannJSON json(text);
+    XdgAutostart autostart(XdgAutostart::Place::of(system));
+    LoginItem loginItem(autostart, text);
+    ReceiverApp app(ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json}, text),
+                    loginItem, text);
+    DesktopRun{loop, runtime, streams, app, instance, identifier, end}.run();
+    return 0;
+}
+
+} // namespace
+} // namespace lumbrine
+
+int main(int count, char** arguments) {
+    using namespace lumbrine;
+    const std::span<const char* const> given(arguments, static_cast<std::size_t>(count));
+    if (const auto answer = answerCommandLine(program, given.subspan(count > 0 ? 1 : 0))) {
+        std::fputs(answer->output.c_str(), stdout);
+        std::fputs(answer->error.c_str(), stderr);
+        return answer->status;
+    }
+    return run(count, arguments);
+}

@@ -1,0 +1,93 @@
+#include "app/qt/receiver_shell.h"
+
+#include "app/qt/texts.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+#include <algorithm>
+#include <utility>
+
+namespace lumbrine {
+
+ReceiverShell::ReceiverShell(ReceiverApp& receiverApp, Runtime& rt, std::function<void()> quit)
+    : app(receiverApp), runtime(rt), quitProgram(std::move(quit)),
+      window({.act = [this](ScreenAction action) { act(action); },
+              .appeared = [this] { windowAppeared(); },
+              .closed = [this] { windowClosed(); }}),
+      icon([this](ScreenAction action) { act(action); }) {
+    app.connect({.openWindow = [this] { openWindow(); },
+                 .refresh = [this] { refreshSoon(); },
+                 .quit = [this] { quitProgram(); }});
+    icon.display(app.menu());
+}
+
+ReceiverShell::~ReceiverShell() {
+    app.connect({.openWindow = [] {}, .refresh = [] {}, .quit = [] {}});
+}
+
+void ReceiverShell::openWindow() {
+    window.display(app.view(), app.logLines()); // at its first sight it is complete
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+void ReceiverShell::hide() {
+    farewell.reset();
+    window.hide();
+}
+
+// The icon shows a toggle as the click has it until it is told the real state.
+void ReceiverShell::act(ScreenAction action) {
+    app.perform(action);
+    if (action == ScreenAction::launchAtLogin) icon.display(app.menu());
+}
+
+void ReceiverShell::windowAppeared() {
+    app.windowAppeared();
+    refreshSoon();
+}
+
+void ReceiverShell::windowClosed() {
+    if (!StatusIcon::isPossible()) tellThatItGoesOn();
+}
+
+void ReceiverShell::tellThatItGoesOn() {
+    if (farewell) return;
+    const Bilingual& text = app.text;
+    app.tell(text("⚠️ Window closed; Lumbrine goes on. This desktop has no status area: start Lumbrine again to see the "
+                  "window",
+                  "⚠️ ウィンドウを閉じましたが Lumbrine は動作を続けます。このデスクトップにはステータス領域がないため、"
+                  "もう一度 Lumbrine を起動するとウィンドウが表示されます"));
+    farewell = std::make_unique<QMessageBox>();
+    farewell->setWindowTitle(QStringLiteral("Lumbrine"));
+    farewell->setIconPixmap(programIcon(Symbol::sliders, 1).pixmap(48));
+    farewell->setText(shown(text("Lumbrine goes on", "Lumbrine は動作を続けます")));
+    farewell->setInformativeText(
+        shown(text("This desktop has no status area for Lumbrine's icon. Start Lumbrine again to see the window.",
+                   "このデスクトップには Lumbrine のアイコンを置くステータス領域がありません。もう一度 Lumbrine を起動"
+                   "するとウィンドウが表示されます。")));
+    const auto* quit = farewell->addButton(shown(text("Quit", "終了")), QMessageBox::DestructiveRole);
+    farewell->setDefaultButton(farewell->addButton(shown(text("OK", "OK")), QMessageBox::AcceptRole));
+    QObject::connect(quit, &QAbstractButton::clicked, farewell.get(), [this] { act(ScreenAction::quit); });
+    farewell->setModal(false);
+    farewell->show();
+}
+
+void ReceiverShell::refreshSoon() {
+    if (std::exchange(refreshIsDue, true)) return;
+    const Duration wait = std::max(lastRefresh + shortestRefresh - runtime.now(), Duration::zero());
+    runtime.postMainAfter(wait, [this, alive = std::weak_ptr(life)] {
+        if (alive.lock()) refresh();
+    });
+}
+
+void ReceiverShell::refresh() {
+    refreshIsDue = false;
+    lastRefresh = runtime.now();
+    icon.display(app.menu());
+    if (window.isOnScreen()) window.display(app.view(), app.logLines());
+}
+
+} // namespace lumbrine

@@ -1,0 +1,223 @@
+#include "app/qt/receiver_window.h"
+
+#include "app/qt/log_view.h"
+#include "app/qt/status_rows.h"
+#include "app/qt/strips_view.h"
+#include "app/qt/symbols.h"
+#include "app/qt/texts.h"
+
+#include <QBoxLayout>
+#include <QCloseEvent>
+#include <QEvent>
+#include <QPushButton>
+#include <QShortcut>
+#include <algorithm>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr int margin = 16;
+constexpr int spacing = 10;
+constexpr int usualWidth = 520;
+constexpr int usualHeight = 660;
+constexpr double headingSize = 1.3; // of the window's font
+constexpr int headingSymbol = 26;
+constexpr int lineSymbol = 18;
+
+// A symbol in the colour of the text beside it.
+class SymbolLabel final : public QWidget {
+public:
+    SymbolLabel(Symbol drawn, int size, QWidget* parent) : QWidget(parent), symbol(drawn) { setFixedSize(size, size); }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        paintSymbol(painter, rect(), symbol, palette().color(QPalette::WindowText));
+    }
+
+private:
+    const Symbol symbol;
+};
+
+void setTextIfNew(QLabel* label, const std::string& text) {
+    if (const QString wanted = shown(text); wanted != label->text()) label->setText(wanted);
+}
+
+QLabel* plainLabel(QWidget* parent) {
+    auto* label = new QLabel(parent);
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
+
+} // namespace
+
+ReceiverWindow::ReceiverWindow(Listener windowListener)
+    : listener(std::move(windowListener)), heading(plainLabel(this)), proTools(new StatusRow(this)),
+      client(new StatusRow(this)), notice(new NoticeBox(this)), reconnect(makeButton("Alt+R")),
+      test(makeButton("Alt+T")), addressTitle(plainLabel(this)), address(plainLabel(this)),
+      moves{makeButton("Alt+Shift+Left"), makeButton("Alt+Left"), makeButton("Alt+Right"),
+            makeButton("Alt+Shift+Right")},
+      strips(new StripsView(this)), logHeading(plainLabel(this)), log(new LogView(this)) {
+    setObjectName(shown(windowIdentifier));
+    setWindowIcon(programIcon(Symbol::sliders, 1));
+    arrange();
+    addKeys();
+    resize(usualWidth, usualHeight);
+}
+
+QAbstractButton* ReceiverWindow::makeButton(const QString& shortcut) {
+    auto* button = new QPushButton(this);
+    button->setShortcut(QKeySequence(shortcut));
+    button->setAutoDefault(false);
+    return button;
+}
+
+void ReceiverWindow::arrange() {
+    auto* page = new QVBoxLayout(this);
+    page->setContentsMargins(margin, margin, margin, margin);
+    page->setSpacing(spacing);
+
+    page->addLayout(makeHeading());
+
+    auto* card = new Card(this);
+    auto* rows = new QVBoxLayout(card);
+    rows->setContentsMargins(12, 8, 12, 8);
+    rows->setSpacing(4);
+    rows->addWidget(proTools);
+    rows->addWidget(client);
+    page->addWidget(card);
+    page->addWidget(notice);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(8);
+    buttons->addWidget(reconnect);
+    buttons->addWidget(test);
+    buttons->addStretch(1);
+    page->addLayout(buttons);
+    page->addLayout(makeAddressRow());
+
+    page->addWidget(strips, 3);
+
+    QFont small = logHeading->font();
+    small.setWeight(QFont::DemiBold);
+    logHeading->setFont(small);
+    logHeading->setBuddy(log);
+    page->addWidget(logHeading);
+    page->addWidget(log, 2);
+}
+
+QLayout* ReceiverWindow::makeHeading() {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    QFont large = heading->font();
+    large.setPointSizeF(large.pointSizeF() * headingSize);
+    large.setWeight(QFont::DemiBold);
+    heading->setFont(large);
+    row->addWidget(new SymbolLabel(Symbol::sliders, headingSymbol, this));
+    row->addWidget(heading);
+    row->addStretch(1);
+    return row;
+}
+
+QLayout* ReceiverWindow::makeAddressRow() {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(6);
+    row->addWidget(new SymbolLabel(Symbol::network, lineSymbol, this));
+    row->addWidget(addressTitle);
+    address->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    address->setFocusPolicy(Qt::StrongFocus);
+    QFont bold = address->font();
+    bold.setWeight(QFont::DemiBold);
+    address->setFont(bold);
+    row->addWidget(address);
+    row->addStretch(1);
+    auto* group = new QHBoxLayout;
+    group->setSpacing(4);
+    for (QAbstractButton* move : moves) {
+        move->setFixedWidth(move->fontMetrics().height() + 18);
+        group->addWidget(move);
+    }
+    row->addLayout(group);
+    return row;
+}
+
+// Closing the window by keyboard, and ending the program where no menu is at hand.
+void ReceiverWindow::addKeys() {
+    auto* close = new QShortcut(QKeySequence(QKeySequence::Close), this);
+    QObject::connect(close, &QShortcut::activated, this, [this] { this->close(); });
+    auto* quit = new QShortcut(QKeySequence(QStringLiteral("Ctrl+Q")), this);
+    QObject::connect(quit, &QShortcut::activated, this, [this] { listener.act(ScreenAction::quit); });
+}
+
+void ReceiverWindow::display(const ReceiverView& view, const std::vector<std::string>& logLines) {
+    if (const QString title = shown(view.windowTitle); title != windowTitle()) setWindowTitle(title);
+    setTextIfNew(heading, view.heading);
+    proTools->display(view.proTools);
+    client->display(view.client);
+    notice->display(view.notice);
+    display(reconnect, view.reconnect);
+    display(test, view.test);
+    setTextIfNew(addressTitle, view.address.title);
+    setTextIfNew(address, view.address.address);
+    address->setAccessibleName(shown(view.address.title + " " + view.address.address));
+    for (std::size_t i = 0; i < moves.size(); ++i)
+        display(moves[i], view.moves[i]);
+    strips->setAccessibleName(shown(view.stripsName));
+    strips->display(view.strips, view.proTools.ok);
+    setTextIfNew(logHeading, view.logHeading);
+    log->setAccessibleName(shown(view.logHeading));
+    log->display(logLines);
+}
+
+// What a button says never changes, so this is for the first time.
+void ReceiverWindow::display(QAbstractButton* button, const ScreenButton& shownButton) {
+    if (!button->accessibleName().isEmpty()) return;
+    const QKeySequence keys = button->shortcut();
+    button->setIcon(symbolIcon(shownButton.symbol));
+    button->setText(shown(shownButton.title));
+    button->setShortcut(keys); // a new text takes it away
+    button->setToolTip(shown(shownButton.help));
+    button->setAccessibleName(shown(shownButton.title.empty() ? shownButton.help : shownButton.title));
+    if (!shownButton.title.empty()) button->setAccessibleDescription(shown(shownButton.help));
+    QObject::connect(button, &QAbstractButton::clicked, this,
+                     [this, action = shownButton.action] { listener.act(action); });
+}
+
+void ReceiverWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (focusWidget() == nullptr) setFocus(); // so that no key presses a button by accident
+    listener.appeared();
+}
+
+void ReceiverWindow::closeEvent(QCloseEvent* event) {
+    QWidget::closeEvent(event);
+    if (event->isAccepted()) listener.closed();
+}
+
+void ReceiverWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange && isOnScreen()) listener.appeared();
+}
+
+void ReceiverWindow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    keepTallEnough();
+}
+
+bool ReceiverWindow::event(QEvent* event) {
+    const bool handled = QWidget::event(event);
+    if (event->type() == QEvent::LayoutRequest) keepTallEnough();
+    return handled;
+}
+
+// Texts that wrap need more height in a narrow window, which the toolkit does not ask for by itself.
+void ReceiverWindow::keepTallEnough() {
+    const QSize least = layout()->totalMinimumSize();
+    const int leastWidth = std::max(minimumWindowWidth, least.width());
+    const int wrapped = layout()->totalMinimumHeightForWidth(std::max(width(), leastWidth));
+    setMinimumSize(leastWidth, std::max({minimumWindowHeight, least.height(), wrapped}));
+}
+
+} // namespace lumbrine

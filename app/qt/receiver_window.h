@@ -1,0 +1,68 @@
+// The main window: draws a ReceiverView and the log, and says what the user asks for.
+#pragma once
+
+#include "app/receiver_screen.h"
+
+#include <QAbstractButton>
+#include <QLabel>
+#include <QWidget>
+#include <array>
+#include <functional>
+
+namespace lumbrine {
+
+class LogView;
+class NoticeBox;
+class StatusRow;
+class StripsView;
+
+class ReceiverWindow final : public QWidget {
+public:
+    struct Listener {
+        std::function<void(ScreenAction)> act;
+        std::function<void()> appeared; // it is on the screen, or is so again
+        std::function<void()> closed;   // by the user; it is hidden now
+    };
+
+    explicit ReceiverWindow(Listener windowListener);
+
+    void display(const ReceiverView& view, const std::vector<std::string>& logLines);
+
+    // False while nobody can see it: then there is no need to display anything.
+    bool isOnScreen() const { return isVisible() && !isMinimized(); }
+
+    StripsView& stripsView() { return *strips; }
+    LogView& logView() { return *log; }
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    void arrange();
+    QLayout* makeHeading();
+    QLayout* makeAddressRow();
+    QAbstractButton* makeButton(const QString& shortcut);
+    void addKeys();
+    void display(QAbstractButton* button, const ScreenButton& shown);
+    void keepTallEnough();
+
+    const Listener listener;
+    QLabel* const heading;
+    StatusRow* const proTools;
+    StatusRow* const client;
+    NoticeBox* const notice;
+    QAbstractButton* const reconnect;
+    QAbstractButton* const test;
+    QLabel* const addressTitle;
+    QLabel* const address;
+    std::array<QAbstractButton*, 4> moves;
+    StripsView* const strips;
+    QLabel* const logHeading;
+    LogView* const log;
+};
+
+} // namespace lumbrine

@@ -1,0 +1,50 @@
+#include "app/qt/status_icon.h"
+
+#include "app/qt/symbols.h"
+#include "app/qt/texts.h"
+
+#include <utility>
+
+namespace lumbrine {
+
+StatusIcon::StatusIcon(std::function<void(ScreenAction)> act) : listener(std::move(act)) {
+    QObject::connect(&icon, &QSystemTrayIcon::activated, &icon, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger) listener(ScreenAction::showWindow);
+    });
+    icon.setContextMenu(&popup);
+}
+
+void StatusIcon::display(const StatusMenu& menu) {
+    if (actions.size() != menu.items.size()) build(menu);
+    for (std::size_t i = 0; i < actions.size(); ++i) {
+        const MenuItem& item = menu.items[i];
+        if (item.kind == MenuItem::Kind::divider) continue;
+        if (const QString title = shown(item.title); title != actions[i]->text()) actions[i]->setText(title);
+        actions[i]->setEnabled(item.kind != MenuItem::Kind::status && item.enabled);
+        actions[i]->setChecked(item.on);
+    }
+    if (menu.opacity != shownOpacity) {
+        shownOpacity = menu.opacity;
+        icon.setIcon(programIcon(menu.symbol, menu.opacity));
+        icon.show();
+    }
+    if (const QString spoken = shown(menu.spoken); spoken != icon.toolTip()) icon.setToolTip(spoken);
+}
+
+// A toggle shows the real state and not the click: `display` sets it after each action.
+void StatusIcon::build(const StatusMenu& menu) {
+    popup.clear();
+    actions.clear();
+    for (const MenuItem& item : menu.items) {
+        if (item.kind == MenuItem::Kind::divider) {
+            actions.push_back(popup.addSeparator());
+            continue;
+        }
+        QAction* action = popup.addAction(shown(item.title));
+        action->setCheckable(item.kind == MenuItem::Kind::toggle);
+        QObject::connect(action, &QAction::triggered, &popup, [this, wanted = item.action] { listener(wanted); });
+        actions.push_back(action);
+    }
+}
+
+} // namespace lumbrine

@@ -1,0 +1,54 @@
+// The upper part of the window: whether Pro Tools and a client are there, and what to do when Pro Tools is not.
+#pragma once
+
+#include "app/receiver_screen.h"
+
+#include <QFrame>
+#include <QLabel>
+
+namespace lumbrine {
+
+// A frame with round corners that lifts off the window.
+class Card : public QFrame {
+public:
+    explicit Card(QWidget* parent) : QFrame(parent) {}
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+// A light that is on or off, a title, and what there is to say.
+class StatusRow final : public QWidget {
+public:
+    explicit StatusRow(QWidget* parent);
+
+    void display(const StatusItem& item);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private:
+    void tint();
+
+    QLabel* const title;
+    QLabel* const detail;
+    bool lit = false;
+};
+
+// A symbol and a paragraph in the colour of warnings.
+class NoticeBox final : public QFrame {
+public:
+    explicit NoticeBox(QWidget* parent);
+
+    void display(const ScreenNotice& notice);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QLabel* const paragraph;
+    Symbol symbol = Symbol::warning;
+};
+
+} // namespace lumbrine

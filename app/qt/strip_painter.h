@@ -1,0 +1,36 @@
+// How one channel strip looks.
+#pragma once
+
+#include "app/qt/colours.h"
+#include "app/receiver_screen.h"
+
+#include <QFont>
+#include <QPainter>
+#include <QPalette>
+#include <QRectF>
+
+namespace lumbrine {
+
+class StripPainter {
+public:
+    StripPainter(const QPalette& palette, const QFont& font);
+
+    void paint(QPainter& painter, const QRectF& place, const StripView& strip) const;
+
+private:
+    void paintHeader(QPainter& painter, const QRectF& place, const StripView& strip) const;
+    void paintSwitches(QPainter& painter, const QRectF& place, const StripView& strip) const;
+    void paintSwitch(QPainter& painter, const QRectF& place, const QString& letter, const QColor& lit, bool on) const;
+    void paintFader(QPainter& painter, const QRectF& place, double value) const;
+    void paintName(QPainter& painter, const QRectF& place, const StripView& strip) const;
+
+    const Colours colours;
+    const QColor highlight;
+    QFont letterFont;
+    QFont nameFont;
+};
+
+// How high a strip has to be for everything on it.
+int stripHeight(const QFont& font);
+
+} // namespace lumbrine

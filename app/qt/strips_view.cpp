@@ -1,0 +1,117 @@
+#include "app/qt/strips_view.h"
+
+#include "app/qt/strip_painter.h"
+#include "app/qt/texts.h"
+
+#include <QAccessible>
+#include <QHelpEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QToolTip>
+#include <algorithm>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr int gapBetween = 3;
+constexpr int narrowest = 38; // a strip that keeps its four characters
+constexpr double standBack = 0.45;
+
+} // namespace
+
+StripsView::StripsView(QWidget* parent) : QWidget(parent) {
+    setFocusPolicy(Qt::TabFocus); // for screen readers
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+void StripsView::display(const std::vector<StripView>& strips, bool live) {
+    if (live != shownLive || strips.size() != shownStrips.size()) {
+        const bool otherNumber = strips.size() != shownStrips.size();
+        shownLive = live;
+        shownStrips = strips;
+        if (otherNumber) updateGeometry();
+        update();
+    } else {
+        for (std::size_t i = 0; i < strips.size(); ++i) {
+            if (strips[i] == shownStrips[i]) continue;
+            shownStrips[i] = strips[i];
+            update(placeOf(i));
+        }
+    }
+    if (QAccessible::isActive()) describe();
+}
+
+void StripsView::describe() {
+    std::string spoken;
+    for (const StripView& strip : shownStrips)
+        spoken += (spoken.empty() ? "" : "; ") + strip.spoken;
+    if (const QString text = shown(spoken); text != accessibleDescription()) setAccessibleDescription(text);
+}
+
+QSize StripsView::minimumSizeHint() const {
+    const int rows = static_cast<int>(shownStrips.size()) > stripsPerSurface && columns() == stripsPerSurface ? 2 : 1;
+    return {stripsPerSurface * (narrowest + gapBetween), rows * stripHeight(font()) + (rows - 1) * gapBetween};
+}
+
+QSize StripsView::sizeHint() const {
+    return minimumSizeHint() + QSize(0, 60);
+}
+
+int StripsView::columns() const {
+    const int all = std::max(static_cast<int>(shownStrips.size()), stripsPerSurface);
+    return width() >= all * (narrowest + gapBetween) ? all : stripsPerSurface;
+}
+
+QRect StripsView::placeOf(std::size_t strip) const {
+    const int inRow = columns();
+    const int rows = std::max(1, (static_cast<int>(shownStrips.size()) + inRow - 1) / inRow);
+    const int column = static_cast<int>(strip) % inRow;
+    const int row = static_cast<int>(strip) / inRow;
+    const int left = (width() + gapBetween) * column / inRow;
+    const int right = (width() + gapBetween) * (column + 1) / inRow - gapBetween;
+    const int top = (height() + gapBetween) * row / rows;
+    const int bottom = (height() + gapBetween) * (row + 1) / rows - gapBetween;
+    return {left, top, right - left, bottom - top};
+}
+
+void StripsView::paintEvent(QPaintEvent* event) {
+    ++paints;
+    QPainter painter(this);
+    if (!shownLive) painter.setOpacity(standBack);
+    const StripPainter strips(palette(), font());
+    for (std::size_t i = 0; i < shownStrips.size(); ++i)
+        if (event->region().intersects(placeOf(i))) strips.paint(painter, placeOf(i), shownStrips[i]);
+    if (hasFocus()) {
+        painter.setOpacity(1);
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+        painter.drawRect(rect().adjusted(1, 1, -1, -1));
+    }
+}
+
+void StripsView::focusInEvent(QFocusEvent* event) {
+    describe();
+    QWidget::focusInEvent(event);
+    update();
+}
+
+void StripsView::focusOutEvent(QFocusEvent* event) {
+    QWidget::focusOutEvent(event);
+    update();
+}
+
+// On hovering, the strip under the pointer in words.
+bool StripsView::event(QEvent* event) {
+    if (event->type() != QEvent::ToolTip) return QWidget::event(event);
+    const auto* help = static_cast<QHelpEvent*>(event);
+    for (std::size_t i = 0; i < shownStrips.size(); ++i) {
+        if (!placeOf(i).contains(help->pos())) continue;
+        QToolTip::showText(help->globalPos(), shown(shownStrips[i].spoken), this, placeOf(i));
+        return true;
+    }
+    QToolTip::hideText();
+    return true;
+}
+
+} // namespace lumbrine

@@ -1,0 +1,167 @@
+#include "app/qt/symbols.h"
+
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QPainterPath>
+#include <QPalette>
+#include <array>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr double grid = 24; // the symbols are drawn on a square of so many units
+
+void paintSliders(QPainter& painter) {
+    constexpr std::array<std::array<double, 2>, 3> knobs{{{5.5, 15.5}, {12, 8}, {18.5, 13}}};
+    const QBrush brush = painter.brush();
+    for (const auto& [x, y] : knobs) {
+        painter.drawLine(QPointF(x, 4), QPointF(x, 20));
+        painter.setBrush(painter.pen().color());
+        painter.drawRoundedRect(QRectF(x - 2, y - 1.4, 4, 2.8), 1, 1);
+        painter.setBrush(brush);
+    }
+}
+
+void paintWarning(QPainter& painter, const QColor& colour) {
+    QPainterPath path;
+    path.moveTo(12, 4);
+    path.lineTo(21, 19.5);
+    path.lineTo(3, 19.5);
+    path.closeSubpath();
+    path.addRoundedRect(QRectF(11.1, 9, 1.8, 5.4), 0.9, 0.9);
+    path.addEllipse(QPointF(12, 16.8), 1.1, 1.1);
+    painter.fillPath(path, colour);
+    QPainterPath edge;
+    edge.addPolygon(QPolygonF({{12, 4}, {21, 19.5}, {3, 19.5}, {12, 4}}));
+    painter.strokePath(edge, QPen(colour, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+}
+
+void paintReconnect(QPainter& painter) {
+    const QRectF circle(5, 5, 14, 14);
+    painter.drawArc(circle, 35 * 16, 125 * 16);
+    painter.drawArc(circle, 215 * 16, 125 * 16);
+    painter.drawPolyline(QPolygonF({{18.6, 3.6}, {18.2, 8.2}, {13.7, 7.6}}));
+    painter.drawPolyline(QPolygonF({{5.4, 20.4}, {5.8, 15.8}, {10.3, 16.4}}));
+}
+
+void paintNetwork(QPainter& painter, const QColor& colour) {
+    for (const double radius : {5.0, 9.5, 14.0})
+        painter.drawArc(QRectF(12 - radius, 19 - radius, radius * 2, radius * 2), 48 * 16, 84 * 16);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour);
+    painter.drawEllipse(QPointF(12, 18.2), 1.7, 1.7);
+}
+
+void paintChevron(QPainter& painter, double tip, double back) {
+    painter.drawPolyline(QPolygonF({{back, 6}, {tip, 12}, {back, 18}}));
+}
+
+void paintPlay(QPainter& painter, const QColor& colour) {
+    QPainterPath path;
+    path.addEllipse(QPointF(12, 12), 9.5, 9.5);
+    path.addPolygon(QPolygonF({{9.8, 7.8}, {16.4, 12}, {9.8, 16.2}, {9.8, 7.8}}));
+    painter.fillPath(path, colour);
+}
+
+// Draws anew for every size, scale and palette.
+class SymbolEngine : public QIconEngine {
+public:
+    explicit SymbolEngine(Symbol drawn) : symbol(drawn) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
+        paintSymbol(*painter, rect, symbol, QGuiApplication::palette().color(group, QPalette::ButtonText));
+    }
+
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap picture(size);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+        return picture;
+    }
+
+    QIconEngine* clone() const override { return new SymbolEngine(symbol); }
+
+private:
+    const Symbol symbol;
+};
+
+void paintPlate(QPainter& painter, double size, Symbol symbol) {
+    const double unit = size / grid;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor("#2a3038"));
+    painter.drawRoundedRect(QRectF(0, 0, size, size), 5 * unit, 5 * unit);
+    paintSymbol(painter, QRectF(1.5 * unit, 1.5 * unit, size - 3 * unit, size - 3 * unit), symbol, QColor("#f4f6f8"));
+}
+
+} // namespace
+
+void paintSymbol(QPainter& painter, const QRectF& box, Symbol symbol, const QColor& colour) {
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(box.topLeft());
+    painter.scale(box.width() / grid, box.height() / grid);
+    painter.setPen(QPen(colour, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(Qt::NoBrush);
+    switch (symbol) {
+    case Symbol::sliders:
+        paintSliders(painter);
+        break;
+    case Symbol::warning:
+        paintWarning(painter, colour);
+        break;
+    case Symbol::reconnect:
+        paintReconnect(painter);
+        break;
+    case Symbol::network:
+        paintNetwork(painter, colour);
+        break;
+    case Symbol::bankBack:
+        paintChevron(painter, 4.5, 10.5);
+        paintChevron(painter, 12.5, 18.5);
+        break;
+    case Symbol::channelBack:
+        paintChevron(painter, 9, 15);
+        break;
+    case Symbol::channelForward:
+        paintChevron(painter, 15, 9);
+        break;
+    case Symbol::bankForward:
+        paintChevron(painter, 11.5, 5.5);
+        paintChevron(painter, 19.5, 13.5);
+        break;
+    case Symbol::play:
+        paintPlay(painter, colour);
+        break;
+    }
+    painter.restore();
+}
+
+QIcon symbolIcon(Symbol symbol) {
+    return QIcon(new SymbolEngine(symbol));
+}
+
+QIcon programIcon(Symbol symbol, double opacity) {
+    QIcon icon;
+    for (const int size : {16, 22, 24, 32, 44, 48, 64, 128, 256}) {
+        QPixmap plate(size, size);
+        plate.fill(Qt::transparent);
+        {
+            QPainter painter(&plate);
+            paintPlate(painter, size, symbol);
+        }
+        QPixmap picture(size, size);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        painter.setOpacity(opacity);
+        painter.drawPixmap(0, 0, plate);
+        painter.end();
+        icon.addPixmap(picture);
+    }
+    return icon;
+}
+
+} // namespace lumbrine
