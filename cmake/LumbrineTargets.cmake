@@ -36,8 +36,8 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     endif()
 endif()
 
-# lumbrine_library(NAME SOURCES ... DEPENDS ... TOOLKIT): a static library; includes are written from the top of the tree.
-# TOOLKIT, for what uses the desktop toolkit, whose compiler options the precompiled headers do not share: compiled in
+# lumbrine_library(NAME SOURCES ... DEPENDS ... TOOLKIT): a static library; includes are written from the top of the
+# tree. TOOLKIT, for what uses the desktop toolkit, whose compiler options the precompiled headers do not share: compiled in
 # one piece instead.
 function(lumbrine_library name)
     cmake_parse_arguments(ARG "TOOLKIT" "" "SOURCES;DEPENDS" ${ARGN})
