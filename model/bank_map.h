@@ -27,7 +27,7 @@ public:
 private:
     void printDiagnosis() const;
 
-    Runtime& runtime;
+    [[maybe_unused]] Runtime& runtime; // for assertions
     ReceiverState& state;
     ClientMirror& mirror;
     ActivityLog& log;

@@ -16,7 +16,7 @@ public:
     void setPanMode(bool right);
 
 private:
-    Runtime& runtime;
+    [[maybe_unused]] Runtime& runtime; // for assertions
     ReceiverState& state;
     ClientMirror& mirror;
     ActivityLog& log;

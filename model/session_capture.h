@@ -17,7 +17,7 @@ public:
     void ensureSessAutoPanSize();
 
 private:
-    Runtime& runtime;
+    [[maybe_unused]] Runtime& runtime; // for assertions
     ReceiverState& state;
 };
 

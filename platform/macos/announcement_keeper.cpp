@@ -1,0 +1,66 @@
+#include "platform/macos/announcement_keeper.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lumbrine {
+
+AnnouncementKeeper::AnnouncementKeeper(Runtime& rt, BeginAnnouncement beginAttempt, AdvertisedService announced,
+                                       std::function<void(int code)> refusedReport)
+    : runtime(rt), begin(std::move(beginAttempt)), service(std::move(announced)), refused(std::move(refusedReport)) {}
+
+void AnnouncementKeeper::start() {
+    attemptNow();
+}
+
+void AnnouncementKeeper::renew() {
+    wait = afterFirstFailure;
+    attemptNow();
+}
+
+void AnnouncementKeeper::end() {
+    ++turn;
+    attempt.reset();
+}
+
+void AnnouncementKeeper::attemptNow() {
+    const std::uint64_t mine = ++turn;
+    // A report of an attempt that is over finds another turn.
+    const auto ifMine = [weak = weak_from_this(), mine](auto action) {
+        const auto keeper = weak.lock();
+        if (keeper && keeper->turn == mine) action(*keeper);
+    };
+    attempt.reset();
+    attempt = begin(service, {
+                                 .published = [=] { ifMine([](AnnouncementKeeper& keeper) { keeper.published(); }); },
+                                 .failed = [=](int code) {
+                                     ifMine([=](AnnouncementKeeper& keeper) { keeper.failed(code); });
+                                 },
+                                 .stopped =
+                                     [=] {
+                                         ifMine([](AnnouncementKeeper& keeper) { keeper.attemptIn(afterLoss); });
+                                     },
+                             });
+}
+
+// The attempt stays until the next one replaces it: this may be a call from within it.
+void AnnouncementKeeper::attemptIn(Duration delay) {
+    const std::uint64_t mine = ++turn;
+    runtime.postMainAfter(delay, [weak = weak_from_this(), mine] {
+        const auto keeper = weak.lock();
+        if (keeper && keeper->turn == mine) keeper->attemptNow();
+    });
+}
+
+void AnnouncementKeeper::published() {
+    wait = afterFirstFailure;
+    lastRefusal.reset();
+}
+
+void AnnouncementKeeper::failed(int code) {
+    attemptIn(wait);
+    wait = std::min(2 * wait, longestWait);
+    if (std::exchange(lastRefusal, code) != code) refused(code);
+}
+
+} // namespace lumbrine

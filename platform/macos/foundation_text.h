@@ -1,0 +1,22 @@
+// UTF-8 text to Foundation's strings and back. For Objective-C++ alone.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <string>
+#include <string_view>
+
+namespace lumbrine {
+
+// Nil when the text is not UTF-8.
+inline NSString* _Nullable nsString(std::string_view utf8) {
+    return [[NSString alloc] initWithBytes:utf8.data() length:utf8.size() encoding:NSUTF8StringEncoding];
+}
+
+// Empty for nil and for what cannot be said in UTF-8.
+inline std::string utf8Of(NSString* _Nullable string) {
+    NSData* const bytes = [string dataUsingEncoding:NSUTF8StringEncoding];
+    return bytes == nil ? std::string() : std::string(static_cast<const char*>(bytes.bytes), bytes.length);
+}
+
+} // namespace lumbrine

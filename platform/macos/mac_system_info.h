@@ -1,0 +1,20 @@
+// This computer, as macOS tells about it.
+#pragma once
+
+#include "platform/api/system_info.h"
+
+namespace lumbrine {
+
+// Asks the system anew at each call. Any thread.
+class MacSystemInfo final : public SystemInfo {
+public:
+    std::optional<std::string> environment(const std::string& name) const override;
+    std::vector<std::string> preferredLanguages() const override;
+
+    // The name in the system's sharing settings.
+    std::optional<std::string> computerName() const override;
+
+    std::optional<std::string> primaryIPv4() const override;
+};
+
+} // namespace lumbrine
