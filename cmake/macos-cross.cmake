@@ -13,7 +13,15 @@ endforeach()
 set(CMAKE_AR /usr/bin/llvm-ar-19)
 set(CMAKE_RANLIB /usr/bin/llvm-ranlib-19)
 set(CMAKE_INSTALL_NAME_TOOL /usr/bin/llvm-install-name-tool-19)
+foreach(language CXX OBJCXX)
+    set(CMAKE_${language}_FLAGS_INIT "-isystem ${CMAKE_CURRENT_LIST_DIR}/macos-cross")
+endforeach()
 set(CMAKE_EXE_LINKER_FLAGS_INIT -fuse-ld=lld)
+
+# An SDK that was trimmed lacks the private framework behind AppKit's text classes.
+if(NOT EXISTS "${CMAKE_OSX_SYSROOT}/System/Library/PrivateFrameworks/UIFoundation.framework")
+    set(CMAKE_EXE_LINKER_FLAGS_INIT "-fuse-ld=lld ${CMAKE_CURRENT_LIST_DIR}/macos-cross/AppKit.tbd")
+endif()
 
 # Nothing of this computer is for the Mac but its tools.
 set(CMAKE_FIND_ROOT_PATH ${CMAKE_OSX_SYSROOT})

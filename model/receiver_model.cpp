@@ -43,13 +43,20 @@ ReceiverModel::~ReceiverModel() {
 void ReceiverModel::start() {
     assert(parts->jobs.runtime.onMain());
     if (std::exchange(started, true)) return;
-    parts->state.published.localIP = system.primaryIPv4().value_or("127.0.0.1");
-    parts->state.published.changed();
+    readAddress();
     parts->surfaces.startSurfaces();
     parts->tick.start();
     parts->meterStep.start();
     parts->endpoint.startUDPAndBonjour(
         [&commands = parts->commands](ByteView bytes, std::string_view key) { commands.handleUDP(bytes, key); });
+}
+
+bool ReceiverModel::readAddress() {
+    assert(parts->jobs.runtime.onMain());
+    PublishedState& published = parts->state.published;
+    const std::string before = std::exchange(published.localIP, system.primaryIPv4().value_or("127.0.0.1"));
+    published.changed();
+    return published.localIP != before;
 }
 
 void ReceiverModel::appendLog(const std::string& line) {

@@ -35,6 +35,10 @@ public:
     // the rest goes on. Main thread; a second call does nothing.
     void start();
 
+    // Reads this computer's address again, which `start` has read first; the network may be another one after a sleep.
+    // True when the address has changed. Main thread.
+    bool readAddress();
+
     // The only way to write to the log: one finished line, in the user's language. Any thread.
     void appendLog(const std::string& line);
 

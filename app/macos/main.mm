@@ -1,30 +1,119 @@
 // Lumbrine: the receiver as an application of the Mac's menu bar.
-#include "base/bilingual.h"
+#include "app/login_item.h"
+#include "app/macos/application.h"
+#include "app/macos/controls.h"
+#include "app/macos/draw_pace.h"
+#include "app/macos/promptness.h"
+#include "app/macos/receiver_window.h"
+#include "app/macos/status_icon.h"
+#include "app/receiver_app.h"
 #include "model/receiver_model.h"
+#include "platform/macos/announcement_failure.h"
 #include "platform/macos/coremidi_services.h"
 #include "platform/macos/dispatch_main_loop.h"
 #include "platform/macos/foundation_json.h"
+#include "platform/macos/latency_critical_activity.h"
 #include "platform/macos/mac_system_info.h"
+#include "platform/macos/main_app_login_service.h"
 #include "platform/macos/net_service_advertiser.h"
+#include "platform/macos/power_observer.h"
+#include "platform/macos/wake_handling.h"
 #include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 
 #import <AppKit/AppKit.h>
 
-int main() {
-    using namespace lumbrine;
-    DispatchMainLoop loop;
-    RealRuntime runtime(loop);
+#include <memory>
+
+namespace lumbrine {
+namespace {
+
+void endEventLoop() {
+    [NSApp terminate:nil];
+}
+
+// The computer as this program's model sees it.
+struct Mac {
+    DispatchMainLoop loop{endEventLoop};
+    RealRuntime runtime{loop};
     MacSystemInfo system;
+    const Bilingual text{prefersJapanese(system.preferredLanguages())};
     CoreMIDIServices midi;
     PosixDatagramSockets sockets;
     PosixStreamSockets streams;
-    NetServiceAdvertiser advertiser(runtime);
-    const Bilingual text(prefersJapanese(system.preferredLanguages()));
-    FoundationJSON json(text);
-    auto model = ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json}, text);
-    model->start();
-    [NSApplication.sharedApplication run];
+    NetServiceAdvertiser advertiser{runtime};
+    FoundationJSON json{text};
+    MainAppLoginService login{text};
+};
+
+// Everything there is, for as long as the process lives: the system ends it without coming back here.
+class Application {
+public:
+    Application() {
+        mac.advertiser.onRefused = [this](int code) {
+            app.tell(mac.text("✗ Bonjour failed: ", "✗ Bonjour 失敗: ") + announcementFailureText(code, mac.text));
+        };
+        app.connect({.openWindow = [this] { openWindow(); },
+                     .refresh = [this] { pace.changed(); },
+                     .quit = [this] { mac.loop.stop(); }});
+        delegate.launched = [this] { openWindow(); };
+        delegate.reopened = [this] { openWindow(); };
+        delegate.windowChanged = [this] { pace.changed(); };
+    }
+
+    LumbrineApplicationDelegate* const delegate = [[LumbrineApplicationDelegate alloc] init];
+
+    NSMenu* keys() const { return keyMenu(mac.text); }
+
+private:
+    struct Shell {
+        Shell(ReceiverApp& app, LumbrineActionTarget* target) : window(app, target), icon(app, target) {}
+        ReceiverWindow window;
+        StatusIcon icon;
+    };
+
+    void openWindow() {
+        if (!shell) {
+            shell = std::make_unique<Shell>(app, target);
+            shell->window.window().delegate = delegate;
+        }
+        shell->window.show();
+        app.windowAppeared();
+    }
+
+    void draw() {
+        promptness.follow(model->published());
+        if (!shell) return;
+        shell->window.draw();
+        shell->icon.draw();
+    }
+
+    Mac mac;
+    LoginItem loginItem{mac.login, mac.text};
+    const std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
+        {mac.runtime, mac.midi, mac.sockets, mac.advertiser, mac.system, mac.streams, mac.json}, mac.text);
+    ReceiverApp app{model, loginItem, mac.text};
+    Promptness promptness{[] { return std::make_shared<LatencyCriticalActivity>(); }};
+    DrawPace pace{mac.runtime, [this] { draw(); }};
+    WakeHandling wake{mac.runtime, {.readAddress = [this] { return model->readAddress(); },
+                                    .announceAgain = [this] { mac.advertiser.renew(); }}};
+    const PowerObserver power{[this] { wake.willSleep(); }, [this] { wake.didWake(); }};
+    LumbrineActionTarget* const target =
+        [[LumbrineActionTarget alloc] initWithPerform:[this](ScreenAction action) { app.perform(action); }];
+    std::unique_ptr<Shell> shell;
+};
+
+} // namespace
+} // namespace lumbrine
+
+int main() {
+    @autoreleasepool {
+        NSApplication* const application = NSApplication.sharedApplication;
+        const auto receiver = std::make_unique<lumbrine::Application>();
+        application.delegate = receiver->delegate;
+        application.mainMenu = receiver->keys();
+        [application run];
+    }
     return 0;
 }

@@ -18,6 +18,31 @@ void runAndDestroy(void* posted) {
     (*task)();
 }
 
+dispatch_source_t strictTimer(void* context, dispatch_function_t handler) {
+    const dispatch_source_t timer =
+        dispatch_source_create(DISPATCH_SOURCE_TYPE_TIMER, 0, DISPATCH_TIMER_STRICT, dispatch_get_main_queue());
+    dispatch_set_context(timer, context);
+    dispatch_source_set_event_handler_f(timer, handler);
+    return timer;
+}
+
+void begin(dispatch_source_t timer, Duration first, std::uint64_t interval) {
+    dispatch_source_set_timer(timer, dispatch_time(DISPATCH_TIME_NOW, first.count()), interval, 0);
+    dispatch_activate(timer);
+}
+
+struct DelayedTask {
+    dispatch_source_t timer = nullptr;
+    Task task;
+};
+
+void runDelayed(void* context) {
+    const std::unique_ptr<DelayedTask> delayed(static_cast<DelayedTask*>(context));
+    dispatch_source_cancel(delayed->timer);
+    dispatch_release(delayed->timer);
+    delayed->task();
+}
+
 // What the system holds on to for one timer. Shared, because a tick may destroy its own timer.
 using SharedTick = std::shared_ptr<const std::function<void()>>;
 
@@ -33,15 +58,10 @@ void destroyTick(void* context) {
 class DispatchTimer final : public RepeatingTimer {
 public:
     DispatchTimer(Duration interval, std::function<void()> tick)
-        : source(dispatch_source_create(DISPATCH_SOURCE_TYPE_TIMER, 0, DISPATCH_TIMER_STRICT,
-                                        dispatch_get_main_queue())) {
+        : source(strictTimer(new SharedTick(std::make_shared<std::function<void()>>(std::move(tick))), callTick)) {
         const Duration step = std::max(interval, Duration{1});
-        dispatch_set_context(source, new SharedTick(std::make_shared<std::function<void()>>(std::move(tick))));
         dispatch_set_finalizer_f(source, destroyTick);
-        dispatch_source_set_event_handler_f(source, callTick);
-        dispatch_source_set_timer(source, dispatch_time(DISPATCH_TIME_NOW, step.count()),
-                                  static_cast<std::uint64_t>(step.count()), 0);
-        dispatch_activate(source);
+        begin(source, step, static_cast<std::uint64_t>(step.count()));
     }
 
     ~DispatchTimer() override {
@@ -68,12 +88,18 @@ void DispatchMainLoop::post(Task task) {
 
 void DispatchMainLoop::postAfter(Duration delay, Task task) {
     if (delay <= Duration::zero()) return post(std::move(task));
-    dispatch_after_f(dispatch_time(DISPATCH_TIME_NOW, delay.count()), dispatch_get_main_queue(),
-                     new Task(std::move(task)), runAndDestroy);
+    auto delayed = std::make_unique<DelayedTask>();
+    delayed->task = std::move(task);
+    delayed->timer = strictTimer(delayed.get(), runDelayed);
+    begin(delayed.release()->timer, delay, DISPATCH_TIME_FOREVER);
 }
 
 std::unique_ptr<RepeatingTimer> DispatchMainLoop::repeat(Duration interval, std::function<void()> tick) {
     return std::make_unique<DispatchTimer>(interval, std::move(tick));
+}
+
+void DispatchMainLoop::stop() {
+    post([this] { end(); });
 }
 
 } // namespace lumbrine

@@ -13,6 +13,12 @@ inline NSString* _Nullable nsString(std::string_view utf8) {
     return [[NSString alloc] initWithBytes:utf8.data() length:utf8.size() encoding:NSUTF8StringEncoding];
 }
 
+// For what is shown: empty when the text is not UTF-8.
+inline NSString* _Nonnull shownText(std::string_view utf8) {
+    NSString* const string = nsString(utf8);
+    return string == nil ? @"" : string;
+}
+
 // Empty for nil and for what cannot be said in UTF-8.
 inline std::string utf8Of(NSString* _Nullable string) {
     NSData* const bytes = [string dataUsingEncoding:NSUTF8StringEncoding];

@@ -36,20 +36,14 @@ namespace lumbrine {
 
 namespace {
 
-// The system names a service without a name after the computer.
-NSString* textOf(const std::string& utf8) {
-    NSString* const string = nsString(utf8);
-    return string == nil ? @"" : string;
-}
-
 class NetServiceAttempt final : public AnnouncementAttempt {
 public:
     NetServiceAttempt(const AdvertisedService& announced, AnnouncementReports reports)
         : listener([[LumbrineNetServiceListener alloc] initWithReports:std::move(reports)]) {
         @autoreleasepool {
-            service = [[NSNetService alloc] initWithDomain:textOf(announced.domain)
-                                                      type:textOf(announced.type)
-                                                      name:textOf(announced.name)
+            service = [[NSNetService alloc] initWithDomain:shownText(announced.domain)
+                                                      type:shownText(announced.type)
+                                                      name:shownText(announced.name)
                                                       port:announced.port];
             service.delegate = listener;
             [service publish];

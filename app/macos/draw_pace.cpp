@@ -1,0 +1,21 @@
+#include "app/macos/draw_pace.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lumbrine {
+
+DrawPace::DrawPace(Runtime& rt, std::function<void()> drawNow) : runtime(rt), draw(std::move(drawNow)) {}
+
+void DrawPace::changed() {
+    if (std::exchange(planned, true)) return;
+    const Duration wait = std::max(Duration::zero(), last + interval - runtime.now());
+    runtime.postMainAfter(wait, [this, alive = std::weak_ptr(life)] {
+        if (alive.expired()) return;
+        planned = false;
+        last = runtime.now();
+        draw();
+    });
+}
+
+} // namespace lumbrine

@@ -1,0 +1,124 @@
+#include "app/macos/receiver_window.h"
+
+#include "platform/macos/foundation_text.h"
+
+namespace lumbrine {
+
+namespace {
+
+constexpr CGFloat margin = 16;
+constexpr CGFloat usualWidth = 480;
+constexpr CGFloat usualHeight = 640;
+
+NSWindow* makeWindow(const std::string& title) {
+    const NSWindowStyleMask style =
+        NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskMiniaturizable | NSWindowStyleMaskResizable;
+    NSWindow* const window = [[NSWindow alloc] initWithContentRect:NSMakeRect(0, 0, usualWidth, usualHeight)
+                                                         styleMask:style
+                                                           backing:NSBackingStoreBuffered
+                                                             defer:YES];
+    window.title = shownText(title);
+    window.identifier = shownText(windowIdentifier);
+    window.releasedWhenClosed = NO;
+    window.contentMinSize = NSMakeSize(minimumWindowWidth, minimumWindowHeight);
+    [window center];
+    window.frameAutosaveName = shownText(windowIdentifier);
+    return window;
+}
+
+NSTextField* heading(const std::string& text, CGFloat size) {
+    NSTextField* const field = label(text);
+    field.font = [NSFont systemFontOfSize:size weight:NSFontWeightSemibold];
+    return field;
+}
+
+NSAttributedString* attributed(const std::vector<TextRun>& runs) {
+    NSMutableAttributedString* const whole = [[NSMutableAttributedString alloc] init];
+    const CGFloat size = NSFont.systemFontSize;
+    for (const TextRun& run : runs) {
+        NSFont* const font = run.bold ? [NSFont boldSystemFontOfSize:size] : [NSFont systemFontOfSize:size];
+        NSDictionary* const look = @{NSFontAttributeName : font, NSForegroundColorAttributeName : NSColor.labelColor};
+        [whole appendAttributedString:[[NSAttributedString alloc] initWithString:shownText(run.text) attributes:look]];
+    }
+    return whole;
+}
+
+NSImageView* symbolView(Symbol symbol, NSColor* tint) {
+    NSImageView* const view = [[NSImageView alloc] init];
+    view.image = symbolImage(symbolName(symbol));
+    view.contentTintColor = tint;
+    view.accessibilityElement = NO;
+    [view setContentHuggingPriority:NSLayoutPriorityRequired forOrientation:NSLayoutConstraintOrientationHorizontal];
+    return view;
+}
+
+NSView* space() {
+    NSView* const view = [[NSView alloc] init];
+    [view setContentHuggingPriority:1 forOrientation:NSLayoutConstraintOrientationHorizontal];
+    return view;
+}
+
+} // namespace
+
+ReceiverWindow::ReceiverWindow(ReceiverApp& receiverApp, LumbrineActionTarget* target)
+    : app(receiverApp), frame(makeWindow(app.view().windowTitle)), log(app.view().logHeading) {
+    arrange(app.view(), target);
+}
+
+NSView* ReceiverWindow::noticeBox(const ScreenNotice& shown) {
+    NSTextField* const text = [NSTextField wrappingLabelWithString:@""];
+    text.attributedStringValue = attributed(shown.text);
+    [text setContentCompressionResistancePriority:NSLayoutPriorityDefaultLow
+                                   forOrientation:NSLayoutConstraintOrientationHorizontal];
+    NSStackView* const both = row(@[ symbolView(shown.symbol, NSColor.systemOrangeColor), text ]);
+    both.alignment = NSLayoutAttributeTop;
+    return both;
+}
+
+void ReceiverWindow::arrange(const ReceiverView& view, LumbrineActionTarget* target) {
+    notice = noticeBox(view.notice);
+    address.selectable = YES;
+    address.font = [NSFont monospacedDigitSystemFontOfSize:NSFont.systemFontSize weight:NSFontWeightRegular];
+    NSTextField* const addressTitle = label(view.address.title);
+    address.accessibilityLabel = addressTitle.stringValue;
+    NSStackView* const addressLine =
+        row(@[ symbolView(view.address.symbol, NSColor.secondaryLabelColor), addressTitle, address ]);
+
+    NSMutableArray<NSView*>* const moves = [NSMutableArray array];
+    for (const ScreenButton& move : view.moves)
+        [moves addObject:buttonFor(move, target)];
+    [moves addObject:space()];
+    [moves addObject:buttonFor(view.test, target)];
+    NSStackView* const movesLine = row(moves);
+
+    NSStackView* const all = [NSStackView stackViewWithViews:@[
+        heading(view.heading, 17), proTools.view(), client.view(), notice, buttonFor(view.reconnect, target),
+        addressLine, movesLine, strips, heading(view.logHeading, 13), log.view()
+    ]];
+    all.orientation = NSUserInterfaceLayoutOrientationVertical;
+    all.alignment = NSLayoutAttributeLeading;
+    all.edgeInsets = NSEdgeInsetsMake(margin, margin, margin, margin);
+    all.detachesHiddenViews = YES;
+    for (NSView* wide in @[ notice, strips, log.view(), movesLine ])
+        [wide.widthAnchor constraintEqualToAnchor:all.widthAnchor constant:-2 * margin].active = YES;
+    frame.contentView = all;
+}
+
+void ReceiverWindow::show() {
+    [frame makeKeyAndOrderFront:nil];
+    [NSApp activateIgnoringOtherApps:YES];
+    draw();
+}
+
+void ReceiverWindow::draw() {
+    if (!frame.visible || (frame.occlusionState & NSWindowOcclusionStateVisible) == 0) return;
+    const ReceiverView view = app.view();
+    proTools.show(view.proTools);
+    client.show(view.client);
+    notice.hidden = !view.notice.shown;
+    setText(address, view.address.address);
+    [strips show:view.strips named:view.stripsName];
+    log.show(app.logLines());
+}
+
+} // namespace lumbrine

@@ -1,0 +1,63 @@
+#!/usr/bin/env bash
+# check-macos.sh [SDK [JOBS]]: on Linux, compiles all product code for the Mac's two processors against a macOS SDK
+# (a folder with System/ and usr/; also from LUMBRINE_MACOS_SDK), links Lumbrine, looks into what comes out, and puts
+# the bundle together, unsigned. Nothing of it is run. Without an SDK it says so and succeeds.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+sdk=${1:-${LUMBRINE_MACOS_SDK:-}}
+jobs=${2:-$(nproc)}
+out=build/macos
+
+if [ -z "$sdk" ]; then
+    echo 'macOS: not checked, since no SDK is given (LUMBRINE_MACOS_SDK)'
+    exit 0
+fi
+for need in "$sdk/System/Library/Frameworks/AppKit.framework" /usr/bin/clang++-19 /usr/bin/ld64.lld-19 \
+    /usr/bin/llvm-lipo-19 /usr/lib/llvm-19/include/c++/v1/expected; do
+    if [ ! -e "$need" ]; then
+        echo "macOS: not checked, since $need is missing (packages clang-19, lld-19, llvm-19, libc++-19-dev)"
+        exit 0
+    fi
+done
+
+fail() {
+    echo "macOS: $*" >&2
+    exit 1
+}
+
+mkdir -p "$out"
+for arch in arm64 x86_64; do
+    export LUMBRINE_MACOS_SDK=$sdk LUMBRINE_MACOS_ARCH=$arch
+    [ -f "build/macos-$arch/build.ninja" ] || cmake -G Ninja -S . -B "build/macos-$arch" \
+        --toolchain cmake/macos-cross.cmake -DCMAKE_BUILD_TYPE=Release >/dev/null
+    cmake --build "build/macos-$arch" --target lumbrine_product -- -j "$jobs" >"$out/$arch.log" 2>&1 ||
+        { cat "$out/$arch.log"; fail "$arch does not build"; }
+    if grep -n 'warning:' "$out/$arch.log"; then fail "$arch builds with warnings"; fi
+    echo "macOS: $arch compiled and linked without a warning"
+done
+llvm-lipo-19 -create build/macos-arm64/bin/Lumbrine build/macos-x86_64/bin/Lumbrine -output "$out/Lumbrine"
+
+architectures=$(llvm-lipo-19 -archs "$out/Lumbrine")
+[ "$(tr ' ' '\n' <<<"$architectures" | sort | xargs)" = 'arm64 x86_64' ] || fail "architectures: $architectures"
+echo "macOS: architectures $architectures"
+
+for arch in $architectures; do
+    thin=build/macos-$arch/bin/Lumbrine
+    commands=$out/$arch.commands
+    llvm-objdump-19 --macho --private-headers "$thin" >"$commands"
+    foreign=$(llvm-otool-19 -L "$thin" | awk 'NR > 1 {print $1}' | grep -vE '^(/usr/lib/|/System/Library/)' || true)
+    [ -z "$foreign" ] || fail "$arch needs more than the system: $foreign"
+    if grep -q LC_RPATH "$commands"; then fail "$arch looks for libraries in places of its own"; fi
+    grep -qw PIE "$commands" || fail "$arch is not position independent"
+    # The hardened runtime maps nothing that can be both written and executed.
+    if grep -E '^ *(max|init)prot rwx' "$commands"; then fail "$arch has a segment to write and execute"; fi
+    minimum=$(awk '/LC_BUILD_VERSION/ {found = 1} found && $1 == "minos" {print $2; exit}' "$commands")
+    [ "$minimum" = 12.0 ] || fail "$arch wants macOS $minimum"
+    # Functions that the system had only later would keep the program from starting.
+    if llvm-nm-19 -u "$thin" | grep -E 'isPlatformVersionAtLeast|isOSVersionAtLeast'; then fail "$arch asks for versions"; fi
+    if strings -a "$thin" | grep -F -e "$PWD" -e "$sdk" -e "$HOME/"; then fail "$arch tells where it was built"; fi
+    echo "macOS: $arch needs $(llvm-otool-19 -L "$thin" | awk 'NR > 1 {n = split($1, p, "/"); print p[n]}' | xargs);" \
+        "macOS $minimum or later; $(stat -c %s "$thin") bytes"
+done
+
+scripts/macos-bundle.sh "$out/Lumbrine" "$out"

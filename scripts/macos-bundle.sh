@@ -1,0 +1,62 @@
+#!/usr/bin/env bash
+# macos-bundle.sh BINARY FOLDER: puts Lumbrine.app together in FOLDER. On a Mac it is signed too, and with an identity
+# it becomes a disk image for others:
+#
+#   LUMBRINE_SIGN_IDENTITY   "Developer ID Application: ..." of the keychain; without one the signature is ad hoc, good
+#                            for this Mac alone
+#   LUMBRINE_NOTARY_PROFILE  a profile that `xcrun notarytool store-credentials` has put into the keychain
+#
+# Without the hardened runtime's exceptions: the entitlements are empty.
+set -euo pipefail
+top=$(cd "$(dirname "$0")/.." && pwd)
+binary=$1
+folder=$2
+app=$folder/Lumbrine.app
+image=$folder/Lumbrine.dmg
+version=$(sed -n 's/^project(Lumbrine VERSION \([0-9.]*\).*/\1/p' "$top/CMakeLists.txt")
+
+rm -rf "$app"
+mkdir -p "$app/Contents/MacOS" "$app/Contents/Resources"
+cp "$binary" "$app/Contents/MacOS/Lumbrine"
+chmod 755 "$app/Contents/MacOS/Lumbrine"
+sed "s/@VERSION@/$version/" "$top/packaging/macos/Info.plist.in" >"$app/Contents/Info.plist"
+printf 'APPL????' >"$app/Contents/PkgInfo"
+cp -R "$top/packaging/macos/en.lproj" "$top/packaging/macos/ja.lproj" "$app/Contents/Resources/"
+python3 "$top/scripts/macos_icon.py" "$app/Contents/Resources/Lumbrine.icns"
+echo "macOS: $app, version $version"
+
+if ! command -v codesign >/dev/null 2>&1; then
+    echo 'macOS: not signed, since this is no Mac'
+    exit 0
+fi
+plutil -lint "$app/Contents/Info.plist" "$app"/Contents/Resources/*.lproj/InfoPlist.strings
+identity=${LUMBRINE_SIGN_IDENTITY:--}
+stamp=--timestamp
+[ "$identity" != - ] || stamp=--timestamp=none
+codesign --force --options runtime "$stamp" --entitlements "$top/packaging/macos/Lumbrine.entitlements" \
+    --sign "$identity" "$app"
+codesign --verify --strict --verbose=2 "$app"
+
+staged=$(mktemp -d)
+trap 'rm -rf "$staged"' EXIT
+notarise() {
+    xcrun notarytool submit "$1" --keychain-profile "$LUMBRINE_NOTARY_PROFILE" --wait
+}
+if [ -n "${LUMBRINE_NOTARY_PROFILE:-}" ]; then
+    ditto -c -k --keepParent "$app" "$staged/Lumbrine.zip"
+    notarise "$staged/Lumbrine.zip"
+    xcrun stapler staple "$app"
+fi
+
+mkdir "$staged/image"
+cp -R "$app" "$staged/image/"
+ln -s /Applications "$staged/image/Applications"
+rm -f "$image"
+hdiutil create -quiet -volname Lumbrine -srcfolder "$staged/image" -format UDZO "$image"
+if [ "$identity" != - ]; then codesign "$stamp" --sign "$identity" "$image"; fi
+if [ -n "${LUMBRINE_NOTARY_PROFILE:-}" ]; then
+    notarise "$image"
+    xcrun stapler staple "$image"
+    spctl --assess --type open --context context:primary-signature --verbose "$image"
+fi
+shasum -a 256 "$image"
