@@ -50,4 +50,4 @@ check-package: package
 	@scripts/check_package.sh
 
 format: setup
-	@git ls-files '*.h' '*.cpp' | xargs clang-format-19 -i
+	@git ls-files '*.h' '*.cpp' '*.mm' | xargs clang-format-19 -i

@@ -129,6 +129,19 @@ TEST(ReceiverModel, PublishesTheLoopbackAddressWithoutAnother) {
     EXPECT_EQ(bench.model->published().localIP, "127.0.0.1");
 }
 
+TEST(ReceiverModel, ReadsTheAddressAgainWhenTheNetworkMayBeAnotherOne) {
+    ModelWorld world;
+    ModelBench bench(world);
+    bench.model->start();
+    EXPECT_FALSE(bench.model->readAddress());
+    bench.computer.address = "10.0.0.7";
+    EXPECT_TRUE(bench.model->readAddress());
+    EXPECT_EQ(bench.model->published().localIP, "10.0.0.7");
+    bench.computer.address.reset();
+    EXPECT_TRUE(bench.model->readAddress());
+    EXPECT_EQ(bench.model->published().localIP, "127.0.0.1");
+}
+
 TEST(ReceiverModel, BeginsNeutral) {
     ModelWorld world;
     ModelBench bench(world);

@@ -5,7 +5,7 @@ cd "$(dirname "$0")/.."
 jobs=${1:-$(nproc)}
 
 echo '== clang-format'
-git ls-files '*.h' '*.cpp' | xargs -r clang-format-19 --dry-run --Werror
+git ls-files '*.h' '*.cpp' '*.mm' | xargs -r clang-format-19 --dry-run --Werror
 
 echo '== tidy tests'
 scripts/build.sh release "$jobs" --target tidy_tests
@@ -13,6 +13,9 @@ build/release/bin/tidy_tests --gtest_brief=1
 
 echo '== packaging'
 scripts/lint_packaging.sh
+
+echo '== macOS'
+scripts/check-macos.sh "${LUMBRINE_MACOS_SDK:-}" "$jobs"
 
 echo '== clang-tidy'
 # The product and its programs; tests are held to the compilers' warnings alone.

@@ -1,5 +1,4 @@
 #include "app/macos/draw_pace.h"
-
 #include "platform/virtual/virtual_runtime.h"
 
 #include <optional>

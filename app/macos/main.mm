@@ -96,8 +96,9 @@ private:
     ReceiverApp app{model, loginItem, mac.text};
     Promptness promptness{[] { return std::make_shared<LatencyCriticalActivity>(); }};
     DrawPace pace{mac.runtime, [this] { draw(); }};
-    WakeHandling wake{mac.runtime, {.readAddress = [this] { return model->readAddress(); },
-                                    .announceAgain = [this] { mac.advertiser.renew(); }}};
+    WakeHandling wake{
+        mac.runtime,
+        {.readAddress = [this] { return model->readAddress(); }, .announceAgain = [this] { mac.advertiser.renew(); }}};
     const PowerObserver power{[this] { wake.willSleep(); }, [this] { wake.didWake(); }};
     LumbrineActionTarget* const target =
         [[LumbrineActionTarget alloc] initWithPerform:[this](ScreenAction action) { app.perform(action); }];

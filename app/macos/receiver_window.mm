@@ -11,8 +11,8 @@ constexpr CGFloat usualWidth = 480;
 constexpr CGFloat usualHeight = 640;
 
 NSWindow* makeWindow(const std::string& title) {
-    const NSWindowStyleMask style =
-        NSWindowStyleMaskTitled | NSWindowStyleMaskClosable | NSWindowStyleMaskMiniaturizable | NSWindowStyleMaskResizable;
+    const NSWindowStyleMask style = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable |
+                                    NSWindowStyleMaskMiniaturizable | NSWindowStyleMaskResizable;
     NSWindow* const window = [[NSWindow alloc] initWithContentRect:NSMakeRect(0, 0, usualWidth, usualHeight)
                                                          styleMask:style
                                                            backing:NSBackingStoreBuffered

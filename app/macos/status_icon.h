@@ -23,8 +23,7 @@ public:
 
 private:
     ReceiverApp& app;
-    NSStatusItem* const _Nonnull item =
-        [NSStatusBar.systemStatusBar statusItemWithLength:NSSquareStatusItemLength];
+    NSStatusItem* const _Nonnull item = [NSStatusBar.systemStatusBar statusItemWithLength:NSSquareStatusItemLength];
     LumbrineMenuOpening* const _Nonnull opening;
 };
 

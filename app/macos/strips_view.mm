@@ -110,8 +110,7 @@ void drawStrip(const StripView& strip, NSRect column) {
     self.needsDisplay = YES;
     NSMutableArray<NSAccessibilityElement*>* const elements = [NSMutableArray array];
     for (std::size_t i = 0; i < strips.size(); ++i) {
-        NSAccessibilityElement* const element =
-            i < spoken.count ? spoken[i] : [[NSAccessibilityElement alloc] init];
+        NSAccessibilityElement* const element = i < spoken.count ? spoken[i] : [[NSAccessibilityElement alloc] init];
         element.accessibilityRole = NSAccessibilityStaticTextRole;
         element.accessibilityParent = self;
         element.accessibilityValue = shownText(strips[i].spoken);

@@ -58,10 +58,9 @@ std::optional<AttributeValue> valueOf(CFTypeRef value) {
 bool askTheUser() {
     const std::array<const void*, 1> keys{kAXTrustedCheckOptionPrompt};
     const std::array<const void*, 1> values{kCFBooleanTrue};
-    const auto options = CFHolder<CFDictionaryRef>::takingOver(
-        CFDictionaryCreate(kCFAllocatorDefault, const_cast<const void**>(keys.data()),
-                           const_cast<const void**>(values.data()), static_cast<CFIndex>(keys.size()),
-                           &kCFTypeDictionaryKeyCallBacks, &kCFTypeDictionaryValueCallBacks));
+    const auto options = CFHolder<CFDictionaryRef>::takingOver(CFDictionaryCreate(
+        kCFAllocatorDefault, const_cast<const void**>(keys.data()), const_cast<const void**>(values.data()),
+        static_cast<CFIndex>(keys.size()), &kCFTypeDictionaryKeyCallBacks, &kCFTypeDictionaryValueCallBacks));
     return AXIsProcessTrustedWithOptions(options.get());
 }
 

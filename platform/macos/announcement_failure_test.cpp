@@ -22,8 +22,7 @@ TEST(AnnouncementFailure, TellsWhereTheLocalNetworkIsAllowed) {
 TEST(AnnouncementFailure, HasAReasonInBothLanguagesForEachCodeThatIsKnown) {
     EXPECT_EQ(announcementFailureText(-72008, english),
               "the application was packed without the name of its service (-72008)");
-    EXPECT_EQ(announcementFailureText(-72008, japanese),
-              "アプリのパッケージにサービス名が登録されていません (-72008)");
+    EXPECT_EQ(announcementFailureText(-72008, japanese), "アプリのパッケージにサービス名が登録されていません (-72008)");
     EXPECT_EQ(announcementFailureText(-65563, english), "the system's Bonjour service is not running (-65563)");
     EXPECT_EQ(announcementFailureText(-65563, japanese), "システムの Bonjour サービスが動いていません (-65563)");
     EXPECT_EQ(announcementFailureText(-72001, english), "the name is taken (-72001)");

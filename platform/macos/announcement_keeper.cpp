@@ -31,16 +31,12 @@ void AnnouncementKeeper::attemptNow() {
         if (keeper && keeper->turn == mine) action(*keeper);
     };
     attempt.reset();
-    attempt = begin(service, {
-                                 .published = [=] { ifMine([](AnnouncementKeeper& keeper) { keeper.published(); }); },
-                                 .failed = [=](int code) {
-                                     ifMine([=](AnnouncementKeeper& keeper) { keeper.failed(code); });
-                                 },
-                                 .stopped =
-                                     [=] {
-                                         ifMine([](AnnouncementKeeper& keeper) { keeper.attemptIn(afterLoss); });
-                                     },
-                             });
+    attempt = begin(service,
+                    {
+                        .published = [=] { ifMine([](AnnouncementKeeper& keeper) { keeper.published(); }); },
+                        .failed = [=](int code) { ifMine([=](AnnouncementKeeper& keeper) { keeper.failed(code); }); },
+                        .stopped = [=] { ifMine([](AnnouncementKeeper& keeper) { keeper.attemptIn(afterLoss); }); },
+                    });
 }
 
 // The attempt stays until the next one replaces it: this may be a call from within it.

@@ -1,5 +1,4 @@
 #include "platform/macos/announcement_keeper.h"
-
 #include "platform/virtual/virtual_runtime.h"
 
 namespace lumbrine {

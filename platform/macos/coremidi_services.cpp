@@ -51,7 +51,9 @@ MIDIStatus CoreMIDIServices::createClient(const std::string& name, MIDIClientRef
     const auto text = cfString(name);
     if (!text) return badName;
     MIDIClientRef made = 0;
-    const MIDIStatus status = ::MIDIClientCreateWithBlock(text.get(), &made, ^(const ::MIDINotification*) {});
+    const MIDIStatus status = ::MIDIClientCreateWithBlock(text.get(), &made,
+                                                          ^(const ::MIDINotification*){
+                                                          });
     if (status != 0) return status;
     clients.push_back(made);
     client = made;
@@ -75,10 +77,10 @@ MIDIStatus CoreMIDIServices::createDestination(MIDIClientRef client, const std::
     if (!text) return badName;
     const MIDIReadBlock receiver = std::move(read); // the block keeps a copy
     MIDIEndpointRef made = 0;
-    const MIDIStatus status = ::MIDIDestinationCreateWithBlock(client, text.get(), &made,
-                                                               ^(const ::MIDIPacketList* list, void* /*origin*/) {
-                                                                   handOn(list, receiver);
-                                                               });
+    const MIDIStatus status =
+        ::MIDIDestinationCreateWithBlock(client, text.get(), &made, ^(const ::MIDIPacketList* list, void* /*origin*/) {
+          handOn(list, receiver);
+        });
     if (status != 0) return status;
     endpoints.push_back(made);
     destination = made;

@@ -9,10 +9,9 @@ struct LatencyCriticalActivity::Token {
 };
 
 LatencyCriticalActivity::LatencyCriticalActivity()
-    : token(std::make_unique<Token>(
-          [NSProcessInfo.processInfo beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep |
-                                                              NSActivityLatencyCritical
-                                                       reason:@"faders are being moved"])) {}
+    : token(std::make_unique<Token>([NSProcessInfo.processInfo
+          beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep | NSActivityLatencyCritical
+                            reason:@"faders are being moved"])) {}
 
 LatencyCriticalActivity::~LatencyCriticalActivity() {
     [NSProcessInfo.processInfo endActivity:token->activity];

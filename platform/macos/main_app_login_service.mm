@@ -41,8 +41,7 @@ std::expected<void, std::string> MainAppLoginService::unregisterApplication() {
 std::expected<void, std::string> MainAppLoginService::change(bool on) {
     @autoreleasepool {
         const id<LumbrineMainAppService> service = mainAppService();
-        if (service == nil)
-            return std::unexpected(text("needs macOS 13 or later", "macOS 13 以降が必要です"));
+        if (service == nil) return std::unexpected(text("needs macOS 13 or later", "macOS 13 以降が必要です"));
         NSError* error = nil;
         const bool done = on ? [service registerAndReturnError:&error] : [service unregisterAndReturnError:&error];
         if (done) return {};

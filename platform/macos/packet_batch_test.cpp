@@ -9,9 +9,8 @@ namespace {
 struct Arrivals {
     std::vector<std::vector<Bytes>> lists;
     MIDIReadBlock read = [this](ByteView list) {
-        forEachPacket(list, [&packets = lists.emplace_back()](ByteView data) {
-            packets.emplace_back(data.begin(), data.end());
-        });
+        forEachPacket(
+            list, [&packets = lists.emplace_back()](ByteView data) { packets.emplace_back(data.begin(), data.end()); });
     };
 };
 

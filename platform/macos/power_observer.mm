@@ -15,7 +15,7 @@ namespace {
 
 id<NSObject> observe(NSNotificationName name, std::function<void()> call) {
     const auto note = ^(NSNotification*) {
-        call();
+      call();
     };
     return [NSWorkspace.sharedWorkspace.notificationCenter addObserverForName:name
                                                                        object:nil

@@ -1,5 +1,4 @@
 #include "platform/macos/wake_handling.h"
-
 #include "platform/virtual/virtual_runtime.h"
 
 #include <optional>

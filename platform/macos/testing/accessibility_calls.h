@@ -1,0 +1,59 @@
+// As much of the Accessibility interface as the back end calls, for running it on other systems, and what a test sees
+// and decides of it.
+#pragma once
+
+#include "platform/macos/testing/core_foundation_calls.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+using AXError = std::int32_t;
+inline constexpr AXError kAXErrorSuccess = 0;
+inline constexpr AXError kAXErrorCannotComplete = -25204;
+inline constexpr AXError kAXErrorAPIDisabled = -25211;
+inline constexpr AXError kAXErrorNoValue = -25212;
+
+// An element of another program's window.
+struct FakeElement : FakeCF {
+    FakeElement();
+    ~FakeElement() override;
+
+    // The value's reference is the element's from now on.
+    void set(const std::string& name, CFTypeRef value);
+
+    std::map<std::string, CFTypeRef> attributes;
+    std::map<std::string, AXError> errors; // of attributes and actions
+};
+using AXUIElementRef = const FakeElement*;
+
+extern "C" {
+extern const CFStringRef kAXTrustedCheckOptionPrompt;
+
+Boolean AXIsProcessTrusted();
+Boolean AXIsProcessTrustedWithOptions(CFDictionaryRef options);
+CFTypeID AXUIElementGetTypeID();
+AXUIElementRef AXUIElementCreateApplication(int processIdentifier);
+AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute, CFTypeRef* value);
+AXError AXUIElementPerformAction(AXUIElementRef element, CFStringRef action);
+}
+
+namespace lumbrine::fakes {
+
+// The state of the fake; a test begins by making it new.
+struct Screen {
+    bool trusted = true;
+    int prompts = 0;
+    int settingsOpened = 0;
+    std::vector<std::string> actions;
+    std::map<std::string, std::int32_t> running; // applications by bundle identifier
+    std::map<int, FakeElement*> applications;    // by process identifier; the test's own references
+    int openPools = 0;                           // autorelease pools of the back end
+    int callsOutsidePools = 0;
+};
+Screen& screen();
+void newScreen();
+
+} // namespace lumbrine::fakes

@@ -1,0 +1,65 @@
+// As much of CoreMIDI as the back end calls, for running it on other systems, and what a test sees and decides of it.
+#pragma once
+
+#include "platform/macos/testing/core_foundation_calls.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+using OSStatus = std::int32_t;
+using MIDIObjectRef = std::uint32_t;
+using MIDIClientRef = MIDIObjectRef;
+using MIDIEndpointRef = MIDIObjectRef;
+struct MIDINotification;
+
+#pragma pack(push, 4)
+struct MIDIPacket {
+    std::uint64_t timeStamp;
+    std::uint16_t length;
+    std::uint8_t data[256];
+};
+struct MIDIPacketList {
+    std::uint32_t numPackets;
+    MIDIPacket packet[1];
+};
+#pragma pack(pop)
+
+using MIDINotifyBlock = void (^)(const MIDINotification*);
+using MIDIReadBlock = void (^)(const MIDIPacketList*, void*);
+
+extern "C" {
+extern const CFStringRef kMIDIPropertyUniqueID;
+
+OSStatus MIDIClientCreateWithBlock(CFStringRef name, MIDIClientRef* client, MIDINotifyBlock notify);
+OSStatus MIDIClientDispose(MIDIClientRef client);
+OSStatus MIDISourceCreate(MIDIClientRef client, CFStringRef name, MIDIEndpointRef* source);
+OSStatus MIDIDestinationCreateWithBlock(MIDIClientRef client, CFStringRef name, MIDIEndpointRef* destination,
+                                        MIDIReadBlock read);
+OSStatus MIDIEndpointDispose(MIDIEndpointRef endpoint);
+OSStatus MIDIObjectSetIntegerProperty(MIDIObjectRef object, CFStringRef property, std::int32_t value);
+OSStatus MIDIReceived(MIDIEndpointRef source, const MIDIPacketList* list);
+MIDIPacket* MIDIPacketNext(const MIDIPacket* packet);
+}
+
+namespace lumbrine::fakes {
+
+// The state of the fake; a test begins by making it new.
+struct CoreMIDI {
+    std::vector<std::string> calls;
+    std::vector<std::vector<std::uint8_t>> received; // the first packet of each list
+    OSStatus clientStatus = 0;
+    OSStatus sourceStatus = 0;
+    OSStatus destinationStatus = 0;
+    OSStatus propertyStatus = 0;
+    OSStatus receivedStatus = 0;
+    bool alignsPackets = true; // as on Apple's processors; on Intel's they lie side by side
+    int blocks = 0;            // that it holds on to
+};
+CoreMIDI& coreMIDI();
+void newCoreMIDI();
+
+// Hands packets to a destination as one list.
+void deliver(MIDIEndpointRef destination, const std::vector<std::vector<std::uint8_t>>& packets);
+
+} // namespace lumbrine::fakes

@@ -1,0 +1,139 @@
+#include "platform/macos/testing/core_midi_calls.h"
+
+#include <Block.h>
+
+#include <cstddef>
+#include <cstring>
+#include <map>
+
+namespace lumbrine::fakes {
+
+namespace {
+
+struct Held {
+    MIDINotifyBlock notify = nullptr;
+    MIDIReadBlock read = nullptr;
+};
+
+struct State {
+    CoreMIDI shown;
+    MIDIObjectRef last = 100;
+    std::map<MIDIObjectRef, Held> objects;
+};
+
+State& state() {
+    static State only;
+    return only;
+}
+
+MIDIObjectRef add(Held held) {
+    state().shown.blocks += (held.notify != nullptr) + (held.read != nullptr);
+    state().objects[++state().last] = held;
+    return state().last;
+}
+
+void drop(MIDIObjectRef object) {
+    const Held held = state().objects.at(object);
+    if (held.notify != nullptr) Block_release(held.notify);
+    if (held.read != nullptr) Block_release(held.read);
+    state().shown.blocks -= (held.notify != nullptr) + (held.read != nullptr);
+    state().objects.erase(object);
+}
+
+std::uint16_t lengthOf(const MIDIPacket* packet) {
+    std::uint16_t length = 0;
+    std::memcpy(&length, reinterpret_cast<const std::uint8_t*>(packet) + offsetof(MIDIPacket, length), sizeof length);
+    return length;
+}
+
+std::size_t endOf(std::size_t end) {
+    return coreMIDI().alignsPackets ? (end + 3) & ~std::size_t{3} : end;
+}
+
+} // namespace
+
+CoreMIDI& coreMIDI() {
+    return state().shown;
+}
+
+void newCoreMIDI() {
+    while (!state().objects.empty())
+        drop(state().objects.begin()->first);
+    state() = State();
+}
+
+void deliver(MIDIEndpointRef destination, const std::vector<std::vector<std::uint8_t>>& packets) {
+    constexpr std::size_t header = offsetof(MIDIPacket, data);
+    std::size_t size = offsetof(MIDIPacketList, packet);
+    for (const auto& packet : packets)
+        size = endOf(size + header + packet.size());
+    std::vector<std::uint64_t> memory((size + header) / sizeof(std::uint64_t) + 1);
+    auto* const bytes = reinterpret_cast<std::uint8_t*>(memory.data());
+    const auto count = static_cast<std::uint32_t>(packets.size());
+    std::memcpy(bytes, &count, sizeof count);
+    std::size_t at = offsetof(MIDIPacketList, packet);
+    for (const auto& packet : packets) {
+        const auto length = static_cast<std::uint16_t>(packet.size());
+        std::memcpy(bytes + at + offsetof(MIDIPacket, length), &length, sizeof length);
+        if (!packet.empty()) std::memcpy(bytes + at + header, packet.data(), packet.size());
+        at = endOf(at + header + packet.size());
+    }
+    state().objects.at(destination).read(reinterpret_cast<const MIDIPacketList*>(bytes), nullptr);
+}
+
+} // namespace lumbrine::fakes
+
+using namespace lumbrine::fakes;
+
+const CFStringRef kMIDIPropertyUniqueID = new FakeCFString(u"uniqueID");
+
+OSStatus MIDIClientCreateWithBlock(CFStringRef name, MIDIClientRef* client, MIDINotifyBlock notify) {
+    coreMIDI().calls.push_back("client " + textOf(name));
+    if (coreMIDI().clientStatus != 0) return coreMIDI().clientStatus;
+    *client = add({.notify = Block_copy(notify)});
+    return 0;
+}
+
+OSStatus MIDIClientDispose(MIDIClientRef client) {
+    coreMIDI().calls.push_back("end client " + std::to_string(client));
+    drop(client);
+    return 0;
+}
+
+OSStatus MIDISourceCreate(MIDIClientRef client, CFStringRef name, MIDIEndpointRef* source) {
+    coreMIDI().calls.push_back("source " + textOf(name) + " of " + std::to_string(client));
+    if (coreMIDI().sourceStatus != 0) return coreMIDI().sourceStatus;
+    *source = add({});
+    return 0;
+}
+
+OSStatus MIDIDestinationCreateWithBlock(MIDIClientRef client, CFStringRef name, MIDIEndpointRef* destination,
+                                        MIDIReadBlock read) {
+    coreMIDI().calls.push_back("destination " + textOf(name) + " of " + std::to_string(client));
+    if (coreMIDI().destinationStatus != 0) return coreMIDI().destinationStatus;
+    *destination = add({.read = Block_copy(read)});
+    return 0;
+}
+
+OSStatus MIDIEndpointDispose(MIDIEndpointRef endpoint) {
+    coreMIDI().calls.push_back("end endpoint " + std::to_string(endpoint));
+    drop(endpoint);
+    return 0;
+}
+
+OSStatus MIDIObjectSetIntegerProperty(MIDIObjectRef object, CFStringRef property, std::int32_t value) {
+    coreMIDI().calls.push_back(textOf(property) + " of " + std::to_string(object) + " is " + std::to_string(value));
+    return coreMIDI().propertyStatus;
+}
+
+OSStatus MIDIReceived(MIDIEndpointRef, const MIDIPacketList* list) {
+    const MIDIPacket& first = list->packet[0];
+    coreMIDI().received.emplace_back(first.data, first.data + first.length);
+    return coreMIDI().receivedStatus;
+}
+
+MIDIPacket* MIDIPacketNext(const MIDIPacket* packet) {
+    const auto start = reinterpret_cast<std::uintptr_t>(packet);
+    const std::uintptr_t end = start + offsetof(MIDIPacket, data) + lengthOf(packet);
+    return reinterpret_cast<MIDIPacket*>(endOf(end));
+}

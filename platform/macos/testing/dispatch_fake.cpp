@@ -1,0 +1,151 @@
+#include "platform/macos/testing/dispatch_calls.h"
+
+#include <algorithm>
+#include <deque>
+#include <utility>
+#include <vector>
+
+struct FakeSource {
+    void* context = nullptr;
+    dispatch_function_t handler = nullptr;
+    dispatch_function_t finalizer = nullptr;
+    std::uint64_t due = DISPATCH_TIME_FOREVER;
+    std::uint64_t interval = 0;
+    bool active = false;
+    bool cancelled = false;
+    int references = 1;
+};
+
+namespace lumbrine::fakes {
+
+namespace {
+
+struct State {
+    std::uint64_t now = 1'000'000'000;
+    std::deque<std::pair<void*, dispatch_function_t>> jobs;
+    std::vector<FakeSource*> sources;
+    bool strict = true;
+};
+
+State& state() {
+    static State only;
+    return only;
+}
+
+void release(FakeSource* source) {
+    if (--source->references > 0) return;
+    std::erase(state().sources, source);
+    if (source->finalizer != nullptr) source->finalizer(source->context);
+    delete source;
+}
+
+FakeSource* nextDue() {
+    FakeSource* next = nullptr;
+    for (FakeSource* source : state().sources)
+        if (source->active && !source->cancelled && (next == nullptr || source->due < next->due)) next = source;
+    return next;
+}
+
+void runJobs() {
+    while (!state().jobs.empty()) {
+        const auto [context, work] = state().jobs.front();
+        state().jobs.pop_front();
+        work(context);
+    }
+}
+
+void fire(FakeSource* source) {
+    if (source->interval == DISPATCH_TIME_FOREVER) {
+        source->due = DISPATCH_TIME_FOREVER;
+    } else {
+        source->due += source->interval * ((state().now - source->due) / source->interval + 1);
+    }
+    ++source->references;
+    source->handler(source->context);
+    release(source);
+}
+
+} // namespace
+
+void newDispatch() {
+    state() = State();
+}
+
+void runDispatch(std::uint64_t nanoseconds) {
+    const std::uint64_t end = state().now + nanoseconds;
+    runJobs();
+    for (FakeSource* next = nextDue(); next != nullptr && next->due <= end; next = nextDue()) {
+        state().now = std::max(state().now, next->due);
+        fire(next);
+        runJobs();
+    }
+    state().now = end;
+}
+
+std::uint64_t dispatchNow() {
+    return state().now;
+}
+
+void stallDispatch(std::uint64_t nanoseconds) {
+    state().now += nanoseconds;
+}
+
+int liveSources() {
+    return static_cast<int>(state().sources.size());
+}
+
+bool everyTimerWasStrict() {
+    return state().strict;
+}
+
+} // namespace lumbrine::fakes
+
+using namespace lumbrine::fakes;
+
+dispatch_queue_t dispatch_get_main_queue() {
+    return nullptr;
+}
+
+void dispatch_async_f(dispatch_queue_t, void* context, dispatch_function_t work) {
+    state().jobs.emplace_back(context, work);
+}
+
+dispatch_time_t dispatch_time(dispatch_time_t, std::int64_t delta) {
+    return state().now + static_cast<std::uint64_t>(delta);
+}
+
+dispatch_source_t dispatch_source_create(dispatch_source_type_t, std::uintptr_t, std::uintptr_t mask,
+                                         dispatch_queue_t) {
+    state().strict = state().strict && mask == DISPATCH_TIMER_STRICT;
+    return state().sources.emplace_back(new FakeSource());
+}
+
+void dispatch_set_context(dispatch_source_t source, void* context) {
+    source->context = context;
+}
+void dispatch_set_finalizer_f(dispatch_source_t source, dispatch_function_t finalizer) {
+    source->finalizer = finalizer;
+}
+void dispatch_source_set_event_handler_f(dispatch_source_t source, dispatch_function_t handler) {
+    source->handler = handler;
+}
+
+void dispatch_source_set_timer(dispatch_source_t source, dispatch_time_t start, std::uint64_t interval,
+                               std::uint64_t leeway) {
+    state().strict = state().strict && leeway == 0;
+    source->due = start;
+    source->interval = interval;
+}
+
+void dispatch_activate(dispatch_source_t source) {
+    source->active = true;
+}
+void dispatch_source_cancel(dispatch_source_t source) {
+    source->cancelled = true;
+}
+void dispatch_release(dispatch_source_t source) {
+    release(source);
+}
+int pthread_main_np() {
+    return 1;
+}
