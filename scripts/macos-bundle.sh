@@ -5,6 +5,7 @@
 #   LUMBRINE_SIGN_IDENTITY   "Developer ID Application: ..." of the keychain; without one the signature is ad hoc, good
 #                            for this Mac alone
 #   LUMBRINE_NOTARY_PROFILE  a profile that `xcrun notarytool store-credentials` has put into the keychain
+#   LUMBRINE_URL             where the image will be; with LUMBRINE_HOMEPAGE it makes a Homebrew cask, lumbrine.rb
 #
 # Without the hardened runtime's exceptions: the entitlements are empty.
 set -euo pipefail
@@ -59,4 +60,10 @@ if [ -n "${LUMBRINE_NOTARY_PROFILE:-}" ]; then
     xcrun stapler staple "$image"
     spctl --assess --type open --context context:primary-signature --verbose "$image"
 fi
-shasum -a 256 "$image"
+sum=$(shasum -a 256 "$image" | cut -d ' ' -f 1)
+echo "macOS: $image, SHA-256 $sum"
+
+if [ -n "${LUMBRINE_URL:-}" ]; then
+    sed -e "s|@VERSION@|$version|" -e "s|@SHA256@|$sum|" -e "s|@URL@|$LUMBRINE_URL|" \
+        -e "s|@HOMEPAGE@|${LUMBRINE_HOMEPAGE:?}|" "$top/packaging/macos/lumbrine.rb.in" >"$folder/lumbrine.rb"
+fi

@@ -22,7 +22,6 @@ NSWindow* makeWindow(const std::string& title) {
     window.releasedWhenClosed = NO;
     window.contentMinSize = NSMakeSize(minimumWindowWidth, minimumWindowHeight);
     [window center];
-    window.frameAutosaveName = shownText(windowIdentifier);
     return window;
 }
 
