@@ -43,8 +43,8 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
 endif()
 
 # lumbrine_library(NAME SOURCES ... DEPENDS ... TOOLKIT): a static library; includes are written from the top of the
-# tree. TOOLKIT, for what uses the desktop toolkit, whose compiler options the precompiled headers do not share: compiled in
-# one piece instead.
+# tree. TOOLKIT, for what uses the desktop toolkit, whose compiler options the precompiled headers do not share:
+# compiled in one piece instead.
 function(lumbrine_library name)
     cmake_parse_arguments(ARG "TOOLKIT" "" "SOURCES;DEPENDS" ${ARGN})
     if(CMAKE_SYSTEM_NAME STREQUAL "Darwin" AND "${ARG_DEPENDS}" MATCHES "_linux_")
@@ -75,8 +75,9 @@ function(lumbrine_program name)
     target_link_libraries(${name} PRIVATE ${ARG_DEPENDS})
 endfunction()
 
-# lumbrine_test(NAME SOURCES ... DEPENDS ... TIMEOUT seconds LABELS ... BATCHED TOOLKIT): a GoogleTest program, one CTest
-# entry. BATCHED, for programs of many files: eight of them are compiled together, in half the time. TOOLKIT as above.
+# lumbrine_test(NAME SOURCES ... DEPENDS ... TIMEOUT seconds LABELS ... BATCHED TOOLKIT): a GoogleTest program, one
+# CTest entry. BATCHED, for programs of many files: eight of them are compiled together, in half the time. TOOLKIT as
+# above.
 # On a Mac, tests that stand on a Linux back end (its JSON, mostly) are left out.
 function(lumbrine_test name)
     cmake_parse_arguments(ARG "BATCHED;TOOLKIT" "TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
