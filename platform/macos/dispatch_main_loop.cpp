@@ -43,22 +43,20 @@ void runDelayed(void* context) {
     delayed->task();
 }
 
-// What the system holds on to for one timer. Shared, because a tick may destroy its own timer.
-using SharedTick = std::shared_ptr<const std::function<void()>>;
+using Tick = std::function<void()>;
 
 void callTick(void* context) {
-    const SharedTick tick = *static_cast<SharedTick*>(context);
-    (*tick)();
+    (*static_cast<const Tick*>(context))();
 }
 
+// Called when the system has let go of the timer: not while a tick runs, though that one may have destroyed it.
 void destroyTick(void* context) {
-    delete static_cast<SharedTick*>(context);
+    delete static_cast<const Tick*>(context);
 }
 
 class DispatchTimer final : public RepeatingTimer {
 public:
-    DispatchTimer(Duration interval, std::function<void()> tick)
-        : source(strictTimer(new SharedTick(std::make_shared<std::function<void()>>(std::move(tick))), callTick)) {
+    DispatchTimer(Duration interval, Tick tick) : source(strictTimer(new Tick(std::move(tick)), callTick)) {
         const Duration step = std::max(interval, Duration{1});
         dispatch_set_finalizer_f(source, destroyTick);
         begin(source, step, static_cast<std::uint64_t>(step.count()));

@@ -82,7 +82,7 @@ private:
     void run() {
         for (;;) {
             std::vector<pollfd> waited = whatToWaitFor();
-            ::poll(waited.data(), waited.size(), untilBack());
+            ::poll(waited.data(), static_cast<nfds_t>(waited.size()), untilBack());
             if (waited[0].revents != 0) break;
             serve(waited);
             comeBack();
