@@ -42,6 +42,8 @@ for program in $(dpkg -L lumbrine lumbrine-tools | grep '^/usr/bin/.'); do
     "${as_player[@]}" "$program" --help >/dev/null
 done
 
+install -d -o player -m 700 /tmp/player
+
 tell '== the receiver runs and ends'
 log=/tmp/headless.log
 "${as_player[@]}" QV_PORT=52711 QV_NO_BONJOUR=1 lumbrine-headless >"$log" &
@@ -49,6 +51,13 @@ receiver=$!
 until_there "$log" '✓ UDP listening on :52711'
 "${as_player[@]}" lumbrine-remote 127.0.0.1:52711 --timeout 10 --send hello --expect pong >/dev/null
 ends_in_order "$receiver"
+
+tell '== the window opens and its program ends'
+log=/tmp/window.log
+"${as_player[@]}" QV_PORT=52713 QV_NO_BONJOUR=1 QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR=/tmp/player lumbrine >"$log" &
+window=$!
+until_there "$log" '✓ UDP listening on :52713'
+ends_in_order "$window"
 
 tell '== a client moves a fader of the simulated session'
 log=/tmp/demo.log
