@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # check_package.sh: installs the packages of build/package on a bare Debian in a folder of its own, with what they
-# depend on and nothing else, uses the programs there as an ordinary user, and removes them again. Debian's own packages
-# are fetched once and kept in build/package/debian.
+# depend on and nothing else, uses the programs there as an ordinary user, and removes them again. They have a network
+# and shared memory to themselves there. Debian's own packages are fetched once and kept in build/package/debian.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -23,5 +23,8 @@ mmdebstrap --quiet --variant=apt --components=main \
     --customize-hook="find \"\$1/var/cache/apt/archives\" -name '*.deb' -exec cp -ut '$kept' {} +" \
     --customize-hook='useradd --root "$1" --create-home player' \
     --customize-hook='copy-in tests/packaging/installed_programs.sh /usr/local/bin' \
-    --customize-hook='chroot "$1" bash /usr/local/bin/installed_programs.sh' \
+    --customize-hook='unshare --net --mount bash -c "
+        ip link set lo up
+        mount -t tmpfs tmpfs $1/dev/shm
+        exec chroot $1 bash /usr/local/bin/installed_programs.sh"' \
     "${packages[@]}" bookworm /dev/null
