@@ -201,6 +201,7 @@ void declareScripting(Reader& reader, SimulatorArguments& read) {
 void declareFaults(Reader& reader, SimulatorOptions& options) {
     reader.group("Faults");
     reader.milliseconds("--grab-ports-after-ms", options.grabPortsAfter, "from the start until the ports are used");
+    reader.on("--ports-lost", options.portsLost, "use the ports only after the command \"grab\"");
     reader.number("--drop-one-press-in", options.dropOnePressIn, "about one press in so many is lost; 0 for none");
     reader.milliseconds("--restless-user-ms", options.restlessUserEvery,
                         "a user who acts on the screen about so often; 0 for never");

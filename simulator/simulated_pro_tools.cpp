@@ -5,11 +5,19 @@
 
 namespace lumbrine {
 
+namespace {
+
+const std::vector<std::string> lostHUI{"Lost communication with", "HUI"};
+
+} // namespace
+
 SimulatedProTools::SimulatedProTools(Runtime& rt, MIDIConnections& connections, SimulatorOptions simulatorOptions,
                                      const SimulatedSession& initialSession)
     : options(std::move(simulatorOptions)), runtime(rt), mutex(rt), theSession(initialSession),
       host(options, theSession), user(theSession, host, options.restlessUserEvery, options.seed),
-      grabsPortsAt(rt.now() + options.grabPortsAfter),
+      theScreen(options.screen, theSession,
+                [this](TimePoint now) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { grabsPortsAt = now; }),
+      grabsPortsAt(options.portsLost ? TimePoint::max() : rt.now() + options.grabPortsAfter),
       queue(rt.serialQueue("simulated Pro Tools", Priority::userInitiated)),
       scriptingService(
           rt, options.scripting, options.seed,
@@ -17,8 +25,12 @@ SimulatedProTools::SimulatedProTools(Runtime& rt, MIDIConnections& connections, 
           [this] {
               Lock lock(mutex);
               return stuckUntil;
-          }) {
+          }),
+      screenAccess(
+          rt, options.screen, options.seed, [this](const auto& body) { lookAtScreen(body); },
+          [this](const auto& body) { actOnScreen(body); }) {
     if (!options.opensSession) theSession.close();
+    if (options.portsLost) theScreen.showAlert(lostHUI);
     for (int surface = 0; surface < options.surfaces; ++surface) {
         const auto index = static_cast<std::size_t>(surface);
         ports[index] =
@@ -86,7 +98,10 @@ void SimulatedProTools::stick(Duration duration) {
 }
 
 void SimulatedProTools::releasePorts() {
-    change([&](TimePoint) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { grabsPortsAt = TimePoint::max(); });
+    change([&](TimePoint) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS {
+        grabsPortsAt = TimePoint::max();
+        theScreen.showAlert(lostHUI);
+    });
 }
 
 void SimulatedProTools::grabPorts() {
@@ -101,8 +116,26 @@ void SimulatedProTools::rest() {
         silentUntil.fill(distantPast);
         stuckUntil = distantPast;
         grabsPortsAt = std::min(grabsPortsAt, now);
+        theScreen.rest();
     });
     scriptingService.rest();
+    screenAccess.rest();
+}
+
+void SimulatedProTools::arrangeScreen(const std::function<void(SimulatedScreen&, TimePoint)>& arrange) {
+    change([&](TimePoint now) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { arrange(theScreen, now); });
+}
+
+void SimulatedProTools::lookAtScreen(const std::function<void(SimulatedScreen&, TimePoint)>& body) {
+    const Lock lock(mutex);
+    const TimePoint now = runtime.now();
+    if (now >= stuckUntil) body(theScreen, now);
+}
+
+void SimulatedProTools::actOnScreen(const std::function<void(SimulatedScreen&, TimePoint)>& body) {
+    change([&](TimePoint now) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS {
+        if (now >= stuckUntil) body(theScreen, now);
+    });
 }
 
 void SimulatedProTools::wake() {

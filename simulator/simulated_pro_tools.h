@@ -1,6 +1,7 @@
-// The simulated Pro Tools as one object: a session, its HUI surfaces on MIDI ports, its scripting service, and faults.
-// The surfaces are driven by one serial queue of the runtime and the scripting service by another. It meets the
-// receiver through MIDI bytes and through whatever wire somebody connects to the scripting service.
+// The simulated Pro Tools as one object: a session, its HUI surfaces on MIDI ports, its scripting service, its screen,
+// and faults. The surfaces are driven by one serial queue of the runtime and the scripting service by another. It meets
+// the receiver through MIDI bytes, through whatever wire somebody connects to the scripting service, and through the
+// elements of its screen.
 //
 // Every public call may come from any thread and returns at once.
 #pragma once
@@ -8,7 +9,9 @@
 #include "platform/api/midi_connections.h"
 #include "platform/api/runtime.h"
 #include "simulator/restless_user.h"
+#include "simulator/simulated_accessibility.h"
 #include "simulator/simulated_hui_host.h"
+#include "simulator/simulated_screen.h"
 #include "simulator/simulated_scripting.h"
 #include "simulator/simulated_session.h"
 #include "simulator/simulator_options.h"
@@ -83,16 +86,27 @@ public:
     void silence(int surface, Duration duration); // nothing goes out to that surface or comes in from it
     void stick(Duration duration);                // does nothing at all, then reacts to all that came meanwhile;
                                                   // so does the scripting service
-    void releasePorts();                          // surfaces are deaf and mute until the ports are grabbed again
     void grabPorts();
 
+    // Surfaces are deaf and mute until the ports are grabbed again, which OK in the Peripherals dialog does too. An
+    // alert tells the user of it.
+    void releasePorts();
+
     // No more trouble: the restless user rests, no press is lost any more, no mode button is down, the scripting
-    // service serves, and what silence, stick and releasePorts began is over.
+    // service serves, the screen can be read and has no dialog on it, and what silence, stick and releasePorts began is
+    // over.
     void rest();
 
     // ---- Scripting. Whoever serves it by a wire is gone before this is.
 
     SimulatedScripting& scripting() { return scriptingService; }
+
+    // ---- The screen. Whoever reads it by this holds no element any more when this goes.
+
+    SimulatedAccessibility& screen() { return screenAccess; }
+
+    // What its user does with windows and dialogs. `arrange` runs under the lock and does nothing that waits.
+    void arrangeScreen(const std::function<void(SimulatedScreen&, TimePoint now)>& arrange);
 
     // ---- Looking.
 
@@ -116,6 +130,8 @@ private:
 
     void arrived(int surface, ByteView bytes) LUMBRINE_EXCLUDES(mutex);
     void change(const std::function<void(TimePoint)>& body) LUMBRINE_EXCLUDES(mutex);
+    void lookAtScreen(const std::function<void(SimulatedScreen&, TimePoint now)>& body) LUMBRINE_EXCLUDES(mutex);
+    void actOnScreen(const std::function<void(SimulatedScreen&, TimePoint now)>& body) LUMBRINE_EXCLUDES(mutex);
     void wake() LUMBRINE_EXCLUDES(mutex);
     void runUntilNow(TimePoint now) LUMBRINE_REQUIRES(mutex);
     void applyFaults(TimePoint now) LUMBRINE_REQUIRES(mutex);
@@ -128,6 +144,7 @@ private:
     SimulatedSession theSession LUMBRINE_GUARDED_BY(mutex);
     SimulatedHUIHost host LUMBRINE_GUARDED_BY(mutex);
     RestlessUser user LUMBRINE_GUARDED_BY(mutex);
+    SimulatedScreen theScreen LUMBRINE_GUARDED_BY(mutex);
 
     std::deque<Incoming> inbox LUMBRINE_GUARDED_BY(mutex);
     std::array<std::deque<ReceivedPacket>, 2> log LUMBRINE_GUARDED_BY(mutex);
@@ -145,6 +162,7 @@ private:
     std::unique_ptr<SerialQueue> queue;
 
     SimulatedScripting scriptingService; // its jobs edit the session, and with that post to the queue above
+    SimulatedAccessibility screenAccess;
 };
 
 } // namespace lumbrine

@@ -33,7 +33,8 @@ std::optional<std::string> problemWith(const SimulatorOptions& options) {
     if (options.dropOnePressIn < 0) return "one press in 1 or more is dropped, or none with 0";
     if (options.restlessUserEvery < Duration::zero()) return "a restless user acts every 0 seconds (never) or more";
     if (!holdsEachPartOnce(options.dumpOrder)) return "the order of the dump holds each part once";
-    return problemWith(options.scripting);
+    if (auto problem = problemWith(options.scripting)) return problem;
+    return problemWith(options.screen);
 }
 
 } // namespace lumbrine

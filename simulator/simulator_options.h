@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/api/time.h"
+#include "simulator/screen_options.h"
 #include "simulator/scripting_options.h"
 
 #include <array>
@@ -86,11 +87,13 @@ struct SimulatorOptions {
     BankWidth bankWidth = BankWidth::answering;
 
     // ---- Faults.
-    Duration grabPortsAfter = Duration::zero();    // from the start until it first uses the ports
-    int dropOnePressIn = 0;                        // about one press in so many is not seen; 0 for none
+    Duration grabPortsAfter = Duration::zero(); // from the start until it first uses the ports
+    bool portsLost = false;                     // it uses them only when it is told to on its screen, as by grabPorts
+    int dropOnePressIn = 0;                     // about one press in so many is not seen; 0 for none
     Duration restlessUserEvery = Duration::zero(); // a random act on the host's own screen about so often; 0 for none
 
     ScriptingOptions scripting = {};
+    ScreenOptions screen = {};
 
     // ---- Records.
     std::size_t logLimit = 100'000; // received packets that are kept for each surface

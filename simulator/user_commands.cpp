@@ -123,6 +123,13 @@ Result rename(SimulatedProTools& proTools, Arguments& arguments) {
     });
 }
 
+Result comment(SimulatedProTools& proTools, Arguments& arguments) {
+    return editTrack(proTools, arguments, [&](SimulatedSession& session, int id) -> Result {
+        session.change(id, [&](SimulatedTrack& track) { track.comment = arguments.remaining(); });
+        return {};
+    });
+}
+
 Result add(SimulatedProTools& proTools, Arguments& arguments) {
     if (arguments.atEnd()) return wrong();
     SimulatedTrack track;
@@ -271,6 +278,20 @@ Result grab(SimulatedProTools& proTools, Arguments&) {
     return {};
 }
 
+Result alert(SimulatedProTools& proTools, Arguments& arguments) {
+    if (arguments.atEnd()) return wrong();
+    proTools.arrangeScreen(
+        [&](SimulatedScreen& screen, TimePoint) { screen.showAlert({std::string(arguments.remaining())}); });
+    return {};
+}
+
+Result permission(SimulatedProTools& proTools, Arguments& arguments) {
+    const std::string_view state = arguments.word();
+    if (state != "on" && state != "off") return wrong();
+    proTools.screen().setTrusted(state == "on");
+    return {};
+}
+
 std::string trackLine(const SimulatedTrack& track, std::size_t number) {
     std::array<char, 64> values{};
     std::snprintf(values.data(), values.size(), "%4zu  %5.3f  %c%c%c%c  %s  ", number, track.fader.unit(),
@@ -299,6 +320,7 @@ constexpr std::array commands{
     Command{"channel", "left|right", "move by one track", bank<BankButton::channelLeft, BankButton::channelRight>},
     Command{"scroll", "N", "let the bank begin at the Nth shown track", scroll},
     Command{"rename", "TRACK NAME", "give a track another name", rename},
+    Command{"comment", "TRACK [TEXT]", "give a track another comment, or none", comment},
     Command{"add", "NAME", "add a track at the end", add},
     Command{"insert", "N NAME", "add a track as the Nth", insert},
     Command{"remove", "TRACK", "remove a track", remove},
@@ -323,6 +345,8 @@ constexpr std::array commands{
     Command{"release", "", "let go of the MIDI ports", release},
     Command{"grab", "", "use the MIDI ports again", grab},
     Command{"script", "busy|reset|goaway|die N|stall SECONDS|restart", "let the scripting service fail", script},
+    Command{"alert", "TEXT", "show an alert on the screen", alert},
+    Command{"permission", "on|off", "let other programs use the screen, or no longer", permission},
     Command{"tracks", "", "list the tracks", tracks},
     Command{"help", "", "list these commands", help},
     Command{"quit", "", "end the program", nullptr},

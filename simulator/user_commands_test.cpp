@@ -39,6 +39,20 @@ TEST_F(UserCommandsTest, RunTheTransport) {
     EXPECT_FALSE(proTools.session().transport().playing);
 }
 
+TEST_F(UserCommandsTest, ArrangeTheScreen) {
+    std::size_t alerts = 0;
+    say("alert HUI is gone");
+    proTools.arrangeScreen([&](SimulatedScreen& screen, TimePoint) { alerts = screen.alertCount(); });
+    EXPECT_EQ(alerts, 1U);
+    say("permission off");
+    EXPECT_FALSE(proTools.screen().isTrusted());
+    say("permission on");
+    EXPECT_TRUE(proTools.screen().isTrusted());
+    expectRefused("alert");
+    expectRefused("permission");
+    expectRefused("permission maybe");
+}
+
 TEST_F(UserCommandsTest, MoveTheBank) {
     say("bank right");
     EXPECT_EQ(proTools.snapshot().offset, 8);
@@ -57,6 +71,11 @@ TEST_F(UserCommandsTest, MoveTheBank) {
 TEST_F(UserCommandsTest, EditTheTracks) {
     say("rename 3 Vox ダブル 2");
     EXPECT_EQ(track(3).name, "Vox ダブル 2");
+    say("comment 3 U87, ルーム");
+    EXPECT_EQ(track(3).comment, "U87, ルーム");
+    say("comment 3");
+    EXPECT_EQ(track(3).comment, "");
+    expectRefused("comment 21 x");
     say("add New Track");
     EXPECT_EQ(track(21).name, "New Track");
     say("insert 1 First");

@@ -62,5 +62,6 @@ complete -c lumbrine-simulator -l down-ms -x -d 'how long the service is then aw
 complete -c lumbrine-simulator -l bytes-at-once -x -d 'send in pieces of this size; 0 for as it comes'
 complete -c lumbrine-simulator -l faulty-wire -d 'have a wire that "script reset" and its like work on'
 complete -c lumbrine-simulator -l grab-ports-after-ms -x -d 'from the start until the ports are used'
+complete -c lumbrine-simulator -l ports-lost -d 'use the ports only after the command grab'
 complete -c lumbrine-simulator -l drop-one-press-in -x -d 'about one press in so many is lost; 0 for none'
 complete -c lumbrine-simulator -l restless-user-ms -x -d 'a user who acts on the screen about so often; 0 for never'
