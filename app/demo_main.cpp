@@ -1,11 +1,13 @@
 // lumbrine-demo: the receiver and the simulated Pro Tools in one process, connected in memory. It needs no MIDI on the
 // computer, and a client talks to it as to the real thing.
+#include "app/demo_console.h"
 #include "app/demo_tour.h"
 #include "app/receiver_ending.h"
 #include "model/receiver_model.h"
 #include "platform/linux/avahi_advertiser.h"
 #include "platform/linux/linux_system_info.h"
 #include "platform/linux/nlohmann_json.h"
+#include "platform/posix/line_input.h"
 #include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/posix_stream_relay.h"
 #include "platform/posix/posix_stream_sockets.h"
@@ -18,9 +20,12 @@
 #include "simulator/simulated_pro_tools.h"
 
 #include <CLI/CLI.hpp>
+#include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <cstdio>
+#include <optional>
 
 namespace lumbrine {
 namespace {
@@ -29,6 +34,7 @@ struct DemoArguments {
     int tracks = 24;
     int surfaces = 2;
     bool tour = false;
+    bool portsLost = false;
     bool scripting = true;
     std::uint16_t scriptingPort = 31416;
 };
@@ -116,6 +122,7 @@ int run(const DemoArguments& arguments) {
     };
     SimulatorOptions options;
     options.surfaces = arguments.surfaces;
+    options.portsLost = arguments.portsLost;
     auto proTools =
         std::make_unique<SimulatedProTools>(runtime, midi, options, defaultSession(arguments.tracks, options.seed));
     PosixStreamRelays relays;
@@ -125,7 +132,9 @@ int run(const DemoArguments& arguments) {
     const Bilingual text(prefersJapanese(system.preferredLanguages()));
     NlohmannJSON json(text);
     std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
-        {runtime, midi, sockets, advertiser, system, streams, json, service}, text, printReceiver);
+        {runtime, midi, sockets, advertiser, system, streams, json, proTools->screen(), service}, text, printReceiver);
+    const DemoConsole console(*proTools, [&] { model->reconnectToPT(); }, [&] { loop.post(end); }, printLine);
+    std::optional<LineInput> input;
     std::unique_ptr<DemoTour> tour;
     int status = 0;
     end = [&] {
@@ -142,6 +151,16 @@ int run(const DemoArguments& arguments) {
         if (!arguments.tour) {
             printLine("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()) +
                       "   (Ctrl-C ends)");
+            printLine(arguments.portsLost ? "Pro Tools does not use the MIDI ports; type: reconnect"
+                                          : "What Pro Tools' user may do can be typed here; help lists it");
+            // In the background of a shell the typed lines are the shell's: reading them then fails, instead of
+            // stopping the program.
+            std::signal(SIGTTIN, SIG_IGN);
+            input.emplace(STDIN_FILENO, [&](std::string line) {
+                loop.post([&, typed = std::move(line)] {
+                    if (model) console.handle(typed);
+                });
+            });
             return;
         }
         tour = std::make_unique<DemoTour>(DemoStage::Given{runtime, sockets, *proTools, model->port(),
@@ -154,6 +173,7 @@ int run(const DemoArguments& arguments) {
         tour->start();
     });
     loop.run();
+    input.reset();
     scripting.reset();
     proTools.reset();
     return status;
@@ -175,7 +195,13 @@ int main(int count, char** values) {
     program.add_option("--scripting-port", arguments.scriptingPort, "TCP port of the scripting service")
         ->capture_default_str();
     program.add_flag_callback("--no-scripting", [&] { arguments.scripting = false; }, "Offer no scripting service");
-    program.add_flag("--tour", arguments.tour, "Let two clients play by themselves, tell what happens, and end");
+    CLI::Option* const tour =
+        program.add_flag("--tour", arguments.tour, "Let two clients play by themselves, tell what happens, and end");
+    program
+        .add_flag("--ports-lost", arguments.portsLost,
+                  "Let Pro Tools use the MIDI ports only after the command \"reconnect\"")
+        ->excludes(tour);
+    program.footer("Commands on standard input:\n" + lumbrine::demoCommandHelp());
     try {
         program.parse(count, values);
     } catch (const CLI::ParseError& error) {

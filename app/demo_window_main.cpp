@@ -26,6 +26,7 @@ struct DemoArguments {
     int tracks = 24;
     int surfaces = 2;
     std::uint16_t scriptingPort = 31416;
+    bool portsLost = false;
 };
 
 // Nothing is to be launched at login: the switch stays off and says why.
@@ -58,6 +59,7 @@ int run(const DemoArguments& arguments, int count, char** values) {
 
     SimulatorOptions options;
     options.surfaces = arguments.surfaces;
+    options.portsLost = arguments.portsLost;
     auto proTools =
         std::make_unique<SimulatedProTools>(runtime, midi, options, defaultSession(arguments.tracks, options.seed));
     PosixStreamRelays relays;
@@ -68,7 +70,8 @@ int run(const DemoArguments& arguments, int count, char** values) {
     NlohmannJSON json(text);
     NoLoginService login;
     LoginItem loginItem(login, text);
-    ReceiverApp app(ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json, service}, text),
+    ReceiverApp app(ReceiverModel::create(
+                        {runtime, midi, sockets, advertiser, system, streams, json, proTools->screen(), service}, text),
                     loginItem, text);
     DesktopRun{loop, runtime, streams, app, instance, identifier, end}.run();
     scripting.reset();
@@ -92,6 +95,8 @@ int main(int count, char** values) {
         ->capture_default_str();
     program.add_option("--scripting-port", arguments.scriptingPort, "TCP port of the scripting service")
         ->capture_default_str();
+    program.add_flag("--ports-lost", arguments.portsLost,
+                     "Let Pro Tools use the MIDI ports only after the button \"Reconnect to PT\"");
     try {
         program.parse(count, values);
     } catch (const CLI::ParseError& error) {

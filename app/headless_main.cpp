@@ -6,6 +6,7 @@
 #include "platform/linux/linux_system_info.h"
 #include "platform/linux/midi_backend.h"
 #include "platform/linux/nlohmann_json.h"
+#include "platform/linux/no_accessibility.h"
 #include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
@@ -54,8 +55,9 @@ int run() {
     AvahiAdvertiser advertiser;
     const Bilingual text(prefersJapanese(system.preferredLanguages()));
     NlohmannJSON json(text);
+    NoAccessibility accessibility;
     std::shared_ptr<ReceiverModel> model =
-        ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json}, text);
+        ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text);
     end = [&] { endReceiver(loop, runtime, streams, model); };
     loop.post([&] {
         if (model) model->start();

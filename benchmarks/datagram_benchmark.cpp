@@ -19,8 +19,9 @@ void datagramsOurs(benchmark::State& state) {
     NullSystemInfo system;
     NullStreams streams;
     NlohmannJSON json{Bilingual(false)};
-    ReceiverParts parts({runtime, midi, sockets, advertiser, system, streams, json}, Configuration::read(system),
-                        Bilingual(false), [](const std::string&) {});
+    NoAccessibility accessibility;
+    ReceiverParts parts({runtime, midi, sockets, advertiser, system, streams, json, accessibility},
+                        Configuration::read(system), Bilingual(false), [](const std::string&) {});
     std::uint64_t messages = 0;
     parts.surfaces.engine(SurfaceID::A).send = [&](ByteView) { ++messages; };
     UDPServer server(runtime, sockets, 0);

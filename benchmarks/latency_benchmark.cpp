@@ -40,8 +40,8 @@ class OurReceiver {
 public:
     explicit OurReceiver(Arrivals& arrivals) : runtime(loop) {
         midi.onMessage = [&arrivals] { arrivals.note(); };
-        model = ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json}, Bilingual(false),
-                                      [](const std::string&) {});
+        model = ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json, accessibility},
+                                      Bilingual(false), [](const std::string&) {});
         model->start();
     }
 
@@ -70,6 +70,7 @@ private:
     PosixDatagramSockets sockets;
     NullStreams streams;
     NlohmannJSON json{Bilingual(false)};
+    NoAccessibility accessibility;
     NullAdvertiser advertiser;
     System system;
     std::shared_ptr<ReceiverModel> model;

@@ -132,8 +132,9 @@ double longestJob() {
     auto proTools = std::make_unique<SimulatedProTools>(runtime, midi, options, longSession());
     NullStreams streams;
     NlohmannJSON json{Bilingual(false)};
-    auto model = ReceiverModel::create({runtime, midi, client, advertiser, system, streams, json}, Bilingual(false),
-                                       [](const std::string&) {});
+    NoAccessibility accessibility;
+    auto model = ReceiverModel::create({runtime, midi, client, advertiser, system, streams, json, accessibility},
+                                       Bilingual(false), [](const std::string&) {});
     model->start();
     const auto mapped = [&model] {
         return model->published().trackMap.size() == trackCount && !model->published().calibrating;

@@ -3,6 +3,7 @@
 
 #include "model/receiver_platform.h"
 #include "platform/linux/nlohmann_json.h"
+#include "platform/linux/no_accessibility.h"
 #include "platform/virtual/still_runtime.h"
 
 #include <cerrno>

@@ -66,7 +66,7 @@ public:
 
 SessionReceiver::SessionReceiver(std::vector<std::string> names)
     : runtime(loop), sockets(std::make_unique<Sockets>()), system(std::make_unique<System>()), phone(sockets->open()),
-      parts({runtime, midi, *sockets, advertiser, *system, streams, json}, Configuration::read(*system),
+      parts({runtime, midi, *sockets, advertiser, *system, streams, json, accessibility}, Configuration::read(*system),
             Bilingual(false), [](const std::string&) {}) {
     PublishedState& published = parts.state.published;
     SessionTable& session = parts.state.session;

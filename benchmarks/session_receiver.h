@@ -61,6 +61,7 @@ private:
     NullAdvertiser advertiser;
     NullStreams streams;
     NlohmannJSON json{Bilingual(false)};
+    NoAccessibility accessibility;
     std::unique_ptr<Sockets> sockets;
     std::unique_ptr<System> system;
     int phone; // the client: it takes everything, as a phone does that nobody looks at

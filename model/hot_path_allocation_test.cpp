@@ -4,6 +4,7 @@
 #include "model/receiver_parts.h"
 #include "model/testing/model_world.h"
 #include "platform/linux/nlohmann_json.h"
+#include "platform/virtual/memory_screen.h"
 #include "platform/virtual/virtual_streams.h"
 
 #include <gtest/gtest.h>
@@ -67,7 +68,8 @@ protected:
     CountingMIDI midi;
     VirtualStreams streams{world.runtime};
     NlohmannJSON json{Bilingual(false)};
-    ReceiverParts parts{{runtime, midi, world.network.host("192.168.1.2"), computer, computer, streams, json},
+    MemoryScreen screen;
+    ReceiverParts parts{{runtime, midi, world.network.host("192.168.1.2"), computer, computer, streams, json, screen},
                         Configuration::read(computer),
                         Bilingual(false),
                         [](const std::string&) {}};

@@ -1,6 +1,7 @@
 // The seams to the computer that a ReceiverModel runs on.
 #pragma once
 
+#include "platform/api/accessibility.h"
 #include "platform/api/datagram_sockets.h"
 #include "platform/api/json.h"
 #include "platform/api/midi_services.h"
@@ -21,6 +22,7 @@ struct ReceiverPlatform {
     const SystemInfo& system;
     StreamSockets& streams;
     JSON& json;
+    Accessibility& accessibility;
     PTSLAddress scripting = {}; // where Pro Tools' scripting service is
 };
 

@@ -1,16 +1,22 @@
 #include "model/track_metadata.h"
 
+#include "screen/pt_mix_comments.h"
+#include "screen/pt_track_list.h"
+
 #include <algorithm>
 #include <cassert>
 #include <utility>
 
 namespace lumbrine {
 
-TrackMetadata::TrackMetadata(const Jobs& modelJobs, const ReceiverState& receiverState, ScriptingLink& scriptingLink,
-                             TrackAdoption& trackAdoption)
-    : jobs(modelJobs), state(receiverState), scripting(scriptingLink), adoption(trackAdoption),
-      namesRefreshInFlight(modelJobs.runtime) {
-    adoption.onNewNames = [this] { refreshComments(); };
+TrackMetadata::TrackMetadata(const Jobs& modelJobs, ReceiverState& receiverState, Accessibility& access,
+                             ScriptingLink& scriptingLink, TrackAdoption& trackAdoption)
+    : jobs(modelJobs), state(receiverState), accessibility(access), scripting(scriptingLink), adoption(trackAdoption),
+      comments(receiverState), namesRefreshInFlight(modelJobs.runtime) {
+    adoption.onNewNames = [this] {
+        comments.followNames();
+        refreshComments();
+    };
 }
 
 void TrackMetadata::refreshFullNames() {
@@ -29,6 +35,7 @@ void TrackMetadata::refresh(PTSLClient& ptsl) {
     auto tracks = ptsl.trackList();
     if (!tracks) {
         jobs.runOnMain([this, error = tracks.error()] { scripting.notePTSLFailure(error); });
+        if (accessibility.isTrusted()) refreshFromScreen();
         return;
     }
     std::vector<PTSLTrack> visible;
@@ -38,6 +45,34 @@ void TrackMetadata::refresh(PTSLClient& ptsl) {
         adoption.adopt(candidates, "PTSL");
         scripting.notePTSLSuccess();
     });
+}
+
+void TrackMetadata::refreshFromScreen() {
+    auto shown = PTTrackList::read(accessibility);
+    if (!shown) return;
+    std::vector<PTSLTrack> tracks(shown->names.size());
+    for (std::size_t i = 0; i < tracks.size(); ++i)
+        tracks[i].name = std::move(shown->names[i]);
+    jobs.runOnMain([this, candidates = std::vector<TrackAdoption::TrackList>{std::move(tracks)}] {
+        adoption.adopt(candidates, "AX");
+    });
+}
+
+void TrackMetadata::refreshComments() {
+    assert(jobs.runtime.onMain());
+    if (std::exchange(commentsReadWaits, true)) return;
+    scripting.onQueue([this](PTSLClient&) { readComments(); });
+}
+
+void TrackMetadata::readComments() {
+    const TrackComments::Wanted wanted = jobs.runtime.syncMain([this] {
+        commentsReadWaits = false;
+        return comments.wanted();
+    });
+    if (wanted.names.empty()) return;
+    const auto read = PTMixComments::read(accessibility, wanted.names);
+    if (!read) return;
+    jobs.runOnMain([this, wanted, found = *read] { comments.adopt(wanted, found); });
 }
 
 void TrackMetadata::toggleInputMonitor(Strip strip) {

@@ -8,6 +8,7 @@
 #include "app/macos/status_icon.h"
 #include "app/receiver_app.h"
 #include "model/receiver_model.h"
+#include "platform/macos/accessibility_ax.h"
 #include "platform/macos/announcement_failure.h"
 #include "platform/macos/coremidi_services.h"
 #include "platform/macos/dispatch_main_loop.h"
@@ -44,6 +45,7 @@ struct Mac {
     PosixStreamSockets streams;
     NetServiceAdvertiser advertiser{runtime};
     FoundationJSON json{text};
+    AccessibilityAX accessibility;
     MainAppLoginService login{text};
 };
 
@@ -92,7 +94,8 @@ private:
     Mac mac;
     LoginItem loginItem{mac.login, mac.text};
     const std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
-        {mac.runtime, mac.midi, mac.sockets, mac.advertiser, mac.system, mac.streams, mac.json}, mac.text);
+        {mac.runtime, mac.midi, mac.sockets, mac.advertiser, mac.system, mac.streams, mac.json, mac.accessibility},
+        mac.text);
     ReceiverApp app{model, loginItem, mac.text};
     Promptness promptness{[] { return std::make_shared<LatencyCriticalActivity>(); }};
     DrawPace pace{mac.runtime, [this] { draw(); }};

@@ -5,6 +5,7 @@
 #include "platform/linux/linux_system_info.h"
 #include "platform/linux/midi_backend.h"
 #include "platform/linux/nlohmann_json.h"
+#include "platform/linux/no_accessibility.h"
 #include "platform/linux/xdg_autostart.h"
 #include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/posix_stream_sockets.h"
@@ -62,10 +63,12 @@ int run(int count, char** arguments) {
     PosixStreamSockets streams;
     AvahiAdvertiser advertiser;
     NlohmannJSON json(text);
+    NoAccessibility accessibility;
     XdgAutostart autostart(XdgAutostart::Place::of(system));
     LoginItem loginItem(autostart, text);
-    ReceiverApp app(ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json}, text),
-                    loginItem, text);
+    ReceiverApp app(
+        ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text),
+        loginItem, text);
     DesktopRun{loop, runtime, streams, app, instance, identifier, end}.run();
     return 0;
 }

@@ -26,7 +26,8 @@ void ModelBench::createModel(const Options& options) {
                                     .advertiser = computer,
                                     .system = computer,
                                     .streams = streams,
-                                    .json = json};
+                                    .json = json,
+                                    .accessibility = screen};
     model = ReceiverModel::create(platform, Bilingual(options.japanese),
                                   [this](const std::string& line) { lines.push_back(line); });
     state().scripting.ptslWarned = !options.scripting;

@@ -5,6 +5,7 @@
 #include "model/receiver_parts.h"
 #include "model/testing/model_world.h"
 #include "platform/linux/nlohmann_json.h"
+#include "platform/virtual/memory_screen.h"
 #include "platform/virtual/virtual_streams.h"
 
 #include <memory>
@@ -65,6 +66,7 @@ public:
     MemoryMIDI midi;
     VirtualStreams streams; // nobody listens
     NlohmannJSON json;
+    MemoryScreen screen; // shows nothing
     std::vector<std::string> lines;
     HostEnd surfaceA;
     HostEnd surfaceB;

@@ -1,6 +1,7 @@
 // lumbrine-demo without a terminal.
 #include "tests/end_to_end/client_socket.h"
 #include "tests/end_to_end/deadlines.h"
+#include "tests/end_to_end/keyboard.h"
 #include "tests/interop/child_process.h"
 #include "tests/interop/waiting.h"
 
@@ -46,6 +47,32 @@ TEST(Demo, ServesAClientUntilItIsEnded) {
     EXPECT_TRUE(prints(demo, "Got 5 track names (full names via PTSL)")) << demo.output();
     demo.signal(SIGTERM);
     EXPECT_EQ(demo.wait(interop::patience), 0) << demo.output();
+}
+
+TEST(Demo, BeginsWithoutItsPortsAndReconnectsWhenToldTo) {
+    Keyboard keyboard;
+    ChildProcess demo(
+        keyboard.command(program, {"--ports-lost", "--tracks", "5", "--surfaces", "1", "--scripting-port", "0"}),
+        onPort(freePort()));
+    ASSERT_TRUE(prints(demo, "Pro Tools does not use the MIDI ports; type: reconnect\n")) << demo.output();
+    keyboard.type("reconnect");
+    ASSERT_TRUE(prints(demo, "♥ ping #1 received")) << demo.output();
+    for (const char* line :
+         {"→ Opening and closing PT's Peripherals dialog so it re-grabs the ports…\n",
+          "Pro Tools: OK pressed: the alert \"Lost communication with HUI\" is gone\n",
+          "Pro Tools: menu item \"Peripherals...\" chosen\n", "Pro Tools: tab \"MIDI Controllers\" chosen\n",
+          "Pro Tools: OK pressed: the Peripherals dialog is closed, the MIDI ports are taken\n"})
+        EXPECT_THAT(demo.output(), HasSubstr(line));
+    EXPECT_TRUE(prints(demo, "✓ Opened and closed the Peripherals dialog (PT will re-grab the MIDI ports)\n"));
+    EXPECT_TRUE(prints(demo, "✓ Mapped all 5 tracks\n")) << demo.output();
+    keyboard.type("reconnect");
+    EXPECT_TRUE(prints(demo, "Already connected to Pro Tools\n")) << demo.output();
+    keyboard.type("comment 1 D112");
+    keyboard.type("fader 1 2");
+    EXPECT_TRUE(prints(demo, "usage: fader TRACK VALUE\n")) << demo.output();
+    keyboard.type("quit");
+    EXPECT_EQ(demo.wait(interop::patience), 0) << demo.output();
+    EXPECT_THAT(demo.output(), testing::Not(HasSubstr("Still not connected")));
 }
 
 TEST(Demo, EndsInTheMiddleOfItsTour) {

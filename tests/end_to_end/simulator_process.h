@@ -1,7 +1,7 @@
 // lumbrine-simulator as a process of its own, with the test at its keyboard.
 #pragma once
 
-#include "tests/interop/child_process.h"
+#include "tests/end_to_end/keyboard.h"
 
 #include <optional>
 #include <string>
@@ -20,9 +20,8 @@ public:
 
     // On the JACK server that this process uses; `options` of its command line.
     explicit SimulatorProcess(const std::vector<std::string>& options);
-    ~SimulatorProcess();
 
-    void type(const std::string& line);
+    void type(const std::string& line) { keyboard.type(line); }
 
     // Waits until it has printed `text`.
     bool prints(const std::string& text) const;
@@ -36,8 +35,7 @@ public:
     std::string output() const { return process.output(); }
 
 private:
-    interop::TemporaryFolder folder;
-    const int keyboard;
+    Keyboard keyboard;
     interop::ChildProcess process;
 };
 

@@ -33,7 +33,8 @@ World::World(const Scenario& decided)
     : scenario(decided), runtime({.seed = decided.seed, .patience = decided.patience}),
       sockets(runtime, network.host(receiverAddress), decided.metersArrive),
       proTools(std::make_unique<SimulatedProTools>(runtime, midi, decided.host, sessionOf(decided))),
-      model(ReceiverModel::create({runtime, midi, sockets, advertiser, computer, streams, json}, Bilingual(false),
+      model(ReceiverModel::create({runtime, midi, sockets, advertiser, computer, streams, json, accessibility},
+                                  Bilingual(false),
                                   [this](const std::string& line) {
                                       if (runtime.onMain() && watch) watch->note(line);
                                   })),

@@ -4,6 +4,7 @@
 #include "model/receiver_model.h"
 #include "model/receiver_state.h"
 #include "platform/linux/nlohmann_json.h"
+#include "platform/linux/no_accessibility.h"
 #include "platform/virtual/memory_midi.h"
 #include "platform/virtual/virtual_streams.h"
 #include "simulator/simulated_pro_tools.h"
@@ -51,6 +52,7 @@ struct World {
     MemoryMIDI midi{runtime};
     VirtualStreams streams{runtime}; // no scripting service
     NlohmannJSON json{Bilingual(false)};
+    NoAccessibility accessibility;
     RecordingSockets sockets;
     QuietAdvertiser advertiser;
     StudioComputer computer;

@@ -1,0 +1,35 @@
+#include "app/demo_console.h"
+
+#include "simulator/user_commands.h"
+
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+const std::string reconnectHelp =
+    "reconnect                               have the receiver make Pro Tools use the MIDI ports\n";
+
+} // namespace
+
+DemoConsole::DemoConsole(SimulatedProTools& simulated, std::function<void()> reconnectAction,
+                         std::function<void()> endAction, std::function<void(const std::string&)> printer)
+    : proTools(simulated), reconnect(std::move(reconnectAction)), end(std::move(endAction)), print(std::move(printer)) {
+    proTools.screen().onPress([print = print](const std::string& what) { print("Pro Tools: " + what); });
+}
+
+void DemoConsole::handle(const std::string& line) const {
+    const std::string command = line.substr(0, line.find_last_not_of(" \r") + 1);
+    if (command == "reconnect") return reconnect();
+    if (command == "help") return print(reconnectHelp + userCommandHelp());
+    const CommandAnswer answer = runUserCommand(proTools, command);
+    if (!answer.text.empty()) print(answer.text);
+    if (answer.quit) end();
+}
+
+std::string demoCommandHelp() {
+    return reconnectHelp + "help                                    list what Pro Tools' user may do";
+}
+
+} // namespace lumbrine

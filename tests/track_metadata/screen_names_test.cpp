@@ -1,0 +1,145 @@
+// Names from the screen while the scripting service does not answer.
+#include "tests/track_metadata/metadata_test.h"
+#include "tests/track_metadata/shown_windows.h"
+
+namespace lumbrine {
+namespace {
+
+class ScreenNamesTest : public MetadataTest {
+protected:
+    explicit ScreenNamesTest(bool japanese = false) : MetadataTest(japanese) {
+        bench.state().scripting.ptslWarned = true;
+    }
+    ~ScreenNamesTest() override { EXPECT_EQ(bench.screen.liveHandles(), 0); }
+
+    ShownWindows windows{bench.screen};
+};
+
+class JapaneseScreenNamesTest : public ScreenNamesTest {
+protected:
+    JapaneseScreenNamesTest() : ScreenNamesTest(true) {}
+};
+
+TEST_F(ScreenNamesTest, AreTakenWhenTheServiceFails) {
+    windows.listTracks({"1. Kick Drum", "Lead Vocals", "Backing Vocals"});
+    refuse(trackListCommand);
+    refresh();
+    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✓ Got 3 track names (full names via AX)"));
+}
+
+TEST_F(ScreenNamesTest, AreTakenWhenTheServiceIsNotThere) {
+    windows.listTracks({"Kick Drum", "Lead Vocals", "Backing Vocals"});
+    bench.streams.stopListening(31416);
+    refresh();
+    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+}
+
+TEST_F(JapaneseScreenNamesTest, AreToldInJapanese) {
+    windows.listTracks({"1。 ドラム", "ボーカル", "コーラス"});
+    refuse(trackListCommand);
+    refresh();
+    EXPECT_THAT(published.trackMapFull, ElementsAre("ドラム", "ボーカル", "コーラス"));
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✓ トラック名を 3 件取得（フルネーム表示・AX）"));
+}
+
+TEST_F(ScreenNamesTest, ComeWithNeutralColoursAndStates) {
+    serve(R"({"name":"A","color":"#102030","track_attributes":{"is_muted":true,"is_soloed":true,)"
+          R"("is_record_enabled":true,"is_input_monitoring_on":"SetExplicitly"}},{"name":"B"},{"name":"C"})");
+    refresh();
+    ASSERT_EQ(bench.state().session.sessMutes, (std::vector<bool>{true, false, false}));
+
+    windows.listTracks({"A", "B", "C"});
+    refuse(trackListCommand);
+    bench.state().session.fullTableDirty = false;
+    refresh();
+    EXPECT_THAT(published.trackMapColors, testing::Each(std::nullopt));
+    EXPECT_THAT(published.trackMapInputMon, testing::Each(false));
+    EXPECT_THAT(bench.state().session.sessMutes, testing::Each(false));
+    EXPECT_THAT(bench.state().session.sessSolos, testing::Each(false));
+    EXPECT_THAT(bench.state().session.sessRecs, testing::Each(false));
+    EXPECT_TRUE(bench.state().session.fullTableDirty);
+}
+
+TEST_F(ScreenNamesTest, GiveWayToTheServiceWhenItIsBack) {
+    windows.listTracks({"Kick Drum", "Lead Vox", "Backing Vocals"});
+    refuse(trackListCommand);
+    refresh();
+    serve(threeTracks);
+    refresh();
+    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+    EXPECT_THAT(published.trackMapColors, ElementsAre(0x102030U, std::nullopt, std::nullopt));
+    EXPECT_THAT(bench.takeLines(),
+                ElementsAre("✓ Got 3 track names (full names via AX)", "✓ Got 3 track names (full names via PTSL)",
+                            "✓ Connected to Pro Tools' official API (track names and colors)"));
+}
+
+TEST_F(ScreenNamesTest, AreNotReadWhileTheServiceAnswers) {
+    windows.listTracks({"X", "Y", "Z"});
+    serve(threeTracks);
+    bench.screen.watchReads([](const MemoryScreen::Read& read) {
+        EXPECT_NE(read.attribute, "AXSelected"); // only the track list has it
+        return true;
+    });
+    refresh();
+    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+}
+
+TEST_F(ScreenNamesTest, NeedTheUsersPermissionAndDoNotAskForIt) {
+    windows.listTracks({"Kick Drum", "Lead Vocals", "Backing Vocals"});
+    bench.screen.setTrusted(false);
+    refuse(trackListCommand);
+    refresh();
+    EXPECT_THAT(published.trackMapFull, IsEmpty());
+    EXPECT_EQ(bench.screen.prompts(), 0);
+    EXPECT_EQ(bench.screen.reads(), 0U);
+    bench.screen.setTrusted(true);
+    refresh();
+    EXPECT_THAT(published.trackMapFull, testing::SizeIs(3));
+}
+
+TEST_F(ScreenNamesTest, AreNotTakenWhenTheyAreNotAsManyAsTheMapHas) {
+    serve(threeTracks);
+    refresh();
+    bench.takeLines();
+    windows.listTracks({"Kick Drum", "Lead Vocals"});
+    refuse(trackListCommand);
+    refresh();
+    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+    EXPECT_THAT(bench.takeLines(), ElementsAre("Full names: count mismatch (2 / HUI 3) → keeping 4-char names"));
+}
+
+TEST_F(ScreenNamesTest, StayAsTheyWereWhenNothingCanBeRead) {
+    windows.listTracks({"Kick Drum", "Lead Vocals", "Backing Vocals"});
+    refuse(trackListCommand);
+    refresh();
+    bench.takeLines();
+    bench.screen.quit(77);
+    refresh();
+    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+    EXPECT_THAT(bench.takeLines(), IsEmpty());
+}
+
+TEST_F(ScreenNamesTest, AreReadOnTheQueueOfTheServiceWhichThenGoesOn) {
+    windows.listTracks({"Kick Drum", "Lead Vocals", "Backing Vocals"});
+    refuse(trackListCommand);
+    bench.screen.watchReads([this](const MemoryScreen::Read&) {
+        EXPECT_FALSE(world.runtime.onMain());
+        world.runtime.sleepFor(10ms);
+        return true;
+    });
+    bench.parts().metadata.refreshFullNames();
+    bench.run(50ms);
+    const std::size_t requests = service.requests.size();
+    bench.parts().metadata.refreshFullNames(); // the first one still reads
+    bench.run(10s);
+    EXPECT_EQ(service.requests.size(), requests);
+    EXPECT_THAT(published.trackMapFull, testing::SizeIs(3));
+    bench.screen.watchReads([](const MemoryScreen::Read&) { return true; });
+    bench.parts().metadata.refreshFullNames();
+    bench.run(1s);
+    EXPECT_GT(service.requests.size(), requests);
+}
+
+} // namespace
+} // namespace lumbrine
