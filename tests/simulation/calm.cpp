@@ -25,6 +25,7 @@ Recovery Calm::run() {
     endTrouble();
     recover();
     tryFader();
+    awaitSources();
     refreshPicture();
     checkScans();
     return std::move(recovery);
@@ -178,6 +179,23 @@ std::optional<Strip> Calm::someStripWithATrack() const {
 
 int Calm::faderOfHost(Strip strip) const {
     return world.proTools->snapshot().surfaces[strip.slot() / 8].strips[strip.slot() % 8].fader.raw();
+}
+
+// ---- Names, colours, comments
+
+// Every 12 s the comments are read.
+void Calm::awaitSources() {
+    constexpr Duration limit = seconds(40);
+    const auto mapIsTrue = [this] {
+        const PublishedState& published = world.model->published();
+        return published.bankOffset >= 0 && published.trackMap == viewOf(*world.proTools).names;
+    };
+    const auto wrong = [this] { return wrongWithSources(world.scenario.sources, world.state(), *world.proTools); };
+    if (!world.scenario.hostIsReadable() || !world.scenario.hostIsQuick() || !mapIsTrue()) return;
+    const TimePoint end = world.runtime.now() + limit;
+    while (!wrong().empty() && world.runtime.now() < end)
+        world.runtime.runFor(seconds(0.5));
+    if (const std::string what = wrong(); !what.empty() && mapIsTrue()) complain("at rest, " + what);
 }
 
 // ---- The picture

@@ -23,6 +23,7 @@ private:
     void recover();
     void askForScan();
     void tryFader();
+    void awaitSources();
     bool faderGoesBothWays(Strip strip);
     void refreshPicture();
     void checkScans();

@@ -4,6 +4,7 @@
 #include "tests/simulation/button_checkers.h"
 #include "tests/simulation/job_checkers.h"
 #include "tests/simulation/presence_checker.h"
+#include "tests/simulation/source_checkers.h"
 #include "tests/simulation/turn_checker.h"
 #include "tests/simulation/walk_actions.h"
 
@@ -217,6 +218,7 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
     add(checkPositions(scenario, evidence));
     add(checkPlaces(scenario, evidence, requests, wires, walked));
     add(checkPresence(evidence, acceptance));
+    add(checkSources(scenario, evidence));
     add(evidence.untimelySends);
     add(evidence.recovery.violations);
     add(checkPicture(scenario, evidence));

@@ -5,6 +5,8 @@
 #include "remote/session_picture.h"
 #include "tests/simulation/job_watch.h"
 #include "tests/simulation/recording_sockets.h"
+#include "tests/simulation/source_truth.h"
+#include "tests/simulation/source_watch.h"
 
 #include <cstdint>
 #include <string>
@@ -27,6 +29,11 @@ struct Evidence {
     std::vector<Stretch> disturbances;      // of the host, with what they leave behind
     std::vector<std::string> untimelySends; // of state, while the surfaces moved
     Recovery recovery;
+
+    std::vector<ToldTracks> told;  // names, colours and comments
+    std::vector<HostTrack> tracks; // of the host, at the end
+    Names comments;                // of the receiver, at the end
+    int heldElements = 0;          // of the host's screen, at the end
 
     remote::SessionPicture picture; // of the phone that said hello at the end
     bool phoneIsConnected = false;

@@ -105,6 +105,28 @@ void soothe(SeededRandom& chance, Scenario& scenario) {
     host.restlessUserEvery = Duration::zero();
 }
 
+// By a chance of its own, so that this changes nothing of what else a seed decides.
+void chooseSources(std::uint64_t seed, Scenario& scenario) {
+    SeededRandom chance(seed * 31 + 11);
+    Troubles& troubles = scenario.troubles;
+    scenario.sources.scripting = !chance.oneIn(3);
+    scenario.sources.screen = !chance.oneIn(3);
+    troubles.serviceFails = scenario.sources.scripting && chance.oneIn(2);
+    troubles.screenFails = scenario.sources.screen && chance.oneIn(2);
+    troubles.permissionGoes = scenario.sources.screen && chance.oneIn(3);
+    troubles.commentsChange = scenario.sources.screen && chance.oneIn(2);
+
+    scenario.host.scripting.downTime = pick(chance, std::array{seconds(2), seconds(6)});
+    ScreenOptions& screen = scenario.host.screen;
+    screen.japanese = chance.oneIn(2);
+    screen.numbers = pick(chance, std::array{NameNumbers::none, NameNumbers::fullStop, NameNumbers::ideographic});
+    screen.mixStrips = pick(chance, std::array{1000, 1000, 12});
+    screen.furniture = pick(chance, std::array{0, 0, 30});
+    // A list of all tracks that loses some of its rows can have as many as the surfaces show, and other ones.
+    const bool listIsWhole = !troubles.screenFails && !troubles.permissionGoes && !troubles.hostSticks;
+    screen.hiddenTracksListed = listIsWhole && chance.oneIn(3);
+}
+
 } // namespace
 
 Scenario scenarioOf(std::uint64_t seed) {
@@ -126,6 +148,7 @@ Scenario scenarioOf(std::uint64_t seed) {
     scenario.habits = chooseHabits(chance);
     scenario.troubles = chooseTroubles(chance);
     if (chance.oneIn(3)) soothe(chance, scenario);
+    chooseSources(seed, scenario);
     // Long enough for the first scan to end, and then some.
     const int banks = scenario.tracks / scenario.strips();
     scenario.trouble = seconds(18) + seconds(1) * std::min(banks, 30);
@@ -149,7 +172,11 @@ std::string Scenario::text() const {
            inWords(troubles.surfacesVanish, "surfaces vanish") + inWords(troubles.bothSurfacesFlap, "surfaces flap") +
            inWords(troubles.secondSurfaceLeaves, "the second surface leaves") +
            inWords(troubles.hostSticks, "the host sticks") + inWords(troubles.portsAreReleased, "ports are released") +
-           inWords(troubles.userActs, "the user acts") + inWords(troubles.transport, "the transport runs");
+           inWords(troubles.userActs, "the user acts") + inWords(troubles.transport, "the transport runs") +
+           inWords(sources.scripting, "a scripting service") + inWords(sources.screen, "a screen to read") +
+           inWords(host.screen.hiddenTracksListed, "which lists hidden tracks") +
+           inWords(troubles.serviceFails, "the service fails") + inWords(troubles.screenFails, "the screen fails") +
+           inWords(troubles.permissionGoes, "permission goes") + inWords(troubles.commentsChange, "comments change");
 }
 
 } // namespace lumbrine::simulation

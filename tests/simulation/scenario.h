@@ -3,6 +3,7 @@
 
 #include "platform/virtual/virtual_network.h"
 #include "simulator/simulator_options.h"
+#include "tests/simulation/source_truth.h"
 
 #include <array>
 #include <cstddef>
@@ -40,6 +41,10 @@ struct Troubles {
     bool portsAreReleased = false;
     bool userActs = false; // banks, scrolls and moves faders at the host
     bool transport = false;
+    bool serviceFails = false; // the scripting service dies and comes back, or stalls
+    bool screenFails = false;  // reads of the screen fail, and elements vanish
+    bool permissionGoes = false;
+    bool commentsChange = false;
 };
 
 struct Scenario {
@@ -48,6 +53,7 @@ struct Scenario {
     int phones = 1;             // 1-3
     int tracks = 16;
     bool namesDiffer = false; // in every display; else they are as in real sessions
+    Sources sources;
     SimulatorOptions host;
     VirtualNetwork::Faults network;
     bool metersArrive = false;          // at the phones; they are most of the traffic

@@ -20,6 +20,10 @@ Trouble::Trouble(World& simulatedWorld) : world(simulatedWorld), chance(simulate
     add(wanted.portsAreReleased, [this] { releasePorts(); });
     add(wanted.userActs, [this] { actAsUser(); });
     add(wanted.transport, [this] { useTransport(); });
+    add(wanted.serviceFails, [this] { failService(); });
+    add(wanted.screenFails, [this] { failScreen(); });
+    add(wanted.permissionGoes, [this] { withdrawPermission(); });
+    add(wanted.commentsChange, [this] { changeComment(); });
 }
 
 void Trouble::run() {
@@ -97,6 +101,34 @@ void Trouble::useTransport() {
         if (session.transport().playing) return session.stop();
         if (records) session.record();
         session.play();
+    });
+}
+
+void Trouble::failService() {
+    if (chance.oneIn(2)) return world.service->die();
+    world.proTools->scripting().stall(seconds(1) * static_cast<int>(1 + chance.below(6)));
+}
+
+void Trouble::failScreen() {
+    constexpr int failOneIn = 15;
+    constexpr int vanishOneIn = 25;
+    const Duration duration = seconds(0.5) * static_cast<int>(1 + chance.below(8));
+    SimulatedAccessibility& screen = world.proTools->screen();
+    screen.setFaults(failOneIn, vanishOneIn);
+    world.runtime.postMainAfter(duration, [&screen] { screen.setFaults(0, 0); });
+}
+
+void Trouble::withdrawPermission() {
+    const Duration duration = seconds(0.5) * static_cast<int>(1 + chance.below(8));
+    SimulatedAccessibility& screen = world.proTools->screen();
+    screen.setTrusted(false);
+    world.runtime.postMainAfter(duration, [&screen] { screen.setTrusted(true); });
+}
+
+void Trouble::changeComment() {
+    world.proTools->edit([this](SimulatedSession& session) {
+        const int id = session.tracks()[chance.below(session.tracks().size())].id;
+        session.change(id, [&](SimulatedTrack& track) { track.comment = commentOn(id, ++remarks); });
     });
 }
 

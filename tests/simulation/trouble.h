@@ -27,6 +27,10 @@ private:
     void releasePorts();
     void actAsUser();
     void useTransport();
+    void failService();
+    void failScreen();
+    void withdrawPermission();
+    void changeComment();
     void disturb(Duration length);
     Duration absence();
 
@@ -34,6 +38,7 @@ private:
     SeededRandom chance;
     std::vector<std::function<void()>> kinds; // that this scenario has
     std::vector<Stretch> disturbed;
+    std::uint64_t remarks = 0;
 };
 
 } // namespace lumbrine::simulation

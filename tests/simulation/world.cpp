@@ -24,6 +24,7 @@ SimulatedSession sessionOf(const Scenario& scenario) {
     std::size_t number = 0;
     if (scenario.namesDiffer)
         session.changeAll([&number](SimulatedTrack& track) { track.name = fourLetters(number++); });
+    session.changeAll([](SimulatedTrack& track) { track.comment = commentOn(track.id, 0); });
     return session;
 }
 
@@ -33,7 +34,7 @@ World::World(const Scenario& decided)
     : scenario(decided), runtime({.seed = decided.seed, .patience = decided.patience}),
       sockets(runtime, network.host(receiverAddress), decided.metersArrive),
       proTools(std::make_unique<SimulatedProTools>(runtime, midi, decided.host, sessionOf(decided))),
-      model(ReceiverModel::create({runtime, midi, sockets, advertiser, computer, streams, json, accessibility},
+      model(ReceiverModel::create({runtime, midi, sockets, advertiser, computer, streams, json, accessibility()},
                                   Bilingual(false),
                                   [this](const std::string& line) {
                                       if (runtime.onMain() && watch) watch->note(line);
@@ -46,7 +47,10 @@ World::World(const Scenario& decided)
     };
     model->onChange([this] {
         if (watch) watch->look();
+        if (sources) sources->look();
     });
+    if (scenario.sources.scripting) service.emplace(runtime, streams, proTools->scripting());
+    sources = std::make_unique<SourceWatch>(runtime, state());
     model->start();
     for (int number = 0; number < scenario.phones; ++number)
         phones.push_back(std::make_unique<Phone>(runtime, network, scenario, number));
@@ -55,12 +59,19 @@ World::World(const Scenario& decided)
 
 World::~World() {
     watch.reset();
+    sources.reset();
     phones.clear();
     forger.reset();
     const std::weak_ptr<const void> gone = model->lifetime();
     model.reset();
     runtime.runUntil([&] { return gone.expired(); }, longestJob);
+    service.reset();
     proTools.reset();
+}
+
+Accessibility& World::accessibility() {
+    if (scenario.sources.screen) return proTools->screen();
+    return noAccessibility;
 }
 
 const ReceiverState& World::state() const {
@@ -72,6 +83,12 @@ Evidence World::collect() {
     evidence.begun = begun;
     evidence.jobs = watch->takeRecord();
     watch.reset();
+    evidence.told = sources->take();
+    sources.reset();
+    evidence.tracks = tracksOf(*proTools);
+    evidence.comments = state().session.trackMapComments;
+    runtime.runUntil([this] { return proTools->screen().liveHandles() == 0; }, seconds(1)); // a read may be under way
+    evidence.heldElements = proTools->screen().liveHandles();
     evidence.untimelySends = sends.violations();
     evidence.datagrams = sockets.received();
     for (int surface = 0; surface < scenario.host.surfaces; ++surface)

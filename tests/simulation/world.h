@@ -8,9 +8,11 @@
 #include "platform/virtual/memory_midi.h"
 #include "platform/virtual/virtual_streams.h"
 #include "simulator/simulated_pro_tools.h"
+#include "simulator/testing/virtual_scripting.h"
 #include "tests/simulation/evidence.h"
 #include "tests/simulation/forger.h"
 #include "tests/simulation/phone.h"
+#include "tests/simulation/source_watch.h"
 #include "tests/simulation/suppression_checker.h"
 
 #include <memory>
@@ -50,19 +52,24 @@ struct World {
     VirtualRuntime runtime;
     VirtualNetwork network{runtime};
     MemoryMIDI midi{runtime};
-    VirtualStreams streams{runtime}; // no scripting service
+    VirtualStreams streams{runtime};
     NlohmannJSON json{Bilingual(false)};
-    NoAccessibility accessibility;
+    NoAccessibility noAccessibility;
     RecordingSockets sockets;
     QuietAdvertiser advertiser;
     StudioComputer computer;
     std::unique_ptr<SimulatedProTools> proTools;
+    std::optional<VirtualScripting> service; // as the scenario has it
     std::shared_ptr<ReceiverModel> model;
     std::unique_ptr<JobWatch> watch;
+    std::unique_ptr<SourceWatch> sources;
     SuppressionChecker sends;
     std::vector<std::unique_ptr<Phone>> phones;
     std::unique_ptr<Forger> forger;
     const TimePoint begun;
+
+private:
+    Accessibility& accessibility();
 };
 
 } // namespace lumbrine::simulation
