@@ -71,6 +71,7 @@ NSView* ReceiverWindow::noticeBox(const ScreenNotice& shown) {
                                    forOrientation:NSLayoutConstraintOrientationHorizontal];
     NSStackView* const both = row(@[ symbolView(shown.symbol, NSColor.systemOrangeColor), text ]);
     both.alignment = NSLayoutAttributeTop;
+    both.distribution = NSStackViewDistributionFill;
     return both;
 }
 
@@ -89,6 +90,7 @@ void ReceiverWindow::arrange(const ReceiverView& view, LumbrineActionTarget* tar
     [moves addObject:space()];
     [moves addObject:buttonFor(view.test, target)];
     NSStackView* const movesLine = row(moves);
+    movesLine.distribution = NSStackViewDistributionFill;
 
     NSStackView* const all = [NSStackView stackViewWithViews:@[
         heading(view.heading, 17), proTools.view(), client.view(), notice, buttonFor(view.reconnect, target),
@@ -97,7 +99,10 @@ void ReceiverWindow::arrange(const ReceiverView& view, LumbrineActionTarget* tar
     all.orientation = NSUserInterfaceLayoutOrientationVertical;
     all.alignment = NSLayoutAttributeLeading;
     all.edgeInsets = NSEdgeInsetsMake(margin, margin, margin, margin);
-    all.detachesHiddenViews = YES;
+    all.distribution = NSStackViewDistributionFill;
+    // The log takes what height is left over.
+    [strips setContentHuggingPriority:NSLayoutPriorityDefaultHigh forOrientation:NSLayoutConstraintOrientationVertical];
+    [log.view() setContentHuggingPriority:1 forOrientation:NSLayoutConstraintOrientationVertical];
     for (NSView* wide in @[ notice, strips, log.view(), movesLine ])
         [wide.widthAnchor constraintEqualToAnchor:all.widthAnchor constant:-2 * margin].active = YES;
     frame.contentView = all;
