@@ -18,9 +18,11 @@ foreach(language CXX OBJCXX)
 endforeach()
 set(CMAKE_EXE_LINKER_FLAGS_INIT -fuse-ld=lld)
 
-# An SDK that was trimmed lacks the private framework behind AppKit's text classes.
+# In an SDK that was trimmed, frameworks do not pass on what others of theirs have: AppKit the text classes of a private
+# framework, ApplicationServices the Accessibility functions of HIServices.
 if(NOT EXISTS "${CMAKE_OSX_SYSROOT}/System/Library/PrivateFrameworks/UIFoundation.framework")
-    set(CMAKE_EXE_LINKER_FLAGS_INIT "-fuse-ld=lld ${CMAKE_CURRENT_LIST_DIR}/macos-cross/AppKit.tbd")
+    string(APPEND CMAKE_EXE_LINKER_FLAGS_INIT " ${CMAKE_CURRENT_LIST_DIR}/macos-cross/AppKit.tbd -framework HIServices"
+        " -F${CMAKE_OSX_SYSROOT}/System/Library/Frameworks/ApplicationServices.framework/Frameworks")
 endif()
 
 # Nothing of this computer is for the Mac but its tools.

@@ -59,3 +59,21 @@ for arch in $architectures; do
 done
 
 scripts/macos-bundle.sh "$out/Lumbrine" "$out"
+python3 - "$out/Lumbrine.app/Contents" <<'PYTHON'
+import plistlib, re, sys
+from pathlib import Path
+
+contents = Path(sys.argv[1])
+info = plistlib.loads((contents / "Info.plist").read_bytes())
+assert info["CFBundleIdentifier"] == "com.tarnwick.lumbrine" and info["LSUIElement"] is True
+assert (contents / "MacOS" / info["CFBundleExecutable"]).is_file()
+icon = (contents / "Resources" / (info["CFBundleIconFile"] + ".icns")).read_bytes()
+assert icon[:4] == b"icns" and int.from_bytes(icon[4:8]) == len(icon)
+for language in info["CFBundleLocalizations"]:
+    texts = (contents / "Resources" / f"{language}.lproj" / "InfoPlist.strings").read_text(encoding="utf-8")
+    lines = texts.splitlines()
+    pairs = [re.fullmatch(r'"(\w+)" = "[^"]+";', line) for line in lines]
+    assert all(pairs) and {pair[1] for pair in pairs} <= info.keys(), language
+    assert any(pair[1] == "NSLocalNetworkUsageDescription" for pair in pairs), language
+PYTHON
+echo 'macOS: the bundle has its papers in order'
