@@ -17,7 +17,7 @@
 #include <CLI/CLI.hpp>
 
 #include <QApplication>
-#include <cstdio>
+#include <utility>
 
 namespace lumbrine {
 namespace {
@@ -70,9 +70,12 @@ int run(const DemoArguments& arguments, int count, char** values) {
     NlohmannJSON json(text);
     NoLoginService login;
     LoginItem loginItem(login, text);
-    ReceiverApp app(ReceiverModel::create(
-                        {runtime, midi, sockets, advertiser, system, streams, json, proTools->screen(), service}, text),
-                    loginItem, text);
+    auto model = ReceiverModel::create(
+        {runtime, midi, sockets, advertiser, system, streams, json, proTools->screen(), service}, text);
+    printLine("Simulated session: " + std::to_string(arguments.tracks) + " tracks on " +
+              std::to_string(arguments.surfaces) + " HUI surfaces");
+    printLine("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()));
+    ReceiverApp app(std::move(model), loginItem, text);
     DesktopRun{loop, runtime, streams, app, instance, identifier, end}.run();
     scripting.reset();
     proTools.reset();

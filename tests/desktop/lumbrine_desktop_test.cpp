@@ -1,0 +1,182 @@
+// The program on a desktop: its icon, its menu, its window, its one instance, and its end.
+#include "tests/desktop/desktop.h"
+#include "tests/end_to_end/client_socket.h"
+#include "tests/end_to_end/receiver_process.h"
+#include "tests/end_to_end/simulator_process.h"
+#include "tests/interop/private_jack.h"
+#include "tests/interop/waiting.h"
+
+#include <csignal>
+#include <filesystem>
+
+namespace lumbrine::desktop {
+namespace {
+
+using interop::ChildProcess;
+using interop::CommandResult;
+using interop::PrivateJack;
+using interop::runCommand;
+using interop::waitUntil;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+const std::string program = LUMBRINE_BIN_DIR "/lumbrine";
+const std::string title = "Lumbrine — Receiver";
+
+// Everything of a program that has shown its window.
+class RunningProgram {
+public:
+    explicit RunningProgram(const Desktop& shownOn)
+        : desktop(shownOn), environment(environmentOf(folder)), process({program}, {.environment = environment}) {}
+
+    bool isShown() const {
+        return waitUntil([this] { return desktop.window(title).has_value(); });
+    }
+    bool isHidden() const {
+        return waitUntil([this] { return !desktop.window(title).has_value(); });
+    }
+
+    void closeWindow() const {
+        desktop.focus(*desktop.window(title));
+        desktop.press({"ctrl+w"});
+    }
+
+    // Opens the icon's menu and goes through it by keys; the last one chooses. A click that comes while the desktop is
+    // still busy with closing the menu is lost, and clicked again.
+    void choose(const std::vector<std::string>& keys) const {
+        const auto isOpen = [this] { return desktop.popup().has_value(); };
+        for (int attempt = 0; attempt < 10 && !isOpen(); ++attempt) {
+            desktop.click(desktop.icon()->place, 3);
+            waitUntil(isOpen, std::chrono::seconds(2));
+        }
+        ASSERT_TRUE(isOpen());
+        desktop.press(keys);
+        ASSERT_TRUE(waitUntil([this] { return !desktop.popup().has_value(); }));
+    }
+
+    bool launchesAtLogin() const {
+        return std::filesystem::exists(folder.path / "autostart/com.tarnwick.lumbrine.desktop");
+    }
+
+    const Desktop& desktop;
+    const interop::TemporaryFolder folder;
+    const std::map<std::string, std::string> environment;
+    ChildProcess process;
+
+private:
+    static std::map<std::string, std::string> environmentOf(const interop::TemporaryFolder& folder) {
+        std::map<std::string, std::string> variables = end_to_end::environmentFor({.port = end_to_end::freePort()});
+        variables["XDG_CONFIG_HOME"] = folder.path.string();
+        return variables;
+    }
+};
+
+TEST(LumbrineOnADesktop, HasAnIconThatIsDimWithoutProTools) {
+    const PrivateJack jack;
+    const Desktop desktop;
+    const RunningProgram lumbrine(desktop);
+    ASSERT_TRUE(waitUntil([&] { return desktop.icon().has_value(); })) << lumbrine.process.output();
+    const Place place = desktop.icon()->place;
+    ASSERT_TRUE(waitUntil([&] { return desktop.contrast(place) > 0.1; }));
+    const double dim = desktop.contrast(place);
+
+    double full = 0;
+    {
+        end_to_end::SimulatorProcess proTools({"--tracks", "8", "--no-scripting"});
+        EXPECT_TRUE(waitUntil([&] { return desktop.contrast(place) > dim * 1.5; })) << lumbrine.process.output();
+        full = desktop.contrast(place);
+        proTools.end();
+    }
+    EXPECT_NEAR(dim / full, 0.45, 0.06);
+    EXPECT_TRUE(waitUntil([&] { return desktop.contrast(place) < dim * 1.2; }));
+    EXPECT_NEAR(desktop.contrast(place) / full, 0.45, 0.06);
+}
+
+TEST(LumbrineOnADesktop, CanBeUsedByTheMenuOfItsIcon) {
+    const PrivateJack jack;
+    const Desktop desktop;
+    RunningProgram lumbrine(desktop);
+    ASSERT_TRUE(lumbrine.isShown()) << lumbrine.process.output();
+    ASSERT_TRUE(waitUntil([&] { return desktop.icon().has_value(); }));
+
+    lumbrine.closeWindow();
+    ASSERT_TRUE(lumbrine.isHidden());
+    EXPECT_TRUE(lumbrine.process.running());
+    lumbrine.choose({"Down", "Return"}); // Show Window
+    EXPECT_TRUE(lumbrine.isShown());
+    EXPECT_THAT(lumbrine.process.output(), testing::Not(HasSubstr("no status area")));
+
+    lumbrine.choose({"Down", "Down", "Down", "Return"}); // Launch at Login
+    EXPECT_TRUE(waitUntil([&] { return lumbrine.launchesAtLogin(); }));
+    lumbrine.choose({"Down", "Down", "Down", "Return"});
+    EXPECT_TRUE(waitUntil([&] { return !lumbrine.launchesAtLogin(); }));
+
+    lumbrine.choose({"Up", "Return"}); // Quit
+    EXPECT_EQ(lumbrine.process.wait(interop::patience), 0) << lumbrine.process.output();
+}
+
+TEST(LumbrineOnADesktop, ShowsItsWindowOnAClickAndWhenItIsStartedAgain) {
+    const PrivateJack jack;
+    const Desktop desktop;
+    RunningProgram lumbrine(desktop);
+    ASSERT_TRUE(lumbrine.isShown()) << lumbrine.process.output();
+    ASSERT_TRUE(waitUntil([&] { return desktop.icon().has_value(); }));
+
+    lumbrine.closeWindow();
+    ASSERT_TRUE(lumbrine.isHidden());
+    desktop.click(desktop.icon()->place, 1);
+    EXPECT_TRUE(lumbrine.isShown());
+
+    lumbrine.closeWindow();
+    ASSERT_TRUE(lumbrine.isHidden());
+    ChildProcess second({program}, {.environment = lumbrine.environment});
+    EXPECT_EQ(second.wait(interop::patience), 0);
+    EXPECT_EQ(second.output(), "");
+    EXPECT_TRUE(lumbrine.isShown());
+}
+
+TEST(LumbrineOnADesktop, SaysThatItGoesOnWhereThereIsNoStatusArea) {
+    const PrivateJack jack;
+    const Desktop desktop(false);
+    RunningProgram lumbrine(desktop);
+    ASSERT_TRUE(lumbrine.isShown()) << lumbrine.process.output();
+    lumbrine.closeWindow();
+    ASSERT_TRUE(lumbrine.isHidden());
+    ASSERT_TRUE(waitUntil([&] { return desktop.popup().has_value(); })); // a dialog
+    EXPECT_THAT(lumbrine.process.output(), HasSubstr("This desktop has no status area: start Lumbrine again"));
+    desktop.focus(*desktop.popup());
+    desktop.press({"Return"});
+    EXPECT_TRUE(waitUntil([&] { return !desktop.popup().has_value(); }));
+    EXPECT_TRUE(lumbrine.process.running());
+    EXPECT_EQ(runCommand({program}).status, 0);
+    EXPECT_TRUE(lumbrine.isShown());
+}
+
+TEST(LumbrineOnADesktop, EndsOnSignalsAndOnItsKeys) {
+    const PrivateJack jack;
+    const Desktop desktop;
+    for (const int signal : {SIGINT, SIGTERM, 0}) {
+        RunningProgram lumbrine(desktop);
+        ASSERT_TRUE(lumbrine.isShown()) << lumbrine.process.output();
+        if (signal != 0) {
+            lumbrine.process.signal(signal);
+        } else {
+            desktop.focus(*desktop.window(title));
+            desktop.press({"ctrl+q"});
+        }
+        EXPECT_EQ(lumbrine.process.wait(interop::patience), 0) << lumbrine.process.output();
+    }
+}
+
+TEST(Lumbrine, AnswersQuestionsAboutItselfWithoutADesktop) {
+    const CommandResult help = runCommand({program, "--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_THAT(help.output, StartsWith("Usage: lumbrine\n"));
+    const CommandResult version = runCommand({program, "--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.output, "lumbrine " LUMBRINE_VERSION "\n");
+    EXPECT_EQ(runCommand({program, "--loud"}).status, 2);
+}
+
+} // namespace
+} // namespace lumbrine::desktop
