@@ -9,7 +9,7 @@ JOBS ?= $(shell nproc)
 BIN := build/release/bin
 
 .DEFAULT_GOAL := build
-.PHONY: setup build run demo test bench simulate fuzz check format package check-package
+.PHONY: setup build run demo test bench simulate fuzz check format screenshots package check-package
 
 setup:
 	@scripts/setup.sh
@@ -17,8 +17,9 @@ setup:
 build: setup
 	@scripts/build.sh release $(JOBS)
 
+# With the window where there is a display, else on the terminal.
 run: build
-	@$(BIN)/lumbrine-demo
+	@if [ -n "$$DISPLAY$$WAYLAND_DISPLAY" ]; then $(BIN)/lumbrine-demo-window; else $(BIN)/lumbrine-demo; fi
 
 # A tour without anybody at the keys: a scripted client moves, presses and takes over, in under 30 seconds.
 demo: build
@@ -51,3 +52,7 @@ check-package: package
 
 format: setup
 	@git ls-files '*.h' '*.cpp' '*.mm' | xargs clang-format-19 -i
+
+# The pictures of the README, from the running programs.
+screenshots: build
+	@scripts/screenshots.sh $(BIN)

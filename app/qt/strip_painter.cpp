@@ -36,6 +36,15 @@ QFont scaled(QFont font, double share, QFont::Weight weight) {
     return font;
 }
 
+// As many characters as there is room for: on so little of it each one tells more than a sign that some are missing.
+QString cutToFit(QString text, const QFontMetricsF& metrics, double width) {
+    while (!text.isEmpty() && metrics.horizontalAdvance(text) > width) {
+        text.chop(text.back().isLowSurrogate() ? 2 : 1);
+        text = text.trimmed();
+    }
+    return text;
+}
+
 } // namespace
 
 int stripHeight(const QFont& font) {
@@ -125,8 +134,7 @@ void StripPainter::paintName(QPainter& painter, const QRectF& place, const Strip
     if (whole.empty()) return;
     painter.setFont(nameFont);
     painter.setPen(displayText);
-    const QString name = QFontMetricsF(nameFont).elidedText(shown(whole), Qt::ElideRight, place.width() - 2);
-    painter.drawText(place, Qt::AlignCenter, name);
+    painter.drawText(place, Qt::AlignCenter, cutToFit(shown(whole), QFontMetricsF(nameFont), place.width() - 2));
 }
 
 } // namespace lumbrine
