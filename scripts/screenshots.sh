@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# screenshots.sh BIN: makes the pictures in docs/images from the running programs in BIN, on an X server without a screen.
+# screenshots.sh BIN: makes the pictures in docs/images from the programs in BIN, on an X server without a screen.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bin=$1
@@ -38,7 +38,8 @@ picture() {
     xdotool windowsize --sync "$window" "${1%x*}" "${1#*x}"
     sleep 1 # everything has been drawn anew by then
     import -window "$window" "$work/picture.png"
-    convert "$work/picture.png" -bordercolor '#b8b8b8' -border 1 -strip +dither -colors 96 -define png:compression-level=9 "PNG8:$out/$2.png"
+    convert "$work/picture.png" -bordercolor '#b8b8b8' -border 1 -strip +dither -colors 96 \
+        -define png:compression-level=9 "PNG8:$out/$2.png"
 }
 
 # run PROGRAM OPTIONS...: in the language of $LANGUAGE; its log is in $work/log.

@@ -56,9 +56,10 @@ void ReceiverShell::windowClosed() {
 void ReceiverShell::tellThatItGoesOn() {
     if (farewell) return;
     const Bilingual& text = app.text;
-    app.tell(text("⚠️ Window closed; Lumbrine goes on. This desktop has no status area: start Lumbrine again to see the "
-                  "window",
-                  "⚠️ ウィンドウを閉じましたが Lumbrine は動作を続けます。このデスクトップにはステータス領域がないため、"
+    app.tell(text("⚠️ Window closed; Lumbrine goes on. "
+                  "This desktop has no status area: start Lumbrine again to see the window",
+                  "⚠️ ウィンドウを閉じましたが Lumbrine は動作を続けます。"
+                  "このデスクトップにはステータス領域がないため、"
                   "もう一度 Lumbrine を起動するとウィンドウが表示されます"));
     farewell = std::make_unique<QMessageBox>();
     farewell->setWindowTitle(QStringLiteral("Lumbrine"));
@@ -66,8 +67,8 @@ void ReceiverShell::tellThatItGoesOn() {
     farewell->setText(shown(text("Lumbrine goes on", "Lumbrine は動作を続けます")));
     farewell->setInformativeText(
         shown(text("This desktop has no status area for Lumbrine's icon. Start Lumbrine again to see the window.",
-                   "このデスクトップには Lumbrine のアイコンを置くステータス領域がありません。もう一度 Lumbrine を起動"
-                   "するとウィンドウが表示されます。")));
+                   "このデスクトップには Lumbrine のアイコンを置くステータス領域がありません。"
+                   "もう一度 Lumbrine を起動するとウィンドウが表示されます。")));
     const auto* quit = farewell->addButton(shown(text("Quit", "終了")), QMessageBox::DestructiveRole);
     farewell->setDefaultButton(farewell->addButton(shown(text("OK", "OK")), QMessageBox::AcceptRole));
     QObject::connect(quit, &QAbstractButton::clicked, farewell.get(), [this] { act(ScreenAction::quit); });
