@@ -19,7 +19,7 @@ protected:
         bench.start();
         bench.setTrackMap({"Kick"}, 0); // nothing to scan for
     }
-    ~ReconnectionTest() override { EXPECT_EQ(bench.screen.liveHandles(), 0); }
+    void TearDown() override { EXPECT_EQ(bench.screen.liveHandles(), 0); }
 
     // With a menu item that opens the dialog at once, a tab in it, and an OK that closes it.
     void startProTools() {

@@ -8,13 +8,12 @@ namespace lumbrine {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::ElementsAre;
 using Names = std::vector<std::string>;
 using Comments = std::map<std::string, std::string>;
 
 class ReadingTest : public ScreenTest {
 protected:
-    ~ReadingTest() override { EXPECT_EQ(screen().liveHandles(), 0); }
+    void TearDown() override { EXPECT_EQ(screen().liveHandles(), 0); }
 
     Names shownNames() const {
         Names names;

@@ -11,7 +11,7 @@ constexpr const char* done = "✓ Opened and closed the Peripherals dialog (PT w
 
 class ReconnectingTest : public ScreenTest {
 protected:
-    ~ReconnectingTest() override { EXPECT_EQ(screen().liveHandles(), 0); }
+    void TearDown() override { EXPECT_EQ(screen().liveHandles(), 0); }
 
     void startWithoutPorts(const ScreenOptions& options = {}) {
         SimulatorOptions all;

@@ -20,7 +20,7 @@ protected:
     SourcesTest() {
         EXPECT_TRUE(comesTrue(seconds(60), [this] { return wrong().empty(); })) << wrong();
     }
-    ~SourcesTest() override { EXPECT_EQ(world.proTools->screen().liveHandles(), 0); }
+    void TearDown() override { EXPECT_EQ(world.proTools->screen().liveHandles(), 0); }
 
     template <typename Condition>
     bool comesTrue(Duration limit, Condition condition) {

@@ -8,7 +8,7 @@ namespace {
 class CommentsTest : public MetadataTest {
 protected:
     CommentsTest() { give({"Kick Drum", "Lead Vocals", "Backing Vocals"}); }
-    ~CommentsTest() override { EXPECT_EQ(bench.screen.liveHandles(), 0); }
+    void TearDown() override { EXPECT_EQ(bench.screen.liveHandles(), 0); }
 
     // The full names, as a track list would have brought them; it is followed by a read of the comments.
     void give(const std::vector<std::string>& names) {
@@ -206,7 +206,7 @@ protected:
         };
         windows.mix({{"Kick Drum", "D112"}});
     }
-    ~CommentedClientTest() override { EXPECT_EQ(bench.screen.liveHandles(), 0); }
+    void TearDown() override { EXPECT_EQ(bench.screen.liveHandles(), 0); }
 
     service::EnvelopeService service{bench.streams};
     ShownWindows windows{bench.screen};

@@ -10,7 +10,7 @@ protected:
     explicit ScreenNamesTest(bool japanese = false) : MetadataTest(japanese) {
         bench.state().scripting.ptslWarned = true;
     }
-    ~ScreenNamesTest() override { EXPECT_EQ(bench.screen.liveHandles(), 0); }
+    void TearDown() override { EXPECT_EQ(bench.screen.liveHandles(), 0); }
 
     ShownWindows windows{bench.screen};
 };
