@@ -107,8 +107,10 @@ StripView stripView(const PublishedState& published, std::size_t strip, const Bi
 }
 
 std::vector<StripView> stripViews(const PublishedState& published, const Bilingual& text) {
+    const auto shownStrips = static_cast<std::size_t>(published.winW);
     std::vector<StripView> views;
-    for (std::size_t strip = 0; strip < static_cast<std::size_t>(published.winW); ++strip)
+    views.reserve(shownStrips);
+    for (std::size_t strip = 0; strip < shownStrips; ++strip)
         views.push_back(stripView(published, strip, text));
     return views;
 }

@@ -19,7 +19,8 @@ scripts/check-macos.sh "${LUMBRINE_MACOS_SDK:-}" "$jobs"
 
 echo '== clang-tidy'
 # The product and its programs; tests are held to the compilers' warnings alone.
-scripts/build.sh debug "$jobs" --target lumbrine_common_headers lumbrine_generated_sources
+scripts/build.sh debug "$jobs" --target lumbrine_common_headers lumbrine_toolkit_test_headers \
+    lumbrine_generated_sources
 git ls-files '*.cpp' |
     grep -vE '(_test\.cpp$|^(tests|fuzz|benchmarks)/|^platform/macos/|/testing/)' |
     xargs -P "$jobs" -n 4 clang-tidy-19 -p build/debug --quiet >build/clang-tidy.log 2>&1 || true

@@ -1,5 +1,6 @@
 #include "app/qt/receiver_shell.h"
 
+#include "app/qt/symbols.h"
 #include "app/qt/texts.h"
 
 #include <QMessageBox>

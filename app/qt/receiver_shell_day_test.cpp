@@ -10,7 +10,6 @@
 namespace lumbrine {
 namespace {
 
-// In use on the heap; 0 under a sanitizer, which has a heap of its own.
 std::size_t heapInUse() {
     return mallinfo2().uordblks;
 }
