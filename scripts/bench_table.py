@@ -1,9 +1,9 @@
 """bench_table.py RAW SINGLE... OUT: sets ours beside the peer's, or beside a limit.
 
 RAW is Google Benchmark's output with benchmarks named "what/ours" and "what/peer"; they count as medians over the
-repetitions of one run. Each SINGLE is one object of {name, ours} and what another program measured as peer or knows as
-limit. OUT becomes a list of {name, ours, ratio, goal} with the peer or the limit, where goal is the largest ratio we
-accept, and allocations where they were counted. Times are in nanoseconds.
+repetitions of one run. Each SINGLE is one object, or a list of them, of {name, ours} and what another program measured
+as peer or knows as limit. OUT becomes a list of {name, ours, ratio, goal} with the peer or the limit, where goal is the
+largest ratio we accept, and allocations where they were counted. Numbers are nanoseconds unless there is a unit.
 """
 import json
 import statistics
@@ -15,6 +15,8 @@ SIZES = (20, 200, 1000)
 GOALS = {
     "datagram sent to last MIDI byte (p50)": 1.1,
     "two datagrams to three MIDI messages": 0.5,
+    "scripting call (p50)": 0.6,
+    "first scripting call (p50)": 0.4,
     "HUI decoding per byte": 0.5,
     **{f"resend after a hello, {size} tracks": 1.5 for size in SIZES},
     **{f"resend of the table, {size} tracks": 1.5 for size in SIZES},
@@ -51,10 +53,17 @@ def load(path):
         return json.load(file)
 
 
+def singles(paths):
+    for content in map(load, paths):
+        yield from content if isinstance(content, list) else [content]
+
+
 def main():
     times, allocations = medians(load(sys.argv[1]))
     limits = dict(LIMITS)
-    for single in map(load, sys.argv[2:-1]):
+    units = {}
+    for single in singles(sys.argv[2:-1]):
+        units[single["name"]] = single.get("unit", "ns")
         times[single["name"] + "/ours"] = single["ours"]
         if "peer" in single:
             times[single["name"] + "/peer"] = single["peer"]
@@ -64,6 +73,7 @@ def main():
     rows = [row_of(name, times[name + "/ours"], "peer", times[name + "/peer"], goal) for name, goal in GOALS.items()]
     rows += [row_of(name, times[name + "/ours"], "limit", limit, 1.0) for name, limit in limits.items()]
     for row in rows:
+        row["unit"] = units.get(row["name"], "ns")
         if row["name"] + "/ours" in allocations:
             row["allocations"] = allocations[row["name"] + "/ours"]
     with open(sys.argv[-1], "w", encoding="utf-8") as file:
@@ -74,7 +84,7 @@ def main():
         verdict = "ok" if row["ratio"] <= row["goal"] else "MISSED"
         kind = "peer" if "peer" in row else "limit"
         counted = f"{row['allocations']:.0f}" if "allocations" in row else "-"
-        print(f"{row['name']:<46}{row['ours']:>9.0f} ns{kind:>8}{row[kind]:>9.0f} ns{row['ratio']:>8.2f}"
+        print(f"{row['name']:<46}{row['ours']:>9.0f} {row['unit']:<3}{kind:>7}{row[kind]:>9.0f} {row['unit']:<3}{row['ratio']:>8.2f}"
               f"{row['goal']:>7.2f}{counted:>13}  {verdict}")
 
 

@@ -1,0 +1,155 @@
+// A track list of 1,000 tracks, from the first byte on the wire to the receiver's having taken it over and told the
+// client. What the official library's server sends is recorded once and then played as fast as it is read. Prints one
+// JSON list of medians in nanoseconds.
+#include "benchmarks/median.h"
+#include "benchmarks/session_receiver.h"
+#include "platform/linux/nlohmann_json.h"
+#include "platform/posix/posix_stream_sockets.h"
+#include "platform/posix/real_runtime.h"
+#include "platform/posix/run_loop.h"
+#include "platform/virtual/memory_midi.h"
+#include "ptsl/ptsl_client.h"
+#include "simulator/default_session.h"
+#include "simulator/grpc/grpc_scripting_server.h"
+#include "simulator/simulated_pro_tools.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <vector>
+
+namespace lumbrine {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int trackCount = 1000;
+constexpr int runs = 40;
+constexpr double limit = 5e6;
+
+double nanosecondsSince(Clock::time_point begin) {
+    return std::chrono::duration<double, std::nano>(Clock::now() - begin).count();
+}
+
+class RecordingStreams final : public StreamSockets {
+public:
+    int open() override { return real.open(); }
+    int connect(int fd, const std::string& host, std::uint16_t port, Duration atMost) override {
+        return real.connect(fd, host, port, atMost);
+    }
+    int setReceiveTimeout(int fd, Duration atMost) override { return real.setReceiveTimeout(fd, atMost); }
+    int setSendTimeout(int fd, Duration atMost) override { return real.setSendTimeout(fd, atMost); }
+    int setNoDelay(int fd) override { return real.setNoDelay(fd); }
+    int setNoSignal(int fd) override { return real.setNoSignal(fd); }
+    int send(int fd, ByteView bytes) override { return real.send(fd, bytes); }
+    int receive(int fd, std::span<std::uint8_t> buffer) override {
+        const int received = real.receive(fd, buffer);
+        if (received > 0) append(tape, buffer.first(static_cast<std::size_t>(received)));
+        return received;
+    }
+    void close(int fd) override { real.close(fd); }
+    void shutDown() override { real.shutDown(); }
+
+    Bytes tape;
+
+private:
+    PosixStreamSockets real;
+};
+
+class PlayingStreams final : public StreamSockets {
+public:
+    explicit PlayingStreams(ByteView recorded) : left(recorded) {}
+
+    int open() override { return 0; }
+    int connect(int, const std::string&, std::uint16_t, Duration) override { return 0; }
+    int setReceiveTimeout(int, Duration) override { return 0; }
+    int setSendTimeout(int, Duration) override { return 0; }
+    int setNoDelay(int) override { return 0; }
+    int setNoSignal(int) override { return 0; }
+    int send(int, ByteView bytes) override { return static_cast<int>(bytes.size()); }
+    int receive(int, std::span<std::uint8_t> buffer) override {
+        const std::size_t size = std::min(buffer.size(), left.size());
+        std::ranges::copy(left.first(size), buffer.begin());
+        left = left.subspan(size);
+        return static_cast<int>(size);
+    }
+    void close(int) override {}
+    void shutDown() override {}
+
+private:
+    ByteView left;
+};
+
+class TimedJSON final : public JSON {
+public:
+    std::expected<std::string, JSONError> serialise(const JSONValue::Object& object) override {
+        return real.serialise(object);
+    }
+    std::expected<JSONValue, JSONError> parse(std::string_view text) override {
+        const auto begin = Clock::now();
+        auto parsed = real.parse(text);
+        parsing += nanosecondsSince(begin);
+        return parsed;
+    }
+
+    double parsing = 0;
+
+private:
+    NlohmannJSON real{Bilingual(false)};
+};
+
+std::vector<PTSLTrack> require(PTSLClient::Result<std::vector<PTSLTrack>> tracks) {
+    if (tracks && tracks->size() == trackCount) return *std::move(tracks);
+    std::fputs("no track list\n", stderr);
+    std::exit(1);
+}
+
+Bytes record(Runtime& runtime) {
+    MemoryMIDI midi(runtime);
+    SimulatedProTools proTools(runtime, midi, {}, defaultSession(trackCount, 1));
+    const GrpcScriptingServer server(runtime, proTools.scripting(), 0);
+    RecordingStreams streams;
+    NlohmannJSON json{Bilingual(false)};
+    PTSLClient client(runtime, streams, json, Bilingual(false), "Tarnwick", "Lumbrine",
+                      {.port = server.port().value_or(0)});
+    require(client.trackList());
+    return std::move(streams.tape);
+}
+
+void forget(PublishedState& published) {
+    published.trackMapFull.clear();
+    published.trackMapColors.clear();
+    published.trackMapInputMon.clear();
+}
+
+void measure() {
+    RunLoop loop;
+    RealRuntime runtime(loop);
+    const Bytes recorded = record(runtime);
+    SessionReceiver receiver(std::vector<std::string>(trackCount, "Trak"));
+
+    std::vector<double> whole;
+    std::vector<double> parsing;
+    for (int run = 0; run < runs; ++run) {
+        forget(receiver.parts.state.published);
+        PlayingStreams streams(recorded);
+        TimedJSON json;
+        PTSLClient client(runtime, streams, json, Bilingual(false), "Tarnwick", "Lumbrine", {});
+        const auto begin = Clock::now();
+        const std::vector<PTSLTrack> tracks = require(client.trackList());
+        receiver.parts.adoption.adopt({tracks}, "PTSL");
+        whole.push_back(nanosecondsSince(begin));
+        parsing.push_back(json.parsing);
+    }
+    std::printf("[{\"name\": \"list of 1000 tracks, wire to adopted\", \"ours\": %.0f, \"limit\": %.0f},\n"
+                " {\"name\": \"of which parsing %zu KB of JSON\", \"ours\": %.0f, \"limit\": %.0f}]\n",
+                median(whole), limit, recorded.size() / 1000, median(parsing), limit);
+}
+
+} // namespace
+} // namespace lumbrine
+
+int main() {
+    lumbrine::measure();
+}
