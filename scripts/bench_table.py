@@ -84,8 +84,10 @@ def main():
         verdict = "ok" if row["ratio"] <= row["goal"] else "MISSED"
         kind = "peer" if "peer" in row else "limit"
         counted = f"{row['allocations']:.0f}" if "allocations" in row else "-"
-        print(f"{row['name']:<46}{row['ours']:>9.0f} {row['unit']:<3}{kind:>7}{row[kind]:>9.0f} {row['unit']:<3}{row['ratio']:>8.2f}"
+        unit = f"{row['unit']:<3}"
+        print(f"{row['name']:<46}{row['ours']:>9.0f} {unit}{kind:>7}{row[kind]:>9.0f} {unit}{row['ratio']:>7.2f}"
               f"{row['goal']:>7.2f}{counted:>13}  {verdict}")
+
 
 
 if __name__ == "__main__":
