@@ -16,6 +16,7 @@ GOALS = {
     "datagram sent to last MIDI byte (p50)": 1.1,
     "two datagrams to three MIDI messages": 0.5,
     "scripting call (p50)": 0.6,
+    "scripting call, processor time": 0.6,
     "first scripting call (p50)": 0.4,
     "HUI decoding per byte": 0.5,
     **{f"resend after a hello, {size} tracks": 1.5 for size in SIZES},
