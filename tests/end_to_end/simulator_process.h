@@ -33,6 +33,7 @@ public:
     void end();
 
     std::string output() const { return process.output(); }
+    pid_t id() const { return process.id(); }
 
 private:
     Keyboard keyboard;

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <fstream>
 #include <sstream>
 #include <stdexcept>
 
@@ -122,6 +123,13 @@ std::vector<std::string> PrivateJack::shortNames(const std::string& direction, c
         }
     }
     return names;
+}
+
+bool holdsJackSemaphores(pid_t process) {
+    std::ifstream maps("/proc/" + std::to_string(process) + "/maps");
+    for (std::string line; std::getline(maps, line);)
+        if (line.find("/dev/shm/jack_sem.") != std::string::npos) return true;
+    return false;
 }
 
 } // namespace lumbrine::interop

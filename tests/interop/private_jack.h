@@ -71,4 +71,7 @@ private:
     std::unique_ptr<ChildProcess> server;
 };
 
+// Whether the process has semaphores of a JACK server in its memory, be it of one that is dead.
+bool holdsJackSemaphores(pid_t process);
+
 } // namespace lumbrine::interop
