@@ -150,12 +150,12 @@ private:
         for (const OwnerChange& change : acceptance.changes)
             if (change.at <= probe.begin) changed = change.at;
         for (const ReceivedDatagram& datagram : acceptance.accepted) {
-            if (datagram.at >= probe.begin) break;
+            if (datagram.at > probe.begin) break; // what comes at the same moment may have come before
             if (datagram.at - lastHeard > seconds(4.5)) held = false;
             lastHeard = datagram.at;
             const Bytes& bytes = datagram.bytes;
             if (bytes.size() < 3 || bytes[0] != 1 || bytes[2] != probe.strip) continue;
-            if (bytes[1] == 0x02) held = datagram.at - changed > 2 * tick;
+            if (bytes[1] == 0x02 && datagram.at < probe.begin) held = datagram.at - changed > 2 * tick;
             if (bytes[1] == 0x03) held = false;
         }
         return held && probe.begin - lastHeard < seconds(4.5);
