@@ -210,9 +210,6 @@ void Calm::refreshPicture() {
         world.runtime.runFor(seconds(2));
         if (!jobsRanSince(begin)) break;
     }
-    // What a read of the screen has changed meanwhile is on its way to the client.
-    world.runtime.runUntil([this] { return !world.state().session.fullTableDirty; }, seconds(3));
-    world.runtime.runFor(seconds(0.1));
 }
 
 // A scan of a host that does what a host does finds what there is to be found.
