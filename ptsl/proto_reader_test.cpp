@@ -119,6 +119,11 @@ TEST(ProtoReader, SkipsTheValuesOfFixedWidth) {
               (std::vector<Field>{{1, 1, {}, 0}, {2, 5, {}, 0}, {3, 0, {}, 7}}));
 }
 
+TEST(ProtoReader, SkipsAValueOfFixedWidthThatEndsTheMessage) {
+    EXPECT_EQ(fieldsOf({0x09, 1, 2, 3, 4, 5, 6, 7, 8}), (std::vector<Field>{{1, 1, {}, 0}}));
+    EXPECT_EQ(fieldsOf({0x0D, 1, 2, 3, 4}), (std::vector<Field>{{1, 5, {}, 0}}));
+}
+
 TEST(ProtoReader, FailsOnValuesOfFixedWidthThatAreCutOff) {
     EXPECT_EQ(failureOf({0x09, 1, 2, 3, 4, 5, 6, 7}), Texts("fixed64 truncated", "fixed64 が切れた"));
     EXPECT_EQ(failureOf({0x09}), Texts("fixed64 truncated", "fixed64 が切れた"));

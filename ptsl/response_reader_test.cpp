@@ -195,6 +195,24 @@ TEST(Response, IsReadWithThePaddingItCameWith) {
               PTSLError::malformedResponse("compressed responses not supported"));
 }
 
+// The length of the padding stands where "not compressed" is expected, and everything else one byte too late.
+TEST(Response, IsReadFromTheByteBeforeItWhenItsPaddingHasNoLength) {
+    const auto messageOfPadded = [](const Bytes& message) {
+        return messageOf(joined({headers(stream), data(stream, joined({{0}, body(message)}), 0x08), trailers(stream)}));
+    };
+    EXPECT_EQ(messageOfPadded({}), Bytes{});
+    EXPECT_EQ(messageOfPadded({1, 2, 3}), Bytes{});
+    EXPECT_EQ(messageOfPadded(Bytes(0xFF, 7)), Bytes{});
+    EXPECT_EQ(messageOfPadded(Bytes(0x0203, 7)), (Bytes{0x03, 7})); // a length of 00 00 00 02, and 03 after it
+}
+
+TEST(Response, IsAcknowledgedWithThePaddingItCameWith) {
+    const Bytes padded = joined({{2}, body({1}), {0, 0}});
+    const Played played = play(joined({headers(stream), data(stream, padded, 0x08)}));
+    EXPECT_EQ(played.answers, (std::vector<Bytes>{windowUpdate(0, 9)}));
+    EXPECT_FALSE(played.outcome);
+}
+
 TEST(Response, MayFillTheStreamsWindow) {
     Bytes message(http2::windowSize - 5, 0x20);
     const Bytes whole = body(message);
