@@ -67,6 +67,20 @@ TEST_F(GroupTest, FadersAreSetInSessionOrderAndTheViewIsPutBack) {
     EXPECT_THAT(bench.lines, ElementsAre("✓ Applied faders to 2 group tracks outside the window"));
 }
 
+TEST_F(GroupTest, TheLastTrackOnTheSurfacesNeedsNoMoveAndTheOneBehindItDoes) {
+    const auto bankPresses = [this] {
+        const Lines heard = bench.heardOn(bench.surfaceA);
+        return std::ranges::count_if(heard, [](const std::string& line) { return line.ends_with("B0 0F 0A"); });
+    };
+    groups.groupSetFaders({{7, 1.0}});
+    ASSERT_TRUE(ends());
+    EXPECT_EQ(bankPresses(), 0);
+    groups.groupSetFaders({{8, 1.0}});
+    ASSERT_TRUE(world.runtime.runUntil([this] { return host.offset == 5; }, 5s)); // on the fourth strip
+    ASSERT_TRUE(ends());
+    EXPECT_GT(bankPresses(), 0);
+}
+
 TEST_F(GroupTest, AMemberNearTheEndIsReachedWithAFullWindow) {
     groups.groupSetFaders({{19, 0.0}});
     ASSERT_TRUE(ends());

@@ -220,6 +220,25 @@ TEST_F(CommentedClientTest, GetsThemWithTheTable) {
                             "75 6D 04 44 31 31 32"));
 }
 
+TEST_F(CommentedClientTest, HasThemReadEveryTwelveSecondsButNotDuringAScan) {
+    bench.surfaceA.pingEverySecond();
+    const auto stay = world.runtime.repeatOnMain(1s, [this] { sendNothing(); });
+    Lines reads;
+    bench.screen.watchReads([&](const MemoryScreen::Read& seen) {
+        const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(world.runtime.now() - bench.origin);
+        if (seen.attribute == "AXWindows") reads.push_back(std::to_string(time.count()) + " ms");
+        return true;
+    });
+    bench.run(30s);
+    EXPECT_THAT(reads, ElementsAre("600 ms", // with the first names
+                                   "12200 ms", "24200 ms"));
+    bench.state().published.calibrating = true;
+    bench.run(10s);
+    bench.state().published.calibrating = false;
+    bench.run(10s);
+    EXPECT_THAT(reads, testing::ElementsAre(testing::_, testing::_, testing::_, "48200 ms"));
+}
+
 TEST_F(CommentedClientTest, HearsOfANewOneWithinTwelveSecondsAndNotWhileTheTransportRuns) {
     bench.surfaceA.pingEverySecond();
     const auto stay = world.runtime.repeatOnMain(1s, [this] { sendNothing(); });
