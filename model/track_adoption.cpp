@@ -49,19 +49,17 @@ void TrackAdoption::adopt(const std::vector<TrackList>& candidates, std::string_
         reportMismatch(candidates);
         return;
     }
-    reportedMismatch.clear();
     adoptNames(*chosen, source);
     adoptColors(*chosen);
     adoptInputMonitors(*chosen);
     adoptStates(*chosen);
 }
 
-void TrackAdoption::reportMismatch(const std::vector<TrackList>& candidates) {
+void TrackAdoption::reportMismatch(const std::vector<TrackList>& candidates) const {
     std::string counts;
     for (const TrackList& candidate : candidates)
         counts += (counts.empty() ? "" : ", ") + std::to_string(candidate.size());
     counts += " / HUI " + std::to_string(state.published.trackMap.size());
-    if (std::exchange(reportedMismatch, counts) == counts) return;
     log.appendLog(text("Full names: count mismatch (" + counts + ") → keeping 4-char names",
                        "フルネーム: 件数不一致（" + counts + "）→ 4文字表示のまま"));
 }

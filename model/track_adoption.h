@@ -28,15 +28,15 @@ public:
     TrackAdoption(ReceiverState& receiverState, ClientMirror& clientMirror, ActivityLog& activityLog,
                   Bilingual bilingual);
 
-    // Takes the first list that has as many tracks as the map; when none has, the log says so, once for the same
-    // counts, and everything stays. `source` ("PTSL", "AX") is told in the log. What changes is sent to the client.
+    // Takes the first list that has as many tracks as the map; when none has, the log says so each time, and everything
+    // stays. `source` ("PTSL", "AX") is told in the log. What changes is sent to the client.
     void adopt(const std::vector<TrackList>& candidates, std::string_view source);
 
     // Called whenever the full names have changed.
     std::function<void()> onNewNames;
 
 private:
-    void reportMismatch(const std::vector<TrackList>& candidates);
+    void reportMismatch(const std::vector<TrackList>& candidates) const;
     void adoptNames(const TrackList& tracks, std::string_view source);
     void adoptColors(const TrackList& tracks);
     void adoptInputMonitors(const TrackList& tracks);
@@ -46,7 +46,6 @@ private:
     ClientMirror& mirror;
     ActivityLog& log;
     const Bilingual text;
-    std::string reportedMismatch; // the counts that the log told last; empty after a match
 };
 
 } // namespace lumbrine

@@ -44,15 +44,15 @@ TEST_F(RefreshTest, TellsOnceThatTheServiceIsNotThereAndOfEachRecovery) {
     back.answers[trackListCommand] = [](const service::Request&) { return service::reply("{}"); };
     refresh();
     refresh();
-    EXPECT_THAT(bench.takeLines(),
-                ElementsAre("Full names: count mismatch (0, 0 / HUI 3) → keeping 4-char names", connected));
+    const std::string mismatch = "Full names: count mismatch (0, 0 / HUI 3) → keeping 4-char names";
+    EXPECT_THAT(bench.takeLines(), ElementsAre(mismatch, connected, mismatch));
 
     back.answers[trackListCommand] = [](const service::Request&) { return service::failure("{}"); };
     refresh();
     EXPECT_FALSE(bench.state().scripting.ptslOK);
     back.answers[trackListCommand] = [](const service::Request&) { return service::reply("{}"); };
     refresh();
-    EXPECT_THAT(bench.takeLines(), ElementsAre(connected));
+    EXPECT_THAT(bench.takeLines(), ElementsAre(mismatch, connected));
 }
 
 TEST_F(JapaneseRefreshTest, TellsBothInJapanese) {
@@ -146,6 +146,22 @@ TEST_F(RefreshedClientTest, IsServedEvery1200MillisecondsWhileProToolsIsThere) {
         sendNothing();
     }
     EXPECT_EQ(service.requests.size(), 7U);
+}
+
+TEST_F(RefreshedClientTest, IsNotServedDuringAScanNorWithoutAMap) {
+    bench.surfaceA.pingEverySecond();
+    const auto stay = world.runtime.repeatOnMain(1s, [this] { sendNothing(); });
+    bench.state().published.calibrating = true;
+    bench.run(3s);
+    EXPECT_THAT(service.requests, IsEmpty());
+    bench.setTrackMap({}, -1);
+    bench.state().bank.lastAutoCalibrationAt = world.runtime.now() + 1h; // no scan
+    bench.state().published.calibrating = false;
+    bench.run(3s);
+    EXPECT_THAT(service.requests, IsEmpty());
+    bench.setTrackMap({"Kick", "LdVo"}, 0);
+    bench.run(1200ms);
+    EXPECT_EQ(service.requests.size(), 2U);
 }
 
 TEST_F(RefreshedClientTest, IsNotServedWithoutProTools) {
