@@ -44,6 +44,17 @@ Violations checkNamedSources(const Sources& sources, const JobRecord& jobs) {
     return violations;
 }
 
+Violations checkToldLosses(const Sources& sources, const JobRecord& jobs) {
+    const auto told = [&jobs](const std::string& beginning) {
+        return std::ranges::count_if(jobs.lines, [&](const auto& line) { return line.second.starts_with(beginning); });
+    };
+    Violations violations;
+    if (told("Track colors: unavailable (") > 1) violations.emplace_back("the service's absence was told twice");
+    if (told("✓ Connected to Pro Tools' official API") > 0 && !sources.scripting)
+        violations.emplace_back("a service was told of that is not there");
+    return violations;
+}
+
 Violations checkRows(const Evidence& evidence) {
     Violations violations;
     const auto at = [](const Names& names, std::size_t index) {
@@ -64,6 +75,7 @@ Violations checkRows(const Evidence& evidence) {
 Violations checkSources(const Scenario& scenario, const Evidence& evidence) {
     Violations violations = checkNamedSources(scenario.sources, evidence.jobs);
     const auto add = [&](const Violations& more) { violations.insert(violations.end(), more.begin(), more.end()); };
+    add(checkToldLosses(scenario.sources, evidence.jobs));
     add(checkRows(evidence));
     // A restless user adds, removes, renames and moves tracks.
     if (scenario.host.restlessUserEvery == Duration::zero()) add(checkToldTracks(evidence.told, evidence.tracks));

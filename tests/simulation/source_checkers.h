@@ -16,6 +16,9 @@ std::vector<std::string> checkToldTracks(const std::vector<ToldTracks>& told, co
 // The log names a source of names only when it is there.
 std::vector<std::string> checkNamedSources(const Sources& sources, const JobRecord& jobs);
 
+// The log tells once at most that the scripting service is away, and that it is there only where it can be.
+std::vector<std::string> checkToldLosses(const Sources& sources, const JobRecord& jobs);
+
 // The rows that the client has at the end are what the receiver tells of the tracks; and nothing on the screen is held
 // any more.
 std::vector<std::string> checkRows(const Evidence& evidence);

@@ -56,6 +56,18 @@ TEST(SourceCheckers, FindNamesThatNobodyCanHaveTold) {
     EXPECT_THAT(checkNamedSources({.scripting = false, .screen = false}, jobs), SizeIs(2));
 }
 
+TEST(SourceCheckers, FindALossThatIsToldTwiceAndAServiceThatIsNotThere) {
+    JobRecord jobs;
+    jobs.lines.emplace_back(TimePoint{}, "Track colors: unavailable (PTSL response timed out) → names are read");
+    EXPECT_THAT(checkToldLosses({.scripting = false}, jobs), IsEmpty());
+    jobs.lines.emplace_back(TimePoint{}, "✓ Connected to Pro Tools' official API (track names and colors)");
+    jobs.lines.emplace_back(TimePoint{}, "✓ Connected to Pro Tools' official API (track names and colors)");
+    EXPECT_THAT(checkToldLosses({.scripting = true}, jobs), IsEmpty());
+    EXPECT_THAT(checkToldLosses({.scripting = false}, jobs), SizeIs(1));
+    jobs.lines.push_back(jobs.lines.front());
+    EXPECT_THAT(checkToldLosses({.scripting = true}, jobs), SizeIs(1));
+}
+
 TEST(SourceCheckers, CompareTheClientsRows) {
     Evidence evidence;
     evidence.model.trackMap = {"Kick", "Snar"};

@@ -40,10 +40,11 @@ protected:
         world.proTools->edit([&](SimulatedSession& session) { session.change(id, change); });
     }
 
-    bool hasLogged(const std::string& text) {
-        return std::ranges::any_of(world.watch->record().lines,
-                                   [&](const auto& line) { return line.second.find(text) != std::string::npos; });
+    long timesLogged(const std::string& text) {
+        return std::ranges::count_if(world.watch->record().lines,
+                                     [&](const auto& line) { return line.second.find(text) != std::string::npos; });
     }
+    bool hasLogged(const std::string& text) { return timesLogged(text) > 0; }
 
     // Of the client's row of that track; nothing while it has none.
     std::optional<std::string> commentAtThePhone(std::uint16_t index) {
@@ -78,6 +79,32 @@ TEST_F(SourcesTest, NamesComeFromTheScreenWhileTheServiceIsDownAndColoursGoUntil
     EXPECT_TRUE(hasColors());
     world.runtime.runFor(seconds(0.1));
     EXPECT_EQ(world.phone().picture().at(*Strip::of(2)).color, track(2).color);
+}
+
+TEST_F(SourcesTest, TheLogTellsOfTheFirstLossOfTheServiceAndOfEachReturn) {
+    const std::string lost = "Track colors: unavailable";
+    const std::string back = "✓ Connected to Pro Tools' official API";
+    EXPECT_EQ(timesLogged(lost), 0);
+    EXPECT_EQ(timesLogged(back), 1);
+    long returns = 1;
+    const std::vector<std::function<void()>> losses{[this] { world.service->die(); },
+                                                    [this] { world.proTools->scripting().stall(seconds(10)); },
+                                                    [this] { world.service->die(); }};
+    for (const auto& lose : losses) {
+        lose();
+        EXPECT_TRUE(comesTrue(seconds(15), [this] { return !world.state().scripting.ptslOK; }));
+        EXPECT_TRUE(comesTrue(seconds(40), [this] { return world.state().scripting.ptslOK; }));
+        world.runtime.runFor(seconds(5));
+        EXPECT_EQ(timesLogged(lost), 1);
+        EXPECT_EQ(timesLogged(back), ++returns);
+    }
+
+    // A session that is no longer known is made anew, and that is no loss.
+    world.proTools->scripting().restart();
+    world.runtime.runFor(seconds(10));
+    EXPECT_TRUE(world.state().scripting.ptslOK);
+    EXPECT_EQ(timesLogged(lost), 1);
+    EXPECT_EQ(timesLogged(back), returns);
 }
 
 TEST_F(SourcesTest, CommentsReachTheClient) {
