@@ -200,6 +200,27 @@ TEST_F(ClientCommandsTest, ABankMovePressesTheButtonWhereThePositionIsUnknown) {
     EXPECT_THAT(heardOnA(), ElementsAre("0ms B0 0F 0A", "0ms B0 2F 42"));
 }
 
+// ---- The receive thread
+
+TEST_F(ClientCommandsTest, PressesAndMovesDoNotWaitForTheMainThread) {
+    for (const Bytes& datagram : std::vector<Bytes>{{0x01, 0x01, 0x03, 0x3F, 0xFF},
+                                                    {0x01, 0x02, 0x03},
+                                                    {0x01, 0x03, 0x03},
+                                                    {0x01, 0x04, 0x03},
+                                                    {0x01, 0x05, 0x03},
+                                                    {0x01, 0x06, 0x03},
+                                                    {0x01, 0x07, 0x03, 0x01},
+                                                    {0x01, 0x08},
+                                                    {0x01, 0x0D, 0x03}}) {
+        phone->send(datagram);
+        world.runtime.sleepFor(1ms); // runs no job of the main thread
+        EXPECT_THAT(heardOnA(), testing::Not(IsEmpty())) << hex(datagram);
+    }
+    EXPECT_EQ(bench.model->published().faders[3], 0.0);
+    settle();
+    EXPECT_EQ(bench.model->published().faders[3], 1.0);
+}
+
 // ---- What is dropped
 
 TEST_F(ClientCommandsTest, ADatagramShorterThanItsMessageIsDropped) {

@@ -44,6 +44,14 @@ TEST_F(HelloTest, IsAnsweredWithAPongBeforeAnythingElse) {
     EXPECT_EQ(hello().front(), "01 7F");
 }
 
+TEST_F(HelloTest, HasItsPongEvenWhileTheMainThreadIsBusy) {
+    phone->send({0x01, 0x00});
+    world.runtime.sleepFor(1ms); // runs no job of the main thread
+    EXPECT_THAT(phone->tape.takeBytes(), ElementsAre("01 7F"));
+    world.runtime.runUntilIdle();
+    EXPECT_THAT(phone->tape.takeBytes(), testing::Not(IsEmpty()));
+}
+
 TEST_F(HelloTest, IsAnsweredWithEverythingInItsOrder) {
     bench.state().mirror.nameCache = {"Kick", "", "Gt"};
     bench.setTrackMap({"Kick", "Snr"}, 0);
@@ -141,6 +149,41 @@ TEST(HelloInJapanese, IsLoggedWithEveryLiveClient) {
 }
 
 // ---- What the receiver finds out afterwards
+
+class HelloWithoutMapTest : public HelloTest {
+protected:
+    HelloWithoutMapTest() {
+        bench.state().published.huiConnected = true; // until the next tick
+        bench.state().presence.firstPingAt = world.runtime.now() - 2001ms;
+    }
+
+    bool scans() {
+        hello();
+        return bench.state().published.calibrating;
+    }
+};
+
+TEST_F(HelloWithoutMapTest, HasTheTracksScanned) {
+    EXPECT_TRUE(scans());
+    EXPECT_EQ(bench.lines.back(), "▶ Scanning all tracks… (PT's display will move briefly)");
+    EXPECT_EQ(bench.state().automation.lastAutoPollAll, distantPast); // the scan has the surfaces now
+}
+
+TEST_F(HelloWithoutMapTest, HasNothingScannedRightAfterProToolsHasCome) {
+    bench.state().presence.firstPingAt = world.runtime.now() - 2s;
+    EXPECT_FALSE(scans());
+}
+
+TEST_F(HelloWithoutMapTest, HasNothingScannedWithoutProToolsAndSaysNothingOfIt) {
+    bench.state().published.huiConnected = false;
+    EXPECT_FALSE(scans());
+    EXPECT_THAT(bench.lines, ElementsAre("iOS connected: ::ffff:192.168.1.7"));
+}
+
+TEST_F(HelloWithoutMapTest, HasNothingScannedWhereThereIsAMap) {
+    bench.setTrackMap({"x"}, 0);
+    EXPECT_FALSE(scans());
+}
 
 class HelloWithProToolsTest : public HelloTest {
 protected:

@@ -1,6 +1,8 @@
 // Muting and soloing members of a group by name.
 #include "tests/track_metadata/metadata_test.h"
 
+#include <algorithm>
+
 namespace lumbrine {
 namespace {
 
@@ -97,6 +99,23 @@ TEST_F(GroupMuteDatagramTest, MutesTheSessionTracksThatTheClientNames) {
     ASSERT_GE(service.requests.size(), 2U);
     EXPECT_EQ(service.requests[1].command, 85U);
     EXPECT_EQ(service.requests[1].json, R"({"enabled":true,"track_names":["T5","T256"]})");
+}
+
+TEST_F(GroupMuteDatagramTest, SolosAndUnmutesByTheOtherMessagesOfItsKind) {
+    bench.setTrackMap({"Kick", "LdVo"}, 0);
+    bench.state().published.trackMapFull = {"Kick Drum", "Lead Vocals"};
+    const auto lastSwitch = [this] {
+        settle();
+        const auto isSwitch = [](const service::Request& request) { return request.command > 80; };
+        const auto last = std::ranges::find_if(service.requests.rbegin(), service.requests.rend(), isSwitch);
+        return last == service.requests.rend() ? "" : std::to_string(last->command) + " " + last->json;
+    };
+    phone->send({0x01, 0x22, 0x01, 0x01, 0x00, 0x01});
+    EXPECT_EQ(lastSwitch(), R"(86 {"enabled":true,"track_names":["Lead Vocals"]})");
+    phone->send({0x01, 0x22, 0x00, 0x01, 0x00, 0x01});
+    EXPECT_EQ(lastSwitch(), R"(86 {"enabled":false,"track_names":["Lead Vocals"]})");
+    phone->send({0x01, 0x21, 0x00, 0x01, 0x00, 0x00});
+    EXPECT_EQ(lastSwitch(), R"(85 {"enabled":false,"track_names":["Kick Drum"]})");
 }
 
 TEST_F(GroupMuteDatagramTest, IgnoresOneThatIsTooShort) {

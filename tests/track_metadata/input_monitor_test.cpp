@@ -63,5 +63,33 @@ TEST_F(InputMonitorTest, FailureIsToldLikeAnyOtherOfTheService) {
     EXPECT_THAT(bench.takeLines(), IsEmpty());
 }
 
+class InputMonitorDatagramTest : public OwnedModelTest {
+protected:
+    InputMonitorDatagramTest() {
+        service.answers[3] = [](const service::Request&) {
+            return service::reply(R"({"track_list":[{"name":"Kick Drum"},{"name":"Lead Vocals"}]})");
+        };
+        bench.setTrackMap({"Kick", "LdVo"}, 0);
+        bench.state().published.trackMapFull = {"Kick Drum", "Lead Vocals"};
+    }
+
+    service::EnvelopeService service{bench.streams};
+};
+
+TEST_F(InputMonitorDatagramTest, FlipsTheTrackOnTheClientsStrip) {
+    phone->send({0x01, 0x0E, 0x01});
+    settle();
+    ASSERT_FALSE(service.requests.empty());
+    EXPECT_EQ(service.requests.back().command, 90U);
+    EXPECT_EQ(service.requests.back().json, R"({"enabled":true,"track_names":["Lead Vocals"]})");
+}
+
+TEST_F(InputMonitorDatagramTest, LeavesStripsAloneThatAreNone) {
+    phone->send({0x01, 0x0E, 0x10});
+    phone->send({0x01, 0x0E, 0xFF});
+    settle();
+    EXPECT_THAT(service.requests, IsEmpty());
+}
+
 } // namespace
 } // namespace lumbrine
