@@ -76,6 +76,10 @@ TEST_F(AutomationModesTest, ATextAfterTheProbeIsTooLate) {
     EXPECT_EQ(state.automation.autoModeCache[3], 0);
 }
 
+TEST_F(AutomationModesTest, ProbesRunOnTheQueueOfThatName) {
+    EXPECT_EQ(automation.queue().label(), "com.tarnwick.lumbrine.automode");
+}
+
 // ---- When probing is not allowed
 
 TEST_F(AutomationModesTest, NothingIsProbedWhileSomethingElseNeedsTheSurfaces) {

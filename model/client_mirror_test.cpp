@@ -105,6 +105,16 @@ TEST_F(ClientMirrorTest, SendsSixteenStripsOfTheWiderWindow) {
     EXPECT_THAT(heard(0x12), SizeIs(16));
 }
 
+TEST_F(ClientMirrorTest, SendsTheNamesOfShownStripsThatHaveOne) {
+    bench.state().mirror.nameCache[7] = "Bass";
+    bench.state().mirror.nameCache[8] = "Keys";
+    mirror.sendShownTrackNames();
+    EXPECT_THAT(heard(0x10), ElementsAre("0ms 01 10 07 42 61 73 73"));
+    bench.state().published.winW = 16;
+    mirror.sendShownTrackNames();
+    EXPECT_THAT(heard(0x10), ElementsAre("0ms 01 10 07 42 61 73 73", "0ms 01 10 08 4B 65 79 73"));
+}
+
 TEST_F(ClientMirrorTest, SendsChangedAutomationModesOnce) {
     mirror.sendAllAutoModes();
     bench.state().automation.autoModeCache[2] = 0x0A;
@@ -168,6 +178,18 @@ TEST_F(ClientMirrorTest, SendsTheSessionInChunksOf64) {
     EXPECT_EQ(chunks[1].substr(0, 18), "0ms 01 1E 00 40 40");
     EXPECT_EQ(chunks[2], "0ms 01 1E 00 80 02 03 00");
     EXPECT_EQ(chunks[5], "0ms 01 1F 00 80 02 00 00 00 00 06 01");
+}
+
+TEST_F(ClientMirrorTest, SendsThePanThatWasSeenOfEachTrack) {
+    bench.setTrackMap({"a", "b", "c"}, 0);
+    bench.parts().capture.ensureSessAutoPanSize();
+    SessionTable& session = bench.state().session;
+    session.sessPanKnown = {true, true, false};
+    session.sessPanSide = {1, 0, 1};
+    session.sessPanPos = {3, 14, 5};
+    session.sessPanCenter = {false, true, true};
+    mirror.sendSessPan();
+    EXPECT_THAT(heard(0x1F), ElementsAre("0ms 01 1F 00 00 03 01 03 00 00 0B 01 00 00 00"));
 }
 
 TEST_F(ClientMirrorTest, SendsNothingOfASessionWithoutTracks) {

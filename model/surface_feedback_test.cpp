@@ -95,6 +95,19 @@ TEST_F(SurfaceFeedbackTest, ANewNameShowsWhereTheSurfacesAre) {
     EXPECT_THAT(heard(0x16), ElementsAre("0ms 01 16 00 01 00 03 08"));
 }
 
+TEST_F(SurfaceFeedbackTest, ANewNameIsToldBeforeThePositionThatFollowsFromIt) {
+    bench.setTrackMap({"Kick", "Snr", "Gt"}, -1);
+    bench.surfaceA.name(0, "Snr ");
+    settle();
+    phone->tape.clear();
+    bench.surfaceA.name(1, "Gt  ");
+    settle();
+    const Lines messages = bench.heardBy(*phone);
+    ASSERT_GE(messages.size(), 2u);
+    EXPECT_EQ(messages[0], "0ms 01 10 01 47 74 20 20");
+    EXPECT_EQ(messages[1], "0ms 01 16 00 01 00 03 08");
+}
+
 TEST_F(SurfaceFeedbackTest, EveryTextSetsTheNameClockBack) {
     NameClock& clock = bench.parts().nameClock;
     bench.surfaceA.name(0, "Kick");
@@ -221,6 +234,26 @@ TEST_F(SurfaceFeedbackTest, APauseOfMoreThanTwoSecondsBeginsANewRunOfPings) {
         settle();
         EXPECT_EQ(state.presence.firstPingAt, world.runtime.now());
     }
+}
+
+// ---- The MIDI receive thread
+
+TEST_F(SurfaceFeedbackTest, WhatOtherThreadsWaitForDoesNotWaitForTheMainThread) {
+    ProbeExchange& probe = bench.parts().probe;
+    probe.begin(*Strip::of(1));
+    bench.surfaceA.send({0xA0, 0x02, 0x15}); // strip 2, right
+    bench.surfaceA.name(1, "Wrt ");
+    bench.surfaceA.ping();
+    world.runtime.sleepFor(1ms); // runs no job of the main thread
+    EXPECT_EQ(bench.parts().meters.fall()[5], 5);
+    EXPECT_EQ(probe.end(), 4);
+    EXPECT_EQ(bench.parts().nameClock.age(), 1ms);
+    EXPECT_THAT(bench.surfaceA.presence.takeBytes(), ElementsAre("90 00 7F"));
+    EXPECT_EQ(state.published.pingCount, 0);
+    EXPECT_EQ(state.published.trackNames[1], "");
+    settle();
+    EXPECT_EQ(state.published.pingCount, 1);
+    EXPECT_EQ(state.published.trackNames[1], "Wrt");
 }
 
 // ---- Log lines

@@ -60,6 +60,27 @@ TEST_F(SwitchTrackerTest, TheThirdQuickEdgeMakesAMuteBlinkFor1200Milliseconds) {
     EXPECT_EQ(shown(3), "1 0 0");
 }
 
+TEST_F(SwitchTrackerTest, AMuteThatGoesOffBlinksFor1200MillisecondsToo) {
+    for (const bool on : {true, false, true, false})
+        led(3, mutePort, on);
+    bench.run(1199ms);
+    EXPECT_EQ(shown(3), "2 0 0");
+    bench.run(1ms);
+    EXPECT_EQ(shown(3), "0 0 0");
+}
+
+TEST_F(SwitchTrackerTest, TheSameStateAgainIsNoEdge) {
+    led(0, mutePort, true);
+    led(0, mutePort, true);
+    led(0, mutePort, false);
+    EXPECT_EQ(shown(0), "0 0 0"); // the second edge
+    bench.run(1499ms);
+    led(0, mutePort, false);
+    bench.run(1ms);
+    led(0, mutePort, true); // 1500 ms after it
+    EXPECT_EQ(shown(0), "1 0 0");
+}
+
 TEST_F(SwitchTrackerTest, EdgesAreQuickBelow1500Milliseconds) {
     led(0, mutePort, true);
     bench.run(1499ms);
@@ -123,6 +144,15 @@ TEST_F(SwitchTrackerTest, ASoloIsShownAndLogged) {
     EXPECT_FALSE(bench.model->published().solos[11]);
 }
 
+TEST_F(SwitchTrackerTest, SolosAndRecordLedsAreShownAtOnce) {
+    led(0, soloPort, true);
+    EXPECT_THAT(heard(0x13),
+                ElementsAre("0ms 01 13 00 01 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"));
+    led(0, recPort, true);
+    EXPECT_THAT(heard(0x13),
+                ElementsAre("0ms 01 13 00 01 01 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"));
+}
+
 TEST_F(SwitchTrackerTest, ASoloIsNeverBlinking) {
     for (const bool on : {true, false, true})
         led(0, soloPort, on);
@@ -138,6 +168,26 @@ TEST_F(SwitchTrackerTest, TheLastSoloTakesTheMuteBlinksWithIt) {
     led(0, soloPort, false);
     EXPECT_EQ(shown(4), "0 0 0");
     EXPECT_EQ(shown(5), "1 0 0");
+}
+
+TEST_F(SwitchTrackerTest, TheLastSoloTakesTheMuteBlinksOfBothSurfaces) {
+    bench.state().published.winW = 16; // until the next tick
+    led(9, soloPort, true);
+    for (const int strip : {0, 15})
+        for (const bool on : {true, false, true})
+            led(strip, mutePort, on);
+    led(9, soloPort, false);
+    EXPECT_EQ(shown(0), "0 0 0");
+    EXPECT_EQ(shown(15), "0 0 0");
+    EXPECT_FALSE(bench.model->published().mutes[15]);
+}
+
+TEST_F(SwitchTrackerTest, TheLastSoloLeavesTheRecordBlinks) {
+    led(0, soloPort, true);
+    for (const bool on : {true, false, true})
+        led(4, recPort, on);
+    led(0, soloPort, false);
+    EXPECT_EQ(shown(4), "0 0 2");
 }
 
 TEST_F(SwitchTrackerTest, AMuteThatBlinksNoLongerStaysAsItIs) {
