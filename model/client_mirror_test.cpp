@@ -41,6 +41,21 @@ TEST_F(ClientMirrorTest, SendsAllSwitchesAlways) {
     EXPECT_THAT(heard(0x13), SizeIs(2));
 }
 
+TEST_F(ClientMirrorTest, TakesNoFullMessageForAnAnswerToAChange) {
+    bench.state().mirror.soloCache[7] = true;
+    bench.state().mirror.transportPlaying = true;
+    mirror.sendAllSwitches();
+    mirror.sendTransport();
+    settle();
+    phone->tape.clear();
+    mirror.sendSwitchesIfChanged(); // the full one may have gone to another client
+    mirror.sendTransportIfChanged();
+    settle();
+    EXPECT_THAT(bench.heardBy(*phone),
+                ElementsAre("0ms 01 13 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 01 00",
+                            "0ms 01 1D 01 00"));
+}
+
 TEST_F(ClientMirrorTest, ShowsBothPanSidesOfEveryStrip) {
     bench.state().mirror.panPos[0][0] = 3;
     bench.state().mirror.panPos[1][0] = 15;

@@ -3,6 +3,10 @@
 #include "base/midi_packet_list.h"
 #include "model/surfaces.h"
 #include "model/testing/model_test.h"
+#include "platform/virtual/still_runtime.h"
+
+#include <functional>
+#include <utility>
 
 namespace lumbrine {
 namespace {
@@ -13,6 +17,7 @@ public:
     Lines made; // "source Lumbrine", "Lumbrine is LmRS"
     Lines sent; // "Lumbrine: FF"
     std::string failing;
+    std::function<void()> onSent = [] {};
 
     MIDIStatus createClient(const std::string& name, MIDIClientRef& client) override {
         made.push_back("client " + name);
@@ -39,6 +44,7 @@ public:
 
     MIDIStatus received(MIDIEndpointRef source, ByteView packetList) override {
         forEachPacket(packetList, [&](ByteView data) { sent.push_back(endpoints.at(source - 1) + ": " + hex(data)); });
+        onSent();
         return 0;
     }
 
@@ -108,6 +114,25 @@ TEST_F(SurfacesTest, AreAnnouncedThreeTimesEach) {
     EXPECT_THAT(ports.sent,
                 testing::UnorderedElementsAre("source Lumbrine: FF", "source Lumbrine B: FF", "source Lumbrine: FF",
                                               "source Lumbrine B: FF", "source Lumbrine: FF", "source Lumbrine B: FF"));
+}
+
+TEST(SurfacesPanSide, IsTurnedBeforeProToolsHearsOfIt) {
+    StillRuntime runtime;
+    Jobs jobs(runtime);
+    PublishedState published;
+    ActivityLog log(jobs, published, [](const std::string&) {});
+    PortRegister ports;
+    Surfaces surfaces(runtime, ports, Bilingual(false), log);
+    surfaces.wire({});
+    surfaces.startSurfaces();
+    std::vector<std::pair<bool, bool>> sides; // of A and B at each message
+    ports.onSent = [&] {
+        sides.emplace_back(surfaces.engine(SurfaceID::A).showsRightPan(),
+                           surfaces.engine(SurfaceID::B).showsRightPan());
+    };
+    surfaces.hwPanAssignToggle();
+    EXPECT_THAT(sides, ElementsAre(std::pair(true, false), std::pair(true, false), //
+                                   std::pair(true, true), std::pair(true, true)));
 }
 
 } // namespace
