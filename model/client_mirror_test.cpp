@@ -170,6 +170,30 @@ TEST_F(ClientMirrorTest, HoldsBackWhatIsInMotion) {
     }
 }
 
+TEST_F(ClientMirrorTest, TellsTheRestInMotionToo) {
+    bench.setTrackMap({"a"}, 0);
+    bench.parts().capture.ensureSessAutoPanSize();
+    bench.state().published.winW = 1; // so that each message comes once
+    for (bool* motion : motions()) {
+        *motion = true;
+        bench.state().mirror.transportPlaying = !bench.state().mirror.transportPlaying;
+        mirror.sendTrackNameToClient(*Strip::of(0), "Kick");
+        mirror.sendAllSwitches();
+        mirror.sendPanMode();
+        mirror.sendBankView();
+        mirror.sendTransportIfChanged();
+        mirror.sendTransport();
+        mirror.sendSessAutoModes();
+        mirror.sendSessPan();
+        settle();
+        std::string types;
+        for (const std::string& message : bench.heardBy(*phone))
+            types += message.substr(6, 3);
+        EXPECT_EQ(types, " 10 13 15 16 18 19 1A 1D 1D 1E 1F");
+        *motion = false;
+    }
+}
+
 TEST_F(ClientMirrorTest, ShowsAfterTheMotionWhatChangedInIt) {
     bench.state().bank.seeking = true;
     bench.state().mirror.soloCache[0] = true;

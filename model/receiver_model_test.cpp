@@ -165,9 +165,10 @@ TEST(ReceiverModel, KeepsTheLast120LinesOfTheLog) {
     for (int i = 1; i <= 120; ++i)
         bench.model->appendLog("line " + std::to_string(i));
     EXPECT_EQ(bench.model->published().logLines.front(), "line 1");
-    for (int i = 121; i <= 200; ++i)
+    for (int i = 121; i <= 200; ++i) {
         bench.model->appendLog("line " + std::to_string(i));
-    EXPECT_THAT(bench.model->published().logLines, testing::SizeIs(120));
+        EXPECT_THAT(bench.model->published().logLines, testing::SizeIs(120));
+    }
     EXPECT_EQ(bench.model->published().logLines.front(), "line 81");
     EXPECT_EQ(bench.model->published().logLines.back(), "line 200");
     EXPECT_THAT(bench.lines, testing::SizeIs(200));
@@ -188,6 +189,15 @@ TEST(ReceiverModel, PrintsEachLineOfTheLogByItself) {
     printLine("");
     printLine("two");
     EXPECT_EQ(::testing::internal::GetCapturedStdout(), "✓ one\n\ntwo\n");
+}
+
+TEST(ReceiverModel, PrintsALineOfTheLogBeforeItIsShown) {
+    ModelWorld world;
+    ModelBench bench(world);
+    Lines printedWhenShown;
+    bench.model->onChange([&] { printedWhenShown = bench.lines; });
+    bench.model->appendLog("one");
+    EXPECT_THAT(printedWhenShown, ElementsAre("one"));
 }
 
 TEST(ReceiverModel, TellsItsObserverOfEachChange) {
