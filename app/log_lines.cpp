@@ -15,9 +15,11 @@ MarkedLine markerOf(std::string_view line) {
                                                                              {"→", LogMarker::started},
                                                                              {"←", LogMarker::received},
                                                                              {"▶", LogMarker::longJob}}};
+    constexpr std::string_view secondSurface = "[9-16] ";
+    const std::size_t begin = line.starts_with(secondSurface) ? secondSurface.size() : 0;
     for (const auto& [symbol, marker] : markers)
-        if (line.starts_with(symbol)) return {marker, symbol.size()};
-    return {LogMarker::none, 0};
+        if (line.substr(begin).starts_with(symbol)) return {marker, begin, symbol.size()};
+    return {LogMarker::none, 0, 0};
 }
 
 LogChange changeBetween(const std::vector<std::string>& onScreen, const std::vector<std::string>& log) {

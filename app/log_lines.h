@@ -8,12 +8,13 @@
 
 namespace lumbrine {
 
-// What the symbol at the beginning of a line says about it.
+// What the symbol at the beginning of a line says about it. In lines of the second surface it stands behind "[9-16] ".
 enum class LogMarker { none, success, failure, warning, started, received, longJob };
 
 struct MarkedLine {
     LogMarker marker;
-    std::size_t length; // of the symbol, in bytes; 0 for none
+    std::size_t begin;  // of the symbol, in bytes
+    std::size_t length; // 0 for none
 };
 MarkedLine markerOf(std::string_view line);
 

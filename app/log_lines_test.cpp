@@ -24,8 +24,15 @@ TEST(LogMarker, MayComeWithTheSelectorOfItsColouredPicture) {
     EXPECT_EQ(line.substr(markerOf(line).length), " Bonjour advertising off");
 }
 
+TEST(LogMarker, StandsBehindTheNameOfTheSecondSurface) {
+    const std::string line = "[9-16] → pan mode";
+    EXPECT_EQ(markerOf(line).marker, LogMarker::started);
+    EXPECT_EQ(line.substr(markerOf(line).begin, markerOf(line).length), "→");
+    EXPECT_EQ(markerOf("[9-16] ♥ ping").marker, LogMarker::none);
+}
+
 TEST(LogMarker, IsAbsentElsewhere) {
-    for (const char* line : {"", "iOS connected: 192.168.1.7", "   (it opens ...)", "[9-16] ✓ ...", "\xE2\x9C"}) {
+    for (const char* line : {"", "iOS connected: 192.168.1.7", "   (it opens ...)", "[8] ✓ ...", "\xE2\x9C"}) {
         EXPECT_EQ(markerOf(line).marker, LogMarker::none) << line;
         EXPECT_EQ(markerOf(line).length, 0u) << line;
     }

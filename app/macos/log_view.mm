@@ -33,11 +33,16 @@ NSAttributedString* shownLine(const std::string& line) {
         NSFontAttributeName : [NSFont systemFontOfSize:NSFont.smallSystemFontSize],
         NSForegroundColorAttributeName : NSColor.labelColor,
     };
-    NSMutableAttributedString* const text = [[NSMutableAttributedString alloc] initWithString:shownText(line + "\n")
-                                                                                   attributes:plain];
+    NSString* const whole = shownText(line); // empty for what is not UTF-8
+    NSMutableAttributedString* const text =
+        [[NSMutableAttributedString alloc] initWithString:[whole stringByAppendingString:@"\n"] attributes:plain];
     const MarkedLine marked = markerOf(line);
-    const NSUInteger length = shownText(std::string_view(line).substr(0, marked.length)).length;
-    [text addAttribute:NSForegroundColorAttributeName value:colorOf(marked.marker) range:NSMakeRange(0, length)];
+    const auto lengthOf = [&line](std::size_t from, std::size_t size) {
+        return shownText(std::string_view(line).substr(from, size)).length;
+    };
+    const NSRange sign = NSMakeRange(lengthOf(0, marked.begin), lengthOf(marked.begin, marked.length));
+    if (NSMaxRange(sign) <= whole.length)
+        [text addAttribute:NSForegroundColorAttributeName value:colorOf(marked.marker) range:sign];
     return text;
 }
 

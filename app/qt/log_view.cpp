@@ -78,14 +78,15 @@ void LogView::addLine(const std::string& line) {
     QTextCursor cursor(document());
     cursor.movePosition(QTextCursor::End);
     if (!lines.empty()) cursor.insertBlock();
-    QTextCharFormat format;
+    const QTextCharFormat plain;
     if (marked.length > 0) {
         QTextCharFormat coloured;
         coloured.setForeground(Colours(palette()).of(marked.marker));
         coloured.setFontWeight(QFont::Bold);
-        cursor.insertText(oneLine(line.substr(0, marked.length)), coloured);
+        cursor.insertText(oneLine(line.substr(0, marked.begin)), plain);
+        cursor.insertText(oneLine(line.substr(marked.begin, marked.length)), coloured);
     }
-    cursor.insertText(oneLine(line.substr(marked.length)), format);
+    cursor.insertText(oneLine(line.substr(marked.begin + marked.length)), plain);
     lines.push_back(line);
 }
 

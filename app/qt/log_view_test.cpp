@@ -58,7 +58,7 @@ TEST_F(LogViewTest, KeepsNoMoreThanTheLogDoes) {
 }
 
 TEST_F(LogViewTest, ColoursTheMarkerAndNothingElse) {
-    view.display({"✗ failed", "plain"});
+    view.display({"✗ failed", "plain", "[9-16] → moved"});
     const Colours colours(view.palette());
     const auto formats = [&](int block) { return view.document()->findBlockByNumber(block).begin(); };
     EXPECT_EQ(formats(0).fragment().text(), "✗");
@@ -66,6 +66,10 @@ TEST_F(LogViewTest, ColoursTheMarkerAndNothingElse) {
     EXPECT_EQ((++formats(0)).fragment().text(), " failed");
     EXPECT_FALSE((++formats(0)).fragment().charFormat().hasProperty(QTextFormat::ForegroundBrush));
     EXPECT_EQ(formats(1).fragment().text(), "plain");
+    EXPECT_EQ(formats(2).fragment().text(), "[9-16] ");
+    EXPECT_FALSE(formats(2).fragment().charFormat().hasProperty(QTextFormat::ForegroundBrush));
+    EXPECT_EQ((++formats(2)).fragment().text(), "→");
+    EXPECT_EQ((++formats(2)).fragment().charFormat().foreground().color(), colours.accent);
 }
 
 TEST_F(LogViewTest, TakesItsColoursFromANewPalette) {
