@@ -128,7 +128,7 @@ TEST_F(ReceiverShellTest, LetsTheToggleFallBackWhenThatFails) {
     EXPECT_THAT(desk.bench.model->published().logLines, IsEmpty());
 }
 
-TEST_F(ReceiverShellTest, QuitsFromTheMenuAndFromTheKeyboard) {
+TEST_F(ReceiverShellTest, QuitsFromTheMenu) {
     item("Quit")->trigger();
     EXPECT_EQ(desk.quits, 1);
 }

@@ -178,7 +178,7 @@ void ReceiverWindow::display(QAbstractButton* button, const ScreenButton& shownB
     button->setIcon(symbolIcon(shownButton.symbol));
     button->setText(shown(shownButton.title));
     button->setShortcut(keys); // a new text takes it away
-    button->setToolTip(shown(shownButton.help));
+    if (!shownButton.help.empty()) button->setToolTip(shownTip(shownButton.help));
     button->setAccessibleName(shown(shownButton.title.empty() ? shownButton.help : shownButton.title));
     if (!shownButton.title.empty()) button->setAccessibleDescription(shown(shownButton.help));
     QObject::connect(button, &QAbstractButton::clicked, this,

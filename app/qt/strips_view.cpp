@@ -107,7 +107,7 @@ bool StripsView::event(QEvent* event) {
     const auto* help = static_cast<QHelpEvent*>(event);
     for (std::size_t i = 0; i < shownStrips.size(); ++i) {
         if (!placeOf(i).contains(help->pos())) continue;
-        QToolTip::showText(help->globalPos(), shown(shownStrips[i].spoken), this, placeOf(i));
+        QToolTip::showText(help->globalPos(), shownTip(shownStrips[i].spoken), this, placeOf(i));
         return true;
     }
     QToolTip::hideText();

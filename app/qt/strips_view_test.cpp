@@ -94,11 +94,13 @@ TEST_F(StripsViewTest, TellsAScreenReaderWhenItHasTheFocus) {
     EXPECT_NE(view.focusPolicy() & Qt::TabFocus, 0);
 }
 
-TEST_F(StripsViewTest, TellsWhatIsUnderThePointer) {
+TEST_F(StripsViewTest, TellsWhatIsUnderThePointerAsItIs) {
+    strips[2].spoken = "3 <b>Lead</b> & Vox, 50 %";
+    view.display(strips, true);
     const QPoint point(view.width() * 2 / 8 + 10, 20);
     QHelpEvent help(QEvent::ToolTip, point, view.mapToGlobal(point));
     QCoreApplication::sendEvent(&view, &help);
-    EXPECT_EQ(QToolTip::text(), "3 Trk2");
+    EXPECT_EQ(QToolTip::text(), "<qt>3 &lt;b&gt;Lead&lt;/b&gt; &amp; Vox, 50 %</qt>");
     QToolTip::hideText();
 }
 
