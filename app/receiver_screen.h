@@ -107,6 +107,8 @@ struct MenuItem {
     ScreenAction action = ScreenAction::none;
     bool enabled = true; // of commands and toggles
     bool on = false;     // of toggles
+
+    bool operator==(const MenuItem&) const = default;
 };
 
 // The status icon and its menu.
@@ -115,6 +117,8 @@ struct StatusMenu {
     double opacity;
     std::string spoken; // what the icon is, for screen readers and on hovering
     std::vector<MenuItem> items;
+
+    bool operator==(const StatusMenu&) const = default;
 };
 
 // `loginOn`: what the toggle for launching at login shows.

@@ -27,6 +27,7 @@ public:
 private:
     void arrange(const ReceiverView& view, LumbrineActionTarget* _Nonnull target);
     NSView* _Nonnull noticeBox(const ScreenNotice& notice);
+    void update();
 
     ReceiverApp& app;
     NSWindow* const _Nonnull frame;

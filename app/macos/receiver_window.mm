@@ -108,14 +108,19 @@ void ReceiverWindow::arrange(const ReceiverView& view, LumbrineActionTarget* tar
     frame.contentView = all;
 }
 
+// At its first sight it is complete: the system tells only later that it can be seen.
 void ReceiverWindow::show() {
+    update();
+    if (frame.miniaturized) [frame deminiaturize:nil];
     [frame makeKeyAndOrderFront:nil];
     [NSApp activateIgnoringOtherApps:YES];
-    draw();
 }
 
 void ReceiverWindow::draw() {
-    if (!frame.visible || (frame.occlusionState & NSWindowOcclusionStateVisible) == 0) return;
+    if (frame.visible && (frame.occlusionState & NSWindowOcclusionStateVisible) != 0) update();
+}
+
+void ReceiverWindow::update() {
     const ReceiverView view = app.view();
     proTools.show(view.proTools);
     client.show(view.client);

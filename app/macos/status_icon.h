@@ -25,6 +25,7 @@ private:
     ReceiverApp& app;
     NSStatusItem* const _Nonnull item = [NSStatusBar.systemStatusBar statusItemWithLength:NSSquareStatusItemLength];
     LumbrineMenuOpening* const _Nonnull opening;
+    StatusMenu drawn{};
 };
 
 } // namespace lumbrine

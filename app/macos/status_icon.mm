@@ -55,13 +55,16 @@ StatusIcon::StatusIcon(ReceiverApp& receiverApp, LumbrineActionTarget* target)
     draw();
 }
 
+// A help text that is given anew, even the same, disappears from under the pointer.
 void StatusIcon::draw() {
-    const StatusMenu now = app.menu();
+    StatusMenu now = app.menu();
+    if (now == drawn) return;
     item.button.alphaValue = now.opacity;
     item.button.toolTip = shownText(now.spoken);
     item.button.accessibilityLabel = shownText(now.spoken);
     for (std::size_t i = 0; i < now.items.size(); ++i)
         show(now.items[i], [item.menu itemAtIndex:static_cast<NSInteger>(i)]);
+    drawn = std::move(now);
 }
 
 } // namespace lumbrine
