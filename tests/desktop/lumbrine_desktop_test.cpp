@@ -135,6 +135,31 @@ TEST(LumbrineOnADesktop, ShowsItsWindowOnAClickAndWhenItIsStartedAgain) {
     EXPECT_TRUE(lumbrine.isShown());
 }
 
+TEST(LumbrineOnADesktop, CanBeUsedByKeyboardAlone) {
+    const PrivateJack jack;
+    const Desktop desktop;
+    const RunningProgram lumbrine(desktop);
+    ASSERT_TRUE(lumbrine.isShown()) << lumbrine.process.output();
+    const auto says = [&](const std::string& line, int times) {
+        return waitUntil([&] {
+            const std::string all = lumbrine.process.output();
+            int found = 0;
+            for (auto at = all.find(line); at != std::string::npos; at = all.find(line, at + 1))
+                ++found;
+            return found == times;
+        });
+    };
+    const std::string reconnecting = "This feature requires Accessibility permission";
+    const std::string sweeping = "▶ Test: sending track 1 sweep";
+    desktop.focus(*desktop.window(title));
+    desktop.press({"Tab", "space"}); // to the first control, and press it
+    EXPECT_TRUE(says(reconnecting, 1));
+    desktop.press({"Tab", "space"}); // the next one
+    EXPECT_TRUE(says(sweeping, 1));
+    desktop.press({"alt+r"});
+    EXPECT_TRUE(says(reconnecting, 2));
+}
+
 TEST(LumbrineOnADesktop, SaysThatItGoesOnWhereThereIsNoStatusArea) {
     const PrivateJack jack;
     const Desktop desktop(false);
