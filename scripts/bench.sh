@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# bench.sh BIN: runs all benchmarks, ours and the peers' interleaved in one run, prints the table and what idling costs,
-# and writes build/bench.json.
+# bench.sh BIN: runs all benchmarks, ours and the peers' interleaved in one run, prints the table, what idling costs and
+# what the window costs, and writes build/bench.json.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bin=$1
@@ -17,3 +17,4 @@ mkdir -p build
     build/bench-scripting-call.json build/bench-track-list.json build/bench.json
 "$bin/virtual_time_bench"
 /usr/bin/python3 scripts/bench_idle.py "$bin"
+/usr/bin/python3 scripts/bench_window.py "$bin"
