@@ -188,6 +188,19 @@ TEST_F(ScanOf20TracksTest, WaitsUntilTheDisplaysHaveSettledFirst) {
     EXPECT_THAT(presses(), ElementsAre("1490ms B0 2F 41"));
 }
 
+TEST_F(ScanTest, WaitsNoLongerThanSixSecondsForTheDisplaysToSettle) {
+    BankingHost host(bench, numbers(8));
+    const auto changes = world.runtime.repeatOnMain(
+        50ms, [this, count = 0]() mutable { bench.surfaceA.name(0, std::to_string(1000 + count++ % 9000)); });
+    bench.run(100ms);
+    bench.mark();
+    scan.calibrateBanks(false);
+    bench.run(7439ms);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
+    bench.run(1ms); // and two windows that were not stable
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), ElementsAre("7440ms B0 0F 0A", "7440ms B0 2F 41"));
+}
+
 TEST_F(ScanOf20TracksTest, CommitsTheMapBeforeItReturns) {
     scan.calibrateBanks(false);
     bench.run(1799ms);
@@ -199,6 +212,14 @@ TEST_F(ScanOf20TracksTest, CommitsTheMapBeforeItReturns) {
     EXPECT_EQ(state.published.bankOffset, 12);
     EXPECT_THAT(bench.takeLines(), ElementsAre("✓ Mapped all 20 tracks"));
     EXPECT_TRUE(state.published.calibrating);
+}
+
+TEST_F(ScanOf20TracksTest, LooksWhereTheSurfacesAreWhenItHasReturned) {
+    scan.calibrateBanks(false);
+    bench.run(2330ms);
+    EXPECT_EQ(std::exchange(state.published.bankOffset, 5), 0);
+    ASSERT_TRUE(scanEnds(1s));
+    EXPECT_EQ(state.published.bankOffset, 0);
 }
 
 TEST_F(ScanOf20TracksTest, RemembersTheFadersThatItPasses) {
@@ -231,6 +252,23 @@ TEST_F(ScanOf20TracksTest, ReturnsToTheTopWhenTheStartIsNowhere) {
     ASSERT_TRUE(scanEnds(10s));
     EXPECT_EQ(host.offset, 0);
     EXPECT_EQ(state.published.bankOffset, 0);
+}
+
+// ---- What the client is told
+
+using ToldScanTest = OwnedModelTest;
+
+TEST_F(ToldScanTest, ThePositionIsToldInTheEndThoughItIsTheSame) {
+    bench.surfaceA.pingEverySecond();
+    BankingHost host(bench, numbers(8));
+    bench.setTrackMap(numbers(8), 0);
+    bench.run(2s);
+    sendNothing();
+    markAll();
+    bench.parts().calibration.calibrateBanks(true);
+    ASSERT_TRUE(bench.state().published.calibrating);
+    ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().published.calibrating; }, 4s));
+    EXPECT_THAT(heard(0x16), ElementsAre(testing::EndsWith("01 16 00 00 00 08 08")));
 }
 
 // ---- A map that does not fit in the end

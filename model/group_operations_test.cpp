@@ -144,6 +144,15 @@ TEST_F(GroupTest, TheSurfacesStayWhereTheLastMemberPutThemWhenTheStartWasUnknown
     EXPECT_EQ(state.published.bankOffset, 12);
 }
 
+TEST_F(GroupTest, ThePositionIsLookedForAgainInTheEnd) {
+    groups.groupSetFaders({{2, 0.5}});
+    bench.run(100ms);
+    ASSERT_TRUE(state.bank.groupApplying);
+    state.published.bankOffset = 5; // though the first tracks are shown
+    ASSERT_TRUE(ends());
+    EXPECT_EQ(state.published.bankOffset, 0);
+}
+
 TEST_F(GroupTest, AMemberThatDoesNotComeIsLeftOut) {
     host.deaf = true;
     groups.groupSetFaders({{15, 0.5}});

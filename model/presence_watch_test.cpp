@@ -98,6 +98,21 @@ TEST_F(WindowChangeTest, TheClientIsToldWhereTheNewWindowLies) {
     EXPECT_THAT(heard(0x16), ElementsAre("200ms 01 16 00 02 00 14 10"));
 }
 
+TEST_F(WindowChangeTest, TheWiderWindowMayShowWhereTheNarrowOneCouldNot) {
+    std::vector<std::string> names;
+    for (const char c : std::string("ABCDEFGHABCDEFGHIJKL"))
+        names.emplace_back(1, c);
+    bench.setTrackMap(names, -1);
+    for (std::size_t i = 0; i < stripCount; ++i)
+        bench.state().mirror.nameCache[i] = names[i];
+    bench.surfaceA.ping();
+    bench.surfaceB.ping();
+    bench.run(200ms);
+    EXPECT_EQ(bench.model->published().bankOffset, 0);
+    EXPECT_THAT(heard(0x16), ElementsAre("200ms 01 16 00 00 00 14 10", // found, and told with the width
+                                         "200ms 01 16 00 00 00 14 10"));
+}
+
 TEST_F(WindowChangeTest, TheWindowNarrowsWhenTheSecondSurfaceFallsSilent) {
     bench.surfaceA.pingEverySecond();
     bench.surfaceB.ping();

@@ -218,7 +218,10 @@ TEST_F(SeekTest, LeavesItAtThatWhenThePositionIsLost) {
     worker.seekBank(8);
     bench.run(50ms);
     bench.surfaceA.name(0, "????");
-    ASSERT_TRUE(ends());
+    bench.run(279ms);
+    EXPECT_TRUE(state.bank.seeking);
+    bench.run(1ms); // one look at the displays, and no correction
+    EXPECT_FALSE(state.bank.seeking);
     EXPECT_THAT(presses(), ElementsAre("0ms B0 2F 43"));
     EXPECT_EQ(state.published.bankOffset, -1);
 }

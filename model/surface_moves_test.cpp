@@ -171,6 +171,17 @@ TEST_F(MoveWindowTest, ReliablyComesBackAtOnceWhenItHasArrived) {
     EXPECT_EQ(host.offset, 8);
 }
 
+TEST_F(MoveWindowTest, ReliablyLooksWhereItIsOnceTheNamesAreOlderThan150Milliseconds) {
+    world.runtime.postMainAfter(140ms, [this] { host.show(); });
+    EXPECT_EQ(timed([this] { moves.moveWindowReliably(0); }), 340ms); // polled every 50 ms from 240 ms on
+}
+
+TEST_F(MoveWindowTest, ReliablyWaitsNoLongerThan800MillisecondsForThat) {
+    const auto again = world.runtime.repeatOnMain(50ms, [this] { host.show(); });
+    bench.run(50ms);
+    EXPECT_EQ(timed([this] { moves.moveWindowReliably(0); }), 2 * 460ms + 800ms);
+}
+
 TEST_F(MoveWindowTest, ReliablyTakesTheEndOfTheSessionForATargetBeyondIt) {
     timed([this] { moves.moveWindow(12); });
     EXPECT_EQ(timed([this] { moves.moveWindowReliably(100); }), 240ms);

@@ -1,4 +1,5 @@
 // Reading the track list: when, what comes of it, and what the log tells.
+#include "model/testing/banking_host.h"
 #include "ptsl/testing/service_frames.h"
 #include "tests/track_metadata/metadata_test.h"
 
@@ -71,6 +72,20 @@ TEST_F(RefreshTest, KeepsWhatItKnowsWhileTheServiceIsAway) {
     refresh();
     refuse(trackListCommand);
     refresh();
+    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+}
+
+TEST_F(RefreshTest, FollowsAScan) {
+    bench.parts().surfaces.startSurfaces();
+    bench.setTrackMap({}, -1);
+    published.huiConnected = true;
+    const BankingHost host(bench, {"Kick", "LdVo", "BkVo"});
+    serve(threeTracks);
+    bench.run(3s);
+    bench.parts().calibration.calibrateBanks(true);
+    ASSERT_TRUE(world.runtime.runUntil([this] { return !published.calibrating; }, 10s));
+    world.runtime.runUntilIdle();
+    EXPECT_THAT(published.trackMap, ElementsAre("Kick", "LdVo", "BkVo"));
     EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
 }
 
