@@ -75,6 +75,13 @@ TEST_F(VisibleRangeTest, ARangeOfNoneIsOneOfOne) {
     EXPECT_THAT(bench.lines, ElementsAre("✓ Captured auto/pan for visible range 5–5"));
 }
 
+TEST_F(VisibleRangeTest, ARangeThatBeginsBeforeTheSessionBeginsWithIt) {
+    walk.refreshVisibleRange(-3, 5);
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(known(), ElementsAre(0u, 1u));
+    EXPECT_THAT(bench.lines, ElementsAre("✓ Captured auto/pan for visible range 1–2"));
+}
+
 TEST_F(VisibleRangeTest, ARangeOutsideTheSessionIsNone) {
     walk.refreshVisibleRange(20, 5);
     bench.run(1s);

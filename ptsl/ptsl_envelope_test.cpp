@@ -65,6 +65,8 @@ TEST(ResponseEnvelope, SkipsFieldsOfAnotherTypeThanTheirs) {
                                 0x0A, 0x03, 0x1A, 0x01, 'x'}, // status as bytes
                                english),
               (ResponseEnvelope{0, "{}", ""}));
+    EXPECT_EQ(responseEnvelope({0x0A, 0x05, 0x18, 0x04, 0x1A, 0x01, 'x'}, english), // a status, and then bytes
+              (ResponseEnvelope{4, "", ""}));
 }
 
 TEST(ResponseEnvelope, LetsTheLastOfEqualFieldsCount) {
