@@ -15,7 +15,7 @@ ReceiverShell::ReceiverShell(ReceiverApp& receiverApp, Runtime& rt, std::functio
       window({.act = [this](ScreenAction action) { act(action); },
               .appeared = [this] { windowAppeared(); },
               .closed = [this] { windowClosed(); }}),
-      icon([this](ScreenAction action) { act(action); }) {
+      icon([this](ScreenAction action) { act(action); }), statusArea([this] { icon.appear(); }) {
     app.connect({.openWindow = [this] { openWindow(); },
                  .refresh = [this] { refreshSoon(); },
                  .quit = [this] { quitProgram(); }});
@@ -51,6 +51,7 @@ void ReceiverShell::windowAppeared() {
 }
 
 void ReceiverShell::windowClosed() {
+    statusArea.end(); // what it has not found by now is not there for the user
     if (!StatusIcon::isPossible()) tellThatItGoesOn();
 }
 

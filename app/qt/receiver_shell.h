@@ -5,6 +5,7 @@
 #include "app/qt/status_icon.h"
 #include "app/receiver_app.h"
 #include "platform/api/runtime.h"
+#include "platform/qt/status_area.h"
 
 #include <functional>
 #include <memory>
@@ -47,6 +48,7 @@ private:
     const std::function<void()> quitProgram;
     ReceiverWindow window;
     StatusIcon icon;
+    StatusAreaWait statusArea;
     std::unique_ptr<QMessageBox> farewell; // told once, where there is no place for the icon
     TimePoint lastRefresh = distantPast;
     bool refreshIsDue = false;

@@ -7,11 +7,16 @@
 
 namespace lumbrine {
 
-StatusIcon::StatusIcon(std::function<void(ScreenAction)> act) : listener(std::move(act)) {
-    QObject::connect(&icon, &QSystemTrayIcon::activated, &icon, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger) listener(ScreenAction::showWindow);
-    });
-    icon.setContextMenu(&popup);
+void StatusIcon::appear() {
+    if (icon) return;
+    icon = std::make_unique<QSystemTrayIcon>(picture);
+    icon->setToolTip(toolTip);
+    QObject::connect(icon.get(), &QSystemTrayIcon::activated, icon.get(),
+                     [this](QSystemTrayIcon::ActivationReason reason) {
+                         if (reason == QSystemTrayIcon::Trigger) listener(ScreenAction::showWindow);
+                     });
+    icon->setContextMenu(&popup);
+    if (!picture.isNull()) icon->show();
 }
 
 void StatusIcon::display(const StatusMenu& menu) {
@@ -25,10 +30,16 @@ void StatusIcon::display(const StatusMenu& menu) {
     }
     if (menu.opacity != shownOpacity) {
         shownOpacity = menu.opacity;
-        icon.setIcon(programIcon(menu.symbol, menu.opacity));
-        icon.show();
+        picture = programIcon(menu.symbol, menu.opacity);
+        if (icon) {
+            icon->setIcon(picture);
+            icon->show();
+        }
     }
-    if (const QString spoken = shown(menu.spoken); spoken != icon.toolTip()) icon.setToolTip(spoken);
+    if (QString spoken = shown(menu.spoken); spoken != toolTip) {
+        toolTip = std::move(spoken);
+        if (icon) icon->setToolTip(toolTip);
+    }
 }
 
 // A toggle shows the real state and not the click: `display` sets it after each action.

@@ -15,6 +15,12 @@ using testing::ElementsAre;
 
 class LumbrineOnTheMessageBus : public testing::Test {
 protected:
+    explicit LumbrineOnTheMessageBus(bool withStatusArea = true) {
+        if (withStatusArea) host.open();
+        lumbrine = std::make_unique<interop::ChildProcess>(std::vector<std::string>{LUMBRINE_BIN_DIR "/lumbrine"},
+                                                           interop::ChildProcess::Setup{.environment = environment()});
+    }
+
     std::map<std::string, std::string> environment() const {
         std::map<std::string, std::string> variables = end_to_end::environmentFor({.port = end_to_end::freePort()});
         variables["XDG_CONFIG_HOME"] = folder.path.string();
@@ -29,7 +35,7 @@ protected:
     void closeWindow() {
         desktop.focus(*desktop.window("Lumbrine — Receiver"));
         desktop.press({"ctrl+w"});
-        ASSERT_TRUE(shows(false)) << lumbrine.output();
+        ASSERT_TRUE(shows(false)) << lumbrine->output();
     }
 
     // What the menu has under that title: one entry, or none.
@@ -43,18 +49,24 @@ protected:
     const Desktop desktop{false};
     const interop::TemporaryFolder folder;
     StatusNotifierHost host;
-    interop::ChildProcess lumbrine{{LUMBRINE_BIN_DIR "/lumbrine"}, {.environment = environment()}};
+    std::unique_ptr<interop::ChildProcess> lumbrine;
+};
+
+// As at login, when programs may start before the desktop's panel does.
+class LumbrineBeforeTheStatusArea : public LumbrineOnTheMessageBus {
+protected:
+    LumbrineBeforeTheStatusArea() : LumbrineOnTheMessageBus(false) {}
 };
 
 TEST_F(LumbrineOnTheMessageBus, HasAnIconThatIsDimWithoutProTools) {
-    ASSERT_TRUE(host.waitUntil([&] { return host.hasIcon(); })) << lumbrine.output();
+    ASSERT_TRUE(host.waitUntil([&] { return host.hasIcon(); })) << lumbrine->output();
     EXPECT_NEAR(host.opacity(), 0.45 * 255, 2);
     EXPECT_EQ(host.toolTip(), "Lumbrine — Pro Tools: Waiting");
     ASSERT_EQ(entries("Reconnect to PT").size(), 1u);
     EXPECT_TRUE(entries("Reconnect to PT").front().enabled);
     {
         end_to_end::SimulatorProcess proTools({"--tracks", "8", "--no-scripting"});
-        EXPECT_TRUE(host.waitUntil([&] { return host.opacity() == 255; })) << lumbrine.output();
+        EXPECT_TRUE(host.waitUntil([&] { return host.opacity() == 255; })) << lumbrine->output();
         EXPECT_FALSE(entries("Reconnect to PT").front().enabled);
         proTools.end();
     }
@@ -62,7 +74,7 @@ TEST_F(LumbrineOnTheMessageBus, HasAnIconThatIsDimWithoutProTools) {
 }
 
 TEST_F(LumbrineOnTheMessageBus, CanBeUsedByTheMenuOfItsIcon) {
-    ASSERT_TRUE(host.waitUntil([&] { return host.hasIcon(); })) << lumbrine.output();
+    ASSERT_TRUE(host.waitUntil([&] { return host.hasIcon(); })) << lumbrine->output();
     ASSERT_TRUE(shows(true));
     std::vector<std::string> titles;
     for (const auto& entry : host.menu())
@@ -82,12 +94,12 @@ TEST_F(LumbrineOnTheMessageBus, CanBeUsedByTheMenuOfItsIcon) {
     }
 
     host.choose("Quit");
-    EXPECT_EQ(lumbrine.wait(interop::patience), 0) << lumbrine.output();
+    EXPECT_EQ(lumbrine->wait(interop::patience), 0) << lumbrine->output();
     EXPECT_FALSE(host.hasIcon());
 }
 
 TEST_F(LumbrineOnTheMessageBus, ShowsItsWindowOnAClickAndWhenTheDesktopAsksForIt) {
-    ASSERT_TRUE(host.waitUntil([&] { return host.hasIcon(); })) << lumbrine.output();
+    ASSERT_TRUE(host.waitUntil([&] { return host.hasIcon(); })) << lumbrine->output();
     ASSERT_TRUE(shows(true));
     closeWindow();
     host.clickIcon();
@@ -100,6 +112,20 @@ TEST_F(LumbrineOnTheMessageBus, ShowsItsWindowOnAClickAndWhenTheDesktopAsksForIt
     EXPECT_TRUE(host.ask(name, path, application, QStringLiteral("Activate"), {QVariantMap()}));
     EXPECT_TRUE(shows(true));
     EXPECT_FALSE(host.ask(name, path, application, QStringLiteral("Format"), {}));
+}
+
+TEST_F(LumbrineBeforeTheStatusArea, HasItsIconOnceTheStatusAreaIsThere) {
+    ASSERT_TRUE(shows(true)) << lumbrine->output();
+    host.open();
+    EXPECT_TRUE(host.waitUntil([&] { return host.hasIcon(); }));
+    EXPECT_NEAR(host.opacity(), 0.45 * 255, 2);
+    EXPECT_EQ(entries("Show Window").size(), 1u);
+}
+
+TEST_F(LumbrineBeforeTheStatusArea, SaysThatItGoesOnWhenItsWindowIsClosedBeforeThat) {
+    ASSERT_TRUE(shows(true)) << lumbrine->output();
+    closeWindow();
+    EXPECT_TRUE(host.waitUntil([&] { return desktop.popup().has_value(); })) << lumbrine->output();
 }
 
 } // namespace

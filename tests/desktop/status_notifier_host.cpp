@@ -113,6 +113,11 @@ public:
 StatusNotifierHost::StatusNotifierHost()
     : bus(startBus(folder.path)), watcher(std::make_unique<Watcher>()),
       connection(QDBusConnection::connectToBus(QString::fromStdString(address()), connectionName)) {
+    if (!connection.isConnected())
+        throw std::runtime_error("no message bus: " + connection.lastError().message().toStdString());
+}
+
+void StatusNotifierHost::open() {
     if (!connection.registerVirtualObject(QStringLiteral("/StatusNotifierWatcher"), watcher.get()) ||
         !connection.registerService(watcherName))
         throw std::runtime_error("no status area: " + connection.lastError().message().toStdString());

@@ -30,8 +30,10 @@ public:
         bool checked;
     };
 
-    // Returns when the bus is there and the status area on it; throws std::runtime_error when that cannot be.
+    // Returns when the bus is there; throws std::runtime_error when that cannot be. The status area is there when it
+    // has been opened, once.
     StatusNotifierHost();
+    void open();
     ~StatusNotifierHost();
     StatusNotifierHost(const StatusNotifierHost&) = delete;
     StatusNotifierHost& operator=(const StatusNotifierHost&) = delete;
