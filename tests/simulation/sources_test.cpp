@@ -147,5 +147,33 @@ TEST_F(SourcesTest, LostPortsComeBackByTheReconnectAction) {
     EXPECT_TRUE(comesTrue(seconds(60), [this] { return wrong().empty(); })) << wrong();
 }
 
+// ---- A service whose list has a track too many, or one too few
+
+TEST(MiscountingService, GivesNoTrackANameByItsPlaceInTheList) {
+    for (const int miscount : {-1, 1}) {
+        Scenario scenario = quietStudio();
+        scenario.sources.screen = false;
+        scenario.host.scripting.miscount = miscount;
+        World world(scenario);
+        world.proTools->edit([](SimulatedSession& session) {
+            session.changeAll([](SimulatedTrack& track) { track.hidden = track.inactive = false; });
+        });
+        world.runtime.runFor(seconds(60));
+        ASSERT_EQ(tracksOf(*world.proTools).size(), 24U);
+        const PublishedState& published = world.model->published();
+        EXPECT_EQ(published.trackMap, displaysOf(tracksOf(*world.proTools)));
+        EXPECT_THAT(published.trackMapFull, testing::IsEmpty());
+        EXPECT_THAT(published.trackMapColors, testing::IsEmpty());
+        for (const auto& [index, track] : world.phone().picture().session)
+            EXPECT_EQ(track.row.value_or(remote::TrackRow{}).name, published.trackMap.at(index));
+
+        const std::string counts = std::to_string(scenario.tracks + miscount);
+        const std::string mismatch = "Full names: count mismatch (" + counts + ", " + counts + " / HUI 24)";
+        const auto tellsIt = [&](const auto& line) { return line.second.starts_with(mismatch); };
+        EXPECT_TRUE(std::ranges::any_of(world.watch->record().lines, tellsIt));
+        EXPECT_TRUE(world.state().scripting.ptslOK);
+    }
+}
+
 } // namespace
 } // namespace lumbrine::simulation

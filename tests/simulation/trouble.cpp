@@ -105,8 +105,17 @@ void Trouble::useTransport() {
 }
 
 void Trouble::failService() {
-    if (chance.oneIn(2)) return world.service->die();
-    world.proTools->scripting().stall(seconds(1) * static_cast<int>(1 + chance.below(6)));
+    SimulatedScripting& scripting = world.proTools->scripting();
+    switch (chance.below(4)) {
+    case 0:
+        return world.service->die();
+    case 1:
+        return scripting.stall(seconds(1) * static_cast<int>(1 + chance.below(6)));
+    case 2:
+        return scripting.restart(); // no session is known any more
+    default:
+        return scripting.refuseNext(1 + static_cast<int>(chance.below(4)));
+    }
 }
 
 void Trouble::failScreen() {
