@@ -54,19 +54,19 @@ ScreenButton reconnectButton(const Bilingual& text) {
 std::array<ScreenButton, 4> moveButtons(const Bilingual& text) {
     return {{{.symbol = Symbol::bankBack,
               .title = {},
-              .help = text("Bank ← (back 8 channels)", "バンク ←（8 チャンネル戻る）"),
+              .help = text("Bank ← (back 8 channels)", "バンク ←（8ch 戻る）"),
               .action = ScreenAction::bankBack},
              {.symbol = Symbol::channelBack,
               .title = {},
-              .help = text("Channel ← (back 1 channel)", "チャンネル ←（1 チャンネル戻る）"),
+              .help = text("Channel ← (back 1 channel)", "ch ←（1ch 戻る）"),
               .action = ScreenAction::channelBack},
              {.symbol = Symbol::channelForward,
               .title = {},
-              .help = text("Channel → (forward 1 channel)", "チャンネル →（1 チャンネル進む）"),
+              .help = text("Channel → (forward 1 channel)", "ch →（1ch 進む）"),
               .action = ScreenAction::channelForward},
              {.symbol = Symbol::bankForward,
               .title = {},
-              .help = text("Bank → (forward 8 channels)", "バンク →（8 チャンネル進む）"),
+              .help = text("Bank → (forward 8 channels)", "バンク →（8ch 進む）"),
               .action = ScreenAction::bankForward}}};
 }
 

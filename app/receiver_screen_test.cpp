@@ -143,8 +143,8 @@ TEST(ReceiverView, OffersTheFourMovesInTheOrderOfTheirDirections) {
     EXPECT_THAT(symbols, ElementsAre("chevron.left.2", "chevron.left", "chevron.right", "chevron.right.2"));
     EXPECT_THAT(help, ElementsAre("Bank ← (back 8 channels)", "Channel ← (back 1 channel)",
                                   "Channel → (forward 1 channel)", "Bank → (forward 8 channels)"));
-    EXPECT_THAT(helpInJapanese, ElementsAre("バンク ←（8 チャンネル戻る）", "チャンネル ←（1 チャンネル戻る）",
-                                            "チャンネル →（1 チャンネル進む）", "バンク →（8 チャンネル進む）"));
+    EXPECT_THAT(helpInJapanese,
+                ElementsAre("バンク ←（8ch 戻る）", "ch ←（1ch 戻る）", "ch →（1ch 進む）", "バンク →（8ch 進む）"));
     EXPECT_THAT(actions, ElementsAre(ScreenAction::bankBack, ScreenAction::channelBack, ScreenAction::channelForward,
                                      ScreenAction::bankForward));
 }
