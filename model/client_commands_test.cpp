@@ -52,9 +52,13 @@ TEST_F(ClientCommandsTest, AReleaseIsAnsweredWithTheFadersPosition) {
     send({0x01, 0x02, 0x0D});
     send({0x01, 0x01, 0x0D, 0x10, 0x00});
     markAll();
+    const TimePoint moved = now();
+    bench.run(1ms);
+    bench.mark();
     send({0x01, 0x03, 0x0D});
     EXPECT_THAT(heardOnB(), ElementsAre("0ms B0 0F 05", "0ms B0 2F 00"));
     EXPECT_FALSE(bench.state().mirror.stripTouched[13]);
+    EXPECT_EQ(bench.state().mirror.lastClientFaderAt[13], moved); // letting go is no move
     EXPECT_THAT(heard(0x12), ElementsAre("0ms 01 12 0D 10 00"));
 }
 
@@ -233,6 +237,7 @@ TEST_F(ClientCommandsTest, ADatagramShorterThanItsMessageIsDropped) {
                                                     {0x01, 0x0A},
                                                     {0x01, 0x0F, 0x03}})
         send(datagram);
+    EXPECT_THAT(bench.heardBy(*phone), IsEmpty());
     bench.run(100ms);
     expectSilence();
     EXPECT_THAT(bench.lines, IsEmpty());
@@ -241,6 +246,7 @@ TEST_F(ClientCommandsTest, ADatagramShorterThanItsMessageIsDropped) {
 TEST_F(ClientCommandsTest, AReservedOrUnknownOpcodeDoesNothing) {
     for (int opcode = 0x10; opcode <= 0xFF; ++opcode)
         if (opcode < 0x20 || opcode > 0x24) send({0x01, static_cast<std::uint8_t>(opcode), 0, 0, 0, 0, 0, 0});
+    EXPECT_THAT(bench.heardBy(*phone), IsEmpty());
     bench.run(100ms);
     expectSilence();
     EXPECT_THAT(bench.lines, IsEmpty());

@@ -9,6 +9,7 @@ protected:
     PublishedStateTest() {
         bench.model->onChange([this] { ++changes; });
     }
+    ~PublishedStateTest() override { bench.model->onChange({}); }
 
     // Whether that changes anything, itself and what it brings about at the same moment.
     template <typename Event>

@@ -192,9 +192,9 @@ TEST(ReceiverModel, PrintsEachLineOfTheLogByItself) {
 }
 
 TEST(ReceiverModel, PrintsALineOfTheLogBeforeItIsShown) {
+    Lines printedWhenShown;
     ModelWorld world;
     ModelBench bench(world);
-    Lines printedWhenShown;
     bench.model->onChange([&] { printedWhenShown = bench.lines; });
     bench.model->appendLog("one");
     EXPECT_THAT(printedWhenShown, ElementsAre("one"));

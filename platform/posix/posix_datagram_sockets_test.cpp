@@ -10,6 +10,7 @@
 #include <future>
 #include <optional>
 #include <thread>
+#include <utility>
 
 namespace lumbrine {
 namespace {
@@ -129,6 +130,20 @@ TEST_F(PosixDatagramSocketsTest, ReturnsTheSystemsErrorForADescriptorThatIsNone)
     EXPECT_EQ(sockets.localPort(-1), -EBADF);
     EXPECT_EQ(sockets.setReuseAddress(-1), -EBADF);
     EXPECT_EQ(sockets.setDualStack(-1), -EBADF);
+}
+
+TEST_F(PosixDatagramSocketsTest, NamesPeersInNumbersWhereTheSystemKnowsWords) {
+    for (const auto& [host, numeric] : {std::pair{ipv4Loopback, "::ffff:127.0.0.1"}, std::pair{ipv6Loopback, "::1"}}) {
+        for (const std::uint16_t port : std::array<std::uint16_t, 2>{53, 80}) { // domain, http
+            PeerAddress address;
+            ASSERT_TRUE(sockets.resolve(host, port, address));
+            std::string hostText;
+            std::string portText;
+            sockets.name(address, hostText, portText);
+            EXPECT_EQ(hostText, numeric);
+            EXPECT_EQ(portText, std::to_string(port));
+        }
+    }
 }
 
 TEST_F(PosixDatagramSocketsTest, CannotNameWhatIsNoAddress) {
