@@ -18,10 +18,6 @@ constexpr std::size_t phoneA = DemoStage::phoneA;
 constexpr std::size_t phoneB = DemoStage::phoneB;
 constexpr Duration patienceWithBanks = seconds(15);
 
-Strip stripNumber(int number) {
-    return *Strip::of(number - 1);
-}
-
 remote::Member memberOf(int track) {
     return static_cast<remote::Member>(track - 1);
 }

@@ -12,11 +12,11 @@ constexpr std::uint64_t firstToken = 0x1000;
 constexpr Duration moveInterval = seconds(0.02);
 constexpr int movesOfASweep = 12;
 
+} // namespace
+
 Strip stripNumber(int number) {
     return *Strip::of(number - 1);
 }
-
-} // namespace
 
 std::string fixed(double value, int decimals) {
     std::array<char, 32> digits{};

@@ -83,6 +83,9 @@ private:
     std::shared_ptr<const int> life = std::make_shared<int>(0);
 };
 
+// The strip that people call by that number, 1-16.
+Strip stripNumber(int number);
+
 // "0.72"
 std::string fixed(double value, int decimals);
 

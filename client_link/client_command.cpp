@@ -1,6 +1,7 @@
 #include "client_link/client_command.h"
 
 #include "base/big_endian.h"
+#include "client_link/protocol_version.h"
 
 #include <array>
 #include <cstddef>
@@ -10,7 +11,6 @@ namespace lumbrine {
 
 namespace {
 
-constexpr std::uint8_t protocolVersion = 0x01;
 constexpr int stripLimit = 16;
 constexpr int autoModeLimit = 6;
 

@@ -2,6 +2,7 @@
 
 #include "base/big_endian.h"
 #include "base/utf8_clamp.h"
+#include "client_link/protocol_version.h"
 
 #include <algorithm>
 
@@ -9,7 +10,6 @@ namespace lumbrine {
 
 namespace {
 
-constexpr std::uint8_t protocolVersion = 0x01;
 constexpr std::size_t headerSize = 2;
 constexpr std::size_t chunkTracks = 64;
 constexpr std::size_t fullNameBytes = 48;

@@ -1,6 +1,7 @@
 #include "client_link/udp_server.h"
 
 #include "base/big_endian.h"
+#include "client_link/protocol_version.h"
 #include "client_link/state_messages.h"
 
 #include <algorithm>
@@ -13,7 +14,6 @@ namespace lumbrine {
 
 namespace {
 
-constexpr std::uint8_t protocolVersion = 0x01;
 constexpr std::uint8_t hello = 0x00;
 constexpr std::uint8_t takeOver = 0x25;
 

@@ -1,4 +1,5 @@
 // Who is in control: the owner rule, datagram by datagram.
+#include "client_link/testing/datagrams.h"
 #include "client_link/testing/served_peers.h"
 
 namespace lumbrine {
@@ -11,10 +12,6 @@ using testing::Pair;
 const std::string phone = "::ffff:192.168.1.20:50000";
 const std::string samePhone = "::ffff:192.168.1.20:50001"; // the same device after a restart
 const std::string tablet = "::ffff:192.168.1.30:50000";
-
-const Bytes touch{0x01, 0x02, 0x00};
-const Bytes takeOver{0x01, 0x25};
-const Bytes busy{0x01, 0x7D};
 
 Bytes helloWith(std::uint8_t token) {
     return {

@@ -1,4 +1,5 @@
 // The server on its socket: starting, the receive thread, failures, and the end.
+#include "client_link/testing/datagrams.h"
 #include "client_link/testing/recording_sockets.h"
 #include "client_link/udp_server.h"
 #include "platform/virtual/still_runtime.h"
@@ -15,9 +16,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr std::uint16_t port = 52700;
-const Bytes touch{0x01, 0x02, 0x00};
-const Bytes busy{0x01, 0x7D};
-const Bytes news{0x01, 0x1D, 0x01, 0x00};
 
 // ---- Starting
 

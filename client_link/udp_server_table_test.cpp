@@ -1,4 +1,5 @@
 // The peers a server knows: sending to them, forgetting them, and staying small under a flood of forged ones.
+#include "client_link/testing/datagrams.h"
 #include "client_link/testing/served_peers.h"
 
 namespace lumbrine {
@@ -8,10 +9,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-const std::string phone = "192.168.1.20:50000";
-const std::string tablet = "192.168.1.30:50000";
-const Bytes touch{0x01, 0x02, 0x00};
-const Bytes news{0x01, 0x1D, 0x01, 0x00};
+const std::string phonePeer = "192.168.1.20:50000";
+const std::string tabletPeer = "192.168.1.30:50000";
 
 class UDPServerTable : public testing::Test, public ServedPeers {
 protected:
@@ -41,32 +40,32 @@ protected:
 };
 
 TEST_F(UDPServerTable, SendsToAPeerItKnows) {
-    from(phone, touch);
-    from(tablet, touch);
+    from(phonePeer, touch);
+    from(tabletPeer, touch);
     takeSent();
-    server.send(news, tablet);
-    EXPECT_THAT(takeSent(), ElementsAre(Pair(tablet, news)));
+    server.send(news, tabletPeer);
+    EXPECT_THAT(takeSent(), ElementsAre(Pair(tabletPeer, news)));
 }
 
 TEST_F(UDPServerTable, SendsNothingToAPeerItDoesNotKnow) {
-    from(phone, touch);
-    server.send(news, tablet);
+    from(phonePeer, touch);
+    server.send(news, tabletPeer);
     server.send(news, "");
     EXPECT_THAT(takeSent(), IsEmpty());
 }
 
 TEST_F(UDPServerTable, SendsToASilentPeerForAsLongAsItIsNotForgotten) {
-    from(phone, touch);
+    from(phonePeer, touch);
     pass(3600.0);
-    EXPECT_TRUE(knows(phone));
+    EXPECT_TRUE(knows(phonePeer));
 }
 
 TEST_F(UDPServerTable, BroadcastsToTheOwnerAlone) {
-    from(phone, touch);
-    from(tablet, touch);
+    from(phonePeer, touch);
+    from(tabletPeer, touch);
     takeSent();
     server.broadcast(news);
-    EXPECT_THAT(takeSent(), ElementsAre(Pair(phone, news)));
+    EXPECT_THAT(takeSent(), ElementsAre(Pair(phonePeer, news)));
 }
 
 TEST_F(UDPServerTable, BroadcastsToNobodyWithoutAnOwner) {
@@ -75,48 +74,48 @@ TEST_F(UDPServerTable, BroadcastsToNobodyWithoutAnOwner) {
 }
 
 TEST_F(UDPServerTable, BroadcastsUntilTheOwnerIsSilentForSixSeconds) {
-    from(phone, touch);
+    from(phonePeer, touch);
     pass(5.999);
     server.broadcast(news);
-    EXPECT_THAT(takeSent(), ElementsAre(Pair(phone, news)));
+    EXPECT_THAT(takeSent(), ElementsAre(Pair(phonePeer, news)));
     pass(0.001);
     server.broadcast(news);
     EXPECT_THAT(takeSent(), IsEmpty());
 }
 
 TEST_F(UDPServerTable, ForgetsSilentPeersInABroadcast) {
-    from(tablet, touch);
+    from(tabletPeer, touch);
     pass(2.0);
-    from(phone, touch);
+    from(phonePeer, touch);
     pass(3.999);
     server.broadcast(news);
     takeSent();
-    EXPECT_TRUE(knows(tablet));
+    EXPECT_TRUE(knows(tabletPeer));
     pass(0.001);
     server.broadcast(news);
-    EXPECT_FALSE(knows(tablet));
-    EXPECT_TRUE(knows(phone));
+    EXPECT_FALSE(knows(tabletPeer));
+    EXPECT_TRUE(knows(phonePeer));
 }
 
 TEST_F(UDPServerTable, ForgetsTheTokenWithThePeer) {
     const Bytes hello{0x01, 0x00, 0, 0, 0, 0, 0, 0, 0, 5};
-    from(tablet, hello);
+    from(tabletPeer, hello);
     pass(6.0);
     server.broadcast(news);
-    from(phone, hello);
+    from(phonePeer, hello);
     takeDelivered();
-    from(tablet, touch); // would be the same device, had the token been kept
+    from(tabletPeer, touch); // would be the same device, had the token been kept
     EXPECT_THAT(takeDelivered(), IsEmpty());
 }
 
 TEST_F(UDPServerTable, KeepsRunningWhenSendingFails) {
-    from(phone, touch);
+    from(phonePeer, touch);
     sockets.sendResult = -EHOSTUNREACH;
     server.broadcast(news);
-    server.send(news, phone);
+    server.send(news, phonePeer);
     sockets.sendResult = 0;
     server.broadcast(news);
-    EXPECT_THAT(takeSent(), ElementsAre(Pair(phone, news)));
+    EXPECT_THAT(takeSent(), ElementsAre(Pair(phonePeer, news)));
 }
 
 // ---- Addresses
@@ -137,9 +136,9 @@ TEST_F(UDPServerTable, TellsAnAddressOnceEvenIfAnotherComesBetween) {
 }
 
 TEST_F(UDPServerTable, TellsNoAddressOfASilentPeer) {
-    from(phone, touch);
+    from(phonePeer, touch);
     pass(1.0);
-    from(tablet, touch);
+    from(tabletPeer, touch);
     pass(4.999);
     EXPECT_THAT(server.connectedIPs(), ElementsAre("192.168.1.20", "192.168.1.30"));
     pass(0.001);
@@ -150,22 +149,22 @@ TEST_F(UDPServerTable, TellsNoAddressOfASilentPeer) {
 
 TEST_F(UDPServerTable, AsksForAPeersNameOnlyWhenThePeerChanges) {
     for (int i = 0; i < 100; ++i)
-        from(phone, touch);
+        from(phonePeer, touch);
     EXPECT_EQ(sockets.nameCalls, 1);
-    from(tablet, touch);
-    from(tablet, touch);
+    from(tabletPeer, touch);
+    from(tabletPeer, touch);
     EXPECT_EQ(sockets.nameCalls, 2);
-    from(phone, touch);
+    from(phonePeer, touch);
     EXPECT_EQ(sockets.nameCalls, 3);
-    EXPECT_TRUE(knows(phone) && knows(tablet));
+    EXPECT_TRUE(knows(phonePeer) && knows(tabletPeer));
 }
 
 TEST_F(UDPServerTable, SendsToTheAddressOfTheLastDatagram) {
-    from(phone + "#1", touch);
-    from(phone + "#2", touch); // other bytes of the same name
+    from(phonePeer + "#1", touch);
+    from(phonePeer + "#2", touch); // other bytes of the same name
     EXPECT_EQ(takeDelivered().size(), 2u);
-    server.send(news, phone);
-    EXPECT_THAT(takeSent(), ElementsAre(Pair(phone + "#2", news)));
+    server.send(news, phonePeer);
+    EXPECT_THAT(takeSent(), ElementsAre(Pair(phonePeer + "#2", news)));
 }
 
 // ---- Floods
@@ -191,16 +190,16 @@ TEST_F(UDPServerTable, ForgetsOnlyTheSilentPeersAtItsLimitIfThereAreAny) {
 }
 
 TEST_F(UDPServerTable, NeverForgetsTheOwnerInAFlood) {
-    from(phone, touch);
+    from(phonePeer, touch);
     flood(0, 5000); // in five seconds
-    EXPECT_EQ(server.liveOwnerKey(), phone);
-    EXPECT_TRUE(knows(phone));
-    from(phone, touch);
-    EXPECT_THAT(takeDelivered(), ElementsAre(Pair(phone, touch)));
+    EXPECT_EQ(server.liveOwnerKey(), phonePeer);
+    EXPECT_TRUE(knows(phonePeer));
+    from(phonePeer, touch);
+    EXPECT_THAT(takeDelivered(), ElementsAre(Pair(phonePeer, touch)));
 }
 
 TEST_F(UDPServerTable, StaysWithinItsLimitInAFlood) {
-    from(phone, touch);
+    from(phonePeer, touch);
     flood(0, 5000);
     EXPECT_LE(strangersKnown(0, 5000), 1023);
     EXPECT_TRUE(knows(stranger(4999)));

@@ -30,6 +30,9 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffile-prefix
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     add_compile_options(-Wthread-safety)
 endif()
+if(CMAKE_UNITY_BUILD)
+    add_compile_options(-Wno-shadow) # one file's names are around in the next
+endif()
 if(LUMBRINE_WERROR)
     add_compile_options(-Werror)
 endif()

@@ -75,12 +75,11 @@ function(lumbrine_program name)
     target_link_libraries(${name} PRIVATE ${ARG_DEPENDS})
 endfunction()
 
-# lumbrine_test(NAME SOURCES ... DEPENDS ... TIMEOUT seconds LABELS ... BATCHED TOOLKIT): a GoogleTest program, one
-# CTest entry. BATCHED, for programs of many files: eight of them are compiled together, in half the time. TOOLKIT as
-# above.
+# lumbrine_test(NAME SOURCES ... DEPENDS ... TIMEOUT seconds LABELS ... TOOLKIT): a GoogleTest program, one CTest entry.
+# Eight of its files are compiled together, in half the time. TOOLKIT as above.
 # On a Mac, tests that stand on a Linux back end (its JSON, mostly) are left out.
 function(lumbrine_test name)
-    cmake_parse_arguments(ARG "BATCHED;TOOLKIT" "TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "TOOLKIT" "TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
     if(NOT GTest_FOUND)
         return()
     endif()
@@ -99,9 +98,8 @@ function(lumbrine_test name)
     else()
         target_precompile_headers(${name} REUSE_FROM lumbrine_test_headers)
     endif()
-    if(ARG_BATCHED)
-        set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
-    endif()
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+    target_compile_options(${name} PRIVATE -Wno-shadow) # one file's names are around in the next
     add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
 endfunction()

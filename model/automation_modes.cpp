@@ -65,15 +65,18 @@ void AutomationModes::autoModeUpdate(Strip strip, std::uint8_t code) {
     });
 }
 
+std::uint8_t AutomationModes::pressMode(Strip strip, int modePort) {
+    HUIEngine& engine = surfaces.engineOf(strip);
+    return autoProbe(strip, [this, &engine, modePort] {
+        engine.switchEdge(hui::autoModeZone, modePort, true);
+        jobs.runtime.sleepFor(pressTime);
+        engine.switchEdge(hui::autoModeZone, modePort, false);
+    });
+}
+
 void AutomationModes::setAutoMode(Strip strip, int modePort) {
     jobs.onQueue(queue(), [this, strip, modePort] {
-        HUIEngine& engine = surfaces.engineOf(strip);
-        const std::uint8_t shown = autoProbe(strip, [this, &engine, modePort] {
-            engine.switchEdge(hui::autoModeZone, modePort, true);
-            jobs.runtime.sleepFor(pressTime);
-            engine.switchEdge(hui::autoModeZone, modePort, false);
-        });
-        autoModeUpdate(strip, shown);
+        autoModeUpdate(strip, pressMode(strip, modePort));
         jobs.runOnMain([this, strip] { logMode(strip); });
     });
 }

@@ -11,7 +11,6 @@ namespace {
 constexpr int modePorts = 6;
 constexpr int stripsBefore = 3; // of a member that is brought onto the surfaces
 constexpr Duration faderTime = seconds(0.03);
-constexpr Duration pressTime = seconds(0.06);
 
 } // namespace
 
@@ -76,12 +75,7 @@ void GroupOperations::setAutoMode(std::vector<int> members, int huiPort) {
 }
 
 void GroupOperations::pressMode(Strip strip, int huiPort, int member) {
-    HUIEngine& engine = parts.surfaces.engineOf(strip);
-    const std::uint8_t shown = parts.automation.autoProbe(strip, [this, &engine, huiPort] {
-        engine.switchEdge(hui::autoModeZone, huiPort, true);
-        jobs.runtime.sleepFor(pressTime);
-        engine.switchEdge(hui::autoModeZone, huiPort, false);
-    });
+    const std::uint8_t shown = parts.automation.pressMode(strip, huiPort);
     if (shown == autoModeUnknown) return;
     jobs.runOnMain([this, strip, member, shown] { storeMode(strip, member, shown); });
 }

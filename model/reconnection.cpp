@@ -9,7 +9,6 @@ namespace lumbrine {
 
 namespace {
 
-constexpr int presenceCount = 3;
 constexpr Duration lookInterval = seconds(0.1);
 
 } // namespace
@@ -46,7 +45,7 @@ void Reconnection::begin() {
     reconnecting = true;
     log.appendLog(text("→ Opening and closing PT's Peripherals dialog so it re-grabs the ports…",
                        "→ PT のペリフェラル画面を開閉して、ポートを掴み直させます…"));
-    surfaces.announceSurfaceA(presenceCount);
+    surfaces.announceSurfaceA();
     jobs.inBackground(Priority::userInitiated, [this] {
         const std::string outcome = PTReconnector::run(accessibility, jobs.runtime, text);
         jobs.runOnMain([this, outcome] {

@@ -9,7 +9,7 @@ namespace lumbrine {
 namespace {
 
 constexpr Duration linger = seconds(0.06); // at a target, for another one to come
-constexpr Duration afterChannelPress = seconds(0.012);
+constexpr Duration afterSeekPress = seconds(0.012);
 
 } // namespace
 
@@ -89,7 +89,7 @@ void SeekWorker::step(Drive& drive, int target, BankLayout session) {
     if (step.byBank()) {
         parts.moves.shortQuietWait();
     } else {
-        jobs.runtime.sleepFor(afterChannelPress);
+        jobs.runtime.sleepFor(afterSeekPress);
     }
 }
 

@@ -34,8 +34,12 @@ void Surfaces::startSurfaces() {
     }
     log.appendLog(text("✓ Virtual MIDI 'Lumbrine' + 'Lumbrine B' created (ch 1-8 + 9-16)",
                        "✓ 仮想MIDI 'Lumbrine' + 'Lumbrine B' 生成（8ch＋9〜16ch）"));
-    midi->announcePresence(presenceCount);
+    announceSurfaceA();
     midiB->announcePresence(presenceCount);
+}
+
+void Surfaces::announceSurfaceA() {
+    midi->announcePresence(presenceCount);
 }
 
 void Surfaces::hwMute(int strip, int port) {

@@ -33,8 +33,8 @@ public:
     // Has Pro Tools show the other side of stereo pans, on both surfaces.
     void hwPanAssignToggle();
 
-    // Says again on the wire that surface A is there, `times` times.
-    void announceSurfaceA(int times) { midi->announcePresence(times); }
+    // Says again on the wire that surface A is there.
+    void announceSurfaceA();
 
 private:
     const Bilingual text;

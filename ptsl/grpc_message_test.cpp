@@ -1,9 +1,8 @@
 #include "ptsl/grpc_message.h"
+#include "ptsl/testing/languages.h"
 
 namespace lumbrine {
 namespace {
-
-const Bilingual english{false};
 
 // How it fails, in both languages.
 std::pair<std::string, std::string> failureOf(const Bytes& body) {

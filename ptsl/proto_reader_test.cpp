@@ -1,5 +1,6 @@
 #include "ptsl/proto_reader.h"
 #include "ptsl/proto_writer.h"
+#include "ptsl/testing/languages.h"
 
 #include <limits>
 
@@ -7,9 +8,6 @@ namespace lumbrine {
 namespace {
 
 using Field = ProtoReader::Field;
-
-const Bilingual english{false};
-const Bilingual japanese{true};
 
 ProtoReader reader(Bytes message) {
     return {std::move(message), english};
@@ -31,7 +29,7 @@ std::vector<Field> fieldsOf(const Bytes& message) {
 }
 
 // How the reading of the first field fails, in both languages.
-std::pair<std::string, std::string> failureOf(const Bytes& message) {
+std::pair<std::string, std::string> firstFieldFailure(const Bytes& message) {
     std::vector<std::string> details;
     for (const Bilingual& text : {english, japanese}) {
         const auto next = ProtoReader(message, text).next();
@@ -78,21 +76,21 @@ TEST(ProtoReader, LeavesThePositionBehindAVarint) {
 
 TEST(ProtoReader, FailsWhenTheMessageEndsInsideAVarint) {
     const Texts truncated{"varint truncated", "varint が途中で切れた"};
-    EXPECT_EQ(failureOf(Bytes(9, 0x80)), truncated);
-    EXPECT_EQ(failureOf({0x80}), truncated);
-    EXPECT_EQ(failureOf({0x08}), truncated);             // no value
-    EXPECT_EQ(failureOf({0x08, 0xFF}), truncated);       // half a value
-    EXPECT_EQ(failureOf({0x0A}), truncated);             // no length
-    EXPECT_EQ(failureOf({0x0A, 0x80, 0x80}), truncated); // half a length
+    EXPECT_EQ(firstFieldFailure(Bytes(9, 0x80)), truncated);
+    EXPECT_EQ(firstFieldFailure({0x80}), truncated);
+    EXPECT_EQ(firstFieldFailure({0x08}), truncated);             // no value
+    EXPECT_EQ(firstFieldFailure({0x08, 0xFF}), truncated);       // half a value
+    EXPECT_EQ(firstFieldFailure({0x0A}), truncated);             // no length
+    EXPECT_EQ(firstFieldFailure({0x0A, 0x80, 0x80}), truncated); // half a length
 }
 
 TEST(ProtoReader, FailsOnAVarintOfMoreThanTenBytes) {
     const Texts tooLong{"varint too long", "varint が長すぎる"};
-    EXPECT_EQ(failureOf(Bytes(10, 0x80)), tooLong);
-    EXPECT_EQ(failureOf(Bytes(11, 0xFF)), tooLong);
+    EXPECT_EQ(firstFieldFailure(Bytes(10, 0x80)), tooLong);
+    EXPECT_EQ(firstFieldFailure(Bytes(11, 0xFF)), tooLong);
     Bytes value{0x08};
     value.insert(value.end(), 10, 0x80);
-    EXPECT_EQ(failureOf(value), tooLong);
+    EXPECT_EQ(firstFieldFailure(value), tooLong);
 }
 
 TEST(ProtoReader, ReadsABytesFieldOfNoLength) {
@@ -101,14 +99,14 @@ TEST(ProtoReader, ReadsABytesFieldOfNoLength) {
 
 TEST(ProtoReader, FailsOnABytesFieldLongerThanTheMessage) {
     const Texts exceeds{"length exceeds available bytes", "長さが実体を超えている"};
-    EXPECT_EQ(failureOf({0x0A, 0x02, 'a'}), exceeds);
-    EXPECT_EQ(failureOf({0x0A, 0x01}), exceeds);
+    EXPECT_EQ(firstFieldFailure({0x0A, 0x02, 'a'}), exceeds);
+    EXPECT_EQ(firstFieldFailure({0x0A, 0x01}), exceeds);
     for (const std::uint64_t length : {std::uint64_t{1} << 63, std::numeric_limits<std::uint64_t>::max(),
                                        (std::uint64_t{1} << 63) - 1, std::uint64_t{0xFFFFFFFF}}) {
         Bytes message{0x0A};
         const Bytes written = ProtoWriter::varint(length);
         message.insert(message.end(), written.begin(), written.end());
-        EXPECT_EQ(failureOf(message), exceeds) << length;
+        EXPECT_EQ(firstFieldFailure(message), exceeds) << length;
     }
 }
 
@@ -125,17 +123,17 @@ TEST(ProtoReader, SkipsAValueOfFixedWidthThatEndsTheMessage) {
 }
 
 TEST(ProtoReader, FailsOnValuesOfFixedWidthThatAreCutOff) {
-    EXPECT_EQ(failureOf({0x09, 1, 2, 3, 4, 5, 6, 7}), Texts("fixed64 truncated", "fixed64 が切れた"));
-    EXPECT_EQ(failureOf({0x09}), Texts("fixed64 truncated", "fixed64 が切れた"));
-    EXPECT_EQ(failureOf({0x0D, 1, 2, 3}), Texts("fixed32 truncated", "fixed32 が切れた"));
-    EXPECT_EQ(failureOf({0x0D}), Texts("fixed32 truncated", "fixed32 が切れた"));
+    EXPECT_EQ(firstFieldFailure({0x09, 1, 2, 3, 4, 5, 6, 7}), Texts("fixed64 truncated", "fixed64 が切れた"));
+    EXPECT_EQ(firstFieldFailure({0x09}), Texts("fixed64 truncated", "fixed64 が切れた"));
+    EXPECT_EQ(firstFieldFailure({0x0D, 1, 2, 3}), Texts("fixed32 truncated", "fixed32 が切れた"));
+    EXPECT_EQ(firstFieldFailure({0x0D}), Texts("fixed32 truncated", "fixed32 が切れた"));
 }
 
 TEST(ProtoReader, FailsOnGroupsAndUnknownWireTypes) {
-    EXPECT_EQ(failureOf({0x0B}), Texts("unknown wire type 3", "未知の wire type 3"));
-    EXPECT_EQ(failureOf({0x0C}), Texts("unknown wire type 4", "未知の wire type 4"));
-    EXPECT_EQ(failureOf({0x0E}), Texts("unknown wire type 6", "未知の wire type 6"));
-    EXPECT_EQ(failureOf({0x0F}), Texts("unknown wire type 7", "未知の wire type 7"));
+    EXPECT_EQ(firstFieldFailure({0x0B}), Texts("unknown wire type 3", "未知の wire type 3"));
+    EXPECT_EQ(firstFieldFailure({0x0C}), Texts("unknown wire type 4", "未知の wire type 4"));
+    EXPECT_EQ(firstFieldFailure({0x0E}), Texts("unknown wire type 6", "未知の wire type 6"));
+    EXPECT_EQ(firstFieldFailure({0x0F}), Texts("unknown wire type 7", "未知の wire type 7"));
 }
 
 TEST(ProtoReader, ReadsFieldNumbersOfMoreThanFourBits) {

@@ -1,9 +1,8 @@
 #include "ptsl/ptsl_envelope.h"
+#include "ptsl/testing/languages.h"
 
 namespace lumbrine {
 namespace {
-
-const Bilingual english{false};
 
 TEST(RequestEnvelope, HoldsHeaderAndArguments) {
     EXPECT_EQ(requestEnvelope(PTSLCommand::trackList, "abc", "{}"), (Bytes{0x0A, 0x09,                // header, 9 bytes

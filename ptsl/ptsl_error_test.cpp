@@ -1,10 +1,8 @@
 #include "ptsl/ptsl_error.h"
+#include "ptsl/testing/languages.h"
 
 namespace lumbrine {
 namespace {
-
-const Bilingual english{false};
-const Bilingual japanese{true};
 
 TEST(PTSLError, IsToldInTheUsersLanguage) {
     EXPECT_EQ(PTSLError::transport("x").description(english), "PTSL transport error: x");

@@ -15,7 +15,8 @@ namespace {
 constexpr std::size_t receiveSize = 16'384;
 
 // Two settings: no server push (2 = 0), and the window that each stream begins with (4 = 8,388,608).
-constexpr std::array<std::uint8_t, 12> settings{0x00, 0x02, 0x00, 0x00, 0x00, 0x00, 0x00, 0x04, 0x00, 0x80, 0x00, 0x00};
+constexpr std::array<std::uint8_t, 12> ownSettings{0x00, 0x02, 0x00, 0x00, 0x00, 0x00,
+                                                   0x00, 0x04, 0x00, 0x80, 0x00, 0x00};
 
 bool isTimeout(int error) {
     return error == EAGAIN || error == EWOULDBLOCK; // NOLINT(misc-redundant-expression): different on some systems
@@ -73,7 +74,7 @@ std::expected<void, PTSLError> PTSLWire::connectSocket() {
 
 std::expected<void, PTSLError> PTSLWire::greet() {
     Bytes greeting(http2::preface.begin(), http2::preface.end());
-    append(greeting, writeFrame(http2::FrameType::settings, 0, 0, settings));
+    append(greeting, writeFrame(http2::FrameType::settings, 0, 0, ownSettings));
     append(greeting, writeFrame(http2::FrameType::windowUpdate, 0, 0, be32(http2::windowSize)));
     return sendAll(greeting);
 }

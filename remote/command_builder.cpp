@@ -1,29 +1,28 @@
 #include "remote/command_builder.h"
 
 #include "base/big_endian.h"
+#include "remote/protocol_version.h"
 
 #include <algorithm>
 
 namespace lumbrine::remote {
 namespace {
 
-constexpr std::uint8_t version = 0x01;
-
 std::uint8_t byteOf(Strip strip) {
     return static_cast<std::uint8_t>(strip.index());
 }
 
 Bytes bare(std::uint8_t opcode) {
-    return {version, opcode};
+    return {protocolVersion, opcode};
 }
 
 Bytes ofStrip(std::uint8_t opcode, Strip strip) {
-    return {version, opcode, byteOf(strip)};
+    return {protocolVersion, opcode, byteOf(strip)};
 }
 
 Bytes ofGroup(std::uint8_t opcode, std::uint8_t argument, std::span<const Member> members) {
     const std::size_t count = std::min(members.size(), maxMembers);
-    Bytes datagram{version, opcode, argument, static_cast<std::uint8_t>(count)};
+    Bytes datagram{protocolVersion, opcode, argument, static_cast<std::uint8_t>(count)};
     for (const Member member : members.first(count))
         appendBigEndian16(datagram, member);
     return datagram;
@@ -79,7 +78,7 @@ Bytes inputMonitorToggleCommand(Strip strip) {
 }
 
 Bytes vpotDeltaCommand(Strip strip, std::int8_t clicks) {
-    return {version, 0x07, byteOf(strip), static_cast<std::uint8_t>(clicks)};
+    return {protocolVersion, 0x07, byteOf(strip), static_cast<std::uint8_t>(clicks)};
 }
 
 Bytes panModeToggleCommand() {
@@ -87,11 +86,11 @@ Bytes panModeToggleCommand() {
 }
 
 Bytes panSeekCommand(Strip strip, std::uint8_t target) {
-    return {version, 0x09, byteOf(strip), target};
+    return {protocolVersion, 0x09, byteOf(strip), target};
 }
 
 Bytes bankMoveCommand(Move move) {
-    return {version, 0x0A, static_cast<std::uint8_t>(move)};
+    return {protocolVersion, 0x0A, static_cast<std::uint8_t>(move)};
 }
 
 Bytes seekBankCommand(Member target) {
@@ -105,7 +104,7 @@ Bytes recalibrateCommand() {
 }
 
 Bytes setAutoModeCommand(Strip strip, AutoModeKey key) {
-    return {version, 0x0F, byteOf(strip), static_cast<std::uint8_t>(key)};
+    return {protocolVersion, 0x0F, byteOf(strip), static_cast<std::uint8_t>(key)};
 }
 
 Bytes groupAutoModeCommand(AutoModeKey key, std::span<const Member> members) {
@@ -122,7 +121,7 @@ Bytes groupSoloCommand(bool enabled, std::span<const Member> members) {
 
 Bytes groupFadersCommand(std::span<const std::pair<Member, FaderValue>> entries) {
     const std::size_t count = std::min(entries.size(), maxMembers);
-    Bytes datagram{version, 0x23, static_cast<std::uint8_t>(count)};
+    Bytes datagram{protocolVersion, 0x23, static_cast<std::uint8_t>(count)};
     for (const auto& [member, value] : entries.first(count)) {
         appendBigEndian16(datagram, member);
         appendBigEndian16(datagram, value.raw());

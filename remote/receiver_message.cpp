@@ -1,6 +1,7 @@
 #include "remote/receiver_message.h"
 
 #include "base/big_endian.h"
+#include "remote/protocol_version.h"
 
 #include <type_traits>
 #include <utility>
@@ -10,7 +11,6 @@ namespace {
 
 using Parsed = std::optional<ReceiverMessage>;
 
-constexpr std::uint8_t version = 0x01;
 constexpr std::size_t headerBytes = 2;
 
 std::optional<bool> flagOf(std::uint8_t byte) {
@@ -225,7 +225,7 @@ Parsed parseBare(ByteView body) {
 } // namespace
 
 std::optional<ReceiverMessage> parseReceiverMessage(ByteView datagram) {
-    if (datagram.size() < headerBytes || datagram[0] != version) return std::nullopt;
+    if (datagram.size() < headerBytes || datagram[0] != protocolVersion) return std::nullopt;
     const ByteView body = datagram.subspan(headerBytes);
     switch (datagram[1]) {
     case 0x10:

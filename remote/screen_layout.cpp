@@ -71,13 +71,13 @@ Part linkPart(const ViewState& view) {
     return {};
 }
 
-struct Columns {
+struct StripColumns {
     int left;
     int width;
 };
 
 // As wide as fits, and a scale at the left when that costs no strip its room; no width when not even narrow ones fit.
-Columns columnsFor(int strips, int columns) {
+StripColumns columnsFor(int strips, int columns) {
     const int withScale = std::min(maxColumnWidth, (columns - scaleWidth) / strips);
     if (withScale >= ColumnPlace::minWidth) return {scaleWidth, withScale};
     return {0, columns / strips};
@@ -91,7 +91,7 @@ void drawScale(Canvas& canvas, const ColumnPlace& place) {
 }
 
 void drawStrips(Canvas& canvas, const SessionPicture& picture, const ViewState& view) {
-    const Columns columns = columnsFor(picture.shownStrips, canvas.columns());
+    const StripColumns columns = columnsFor(picture.shownStrips, canvas.columns());
     const int height = canvas.rows() - titleRows - footerRows;
     for (int i = 0; i < picture.shownStrips; ++i) {
         const Strip strip = *Strip::of(i);

@@ -11,7 +11,7 @@ namespace lumbrine::remote {
 namespace {
 
 // Where the columns begin; a wide page has longer names, mode names and a fader that shows its position.
-struct Columns {
+struct PageColumns {
     static constexpr int mark = 1;
     static constexpr int strip = 3;
     static constexpr int number = 6;
@@ -19,7 +19,7 @@ struct Columns {
     static constexpr int name = 12;
     static constexpr int wide = 110;
 
-    explicit Columns(int pageWidth)
+    explicit PageColumns(int pageWidth)
         : nameWidth(pageWidth >= wide ? 32 : 20), faderBar(name + nameWidth + 1), barWidth(pageWidth >= wide ? 21 : 0),
           fader(faderBar + (barWidth > 0 ? barWidth + 1 : 0)), lights(fader + 6), select(lights + 8),
           autoMode(select + 2), autoModeWidth(pageWidth >= wide ? 10 : 4), pan(autoMode + autoModeWidth + 1),
@@ -42,11 +42,11 @@ std::string rightAligned(const std::string& text, int width) {
     return std::string(static_cast<std::size_t>(std::max(0, width - columnsOf(text))), ' ') + text;
 }
 
-void drawHeading(Canvas& canvas, int row, const Columns& columns) {
+void drawHeading(Canvas& canvas, int row, const PageColumns& columns) {
     const Style dim{.dim = true};
-    canvas.put(row, Columns::strip, "st", dim);
-    canvas.put(row, Columns::number, rightAligned("track", Columns::numberWidth), dim);
-    canvas.put(row, Columns::name, "name", dim);
+    canvas.put(row, PageColumns::strip, "st", dim);
+    canvas.put(row, PageColumns::number, rightAligned("track", PageColumns::numberWidth), dim);
+    canvas.put(row, PageColumns::name, "name", dim);
     canvas.put(row, columns.fader, "fader", dim);
     canvas.put(row, columns.lights, "M S R I", dim);
     canvas.put(row, columns.autoMode, "auto", dim);
@@ -58,7 +58,7 @@ void drawHeading(Canvas& canvas, int row, const Columns& columns) {
 struct Line {
     Canvas& canvas;
     int row;
-    const Columns& columns;
+    const PageColumns& columns;
     const TrackFacts& facts;
     bool cursor;
     bool blinkOn;
@@ -75,17 +75,17 @@ struct Line {
 void Line::number(std::uint16_t track, bool marked) const {
     const bool shown = facts.strip.has_value();
     if (cursor) canvas.put(row, 0, "▶", {.ink = Ink::yellow, .bold = true});
-    if (marked) canvas.put(row, Columns::mark, "*", {.ink = Ink::yellow, .bold = true});
+    if (marked) canvas.put(row, PageColumns::mark, "*", {.ink = Ink::yellow, .bold = true});
     if (shown)
-        canvas.put(row, Columns::strip, rightAligned(std::to_string(facts.strip->index() + 1), 2),
+        canvas.put(row, PageColumns::strip, rightAligned(std::to_string(facts.strip->index() + 1), 2),
                    {.ink = Ink::cyan, .bold = true});
-    canvas.put(row, Columns::number, rightAligned(std::to_string(track + 1), Columns::numberWidth),
+    canvas.put(row, PageColumns::number, rightAligned(std::to_string(track + 1), PageColumns::numberWidth),
                {.bold = shown || cursor, .dim = !shown && !cursor, .reverse = cursor});
 }
 
 void Line::name() const {
-    if (facts.name.empty()) return canvas.put(row, Columns::name, "·", {.dim = true});
-    canvas.putFitted(row, Columns::name, printable(facts.name), columns.nameWidth,
+    if (facts.name.empty()) return canvas.put(row, PageColumns::name, "·", {.dim = true});
+    canvas.putFitted(row, PageColumns::name, printable(facts.name), columns.nameWidth,
                      {.bold = facts.strip.has_value(), .background = facts.color});
 }
 
@@ -139,10 +139,10 @@ int tracksIn(int height) {
 
 void drawSession(Canvas& canvas, int top, int height, const SessionPicture& picture, Offset offset,
                  const SessionList& list, bool blinkOn) {
-    const Columns columns(canvas.columns());
+    const PageColumns columns(canvas.columns());
     drawHeading(canvas, top, columns);
     if (picture.trackCount == 0)
-        canvas.put(top + 2, Columns::name,
+        canvas.put(top + 2, PageColumns::name,
                    "The receiver has no track map yet: it scans the session when Pro Tools is "
                    "there and stopped.");
     for (int line = 0; line < tracksIn(height) && list.first + line < picture.trackCount; ++line) {

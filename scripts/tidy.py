@@ -1,13 +1,14 @@
-"""tidy.py BUILD JOBS FILE...: clang-tidy on those sources, with the compile commands of the build folder.
+"""tidy.py BUILD JOBS FILE...: clang-tidy on those sources, in the batches in which the build folder compiles them.
 
-A source that was found clean is not looked at again while neither it nor a header of the project that it includes, nor
-its command or the list of checks has changed. What is known is kept for all checkouts of this user.
+A batch that was found clean is not looked at again while none of its sources, no header of the project that they
+include, nor its command or the list of checks has changed. What is known is kept for all checkouts of this user.
 """
 import concurrent.futures
 import hashlib
 import json
 import os
 import pathlib
+import re
 import shlex
 import subprocess
 import sys
@@ -16,12 +17,23 @@ TIDY = "clang-tidy-19"
 KNOWN = pathlib.Path(os.environ.get("XDG_CACHE_HOME", pathlib.Path.home() / ".cache")) / "lumbrine-tidy"
 
 
-def commands(build, wanted):
-    found = {}
+def sources_of(path):
+    """Those that a batch includes; another file is its own only source."""
+    if "/Unity/" not in path:
+        return {path}
+    return set(re.findall(r'^#include "(.*)"$', pathlib.Path(path).read_text(encoding="utf-8"), re.MULTILINE))
+
+
+def batches(build, wanted):
+    """The path and the command of each batch that has one of the wanted sources."""
+    found, missing = {}, set(wanted)
     for entry in json.loads((build / "compile_commands.json").read_text(encoding="utf-8")):
         path = os.path.abspath(os.path.join(entry["directory"], entry["file"]))
-        if path in wanted:
-            found.setdefault(path, entry)
+        if sources_of(path) & missing:
+            found[path] = entry
+            missing -= sources_of(path)
+    for path in sorted(missing):
+        print(f"nothing compiles {path}")
     return found
 
 
@@ -43,9 +55,7 @@ def dependencies(entry):
 
 
 def key_of(entry):
-    """What the source is known by; none when its parts cannot be told: it has no command, or is built with others."""
-    if entry is None:
-        return None
+    """What the batch is known by; none when its parts cannot be told."""
     paths = [os.path.abspath(os.path.join(entry["directory"], path)) for path in dependencies(entry)]
     if not paths:
         return None
@@ -60,13 +70,12 @@ def key_of(entry):
 
 
 def main():
-    build, jobs, files = pathlib.Path(sys.argv[1]), int(sys.argv[2]), sys.argv[3:]
+    build, jobs = pathlib.Path(sys.argv[1]), int(sys.argv[2])
     KNOWN.mkdir(parents=True, exist_ok=True)
-    files = [os.path.abspath(file) for file in files]
-    entries = commands(build, set(files))
+    entries = batches(build, {os.path.abspath(file) for file in sys.argv[3:]})
 
     def look(path):
-        key = key_of(entries.get(path))
+        key = key_of(entries[path])
         if key is not None and key.exists():
             return None
         run = subprocess.run([TIDY, "-p", str(build), "--quiet", path], capture_output=True, text=True, check=False)
@@ -75,9 +84,9 @@ def main():
         return run.stdout if run.returncode != 0 else ""
 
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
-        results = list(pool.map(look, files))
+        results = list(pool.map(look, entries))
     findings = [text for text in results if text]
-    print(f"{len(files)} sources, {sum(text is not None for text in results)} of them new or changed")
+    print(f"{len(entries)} batches, {sum(text is not None for text in results)} of them new or changed")
     print("".join(findings), end="")
     sys.exit(1 if findings else 0)
 

@@ -12,25 +12,25 @@ namespace lumbrine {
 
 namespace {
 
-using Kind = SimulatedTrack::MeterProgram::Kind;
+using Instrument = SimulatedTrack::MeterProgram::Kind;
 
 struct Family {
     std::string_view japanese;
     std::string_view color;
-    Kind meter;
+    Instrument meter;
     double loudness; // dBFS of the loudest track
     int group;
 };
 
-constexpr Family drums{"ドラム", "#ffd94c3d", Kind::drum, -3, 1};
-constexpr Family bass{"ベース", "#ff8e5bd0", Kind::bass, -6, 0};
-constexpr Family guitars{"ギター", "#ff3d8ed9", Kind::melody, -9, 2};
-constexpr Family keys{"キーボード", "#ff3dc2a7", Kind::melody, -12, 0};
-constexpr Family strings{"ストリングス", "#ffc9a23d", Kind::pad, -15, 3};
-constexpr Family voices{"ボーカル", "#ffe08ab4", Kind::melody, -5, 0};
-constexpr Family choir{"コーラス", "#ffb06a9a", Kind::melody, -14, 4};
-constexpr Family returns{"リターン", "#ff7a8690", Kind::pad, -18, 0};
-constexpr Family click{"クリック", "#ff4a4a4a", Kind::silent, -20, 0};
+constexpr Family drums{"ドラム", "#ffd94c3d", Instrument::drum, -3, 1};
+constexpr Family bass{"ベース", "#ff8e5bd0", Instrument::bass, -6, 0};
+constexpr Family guitars{"ギター", "#ff3d8ed9", Instrument::melody, -9, 2};
+constexpr Family keys{"キーボード", "#ff3dc2a7", Instrument::melody, -12, 0};
+constexpr Family strings{"ストリングス", "#ffc9a23d", Instrument::pad, -15, 3};
+constexpr Family voices{"ボーカル", "#ffe08ab4", Instrument::melody, -5, 0};
+constexpr Family choir{"コーラス", "#ffb06a9a", Instrument::melody, -14, 4};
+constexpr Family returns{"リターン", "#ff7a8690", Instrument::pad, -18, 0};
+constexpr Family click{"クリック", "#ff4a4a4a", Instrument::silent, -20, 0};
 
 struct Part {
     std::string_view name;
@@ -100,9 +100,8 @@ std::string nameOf(const Part& part, int number, bool japanese) {
 }
 
 SimulatedTrack::Automation automationBy(SeededRandom& chance) {
-    using Automation = SimulatedTrack::Automation;
-    constexpr std::array choices{Automation::read,  Automation::read,  Automation::read, Automation::read,
-                                 Automation::touch, Automation::latch, Automation::off,  Automation::write};
+    using enum SimulatedTrack::Automation;
+    constexpr std::array choices{read, read, read, read, touch, latch, off, write};
     return choices[chance.below(choices.size())];
 }
 

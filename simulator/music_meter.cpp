@@ -9,7 +9,7 @@ namespace lumbrine {
 
 namespace {
 
-using Kind = SimulatedTrack::MeterProgram::Kind;
+using Instrument = SimulatedTrack::MeterProgram::Kind;
 
 constexpr double silence = -200;
 constexpr double beat = 0.5; // seconds: 120 beats a minute
@@ -44,17 +44,17 @@ double phrases(std::uint32_t seed, double seconds, double length, double presenc
 double levelOf(const SimulatedTrack::MeterProgram& program, double seconds, std::uint32_t side) {
     const std::uint32_t seed = program.seed + side * 7919;
     switch (program.kind) {
-    case Kind::silent:
+    case Instrument::silent:
         return silence;
-    case Kind::tone:
+    case Instrument::tone:
         return program.peak;
-    case Kind::drum:
+    case Instrument::drum:
         return program.peak + hits(program.seed, seconds, beat / 2, 0.5, 90) - chance(seed, 3);
-    case Kind::bass:
+    case Instrument::bass:
         return program.peak + hits(program.seed, seconds, beat, 0.8, 18) - chance(seed, 5);
-    case Kind::melody:
+    case Instrument::melody:
         return program.peak + phrases(seed, seconds, 2 * beat, 0.75, 18);
-    case Kind::pad:
+    case Instrument::pad:
         return program.peak + phrases(seed, seconds, 16 * beat, 0.95, 6);
     }
     return silence;

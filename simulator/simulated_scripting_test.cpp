@@ -9,7 +9,7 @@
 namespace lumbrine {
 namespace {
 
-constexpr int trackListCommand = 3, hostReadyCheck = 13, registration = 70;
+constexpr int trackListCommand = 3, hostReadyCommand = 13, registrationCommand = 70;
 
 class SimulatedScriptingTest : public testing::Test {
 protected:
@@ -37,7 +37,7 @@ protected:
     }
 
     void registerOurselves() {
-        const ScriptingReply reply = ask(registration, R"({"company_name":"T","application_name":"L"})");
+        const ScriptingReply reply = ask(registrationCommand, R"({"company_name":"T","application_name":"L"})");
         id = ScriptingJSON::parse(reply.bodyJSON)["session_id"].get<std::string>();
     }
 
@@ -161,7 +161,7 @@ TEST_F(SimulatedScriptingTest, TakesTheTimeThatACommandTakes) {
     options.scripting.commandTime = seconds(0.25);
     start(options);
     const TimePoint begin = runtime.now();
-    ask(hostReadyCheck);
+    ask(hostReadyCommand);
     EXPECT_EQ(answeredAt.front() - begin, seconds(0.25));
 }
 
@@ -184,7 +184,7 @@ TEST_F(SimulatedScriptingTest, ServesWhatCameDuringAStallAfterwards) {
     const TimePoint begin = runtime.now();
     proTools->scripting().stall(seconds(5));
     post(85, R"({"track_names":["T01"],"enabled":true})");
-    post(hostReadyCheck);
+    post(hostReadyCommand);
     runtime.runFor(seconds(4.999));
     EXPECT_TRUE(replies.empty());
     EXPECT_EQ(proTools->scripting().arrivals(), 3u);
@@ -200,7 +200,7 @@ TEST_F(SimulatedScriptingTest, ServesWhatCameDuringAStallAfterwards) {
 TEST_F(SimulatedScriptingTest, StandsStillWithTheWholeProgram) {
     start({});
     proTools->stick(seconds(3));
-    post(hostReadyCheck);
+    post(hostReadyCommand);
     runtime.runFor(seconds(2.999));
     EXPECT_TRUE(replies.empty());
     runtime.runFor(seconds(0.001));
@@ -213,7 +213,7 @@ TEST_F(SimulatedScriptingTest, ServesSomeRequestsLateWhereThatIsChosen) {
     options.scripting.stallTime = seconds(7);
     start(options);
     for (int i = 0; i < 100; ++i)
-        post(hostReadyCheck);
+        post(hostReadyCommand);
     runtime.runUntilIdle();
     const std::size_t atOnce = replies.size();
     EXPECT_GT(atOnce, 50u);
@@ -232,7 +232,7 @@ TEST_F(SimulatedScriptingTest, ServesEverythingAtOnceWhenAllTroubleIsOver) {
     proTools->rest();
     proTools->scripting().stall(seconds(60));
     proTools->stick(seconds(60));
-    post(hostReadyCheck);
+    post(hostReadyCommand);
     runtime.runFor(seconds(1));
     EXPECT_TRUE(replies.empty());
     proTools->rest();
@@ -255,7 +255,7 @@ TEST_F(SimulatedScriptingTest, DropsWhatItHasNotAnsweredWhenItEnds) {
     proTools->scripting().stall(seconds(60));
     auto kept = std::make_shared<int>(0);
     ScriptingRequest request;
-    request.command = hostReadyCheck;
+    request.command = hostReadyCommand;
     proTools->scripting().ask(request, "test", [kept](const ScriptingReply&) { ++*kept; });
     runtime.runFor(seconds(1));
     EXPECT_EQ(kept.use_count(), 2);

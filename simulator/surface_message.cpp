@@ -4,8 +4,8 @@ namespace lumbrine {
 
 namespace {
 
-constexpr std::uint8_t noteOn = 0x90;
-constexpr std::uint8_t controlChange = 0xB0;
+constexpr std::uint8_t noteOnStatus = 0x90;
+constexpr std::uint8_t controlChangeStatus = 0xB0;
 constexpr std::uint8_t firstRealtime = 0xF8;
 constexpr std::uint8_t systemReset = 0xFF;
 constexpr int lastZone = 0x1D;
@@ -35,7 +35,7 @@ std::optional<SurfaceMessage> SurfaceDecoder::status(std::uint8_t byte) {
         return from_surface::Reset{};
     }
     if (byte >= firstRealtime) return std::nullopt;
-    runningStatus = byte == noteOn || byte == controlChange ? byte : 0;
+    runningStatus = byte == noteOnStatus || byte == controlChangeStatus ? byte : 0;
     first.reset();
     return std::nullopt;
 }
@@ -48,7 +48,7 @@ std::optional<SurfaceMessage> SurfaceDecoder::data(std::uint8_t byte) {
     }
     const std::uint8_t number = *first;
     first.reset();
-    if (runningStatus == controlChange) return controller(number, byte);
+    if (runningStatus == controlChangeStatus) return controller(number, byte);
     if (number == 0 && byte == 0x7F) return from_surface::PingReply{};
     return std::nullopt;
 }

@@ -60,7 +60,7 @@ private:
 
 using Handler = Result (*)(SimulatedProTools&, Arguments&);
 
-struct Command {
+struct NamedCommand {
     std::string_view name;
     std::string_view usage; // what follows the name
     std::string_view help;
@@ -253,7 +253,7 @@ Result script(SimulatedProTools& proTools, Arguments& arguments) {
     return {};
 }
 
-Result silence(SimulatedProTools& proTools, Arguments& arguments) {
+Result silenceSurface(SimulatedProTools& proTools, Arguments& arguments) {
     const auto surface = arguments.number<int>();
     const auto time = arguments.within(0, 3600);
     if (!surface || *surface < 1 || *surface > proTools.options.surfaces || !time) return wrong();
@@ -313,43 +313,44 @@ Result help(SimulatedProTools&, Arguments&) {
 }
 
 constexpr std::array commands{
-    Command{"play", "", "start the transport", transport<&SimulatedSession::play>},
-    Command{"stop", "", "stop the transport", transport<&SimulatedSession::stop>},
-    Command{"record", "", "make ready to record, or punch in and out", transport<&SimulatedSession::record>},
-    Command{"bank", "left|right", "move by the width of the bank", bank<BankButton::bankLeft, BankButton::bankRight>},
-    Command{"channel", "left|right", "move by one track", bank<BankButton::channelLeft, BankButton::channelRight>},
-    Command{"scroll", "N", "let the bank begin at the Nth shown track", scroll},
-    Command{"rename", "TRACK NAME", "give a track another name", rename},
-    Command{"comment", "TRACK [TEXT]", "give a track another comment, or none", comment},
-    Command{"add", "NAME", "add a track at the end", add},
-    Command{"insert", "N NAME", "add a track as the Nth", insert},
-    Command{"remove", "TRACK", "remove a track", remove},
-    Command{"move", "TRACK N", "make a track the Nth", move},
-    Command{"hide", "TRACK", "hide a track, or show it again", toggle<&SimulatedTrack::hidden>},
-    Command{"mute", "TRACK", "mute on or off", toggle<&SimulatedTrack::mute>},
-    Command{"solo", "TRACK", "solo on or off", toggle<&SimulatedTrack::solo>},
-    Command{"arm", "TRACK", "arm for recording, or no longer", toggle<&SimulatedTrack::recordArmed>},
-    Command{"monitor", "TRACK", "input monitoring on or off", toggle<&SimulatedTrack::inputMonitor>},
-    Command{"inactive", "TRACK", "make a track inactive, or active again", toggle<&SimulatedTrack::inactive>},
-    Command{"color", "TRACK RRGGBB", "give a track another color, six digits of 0-9 and a-f", color},
-    Command{"fold", "TRACK", "close a folder, or open it", fold},
-    Command{"select", "TRACK", "select one track alone", select},
-    Command{"fader", "TRACK VALUE", "move a fader, 0 to 1", fader},
-    Command{"pan", "TRACK LEFT [RIGHT]", "set the pan, -100 to 100", pan},
-    Command{"auto", "TRACK read|touch|latch|write|off", "set the automation mode", automation},
-    Command{"trim", "TRACK", "automation trim on or off", toggle<&SimulatedTrack::trim>},
-    Command{"open", "", "open the session", transport<&SimulatedSession::open>},
-    Command{"close", "", "close the session", transport<&SimulatedSession::close>},
-    Command{"silence", "SURFACE SECONDS", "neither talk to a surface nor hear it for a while", silence},
-    Command{"stick", "SECONDS", "do nothing at all for a while", stick},
-    Command{"release", "", "let go of the MIDI ports", release},
-    Command{"grab", "", "use the MIDI ports again", grab},
-    Command{"script", "busy|reset|goaway|die N|stall SECONDS|restart", "let the scripting service fail", script},
-    Command{"alert", "TEXT", "show an alert on the screen", alert},
-    Command{"permission", "on|off", "let other programs use the screen, or no longer", permission},
-    Command{"tracks", "", "list the tracks", tracks},
-    Command{"help", "", "list these commands", help},
-    Command{"quit", "", "end the program", nullptr},
+    NamedCommand{"play", "", "start the transport", transport<&SimulatedSession::play>},
+    NamedCommand{"stop", "", "stop the transport", transport<&SimulatedSession::stop>},
+    NamedCommand{"record", "", "make ready to record, or punch in and out", transport<&SimulatedSession::record>},
+    NamedCommand{"bank", "left|right", "move by the width of the bank",
+                 bank<BankButton::bankLeft, BankButton::bankRight>},
+    NamedCommand{"channel", "left|right", "move by one track", bank<BankButton::channelLeft, BankButton::channelRight>},
+    NamedCommand{"scroll", "N", "let the bank begin at the Nth shown track", scroll},
+    NamedCommand{"rename", "TRACK NAME", "give a track another name", rename},
+    NamedCommand{"comment", "TRACK [TEXT]", "give a track another comment, or none", comment},
+    NamedCommand{"add", "NAME", "add a track at the end", add},
+    NamedCommand{"insert", "N NAME", "add a track as the Nth", insert},
+    NamedCommand{"remove", "TRACK", "remove a track", remove},
+    NamedCommand{"move", "TRACK N", "make a track the Nth", move},
+    NamedCommand{"hide", "TRACK", "hide a track, or show it again", toggle<&SimulatedTrack::hidden>},
+    NamedCommand{"mute", "TRACK", "mute on or off", toggle<&SimulatedTrack::mute>},
+    NamedCommand{"solo", "TRACK", "solo on or off", toggle<&SimulatedTrack::solo>},
+    NamedCommand{"arm", "TRACK", "arm for recording, or no longer", toggle<&SimulatedTrack::recordArmed>},
+    NamedCommand{"monitor", "TRACK", "input monitoring on or off", toggle<&SimulatedTrack::inputMonitor>},
+    NamedCommand{"inactive", "TRACK", "make a track inactive, or active again", toggle<&SimulatedTrack::inactive>},
+    NamedCommand{"color", "TRACK RRGGBB", "give a track another color, six digits of 0-9 and a-f", color},
+    NamedCommand{"fold", "TRACK", "close a folder, or open it", fold},
+    NamedCommand{"select", "TRACK", "select one track alone", select},
+    NamedCommand{"fader", "TRACK VALUE", "move a fader, 0 to 1", fader},
+    NamedCommand{"pan", "TRACK LEFT [RIGHT]", "set the pan, -100 to 100", pan},
+    NamedCommand{"auto", "TRACK read|touch|latch|write|off", "set the automation mode", automation},
+    NamedCommand{"trim", "TRACK", "automation trim on or off", toggle<&SimulatedTrack::trim>},
+    NamedCommand{"open", "", "open the session", transport<&SimulatedSession::open>},
+    NamedCommand{"close", "", "close the session", transport<&SimulatedSession::close>},
+    NamedCommand{"silence", "SURFACE SECONDS", "neither talk to a surface nor hear it for a while", silenceSurface},
+    NamedCommand{"stick", "SECONDS", "do nothing at all for a while", stick},
+    NamedCommand{"release", "", "let go of the MIDI ports", release},
+    NamedCommand{"grab", "", "use the MIDI ports again", grab},
+    NamedCommand{"script", "busy|reset|goaway|die N|stall SECONDS|restart", "let the scripting service fail", script},
+    NamedCommand{"alert", "TEXT", "show an alert on the screen", alert},
+    NamedCommand{"permission", "on|off", "let other programs use the screen, or no longer", permission},
+    NamedCommand{"tracks", "", "list the tracks", tracks},
+    NamedCommand{"help", "", "list these commands", help},
+    NamedCommand{"quit", "", "end the program", nullptr},
 };
 
 } // namespace
@@ -361,7 +362,7 @@ CommandAnswer runUserCommand(SimulatedProTools& proTools, std::string_view line)
     if (arguments.atEnd() || arguments.remaining().front() == '#') return {};
 
     const std::string name(arguments.word());
-    const auto command = std::ranges::find(commands, std::string_view(name), &Command::name);
+    const auto command = std::ranges::find(commands, std::string_view(name), &NamedCommand::name);
     if (command == commands.end()) return {"there is no command " + name + "; help lists them", false, false};
     if (command->run == nullptr) return {"", true, true};
     if (command->usage.empty() && !arguments.atEnd()) return {"usage: " + name, false, false};
@@ -375,7 +376,7 @@ CommandAnswer runUserCommand(SimulatedProTools& proTools, std::string_view line)
 std::string userCommandHelp() {
     constexpr std::size_t column = 40;
     std::string text;
-    for (const Command& command : commands) {
+    for (const NamedCommand& command : commands) {
         std::string left(command.name);
         if (!command.usage.empty()) left += " " + std::string(command.usage);
         left.resize(std::max(left.size() + 1, column), ' ');

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::uint8_t noteOn = 0x90;
 constexpr std::uint8_t polyPressure = 0xA0;
-constexpr std::uint8_t controlChange = 0xB0;
+constexpr std::uint8_t controlChangeStatus = 0xB0;
 constexpr std::uint8_t sysexBegin = 0xF0;
 constexpr std::uint8_t sysexEnd = 0xF7;
 
@@ -28,7 +28,7 @@ constexpr std::size_t maxReportedControllers = 24;
 constexpr std::array<std::uint8_t, 3> pingReply{noteOn, 0x00, 0x7F};
 
 constexpr bool isVoice(std::uint8_t status) {
-    return status == noteOn || status == polyPressure || status == controlChange;
+    return status == noteOn || status == polyPressure || status == controlChangeStatus;
 }
 
 // The strip that a controller of a group of eight stands for; -1 when it is not of the group.
@@ -107,7 +107,7 @@ void HUIEngine::handleSysex(ByteView message) {
 }
 
 void HUIEngine::handleVoice(std::uint8_t status, std::uint8_t data1, std::uint8_t data2) {
-    if (status == controlChange) {
+    if (status == controlChangeStatus) {
         handleController(data1, data2);
     } else if (status == polyPressure) {
         // The low nibble alone tells the strip: 10-17 mean the same meters as 00-07.

@@ -1,6 +1,7 @@
 #include "platform/linux/rtmidi_services.h"
 
 #include "base/midi_packet_list.h"
+#include "platform/linux/midi_endpoint_numbers.h"
 #include "platform/linux/read_in_packets.h"
 #include "platform/linux/rtmidi_guard.h"
 
@@ -9,12 +10,6 @@
 #include <utility>
 
 namespace lumbrine {
-
-namespace {
-
-constexpr MIDIEndpointRef firstDestination = 0x100; // apart from the sources
-
-} // namespace
 
 class RtMidiServices::Source {
 public:

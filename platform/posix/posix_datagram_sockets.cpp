@@ -1,5 +1,7 @@
 #include "platform/posix/posix_datagram_sockets.h"
 
+#include "platform/posix/system_call.h"
+
 #include <netdb.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -44,14 +46,6 @@ in6_addr mappedLoopback() {
     return host;
 }
 
-int orError(int result) {
-    return result < 0 ? -errno : result;
-}
-
-int setOption(int fd, int level, int option, int value) {
-    return orError(::setsockopt(fd, level, option, &value, sizeof value));
-}
-
 } // namespace
 
 int PosixDatagramSockets::open() {
@@ -59,11 +53,11 @@ int PosixDatagramSockets::open() {
 }
 
 int PosixDatagramSockets::setReuseAddress(int fd) {
-    return setOption(fd, SOL_SOCKET, SO_REUSEADDR, 1);
+    return setSocketOption(fd, SOL_SOCKET, SO_REUSEADDR, 1);
 }
 
 int PosixDatagramSockets::setDualStack(int fd) {
-    return setOption(fd, IPPROTO_IPV6, IPV6_V6ONLY, 0);
+    return setSocketOption(fd, IPPROTO_IPV6, IPV6_V6ONLY, 0);
 }
 
 int PosixDatagramSockets::bind(int fd, std::uint16_t port) {

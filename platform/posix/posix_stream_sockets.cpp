@@ -1,5 +1,7 @@
 #include "platform/posix/posix_stream_sockets.h"
 
+#include "platform/posix/system_call.h"
+
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
@@ -23,14 +25,6 @@ constexpr int sendFlags = MSG_NOSIGNAL;
 #else
 constexpr int sendFlags = 0;
 #endif
-
-int orError(ssize_t result) {
-    return result < 0 ? -errno : static_cast<int>(result);
-}
-
-int setOption(int fd, int level, int option, int value) {
-    return orError(::setsockopt(fd, level, option, &value, sizeof value));
-}
 
 int setTimeout(int fd, int option, Duration limit) {
     const auto microseconds = std::chrono::ceil<std::chrono::microseconds>(limit).count();
@@ -92,12 +86,12 @@ int PosixStreamSockets::setSendTimeout(int fd, Duration limit) {
 }
 
 int PosixStreamSockets::setNoDelay(int fd) {
-    return setOption(fd, IPPROTO_TCP, TCP_NODELAY, 1);
+    return setSocketOption(fd, IPPROTO_TCP, TCP_NODELAY, 1);
 }
 
 int PosixStreamSockets::setNoSignal([[maybe_unused]] int fd) {
 #if defined(SO_NOSIGPIPE)
-    return setOption(fd, SOL_SOCKET, SO_NOSIGPIPE, 1);
+    return setSocketOption(fd, SOL_SOCKET, SO_NOSIGPIPE, 1);
 #else
     return 0;
 #endif

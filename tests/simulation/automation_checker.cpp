@@ -12,7 +12,6 @@ namespace {
 using Kind = WireAction::Kind;
 using Violations = std::vector<std::string>;
 
-constexpr int modeZone = 24;
 constexpr int autoPort = 4;
 
 constexpr Duration asking = seconds(0.15);

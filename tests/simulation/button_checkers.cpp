@@ -11,7 +11,6 @@ using Violations = std::vector<std::string>;
 
 constexpr int bankZone = 10;
 constexpr int assignZone = 11;
-constexpr int modeZone = 24;
 constexpr int panPort = 2;
 constexpr int sendAPort = 7;
 

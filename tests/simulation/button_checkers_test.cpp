@@ -1,5 +1,6 @@
 // The checkers of buttons, turns and walks see what they are there for.
 #include "tests/simulation/button_checkers.h"
+#include "tests/simulation/testing/wire_actions.h"
 #include "tests/simulation/turn_checker.h"
 #include "tests/simulation/walk_actions.h"
 
@@ -9,14 +10,6 @@ namespace {
 using testing::IsEmpty;
 using testing::SizeIs;
 using Kind = WireAction::Kind;
-
-TimePoint at(double time) {
-    return TimePoint{} + seconds(time);
-}
-
-WireAction edge(double time, int zone, int port, int value) {
-    return {at(time), Kind::edge, zone, port, value};
-}
 
 // Surely under way from `begin` to `end`.
 JobRun runOf(Job job, double begin, double end) {

@@ -1,13 +1,10 @@
 // The checkers see what they are there for.
 #include "tests/simulation/actions.h"
 #include "tests/simulation/checkers.h"
+#include "tests/simulation/testing/wire_actions.h"
 
 namespace lumbrine::simulation {
 namespace {
-
-TimePoint at(double time) {
-    return TimePoint{} + seconds(time);
-}
 
 ReceivedDatagram from(const std::string& sender, double time, Bytes bytes) {
     return {at(time), sender, std::move(bytes)};
@@ -17,10 +14,6 @@ const Bytes touch3{0x01, 0x02, 0x03};
 const Bytes release3{0x01, 0x03, 0x03};
 const Bytes move3{0x01, 0x01, 0x03, 0x20, 0x00};
 const Bytes takeOver{0x01, 0x25};
-
-WireAction edge(double time, int zone, int port, int value) {
-    return {at(time), WireAction::Kind::edge, zone, port, value};
-}
 
 TEST(OwnerOracle, CountsOnlyTheDeviceInControl) {
     const Acceptance acceptance =

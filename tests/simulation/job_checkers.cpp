@@ -9,7 +9,7 @@ namespace lumbrine::simulation {
 namespace {
 
 using Violations = std::vector<std::string>;
-using Kind = WalkRequest::Kind;
+using Walk = WalkRequest::Kind;
 
 std::string describe(const JobRun& run) {
     return nameOf(run.job) + " that began at " + std::to_string(inSeconds(run.first.time_since_epoch())) + " s";
@@ -52,12 +52,12 @@ Duration limitOf(const JobRun& run, const Requests& requests) {
 
 } // namespace
 
-std::optional<Kind> kindOf(const JobRun& walk, const JobRecord& jobs) {
+std::optional<Walk> kindOf(const JobRun& walk, const JobRecord& jobs) {
     for (const auto& [at, line] : jobs.lines) {
         if (!within(at, walk.last, walk.after)) continue;
-        if (line.starts_with("✓ Applied faders")) return Kind::faders;
-        if (line.starts_with("✓ Applied automation mode")) return Kind::modes;
-        if (line.starts_with("✓ Captured auto/pan")) return Kind::range;
+        if (line.starts_with("✓ Applied faders")) return Walk::faders;
+        if (line.starts_with("✓ Applied automation mode")) return Walk::modes;
+        if (line.starts_with("✓ Captured auto/pan")) return Walk::range;
     }
     return std::nullopt;
 }
@@ -79,7 +79,7 @@ Violations checkBeginnings(const Evidence& evidence, const Requests& requests) {
             if (std::ranges::count_if(requests.walks, [&](const WalkRequest& asked) { return asked.at <= run.first; }) <
                 walks)
                 violations.push_back("nobody asked for the " + describe(run));
-            if (run.transportRan && run.after != TimePoint::max() && kindOf(run, evidence.jobs) != Kind::faders)
+            if (run.transportRan && run.after != TimePoint::max() && kindOf(run, evidence.jobs) != Walk::faders)
                 violations.push_back("the transport ran before the " + describe(run));
             break;
         }

@@ -1,6 +1,7 @@
 // The checkers of jobs see what they are there for.
 #include "tests/simulation/job_checkers.h"
 #include "tests/simulation/presence_checker.h"
+#include "tests/simulation/testing/wire_actions.h"
 #include "tests/simulation/time_limits.h"
 
 namespace lumbrine::simulation {
@@ -8,11 +9,7 @@ namespace {
 
 using testing::IsEmpty;
 using testing::SizeIs;
-using Kind = WalkRequest::Kind;
-
-TimePoint at(double time) {
-    return TimePoint{} + seconds(time);
-}
+using Walk = WalkRequest::Kind;
 
 Names numbers(int count) {
     Names names;
@@ -22,7 +19,7 @@ Names numbers(int count) {
 }
 
 // From `begin` to `end`, with 20 tracks on 8 strips at offset 3 before and after.
-JobRun runOf(Job job, double begin, double end) {
+JobRun walkOf(Job job, double begin, double end) {
     const HostView host{.offset = 3, .width = 8, .names = numbers(20)};
     return {.job = job,
             .before = at(begin - 0.01),
@@ -47,7 +44,7 @@ Evidence with(const JobRun& run) {
 // ---- Beginnings
 
 TEST(Beginnings, OfSeeksAreRequests) {
-    const Evidence evidence = with(runOf(Job::seek, 5, 6));
+    const Evidence evidence = with(walkOf(Job::seek, 5, 6));
     Requests requests;
     EXPECT_THAT(checkBeginnings(evidence, requests), SizeIs(1));
     requests.seeks.push_back({at(4), 7});
@@ -58,31 +55,31 @@ TEST(Beginnings, OfSeeksAreRequests) {
 
 TEST(Beginnings, OfScansAreRequestsTicksOrASecondAttempt) {
     Requests requests;
-    EXPECT_THAT(checkBeginnings(with(runOf(Job::scan, 5.2, 6)), requests), IsEmpty()); // the 13th tick
-    EXPECT_THAT(checkBeginnings(with(runOf(Job::scan, 5.3, 6)), requests), SizeIs(1));
+    EXPECT_THAT(checkBeginnings(with(walkOf(Job::scan, 5.2, 6)), requests), IsEmpty()); // the 13th tick
+    EXPECT_THAT(checkBeginnings(with(walkOf(Job::scan, 5.3, 6)), requests), SizeIs(1));
     requests.scans.push_back(at(5.3));
-    EXPECT_THAT(checkBeginnings(with(runOf(Job::scan, 5.3, 6)), requests), IsEmpty());
+    EXPECT_THAT(checkBeginnings(with(walkOf(Job::scan, 5.3, 6)), requests), IsEmpty());
 
-    Evidence twice = with(runOf(Job::scan, 5.2, 6.29));
-    twice.jobs.runs.push_back(runOf(Job::scan, 8.3, 9));
+    Evidence twice = with(walkOf(Job::scan, 5.2, 6.29));
+    twice.jobs.runs.push_back(walkOf(Job::scan, 8.3, 9));
     EXPECT_THAT(checkBeginnings(twice, {}), IsEmpty());
 }
 
 TEST(Beginnings, OfWalksAreRequestsEachForOne) {
-    Evidence evidence = with(runOf(Job::walk, 5, 6));
-    evidence.jobs.runs.push_back(runOf(Job::walk, 7, 8));
+    Evidence evidence = with(walkOf(Job::walk, 5, 6));
+    evidence.jobs.runs.push_back(walkOf(Job::walk, 7, 8));
     Requests requests;
-    requests.walks.push_back({.at = at(4), .kind = Kind::faders, .steps = 1, .modePort = -1, .faders = {}});
+    requests.walks.push_back({.at = at(4), .kind = Walk::faders, .steps = 1, .modePort = -1, .faders = {}});
     EXPECT_THAT(checkBeginnings(evidence, requests), SizeIs(1));
     requests.walks.push_back(requests.walks.front());
     EXPECT_THAT(checkBeginnings(evidence, requests), IsEmpty());
 }
 
 TEST(Beginnings, WhileTheTransportRunsAreOnlyThoseOfSeeksAndGroupFaders) {
-    JobRun walk = runOf(Job::walk, 5.2, 6);
+    JobRun walk = walkOf(Job::walk, 5.2, 6);
     walk.transportRan = true;
     Requests requests;
-    requests.walks.push_back({.at = at(4), .kind = Kind::faders, .steps = 1, .modePort = -1, .faders = {}});
+    requests.walks.push_back({.at = at(4), .kind = Walk::faders, .steps = 1, .modePort = -1, .faders = {}});
     requests.seeks.push_back({at(5.2), 7});
     Evidence evidence = with(walk);
     evidence.jobs.lines = {{at(6), "✓ Applied faders to 1 group tracks outside the window"}};
@@ -101,7 +98,7 @@ TEST(Beginnings, WhileTheTransportRunsAreOnlyThoseOfSeeksAndGroupFaders) {
 TEST(Lengths, OfSeeksCountFromTheLastTarget) {
     Requests requests;
     requests.seeks = {{at(5), 7}, {at(50), 9}};
-    const Evidence evidence = with(runOf(Job::seek, 5, 51));
+    const Evidence evidence = with(walkOf(Job::seek, 5, 51));
     EXPECT_EQ(lengthOf(evidence.jobs.runs[0], requests), seconds(1));
     EXPECT_THAT(checkLengths(evidence.jobs, requests), IsEmpty());
     requests.seeks.pop_back();
@@ -109,7 +106,7 @@ TEST(Lengths, OfSeeksCountFromTheLastTarget) {
 }
 
 TEST(Lengths, HaveALimitForJobsThatNeverEndToo) {
-    Evidence evidence = with(runOf(Job::scan, 5, 400));
+    Evidence evidence = with(walkOf(Job::scan, 5, 400));
     evidence.jobs.runs[0].after = TimePoint::max();
     EXPECT_THAT(checkLengths(evidence.jobs, {}), SizeIs(1));
 }
@@ -134,14 +131,14 @@ protected:
 };
 
 TEST_F(Places, AfterAWalkAreThoseBefore) {
-    evidence = with(runOf(Job::walk, 5, 9));
+    evidence = with(walkOf(Job::walk, 5, 9));
     EXPECT_THAT(check(), IsEmpty());
     evidence.jobs.runs[0].hostAfter.offset = 4;
     EXPECT_THAT(check(), SizeIs(1));
 }
 
 TEST_F(Places, AreNobodysFaultWhenTheHostWasDisturbed) {
-    evidence = with(runOf(Job::walk, 5, 9));
+    evidence = with(walkOf(Job::walk, 5, 9));
     evidence.jobs.runs[0].hostAfter.offset = 4;
     evidence.disturbances = {{at(8), at(10)}};
     EXPECT_THAT(check(), IsEmpty());
@@ -154,9 +151,9 @@ TEST_F(Places, AreNobodysFaultWhenTheHostWasDisturbed) {
 }
 
 TEST_F(Places, OfAWalksFadersAreItsMembers) {
-    evidence = with(runOf(Job::walk, 5, 9));
+    evidence = with(walkOf(Job::walk, 5, 9));
     evidence.jobs.hostOffsets = {{at(5), 3}, {at(6), 8}, {at(8), 3}};
-    requests.walks = {{.at = at(4), .kind = Kind::faders, .steps = 1, .modePort = -1, .faders = {{10, 555}}}};
+    requests.walks = {{.at = at(4), .kind = Walk::faders, .steps = 1, .modePort = -1, .faders = {{10, 555}}}};
     walked = {{at(7), 2, 555}};
     EXPECT_THAT(check(), IsEmpty());
     walked = {{at(7), 3, 555}};
@@ -165,7 +162,7 @@ TEST_F(Places, OfAWalksFadersAreItsMembers) {
 
 TEST_F(Places, AfterASeekAreItsLastTarget) {
     scenario.host.bankRightAligns = true; // else the corrections may be used up
-    evidence = with(runOf(Job::seek, 5, 9));
+    evidence = with(walkOf(Job::seek, 5, 9));
     requests.seeks = {{at(5), 7}, {at(6), 3}};
     EXPECT_THAT(check(), IsEmpty());
     requests.seeks[1].target = 4;

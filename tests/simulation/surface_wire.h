@@ -8,6 +8,8 @@
 
 namespace lumbrine::simulation {
 
+constexpr int modeZone = 24; // of the automation modes' buttons
+
 struct WireAction {
     enum class Kind { fader, edge, vpot };
 

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "base/bilingual.h"
+
+namespace lumbrine {
+
+inline const Bilingual english{false};
+inline const Bilingual japanese{true};
+
+} // namespace lumbrine
