@@ -23,8 +23,8 @@ public:
     // that the display showed, or unknown. Blocks; on the automation queue only.
     std::uint8_t autoProbe(Strip strip, const std::function<void()>& whileHeld = {});
 
-    // Presses a mode's button (0-5, surface/hui_engine.h) within a probe of the strip; returns the mode that the display
-    // then showed, or unknown. Blocks; on the automation queue only.
+    // Presses a mode's button (0-5, surface/hui_engine.h) within a probe of the strip; returns the mode that was shown
+    // then, or unknown. Blocks; on the automation queue only.
     std::uint8_t pressMode(Strip strip, int modePort);
 
     // Queues a probe, which is not made when by then something else needs the surfaces: banks being moved, the

@@ -1,3 +1,4 @@
+// The two languages, for texts that exist in both.
 #pragma once
 
 #include "base/bilingual.h"

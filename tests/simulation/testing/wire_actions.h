@@ -1,3 +1,4 @@
+// What went over a surface's wire, written down by hand.
 #pragma once
 
 #include "tests/simulation/surface_wire.h"
