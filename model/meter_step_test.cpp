@@ -82,6 +82,13 @@ TEST_F(MeterStepTest, StreamsNothingWhileTheBanksMove) {
     EXPECT_THAT(levelsNow(), testing::SizeIs(1));
 }
 
+TEST_F(MeterStepTest, StreamsNothingToAnOwnerThatHasFallenSilent) {
+    bench.run(5100ms);
+    ASSERT_FALSE(bench.state().published.iosConnected);
+    ASSERT_TRUE(bench.parts().endpoint.liveOwnerKey());
+    EXPECT_THAT(levelsNow(), IsEmpty());
+}
+
 TEST_F(MeterStepTest, StreamsNothingWithoutAClientButMetersFall) {
     bench.run(6s);
     bench.surfaceA.send({0xA0, 0x00, 0x0C});

@@ -44,6 +44,55 @@ TEST_F(PTSLWireTest, GreetsWithPrefaceSettingsAndWindow) {
     EXPECT_EQ(now(), 0s);
 }
 
+// Sockets that write down what is done with them.
+class ObservedSockets final : public StreamSockets {
+public:
+    explicit ObservedSockets(StreamSockets& observed) : sockets(observed) {}
+
+    int open() override { return note("open", sockets.open()); }
+    int connect(int fd, const std::string& host, std::uint16_t port, Duration limit) override {
+        return note("connect to " + host + ":" + std::to_string(port), sockets.connect(fd, host, port, limit));
+    }
+    int setReceiveTimeout(int fd, Duration limit) override {
+        return note("receive for " + std::to_string(limit / 1us) + " us", sockets.setReceiveTimeout(fd, limit));
+    }
+    int setSendTimeout(int fd, Duration limit) override {
+        return note("send for " + std::to_string(limit / 1us) + " us", sockets.setSendTimeout(fd, limit));
+    }
+    int setNoDelay(int fd) override { return note("no delay", sockets.setNoDelay(fd)); }
+    int setNoSignal(int fd) override { return note("no signal", sockets.setNoSignal(fd)); }
+    int send(int fd, ByteView bytes) override { return note("send", sockets.send(fd, bytes)); }
+    int receive(int fd, std::span<std::uint8_t> buffer) override { return sockets.receive(fd, buffer); }
+    void close(int fd) override {
+        done.emplace_back("close");
+        sockets.close(fd);
+    }
+    void shutDown() override { sockets.shutDown(); }
+
+    std::vector<std::string> done;
+
+private:
+    int note(const std::string& what, int result) {
+        done.push_back(what);
+        return result;
+    }
+
+    StreamSockets& sockets;
+};
+
+TEST_F(PTSLWireTest, PreparesItsSocketBeforeItGreets) {
+    ObservedSockets sockets(streams);
+    PTSLWire observed(runtime, sockets, Bilingual(false), "127.0.0.1", ScriptedService::port, 3.0);
+    ASSERT_TRUE(observed.open());
+    EXPECT_EQ(sockets.done, (std::vector<std::string>{"open", "connect to 127.0.0.1:31416", "receive for 3000000 us",
+                                                      "send for 3000000 us", "no delay", "no signal", "send"}));
+    sockets.done.clear();
+    ASSERT_TRUE(observed.open());
+    ASSERT_GE(sockets.done.size(), 2u);
+    EXPECT_EQ(sockets.done[0], "close");
+    EXPECT_EQ(sockets.done[1], "open");
+}
+
 TEST_F(PTSLWireTest, SendsOneFrameOfHeadersAndOneOfData) {
     EXPECT_EQ(call({7, 8, 9}), (Bytes{0xCA, 0xFE}));
     const auto frames = scripted.frames(1);
