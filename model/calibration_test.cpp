@@ -158,6 +158,7 @@ protected:
 
     std::vector<int> rawFaders() {
         std::vector<int> raw;
+        raw.reserve(state.session.sessFaders.size());
         for (const auto& fader : state.session.sessFaders)
             raw.push_back(fader ? FaderValue::ofUnit(*fader + 0.00001).raw() : -1);
         return raw;

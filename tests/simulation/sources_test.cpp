@@ -149,6 +149,11 @@ TEST_F(SourcesTest, LostPortsComeBackByTheReconnectAction) {
 
 // ---- A service whose list has a track too many, or one too few
 
+std::string mismatchWith(int listed) {
+    const std::string count = std::to_string(listed);
+    return "Full names: count mismatch (" + count + ", " + count + " / HUI 24)";
+}
+
 TEST(MiscountingService, GivesNoTrackANameByItsPlaceInTheList) {
     for (const int miscount : {-1, 1}) {
         Scenario scenario = quietStudio();
@@ -167,8 +172,7 @@ TEST(MiscountingService, GivesNoTrackANameByItsPlaceInTheList) {
         for (const auto& [index, track] : world.phone().picture().session)
             EXPECT_EQ(track.row.value_or(remote::TrackRow{}).name, published.trackMap.at(index));
 
-        const std::string counts = std::to_string(scenario.tracks + miscount);
-        const std::string mismatch = "Full names: count mismatch (" + counts + ", " + counts + " / HUI 24)";
+        const std::string mismatch = mismatchWith(scenario.tracks + miscount);
         const auto tellsIt = [&](const auto& line) { return line.second.starts_with(mismatch); };
         EXPECT_TRUE(std::ranges::any_of(world.watch->record().lines, tellsIt));
         EXPECT_TRUE(world.state().scripting.ptslOK);
