@@ -21,7 +21,5 @@ echo '== clang-tidy'
 # The product and its programs; tests are held to the compilers' warnings alone.
 scripts/build.sh tidy "$jobs" --target lumbrine_common_headers lumbrine_toolkit_test_headers \
     lumbrine_generated_sources
-if ! git ls-files '*.cpp' | grep -vE '(_test\.cpp$|^(tests|fuzz|benchmarks)/|^platform/macos/|/testing/)' |
-    xargs /usr/bin/python3 scripts/tidy.py build/tidy "$jobs"; then
-    [ "${CLANG_TIDY_FINDINGS:-fail}" = report ]
-fi
+git ls-files '*.cpp' | grep -vE '(_test\.cpp$|^(tests|fuzz|benchmarks)/|^platform/macos/|/testing/)' |
+    xargs /usr/bin/python3 scripts/tidy.py build/tidy "$jobs"

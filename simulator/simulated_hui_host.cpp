@@ -170,7 +170,7 @@ int SimulatedHUIHost::baseOf(int surface) const {
 
 int SimulatedHUIHost::trackOn(int surface, int strip) const {
     const std::vector<int>& shown = session.shownTracks();
-    const auto index = static_cast<std::size_t>(bankOffset + baseOf(surface) + strip);
+    const auto index = static_cast<std::size_t>(bankOffset) + static_cast<std::size_t>(baseOf(surface) + strip);
     return index < shown.size() ? shown[index] : 0;
 }
 
