@@ -43,9 +43,15 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     endif()
 endif()
 
+function(lumbrine_batch name)
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+    target_compile_options(${name} PRIVATE -Wno-shadow) # one file's names are around in the next
+endfunction()
+
 # lumbrine_library(NAME SOURCES ... DEPENDS ... TOOLKIT): a static library; includes are written from the top of the
 # tree. TOOLKIT, for what uses the desktop toolkit, whose compiler options the precompiled headers do not share:
-# compiled in one piece instead.
+# compiled in one piece instead. What stands beside the product is compiled eight files at once where it has more; the
+# product's files one by one, which shows that each includes what it needs.
 function(lumbrine_library name)
     cmake_parse_arguments(ARG "TOOLKIT" "" "SOURCES;DEPENDS" ${ARGN})
     if(CMAKE_SYSTEM_NAME STREQUAL "Darwin" AND "${ARG_DEPENDS}" MATCHES "_linux_")
@@ -59,6 +65,11 @@ function(lumbrine_library name)
             set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
         else()
             target_precompile_headers(${name} REUSE_FROM lumbrine_common_headers)
+            list(LENGTH ARG_SOURCES count)
+            file(RELATIVE_PATH folder "${CMAKE_SOURCE_DIR}" "${CMAKE_CURRENT_SOURCE_DIR}")
+            if(count GREATER 8 AND folder MATCHES "^(simulator|remote|tests)")
+                lumbrine_batch(${name})
+            endif()
         endif()
     else()
         add_library(${name} INTERFACE)
@@ -99,8 +110,7 @@ function(lumbrine_test name)
     else()
         target_precompile_headers(${name} REUSE_FROM lumbrine_test_headers)
     endif()
-    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
-    target_compile_options(${name} PRIVATE -Wno-shadow) # one file's names are around in the next
+    lumbrine_batch(${name})
     add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
 endfunction()

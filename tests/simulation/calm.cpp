@@ -208,8 +208,18 @@ void Calm::refreshPicture() {
         const TimePoint begin = world.runtime.now();
         world.phone().connect(receiverAddress, receiverPort);
         world.runtime.runFor(seconds(2));
+        // A comment that is read in these seconds goes out with the rows that follow.
+        world.runtime.runUntil([this] { return commentsAreTold() || world.watch->anyJob(); }, seconds(1.5));
         if (!jobsRanSince(begin)) break;
     }
+}
+
+bool Calm::commentsAreTold() const {
+    const Names& comments = world.state().session.trackMapComments;
+    return std::ranges::all_of(world.phone().picture().session, [&comments](const auto& numbered) {
+        const auto& [index, track] = numbered;
+        return !track.row || track.row->comment == (index < comments.size() ? comments[index] : std::string());
+    });
 }
 
 // A scan of a host that does what a host does finds what there is to be found.

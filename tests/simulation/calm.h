@@ -26,6 +26,7 @@ private:
     void awaitSources();
     bool faderGoesBothWays(Strip strip);
     void refreshPicture();
+    bool commentsAreTold() const;
     void checkScans();
 
     // What is wrong, in words; empty when nothing is. At rest everybody is there and nobody moves the banks; at peace,
