@@ -21,7 +21,7 @@ void appendBytes(Bytes& bytes, const std::string& line) {
         bytes.push_back(static_cast<std::uint8_t>(std::stoul(token, nullptr, 16)));
 }
 
-// The fenced examples of one direction ("to-receiver", "to-client"), in the document's order.
+// The fenced examples of one direction ("to-receiver", "to-client"), in the page's order.
 std::vector<Example> examples(const std::string& direction) {
     std::ifstream document(LUMBRINE_SOURCE_DIR "/docs/protocol.md");
     const std::string fence = "```" + direction + " ";

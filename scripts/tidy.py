@@ -25,16 +25,14 @@ def sources_of(path):
 
 
 def batches(build, wanted):
-    """The path and the command of each batch that has one of the wanted sources."""
+    """The path and the command of each batch that has one of the wanted sources; and those that are in none."""
     found, missing = {}, set(wanted)
     for entry in json.loads((build / "compile_commands.json").read_text(encoding="utf-8")):
         path = os.path.abspath(os.path.join(entry["directory"], entry["file"]))
         if sources_of(path) & missing:
             found[path] = entry
             missing -= sources_of(path)
-    for path in sorted(missing):
-        print(f"nothing compiles {path}")
-    return found
+    return found, sorted(missing)
 
 
 def dependencies(entry):
@@ -72,7 +70,7 @@ def key_of(entry):
 def main():
     build, jobs = pathlib.Path(sys.argv[1]), int(sys.argv[2])
     KNOWN.mkdir(parents=True, exist_ok=True)
-    entries = batches(build, {os.path.abspath(file) for file in sys.argv[3:]})
+    entries, missing = batches(build, {os.path.abspath(file) for file in sys.argv[3:]})
 
     def look(path):
         key = key_of(entries[path])
@@ -81,11 +79,11 @@ def main():
         run = subprocess.run([TIDY, "-p", str(build), "--quiet", path], capture_output=True, text=True, check=False)
         if run.returncode == 0 and key is not None:
             key.touch()
-        return run.stdout if run.returncode != 0 else ""
+        return run.stdout + run.stderr if run.returncode != 0 else ""
 
     with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
         results = list(pool.map(look, entries))
-    findings = [text for text in results if text]
+    findings = [text for text in results if text] + [f"nothing compiles {path}\n" for path in missing]
     print(f"{len(entries)} batches, {sum(text is not None for text in results)} of them new or changed")
     print("".join(findings), end="")
     sys.exit(1 if findings else 0)
