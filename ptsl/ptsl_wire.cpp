@@ -109,7 +109,8 @@ std::expected<Bytes, PTSLError> PTSLWire::readResponse(std::uint32_t streamID) {
         ResponseReader::Step step = response.take(*frame);
         append(answers, step.answer);
         if (!step.outcome && runtime.now() < deadline) continue;
-        if (const auto sent = sendAll(answers); !sent) return std::unexpected(sent.error());
+        // The call is over: these are in no hurry.
+        if (const auto sent = sendAll(answers, &StreamSockets::sendSoon); !sent) return std::unexpected(sent.error());
         return step.outcome ? *std::move(step.outcome) : std::unexpected(PTSLError::timedOut());
     }
 }
@@ -140,10 +141,10 @@ std::expected<void, PTSLError> PTSLWire::receiveMore() {
     }
 }
 
-std::expected<void, PTSLError> PTSLWire::sendAll(ByteView bytes) {
+std::expected<void, PTSLError> PTSLWire::sendAll(ByteView bytes, Send send) {
     while (!bytes.empty()) {
         if (!mayWait(&StreamSockets::setSendTimeout, sendTimeout)) return std::unexpected(PTSLError::timedOut());
-        const int sent = sockets.send(fd, bytes);
+        const int sent = (sockets.*send)(fd, bytes);
         if (sent > 0) {
             bytes = bytes.subspan(static_cast<std::size_t>(sent));
             continue;

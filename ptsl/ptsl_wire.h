@@ -47,7 +47,8 @@ private:
     std::expected<void, PTSLError> greet();
     std::expected<Bytes, PTSLError> readResponse(std::uint32_t streamID);
     std::expected<void, PTSLError> receiveMore();
-    std::expected<void, PTSLError> sendAll(ByteView bytes);
+    using Send = int (StreamSockets::*)(int fd, ByteView bytes);
+    std::expected<void, PTSLError> sendAll(ByteView bytes, Send send = &StreamSockets::send);
 
     using SetTimeout = int (StreamSockets::*)(int fd, Duration limit);
     bool mayWait(SetTimeout set, Duration& current);

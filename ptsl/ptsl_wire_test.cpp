@@ -62,6 +62,7 @@ public:
     int setNoDelay(int fd) override { return note("no delay", sockets.setNoDelay(fd)); }
     int setNoSignal(int fd) override { return note("no signal", sockets.setNoSignal(fd)); }
     int send(int fd, ByteView bytes) override { return note("send", sockets.send(fd, bytes)); }
+    int sendSoon(int fd, ByteView bytes) override { return note("send soon", sockets.sendSoon(fd, bytes)); }
     int receive(int fd, std::span<std::uint8_t> buffer) override { return sockets.receive(fd, buffer); }
     void close(int fd) override {
         done.emplace_back("close");
@@ -154,6 +155,19 @@ TEST_F(PTSLWireTest, AnswersTheServiceBeforeTheResponse) {
     EXPECT_EQ(frames[4], (SentFrame{4, 1, 0, {}}));
     EXPECT_EQ(frames[5], (SentFrame{6, 1, 0, Bytes(8, 0x5A)}));
     EXPECT_EQ(frames[6], (SentFrame{8, 0, 0, {0, 0, 0, 7}}));
+}
+
+TEST_F(PTSLWireTest, LeavesOnlyTheAnswersAfterTheResponseWithoutHurry) {
+    ObservedSockets sockets(streams);
+    PTSLWire observed(runtime, sockets, Bilingual(false), "127.0.0.1", ScriptedService::port, 3.0);
+    ASSERT_TRUE(observed.open());
+    scripted.answer = [](Call& got) {
+        got.line.send(ping(1));
+        got.line.send(response(got.stream, {2}));
+    };
+    sockets.done.clear();
+    EXPECT_EQ(observed.call(path, Bytes{1}), Bytes{2});
+    EXPECT_EQ(sockets.done, (std::vector<std::string>{"send", "send", "send soon"})); // request, PING's answer, credit
 }
 
 TEST_F(PTSLWireTest, UnderstandsAResponseHoweverItArrives) {

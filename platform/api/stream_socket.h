@@ -34,6 +34,9 @@ public:
     // Returns how many of the bytes were taken, at least one.
     virtual int send(int fd, ByteView bytes) = 0;
 
+    // The same without hurry: the bytes may be held back for a fraction of a second, to leave with what is sent next.
+    virtual int sendSoon(int fd, ByteView bytes) { return send(fd, bytes); }
+
     // Waits for at least one byte and returns how many were stored; 0 when the peer has ended the connection.
     virtual int receive(int fd, std::span<std::uint8_t> buffer) = 0;
 

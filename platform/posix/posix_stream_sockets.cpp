@@ -7,6 +7,7 @@
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
+#include <sched.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -25,6 +26,15 @@ constexpr int sendFlags = MSG_NOSIGNAL;
 #else
 constexpr int sendFlags = 0;
 #endif
+
+// Where the system cannot hold bytes back, they leave at once.
+#if defined(MSG_MORE)
+constexpr int holdBack = MSG_MORE;
+#else
+constexpr int holdBack = 0;
+#endif
+
+constexpr std::chrono::microseconds watching{500};
 
 int setTimeout(int fd, int option, Duration limit) {
     const auto microseconds = std::chrono::ceil<std::chrono::microseconds>(limit).count();
@@ -101,7 +111,17 @@ int PosixStreamSockets::send(int fd, ByteView bytes) {
     return orError(::send(fd, bytes.data(), bytes.size(), sendFlags));
 }
 
+int PosixStreamSockets::sendSoon(int fd, ByteView bytes) {
+    return orError(::send(fd, bytes.data(), bytes.size(), sendFlags | holdBack));
+}
+
 int PosixStreamSockets::receive(int fd, std::span<std::uint8_t> buffer) {
+    const auto asleep = std::chrono::steady_clock::now() + watching;
+    do {
+        const int received = orError(::recv(fd, buffer.data(), buffer.size(), MSG_DONTWAIT));
+        if (received != -EAGAIN && received != -EWOULDBLOCK) return received;
+        ::sched_yield();
+    } while (std::chrono::steady_clock::now() < asleep);
     return orError(::recv(fd, buffer.data(), buffer.size(), 0));
 }
 

@@ -1,4 +1,5 @@
-// The system's own TCP sockets.
+// The system's own TCP sockets. A receive watches for its bytes for half a millisecond before it sleeps: a service on
+// this computer often answers within that, and waking a sleeper would take as long again.
 #pragma once
 
 #include "platform/api/stream_socket.h"
@@ -17,6 +18,7 @@ public:
     int setNoDelay(int fd) override;
     int setNoSignal(int fd) override;
     int send(int fd, ByteView bytes) override;
+    int sendSoon(int fd, ByteView bytes) override;
     int receive(int fd, std::span<std::uint8_t> buffer) override;
     void close(int fd) override;
     void shutDown() override;

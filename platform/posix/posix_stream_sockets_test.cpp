@@ -85,6 +85,26 @@ TEST_F(PosixStreamSocketsTest, CarriesBytesBothWays) {
     EXPECT_EQ(buffer[1], 2);
 }
 
+TEST_F(PosixStreamSocketsTest, LetsWhatIsSentSoonLeaveWithWhatIsSentNext) {
+    connectBoth();
+    std::array<std::uint8_t, 10> buffer{};
+    EXPECT_EQ(sockets.sendSoon(near, Bytes{1, 2}), 2);
+#if defined(MSG_MORE)
+    EXPECT_EQ(::recv(far, buffer.data(), buffer.size(), MSG_DONTWAIT), -1);
+#endif
+    EXPECT_EQ(sockets.send(near, Bytes{3}), 1);
+    EXPECT_EQ(::recv(far, buffer.data(), 3, MSG_WAITALL), 3);
+    EXPECT_EQ((Bytes{buffer[0], buffer[1], buffer[2]}), (Bytes{1, 2, 3}));
+}
+
+TEST_F(PosixStreamSocketsTest, SendsSoonWhenNothingElseIsSent) { // really waits: the system alone decides how long
+    connectBoth();
+    EXPECT_EQ(sockets.setNoDelay(near), 0);
+    std::array<std::uint8_t, 10> buffer{};
+    EXPECT_EQ(sockets.sendSoon(near, Bytes{1, 2}), 2);
+    EXPECT_EQ(::recv(far, buffer.data(), buffer.size(), 0), 2);
+}
+
 TEST_F(PosixStreamSocketsTest, IsRefusedWhereNobodyListens) {
     std::uint16_t port = 0;
     {
@@ -198,6 +218,7 @@ TEST_F(PosixStreamSocketsTest, TellsCallsOnASocketThatIsClosed) {
     EXPECT_EQ(sockets.setReceiveTimeout(closed, 1s), -EBADF);
     EXPECT_EQ(sockets.setNoDelay(closed), -EBADF);
     EXPECT_EQ(sockets.send(closed, Bytes{1}), -EBADF);
+    EXPECT_EQ(sockets.sendSoon(closed, Bytes{1}), -EBADF);
     EXPECT_EQ(sockets.receive(closed, buffer), -EBADF);
 }
 
