@@ -17,8 +17,10 @@ void JSONObject::reserve(std::size_t count) {
     all.reserve(count);
 }
 
-JSONValue& JSONObject::add(std::string name, JSONValue value) {
-    return all.emplace_back(std::move(name), std::move(value)).value;
+JSONValue& JSONObject::add(std::string name) {
+    JSONMember& added = all.emplace_back();
+    added.name = std::move(name);
+    return added.value;
 }
 
 const JSONValue* JSONObject::find(std::string_view name) const {

@@ -27,8 +27,8 @@ public:
     JSONObject& operator=(JSONObject&&) noexcept;
     ~JSONObject();
 
-    // The value stays where it is until the next one is added.
-    JSONValue& add(std::string name, JSONValue value);
+    // The value, null at first, stays where it is until the next one is added.
+    JSONValue& add(std::string name);
 
     // Null when there is no member of that name. Looks through all of them: objects are small.
     const JSONValue* find(std::string_view name) const;

@@ -19,7 +19,7 @@ TEST(JSONObject, FindsItsMembers) {
 TEST(JSONObject, LetsTheLastOfEqualNamesCount) {
     Object object{{"a", 1}, {"b", 2}, {"a", 3}};
     EXPECT_EQ(*object.find("a"), JSONValue(3));
-    object.add("b", 4);
+    object.add("b") = JSONValue(4);
     EXPECT_EQ(*object.find("b"), JSONValue(4));
     EXPECT_EQ(object, (Object{{"a", 3}, {"b", 4}}));
 }

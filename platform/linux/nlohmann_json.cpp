@@ -1,6 +1,6 @@
 #include "platform/linux/nlohmann_json.h"
 
-#include <nlohmann/json.hpp>
+#include "platform/linux/nlohmann_reader.h"
 
 #include <algorithm>
 #include <array>
@@ -16,44 +16,38 @@ namespace {
 using Library = nlohmann::json;
 
 // Builds the document from the parser's events, so that nothing is thrown and no depth is followed unasked.
-class Builder {
+class Builder final : public nlohmann::json_sax<Library> {
 public:
-    using number_integer_t = Library::number_integer_t;
-    using number_unsigned_t = Library::number_unsigned_t;
-    using number_float_t = Library::number_float_t;
-    using string_t = Library::string_t;
-    using binary_t = Library::binary_t;
-
-    bool null() { return add(JSONValue()); }
-    bool boolean(bool flag) { return add(flag); }
-    bool number_integer(number_integer_t number) { return add(std::int64_t{number}); }
-    bool number_unsigned(number_unsigned_t number) {
+    bool null() override { return put(nullptr); }
+    bool boolean(bool flag) override { return put(flag); }
+    bool number_integer(number_integer_t number) override { return put(std::int64_t{number}); }
+    bool number_unsigned(number_unsigned_t number) override {
         if (number > static_cast<number_unsigned_t>(std::numeric_limits<std::int64_t>::max()))
-            return add(static_cast<double>(number));
-        return add(static_cast<std::int64_t>(number));
+            return put(static_cast<double>(number));
+        return put(static_cast<std::int64_t>(number));
     }
-    bool number_float(number_float_t number, const string_t&) { return add(number); }
-    bool string(string_t& characters) { return add(characters); } // not moved: the parser goes on with its memory
-    bool binary(binary_t&) { return false; }                      // not in JSON
+    bool number_float(number_float_t number, const string_t&) override { return put(number); }
+    bool string(string_t& characters) override { return put(characters); } // not moved: the parser reuses its memory
+    bool binary(binary_t&) override { return false; }                      // not in JSON
 
-    bool start_object(std::size_t) {
-        if (!enter(JSONValue::Object())) return false;
+    bool start_object(std::size_t) override {
+        if (!enter<JSONValue::Object>()) return false;
         std::get<JSONValue::Object>(open.back()->content).reserve(usualSize[open.size() - 1]);
         return true;
     }
-    bool key(string_t& name) {
+    bool key(string_t& name) override {
         memberName = name;
         return true;
     }
-    bool end_object() {
+    bool end_object() override {
         const auto& closed = std::get<JSONValue::Object>(open.back()->content);
         usualSize[open.size() - 1] = static_cast<std::uint8_t>(std::min(closed.members().size(), largestUsualSize));
         return leave();
     }
-    bool start_array(std::size_t) { return enter(JSONValue::Array()); }
-    bool end_array() { return leave(); }
+    bool start_array(std::size_t) override { return enter<JSONValue::Array>(); }
+    bool end_array() override { return leave(); }
 
-    bool parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception&) {
+    bool parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception&) override {
         errorPosition = position;
         return false;
     }
@@ -62,21 +56,25 @@ public:
     std::size_t errorPosition = 0; // in bytes from 1; 0 when the document is too deep
 
 private:
-    bool add(JSONValue value) {
-        place(std::move(value));
+    template <typename Content>
+    bool put(const Content& content) {
+        place().content = content;
         return true;
     }
 
-    JSONValue& place(JSONValue value) {
-        if (open.empty()) return document = std::move(value);
-        if (auto* const array = std::get_if<JSONValue::Array>(&open.back()->content))
-            return array->emplace_back(std::move(value));
-        return std::get<JSONValue::Object>(open.back()->content).add(std::move(memberName), std::move(value));
+    // Where the next value belongs.
+    JSONValue& place() {
+        if (open.empty()) return document;
+        if (auto* const array = std::get_if<JSONValue::Array>(&open.back()->content)) return array->emplace_back();
+        return std::get<JSONValue::Object>(open.back()->content).add(std::move(memberName));
     }
 
-    bool enter(JSONValue container) {
+    template <typename Container>
+    bool enter() {
         if (open.size() == NlohmannJSON::deepest) return false;
-        open.push_back(&place(std::move(container)));
+        JSONValue& container = place();
+        container.content.emplace<Container>();
+        open.push_back(&container);
         return true;
     }
 
@@ -140,7 +138,7 @@ std::expected<std::string, JSONError> NlohmannJSON::serialise(const JSONValue::O
 
 std::expected<JSONValue, JSONError> NlohmannJSON::parse(std::string_view document) {
     Builder builder;
-    if (Library::sax_parse(document.begin(), document.end(), &builder)) return std::move(builder.document);
+    if (readJSON(document, builder)) return std::move(builder.document);
     if (builder.errorPosition == 0)
         return std::unexpected(JSONError{text("JSON is nested too deeply", "JSON の入れ子が深すぎる")});
     const std::string position = std::to_string(builder.errorPosition);

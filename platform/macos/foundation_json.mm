@@ -78,7 +78,7 @@ std::optional<JSONValue> valueOf(NSDictionary* dictionary, int depth) {
     for (NSString* name in dictionary) {
         auto value = valueOf(dictionary[name], depth + 1);
         if (!value) return std::nullopt;
-        members.add(utf8Of(name), std::move(*value));
+        members.add(utf8Of(name)) = *std::move(value);
     }
     return members;
 }
