@@ -1,7 +1,7 @@
 // A track list of 1,000 tracks, from the first byte on the wire to the receiver's having taken it over and told the
-// client, and of that the parsing of its JSON, by turns with the JSON library's into its own document. What the official
-// library's server sends is recorded once and then played as fast as it is read. Prints one JSON list of medians in
-// nanoseconds.
+// client, and of that the parsing of its JSON, by turns with the JSON library's into its own document. What the
+// official library's server sends is recorded once and then played as fast as it is read. Prints one JSON list of
+// medians in nanoseconds.
 #include "benchmarks/median.h"
 #include "benchmarks/session_receiver.h"
 #include "platform/linux/nlohmann_json.h"
