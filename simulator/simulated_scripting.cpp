@@ -15,18 +15,18 @@ SimulatedScripting::SimulatedScripting(Runtime& rt, const ScriptingOptions& chos
                                        ScriptingService::EditSession edit, std::function<TimePoint()> stuckUntil)
     : runtime(rt), options(chosen), programStuckUntil(std::move(stuckUntil)), faults(chosen, seed + 3),
       offeredPort(notOffered), service(chosen, seed, std::move(edit), rt.now()), chance(seed + 2),
-      queue(rt.serialQueue("simulated scripting service", Priority::normal)) {}
+      owned(rt.serialQueue("simulated scripting service", Priority::normal)), queue(*owned) {}
 
 void SimulatedScripting::ask(ScriptingRequest request, std::string connection, Answer answer) {
     ++arrived;
     Call call{std::move(request), std::move(connection), std::move(answer)};
-    queue->postAfter(options.commandTime, [this, call = std::move(call)]() mutable { begin(std::move(call)); });
+    queue.postAfter(options.commandTime, [this, call = std::move(call)]() mutable { begin(std::move(call)); });
 }
 
 void SimulatedScripting::begin(Call call) {
     const bool mayStall = options.stallOneIn > 0 && !resting;
     if (!mayStall || !chance.oneIn(static_cast<std::uint64_t>(options.stallOneIn))) return line(std::move(call));
-    queue->postAfter(options.stallTime, [this, call = std::move(call)]() mutable { line(std::move(call)); });
+    queue.postAfter(options.stallTime, [this, call = std::move(call)]() mutable { line(std::move(call)); });
 }
 
 void SimulatedScripting::line(Call call) {
@@ -39,7 +39,7 @@ void SimulatedScripting::serve() {
         const TimePoint now = runtime.now();
         const TimePoint free = std::max(stalledUntil, programStuckUntil());
         if (now < free) {
-            queue->postAfter(free - now, [this] { serve(); });
+            queue.postAfter(free - now, [this] { serve(); });
             return;
         }
         const Call call = std::move(waiting.front());
@@ -59,20 +59,20 @@ std::optional<std::uint16_t> SimulatedScripting::port() const {
 }
 
 void SimulatedScripting::refuseNext(int requests) {
-    queue->post([this, requests] { service.refuseNext(requests); });
+    queue.post([this, requests] { service.refuseNext(requests); });
 }
 
 void SimulatedScripting::stall(Duration duration) {
-    queue->post([this, until = runtime.now() + duration] { stalledUntil = until; });
+    queue.post([this, until = runtime.now() + duration] { stalledUntil = until; });
 }
 
 void SimulatedScripting::restart() {
-    queue->post([this] { service.restart(runtime.now()); });
+    queue.post([this] { service.restart(runtime.now()); });
 }
 
 void SimulatedScripting::rest() {
     faults.rest();
-    queue->post([this] {
+    queue.post([this] {
         resting = true;
         stalledUntil = distantPast;
         service.rest();

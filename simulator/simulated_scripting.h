@@ -50,7 +50,7 @@ public:
     std::uint64_t answers() const { return answered; } // and how many of them were answered
 
     // Nothing is answered from now on. For the owner; the wires are gone before.
-    void end() { queue.reset(); }
+    void end() { owned.reset(); }
 
 private:
     struct Call {
@@ -78,7 +78,8 @@ private:
     TimePoint stalledUntil = distantPast;
     bool resting = false;
 
-    std::unique_ptr<SerialQueue> queue;
+    std::unique_ptr<SerialQueue> owned;
+    SerialQueue& queue; // by which its own jobs post to it, also while it ends
 };
 
 } // namespace lumbrine
