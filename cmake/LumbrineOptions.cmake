@@ -24,6 +24,12 @@ if(CCACHE_PROGRAM)
     endif()
 endif()
 
+# Links in a third of the time where it is there. What packages contain is linked by the system's own linker.
+find_program(MOLD_LINKER mold)
+if(MOLD_LINKER AND CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT LUMBRINE_PACKAGES)
+    add_link_options(-fuse-ld=mold)
+endif()
+
 # Threads everywhere, said the same way everywhere, or precompiled headers do not fit.
 add_compile_options(-pthread)
 add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)

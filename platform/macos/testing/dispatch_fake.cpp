@@ -20,36 +20,36 @@ namespace lumbrine::fakes {
 
 namespace {
 
-struct State {
+struct Dispatch {
     std::uint64_t now = 1'000'000'000;
     std::deque<std::pair<void*, dispatch_function_t>> jobs;
     std::vector<FakeSource*> sources;
     bool strict = true;
 };
 
-State& state() {
-    static State only;
+Dispatch& dispatch() {
+    static Dispatch only;
     return only;
 }
 
 void release(FakeSource* source) {
     if (--source->references > 0) return;
-    std::erase(state().sources, source);
+    std::erase(dispatch().sources, source);
     if (source->finalizer != nullptr) source->finalizer(source->context);
     delete source;
 }
 
 FakeSource* nextDue() {
     FakeSource* next = nullptr;
-    for (FakeSource* source : state().sources)
+    for (FakeSource* source : dispatch().sources)
         if (source->active && !source->cancelled && (next == nullptr || source->due < next->due)) next = source;
     return next;
 }
 
 void runJobs() {
-    while (!state().jobs.empty()) {
-        const auto [context, work] = state().jobs.front();
-        state().jobs.pop_front();
+    while (!dispatch().jobs.empty()) {
+        const auto [context, work] = dispatch().jobs.front();
+        dispatch().jobs.pop_front();
         work(context);
     }
 }
@@ -58,7 +58,7 @@ void fire(FakeSource* source) {
     if (source->interval == DISPATCH_TIME_FOREVER) {
         source->due = DISPATCH_TIME_FOREVER;
     } else {
-        source->due += source->interval * ((state().now - source->due) / source->interval + 1);
+        source->due += source->interval * ((dispatch().now - source->due) / source->interval + 1);
     }
     ++source->references;
     source->handler(source->context);
@@ -68,34 +68,34 @@ void fire(FakeSource* source) {
 } // namespace
 
 void newDispatch() {
-    state() = State();
+    dispatch() = Dispatch();
 }
 
 void runDispatch(std::uint64_t nanoseconds) {
-    const std::uint64_t end = state().now + nanoseconds;
+    const std::uint64_t end = dispatch().now + nanoseconds;
     runJobs();
     for (FakeSource* next = nextDue(); next != nullptr && next->due <= end; next = nextDue()) {
-        state().now = std::max(state().now, next->due);
+        dispatch().now = std::max(dispatch().now, next->due);
         fire(next);
         runJobs();
     }
-    state().now = end;
+    dispatch().now = end;
 }
 
 std::uint64_t dispatchNow() {
-    return state().now;
+    return dispatch().now;
 }
 
 void stallDispatch(std::uint64_t nanoseconds) {
-    state().now += nanoseconds;
+    dispatch().now += nanoseconds;
 }
 
 int liveSources() {
-    return static_cast<int>(state().sources.size());
+    return static_cast<int>(dispatch().sources.size());
 }
 
 bool everyTimerWasStrict() {
-    return state().strict;
+    return dispatch().strict;
 }
 
 } // namespace lumbrine::fakes
@@ -107,17 +107,17 @@ dispatch_queue_t dispatch_get_main_queue() {
 }
 
 void dispatch_async_f(dispatch_queue_t, void* context, dispatch_function_t work) {
-    state().jobs.emplace_back(context, work);
+    dispatch().jobs.emplace_back(context, work);
 }
 
 dispatch_time_t dispatch_time(dispatch_time_t, std::int64_t delta) {
-    return state().now + static_cast<std::uint64_t>(delta);
+    return dispatch().now + static_cast<std::uint64_t>(delta);
 }
 
 dispatch_source_t dispatch_source_create(dispatch_source_type_t, std::uintptr_t, std::uintptr_t mask,
                                          dispatch_queue_t) {
-    state().strict = state().strict && mask == DISPATCH_TIMER_STRICT;
-    return state().sources.emplace_back(new FakeSource());
+    dispatch().strict = dispatch().strict && mask == DISPATCH_TIMER_STRICT;
+    return dispatch().sources.emplace_back(new FakeSource());
 }
 
 void dispatch_set_context(dispatch_source_t source, void* context) {
@@ -132,7 +132,7 @@ void dispatch_source_set_event_handler_f(dispatch_source_t source, dispatch_func
 
 void dispatch_source_set_timer(dispatch_source_t source, dispatch_time_t start, std::uint64_t interval,
                                std::uint64_t leeway) {
-    state().strict = state().strict && leeway == 0;
+    dispatch().strict = dispatch().strict && leeway == 0;
     source->due = start;
     source->interval = interval;
 }
