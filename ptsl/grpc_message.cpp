@@ -24,16 +24,17 @@ Bytes grpcMessage(ByteView message) {
     return body;
 }
 
-std::expected<Bytes, PTSLError> unframe(ByteView body, const Bilingual& text) {
+std::expected<Bytes, PTSLError> unframe(Bytes body, const Bilingual& text) {
     const auto malformed = [&](std::string_view english, std::string_view japanese) {
         return std::unexpected(PTSLError::malformedResponse(text(english, japanese)));
     };
     if (body.size() < prefixSize) return malformed("gRPC frame too short", "gRPC 枠が短すぎる");
     if (body[0] != 0) return malformed("compressed responses not supported", "圧縮された応答は未対応");
-    const std::size_t length = be32(body.subspan<1, 4>());
-    const ByteView rest = body.subspan(prefixSize);
-    if (rest.size() < length) return malformed("gRPC body incomplete", "gRPC 本体が足りない");
-    return Bytes(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(length));
+    const std::size_t length = be32(ByteView(body).subspan<1, 4>());
+    if (body.size() - prefixSize < length) return malformed("gRPC body incomplete", "gRPC 本体が足りない");
+    body.erase(body.begin(), body.begin() + prefixSize);
+    body.resize(length);
+    return body;
 }
 
 } // namespace lumbrine

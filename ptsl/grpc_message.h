@@ -12,7 +12,7 @@ namespace lumbrine {
 // A message of 2^32 bytes or more ends the program.
 Bytes grpcMessage(ByteView message);
 
-// The message in the body of a response; what follows it is ignored. Fails with malformedResponse.
-std::expected<Bytes, PTSLError> unframe(ByteView body, const Bilingual& text);
+// The message in the body of a response, in the same memory; what follows it is ignored. Fails with malformedResponse.
+std::expected<Bytes, PTSLError> unframe(Bytes body, const Bilingual& text);
 
 } // namespace lumbrine

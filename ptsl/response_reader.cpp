@@ -2,6 +2,8 @@
 
 #include "ptsl/grpc_message.h"
 
+#include <utility>
+
 namespace lumbrine {
 
 using http2::FrameType;
@@ -20,7 +22,7 @@ ResponseReader::Step ResponseReader::takeData(const http2::Frame& frame) {
     Step step;
     if (!frame.payload.empty())
         step.answer = writeFrame(FrameType::windowUpdate, 0, 0, be32(static_cast<std::uint32_t>(frame.payload.size())));
-    if (ours && frame.has(http2::endStream)) step.outcome = unframe(body, text);
+    if (ours && frame.has(http2::endStream)) step.outcome = unframe(std::move(body), text);
     return step;
 }
 
@@ -31,7 +33,7 @@ ResponseReader::Step ResponseReader::take(const http2::Frame& frame) {
         return takeData(frame);
     case FrameType::headers:
         if (!ours || !frame.has(http2::endStream)) return {};
-        if (!body.empty()) return {{}, unframe(body, text)};
+        if (!body.empty()) return {{}, unframe(std::move(body), text)};
         return {{},
                 transportError("stream closed without a response body (gRPC error)",
                                "応答本体なしでストリームが閉じた (gRPC エラー)")};
