@@ -119,7 +119,7 @@ int PosixStreamSockets::receive(int fd, std::span<std::uint8_t> buffer) {
     const auto asleep = std::chrono::steady_clock::now() + watching;
     do {
         const int received = orError(::recv(fd, buffer.data(), buffer.size(), MSG_DONTWAIT));
-        if (received != -EAGAIN && received != -EWOULDBLOCK) return received;
+        if (received != -EAGAIN) return received;
         ::sched_yield();
     } while (std::chrono::steady_clock::now() < asleep);
     return orError(::recv(fd, buffer.data(), buffer.size(), 0));
