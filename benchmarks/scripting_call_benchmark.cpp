@@ -15,7 +15,6 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -79,24 +78,14 @@ private:
     std::unique_ptr<::ptsl::PTSL::Stub> stub;
 };
 
-// Of all threads of this process: what the client itself costs, without the service and the waking of two processes.
-double processorNanoseconds() {
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
-}
-
 struct Samples {
     std::vector<double> taken;
-    std::vector<double> processor;
 
     template <typename Work>
     void measure(Work work) {
-        const double processorBegin = processorNanoseconds();
         const auto begin = Clock::now();
         work();
         taken.push_back(std::chrono::duration<double, std::nano>(Clock::now() - begin).count());
-        processor.push_back(processorNanoseconds() - processorBegin);
     }
 };
 
@@ -157,11 +146,10 @@ void compare() {
 
     std::printf(
         "[{\"name\": \"scripting call (p50)\", \"ours\": %.0f, \"peer\": %.0f},\n"
-        " {\"name\": \"scripting call, processor time\", \"ours\": %.0f, \"peer\": %.0f},\n"
         " {\"name\": \"first scripting call (p50)\", \"ours\": %.0f, \"peer\": %.0f},\n"
         " {\"name\": \"memory of the scripting client\", \"unit\": \"KiB\", \"ours\": %.0f, \"limit\": %.0f}]\n",
-        median(ourCalls.taken), median(theirCalls.taken), median(ourCalls.processor), median(theirCalls.processor),
-        median(ourFirsts.taken), median(theirFirsts.taken), added, memoryLimitKiB);
+        median(ourCalls.taken), median(theirCalls.taken), median(ourFirsts.taken), median(theirFirsts.taken), added,
+        memoryLimitKiB);
 }
 
 } // namespace

@@ -16,7 +16,6 @@ GOALS = {
     "datagram sent to last MIDI byte (p50)": 1.1,
     "two datagrams to three MIDI messages": 0.5,
     "scripting call (p50)": 0.6,
-    "scripting call, processor time": 1.0,
     "first scripting call (p50)": 0.4,
     "of which parsing JSON": 1.0,
     "HUI decoding per byte": 0.5,
