@@ -1,4 +1,4 @@
-// The JSON library's parser, for speed apart from what is done with its events.
+// The JSON library's parser, in a file of its own that is compiled for speed; what it finds goes to somebody else.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -7,7 +7,7 @@
 
 namespace lumbrine {
 
-// Tells `events` what the document holds, until it ends or one of them returns false. Whether it came to its end.
+// Tells `events` what the text holds. True when that was one whole JSON document and no event returned false.
 bool readJSON(std::string_view document, nlohmann::json_sax<nlohmann::json>& events);
 
 } // namespace lumbrine
