@@ -17,12 +17,6 @@ void JSONObject::reserve(std::size_t count) {
     all.reserve(count);
 }
 
-JSONValue& JSONObject::add(std::string name) {
-    JSONMember& added = all.emplace_back();
-    added.name = std::move(name);
-    return added.value;
-}
-
 const JSONValue* JSONObject::find(std::string_view name) const {
     for (const JSONMember& member : std::views::reverse(all))
         if (member.name == name) return &member.value;

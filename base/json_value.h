@@ -28,7 +28,7 @@ public:
     ~JSONObject();
 
     // The value, null at first, stays where it is until the next one is added.
-    JSONValue& add(std::string name);
+    JSONValue& add(std::string_view name);
 
     // Null when there is no member of that name. Looks through all of them: objects are small.
     const JSONValue* find(std::string_view name) const;
@@ -77,5 +77,11 @@ struct JSONMember {
     std::string name;
     JSONValue value;
 };
+
+inline JSONValue& JSONObject::add(std::string_view name) {
+    JSONMember& added = all.emplace_back();
+    added.name = name;
+    return added.value;
+}
 
 } // namespace lumbrine

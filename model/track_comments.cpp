@@ -1,18 +1,20 @@
 #include "model/track_comments.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 namespace lumbrine {
 
 namespace {
 
-// Those that stand there once.
-std::vector<std::string> uniqueNames(std::vector<std::string> names) {
-    std::ranges::sort(names);
-    std::vector<std::string> unique;
-    for (auto first = names.begin(); first != names.end();) {
-        const auto next = std::find_if(first, names.end(), [&](const std::string& name) { return name != *first; });
+// Those that stand there once, in order.
+std::vector<std::string_view> uniqueNames(const std::vector<std::string>& names) {
+    std::vector<std::string_view> sorted(names.begin(), names.end());
+    std::ranges::sort(sorted);
+    std::vector<std::string_view> unique;
+    for (auto first = sorted.begin(); first != sorted.end();) {
+        const auto next = std::find_if(first, sorted.end(), [&](std::string_view name) { return name != *first; });
         if (next - first == 1 && !first->empty()) unique.push_back(*first);
         first = next;
     }
@@ -24,7 +26,10 @@ std::vector<std::string> uniqueNames(std::vector<std::string> names) {
 TrackComments::Wanted TrackComments::wanted() const {
     const PublishedState& published = state.published;
     Wanted wanted{.names = {}, .trackMap = published.trackMap, .trackMapFull = published.trackMapFull};
-    if (published.trackMapFull.size() == published.trackMap.size()) wanted.names = uniqueNames(published.trackMapFull);
+    if (published.trackMapFull.size() == published.trackMap.size()) {
+        const auto names = uniqueNames(published.trackMapFull);
+        wanted.names.assign(names.begin(), names.end());
+    }
     return wanted;
 }
 
@@ -37,8 +42,10 @@ void TrackComments::adopt(const Wanted& wanted, const std::map<std::string, std:
 }
 
 void TrackComments::followNames() {
-    const std::vector<std::string> names = uniqueNames(state.published.trackMapFull);
-    std::erase_if(known, [&](const auto& entry) { return !std::ranges::binary_search(names, entry.first); });
+    if (!known.empty()) {
+        const auto names = uniqueNames(state.published.trackMapFull);
+        std::erase_if(known, [&](const auto& entry) { return !std::ranges::binary_search(names, entry.first); });
+    }
     publish();
 }
 

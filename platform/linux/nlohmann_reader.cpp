@@ -1,9 +1,103 @@
 #include "platform/linux/nlohmann_reader.h"
 
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
 namespace lumbrine {
 
-bool readJSON(std::string_view document, nlohmann::json_sax<nlohmann::json>& events) {
-    return nlohmann::json::sax_parse(document.begin(), document.end(), &events);
+namespace {
+
+using Library = nlohmann::json;
+
+// Builds the document from the parser's events, so that nothing is thrown and no depth is followed unasked.
+class Builder {
+public:
+    using string_t = Library::string_t;
+
+    explicit Builder(std::size_t deepestLevel) : usualSize(deepestLevel) { open.reserve(deepestLevel); }
+
+    bool null() { return put<std::nullptr_t>(nullptr); }
+    bool boolean(bool flag) { return put<bool>(flag); }
+    bool number_integer(Library::number_integer_t number) { return put<std::int64_t>(number); }
+    bool number_unsigned(Library::number_unsigned_t number) {
+        if (number > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()))
+            return put<double>(static_cast<double>(number));
+        return put<std::int64_t>(static_cast<std::int64_t>(number));
+    }
+    bool number_float(Library::number_float_t number, const string_t&) { return put<double>(number); }
+    bool string(string_t& characters) { return put<std::string>(characters); } // copied: the parser reuses its memory
+    bool binary(Library::binary_t&) { return false; }                          // not in JSON
+
+    bool start_object(std::size_t) {
+        if (!enter<JSONValue::Object>()) return false;
+        std::get<JSONValue::Object>(open.back()->content).reserve(usualSize[open.size() - 1]);
+        return true;
+    }
+    bool key(string_t& name) {
+        member = &std::get<JSONValue::Object>(open.back()->content).add(name);
+        return true;
+    }
+    bool end_object() {
+        const auto& closed = std::get<JSONValue::Object>(open.back()->content);
+        usualSize[open.size() - 1] = std::min(closed.members().size(), largestUsualSize);
+        return leave();
+    }
+    bool start_array(std::size_t) { return enter<JSONValue::Array>(); }
+    bool end_array() { return leave(); }
+
+    bool parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception&) {
+        errorPosition = position;
+        return false;
+    }
+
+    JSONValue document;
+    std::size_t errorPosition = 0;
+
+private:
+    template <typename Kind>
+    bool put(const Kind& content) {
+        place().content.emplace<Kind>(content);
+        return true;
+    }
+
+    // Where the next value belongs.
+    JSONValue& place() {
+        if (member != nullptr) return *std::exchange(member, nullptr);
+        return open.empty() ? document : std::get<JSONValue::Array>(open.back()->content).emplace_back();
+    }
+
+    template <typename Container>
+    bool enter() {
+        if (open.size() == usualSize.size()) return false;
+        JSONValue& container = place();
+        container.content.emplace<Container>();
+        open.push_back(&container);
+        return true;
+    }
+
+    bool leave() {
+        open.pop_back();
+        return true;
+    }
+
+    static constexpr std::size_t largestUsualSize = 32;
+
+    std::vector<JSONValue*> open;       // none of them grows while one that it holds is open
+    JSONValue* member = nullptr;        // whose name has come
+    std::vector<std::size_t> usualSize; // of the object before at each level
+};
+
+} // namespace
+
+std::expected<JSONValue, std::size_t> readJSON(std::string_view document, std::size_t deepest) {
+    Builder builder(deepest);
+    if (Library::sax_parse(document.begin(), document.end(), &builder)) return std::move(builder.document);
+    return std::unexpected(builder.errorPosition);
 }
 
 } // namespace lumbrine

@@ -1,13 +1,15 @@
-// The JSON library's parser, in a file of its own that is compiled for speed; what it finds goes to somebody else.
+// Reads JSON with the nlohmann library's parser, in a file of its own that is compiled for speed.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include "base/json_value.h"
 
+#include <cstddef>
+#include <expected>
 #include <string_view>
 
 namespace lumbrine {
 
-// Tells `events` what the text holds. True when that was one whole JSON document and no event returned false.
-bool readJSON(std::string_view document, nlohmann::json_sax<nlohmann::json>& events);
+// Else the byte, from 1, at which the text is no JSON document; 0 when it is nested more deeply than `deepest` levels.
+std::expected<JSONValue, std::size_t> readJSON(std::string_view document, std::size_t deepest);
 
 } // namespace lumbrine
