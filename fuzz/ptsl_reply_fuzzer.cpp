@@ -17,7 +17,7 @@ void require(bool holds) {
 void readReply(const std::string& text) {
     NlohmannJSON json{Bilingual(false)};
     const auto document = json.parse(text);
-    require(document || !document.error().text.empty());
+    require(document ? text.find('\0') == std::string::npos : !document.error().text.empty());
     const auto* const reply = document ? document->as<JSONValue::Object>() : nullptr;
     if (reply == nullptr) return;
     for (const PTSLTrack& track : tracksFrom(*reply))

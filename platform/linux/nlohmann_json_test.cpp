@@ -67,6 +67,15 @@ TEST_F(NlohmannJSONTest, RefusesWhatIsNotJSON) {
         EXPECT_NE(errorOf(document), "no error") << document;
 }
 
+TEST_F(NlohmannJSONTest, RefusesZerosWhereverTheyStand) {
+    using namespace std::string_view_literals;
+    EXPECT_EQ(errorOf("{}\0"sv), "not valid JSON at byte 3");
+    EXPECT_EQ(errorOf("{} \0{\"a\":1}"sv), "not valid JSON at byte 4");
+    for (const std::string_view document :
+         {"\0"sv, "\0{}"sv, "1\0"sv, "[1\0]"sv, "[1,\0 2]"sv, "\"a\0\""sv, "{\"\0\":1}"sv})
+        EXPECT_NE(errorOf(document), "no error") << document;
+}
+
 TEST_F(NlohmannJSONTest, ReadsWhiteSpaceAroundTheDocument) {
     EXPECT_EQ(parsed(" \r\n\t1\n "), JSONValue(1));
 }

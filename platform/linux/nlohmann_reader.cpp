@@ -96,8 +96,10 @@ private:
 
 std::expected<JSONValue, std::size_t> readJSON(std::string_view document, std::size_t deepest) {
     Builder builder(deepest);
-    if (Library::sax_parse(document.begin(), document.end(), &builder)) return std::move(builder.document);
-    return std::unexpected(builder.errorPosition);
+    if (!Library::sax_parse(document.begin(), document.end(), &builder)) return std::unexpected(builder.errorPosition);
+    // The parser takes a zero for the end of the text, whatever follows it.
+    if (const std::size_t zero = document.find('\0'); zero != std::string_view::npos) return std::unexpected(zero + 1);
+    return std::move(builder.document);
 }
 
 } // namespace lumbrine
