@@ -78,6 +78,10 @@ int PosixStreamSockets::connect(int fd, const std::string& host, std::uint16_t p
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     if (::inet_pton(AF_INET, host.c_str(), &address.sin_addr) != 1) return -EINVAL;
+    {
+        const std::lock_guard held(lock);
+        if (ended) return -ESHUTDOWN;
+    }
     const int flags = orError(::fcntl(fd, F_GETFL));
     if (flags < 0) return flags;
     if (::fcntl(fd, F_SETFL, flags | O_NONBLOCK) < 0) return -errno;

@@ -53,6 +53,8 @@ protected:
 
     ~PosixStreamSocketsTest() override {
         if (near >= 0) sockets.close(near);
+        for (const int fd : crowding)
+            sockets.close(fd);
         closeFarEnd();
     }
 
@@ -68,8 +70,20 @@ protected:
         return value;
     }
 
+    // Connects until nobody is let in any more.
+    void crowd(std::uint16_t port) {
+        constexpr std::size_t most = 10;
+        int result = 0;
+        while (result == 0 && crowding.size() < most) {
+            crowding.push_back(sockets.open());
+            result = sockets.connect(crowding.back(), "127.0.0.1", port, 100ms);
+        }
+        EXPECT_EQ(result, -ETIMEDOUT);
+    }
+
     PosixStreamSockets sockets;
     Listener listener;
+    std::vector<int> crowding;
     int near = -1;
     int far = -1;
 };
@@ -123,17 +137,9 @@ TEST_F(PosixStreamSocketsTest, TakesNumericAddressesOnly) {
 
 TEST_F(PosixStreamSocketsTest, GivesUpConnectingAfterItsLimit) {
     const Listener full(0);
-    std::vector<int> waiting;
     const auto begin = Clock::now();
-    int result = 0;
-    while (result == 0 && waiting.size() < 10) { // until nobody is let in any more
-        waiting.push_back(sockets.open());
-        result = sockets.connect(waiting.back(), "127.0.0.1", full.port(), 100ms);
-    }
-    EXPECT_EQ(result, -ETIMEDOUT);
+    crowd(full.port());
     EXPECT_GE(Clock::now() - begin, 100ms);
-    for (const int fd : waiting)
-        sockets.close(fd);
 }
 
 TEST_F(PosixStreamSocketsTest, IsBlockingOnceItIsConnected) {
@@ -233,6 +239,26 @@ TEST_F(PosixStreamSocketsTest, EndsWhatWaitsWhenTheProgramEnds) {
     later.join();
     EXPECT_EQ(sockets.send(near, Bytes{1}), -EPIPE);
     EXPECT_EQ(sockets.open(), -ESHUTDOWN);
+}
+
+TEST_F(PosixStreamSocketsTest, EndsAConnectingWhenTheProgramEnds) {
+    const Listener full(0);
+    crowd(full.port());
+    near = sockets.open();
+    std::thread later([this] {
+        std::this_thread::sleep_for(20ms);
+        sockets.shutDown();
+    });
+    const auto begin = Clock::now();
+    EXPECT_LT(sockets.connect(near, "127.0.0.1", full.port(), 10s), 0);
+    EXPECT_LT(Clock::now() - begin, 5s);
+    later.join();
+}
+
+TEST_F(PosixStreamSocketsTest, ConnectsNoMoreWhenTheProgramEnds) {
+    near = sockets.open();
+    sockets.shutDown();
+    EXPECT_EQ(sockets.connect(near, "127.0.0.1", listener.port(), 3s), -ESHUTDOWN);
 }
 
 } // namespace
