@@ -36,7 +36,8 @@ public:
     PTSLClient(Runtime& runtime, StreamSockets& sockets, JSON& systemJSON, Bilingual bilingual, std::string company,
                std::string application, const PTSLAddress& service = {});
 
-    // At most 1,000 tracks, in the session's order. Registers anew when the service no longer knows the session.
+    // In the session's order; no more than 1,000 are asked for. Registers anew when the service no longer knows the
+    // session.
     Result<std::vector<PTSLTrack>> trackList();
 
     // Tracks by their full names.

@@ -100,6 +100,15 @@ TEST_F(NGHTTP2Server, EndsAResponseWithTrailers) {
     EXPECT_EQ(wireTo(port)->call(path, Bytes{}), (Bytes{1, 2, 3}));
 }
 
+// Headers that are longer than a frame go on in CONTINUATION frames, which are left for the next call to read over.
+TEST_F(NGHTTP2Server, EndsAResponseWithTrailersOfSeveralFrames) {
+    serve(service::body({1, 2, 3}));
+    start({"--trailer=filler: " + std::string(40'000, '~')});
+    const auto wire = wireTo(port);
+    for (int call = 0; call < 3; ++call)
+        EXPECT_EQ(wire->call(path, Bytes{}), (Bytes{1, 2, 3}));
+}
+
 TEST_F(NGHTTP2Server, MayWantToPush) {
     serve(service::body({1, 2, 3}));
     start({"--push=/ptsl.PTSL/SendGrpcRequest=/other"});
