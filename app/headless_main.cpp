@@ -44,12 +44,13 @@ constexpr ProgramInfo program{
 };
 
 int run() {
+    const MIDIBackend backend;
     RunLoop loop;
     std::function<void()> end; // set before the loop runs
     const TerminationSignals signals([&] { loop.post([&] { end(); }); });
     RealRuntime runtime(loop);
     LinuxSystemInfo system;
-    const std::unique_ptr<MIDIServices> midi = makeMIDIServices(runtime);
+    const std::unique_ptr<MIDIServices> midi = backend.services(runtime);
     PosixDatagramSockets sockets;
     PosixStreamSockets streams;
     AvahiAdvertiser advertiser;

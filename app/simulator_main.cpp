@@ -26,10 +26,11 @@ void print(std::string_view text) {
 }
 
 int simulate(const SimulatorArguments& arguments) {
+    const MIDIBackend backend;
     RunLoop loop;
     const TerminationSignals signals([&loop] { loop.stop(); });
     RealRuntime runtime(loop);
-    const std::unique_ptr<MIDIConnections> midi = makeMIDIConnections(runtime);
+    const std::unique_ptr<MIDIConnections> midi = backend.connections(runtime);
     SimulatedProTools proTools(runtime, *midi, arguments.options,
                                defaultSession(arguments.tracks, arguments.options.seed, arguments.style));
     if (!proTools.hasMIDI()) {

@@ -44,6 +44,7 @@ constexpr ProgramInfo program{
 const QString identifier = QStringLiteral("com.tarnwick.lumbrine");
 
 int run(int count, char** arguments) {
+    const MIDIBackend backend;
     QtMainLoop loop;
     std::function<void()> end = [] {};
     const TerminationSignals terminationSignals([&] { loop.post([&] { end(); }); });
@@ -58,7 +59,7 @@ int run(int count, char** arguments) {
     const LinuxSystemInfo system;
     const Bilingual text(prefersJapanese(system.preferredLanguages()));
     introduceProgram(identifier, text);
-    const std::unique_ptr<MIDIServices> midi = makeMIDIServices(runtime);
+    const std::unique_ptr<MIDIServices> midi = backend.services(runtime);
     PosixDatagramSockets sockets;
     PosixStreamSockets streams;
     AvahiAdvertiser advertiser;

@@ -30,22 +30,23 @@ public:
     }
 };
 
-bool jackAnswers() {
-    // PipeWire's JACK would else turn the ping 90 00 00 into a note-off. What the user has set stays.
-    ::setenv("PIPEWIRE_PROPS", "{ jack.fix-midi-events = false }", 0); // NOLINT(concurrency-mt-unsafe): at the start
-    return JackServer::answers();
-}
-
 } // namespace
 
-std::unique_ptr<MIDIServices> makeMIDIServices(Runtime& runtime) {
-    if (jackAnswers()) return std::make_unique<JackMIDIServices>(runtime, std::make_shared<JackServer>(runtime));
+MIDIBackend::MIDIBackend() {
+    // PipeWire's JACK would else turn the ping 90 00 00 into a note-off. What the user has set stays.
+    ::setenv("PIPEWIRE_PROPS", "{ jack.fix-midi-events = false }", 0); // NOLINT(concurrency-mt-unsafe): at the start
+}
+
+std::unique_ptr<MIDIServices> MIDIBackend::services(Runtime& runtime) const {
+    if (JackServer::answers())
+        return std::make_unique<JackMIDIServices>(runtime, std::make_shared<JackServer>(runtime));
     if (RtMidiServices::alsaAnswers()) return std::make_unique<RtMidiServices>(runtime);
     return std::make_unique<AbsentMIDIServices>();
 }
 
-std::unique_ptr<MIDIConnections> makeMIDIConnections(Runtime& runtime) {
-    if (jackAnswers()) return std::make_unique<JackMIDIConnections>(runtime, std::make_shared<JackServer>(runtime));
+std::unique_ptr<MIDIConnections> MIDIBackend::connections(Runtime& runtime) const {
+    if (JackServer::answers())
+        return std::make_unique<JackMIDIConnections>(runtime, std::make_shared<JackServer>(runtime));
     if (RtMidiServices::alsaAnswers()) return std::make_unique<RtMidiConnections>(runtime);
     return std::make_unique<AbsentMIDIConnections>();
 }

@@ -9,12 +9,17 @@
 
 namespace lumbrine {
 
-// Never null. Where there is no MIDI system every creation fails with -ENODEV. Looks for the system once, now; call it
-// before other threads run, since it sets an environment variable for JACK's library.
-std::unique_ptr<MIDIServices> makeMIDIServices(Runtime& runtime);
+// One process makes services or connections here, not both. Each looks for the system once, when it is called.
+class MIDIBackend {
+public:
+    // First in `main`, before other threads run: sets an environment variable for JACK's library.
+    MIDIBackend();
 
-// Never null. Where there is no MIDI system every connection is null. One process makes services or connections here,
-// not both.
-std::unique_ptr<MIDIConnections> makeMIDIConnections(Runtime& runtime);
+    // Never null. Where there is no MIDI system every creation fails with -ENODEV.
+    std::unique_ptr<MIDIServices> services(Runtime& runtime) const;
+
+    // Never null. Where there is no MIDI system every connection is null.
+    std::unique_ptr<MIDIConnections> connections(Runtime& runtime) const;
+};
 
 } // namespace lumbrine

@@ -12,15 +12,16 @@
 namespace lumbrine::interop {
 namespace {
 
-class MIDIBackend : public testing::Test {
+class MIDIBackendTest : public testing::Test {
 protected:
+    MIDIBackend backend;
     PrivateJack jack;
     RunLoop loop;
     RealRuntime runtime{loop};
 };
 
-TEST_F(MIDIBackend, IsJACKWhereAServerAnswers) {
-    const auto services = makeMIDIServices(runtime);
+TEST_F(MIDIBackendTest, IsJACKWhereAServerAnswers) {
+    const auto services = backend.services(runtime);
     MIDIClientRef client = 0;
     MIDIEndpointRef source = 0;
     ASSERT_EQ(services->createClient("Lumbrine", client), 0);
@@ -28,26 +29,26 @@ TEST_F(MIDIBackend, IsJACKWhereAServerAnswers) {
     EXPECT_TRUE(jack.hasPort("Lumbrine:Lumbrine"));
 
     MIDIRecorder recorder;
-    const auto connection = makeMIDIConnections(runtime)->connect("Lumbrine", recorder.asReceiver());
+    const auto connection = backend.connections(runtime)->connect("Lumbrine", recorder.asReceiver());
     EXPECT_NE(connection, nullptr);
 }
 
-TEST_F(MIDIBackend, FailsAtTheFirstCreationWhereThereIsNone) {
+TEST_F(MIDIBackendTest, FailsAtTheFirstCreationWhereThereIsNone) {
     if (RtMidiServices::alsaAnswers()) GTEST_SKIP() << "this computer has ALSA's sequencer";
     jack.stop();
-    const auto services = makeMIDIServices(runtime);
+    const auto services = backend.services(runtime);
     MIDIClientRef client = 7;
     EXPECT_EQ(services->createClient("Lumbrine", client), -ENODEV);
     EXPECT_EQ(client, 7U);
-    EXPECT_EQ(makeMIDIConnections(runtime)->connect("Lumbrine", [](ByteView) {}), nullptr);
+    EXPECT_EQ(backend.connections(runtime)->connect("Lumbrine", [](ByteView) {}), nullptr);
 }
 
-TEST_F(MIDIBackend, KeepsPipeWireFromRewritingMessagesUnlessTheUserHasSetItsProperties) {
+TEST_F(MIDIBackendTest, KeepsPipeWireFromRewritingMessagesUnlessTheUserHasSetItsProperties) {
     ::unsetenv("PIPEWIRE_PROPS");
-    makeMIDIServices(runtime);
+    const MIDIBackend first;
     EXPECT_STREQ(::getenv("PIPEWIRE_PROPS"), "{ jack.fix-midi-events = false }");
     ::setenv("PIPEWIRE_PROPS", "{ mine }", 1);
-    makeMIDIServices(runtime);
+    const MIDIBackend second;
     EXPECT_STREQ(::getenv("PIPEWIRE_PROPS"), "{ mine }");
 }
 
