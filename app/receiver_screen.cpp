@@ -80,8 +80,7 @@ std::optional<std::size_t> trackOf(const PublishedState& published, std::size_t 
 
 std::string spokenStrip(const StripView& view, std::size_t strip, const Bilingual& text) {
     std::string spoken = std::to_string(strip + 1);
-    const std::string& name = view.fullName.empty() ? view.name : view.fullName;
-    if (!name.empty()) spoken += " " + name;
+    if (!view.shownName().empty()) spoken += " " + view.shownName();
     spoken += ", " + std::to_string(std::lround(view.fader * 100)) + " %";
     if (view.mute) spoken += text(", muted", ", ミュート");
     if (view.solo) spoken += text(", soloed", ", ソロ");

@@ -74,6 +74,8 @@ struct StripView {
     bool select = false;
     std::string spoken; // "1 Kick, 72 %, muted": for screen readers
 
+    const std::string& shownName() const { return fullName.empty() ? name : fullName; }
+
     bool operator==(const StripView&) const = default;
 };
 

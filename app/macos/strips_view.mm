@@ -60,7 +60,7 @@ void drawStrip(const StripView& strip, NSRect column) {
     if (strip.color)
         fill(NSMakeRect(NSMinX(column), NSMinY(column), NSWidth(column), bandHeight), 2, trackColor(*strip.color));
     NSColor* const ink = strip.select ? NSColor.alternateSelectedControlTextColor : NSColor.labelColor;
-    drawText(strip.name, NSMakeRect(NSMinX(column), NSMinY(column) + nameTop, NSWidth(column), 14), ink,
+    drawText(strip.shownName(), NSMakeRect(NSMinX(column), NSMinY(column) + nameTop, NSWidth(column), 14), ink,
              NSFontWeightMedium);
     const CGFloat half = NSWidth(column) / 2;
     const CGFloat top = NSMinY(column) + lightsTop;

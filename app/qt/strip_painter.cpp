@@ -130,11 +130,11 @@ void StripPainter::paintName(QPainter& painter, const QRectF& place, const Strip
     painter.setPen(Qt::NoPen);
     painter.setBrush(displayBack);
     painter.drawRoundedRect(place, 3, 3);
-    const std::string& whole = strip.fullName.empty() ? strip.name : strip.fullName;
-    if (whole.empty()) return;
+    if (strip.shownName().empty()) return;
     painter.setFont(nameFont);
     painter.setPen(displayText);
-    painter.drawText(place, Qt::AlignCenter, cutToFit(shown(whole), QFontMetricsF(nameFont), place.width() - 2));
+    painter.drawText(place, Qt::AlignCenter,
+                     cutToFit(shown(strip.shownName()), QFontMetricsF(nameFont), place.width() - 2));
 }
 
 } // namespace lumbrine
