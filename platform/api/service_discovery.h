@@ -26,7 +26,7 @@ public:
     virtual ~ServiceAdvertiser() = default;
 
     // Publishes the service as soon as the system's daemon is there, and again whenever the daemon was gone. Returns at
-    // once; failures are not reported, since there is nothing that a user could do then and there.
+    // once and reports no failure. A back end that can be refused what the user may allow tells of that in its own way.
     virtual std::unique_ptr<Advertisement> publish(AdvertisedService service) = 0;
 };
 

@@ -13,7 +13,7 @@
 
 namespace lumbrine::wire {
 
-enum class GrpcStatus { ok = 0, resourceExhausted = 8, unimplemented = 12, internal = 13, unavailable = 14 };
+enum class GrpcStatus { ok = 0, resourceExhausted = 8, unimplemented = 12, internal = 13 };
 
 class GrpcConnection {
 public:
