@@ -47,11 +47,7 @@ UDPServer::UDPServer(Runtime& rt, DatagramSockets& datagramSockets, std::uint16_
     : port(portToBind), runtime(rt), sockets(datagramSockets), clientLock(rt) {}
 
 UDPServer::~UDPServer() {
-    running = false;
-    if (fd < 0) return;
-    sockets.shutDown(fd);
-    receiveThread.reset();
-    sockets.close(fd);
+    end();
 }
 
 std::expected<void, UDPError> UDPServer::start() {
@@ -67,6 +63,14 @@ std::expected<void, UDPError> UDPServer::start() {
     running = true;
     receiveThread = runtime.startThread("udp-receive", [this] { receiveLoop(); });
     return {};
+}
+
+void UDPServer::end() {
+    running = false;
+    if (fd < 0) return;
+    sockets.shutDown(fd);
+    receiveThread.reset();
+    sockets.close(fd.exchange(-1));
 }
 
 void UDPServer::receiveLoop() {

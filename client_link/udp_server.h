@@ -39,7 +39,7 @@ public:
 
     UDPServer(Runtime& rt, DatagramSockets& datagramSockets, std::uint16_t portToBind);
 
-    // Ends the receive thread and closes the socket. Not from the callback.
+    // Ends as `end` does.
     ~UDPServer();
 
     // Every datagram of the owner, and the sender's key, on the receive thread, with no lock held. Both arguments are
@@ -49,6 +49,10 @@ public:
     // Opens, configures and binds the socket and starts the receive thread. After a failure the server neither receives
     // nor sends. Once.
     std::expected<void, UDPError> start();
+
+    // Waits for the receive thread to end, in whose callback the server sends as ever, and closes the socket. After it
+    // nothing is received or sent. On the thread that started it, not from the callback; again does nothing.
+    void end();
 
     // To the peer with that key, if it is in the table. Errors are ignored. Any thread.
     void send(ByteView bytes, std::string_view key);

@@ -81,6 +81,16 @@ TEST(UDPServerEnd, ShutsTheSocketDownAndClosesIt) {
     EXPECT_THAT(sockets.calls, ElementsAre("shut down", "close"));
 }
 
+TEST_F(UDPServerStart, IsNoLongerOfUseOnceTheServerHasEnded) {
+    ASSERT_TRUE(server.start().has_value());
+    server.handleDatagram(touch, peerAt("10.0.0.1:1"));
+    server.end();
+    expectNothingIsSent();
+    sockets.calls.clear();
+    server.end();
+    EXPECT_THAT(sockets.calls, IsEmpty());
+}
+
 TEST(UDPServerEnd, TouchesNoSocketWhereNoneCameToBe) {
     StillRuntime runtime;
     RecordingSockets sockets;

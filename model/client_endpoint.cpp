@@ -38,6 +38,11 @@ void ClientEndpoint::advertise() {
     log.appendLog(text("✓ Bonjour advertising: ", "✓ Bonjour 広告: ") + name);
 }
 
+// The server itself stays: its receive thread may be asking for it.
+void ClientEndpoint::close() {
+    if (udp) udp->end();
+}
+
 void ClientEndpoint::send(ByteView bytes, std::string_view key) {
     if (udp) udp->send(bytes, key);
 }

@@ -24,10 +24,11 @@ public:
     // the receive thread. Main thread, once.
     void startUDPAndBonjour(Handler handler);
 
-    // Waits for the receive thread to end, after which the handler is not called any more. Main thread.
-    void close() { udp.reset(); }
+    // Waits for the receive thread to end, after which the handler is not called any more; a handler at work meanwhile
+    // can still send. Main thread.
+    void close();
 
-    // The rest: any thread; nothing happens and nobody is there before the start.
+    // The rest: any thread; nothing happens and nobody is there before the start, nothing is sent after the end.
 
     void send(ByteView bytes, std::string_view key); // to that peer alone
     void broadcast(ByteView bytes);                  // to the live owner alone
