@@ -27,7 +27,7 @@ struct StripSwitches {
 
 // One track of the session table.
 struct TrackRow {
-    std::optional<double> fader = std::nullopt; // 0.0-1.0; absent while never seen
+    std::optional<double> fader = std::nullopt; // clamped to 0.0-1.0; absent while never seen
     bool mute = false;
     bool solo = false;
     bool record = false;

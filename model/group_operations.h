@@ -15,7 +15,7 @@ namespace lumbrine {
 
 class GroupOperations {
 public:
-    // Member and fader value, 0.0-1.0.
+    // Member and fader value, 0.0-1.0 nominally.
     using FaderEntry = std::pair<int, double>;
 
     struct Parts {

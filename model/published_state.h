@@ -22,7 +22,7 @@ struct PublishedState {
     bool iosConnected = false;   // a remote client is active
     std::string iosClientDesc;   // the connected clients in words; empty when there is none
 
-    PerStrip<double> faders{}; // 0.0-1.0
+    PerStrip<double> faders{}; // 0.0-1.0, or more where somebody has sent more
     PerStrip<std::string> trackNames;
     PerStrip<bool> mutes{};
     PerStrip<bool> solos{};

@@ -18,7 +18,7 @@ public:
     virtual ~SurfaceListener() = default;
 
     virtual void surfaceLog(const std::string& line) = 0;
-    virtual void faderFeedback(Strip strip, double value) = 0;           // 0.0-1.0
+    virtual void faderFeedback(Strip strip, double value) = 0;           // 0.0-1.0, or more (HUIEngine)
     virtual void trackNameShown(Strip strip, std::string_view text) = 0; // four characters, untrimmed
     virtual void meterShown(Strip strip, int side, int level) = 0;       // side 0 left, 1 right; level 0-15
     virtual void vpotShown(Strip strip, int value, bool centre, bool rightSide) = 0;
