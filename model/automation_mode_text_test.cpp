@@ -1,7 +1,5 @@
 #include "model/automation_mode_text.h"
 
-#include <gtest/gtest.h>
-
 namespace lumbrine {
 namespace {
 

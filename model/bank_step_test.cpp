@@ -1,9 +1,6 @@
 // The choice of the next press on the way to an offset.
 #include "model/bank_step.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <cstdlib>
 #include <utility>
 #include <vector>

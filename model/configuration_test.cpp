@@ -1,8 +1,6 @@
 #include "model/configuration.h"
 #include "model/testing/model_world.h"
 
-#include <gtest/gtest.h>
-
 namespace lumbrine {
 namespace {
 

@@ -7,8 +7,6 @@
 #include "platform/virtual/memory_screen.h"
 #include "platform/virtual/virtual_streams.h"
 
-#include <gtest/gtest.h>
-
 namespace lumbrine {
 namespace {
 

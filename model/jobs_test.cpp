@@ -1,8 +1,6 @@
 #include "model/jobs.h"
 #include "platform/virtual/virtual_runtime.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
 #include <memory>
 #include <string>

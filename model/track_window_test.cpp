@@ -1,7 +1,5 @@
 #include "model/track_window.h"
 
-#include <gtest/gtest.h>
-
 namespace lumbrine {
 namespace {
 

@@ -1,4 +1,4 @@
-#include "base/segmentations.h"
+#include "base/testing/segmentations.h"
 #include "ptsl/http2_frames.h"
 
 namespace lumbrine {

@@ -1,5 +1,5 @@
 // Services that are none, or that break every rule.
-#include "base/segmentations.h"
+#include "base/testing/segmentations.h"
 #include "ptsl/testing/wire_test.h"
 
 namespace lumbrine {

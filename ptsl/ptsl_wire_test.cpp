@@ -1,4 +1,4 @@
-#include "base/segmentations.h"
+#include "base/testing/segmentations.h"
 #include "ptsl/ptsl_wire.h"
 #include "ptsl/testing/wire_test.h"
 

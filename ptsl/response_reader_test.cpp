@@ -1,4 +1,4 @@
-#include "base/segmentations.h"
+#include "base/testing/segmentations.h"
 #include "ptsl/response_reader.h"
 #include "ptsl/testing/service_frames.h"
 

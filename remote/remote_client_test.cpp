@@ -2,7 +2,7 @@
 #include "platform/virtual/virtual_runtime.h"
 #include "remote/command_builder.h"
 #include "remote/remote_client.h"
-#include "remote/scripted_receiver.h"
+#include "remote/testing/scripted_receiver.h"
 #include "remote/testing/wire_samples.h"
 
 #include <cerrno>

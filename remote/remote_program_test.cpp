@@ -1,7 +1,7 @@
 #include "platform/virtual/virtual_network.h"
 #include "platform/virtual/virtual_runtime.h"
 #include "remote/remote_program.h"
-#include "remote/scripted_receiver.h"
+#include "remote/testing/scripted_receiver.h"
 #include "remote/testing/wire_samples.h"
 
 #include <chrono>

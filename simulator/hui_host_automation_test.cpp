@@ -1,6 +1,6 @@
 // Automation modes: either order of holding, what the displays show, and for how long.
-#include "simulator/host_bench.h"
 #include "simulator/simulated_hui_host.h"
+#include "simulator/testing/host_bench.h"
 
 namespace lumbrine {
 namespace {

@@ -1,6 +1,6 @@
 // What surfaces do: faders, switches, V-Pots, transport.
-#include "simulator/host_bench.h"
 #include "simulator/simulated_hui_host.h"
+#include "simulator/testing/host_bench.h"
 
 namespace lumbrine {
 namespace {

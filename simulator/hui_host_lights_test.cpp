@@ -1,6 +1,6 @@
 // What goes on by itself: flashing LEDs, meters and the counter.
-#include "simulator/host_bench.h"
 #include "simulator/simulated_hui_host.h"
+#include "simulator/testing/host_bench.h"
 
 namespace lumbrine {
 namespace {

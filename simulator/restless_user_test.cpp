@@ -1,5 +1,5 @@
-#include "simulator/host_bench.h"
 #include "simulator/restless_user.h"
+#include "simulator/testing/host_bench.h"
 
 namespace lumbrine {
 namespace {

@@ -1,6 +1,6 @@
 // Presence, banking and what a surface is sent when it appears.
-#include "simulator/host_bench.h"
 #include "simulator/simulated_hui_host.h"
+#include "simulator/testing/host_bench.h"
 
 namespace lumbrine {
 namespace {

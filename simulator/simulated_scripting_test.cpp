@@ -2,9 +2,9 @@
 #include "base/midi_packet_list.h"
 #include "platform/virtual/memory_midi.h"
 #include "platform/virtual/virtual_runtime.h"
-#include "simulator/host_bench.h"
 #include "simulator/scripting_json.h"
 #include "simulator/simulated_pro_tools.h"
+#include "simulator/testing/host_bench.h"
 
 namespace lumbrine {
 namespace {

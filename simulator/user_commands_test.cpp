@@ -1,6 +1,6 @@
 #include "platform/virtual/memory_midi.h"
 #include "platform/virtual/virtual_runtime.h"
-#include "simulator/host_bench.h"
+#include "simulator/testing/host_bench.h"
 #include "simulator/user_commands.h"
 
 namespace lumbrine {

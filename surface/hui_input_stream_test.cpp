@@ -1,6 +1,6 @@
-#include "base/segmentations.h"
+#include "base/testing/segmentations.h"
 #include "platform/virtual/still_runtime.h"
-#include "surface/hui_trace.h"
+#include "surface/testing/hui_trace.h"
 
 namespace lumbrine {
 namespace {

@@ -1,5 +1,5 @@
 #include "platform/virtual/still_runtime.h"
-#include "surface/hui_trace.h"
+#include "surface/testing/hui_trace.h"
 
 namespace lumbrine {
 namespace {

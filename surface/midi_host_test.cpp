@@ -1,6 +1,6 @@
 #include "platform/virtual/still_runtime.h"
 #include "surface/midi_host.h"
-#include "surface/recording_midi_services.h"
+#include "surface/testing/recording_midi_services.h"
 
 #include <cstring>
 

@@ -1,6 +1,6 @@
 #include "platform/virtual/still_runtime.h"
-#include "surface/recording_midi_services.h"
 #include "surface/surface_wiring.h"
+#include "surface/testing/recording_midi_services.h"
 
 namespace lumbrine {
 namespace {

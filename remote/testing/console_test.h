@@ -3,8 +3,8 @@
 
 #include "platform/virtual/virtual_network.h"
 #include "platform/virtual/virtual_runtime.h"
-#include "remote/scripted_receiver.h"
 #include "remote/terminal_console.h"
+#include "remote/testing/scripted_receiver.h"
 #include "remote/testing/wire_samples.h"
 
 #include <gtest/gtest.h>

@@ -3,8 +3,8 @@
 
 #include "platform/virtual/memory_midi.h"
 #include "platform/virtual/virtual_runtime.h"
-#include "simulator/host_bench.h"
 #include "simulator/simulated_pro_tools.h"
+#include "simulator/testing/host_bench.h"
 
 #include <optional>
 #include <string>

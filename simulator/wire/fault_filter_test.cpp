@@ -1,6 +1,6 @@
-#include "base/segmentations.h"
+#include "base/testing/segmentations.h"
+#include "simulator/testing/grpc_conversation.h"
 #include "simulator/wire/fault_filter.h"
-#include "simulator/wire/grpc_conversation.h"
 
 namespace lumbrine::wire {
 namespace {

@@ -1,4 +1,4 @@
-#include "base/segmentations.h"
+#include "base/testing/segmentations.h"
 #include "simulator/wire/http2_frame.h"
 
 namespace lumbrine::wire {

@@ -1,9 +1,9 @@
 // The scripting service at the far end of a TCP connection in virtual time, by the bytes alone.
 #include "platform/virtual/memory_midi.h"
-#include "simulator/host_bench.h"
 #include "simulator/simulated_pro_tools.h"
+#include "simulator/testing/grpc_conversation.h"
+#include "simulator/testing/host_bench.h"
 #include "simulator/testing/virtual_scripting.h"
-#include "simulator/wire/grpc_conversation.h"
 
 #include <cerrno>
 

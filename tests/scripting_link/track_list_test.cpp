@@ -1,5 +1,5 @@
 // What a reply becomes.
-#include "base/segmentations.h"
+#include "base/testing/segmentations.h"
 #include "ptsl/testing/service_frames.h"
 #include "tests/scripting_link/envelope_service.h"
 
