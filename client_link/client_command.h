@@ -40,27 +40,27 @@ struct SelectPress {
 };
 struct VpotDelta {
     std::uint8_t strip;
-    std::int8_t delta;
-}; // clicks, clockwise when positive
+    std::int8_t delta; // clicks, clockwise when positive
+};
 struct PanModeToggle {};
 struct PanSeek {
     std::uint8_t strip;
-    std::uint8_t target;
-}; // ring position as sent; 1-11 is meaningful
+    std::uint8_t target; // ring position as sent; 1-11 is meaningful
+};
 struct BankMove {
-    std::uint8_t kind;
-}; // 0-3 is meaningful
+    std::uint8_t kind; // 0-3 is meaningful
+};
 struct SeekBank {
-    std::uint16_t target;
-}; // track index
+    std::uint16_t target; // track index
+};
 struct Recalibrate {};
 struct InputMonitorToggle {
     std::uint8_t strip;
 };
 struct SetAutoMode {
-    std::uint8_t strip;
-    std::uint8_t mode;
-}; // always strip < 16, mode < 6
+    std::uint8_t strip; // always below 16
+    std::uint8_t mode;  // always below 6
+};
 struct GroupAutoMode {
     std::uint8_t huiPort;
     std::vector<int> members;
@@ -74,8 +74,8 @@ struct GroupSolo {
     std::vector<int> members;
 };
 struct GroupFaders {
-    std::vector<std::pair<int, double>> entries;
-}; // member, 0.0-1.0 nominally (raw / 16383)
+    std::vector<std::pair<int, double>> entries; // member, 0.0-1.0 nominally (raw / 16383)
+};
 struct VisibleRange {
     std::uint16_t start;
     std::uint8_t count;
