@@ -23,6 +23,7 @@ void PanSeeker::seek(int strip, int target) {
     if (!wanted || target < lowestTarget || target > highestTarget) return;
     state.automation.panSeekTarget[wanted->slot()] = target;
     state.automation.panSeekIter[wanted->slot()] = 0;
+    ++seeksBegun[wanted->slot()];
     panSeekStep(*wanted);
 }
 
@@ -42,7 +43,9 @@ void PanSeeker::panSeekStep(Strip strip) {
     for (int i = 0; i < clicks; ++i)
         surfaces.engineOf(strip).sendVpotDelta(strip.engineStrip(), distance > 0 ? 1 : -1);
     ++steps;
-    jobs.onMainAfter(stepInterval, [this, strip] { panSeekStep(strip); });
+    jobs.onMainAfter(stepInterval, [this, strip, planner = seeksBegun[strip.slot()]] {
+        if (planner == seeksBegun[strip.slot()]) panSeekStep(strip);
+    });
 }
 
 } // namespace lumbrine

@@ -16,7 +16,8 @@ public:
 
     PanSeeker(const Jobs& modelJobs, ReceiverState& receiverState, Surfaces& hostSurfaces);
 
-    // Begins a seek to ring position 1-11; any other target, and any strip but 0-15, does nothing.
+    // Begins a seek to ring position 1-11, in place of one that the strip is at; any other target, and any strip but
+    // 0-15, does nothing.
     void seek(int strip, int target);
 
     // One step, and the next one 35 ms later, until the target is reached, taken away or given up.
@@ -26,6 +27,7 @@ private:
     const Jobs& jobs;
     ReceiverState& state;
     Surfaces& surfaces;
+    PerStrip<unsigned> seeksBegun{}; // a step that an earlier one has planned is not made
 };
 
 } // namespace lumbrine

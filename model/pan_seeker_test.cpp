@@ -87,6 +87,24 @@ TEST_F(PanSeekerTest, GivesUpAfter41Steps) {
     EXPECT_EQ(state.automation.panSeekIter[0], 0);
 }
 
+TEST_F(PanSeekerTest, GoesForANewTargetInPlaceOfTheOldOne) {
+    state.mirror.panPos[0][3] = 2;
+    seek(3, 9);
+    EXPECT_EQ(burst(bench.surfaceA), "63 x 0ms B0 43 41");
+    bench.run(10ms);
+    seek(3, 5);
+    EXPECT_EQ(burst(bench.surfaceA), "27 x 10ms B0 43 41");
+    bench.run(34ms);
+    EXPECT_EQ(burst(bench.surfaceA), "none");
+    bench.run(1ms);
+    EXPECT_EQ(burst(bench.surfaceA), "3 x 45ms B0 43 41");
+    bench.run(39 * 35ms);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), testing::SizeIs(39 * 3)); // its 41st step is the last
+    bench.run(35ms);
+    EXPECT_EQ(burst(bench.surfaceA), "none");
+    EXPECT_EQ(state.automation.panSeekTarget[3], std::nullopt);
+}
+
 TEST_F(PanSeekerTest, TakesPositions1To11Only) {
     state.mirror.panPos[0][0] = 6;
     for (const std::uint8_t target : Bytes{0, 12, 255}) {
