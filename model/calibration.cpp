@@ -105,6 +105,7 @@ void Calibration::commit(Scanned scanned) {
     state.published.trackMap = std::move(scanned.map);
     const std::size_t tracks = state.published.trackMap.size();
     state.session.sessFaders = fadersOfSession(scanned.faders, tracks);
+    parts.capture.ensureSessAutoPanSize();
     state.session.fullTableDirty = true;
     state.published.changed();
     parts.bankMap.relocalize();

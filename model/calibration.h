@@ -8,6 +8,7 @@
 
 #include "base/bilingual.h"
 #include "model/jobs.h"
+#include "model/session_capture.h"
 #include "model/surface_moves.h"
 #include "model/track_metadata.h"
 
@@ -26,6 +27,7 @@ public:
         SurfaceMoves& moves;
         BankMap& bankMap;
         ClientMirror& mirror;
+        SessionCapture& capture;
         TrackMetadata& metadata;
         ActivityLog& log;
     };

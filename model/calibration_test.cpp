@@ -245,6 +245,22 @@ TEST_F(ScanOf20TracksTest, ReplacesAnOldMapWhole) {
     EXPECT_THAT(state.session.sessFaders, testing::SizeIs(20));
 }
 
+TEST_F(ScanOf20TracksTest, DropsModesAndPansOfAMapOfAnotherLength) {
+    bench.setTrackMap(numbers(21), 0);
+    bench.parts().capture.ensureSessAutoPanSize();
+    state.session.sessAutoModes[3] = 4;
+    state.session.sessPanKnown[3] = true;
+    scan.calibrateBanks(true);
+    ASSERT_TRUE(scanEnds(10s));
+    EXPECT_EQ(state.session.sessAutoModes, std::vector<std::uint8_t>(20, autoModeUnknown));
+    EXPECT_EQ(state.session.sessPanKnown, std::vector<bool>(20, false));
+
+    state.session.sessAutoModes[3] = 4;
+    scan.calibrateBanks(true);
+    ASSERT_TRUE(scanEnds(10s));
+    EXPECT_EQ(state.session.sessAutoModes[3], 4);
+}
+
 TEST_F(ScanOf20TracksTest, ReturnsToTheTopWhenTheStartIsNowhere) {
     host.scrollTo(5);
     bench.surfaceA.name(0, "mode"); // an automation mode, say, instead of the track's name

@@ -16,7 +16,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       automation(jobs, state, surfaces, mirror, probe, log, text), panMode(platform.runtime, state, mirror, log, text),
       panSeeker(jobs, state, surfaces), moves(platform.runtime, state, bankMap, nameClock, surfaces),
       walk(jobs, state, moves, bankMap, mirror),
-      calibration(jobs, state, {moves, bankMap, mirror, metadata, log}, text),
+      calibration(jobs, state, {moves, bankMap, mirror, capture, metadata, log}, text),
       seekWorker(jobs, state, {moves, bankMap, mirror, automation}),
       bankMoves(jobs, state, surfaces, bankMap, seekWorker),
       visibleRange(jobs, state, {moves, walk, automation, capture, mirror, log}, text),
