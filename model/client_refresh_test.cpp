@@ -96,10 +96,11 @@ protected:
     }
 
     // The strips whose AUTO switch was pressed, in order.
-    std::string polled() {
+    std::string polled() { return polledOn(bench.surfaceA); }
+    static std::string polledOn(HostEnd& surface) {
         std::string strips;
         std::string zone;
-        for (const std::string& message : bench.surfaceA.tape.takeBytes()) {
+        for (const std::string& message : surface.tape.takeBytes()) {
             if (message.starts_with("B0 0F")) zone = message.substr(6);
             if (message == "B0 2F 44") strips += (strips.empty() ? "" : " ") + zone;
         }
@@ -117,6 +118,13 @@ protected:
 TEST_F(ModePollTest, OneStripIsAskedEveryThirdTickRoundTheWindow) {
     run(10800ms);
     EXPECT_EQ(polled(), "01 02 03 04 05 06 07 00 01");
+}
+
+TEST_F(ModePollTest, TheWiderWindowIsGoneRoundOnBothSurfaces) {
+    bench.surfaceB.pingEverySecond();
+    run(19200ms);
+    EXPECT_EQ(polled(), "01 02 03 04 05 06 07 00");
+    EXPECT_EQ(polledOn(bench.surfaceB), "00 01 02 03 04 05 06 07");
 }
 
 TEST_F(ModePollTest, NoStripIsAskedWhileTheTransportRunsAndNoneIsSkipped) {

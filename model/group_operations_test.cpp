@@ -3,6 +3,7 @@
 #include "model/testing/model_test.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace lumbrine {
 namespace {
@@ -268,6 +269,28 @@ TEST(GroupInJapanese, TellsWhatWasDone) {
 
 class ToldGroupTest : public OwnedModelTest {
 protected:
+    ToldGroupTest() {
+        bench.surfaceA.ping();
+        bench.run(1100ms);
+        bench.state().published.huiConnected = true;
+        bench.state().automation.lastAutoPollAll = world.runtime.now() + 1h;
+        host.emplace(bench, numbers(8));
+        bench.setTrackMap(numbers(8), 0);
+        bench.run(10ms);
+        markAll();
+    }
+
+    // All that is shown, as the last that is told.
+    void expectToldInTheEnd() {
+        ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().bank.groupApplying; }, 1s));
+        Lines expected{"16"};
+        expected.insert(expected.end(), 8, "10");
+        expected.push_back("13");
+        expected.insert(expected.end(), 8, "12");
+        expected.push_back("1C");
+        EXPECT_EQ(lastTypesHeard(expected.size()), expected);
+    }
+
     // The types of the last messages but for meters.
     Lines lastTypesHeard(std::size_t count) {
         settle();
@@ -277,29 +300,23 @@ protected:
         types.erase(types.begin(), types.end() - static_cast<std::ptrdiff_t>(std::min(count, types.size())));
         return types;
     }
+
+    std::optional<BankingHost> host;
 };
 
 TEST_F(ToldGroupTest, AWalkIsToldToTheClientWhenItIsOver) {
-    bench.surfaceA.ping();
-    bench.run(1100ms);
-    bench.state().published.huiConnected = true;
-    bench.state().automation.lastAutoPollAll = world.runtime.now() + 1h;
-    BankingHost host(bench, numbers(8));
-    bench.setTrackMap(numbers(8), 0);
-    bench.run(10ms);
-    markAll();
     bench.parts().groups.groupSetFaders({{1, 0.5}});
     ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().bank.groupApplying; }, 1s));
     bench.surfaceA.fader(1, 0.5); // the echo is not shown
     bench.run(1ms);
     EXPECT_THAT(heard(0x12), IsEmpty());
-    ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().bank.groupApplying; }, 1s));
-    Lines expected{"16"};
-    expected.insert(expected.end(), 8, "10");
-    expected.push_back("13");
-    expected.insert(expected.end(), 8, "12");
-    expected.push_back("1C");
-    EXPECT_EQ(lastTypesHeard(expected.size()), expected);
+    expectToldInTheEnd();
+}
+
+TEST_F(ToldGroupTest, AWalkForModesIsToldLikewise) {
+    bench.parts().groups.groupSetAutoMode({1}, 2);
+    ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().bank.groupApplying; }, 1s));
+    expectToldInTheEnd();
 }
 
 } // namespace

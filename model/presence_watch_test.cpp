@@ -113,6 +113,23 @@ TEST_F(WindowChangeTest, TheWiderWindowMayShowWhereTheNarrowOneCouldNot) {
                                          "200ms 01 16 00 00 00 14 10"));
 }
 
+TEST_F(WindowChangeTest, TheNarrowerWindowMayShowTooLittle) {
+    std::vector<std::string> names;
+    for (const char c : std::string("ABCDEFGHABCDEFGHIJKL"))
+        names.emplace_back(1, c);
+    bench.setTrackMap(names, 0);
+    for (std::size_t i = 0; i < stripCount; ++i)
+        bench.state().mirror.nameCache[i] = names[i];
+    bench.surfaceA.pingEverySecond();
+    bench.surfaceB.ping();
+    bench.run(200ms);
+    EXPECT_THAT(heard(0x16), ElementsAre("200ms 01 16 00 00 00 14 10"));
+    bench.run(2s);
+    EXPECT_EQ(bench.model->published().bankOffset, -1);
+    EXPECT_THAT(heard(0x16), ElementsAre("2200ms 01 16 FF FF 00 14 08", // lost, and told with the width
+                                         "2200ms 01 16 FF FF 00 14 08"));
+}
+
 TEST_F(WindowChangeTest, TheWindowNarrowsWhenTheSecondSurfaceFallsSilent) {
     bench.surfaceA.pingEverySecond();
     bench.surfaceB.ping();
