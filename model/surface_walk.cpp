@@ -10,13 +10,7 @@ SurfaceWalk::SurfaceWalk(const Jobs& modelJobs, ReceiverState& receiverState, Su
     : jobs(modelJobs), state(receiverState), moves(surfaceMoves), bankMap(map), mirror(clientMirror) {}
 
 std::optional<SurfaceWalk::Start> SurfaceWalk::begin(const std::function<bool(const Start&)>& wanted) {
-    std::optional<Start> start = jobs.runtime.syncMain([this, &wanted] { return take(wanted); });
-    if (start && start->offset < 0) {
-        moves.shortQuietWait();
-        start->offset =
-            jobs.runtime.syncMain([this] { return std::optional<int>(state.published.bankOffset); }).value_or(-1);
-    }
-    return start;
+    return jobs.runtime.syncMain([this, &wanted] { return take(wanted); });
 }
 
 std::optional<SurfaceWalk::Start> SurfaceWalk::take(const std::function<bool(const Start&)>& wanted) {

@@ -24,9 +24,7 @@ public:
                 ClientMirror& clientMirror);
 
     // Takes the surfaces, if Pro Tools is there, the session has tracks, nobody else is moving the banks and `wanted`,
-    // which is called on the main thread, agrees. Whoever gets a start calls `end`. A view that is unknown is waited
-    // for, half a second at most: a display may just be turning from an automation mode back to the name. On the
-    // automation queue.
+    // which is called on the main thread, agrees. Whoever gets a start calls `end`. On the automation queue.
     std::optional<Start> begin(const std::function<bool(const Start&)>& wanted);
 
     // Moves back to the user's view, if it was known, and gives the surfaces back: the client is sent what they show,

@@ -66,16 +66,6 @@ TEST_P(Walk, SetsAutomationModesAllOverTheSession) {
     EXPECT_EQ(studio.hostOffset(), 20);
 }
 
-TEST_P(Walk, GoesBackThoughADisplayStillShowsAModeWhenItBegins) {
-    WalkStudio studio(64, {.surfaces = GetParam()});
-    studio.parts().automation.pollAutoMode(*Strip::of(2));
-    studio.parts().groups.groupSetFaders({{50, 0.5}});
-    ASSERT_TRUE(studio.untilWalked(30s));
-    studio.run(100ms);
-    EXPECT_EQ(studio.hostOffset(), 0);
-    EXPECT_EQ(studio.shown().bankOffset, 0);
-}
-
 // While a mode stands in a display the position is unknown, which may use up the attempts to reach the next member.
 TEST_P(Walk, ChangesNoOtherTrackThoughAModeStaysInTheDisplayForLong) {
     WalkStudio studio(64, {.surfaces = GetParam(), .modeShown = 3s});
