@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <sstream>
 
 namespace lumbrine::tidy {
@@ -64,6 +63,12 @@ std::vector<std::string> quotedIncludes(std::string_view text) {
     for (std::sregex_iterator match(copy.begin(), copy.end(), pattern), end; match != end; ++match)
         found.push_back((*match)[1]);
     return found;
+}
+
+Pattern::Pattern(const std::string& expression) : compiled(expression) {}
+
+bool Pattern::isIn(const std::string& line) const {
+    return std::regex_search(line, compiled);
 }
 
 } // namespace lumbrine::tidy

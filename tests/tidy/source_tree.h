@@ -1,6 +1,7 @@
 // The project's own files, as the tidy tests read them.
 #pragma once
 
+#include <regex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,6 +27,17 @@ std::vector<std::string> codeLines(std::string_view text);
 
 // The paths in `#include "..."`.
 std::vector<std::string> quotedIncludes(std::string_view text);
+
+// A regular expression in the syntax of ECMAScript.
+class Pattern {
+public:
+    explicit Pattern(const std::string& expression);
+
+    bool isIn(const std::string& line) const;
+
+private:
+    std::regex compiled;
+};
 
 bool isBelow(std::string_view path, std::string_view folder);
 
