@@ -105,7 +105,8 @@ void Calibration::commit(Scanned scanned) {
     state.published.trackMap = std::move(scanned.map);
     const std::size_t tracks = state.published.trackMap.size();
     state.session.sessFaders = fadersOfSession(scanned.faders, tracks);
-    parts.capture.ensureSessAutoPanSize();
+    const bool captured = !state.session.sessAutoModes.empty();
+    if (captured) parts.capture.ensureSessAutoPanSize(); // another number of tracks: it was of others
     state.session.fullTableDirty = true;
     state.published.changed();
     parts.bankMap.relocalize();

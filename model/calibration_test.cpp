@@ -245,6 +245,13 @@ TEST_F(ScanOf20TracksTest, ReplacesAnOldMapWhole) {
     EXPECT_THAT(state.session.sessFaders, testing::SizeIs(20));
 }
 
+TEST_F(ScanOf20TracksTest, HasNoModesAndPansToTellBeforeAnyWereCaptured) {
+    scan.calibrateBanks(true);
+    ASSERT_TRUE(scanEnds(10s));
+    EXPECT_THAT(state.session.sessAutoModes, testing::IsEmpty());
+    EXPECT_THAT(state.session.sessPanKnown, testing::IsEmpty());
+}
+
 TEST_F(ScanOf20TracksTest, DropsModesAndPansOfAMapOfAnotherLength) {
     bench.setTrackMap(numbers(21), 0);
     bench.parts().capture.ensureSessAutoPanSize();
