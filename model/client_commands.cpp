@@ -19,6 +19,7 @@ public:
 
     void operator()(const Hello&) const {
         parts.hello.pong(key);
+        if (!parts.hello.calls(key)) return noteArrival();
         onMain(
             [&hello = parts.hello, sender = std::string(key)](ReceiverState&, TimePoint) { hello.followUp(sender); });
     }

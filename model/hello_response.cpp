@@ -4,14 +4,23 @@
 
 namespace lumbrine {
 
-HelloResponse::HelloResponse(const ReceiverState& receiverState, Parts otherParts, Bilingual bilingual)
-    : state(receiverState), parts(otherParts), text(bilingual) {}
+HelloResponse::HelloResponse(Runtime& rt, const ReceiverState& receiverState, Parts otherParts, Bilingual bilingual)
+    : state(receiverState), parts(otherParts), text(bilingual), awaitedLock(rt) {}
 
 void HelloResponse::pong(std::string_view key) {
     parts.endpoint.send(pongMessage(), key);
 }
 
+bool HelloResponse::calls(std::string_view key) {
+    const Lock lock(awaitedLock);
+    return awaited.emplace(key).second;
+}
+
 void HelloResponse::followUp(const std::string& key) {
+    {
+        const Lock lock(awaitedLock);
+        awaited.erase(key);
+    }
     logArrival();
     parts.mirror.snapshotFor(key, [this] { sendShown(); });
     parts.table.sendAllRowsTo(key, [this, key] {

@@ -4,6 +4,7 @@
 namespace lumbrine {
 namespace {
 
+using testing::ElementsAreArray;
 using testing::SizeIs;
 using testing::StartsWith;
 
@@ -121,6 +122,40 @@ TEST_F(HelloTest, BringsALongSessionInItsOrderAndToItsSenderOnly) {
     ASSERT_THAT(rows, SizeIs(200));
     EXPECT_TRUE(std::ranges::is_sorted(rows)); // by index
     EXPECT_THAT(phone->tape.takeBytes(), ElementsAre("01 1D 00 00"));
+}
+
+TEST_F(HelloTest, ThatComesAgainBeforeItsAnswerHasBegunIsAnsweredWithIt) {
+    for (int i = 0; i < 100; ++i)
+        phone->send({0x01, 0x00});
+    world.runtime.sleepFor(1ms); // runs no job of the main thread
+    EXPECT_THAT(phone->tape.takeBytes(), ElementsAreArray(Lines(100, "01 7F")));
+    bench.setTrackMap({"Kick"}, 0); // what is told is what is so after the last of them
+    world.runtime.runUntilIdle();
+    EXPECT_THAT(ofType(phone->tape.takeBytes(), "16"), ElementsAre("01 16 00 00 00 01 08"));
+    EXPECT_THAT(ofType(hello(), "16"), SizeIs(1));
+}
+
+TEST_F(HelloTest, ThatComesWhileItsAnswerIsOnItsWayIsAnsweredAnew) {
+    bench.setTrackMap(std::vector<std::string>(200, "a"), 0);
+    phone->send({0x01, 0x00});
+    world.runtime.sleepFor(1ms);
+    world.runtime.postMain([&] {
+        phone->send({0x01, 0x00});
+        world.runtime.sleepFor(1ms);
+    });
+    world.runtime.runUntilIdle();
+    EXPECT_THAT(ofType(phone->tape.takeBytes(), "16"), SizeIs(2));
+}
+
+TEST_F(HelloTest, OfAnotherClientIsAnsweredToIt) {
+    phone->send({0x01, 0x00});
+    world.runtime.sleepFor(1ms);
+    const auto other = bench.phone("192.168.1.8");
+    other->send({0x01, 0x25});
+    other->send({0x01, 0x00});
+    world.runtime.runUntilIdle();
+    EXPECT_THAT(ofType(phone->tape.takeBytes(), "16"), SizeIs(1));
+    EXPECT_THAT(ofType(other->tape.takeBytes(), "16"), SizeIs(1));
 }
 
 TEST_F(HelloTest, IsLoggedUntilTheClientIsShown) {

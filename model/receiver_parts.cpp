@@ -25,7 +25,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       reconnection(jobs, state, platform.accessibility, surfaces, log, text), testSweep(jobs, surfaces, log, text),
       switches(platform.runtime, state, mirror, log),
       feedback(jobs, state, {log, mirror, switches, capture, bankMap, meters, nameClock, probe}),
-      hello(state, {endpoint, mirror, table, calibration, automation, log}, text),
+      hello(platform.runtime, state, {endpoint, mirror, table, calibration, automation, log}, text),
       commands(jobs, state,
                {surfaces, mirror, hello, panMode, panSeeker, bankMoves, seekWorker, calibration, metadata, automation,
                 groups, groupSwitches, visibleRange}),
