@@ -2,6 +2,7 @@
 
 #include "platform/posix/os_thread.h"
 
+#include <system_error>
 #include <utility>
 
 namespace lumbrine {
@@ -10,12 +11,19 @@ void ThreadCache::run(Task job) {
     const std::lock_guard lock(mutex);
     if (stopped) return;
     jobs.push(std::move(job));
-    if (jobs.size() > freeThreads) {
-        ++freeThreads; // until it has taken a job
+    if (jobs.size() <= freeThreads || !addThread()) changed.notify_one();
+}
+
+bool ThreadCache::addThread() {
+    if (threads.size() == maxThreads) return false;
+    try {
         threads.emplace_back([this] { work(); });
-    } else {
-        changed.notify_one();
+    } catch (const std::system_error&) {
+        if (threads.empty()) throw; // nobody would ever run the job
+        return false;
     }
+    ++freeThreads; // until it has taken a job
+    return true;
 }
 
 void ThreadCache::work() {

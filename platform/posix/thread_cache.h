@@ -13,9 +13,12 @@
 namespace lumbrine {
 
 // Every job begins at once, on a thread that is free or else on a new one, since jobs may sleep and block for as long
-// as they like. Threads are kept: there come to be as many as jobs ever ran at the same time.
+// as they like. Threads are kept: there come to be as many as jobs ever ran at the same time. Only in a flood do jobs
+// wait, in their order: when there are as many threads as may be, or when the system gives no more.
 class ThreadCache {
 public:
+    static constexpr std::size_t maxThreads = 512;
+
     ThreadCache() = default;
 
     // Waits for the jobs that run.
@@ -32,10 +35,11 @@ public:
 
 private:
     void work();
+    bool addThread(); // under the lock; false when there is to be none
 
     std::mutex mutex;
     std::condition_variable changed;
-    RingQueue<Task> jobs; // never more than there are free threads on their way to them
+    RingQueue<Task> jobs;
     std::size_t freeThreads = 0;
     std::vector<std::thread> threads;
     bool stopped = false;
