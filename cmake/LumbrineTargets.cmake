@@ -37,7 +37,7 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     if(NOT LUMBRINE_FUZZERS)
         lumbrine_precompile(lumbrine_toolkit_test_headers
             DEPENDS GTest::gmock GTest::gtest_main lumbrine_toolkit
-            HEADERS <gmock/gmock.h> <gtest/gtest.h> <QtWidgets/QtWidgets> <functional> <memory> <string> <vector>)
+            HEADERS <gmock/gmock.h> <gtest/gtest.h> <functional> <memory> <string> <vector>)
         target_compile_options(lumbrine_toolkit_test_headers PRIVATE ${LUMBRINE_TEST_OPTIONS})
     endif()
 endif()
@@ -84,6 +84,14 @@ function(lumbrine_program name)
     target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}")
     target_compile_definitions(${name} PRIVATE LUMBRINE_VERSION="${PROJECT_VERSION}")
     target_link_libraries(${name} PRIVATE ${ARG_DEPENDS})
+endfunction()
+
+# lumbrine_reads_command_line(FILE...): those of a target's sources that use the library for that. Such code runs once
+# and takes the compiler three times as long when it is optimised. In packages all is compiled alike.
+function(lumbrine_reads_command_line)
+    if(NOT LUMBRINE_PACKAGES)
+        set_source_files_properties(${ARGN} PROPERTIES SKIP_PRECOMPILE_HEADERS ON COMPILE_OPTIONS -O0)
+    endif()
 endfunction()
 
 # lumbrine_test(NAME SOURCES ... DEPENDS ... TIMEOUT seconds LABELS ... TOOLKIT): a GoogleTest program, one CTest entry.

@@ -4,6 +4,7 @@
 #include "app/qt/strips_view.h"
 #include "app/qt/testing/offscreen.h"
 
+#include <QApplication>
 #include <QMessageBox>
 
 namespace lumbrine {

@@ -6,6 +6,7 @@
 #include "app/qt/strips_view.h"
 #include "app/qt/testing/offscreen.h"
 
+#include <QApplication>
 #include <cmath>
 
 namespace lumbrine {

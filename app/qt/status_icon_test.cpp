@@ -2,6 +2,8 @@
 #include "app/qt/symbols.h"
 #include "app/qt/testing/offscreen.h"
 
+#include <QApplication>
+
 namespace lumbrine {
 namespace {
 
