@@ -44,6 +44,7 @@ JackServer::~JackServer() {
 MIDIStatus JackServer::add(Client& client) {
     MIDIStatus status = 0;
     run([this, &client, &status] {
+        closeAllWhenLost();
         status = client.open();
         entries.push_back({&client, status == 0});
         nextAttempt = runtime.now() + betweenAttempts;
@@ -116,6 +117,7 @@ void JackServer::reopen() {
     if (runtime.now() < nextAttempt) return;
     for (Entry& entry : entries) {
         if (entry.open) continue;
+        closeAllWhenLost();
         nextAttempt = runtime.now() + betweenAttempts;
         entry.open = entry.client->open() == 0;
         if (!entry.open) return;

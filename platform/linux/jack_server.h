@@ -74,7 +74,7 @@ private:
     void serve();
     void waitForSomething();
     void runJobs();
-    void closeAllWhenLost();
+    void closeAllWhenLost(); // also before each opening, in which libjack would free those that are lost
     void reopen();
 
     Runtime& runtime;
