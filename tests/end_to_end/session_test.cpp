@@ -108,18 +108,19 @@ TEST_F(Session, GoesOnWithAnotherProToolsWhenOneHasEnded) {
 }
 
 // A synchronous JACK server loses the signal between two clients now and then when both come back at the same moment,
-// and stands still from then on, with all clients waiting for their turn. That one is killed, too.
+// and stands still from then on, with all clients waiting for their turn. That one is killed, too. The busier the
+// computer is, the more often that happens.
 TEST_F(Session, GoesOnWhenTheJACKServerIsBackAfterACrash) {
     bool works = false;
-    for (int crash = 0; crash < 3 && !works; ++crash) {
+    for (int crash = 0; crash < 5 && !works; ++crash) {
         studio->jack.kill();
         EXPECT_EQ(remote({"--send", "hello", "--expect", "pong"}).status, 0);
         EXPECT_TRUE(studio->receiver.process.running());
         for (const pid_t process : {studio->receiver.process.id(), studio->simulator->id()})
             EXPECT_TRUE(waitUntil([process] { return !interop::holdsJackSemaphores(process); }));
         studio->jack.start();
-        EXPECT_TRUE(waitUntil([] { return studio->jack.hasPort("Lumbrine:Lumbrine B"); }));
-        works = waitUntil([] { return faderWorksBothWays(5); }, std::chrono::seconds(10));
+        works = waitUntil([] { return studio->jack.hasPort("Lumbrine:Lumbrine B"); }, std::chrono::seconds(10)) &&
+                waitUntil([] { return faderWorksBothWays(5); }, std::chrono::seconds(10));
     }
     EXPECT_TRUE(works && faderWorksBothWays(13)) << story();
 }
