@@ -25,8 +25,9 @@ run: build
 demo: build
 	@$(BIN)/lumbrine-demo --tour
 
+# The tests wait more than they work.
 test: build
-	@ctest --preset release -j $(JOBS)
+	@ctest --preset release -j $$((2 * $(JOBS)))
 
 bench: build
 	@scripts/bench.sh $(BIN)
