@@ -106,7 +106,7 @@ void Calibration::commit(Scanned scanned) {
     const std::size_t tracks = state.published.trackMap.size();
     state.session.sessFaders = fadersOfSession(scanned.faders, tracks);
     const bool captured = !state.session.sessAutoModes.empty();
-    if (captured) parts.capture.ensureSessAutoPanSize(); // another number of tracks: it was of others
+    if (captured) parts.capture.ensureSessAutoPanSize(); // dropped where it was of another number of tracks
     state.session.fullTableDirty = true;
     state.published.changed();
     parts.bankMap.relocalize();

@@ -44,7 +44,6 @@ JackServer::~JackServer() {
 MIDIStatus JackServer::add(Client& client) {
     MIDIStatus status = 0;
     run([this, &client, &status] {
-        closeAllWhenLost();
         status = client.open();
         entries.push_back({&client, status == 0});
         nextAttempt = runtime.now() + betweenAttempts;

@@ -74,7 +74,7 @@ private:
     void serve();
     void waitForSomething();
     void runJobs();
-    void closeAllWhenLost(); // also before each opening, in which libjack would free those that are lost
+    void closeAllWhenLost(); // before any opens, since libjack would free them in that
     void reopen();
 
     Runtime& runtime;

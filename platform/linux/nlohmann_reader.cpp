@@ -14,7 +14,7 @@ namespace {
 
 using Library = nlohmann::json;
 
-// Builds the document from the parser's events, so that nothing is thrown and no depth is followed unasked.
+// Builds the value from the parser's events, so that nothing is thrown and no depth is followed unasked.
 class Builder {
 public:
     using string_t = Library::string_t;
