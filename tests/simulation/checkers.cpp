@@ -191,7 +191,11 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
     const Acceptance acceptance = acceptedOf(evidence.datagrams);
     const Requests requests = requestsIn(acceptance.accepted);
     Violations violations;
-    const auto add = [&](const Violations& more) { violations.insert(violations.end(), more.begin(), more.end()); };
+    const auto add = [&](std::string_view checker, const Violations& found) {
+        if (!scenario.switches.isOn(checker)) return;
+        for (const std::string& violation : found)
+            violations.push_back(std::string(checker) + ": " + violation);
+    };
 
     SurfaceActions wires;
     std::vector<WalkedFader> walked;
@@ -201,27 +205,27 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
         const Actions asked = askedOf(acceptance.accepted, surface);
         const SplitWire split = splitWire(wire.actions, asked, evidence.jobs.runs, surface);
         walked.insert(walked.end(), split.ofWalks.begin(), split.ofWalks.end());
-        add(wire.violations);
-        add(checkNothingLostNothingForged(split.ofClient, asked));
-        add(checkTurns(split.ofClient, asked, requests, surface));
-        add(checkPressesEnd(split.ofClient));
-        add(checkReleases(split.ofClient, asked, acceptance, surface));
+        add("wire", wire.violations);
+        add("nothing-lost", checkNothingLostNothingForged(split.ofClient, asked));
+        add("turns", checkTurns(split.ofClient, asked, requests, surface));
+        add("presses-end", checkPressesEnd(split.ofClient));
+        add("releases", checkReleases(split.ofClient, asked, acceptance, surface));
         wires.push_back(std::move(wire.actions));
     }
-    add(checkWalkedFaders(walked, requests));
-    add(checkZones(wires));
-    add(checkBankButtons(wires, evidence.jobs.runs, requests));
-    add(checkAssignment(wires, requests));
-    add(checkAutomation(wires, evidence.jobs, requests, acceptance));
-    add(checkBeginnings(evidence, requests));
-    add(checkLengths(evidence.jobs, requests));
-    add(checkPositions(scenario, evidence));
-    add(checkPlaces(scenario, evidence, requests, wires, walked));
-    add(checkPresence(evidence, acceptance));
-    add(checkSources(scenario, evidence));
-    add(evidence.untimelySends);
-    add(evidence.recovery.violations);
-    add(checkPicture(scenario, evidence));
+    add("walked-faders", checkWalkedFaders(walked, requests));
+    add("zones", checkZones(wires));
+    add("bank-buttons", checkBankButtons(wires, evidence.jobs.runs, requests));
+    add("assignment", checkAssignment(wires, requests));
+    add("automation", checkAutomation(wires, evidence.jobs, requests, acceptance));
+    add("beginnings", checkBeginnings(evidence, requests));
+    add("lengths", checkLengths(evidence.jobs, requests));
+    add("positions", checkPositions(scenario, evidence));
+    add("places", checkPlaces(scenario, evidence, requests, wires, walked));
+    add("presence", checkPresence(evidence, acceptance));
+    add("sources", checkSources(scenario, evidence));
+    add("untimely-sends", evidence.untimelySends);
+    add("recovery", evidence.recovery.violations);
+    add("picture", checkPicture(scenario, evidence));
     return violations;
 }
 

@@ -28,7 +28,8 @@ Violations checkReleases(const std::vector<WireAction>& wire, const std::vector<
 // After a hello on a quiet line the client's picture is the receiver's, and the receiver's is the host's.
 Violations checkPicture(const Scenario& scenario, const Evidence& evidence);
 
-// All of them and those of the other headers, on every surface, and that every sequence on the wires is whole.
+// All of them and those of the other headers that are switched on, on every surface, and that every sequence on the
+// wires is whole. Each violation begins with its checker's name.
 Violations checkAll(const Scenario& scenario, const Evidence& evidence);
 
 } // namespace lumbrine::simulation

@@ -1,7 +1,5 @@
 #include "tests/simulation/scenario.h"
 
-#include "simulator/seeded_random.h"
-
 #include <algorithm>
 
 namespace lumbrine::simulation {
@@ -129,10 +127,17 @@ void chooseSources(std::uint64_t seed, Scenario& scenario) {
 
 } // namespace
 
-Scenario scenarioOf(std::uint64_t seed) {
+SeededRandom chanceOf(std::uint64_t seed, std::string_view name) {
+    for (const char letter : name)
+        seed = SeededRandom(seed ^ static_cast<unsigned char>(letter)).next();
+    return SeededRandom(seed);
+}
+
+Scenario scenarioOf(std::uint64_t seed, const Switches& switches) {
     SeededRandom chance(seed);
     Scenario scenario;
     scenario.seed = seed;
+    scenario.switches = switches;
     scenario.patience = chance.oneIn(16) ? 1 : pick(chance, std::array<std::uint64_t, 2>{16, 64});
     scenario.phones = 1 + static_cast<int>(chance.below(3));
     scenario.tracks = trackCount(chance);

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "platform/virtual/virtual_network.h"
+#include "simulator/seeded_random.h"
 #include "simulator/simulator_options.h"
+#include "tests/simulation/not_yet.h"
 #include "tests/simulation/source_truth.h"
 
 #include <array>
@@ -49,6 +51,7 @@ struct Troubles {
 
 struct Scenario {
     std::uint64_t seed = 1;
+    Switches switches;
     std::uint64_t patience = 1; // of the threads, see VirtualRuntime::Options
     int phones = 1;             // 1-3
     int tracks = 16;
@@ -75,6 +78,9 @@ struct Scenario {
     std::string text() const; // one line
 };
 
-Scenario scenarioOf(std::uint64_t seed);
+// Chance for what is drawn under a name of its own: to switch that on or off changes nothing else that a seed decides.
+SeededRandom chanceOf(std::uint64_t seed, std::string_view name);
+
+Scenario scenarioOf(std::uint64_t seed, const Switches& switches = {});
 
 } // namespace lumbrine::simulation

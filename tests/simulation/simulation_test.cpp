@@ -1,4 +1,5 @@
-// Seeded sessions: simulation_tests --seeds N runs seeds 1 to N, --seed N runs that one and tells about it.
+// Seeded sessions: simulation_tests --seeds N runs seeds 1 to N, --seed N runs that one and tells about it. --with NAME
+// (or "all") switches on what is off in not_yet.h.
 #include "tests/simulation/checkers.h"
 #include "tests/simulation/studio.h"
 #include "tests/simulation/summary.h"
@@ -14,11 +15,13 @@ namespace {
 
 std::uint64_t firstSeed = 1;
 std::uint64_t lastSeed = LUMBRINE_SIMULATED_SESSIONS;
+Switches switches;
+std::string switchArguments; // as they were given
 
 std::string reportOf(const Scenario& scenario, const Violations& violations) {
     constexpr std::size_t most = 5;
-    std::string report =
-        scenario.text() + "\n  replay: build/release/bin/simulation_tests --seed " + std::to_string(scenario.seed);
+    std::string report = scenario.text() + "\n  replay: build/release/bin/simulation_tests --seed " +
+                         std::to_string(scenario.seed) + switchArguments;
     for (std::size_t i = 0; i < std::min(violations.size(), most); ++i)
         report += "\n  " + violations[i];
     if (violations.size() > most) report += "\n  and " + std::to_string(violations.size() - most) + " more";
@@ -41,7 +44,7 @@ TEST(Simulation, EverySeededSessionHoldsItsPromises) {
     Summary summary;
     const std::clock_t began = std::clock();
     for (std::uint64_t seed = firstSeed; seed <= lastSeed; ++seed) {
-        const Scenario scenario = scenarioOf(seed);
+        const Scenario scenario = scenarioOf(seed, switches);
         const Evidence evidence = runSession(scenario);
         if (firstSeed == lastSeed) tellAbout(scenario, evidence.jobs);
         summary.add(seed, evidence);
@@ -52,17 +55,28 @@ TEST(Simulation, EverySeededSessionHoldsItsPromises) {
 }
 
 TEST(Simulation, OneSeedGivesOneSession) {
-    const Scenario scenario = scenarioOf(firstSeed);
+    const Scenario scenario = scenarioOf(firstSeed, switches);
     EXPECT_EQ(runSession(scenario).traceHash, runSession(scenario).traceHash);
 }
 
-void readArguments(int count, char** arguments) {
-    for (int i = 1; i + 1 < count; ++i) {
+// False when there is an argument that nobody knows.
+bool readArguments(int count, char** arguments) {
+    for (int i = 1; i < count; i += 2) {
         const std::string name = arguments[i];
-        const std::uint64_t number = std::strtoull(arguments[i + 1], nullptr, 10);
-        if (name == "--seeds") lastSeed = number;
-        if (name == "--seed") firstSeed = lastSeed = number;
+        const std::string value = i + 1 < count ? arguments[i + 1] : "";
+        const std::uint64_t number = std::strtoull(value.c_str(), nullptr, 10);
+        if (name == "--seeds" && number > 0) {
+            lastSeed = number;
+        } else if (name == "--seed" && number > 0) {
+            firstSeed = lastSeed = number;
+        } else if (name == "--with" && switches.switchOn(value)) {
+            switchArguments += " --with " + value;
+        } else {
+            std::cerr << "simulation_tests: cannot do \"" << name << " " << value << "\"\n";
+            return false;
+        }
     }
+    return true;
 }
 
 } // namespace
@@ -70,6 +84,6 @@ void readArguments(int count, char** arguments) {
 
 int main(int count, char** arguments) {
     testing::InitGoogleTest(&count, arguments);
-    lumbrine::simulation::readArguments(count, arguments);
+    if (!lumbrine::simulation::readArguments(count, arguments)) return 2;
     return RUN_ALL_TESTS();
 }
