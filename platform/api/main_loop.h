@@ -12,6 +12,13 @@ namespace lumbrine {
 
 class RepeatingTimer;
 
+// Where the events of delayed jobs and timers stand among the jobs that other threads posted while the main thread was
+// busy.
+enum class TimerOrder {
+    whenSeen, // after all that was posted before the loop looks at its timers again
+    whenDue   // where they became due, as on the Mac's main queue
+};
+
 class MainLoop {
 public:
     virtual ~MainLoop() = default;

@@ -7,7 +7,7 @@
 
 namespace lumbrine {
 
-RunLoop::RunLoop() : mainThread(std::this_thread::get_id()) {}
+RunLoop::RunLoop(TimerOrder order) : mainThread(std::this_thread::get_id()), jobs(nullptr, order) {}
 
 void RunLoop::run() {
     mainThread = std::this_thread::get_id();

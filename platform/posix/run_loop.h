@@ -12,7 +12,7 @@ namespace lumbrine {
 class RunLoop final : public MainLoop {
 public:
     // The calling thread is the main thread until another one calls `run`.
-    RunLoop();
+    explicit RunLoop(TimerOrder order = TimerOrder::whenSeen);
 
     // Runs jobs on the calling thread until `stop`. Once.
     void run();

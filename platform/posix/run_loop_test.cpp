@@ -64,6 +64,28 @@ TEST(RunLoop, KeepsTheOrderOfEachThreadsJobs) {
     EXPECT_EQ(last, std::vector<int>(4, 499));
 }
 
+// A job that came due while the main thread was busy, and one that is posted after that.
+std::string orderOfALateTimer(TimerOrder order) {
+    RunLoop loop(order);
+    std::string ran;
+    loop.post([&] {
+        loop.postAfter(1ns, [&] { ran += "timer "; });
+        std::this_thread::sleep_for(1ms);
+        loop.post([&] { ran += "posted "; });
+        loop.postAfter(1ms, [&] { loop.stop(); });
+    });
+    loop.run();
+    return ran;
+}
+
+TEST(RunLoop, RunsWhatWasPostedBeforeATimerThatIsLate) {
+    EXPECT_EQ(orderOfALateTimer(TimerOrder::whenSeen), "posted timer ");
+}
+
+TEST(RunLoop, RunsATimerThatIsLateWhereItBecameDueWhenAskedTo) {
+    EXPECT_EQ(orderOfALateTimer(TimerOrder::whenDue), "timer posted ");
+}
+
 TEST(RunLoop, DestroysTheJobsThatItNeverRan) {
     const auto object = std::make_shared<int>(1);
     {

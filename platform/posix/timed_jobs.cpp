@@ -22,6 +22,7 @@ void TimedJobs::wake() {
 
 void TimedJobs::post(Task job) {
     const std::lock_guard lock(mutex);
+    if (order == TimerOrder::whenDue) takeDue();
     ready.push(std::move(job));
     wake();
 }
@@ -33,12 +34,16 @@ void TimedJobs::postAt(TimePoint due, Task job) {
     if (!soonest || due < *soonest) wake();
 }
 
+void TimedJobs::takeDue() {
+    if (delayed.empty()) return;
+    while (auto due = delayed.popDue(now()))
+        ready.push(std::move(*due));
+}
+
 void TimedJobs::run() {
     std::unique_lock lock(mutex);
     while (!stopped) {
-        if (!delayed.empty())
-            while (auto due = delayed.popDue(now()))
-                ready.push(std::move(*due));
+        takeDue();
         if (!ready.empty()) {
             Task job = ready.pop();
             lock.unlock();

@@ -3,6 +3,7 @@
 
 #include "base/deadline_heap.h"
 #include "base/ring_queue.h"
+#include "platform/api/main_loop.h"
 #include "platform/api/task.h"
 #include "platform/api/time.h"
 
@@ -18,7 +19,8 @@ namespace lumbrine {
 class TimedJobs {
 public:
     // From the moment that `dropping` is true (null: never) jobs are dropped when their turn comes. It outlives this.
-    explicit TimedJobs(const std::atomic<bool>* dropping = nullptr) : dropsAll(dropping) {}
+    explicit TimedJobs(const std::atomic<bool>* dropping = nullptr, TimerOrder timerOrder = TimerOrder::whenSeen)
+        : dropsAll(dropping), order(timerOrder) {}
 
     static TimePoint now();
 
@@ -38,8 +40,10 @@ public:
 
 private:
     void wake();
+    void takeDue();
 
     const std::atomic<bool>* const dropsAll;
+    const TimerOrder order;
 
     std::mutex mutex;
     std::condition_variable changed;
