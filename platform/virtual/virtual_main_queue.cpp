@@ -1,5 +1,8 @@
 #include "platform/virtual/virtual_main_queue.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace lumbrine {
 
 struct VirtualMainQueue::Repetition {
@@ -19,13 +22,17 @@ private:
 };
 
 void VirtualMainQueue::accept(Task task) {
+    add(order == TimerOrder::whenDue ? jobs : unseen, std::move(task));
+}
+
+void VirtualMainQueue::add(RingQueue<Task>& queue, Task task) {
     if (scheduler.stopping()) return;
-    jobs.push(std::move(task));
+    queue.push(std::move(task));
     if (scheduler.mainThread().state == VirtualThread::State::idling) scheduler.wake(scheduler.mainThread());
 }
 
 void VirtualMainQueue::post(Task task) {
-    accept(std::move(task));
+    add(jobs, std::move(task));
     scheduler.yield("a post to the main queue");
 }
 
@@ -38,7 +45,7 @@ void VirtualMainQueue::postAfter(Duration delay, Task task) {
 void VirtualMainQueue::postAndWait(Task task) {
     scheduler.expectNoMutexHeld("hops to the main queue");
     VirtualThread& caller = scheduler.self();
-    accept([&] {
+    add(jobs, [&] {
         task();
         scheduler.wake(caller);
     });
@@ -70,14 +77,17 @@ void VirtualMainQueue::scheduleTick(const std::shared_ptr<Repetition>& repetitio
 
 bool VirtualMainQueue::drain(TimePoint end, const std::function<bool()>* condition) {
     scheduler.resetSteps();
+    const VirtualScheduler::MainAtWork mayStandStill(scheduler);
     for (;;) {
+        while (!unseen.empty())
+            jobs.push(unseen.pop());
         if (condition != nullptr && (*condition)()) return true;
         if (!jobs.empty()) {
             scheduler.yield("a job of the main queue");
             scheduler.countStep(scheduler.mainThread());
             jobs.pop()();
             scheduler.expectNoMutexHeld("ends a job of the main queue");
-        } else if (!scheduler.idle(end, condition != nullptr)) {
+        } else if (!scheduler.idle(std::max(end, scheduler.now()), condition != nullptr)) {
             return condition != nullptr && (*condition)();
         }
     }
@@ -85,6 +95,7 @@ bool VirtualMainQueue::drain(TimePoint end, const std::function<bool()>* conditi
 
 void VirtualMainQueue::clear() {
     const RingQueue<Task> dropped = std::exchange(jobs, {});
+    const RingQueue<Task> droppedToo = std::exchange(unseen, {});
 }
 
 } // namespace lumbrine

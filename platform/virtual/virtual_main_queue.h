@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/ring_queue.h"
+#include "platform/api/main_loop.h"
 #include "platform/api/runtime.h"
 #include "platform/virtual/virtual_scheduler.h"
 
@@ -12,7 +13,8 @@ namespace lumbrine {
 
 class VirtualMainQueue final : private VirtualScheduler::Sink {
 public:
-    explicit VirtualMainQueue(VirtualScheduler& virtualScheduler) : scheduler(virtualScheduler) {}
+    VirtualMainQueue(VirtualScheduler& virtualScheduler, TimerOrder timerOrder)
+        : scheduler(virtualScheduler), order(timerOrder) {}
 
     // Jobs posted after the world has ended are dropped.
     void post(Task task);
@@ -31,11 +33,14 @@ private:
     struct Repetition;
     class Timer;
 
-    void accept(Task task) override;
+    void accept(Task task) override; // of what was delayed
+    void add(RingQueue<Task>& queue, Task task);
     void scheduleTick(const std::shared_ptr<Repetition>& repetition);
 
     VirtualScheduler& scheduler;
+    const TimerOrder order;
     RingQueue<Task> jobs;
+    RingQueue<Task> unseen; // due, but the main thread has not looked at its timers since
 };
 
 } // namespace lumbrine

@@ -92,11 +92,11 @@ private:
 
 } // namespace
 
-VirtualRuntime::VirtualRuntime(Options options)
-    : core(std::make_unique<StayOnThisCore>()),
-      scheduler(std::make_unique<VirtualScheduler>(options.seed, options.stepLimit, options.patience)),
-      mainQueue(std::make_unique<VirtualMainQueue>(*scheduler)), locks(std::make_unique<Locks>(*scheduler)),
-      delayed(std::make_unique<Background>(*scheduler)), firstSeed(options.seed) {}
+VirtualRuntime::VirtualRuntime(const Options& options)
+    : core(std::make_unique<StayOnThisCore>()), scheduler(std::make_unique<VirtualScheduler>(options)),
+      mainQueue(std::make_unique<VirtualMainQueue>(*scheduler, options.timerOrder)),
+      locks(std::make_unique<Locks>(*scheduler)), delayed(std::make_unique<Background>(*scheduler)),
+      firstSeed(options.seed) {}
 
 VirtualRuntime::~VirtualRuntime() {
     scheduler->stop();
@@ -116,6 +116,15 @@ bool VirtualRuntime::drainMain(Duration limit, const std::function<bool()>* cond
     if (!scheduler->onMain()) scheduler->fail("time is let pass on a thread that is not the main thread");
     scheduler->expectNoMutexHeld("lets time pass");
     return mainQueue->drain(scheduler->after(limit), condition);
+}
+
+void VirtualRuntime::endStandstills() {
+    scheduler->endStandstills();
+}
+
+void VirtualRuntime::sleepMachine(Duration duration) {
+    if (!scheduler->onMain()) scheduler->fail("the machine sleeps on a thread that is not the main thread");
+    scheduler->jump(duration);
 }
 
 std::uint64_t VirtualRuntime::traceHash() const {

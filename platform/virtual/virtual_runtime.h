@@ -10,7 +10,9 @@
 // with runFor, and looks at the state.
 #pragma once
 
+#include "platform/api/main_loop.h"
 #include "platform/api/runtime.h"
+#include "platform/virtual/standstills.h"
 
 #include <cstdint>
 #include <functional>
@@ -35,10 +37,17 @@ public:
         // At a point where it could go on, a thread lets the seed choose about once in so many times, at least 1.
         // Interruptions in the middle of things become rarer, and the program several times as fast.
         std::uint64_t patience = 1;
+
+        // Wherever it could hand the baton on, a thread may stand still while the others go on, also with a Mutex held.
+        // Of the main thread: while time passes, so that `runFor` may return later than it should.
+        Standstill standstill = {};
+        Standstill mainStandstill = {};
+
+        TimerOrder timerOrder = TimerOrder::whenDue; // on the main queue
     };
 
     VirtualRuntime() : VirtualRuntime(Options{}) {}
-    explicit VirtualRuntime(Options options);
+    explicit VirtualRuntime(const Options& options);
 
     // Everything that used the runtime and could wait for something (servers, queues, timers) is gone before; what is
     // still in the background is woken from its sleeps and runs to its end.
@@ -54,6 +63,13 @@ public:
     // Lets time pass until the condition holds, at most `limit`; true when it held. The condition is looked at on the
     // main thread: after each of its jobs, whenever another thread hands the baton on, and before time goes on.
     bool runUntil(const std::function<bool()>& condition, Duration limit);
+
+    // Nobody stands still by chance from now on.
+    void endStandstills();
+
+    // The machine sleeps: the clock goes on by `duration` at once, and nobody runs meanwhile. What would have run in
+    // that time is late afterwards. On the main thread.
+    void sleepMachine(Duration duration);
 
     // A number made of every choice and every jump of time so far. Equal seeds and equal programs give equal hashes.
     std::uint64_t traceHash() const;

@@ -1,6 +1,7 @@
 #include "platform/virtual/virtual_scheduler.h"
 
 #include "platform/posix/os_thread.h"
+#include "platform/virtual/split_mix.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -15,20 +16,12 @@ namespace {
 // Nobody who tests a program in virtual time lets its main thread hang longer than this on purpose.
 constexpr Duration longestMainWait = std::chrono::hours(1);
 
-std::uint64_t next(std::uint64_t& state) {
-    state += 0x9e3779b97f4a7c15;
-    std::uint64_t value = state;
-    value = (value ^ value >> 30) * 0xbf58476d1ce4e5b9;
-    value = (value ^ value >> 27) * 0x94d049bb133111eb;
-    return value ^ value >> 31;
-}
-
 } // namespace
 
-VirtualScheduler::VirtualScheduler(std::uint64_t seedOfChoices, std::uint64_t limitOfSteps,
-                                   std::uint64_t patienceOfThreads)
-    : seed(seedOfChoices), stepLimit(limitOfSteps), patience(patienceOfThreads), choices(seedOfChoices),
-      draws(~seedOfChoices) {
+VirtualScheduler::VirtualScheduler(const VirtualRuntime::Options& options)
+    : seed(options.seed), stepLimit(options.stepLimit), patience(options.patience), choices(options.seed),
+      draws(~options.seed), standstills(options.seed ^ 1, options.standstill),
+      mainStandstills(options.seed ^ 2, options.mainStandstill) {
     main.name = "main";
     main.id = std::this_thread::get_id();
     main.state = State::running;
@@ -48,7 +41,7 @@ void VirtualScheduler::mix(std::uint64_t number) {
 }
 
 std::uint64_t VirtualScheduler::random() {
-    const std::uint64_t value = next(draws);
+    const std::uint64_t value = nextSplitMix(draws);
     mix(value);
     return value;
 }
@@ -74,7 +67,8 @@ void VirtualScheduler::wake(VirtualThread& thread) {
 void VirtualScheduler::yield(std::string_view what) {
     VirtualThread& thread = self();
     thread.waitsFor = what;
-    if (ready.empty() || (patience > 1 && next(choices) % patience != 0)) {
+    if (standsStill(thread)) return;
+    if (ready.empty() || (patience > 1 && nextSplitMix(choices) % patience != 0)) {
         mix(thread.number);
         // A test that does a great deal on the main thread between two runs is no livelock.
         if (&thread != &main) countStep(thread);
@@ -82,6 +76,26 @@ void VirtualScheduler::yield(std::string_view what) {
     }
     makeReady(thread);
     passOn(thread);
+}
+
+// True when it did.
+bool VirtualScheduler::standsStill(VirtualThread& thread) {
+    if (stopped || (&thread == &main && !mainWorks)) return false;
+    const auto length = (&thread == &main ? mainStandstills : standstills).at(time, thread.name, thread.pace);
+    if (!length) return false;
+    block(thread, thread.waitsFor, after(*length), false);
+    return true;
+}
+
+void VirtualScheduler::endStandstills() {
+    standstills.end();
+    mainStandstills.end();
+}
+
+void VirtualScheduler::jump(Duration duration) {
+    time = after(duration);
+    mix(static_cast<std::uint64_t>(time.time_since_epoch().count()));
+    steps = 0;
 }
 
 bool VirtualScheduler::wait(std::string_view what, std::optional<TimePoint> deadline) {
@@ -136,7 +150,7 @@ VirtualThread& VirtualScheduler::choose() {
     for (;;) {
         if (watching && !looked && main.state == State::idling) return main;
         if (!ready.empty()) {
-            const std::size_t index = ready.size() == 1 ? 0 : next(choices) % ready.size();
+            const std::size_t index = ready.size() == 1 ? 0 : nextSplitMix(choices) % ready.size();
             VirtualThread& chosen = *ready[index];
             ready[index] = ready.back();
             ready.pop_back();

@@ -8,6 +8,8 @@
 #include "platform/api/task.h"
 #include "platform/api/time.h"
 #include "platform/virtual/baton.h"
+#include "platform/virtual/standstills.h"
+#include "platform/virtual/virtual_runtime.h"
 
 #include <cstdint>
 #include <memory>
@@ -15,6 +17,7 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace lumbrine {
@@ -37,6 +40,7 @@ struct VirtualThread {
     Task job;
     bool mustRun = false;        // also when the world ends before the job began
     const void* holds = nullptr; // the Mutex it holds
+    Standstills::Pace pace;
 };
 
 class VirtualScheduler {
@@ -50,7 +54,7 @@ public:
     };
 
     // The calling thread becomes the main thread.
-    VirtualScheduler(std::uint64_t seedOfChoices, std::uint64_t limitOfSteps, std::uint64_t patienceOfThreads);
+    explicit VirtualScheduler(const VirtualRuntime::Options& options);
     ~VirtualScheduler();
     VirtualScheduler(const VirtualScheduler&) = delete;
     VirtualScheduler& operator=(const VirtualScheduler&) = delete;
@@ -92,6 +96,26 @@ public:
     // has run since; false, with the clock at `end`, when nothing is left that is due until then.
     bool idle(TimePoint end, bool watching);
 
+    // While this lives the main thread runs jobs of its queue, and may stand still by chance; what a test does between
+    // two runs is never held up.
+    class MainAtWork {
+    public:
+        explicit MainAtWork(VirtualScheduler& virtualScheduler)
+            : scheduler(virtualScheduler), before(std::exchange(virtualScheduler.mainWorks, true)) {}
+        ~MainAtWork() { scheduler.mainWorks = before; }
+        MainAtWork(const MainAtWork&) = delete;
+        MainAtWork& operator=(const MainAtWork&) = delete;
+
+    private:
+        VirtualScheduler& scheduler;
+        const bool before;
+    };
+
+    void endStandstills();
+
+    // The clock goes on by `duration` at once. What became due meanwhile is due now.
+    void jump(Duration duration);
+
     // The main thread has asked for time to pass: steps are counted from here.
     void resetSteps() { steps = 0; }
 
@@ -117,6 +141,7 @@ private:
     };
 
     bool block(VirtualThread& thread, std::string_view what, std::optional<TimePoint> deadline, bool interruptible);
+    bool standsStill(VirtualThread& thread);
     void passOn(VirtualThread& from);
     VirtualThread& choose();
     void makeReady(VirtualThread& thread);
@@ -131,12 +156,15 @@ private:
     const std::uint64_t patience;
     std::uint64_t choices;
     std::uint64_t draws;
+    Standstills standstills;
+    Standstills mainStandstills;
     std::uint64_t hash = 0xcbf29ce484222325;
     std::uint64_t steps = 0;
     TimePoint time{};
     bool stopped = false;
 
     VirtualThread main;
+    bool mainWorks = false;
     VirtualThread* running = &main;
     std::vector<std::unique_ptr<VirtualThread>> workers;
     std::vector<VirtualThread*> freeWorkers;
