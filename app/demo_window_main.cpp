@@ -4,7 +4,7 @@
 #include "model/receiver_model.h"
 #include "platform/linux/avahi_advertiser.h"
 #include "platform/linux/linux_system_info.h"
-#include "platform/linux/nlohmann_json.h"
+#include "platform/portable/nlohmann_json.h"
 #include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/posix_stream_relay.h"
 #include "platform/posix/posix_stream_sockets.h"

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "model/receiver_platform.h"
-#include "platform/linux/nlohmann_json.h"
-#include "platform/linux/no_accessibility.h"
+#include "platform/portable/nlohmann_json.h"
+#include "platform/portable/no_accessibility.h"
 #include "platform/virtual/still_runtime.h"
 
 #include <cerrno>

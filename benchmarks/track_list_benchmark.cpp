@@ -4,7 +4,7 @@
 // medians in nanoseconds.
 #include "benchmarks/median.h"
 #include "benchmarks/session_receiver.h"
-#include "platform/linux/nlohmann_json.h"
+#include "platform/portable/nlohmann_json.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"

@@ -4,7 +4,7 @@
 # blocks in them: SOURCES in one piece and FUNCTIONS in another, in half the time.
 function(lumbrine_blocks_test name)
     cmake_parse_arguments(ARG "" "" "FAKES;SOURCES;FUNCTIONS;DEPENDS" ${ARGN})
-    if(NOT GTest_FOUND)
+    if(NOT LUMBRINE_TESTS)
         return()
     endif()
     find_program(BLOCKS_COMPILER clang++-19 REQUIRED)

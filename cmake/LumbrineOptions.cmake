@@ -1,5 +1,6 @@
 # Compiler settings that every target shares.
 option(LUMBRINE_WERROR "Treat warnings as errors" ON)
+option(LUMBRINE_TESTS "Build the tests, and what only tests need" ON)
 option(LUMBRINE_FUZZERS "Build the libFuzzer targets (Clang only)" OFF)
 option(LUMBRINE_COVERAGE "Instrument for coverage" OFF)
 set(LUMBRINE_SANITIZE "" CACHE STRING "Value of -fsanitize=, empty for none")

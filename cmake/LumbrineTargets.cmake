@@ -15,14 +15,8 @@ lumbrine_precompile(lumbrine_common_headers
         <vector>)
 # The tests' own code is not what a release is measured by: without optimisation it takes a third less to compile.
 set(LUMBRINE_TEST_OPTIONS -O0 -g1)
-# A Mac that only builds the application may be without GoogleTest.
-if(NOT LUMBRINE_FUZZERS)
-    find_package(GTest)
-    if(NOT GTest_FOUND AND NOT CMAKE_SYSTEM_NAME STREQUAL "Darwin")
-        message(FATAL_ERROR "GoogleTest is missing: scripts/setup.sh installs it")
-    endif()
-endif()
-if(GTest_FOUND)
+if(LUMBRINE_TESTS)
+    find_package(GTest REQUIRED)
     lumbrine_precompile(lumbrine_test_headers
         DEPENDS GTest::gmock GTest::gtest_main
         HEADERS <gmock/gmock.h> <gtest/gtest.h> <algorithm> <functional> <map> <memory> <optional> <string> <vector>)
@@ -34,7 +28,7 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     add_library(lumbrine_toolkit INTERFACE)
     target_link_libraries(lumbrine_toolkit INTERFACE Qt6::DBus Qt6::Network Qt6::Widgets)
     target_compile_definitions(lumbrine_toolkit INTERFACE QT_NO_KEYWORDS)
-    if(NOT LUMBRINE_FUZZERS)
+    if(LUMBRINE_TESTS)
         lumbrine_precompile(lumbrine_toolkit_test_headers
             DEPENDS GTest::gmock GTest::gtest_main lumbrine_toolkit
             HEADERS <gmock/gmock.h> <gtest/gtest.h> <functional> <memory> <string> <vector>)
@@ -53,9 +47,6 @@ endfunction()
 # product's files one by one, which shows that each includes what it needs.
 function(lumbrine_library name)
     cmake_parse_arguments(ARG "TOOLKIT" "" "SOURCES;DEPENDS" ${ARGN})
-    if(CMAKE_SYSTEM_NAME STREQUAL "Darwin" AND "${ARG_DEPENDS}" MATCHES "_linux_")
-        return() # what tests share
-    endif()
     if(ARG_SOURCES)
         add_library(${name} STATIC ${ARG_SOURCES})
         target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}")
@@ -94,17 +85,20 @@ function(lumbrine_reads_command_line)
     endif()
 endfunction()
 
+# lumbrine_test_library(NAME SOURCES ... DEPENDS ...): what several tests share.
+function(lumbrine_test_library name)
+    if(LUMBRINE_TESTS)
+        lumbrine_library(${name} ${ARGN})
+    endif()
+endfunction()
+
 # lumbrine_test(NAME SOURCES ... DEPENDS ... TIMEOUT seconds LABELS ... TOOLKIT): a GoogleTest program, one CTest entry.
 # Eight of its files are compiled together, in half the time. TOOLKIT as above.
-# On a Mac, tests that stand on a Linux back end (its JSON, mostly) are left out.
 function(lumbrine_test name)
+    if(NOT LUMBRINE_TESTS)
+        return()
+    endif()
     cmake_parse_arguments(ARG "TOOLKIT" "TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
-    if(NOT GTest_FOUND)
-        return()
-    endif()
-    if(CMAKE_SYSTEM_NAME STREQUAL "Darwin" AND "${ARG_DEPENDS}" MATCHES "_linux_|_testing|_simulator")
-        return()
-    endif()
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 120)
     endif()

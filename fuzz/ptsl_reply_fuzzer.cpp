@@ -1,6 +1,6 @@
 // A reply message on its way to tracks: envelope, JSON, list. Input that is no envelope is tried as the JSON itself.
 #include "base/utf8.h"
-#include "platform/linux/nlohmann_json.h"
+#include "platform/portable/nlohmann_json.h"
 #include "ptsl/ptsl_envelope.h"
 #include "ptsl/ptsl_track.h"
 

@@ -4,7 +4,7 @@
 #include "model/receiver_model.h"
 #include "model/receiver_parts.h"
 #include "model/testing/model_world.h"
-#include "platform/linux/nlohmann_json.h"
+#include "platform/portable/nlohmann_json.h"
 #include "platform/virtual/memory_screen.h"
 #include "platform/virtual/virtual_streams.h"
 

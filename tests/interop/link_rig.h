@@ -1,7 +1,7 @@
 // The scripting link in real time, on the system's own sockets.
 #pragma once
 
-#include "platform/linux/nlohmann_json.h"
+#include "platform/portable/nlohmann_json.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"

@@ -1,7 +1,7 @@
 // The scripting link on one side of a virtual network, a simulated Pro Tools on the other.
 #pragma once
 
-#include "platform/linux/nlohmann_json.h"
+#include "platform/portable/nlohmann_json.h"
 #include "platform/virtual/memory_midi.h"
 #include "ptsl/ptsl_client.h"
 #include "simulator/default_session.h"

@@ -1,7 +1,7 @@
 // A scripting service that understands requests and answers each command as a test has laid down.
 #pragma once
 
-#include "platform/linux/nlohmann_json.h"
+#include "platform/portable/nlohmann_json.h"
 #include "platform/virtual/virtual_streams.h"
 #include "ptsl/ptsl_client.h"
 #include "ptsl/testing/scripted_service.h"

@@ -3,8 +3,8 @@
 
 #include "model/receiver_model.h"
 #include "model/receiver_state.h"
-#include "platform/linux/nlohmann_json.h"
-#include "platform/linux/no_accessibility.h"
+#include "platform/portable/nlohmann_json.h"
+#include "platform/portable/no_accessibility.h"
 #include "platform/virtual/memory_midi.h"
 #include "platform/virtual/virtual_streams.h"
 #include "simulator/simulated_pro_tools.h"

@@ -27,7 +27,8 @@ std::vector<SourceFile> projectFiles(const std::vector<std::string>& endings) {
     std::vector<SourceFile> files;
     for (auto entry = fs::recursive_directory_iterator(top); entry != fs::recursive_directory_iterator(); ++entry) {
         const std::string name = entry->path().filename().string();
-        if (entry->is_directory() && (name == "build" || name == ".git" || name == ".cache")) {
+        const bool atTheTop = entry.depth() == 0;
+        if (atTheTop && entry->is_directory() && (name == "build" || name == ".git" || name == ".cache")) {
             entry.disable_recursion_pending();
             continue;
         }
@@ -46,7 +47,7 @@ std::vector<SourceFile> cppFiles() {
 }
 
 std::vector<std::string> codeLines(std::string_view text) {
-    static const std::regex quoted(R"("([^"\\]|\\.)*")");
+    static const std::regex quoted(R"('("|\\.)'|"([^"\\]|\\.)*")");
     std::vector<std::string> lines;
     std::istringstream stream{std::string(text)};
     for (std::string line; std::getline(stream, line);) {
@@ -56,13 +57,26 @@ std::vector<std::string> codeLines(std::string_view text) {
     return lines;
 }
 
-std::vector<std::string> quotedIncludes(std::string_view text) {
-    static const std::regex pattern(R"re((?:^|\n)\s*#\s*(?:include|import)\s*"([^"]+)")re");
+namespace {
+
+std::vector<std::string> includes(std::string_view text, const std::regex& pattern) {
     std::vector<std::string> found;
     const std::string copy(text);
     for (std::sregex_iterator match(copy.begin(), copy.end(), pattern), end; match != end; ++match)
         found.push_back((*match)[1]);
     return found;
+}
+
+} // namespace
+
+std::vector<std::string> quotedIncludes(std::string_view text) {
+    static const std::regex pattern(R"re((?:^|\n)\s*#\s*(?:include|import)\s*"([^"]+)")re");
+    return includes(text, pattern);
+}
+
+std::vector<std::string> bracketedIncludes(std::string_view text) {
+    static const std::regex pattern(R"re((?:^|\n)\s*#\s*(?:include|import)\s*<([^>]+)>)re");
+    return includes(text, pattern);
 }
 
 Pattern::Pattern(const std::string& expression) : compiled(expression) {}

@@ -16,17 +16,18 @@ struct SourceFile {
     std::string folder() const; // "platform/api", "surface", "" for the top
 };
 
-// Every file of the project whose name ends in one of `endings`; nothing from build folders.
+// Every file of the project whose name ends in one of `endings`; nothing from the build's folder.
 std::vector<SourceFile> projectFiles(const std::vector<std::string>& endings);
 
-// C++ sources and headers.
+// C++ sources and headers: .h, .cpp and .mm, the only endings that the project has.
 std::vector<SourceFile> cppFiles();
 
 // The lines of a text without comments; what stands inside quotation marks is left out too.
 std::vector<std::string> codeLines(std::string_view text);
 
-// The paths in `#include "..."`.
+// The paths in `#include "..."` and in `#include <...>`.
 std::vector<std::string> quotedIncludes(std::string_view text);
+std::vector<std::string> bracketedIncludes(std::string_view text);
 
 // A regular expression in the syntax of ECMAScript.
 class Pattern {

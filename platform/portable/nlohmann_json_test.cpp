@@ -1,4 +1,4 @@
-#include "platform/linux/nlohmann_json.h"
+#include "platform/portable/nlohmann_json.h"
 
 #include <cmath>
 #include <limits>

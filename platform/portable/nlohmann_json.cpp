@@ -1,6 +1,6 @@
-#include "platform/linux/nlohmann_json.h"
+#include "platform/portable/nlohmann_json.h"
 
-#include "platform/linux/nlohmann_reader.h"
+#include "platform/portable/nlohmann_reader.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,4 +1,4 @@
-#include "platform/linux/no_accessibility.h"
+#include "platform/portable/no_accessibility.h"
 
 namespace lumbrine {
 namespace {

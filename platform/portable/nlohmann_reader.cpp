@@ -1,4 +1,4 @@
-#include "platform/linux/nlohmann_reader.h"
+#include "platform/portable/nlohmann_reader.h"
 
 #include <nlohmann/json.hpp>
 
