@@ -32,6 +32,12 @@ TEST(DeadFiles, EverySourceStandsInTheBuildOfItsFolder) {
             << "nothing builds " << source.path;
 }
 
+TEST(DeadFiles, NoSourceHasAnEndingThatTheseTestsDoNotRead) {
+    for (const SourceFile& file :
+         projectFiles({".c", ".cc", ".cxx", ".c++", ".m", ".hh", ".hpp", ".hxx", ".inl", ".ipp"}))
+        ADD_FAILURE() << file.path << " is checked by nothing: sources end in .h, .cpp or .mm";
+}
+
 TEST(DeadFiles, EveryHeaderIsIncludedSomewhere) {
     std::set<std::string> included;
     for (const SourceFile& file : cppFiles())
