@@ -1,4 +1,4 @@
-// What the receiver does not keep yet: checkers and troubles that are switched off, each by its name with what it finds.
+// What the receiver does not keep yet: checkers and troubles switched off, each by its name, with what it finds.
 // Whoever mends the receiver takes the entry out. `simulation_tests --with NAME` switches one on, `--with all` all.
 #pragma once
 
