@@ -27,6 +27,11 @@ const Names<RingPicture> ringPictures{{"dot", RingPicture::dot},
                                       {"wrap", RingPicture::wrap},
                                       {"spread", RingPicture::spread}};
 const Names<BankWidth> bankWidths{{"answering", BankWidth::answering}, {"configured", BankWidth::configured}};
+const Names<AutoLED> autoLEDs{{"24", AutoLED::green24}, {"34", AutoLED::green34}, {"unlit", AutoLED::unlit}};
+const Names<RealtimeBytes> realtimeBytes{
+    {"none", RealtimeBytes::none}, {"between", RealtimeBytes::between}, {"within", RealtimeBytes::within}};
+const Names<PingForm> pingForms{
+    {"on", PingForm::noteOn}, {"off", PingForm::noteOff}, {"off-without-velocity", PingForm::noteOffWithoutVelocity}};
 const Names<bool> alignments{{"aligned", true}, {"plain", false}};
 const Names<bool> redraws{{"all", true}, {"changed", false}};
 const Names<AttributeSpelling> attributeSpellings{{"names", AttributeSpelling::names},
@@ -127,6 +132,9 @@ void declareSession(Reader& reader, CLI::App& app, SimulatorArguments& read) {
 void declarePresence(Reader& reader, SimulatorOptions& options) {
     reader.group("Presence");
     reader.milliseconds("--ping-ms", options.pingInterval, "from one ping to the next");
+    reader.milliseconds("--ping-jitter-ms", options.pingJitter, "by how much a ping is late at most");
+    reader.number("--late-ping-one-in", options.latePingOneIn, "one ping in so many is later still; 0 for none");
+    reader.milliseconds("--late-ping-ms", options.latePing, "by how much");
     reader.milliseconds("--host-timeout-ms", options.hostTimeout, "an unanswered ping as old as this loses a surface");
     reader.off("--no-ping-without-session", options.pingWithoutSession, "do not ping while no session is open");
     reader.dumpOrder();
@@ -150,14 +158,22 @@ void declareShowing(Reader& reader, SimulatorOptions& options) {
     reader.off("--no-counter", options.counter, "leave out the counter");
 
     reader.group("LEDs, rings and meters");
-    reader.on("--repeat-zone-select", options.repeatZoneSelect, "select the zone before each port");
-    reader.on("--running-status", options.runningStatus, "leave out the status byte within a burst");
-    reader.off("--no-read-marks", options.readMarks, "send no B0 2C 24 for tracks in Read");
+    reader.choice("--auto-led", options.autoLED, autoLEDs, "the green of a track in Read, or no colour at all");
     reader.milliseconds("--led-on-ms", options.ledOn, "how long a flashing LED is lit");
     reader.milliseconds("--led-off-ms", options.ledOff, "and how long it is dark");
     reader.choice("--pan-picture", options.panPicture, ringPictures, "how a ring shows pan");
     reader.number("--clicks-per-position", options.clicksPerRingPosition, "V-Pot clicks for one ring position");
     reader.number("--meter-rate", options.meterRate, "meters each second while playing, 1 to 100");
+}
+
+void declarePackets(Reader& reader, SimulatorOptions& options) {
+    reader.group("Messages and packets");
+    reader.off("--zone-select-once", options.repeatZoneSelect, "do not select the zone again before each port");
+    reader.on("--running-status", options.runningStatus, "leave out the status byte within a burst");
+    reader.number("--messages-per-packet", options.packets.messagesPerPacket, "messages in one packet at most");
+    reader.choice("--realtime-bytes", options.packets.realtime, realtimeBytes, "where F8 and FE turn up");
+    reader.choice("--ping-form", options.packets.ping, pingForms, "a ping as the note-on it is, or as a note-off");
+    reader.on("--cut-sysex", options.packets.cutSysEx, "lose the end of a SysEx when a port goes");
 }
 
 void declareBanking(Reader& reader, SimulatorOptions& options) {
@@ -224,6 +240,7 @@ readSimulatorArguments(std::span<const char* const> arguments) {
     declarePresence(reader, read.options);
     declareReaction(reader, read.options);
     declareShowing(reader, read.options);
+    declarePackets(reader, read.options);
     declareBanking(reader, read.options);
     declareScripting(reader, read);
     declareFaults(reader, read.options);

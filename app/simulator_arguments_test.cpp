@@ -54,9 +54,10 @@ TEST(SimulatorArguments, ReachEachOption) {
                                  "300",
                                  "--no-main-display",
                                  "--no-counter",
-                                 "--repeat-zone-select",
+                                 "--zone-select-once",
                                  "--running-status",
-                                 "--no-read-marks",
+                                 "--auto-led",
+                                 "34",
                                  "--led-on-ms",
                                  "250",
                                  "--led-off-ms",
@@ -105,9 +106,9 @@ TEST(SimulatorArguments, ReachEachOption) {
     EXPECT_EQ(options.modeShown, seconds(0.3));
     EXPECT_FALSE(options.mainDisplay);
     EXPECT_FALSE(options.counter);
-    EXPECT_TRUE(options.repeatZoneSelect);
+    EXPECT_FALSE(options.repeatZoneSelect);
     EXPECT_TRUE(options.runningStatus);
-    EXPECT_FALSE(options.readMarks);
+    EXPECT_EQ(options.autoLED, AutoLED::green34);
     EXPECT_EQ(options.ledOn, seconds(0.25));
     EXPECT_EQ(options.ledOff, seconds(0.75));
     EXPECT_EQ(options.panPicture, RingPicture::spread);
@@ -122,6 +123,21 @@ TEST(SimulatorArguments, ReachEachOption) {
     EXPECT_EQ(options.dropOnePressIn, 12);
     EXPECT_EQ(options.restlessUserEvery, seconds(4));
     EXPECT_FALSE(options.opensSession);
+}
+
+TEST(SimulatorArguments, ReachEachOptionOfPingsAndPackets) {
+    const auto arguments =
+        read({"--ping-jitter-ms=200", "--late-ping-one-in=7", "--late-ping-ms=900", "--messages-per-packet=5",
+              "--realtime-bytes=within", "--ping-form=off", "--cut-sysex"});
+    ASSERT_TRUE(arguments) << arguments.error().error;
+    const SimulatorOptions& options = arguments->options;
+    EXPECT_EQ(options.pingJitter, seconds(0.2));
+    EXPECT_EQ(options.latePingOneIn, 7);
+    EXPECT_EQ(options.latePing, seconds(0.9));
+    EXPECT_EQ(options.packets.messagesPerPacket, 5);
+    EXPECT_EQ(options.packets.realtime, RealtimeBytes::within);
+    EXPECT_EQ(options.packets.ping, PingForm::noteOff);
+    EXPECT_TRUE(options.packets.cutSysEx);
 }
 
 TEST(SimulatorArguments, ReachEachOptionOfTheScriptingService) {

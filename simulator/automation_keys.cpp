@@ -2,7 +2,9 @@
 
 #include "simulator/hui_address.h"
 
+#include <algorithm>
 #include <string_view>
+#include <vector>
 
 namespace lumbrine {
 
@@ -20,6 +22,8 @@ std::string_view modeName(const SimulatedTrack& track) {
         return track.trim ? "TLch" : "Ltch";
     case Automation::write:
         return track.trim ? "TWrt" : "Wrt";
+    case Automation::touchLatch:
+        return track.trim ? "TT/L" : "T/L";
     case Automation::off:
         break;
     }
@@ -57,37 +61,42 @@ DisplayText automationText(const SimulatedTrack& track) {
     return shortName(modeName(track), ShortNameRule::cut, NonASCIIRule::blank);
 }
 
-void AutomationKeys::autoSwitch(Strip strip, bool down, bool everyTrack) {
+void AutomationKeys::autoSwitch(Strip strip, bool down, Scope scope) {
     if (!down) {
         heldStrips.erase(strip);
         return;
     }
     heldStrips.insert(strip);
     for (const auto& [surface, port] : heldModes)
-        apply(port, strip, everyTrack);
+        apply(port, {strip}, scope);
 }
 
-void AutomationKeys::modeKey(int surface, int port, bool down, bool everyTrack) {
+void AutomationKeys::modeKey(int surface, int port, bool down, Scope scope) {
     if (!down) {
         heldModes.erase({surface, port});
         return;
     }
     heldModes.insert({surface, port});
-    if (everyTrack) {
-        if (!heldStrips.empty()) apply(port, *heldStrips.begin(), true);
-        return;
-    }
-    for (const Strip& strip : heldStrips)
-        apply(port, strip, false);
+    apply(port, heldStrips, scope);
 }
 
-void AutomationKeys::apply(int modePort, Strip strip, bool everyTrack) {
-    const auto edit = [modePort](SimulatedTrack& track) { press(modePort, track); };
-    if (everyTrack) {
-        session.changeAll(edit);
-    } else {
-        session.change(trackShownOn(strip), edit);
-    }
+void AutomationKeys::apply(int modePort, const std::set<Strip>& strips, Scope scope) {
+    std::vector<int> meant;
+    for (const SimulatedTrack& track : session.tracks())
+        if (isMeant(track, strips, scope)) meant.push_back(track.id);
+    for (const int id : meant)
+        session.change(id, [modePort](SimulatedTrack& track) { press(modePort, track); });
+}
+
+bool AutomationKeys::isMeant(const SimulatedTrack& track, const std::set<Strip>& strips, Scope scope) const {
+    if (scope == Scope::allTracks) return true;
+    if (scope == Scope::selected) return track.selected;
+    return std::ranges::any_of(strips, [&](const Strip& strip) {
+        const SimulatedTrack* shown = session.find(trackShownOn(strip));
+        if (shown == nullptr) return false;
+        const bool follows = scope == Scope::strips && shown->group != 0 && shown->group == track.group;
+        return shown->id == track.id || follows;
+    });
 }
 
 void AutomationKeys::releaseModes() {

@@ -1,4 +1,5 @@
-// The AUTO switches of the strips and the automation mode keys: a mode is chosen when one of each is down.
+// The AUTO switches of the strips and the automation mode keys: a mode is chosen when one of each is down, or by a mode
+// key alone together with the OPTION key.
 #pragma once
 
 #include "simulator/short_name.h"
@@ -21,14 +22,21 @@ public:
         auto operator<=>(const Strip&) const = default;
     };
 
+    // Which tracks a mode is for.
+    enum class Scope {
+        strips,    // those whose AUTO switches are down, and with them their groups
+        noGroups,  // those alone: the CLUTCH key is down
+        allTracks, // the OPTION key is down
+        selected,  // OPTION and SHIFT are
+    };
+
     // `trackOn` says which track a strip shows at the moment, 0 for none. Both outlive this.
     AutomationKeys(SimulatedSession& editedSession, std::function<int(Strip)> trackOn)
         : session(editedSession), trackShownOn(std::move(trackOn)) {}
 
-    // Either order of pressing sets the mode: of the held strips' tracks, or of all tracks with `everyTrack` (the
-    // OPTION key is down). The trim key turns trim over instead.
-    void autoSwitch(Strip strip, bool down, bool everyTrack);
-    void modeKey(int surface, int port, bool down, bool everyTrack); // port of zone 18, 0-5
+    // Either order of pressing sets the mode. The trim key turns trim over instead.
+    void autoSwitch(Strip strip, bool down, Scope scope);
+    void modeKey(int surface, int port, bool down, Scope scope); // port of zone 18, 0-5
 
     bool isHeld(Strip strip) const { return heldStrips.contains(strip); }
 
@@ -36,7 +44,8 @@ public:
     void releaseModes(); // on all surfaces
 
 private:
-    void apply(int modePort, Strip strip, bool everyTrack);
+    void apply(int modePort, const std::set<Strip>& strips, Scope scope);
+    bool isMeant(const SimulatedTrack& track, const std::set<Strip>& strips, Scope scope) const;
 
     SimulatedSession& session;
     const std::function<int(Strip)> trackShownOn;

@@ -13,7 +13,7 @@ inline constexpr int assignDisplay = 8;
 enum StripPort { touch, select, mute, solo, automation, vSel, insert, recordArm };
 
 inline constexpr int keyboardZone = 0x08;
-enum KeyboardPort { shift = 1, option = 5 };
+enum KeyboardPort { clutch, shift, fine = 4, option };
 
 inline constexpr int bankZone = 0x0A; // ports 0-3: channel left, bank left, channel right, bank right
 

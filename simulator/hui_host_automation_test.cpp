@@ -7,10 +7,8 @@ namespace {
 
 using namespace hui_address;
 using Automation = SimulatedTrack::Automation;
-using testing::Contains;
-using testing::Not;
-
-const Bytes readMarkState{0xB0, 0x2C, 0x24};
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 std::string display(const HostBench& bench, int strip) {
     return bench.names().substr(static_cast<std::size_t>(strip) * 4, 4);
@@ -28,11 +26,10 @@ TEST(HUIHostAutomation, ShowsTheModeWhileTheAutoSwitchIsHeld) {
 }
 
 TEST(HUIHostAutomation, NamesEachModeWithAndWithoutTrim) {
-    const std::vector<std::tuple<Automation, std::string, std::string>> names{{Automation::read, "Read", "TRd "},
-                                                                              {Automation::touch, "Tch ", "TTch"},
-                                                                              {Automation::latch, "Ltch", "TLch"},
-                                                                              {Automation::write, "Wrt ", "TWrt"},
-                                                                              {Automation::off, "Off ", "Off "}};
+    const std::vector<std::tuple<Automation, std::string, std::string>> names{
+        {Automation::read, "Read", "TRd "},  {Automation::touch, "Tch ", "TTch"},
+        {Automation::latch, "Ltch", "TLch"}, {Automation::write, "Wrt ", "TWrt"},
+        {Automation::off, "Off ", "Off "},   {Automation::touchLatch, "T/L ", "TT/L"}};
     for (const auto& [mode, plain, trimmed] : names) {
         SimulatedTrack track;
         track.automation = mode;
@@ -83,29 +80,30 @@ TEST(HUIHostAutomation, LetsGoOfModeKeysWhenTheSurfaceAppearsAnew) {
     EXPECT_EQ(bench.session.find(1)->automation, Automation::read);
 }
 
-TEST(HUIHostAutomation, ChangesNothingWithoutAnAutoSwitch) {
+TEST(HUIHostAutomation, ChangesNothingWithAModeKeyAlone) {
     HostBench bench(numberedSession(3));
     bench.appear();
-    bench.press(0, autoModeZone, write);
-    bench.edge(0, keyboardZone, option, true);
     bench.press(0, autoModeZone, write);
     for (const SimulatedTrack& track : bench.session.tracks())
         EXPECT_EQ(track.automation, Automation::read);
 }
 
-TEST(HUIHostAutomation, SetsEveryTrackWithOptionHeldInEitherOrder) {
+TEST(HUIHostAutomation, SetsEveryTrackWithOptionAndAModeKey) {
     SimulatedSession session = numberedSession(20);
     session.setHidden(15, true);
     HostBench bench(session);
     bench.appear();
     bench.edge(0, keyboardZone, option, true);
-    bench.edge(0, 1, automation, true);
     bench.press(0, autoModeZone, touchMode);
-    bench.edge(0, 1, automation, false);
     for (const SimulatedTrack& track : bench.session.tracks())
         EXPECT_EQ(track.automation, Automation::touch) << track.name;
+}
 
+TEST(HUIHostAutomation, SetsEveryTrackWithOptionAndAnAutoSwitchInEitherOrder) {
+    HostBench bench(numberedSession(20));
+    bench.appear();
     bench.edge(0, autoModeZone, off, true);
+    bench.edge(0, keyboardZone, option, true);
     bench.press(0, 1, automation);
     for (const SimulatedTrack& track : bench.session.tracks())
         EXPECT_EQ(track.automation, Automation::off) << track.name;
@@ -116,6 +114,55 @@ TEST(HUIHostAutomation, SetsEveryTrackWithOptionHeldInEitherOrder) {
     bench.press(0, 1, automation);
     EXPECT_EQ(bench.session.find(2)->automation, Automation::write);
     EXPECT_EQ(bench.session.find(1)->automation, Automation::off);
+}
+
+TEST(HUIHostAutomation, SetsTheSelectedTracksWithOptionAndShift) {
+    SimulatedSession session = numberedSession(20);
+    session.select(3, false);
+    session.select(18, true);
+    HostBench bench(session);
+    bench.appear();
+    bench.edge(0, keyboardZone, option, true);
+    bench.edge(0, keyboardZone, shift, true);
+    bench.press(0, autoModeZone, latch);
+    for (const SimulatedTrack& track : bench.session.tracks())
+        EXPECT_EQ(track.automation, track.selected ? Automation::latch : Automation::read) << track.name;
+}
+
+// Tracks 1 and 3 are a group.
+SimulatedSession sessionWithAGroup() {
+    SimulatedSession session = numberedSession(3);
+    for (const int id : {1, 3})
+        session.change(id, [](SimulatedTrack& track) { track.group = 1; });
+    return session;
+}
+
+std::vector<Automation> modesAfterLatchOnTheFirst(HostBench& bench) {
+    bench.edge(0, 0, automation, true);
+    bench.press(0, autoModeZone, latch);
+    std::vector<Automation> modes;
+    for (const SimulatedTrack& track : bench.session.tracks())
+        modes.push_back(track.automation);
+    return modes;
+}
+
+TEST(HUIHostAutomation, SetsTheGroupOfTheTrack) {
+    HostBench bench(sessionWithAGroup());
+    bench.appear();
+    EXPECT_THAT(modesAfterLatchOnTheFirst(bench), ElementsAre(Automation::latch, Automation::read, Automation::latch));
+}
+
+TEST(HUIHostAutomation, SetsTheTrackAloneWithClutchOrWithoutGroups) {
+    HostBench held(sessionWithAGroup());
+    held.appear();
+    held.edge(0, keyboardZone, clutch, true);
+    EXPECT_THAT(modesAfterLatchOnTheFirst(held), ElementsAre(Automation::latch, Automation::read, Automation::read));
+
+    SimulatorOptions options;
+    options.groups = false;
+    HostBench without(sessionWithAGroup(), options);
+    without.appear();
+    EXPECT_THAT(modesAfterLatchOnTheFirst(without), ElementsAre(Automation::latch, Automation::read, Automation::read));
 }
 
 TEST(HUIHostAutomation, TurnsTrimOverOnceForEachTrackEvenWithSeveralSwitchesAndOption) {
@@ -137,7 +184,7 @@ TEST(HUIHostAutomation, ShowsTheNewModeWhileTheSwitchIsStillHeld) {
     bench.clear();
     bench.edge(0, autoModeZone, touchMode, true);
     EXPECT_EQ(bench.takeJoined(), (Bytes{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x10, 0x01, 'T', 'c', 'h', ' ', 0xF7, //
-                                         0xB0, 0x0C, 0x01, 0xB0, 0x2C, 0x44})); // lit
+                                         0xB0, 0x0C, 0x01, 0xB0, 0x2C, 0x64})); // orange
 }
 
 TEST(HUIHostAutomation, ShowsANewModeForAMomentAlsoWhenItWasChosenOnTheScreen) {
@@ -146,12 +193,12 @@ TEST(HUIHostAutomation, ShowsANewModeForAMomentAlsoWhenItWasChosenOnTheScreen) {
     HostBench bench(numberedSession(3), options);
     bench.appear();
     bench.edit([](SimulatedSession& session) {
-        session.change(2, [](SimulatedTrack& track) { track.automation = Automation::latch; });
+        session.change(2, [](SimulatedTrack& track) { track.automation = Automation::off; });
     });
-    EXPECT_EQ(display(bench, 1), "Ltch");
+    EXPECT_EQ(display(bench, 1), "Off ");
     bench.clear();
     bench.runFor(seconds(0.799));
-    EXPECT_EQ(display(bench, 1), "Ltch");
+    EXPECT_EQ(display(bench, 1), "Off ");
     bench.runFor(seconds(0.001));
     EXPECT_EQ(bench.takeJoined(), (Bytes{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x10, 0x01, 'T', '0', '2', ' ', 0xF7}));
 }
@@ -167,33 +214,75 @@ TEST(HUIHostAutomation, ShowsNoMomentWhenTheOptionIsZero) {
     EXPECT_EQ(display(bench, 1), "T02 ");
 }
 
-TEST(HUIHostAutomation, MarksATrackThatGoesToRead) {
-    HostBench bench(numberedSession(3));
-    bench.appear();
-    const auto choose = [&bench](Automation mode) {
-        bench.clear();
-        bench.edit([mode](SimulatedSession& session) {
-            session.change(2, [mode](SimulatedTrack& track) { track.automation = mode; });
+// ---- The LED of the AUTO switch
+
+// What strip 1's LED is sent when its track goes to that mode.
+std::vector<Bytes> ledSentFor(HostBench& bench, Automation mode, bool trim = false) {
+    bench.clear();
+    bench.edit([&](SimulatedSession& session) {
+        session.change(2, [&](SimulatedTrack& track) {
+            track.automation = mode;
+            track.trim = trim;
         });
-        return bench.take();
-    };
-    EXPECT_THAT(choose(Automation::touch), Not(Contains(readMarkState)));
-    const std::vector<Bytes> sent = choose(Automation::read);
-    ASSERT_GE(sent.size(), 2u);
-    EXPECT_EQ(sent[sent.size() - 2], (Bytes{0xB0, 0x2C, 0x04})); // the LED goes out
-    EXPECT_EQ(sent.back(), readMarkState);                       // in the same zone
+    });
+    std::vector<Bytes> sent = bench.take();
+    std::erase_if(sent, [](const Bytes& packet) { return packet[1] != 0x2C || (packet[2] & 0x0F) != automation; });
+    return sent;
 }
 
-TEST(HUIHostAutomation, LightsTheLEDOfTracksThatWriteAutomation) {
-    HostBench bench(numberedSession(1));
-    for (const auto& [mode, lit] : std::vector<std::pair<Automation, bool>>{{Automation::read, false},
-                                                                            {Automation::touch, true},
-                                                                            {Automation::latch, true},
-                                                                            {Automation::write, true},
-                                                                            {Automation::off, false}}) {
-        bench.session.change(1, [mode](SimulatedTrack& track) { track.automation = mode; });
-        EXPECT_EQ(bench.host.picture(0).leds[ledIndex(0, automation)], lit);
-    }
+TEST(HUIHostAutomation, TellsTheModeByTheColourOfTheLED) {
+    HostBench bench(numberedSession(3));
+    bench.appear();
+    EXPECT_THAT(ledSentFor(bench, Automation::touch), ElementsAre(Bytes{0xB0, 0x2C, 0x64}));
+    EXPECT_THAT(ledSentFor(bench, Automation::write), ElementsAre(Bytes{0xB0, 0x2C, 0x44}));
+    EXPECT_THAT(ledSentFor(bench, Automation::latch), ElementsAre(Bytes{0xB0, 0x2C, 0x64}));
+    EXPECT_THAT(ledSentFor(bench, Automation::touchLatch), IsEmpty()); // the same colour
+    EXPECT_THAT(ledSentFor(bench, Automation::off), ElementsAre(Bytes{0xB0, 0x2C, 0x04}));
+    EXPECT_THAT(ledSentFor(bench, Automation::read), ElementsAre(Bytes{0xB0, 0x2C, 0x24}));
+}
+
+TEST(HUIHostAutomation, HasTheOtherGreenWhereTheOptionSaysSo) {
+    SimulatorOptions options;
+    options.autoLED = AutoLED::green34;
+    HostBench bench(numberedSession(3), options);
+    bench.appear();
+    ledSentFor(bench, Automation::off);
+    EXPECT_THAT(ledSentFor(bench, Automation::read), ElementsAre(Bytes{0xB0, 0x2C, 0x34}));
+}
+
+TEST(HUIHostAutomation, KeepsTheLEDDarkWhereTheOptionSaysSo) {
+    SimulatorOptions options;
+    options.autoLED = AutoLED::unlit;
+    HostBench bench(numberedSession(3), options);
+    bench.appear();
+    for (const Automation mode : {Automation::off, Automation::touch, Automation::write, Automation::read})
+        EXPECT_THAT(ledSentFor(bench, mode), IsEmpty());
+}
+
+TEST(HUIHostAutomation, FlashesTheLEDOfATrackThatCanWrite) {
+    SimulatorOptions options;
+    options.modeShown = Duration::zero();
+    HostBench bench(numberedSession(3), options);
+    bench.appear();
+    ledSentFor(bench, Automation::write);
+    bench.clear();
+    bench.live(seconds(0.5));
+    EXPECT_EQ(bench.takeJoined(), (Bytes{0xB0, 0x0C, 0x01, 0xB0, 0x2C, 0x04}));
+    bench.live(seconds(0.5));
+    EXPECT_EQ(bench.takeJoined(), (Bytes{0xB0, 0x0C, 0x01, 0xB0, 0x2C, 0x44}));
+}
+
+TEST(HUIHostAutomation, FlashesInTwoColoursWithTrim) {
+    SimulatorOptions options;
+    options.modeShown = Duration::zero();
+    HostBench bench(numberedSession(3), options);
+    bench.appear();
+    ledSentFor(bench, Automation::touch, true);
+    bench.clear();
+    bench.live(seconds(0.5));
+    EXPECT_EQ(bench.takeJoined().back(), 0x24);
+    bench.live(seconds(0.5));
+    EXPECT_EQ(bench.takeJoined().back(), 0x64);
 }
 
 } // namespace

@@ -53,12 +53,11 @@ void SimulatedHUIHost::act(int surface, const from_surface::SwitchEdge& edge, Ti
     }
     from.down[index] = edge.on;
 
-    const bool everyTrack = isDownAnywhere(hui_address::keyboardZone, hui_address::option);
     if (ofStrip && edge.port == hui_address::automation) {
-        automation.autoSwitch({surface, edge.zone}, edge.on, everyTrack);
+        automation.autoSwitch({surface, edge.zone}, edge.on, automationScope());
         needsShowing = true;
     } else if (edge.zone == hui_address::autoModeZone) {
-        automation.modeKey(surface, edge.port, edge.on, everyTrack);
+        automation.modeKey(surface, edge.port, edge.on, automationScope());
     } else if (!edge.on) {
         return;
     } else if (ofStrip) {
@@ -72,6 +71,13 @@ void SimulatedHUIHost::act(int surface, const from_surface::SwitchEdge& edge, Ti
     } else if (edge.zone == hui_address::transport2Zone) {
         transport2Pressed(edge.port);
     }
+}
+
+AutomationKeys::Scope SimulatedHUIHost::automationScope() const {
+    using enum AutomationKeys::Scope;
+    const auto isDown = [this](int port) { return isDownAnywhere(hui_address::keyboardZone, port); };
+    if (isDown(hui_address::option)) return isDown(hui_address::shift) ? selected : allTracks;
+    return options.groups && !isDown(hui_address::clutch) ? strips : noGroups;
 }
 
 void SimulatedHUIHost::touchEdge(int surface, int strip, bool on) {

@@ -41,6 +41,10 @@ bool writesAutomation(const SimulatedTrack& track) {
     return track.automation != SimulatedTrack::Automation::read && track.automation != SimulatedTrack::Automation::off;
 }
 
+constexpr std::uint8_t darkLED = 0x00;
+constexpr std::uint8_t redLED = 0x40;
+constexpr std::uint8_t orangeLED = 0x60;
+
 } // namespace
 
 SurfacePicture SimulatedHUIHost::picture(int surface) const {
@@ -65,7 +69,8 @@ void SimulatedHUIHost::paintStrip(SurfacePicture& picture, int surface, int stri
     led(hui_address::select, track.selected);
     led(hui_address::mute, track.mute || (session.impliedMute(track) && flash));
     led(hui_address::solo, track.solo);
-    led(hui_address::automation, writesAutomation(track));
+    picture.autoLEDs[index] = autoLEDOf(track);
+    led(hui_address::automation, picture.autoLEDs[index] != darkLED);
     led(hui_address::recordArm, track.recordArmed && (session.transport().recording || flash));
 }
 
@@ -99,6 +104,16 @@ DisplayText SimulatedHUIHost::displayOf(const SimulatedTrack& track, int surface
     return shortName(track.name, options.shortNames, options.nonASCII);
 }
 
+// A mode that can write flashes: with trim in two colours, else with dark in between.
+std::uint8_t SimulatedHUIHost::autoLEDOf(const SimulatedTrack& track) const {
+    using enum SimulatedTrack::Automation;
+    if (options.autoLED == AutoLED::unlit || track.automation == off) return darkLED;
+    const std::uint8_t green = options.autoLED == AutoLED::green24 ? 0x20 : 0x30;
+    if (track.automation == read) return green;
+    if (!flasher.isLit()) return track.trim ? green : darkLED;
+    return track.automation == write ? redLED : orangeLED;
+}
+
 std::uint8_t SimulatedHUIHost::ringOf(const SimulatedTrack& track, const Surface& surface) const {
     if (surface.assign != hui_address::pan) return 0; // the tracks have no sends
     const double pan = surface.rightPan && track.stereo ? track.panRight : track.panLeft;
@@ -114,7 +129,7 @@ bool SimulatedHUIHost::somethingFlashes() const {
     for (int surface = 0; surface < options.surfaces; ++surface)
         for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip) {
             const SimulatedTrack* track = session.find(trackOn(surface, strip));
-            if (track != nullptr && track->recordArmed) return true;
+            if (track != nullptr && (track->recordArmed || writesAutomation(*track))) return true;
         }
     return false;
 }

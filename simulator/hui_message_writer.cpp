@@ -39,8 +39,8 @@ void HUIMessageWriter::led(int zone, int portNumber, bool on) {
     port(zone, byte((on ? 0x40 : 0x00) | portNumber));
 }
 
-void HUIMessageWriter::readMark(int strip) {
-    port(strip, byte(0x20 | hui_address::automation));
+void HUIMessageWriter::autoLED(int strip, std::uint8_t state) {
+    port(strip, byte(state | hui_address::automation));
 }
 
 void HUIMessageWriter::meter(int strip, int side, int level) {

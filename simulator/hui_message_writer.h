@@ -30,7 +30,7 @@ public:
     void fader(int strip, FaderValue position);
     void ring(int pot, std::uint8_t value);
     void led(int zone, int port, bool on);
-    void readMark(int strip);
+    void autoLED(int strip, std::uint8_t state); // 00 to 70
     void meter(int strip, int side, int level);
     void displays(std::span<const Display> texts);
     void mainDisplay(int part, std::string_view tenCharacters); // part 0-7

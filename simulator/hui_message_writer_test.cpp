@@ -28,8 +28,10 @@ TEST(HUIMessageWriter, WritesEachMessageAsItsOwnPacket) {
                                   ' ', 'L', 'i', 0xF7}));
 }
 
-TEST(HUIMessageWriter, SelectsAZoneOnceForThePortsOfABurst) {
-    HUIMessageWriter writer{SimulatorOptions{}};
+TEST(HUIMessageWriter, CanSelectAZoneOnceForThePortsOfABurst) {
+    SimulatorOptions options;
+    options.repeatZoneSelect = false;
+    HUIMessageWriter writer(options);
     writer.led(2, 2, true);
     writer.led(2, 3, false);
     writer.led(3, 2, true);
@@ -39,19 +41,17 @@ TEST(HUIMessageWriter, SelectsAZoneOnceForThePortsOfABurst) {
     EXPECT_THAT(writer.take(), ElementsAre(Bytes{0xB0, 0x0C, 0x03}, Bytes{0xB0, 0x2C, 0x43}));
 }
 
-TEST(HUIMessageWriter, CanSelectTheZoneBeforeEachPort) {
-    SimulatorOptions options;
-    options.repeatZoneSelect = true;
-    HUIMessageWriter writer(options);
+TEST(HUIMessageWriter, SelectsTheZoneBeforeEachPort) {
+    HUIMessageWriter writer{SimulatorOptions{}};
     writer.led(2, 2, true);
     writer.led(2, 3, false);
     EXPECT_THAT(writer.take(), ElementsAre(Bytes{0xB0, 0x0C, 0x02}, Bytes{0xB0, 0x2C, 0x42}, Bytes{0xB0, 0x0C, 0x02},
                                            Bytes{0xB0, 0x2C, 0x03}));
 }
 
-TEST(HUIMessageWriter, WritesTheReadMarkWithStateTwo) {
+TEST(HUIMessageWriter, WritesTheStateOfAnAutoLEDInItsHighDigit) {
     HUIMessageWriter writer{SimulatorOptions{}};
-    writer.readMark(5);
+    writer.autoLED(5, 0x20);
     EXPECT_THAT(writer.take(), ElementsAre(Bytes{0xB0, 0x0C, 0x05}, Bytes{0xB0, 0x2C, 0x24}));
 }
 
@@ -60,10 +60,10 @@ TEST(HUIMessageWriter, RunsTheStatusThroughABurstOfControllers) {
     options.runningStatus = true;
     HUIMessageWriter writer(options);
     writer.led(2, 2, true);
-    writer.led(2, 3, true);
+    writer.ring(1, 0x43);
     writer.meter(0, 0, 1); // breaks the run
     writer.ring(0, 0x46);
-    EXPECT_THAT(writer.take(), ElementsAre(Bytes{0xB0, 0x0C, 0x02, 0x2C, 0x42, 0x2C, 0x43}, Bytes{0xA0, 0x00, 0x01},
+    EXPECT_THAT(writer.take(), ElementsAre(Bytes{0xB0, 0x0C, 0x02, 0x2C, 0x42, 0x11, 0x43}, Bytes{0xA0, 0x00, 0x01},
                                            Bytes{0xB0, 0x10, 0x46}));
 }
 

@@ -28,8 +28,8 @@ constexpr std::array globalLEDs{
 
 } // namespace
 
-HUISurfaceHost::HUISurfaceHost(SimulatorOptions simulatorOptions)
-    : options(std::move(simulatorOptions)), writer(options) {}
+HUISurfaceHost::HUISurfaceHost(SimulatorOptions simulatorOptions, std::uint64_t seed)
+    : options(std::move(simulatorOptions)), writer(options), chance(seed) {}
 
 bool HUISurfaceHost::advance(TimePoint now, bool pinging) {
     if (!pinging) {
@@ -42,19 +42,29 @@ bool HUISurfaceHost::advance(TimePoint now, bool pinging) {
         openSince.reset();
         return true;
     }
-    if (!nextPing) nextPing = now;
-    if (now < *nextPing) return false;
+    if (!nextPing) {
+        nextPing = now;
+        late = Duration::zero();
+    }
+    if (now < *nextPing + late) return false;
     sendPing(now);
     // A host that was held up does not make up for the pings it missed.
     while (*nextPing <= now)
         *nextPing += options.pingInterval;
+    late = lateness();
     return false;
 }
 
 TimePoint HUISurfaceHost::nextDeadline() const {
-    TimePoint deadline = nextPing.value_or(TimePoint::max());
+    TimePoint deadline = nextPing ? *nextPing + late : TimePoint::max();
     if (answers && openSince) deadline = std::min(deadline, *openSince + options.hostTimeout);
     return deadline;
+}
+
+Duration HUISurfaceHost::lateness() {
+    if (options.latePingOneIn > 0 && chance.oneIn(static_cast<std::uint64_t>(options.latePingOneIn)))
+        return options.latePing;
+    return Duration(static_cast<Duration::rep>(chance.unit() * static_cast<double>(options.pingJitter.count())));
 }
 
 void HUISurfaceHost::giveUp() {
@@ -153,8 +163,18 @@ void HUISurfaceHost::sendLEDs(const SurfacePicture& picture, bool ofStrips) {
         std::ranges::for_each(globalLEDs, sendRow);
         return;
     }
-    for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip)
-        sendRow({strip, hui_address::select, hui_address::recordArm});
+    for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip) {
+        sendRow({strip, hui_address::select, hui_address::solo});
+        sendAutoLED(picture, strip);
+        sendRow({strip, hui_address::vSel, hui_address::recordArm});
+    }
+}
+
+void HUISurfaceHost::sendAutoLED(const SurfacePicture& picture, int strip) {
+    const auto index = static_cast<std::size_t>(strip);
+    if (shownAutoLEDs[index] == picture.autoLEDs[index]) return;
+    shownAutoLEDs[index] = picture.autoLEDs[index];
+    writer.autoLED(strip, picture.autoLEDs[index]);
 }
 
 void HUISurfaceHost::sendCounter(const SurfacePicture& picture) {
@@ -188,10 +208,6 @@ void HUISurfaceHost::showMeters(const Meters& meters) {
     shownMeters = meters;
 }
 
-void HUISurfaceHost::readMark(int strip) {
-    if (answers && !cutOff) writer.readMark(strip);
-}
-
 void HUISurfaceHost::forget() {
     forgetStrips();
     shownDisplays.fill(std::nullopt);
@@ -206,6 +222,7 @@ void HUISurfaceHost::forgetStrips() {
         shownDisplays[strip].reset();
         shownFaders[strip].reset();
         shownRings[strip].reset();
+        shownAutoLEDs[strip].reset();
         for (int port = hui_address::select; port <= hui_address::recordArm; ++port)
             knownLEDs[ledIndex(static_cast<int>(strip), port)] = false;
     }

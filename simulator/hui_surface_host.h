@@ -4,6 +4,7 @@
 
 #include "simulator/hui_message_writer.h"
 #include "simulator/music_meter.h"
+#include "simulator/seeded_random.h"
 #include "simulator/surface_picture.h"
 
 #include <array>
@@ -16,7 +17,8 @@ class HUISurfaceHost {
 public:
     using Meters = std::array<MeterLevels, hui_address::stripCountOfSurface>;
 
-    explicit HUISurfaceHost(SimulatorOptions simulatorOptions);
+    // The seed decides which pings are late.
+    HUISurfaceHost(SimulatorOptions simulatorOptions, std::uint64_t seed);
 
     // ---- Presence. A surface answers from its first reply on, until a ping has been open for the host's time-out.
 
@@ -40,7 +42,6 @@ public:
 
     void show(const SurfacePicture& picture);
     void showMeters(const Meters& meters); // those above 0 each time, those at 0 once
-    void readMark(int strip);
 
     // What the surface shows is no longer known, and is sent again by the next `show`.
     void forget();
@@ -56,21 +57,25 @@ public:
 
 private:
     void sendPing(TimePoint now);
+    Duration lateness();
     void send(DumpPart part, const SurfacePicture& picture);
     void sendDisplays(const SurfacePicture& picture);
     void sendFaders(const SurfacePicture& picture);
     void sendRings(const SurfacePicture& picture);
     void sendLEDs(const SurfacePicture& picture, bool ofStrips);
+    void sendAutoLED(const SurfacePicture& picture, int strip);
     void sendCounter(const SurfacePicture& picture);
 
     const SimulatorOptions options;
     HUIMessageWriter writer;
+    SeededRandom chance;
 
     bool answers = false;
     bool cutOff = false;
     bool pingsInDump = false;
     std::uint64_t pings = 0;
-    std::optional<TimePoint> nextPing;  // absent until the first, and while there is no pinging
+    std::optional<TimePoint> nextPing;  // when it is due; absent until the first, and while there is no pinging
+    Duration late = Duration::zero();   // by how much that one is late
     std::optional<TimePoint> openSince; // the oldest ping without an answer
 
     // What the surface shows as far as it is known.
@@ -78,6 +83,7 @@ private:
     std::array<std::optional<std::uint16_t>, hui_address::stripCountOfSurface> shownFaders;
     std::array<std::optional<std::uint8_t>, hui_address::ringCount> shownRings;
     LEDs shownLEDs, knownLEDs;
+    std::array<std::optional<std::uint8_t>, hui_address::stripCountOfSurface> shownAutoLEDs;
     std::optional<std::string> shownMainDisplay;
     std::optional<std::array<std::uint8_t, 8>> shownCounter;
     Meters shownMeters{};

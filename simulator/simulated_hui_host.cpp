@@ -10,7 +10,8 @@ SimulatedHUIHost::SimulatedHUIHost(const SimulatorOptions& simulatorOptions, Sim
       automation(shownSession, [this](AutomationKeys::Strip strip) { return trackOn(strip.surface, strip.number); }),
       flasher(simulatorOptions.ledOn, simulatorOptions.ledOff), chance(simulatorOptions.seed) {
     for (int surface = 0; surface < options.surfaces; ++surface)
-        surfaces.push_back(std::make_unique<Surface>(options));
+        surfaces.push_back(
+            std::make_unique<Surface>(options, options.seed * 4 + 2 * static_cast<std::uint64_t>(surface)));
     session.onChange([this](const SessionChange& change) { noteChange(change); });
 }
 
@@ -86,7 +87,16 @@ TimePoint SimulatedHUIHost::nextDeadline() const {
 }
 
 std::vector<SimulatedHUIHost::Outgoing> SimulatedHUIHost::takeOutgoing() {
-    return std::exchange(outgoing, {});
+    std::vector<Outgoing> packets;
+    for (int surface = 0; surface < options.surfaces; ++surface) {
+        std::vector<Bytes> messages;
+        for (Outgoing& sent : outgoing)
+            if (sent.surface == surface) messages.push_back(std::move(sent.packet));
+        for (Bytes& packet : at(surface).packets.packetsOf(std::move(messages)))
+            packets.push_back({surface, std::move(packet)});
+    }
+    outgoing.clear();
+    return packets;
 }
 
 void SimulatedHUIHost::collect() {
@@ -103,10 +113,6 @@ void SimulatedHUIHost::show(TimePoint now) {
     if (std::exchange(needsShowing, false)) {
         for (int surface = 0; surface < options.surfaces; ++surface)
             if (at(surface).port.answering()) at(surface).port.show(picture(surface));
-        for (const int marked : std::exchange(pendingReadMarks, {}))
-            for (int surface = 0; surface < options.surfaces; ++surface)
-                for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip)
-                    if (trackOn(surface, strip) == marked) at(surface).port.readMark(strip);
     }
     collect();
 }
@@ -133,6 +139,7 @@ void SimulatedHUIHost::moveTo(int newOffset) {
 
 void SimulatedHUIHost::cut(int surface, bool cutOff) {
     if (cutOff == at(surface).port.cut()) return;
+    if (cutOff) loseSysEx(surface);
     at(surface).port.setCut(cutOff);
     at(surface).decoder.forget();
     needsShowing = true;
@@ -142,11 +149,17 @@ void SimulatedHUIHost::holdPorts(bool held) {
     if (held == holdsPorts) return;
     holdsPorts = held;
     for (int surface = 0; surface < options.surfaces; ++surface) {
+        if (!held) loseSysEx(surface);
         at(surface).port.giveUp();
         at(surface).decoder.forget();
         letGoOfEverything(surface);
     }
     moveTo(bankOffset);
+}
+
+void SimulatedHUIHost::loseSysEx(int surface) {
+    if (!options.packets.cutSysEx || !at(surface).port.answering() || at(surface).port.cut()) return;
+    outgoing.push_back({surface, PacketMaker::cutSysEx()});
 }
 
 int SimulatedHUIHost::answeringCount() const {
@@ -189,13 +202,9 @@ bool SimulatedHUIHost::showsRightPan(int surface) const {
 void SimulatedHUIHost::noteChange(const SessionChange& change) {
     needsShowing = true;
     switch (change.kind) {
-    case SessionChange::Kind::automation: {
+    case SessionChange::Kind::automation:
         pendingModes.push_back(change.trackID);
-        const SimulatedTrack* track = session.find(change.trackID);
-        if (options.readMarks && track->automation == SimulatedTrack::Automation::read)
-            pendingReadMarks.push_back(change.trackID);
         break;
-    }
     case SessionChange::Kind::structure:
     case SessionChange::Kind::closed: {
         const int tracks = static_cast<int>(session.shownTracks().size());
@@ -205,7 +214,6 @@ void SimulatedHUIHost::noteChange(const SessionChange& change) {
     case SessionChange::Kind::opened:
         for (const auto& surface : surfaces)
             surface->port.forget();
-        if (options.readMarks) pendingReadMarks = session.shownTracks();
         break;
     case SessionChange::Kind::values:
     case SessionChange::Kind::transport:

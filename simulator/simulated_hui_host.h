@@ -10,6 +10,7 @@
 #include "simulator/fader_groups.h"
 #include "simulator/hui_surface_host.h"
 #include "simulator/led_flasher.h"
+#include "simulator/packet_maker.h"
 #include "simulator/seeded_random.h"
 #include "simulator/simulated_session.h"
 #include "simulator/simulator_options.h"
@@ -76,9 +77,11 @@ public:
 
 private:
     struct Surface {
-        explicit Surface(const SimulatorOptions& options) : port(options) {}
+        Surface(const SimulatorOptions& options, std::uint64_t seed)
+            : port(options, seed), packets(options.packets, seed + 1) {}
 
         HUISurfaceHost port;
+        PacketMaker packets;
         SurfaceDecoder decoder;
         LEDs down;                                                        // switches that are held
         LEDs ignoredUntilUp;                                              // switches whose press was dropped
@@ -99,6 +102,7 @@ private:
     void moveTo(int newOffset);
     void noteChange(const SessionChange& change);
     void collect();
+    void loseSysEx(int surface);
     int baseOf(int surface) const;
     int answeringCount() const;
     bool somethingFlashes() const;
@@ -110,6 +114,7 @@ private:
     void act(int surface, const from_surface::FaderMoved& message, TimePoint now);
     void act(int surface, const from_surface::VPotTurned& message, TimePoint now);
     void act(int surface, const from_surface::JogTurned& message, TimePoint now);
+    AutomationKeys::Scope automationScope() const;
     void touchEdge(int surface, int strip, bool on);
     void stripPressed(int surface, int strip, int port);
     void assignPressed(int surface, int port);
@@ -121,6 +126,7 @@ private:
     // hui_host_picture.cpp: what surfaces show
     void paintStrip(SurfacePicture& picture, int surface, int strip, const SimulatedTrack& track) const;
     void paintGlobals(SurfacePicture& picture, int surface) const;
+    std::uint8_t autoLEDOf(const SimulatedTrack& track) const;
     std::uint8_t ringOf(const SimulatedTrack& track, const Surface& surface) const;
     DisplayText displayOf(const SimulatedTrack& track, int surface, int strip) const;
 
@@ -140,7 +146,6 @@ private:
     std::optional<TimePoint> nextMeters;
     std::map<int, TimePoint> modeShownUntil; // by track id
     std::vector<int> pendingModes;           // tracks whose automation has just changed
-    std::vector<int> pendingReadMarks;
     std::uint64_t dropped = 0;
     std::vector<Outgoing> outgoing;
 };

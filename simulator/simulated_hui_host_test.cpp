@@ -12,8 +12,8 @@ using testing::Not;
 
 const Bytes reset{0xFF};
 
-// Displays, faders, rings, LEDs of the strips with their zones, other LEDs with theirs, main display and counter.
-constexpr std::size_t dumpSize = 9 + 8 * 2 + 12 + 8 * (1 + 7) + (6 + 8 + 5 + 5 + 4 + 6 + 6) + 8 + 1;
+// Displays, faders, rings, LEDs of the strips and others, each with its zone, main display and counter.
+constexpr std::size_t dumpSize = 9 + 8 * 2 + 12 + 2 * (8 * 7 + 8 + 5 + 5 + 4 + 6 + 6) + 8 + 1;
 
 Bytes display(int strip, const std::string& text) {
     Bytes message{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x10, static_cast<std::uint8_t>(strip)};
@@ -84,9 +84,11 @@ TEST(SimulatedHUIHost, SendsTheWholePictureInTheUsualOrderWhenASurfaceFirstAnswe
     EXPECT_EQ(dump[26], (Bytes{0xB0, 0x11, 0x00}));
     EXPECT_EQ(dump[37], (Bytes{0xB0, 0x0C, 0x00})); // LEDs of strip 0
     EXPECT_EQ(dump[38], (Bytes{0xB0, 0x2C, 0x01}));
-    EXPECT_EQ(dump[44], (Bytes{0xB0, 0x2C, 0x07}));
-    EXPECT_EQ(dump[45], (Bytes{0xB0, 0x0C, 0x01})); // LEDs of strip 1
-    EXPECT_EQ(dump[101], (Bytes{0xB0, 0x0C, 0x0B}));
+    EXPECT_EQ(dump[44], (Bytes{0xB0, 0x2C, 0x24})); // its track is in Read
+    EXPECT_EQ(dump[50], (Bytes{0xB0, 0x2C, 0x07}));
+    EXPECT_EQ(dump[51], (Bytes{0xB0, 0x0C, 0x01})); // LEDs of strip 1
+    EXPECT_EQ(dump[58], (Bytes{0xB0, 0x2C, 0x04})); // which has no track
+    EXPECT_EQ(dump[149], (Bytes{0xB0, 0x0C, 0x0B}));
     EXPECT_THAT(dump, Contains(Bytes{0xB0, 0x2C, 0x43})); // stop is lit
     EXPECT_EQ(dump.back(), (Bytes{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x11, 0, 0, 0, 0, 0, 0, 0, 0, 0xF7}));
 }
@@ -224,28 +226,16 @@ TEST(SimulatedHUIHost, BlanksTheSurfaceWhenTheSessionCloses) {
     EXPECT_THAT(sent, Contains(Bytes{0xB0, 0x2C, 0x03})); // stop dark
 }
 
-TEST(SimulatedHUIHost, ShowsEverythingAndMarksEachTrackWhenASessionOpens) {
+TEST(SimulatedHUIHost, ShowsEverythingWhenASessionOpens) {
     SimulatedSession closed = numberedSession(2);
     closed.close();
     HostBench bench(closed);
     bench.appear();
     bench.edit([](SimulatedSession& session) { session.open(); });
     const std::vector<Bytes> sent = bench.take();
-    ASSERT_EQ(sent.size(), dumpSize + 4); // the picture and two marks
+    ASSERT_EQ(sent.size(), dumpSize);
     EXPECT_EQ(sent[0], display(0, "T01 "));
-    EXPECT_EQ(std::vector<Bytes>(sent.end() - 4, sent.end()),
-              (std::vector<Bytes>{{0xB0, 0x0C, 0x00}, {0xB0, 0x2C, 0x24}, {0xB0, 0x0C, 0x01}, {0xB0, 0x2C, 0x24}}));
-}
-
-TEST(SimulatedHUIHost, MarksNoTracksWhereTheOptionSaysSo) {
-    SimulatedSession closed = numberedSession(2);
-    closed.close();
-    SimulatorOptions options;
-    options.readMarks = false;
-    HostBench bench(closed, options);
-    bench.appear();
-    bench.edit([](SimulatedSession& session) { session.open(); });
-    EXPECT_THAT(bench.take(), Not(Contains(Bytes{0xB0, 0x2C, 0x24})));
+    EXPECT_EQ(std::ranges::count(sent, Bytes{0xB0, 0x2C, 0x24}), 2); // each track tells its mode
 }
 
 TEST(SimulatedHUIHost, LeavesMainDisplayAndCounterOutWhereTheOptionsSaySo) {
@@ -315,7 +305,7 @@ TEST(SimulatedHUIHost, SendsAllOfAStripAfterAMoveOrOnlyWhatDiffers) {
     HostBench all(numberedSession(30));
     all.appear();
     all.press(0, hui_address::bankZone, 3);
-    EXPECT_EQ(all.take().size(), 8u + 16u + 8u + 64u); // displays, faders, rings, LEDs with their zones
+    EXPECT_EQ(all.take().size(), 8u + 16u + 8u + 112u); // displays, faders, rings, LEDs with their zones
 
     SimulatorOptions options;
     options.redrawOnBank = false;

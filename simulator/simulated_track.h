@@ -9,7 +9,14 @@
 namespace lumbrine {
 
 struct SimulatedTrack {
-    enum class Automation { read, touch, latch, write, off };
+    enum class Automation {
+        read,
+        touch,
+        latch,
+        write,
+        off,
+        touchLatch, // of newer versions; no key of a surface sets it
+    };
 
     // What the track's meter does while the transport plays; see music_meter.h.
     struct MeterProgram {

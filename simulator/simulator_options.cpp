@@ -19,6 +19,9 @@ bool holdsEachPartOnce(const std::vector<DumpPart>& order) {
 std::optional<std::string> problemWith(const SimulatorOptions& options) {
     if (options.surfaces < 1 || options.surfaces > 2) return "there are 1 or 2 surfaces";
     if (options.pingInterval <= Duration::zero()) return "the ping interval is more than 0";
+    if (options.pingJitter < Duration::zero()) return "a ping is late by 0 seconds or more";
+    if (options.latePingOneIn < 0) return "one ping in 1 or more is late, or none with 0";
+    if (options.latePing < Duration::zero()) return "a late ping is late by 0 seconds or more";
     if (options.hostTimeout <= Duration::zero()) return "the host's time-out is more than 0";
     if (options.latency < Duration::zero()) return "the latency is 0 or more";
     if (options.faderBits != 9 && options.faderBits != 10 && options.faderBits != 14)
@@ -33,6 +36,7 @@ std::optional<std::string> problemWith(const SimulatorOptions& options) {
     if (options.dropOnePressIn < 0) return "one press in 1 or more is dropped, or none with 0";
     if (options.restlessUserEvery < Duration::zero()) return "a restless user acts every 0 seconds (never) or more";
     if (!holdsEachPartOnce(options.dumpOrder)) return "the order of the dump holds each part once";
+    if (auto problem = problemWith(options.packets)) return problem;
     if (auto problem = problemWith(options.scripting)) return problem;
     return problemWith(options.screen);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/api/time.h"
+#include "simulator/packet_options.h"
 #include "simulator/screen_options.h"
 #include "simulator/scripting_options.h"
 
@@ -39,6 +40,9 @@ enum class BankWidth { answering, configured };
 // The picture of a ring, bits 5-4 of its byte.
 enum class RingPicture { dot = 0, boostCut = 1, wrap = 2, spread = 3 };
 
+// What the two-coloured LED of an AUTO switch is sent for a track in Read; or that it is dark whatever the mode is.
+enum class AutoLED { green24, green34, unlit };
+
 // The parts of what a surface is sent when it appears and when a session opens.
 enum class DumpPart { ping, displays, faders, rings, stripLEDs, globalLEDs, counter };
 
@@ -50,6 +54,9 @@ struct SimulatorOptions {
 
     // ---- Presence.
     Duration pingInterval = seconds(1);
+    Duration pingJitter = Duration::zero(); // each ping is up to so late
+    int latePingOneIn = 0;                  // about one ping in so many is late by `latePing`; 0 for none
+    Duration latePing = seconds(0.8);
     Duration hostTimeout = seconds(3); // how long a ping may stay unanswered until the surface is given up
     bool pingWithoutSession = true;
     std::vector<DumpPart> dumpOrder{DumpPart::ping,      DumpPart::displays,   DumpPart::faders, DumpPart::rings,
@@ -59,7 +66,7 @@ struct SimulatorOptions {
     Duration latency = seconds(0.02); // from a surface's message to the reaction
     FaderEcho faderEcho = FaderEcho::whileTouched;
     int faderBits = 14; // of what is sent: 9, 10 or 14
-    bool groups = true; // the other members follow the first fader touched of their group
+    bool groups = true; // the other members follow the first fader touched of their group, and automation modes
 
     // ---- Displays.
     ShortNameRule shortNames = ShortNameRule::cut;
@@ -70,9 +77,9 @@ struct SimulatorOptions {
     bool counter = true;
 
     // ---- LEDs, rings and meters.
-    bool repeatZoneSelect = false; // before each port, not only when the zone changes within a burst
-    bool runningStatus = false;    // within a burst of controllers, which then is one packet
-    bool readMarks = true;         // B0 2C 24 when a session opens and when a track goes to Read
+    bool repeatZoneSelect = true; // before each port, not only when the zone changes within a burst
+    bool runningStatus = false;   // within a burst of controllers, which then is one packet
+    AutoLED autoLED = AutoLED::green24;
     Duration ledOn = seconds(0.5); // of a flashing LED
     Duration ledOff = seconds(0.5);
     RingPicture panPicture = RingPicture::boostCut;
@@ -92,6 +99,7 @@ struct SimulatorOptions {
     int dropOnePressIn = 0;                     // about one press in so many is not seen; 0 for none
     Duration restlessUserEvery = Duration::zero(); // a random act on the host's own screen about so often; 0 for none
 
+    PacketOptions packets = {};
     ScriptingOptions scripting = {};
     ScreenOptions screen = {};
 

@@ -28,6 +28,7 @@ struct SurfacePicture {
     std::bitset<hui_address::stripCountOfSurface> withheldFaders;         // not sent at the moment
     std::array<std::uint8_t, hui_address::ringCount> rings{};
     LEDs leds;
+    std::array<std::uint8_t, hui_address::stripCountOfSurface> autoLEDs{}; // as they are sent, without the port
     std::string mainDisplay = std::string(mainDisplayLength, ' ');
     std::array<std::uint8_t, 8> counter{}; // digits, right-most first
 };

@@ -194,7 +194,7 @@ Result pan(SimulatedProTools& proTools, Arguments& arguments) {
 }
 
 Result automation(SimulatedProTools& proTools, Arguments& arguments) {
-    constexpr std::array<std::string_view, 5> names{"read", "touch", "latch", "write", "off"};
+    constexpr std::array<std::string_view, 6> names{"read", "touch", "latch", "write", "off", "touchlatch"};
     return editTrack(proTools, arguments, [&](SimulatedSession& session, int id) -> Result {
         const auto mode = std::ranges::find(names, arguments.word());
         if (mode == names.end()) return wrong();
@@ -337,7 +337,7 @@ constexpr std::array commands{
     NamedCommand{"select", "TRACK", "select one track alone", select},
     NamedCommand{"fader", "TRACK VALUE", "move a fader, 0 to 1", fader},
     NamedCommand{"pan", "TRACK LEFT [RIGHT]", "set the pan, -100 to 100", pan},
-    NamedCommand{"auto", "TRACK read|touch|latch|write|off", "set the automation mode", automation},
+    NamedCommand{"auto", "TRACK read|touch|latch|write|off|touchlatch", "set the automation mode", automation},
     NamedCommand{"trim", "TRACK", "automation trim on or off", toggle<&SimulatedTrack::trim>},
     NamedCommand{"open", "", "open the session", transport<&SimulatedSession::open>},
     NamedCommand{"close", "", "close the session", transport<&SimulatedSession::close>},

@@ -35,7 +35,7 @@ void chooseDisplays(SeededRandom& chance, SimulatorOptions& options) {
     options.counter = chance.oneIn(3);
     options.repeatZoneSelect = chance.oneIn(2);
     options.runningStatus = chance.oneIn(25);
-    options.readMarks = chance.oneIn(2);
+    options.autoLED = chance.oneIn(2) ? AutoLED::green24 : AutoLED::green34;
     options.ledOn = options.ledOff = pick(chance, std::array{seconds(0.25), seconds(0.5)});
     options.panPicture = pick(chance, std::array{RingPicture::dot, RingPicture::boostCut, RingPicture::spread});
     options.clicksPerRingPosition = pick(chance, std::array{1, 3, 9});
