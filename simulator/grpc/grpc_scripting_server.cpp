@@ -1,5 +1,6 @@
 #include "simulator/grpc/grpc_scripting_server.h"
 
+#include "simulator/envelope/scripting_envelope.h"
 #include "simulator/grpc/open_call.h"
 
 #include <grpc/support/log.h>
@@ -13,34 +14,6 @@ namespace lumbrine {
 
 namespace {
 
-ScriptingRequest fromWire(const ::ptsl::Request& wire) {
-    const ::ptsl::RequestHeader& header = wire.header();
-    return {
-        .taskID = header.task_id(),
-        .command = header.command(),
-        .version = header.version(),
-        .sessionID = header.session_id(),
-        .versionMinor = header.version_minor(),
-        .versionRevision = header.version_revision(),
-        .versionedHeaderJSON = header.versioned_request_header_json(),
-        .bodyJSON = wire.request_body_json(),
-    };
-}
-
-void toWire(const ScriptingReply& reply, ::ptsl::Response& wire) {
-    ::ptsl::ResponseHeader& header = *wire.mutable_header();
-    header.set_task_id(reply.taskID);
-    header.set_command(reply.command);
-    header.set_status(static_cast<std::int32_t>(reply.status));
-    header.set_progress(reply.progress);
-    header.set_version(reply.version);
-    header.set_version_minor(reply.versionMinor);
-    header.set_version_revision(reply.versionRevision);
-    header.set_versioned_response_header_json(reply.versionedHeaderJSON);
-    wire.set_response_body_json(reply.bodyJSON);
-    wire.set_response_error_json(reply.errorJSON);
-}
-
 grpc::Status ended() {
     return {grpc::StatusCode::UNAVAILABLE, "the service has ended"};
 }
@@ -50,7 +23,7 @@ class OneMessage final : public grpc::ServerWriteReactor<::ptsl::Response> {
 public:
     void end(const std::optional<ScriptingReply>& reply) {
         if (!reply) return Finish(ended());
-        toWire(*reply, message);
+        putInto(message, *reply);
         StartWriteAndFinish(&message, grpc::WriteOptions(), grpc::Status::OK);
     }
 
@@ -68,7 +41,7 @@ public:
                                               ::ptsl::Response* response) override {
         grpc::ServerUnaryReactor* const reactor = context->DefaultReactor();
         ask(*context, *request, [reactor, response](const std::optional<ScriptingReply>& reply) {
-            if (reply) toWire(*reply, *response);
+            if (reply) putInto(*response, *reply);
             reactor->Finish(reply ? grpc::Status::OK : ended());
         });
         return reactor;
@@ -85,7 +58,7 @@ public:
 
 private:
     void ask(const grpc::CallbackServerContext& context, const ::ptsl::Request& request, OpenCall::End end) {
-        scripting.ask(fromWire(request), context.peer(),
+        scripting.ask(requestIn(request), context.peer(),
                       [call = calls.add(std::move(end))](ScriptingReply reply) { call->end(std::move(reply)); });
     }
 
