@@ -1,9 +1,11 @@
 // Bytes from a client to the simulated scripting service: HTTP/2, gRPC, envelope and command.
 #include "simulator/default_session.h"
+#include "simulator/envelope/scripting_envelope.h"
 #include "simulator/scripting_service.h"
 #include "simulator/wire/fault_filter.h"
 #include "simulator/wire/grpc_connection.h"
-#include "simulator/wire/scripting_envelope.h"
+
+#include <scripting.pb.h>
 
 #include <cstdlib>
 
@@ -31,7 +33,7 @@ void requireSameMeaningByteByByte(ByteView bytes) {
 
 void requireWholeFrames(const Bytes& bytes) {
     constexpr std::size_t headerLength = 9;
-    wire::FrameCutter cutter(16'384);
+    wire::FrameCutter cutter;
     cutter.add(bytes);
     std::size_t cut = 0;
     while (const auto frame = cutter.next())
@@ -47,14 +49,17 @@ public:
     void receive(ByteView bytes) {
         grpc.receive(filter.fromClient(bytes));
         for (const auto& call : grpc.takeCalls()) {
-            const auto request = wire::decodeRequest(call.message);
-            if (!request) {
+            ::ptsl::Request request;
+            if (!request.ParseFromArray(call.message.data(), static_cast<int>(call.message.size()))) {
                 grpc.fail(call.stream, wire::GrpcStatus::internal, "the message cannot be read");
                 continue;
             }
-            const ScriptingReply reply = service.answer(*request, "fuzzer", TimePoint{});
+            const ScriptingReply reply = service.answer(requestIn(request), "fuzzer", TimePoint{});
             require((reply.status == ScriptingStatus::failed) == !reply.errorJSON.empty());
-            grpc.reply(call.stream, wire::encodeReply(reply));
+            ::ptsl::Response response;
+            putInto(response, reply);
+            const std::string bytes = response.SerializeAsString();
+            grpc.reply(call.stream, Bytes(bytes.begin(), bytes.end()));
         }
         flush();
     }

@@ -7,7 +7,7 @@ packages=(
     clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev llvm-19 libblocksruntime-dev
     libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev libncurses-dev nlohmann-json3-dev
     jackd2 libjack-jackd2-dev librtmidi-dev libasound2-dev
-    libgrpc++-dev protobuf-compiler-grpc protobuf-compiler libprotobuf-dev
+    libgrpc++-dev protobuf-compiler-grpc protobuf-compiler libprotobuf-dev libnghttp2-dev
     dbus avahi-daemon avahi-utils libavahi-client-dev
     desktop-file-utils appstream mandoc shellcheck systemd zsh fish librsvg2-bin lintian mmdebstrap iproute2
     qt6-base-dev libxcb1-dev xvfb imagemagick trayer openbox xdotool x11-utils x11-xserver-utils xauth fonts-vlgothic

@@ -1,21 +1,28 @@
 #include "simulator/wire/fault_filter.h"
 
+#include <nghttp2/nghttp2.h>
+
 #include <algorithm>
+#include <initializer_list>
+#include <string_view>
 #include <utility>
 
 namespace lumbrine::wire {
 
 namespace {
 
+constexpr std::string_view preface = NGHTTP2_CLIENT_MAGIC;
+
 void appendNoHeaderTable(Bytes& settings) {
     settings.push_back(0);
-    settings.push_back(static_cast<std::uint8_t>(Setting::headerTableSize));
+    settings.push_back(NGHTTP2_SETTINGS_HEADER_TABLE_SIZE);
     appendBigEndian32(settings, 0);
 }
 
-Bytes codeOf(ErrorCode error) {
+Bytes bigEndian(std::initializer_list<std::uint32_t> numbers) {
     Bytes payload;
-    appendBigEndian32(payload, static_cast<std::uint32_t>(error));
+    for (const std::uint32_t number : numbers)
+        appendBigEndian32(payload, number);
     return payload;
 }
 
@@ -42,9 +49,9 @@ Bytes FaultFilter::fromClient(ByteView bytes) {
 }
 
 void FaultFilter::lookAt(Frame& frame) {
-    if (frame.is(FrameType::settings) && !frame.has(flag::ack) && !std::exchange(settingsSeen, true))
+    if (frame.type == NGHTTP2_SETTINGS && !frame.has(NGHTTP2_FLAG_ACK) && !std::exchange(settingsSeen, true))
         appendNoHeaderTable(frame.payload);
-    if (!frame.is(FrameType::headers) || frame.stream <= lastStream) return;
+    if (frame.type != NGHTTP2_HEADERS || frame.stream <= lastStream) return;
     lastStream = frame.stream;
     const WireFault fate = fateOfCall();
     if (fate != WireFault::none) faults[frame.stream] = fate;
@@ -52,10 +59,9 @@ void FaultFilter::lookAt(Frame& frame) {
 
 // The service gets back the room in the connection's window that the client will not give it.
 void FaultFilter::swallow(const Frame& frame, Passed& passed) {
-    if (!frame.is(FrameType::data) || frame.payload.empty()) return;
-    Bytes increment;
-    appendBigEndian32(increment, static_cast<std::uint32_t>(frame.payload.size()));
-    appendFrame(passed.toService, makeFrame(FrameType::windowUpdate, 0, 0, std::move(increment)));
+    if (frame.type != NGHTTP2_DATA || frame.payload.empty()) return;
+    const auto length = static_cast<std::uint32_t>(frame.payload.size());
+    appendFrame(passed.toService, {NGHTTP2_WINDOW_UPDATE, NGHTTP2_FLAG_NONE, 0, bigEndian({length})});
 }
 
 FaultFilter::Passed FaultFilter::fromService(ByteView bytes) {
@@ -65,7 +71,7 @@ FaultFilter::Passed FaultFilter::fromService(ByteView bytes) {
     fromServiceCutter.add(bytes);
     while (const auto frame = fromServiceCutter.next()) {
         const auto found = faults.find(frame->stream);
-        if (found == faults.end() || frame->is(FrameType::windowUpdate)) {
+        if (found == faults.end() || frame->type == NGHTTP2_WINDOW_UPDATE) {
             appendFrame(passed.toClient, *frame);
             continue;
         }
@@ -74,19 +80,17 @@ FaultFilter::Passed FaultFilter::fromService(ByteView bytes) {
         case WireFault::none: // it has happened
             continue;
         case WireFault::reset: {
-            const Frame reset = makeFrame(FrameType::rstStream, 0, frame->stream, codeOf(ErrorCode::internalError));
+            const Frame reset{NGHTTP2_RST_STREAM, NGHTTP2_FLAG_NONE, frame->stream,
+                              bigEndian({NGHTTP2_INTERNAL_ERROR})};
             appendFrame(passed.toClient, reset);
             appendFrame(passed.toService, reset);
             continue;
         }
-        case WireFault::goAway: {
-            Bytes payload;
-            appendBigEndian32(payload, frame->stream);
-            appendBigEndian32(payload, static_cast<std::uint32_t>(ErrorCode::noError));
-            appendFrame(passed.toClient, makeFrame(FrameType::goAway, 0, 0, std::move(payload)));
+        case WireFault::goAway:
+            appendFrame(passed.toClient,
+                        {NGHTTP2_GOAWAY, NGHTTP2_FLAG_NONE, 0, bigEndian({frame->stream, NGHTTP2_NO_ERROR})});
             passed.end = End::finish;
             break;
-        }
         case WireFault::die:
             passed.end = End::die;
             break;

@@ -36,16 +36,14 @@ private:
     static void swallow(const Frame& frame, Passed& passed);
 
     const std::function<WireFault()> fateOfCall;
-    FrameCutter fromClientCutter{longestFrame};
-    FrameCutter fromServiceCutter{longestFrame};
+    FrameCutter fromClientCutter;
+    FrameCutter fromServiceCutter;
     Bytes prefaceSoFar;
     bool speaksHTTP2 = true; // as far as its preface has come
     bool settingsSeen = false;
     std::uint32_t lastStream = 0;
     std::map<std::uint32_t, WireFault> faults; // of the streams that have one
     bool ended = false;
-
-    static constexpr std::size_t longestFrame = 16'777'215; // no frame is longer
 };
 
 } // namespace lumbrine::wire

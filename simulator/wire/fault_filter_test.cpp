@@ -8,6 +8,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+constexpr std::uint8_t lastHeaders = NGHTTP2_FLAG_END_HEADERS | NGHTTP2_FLAG_END_STREAM;
+
 class FaultFilterTest : public testing::Test {
 protected:
     // The fates of the calls, in their order; none after that.
@@ -16,28 +18,39 @@ protected:
         filter.fromClient(greeting());
     }
 
+    // What becomes of these bytes of the service, and what the client and the service hear.
+    FaultFilter::End pass(const Bytes& bytes) {
+        const FaultFilter::Passed passed = filter.fromService(bytes);
+        toClient = client.told(passed.toClient);
+        toService = service.told(passed.toService);
+        return passed.end;
+    }
+
     std::vector<WireFault> fates;
     std::size_t drawn = 0;
+    Listener client, service;
+    std::vector<std::string> toClient, toService;
     FaultFilter filter{[this] { return drawn < fates.size() ? fates[drawn++] : WireFault::none; }};
 };
 
+// Headers that are not looked at, data, trailers.
 Bytes replyBytes(std::uint32_t stream) {
-    Bytes bytes = frameBytes(FrameType::headers, flag::endHeaders, stream, responseHeaders());
-    append(bytes, frameBytes(FrameType::data, 0, stream, grpcMessage("hello")));
-    append(bytes, frameBytes(FrameType::headers, flag::endHeaders | flag::endStream, stream, trailers(0, "")));
+    Bytes bytes = frameBytes(NGHTTP2_HEADERS, NGHTTP2_FLAG_END_HEADERS, stream, {0x88});
+    append(bytes, frameBytes(NGHTTP2_DATA, 0, stream, grpcMessage("hello")));
+    append(bytes, frameBytes(NGHTTP2_HEADERS, lastHeaders, stream, {0x88}));
     return bytes;
 }
 
 TEST_F(FaultFilterTest, PassesEverythingOnHoweverItArrives) {
-    Bytes client = greeting(settingOf(Setting::initialWindowSize, 9));
+    Bytes client = greeting(settingOf(NGHTTP2_SETTINGS_INITIAL_WINDOW_SIZE, 9));
     append(client, callBytes(1, "hello"));
     Bytes expected = greeting([] {
-        Bytes both = settingOf(Setting::initialWindowSize, 9);
-        append(both, settingOf(Setting::headerTableSize, 0));
+        Bytes both = settingOf(NGHTTP2_SETTINGS_INITIAL_WINDOW_SIZE, 9);
+        append(both, settingOf(NGHTTP2_SETTINGS_HEADER_TABLE_SIZE, 0));
         return both;
     }());
     append(expected, callBytes(1, "hello"));
-    Bytes service = frameBytes(FrameType::settings, 0, 0);
+    Bytes service = frameBytes(NGHTTP2_SETTINGS, 0, 0);
     append(service, replyBytes(1));
 
     for (const auto& parts : segmentationsOf(client)) {
@@ -75,46 +88,44 @@ TEST_F(FaultFilterTest, ResetsACallInThePlaceOfItsReply) {
     filter.fromClient(callBytes(3, "b"));
     filter.fromClient(callBytes(5, "c"));
     EXPECT_EQ(filter.fromService(replyBytes(1)).toClient, replyBytes(1));
-    const auto passed = filter.fromService(replyBytes(3));
-    EXPECT_THAT(told(passed.toClient), ElementsAre("RST_STREAM 3 00000002"));
+    EXPECT_EQ(pass(replyBytes(3)), FaultFilter::End::none);
+    EXPECT_THAT(toClient, ElementsAre("RST_STREAM 3 00000002"));
     // The service is told, and gets back the room that the client will not give it.
-    EXPECT_THAT(told(passed.toService), ElementsAre("RST_STREAM 3 00000002", "WINDOW_UPDATE 0000000a"));
-    EXPECT_EQ(passed.end, FaultFilter::End::none);
+    EXPECT_THAT(toService, ElementsAre("RST_STREAM 3 00000002", "WINDOW_UPDATE 0000000a"));
     EXPECT_EQ(filter.fromService(replyBytes(5)).toClient, replyBytes(5));
 }
 
 TEST_F(FaultFilterTest, LetsWindowUpdatesOfAFaultyCallThrough) {
     begin({WireFault::reset});
     filter.fromClient(callBytes(1, "a"));
-    const Bytes update = frameBytes(FrameType::windowUpdate, 0, 1, bigEndian32(5));
+    const Bytes update = frameBytes(NGHTTP2_WINDOW_UPDATE, 0, 1, bigEndian32(5));
     EXPECT_EQ(filter.fromService(update).toClient, update);
-    EXPECT_THAT(told(filter.fromService(replyBytes(1)).toClient), ElementsAre("RST_STREAM 1 00000002"));
+    pass(replyBytes(1));
+    EXPECT_THAT(toClient, ElementsAre("RST_STREAM 1 00000002"));
 }
 
 TEST_F(FaultFilterTest, EndsTheConnectionInOrder) {
     begin({WireFault::goAway});
     filter.fromClient(callBytes(1, "a"));
-    const auto passed = filter.fromService(replyBytes(1));
-    EXPECT_THAT(told(passed.toClient), ElementsAre("GOAWAY 0000000100000000"));
-    EXPECT_EQ(passed.end, FaultFilter::End::finish);
+    EXPECT_EQ(pass(replyBytes(1)), FaultFilter::End::finish);
+    EXPECT_THAT(toClient, ElementsAre("GOAWAY 0000000100000000"));
     EXPECT_THAT(filter.fromService(replyBytes(1)).toClient, IsEmpty());
 }
 
 TEST_F(FaultFilterTest, LetsTheServiceDie) {
     begin({WireFault::die});
     filter.fromClient(callBytes(1, "a"));
-    Bytes output = frameBytes(FrameType::ping, 0, 0, Bytes(8));
+    Bytes output = frameBytes(NGHTTP2_PING, 0, 0, Bytes(8));
     append(output, replyBytes(1));
-    const auto passed = filter.fromService(output);
-    EXPECT_THAT(told(passed.toClient), ElementsAre("PING 0000000000000000"));
-    EXPECT_EQ(passed.end, FaultFilter::End::die);
+    EXPECT_EQ(pass(output), FaultFilter::End::die);
+    EXPECT_THAT(toClient, ElementsAre("PING 0000000000000000"));
     EXPECT_THAT(filter.fromService(replyBytes(3)).toClient, IsEmpty());
 }
 
 TEST_F(FaultFilterTest, DrawsOnceForACall) {
     begin({WireFault::none, WireFault::reset});
-    filter.fromClient(frameBytes(FrameType::headers, flag::endHeaders, 1, requestBlock()));
-    filter.fromClient(frameBytes(FrameType::headers, flag::endHeaders | flag::endStream, 1)); // its trailers
+    filter.fromClient(frameBytes(NGHTTP2_HEADERS, NGHTTP2_FLAG_END_HEADERS, 1, requestBlock()));
+    filter.fromClient(frameBytes(NGHTTP2_HEADERS, lastHeaders, 1)); // its trailers
     EXPECT_EQ(drawn, 1u);
     filter.fromClient(callBytes(3, "b"));
     EXPECT_EQ(drawn, 2u);

@@ -1,282 +1,183 @@
 #include "simulator/wire/grpc_connection.h"
 
-#include "simulator/wire/header_block.h"
+#include "simulator/wire/http2_frame.h"
+
+#include <nghttp2/nghttp2.h>
 
 #include <algorithm>
+#include <array>
+#include <limits>
+#include <span>
 #include <utility>
 
 namespace lumbrine::wire {
 
 namespace {
 
-constexpr std::size_t smallestMaxFrame = 16'384; // what either side takes until it says otherwise
-constexpr std::size_t largestMaxFrame = 16'777'215;
-constexpr std::int64_t standardWindow = 65'535;
-constexpr std::int64_t largestWindow = 0x7FFF'FFFF;
-constexpr std::size_t longestMessage = 4'194'304;
-constexpr std::size_t longestBlock = 65'536;
+// What the official server announces: its windows, its longest frame, its longest header block, and binary metadata.
+constexpr std::uint32_t window = 4'194'303;
+constexpr std::array<nghttp2_settings_entry, 4> settings{{{NGHTTP2_SETTINGS_INITIAL_WINDOW_SIZE, window},
+                                                          {NGHTTP2_SETTINGS_MAX_FRAME_SIZE, window},
+                                                          {NGHTTP2_SETTINGS_MAX_HEADER_LIST_SIZE, 8192},
+                                                          {0xFE03, 1}}};
+
 constexpr std::size_t messagePrefix = 5; // not compressed, and the length
 
-void appendSetting(Bytes& payload, Setting setting, std::uint32_t value) {
-    payload.push_back(0);
-    payload.push_back(static_cast<std::uint8_t>(setting));
-    appendBigEndian32(payload, value);
+Bytes messageOf(ByteView content) {
+    Bytes message{0};
+    appendBigEndian32(message, static_cast<std::uint32_t>(content.size()));
+    append(message, content);
+    return message;
 }
 
-// Takes padding, and what goes before it, off a payload; false when there is less than that.
-bool unpad(Frame& frame, std::size_t fixedPart) {
-    std::size_t before = fixedPart, behind = 0;
-    if (frame.has(flag::padded)) {
-        if (frame.payload.empty()) return false;
-        behind = frame.payload.front();
-        ++before;
-    }
-    if (before + behind > frame.payload.size()) return false;
-    frame.payload.resize(frame.payload.size() - behind);
-    frame.payload.erase(frame.payload.begin(), frame.payload.begin() + static_cast<std::ptrdiff_t>(before));
-    return true;
+// The library copies the texts.
+nghttp2_nv header(std::string_view name, std::string_view value) {
+    const auto bytes = [](std::string_view text) {
+        return reinterpret_cast<std::uint8_t*>(const_cast<char*>(text.data()));
+    };
+    return {bytes(name), bytes(value), name.size(), value.size(), NGHTTP2_NV_FLAG_NONE};
 }
+
+constexpr std::string_view contentType = "application/grpc";
 
 } // namespace
 
-GrpcConnection::GrpcConnection()
-    : cutter(smallestMaxFrame), connectionWindow(standardWindow), initialWindow(standardWindow),
-      maxFrame(smallestMaxFrame) {
-    Bytes settings;
-    appendSetting(settings, Setting::initialWindowSize, longestMessage);
-    send(FrameType::settings, 0, 0, std::move(settings));
-    Bytes more;
-    appendBigEndian32(more, longestMessage);
-    send(FrameType::windowUpdate, 0, 0, std::move(more));
+bool GrpcConnection::Stream::isGrpc() const {
+    const auto is = [this](std::string_view name, std::string_view value) {
+        const auto found = headers.find(name);
+        return found != headers.end() && found->second == value;
+    };
+    return is(":method", "POST") && is("content-type", contentType) && is("te", "trailers");
+}
+
+void GrpcConnection::Ended::operator()(nghttp2_session* ending) const {
+    nghttp2_session_del(ending);
+}
+
+// What the session calls while it reads and writes; `self` is the connection.
+struct GrpcConnection::Events {
+    static GrpcConnection& of(void* self) { return *static_cast<GrpcConnection*>(self); }
+
+    static int header(nghttp2_session*, const nghttp2_frame* frame, const std::uint8_t* name, std::size_t nameLength,
+                      const std::uint8_t* value, std::size_t valueLength, std::uint8_t, void* self) {
+        of(self).streams[frame->hd.stream_id].headers[{name, name + nameLength}] = {value, value + valueLength};
+        return 0;
+    }
+
+    static int data(nghttp2_session*, std::uint8_t, std::int32_t id, const std::uint8_t* bytes, std::size_t length,
+                    void* self) {
+        append(of(self).streams[id].request, {bytes, length});
+        return 0;
+    }
+
+    static int frame(nghttp2_session* session, const nghttp2_frame* frame, void* self) {
+        const nghttp2_frame_hd& got = frame->hd;
+        if (got.type == NGHTTP2_DATA && got.length > 0)
+            nghttp2_submit_window_update(session, NGHTTP2_FLAG_NONE, 0, static_cast<std::int32_t>(got.length));
+        const bool ofRequest = got.type == NGHTTP2_DATA || got.type == NGHTTP2_HEADERS;
+        if (ofRequest && (got.flags & NGHTTP2_FLAG_END_STREAM) != 0) of(self).completed(got.stream_id);
+        return 0;
+    }
+
+    static int closed(nghttp2_session*, std::int32_t id, std::uint32_t, void* self) {
+        of(self).streams.erase(id);
+        return 0;
+    }
+
+    // More of an answer, and its trailers behind it.
+    static ssize_t answer(nghttp2_session* session, std::int32_t id, std::uint8_t* buffer, std::size_t room,
+                          std::uint32_t* flags, nghttp2_data_source*, void* self) {
+        Stream& stream = of(self).streams.at(id);
+        const ByteView piece =
+            ByteView(stream.answer).subspan(stream.sent).first(std::min(room, stream.answer.size() - stream.sent));
+        std::ranges::copy(piece, buffer);
+        stream.sent += piece.size();
+        if (stream.sent == stream.answer.size()) {
+            *flags = NGHTTP2_DATA_FLAG_EOF | NGHTTP2_DATA_FLAG_NO_END_STREAM;
+            const nghttp2_nv ok = wire::header("grpc-status", "0");
+            nghttp2_submit_trailer(session, id, &ok, 1);
+        }
+        return static_cast<ssize_t>(piece.size());
+    }
+};
+
+GrpcConnection::GrpcConnection() {
+    nghttp2_session_callbacks* events = nullptr;
+    nghttp2_session_callbacks_new(&events);
+    nghttp2_session_callbacks_set_on_header_callback(events, Events::header);
+    nghttp2_session_callbacks_set_on_data_chunk_recv_callback(events, Events::data);
+    nghttp2_session_callbacks_set_on_frame_recv_callback(events, Events::frame);
+    nghttp2_session_callbacks_set_on_stream_close_callback(events, Events::closed);
+    nghttp2_option* options = nullptr;
+    nghttp2_option_new(&options);
+    // The library's limit of resets goes by the computer's clock, and that of CONTINUATION counts the pieces in which
+    // a frame arrives.
+    nghttp2_option_set_stream_reset_rate_limit(options, std::numeric_limits<std::uint64_t>::max(), 0);
+    nghttp2_option_set_max_continuations(options, std::numeric_limits<std::size_t>::max());
+    nghttp2_session* made = nullptr;
+    nghttp2_session_server_new2(&made, events, this, options);
+    session.reset(made);
+    nghttp2_option_del(options);
+    nghttp2_session_callbacks_del(events);
+
+    nghttp2_submit_settings(made, NGHTTP2_FLAG_NONE, settings.data(), settings.size());
+    nghttp2_session_set_local_window_size(made, NGHTTP2_FLAG_NONE, 0, window);
 }
 
 void GrpcConnection::receive(ByteView bytes) {
-    if (over) return;
-    const std::size_t missing = std::min(preface.size() - prefaceSoFar.size(), bytes.size());
-    for (const std::uint8_t byte : bytes.first(missing)) {
-        if (byte != static_cast<std::uint8_t>(preface[prefaceSoFar.size()])) return end(ErrorCode::protocolError);
-        prefaceSoFar.push_back(byte);
-    }
-    cutter.add(bytes.subspan(missing));
-    while (!over) {
-        auto frame = cutter.next();
-        if (!frame) break;
-        handle(std::move(*frame));
-    }
-    if (cutter.tooLong()) end(ErrorCode::frameSizeError);
+    if (unreadable) return;
+    unreadable = nghttp2_session_mem_recv(session.get(), bytes.data(), bytes.size()) < 0;
 }
 
-void GrpcConnection::handle(Frame frame) {
-    const bool inBlock = openBlock != 0;
-    if (inBlock != frame.is(FrameType::continuation)) return end(ErrorCode::protocolError);
-    if (!std::exchange(settled, true) && !frame.is(FrameType::settings)) return end(ErrorCode::protocolError);
-    switch (static_cast<FrameType>(frame.type)) {
-    case FrameType::data:
-        return onData(frame);
-    case FrameType::headers:
-        return onHeaders(frame);
-    case FrameType::continuation:
-        return onContinuation(frame);
-    case FrameType::settings:
-        return onSettings(frame);
-    case FrameType::ping:
-        return onPing(frame);
-    case FrameType::windowUpdate:
-        return onWindowUpdate(frame);
-    case FrameType::rstStream:
-        streams.erase(frame.stream);
-        return;
-    case FrameType::pushPromise:
-        return end(ErrorCode::protocolError);
-    case FrameType::priority:
-    case FrameType::goAway:
-        return;
-    }
-}
-
-void GrpcConnection::onData(Frame& frame) {
-    if (frame.stream == 0 || frame.stream > lastStream) return end(ErrorCode::protocolError);
-    const auto length = static_cast<std::uint32_t>(frame.payload.size());
-    if (!unpad(frame, 0)) return end(ErrorCode::protocolError);
-    if (length > 0) {
-        Bytes increment;
-        appendBigEndian32(increment, length);
-        send(FrameType::windowUpdate, 0, 0, increment);
-        if (!frame.has(flag::endStream)) send(FrameType::windowUpdate, 0, frame.stream, std::move(increment));
-    }
-    const auto found = streams.find(frame.stream);
-    if (found == streams.end()) return; // given up by one of us
-    Stream& stream = found->second;
-    if (stream.complete) return end(ErrorCode::streamClosed);
-    stream.body.insert(stream.body.end(), frame.payload.begin(), frame.payload.end());
-    if (stream.body.size() > longestMessage + messagePrefix)
-        return fail(frame.stream, GrpcStatus::resourceExhausted, "the message is too long");
-    if (frame.has(flag::endStream)) complete(frame.stream, stream);
-}
-
-void GrpcConnection::onHeaders(Frame& frame) {
-    constexpr std::size_t priorityLength = 5;
-    if (frame.stream % 2 == 0 || !unpad(frame, frame.has(flag::priority) ? priorityLength : 0))
-        return end(ErrorCode::protocolError);
-    openBlock = frame.stream;
-    openBlockIsWhole = frame.has(flag::endStream);
-    block = std::move(frame.payload);
-    if (frame.has(flag::endHeaders)) beginStream(std::exchange(openBlock, 0), openBlockIsWhole);
-}
-
-void GrpcConnection::onContinuation(const Frame& frame) {
-    if (frame.stream != openBlock) return end(ErrorCode::protocolError);
-    block.insert(block.end(), frame.payload.begin(), frame.payload.end());
-    if (block.size() > longestBlock) return end(ErrorCode::protocolError);
-    if (frame.has(flag::endHeaders)) beginStream(std::exchange(openBlock, 0), openBlockIsWhole);
-}
-
-void GrpcConnection::beginStream(std::uint32_t id, bool whole) {
-    const auto headers = decodeHeaders(block);
-    if (!headers) return end(ErrorCode::compressionError);
-    if (id <= lastStream) { // trailers, or a stream that is closed
-        const auto found = streams.find(id);
-        if (found == streams.end() || found->second.complete || !whole) return end(ErrorCode::streamClosed);
-        return complete(id, found->second);
-    }
-    lastStream = id;
-    const auto valueOf = [&](std::string_view name) {
-        const auto found = std::ranges::find(*headers, name, &Header::name);
-        return found == headers->end() ? std::string() : found->value;
-    };
-    Stream& stream = streams[id];
-    stream.window = initialWindow;
-    stream.path = valueOf(":path");
-    if (valueOf(":method") != "POST" || !valueOf("content-type").starts_with("application/grpc") ||
-        valueOf("te") != "trailers")
-        return fail(id, GrpcStatus::internal, "this is no gRPC request");
-    if (whole) complete(id, stream);
-}
-
-void GrpcConnection::complete(std::uint32_t id, Stream& stream) {
-    stream.complete = true;
-    if (stream.body.size() < messagePrefix) return fail(id, GrpcStatus::internal, "the message is not whole");
-    if (stream.body.front() != 0) return fail(id, GrpcStatus::unimplemented, "compression is not supported");
-    if (readBigEndian32(stream.body, 1) != stream.body.size() - messagePrefix)
-        return fail(id, GrpcStatus::internal, "the message has another length than it says");
-    // Servers measure the way to their clients while they serve them.
-    send(FrameType::ping, 0, 0, Bytes(8, 0x5A));
-    calls.push_back({id, stream.path, Bytes(stream.body.begin() + messagePrefix, stream.body.end())});
-    stream.body.clear();
-}
-
-void GrpcConnection::onSettings(const Frame& frame) {
-    constexpr std::size_t settingLength = 6;
-    if (frame.stream != 0) return end(ErrorCode::protocolError);
-    if (frame.has(flag::ack)) return;
-    if (frame.payload.size() % settingLength != 0) return end(ErrorCode::frameSizeError);
-    for (std::size_t at = 0; at < frame.payload.size() && !over; at += settingLength) {
-        const auto setting = static_cast<std::uint16_t>(frame.payload[at] << 8 | frame.payload[at + 1]);
-        applySetting(setting, readBigEndian32(frame.payload, at + 2));
-    }
-    if (over) return;
-    send(FrameType::settings, flag::ack, 0);
-    flushAll();
-}
-
-void GrpcConnection::applySetting(std::uint16_t setting, std::uint32_t value) {
-    if (setting == static_cast<std::uint16_t>(Setting::initialWindowSize)) {
-        if (value > largestWindow) return end(ErrorCode::flowControlError);
-        for (auto& [id, stream] : streams)
-            stream.window += value - initialWindow;
-        initialWindow = value;
-    } else if (setting == static_cast<std::uint16_t>(Setting::maxFrameSize)) {
-        if (value < smallestMaxFrame || value > largestMaxFrame) return end(ErrorCode::protocolError);
-        maxFrame = value;
-    }
-}
-
-void GrpcConnection::onPing(const Frame& frame) {
-    constexpr std::size_t pingLength = 8;
-    if (frame.stream != 0) return end(ErrorCode::protocolError);
-    if (frame.payload.size() != pingLength) return end(ErrorCode::frameSizeError);
-    if (!frame.has(flag::ack)) send(FrameType::ping, flag::ack, 0, frame.payload);
-}
-
-void GrpcConnection::onWindowUpdate(const Frame& frame) {
-    constexpr std::size_t updateLength = 4;
-    if (frame.payload.size() != updateLength) return end(ErrorCode::frameSizeError);
-    const std::uint32_t increment = readBigEndian32(frame.payload, 0) & 0x7FFF'FFFF;
-    if (increment == 0 || frame.stream > lastStream) return end(ErrorCode::protocolError);
-    const auto found = streams.find(frame.stream);
-    if (frame.stream != 0 && found == streams.end()) return;
-    std::int64_t& window = frame.stream == 0 ? connectionWindow : found->second.window;
-    window += increment;
-    if (window > largestWindow) return end(ErrorCode::flowControlError);
-    flushAll();
+void GrpcConnection::completed(std::int32_t id) {
+    // The official server measures the way to its client while it serves a call.
+    nghttp2_submit_ping(session.get(), NGHTTP2_FLAG_NONE, nullptr);
+    const Stream& stream = streams.at(id);
+    if (!stream.isGrpc()) return fail(id, GrpcStatus::internal, "this is no gRPC request");
+    const ByteView request = stream.request;
+    if (!request.empty() && request.front() != 0)
+        return fail(id, GrpcStatus::unimplemented, "messages are not decompressed");
+    const ByteView content = request.subspan(std::min(messagePrefix, request.size()));
+    if (!std::ranges::equal(request, messageOf(content)))
+        return fail(id, GrpcStatus::internal, "the message is not what its prefix says");
+    calls.push_back({id, stream.headers.at(":path"), {content.begin(), content.end()}});
 }
 
 std::vector<GrpcConnection::Call> GrpcConnection::takeCalls() {
     return std::exchange(calls, {});
 }
 
-void GrpcConnection::reply(std::uint32_t id, ByteView message) {
+void GrpcConnection::reply(std::int32_t id, ByteView message) {
     const auto found = streams.find(id);
-    if (over || found == streams.end() || found->second.answered) return;
-    Stream& stream = found->second;
-    stream.answered = true;
-    stream.waiting.push_back(0);
-    appendBigEndian32(stream.waiting, static_cast<std::uint32_t>(message.size()));
-    stream.waiting.insert(stream.waiting.end(), message.begin(), message.end());
-    send(FrameType::headers, flag::endHeaders, id, responseHeaders());
-    flush(id);
+    if (found == streams.end()) return;
+    found->second.answer = messageOf(message);
+    const std::array headers{header(":status", "200"), header("content-type", contentType)};
+    const nghttp2_data_provider body{{}, Events::answer};
+    nghttp2_submit_response(session.get(), id, headers.data(), headers.size(), &body);
 }
 
-void GrpcConnection::fail(std::uint32_t id, GrpcStatus status, std::string_view message) {
-    if (over || streams.erase(id) == 0) return;
-    Bytes all = responseHeaders();
-    const Bytes last = trailers(static_cast<int>(status), message);
-    all.insert(all.end(), last.begin(), last.end());
-    send(FrameType::headers, flag::endHeaders | flag::endStream, id, std::move(all));
+void GrpcConnection::fail(std::int32_t id, GrpcStatus status, std::string_view text) {
+    const std::string number = std::to_string(static_cast<int>(status));
+    const std::array headers{header(":status", "200"), header("content-type", contentType),
+                             header("grpc-status", number), header("grpc-message", text)};
+    nghttp2_submit_response(session.get(), id, headers.data(), headers.size(), nullptr);
 }
 
-void GrpcConnection::flush(std::uint32_t id) {
-    Stream& stream = streams.at(id);
-    std::size_t sent = 0;
-    while (sent < stream.waiting.size()) {
-        const std::int64_t window = std::min(connectionWindow, stream.window);
-        if (window <= 0) break;
-        const std::size_t length = std::min({stream.waiting.size() - sent, maxFrame, static_cast<std::size_t>(window)});
-        const auto begin = stream.waiting.begin() + static_cast<std::ptrdiff_t>(sent);
-        send(FrameType::data, 0, id, Bytes(begin, begin + static_cast<std::ptrdiff_t>(length)));
-        connectionWindow -= static_cast<std::int64_t>(length);
-        stream.window -= static_cast<std::int64_t>(length);
-        sent += length;
-    }
-    stream.waiting.erase(stream.waiting.begin(), stream.waiting.begin() + static_cast<std::ptrdiff_t>(sent));
-    if (!stream.waiting.empty()) return;
-    send(FrameType::headers, flag::endHeaders | flag::endStream, id, trailers(static_cast<int>(GrpcStatus::ok), ""));
-    streams.erase(id);
-}
-
-void GrpcConnection::flushAll() {
-    std::vector<std::uint32_t> answered;
-    for (const auto& [id, stream] : streams)
-        if (stream.answered) answered.push_back(id);
-    for (const std::uint32_t id : answered)
-        flush(id);
-}
-
-void GrpcConnection::send(FrameType type, std::uint8_t flags, std::uint32_t stream, Bytes payload) {
-    appendFrame(output, makeFrame(type, flags, stream, std::move(payload)));
+void GrpcConnection::goAway() {
+    nghttp2_session_terminate_session(session.get(), NGHTTP2_NO_ERROR);
 }
 
 Bytes GrpcConnection::takeOutput() {
-    return std::exchange(output, {});
+    Bytes output;
+    const std::uint8_t* piece = nullptr;
+    for (ssize_t length = 0; (length = nghttp2_session_mem_send(session.get(), &piece)) > 0;)
+        append(output, std::span(piece, static_cast<std::size_t>(length)));
+    return output;
 }
 
-void GrpcConnection::end(ErrorCode error) {
-    if (std::exchange(over, true)) return;
-    Bytes payload;
-    appendBigEndian32(payload, lastStream);
-    appendBigEndian32(payload, static_cast<std::uint32_t>(error));
-    send(FrameType::goAway, 0, 0, std::move(payload));
-    streams.clear();
+bool GrpcConnection::isOver() const {
+    const bool done = nghttp2_session_want_read(session.get()) == 0 && nghttp2_session_want_write(session.get()) == 0;
+    return unreadable || done;
 }
 
 } // namespace lumbrine::wire

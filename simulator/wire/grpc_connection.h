@@ -1,30 +1,39 @@
 // The service's side of one HTTP/2 connection that carries unary gRPC calls: bytes in, calls out; replies in, bytes
-// out. No I/O. Written against RFC 9113 and the gRPC protocol over HTTP/2, for clients that need neither Huffman coding
-// nor the dynamic table; the official library serves all others.
+// out. No I/O, no threads, no clock. HTTP/2 is libnghttp2's; what is added is gRPC, and what gRPC's official server
+// announces and sends beside its answers.
 #pragma once
 
-#include "simulator/wire/http2_frame.h"
+#include "base/bytes.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+struct nghttp2_session;
 
 namespace lumbrine::wire {
 
-enum class GrpcStatus { ok = 0, resourceExhausted = 8, unimplemented = 12, internal = 13 };
+enum class GrpcStatus { ok = 0, unimplemented = 12, internal = 13 };
 
 class GrpcConnection {
 public:
     struct Call {
-        std::uint32_t stream;
+        std::int32_t stream;
         std::string path;
         Bytes message;
     };
 
-    // Says its settings at once, as servers do.
+    // Says its settings at once, as servers do. The settings hold from the client's acknowledgement on: until then a
+    // frame of more than 16,384 bytes ends the connection.
     GrpcConnection();
+    GrpcConnection(const GrpcConnection&) = delete;
+    GrpcConnection& operator=(const GrpcConnection&) = delete;
 
     // What the client has sent, in pieces of any size. A client that breaks the protocol gets a GOAWAY that says how;
     // whatever it sends after that is not looked at.
@@ -34,61 +43,41 @@ public:
     std::vector<Call> takeCalls();
 
     // Answers a call with one message, as fast as the client's windows let it; nothing when the client has given it up.
-    void reply(std::uint32_t stream, ByteView message);
+    // Each call is answered once, by this or by `fail`.
+    void reply(std::int32_t stream, ByteView message);
 
-    // Ends a call without a message; `message` is ASCII and shorter than 127 bytes.
-    void fail(std::uint32_t stream, GrpcStatus status, std::string_view message);
+    // Ends a call without a message; `text` is printable ASCII without '%'.
+    void fail(std::int32_t stream, GrpcStatus status, std::string_view text);
+
+    // Ends the connection with a GOAWAY without an error.
+    void goAway();
 
     // What is to be sent.
     Bytes takeOutput();
 
-    // The connection is to be closed once the output is sent.
-    bool isOver() const { return over; }
+    // The connection is to be closed: all that was to be said has been taken.
+    bool isOver() const;
 
 private:
     struct Stream {
-        std::string path;
-        Bytes body;
-        bool complete = false; // the client has sent all of it
-        std::int64_t window = 0;
-        Bytes waiting; // what the windows have not let through
-        bool answered = false;
+        std::map<std::string, std::string, std::less<>> headers;
+        Bytes request;
+        Bytes answer;
+        std::size_t sent = 0; // of the answer
+
+        bool isGrpc() const;
     };
+    struct Ended {
+        void operator()(nghttp2_session* ending) const;
+    };
+    struct Events;
 
-    void handle(Frame frame);
-    void onData(Frame& frame);
-    void onHeaders(Frame& frame);
-    void onContinuation(const Frame& frame);
-    void onSettings(const Frame& frame);
-    void onPing(const Frame& frame);
-    void onWindowUpdate(const Frame& frame);
+    void completed(std::int32_t id);
 
-    void beginStream(std::uint32_t id, bool whole);
-    void complete(std::uint32_t id, Stream& stream);
-    void applySetting(std::uint16_t setting, std::uint32_t value);
-    void flush(std::uint32_t id);
-    void flushAll();
-    void send(FrameType type, std::uint8_t flags, std::uint32_t stream, Bytes payload = {});
-    void end(ErrorCode error);
-
-    Bytes prefaceSoFar;
-    FrameCutter cutter;
-    bool settled = false; // the client's settings have come
-
-    // A header block that goes on in further frames.
-    std::uint32_t openBlock = 0;
-    bool openBlockIsWhole = false;
-    Bytes block;
-
-    std::map<std::uint32_t, Stream> streams;
-    std::uint32_t lastStream = 0;
-    std::int64_t connectionWindow;
-    std::int64_t initialWindow;
-    std::size_t maxFrame;
-
+    std::map<std::int32_t, Stream> streams;
     std::vector<Call> calls;
-    Bytes output;
-    bool over = false;
+    bool unreadable = false; // what the client speaks is no HTTP/2
+    std::unique_ptr<nghttp2_session, Ended> session;
 };
 
 } // namespace lumbrine::wire

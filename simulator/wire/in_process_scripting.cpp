@@ -1,8 +1,10 @@
 #include "simulator/wire/in_process_scripting.h"
 
+#include "simulator/envelope/scripting_envelope.h"
 #include "simulator/wire/fault_filter.h"
 #include "simulator/wire/grpc_connection.h"
-#include "simulator/wire/scripting_envelope.h"
+
+#include <scripting.pb.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -80,11 +82,8 @@ public:
     }
 
     void goAway() {
-        Bytes payload(8, 0); // no error, and no stream of this connection
-        Bytes bytes;
-        wire::appendFrame(bytes, wire::makeFrame(wire::FrameType::goAway, 0, 0, std::move(payload)));
-        if (!ended) send(bytes);
-        finish();
+        grpc.goAway();
+        flush();
     }
 
     void finish() {
@@ -101,20 +100,24 @@ private:
         if (!owner) return;
         if (call.path != unaryPath && call.path != streamingPath)
             return refuse(call.stream, wire::GrpcStatus::unimplemented, "there is no such method");
-        auto request = wire::decodeRequest(call.message);
-        if (!request) return refuse(call.stream, wire::GrpcStatus::internal, "the message cannot be read");
-        owner->scripting.ask(std::move(*request), name,
+        ::ptsl::Request request;
+        if (!request.ParseFromArray(call.message.data(), static_cast<int>(call.message.size())))
+            return refuse(call.stream, wire::GrpcStatus::internal, "the message cannot be read");
+        owner->scripting.ask(requestIn(request), name,
                              [self = weak_from_this(), stream = call.stream](const ScriptingReply& reply) {
                                  if (const auto connection = self.lock()) connection->answer(stream, reply);
                              });
     }
 
-    void answer(std::uint32_t stream, const ScriptingReply& reply) {
-        grpc.reply(stream, wire::encodeReply(reply));
+    void answer(std::int32_t stream, const ScriptingReply& reply) {
+        ::ptsl::Response response;
+        putInto(response, reply);
+        const std::string bytes = response.SerializeAsString();
+        grpc.reply(stream, Bytes(bytes.begin(), bytes.end()));
         flush();
     }
 
-    void refuse(std::uint32_t stream, wire::GrpcStatus status, std::string_view message) {
+    void refuse(std::int32_t stream, wire::GrpcStatus status, std::string_view message) {
         grpc.fail(stream, status, message);
         flush();
     }

@@ -58,6 +58,16 @@ TEST_F(ScriptingTest, SetsAndSeesWhatOthersSet) {
     EXPECT_TRUE(tracks[15].isMuted);
 }
 
+// One frame of more than 16,384 bytes, which a service takes once its settings are acknowledged.
+TEST_F(ScriptingTest, SetsManyTracksAtOnceAfterItHasListedThem) {
+    start({}, 1000, {.japaneseNames = true});
+    ASSERT_EQ(list(), "done");
+    const std::vector<std::string> all = names(tracks);
+    EXPECT_EQ(run([&](PTSLClient& ptsl) { return ptsl.setSolo(all, true); }), "done");
+    ASSERT_EQ(list(), "done");
+    EXPECT_EQ(std::ranges::count(tracks, true, &PTSLTrack::isSoloed), 1000);
+}
+
 TEST_F(ScriptingTest, CountsInputMonitoringOnlyOnTheTrackItself) {
     start({.armedMonitors = true});
     proTools->edit([](SimulatedSession& session) {
