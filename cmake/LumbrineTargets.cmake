@@ -92,17 +92,21 @@ function(lumbrine_test_library name)
     endif()
 endfunction()
 
-# lumbrine_test(NAME SOURCES ... DEPENDS ... TIMEOUT seconds LABELS ... TOOLKIT): a GoogleTest program, one CTest entry.
-# Eight of its files are compiled together, in half the time. TOOLKIT as above.
+# lumbrine_test(NAME SOURCES ... DEPENDS ... MAIN library TIMEOUT seconds LABELS ... TOOLKIT): a GoogleTest program, one
+# CTest entry. Eight of its files are compiled together, in half the time. TOOLKIT as above. MAIN has the program's
+# `main` in the place of GoogleTest's.
 function(lumbrine_test name)
     if(NOT LUMBRINE_TESTS)
         return()
     endif()
-    cmake_parse_arguments(ARG "TOOLKIT" "TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "TOOLKIT" "MAIN;TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 120)
     endif()
-    lumbrine_program(${name} SOURCES ${ARG_SOURCES} DEPENDS ${ARG_DEPENDS} GTest::gmock GTest::gtest_main)
+    if(NOT ARG_MAIN)
+        set(ARG_MAIN GTest::gtest_main)
+    endif()
+    lumbrine_program(${name} SOURCES ${ARG_SOURCES} DEPENDS ${ARG_DEPENDS} ${ARG_MAIN} GTest::gmock)
     target_compile_definitions(${name} PRIVATE LUMBRINE_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
         LUMBRINE_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
     target_compile_options(${name} PRIVATE ${LUMBRINE_TEST_OPTIONS})

@@ -3,18 +3,10 @@
 #include "tests/interop/waiting.h"
 
 #include <fcntl.h>
-#include <net/if.h>
-#include <sched.h>
-#include <sys/ioctl.h>
-#include <sys/mount.h>
 #include <sys/prctl.h>
-#include <sys/socket.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -53,23 +45,6 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     return pointers;
 }
 
-void bringUpLoopback() {
-    const int fd = ::socket(AF_INET, SOCK_DGRAM, 0);
-    ifreq request{};
-    std::copy_n("lo", 3, request.ifr_name);
-    request.ifr_flags = IFF_UP | IFF_RUNNING;
-    ::ioctl(fd, SIOCSIFFLAGS, &request);
-    ::close(fd);
-}
-
-void enterOwnNetwork(const char* emptyFolder) {
-    if (::unshare(CLONE_NEWNET | CLONE_NEWNS) != 0) return;
-    bringUpLoopback();
-    ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr);
-    if (*emptyFolder != 0 && (::mkdir(emptyFolder, 0755) == 0 || errno == EEXIST))
-        ::mount("tmpfs", emptyFolder, "tmpfs", 0, nullptr);
-}
-
 } // namespace
 
 TemporaryFolder::TemporaryFolder() : path(makeFolder()) {}
@@ -101,7 +76,6 @@ void ChildProcess::start(const std::vector<std::string>& command, const Setup& s
     ::dup2(in, STDIN_FILENO);
     ::dup2(out, STDOUT_FILENO);
     ::dup2(out, STDERR_FILENO);
-    if (setup.ownNetwork) enterOwnNetwork(setup.emptyFolder.c_str());
     ::execvpe(argv[0], argv.data(), environment.data());
     ::_exit(127);
 }

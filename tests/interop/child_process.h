@@ -28,11 +28,6 @@ class ChildProcess {
 public:
     struct Setup {
         std::map<std::string, std::string> environment = {}; // added to the test's own
-
-        // A network of its own with nothing but loopback, and an empty folder in the place of `emptyFolder`; where the
-        // system does not permit that (no privilege), the child runs like any other.
-        bool ownNetwork = false;
-        std::string emptyFolder = {};
     };
 
     // Starts it; the program is looked up in PATH. Start children on a thread that lives as long as they are needed:

@@ -116,12 +116,8 @@ void PrivateAvahi::startBus() {
 }
 
 void PrivateAvahi::startDaemon() {
-    ChildProcess::Setup setup;
-    setup.ownNetwork = true;
-    setup.emptyFolder = "/run/avahi-daemon"; // where a second daemon would find the first one's process id
     daemon = std::make_unique<ChildProcess>(std::vector<std::string>{"avahi-daemon", "-f", folder.path / "avahi.conf",
-                                                                     "--no-drop-root", "--no-chroot", "--no-rlimits"},
-                                            setup);
+                                                                     "--no-drop-root", "--no-chroot", "--no-rlimits"});
     const auto ready = [this] { return daemon->output().find("Server startup complete") != std::string::npos; };
     if (!waitUntil([&] { return !daemon->running() || ready(); }) || !daemon->running())
         throw std::runtime_error("avahi-daemon does not start: " + daemon->output());

@@ -1,6 +1,6 @@
-// A message bus and an Avahi daemon of the test's own. The daemon has a network of its own with nothing but loopback
-// where the system permits that (it usually does for root), else it keeps to the loopback interface; clients reach it
-// over the private bus alone, so neither the local network nor a daemon of the user's is touched.
+// A message bus and an Avahi daemon of the test's own. The daemon keeps to the loopback interface and clients reach it
+// over the private bus alone, so neither the local network nor a daemon of the user's is touched. Outside an own world,
+// tests that want one at the same time wait for each other.
 //
 //     PrivateAvahi avahi;                     // bus and daemon run; this process and its children will find them
 //     ChildProcess receiver({LUMBRINE_BIN_DIR "/lumbrine-headless"});
@@ -10,6 +10,7 @@
 #pragma once
 
 #include "tests/interop/child_process.h"
+#include "tests/interop/own_world.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -33,7 +34,7 @@ public:
         bool daemon = true;
     };
 
-    // The daemon wants to be root.
+    // The daemon wants to be root, which everybody is in an own world.
     static bool possible();
 
     // Sets DBUS_SYSTEM_BUS_ADDRESS of this process for its whole life: make the object before other threads run.
@@ -59,6 +60,7 @@ public:
     std::optional<BrowsedService> find(const std::string& type, const std::string& name) const;
 
 private:
+    const Turn turn{"avahi"};
     TemporaryFolder folder;
     const std::filesystem::path socket;
     std::unique_ptr<ChildProcess> bus;

@@ -2,10 +2,6 @@
 
 #include "tests/interop/waiting.h"
 
-#include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
@@ -28,25 +24,7 @@ std::vector<std::string> linesOf(const std::string& text) {
 // Always the same: JACK's registry takes the place of a server that was killed back only for one of the same name.
 constexpr const char* serverName = "lumbrine-private";
 
-constexpr std::chrono::minutes longestTurn{2};
-
-// Only opened when it is there already: it may be another user's, and reading is enough for a lock.
-int openLockFile() {
-    const std::filesystem::path path = std::filesystem::temp_directory_path() / "lumbrine-private-jack.lock";
-    const int existing = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    return existing >= 0 ? existing : ::open(path.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC, 0644);
-}
-
 } // namespace
-
-JackTurn::JackTurn() : lockFile(openLockFile()) {
-    const auto take = [this] { return ::flock(lockFile, LOCK_EX | LOCK_NB) == 0; };
-    if (!waitUntil(take, longestTurn)) throw std::runtime_error("other tests keep their JACK server");
-}
-
-JackTurn::~JackTurn() {
-    ::close(lockFile); // and with it the lock; the file stays for the next one
-}
 
 PrivateJack::PrivateJack(Options chosen) : options(chosen) {
     ::setenv("JACK_DEFAULT_SERVER", serverName, 1);
@@ -60,10 +38,10 @@ PrivateJack::~PrivateJack() {
 }
 
 void PrivateJack::start() {
-    // Synchronous mode and a generous client time-out: a busy machine must not lose events or throw clients out.
-    const std::vector<std::string> command{
-        "jackd", "-r",       "-S", "-t",    "2000", "-p",    "64", // ports
-        "-n",    serverName, "-d", "dummy", "-r",   "48000", "-p", std::to_string(options.framesPerCycle)};
+    // A generous client time-out: a busy machine must not throw clients out.
+    std::vector<std::string> command{"jackd", "-r", "-t", "2000", "-p", "64", "-n", serverName}; // the first -p: ports
+    if (options.mode == JackMode::synchronous) command.emplace_back("-S");
+    command.insert(command.end(), {"-d", "dummy", "-r", "48000", "-p", std::to_string(options.framesPerCycle)});
     // The server of a test that was killed counts as active until the system has forgotten its process.
     const auto started = [&] {
         server = std::make_unique<ChildProcess>(command);

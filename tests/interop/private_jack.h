@@ -1,5 +1,5 @@
-// A JACK server of the test's own: dummy driver, its own name, so that no server of the user's is touched. Tests that
-// want one at the same time wait for each other.
+// A JACK server of the test's own: dummy driver, its own name, so that no server of the user's is touched. Outside an
+// own world, tests that want one at the same time wait for each other.
 //
 //     PrivateJack jack;                                  // started, and this process and its children will find it
 //     ChildProcess receiver({LUMBRINE_BIN_DIR "/lumbrine-headless"});
@@ -11,6 +11,7 @@
 #pragma once
 
 #include "tests/interop/child_process.h"
+#include "tests/interop/own_world.h"
 
 #include <memory>
 #include <string>
@@ -18,22 +19,21 @@
 
 namespace lumbrine::interop {
 
-// The right to run a JACK server for tests, held against every other test on the machine. Two servers at a time would
-// get clients of the same name mixed up, since JACK names a client's socket after the client alone.
-class JackTurn {
-public:
-    JackTurn();
-    ~JackTurn();
-    JackTurn(const JackTurn&) = delete;
-    JackTurn& operator=(const JackTurn&) = delete;
+// Whether the server waits in each cycle until all clients have done their part. It does so only when it is told to.
+// Else a client that does not get its turn in time reads and writes buffers of another cycle: on a busy computer events
+// are lost, doubled and reordered.
+enum class JackMode { synchronous, asynchronous };
 
-private:
-    const int lockFile;
-};
+// For the names of parameterised tests.
+template <typename Parameter>
+std::string nameOfMode(const Parameter& mode) {
+    return mode.param == JackMode::synchronous ? "Synchronous" : "Asynchronous";
+}
 
 class PrivateJack {
 public:
     struct Options {
+        JackMode mode = JackMode::synchronous;
         int framesPerCycle = 64; // at 48 kHz: a cycle is 1.3 ms
         bool started = true;
     };
@@ -66,7 +66,7 @@ private:
     bool answers() const;
 
     const Options options;
-    const JackTurn turn;
+    const Turn turn{"jack"};
     TemporaryFolder runtimeFolder;
     std::unique_ptr<ChildProcess> server;
 };
