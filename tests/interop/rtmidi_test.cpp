@@ -5,6 +5,43 @@
 #include "platform/linux/rtmidi_services.h"
 #include "tests/interop/jack_rig.h"
 
+#include <jack/ringbuffer.h>
+
+#include <mutex>
+
+namespace lumbrine::interop {
+namespace {
+
+// Rings that RtMidi has given back. Never destroyed, as what is in it.
+class KeptRings {
+public:
+    static KeptRings& all() {
+        static auto* const rings = new KeptRings;
+        return *rings;
+    }
+    void add(jack_ringbuffer_t* ring) {
+        const std::lock_guard lock(mutex);
+        rings.push_back(ring);
+    }
+    std::size_t count() {
+        const std::lock_guard lock(mutex);
+        return rings.size();
+    }
+
+private:
+    std::mutex mutex;
+    std::vector<jack_ringbuffer_t*> rings;
+};
+
+} // namespace
+} // namespace lumbrine::interop
+
+// RtMidi's output on JACK frees its ring before it closes the client whose realtime thread reads that ring, and now and
+// then the thread finds it freed. So in this program, in the place of libjack's function, rings stay.
+extern "C" void jack_ringbuffer_free(jack_ringbuffer_t* ring) {
+    lumbrine::interop::KeptRings::all().add(ring);
+}
+
 namespace lumbrine::interop {
 namespace {
 
@@ -78,6 +115,17 @@ TEST_F(RtMidiPorts, AreConnectedWhenTheyComeLaterAndAreMissedWhenTheyGo) {
         EXPECT_TRUE(waitUntil([&] { return host->connected(); }));
     }
     EXPECT_TRUE(waitUntil([&] { return !host->connected(); }));
+}
+
+TEST_F(RtMidiPorts, LeaveTheirRingToTheRealtimeThread) {
+    const std::size_t before = KeptRings::all().count();
+    {
+        RtMidiServices passing(runtime, RtMidiSystem::jack);
+        MIDIClientRef client = 0;
+        ASSERT_EQ(passing.createClient("Lumbrine", client), 0);
+        ASSERT_EQ(passing.createSource(client, "Lumbrine", source), 0);
+    }
+    EXPECT_EQ(KeptRings::all().count(), before + 1);
 }
 
 TEST_F(RtMidiPorts, OfALSAAreRefusedWithAStatusWhereItIsAbsent) {
