@@ -76,7 +76,9 @@ int run(const DemoArguments& arguments, int count, char** values) {
               std::to_string(arguments.surfaces) + " HUI surfaces");
     printLine("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()));
     ReceiverApp app(std::move(model), loginItem, text);
-    DesktopRun{loop, runtime, streams, app, instance, identifier, end}.run();
+    std::function<void()> begin = [] {};
+    loop.post([&begin] { begin(); });
+    DesktopRun{loop, runtime, streams, app, instance, identifier, begin, end}.run();
     scripting.reset();
     proTools.reset();
     return 0;

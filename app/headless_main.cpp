@@ -50,19 +50,18 @@ int run() {
     const TerminationSignals signals([&] { loop.post([&] { end(); }); });
     RealRuntime runtime(loop);
     LinuxSystemInfo system;
-    const std::unique_ptr<MIDIServices> midi = backend.services(runtime);
+    std::shared_ptr<ReceiverModel> model;
+    const std::unique_ptr<MIDIServices> midi = backend.services(runtime, [&model] {
+        if (model) model->start();
+    });
     PosixDatagramSockets sockets;
     PosixStreamSockets streams;
     AvahiAdvertiser advertiser;
     const Bilingual text(prefersJapanese(system.preferredLanguages()));
     NlohmannJSON json(text);
     NoAccessibility accessibility;
-    std::shared_ptr<ReceiverModel> model =
-        ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text);
+    model = ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text);
     end = [&] { endReceiver(loop, runtime, streams, model); };
-    loop.post([&] {
-        if (model) model->start();
-    });
     loop.run();
     return 0;
 }

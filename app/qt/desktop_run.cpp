@@ -19,8 +19,9 @@ void DesktopRun::run() {
     const auto raise = [this] { app.perform(ScreenAction::showWindow); };
     instance.onStartOfAnother(raise);
     const BusPresence presence(identifier, raise);
-    shell.openWindow();
+    begin = [&shell] { shell.openWindow(); };
     loop.run();
+    begin = [] {};
     // The window system may have ended the loop by itself.
     loop.post([this] { end(); });
     loop.run();

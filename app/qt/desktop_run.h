@@ -20,6 +20,9 @@ struct DesktopRun {
     SingleInstance& instance;
     QString identifier; // on the message bus
 
+    // Opens the window for the first time, which starts the receiver; set while `run` runs.
+    std::function<void()>& begin;
+
     // Ends the program when it is called on the main thread; set while `run` runs, for signals.
     std::function<void()>& end;
 

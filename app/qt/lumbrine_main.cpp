@@ -46,6 +46,7 @@ const QString identifier = QStringLiteral("com.tarnwick.lumbrine");
 int run(int count, char** arguments) {
     const MIDIBackend backend;
     QtMainLoop loop;
+    std::function<void()> begin = [] {};
     std::function<void()> end = [] {};
     const TerminationSignals terminationSignals([&] { loop.post([&] { end(); }); });
     const QApplication application(count, arguments);
@@ -59,7 +60,7 @@ int run(int count, char** arguments) {
     const LinuxSystemInfo system;
     const Bilingual text(prefersJapanese(system.preferredLanguages()));
     introduceProgram(identifier, text);
-    const std::unique_ptr<MIDIServices> midi = backend.services(runtime);
+    const std::unique_ptr<MIDIServices> midi = backend.services(runtime, [&begin] { begin(); });
     PosixDatagramSockets sockets;
     PosixStreamSockets streams;
     AvahiAdvertiser advertiser;
@@ -70,7 +71,7 @@ int run(int count, char** arguments) {
     ReceiverApp app(
         ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text),
         loginItem, text);
-    DesktopRun{loop, runtime, streams, app, instance, identifier, end}.run();
+    DesktopRun{loop, runtime, streams, app, instance, identifier, begin, end}.run();
     return 0;
 }
 

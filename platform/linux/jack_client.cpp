@@ -19,11 +19,21 @@ MIDIStatus statusOf(jack_status_t status) {
 JackClient::JackClient(Runtime& rt, JackServer& jackServer, std::string clientName, Reviewer changeReviewer)
     : runtime(rt), server(jackServer), name(std::move(clientName)), reviewer(std::move(changeReviewer)) {}
 
-JackClient::~JackClient() {
-    if (started) server.remove(*this);
+JackClient::Pointer JackClient::make(Runtime& rt, JackServer& jackServer, std::string clientName,
+                                     Reviewer changeReviewer) {
+    return Pointer(new JackClient(rt, jackServer, std::move(clientName), std::move(changeReviewer)));
+}
+
+void JackClient::Ending::operator()(JackClient* client) const {
+    if (client->end()) delete client;
+}
+
+bool JackClient::end() {
+    const bool gone = !started || server.remove(*this);
     stopping = true;
     arrivals.ring();
     receiver.reset();
+    return gone;
 }
 
 MIDIStatus JackClient::start() {
@@ -32,29 +42,31 @@ MIDIStatus JackClient::start() {
 }
 
 JackOutput* JackClient::addOutput(const std::string& portName) {
-    auto port = std::make_unique<JackOutput>(runtime, portName, live);
+    auto port = std::make_shared<JackOutput>(runtime, portName, live);
     JackOutput* const added = port.get();
     return add(std::move(port)) ? added : nullptr;
 }
 
 JackInput* JackClient::addInput(const std::string& portName, std::function<void(ByteView)> read) {
-    auto port = std::make_unique<JackInput>(portName, std::move(read));
+    auto port = std::make_shared<JackInput>(portName, std::move(read));
     JackInput* const added = port.get();
     if (!add(std::move(port))) return nullptr;
     if (!receiver) receiver = runtime.startThread("midi receive", [this] { receive(); });
     return added;
 }
 
-bool JackClient::add(std::unique_ptr<JackPort> port) {
-    bool added = false;
-    server.run([this, &port, &added] {
-        const std::size_t count = portCount;
-        if (count == maxPorts || (client != nullptr && !port->registerWith(client))) return;
-        ports[count] = std::move(port);
-        portCount.store(count + 1, std::memory_order_release);
-        added = true;
-    });
-    return added;
+bool JackClient::add(std::shared_ptr<JackPort> port) {
+    const auto added = std::make_shared<std::atomic<bool>>(false);
+    server.run(
+        [this, port = std::move(port), added] {
+            const std::size_t count = portCount;
+            if (count == maxPorts || (client != nullptr && !port->registerWith(client))) return;
+            ports[count] = port;
+            portCount.store(count + 1, std::memory_order_release);
+            *added = true;
+        },
+        JackServer::openingTime);
+    return *added;
 }
 
 std::uint64_t JackClient::dropped() const {

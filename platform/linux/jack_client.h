@@ -27,17 +27,21 @@ public:
     // server have changed, and with null when it was closed; false when it wants to be called again soon.
     using Reviewer = std::function<bool(jack_client_t*)>;
 
-    // JACK makes the name another one when it is taken ("Lumbrine-01"). The server outlives the client.
-    JackClient(Runtime& rt, JackServer& jackServer, std::string clientName, Reviewer changeReviewer = {});
+    // Ends the client: ports are gone, and no reader runs any more. Where the server does not let go of the client in
+    // time (JackServer::remove), it stays until the process ends, and its reviewer may be called once more.
+    struct Ending {
+        void operator()(JackClient* client) const;
+    };
+    using Pointer = std::unique_ptr<JackClient, Ending>;
 
-    // Ports are gone, and no reader or reviewer runs any more.
-    ~JackClient() override;
+    // JACK makes the name another one when it is taken ("Lumbrine-01"). The server outlives the client.
+    static Pointer make(Runtime& rt, JackServer& jackServer, std::string clientName, Reviewer changeReviewer = {});
 
     // Goes to the server: 0, or JACK's status when it cannot now; it goes on trying in any case. Once.
     MIDIStatus start();
 
-    // Null when JACK refuses the name or there are too many. Before `start` or after; one thread at a time. The port
-    // lives as long as the client.
+    // Null when JACK refuses the name or does not answer, or there are too many. Before `start` or after; one thread at a
+    // time. The port lives as long as the client.
     JackOutput* addOutput(const std::string& portName);
     JackInput* addInput(const std::string& portName, std::function<void(ByteView event)> read);
 
@@ -50,10 +54,14 @@ public:
     bool review() override { return !reviewer || reviewer(client); }
 
 private:
+    JackClient(Runtime& rt, JackServer& jackServer, std::string clientName, Reviewer changeReviewer);
+    ~JackClient() override = default;
+
+    bool end();
     static int process(jack_nframes_t frames, void* self);
 
     void setCallbacks();
-    bool add(std::unique_ptr<JackPort> port);
+    bool add(std::shared_ptr<JackPort> port);
     void receive();
 
     Runtime& runtime;
@@ -66,7 +74,7 @@ private:
     std::atomic<bool> live{false};   // open, and the server has not died since
 
     // Ports only ever come; the count makes a new one visible to the other threads.
-    std::array<std::unique_ptr<JackPort>, maxPorts> ports;
+    std::array<std::shared_ptr<JackPort>, maxPorts> ports;
     std::atomic<std::size_t> portCount{0};
 
     Bell arrivals;

@@ -26,21 +26,11 @@ std::vector<std::string> portsNamed(jack_client_t* client, std::string_view shor
 
 enum class Link { absent, made, pending };
 
-class JackMIDIConnection final : public MIDIConnection {
+// What the server thread knows of a connection; it may outlive the connection.
+class Plugs {
 public:
-    JackMIDIConnection(Runtime& runtime, std::shared_ptr<JackServer> jackServer, std::string portName,
-                       std::function<void(ByteView)> incoming)
-        : name(std::move(portName)), server(std::move(jackServer)),
-          client(runtime, *server, name + " host", [this](jack_client_t* opened) { return review(opened); }) {
-        output = client.addOutput(name + " out");
-        input = client.addInput(name + " in", std::move(incoming));
-        client.start();
-    }
+    Plugs(std::string portName) : name(std::move(portName)) {}
 
-    void send(ByteView message) override { output->send(message); }
-    bool connected() const override { return !client.lost() && isConnected; }
-
-private:
     bool review(jack_client_t* opened) {
         if (opened == nullptr) {
             isConnected = false;
@@ -52,7 +42,14 @@ private:
         return fromSource != Link::pending && toDestination != Link::pending;
     }
 
-    Link connectFirst(jack_client_t* opened, unsigned long flags) {
+    // Before the client is opened.
+    JackOutput* output = nullptr;
+    JackInput* input = nullptr;
+
+    std::atomic<bool> isConnected{false};
+
+private:
+    Link connectFirst(jack_client_t* opened, unsigned long flags) const {
         const std::vector<std::string> candidates = portsNamed(opened, name, flags);
         if (candidates.empty()) return Link::absent;
         const bool fromThem = flags == JackPortIsOutput;
@@ -71,11 +68,29 @@ private:
     }
 
     const std::string name;
+};
+
+class JackMIDIConnection final : public MIDIConnection {
+public:
+    JackMIDIConnection(Runtime& runtime, std::shared_ptr<JackServer> jackServer, const std::string& name,
+                       std::function<void(ByteView)> incoming)
+        : server(std::move(jackServer)), plugs(std::make_shared<Plugs>(name)),
+          client(JackClient::make(runtime, *server, name + " host",
+                                  [plugs = plugs](jack_client_t* opened) { return plugs->review(opened); })) {
+        plugs->output = client->addOutput(name + " out");
+        plugs->input = client->addInput(name + " in", std::move(incoming));
+        if (plugs->output != nullptr && plugs->input != nullptr) client->start();
+    }
+
+    void send(ByteView message) override {
+        if (plugs->output != nullptr) plugs->output->send(message);
+    }
+    bool connected() const override { return !client->lost() && plugs->isConnected; }
+
+private:
     const std::shared_ptr<JackServer> server;
-    std::atomic<bool> isConnected{false};
-    JackOutput* output = nullptr;
-    JackInput* input = nullptr;
-    JackClient client;
+    const std::shared_ptr<Plugs> plugs;
+    const JackClient::Pointer client;
 };
 
 } // namespace

@@ -16,8 +16,8 @@ JackMIDIServices::JackMIDIServices(Runtime& rt, std::shared_ptr<JackServer> jack
 
 MIDIStatus JackMIDIServices::createClient(const std::string& name, MIDIClientRef& client) {
     if (!sources) {
-        auto newSources = std::make_unique<JackClient>(runtime, *server, name);
-        auto newDestinations = std::make_unique<JackClient>(runtime, *server, name);
+        JackClient::Pointer newSources = JackClient::make(runtime, *server, name);
+        JackClient::Pointer newDestinations = JackClient::make(runtime, *server, name);
         if (const MIDIStatus status = newSources->start(); status != 0) return status;
         if (const MIDIStatus status = newDestinations->start(); status != 0) return status;
         sources = std::move(newSources);

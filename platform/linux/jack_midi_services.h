@@ -47,8 +47,8 @@ private:
     std::array<std::atomic<JackOutput*>, JackClient::maxPorts + 1> outputs{}; // by source; 0 is none
     MIDIEndpointRef sourceCount = 0;
 
-    std::unique_ptr<JackClient> sources;
-    std::unique_ptr<JackClient> destinations;
+    JackClient::Pointer sources;
+    JackClient::Pointer destinations;
 };
 
 } // namespace lumbrine

@@ -3,6 +3,7 @@
 #include <jack/jack.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 namespace lumbrine {
@@ -22,57 +23,85 @@ void silenceLibrary() {
 
 } // namespace
 
-bool JackServer::answers() {
-    silenceLibrary();
-    jack_client_t* client = jack_client_open("lumbrine-probe", JackNoStartServer, nullptr);
-    if (client == nullptr) return false;
-    jack_client_close(client);
-    return true;
+std::shared_ptr<JackServer> JackServer::start(Runtime& rt) {
+    return {new JackServer(rt), [](JackServer* server) {
+                if (server->end()) delete server;
+            }};
 }
 
 JackServer::JackServer(Runtime& rt) : runtime(rt), mutex(rt) {
     silenceLibrary();
-    thread = runtime.startThread("jack server", [this] { serve(); });
+    thread = runtime.startThread("jack server", [this] {
+        serve();
+        served = true;
+        ended.ring();
+    });
 }
 
-JackServer::~JackServer() {
+bool JackServer::end() {
     stopping = true;
     bell.ring();
-    thread.reset();
+    if (!standsStill) ended.waitFor(closingTime);
+    return served;
+}
+
+void JackServer::ask(std::function<void(bool)> tell) {
+    const auto job = std::make_shared<Job>();
+    job->work = [this, tell = std::move(tell)] {
+        jack_client_t* client = jack_client_open("lumbrine-probe", JackNoStartServer, nullptr);
+        if (client != nullptr) jack_client_close(client);
+        if (!stopping) tell(client != nullptr);
+    };
+    post(job);
 }
 
 MIDIStatus JackServer::add(Client& client) {
-    MIDIStatus status = 0;
-    run([this, &client, &status] {
-        status = client.open();
-        entries.push_back({&client, status == 0});
-        nextAttempt = runtime.now() + betweenAttempts;
-    });
-    return status;
+    const auto status = std::make_shared<std::atomic<MIDIStatus>>(-ETIMEDOUT);
+    run(
+        [this, &client, status] {
+            const MIDIStatus opened = client.open();
+            entries.push_back({&client, opened == 0});
+            nextAttempt = runtime.now() + betweenAttempts;
+            *status = opened;
+        },
+        openingTime);
+    return *status;
 }
 
-void JackServer::remove(Client& client) {
-    run([this, &client] {
-        client.close();
-        std::erase_if(entries, [&client](const Entry& entry) { return entry.client == &client; });
-    });
+bool JackServer::remove(Client& client) {
+    return run(
+        [this, &client] {
+            client.close();
+            std::erase_if(entries, [&client](const Entry& entry) { return entry.client == &client; });
+        },
+        closingTime);
 }
 
-void JackServer::run(const std::function<void()>& work) {
-    Job job{work, {}};
+bool JackServer::run(std::function<void()> work, Duration limit) {
+    const auto job = std::make_shared<Job>();
+    job->work = std::move(work);
+    post(job);
+    if (!standsStill) job->done.waitFor(limit);
+    if (job->ended) return true;
+    standsStill = true;
+    return false;
+}
+
+void JackServer::post(std::shared_ptr<Job> job) {
     {
         const Lock lock(mutex);
-        jobs.push_back(&job);
+        jobs.push_back(std::move(job));
     }
     bell.ring();
-    job.done.wait();
 }
 
 void JackServer::serve() {
     while (!stopping) {
         waitForSomething();
+        standsStill = false;
         closeAllWhenLost();
         runJobs();
+        if (stopping) return;
         reopen();
         reviewSoon = false;
         for (const Entry& entry : entries)
@@ -92,14 +121,15 @@ void JackServer::waitForSomething() {
 }
 
 void JackServer::runJobs() {
-    std::vector<Job*> due;
+    std::vector<std::shared_ptr<Job>> due;
     {
         const Lock lock(mutex);
         due.swap(jobs);
     }
-    for (Job* job : due) {
+    for (const std::shared_ptr<Job>& job : due) {
         job->work();
-        job->done.ring(); // the job is gone with this
+        job->ended = true;
+        job->done.ring();
     }
 }
 

@@ -2,6 +2,9 @@
 //
 // Every call into libjack that is not made from a process callback is made on one thread, the server thread. It sleeps
 // until something happens; only while clients are away does it wake up by itself, once a second, to try again.
+//
+// A JACK server that stands still keeps the server thread inside libjack for as long as it does. Nobody waits for that:
+// every wait here has a limit.
 #pragma once
 
 #include "platform/api/midi_services.h"
@@ -20,6 +23,10 @@ namespace lumbrine {
 // it opens the first one again.
 class JackServer {
 public:
+    // How long opening and registering may take, and how long closing may.
+    static constexpr Duration openingTime = seconds(2);
+    static constexpr Duration closingTime = seconds(0.4);
+
     // What lives at the server. All of it is called on the server thread.
     class Client {
     public:
@@ -36,22 +43,24 @@ public:
         virtual bool review() = 0;
     };
 
-    // True when a server answers. Never starts one.
-    static bool answers();
+    // Clients are removed before the last owner lets go. Where the server thread does not come back from libjack within
+    // `closingTime`, thread and object stay until the process ends.
+    static std::shared_ptr<JackServer> start(Runtime& rt);
 
-    explicit JackServer(Runtime& rt);
+    // Finds out whether a server answers, and tells it on the server thread. Never starts one.
+    void ask(std::function<void(bool answers)> tell);
 
-    // All clients have been removed.
-    ~JackServer();
-
-    // Opens the client now; when that fails, returns why and goes on trying.
+    // Opens the client now; when that fails, returns why and goes on trying. -ETIMEDOUT when the server thread has not
+    // come to an end with it: it goes on trying, too.
     MIDIStatus add(Client& client);
 
-    // Closes the client; when this returns, it is not called any more.
-    void remove(Client& client);
+    // Closes the client; it is not called any more. False when that takes too long: then the client is called until the
+    // process ends, and has to stay.
+    bool remove(Client& client);
 
-    // Runs a job on the server thread and waits for it.
-    void run(const std::function<void()>& work);
+    // Runs a job on the server thread and waits for it; false when it has not ended within `limit`. It may run later
+    // then, so it keeps what it uses.
+    bool run(std::function<void()> work, Duration limit);
 
     // Around a client's part of a cycle. JACK lets the clients of a process work one after another on the same buffers,
     // by means that the language does not know; these say it in the language. Realtime threads.
@@ -67,9 +76,15 @@ private:
         bool open;
     };
     struct Job {
-        const std::function<void()>& work;
+        std::function<void()> work;
+        std::atomic<bool> ended{false};
         Bell done;
     };
+
+    explicit JackServer(Runtime& rt);
+
+    void post(std::shared_ptr<Job> job);
+    bool end();
 
     void serve();
     void waitForSomething();
@@ -81,14 +96,17 @@ private:
     Bell bell;
     std::atomic<std::uint64_t> cycleParts{0};
     std::atomic<bool> stopping{false};
+    std::atomic<bool> standsStill{false}; // somebody has waited in vain, and the server thread is not back since
     Mutex mutex;
-    std::vector<Job*> jobs LUMBRINE_GUARDED_BY(mutex);
+    std::vector<std::shared_ptr<Job>> jobs LUMBRINE_GUARDED_BY(mutex);
 
     // Of the server thread alone.
     std::vector<Entry> entries;
     TimePoint nextAttempt{};
     bool reviewSoon = false;
 
+    std::atomic<bool> served{false};
+    Bell ended;
     std::unique_ptr<Thread> thread;
 };
 

@@ -2,6 +2,7 @@
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 
+#include <cerrno>
 #include <functional>
 #include <mutex>
 #include <string>
@@ -59,26 +60,72 @@ TEST(JackServerTest, ClosesAClientThatIsLostAsSoonAsItIsBackBeforeItOpensTheNext
     FakeClient a("A", calls);
     FakeClient b("B", calls);
     a.onOpen = b.onOpen = [] { return -1; };
-    JackServer server(runtime);
-    EXPECT_EQ(server.add(a), -1);
-    EXPECT_EQ(server.add(b), -1);
+    const auto server = JackServer::start(runtime);
+    EXPECT_EQ(server->add(a), -1);
+    EXPECT_EQ(server->add(b), -1);
     EXPECT_EQ(calls.taken(), (std::vector<std::string>{"A opens", "B opens"}));
 
     Bell secondAttempt;
-    server.run([&] {
-        a.onOpen = [&a] {
-            a.isLost = true; // the server has died again
-            return 0;
-        };
-        b.onOpen = [&secondAttempt] {
-            secondAttempt.ring();
-            return -1;
-        };
-    });
+    server->run(
+        [&] {
+            a.onOpen = [&a] {
+                a.isLost = true; // the server has died again
+                return 0;
+            };
+            b.onOpen = [&secondAttempt] {
+                secondAttempt.ring();
+                return -1;
+            };
+        },
+        seconds(20));
     secondAttempt.wait();
     EXPECT_EQ(calls.taken(), (std::vector<std::string>{"A opens", "A closes", "B opens"}));
-    server.remove(a);
-    server.remove(b);
+    EXPECT_TRUE(server->remove(a));
+    EXPECT_TRUE(server->remove(b));
+}
+
+TEST(JackServerTest, WaitsForALibraryThatHangsOnlySoLongAndDoesLaterWhatItWasTold) {
+    RunLoop loop;
+    RealRuntime runtime(loop);
+    Calls calls;
+    Bell goOn;
+    FakeClient a("A", calls);
+    a.onOpen = [&goOn] {
+        goOn.wait();
+        return 0;
+    };
+    const auto server = JackServer::start(runtime);
+    EXPECT_EQ(server->add(a), -ETIMEDOUT);
+    const TimePoint before = runtime.now();
+    EXPECT_FALSE(server->remove(a));
+    EXPECT_LT(runtime.now() - before, JackServer::closingTime); // it is known to hang
+    goOn.ring();
+    Bell removed;
+    server->run([&removed] { removed.ring(); }, seconds(20));
+    removed.wait();
+    EXPECT_EQ(calls.taken(), (std::vector<std::string>{"A opens", "A closes"}));
+}
+
+// What the hanging thread uses stays until the process ends, and so is never destroyed here.
+TEST(JackServerTest, EndsWhileTheLibraryHangs) {
+    RunLoop loop;
+    RealRuntime runtime(loop);
+    struct Forever {
+        Calls calls;
+        Bell hangs;
+        FakeClient a{"A", calls};
+    };
+    auto& forever = *new Forever;
+    forever.a.onOpen = [&forever] {
+        forever.hangs.wait();
+        return -1;
+    };
+    auto server = JackServer::start(runtime);
+    EXPECT_EQ(server->add(forever.a), -ETIMEDOUT);
+    const TimePoint before = runtime.now();
+    EXPECT_FALSE(server->remove(forever.a));
+    server.reset();
+    EXPECT_LT(runtime.now() - before, seconds(1));
 }
 
 } // namespace

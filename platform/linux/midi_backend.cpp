@@ -5,8 +5,10 @@
 #include "platform/linux/rtmidi_connections.h"
 #include "platform/linux/rtmidi_services.h"
 
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
+#include <utility>
 
 namespace lumbrine {
 
@@ -14,13 +16,85 @@ namespace {
 
 class AbsentMIDIServices final : public MIDIServices {
 public:
-    MIDIStatus createClient(const std::string&, MIDIClientRef&) override { return -ENODEV; }
-    MIDIStatus createSource(MIDIClientRef, const std::string&, MIDIEndpointRef&) override { return -ENODEV; }
+    explicit AbsentMIDIServices(MIDIStatus why) : status(why) {}
+
+    MIDIStatus createClient(const std::string&, MIDIClientRef&) override { return status; }
+    MIDIStatus createSource(MIDIClientRef, const std::string&, MIDIEndpointRef&) override { return status; }
     MIDIStatus createDestination(MIDIClientRef, const std::string&, MIDIReadBlock, MIDIEndpointRef&) override {
-        return -ENODEV;
+        return status;
     }
-    MIDIStatus setUniqueID(MIDIEndpointRef, std::int32_t) override { return -ENODEV; }
-    MIDIStatus received(MIDIEndpointRef, ByteView) override { return -ENODEV; }
+    MIDIStatus setUniqueID(MIDIEndpointRef, std::int32_t) override { return status; }
+    MIDIStatus received(MIDIEndpointRef, ByteView) override { return status; }
+
+private:
+    const MIDIStatus status;
+};
+
+// What is chosen when the JACK server has answered or its time is over. On the main thread.
+class Choice {
+public:
+    Choice(Runtime& rt, Task whenFound) : runtime(rt), found(std::move(whenFound)), jack(JackServer::start(rt)) {}
+
+    static std::shared_ptr<Choice> begin(Runtime& runtime, Task whenFound) {
+        const auto choice = std::make_shared<Choice>(runtime, std::move(whenFound));
+        const std::weak_ptr<Choice> open = choice;
+        choice->jack->ask([&runtime, open](bool answers) {
+            runtime.postMain([open, answers] {
+                if (const auto waiting = open.lock()) waiting->make(answers ? 0 : -ENODEV);
+            });
+        });
+        runtime.postMainAfter(JackServer::openingTime, [open] {
+            if (const auto waiting = open.lock()) waiting->make(-ETIMEDOUT);
+        });
+        return choice;
+    }
+
+    MIDIServices& made() { return *services; }
+
+private:
+    void make(MIDIStatus ofJack) {
+        if (std::exchange(isMade, true)) return;
+        if (ofJack == 0) {
+            services = std::make_unique<JackMIDIServices>(runtime, std::move(jack));
+        } else if (RtMidiServices::alsaAnswers()) {
+            services = std::make_unique<RtMidiServices>(runtime);
+        } else {
+            services = std::make_unique<AbsentMIDIServices>(ofJack);
+        }
+        jack.reset();
+        found();
+    }
+
+    Runtime& runtime;
+    Task found;
+    std::shared_ptr<JackServer> jack;
+    bool isMade = false;
+    std::unique_ptr<MIDIServices> services = std::make_unique<AbsentMIDIServices>(-ENODEV);
+};
+
+class ChosenMIDIServices final : public MIDIServices {
+public:
+    explicit ChosenMIDIServices(std::shared_ptr<Choice> begun) : choice(std::move(begun)) {}
+
+    MIDIStatus createClient(const std::string& name, MIDIClientRef& client) override {
+        return choice->made().createClient(name, client);
+    }
+    MIDIStatus createSource(MIDIClientRef client, const std::string& name, MIDIEndpointRef& source) override {
+        return choice->made().createSource(client, name, source);
+    }
+    MIDIStatus createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
+                                 MIDIEndpointRef& destination) override {
+        return choice->made().createDestination(client, name, std::move(read), destination);
+    }
+    MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override {
+        return choice->made().setUniqueID(endpoint, uniqueID);
+    }
+    MIDIStatus received(MIDIEndpointRef source, ByteView packetList) override {
+        return choice->made().received(source, packetList);
+    }
+
+private:
+    const std::shared_ptr<Choice> choice;
 };
 
 class AbsentMIDIConnections final : public MIDIConnections {
@@ -37,16 +111,23 @@ MIDIBackend::MIDIBackend() {
     ::setenv("PIPEWIRE_PROPS", "{ jack.fix-midi-events = false }", 0); // NOLINT(concurrency-mt-unsafe): at the start
 }
 
-std::unique_ptr<MIDIServices> MIDIBackend::services(Runtime& runtime) const {
-    if (JackServer::answers())
-        return std::make_unique<JackMIDIServices>(runtime, std::make_shared<JackServer>(runtime));
-    if (RtMidiServices::alsaAnswers()) return std::make_unique<RtMidiServices>(runtime);
-    return std::make_unique<AbsentMIDIServices>();
+std::unique_ptr<MIDIServices> MIDIBackend::services(Runtime& runtime, Task found) const {
+    return std::make_unique<ChosenMIDIServices>(Choice::begin(runtime, std::move(found)));
 }
 
 std::unique_ptr<MIDIConnections> MIDIBackend::connections(Runtime& runtime) const {
-    if (JackServer::answers())
-        return std::make_unique<JackMIDIConnections>(runtime, std::make_shared<JackServer>(runtime));
+    struct Answer {
+        std::atomic<bool> yes{false};
+        Bell came;
+    };
+    const auto answer = std::make_shared<Answer>();
+    std::shared_ptr<JackServer> jack = JackServer::start(runtime);
+    jack->ask([answer](bool answers) {
+        answer->yes = answers;
+        answer->came.ring();
+    });
+    answer->came.waitFor(JackServer::openingTime);
+    if (answer->yes) return std::make_unique<JackMIDIConnections>(runtime, std::move(jack));
     if (RtMidiServices::alsaAnswers()) return std::make_unique<RtMidiConnections>(runtime);
     return std::make_unique<AbsentMIDIConnections>();
 }

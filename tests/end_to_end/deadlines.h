@@ -13,7 +13,7 @@ inline constexpr bool sanitized = false;
 #endif
 
 // From SIGINT or SIGTERM to the end of a program.
-inline constexpr std::chrono::milliseconds ending{sanitized ? 2000 : 100};
+inline constexpr std::chrono::milliseconds ending{sanitized ? 3000 : 1000};
 
 // A whole tour of the demo.
 inline constexpr std::chrono::seconds tour{sanitized ? 60 : 30};

@@ -29,7 +29,8 @@ struct Surface {
 
 class JackRig {
 public:
-    JackRig() : services(runtime, server), connections(runtime, server) {}
+    explicit JackRig(JackMode mode = JackMode::synchronous)
+        : jack({.mode = mode}), services(runtime, server), connections(runtime, server) {}
 
     // Creates the ports; a status that is not 0 ends it.
     MIDIStatus createPorts(Surface& surface) {
@@ -56,7 +57,7 @@ public:
     RealRuntime runtime{loop};
     Surface a{"Lumbrine"};
     Surface b{"Lumbrine B"};
-    std::shared_ptr<JackServer> server = std::make_shared<JackServer>(runtime);
+    std::shared_ptr<JackServer> server = JackServer::start(runtime);
     JackMIDIServices services;
     JackMIDIConnections connections;
 };
