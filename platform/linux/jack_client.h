@@ -40,8 +40,8 @@ public:
     // Goes to the server: 0, or JACK's status when it cannot now; it goes on trying in any case. Once.
     MIDIStatus start();
 
-    // Null when JACK refuses the name or does not answer, or there are too many. Before `start` or after; one thread at a
-    // time. The port lives as long as the client.
+    // Null when JACK refuses the name or does not answer, or there are too many. Before `start` or after; one thread at
+    // a time. The port lives as long as the client.
     JackOutput* addOutput(const std::string& portName);
     JackInput* addInput(const std::string& portName, std::function<void(ByteView event)> read);
 
