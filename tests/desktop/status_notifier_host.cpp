@@ -1,5 +1,6 @@
 #include "tests/desktop/status_notifier_host.h"
 
+#include "tests/interop/local_server.h"
 #include "tests/interop/waiting.h"
 
 #include <QDBusArgument>
@@ -41,7 +42,7 @@ std::unique_ptr<interop::ChildProcess> startBus(const std::filesystem::path& fol
     std::ofstream(configuration) << text.replace(text.find("SOCKET"), 6, socket.string());
     auto bus = std::make_unique<interop::ChildProcess>(
         std::vector<std::string>{"dbus-daemon", "--config-file=" + configuration.string(), "--nofork", "--nopidfile"});
-    const auto ready = [&] { return std::filesystem::exists(socket); };
+    const auto ready = [&] { return interop::isListenedAt(socket); };
     if (!interop::waitUntil([&] { return ready() || !bus->running(); }) || !bus->running())
         throw std::runtime_error("dbus-daemon does not start: " + bus->output());
     return bus;

@@ -1,8 +1,9 @@
-// TCP ports of this machine, for servers that a test starts or is.
+// TCP ports and sockets of this machine, for servers that a test starts or is.
 #pragma once
 
 #include <atomic>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <thread>
 
@@ -13,6 +14,7 @@ std::uint16_t freeStreamPort();
 
 // True when somebody listens there.
 bool isListenedAt(std::uint16_t port);
+bool isListenedAt(const std::filesystem::path& socket);
 
 // Listens from its making on and hands each connection, one after another, to `serve` on a thread of its own, then
 // closes it. Destroying it waits for the connection that is being served.

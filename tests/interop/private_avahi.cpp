@@ -1,5 +1,6 @@
 #include "tests/interop/private_avahi.h"
 
+#include "tests/interop/local_server.h"
 #include "tests/interop/waiting.h"
 
 #include <unistd.h>
@@ -111,7 +112,7 @@ void PrivateAvahi::startBus() {
     std::filesystem::remove(socket);
     bus = std::make_unique<ChildProcess>(std::vector<std::string>{
         "dbus-daemon", "--config-file=" + (folder.path / "bus.conf").string(), "--nofork", "--nopidfile"});
-    if (!waitUntil([&] { return !bus->running() || std::filesystem::exists(socket); }) || !bus->running())
+    if (!waitUntil([&] { return !bus->running() || isListenedAt(socket); }) || !bus->running())
         throw std::runtime_error("dbus-daemon does not start: " + bus->output());
 }
 
