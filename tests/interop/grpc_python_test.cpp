@@ -141,7 +141,7 @@ TEST_F(PythonService, IsGivenUpWhenItStalls) {
 TEST_F(PythonService, SendsResponsesUpToTheStreamsWindow) {
     for (const std::size_t size : {std::size_t{65'536}, std::size_t{1'048'576}, http2::windowSize - std::size_t{5}}) {
         start({"--message", std::to_string(size)});
-        const auto wire = wireTo(port);
+        const auto wire = wireTo(port, inSeconds(patience));
         for (int call = 0; call < 3; ++call) {
             const auto message = wire->call(path, Bytes{});
             ASSERT_TRUE(message) << errorOf(message);
