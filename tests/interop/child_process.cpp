@@ -1,7 +1,5 @@
 #include "tests/interop/child_process.h"
 
-#include "tests/interop/waiting.h"
-
 #include <fcntl.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -108,9 +106,9 @@ std::string ChildProcess::output() const {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-CommandResult runCommand(const std::vector<std::string>& command) {
+CommandResult runCommand(const std::vector<std::string>& command, std::chrono::milliseconds limit) {
     ChildProcess child(command);
-    const int status = child.wait(patience).value_or(-1);
+    const int status = child.wait(limit).value_or(-1);
     return {status, child.output()};
 }
 

@@ -2,6 +2,8 @@
 // system when the test itself is killed.
 #pragma once
 
+#include "tests/interop/waiting.h"
+
 #include <sys/types.h>
 
 #include <chrono>
@@ -65,6 +67,6 @@ struct CommandResult {
 };
 
 // Runs a program to its end.
-CommandResult runCommand(const std::vector<std::string>& command);
+CommandResult runCommand(const std::vector<std::string>& command, std::chrono::milliseconds limit = patience);
 
 } // namespace lumbrine::interop
