@@ -11,12 +11,14 @@ namespace lumbrine::interop {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using testing::UnorderedElementsAre;
+using testing::ElementsAre;
 
 constexpr std::chrono::milliseconds generous{500}; // far more than a call takes, even when the thread loses its turn
 
-class JackRestart : public testing::Test, public JackRig {
+class JackRestart : public testing::TestWithParam<JackMode>, public JackRig {
 protected:
+    JackRestart() : JackRig(GetParam()) {}
+
     void SetUp() override {
         ASSERT_EQ(createPorts(a), 0);
         ASSERT_EQ(createPorts(b), 0);
@@ -33,6 +35,9 @@ protected:
         ASSERT_TRUE(waitUntil([this] { return noneConnected(); }));
     }
 };
+
+INSTANTIATE_TEST_SUITE_P(Servers, JackRestart, testing::Values(JackMode::synchronous, JackMode::asynchronous),
+                         nameOfMode<testing::TestParamInfo<JackMode>>);
 
 // Sends from a thread of its own and notes how long the longest call took.
 class RestlessSender {
@@ -72,7 +77,7 @@ std::chrono::nanoseconds processorTime() {
     return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
-TEST_F(JackRestart, NeverBlocksASenderWhileTheServerDies) {
+TEST_P(JackRestart, NeverBlocksASenderWhileTheServerDies) {
     const RestlessSender toHost([this] { send(a, Bytes{0x90, 0x00, 0x7F}); });
     const RestlessSender toReceiver([this] { b.host->send(Bytes{0x90, 0x00, 0x00}); });
     ASSERT_TRUE(waitUntil([&] { return a.atHost.size() > 1000 && b.atReceiver.size() > 1000; }));
@@ -84,7 +89,7 @@ TEST_F(JackRestart, NeverBlocksASenderWhileTheServerDies) {
     EXPECT_LT(toReceiver.longestCall(), generous);
 }
 
-TEST_F(JackRestart, UsesNoProcessorWhileTheServerIsAway) {
+TEST_P(JackRestart, UsesNoProcessorWhileTheServerIsAway) {
     killServer();
     const auto before = processorTime();
     const auto start = Clock::now();
@@ -93,7 +98,7 @@ TEST_F(JackRestart, UsesNoProcessorWhileTheServerIsAway) {
     EXPECT_LT(processorTime() - before, (Clock::now() - start) / 20);
 }
 
-TEST_F(JackRestart, BringsThePortsBackUnderTheirNamesAndConnectsThem) {
+TEST_P(JackRestart, BringsThePortsBackUnderTheirNamesAndConnectsThem) {
     killServer();
     jack.start();
     ASSERT_TRUE(waitUntil([this] { return bothConnected(); }));
@@ -102,13 +107,11 @@ TEST_F(JackRestart, BringsThePortsBackUnderTheirNamesAndConnectsThem) {
     EXPECT_EQ(std::ranges::count(outputs, "Lumbrine B"), 1);
     EXPECT_TRUE(jack.hasPort("Lumbrine:Lumbrine B"));
 
-    send(a, Bytes{0x90, 0x00, 0x7F});
-    b.host->send(Bytes{0xB0, 0x0C, 0x01});
-    EXPECT_EQ(a.atHost.waitFor(1), (std::vector<Bytes>{{0x90, 0x00, 0x7F}}));
-    EXPECT_EQ(b.atReceiver.waitFor(1), (std::vector<Bytes>{{0xB0, 0x0C, 0x01}}));
+    EXPECT_TRUE(carriesBothWays(a, Bytes{0x90, 0x00, 0x7F}, Bytes{0x90, 0x00, 0x00}));
+    EXPECT_TRUE(carriesBothWays(b, Bytes{0xB0, 0x0F, 0x00}, Bytes{0xB0, 0x0C, 0x01}));
 }
 
-TEST_F(JackRestart, DeliversNothingLateThatWasSentWhileTheServerHungOrWasAway) {
+TEST_P(JackRestart, DeliversNothingLateThatWasSentWhileTheServerHungOrWasAway) {
     const auto sendToNobody = [this] {
         for (int i = 0; i < 100; ++i) {
             send(a, Bytes{0xFF});
@@ -123,13 +126,13 @@ TEST_F(JackRestart, DeliversNothingLateThatWasSentWhileTheServerHungOrWasAway) {
     sendToNobody();
     jack.start();
     ASSERT_TRUE(waitUntil([this] { return bothConnected(); }));
-    send(a, Bytes{0x90, 0x00, 0x7F});
-    a.host->send(Bytes{0x90, 0x00, 0x00});
-    EXPECT_EQ(a.atHost.waitFor(1), (std::vector<Bytes>{{0x90, 0x00, 0x7F}}));
-    EXPECT_EQ(a.atReceiver.waitFor(1), (std::vector<Bytes>{{0x90, 0x00, 0x00}}));
+    EXPECT_TRUE(carriesBothWays(a, Bytes{0x90, 0x00, 0x7F}, Bytes{0x90, 0x00, 0x00}));
+    EXPECT_THAT(a.atHost.kinds(), ElementsAre(Bytes{0x90, 0x00, 0x7F}));
+    EXPECT_THAT(a.atReceiver.kinds(), ElementsAre(Bytes{0x90, 0x00, 0x00}));
 }
 
-TEST_F(JackRestart, DropsAndCountsWhatFindsNoRoomWhileTheServerHangs) {
+TEST_P(JackRestart, DropsAndCountsWhatFindsNoRoomWhileTheServerHangs) {
+    if (GetParam() == JackMode::asynchronous) GTEST_SKIP() << "such a server may lose what has found room";
     constexpr std::uint32_t count = 100'000; // more than a port holds
     jack.freeze();
     for (std::uint32_t i = 0; i < count; ++i)
@@ -145,19 +148,20 @@ TEST_F(JackRestart, DropsAndCountsWhatFindsNoRoomWhileTheServerHangs) {
     EXPECT_EQ(a.atHost.waitFor(kept.size() + 1).back(), (Bytes{0x90, 0x00, 0x7F}));
 }
 
-TEST_F(JackRestart, SurvivesACrashAndACleanEndOneAfterTheOther) {
+TEST_P(JackRestart, SurvivesACrashAndACleanEndOneAfterTheOther) {
     const std::vector<std::function<void()>> ends{[this] { jack.kill(); }, [this] { jack.stop(); }};
-    for (std::size_t round = 0; round < ends.size(); ++round) {
-        ends[round]();
+    for (const auto& end : ends) {
+        end();
         ASSERT_TRUE(waitUntil([this] { return noneConnected(); }));
         jack.start();
         ASSERT_TRUE(waitUntil([this] { return bothConnected(); }));
-        send(a, Bytes{0x90, 0x00, 0x7F});
-        EXPECT_EQ(a.atHost.waitFor(round + 1).size(), round + 1);
+        a.atHost.clear();
+        a.atReceiver.clear();
+        EXPECT_TRUE(carriesBothWays(a, Bytes{0x90, 0x00, 0x7F}, Bytes{0x90, 0x00, 0x00}));
     }
 }
 
-TEST_F(JackRestart, TakesItselfApartWhileTheServerIsAway) {
+TEST_P(JackRestart, TakesItselfApartWhileTheServerIsAway) {
     killServer();
 }
 

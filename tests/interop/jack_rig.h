@@ -52,6 +52,15 @@ public:
         return services.received(surface.source, list.bytes());
     }
 
+    // Sends from both sides until both have heard something. A server that is not synchronous may lose an event.
+    bool carriesBothWays(Surface& surface, ByteView toHost, ByteView toReceiver) {
+        return waitUntil([&] {
+            send(surface, toHost);
+            surface.host->send(toReceiver);
+            return surface.atHost.size() > 0 && surface.atReceiver.size() > 0;
+        });
+    }
+
     PrivateJack jack;
     RunLoop loop;
     RealRuntime runtime{loop};

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <mutex>
+#include <set>
 #include <vector>
 
 namespace lumbrine::interop {
@@ -23,6 +24,12 @@ public:
         waitUntil([&] { return size() >= count; });
         const std::lock_guard lock(mutex);
         return recorded;
+    }
+
+    // The events so far, each once.
+    std::set<Bytes> kinds() {
+        const std::lock_guard lock(mutex);
+        return {recorded.begin(), recorded.end()};
     }
 
     std::size_t size() {
