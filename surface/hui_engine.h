@@ -113,7 +113,7 @@ private:
     Runtime& runtime;
     const Bilingual text;
 
-    Mutex txLock; // held only while the messages of one step are handed to `send`
+    Mutex txLock; // held only while the messages of one step are handed to `send`, which may take the back end's lock
     Mutex panLock;
     bool panRightSide LUMBRINE_GUARDED_BY(panLock) = false;
 

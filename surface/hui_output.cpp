@@ -40,7 +40,7 @@ constexpr int portByte(int port, bool on) {
 
 HUIEngine::HUIEngine(Runtime& rt, Bilingual bilingual)
     : send([](ByteView) {}), log([](const std::string& line) { std::puts(line.c_str()); }), runtime(rt),
-      text(bilingual), txLock(rt), panLock(rt) {
+      text(bilingual), txLock(rt, Nesting::overBackEnd), panLock(rt) {
     sysexBuf.reserve(sysexLimit + longestPacket);
 }
 

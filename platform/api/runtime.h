@@ -129,11 +129,18 @@ protected:
     virtual void runOnMainAndWait(Task task) = 0;
 };
 
-// A lock that is held for a few lines: never across a sleep, a hop to another queue, a callback or another lock. In
-// virtual time breaking that rule ends the program with a report.
+// Which second lock may be taken while a Mutex is held. Only the first kind of the last two may be around the second.
+enum class Nesting {
+    none,        // the rule
+    overBackEnd, // one that keeps messages together on their way into a back end, which may take its own
+    inBackEnd,   // a back end's own
+};
+
+// A lock that is held for a few lines: never across a sleep, a hop to another queue, a callback or, except for what
+// Nesting allows, another lock. In virtual time breaking that rule ends the program with a report.
 class LUMBRINE_CAPABILITY("mutex") Mutex {
 public:
-    explicit Mutex(Runtime& runtime) : hooks(runtime.lockHooks()) {}
+    explicit Mutex(Runtime& runtime, Nesting allowed = Nesting::none) : nesting(allowed), hooks(runtime.lockHooks()) {}
     Mutex(const Mutex&) = delete;
     Mutex& operator=(const Mutex&) = delete;
 
@@ -152,6 +159,8 @@ public:
             native.unlock();
         }
     }
+
+    const Nesting nesting;
 
 private:
     Runtime::LockHooks* const hooks;

@@ -20,7 +20,8 @@ bool JackPort::isConnectedTo(const std::string& otherFullName) const {
 }
 
 JackOutput::JackOutput(Runtime& runtime, std::string portName, const std::atomic<bool>& live)
-    : JackPort(std::move(portName), JackPortIsOutput), serverIsThere(live), mutex(runtime), ring(jackPortCapacity) {}
+    : JackPort(std::move(portName), JackPortIsOutput), serverIsThere(live), mutex(runtime, Nesting::inBackEnd),
+      ring(jackPortCapacity) {}
 
 void JackOutput::send(ByteView event) {
     const Lock lock(mutex);

@@ -14,7 +14,7 @@ namespace lumbrine {
 class RtMidiServices::Source {
 public:
     Source(Runtime& runtime, RtMidiSystem system, const std::string& client)
-        : mutex(runtime), out(apiOf(system), client) {
+        : mutex(runtime, Nesting::inBackEnd), out(apiOf(system), client) {
         errors.listenTo(out);
     }
 

@@ -16,7 +16,7 @@ constexpr std::size_t largestPacket = 256; // what a reader of a packet list tak
 } // namespace
 
 void MemoryMIDI::Hub::fail(Call call, MIDIStatus status) {
-    const std::lock_guard guard(lock);
+    const Lock guard(lock);
     failures[static_cast<std::size_t>(call)] = status;
 }
 
@@ -36,14 +36,14 @@ MemoryMIDI::Hub::Pair& MemoryMIDI::Hub::pairNamed(const std::string& name) {
 }
 
 MIDIStatus MemoryMIDI::Hub::createClient(MIDIClientRef& client) {
-    const std::lock_guard guard(lock);
+    const Lock guard(lock);
     if (const MIDIStatus status = failures[static_cast<std::size_t>(Call::createClient)]; status != 0) return status;
     client = ++clients;
     return 0;
 }
 
 MIDIStatus MemoryMIDI::Hub::createSource(MIDIClientRef client, const std::string& name, MIDIEndpointRef& source) {
-    const std::lock_guard guard(lock);
+    const Lock guard(lock);
     if (const MIDIStatus status = refusal(Call::createSource, client); status != 0) return status;
     source = ++lastEndpoint;
     endpoints[source] = name;
@@ -53,7 +53,7 @@ MIDIStatus MemoryMIDI::Hub::createSource(MIDIClientRef client, const std::string
 
 MIDIStatus MemoryMIDI::Hub::createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
                                               MIDIEndpointRef& destination) {
-    const std::lock_guard guard(lock);
+    const Lock guard(lock);
     if (const MIDIStatus status = refusal(Call::createDestination, client); status != 0) return status;
     destination = ++lastEndpoint;
     endpoints[destination] = name;
@@ -64,7 +64,7 @@ MIDIStatus MemoryMIDI::Hub::createDestination(MIDIClientRef client, const std::s
 }
 
 MIDIStatus MemoryMIDI::Hub::setUniqueID(MIDIEndpointRef endpoint) {
-    const std::lock_guard guard(lock);
+    const Lock guard(lock);
     if (const MIDIStatus status = failures[static_cast<std::size_t>(Call::setUniqueID)]; status != 0) return status;
     return endpoints.contains(endpoint) ? 0 : objectNotFound;
 }
@@ -82,7 +82,7 @@ MIDIStatus MemoryMIDI::Hub::fromSource(MIDIEndpointRef source, ByteView packetLi
     std::shared_ptr<SerialQueue> queue;
     const std::string* name = nullptr; // names of endpoints stay where they are
     {
-        const std::lock_guard guard(lock);
+        const Lock guard(lock);
         const auto endpoint = endpoints.find(source);
         if (endpoint == endpoints.end()) return objectNotFound;
         name = &endpoint->second;
@@ -96,19 +96,19 @@ MIDIStatus MemoryMIDI::Hub::fromSource(MIDIEndpointRef source, ByteView packetLi
 void MemoryMIDI::Hub::deliverOutward(const std::string& name, ByteView packetList) {
     std::vector<std::shared_ptr<Listener>> listeners;
     {
-        const std::lock_guard guard(lock);
+        const Lock guard(lock);
         const Pair& pair = pairs[name];
         if (pair.source == 0 || pair.destination == 0) return;
         listeners = pair.listeners;
     }
     for (const auto& listener : listeners) {
         {
-            const std::lock_guard guard(lock);
+            const Lock guard(lock);
             if (!listener->wanted) continue;
             listener->inCallback = true;
         }
         if (listener->incoming) forEachPacket(packetList, listener->incoming);
-        const std::lock_guard guard(lock);
+        const Lock guard(lock);
         listener->inCallback = false;
     }
 }
@@ -117,7 +117,7 @@ void MemoryMIDI::Hub::toDestination(const std::string& name, ByteView message) {
     std::shared_ptr<SerialQueue> queue;
     const std::string* key = nullptr;
     {
-        const std::lock_guard guard(lock);
+        const Lock guard(lock);
         const auto pair = pairs.find(name);
         if (pair == pairs.end() || pair->second.source == 0 || pair->second.destination == 0) return;
         key = &pair->first;
@@ -130,7 +130,7 @@ void MemoryMIDI::Hub::toDestination(const std::string& name, ByteView message) {
 void MemoryMIDI::Hub::deliverInward(const std::string& name, ByteView message) {
     std::shared_ptr<const MIDIReadBlock> read;
     {
-        const std::lock_guard guard(lock);
+        const Lock guard(lock);
         read = pairs[name].read;
     }
     if (!read || !*read) return;
@@ -146,7 +146,7 @@ void MemoryMIDI::Hub::deliverInward(const std::string& name, ByteView message) {
 }
 
 bool MemoryMIDI::Hub::complete(const std::string& name) {
-    const std::lock_guard guard(lock);
+    const Lock guard(lock);
     const auto pair = pairs.find(name);
     return !closed && pair != pairs.end() && pair->second.source != 0 && pair->second.destination != 0;
 }
@@ -155,7 +155,7 @@ std::shared_ptr<MemoryMIDI::Hub::Listener> MemoryMIDI::Hub::listen(const std::st
                                                                    std::function<void(ByteView)> incoming) {
     auto listener = std::make_shared<Listener>();
     listener->incoming = std::move(incoming);
-    const std::lock_guard guard(lock);
+    const Lock guard(lock);
     pairNamed(name).listeners.push_back(listener);
     return listener;
 }
@@ -163,7 +163,7 @@ std::shared_ptr<MemoryMIDI::Hub::Listener> MemoryMIDI::Hub::listen(const std::st
 void MemoryMIDI::Hub::stopListening(const std::string& name, const std::shared_ptr<Listener>& listener) {
     for (;;) {
         {
-            const std::lock_guard guard(lock);
+            const Lock guard(lock);
             listener->wanted = false;
             std::erase(pairs[name].listeners, listener);
             if (!listener->inCallback) return;
@@ -174,7 +174,7 @@ void MemoryMIDI::Hub::stopListening(const std::string& name, const std::shared_p
 
 void MemoryMIDI::Hub::close() {
     std::vector<std::shared_ptr<SerialQueue>> ending; // their ends are waited for outside the lock
-    const std::unique_lock guard(lock);
+    const Lock guard(lock);
     closed = true;
     for (auto& [name, pair] : pairs) {
         ending.push_back(std::move(pair.outward));

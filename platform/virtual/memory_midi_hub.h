@@ -5,14 +5,12 @@
 
 #include <array>
 #include <map>
-#include <mutex>
 #include <string>
 #include <vector>
 
 namespace lumbrine {
 
-// All state is under one plain lock that is held for look-ups only: it is taken on threads that hold a Mutex of the
-// runtime, so nothing may be posted, called back or waited for while it is held.
+// All state is under one lock that is held for look-ups only: nothing is posted, called back or waited for under it.
 class MemoryMIDI::Hub {
 public:
     struct Listener {
@@ -21,7 +19,7 @@ public:
         bool inCallback = false;
     };
 
-    Hub(Runtime& rt, Duration deliveryLatency) : runtime(rt), latency(deliveryLatency) {}
+    Hub(Runtime& rt, Duration deliveryLatency) : runtime(rt), latency(deliveryLatency), lock(rt, Nesting::inBackEnd) {}
 
     void fail(Call call, MIDIStatus status);
     MIDIStatus createClient(MIDIClientRef& client);
@@ -61,7 +59,7 @@ private:
     Runtime& runtime;
     const Duration latency;
 
-    mutable std::mutex lock;
+    mutable Mutex lock;
     std::array<MIDIStatus, 4> failures{};
     MIDIClientRef clients = 0;
     MIDIEndpointRef lastEndpoint = 0;

@@ -132,7 +132,7 @@ TEST_F(MemoryMIDITest, CallsNobodyAfterTheConnectionIsDestroyed) {
 TEST_F(MemoryMIDITest, MayBeCalledWithAMutexHeld) {
     makePorts("Lumbrine");
     const auto connection = connect("Lumbrine");
-    Mutex mutex(runtime);
+    Mutex mutex(runtime, Nesting::overBackEnd);
     for (int i = 0; i < 4; ++i) {
         runtime.background(Priority::normal, [&] {
             const Lock lock(mutex);

@@ -119,6 +119,47 @@ TEST_F(VirtualRuntimeRulesDeathTest, ForbidsToTakeASecondMutexOrTheSameTwice) {
         "main takes a Mutex while it holds a Mutex");
 }
 
+TEST_F(VirtualRuntimeRules, AllowsABackEndsMutexWithinOneThatIsMeantForIt) {
+    Mutex outer(runtime, Nesting::overBackEnd);
+    Mutex inner(runtime, Nesting::inBackEnd);
+    const Lock lock(outer);
+    const Lock second(inner);
+}
+
+TEST_F(VirtualRuntimeRulesDeathTest, ForbidsABackEndsMutexWithinAnyOther) {
+    Mutex inner(runtime, Nesting::inBackEnd);
+    EXPECT_DEATH(
+        {
+            const Lock lock(mutex);
+            const Lock second(inner);
+        },
+        "main takes a Mutex while it holds a Mutex");
+}
+
+TEST_F(VirtualRuntimeRulesDeathTest, ForbidsAnyMutexWithinABackEnds) {
+    Mutex outer(runtime, Nesting::overBackEnd);
+    Mutex inner(runtime, Nesting::inBackEnd);
+    EXPECT_DEATH(
+        {
+            const Lock lock(inner);
+            const Lock second(outer);
+        },
+        "main takes a Mutex while it holds a Mutex");
+}
+
+TEST_F(VirtualRuntimeRulesDeathTest, ForbidsAThirdMutex) {
+    Mutex outer(runtime, Nesting::overBackEnd);
+    Mutex inner(runtime, Nesting::inBackEnd);
+    Mutex other(runtime, Nesting::inBackEnd);
+    EXPECT_DEATH(
+        {
+            const Lock lock(outer);
+            const Lock second(inner);
+            const Lock third(other);
+        },
+        "main takes a Mutex while it holds a Mutex");
+}
+
 TEST_F(VirtualRuntimeRulesDeathTest, ForbidsToEndAJobWithAMutexHeld) {
     EXPECT_DEATH(
         {

@@ -279,7 +279,7 @@ void VirtualScheduler::join() {
 
 void VirtualScheduler::expectNoMutexHeld(std::string_view action) const {
     const VirtualThread& thread = self();
-    if (thread.holds != nullptr) fail(thread.name + " " + std::string(action) + " while it holds a Mutex");
+    if (!thread.holds.empty()) fail(thread.name + " " + std::string(action) + " while it holds a Mutex");
 }
 
 std::string VirtualScheduler::describe(const VirtualThread& thread) const {
@@ -302,7 +302,7 @@ std::string VirtualScheduler::describe(const VirtualThread& thread) const {
     }
     if (thread.state == State::blocked && thread.deadline)
         text += " until " + std::to_string(inSeconds(thread.deadline->time_since_epoch())) + " s";
-    if (thread.holds != nullptr) text += ", holds a Mutex";
+    if (!thread.holds.empty()) text += ", holds a Mutex";
     return "  " + text + "\n";
 }
 

@@ -22,6 +22,8 @@
 
 namespace lumbrine {
 
+class Mutex;
+
 // One thread of the virtual world: the main thread, or a worker that runs one job after another.
 struct VirtualThread {
     std::uint64_t number = 0; // 0 is the main thread
@@ -38,8 +40,8 @@ struct VirtualThread {
     TimePoint since; // when it began to wait
 
     Task job;
-    bool mustRun = false;        // also when the world ends before the job began
-    const void* holds = nullptr; // the Mutex it holds
+    bool mustRun = false; // also when the world ends before the job began
+    std::vector<const Mutex*> holds;
     Standstills::Pace pace;
 };
 
