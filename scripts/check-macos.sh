@@ -1,9 +1,16 @@
 #!/usr/bin/env bash
-# check-macos.sh [SDK [JOBS]]: on Linux, compiles all product code for the Mac's two processors against a macOS SDK
-# (a folder with System/ and usr/; also from LUMBRINE_MACOS_SDK), links Lumbrine, looks into what comes out, and puts
-# the bundle together, unsigned. Nothing of it is run. Without an SDK it says so and succeeds.
+# check-macos.sh [--tests ARCHITECTURES] [SDK [JOBS]]: on Linux, compiles all product code for the Mac's two processors
+# against a macOS SDK (a folder with System/ and usr/; also from LUMBRINE_MACOS_SDK), links Lumbrine, looks into what
+# comes out, and puts the bundle together, unsigned. The tests are compiled and linked for ARCHITECTURES: 'arm64', which
+# is the default and takes most of the time, 'arm64 x86_64', or '' for none. Nothing of it is run. Without an SDK it
+# says so and succeeds.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+tests=arm64
+if [ "${1:-}" = --tests ]; then
+    tests=$2
+    shift 2
+fi
 sdk=${1:-${LUMBRINE_MACOS_SDK:-}}
 jobs=${2:-$(nproc)}
 out=build/macos
@@ -13,9 +20,10 @@ if [ -z "$sdk" ]; then
     exit 0
 fi
 for need in "$sdk/System/Library/Frameworks/AppKit.framework" /usr/bin/clang++-19 /usr/bin/ld64.lld-19 \
-    /usr/bin/llvm-lipo-19 /usr/lib/llvm-19/include/c++/v1/expected; do
+    /usr/bin/llvm-lipo-19 /usr/lib/llvm-19/include/c++/v1/expected /usr/src/googletest; do
     if [ ! -e "$need" ]; then
-        echo "macOS: not checked, since $need is missing (packages clang-19, lld-19, llvm-19, libc++-19-dev)"
+        echo "macOS: not checked, since $need is missing" \
+            "(packages clang-19, lld-19, llvm-19, libc++-19-dev, googletest)"
         exit 0
     fi
 done
@@ -25,15 +33,37 @@ fail() {
     exit 1
 }
 
+# build ARCH TARGET WHAT: without a warning, or the end.
+build() {
+    local arch=$1 target=$2 what=$3 log=$out/$1-$2.log
+    cmake --build "build/macos-$arch" --target "$target" -- -j "$jobs" >"$log" 2>&1 ||
+        { cat "$log"; fail "$arch: $what do not build"; }
+    if grep -n 'warning:' "$log"; then fail "$arch: $what build with warnings"; fi
+    echo "macOS: $arch: $what compiled and linked without a warning"
+}
+
 mkdir -p "$out"
 for arch in arm64 x86_64; do
     export LUMBRINE_MACOS_SDK=$sdk LUMBRINE_MACOS_ARCH=$arch
-    [ -f "build/macos-$arch/build.ninja" ] || cmake -G Ninja -S . -B "build/macos-$arch" \
-        --toolchain cmake/macos-cross.cmake -DCMAKE_BUILD_TYPE=Release >/dev/null
-    cmake --build "build/macos-$arch" --target lumbrine_product -- -j "$jobs" >"$out/$arch.log" 2>&1 ||
-        { cat "$out/$arch.log"; fail "$arch does not build"; }
-    if grep -n 'warning:' "$out/$arch.log"; then fail "$arch builds with warnings"; fi
-    echo "macOS: $arch compiled and linked without a warning"
+    export LUMBRINE_MACOS_LIBRARIES=$PWD/build/macos-libraries-$arch
+    export PKG_CONFIG_LIBDIR=$LUMBRINE_MACOS_LIBRARIES/usr/lib/pkgconfig
+    with_tests=OFF
+    if grep -qw "$arch" <<<"$tests"; then
+        with_tests=ON
+        scripts/macos-libraries.sh "$LUMBRINE_MACOS_LIBRARIES" >"$out/libraries-$arch.log" 2>&1 ||
+            { cat "$out/libraries-$arch.log"; fail "$arch: what tests need does not build"; }
+    fi
+    cmake -G Ninja -S . -B "build/macos-$arch" --toolchain cmake/macos-cross.cmake -DCMAKE_BUILD_TYPE=Release \
+        -DLUMBRINE_TESTS=$with_tests -DCMAKE_FIND_PACKAGE_PREFER_CONFIG=ON >/dev/null
+    build "$arch" lumbrine_product "the product's files"
+    if [ $with_tests = ON ]; then
+        build "$arch" all 'all tests'
+        # What the linker did not ask for is protobuf's and nothing else's.
+        symbols=$out/$arch.symbols
+        llvm-nm-19 -m "build/macos-$arch"/bin/* >"$symbols"
+        unknown=$(grep 'dynamically looked up' "$symbols" | grep -v 6google8protobuf || true)
+        [ -z "$unknown" ] || fail "$arch: nobody has $unknown"
+    fi
 done
 llvm-lipo-19 -create build/macos-arm64/bin/Lumbrine build/macos-x86_64/bin/Lumbrine -output "$out/Lumbrine"
 
