@@ -1,5 +1,6 @@
 #include "remote/expectation.h"
 
+#include "base/decimal_number.h"
 #include "remote/words.h"
 
 #include <array>

@@ -1,5 +1,6 @@
 #include "remote/remote_arguments.h"
 
+#include "base/decimal_number.h"
 #include "remote/script_command.h"
 #include "remote/words.h"
 

@@ -1,5 +1,6 @@
 #include "remote/script_command.h"
 
+#include "base/decimal_number.h"
 #include "remote/command_builder.h"
 #include "remote/words.h"
 

@@ -1,5 +1,6 @@
 #include "remote/terminal_console.h"
 
+#include "base/decimal_number.h"
 #include "remote/command_builder.h"
 #include "remote/track_facts.h"
 #include "remote/words.h"

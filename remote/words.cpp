@@ -1,7 +1,6 @@
 #include "remote/words.h"
 
 #include <charconv>
-#include <cmath>
 
 namespace lumbrine::remote {
 
@@ -23,30 +22,6 @@ std::optional<int> wholeNumber(std::string_view word, int smallest, int largest)
     if (error != std::errc{} || end != word.data() + word.size()) return std::nullopt;
     if (value < smallest || value > largest) return std::nullopt;
     return value;
-}
-
-// By hand: of the library's own readers one follows the locale and the other is missing from some libraries.
-std::optional<double> decimalNumber(std::string_view word) {
-    const bool negative = word.starts_with('-');
-    if (negative) word.remove_prefix(1);
-    double value = 0;
-    double weight = 1;
-    bool anyDigit = false;
-    bool behindPoint = false;
-    for (const char character : word) {
-        if (character == '.' && !behindPoint) {
-            behindPoint = true;
-        } else if (character >= '0' && character <= '9') {
-            anyDigit = true;
-            value = value * 10 + (character - '0');
-            if (behindPoint) weight *= 10;
-        } else {
-            return std::nullopt;
-        }
-    }
-    value /= weight;
-    if (!anyDigit || !std::isfinite(value)) return std::nullopt;
-    return negative ? -value : value;
 }
 
 } // namespace lumbrine::remote

@@ -14,7 +14,4 @@ std::vector<std::string_view> wordsOf(std::string_view text);
 // A whole number in decimal that lies in the range; absent for anything else, also for blanks around it.
 std::optional<int> wholeNumber(std::string_view word, int smallest, int largest);
 
-// A finite number with an optional sign and decimal point, "0.72", in every locale.
-std::optional<double> decimalNumber(std::string_view word);
-
 } // namespace lumbrine::remote

@@ -1,5 +1,7 @@
 #include "simulator/user_commands.h"
 
+#include "base/decimal_number.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -31,18 +33,18 @@ public:
     std::string_view remaining() const { return rest; }
     bool atEnd() const { return rest.empty(); }
 
-    template <typename Number>
-    std::optional<Number> number() {
+    template <typename Whole>
+    std::optional<Whole> number() {
         const std::string_view digits = word();
-        Number value{};
+        Whole value{};
         const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
         if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
         return value;
     }
 
     std::optional<double> within(double least, double most) {
-        const auto value = number<double>();
-        return value && *value >= least && *value <= most ? value : std::nullopt; // NaN is within nothing
+        const auto value = decimalNumber(word());
+        return value && *value >= least && *value <= most ? value : std::nullopt;
     }
 
     // The index in the session of a track told by its number.
