@@ -18,7 +18,7 @@ SimulatedSession numberedTracks(int count);
 std::vector<std::string> displayNames(int count);
 
 // What is tested here is the order of seconds, not of microseconds.
-inline constexpr VirtualRuntime::Options patientThreads{.patience = 16};
+inline const VirtualRuntime::Options patientThreads{.patience = 16};
 
 // The bank and channel buttons, by their ports.
 enum class Press { channelLeft, bankLeft, channelRight, bankRight };
