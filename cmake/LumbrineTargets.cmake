@@ -95,6 +95,7 @@ endfunction()
 # lumbrine_test(NAME SOURCES ... DEPENDS ... MAIN library TIMEOUT seconds LABELS ... TOOLKIT): a GoogleTest program, one
 # CTest entry. Eight of its files are compiled together, in half the time. TOOLKIT as above. MAIN has the program's
 # `main` in the place of GoogleTest's.
+# The target lumbrine_tests is all test programs, with the programs that they start.
 function(lumbrine_test name)
     if(NOT LUMBRINE_TESTS)
         return()
@@ -116,6 +117,10 @@ function(lumbrine_test name)
         target_precompile_headers(${name} REUSE_FROM lumbrine_test_headers)
     endif()
     lumbrine_batch(${name})
+    if(NOT TARGET lumbrine_tests)
+        add_custom_target(lumbrine_tests)
+    endif()
+    add_dependencies(lumbrine_tests ${name})
     add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
 endfunction()

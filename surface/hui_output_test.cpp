@@ -49,6 +49,12 @@ TEST_F(HUIOutput, ClampsAFaderToItsRange) {
     EXPECT_EQ(trace.sent, (Messages{bottomHigh, bottomLow, topHigh, topLow, bottomHigh, bottomLow, topHigh, topLow}));
 }
 
+// Also shows that assertions run in what is tested.
+using HUIOutputDeathTest = HUIOutput;
+TEST_F(HUIOutputDeathTest, TakesNoFaderThatIsNotANumber) {
+    EXPECT_DEATH(engine.sendFader(2, std::numeric_limits<double>::quiet_NaN()), "isnan");
+}
+
 TEST_F(HUIOutput, TouchesAndReleasesAFader) {
     engine.touch(5);
     engine.release(5);
