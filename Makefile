@@ -36,9 +36,9 @@ bench: build
 simulate: build
 	@$(BIN)/simulation_tests --seeds $(SEEDS)
 
-# make fuzz SECONDS=600
+# make fuzz SECONDS=600; with SINCE=COMMIT only what has changed since then
 fuzz: setup
-	@scripts/fuzz.sh $(SECONDS) $(JOBS)
+	@scripts/fuzz.sh $(SECONDS) $(JOBS) $(SINCE)
 
 check: setup
 	@scripts/check.sh $(JOBS)
