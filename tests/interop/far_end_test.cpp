@@ -1,4 +1,4 @@
-// The far end of virtual time beside gRPC's official server: a simulated session is worth what the one has of the other.
+// The far end of virtual time beside gRPC's official server: simulated sessions are worth what the two have in common.
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"

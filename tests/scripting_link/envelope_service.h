@@ -5,6 +5,7 @@
 #include "platform/virtual/virtual_streams.h"
 #include "ptsl/ptsl_client.h"
 #include "ptsl/testing/scripted_service.h"
+#include "simulator/wire/grpc_connection.h"
 
 #include <cstdint>
 #include <functional>
@@ -21,10 +22,11 @@ struct Request {
     std::string json;
 };
 
-// What a response message is made of; an empty text is left out.
+// Response messages.
 Bytes reply(const std::string& json);
 Bytes failure(const std::string& errorJSON, std::uint64_t status = 4);
 
+// It answers by libnghttp2 and the generated classes. Where bytes matter, a test sets `answer` and sends its own.
 class EnvelopeService : public ScriptedService {
 public:
     explicit EnvelopeService(VirtualStreams& virtualStreams, std::uint16_t atPort = port);
@@ -36,6 +38,16 @@ public:
     std::vector<Request> requests;
 
     std::vector<std::uint64_t> commands() const;
+
+private:
+    struct FarEnd {
+        wire::GrpcConnection grpc;
+        std::size_t read = 0; // of what the connection received
+    };
+
+    Bytes answerTo(const Bytes& message);
+
+    std::map<std::size_t, FarEnd> farEnds; // of the connections
 };
 
 // A client and its service in virtual time.

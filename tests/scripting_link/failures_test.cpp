@@ -169,9 +169,9 @@ TEST_F(ClientFailures, NeverHoldUpACommandBeyondItsBound) {
     scripted.answer = [&, usual = scripted.answer](ScriptedService::Call& call) {
         // Every other attempt drips to the last moment, the one after it succeeds as late as it can.
         if (call.number % 2 == 1) return call.line.drip(Bytes(100, 0xFF), 900ms);
-        runtime.backgroundAfter(2999ms, [&, line = call.line, stream = call.stream, message = call.message]() mutable {
+        runtime.backgroundAfter(2999ms, [&, line = call.line, call]() mutable {
             ++refused;
-            ScriptedService::Call late{line, stream, message, 0, 0};
+            ScriptedService::Call late{line, call.stream, call.message, call.number, call.connection};
             usual(late);
         });
     };
