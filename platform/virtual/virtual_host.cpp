@@ -96,8 +96,9 @@ int VirtualNetwork::Host::send(int fd, ByteView bytes, const PeerAddress& to) {
     if (!peer || peer->port == 0) return -EINVAL;
     if (sender->port == 0) sender->port = freePort();
     const bool toItself = isLoopback(peer->host);
-    network.carry(pack({toItself ? peer->host : address, sender->port}), toItself ? address : peer->host, peer->port,
-                  bytes);
+    Host* const receiver = toItself ? this : network.find(peer->host);
+    if (receiver == this || (receiver != nullptr && reachable && receiver->reachable))
+        network.carry(pack({toItself ? peer->host : address, sender->port}), *receiver, peer->port, bytes);
     return static_cast<int>(bytes.size());
 }
 
@@ -108,6 +109,15 @@ void VirtualNetwork::Host::arrive(TimePoint when, std::uint16_t port, const Peer
         receiver->datagrams.push(when, Datagram{from, Bytes(bytes.begin(), bytes.end())});
         receiver->changed->notifyAll();
         return;
+    }
+}
+
+void VirtualNetwork::Host::loseWhatIsUnderWay() {
+    for (const auto& [fd, receiver] : sockets) {
+        DeadlineHeap<TimePoint, Datagram> arrived;
+        while (auto datagram = receiver->datagrams.popDue(network.runtime.now()))
+            arrived.push(network.runtime.now(), *std::move(datagram));
+        receiver->datagrams = std::move(arrived);
     }
 }
 

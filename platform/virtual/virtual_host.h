@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace lumbrine {
 
@@ -17,6 +18,10 @@ public:
     Host(VirtualNetwork& virtualNetwork, std::string hostAddress);
 
     void fail(Call call, int error);
+    void cutOff(bool isCutOff) { reachable = !isCutOff; }
+    bool isReachable() const { return reachable; }
+    void moveTo(std::string newAddress) { address = std::move(newAddress); }
+    void loseWhatIsUnderWay();
 
     // A datagram that will be there at that time.
     void arrive(TimePoint when, std::uint16_t port, const PeerAddress& from, ByteView bytes);
@@ -52,7 +57,8 @@ private:
     std::uint16_t freePort();
 
     VirtualNetwork& network;
-    const std::string address; // in dual-stack form
+    std::string address; // in dual-stack form
+    bool reachable = true;
     std::map<int, std::shared_ptr<Socket>> sockets;
     std::array<int, 4> failures{};
     std::uint16_t nextPort = 49152;

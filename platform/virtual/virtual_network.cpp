@@ -2,6 +2,9 @@
 
 #include "platform/virtual/virtual_host.h"
 
+#include <cassert>
+#include <utility>
+
 namespace lumbrine {
 
 VirtualNetwork::VirtualNetwork(VirtualRuntime& rt) : runtime(rt) {}
@@ -29,19 +32,47 @@ void VirtualNetwork::fail(const std::string& address, Call call, int error) {
     find(dualStackForm(address).value_or(address))->fail(call, error);
 }
 
-void VirtualNetwork::carry(const PeerAddress& from, const std::string& toHost, std::uint16_t toPort, ByteView bytes) {
-    Host* const receiver = find(toHost);
-    if (receiver == nullptr) return;
+void VirtualNetwork::cutOff(const std::string& address, bool isCutOff) {
+    host(address);
+    find(dualStackForm(address).value_or(address))->cutOff(isCutOff);
+}
+
+void VirtualNetwork::move(const std::string& address, const std::string& newAddress) {
+    const std::string newForm = dualStackForm(newAddress).value_or(newAddress);
+    assert(!hosts.contains(newForm));
+    auto machine = hosts.extract(dualStackForm(address).value_or(address));
+    if (machine.empty()) return;
+    machine.mapped()->moveTo(newForm);
+    machine.key() = newForm;
+    hosts.insert(std::move(machine));
+}
+
+void VirtualNetwork::forge(const std::string& fromHost, std::uint16_t fromPort, const std::string& toHost,
+                           std::uint16_t toPort, ByteView bytes) {
+    Host* const receiver = find(dualStackForm(toHost).value_or(toHost));
+    if (receiver != nullptr && receiver->isReachable())
+        carry(pack({dualStackForm(fromHost).value_or(fromHost), fromPort}), *receiver, toPort, bytes);
+}
+
+void VirtualNetwork::loseWhatIsUnderWay() {
+    for (const auto& [address, machine] : hosts)
+        machine->loseWhatIsUnderWay();
+}
+
+void VirtualNetwork::carry(const PeerAddress& from, Host& receiver, std::uint16_t toPort, ByteView bytes) {
     const auto happens = [this](double probability) {
         return probability > 0 && static_cast<double>(runtime.random() >> 11) * 0x1p-53 < probability;
+    };
+    const auto upTo = [this](Duration most) {
+        return Duration(runtime.random() % static_cast<std::uint64_t>(most.count() + 1));
     };
     if (happens(faults.loss)) return;
     const int copies = happens(faults.duplication) ? 2 : 1;
     for (int i = 0; i < copies; ++i) {
         Duration delay = faults.latency;
-        if (faults.jitter > Duration::zero())
-            delay += Duration(runtime.random() % static_cast<std::uint64_t>(faults.jitter.count() + 1));
-        receiver->arrive(runtime.now() + delay, toPort, from, bytes);
+        if (faults.jitter > Duration::zero()) delay += upTo(faults.jitter);
+        if (happens(faults.straying)) delay += upTo(faults.detour);
+        receiver.arrive(runtime.now() + delay, toPort, from, bytes);
     }
 }
 

@@ -21,6 +21,8 @@ public:
         double duplication = 0; // probability that it arrives twice
         Duration latency = Duration::zero();
         Duration jitter = Duration::zero(); // up to this much more, for each datagram by itself: later ones overtake
+        double straying = 0;                // probability that a datagram is held up somewhere
+        Duration detour = Duration::zero(); // for up to this long, on top of all else
     };
 
     explicit VirtualNetwork(VirtualRuntime& rt);
@@ -38,10 +40,24 @@ public:
     enum class Call { open, bind, receive, send };
     void fail(const std::string& address, Call call, int error);
 
+    // While a machine is cut off, all that is sent to it or by it is lost, and nobody's call fails.
+    void cutOff(const std::string& address, bool isCutOff);
+
+    // The machine has another address from now on, with the same sockets and ports; the old one is nobody's. No machine
+    // has the new one yet.
+    void move(const std::string& address, const std::string& newAddress);
+
+    // A datagram whose sender is made up. It fares as every other.
+    void forge(const std::string& fromHost, std::uint16_t fromPort, const std::string& toHost, std::uint16_t toPort,
+               ByteView bytes);
+
+    // Everything that has not arrived yet is lost.
+    void loseWhatIsUnderWay();
+
 private:
     class Host;
 
-    void carry(const PeerAddress& from, const std::string& toHost, std::uint16_t toPort, ByteView bytes);
+    void carry(const PeerAddress& from, Host& receiver, std::uint16_t toPort, ByteView bytes);
     Host* find(const std::string& address);
 
     VirtualRuntime& runtime;

@@ -129,6 +129,70 @@ TEST_F(VirtualNetworkTest, LosesDoublesAndOvertakesWithTheirProbabilities) {
     end(fd);
 }
 
+TEST_F(VirtualNetworkTest, HoldsSomeDatagramsUpForSeconds) {
+    const int fd = bound(desktop, serverPort);
+    serve(fd);
+    network.setFaults({.latency = 1ms, .straying = 0.1, .detour = 3s});
+    for (int i = 0; i < 1000; ++i)
+        sendFromPhone({1});
+    runtime.runFor(1ms);
+    EXPECT_NEAR(static_cast<double>(received.size()), 900, 40);
+    runtime.runFor(3s);
+    EXPECT_EQ(received.size(), 1000u);
+    EXPECT_GT(arrivals.back(), 2s);
+    end(fd);
+}
+
+TEST_F(VirtualNetworkTest, LosesWhatIsSentToOrByAMachineThatIsCutOff) {
+    const int fd = bound(desktop, serverPort);
+    serve(fd);
+    for (const char* machine : {"192.168.1.7", "192.168.1.20"}) {
+        network.cutOff(machine, true);
+        sendFromPhone({1});
+        network.cutOff(machine, false);
+    }
+    sendFromPhone({2});
+    runtime.runUntilIdle();
+    EXPECT_EQ(received, (std::vector<Bytes>{{2}}));
+    end(fd);
+}
+
+TEST_F(VirtualNetworkTest, KeepsAMachinesSocketsWhenItsAddressChanges) {
+    const int fd = bound(desktop, serverPort);
+    serve(fd);
+    network.move("192.168.1.20", "192.168.1.99");
+    network.move("192.168.1.7", "192.168.1.77");
+    sendFromPhone({1});
+    sendFromPhone({2}, "192.168.1.77");
+    runtime.runUntilIdle();
+    EXPECT_EQ(received, (std::vector<Bytes>{{2}}));
+    EXPECT_EQ(peers.at(0), "::ffff:192.168.1.99:50000");
+    end(fd);
+}
+
+TEST_F(VirtualNetworkTest, CarriesADatagramWhoseSenderIsMadeUp) {
+    const int fd = bound(desktop, serverPort);
+    serve(fd);
+    network.forge("10.0.0.9", 7, "192.168.1.7", serverPort, Bytes{1});
+    runtime.runUntilIdle();
+    EXPECT_EQ(received, (std::vector<Bytes>{{1}}));
+    EXPECT_EQ(peers.at(0), "::ffff:10.0.0.9:7");
+    end(fd);
+}
+
+TEST_F(VirtualNetworkTest, LosesWhatIsUnderWayAndKeepsWhatHasArrived) {
+    const int fd = bound(desktop, serverPort);
+    network.setFaults({.latency = 5ms});
+    sendFromPhone({1});
+    runtime.runFor(5ms);
+    sendFromPhone({2});
+    network.loseWhatIsUnderWay();
+    serve(fd);
+    runtime.runFor(1s);
+    EXPECT_EQ(received, (std::vector<Bytes>{{1}}));
+    end(fd);
+}
+
 TEST_F(VirtualNetworkTest, KeepsAtMost4096DatagramsForASocket) {
     const int fd = bound(desktop, serverPort);
     for (int i = 0; i < 4100; ++i)
