@@ -5,6 +5,7 @@
 #include "tests/simulation/job_checkers.h"
 #include "tests/simulation/presence_checker.h"
 #include "tests/simulation/source_checkers.h"
+#include "tests/simulation/strangers_checker.h"
 #include "tests/simulation/turn_checker.h"
 #include "tests/simulation/walk_actions.h"
 
@@ -192,7 +193,7 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
     const Requests requests = requestsIn(acceptance.accepted);
     Violations violations;
     const auto add = [&](std::string_view checker, const Violations& found) {
-        if (!scenario.switches.isOn(checker)) return;
+        if (!scenario.switches.isOn(checker) || !scenario.hardships.letsJudge(checker)) return;
         for (const std::string& violation : found)
             violations.push_back(std::string(checker) + ": " + violation);
     };
@@ -223,6 +224,7 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
     add("places", checkPlaces(scenario, evidence, requests, wires, walked));
     add("presence", checkPresence(evidence, acceptance));
     add("sources", checkSources(scenario, evidence));
+    add("strangers", checkStrangers(evidence));
     add("untimely-sends", evidence.untimelySends);
     add("recovery", evidence.recovery.violations);
     add("picture", checkPicture(scenario, evidence));

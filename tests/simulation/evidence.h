@@ -24,6 +24,7 @@ struct Recovery {
 struct Evidence {
     TimePoint begun;                                   // the ticks count from here
     std::vector<ReceivedDatagram> datagrams;           // as the receiver got them
+    std::vector<SentDatagram> answers;                 // what it sent, where strangers are on the network
     std::vector<std::vector<ReceivedPacket>> surfaces; // as the host got them
     JobRecord jobs;
     std::vector<Stretch> disturbances;      // of the host, with what they leave behind

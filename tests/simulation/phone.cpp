@@ -1,5 +1,6 @@
 #include "tests/simulation/phone.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <numeric>
@@ -18,10 +19,12 @@ remote::RemoteOptions optionsOf(int number) {
 
 } // namespace
 
-Phone::Phone(VirtualRuntime& rt, VirtualNetwork& virtualNetwork, const Scenario& decided, int number)
-    : runtime(rt), network(virtualNetwork), scenario(decided), address("192.168.1." + std::to_string(100 + number)),
+Phone::Phone(VirtualRuntime& rt, VirtualNetwork& virtualNetwork, const Scenario& decided, int phoneNumber)
+    : runtime(rt), network(virtualNetwork), scenario(decided),
+      ownAddress(std::make_shared<std::string>("192.168.1." + std::to_string(100 + phoneNumber))), number(phoneNumber),
       chance(decided.seed * 31 + static_cast<unsigned>(number)),
-      remote(std::make_unique<remote::RemoteClient>(rt, virtualNetwork.host(address), optionsOf(number))) {
+      roaming(chanceOf(decided.seed, "phones-move " + std::to_string(number))),
+      remote(std::make_unique<remote::RemoteClient>(rt, virtualNetwork.host(address()), optionsOf(number))) {
     remote->connect(receiverAddress, receiverPort);
 }
 
@@ -33,7 +36,7 @@ void Phone::act() {
 
 void Phone::rest() {
     resting = true;
-    network.fail(address, VirtualNetwork::Call::send, 0);
+    network.fail(address(), VirtualNetwork::Call::send, 0);
     for (int i = 0; i < stripCount; ++i)
         remote->release(*Strip::of(i));
 }
@@ -81,6 +84,9 @@ void Phone::doIt(Act act) {
     case Act::walkOut:
         if (chance.oneIn(6)) walkOut(seconds(0.5) * static_cast<int>(1 + chance.below(18)));
         return;
+    case Act::setGroupSwitches:
+    case Act::toggleInputMonitor:
+        return wishOfService(act, strip);
     }
 }
 
@@ -94,6 +100,7 @@ bool Phone::mayAskFor(TimePoint& next, Duration pause) {
 void Phone::gesture(Strip strip, int movesLeft) {
     if (resting) return;
     remote->move(strip, anyFader());
+    if (scenario.hardships.phonesMove && roaming.oneIn(60)) roam();
     if (movesLeft > 1) {
         runtime.postMainAfter(seconds(0.02), [this, strip, movesLeft] { gesture(strip, movesLeft - 1); });
     } else if (!chance.oneIn(8)) {
@@ -141,8 +148,26 @@ void Phone::setMode(Strip strip) {
 }
 
 void Phone::walkOut(Duration absence) {
-    network.fail(address, VirtualNetwork::Call::send, ENETDOWN);
-    runtime.postMainAfter(absence, [&net = network, from = address] { net.fail(from, VirtualNetwork::Call::send, 0); });
+    network.fail(address(), VirtualNetwork::Call::send, ENETDOWN);
+    runtime.postMainAfter(absence,
+                          [&net = network, own = ownAddress] { net.fail(*own, VirtualNetwork::Call::send, 0); });
+}
+
+// What goes to the scripting service and not to the surfaces.
+void Phone::wishOfService(Act act, Strip strip) {
+    if (!mayAskFor(nextWish, seconds(0.5))) return;
+    if (act == Act::toggleInputMonitor) return remote->send(remote::inputMonitorToggleCommand(strip));
+    const bool on = chance.oneIn(2);
+    std::vector<remote::Member> tracks(1 + chance.below(mostMembers));
+    std::ranges::generate(tracks, [this] { return anyTrack(); });
+    remote->send(chance.oneIn(2) ? remote::groupMuteCommand(on, tracks) : remote::groupSoloCommand(on, tracks));
+}
+
+// Into another network, with the same socket.
+void Phone::roam() {
+    const std::string next = "10.0." + std::to_string(number) + "." + std::to_string(++moves);
+    network.move(address(), next);
+    *ownAddress = next;
 }
 
 Strip Phone::anyStrip() {

@@ -1,5 +1,5 @@
 // Somebody at a phone: plays faders, presses and turns, moves the banks and has them moved, forgets to let go, walks
-// out of the network and back, takes over.
+// out of the network and back, into another one, takes over.
 #pragma once
 
 #include "platform/virtual/virtual_network.h"
@@ -23,12 +23,13 @@ public:
     static constexpr std::uint64_t mostMembers = 6;
     static constexpr std::uint64_t mostRangeTracks = 24;
 
-    Phone(VirtualRuntime& rt, VirtualNetwork& virtualNetwork, const Scenario& decided, int number);
+    Phone(VirtualRuntime& rt, VirtualNetwork& virtualNetwork, const Scenario& decided, int phoneNumber);
 
     void act();  // does something now, and again later, until `rest`
     void rest(); // lets go of everything
 
     remote::RemoteClient& client() { return *remote; }
+    const std::string& address() const { return *ownAddress; }
 
 private:
     Act nextAct();
@@ -41,6 +42,8 @@ private:
     void walk(Act act);
     void setMode(Strip strip);
     void walkOut(Duration absence);
+    void wishOfService(Act act, Strip strip);
+    void roam();
 
     Strip anyStrip();
     remote::Member anyTrack();
@@ -50,8 +53,11 @@ private:
     VirtualRuntime& runtime;
     VirtualNetwork& network;
     const Scenario& scenario;
-    const std::string address;
+    const std::shared_ptr<std::string> ownAddress; // as it is at the moment
+    const int number;
     SeededRandom chance;
+    SeededRandom roaming;
+    int moves = 0;
     std::unique_ptr<remote::RemoteClient> remote;
     bool resting = false;
 
@@ -59,6 +65,7 @@ private:
     TimePoint nextScan;
     TimePoint nextWalk;
     TimePoint nextMode;
+    TimePoint nextWish;
 };
 
 } // namespace lumbrine::simulation

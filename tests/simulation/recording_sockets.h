@@ -16,14 +16,23 @@ struct ReceivedDatagram {
     Bytes bytes;
 };
 
+struct SentDatagram {
+    TimePoint at;
+    std::string receiver; // "host:port"
+    std::uint8_t type = 0;
+};
+
 // One thread receives; the record is read when that thread has nothing more to receive.
 class RecordingSockets final : public DatagramSockets {
 public:
     // Meters that do not arrive are lost on the way.
-    RecordingSockets(Runtime& rt, DatagramSockets& real, bool metersArrive)
-        : runtime(rt), sockets(real), carriesMeters(metersArrive) {}
+    RecordingSockets(Runtime& rt, DatagramSockets& real, bool metersArrive, bool notesWhatIsSent)
+        : runtime(rt), sockets(real), carriesMeters(metersArrive), notesSends(notesWhatIsSent) {}
 
     const std::vector<ReceivedDatagram>& received() const { return record; }
+
+    // Empty unless it is noted.
+    const std::vector<SentDatagram>& sent() const { return sends; }
 
     // Called before each datagram goes out, on whichever thread sends it. Set before anybody sends.
     std::function<void(ByteView)> onSend;
@@ -47,8 +56,12 @@ public:
 private:
     Runtime& runtime;
     DatagramSockets& sockets;
+    std::string nameOf(const PeerAddress& address);
+
     const bool carriesMeters;
+    const bool notesSends;
     std::vector<ReceivedDatagram> record;
+    std::vector<SentDatagram> sends;
 };
 
 } // namespace lumbrine::simulation

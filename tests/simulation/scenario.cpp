@@ -69,9 +69,10 @@ int trackCount(SeededRandom& chance) {
 
 // Each phone does some things and leaves others, so that some sessions are all about one thing.
 std::array<int, actCount> chooseHabits(SeededRandom& chance) {
+    constexpr auto onSurfaces = static_cast<std::size_t>(Act::setGroupSwitches); // the acts before
     std::array<int, actCount> habits{};
-    for (int& weight : habits)
-        weight = chance.oneIn(3) ? 0 : 1 + static_cast<int>(chance.below(3));
+    for (std::size_t act = 0; act < onSurfaces; ++act)
+        habits[act] = chance.oneIn(3) ? 0 : 1 + static_cast<int>(chance.below(3));
     habits[static_cast<std::size_t>(Act::playFader)] += 2;
     habits[static_cast<std::size_t>(Act::seekBank)] += 1;
     return habits;
@@ -125,6 +126,14 @@ void chooseSources(std::uint64_t seed, Scenario& scenario) {
     screen.hiddenTracksListed = listIsWhole && chance.oneIn(3);
 }
 
+void chooseWishes(std::uint64_t seed, Scenario& scenario) {
+    constexpr std::string_view name = "wishes-to-the-service";
+    SeededRandom chance = chanceOf(seed, name);
+    if (!scenario.switches.isOn(name) || chance.oneIn(2)) return;
+    for (const Act act : {Act::setGroupSwitches, Act::toggleInputMonitor})
+        scenario.habits[static_cast<std::size_t>(act)] = static_cast<int>(chance.below(4));
+}
+
 } // namespace
 
 SeededRandom chanceOf(std::uint64_t seed, std::string_view name) {
@@ -154,6 +163,17 @@ Scenario scenarioOf(std::uint64_t seed, const Switches& switches) {
     scenario.troubles = chooseTroubles(chance);
     if (chance.oneIn(3)) soothe(chance, scenario);
     chooseSources(seed, scenario);
+    chooseWishes(seed, scenario);
+    scenario.hardships = hardshipsOf(seed, switches);
+    // Two who answer each other for ever do so a bounded number of times in a second, and do not become ever more.
+    if (scenario.hardships.strangers()) {
+        scenario.network.latency = seconds(0.02);
+        scenario.network.duplication = 0;
+    }
+    if (scenario.hardships.datagramsStray) {
+        scenario.network.straying = 0.02;
+        scenario.network.detour = seconds(3);
+    }
     // Long enough for the first scan to end, and then some.
     const int banks = scenario.tracks / scenario.strips();
     scenario.trouble = seconds(18) + seconds(1) * std::min(banks, 30);
@@ -181,7 +201,9 @@ std::string Scenario::text() const {
            inWords(sources.scripting, "a scripting service") + inWords(sources.screen, "a screen to read") +
            inWords(host.screen.hiddenTracksListed, "which lists hidden tracks") +
            inWords(troubles.serviceFails, "the service fails") + inWords(troubles.screenFails, "the screen fails") +
-           inWords(troubles.permissionGoes, "permission goes") + inWords(troubles.commentsChange, "comments change");
+           inWords(troubles.permissionGoes, "permission goes") + inWords(troubles.commentsChange, "comments change") +
+           inWords(weight(Act::setGroupSwitches) + weight(Act::toggleInputMonitor) > 0, "wishes to the service") +
+           hardships.text();
 }
 
 } // namespace lumbrine::simulation

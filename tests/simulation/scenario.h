@@ -4,6 +4,7 @@
 #include "platform/virtual/virtual_network.h"
 #include "simulator/seeded_random.h"
 #include "simulator/simulator_options.h"
+#include "tests/simulation/hardships.h"
 #include "tests/simulation/not_yet.h"
 #include "tests/simulation/source_truth.h"
 
@@ -31,8 +32,10 @@ enum class Act {
     setMode,
     takeOver,
     walkOut,
+    setGroupSwitches,
+    toggleInputMonitor,
 };
-inline constexpr std::size_t actCount = 15;
+inline constexpr std::size_t actCount = 17;
 
 // What may go wrong around the receiver while the phones act.
 struct Troubles {
@@ -63,6 +66,7 @@ struct Scenario {
     bool forger = false;                // somebody on the network sends what is not its to send
     std::array<int, actCount> habits{}; // how often phones do what, as weights
     Troubles troubles;
+    Hardships hardships;
     Duration trouble = seconds(30);
 
     // Whether the receiver can read all that the host sends: it takes one display from a message, and no running

@@ -1,5 +1,7 @@
 #include "tests/simulation/trouble.h"
 
+#include "tests/simulation/surroundings.h"
+
 #include <algorithm>
 #include <array>
 
@@ -35,12 +37,15 @@ void Trouble::run() {
     }
     // Until the ports are grabbed.
     disturb(world.scenario.host.grabPortsAfter + seconds(2));
+    Surroundings surroundings(world);
     const TimePoint end = world.runtime.now() + world.scenario.trouble;
-    while (world.runtime.now() < end) {
+    const auto left = [&] { return end + surroundings.slept() - world.runtime.now(); };
+    while (left() > Duration::zero()) {
         const Duration peace = seconds(0.1) * static_cast<int>(3 + chance.below(25));
-        world.runtime.runFor(std::min(peace, end - world.runtime.now()));
+        world.runtime.runFor(std::min(peace, left()));
         strike();
     }
+    surroundings.rest();
 }
 
 void Trouble::strike() {

@@ -31,8 +31,8 @@ SimulatedSession sessionOf(const Scenario& scenario) {
 } // namespace
 
 World::World(const Scenario& decided)
-    : scenario(decided), runtime({.seed = decided.seed, .patience = decided.patience}),
-      sockets(runtime, network.host(receiverAddress), decided.metersArrive),
+    : scenario(decided), runtime(runtimeOptions(decided.seed, decided.patience, decided.hardships)),
+      sockets(runtime, network.host(receiverAddress), decided.metersArrive, decided.hardships.strangers()),
       proTools(std::make_unique<SimulatedProTools>(runtime, midi, decided.host, sessionOf(decided))),
       model(ReceiverModel::create({runtime, midi, sockets, advertiser, computer, streams, json, accessibility()},
                                   Bilingual(false),
@@ -91,6 +91,7 @@ Evidence World::collect() {
     evidence.heldElements = proTools->screen().liveHandles();
     evidence.untimelySends = sends.violations();
     evidence.datagrams = sockets.received();
+    evidence.answers = sockets.sent();
     for (int surface = 0; surface < scenario.host.surfaces; ++surface)
         evidence.surfaces.push_back(proTools->received(surface));
     evidence.picture = phone().picture();

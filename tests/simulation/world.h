@@ -13,6 +13,7 @@
 #include "tests/simulation/forger.h"
 #include "tests/simulation/phone.h"
 #include "tests/simulation/source_watch.h"
+#include "tests/simulation/studio_computer.h"
 #include "tests/simulation/suppression_checker.h"
 
 #include <memory>
@@ -21,19 +22,6 @@
 #include <vector>
 
 namespace lumbrine::simulation {
-
-class QuietAdvertiser final : public ServiceAdvertiser {
-public:
-    std::unique_ptr<Advertisement> publish(AdvertisedService) override { return nullptr; }
-};
-
-class StudioComputer final : public SystemInfo {
-public:
-    std::optional<std::string> environment(const std::string&) const override { return std::nullopt; }
-    std::vector<std::string> preferredLanguages() const override { return {"en"}; }
-    std::optional<std::string> computerName() const override { return "Studio"; }
-    std::optional<std::string> primaryIPv4() const override { return receiverAddress; }
-};
 
 struct World {
     // The receiver has been started, and the phones look for it.
@@ -57,7 +45,7 @@ struct World {
     NoAccessibility noAccessibility;
     RecordingSockets sockets;
     QuietAdvertiser advertiser;
-    StudioComputer computer;
+    StudioComputer computer{receiverAddress};
     std::unique_ptr<SimulatedProTools> proTools;
     std::optional<VirtualScripting> service; // as the scenario has it
     std::shared_ptr<ReceiverModel> model;
