@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
 #include <cstdlib>
 #include <fstream>
@@ -63,16 +64,25 @@ void ChildProcess::start(const std::vector<std::string>& command, const Setup& s
     const std::vector<char*> environment = pointersTo(variables);
     const std::string log = folder.path / "output";
     const pid_t parent = ::getpid();
+    std::array<int, 2> unread{-1, -1};
+    if (!setup.outputIsRead) {
+        if (::pipe2(unread.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+        ::fcntl(unread[1], F_SETPIPE_SZ, 4096);
+    }
 
     pid = ::fork();
-    if (pid != 0) return;
+    if (pid != 0) {
+        unreadEnd = unread[0];
+        if (unread[1] >= 0) ::close(unread[1]);
+        return;
+    }
     // From here to exec nothing may allocate: another thread of the test may hold the allocator's lock.
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (::getppid() != parent) ::_exit(127);
     const int out = ::open(log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
     const int in = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
     ::dup2(in, STDIN_FILENO);
-    ::dup2(out, STDOUT_FILENO);
+    ::dup2(unread[1] >= 0 ? unread[1] : out, STDOUT_FILENO);
     ::dup2(out, STDERR_FILENO);
     ::execvpe(argv[0], argv.data(), environment.data());
     ::_exit(127);
@@ -80,9 +90,11 @@ void ChildProcess::start(const std::vector<std::string>& command, const Setup& s
 
 ChildProcess::~ChildProcess() {
     signal(SIGTERM);
-    if (wait(std::chrono::seconds(2))) return;
-    signal(SIGKILL);
-    wait(patience);
+    if (!wait(std::chrono::seconds(2))) {
+        signal(SIGKILL);
+        wait(patience);
+    }
+    if (unreadEnd >= 0) ::close(unreadEnd);
 }
 
 bool ChildProcess::running() {

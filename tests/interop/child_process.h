@@ -30,6 +30,9 @@ class ChildProcess {
 public:
     struct Setup {
         std::map<std::string, std::string> environment = {}; // added to the test's own
+
+        // Without that, standard output is a pipe of one page that nobody reads.
+        bool outputIsRead = true;
     };
 
     // Starts it; the program is looked up in PATH. Start children on a thread that lives as long as they are needed:
@@ -58,6 +61,7 @@ private:
 
     TemporaryFolder folder;
     pid_t pid = -1;
+    int unreadEnd = -1; // of standard output, when nobody reads it
     std::optional<int> status;
 };
 
