@@ -25,15 +25,11 @@ JackClient::Pointer JackClient::make(Runtime& rt, JackServer& jackServer, std::s
 }
 
 void JackClient::Ending::operator()(JackClient* client) const {
-    if (client->end()) delete client;
-}
-
-bool JackClient::end() {
-    const bool gone = !started || server.remove(*this);
-    stopping = true;
-    arrivals.ring();
-    receiver.reset();
-    return gone;
+    const std::shared_ptr<JackClient> ending(client, [](JackClient* last) { delete last; });
+    if (ending->started) ending->server.remove(ending);
+    ending->stopping = true;
+    ending->arrivals.ring();
+    ending->receiver.reset();
 }
 
 MIDIStatus JackClient::start() {

@@ -28,7 +28,7 @@ public:
     using Reviewer = std::function<bool(jack_client_t*)>;
 
     // Ends the client: ports are gone, and no reader runs any more. Where the server does not let go of the client in
-    // time (JackServer::remove), it stays until the process ends, and its reviewer may be called once more.
+    // time (JackServer::remove), it is left to the server, which may call the reviewer once more.
     struct Ending {
         void operator()(JackClient* client) const;
     };
@@ -57,7 +57,6 @@ private:
     JackClient(Runtime& rt, JackServer& jackServer, std::string clientName, Reviewer changeReviewer);
     ~JackClient() override = default;
 
-    bool end();
     static int process(jack_nframes_t frames, void* self);
 
     void setCallbacks();

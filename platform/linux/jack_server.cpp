@@ -24,25 +24,24 @@ void silenceLibrary() {
 } // namespace
 
 std::shared_ptr<JackServer> JackServer::start(Runtime& rt) {
-    return {new JackServer(rt), [](JackServer* server) {
-                if (server->end()) delete server;
-            }};
+    const std::shared_ptr<JackServer> server(new JackServer(rt));
+    server->thread = rt.startThread("jack server", [server] {
+        server->serve();
+        server->served = true;
+        server->ended.ring();
+    });
+    return {server.get(), [server](JackServer* ending) { ending->end(); }};
 }
 
 JackServer::JackServer(Runtime& rt) : runtime(rt), mutex(rt) {
     silenceLibrary();
-    thread = runtime.startThread("jack server", [this] {
-        serve();
-        served = true;
-        ended.ring();
-    });
 }
 
-bool JackServer::end() {
+void JackServer::end() {
     stopping = true;
     bell.ring();
     if (!standsStill) ended.waitFor(closingTime);
-    return served;
+    if (served) thread.reset();
 }
 
 void JackServer::ask(std::function<void(bool)> tell) {
@@ -68,11 +67,11 @@ MIDIStatus JackServer::add(Client& client) {
     return *status;
 }
 
-bool JackServer::remove(Client& client) {
+bool JackServer::remove(std::shared_ptr<Client> client) {
     return run(
-        [this, &client] {
-            client.close();
-            std::erase_if(entries, [&client](const Entry& entry) { return entry.client == &client; });
+        [this, removed = std::move(client)] {
+            removed->close();
+            std::erase_if(entries, [&removed](const Entry& entry) { return entry.client == removed.get(); });
         },
         closingTime);
 }
@@ -101,12 +100,13 @@ void JackServer::serve() {
         standsStill = false;
         closeAllWhenLost();
         runJobs();
-        if (stopping) return;
+        if (stopping) break;
         reopen();
         reviewSoon = false;
         for (const Entry& entry : entries)
             if (entry.open && !entry.client->review()) reviewSoon = true;
     }
+    runJobs(); // removals that nobody waited for any more
 }
 
 void JackServer::waitForSomething() {
@@ -128,6 +128,7 @@ void JackServer::runJobs() {
     }
     for (const std::shared_ptr<Job>& job : due) {
         job->work();
+        job->work = {}; // what it kept is gone before the caller goes on
         job->ended = true;
         job->done.ring();
     }

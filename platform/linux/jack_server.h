@@ -43,20 +43,20 @@ public:
         virtual bool review() = 0;
     };
 
-    // Clients are removed before the last owner lets go. Where the server thread does not come back from libjack within
-    // `closingTime`, thread and object stay until the process ends.
+    // Clients are removed before the last owner lets go. That waits for the server thread no longer than `closingTime`;
+    // thread and object are gone when libjack lets the thread go, if ever.
     static std::shared_ptr<JackServer> start(Runtime& rt);
 
     // Finds out whether a server answers, and tells it on the server thread. Never starts one.
     void ask(std::function<void(bool answers)> tell);
 
-    // Opens the client now; when that fails, returns why and goes on trying. -ETIMEDOUT when the server thread has not
-    // come to an end with it: it goes on trying, too.
+    // Opens the client now; when that fails, returns why and goes on trying, as it does when it returns -ETIMEDOUT
+    // because the server thread has not come to an end with it.
     MIDIStatus add(Client& client);
 
-    // Closes the client; it is not called any more. False when that takes too long: then the client is called until the
-    // process ends, and has to stay.
-    bool remove(Client& client);
+    // Closes the client; it is not called any more. False when that takes too long: it goes on being called then, and
+    // is kept until it is closed.
+    bool remove(std::shared_ptr<Client> client);
 
     // Runs a job on the server thread and waits for it; false when it has not ended within `limit`. It may run later
     // then, so it keeps what it uses.
@@ -84,7 +84,7 @@ private:
     explicit JackServer(Runtime& rt);
 
     void post(std::shared_ptr<Job> job);
-    bool end();
+    void end();
 
     void serve();
     void waitForSomething();

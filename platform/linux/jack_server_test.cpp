@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -57,22 +58,22 @@ TEST(JackServerTest, ClosesAClientThatIsLostAsSoonAsItIsBackBeforeItOpensTheNext
     RunLoop loop;
     RealRuntime runtime(loop);
     Calls calls;
-    FakeClient a("A", calls);
-    FakeClient b("B", calls);
-    a.onOpen = b.onOpen = [] { return -1; };
+    const auto a = std::make_shared<FakeClient>("A", calls);
+    const auto b = std::make_shared<FakeClient>("B", calls);
+    a->onOpen = b->onOpen = [] { return -1; };
     const auto server = JackServer::start(runtime);
-    EXPECT_EQ(server->add(a), -1);
-    EXPECT_EQ(server->add(b), -1);
+    EXPECT_EQ(server->add(*a), -1);
+    EXPECT_EQ(server->add(*b), -1);
     EXPECT_EQ(calls.taken(), (std::vector<std::string>{"A opens", "B opens"}));
 
     Bell secondAttempt;
     server->run(
         [&] {
-            a.onOpen = [&a] {
-                a.isLost = true; // the server has died again
+            a->onOpen = [&a] {
+                a->isLost = true; // the server has died again
                 return 0;
             };
-            b.onOpen = [&secondAttempt] {
+            b->onOpen = [&secondAttempt] {
                 secondAttempt.ring();
                 return -1;
             };
@@ -89,13 +90,13 @@ TEST(JackServerTest, WaitsForALibraryThatHangsOnlySoLongAndDoesLaterWhatItWasTol
     RealRuntime runtime(loop);
     Calls calls;
     Bell goOn;
-    FakeClient a("A", calls);
-    a.onOpen = [&goOn] {
+    const auto a = std::make_shared<FakeClient>("A", calls);
+    a->onOpen = [&goOn] {
         goOn.wait();
         return 0;
     };
     const auto server = JackServer::start(runtime);
-    EXPECT_EQ(server->add(a), -ETIMEDOUT);
+    EXPECT_EQ(server->add(*a), -ETIMEDOUT);
     const TimePoint before = runtime.now();
     EXPECT_FALSE(server->remove(a));
     EXPECT_LT(runtime.now() - before, JackServer::closingTime); // it is known to hang
@@ -106,26 +107,28 @@ TEST(JackServerTest, WaitsForALibraryThatHangsOnlySoLongAndDoesLaterWhatItWasTol
     EXPECT_EQ(calls.taken(), (std::vector<std::string>{"A opens", "A closes"}));
 }
 
-// What the hanging thread uses stays until the process ends, and so is never destroyed here.
-TEST(JackServerTest, EndsWhileTheLibraryHangs) {
+TEST(JackServerTest, EndsWhileTheLibraryHangsAndIsGoneWhenThatComesBack) {
     RunLoop loop;
     RealRuntime runtime(loop);
-    struct Forever {
-        Calls calls;
-        Bell hangs;
-        FakeClient a{"A", calls};
-    };
-    auto& forever = *new Forever;
-    forever.a.onOpen = [&forever] {
-        forever.hangs.wait();
-        return -1;
+    Calls calls;
+    Bell goOn;
+    auto a = std::make_shared<FakeClient>("A", calls);
+    a->onOpen = [&goOn] {
+        goOn.wait();
+        return 0;
     };
     auto server = JackServer::start(runtime);
-    EXPECT_EQ(server->add(forever.a), -ETIMEDOUT);
+    EXPECT_EQ(server->add(*a), -ETIMEDOUT);
+    const std::weak_ptr<FakeClient> last = a;
     const TimePoint before = runtime.now();
-    EXPECT_FALSE(server->remove(forever.a));
+    EXPECT_FALSE(server->remove(std::move(a)));
     server.reset();
     EXPECT_LT(runtime.now() - before, seconds(1));
+    EXPECT_FALSE(last.expired());
+    goOn.ring();
+    while (!last.expired())
+        runtime.sleepFor(seconds(0.001));
+    EXPECT_EQ(calls.taken(), (std::vector<std::string>{"A opens", "A closes"}));
 }
 
 } // namespace

@@ -14,7 +14,11 @@ OwnThread::OwnThread(std::string name, Task body)
       }) {}
 
 OwnThread::~OwnThread() {
-    thread.join();
+    if (thread.get_id() == std::this_thread::get_id()) {
+        thread.detach();
+    } else {
+        thread.join();
+    }
 }
 
 OwnThreadQueue::OwnThreadQueue(std::string queueLabel, const std::atomic<bool>& stopping)

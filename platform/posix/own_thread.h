@@ -14,6 +14,8 @@ class OwnThread final : public Thread {
 public:
     // The system shows the first 15 characters of the name.
     OwnThread(std::string name, Task body);
+
+    // On the thread itself, as the last thing that its body does, it waits for nothing.
     ~OwnThread() override;
 
 private:

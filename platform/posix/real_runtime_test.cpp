@@ -141,6 +141,20 @@ TEST_F(RealRuntimeTest, WaitsForTheEndOfAThreadThatIsDestroyed) {
     EXPECT_TRUE(ended);
 }
 
+TEST_F(RealRuntimeTest, DoesNotWaitForAThreadThatDestroysItself) {
+    std::atomic<bool> made{false};
+    std::atomic<bool> ended{false};
+    std::unique_ptr<Thread> thread = runtime.startThread("last owner", [&] {
+        while (!made)
+            runtime.sleepFor(1ms);
+        thread.reset();
+        ended = true;
+    });
+    made = true;
+    while (!ended)
+        runtime.sleepFor(1ms);
+}
+
 TEST_F(RealRuntimeTest, KeepsThreadsApartWithItsMutex) {
     Mutex mutex(runtime);
     int count = 0;
