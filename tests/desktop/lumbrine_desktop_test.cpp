@@ -1,6 +1,7 @@
 // The program on a desktop: its icon, its menu, its window, its one instance, and its end.
 #include "tests/desktop/desktop.h"
 #include "tests/end_to_end/client_socket.h"
+#include "tests/end_to_end/deadlines.h"
 #include "tests/end_to_end/receiver_process.h"
 #include "tests/end_to_end/simulator_process.h"
 #include "tests/interop/private_jack.h"
@@ -189,8 +190,21 @@ TEST(LumbrineOnADesktop, EndsOnSignalsAndOnItsKeys) {
             desktop.focus(*desktop.window(title));
             desktop.press({"ctrl+q"});
         }
-        EXPECT_EQ(lumbrine.process.wait(interop::patience), 0) << lumbrine.process.output();
+        EXPECT_EQ(lumbrine.process.wait(end_to_end::ending), 0) << lumbrine.process.output();
     }
+}
+
+TEST(LumbrineOnADesktop, ShowsItsWindowAndEndsBesideAJACKServerThatStandsStill) {
+    PrivateJack jack;
+    const Desktop desktop;
+    jack.freeze();
+    RunningProgram lumbrine(desktop);
+    EXPECT_TRUE(lumbrine.isShown());
+    EXPECT_TRUE(waitUntil([&] { return lumbrine.process.output().find("✓ UDP listening") != std::string::npos; }));
+    EXPECT_THAT(lumbrine.process.output(), HasSubstr("✗ MIDI failed"));
+    lumbrine.process.signal(SIGTERM);
+    EXPECT_EQ(lumbrine.process.wait(end_to_end::ending), 0);
+    jack.kill();
 }
 
 TEST(Lumbrine, AnswersQuestionsAboutItselfWithoutADesktop) {

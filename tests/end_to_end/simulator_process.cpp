@@ -36,9 +36,9 @@ bool SimulatorProcess::prints(const std::string& text) const {
     return interop::waitUntil([&] { return process.output().find(text) != std::string::npos; });
 }
 
-void SimulatorProcess::end() {
+bool SimulatorProcess::end(std::chrono::milliseconds limit) {
     process.signal(SIGTERM);
-    process.wait(interop::patience);
+    return process.wait(limit) == 0;
 }
 
 std::optional<SimulatorProcess::Track> SimulatorProcess::track(int number) {

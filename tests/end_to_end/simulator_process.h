@@ -29,8 +29,9 @@ public:
     // How the track is at this moment, counted from 1; absent when the simulator does not tell.
     std::optional<Track> track(int number);
 
-    // Ends it, as its user would. (After a client that was killed the JACK server itself hangs for a long time.)
-    void end();
+    // Ends it, as its user would; whether it has ended in order and in time. (After a client that was killed the JACK
+    // server itself hangs for a long time.)
+    bool end(std::chrono::milliseconds limit = interop::patience);
 
     std::string output() const { return process.output(); }
     pid_t id() const { return process.id(); }

@@ -1,7 +1,8 @@
-// lumbrine-headless beside a JACK server that stands still: it answers nobody and lets go of nobody.
+// The programs beside a JACK server that stands still: it answers nobody and lets go of nobody.
 #include "tests/end_to_end/client_socket.h"
 #include "tests/end_to_end/deadlines.h"
 #include "tests/end_to_end/receiver_process.h"
+#include "tests/end_to_end/simulator_process.h"
 #include "tests/interop/private_jack.h"
 #include "tests/interop/waiting.h"
 
@@ -62,6 +63,14 @@ TEST_P(StoppedJack, DoesNotHoldUpTheEndOfAReceiverThatHasItsPorts) {
     client.send(Bytes{0x01, 0x00});
     EXPECT_TRUE(client.hears({0x01, 0x7F}));
     expectItEndsAtOnce(receiver.process);
+}
+
+TEST_P(StoppedJack, DoesNotHoldUpTheEndOfTheSimulatedProTools) {
+    SimulatorProcess proTools({"--surfaces", "2", "--tracks", "8", "--no-scripting"});
+    ASSERT_TRUE(waitUntil([&] { return jack.hasPort("Lumbrine B host:Lumbrine B in"); })) << proTools.output();
+    ASSERT_TRUE(proTools.prints("stopped |")) << proTools.output();
+    jack.freeze();
+    EXPECT_TRUE(proTools.end(ending)) << proTools.output();
 }
 
 INSTANTIATE_TEST_SUITE_P(Servers, StoppedJack, testing::Values(JackMode::synchronous, JackMode::asynchronous),
