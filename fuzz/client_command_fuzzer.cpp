@@ -1,15 +1,10 @@
 // One datagram from a client. Whatever is read from it must be what it says, and must be read again from a longer one.
 #include "client_link/client_command.h"
-
-#include <cstdlib>
+#include "fuzz/require.h"
 
 namespace {
 
 using namespace lumbrine;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 void requireMembers(const std::vector<int>& members, std::size_t datagramSize) {
     require(members.size() <= 255 && 4 + 2 * members.size() <= datagramSize);

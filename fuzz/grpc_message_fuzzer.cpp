@@ -1,16 +1,8 @@
 // Any bytes as the body of a response; any message into a body and back.
+#include "fuzz/require.h"
 #include "ptsl/grpc_message.h"
 
 #include <algorithm>
-#include <cstdlib>
-
-namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace lumbrine;

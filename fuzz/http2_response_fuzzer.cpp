@@ -1,17 +1,13 @@
 // What a service sends, in pieces: each begins with a byte that tells its length, and the last one ends with the input.
 // However it is cut, the same must come of it.
+#include "fuzz/require.h"
 #include "ptsl/response_reader.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace {
 
 using namespace lumbrine;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 struct Played {
     std::vector<Bytes> answers;

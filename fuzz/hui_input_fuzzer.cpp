@@ -1,18 +1,14 @@
 // HUI bytes in packets: each begins with a byte that tells its length, and the last one ends with the input.
+#include "fuzz/require.h"
 #include "platform/virtual/still_runtime.h"
 #include "surface/hui_engine.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 
 namespace {
 
 using namespace lumbrine;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 constexpr std::array<std::uint8_t, 3> ping{0x90, 0x00, 0x00};
 constexpr std::array<std::uint8_t, 3> reply{0x90, 0x00, 0x7F};

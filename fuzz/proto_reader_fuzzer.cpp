@@ -1,4 +1,5 @@
 // Any bytes as a protocol-buffer message, read field by field.
+#include "fuzz/require.h"
 #include "ptsl/proto_reader.h"
 #include "ptsl/proto_writer.h"
 
@@ -7,10 +8,6 @@
 namespace {
 
 using namespace lumbrine;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 void check(const ProtoReader::Field& field, std::size_t size) {
     require(field.field >= 0 && field.bytes.size() < size);

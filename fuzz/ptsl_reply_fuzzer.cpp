@@ -1,18 +1,13 @@
 // A reply message on its way to tracks: envelope, JSON, list. Input that is no envelope is tried as the JSON itself.
 #include "base/utf8.h"
+#include "fuzz/require.h"
 #include "platform/portable/nlohmann_json.h"
 #include "ptsl/ptsl_envelope.h"
 #include "ptsl/ptsl_track.h"
 
-#include <cstdlib>
-
 namespace {
 
 using namespace lumbrine;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 void readReply(const std::string& text) {
     NlohmannJSON json{Bilingual(false)};

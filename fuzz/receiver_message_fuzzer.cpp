@@ -1,17 +1,13 @@
 // One datagram as a client gets it: parsed, painted, told as a line.
+#include "fuzz/require.h"
 #include "remote/message_line.h"
 #include "remote/session_picture.h"
 #include "remote/terminal_text.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 using namespace lumbrine;
 using namespace lumbrine::remote;
-
-static void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const auto message = parseReceiverMessage(ByteView(data, size));

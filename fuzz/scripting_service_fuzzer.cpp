@@ -1,4 +1,5 @@
 // Bytes from a client to the simulated scripting service: HTTP/2, gRPC, envelope and command.
+#include "fuzz/require.h"
 #include "simulator/default_session.h"
 #include "simulator/envelope/scripting_envelope.h"
 #include "simulator/scripting_service.h"
@@ -7,15 +8,9 @@
 
 #include <scripting.pb.h>
 
-#include <cstdlib>
-
 namespace {
 
 using namespace lumbrine;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 // Calls and answers of the protocol itself, however the bytes are cut.
 void requireSameMeaningByteByByte(ByteView bytes) {

@@ -1,18 +1,14 @@
 // Bytes from surfaces to the simulated host: pieces that begin with a byte whose top bit is the surface and whose other
 // bits are the piece's length; a piece of length 0 lets 0.3 s pass. However the bytes are cut, they mean the same.
+#include "fuzz/require.h"
 #include "simulator/default_session.h"
 #include "simulator/simulated_hui_host.h"
 
 #include <algorithm>
-#include <cstdlib>
 
 namespace {
 
 using namespace lumbrine;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 void requireSameMeaningByteByByte(ByteView bytes) {
     std::vector<SurfaceMessage> whole, single;

@@ -1,8 +1,7 @@
 // Up to eight peers and a clock against the owner rule. Each step is a byte (low three bits: the peer; next two: what
 // happens) and a second one: the length of the datagram that follows, or how much time passes.
 #include "client_link/testing/served_peers.h"
-
-#include <cstdlib>
+#include "fuzz/require.h"
 
 namespace {
 
@@ -10,10 +9,6 @@ using namespace lumbrine;
 
 const Bytes busy{0x01, 0x7D};
 const Bytes news{0x01, 0x1D, 0x00, 0x00};
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 // Every datagram is either delivered, and its sender is then the owner, or answered with one busy.
 void checkDatagram(ServedPeers& peers, const std::string& peer, const Bytes& datagram) {

@@ -1,0 +1,128 @@
+// MIDI from Pro Tools on its whole way in, on two surfaces: packet lists through ports and engine to the listener.
+// A piece of input begins with a byte. Its top bit is the surface and its low six bits are the piece's length. Bit 6
+// makes the piece a packet list as it stands, else it becomes the only packet of one.
+#include "base/midi_packet_list.h"
+#include "fuzz/require.h"
+#include "platform/virtual/still_runtime.h"
+#include "surface/surface_wiring.h"
+#include "surface/testing/recording_midi_services.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace {
+
+using namespace lumbrine;
+
+// Everything that reaches the listener is in range and of the surface whose bytes are being delivered.
+class CheckedListener final : public SurfaceListener {
+public:
+    using Heard = std::tuple<int, int, double, std::string>; // what, where, value, text
+
+    void surfaceLog(const std::string& line) override {
+        require(line.starts_with("[9-16] ") == (delivering == SurfaceID::B));
+        require(line.find('\n') == std::string::npos && line.size() <= 500);
+        heard.emplace_back(0, 0, 0, line);
+    }
+    void faderFeedback(Strip strip, double value) override {
+        require(value >= 0 && value <= 32767 / 16383.0);
+        note(1, strip, value, {});
+    }
+    void trackNameShown(Strip strip, std::string_view text) override {
+        require(text.size() == 4);
+        require(std::ranges::all_of(text, [](char character) { return character >= ' ' && character <= '~'; }));
+        note(2, strip, 0, std::string(text));
+    }
+    void meterShown(Strip strip, int side, int level) override {
+        require((side == 0 || side == 1) && level >= 0 && level <= 15);
+        note(3 + side, strip, level, {});
+    }
+    void vpotShown(Strip strip, int value, bool, bool) override {
+        require(value >= 0 && value <= 15);
+        note(5, strip, value, {});
+    }
+    void ledShown(SurfaceID surface, int zone, int port, bool on) override {
+        require(surface == delivering && zone >= 0 && zone <= 255 && port >= 0 && port <= 15);
+        heard.emplace_back(6, zone * 16 + port, on, "");
+    }
+    void pingReceived(SurfaceID surface, int pingCount) override {
+        require(surface == delivering && pingCount >= 0); // one inside a SysEx message is not answered
+        ++pings;
+        heard.emplace_back(7, 0, pingCount, "");
+    }
+
+    SurfaceID delivering = SurfaceID::A;
+    std::vector<Heard> heard;
+    int pings = 0;
+
+private:
+    void note(int what, Strip strip, double value, std::string text) {
+        require(strip.surface() == delivering && strip.index() >= 0 && strip.index() < 16);
+        heard.emplace_back(what, strip.index(), value, std::move(text));
+    }
+};
+
+class Surface {
+public:
+    explicit Surface(SurfaceID surface) : id(surface) {
+        wireSurface(surface, engine, host, listener);
+        require(host->start().has_value());
+    }
+
+    void deliver(ByteView packetList) {
+        listener->delivering = id;
+        services.deliver(packetList);
+        require(std::ranges::all_of(services.sent,
+                                    [](const Bytes& message) { return message == Bytes{0x90, 0x00, 0x7F}; }));
+        require(engine->pingCount == static_cast<int>(services.sent.size()));
+    }
+
+    void deliverPacket(ByteView packet) {
+        MIDIPacketList list;
+        require(list.add(packet));
+        deliver(list.bytes());
+    }
+
+    // Whatever came before, an endless message is given up in the end and the next ping is answered and told.
+    void requireAlive() {
+        const int answered = engine->pingCount, told = listener->pings;
+        for (int i = 0; i < 5; ++i)
+            deliverPacket(Bytes(250));
+        deliverPacket(Bytes{0x90, 0x00, 0x00});
+        require(engine->pingCount == answered + 1 && listener->pings == told + 1);
+    }
+
+    const SurfaceID id;
+    StillRuntime runtime;
+    RecordingMIDIServices services;
+    std::shared_ptr<CheckedListener> listener = std::make_shared<CheckedListener>();
+    std::shared_ptr<HUIEngine> engine = std::make_shared<HUIEngine>(runtime, Bilingual(false));
+    std::shared_ptr<MIDIHost> host = std::make_shared<MIDIHost>(runtime, services, "Lumbrine", 1, 2);
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Surface a(SurfaceID::A), b(SurfaceID::B);
+    Surface packetByPacketA(SurfaceID::A), packetByPacketB(SurfaceID::B);
+    for (ByteView rest(data, size); !rest.empty();) {
+        const bool isB = (rest[0] & 0x80) != 0, isList = (rest[0] & 0x40) != 0;
+        const std::size_t length = std::min<std::size_t>(rest[0] & 0x3F, rest.size() - 1);
+        const ByteView piece = rest.subspan(1, length);
+        rest = rest.subspan(1 + length);
+
+        Surface& packetByPacket = isB ? packetByPacketB : packetByPacketA;
+        if (isList) {
+            (isB ? b : a).deliver(piece);
+            forEachPacket(piece, [&](ByteView packet) { packetByPacket.deliverPacket(packet); });
+        } else {
+            (isB ? b : a).deliverPacket(piece);
+            packetByPacket.deliverPacket(piece);
+        }
+    }
+    require(a.listener->heard == packetByPacketA.listener->heard);
+    require(b.listener->heard == packetByPacketB.listener->heard);
+    a.requireAlive();
+    b.requireAlive();
+    return 0;
+}
