@@ -29,8 +29,7 @@ Calibration::Calibration(const Jobs& modelJobs, ReceiverState& receiverState, Pa
 void Calibration::calibrateBanks(bool force) {
     assert(jobs.runtime.onMain());
     if (!admitted(force)) return;
-    state.published.calibrating = true;
-    state.published.changed();
+    state.published.calibrating = true; // which the line announces too
     parts.log.appendLog(text("▶ Scanning all tracks… (PT's display will move briefly)",
                              "▶ トラック全体を計測中…（PT の表示が一瞬動きます）"));
     jobs.inBackground(Priority::userInitiated, [this] { scan(); });
@@ -108,7 +107,6 @@ void Calibration::commit(Scanned scanned) {
     const bool captured = !state.session.sessAutoModes.empty();
     if (captured) parts.capture.ensureSessAutoPanSize(); // dropped where it was of another number of tracks
     state.session.fullTableDirty = true;
-    state.published.changed();
     parts.bankMap.relocalize();
     parts.log.appendLog(text("✓ Mapped all " + std::to_string(tracks) + " tracks",
                              "✓ 全 " + std::to_string(tracks) + " トラックを把握しました"));
@@ -142,7 +140,6 @@ void Calibration::scanAnew() {
     // Whoever has taken the surfaces meanwhile goes by the map that is there.
     if (!state.quiet()) return;
     state.published.trackMap.clear();
-    state.published.changed();
     calibrateBanks(true);
 }
 

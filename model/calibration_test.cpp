@@ -189,6 +189,18 @@ TEST_F(ScanOf20TracksTest, WaitsUntilTheDisplaysHaveSettledFirst) {
     EXPECT_THAT(presses(), ElementsAre("1490ms B0 2F 41"));
 }
 
+TEST_F(ScanOf20TracksTest, FindsTheDisplaysSettledOnceTheyHaveBeenStillForMoreThan1200Milliseconds) {
+    for (const bool longer : {false, true}) {
+        host.show();
+        bench.run(longer ? 1200ms + 1ns : 1200ms);
+        bench.mark();
+        scan.calibrateBanks(true);
+        bench.run(longer ? 240ms : 290ms); // looked at every 50 ms, then two stable windows
+        EXPECT_THAT(presses(), ElementsAre(longer ? "240ms B0 2F 41" : "290ms B0 2F 41"));
+        ASSERT_TRUE(scanEnds(10s));
+    }
+}
+
 TEST_F(ScanTest, WaitsNoLongerThanSixSecondsForTheDisplaysToSettle) {
     BankingHost host(bench, numbers(8));
     const auto changes = world.runtime.repeatOnMain(
@@ -295,6 +307,21 @@ TEST_F(ToldScanTest, ThePositionIsToldInTheEndThoughItIsTheSame) {
     EXPECT_THAT(heard(0x16), ElementsAre(testing::EndsWith("01 16 00 00 00 08 08")));
 }
 
+TEST_F(ToldScanTest, ThePositionIsToldLastAsTheDisplaysShowIt) {
+    bench.surfaceA.pingEverySecond();
+    BankingHost host(bench, numbers(8));
+    bench.setTrackMap(numbers(8), 0);
+    bench.run(2s);
+    sendNothing();
+    bench.parts().calibration.calibrateBanks(true);
+    ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().session.fullTableDirty; }, 4s));
+    bench.state().published.bankOffset = 5;
+    markAll();
+    ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().published.calibrating; }, 4s));
+    EXPECT_THAT(heard(0x16), ElementsAre(testing::EndsWith("01 16 00 00 00 08 08"), // with all that it decides
+                                         testing::EndsWith("01 16 00 00 00 08 08")));
+}
+
 // ---- A map that does not fit in the end
 
 class FailedScanTest : public ScanOf20TracksTest {
@@ -325,6 +352,25 @@ TEST_F(FailedScanTest, IsRepeatedTwoSecondsLater) {
     EXPECT_EQ(state.published.bankOffset, 12); // where the first scan had got to
     EXPECT_EQ(host.offset, 12);
     EXPECT_FALSE(state.bank.calibrationRetried);
+}
+
+TEST_F(FailedScanTest, IsRepeatedThoughThePingsHaveOnlyJustBegunAgain) {
+    scan.calibrateBanks(false);
+    scanInVain("a");
+    bench.run(1s);
+    state.presence.firstPingAt = world.runtime.now();
+    bench.takeLines();
+    bench.run(1s);
+    EXPECT_THAT(bench.takeLines(), ElementsAre(started));
+}
+
+TEST_F(FailedScanTest, IsNotRepeatedWithoutProToolsWhichIsLogged) {
+    scan.calibrateBanks(false);
+    scanInVain("a");
+    state.published.huiConnected = false;
+    bench.takeLines();
+    bench.run(2s);
+    EXPECT_THAT(bench.takeLines(), ElementsAre("Scan: aborted (Pro Tools not connected)"));
 }
 
 TEST_F(FailedScanTest, LeavesTheMapToAWalkThatHasBegunMeanwhile) {

@@ -68,6 +68,14 @@ TEST_F(GroupTest, FadersAreSetInSessionOrderAndTheViewIsPutBack) {
     EXPECT_THAT(bench.lines, ElementsAre("✓ Applied faders to 2 group tracks outside the window"));
 }
 
+TEST_F(GroupTest, AMemberThatIsGivenTwiceGetsBothValuesInTheirOrder) {
+    groups.groupSetFaders({{2, 1.0}, {2, 0.0}});
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(acts(), ElementsAre("B0 0F 02", "B0 2F 40", "B0 02 7F", "B0 22 7F", "B0 0F 02", "B0 2F 00", //
+                                    "B0 0F 02", "B0 2F 40", "B0 02 00", "B0 22 00", "B0 0F 02", "B0 2F 00"));
+    EXPECT_THAT(bench.lines, ElementsAre("✓ Applied faders to 2 group tracks outside the window"));
+}
+
 TEST_F(GroupTest, TheLastTrackOnTheSurfacesNeedsNoMoveAndTheOneBehindItDoes) {
     const auto bankPresses = [this] {
         const Lines heard = bench.heardOn(bench.surfaceA);

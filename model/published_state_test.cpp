@@ -1,4 +1,5 @@
 // Whoever shows the published state is told when it changes.
+#include "model/testing/banking_host.h"
 #include "model/testing/model_test.h"
 
 namespace lumbrine {
@@ -7,7 +8,10 @@ namespace {
 class PublishedStateTest : public OwnedModelTest {
 protected:
     PublishedStateTest() {
-        bench.model->onChange([this] { ++changes; });
+        bench.model->onChange([this] {
+            ++changes;
+            seen = state.published;
+        });
     }
     ~PublishedStateTest() override { bench.model->onChange({}); }
 
@@ -22,6 +26,7 @@ protected:
 
     ReceiverState& state = bench.state();
     int changes = 0;
+    PublishedState seen; // by somebody who looks only when told
 };
 
 TEST_F(PublishedStateTest, IsToldOfWhatProToolsShows) {
@@ -51,6 +56,53 @@ TEST_F(PublishedStateTest, IsToldOfThePosition) {
     EXPECT_TRUE(isTold([this] { bench.parts().bankMap.relocalize(); })); // not found: unknown from now on
     EXPECT_EQ(state.published.bankOffset, -1);
     EXPECT_FALSE(isTold([this] { bench.parts().bankMap.relocalize(); }));
+}
+
+TEST_F(PublishedStateTest, IsToldOfEachStepOfASeek) {
+    bench.surfaceA.pingEverySecond();
+    bench.run(1s);
+    BankingHost host(bench, numbers(20));
+    bench.setTrackMap(numbers(20), 0);
+    settle();
+    host.deaf = true;
+    bench.parts().seekWorker.seekBank(8);
+    bench.run(30ms);
+    EXPECT_EQ(seen.bankOffset, 8);
+}
+
+TEST_F(PublishedStateTest, IsToldOfTheBeginningOfAScanItsMapAndItsEnd) {
+    bench.surfaceA.pingEverySecond();
+    bench.run(2s);
+    BankingHost host(bench, numbers(20));
+    bench.parts().calibration.calibrateBanks(true);
+    EXPECT_TRUE(seen.calibrating);
+    ASSERT_TRUE(world.runtime.runUntil([this] { return !state.published.trackMap.empty(); }, 20s));
+    EXPECT_EQ(seen.trackMap, numbers(20));
+    ASSERT_TRUE(world.runtime.runUntil([this] { return !state.published.calibrating; }, 20s));
+    EXPECT_FALSE(seen.calibrating);
+}
+
+TEST_F(PublishedStateTest, IsToldThatAMapIsGoneThoughNoScanBegins) {
+    bench.setTrackMap({"a", "b"}, -1);
+    state.published.huiConnected = true;
+    state.presence.firstPingAt = world.runtime.now();
+    state.mirror.nameCache[0] = "x";
+    for (int tick = 0; tick < 12; ++tick)
+        bench.parts().position.watchStuckPosition();
+    EXPECT_FALSE(state.published.calibrating);
+    EXPECT_THAT(seen.trackMap, IsEmpty());
+}
+
+TEST_F(PublishedStateTest, IsToldOfTheMutesThatEndWithTheLastSolo) {
+    bench.surfaceA.led(0, 3, true); // solo
+    for (const bool on : {true, false, true})
+        bench.surfaceA.led(4, 2, on); // mute
+    settle();
+    EXPECT_TRUE(seen.mutes[4]);
+    bench.surfaceA.led(0, 3, false);
+    settle();
+    EXPECT_FALSE(seen.mutes[4]);
+    EXPECT_FALSE(seen.solos[0]);
 }
 
 TEST_F(PublishedStateTest, IsToldWhenTheClientHasGone) {

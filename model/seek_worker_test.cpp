@@ -176,7 +176,7 @@ TEST_F(SeekTest, GoesOnFromWhereItShouldBeWhenTheDisplaysDoNotSay) {
 // The worker ends 498 ms after the beginning; whoever comes at that instant, before or after, is heard.
 TEST(Seek, LosesNoTargetThatComesAsItEnds) {
     for (std::uint64_t seed = 1; seed <= 20; ++seed) {
-        ModelWorld world{.runtime = VirtualRuntime({.seed = seed})};
+        ModelWorld world{.runtime = NotingRuntime({.seed = seed})};
         ModelBench bench(world);
         ReceiverState& state = bench.state();
         bench.parts().surfaces.startSurfaces();
@@ -212,6 +212,23 @@ TEST_F(SeekTest, CorrectsAtMostTwice) {
     ASSERT_TRUE(ends());
     EXPECT_THAT(presses(), ElementsAre("0ms B0 2F 43", "330ms B0 2F 43", "660ms B0 2F 43"));
     EXPECT_EQ(state.published.bankOffset, 0); // back to what the displays show
+}
+
+TEST_F(SeekTest, CorrectsAPositionThatWasBelievedWrongly) {
+    state.published.bankOffset = 8; // the displays show the first tracks
+    worker.seekBank(8);
+    ASSERT_TRUE(ends());
+    EXPECT_EQ(host.offset, 8);
+    EXPECT_THAT(presses(), ElementsAre("180ms B0 2F 43")); // after 60 ms for another target, and a look
+}
+
+TEST_F(SeekTest, DoesNotCorrectMoreOftenBecauseANewTargetComes) {
+    host.deaf = true;
+    worker.seekBank(8);
+    bench.run(900ms); // in the look at the displays that follows the second correction
+    worker.seekBank(8);
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(presses(), ElementsAre("0ms B0 2F 43", "330ms B0 2F 43", "660ms B0 2F 43", "990ms B0 2F 43"));
 }
 
 TEST_F(SeekTest, LeavesItAtThatWhenThePositionIsLost) {

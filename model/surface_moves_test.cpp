@@ -54,6 +54,17 @@ TEST_F(SurfaceMovesTest, AShortQuietWaitLasts120MillisecondsWhenNothingComes) {
     EXPECT_EQ(timed([this] { moves.shortQuietWait(); }), 120ms);
 }
 
+TEST_F(SurfaceMovesTest, AShortQuietWaitEndsMoreThan100MillisecondsAfterItsBeginning) {
+    world.runtime.oversleep = 1ms; // each of its naps of 20 ms
+    EXPECT_EQ(timed([this] { moves.shortQuietWait(); }), 105ms);
+}
+
+TEST_F(SurfaceMovesTest, AShortQuietWaitGivesUpAfterExactly450MillisecondsWhereItsNapsAllow) {
+    world.runtime.oversleep = 2500us; // the 20th nap ends at 450 ms
+    changeNamesEvery(50ms);
+    EXPECT_EQ(timed([this] { moves.shortQuietWait(); }), 450ms);
+}
+
 TEST_F(SurfaceMovesTest, AShortQuietWaitEndsMoreThan80MillisecondsAfterTheLastName) {
     nameAfter(39ms);
     EXPECT_EQ(timed([this] { moves.shortQuietWait(); }), 120ms);

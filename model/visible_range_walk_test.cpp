@@ -160,6 +160,24 @@ TEST_F(VisibleRangeTest, ItIsAbortedWhenProToolsGoesAway) {
     EXPECT_EQ(bench.lines.front(), "Aborted capturing the visible range (Pro Tools is not responding)");
 }
 
+TEST_F(VisibleRangeTest, ItIsAbortedOnItsLastBankToo) {
+    walk.refreshVisibleRange(0, 8);
+    bench.run(500ms);
+    state.published.huiConnected = false;
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(known(), ElementsAre(0u, 1u, 2u, 3u, 4u, 5u, 6u, 7u));
+    EXPECT_THAT(bench.lines, ElementsAre("Aborted capturing the visible range (Pro Tools is not responding)",
+                                         "✓ Captured auto/pan for visible range 1–8"));
+}
+
+TEST_F(VisibleRangeTest, TheDisplaysSayWhichTracksAreRead) {
+    state.published.bankOffset = 5; // the displays show the first tracks
+    walk.refreshVisibleRange(0, 2);
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(known(), ElementsAre(0u, 1u));
+    EXPECT_EQ(bench.heardOn(bench.surfaceA).at(1), "240ms B0 2F 44"); // nothing moved before
+}
+
 TEST_F(VisibleRangeTest, ItGoesNoFurtherWhenThePositionIsLost) {
     bench.surfaceA.name(3, "????");
     world.runtime.runUntilIdle();

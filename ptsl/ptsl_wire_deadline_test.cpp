@@ -88,6 +88,15 @@ TEST_F(WireDeadline, GivesTheNextCallItsFullTime) {
     EXPECT_EQ(call(), Bytes{8});
 }
 
+TEST_F(WireDeadline, GivesACallItsFullTimeAfterAnyPause) {
+    EXPECT_TRUE(call());
+    runtime.sleepFor(60s);
+    scripted.answer = [](Call& got) { got.line.send(response(got.stream, {7}), 2999ms); };
+    EXPECT_EQ(call(), Bytes{7});
+    EXPECT_EQ(now(), 60s + 2999ms);
+    EXPECT_EQ(scripted.received.size(), 1u); // on the same connection
+}
+
 TEST_F(WireDeadline, OutlivesAFloodOfPings) {
     scripted.answer = [](Call& got) {
         for (int i = 0; i < 20'000; ++i)

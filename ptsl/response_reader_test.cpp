@@ -229,6 +229,15 @@ TEST(Response, MayFillTheStreamsWindow) {
     EXPECT_TRUE(*outcome == message);
 }
 
+TEST(Response, LeavesTheWindowsOfOtherStreamsToThem) {
+    ResponseReader reader(stream, Bilingual(false));
+    const Bytes piece(http2::windowSize);
+    EXPECT_FALSE(reader.take({http2::FrameType::data, 0, stream, piece}).outcome);
+    const auto step = reader.take({http2::FrameType::data, 0, stream + 2, ByteView(piece).first(1000)});
+    EXPECT_FALSE(step.outcome);
+    EXPECT_EQ(step.answer, windowUpdate(0, 1000));
+}
+
 TEST(Response, FailsWhenItOverrunsTheStreamsWindow) {
     for (const bool isJa : {false, true}) {
         ResponseReader reader(stream, Bilingual(isJa));

@@ -13,12 +13,35 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lumbrine {
 
+// Virtual time that notes how urgent the work is that it is given, and whose sleeps may last longer than was asked.
+class NotingRuntime final : public VirtualRuntime {
+public:
+    using VirtualRuntime::VirtualRuntime;
+
+    void background(Priority priority, Task task) override {
+        jobs.push_back(priority);
+        VirtualRuntime::background(priority, std::move(task));
+    }
+
+    std::unique_ptr<SerialQueue> serialQueue(std::string label, Priority priority) override {
+        queues[label] = priority;
+        return VirtualRuntime::serialQueue(std::move(label), priority);
+    }
+
+    void sleepFor(Duration duration) override { VirtualRuntime::sleepFor(duration + oversleep); }
+
+    Duration oversleep{};
+    std::vector<Priority> jobs; // in the background, without a delay; whoever looks takes them
+    std::map<std::string, Priority> queues;
+};
+
 struct ModelWorld {
-    VirtualRuntime runtime;
+    NotingRuntime runtime;
     VirtualNetwork network{runtime};
 };
 

@@ -27,7 +27,7 @@ public:
     int hostOffset() const { return proTools->snapshot().offset; }
     int knownOffset() { return parts.state.published.bankOffset; }
 
-    ModelWorld world{.runtime = VirtualRuntime(patientThreads)};
+    ModelWorld world{.runtime = NotingRuntime(patientThreads)};
     ModelBench bench{world};
     ReceiverParts& parts = bench.parts();
     std::unique_ptr<SimulatedProTools> proTools;

@@ -55,7 +55,7 @@ public:
     std::vector<int> mapFaders();               // the same as the receiver knows them, -1 for unknown
     long logged(const std::string& line) const; // how often
 
-    ModelWorld world{.runtime = VirtualRuntime(patientThreads)};
+    ModelWorld world{.runtime = NotingRuntime(patientThreads)};
     ModelBench bench{world};
     std::unique_ptr<SimulatedProTools> proTools;
 };
