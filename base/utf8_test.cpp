@@ -1,5 +1,7 @@
 #include "base/utf8.h"
 
+#include <array>
+#include <ios>
 #include <string_view>
 
 namespace lumbrine {
@@ -21,6 +23,36 @@ TEST(UTF8, IsToldFromOtherBytesWhereverTheyStand) {
             EXPECT_TRUE(isUTF8(text));
             text[at] = '\xE3';
             EXPECT_FALSE(isUTF8(text));
+        }
+    }
+}
+
+// One beyond the first 128, by the value that the bytes spell: no longer than it needs, no surrogate, none beyond the
+// last character.
+bool spellsOneCharacter(const std::string& text) {
+    const auto lead = static_cast<unsigned char>(text[0]);
+    const std::size_t length = lead < 0xC0 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF8 ? 4 : 0;
+    if (length != text.size()) return false;
+    unsigned value = lead & (0x7FU >> length);
+    for (std::size_t i = 1; i < length; ++i) {
+        if ((text[i] & 0xC0) != 0x80) return false;
+        value = value << 6 | (text[i] & 0x3FU);
+    }
+    constexpr std::array<unsigned, 5> smallest{0, 0, 0x80, 0x800, 0x10000};
+    return value >= smallest[length] && (value < 0xD800 || value > 0xDFFF) && value <= 0x10FFFF;
+}
+
+TEST(UTF8, IsTheShortestSpellingOfACharacter) {
+    const std::array<std::string, 9> ends{"",         "\x7F",     "\x80",     "\xBF",    "\xC0",
+                                          "\x80\x7F", "\x80\x80", "\xBF\xBF", "\xBF\xC0"};
+    for (int lead = 0x80; lead < 256; ++lead) {
+        const std::size_t longest = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+        for (int second = 0; second < 256; ++second) {
+            for (const std::string& end : ends) {
+                const std::string text = std::string{static_cast<char>(lead), static_cast<char>(second)} + end;
+                if (text.size() > longest) continue;
+                ASSERT_EQ(isUTF8(text), spellsOneCharacter(text)) << std::hex << lead << " " << second;
+            }
         }
     }
 }

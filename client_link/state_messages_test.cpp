@@ -1,5 +1,6 @@
 #include "client_link/state_messages.h"
 
+#include <algorithm>
 #include <array>
 
 namespace lumbrine {
@@ -317,6 +318,31 @@ TEST(SessPanChunkMessages, CutASessionOf130TracksIntoThreeDatagrams) {
 TEST(Replies, AreHeadersAlone) {
     EXPECT_EQ(busyMessage(), (Bytes{0x01, 0x7D}));
     EXPECT_EQ(pongMessage(), (Bytes{0x01, 0x7F}));
+}
+
+// Into storage that was made for it: no second allocation, nothing left over.
+TEST(StateMessages, AreWrittenInOnePiece) {
+    const auto inOnePiece = [](const Bytes& message) { return message.capacity() == message.size(); };
+    const std::vector<std::uint8_t> bytes(70);
+    const std::array<bool, 8> flags{};
+    EXPECT_TRUE(inOnePiece(trackNameMessage(3, "Kick")));
+    EXPECT_TRUE(inOnePiece(metersMessage(bytes)));
+    EXPECT_TRUE(inOnePiece(faderMessage(3, 0.5)));
+    EXPECT_TRUE(inOnePiece(switchesMessage(std::vector<StripSwitches>(8))));
+    EXPECT_TRUE(inOnePiece(panMessage(3, 0, 5, true)));
+    EXPECT_TRUE(inOnePiece(panModeMessage(true)));
+    EXPECT_TRUE(inOnePiece(bankPosMessage(0, 20, 8)));
+    EXPECT_TRUE(inOnePiece(selectsMessage(flags)));
+    EXPECT_TRUE(inOnePiece(fullNameMessage(3, "Kick")));
+    EXPECT_TRUE(inOnePiece(colorsMessage(std::vector<std::optional<RGBColor>>(8))));
+    EXPECT_TRUE(inOnePiece(inputMonsMessage(flags)));
+    EXPECT_TRUE(inOnePiece(trackRowMessage(3, {.name = "Kick", .comment = "close"})));
+    EXPECT_TRUE(inOnePiece(autoModesMessage(bytes)));
+    EXPECT_TRUE(inOnePiece(transportMessage(true, false)));
+    EXPECT_TRUE(inOnePiece(busyMessage()));
+    EXPECT_TRUE(inOnePiece(pongMessage()));
+    EXPECT_TRUE(std::ranges::all_of(sessAutoChunkMessages(bytes), inOnePiece));
+    EXPECT_TRUE(std::ranges::all_of(sessPanChunkMessages(std::vector<SessionPan>(70)), inOnePiece));
 }
 
 } // namespace
