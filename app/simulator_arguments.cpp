@@ -21,12 +21,19 @@ const Names<EndOfSession> endsOfSession{{"fill", EndOfSession::fill}, {"blank", 
 const Names<FaderEcho> faderEchoes{{"touched", FaderEcho::whileTouched}, {"released", FaderEcho::afterRelease}};
 const Names<ShortNameRule> shortNameRules{
     {"cut", ShortNameRule::cut}, {"vowels", ShortNameRule::vowels}, {"colliding", ShortNameRule::colliding}};
-const Names<NonASCIIRule> nonASCIIRules{{"blank", NonASCIIRule::blank}, {"question", NonASCIIRule::questionMark}};
+const Names<NonASCIIRule> nonASCIIRules{
+    {"blank", NonASCIIRule::blank}, {"question", NonASCIIRule::questionMark}, {"hui", NonASCIIRule::huiCharacters}};
 const Names<RingPicture> ringPictures{{"dot", RingPicture::dot},
                                       {"boost-cut", RingPicture::boostCut},
                                       {"wrap", RingPicture::wrap},
                                       {"spread", RingPicture::spread}};
 const Names<BankWidth> bankWidths{{"answering", BankWidth::answering}, {"configured", BankWidth::configured}};
+const Names<Fill> fills{{"reply", Fill::replyAndReset}, {"reset", Fill::reset}, {"session", Fill::sessionOpen}};
+const Names<UntouchedMove> untouchedMoves{
+    {"obeyed", UntouchedMove::obeyed}, {"ignored", UntouchedMove::ignored}, {"pulled-back", UntouchedMove::pulledBack}};
+const Names<ValuesShown> valueDisplays{
+    {"fine", ValuesShown::withFine}, {"always", ValuesShown::always}, {"never", ValuesShown::never}};
+const Names<TrimWords> trimWordings{{"prefixed", TrimWords::prefixed}, {"alone", TrimWords::alone}};
 const Names<AutoLED> autoLEDs{{"24", AutoLED::green24}, {"34", AutoLED::green34}, {"unlit", AutoLED::unlit}};
 const Names<RealtimeBytes> realtimeBytes{
     {"none", RealtimeBytes::none}, {"between", RealtimeBytes::between}, {"within", RealtimeBytes::within}};
@@ -137,6 +144,8 @@ void declarePresence(Reader& reader, SimulatorOptions& options) {
     reader.milliseconds("--late-ping-ms", options.latePing, "by how much");
     reader.milliseconds("--host-timeout-ms", options.hostTimeout, "an unanswered ping as old as this loses a surface");
     reader.off("--no-ping-without-session", options.pingWithoutSession, "do not ping while no session is open");
+    reader.on("--reset-is-goodbye", options.resetIsGoodbye, "FF takes a surface away until it replies again");
+    reader.choice("--fill", options.fill, fills, "what brings everything: a first reply too, FF, or a session alone");
     reader.dumpOrder();
 }
 
@@ -145,6 +154,8 @@ void declareReaction(Reader& reader, SimulatorOptions& options) {
     reader.milliseconds("--latency-ms", options.latency, "from a surface's message to the reaction");
     reader.choice("--fader-echo", options.faderEcho, faderEchoes, "send a move back while touched, or after release");
     reader.number("--fader-bits", options.faderBits, "bits of a fader position that is sent: 9, 10 or 14");
+    reader.choice("--untouched-moves", options.untouchedMove, untouchedMoves, "a fader that moves untouched");
+    reader.number("--most-clicks", options.mostClicks, "clicks of one V-Pot message that count, at most 63");
     reader.off("--no-groups", options.groups, "faders of a group do not follow each other");
 }
 
@@ -154,6 +165,9 @@ void declareShowing(Reader& reader, SimulatorOptions& options) {
     reader.choice("--non-ascii", options.nonASCII, nonASCIIRules, "what stands for a character that is not ASCII");
     reader.number("--displays-per-sysex", options.displaysPerSysEx, "displays packed into one message, 1 to 9");
     reader.milliseconds("--mode-shown-ms", options.modeShown, "how long a new automation mode is shown");
+    reader.choice("--trim-words", options.trimWords, trimWordings, "how trim is shown, as TTch or as Trim");
+    reader.choice("--values", options.valuesShown, valueDisplays, "values over names: with ALT/FINE, always or never");
+    reader.milliseconds("--value-shown-ms", options.valueShownFor, "how long a value is shown");
     reader.off("--no-main-display", options.mainDisplay, "leave out the main display");
     reader.off("--no-counter", options.counter, "leave out the counter");
 
@@ -162,8 +176,10 @@ void declareShowing(Reader& reader, SimulatorOptions& options) {
     reader.milliseconds("--led-on-ms", options.ledOn, "how long a flashing LED is lit");
     reader.milliseconds("--led-off-ms", options.ledOff, "and how long it is dark");
     reader.choice("--pan-picture", options.panPicture, ringPictures, "how a ring shows pan");
+    reader.off("--no-ring-centre", options.ringMarksCentre, "do not light the LED under a ring at the centre");
     reader.number("--clicks-per-position", options.clicksPerRingPosition, "V-Pot clicks for one ring position");
     reader.number("--meter-rate", options.meterRate, "meters each second while playing, 1 to 100");
+    reader.on("--clip-holds", options.clipHolds, "a meter that clipped stays there until the next play");
 }
 
 void declarePackets(Reader& reader, SimulatorOptions& options) {

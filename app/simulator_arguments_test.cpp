@@ -140,6 +140,24 @@ TEST(SimulatorArguments, ReachEachOptionOfPingsAndPackets) {
     EXPECT_TRUE(options.packets.cutSysEx);
 }
 
+TEST(SimulatorArguments, ReachEachOptionOfWhatAHostMayChoose) {
+    const auto arguments = read({"--reset-is-goodbye", "--fill=session", "--untouched-moves=pulled-back",
+                                 "--most-clicks=45", "--trim-words=alone", "--values=always", "--value-shown-ms=300",
+                                 "--no-ring-centre", "--clip-holds", "--non-ascii=hui"});
+    ASSERT_TRUE(arguments) << arguments.error().error;
+    const SimulatorOptions& options = arguments->options;
+    EXPECT_TRUE(options.resetIsGoodbye);
+    EXPECT_EQ(options.fill, Fill::sessionOpen);
+    EXPECT_EQ(options.untouchedMove, UntouchedMove::pulledBack);
+    EXPECT_EQ(options.mostClicks, 45);
+    EXPECT_EQ(options.trimWords, TrimWords::alone);
+    EXPECT_EQ(options.valuesShown, ValuesShown::always);
+    EXPECT_EQ(options.valueShownFor, seconds(0.3));
+    EXPECT_FALSE(options.ringMarksCentre);
+    EXPECT_TRUE(options.clipHolds);
+    EXPECT_EQ(options.nonASCII, NonASCIIRule::huiCharacters);
+}
+
 TEST(SimulatorArguments, ReachEachOptionOfTheScriptingService) {
     const auto arguments =
         read({"--scripting-port=0",     "--no-scripting",       "--japanese-names", "--folders=2",

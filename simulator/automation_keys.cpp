@@ -57,8 +57,9 @@ void press(int modePort, SimulatedTrack& track) {
 
 } // namespace
 
-DisplayText automationText(const SimulatedTrack& track) {
-    return shortName(modeName(track), ShortNameRule::cut, NonASCIIRule::blank);
+DisplayText automationText(const SimulatedTrack& track, TrimWords trimWords) {
+    const bool trimAlone = track.trim && trimWords == TrimWords::alone;
+    return shortName(trimAlone ? "Trim" : modeName(track), ShortNameRule::cut, NonASCIIRule::blank);
 }
 
 void AutomationKeys::autoSwitch(Strip strip, bool down, Scope scope) {

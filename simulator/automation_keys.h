@@ -12,7 +12,7 @@
 namespace lumbrine {
 
 // How a display shows a track's automation mode.
-DisplayText automationText(const SimulatedTrack& track);
+DisplayText automationText(const SimulatedTrack& track, TrimWords trimWords);
 
 class AutomationKeys {
 public:

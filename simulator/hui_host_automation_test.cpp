@@ -33,12 +33,20 @@ TEST(HUIHostAutomation, NamesEachModeWithAndWithoutTrim) {
     for (const auto& [mode, plain, trimmed] : names) {
         SimulatedTrack track;
         track.automation = mode;
-        const DisplayText shown = automationText(track);
+        const DisplayText shown = automationText(track, TrimWords::prefixed);
         EXPECT_EQ(std::string(shown.begin(), shown.end()), plain);
         track.trim = true;
-        const DisplayText shownWithTrim = automationText(track);
+        const DisplayText shownWithTrim = automationText(track, TrimWords::prefixed);
         EXPECT_EQ(std::string(shownWithTrim.begin(), shownWithTrim.end()), trimmed);
     }
+}
+
+TEST(HUIHostAutomation, CanNameTrimWithoutTheMode) {
+    SimulatedTrack track;
+    track.trim = true;
+    EXPECT_EQ(automationText(track, TrimWords::alone), (DisplayText{'T', 'r', 'i', 'm'}));
+    track.trim = false;
+    EXPECT_EQ(automationText(track, TrimWords::alone), (DisplayText{'R', 'e', 'a', 'd'}));
 }
 
 TEST(HUIHostAutomation, SetsTheModeWithTheAutoSwitchHeldFirst) {

@@ -23,14 +23,23 @@ void SimulatedHUIHost::act(int surface, const from_surface::Reset&, TimePoint no
         port.pingNow(now);
         return;
     }
-    port.forget();
+    if (options.resetIsGoodbye) {
+        port.giveUp();
+        port.advance(now, true);   // pings it at once
+        return moveTo(bankOffset); // the bank has become narrower
+    }
+    if (options.fill != Fill::sessionOpen) port.forget();
     port.pingWithDump();
     needsShowing = true;
 }
 
 void SimulatedHUIHost::act(int surface, const from_surface::PingReply&, TimePoint) {
     if (!at(surface).port.replied()) return;
-    at(surface).port.forget();
+    if (options.fill == Fill::replyAndReset) {
+        at(surface).port.forget();
+    } else {
+        believeShown(surface);
+    }
     moveTo(bankOffset); // the bank has become wider
 }
 
@@ -94,24 +103,39 @@ void SimulatedHUIHost::touchEdge(int surface, int strip, bool on) {
     needsShowing = true;
 }
 
-void SimulatedHUIHost::act(int surface, const from_surface::FaderMoved& moved, TimePoint) {
+void SimulatedHUIHost::act(int surface, const from_surface::FaderMoved& moved, TimePoint now) {
     // A surface that does not answer pings works, except for its faders.
     if (!at(surface).port.answering()) return;
     const int track = trackOn(surface, moved.strip);
-    if (track != 0) groups.move(track, moved.position);
+    const bool obeyed = options.untouchedMove == UntouchedMove::obeyed || isTouched(surface, moved.strip);
+    if (!obeyed && options.untouchedMove == UntouchedMove::ignored) return;
+    if (obeyed && track != 0) {
+        groups.move(track, moved.position);
+        showValue(track, false, now);
+    }
     // The fader has left its place, so that its position has to be sent even if it is the one sent before.
     at(surface).port.forgetFader(moved.strip);
     needsShowing = true;
 }
 
-void SimulatedHUIHost::act(int surface, const from_surface::VPotTurned& turned, TimePoint) {
+void SimulatedHUIHost::act(int surface, const from_surface::VPotTurned& turned, TimePoint now) {
     if (turned.pot >= hui_address::stripCountOfSurface || at(surface).assign != hui_address::pan) return;
     const bool right = at(surface).rightPan;
     const double step = panRange / ringPositionsEachSide / options.clicksPerRingPosition;
-    session.change(trackOn(surface, turned.pot), [&](SimulatedTrack& track) {
+    const int clicks = std::clamp(turned.clicks, -options.mostClicks, options.mostClicks);
+    const int turnedTrack = trackOn(surface, turned.pot);
+    if (turnedTrack != 0) showValue(turnedTrack, true, now);
+    session.change(turnedTrack, [&](SimulatedTrack& track) {
         double& side = right && track.stereo ? track.panRight : track.panLeft;
-        side = std::clamp(side + turned.clicks * step, -panRange, panRange);
+        side = std::clamp(side + clicks * step, -panRange, panRange);
     });
+}
+
+void SimulatedHUIHost::showValue(int track, bool ofPan, TimePoint now) {
+    const bool fine = isDownAnywhere(hui_address::keyboardZone, hui_address::fine);
+    if (options.valuesShown == ValuesShown::never || (options.valuesShown == ValuesShown::withFine && !fine)) return;
+    valuesShown[track] = {ofPan, now + options.valueShownFor};
+    needsShowing = true;
 }
 
 void SimulatedHUIHost::act(int, const from_surface::JogTurned& turned, TimePoint) {

@@ -319,7 +319,7 @@ TEST(HUIHostInput, MovesThePlayPosition) {
     bench.clear();
     bench.press(0, transport2Zone, returnToZero);
     EXPECT_EQ(bench.takeJoined(), // 00:04:00:00 becomes zero: the counter up to its fifth digit
-              (Bytes{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x11, 0, 0, 0, 0, 0, 0xF7}));
+              (Bytes{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x11, 0, 0, 0x10, 0, 0x10, 0xF7}));
 }
 
 TEST(HUIHostInput, LightsOnLineLoopAndQuickPunch) {

@@ -174,7 +174,7 @@ TEST(HUIHostLights, CountFramesFromTheRightAsFarAsTheyChange) {
     bench.live(seconds(0.92));
     bench.clear();
     bench.live(seconds(0.04)); // 00:00:00:24 becomes 00:00:01:00
-    EXPECT_EQ(bench.takeJoined(), (Bytes{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x11, 0, 0, 1, 0xF7}));
+    EXPECT_EQ(bench.takeJoined(), (Bytes{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x11, 0, 0, 0x11, 0xF7}));
 }
 
 TEST(HUIHostLights, ShowTheNameOfTheSessionInTheMainDisplay) {

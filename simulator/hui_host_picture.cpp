@@ -1,5 +1,6 @@
 // What surfaces show of the session.
 #include "simulator/simulated_hui_host.h"
+#include "simulator/value_text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,16 +20,19 @@ DisplayText assignText(int port) {
     return shortName(names[static_cast<std::size_t>(port)], ShortNameRule::cut, NonASCIIRule::blank);
 }
 
-// Hours, minutes, seconds and frames, two digits each, right-most first.
+// Hours, minutes, seconds and frames, two digits each, right-most first, with a separator behind each pair but the last.
 std::array<std::uint8_t, 8> counterDigits(Duration position) {
     const auto frames = static_cast<std::int64_t>(inSeconds(position) * framesPerSecond);
     const std::int64_t whole = frames / framesPerSecond;
     std::array<std::uint8_t, 8> digits{};
+    constexpr std::uint8_t separator = 0x10;
     std::size_t at = 0;
     for (const std::int64_t pair : {frames % framesPerSecond, whole % 60, whole / 60 % 60, whole / 3600 % 100}) {
-        digits[at++] = static_cast<std::uint8_t>(pair % 10);
-        digits[at++] = static_cast<std::uint8_t>(pair / 10);
+        digits[at] = static_cast<std::uint8_t>(pair % 10 | (at == 0 ? 0 : separator));
+        digits[at + 1] = static_cast<std::uint8_t>(pair / 10);
+        at += 2;
     }
+    if (digits.back() == 0) digits.back() = SurfacePicture::blankDigit;
     return digits;
 }
 
@@ -100,7 +104,10 @@ void SimulatedHUIHost::paintGlobals(SurfacePicture& picture, int surface) const 
 }
 
 DisplayText SimulatedHUIHost::displayOf(const SimulatedTrack& track, int surface, int strip) const {
-    if (automation.isHeld({surface, strip}) || modeShownUntil.contains(track.id)) return automationText(track);
+    if (automation.isHeld({surface, strip}) || modeShownUntil.contains(track.id))
+        return automationText(track, options.trimWords);
+    if (const auto value = valuesShown.find(track.id); value != valuesShown.end())
+        return value->second.ofPan ? panText(shownPan(track, at(surface))) : faderText(track.fader);
     return shortName(track.name, options.shortNames, options.nonASCII);
 }
 
@@ -114,11 +121,15 @@ std::uint8_t SimulatedHUIHost::autoLEDOf(const SimulatedTrack& track) const {
     return track.automation == write ? redLED : orangeLED;
 }
 
+double SimulatedHUIHost::shownPan(const SimulatedTrack& track, const Surface& surface) {
+    return surface.rightPan && track.stereo ? track.panRight : track.panLeft;
+}
+
 std::uint8_t SimulatedHUIHost::ringOf(const SimulatedTrack& track, const Surface& surface) const {
     if (surface.assign != hui_address::pan) return 0; // the tracks have no sends
-    const double pan = surface.rightPan && track.stereo ? track.panRight : track.panLeft;
+    const double pan = shownPan(track, surface);
     const int position = centrePosition + static_cast<int>(std::lround(pan / 20));
-    const bool centred = std::abs(pan) < 0.5;
+    const bool centred = options.ringMarksCentre && std::abs(pan) < 0.5;
     return static_cast<std::uint8_t>((centred ? centreLED : 0) | static_cast<int>(options.panPicture) << 4 | position);
 }
 

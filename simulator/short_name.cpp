@@ -3,6 +3,7 @@
 #include "base/utf8_clamp.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 namespace lumbrine {
@@ -28,6 +29,24 @@ std::string withoutVowels(std::string name) {
     return name;
 }
 
+struct Accented {
+    std::string_view letter;
+    char code;
+};
+
+// Of those that a HUI has, the ones that are known.
+constexpr std::array accentedLetters{Accented{"é", 0x0F}, Accented{"Ä", 0x15}, Accented{"ä", 0x16},
+                                     Accented{"Ö", 0x17}, Accented{"ö", 0x18}, Accented{"Ü", 0x19},
+                                     Accented{"ü", 0x1A}, Accented{"ß", 0x1D}};
+
+char shownFor(std::string_view character, NonASCIIRule rule) {
+    constexpr char block = 0x7F;
+    if (rule == NonASCIIRule::blank) return ' ';
+    if (rule == NonASCIIRule::questionMark) return '?';
+    const auto* const found = std::ranges::find(accentedLetters, character, &Accented::letter);
+    return found == accentedLetters.end() ? block : found->code;
+}
+
 void dropTrailingBlanks(std::string& name) {
     while (!name.empty() && name.back() == ' ')
         name.pop_back();
@@ -45,7 +64,6 @@ std::string withoutNumberAndSide(std::string name) {
 } // namespace
 
 std::string asciiText(std::string_view text, NonASCIIRule nonASCII) {
-    const char replacement = nonASCII == NonASCIIRule::blank ? ' ' : '?';
     std::string ascii;
     while (!text.empty()) {
         // The shortest whole character at the front: UTF-8 has at most four bytes in one.
@@ -53,8 +71,9 @@ std::string asciiText(std::string_view text, NonASCIIRule nonASCII) {
         while (length < 4 && utf8Clamp(text, length).empty())
             ++length;
         const char character = text.front();
-        ascii += length == 1 && character >= ' ' && character <= '~' ? character : replacement;
-        text.remove_prefix(std::min(length, text.size()));
+        const std::string_view whole = text.substr(0, length);
+        ascii += length == 1 && character >= ' ' && character <= '~' ? character : shownFor(whole, nonASCII);
+        text.remove_prefix(whole.size());
     }
     return ascii;
 }

@@ -9,7 +9,7 @@
 
 namespace lumbrine {
 
-using DisplayText = std::array<char, 4>; // printable ASCII, filled up with blanks
+using DisplayText = std::array<char, 4>; // printable ASCII and what NonASCIIRule puts there, filled up with blanks
 
 inline constexpr DisplayText blankDisplay{' ', ' ', ' ', ' '};
 
@@ -17,7 +17,7 @@ inline constexpr DisplayText blankDisplay{' ', ' ', ' ', ' '};
 // UTF-8 counts byte by byte.
 DisplayText shortName(std::string_view name, ShortNameRule rule, NonASCIIRule nonASCII);
 
-// The whole text in ASCII, one character for each of its characters.
+// The whole text as a surface can show it, one character for each of its characters.
 std::string asciiText(std::string_view text, NonASCIIRule nonASCII);
 
 } // namespace lumbrine

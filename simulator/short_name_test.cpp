@@ -50,5 +50,11 @@ TEST(ShortName, TakesMalformedTextByteByByte) {
     EXPECT_EQ(shown("\xFFo", ShortNameRule::cut), "?o  ");
 }
 
+TEST(ShortName, WritesAccentedLettersInTheCharactersOfASurfaceWhereTheRuleSaysSo) {
+    const DisplayText shown = shortName("Böße", ShortNameRule::cut, NonASCIIRule::huiCharacters);
+    EXPECT_EQ(shown, (DisplayText{'B', 0x18, 0x1D, 'e'}));
+    EXPECT_EQ(shortName("ñベé", ShortNameRule::cut, NonASCIIRule::huiCharacters), (DisplayText{0x7F, 0x7F, 0x0F, ' '}));
+}
+
 } // namespace
 } // namespace lumbrine

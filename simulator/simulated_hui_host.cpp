@@ -5,6 +5,12 @@
 
 namespace lumbrine {
 
+namespace {
+
+constexpr int clip = 12; // of a meter
+
+} // namespace
+
 SimulatedHUIHost::SimulatedHUIHost(const SimulatorOptions& simulatorOptions, SimulatedSession& shownSession)
     : options(simulatorOptions), session(shownSession), groups(shownSession, simulatorOptions.groups),
       automation(shownSession, [this](AutomationKeys::Strip strip) { return trackOn(strip.surface, strip.number); }),
@@ -35,7 +41,9 @@ void SimulatedHUIHost::advanceClock(TimePoint now) {
     if (clock) session.elapse(now - *clock);
     clock = now;
     const std::size_t expired = std::erase_if(modeShownUntil, [now](const auto& shown) { return now >= shown.second; });
-    if (expired > 0) needsShowing = true;
+    const std::size_t values =
+        std::erase_if(valuesShown, [now](const auto& shown) { return now >= shown.second.until; });
+    if (expired + values > 0) needsShowing = true;
 }
 
 void SimulatedHUIHost::advancePorts(TimePoint now) {
@@ -54,7 +62,10 @@ void SimulatedHUIHost::advanceMeters(TimePoint now) {
         return;
     }
     const Duration period = seconds(1.0 / options.meterRate);
-    if (!nextMeters) nextMeters = now + period;
+    if (!nextMeters) {
+        nextMeters = now + period;
+        clipped.clear();
+    }
     if (now < *nextMeters) return;
     while (*nextMeters <= now)
         *nextMeters += period;
@@ -64,17 +75,34 @@ void SimulatedHUIHost::advanceMeters(TimePoint now) {
 }
 
 void SimulatedHUIHost::sendMeters() {
-    const SimulatedTransport& transport = session.transport();
-    for (int surface = 0; surface < options.surfaces; ++surface) {
-        HUISurfaceHost::Meters meters{};
-        for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip) {
-            const SimulatedTrack* track = session.find(trackOn(surface, strip));
-            if (!transport.playing || track == nullptr || track->mute || session.impliedMute(*track)) continue;
-            meters[static_cast<std::size_t>(strip)] = meterLevels(track->meter, track->stereo, transport.position);
-        }
-        at(surface).port.showMeters(meters);
-    }
+    for (int surface = 0; surface < options.surfaces; ++surface)
+        at(surface).port.showMeters(metersOf(surface));
     collect();
+}
+
+HUISurfaceHost::Meters SimulatedHUIHost::metersOf(int surface) {
+    const SimulatedTransport& transport = session.transport();
+    HUISurfaceHost::Meters meters{};
+    if (!transport.playing) return meters;
+    for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip) {
+        const SimulatedTrack* track = session.find(trackOn(surface, strip));
+        if (track == nullptr || track->mute || session.impliedMute(*track)) continue;
+        MeterLevels& levels = meters[static_cast<std::size_t>(strip)];
+        levels = meterLevels(track->meter, track->stereo, transport.position);
+        for (int side = 0; side < 2 && options.clipHolds; ++side) {
+            int& level = levels[static_cast<std::size_t>(side)];
+            if (level == clip) clipped.emplace(track->id, side);
+            if (clipped.contains({track->id, side})) level = clip;
+        }
+    }
+    return meters;
+}
+
+// As if it had been sent.
+void SimulatedHUIHost::believeShown(int surface) {
+    collect();
+    at(surface).port.show(picture(surface));
+    at(surface).port.take();
 }
 
 TimePoint SimulatedHUIHost::nextDeadline() const {
@@ -83,6 +111,8 @@ TimePoint SimulatedHUIHost::nextDeadline() const {
         deadline = std::min(deadline, surface->port.nextDeadline());
     for (const auto& [track, until] : modeShownUntil)
         deadline = std::min(deadline, until);
+    for (const auto& [track, value] : valuesShown)
+        deadline = std::min(deadline, value.until);
     return deadline;
 }
 

@@ -19,6 +19,8 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <set>
+#include <utility>
 #include <vector>
 
 namespace lumbrine {
@@ -90,6 +92,12 @@ private:
         bool rightPan = false;
     };
 
+    // A value in the place of a track's name.
+    struct ShownValue {
+        bool ofPan; // or else of the fader
+        TimePoint until;
+    };
+
     Surface& at(int surface) { return *surfaces[static_cast<std::size_t>(surface)]; }
     const Surface& at(int surface) const { return *surfaces[static_cast<std::size_t>(surface)]; }
 
@@ -102,6 +110,8 @@ private:
     void moveTo(int newOffset);
     void noteChange(const SessionChange& change);
     void collect();
+    void believeShown(int surface);
+    HUISurfaceHost::Meters metersOf(int surface);
     void loseSysEx(int surface);
     int baseOf(int surface) const;
     int answeringCount() const;
@@ -116,6 +126,7 @@ private:
     void act(int surface, const from_surface::JogTurned& message, TimePoint now);
     AutomationKeys::Scope automationScope() const;
     void touchEdge(int surface, int strip, bool on);
+    void showValue(int track, bool ofPan, TimePoint now);
     void stripPressed(int surface, int strip, int port);
     void assignPressed(int surface, int port);
     void transportPressed(int port);
@@ -127,6 +138,7 @@ private:
     void paintStrip(SurfacePicture& picture, int surface, int strip, const SimulatedTrack& track) const;
     void paintGlobals(SurfacePicture& picture, int surface) const;
     std::uint8_t autoLEDOf(const SimulatedTrack& track) const;
+    static double shownPan(const SimulatedTrack& track, const Surface& surface);
     std::uint8_t ringOf(const SimulatedTrack& track, const Surface& surface) const;
     DisplayText displayOf(const SimulatedTrack& track, int surface, int strip) const;
 
@@ -145,6 +157,8 @@ private:
     std::optional<TimePoint> clock; // the time of the last call
     std::optional<TimePoint> nextMeters;
     std::map<int, TimePoint> modeShownUntil; // by track id
+    std::map<int, ShownValue> valuesShown;   // by track id
+    std::set<std::pair<int, int>> clipped;   // track id and side
     std::vector<int> pendingModes;           // tracks whose automation has just changed
     std::uint64_t dropped = 0;
     std::vector<Outgoing> outgoing;

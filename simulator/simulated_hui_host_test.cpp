@@ -90,7 +90,7 @@ TEST(SimulatedHUIHost, SendsTheWholePictureInTheUsualOrderWhenASurfaceFirstAnswe
     EXPECT_EQ(dump[58], (Bytes{0xB0, 0x2C, 0x04})); // which has no track
     EXPECT_EQ(dump[149], (Bytes{0xB0, 0x0C, 0x0B}));
     EXPECT_THAT(dump, Contains(Bytes{0xB0, 0x2C, 0x43})); // stop is lit
-    EXPECT_EQ(dump.back(), (Bytes{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x11, 0, 0, 0, 0, 0, 0, 0, 0, 0xF7}));
+    EXPECT_EQ(dump.back(), (Bytes{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x11, 0, 0, 0x10, 0, 0x10, 0, 0x10, 0x20, 0xF7}));
 }
 
 TEST(SimulatedHUIHost, SendsTheDumpInAnyOrderThatIsAskedFor) {

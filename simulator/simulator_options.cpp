@@ -28,6 +28,8 @@ std::optional<std::string> problemWith(const SimulatorOptions& options) {
         return "faders have 9, 10 or 14 bits";
     if (options.displaysPerSysEx < 1 || options.displaysPerSysEx > 9) return "a SysEx holds 1 to 9 displays";
     if (options.modeShown < Duration::zero()) return "an automation mode is shown for 0 seconds or more";
+    if (options.valueShownFor <= Duration::zero()) return "a value is shown for more than 0 seconds";
+    if (options.mostClicks < 1 || options.mostClicks > 0x3F) return "1 to 63 clicks of one message count";
     if (options.ledOn <= Duration::zero() || options.ledOff <= Duration::zero())
         return "a flashing LED is on and off for more than 0 seconds";
     if (options.clicksPerRingPosition < 1) return "a ring position takes at least 1 click";

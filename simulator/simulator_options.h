@@ -24,7 +24,27 @@ enum class ShortNameRule {
 };
 
 // What stands in a display for a character that is not ASCII.
-enum class NonASCIIRule { blank, questionMark };
+enum class NonASCIIRule {
+    blank,
+    questionMark,
+    huiCharacters, // 00-1F for the accented letters that a HUI has, 7F for all else
+};
+
+// What brings all of the picture to a surface again.
+enum class Fill {
+    replyAndReset, // its first reply, its reset, and a session that opens
+    reset,         // not the reply
+    sessionOpen,   // neither: a surface that was not there then is sent nothing but what changes
+};
+
+// What becomes of a fader that is moved and not touched.
+enum class UntouchedMove { obeyed, ignored, pulledBack };
+
+// Whether the value of a fader or a pan that a surface moves is written over the track's name for a moment.
+enum class ValuesShown { withFine, always, never }; // withFine: while ALT/FINE is down
+
+// How a display shows trim.
+enum class TrimWords { prefixed, alone }; // "TTch", or "Trim" whatever the mode is
 
 // Where the last bank begins: so that it is full, or at a multiple of the width with blank strips after the last track.
 enum class EndOfSession { fill, blank };
@@ -59,6 +79,8 @@ struct SimulatorOptions {
     Duration latePing = seconds(0.8);
     Duration hostTimeout = seconds(3); // how long a ping may stay unanswered until the surface is given up
     bool pingWithoutSession = true;
+    bool resetIsGoodbye = false; // a surface that sends FF counts as gone until it replies again
+    Fill fill = Fill::replyAndReset;
     std::vector<DumpPart> dumpOrder{DumpPart::ping,      DumpPart::displays,   DumpPart::faders, DumpPart::rings,
                                     DumpPart::stripLEDs, DumpPart::globalLEDs, DumpPart::counter}; // each part once
 
@@ -66,14 +88,19 @@ struct SimulatorOptions {
     Duration latency = seconds(0.02); // from a surface's message to the reaction
     FaderEcho faderEcho = FaderEcho::whileTouched;
     int faderBits = 14; // of what is sent: 9, 10 or 14
-    bool groups = true; // the other members follow the first fader touched of their group, and automation modes
+    UntouchedMove untouchedMove = UntouchedMove::obeyed;
+    int mostClicks = 0x3F; // of one message of a V-Pot that count
+    bool groups = true;    // the other members follow the first fader touched of their group, and automation modes
 
     // ---- Displays.
     ShortNameRule shortNames = ShortNameRule::cut;
     NonASCIIRule nonASCII = NonASCIIRule::questionMark;
     int displaysPerSysEx = 1;          // 1-9
     Duration modeShown = seconds(1.0); // how long a new automation mode stays in the display
-    bool mainDisplay = true;           // the 80 characters and the counter are sent
+    TrimWords trimWords = TrimWords::prefixed;
+    ValuesShown valuesShown = ValuesShown::withFine;
+    Duration valueShownFor = seconds(0.8);
+    bool mainDisplay = true; // the 80 characters and the counter are sent
     bool counter = true;
 
     // ---- LEDs, rings and meters.
@@ -83,8 +110,10 @@ struct SimulatorOptions {
     Duration ledOn = seconds(0.5); // of a flashing LED
     Duration ledOff = seconds(0.5);
     RingPicture panPicture = RingPicture::boostCut;
+    bool ringMarksCentre = true;   // by bit 6
     int clicksPerRingPosition = 9; // at least 1
     int meterRate = 25;            // meters each second while playing, 1-100
+    bool clipHolds = false;        // a meter that clipped stays at clip until the next play
 
     // ---- Banking.
     EndOfSession endOfSession = EndOfSession::fill;

@@ -34,6 +34,12 @@ std::string transportText(const SimulatedTransport& transport, bool position) {
     return text + time.data();
 }
 
+// A surface has characters of its own where ASCII has control characters, which would disturb a terminal.
+std::string printable(std::string text) {
+    std::ranges::replace_if(text, [](char character) { return character < ' ' || character > '~'; }, '?');
+    return text;
+}
+
 } // namespace
 
 std::string statusLine(const SimulatorSnapshot& snapshot, bool position) {
@@ -46,7 +52,7 @@ std::string statusLine(const SimulatorSnapshot& snapshot, bool position) {
     if (snapshot.scriptingPort) line += " scripting on " + std::to_string(*snapshot.scriptingPort) + " |";
     for (const auto& surface : snapshot.surfaces)
         for (const auto& strip : surface.strips)
-            if (surface.answering) line += (strip.touched ? "*" : " ") + strip.display;
+            if (surface.answering) line += (strip.touched ? "*" : " ") + printable(strip.display);
     line.erase(line.find_last_not_of(' ') + 1);
     return line;
 }

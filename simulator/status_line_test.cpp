@@ -66,5 +66,14 @@ TEST(StatusLine, TellsAnEmptyAndAMissingSession) {
     EXPECT_EQ(statusLine(snapshot, false), "A on | no session | playing | Kick*Snr");
 }
 
+TEST(StatusLine, ShowsNoControlCharacters) {
+    SimulatorSnapshot snapshot;
+    snapshot.sessionOpen = true;
+    snapshot.surfaces.resize(1);
+    snapshot.surfaces[0].answering = true;
+    snapshot.surfaces[0].strips[0].display = "B\x18\x1D\x7F";
+    EXPECT_THAT(statusLine(snapshot, false), testing::HasSubstr("B???"));
+}
+
 } // namespace
 } // namespace lumbrine

@@ -21,7 +21,12 @@ constexpr std::size_t ledIndex(int zone, int port) {
 struct SurfacePicture {
     static constexpr std::size_t mainDisplayLength = 80;
 
-    SurfacePicture() { displays.fill(blankDisplay); }
+    static constexpr std::uint8_t blankDigit = 0x20;
+
+    SurfacePicture() {
+        displays.fill(blankDisplay);
+        counter.fill(blankDigit);
+    }
 
     std::array<DisplayText, hui_address::displayCount> displays;
     std::array<std::uint16_t, hui_address::stripCountOfSurface> faders{}; // as they are sent, 0-16383
@@ -30,7 +35,7 @@ struct SurfacePicture {
     LEDs leds;
     std::array<std::uint8_t, hui_address::stripCountOfSurface> autoLEDs{}; // as they are sent, without the port
     std::string mainDisplay = std::string(mainDisplayLength, ' ');
-    std::array<std::uint8_t, 8> counter{}; // digits, right-most first
+    std::array<std::uint8_t, 8> counter; // digits, right-most first; bit 4 is a separator behind one
 };
 
 } // namespace lumbrine
