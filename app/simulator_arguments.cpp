@@ -45,7 +45,13 @@ const Names<AttributeSpelling> attributeSpellings{{"names", AttributeSpelling::n
                                                   {"prefixed", AttributeSpelling::prefixedNames},
                                                   {"numbers", AttributeSpelling::numbers}};
 const Names<ErrorTypeSpelling> errorTypeSpellings{
-    {"number", ErrorTypeSpelling::number}, {"digits", ErrorTypeSpelling::digits}, {"name", ErrorTypeSpelling::name}};
+    {"number", ErrorTypeSpelling::number}, {"digits", ErrorTypeSpelling::digits}, {"name", ErrorTypeSpelling::name}, {"prefixed", ErrorTypeSpelling::prefixedName}};
+const Names<UnknownSessionError> unknownSessionErrors{{"100", UnknownSessionError::unknownError},
+                                                      {"126", UnknownSessionError::invalidParameter},
+                                                      {"127", UnknownSessionError::forbidden},
+                                                      {"403", UnknownSessionError::sessionID}};
+const Names<DialogAnswer> dialogAnswers{
+    {"refuse", DialogAnswer::refusal}, {"defer", DialogAnswer::deferral}, {"wait", DialogAnswer::silence}};
 const Names<BusyError> busyErrors{
     {"not-ready", BusyError::hostNotReady}, {"timed-out", BusyError::commandTimedOut}, {"busy", BusyError::hostIsBusy}};
 const Names<DumpPart> dumpParts{{"ping", DumpPart::ping},        {"displays", DumpPart::displays},
@@ -211,6 +217,13 @@ void declareScripting(Reader& reader, SimulatorArguments& read) {
     reader.choice("--error-types", options.errorTypes, errorTypeSpellings, "how the type of an error is written");
     reader.on("--camel-case", options.camelCase, "keys as older versions write them");
     reader.on("--empty-list-as-object", options.emptyListAsObject, "answer {} in the place of []");
+    reader.on("--stats-for-pages", options.statsForPages, "tell the page as older versions do");
+    reader.number("--service-version", options.version, "1 to 5; requests of a later one are refused");
+    reader.choice("--unknown-session", options.unknownSession, unknownSessionErrors, "error of an unknown session id");
+    reader.on("--ready-check-fails", options.readyCheckFails, "a host that is not ready fails the ready check");
+    reader.on("--closed-lists-nothing", options.closedSessionListsNothing, "no session: an empty list, no failure");
+    reader.choice("--in-dialog", options.inDialog, dialogAnswers, "what becomes of commands while a dialog is shown");
+    reader.on("--in-progress", options.answersInProgress, "status 2 while a session is opened or saved");
     reader.on("--armed-monitors", options.armedMonitors, "arming a track implies input monitoring");
     reader.number("--page-limit", options.pageLimit, "tracks in one reply at most");
     reader.number("--miscount", options.miscount, "tracks too many in the list, or too few below 0");

@@ -8,22 +8,30 @@ namespace {
 
 std::string_view nameOf(ScriptingError error) {
     switch (error) {
-    case ScriptingError::unknownSession:
-        return "UnknownSessionId";
-    case ScriptingError::unknownTrack:
-        return "UnknownTrackName";
-    case ScriptingError::invalidBody:
-        return "InvalidRequestBody";
+    case ScriptingError::unknownError:
+        return "PT_UnknownError";
     case ScriptingError::noOpenSession:
-        return "NoOpenedSession";
+        return "PT_NoOpenedSession";
+    case ScriptingError::noTrackFound:
+        return "PT_NoTrackFound";
+    case ScriptingError::invalidParameter:
+        return "PT_InvalidParameter";
+    case ScriptingError::forbidden:
+        return "PT_Forbidden";
+    case ScriptingError::forbiddenTrackType:
+        return "PT_ForbiddenTrackType";
     case ScriptingError::unsupportedCommand:
-        return "UnsupportedCommand";
+        return "PT_UnsupportedCommand";
     case ScriptingError::hostNotReady:
-        return "HostNotReady";
+        return "PT_HostNotReady";
     case ScriptingError::commandTimedOut:
-        return "CommandTimeOut";
+        return "PT_CommandTimeout";
     case ScriptingError::hostIsBusy:
-        return "HostIsBusy";
+        return "PT_HostIsBusy";
+    case ScriptingError::versionMismatch:
+        return "SDK_VersionMismatch";
+    case ScriptingError::sessionID:
+        return "SDK_SessionID"; // whatever its name is
     }
     return {};
 }
@@ -37,6 +45,8 @@ ScriptingJSON typeOf(ScriptingError error, ErrorTypeSpelling spelling) {
         return std::to_string(number);
     case ErrorTypeSpelling::name:
         return nameOf(error);
+    case ErrorTypeSpelling::prefixedName:
+        return "CEType_" + std::string(nameOf(error));
     }
     return {};
 }

@@ -8,16 +8,18 @@
 namespace lumbrine {
 
 enum class ScriptingError {
-    // Nobody knows the numbers of these three; they are the simulator's own.
-    unknownSession = 101,
-    unknownTrack = 102,
-    invalidBody = 103,
-
+    unknownError = 100,
     noOpenSession = 106,
+    noTrackFound = 107,
+    invalidParameter = 126,
+    forbidden = 127,
+    forbiddenTrackType = 130,
     unsupportedCommand = 133,
     hostNotReady = 134,
     commandTimedOut = 137,
     hostIsBusy = 138,
+    versionMismatch = 401,
+    sessionID = 403,
 };
 
 struct ScriptingFailure {

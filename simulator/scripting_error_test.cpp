@@ -20,10 +20,17 @@ TEST(ScriptingError, IsToldWithItsNumberAsText) {
 
 TEST(ScriptingError, IsToldWithItsName) {
     const std::map<ScriptingError, std::string> names{
-        {ScriptingError::unknownSession, "UnknownSessionId"},       {ScriptingError::unknownTrack, "UnknownTrackName"},
-        {ScriptingError::invalidBody, "InvalidRequestBody"},        {ScriptingError::noOpenSession, "NoOpenedSession"},
-        {ScriptingError::unsupportedCommand, "UnsupportedCommand"}, {ScriptingError::hostNotReady, "HostNotReady"},
-        {ScriptingError::commandTimedOut, "CommandTimeOut"},        {ScriptingError::hostIsBusy, "HostIsBusy"},
+        {ScriptingError::unknownError, "PT_UnknownError"},
+        {ScriptingError::noOpenSession, "PT_NoOpenedSession"},
+        {ScriptingError::noTrackFound, "PT_NoTrackFound"},
+        {ScriptingError::invalidParameter, "PT_InvalidParameter"},
+        {ScriptingError::forbidden, "PT_Forbidden"},
+        {ScriptingError::forbiddenTrackType, "PT_ForbiddenTrackType"},
+        {ScriptingError::unsupportedCommand, "PT_UnsupportedCommand"},
+        {ScriptingError::hostNotReady, "PT_HostNotReady"},
+        {ScriptingError::commandTimedOut, "PT_CommandTimeout"},
+        {ScriptingError::hostIsBusy, "PT_HostIsBusy"},
+        {ScriptingError::versionMismatch, "SDK_VersionMismatch"},
     };
     for (const auto& [error, name] : names)
         EXPECT_EQ(errorJSON({error, "x"}, ErrorTypeSpelling::name),

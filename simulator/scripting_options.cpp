@@ -5,6 +5,7 @@ namespace lumbrine {
 std::optional<std::string> problemWith(const ScriptingOptions& options) {
     constexpr int mostTracks = 1000;
     if (options.pageLimit < 1) return "a page holds at least 1 track";
+    if (options.version < 1 || options.version > 5) return "the service has version 1 to 5";
     if (options.miscount < -mostTracks || options.miscount > mostTracks)
         return "the track list is wrong by at most 1000 tracks";
     if (options.commandTime < Duration::zero()) return "a command takes 0 seconds or more";

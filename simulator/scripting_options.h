@@ -17,7 +17,22 @@ enum class AttributeSpelling {
     numbers,       // 1 none, 2 explicitly, 3 implicitly, 4 both
 };
 
-enum class ErrorTypeSpelling { number, digits, name }; // 138, "138", "HostIsBusy"
+enum class ErrorTypeSpelling {
+    number,       // 138
+    digits,       // "138"
+    name,         // "PT_HostIsBusy"
+    prefixedName, // "CEType_PT_HostIsBusy"
+};
+
+// What a service says to a session identifier that it does not know.
+enum class UnknownSessionError { unknownError = 100, invalidParameter = 126, forbidden = 127, sessionID = 403 };
+
+// What becomes of commands while the program shows a dialog.
+enum class DialogAnswer {
+    refusal,  // all of them fail with 106, although a session is open
+    deferral, // they fail with 106, and are carried out all the same once the dialog is closed
+    silence,  // they are served once the dialog is closed
+};
 
 // What a service says that cannot serve at the moment.
 enum class BusyError { hostNotReady = 134, commandTimedOut = 137, hostIsBusy = 138 };
@@ -28,6 +43,11 @@ struct ScriptingOptions {
     ErrorTypeSpelling errorTypes = ErrorTypeSpelling::number;
     bool camelCase = false;         // of the keys, as older versions have it
     bool emptyListAsObject = false; // {} in the place of []
+    bool statsForPages = false;     // "stats" in the place of "pagination_response", as older versions have it
+    int version = 5;                // 1 to 5; a request of a later one is refused
+    UnknownSessionError unknownSession = UnknownSessionError::sessionID;
+    bool readyCheckFails = false;           // a host that is not ready says so by a failure
+    bool closedSessionListsNothing = false; // without a session the track list is empty, and no failure
     bool armedMonitors = false;     // a track that is armed for recording has its input monitored implicitly
     std::size_t pageLimit = 1000;   // tracks in one reply at most
     int miscount = 0;               // the track list has so many tracks too many, or too few below 0
@@ -36,6 +56,10 @@ struct ScriptingOptions {
     bool registrationOutlivesConnection = false;
     Duration commandTime = Duration::zero(); // from a request to the work on it
     Duration readyAfter = Duration::zero();  // from the start until the host is ready
+
+    // ---- Dialogs, and sessions that are opened or saved.
+    DialogAnswer inDialog = DialogAnswer::refusal;
+    bool answersInProgress = false; // while a session is opened or saved, replies have status 2 and an empty body
 
     // ---- Faults.
     int busyOneIn = 0; // about one request in so many begins a burst of refusals; 0 for none

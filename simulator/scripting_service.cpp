@@ -26,7 +26,6 @@ enum Command : std::int32_t {
 constexpr std::array served{trackListCommand, hostReadyCheckCommand, sessionNameCommand,     registerCommand,
                             setMuteCommand,   setSoloCommand,        setRecordEnableCommand, setInputMonitorCommand};
 
-constexpr std::int32_t serviceVersion = 5;
 constexpr std::int32_t done = 100;
 
 std::unexpected<ScriptingFailure> failure(ScriptingError error, std::string message) {
@@ -34,7 +33,7 @@ std::unexpected<ScriptingFailure> failure(ScriptingError error, std::string mess
 }
 
 std::unexpected<ScriptingFailure> invalidBody() {
-    return failure(ScriptingError::invalidBody, "The request body is not what the command takes");
+    return failure(ScriptingError::invalidParameter, "The request body is not what the command takes");
 }
 
 std::unexpected<ScriptingFailure> noOpenSession() {
@@ -66,11 +65,7 @@ ScriptingService::ScriptingService(const ScriptingOptions& chosen, std::uint64_t
       chance(seed + 1), readyAt(start + chosen.readyAfter), busyOneIn(chosen.busyOneIn) {}
 
 ScriptingReply ScriptingService::answer(const ScriptingRequest& request, std::string_view connection, TimePoint now) {
-    ScriptingReply reply;
-    reply.taskID = request.taskID;
-    reply.command = request.command;
-    reply.progress = done;
-    reply.version = serviceVersion;
+    ScriptingReply reply = replyTo(request);
     if (Result result = run(request, connection, now)) {
         reply.status = ScriptingStatus::completed;
         reply.bodyJSON = std::move(*result);
@@ -81,8 +76,34 @@ ScriptingReply ScriptingService::answer(const ScriptingRequest& request, std::st
     return reply;
 }
 
+ScriptingReply ScriptingService::replyTo(const ScriptingRequest& request) const {
+    ScriptingReply reply;
+    reply.taskID = request.taskID;
+    reply.command = request.command;
+    reply.progress = done;
+    reply.version = options.version;
+    return reply;
+}
+
+ScriptingReply ScriptingService::refusal(const ScriptingRequest& request) const {
+    ScriptingReply reply = replyTo(request);
+    reply.status = ScriptingStatus::failed;
+    reply.errorJSON = errorJSON(noOpenSession().error(), options.errorTypes);
+    return reply;
+}
+
+ScriptingReply ScriptingService::inProgress(const ScriptingRequest& request) const {
+    ScriptingReply reply = replyTo(request);
+    reply.status = ScriptingStatus::inProgress;
+    reply.progress = 0;
+    return reply;
+}
+
 ScriptingService::Result ScriptingService::run(const ScriptingRequest& request, std::string_view connection,
                                                TimePoint now) {
+    if (request.version > options.version)
+        return failure(ScriptingError::versionMismatch,
+                       "Version " + std::to_string(request.version) + " is not supported");
     const bool refused = refuses();
     if (request.command == hostReadyCheckCommand) return isHostReady(!refused && now >= readyAt);
     if (now < readyAt) return busy(BusyError::hostNotReady);
@@ -92,7 +113,7 @@ ScriptingService::Result ScriptingService::run(const ScriptingRequest& request, 
                        "Command " + std::to_string(request.command) + " is not supported");
     if (request.command == registerCommand) return registerApplication(request.bodyJSON, connection);
     if (!registrations.knows(request.sessionID, connection))
-        return failure(ScriptingError::unknownSession, "The session id \"" + request.sessionID + "\" is not known");
+        return failure(static_cast<ScriptingError>(options.unknownSession), "The session id \"" + request.sessionID + "\" is not known");
 
     switch (request.command) {
     case trackListCommand:
@@ -119,6 +140,7 @@ bool ScriptingService::refuses() {
 }
 
 ScriptingService::Result ScriptingService::isHostReady(bool ready) const {
+    if (!ready && options.readyCheckFails) return busy(BusyError::hostNotReady);
     ScriptingJSON body = ScriptingJSON::object();
     body[spelledKey("is_host_ready", options.camelCase)] = ready;
     return textOf(body);
@@ -150,6 +172,7 @@ ScriptingService::Result ScriptingService::trackList(std::string_view body) cons
     edit([&](const SimulatedSession& session) {
         if (session.isOpen()) page = pageOf(session, *request, options);
     });
+    if (!page && options.closedSessionListsNothing) page = emptyPage(*request, options);
     if (!page) return noOpenSession();
     return trackListJSON(*page, options);
 }
@@ -160,9 +183,8 @@ ScriptingService::Result ScriptingService::set(std::string_view body, bool Simul
     Result result = noOpenSession();
     edit([&](SimulatedSession& session) {
         if (!session.isOpen()) return;
-        const std::optional<std::string> missing = setOnTracks(session, *request, flag);
-        if (missing) {
-            result = failure(ScriptingError::unknownTrack, "There is no track \"" + *missing + "\"");
+        if (std::optional<ScriptingFailure> problem = setOnTracks(session, *request, flag)) {
+            result = std::unexpected(std::move(*problem));
         } else {
             result = "{}";
         }

@@ -31,6 +31,12 @@ public:
     // registrations end. Time does not go backwards.
     ScriptingReply answer(const ScriptingRequest& request, std::string_view connection, TimePoint now);
 
+    // To whatever is asked while the program shows a dialog: 106, although a session is open.
+    ScriptingReply refusal(const ScriptingRequest& request) const;
+
+    // To whatever is asked while a session is opened or saved: no result, and no body.
+    ScriptingReply inProgress(const ScriptingRequest& request) const;
+
     // As after a restart of Pro Tools: no earlier session identifier is known, and it takes its time to be ready.
     void restart(TimePoint now);
 
@@ -44,6 +50,7 @@ private:
     using Result = std::expected<std::string, ScriptingFailure>; // the body of the reply
 
     Result run(const ScriptingRequest& request, std::string_view connection, TimePoint now);
+    ScriptingReply replyTo(const ScriptingRequest& request) const;
     bool refuses();
     Result isHostReady(bool ready) const;
     Result registerApplication(std::string_view body, std::string_view connection);

@@ -94,23 +94,23 @@ TEST_F(ScriptingServiceTest, RegistersNobodyWithoutAName) {
     for (const char* const body :
          {"", "{}", "x", R"({"company_name":"Tarnwick"})", R"({"company_name":"","application_name":"a"})",
           R"({"company_name":"a","application_name":1})"})
-        EXPECT_EQ(errorOf(ask(registration, body)), 103) << body;
+        EXPECT_EQ(errorOf(ask(registration, body)), 126) << body;
 }
 
 TEST_F(ScriptingServiceTest, KnowsNoSessionIdentifierThatItDidNotGive) {
     for (const char* const unknown : {"", "wrong", "0"}) {
         const ScriptingReply reply = ask(trackList, "", unknown);
-        EXPECT_EQ(errorOf(reply), 101) << unknown;
+        EXPECT_EQ(errorOf(reply), 403) << unknown;
         EXPECT_THAT(reply.errorJSON, HasSubstr("is not known"));
     }
-    EXPECT_EQ(errorOf(ask(setMute, names("\"Kick\"", true), "wrong")), 101);
+    EXPECT_EQ(errorOf(ask(setMute, names("\"Kick\"", true), "wrong")), 403);
     EXPECT_FALSE(session.find(1)->mute);
 }
 
 TEST_F(ScriptingServiceTest, KnowsARegistrationOnItsOwnConnectionAlone) {
     const std::string identifier = registered();
     connection = "second";
-    EXPECT_EQ(errorOf(ask(sessionName, "", identifier)), 101);
+    EXPECT_EQ(errorOf(ask(sessionName, "", identifier)), 403);
     connection = "first";
     EXPECT_EQ(errorOf(ask(sessionName, "", identifier)), 0);
 }
@@ -127,7 +127,7 @@ TEST_F(ScriptingServiceTest, KeepsRegistrationsWhereThatIsChosen) {
 TEST_F(ScriptingServiceTest, ForgetsAllRegistrationsWhenItIsStartedAgain) {
     const std::string before = registered();
     service->restart(now);
-    EXPECT_EQ(errorOf(ask(trackList, "", before)), 101);
+    EXPECT_EQ(errorOf(ask(trackList, "", before)), 403);
     id.clear();
     EXPECT_NE(registered(), before);
     EXPECT_EQ(errorOf(tell(trackList)), 0);
@@ -138,7 +138,7 @@ TEST_F(ScriptingServiceTest, ListsTheTracks) {
         ScriptingJSON::parse(tell(trackList, R"({"pagination_request":{"limit":2,"offset":1}})").bodyJSON);
     EXPECT_EQ(body["track_list"].size(), 2u);
     EXPECT_EQ(body["track_list"][0]["name"], "ボーカル");
-    EXPECT_EQ(errorOf(tell(trackList, R"({"page_limit":-1})")), 103);
+    EXPECT_EQ(errorOf(tell(trackList, R"({"page_limit":-1})")), 126);
 }
 
 TEST_F(ScriptingServiceTest, SetsMuteSoloRecordEnableAndInputMonitoringOnTheNamedTracks) {
@@ -161,7 +161,7 @@ TEST_F(ScriptingServiceTest, SetsMuteSoloRecordEnableAndInputMonitoringOnTheName
 TEST_F(ScriptingServiceTest, SetsNothingWhenOneOfTheNamesIsUnknown) {
     for (const char* const list : {R"("Kick","Nobody")", R"("kick")", R"("Kick ")", R"("")"}) {
         const ScriptingReply reply = tell(setMute, names(list, true));
-        EXPECT_EQ(errorOf(reply), 102) << list;
+        EXPECT_EQ(errorOf(reply), 107) << list;
     }
     EXPECT_THAT(tell(setMute, names(R"("Kick","Nobody","Nowhere")", true)).errorJSON,
                 HasSubstr(R"(There is no track \"Nobody\")"));
@@ -178,7 +178,7 @@ TEST_F(ScriptingServiceTest, RefusesASetterOfAnotherForm) {
     for (const char* const body :
          {"", "[]", R"({"track_names":["Kick"]})", R"({"enabled":true})", R"({"track_names":"Kick","enabled":true})",
           R"({"track_names":[1],"enabled":true})", R"({"track_names":["Kick"],"enabled":1})"})
-        EXPECT_EQ(errorOf(tell(setMute, body)), 103) << body;
+        EXPECT_EQ(errorOf(tell(setMute, body)), 126) << body;
     EXPECT_EQ(errorOf(tell(setMute, names("", true))), 0); // nobody is a list too
 }
 
@@ -277,7 +277,85 @@ TEST_F(ScriptingServiceTest, SpellsItsErrorsAsChosen) {
     ScriptingOptions options;
     options.errorTypes = ErrorTypeSpelling::name;
     start(options);
-    EXPECT_THAT(ask(2).errorJSON, HasSubstr(R"("command_error_type":"UnsupportedCommand")"));
+    EXPECT_THAT(ask(2).errorJSON, HasSubstr(R"("command_error_type":"PT_UnsupportedCommand")"));
+}
+
+TEST_F(ScriptingServiceTest, SaysOfAnUnknownSessionWhatIsChosen) {
+    for (const auto& [error, number] : std::map<UnknownSessionError, int>{{UnknownSessionError::unknownError, 100},
+                                                                          {UnknownSessionError::invalidParameter, 126},
+                                                                          {UnknownSessionError::forbidden, 127},
+                                                                          {UnknownSessionError::sessionID, 403}}) {
+        ScriptingOptions options;
+        options.unknownSession = error;
+        start(options);
+        EXPECT_EQ(errorOf(ask(trackList, "", "wrong")), number);
+    }
+}
+
+TEST_F(ScriptingServiceTest, RefusesRequestsOfALaterVersionThanItsOwn) {
+    ScriptingOptions options;
+    options.version = 4;
+    start(options);
+    ScriptingRequest request;
+    request.command = hostReadyCheck;
+    request.version = 5;
+    EXPECT_EQ(errorOf(service->answer(request, connection, now)), 401);
+    request.version = 4;
+    EXPECT_EQ(errorOf(service->answer(request, connection, now)), 0);
+    EXPECT_EQ(service->answer(request, connection, now).version, 4);
+}
+
+TEST_F(ScriptingServiceTest, RefusesSettersByTheKindOfTrack) {
+    using enum SimulatedTrack::Type;
+    const std::map<SimulatedTrack::Type, std::vector<int>> allowed{
+        {audio, {setMute, setSolo, setRecordEnable, setInputMonitor}},
+        {instrument, {setMute, setSolo, setRecordEnable, setInputMonitor}},
+        {midi, {setMute, setSolo, setRecordEnable}},
+        {aux, {setMute, setSolo}},
+        {master, {}},
+        {vca, {setMute, setSolo, setRecordEnable, setInputMonitor}},
+        {video, {}}};
+    for (const auto& [type, commands] : allowed) {
+        session.change(1, [&](SimulatedTrack& track) { track.type = type; });
+        for (const int command : {setMute, setSolo, setRecordEnable, setInputMonitor})
+            EXPECT_EQ(errorOf(tell(command, names(R"("Vox","Kick")", true))),
+                      std::ranges::count(commands, command) > 0 ? 0 : 130)
+                << command;
+    }
+}
+
+TEST_F(ScriptingServiceTest, FailsTheReadyCheckWhereThatIsChosen) {
+    ScriptingOptions options;
+    options.readyAfter = seconds(2);
+    options.readyCheckFails = true;
+    start(options);
+    EXPECT_EQ(errorOf(ask(hostReadyCheck)), 134);
+    now += seconds(2);
+    EXPECT_EQ(ask(hostReadyCheck).bodyJSON, R"({"is_host_ready":true})");
+}
+
+TEST_F(ScriptingServiceTest, ListsNoTracksOfAClosedSessionWhereThatIsChosen) {
+    ScriptingOptions options;
+    options.closedSessionListsNothing = true;
+    start(options);
+    registered();
+    session.close();
+    const ScriptingReply reply = tell(trackList);
+    EXPECT_EQ(reply.status, ScriptingStatus::completed);
+    EXPECT_TRUE(ScriptingJSON::parse(reply.bodyJSON)["track_list"].empty());
+    EXPECT_EQ(errorOf(tell(sessionName)), 106);
+}
+
+TEST_F(ScriptingServiceTest, HasAReplyForADialogAndOneForAJobInProgress) {
+    ScriptingRequest request;
+    request.taskID = "task 9";
+    request.command = trackList;
+    EXPECT_EQ(errorOf(service->refusal(request)), 106);
+    const ScriptingReply reply = service->inProgress(request);
+    EXPECT_EQ(reply.status, ScriptingStatus::inProgress);
+    EXPECT_EQ(reply.taskID, "task 9");
+    EXPECT_EQ(reply.bodyJSON, "");
+    EXPECT_EQ(reply.errorJSON, "");
 }
 
 } // namespace

@@ -2,6 +2,9 @@
 
 #include "simulator/scripting_json.h"
 
+#include <algorithm>
+#include <initializer_list>
+
 namespace lumbrine {
 
 std::optional<SetRequest> parseSetRequest(std::string_view text) {
@@ -19,12 +22,25 @@ std::optional<SetRequest> parseSetRequest(std::string_view text) {
     return request;
 }
 
-std::optional<std::string> setOnTracks(SimulatedSession& session, const SetRequest& request,
+bool takes(const SimulatedTrack& track, bool SimulatedTrack::* flag) {
+    using enum SimulatedTrack::Type;
+    const auto isOneOf = [&](std::initializer_list<SimulatedTrack::Type> types) {
+        return !track.isFolder && std::ranges::find(types, track.type) != types.end();
+    };
+    if (flag == &SimulatedTrack::recordArmed) return isOneOf({audio, instrument, midi, vca});
+    if (flag == &SimulatedTrack::inputMonitor) return isOneOf({audio, instrument, vca});
+    return !isOneOf({video, master});
+}
+
+std::optional<ScriptingFailure> setOnTracks(SimulatedSession& session, const SetRequest& request,
                                        bool SimulatedTrack::* flag) {
     std::vector<int> ids;
     for (const std::string& name : request.trackNames) {
         const SimulatedTrack* const track = session.findByName(name);
-        if (track == nullptr) return name;
+        if (track == nullptr)
+            return ScriptingFailure{ScriptingError::noTrackFound, "There is no track \"" + name + "\""};
+        if (!takes(*track, flag))
+            return ScriptingFailure{ScriptingError::forbiddenTrackType, "Not for tracks like \"" + name + "\""};
         ids.push_back(track->id);
     }
     for (const int id : ids)

@@ -1,6 +1,7 @@
 // The commands of the scripting service that switch something on tracks.
 #pragma once
 
+#include "simulator/scripting_error.h"
 #include "simulator/simulated_session.h"
 
 #include <optional>
@@ -20,9 +21,12 @@ struct SetRequest {
 // From the command's body; absent when it is not of that form.
 std::optional<SetRequest> parseSetRequest(std::string_view body);
 
-// Sets the flag on all of the tracks, told by their exact names. When the session lacks one of them, nothing is set and
-// the first missing name comes back.
-std::optional<std::string> setOnTracks(SimulatedSession& session, const SetRequest& request,
+// Whether tracks of its kind have that switch.
+bool takes(const SimulatedTrack& track, bool SimulatedTrack::* flag);
+
+// Sets the flag on all of the tracks, told by their exact names. When one of them is not there or does not take it, nothing
+// is set and that is what comes back.
+std::optional<ScriptingFailure> setOnTracks(SimulatedSession& session, const SetRequest& request,
                                        bool SimulatedTrack::* flag);
 
 } // namespace lumbrine

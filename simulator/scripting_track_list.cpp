@@ -28,7 +28,10 @@ constexpr std::array namedFilters{
     NamedFilter{"Inactive", [](const ListedTrack& listed) { return listed.track.inactive; }},
 };
 
+// "TLFilter_All" is the same as "All".
 const NamedFilter* filterNamed(std::string_view name) {
+    constexpr std::string_view prefix = "TLFilter_";
+    if (name.starts_with(prefix)) name.remove_prefix(prefix.size());
     const auto* const found = std::ranges::find(namedFilters, name, &NamedFilter::name);
     return found == namedFilters.end() ? nullptr : found;
 }
@@ -92,6 +95,8 @@ void miscount(std::vector<ListedTrack>& listed, int tooMany, std::size_t session
     }
 }
 
+constexpr std::array<const char*, 7> typeNames{"Audio", "Instrument", "Midi", "Aux", "Master", "Vca", "Video"};
+
 ScriptingJSON attributeValue(bool explicitly, bool implicitly, AttributeSpelling spelling) {
     constexpr std::array<std::string_view, 4> names{"None", "SetExplicitly", "SetImplicitly",
                                                     "SetExplicitlyAndImplicitly"};
@@ -131,7 +136,7 @@ ScriptingJSON trackJSON(const ListedTrack& listed, const ScriptingOptions& optio
     const SimulatedTrack& track = listed.track;
     ScriptingJSON json = ScriptingJSON::object();
     json["name"] = track.name;
-    json["type"] = track.isFolder ? "RoutingFolder" : "Audio";
+    json["type"] = track.isFolder ? "RoutingFolder" : typeNames[static_cast<std::size_t>(track.type)];
     json["id"] = "track-" + std::to_string(track.id);
     json["index"] = listed.index;
     json["color"] = track.color;
@@ -174,6 +179,10 @@ TrackPage pageOf(const SimulatedSession& session, const TrackListRequest& reques
     return page;
 }
 
+TrackPage emptyPage(const TrackListRequest& request, const ScriptingOptions& options) {
+    return pageOf(SimulatedSession(), request, options);
+}
+
 std::string trackListJSON(const TrackPage& page, const ScriptingOptions& options) {
     ScriptingJSON list =
         page.tracks.empty() && options.emptyListAsObject ? ScriptingJSON::object() : ScriptingJSON::array();
@@ -181,7 +190,7 @@ std::string trackListJSON(const TrackPage& page, const ScriptingOptions& options
         list.push_back(trackJSON(listed, options));
     ScriptingJSON body = ScriptingJSON::object();
     body[spelledKey("track_list", options.camelCase)] = std::move(list);
-    ScriptingJSON& pagination = body[spelledKey("pagination_response", options.camelCase)];
+    ScriptingJSON& pagination = body[spelledKey(options.statsForPages ? "stats" : "pagination_response", options.camelCase)];
     pagination["total"] = page.total;
     pagination["limit"] = page.limit;
     pagination["offset"] = page.offset;

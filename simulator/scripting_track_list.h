@@ -29,7 +29,8 @@ struct TrackListRequest {
     bool operator==(const TrackListRequest&) const = default;
 };
 
-// From the command's body; absent when it is not of that form or has a filter that does not exist. The page is told by
+// From the command's body; absent when it is not of that form or has a filter that does not exist. "TLFilter_" in front
+// of a filter's name makes no difference. The page is told by
 // "pagination_request", or else by "page_limit".
 std::optional<TrackListRequest> parseTrackListRequest(std::string_view body);
 
@@ -49,6 +50,9 @@ struct TrackPage {
 };
 
 TrackPage pageOf(const SimulatedSession& session, const TrackListRequest& request, const ScriptingOptions& options);
+
+// As of a session without tracks.
+TrackPage emptyPage(const TrackListRequest& request, const ScriptingOptions& options);
 
 // The body of the reply.
 std::string trackListJSON(const TrackPage& page, const ScriptingOptions& options);

@@ -224,5 +224,28 @@ TEST(TrackList, HasTracksTooManyOrTooFewWhereThatIsChosen) {
     EXPECT_THAT(names(bodyOf(fourTracks(), {}, options)), IsEmpty());
 }
 
+TEST(ScriptingTrackList, TakesFiltersWithTheirPrefix) {
+    const auto request = parseTrackListRequest(R"({"track_filter_list":[{"filter":"TLFilter_All"}]})");
+    ASSERT_TRUE(request);
+    EXPECT_EQ(pageOf(SimulatedSession("Test", std::vector<SimulatedTrack>(3)), *request, {}).total, 3u);
+    EXPECT_FALSE(parseTrackListRequest(R"({"track_filter_list":[{"filter":"TLFilter_None"}]})"));
+}
+
+TEST(ScriptingTrackList, TellsThePageAsStatsWhereThatIsChosen) {
+    ScriptingOptions options;
+    options.statsForPages = true;
+    const ScriptingJSON body = ScriptingJSON::parse(trackListJSON(emptyPage({}, options), options));
+    EXPECT_EQ(body["stats"]["total"], 0);
+    EXPECT_FALSE(body.contains("pagination_response"));
+}
+
+TEST(ScriptingTrackList, NamesTheKindOfATrack) {
+    std::vector<SimulatedTrack> tracks(2);
+    tracks[1].type = SimulatedTrack::Type::master;
+    const ScriptingJSON body = ScriptingJSON::parse(trackListJSON(pageOf(SimulatedSession("Test", tracks), {}, {}), {}));
+    EXPECT_EQ(body["track_list"][0]["type"], "Audio");
+    EXPECT_EQ(body["track_list"][1]["type"], "Master");
+}
+
 } // namespace
 } // namespace lumbrine

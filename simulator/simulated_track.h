@@ -18,6 +18,9 @@ struct SimulatedTrack {
         touchLatch, // of newer versions; no key of a surface sets it
     };
 
+    // What kind of track it is; a folder is none of these.
+    enum class Type { audio, instrument, midi, aux, master, vca, video };
+
     // What the track's meter does while the transport plays; see music_meter.h.
     struct MeterProgram {
         enum class Kind { silent, tone, drum, bass, melody, pad };
@@ -36,6 +39,7 @@ struct SimulatedTrack {
     std::string comment;
     std::string color = "#ff2a2a2a"; // alpha, red, green, blue
 
+    Type type = Type::audio;
     bool hidden = false; // by itself; see SimulatedSession::hiddenByFolder
     bool inactive = false;
     bool stereo = false;

@@ -36,6 +36,8 @@ TEST(SimulatorOptions, RefuseWhatCannotBe) {
         [](auto& options) { options.dropOnePressIn = -1; },
         [](auto& options) { options.restlessUserEvery = -seconds(1); },
         [](auto& options) { options.scripting.pageLimit = 0; },
+        [](auto& options) { options.scripting.version = 0; },
+        [](auto& options) { options.scripting.version = 6; },
         [](auto& options) { options.scripting.miscount = 1001; },
         [](auto& options) { options.scripting.miscount = -1001; },
         [](auto& options) { options.scripting.commandTime = -seconds(1); },

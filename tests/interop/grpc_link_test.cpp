@@ -95,7 +95,7 @@ TEST_F(GrpcLink, TellsWhatTheServiceSaysAgainstACommand) {
     start();
     const auto client = clientOf(port);
     EXPECT_EQ(errorOf(client->setMute({"Nobody"}, true)),
-              R"(PTSL command failed: {"errors":[{"command_error_type":102,)"
+              R"(PTSL command failed: {"errors":[{"command_error_type":107,)"
               R"("command_error_message":"There is no track \"Nobody\"","is_warning":false}]})");
     proTools->edit([](SimulatedSession& session) { session.close(); });
     EXPECT_THAT(errorOf(client->trackList()), testing::HasSubstr("\"command_error_type\":106"));

@@ -145,9 +145,9 @@ TEST_F(ScriptingTest, IsToldThatNoSessionIsOpen) {
 
 TEST_F(ScriptingTest, TellsErrorsHoweverTheirTypeIsWritten) {
     for (const auto& [spelling, type] :
-         std::map<ErrorTypeSpelling, std::string>{{ErrorTypeSpelling::number, "102"},
-                                                  {ErrorTypeSpelling::digits, "\"102\""},
-                                                  {ErrorTypeSpelling::name, "\"UnknownTrackName\""}}) {
+         std::map<ErrorTypeSpelling, std::string>{{ErrorTypeSpelling::number, "107"},
+                                                  {ErrorTypeSpelling::digits, "\"107\""},
+                                                  {ErrorTypeSpelling::name, "\"PT_NoTrackFound\""}}) {
         start({.errorTypes = spelling});
         list();
         EXPECT_THAT(mute("Nobody", true),
