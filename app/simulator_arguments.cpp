@@ -44,8 +44,10 @@ const Names<bool> redraws{{"all", true}, {"changed", false}};
 const Names<AttributeSpelling> attributeSpellings{{"names", AttributeSpelling::names},
                                                   {"prefixed", AttributeSpelling::prefixedNames},
                                                   {"numbers", AttributeSpelling::numbers}};
-const Names<ErrorTypeSpelling> errorTypeSpellings{
-    {"number", ErrorTypeSpelling::number}, {"digits", ErrorTypeSpelling::digits}, {"name", ErrorTypeSpelling::name}, {"prefixed", ErrorTypeSpelling::prefixedName}};
+const Names<ErrorTypeSpelling> errorTypeSpellings{{"number", ErrorTypeSpelling::number},
+                                                  {"digits", ErrorTypeSpelling::digits},
+                                                  {"name", ErrorTypeSpelling::name},
+                                                  {"prefixed", ErrorTypeSpelling::prefixedName}};
 const Names<UnknownSessionError> unknownSessionErrors{{"100", UnknownSessionError::unknownError},
                                                       {"126", UnknownSessionError::invalidParameter},
                                                       {"127", UnknownSessionError::forbidden},
@@ -243,6 +245,13 @@ void declareScripting(Reader& reader, SimulatorArguments& read) {
     reader.on("--faulty-wire", options.faultyWire, "have a wire that \"script reset\" and its like work on");
 }
 
+void declareDialogs(Reader& reader, SimulatorOptions& options) {
+    reader.group("Dialogs and sessions");
+    reader.off("--dialog-freezes-nothing", options.dialogFreezes, "a dialog leaves the surfaces as they are");
+    reader.off("--no-ping-in-dialog", options.pingInDialog, "do not ping while a dialog is open");
+    reader.milliseconds("--session-opens-ms", options.sessionOpensAfter, "until another session is open");
+}
+
 void declareFaults(Reader& reader, SimulatorOptions& options) {
     reader.group("Faults");
     reader.milliseconds("--grab-ports-after-ms", options.grabPortsAfter, "from the start until the ports are used");
@@ -272,6 +281,7 @@ readSimulatorArguments(std::span<const char* const> arguments) {
     declarePackets(reader, read.options);
     declareBanking(reader, read.options);
     declareScripting(reader, read);
+    declareDialogs(reader, read.options);
     declareFaults(reader, read.options);
 
     try {

@@ -158,6 +158,26 @@ TEST(SimulatorArguments, ReachEachOptionOfWhatAHostMayChoose) {
     EXPECT_EQ(options.nonASCII, NonASCIIRule::huiCharacters);
 }
 
+TEST(SimulatorArguments, ReachEachOptionOfDialogsAndOfWhatServicesSay) {
+    const auto arguments =
+        read({"--dialog-freezes-nothing", "--no-ping-in-dialog", "--session-opens-ms=500", "--in-dialog=defer",
+              "--in-progress", "--stats-for-pages", "--service-version=4", "--unknown-session=127",
+              "--ready-check-fails", "--closed-lists-nothing", "--error-types=prefixed"});
+    ASSERT_TRUE(arguments) << arguments.error().error;
+    const SimulatorOptions& options = arguments->options;
+    EXPECT_FALSE(options.dialogFreezes);
+    EXPECT_FALSE(options.pingInDialog);
+    EXPECT_EQ(options.sessionOpensAfter, seconds(0.5));
+    EXPECT_EQ(options.scripting.inDialog, DialogAnswer::deferral);
+    EXPECT_TRUE(options.scripting.answersInProgress);
+    EXPECT_TRUE(options.scripting.statsForPages);
+    EXPECT_EQ(options.scripting.version, 4);
+    EXPECT_EQ(options.scripting.unknownSession, UnknownSessionError::forbidden);
+    EXPECT_TRUE(options.scripting.readyCheckFails);
+    EXPECT_TRUE(options.scripting.closedSessionListsNothing);
+    EXPECT_EQ(options.scripting.errorTypes, ErrorTypeSpelling::prefixedName);
+}
+
 TEST(SimulatorArguments, ReachEachOptionOfTheScriptingService) {
     const auto arguments =
         read({"--scripting-port=0",     "--no-scripting",       "--japanese-names", "--folders=2",

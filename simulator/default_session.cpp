@@ -156,4 +156,22 @@ SimulatedSession defaultSession(int tracks, std::uint64_t seed, SessionStyle sty
     return SimulatedSession("Evening Light", std::move(list));
 }
 
+SimulatedSession sessionOfSameTemplate(const SimulatedSession& session, std::uint64_t seed) {
+    SeededRandom chance(seed);
+    std::vector<SimulatedTrack> list = session.tracks();
+    // Numbered from 1, as a new session has them.
+    const auto numberOf = [&](int id) {
+        const auto place = std::ranges::find(session.tracks(), id, &SimulatedTrack::id);
+        return place == session.tracks().end() ? 0 : static_cast<int>(place - session.tracks().begin()) + 1;
+    };
+    for (SimulatedTrack& track : list) {
+        track.comment.clear();
+        track.fader = FaderValue::ofUnit(0.35 + 0.45 * chance.unit());
+        track.automation = automationBy(chance);
+        track.mute = track.solo = track.recordArmed = track.selected = false;
+        track.folder = numberOf(track.folder);
+    }
+    return SimulatedSession(session.name() + " 2", std::move(list));
+}
+
 } // namespace lumbrine

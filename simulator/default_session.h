@@ -17,4 +17,7 @@ struct SessionStyle {
 // sessions. All names differ. About one track in sixteen is hidden; sessions of up to 8 tracks hide none.
 SimulatedSession defaultSession(int tracks, std::uint64_t seed, SessionStyle style = {});
 
+// Another session made from the same template: names, order, folders and groups are alike, all values are not.
+SimulatedSession sessionOfSameTemplate(const SimulatedSession& session, std::uint64_t seed);
+
 } // namespace lumbrine

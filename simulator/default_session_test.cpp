@@ -68,5 +68,19 @@ TEST(DefaultSession, PutsThreeTracksIntoEachFolderAndClosesEverySecondOne) {
     EXPECT_EQ(session.shownTracks(), (std::vector{1, 5, 6, 7, 8})); // there was no room for more folders
 }
 
+TEST(DefaultSession, HasSiblingsOfTheSameTemplate) {
+    const SimulatedSession first = defaultSession(40, 1, {.folders = 2});
+    const SimulatedSession second = sessionOfSameTemplate(first, 2);
+    ASSERT_EQ(second.tracks().size(), first.tracks().size());
+    EXPECT_NE(second.name(), first.name());
+    int differentFaders = 0;
+    for (std::size_t i = 0; i < first.tracks().size(); ++i) {
+        EXPECT_EQ(second.tracks()[i].name, first.tracks()[i].name);
+        EXPECT_EQ(second.tracks()[i].folder, first.tracks()[i].folder);
+        if (second.tracks()[i].fader != first.tracks()[i].fader) ++differentFaders;
+    }
+    EXPECT_GT(differentFaders, 30);
+}
+
 } // namespace
 } // namespace lumbrine

@@ -183,5 +183,60 @@ TEST(HUIHostChoices, BlankTheCounterWhileNoSessionIsOpen) {
     EXPECT_THAT(bench.host.picture(0).counter, Each(0x20));
 }
 
+// ---- A dialog on the host's screen
+
+TEST(HUIHostDialog, FreezesTheSurfacesWithItsTextOnTheMainDisplay) {
+    HostBench bench(numberedSession(20));
+    bench.appear();
+    bench.host.setDialog("The disk is full");
+    bench.runFor(Duration::zero());
+    const std::vector<Bytes> shown = bench.take();
+    ASSERT_EQ(shown.size(), 2u); // as much of the main display as the text has
+    EXPECT_EQ(shown[0], (Bytes{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x12, 0x00, 'T', 'h', 'e', ' ', 'd', 'i', 's', 'k',
+                               ' ', 'i', 0xF7}));
+    bench.press(0, bankZone, 3);
+    bench.press(0, 0, mute);
+    bench.edit([](SimulatedSession& session) { session.rename(1, "Kick"); });
+    EXPECT_THAT(bench.take(), IsEmpty());
+    EXPECT_FALSE(bench.session.find(1)->mute);
+
+    bench.host.setDialog(std::nullopt);
+    bench.runFor(Duration::zero());
+    EXPECT_EQ(displayOf(bench, 0), "Kick");
+    EXPECT_EQ(bench.host.offset(), 0);
+}
+
+TEST(HUIHostDialog, LetsGoOfWhatWasHeldBeforeIt) {
+    HostBench bench(numberedSession(1));
+    bench.appear();
+    bench.edge(0, 0, automation, true);
+    bench.host.setDialog("Save?");
+    bench.edge(0, 0, automation, false);
+    bench.host.setDialog(std::nullopt);
+    EXPECT_FALSE(bench.host.isAutoHeld(0, 0));
+}
+
+TEST(HUIHostDialog, PingsOnOrNotAsChosen) {
+    for (const bool pings : {true, false}) {
+        SimulatorOptions options;
+        options.pingInDialog = pings;
+        HostBench bench(numberedSession(1), options);
+        bench.appear();
+        bench.host.setDialog("Save?");
+        bench.runFor(seconds(1.5));
+        EXPECT_EQ(std::ranges::count(bench.take(), ping), pings ? 1 : 0);
+    }
+}
+
+TEST(HUIHostDialog, DisturbsNothingWhereItDoesNotFreezeSurfaces) {
+    SimulatorOptions options;
+    options.dialogFreezes = false;
+    HostBench bench(numberedSession(1), options);
+    bench.appear();
+    bench.host.setDialog("Save?");
+    bench.press(0, 0, mute);
+    EXPECT_TRUE(bench.session.find(1)->mute);
+}
+
 } // namespace
 } // namespace lumbrine

@@ -214,6 +214,13 @@ void SimulatedHUIHost::transport2Pressed(int port) {
     }
 }
 
+// Letting go is no act.
+bool SimulatedHUIHost::frozenAgainst(const SurfaceMessage& message) const {
+    if (!dialog || std::holds_alternative<from_surface::PingReply>(message)) return false;
+    const auto* const edge = std::get_if<from_surface::SwitchEdge>(&message);
+    return edge == nullptr || edge->on;
+}
+
 bool SimulatedHUIHost::isDownAnywhere(int zone, int port) const {
     return std::ranges::any_of(surfaces, [&](const auto& surface) { return surface->down[ledIndex(zone, port)]; });
 }

@@ -52,6 +52,14 @@ constexpr std::uint8_t orangeLED = 0x60;
 } // namespace
 
 SurfacePicture SimulatedHUIHost::picture(int surface) const {
+    if (!dialog) return livePicture(surface);
+    SurfacePicture picture = frozen[static_cast<std::size_t>(surface)];
+    picture.mainDisplay = asciiText(*dialog, options.nonASCII);
+    picture.mainDisplay.resize(SurfacePicture::mainDisplayLength, ' ');
+    return picture;
+}
+
+SurfacePicture SimulatedHUIHost::livePicture(int surface) const {
     SurfacePicture picture;
     for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip)
         if (const SimulatedTrack* track = session.find(trackOn(surface, strip)))

@@ -48,9 +48,9 @@ struct ScriptingOptions {
     UnknownSessionError unknownSession = UnknownSessionError::sessionID;
     bool readyCheckFails = false;           // a host that is not ready says so by a failure
     bool closedSessionListsNothing = false; // without a session the track list is empty, and no failure
-    bool armedMonitors = false;     // a track that is armed for recording has its input monitored implicitly
-    std::size_t pageLimit = 1000;   // tracks in one reply at most
-    int miscount = 0;               // the track list has so many tracks too many, or too few below 0
+    bool armedMonitors = false;             // a track that is armed for recording has its input monitored implicitly
+    std::size_t pageLimit = 1000;           // tracks in one reply at most
+    int miscount = 0;                       // the track list has so many tracks too many, or too few below 0
 
     // ---- How it lives.
     bool registrationOutlivesConnection = false;

@@ -113,7 +113,8 @@ ScriptingService::Result ScriptingService::run(const ScriptingRequest& request, 
                        "Command " + std::to_string(request.command) + " is not supported");
     if (request.command == registerCommand) return registerApplication(request.bodyJSON, connection);
     if (!registrations.knows(request.sessionID, connection))
-        return failure(static_cast<ScriptingError>(options.unknownSession), "The session id \"" + request.sessionID + "\" is not known");
+        return failure(static_cast<ScriptingError>(options.unknownSession),
+                       "The session id \"" + request.sessionID + "\" is not known");
 
     switch (request.command) {
     case trackListCommand:

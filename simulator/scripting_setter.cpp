@@ -33,7 +33,7 @@ bool takes(const SimulatedTrack& track, bool SimulatedTrack::* flag) {
 }
 
 std::optional<ScriptingFailure> setOnTracks(SimulatedSession& session, const SetRequest& request,
-                                       bool SimulatedTrack::* flag) {
+                                            bool SimulatedTrack::* flag) {
     std::vector<int> ids;
     for (const std::string& name : request.trackNames) {
         const SimulatedTrack* const track = session.findByName(name);

@@ -190,7 +190,8 @@ std::string trackListJSON(const TrackPage& page, const ScriptingOptions& options
         list.push_back(trackJSON(listed, options));
     ScriptingJSON body = ScriptingJSON::object();
     body[spelledKey("track_list", options.camelCase)] = std::move(list);
-    ScriptingJSON& pagination = body[spelledKey(options.statsForPages ? "stats" : "pagination_response", options.camelCase)];
+    ScriptingJSON& pagination =
+        body[spelledKey(options.statsForPages ? "stats" : "pagination_response", options.camelCase)];
     pagination["total"] = page.total;
     pagination["limit"] = page.limit;
     pagination["offset"] = page.offset;

@@ -242,7 +242,8 @@ TEST(ScriptingTrackList, TellsThePageAsStatsWhereThatIsChosen) {
 TEST(ScriptingTrackList, NamesTheKindOfATrack) {
     std::vector<SimulatedTrack> tracks(2);
     tracks[1].type = SimulatedTrack::Type::master;
-    const ScriptingJSON body = ScriptingJSON::parse(trackListJSON(pageOf(SimulatedSession("Test", tracks), {}, {}), {}));
+    const ScriptingJSON body =
+        ScriptingJSON::parse(trackListJSON(pageOf(SimulatedSession("Test", tracks), {}, {}), {}));
     EXPECT_EQ(body["track_list"][0]["type"], "Audio");
     EXPECT_EQ(body["track_list"][1]["type"], "Master");
 }

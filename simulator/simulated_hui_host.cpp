@@ -25,6 +25,7 @@ void SimulatedHUIHost::receive(int surface, ByteView bytes, TimePoint now) {
     advance(now);
     if (!holdsPorts || at(surface).port.cut()) return;
     at(surface).decoder.feed(bytes, [&](const SurfaceMessage& message) {
+        if (frozenAgainst(message)) return;
         std::visit([&](const auto& decoded) { act(surface, decoded, now); }, message);
         show(now);
     });
@@ -47,7 +48,8 @@ void SimulatedHUIHost::advanceClock(TimePoint now) {
 }
 
 void SimulatedHUIHost::advancePorts(TimePoint now) {
-    const bool pinging = holdsPorts && (session.isOpen() || options.pingWithoutSession);
+    const bool pinging =
+        holdsPorts && (!dialog || options.pingInDialog) && (session.isOpen() || options.pingWithoutSession);
     for (int surface = 0; surface < options.surfaces; ++surface) {
         if (!at(surface).port.advance(now, pinging)) continue;
         letGoOfEverything(surface);
@@ -83,7 +85,7 @@ void SimulatedHUIHost::sendMeters() {
 HUISurfaceHost::Meters SimulatedHUIHost::metersOf(int surface) {
     const SimulatedTransport& transport = session.transport();
     HUISurfaceHost::Meters meters{};
-    if (!transport.playing) return meters;
+    if (!transport.playing || dialog) return meters;
     for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip) {
         const SimulatedTrack* track = session.find(trackOn(surface, strip));
         if (track == nullptr || track->mute || session.impliedMute(*track)) continue;
@@ -165,6 +167,17 @@ void SimulatedHUIHost::moveTo(int newOffset) {
     if (!options.redrawOnBank) return;
     for (const auto& surface : surfaces)
         surface->port.forgetStrips();
+}
+
+void SimulatedHUIHost::setDialog(const std::optional<std::string>& text) {
+    const std::optional<std::string> shown = options.dialogFreezes ? text : std::nullopt;
+    if (shown == dialog) return;
+    if (!dialog)
+        for (int surface = 0; surface < options.surfaces; ++surface)
+            frozen.push_back(picture(surface));
+    dialog = shown;
+    if (!dialog) frozen.clear();
+    needsShowing = true;
 }
 
 void SimulatedHUIHost::cut(int surface, bool cutOff) {

@@ -19,7 +19,9 @@
 #include <array>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -57,6 +59,9 @@ public:
 
     // The host uses its ports, or no longer: then nothing goes out or comes in and no surface answers.
     void holdPorts(bool held);
+
+    // The text of a dialog on the host's screen, or none. See SimulatorOptions::dialogFreezes.
+    void setDialog(const std::optional<std::string>& text);
 
     void cut(int surface, bool cutOff); // see HUISurfaceHost::setCut; nothing is heard either
 
@@ -131,11 +136,13 @@ private:
     void assignPressed(int surface, int port);
     void transportPressed(int port);
     void transport2Pressed(int port);
+    bool frozenAgainst(const SurfaceMessage& message) const;
     bool isDownAnywhere(int zone, int port) const;
     void letGoOfEverything(int surface);
 
     // hui_host_picture.cpp: what surfaces show
     void paintStrip(SurfacePicture& picture, int surface, int strip, const SimulatedTrack& track) const;
+    SurfacePicture livePicture(int surface) const;
     void paintGlobals(SurfacePicture& picture, int surface) const;
     std::uint8_t autoLEDOf(const SimulatedTrack& track) const;
     static double shownPan(const SimulatedTrack& track, const Surface& surface);
@@ -152,7 +159,9 @@ private:
 
     int bankOffset = 0;
     bool holdsPorts = true;
-    bool losesPresses = true; // as often as the options say
+    std::optional<std::string> dialog;  // its text while the surfaces are frozen
+    std::vector<SurfacePicture> frozen; // what they show then
+    bool losesPresses = true;           // as often as the options say
     bool needsShowing = true;
     std::optional<TimePoint> clock; // the time of the last call
     std::optional<TimePoint> nextMeters;

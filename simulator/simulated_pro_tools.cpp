@@ -24,7 +24,7 @@ SimulatedProTools::SimulatedProTools(Runtime& rt, MIDIConnections& connections, 
           [this](const std::function<void(SimulatedSession&)>& body) { edit(body); },
           [this] {
               Lock lock(mutex);
-              return stuckUntil;
+              return ProgramState{stuckUntil, theScreen.dialogText().has_value(), inProgressUntil};
           }),
       screenAccess(
           rt, options.screen, options.seed, [this](const auto& body) { lookAtScreen(body); },
@@ -67,13 +67,17 @@ void SimulatedProTools::arrived(int surface, ByteView bytes) {
 }
 
 void SimulatedProTools::change(const std::function<void(TimePoint)>& body) {
+    bool dialogHasGone = false;
     {
         Lock lock(mutex);
         const TimePoint now = runtime.now();
         if (now >= stuckUntil) runUntilNow(now);
+        const bool dialogBefore = theScreen.dialogText().has_value();
         body(now);
+        dialogHasGone = dialogBefore && !theScreen.dialogText();
     }
     queue->post([this] { wake(); });
+    if (dialogHasGone) scriptingService.dialogClosed();
 }
 
 void SimulatedProTools::edit(const std::function<void(SimulatedSession&)>& body) {
@@ -86,6 +90,26 @@ void SimulatedProTools::bank(BankButton button) {
 
 void SimulatedProTools::scrollTo(int offset) {
     change([&](TimePoint) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { host.scrollTo(offset); });
+}
+
+void SimulatedProTools::exchangeSession(const SimulatedSession& next) {
+    change([&](TimePoint now) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS {
+        theSession.close();
+        nextSession.emplace(next);
+        inProgressUntil = now + options.sessionOpensAfter;
+    });
+}
+
+void SimulatedProTools::saveSession(Duration duration) {
+    change([&](TimePoint now) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { inProgressUntil = now + duration; });
+}
+
+void SimulatedProTools::openDialog(const std::string& text) {
+    change([&](TimePoint) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { theScreen.showDialog({text}); });
+}
+
+void SimulatedProTools::closeDialog() {
+    change([&](TimePoint) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { theScreen.closeDialogs(); });
 }
 
 void SimulatedProTools::silence(int surface, Duration duration) {
@@ -116,6 +140,7 @@ void SimulatedProTools::rest() {
         silentUntil.fill(distantPast);
         stuckUntil = distantPast;
         grabsPortsAt = std::min(grabsPortsAt, now);
+        inProgressUntil = std::min(inProgressUntil, now);
         theScreen.rest();
     });
     scriptingService.rest();
@@ -159,6 +184,7 @@ void SimulatedProTools::wake() {
 
 void SimulatedProTools::runUntilNow(TimePoint now) {
     applyFaults(now);
+    openNextSession(now);
     while (!inbox.empty() && inbox.front().due <= now) {
         const Incoming next = std::move(inbox.front());
         inbox.pop_front();
@@ -168,7 +194,14 @@ void SimulatedProTools::runUntilNow(TimePoint now) {
     host.advance(now);
 }
 
+void SimulatedProTools::openNextSession(TimePoint now) {
+    if (!nextSession || now < inProgressUntil) return;
+    theSession.exchange(*nextSession);
+    nextSession.reset();
+}
+
 void SimulatedProTools::applyFaults(TimePoint now) {
+    host.setDialog(theScreen.dialogText());
     host.holdPorts(now >= grabsPortsAt);
     for (int surface = 0; surface < options.surfaces; ++surface)
         host.cut(surface, now < silentUntil[static_cast<std::size_t>(surface)]);
@@ -178,6 +211,7 @@ TimePoint SimulatedProTools::nextDeadline(TimePoint now) const {
     if (now < stuckUntil) return stuckUntil;
     TimePoint deadline = std::min(host.nextDeadline(), user.nextDeadline());
     if (grabsPortsAt > now) deadline = std::min(deadline, grabsPortsAt);
+    if (nextSession) deadline = std::min(deadline, inProgressUntil);
     for (const TimePoint silent : silentUntil)
         if (silent > now) deadline = std::min(deadline, silent);
     return deadline;
@@ -207,6 +241,7 @@ SimulatorSnapshot SimulatedProTools::snapshot() const {
     snapshot.width = host.width();
     snapshot.shownTracks = static_cast<int>(theSession.shownTracks().size());
     snapshot.sessionOpen = theSession.isOpen();
+    snapshot.dialogOpen = theScreen.dialogText().has_value();
     snapshot.transport = theSession.transport();
     snapshot.droppedPresses = host.droppedPresses();
     for (int surface = 0; surface < options.surfaces; ++surface) {

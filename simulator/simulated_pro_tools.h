@@ -52,6 +52,7 @@ struct SimulatorSnapshot {
     int width = 0;  // of the bank, in strips
     int shownTracks = 0;
     bool sessionOpen = false;
+    bool dialogOpen = false;
     std::optional<std::uint16_t> scriptingPort; // where the scripting service is offered
     SimulatedTransport transport;
     std::uint64_t droppedPresses = 0;
@@ -81,6 +82,17 @@ public:
     void bank(BankButton button);
     void scrollTo(int offset);
 
+    // Closes the session and opens another one a while later, as the options say.
+    void exchangeSession(const SimulatedSession& next);
+
+    // The session is being saved for so long; only the scripting service shows it.
+    void saveSession(Duration duration);
+
+    // A dialog that holds up the whole program until it is closed, here or by its OK on the screen. See
+    // SimulatorOptions::dialogFreezes and ScriptingOptions::inDialog.
+    void openDialog(const std::string& text);
+    void closeDialog();
+
     // ---- Faults.
 
     void silence(int surface, Duration duration); // nothing goes out to that surface or comes in from it
@@ -93,8 +105,8 @@ public:
     void releasePorts();
 
     // No more trouble: the restless user rests, no press is lost any more, no mode button is down, the scripting
-    // service serves, the screen can be read and has no dialog on it, and what silence, stick and releasePorts began is
-    // over.
+    // service serves, the screen can be read and has no dialog on it, and what silence, stick, releasePorts and
+    // exchangeSession began is over.
     void rest();
 
     // ---- Scripting. Whoever serves it by a wire is gone before this is.
@@ -135,6 +147,7 @@ private:
     void wake() LUMBRINE_EXCLUDES(mutex);
     void runUntilNow(TimePoint now) LUMBRINE_REQUIRES(mutex);
     void applyFaults(TimePoint now) LUMBRINE_REQUIRES(mutex);
+    void openNextSession(TimePoint now) LUMBRINE_REQUIRES(mutex);
     TimePoint nextDeadline(TimePoint now) const LUMBRINE_REQUIRES(mutex);
     SimulatorSnapshot::Strip stripNow(const SurfacePicture& picture, int surface, int strip) const
         LUMBRINE_REQUIRES(mutex);
@@ -152,8 +165,10 @@ private:
     std::array<TimePoint, 2> silentUntil LUMBRINE_GUARDED_BY(mutex) = {distantPast, distantPast};
     TimePoint stuckUntil LUMBRINE_GUARDED_BY(mutex) = distantPast;
     TimePoint grabsPortsAt LUMBRINE_GUARDED_BY(mutex);
-    TimePoint nextWake LUMBRINE_GUARDED_BY(mutex) = TimePoint::max(); // the earliest wake that is posted
-    bool portsAreMade LUMBRINE_GUARDED_BY(mutex) = false;             // before that nothing may send
+    TimePoint inProgressUntil LUMBRINE_GUARDED_BY(mutex) = distantPast;     // a session is opened or saved
+    std::optional<SimulatedSession> nextSession LUMBRINE_GUARDED_BY(mutex); // opens then
+    TimePoint nextWake LUMBRINE_GUARDED_BY(mutex) = TimePoint::max();       // the earliest wake that is posted
+    bool portsAreMade LUMBRINE_GUARDED_BY(mutex) = false;                   // before that nothing may send
     bool ending LUMBRINE_GUARDED_BY(mutex) = false;
 
     // The queue goes before the connections: its jobs send through them. Jobs and connections post to it under the lock

@@ -112,7 +112,20 @@ void SimulatedScreen::openPeripherals(TimePoint now) {
 }
 
 void SimulatedScreen::showAlert(std::vector<std::string> lines) {
-    alerts.push_back({++alertsSoFar, std::move(lines)});
+    alerts.push_back({++alertsSoFar, std::move(lines), false});
+}
+
+void SimulatedScreen::showDialog(std::vector<std::string> lines) {
+    alerts.push_back({++alertsSoFar, std::move(lines), true});
+}
+
+void SimulatedScreen::closeDialogs() {
+    std::erase_if(alerts, &Alert::modal);
+}
+
+std::optional<std::string> SimulatedScreen::dialogText() const {
+    const auto front = std::find_if(alerts.rbegin(), alerts.rend(), [](const Alert& alert) { return alert.modal; });
+    return front == alerts.rend() ? std::nullopt : std::optional(joined(front->lines));
 }
 
 void SimulatedScreen::showWindows(bool edit, bool mix) {

@@ -39,6 +39,11 @@ public:
 
     // A dialog with these lines and an OK button.
     void showAlert(std::vector<std::string> lines);
+    // One that holds up the whole program until it is closed.
+    void showDialog(std::vector<std::string> lines);
+    void closeDialogs();
+    std::optional<std::string> dialogText() const; // of the one in front, in one line; absent without one
+
     std::size_t alertCount() const { return alerts.size(); }
 
     void showWindows(bool edit, bool mix);
@@ -51,6 +56,7 @@ private:
     struct Alert {
         int number;
         std::vector<std::string> lines;
+        bool modal;
     };
 
     bool isThere(const ScreenElement& element, TimePoint now) const;

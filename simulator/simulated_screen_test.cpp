@@ -290,5 +290,18 @@ TEST_F(SimulatedScreenTest, RestsWithoutDialogs) {
     EXPECT_THAT(mixedTracks(), ElementsAre("T01: "));
 }
 
+TEST(SimulatedScreenDialog, IsToldInOneLineUntilItIsClosed) {
+    const SimulatedSession session = numberedSession(1);
+    SimulatedScreen screen({}, session, [](TimePoint) {});
+    EXPECT_EQ(screen.dialogText(), std::nullopt);
+    screen.showAlert({"Lost communication with", "HUI"}); // holds nothing up
+    EXPECT_EQ(screen.dialogText(), std::nullopt);
+    screen.showDialog({"Save changes to", "Evening Light?"});
+    EXPECT_EQ(screen.dialogText(), "Save changes to Evening Light?");
+    screen.closeDialogs();
+    EXPECT_EQ(screen.dialogText(), std::nullopt);
+    EXPECT_EQ(screen.alertCount(), 1u);
+}
+
 } // namespace
 } // namespace lumbrine

@@ -12,9 +12,9 @@ constexpr int notOffered = -1;
 } // namespace
 
 SimulatedScripting::SimulatedScripting(Runtime& rt, const ScriptingOptions& chosen, std::uint64_t seed,
-                                       ScriptingService::EditSession edit, std::function<TimePoint()> stuckUntil)
-    : runtime(rt), options(chosen), programStuckUntil(std::move(stuckUntil)), faults(chosen, seed + 3),
-      offeredPort(notOffered), service(chosen, seed, std::move(edit), rt.now()), chance(seed + 2),
+                                       ScriptingService::EditSession edit, std::function<ProgramState()> programState)
+    : runtime(rt), options(chosen), program(std::move(programState)), faults(chosen, seed + 3), offeredPort(notOffered),
+      service(chosen, seed, std::move(edit), rt.now()), chance(seed + 2),
       owned(rt.serialQueue("simulated scripting service", Priority::normal)), queue(*owned) {}
 
 void SimulatedScripting::ask(ScriptingRequest request, std::string connection, Answer answer) {
@@ -37,16 +37,35 @@ void SimulatedScripting::line(Call call) {
 void SimulatedScripting::serve() {
     while (!waiting.empty()) {
         const TimePoint now = runtime.now();
-        const TimePoint free = std::max(stalledUntil, programStuckUntil());
+        const ProgramState state = program();
+        const TimePoint free = std::max(stalledUntil, state.stuckUntil);
         if (now < free) {
             queue.postAfter(free - now, [this] { serve(); });
             return;
         }
+        if (state.dialogOpen && options.inDialog == DialogAnswer::silence) return; // until it is closed
         const Call call = std::move(waiting.front());
         waiting.pop_front();
         ++answered;
-        call.answer(service.answer(call.request, call.connection, now));
+        call.answer(replyTo(call, state, now));
     }
+}
+
+ScriptingReply SimulatedScripting::replyTo(const Call& call, const ProgramState& state, TimePoint now) {
+    if (state.dialogOpen) {
+        if (options.inDialog == DialogAnswer::deferral) deferred.push_back({call.request, call.connection, {}});
+        return service.refusal(call.request);
+    }
+    if (options.answersInProgress && now < state.inProgressUntil) return service.inProgress(call.request);
+    return service.answer(call.request, call.connection, now);
+}
+
+void SimulatedScripting::dialogClosed() {
+    queue.post([this] {
+        for (const Call& call : std::exchange(deferred, {}))
+            service.answer(call.request, call.connection, runtime.now());
+        serve();
+    });
 }
 
 void SimulatedScripting::offeredOn(std::optional<std::uint16_t> newPort) {

@@ -16,14 +16,24 @@
 
 namespace lumbrine {
 
+// What the whole program does, as far as its scripting service shows it.
+struct ProgramState {
+    TimePoint stuckUntil = distantPast; // it does nothing at all
+    bool dialogOpen = false;
+    TimePoint inProgressUntil = distantPast; // a session is being opened or saved
+};
+
 class SimulatedScripting {
 public:
     // Called on the service's queue, and destroyed without a call when the service ends first.
     using Answer = std::function<void(ScriptingReply)>;
 
-    // `stuckUntil` tells how long the whole program does nothing. The options have no problem (problemWith).
+    // The options have no problem (problemWith).
     SimulatedScripting(Runtime& rt, const ScriptingOptions& chosen, std::uint64_t seed,
-                       ScriptingService::EditSession edit, std::function<TimePoint()> stuckUntil);
+                       ScriptingService::EditSession edit, std::function<ProgramState()> programState);
+
+    // The program has closed its last dialog.
+    void dialogClosed();
 
     // ---- For the wires, from any thread.
 
@@ -62,10 +72,11 @@ private:
     void begin(Call call);
     void line(Call call);
     void serve();
+    ScriptingReply replyTo(const Call& call, const ProgramState& state, TimePoint now);
 
     Runtime& runtime;
     const ScriptingOptions options;
-    const std::function<TimePoint()> programStuckUntil;
+    const std::function<ProgramState()> program;
     WireFaults faults;
     std::atomic<int> offeredPort;
     std::atomic<std::uint64_t> arrived = 0;
@@ -74,7 +85,8 @@ private:
     // The queue's own.
     ScriptingService service;
     SeededRandom chance;
-    std::deque<Call> waiting; // while nothing is served
+    std::deque<Call> waiting;  // while nothing is served
+    std::deque<Call> deferred; // answered already, and carried out once there is no dialog
     TimePoint stalledUntil = distantPast;
     bool resting = false;
 

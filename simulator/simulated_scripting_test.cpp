@@ -273,5 +273,80 @@ TEST_F(SimulatedScriptingTest, TellsWhereItIsOffered) {
     EXPECT_EQ(proTools->snapshot().scriptingPort, std::nullopt);
 }
 
+// ---- Dialogs, and sessions that are opened or saved
+
+const std::string muteTheFirst = R"({"track_names":["T01"],"enabled":true})";
+constexpr int setMuteCommand = 85;
+
+SimulatorOptions withDialogAnswer(DialogAnswer answer) {
+    SimulatorOptions options;
+    options.scripting.inDialog = answer;
+    return options;
+}
+
+TEST_F(SimulatedScriptingTest, FailsEveryCommandWhileADialogIsOpen) {
+    start({});
+    registerOurselves();
+    proTools->openDialog("Save changes?");
+    for (const int command : {trackListCommand, hostReadyCommand, setMuteCommand}) {
+        const ScriptingReply reply = ask(command, command == setMuteCommand ? muteTheFirst : "");
+        EXPECT_EQ(reply.status, ScriptingStatus::failed);
+        EXPECT_THAT(reply.errorJSON, testing::HasSubstr("106"));
+    }
+    proTools->closeDialog();
+    EXPECT_EQ(ask(trackListCommand).status, ScriptingStatus::completed);
+    EXPECT_FALSE(proTools->session().tracks()[0].mute);
+}
+
+TEST_F(SimulatedScriptingTest, CarriesOutRefusedCommandsOnceTheDialogIsClosedWhereThatIsChosen) {
+    start(withDialogAnswer(DialogAnswer::deferral));
+    registerOurselves();
+    proTools->openDialog("Save changes?");
+    EXPECT_EQ(ask(setMuteCommand, muteTheFirst).status, ScriptingStatus::failed);
+    runtime.runFor(seconds(5));
+    EXPECT_FALSE(proTools->session().tracks()[0].mute);
+    proTools->closeDialog();
+    runtime.runFor(seconds(0.1));
+    EXPECT_TRUE(proTools->session().tracks()[0].mute);
+}
+
+TEST_F(SimulatedScriptingTest, IsSilentUntilTheDialogIsClosedWhereThatIsChosen) {
+    start(withDialogAnswer(DialogAnswer::silence));
+    registerOurselves();
+    proTools->openDialog("Save changes?");
+    post(trackListCommand);
+    runtime.runFor(seconds(30));
+    EXPECT_TRUE(replies.empty());
+    proTools->closeDialog();
+    runtime.runFor(seconds(0.1));
+    ASSERT_EQ(replies.size(), 1u);
+    EXPECT_EQ(replies[0].status, ScriptingStatus::completed);
+}
+
+TEST_F(SimulatedScriptingTest, AnswersWithStatusTwoAndNoBodyWhileASessionIsOpenedOrSaved) {
+    SimulatorOptions options;
+    options.scripting.answersInProgress = true;
+    start(options);
+    registerOurselves();
+    proTools->saveSession(seconds(1));
+    const ScriptingReply saving = ask(trackListCommand);
+    EXPECT_EQ(saving.status, ScriptingStatus::inProgress);
+    EXPECT_EQ(saving.bodyJSON, "");
+    runtime.runFor(seconds(1));
+    EXPECT_EQ(ask(trackListCommand).status, ScriptingStatus::completed);
+
+    proTools->exchangeSession(numberedSession(3));
+    EXPECT_EQ(ask(trackListCommand).status, ScriptingStatus::inProgress);
+    runtime.runFor(options.sessionOpensAfter);
+    EXPECT_EQ(ScriptingJSON::parse(ask(trackListCommand).bodyJSON)["track_list"].size(), 3u);
+}
+
+TEST_F(SimulatedScriptingTest, HasNoSessionWhileAnotherIsOpenedUnlessStatusTwoIsChosen) {
+    start({});
+    registerOurselves();
+    proTools->exchangeSession(numberedSession(3));
+    EXPECT_THAT(ask(trackListCommand).errorJSON, testing::HasSubstr("106"));
+}
+
 } // namespace
 } // namespace lumbrine

@@ -123,6 +123,20 @@ void SimulatedSession::close() {
     announce(SessionChange::Kind::closed);
 }
 
+void SimulatedSession::exchange(const SimulatedSession& other) {
+    close();
+    sessionName = other.sessionName;
+    trackList = other.trackList;
+    transportState = {};
+    const int before = lastID;
+    for (SimulatedTrack& track : trackList) {
+        track.id += before;
+        if (track.folder != 0) track.folder += before;
+        lastID = std::max(lastID, track.id);
+    }
+    open();
+}
+
 void SimulatedSession::play() {
     if (!openNow) return;
     SimulatedTransport next = transportState;

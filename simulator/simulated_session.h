@@ -85,6 +85,9 @@ public:
     void open();
     void close(); // stops the transport
 
+    // Closes what is open and opens the tracks of another session, at position zero. Ids are given anew.
+    void exchange(const SimulatedSession& other);
+
     // ---- Transport.
 
     void play(); // records when record was pressed before

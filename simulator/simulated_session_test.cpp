@@ -251,5 +251,26 @@ TEST(SimulatedSession, CopiesWithoutItsListeners) {
     EXPECT_EQ(session.find(1)->name, "Kick");
 }
 
+TEST(SimulatedSession, IsExchangedForAnotherWithItsFoldersAndNewIds) {
+    SimulatedSession session("First", std::vector<SimulatedTrack>(3));
+    session.play();
+    std::vector<SessionChange::Kind> changes;
+    session.onChange([&](const SessionChange& change) { changes.push_back(change.kind); });
+
+    std::vector<SimulatedTrack> tracks(2);
+    tracks[0].isFolder = tracks[0].closed = true;
+    tracks[1].folder = 1;
+    session.exchange(SimulatedSession("Second", tracks));
+
+    EXPECT_EQ(session.name(), "Second");
+    EXPECT_TRUE(session.isOpen());
+    EXPECT_FALSE(session.transport().playing);
+    EXPECT_EQ(session.find(1), nullptr);
+    EXPECT_THAT(session.shownTracks(), testing::ElementsAre(4)); // the folder hides the other
+    EXPECT_TRUE(session.hiddenByFolder(*session.find(5)));
+    EXPECT_THAT(changes, testing::ElementsAre(SessionChange::Kind::transport, SessionChange::Kind::closed,
+                                              SessionChange::Kind::opened));
+}
+
 } // namespace
 } // namespace lumbrine

@@ -34,6 +34,7 @@ std::optional<std::string> problemWith(const SimulatorOptions& options) {
         return "a flashing LED is on and off for more than 0 seconds";
     if (options.clicksPerRingPosition < 1) return "a ring position takes at least 1 click";
     if (options.meterRate < 1 || options.meterRate > 100) return "meters are sent 1 to 100 times a second";
+    if (options.sessionOpensAfter < Duration::zero()) return "a session opens after 0 seconds or more";
     if (options.grabPortsAfter < Duration::zero()) return "the ports are grabbed after 0 seconds or more";
     if (options.dropOnePressIn < 0) return "one press in 1 or more is dropped, or none with 0";
     if (options.restlessUserEvery < Duration::zero()) return "a restless user acts every 0 seconds (never) or more";

@@ -122,6 +122,12 @@ struct SimulatorOptions {
     bool redrawOnBank = true; // everything is sent again after a move, not only what differs
     BankWidth bankWidth = BankWidth::answering;
 
+    // ---- Dialogs and sessions.
+    bool dialogFreezes =
+        true; // while one is on the screen, its text is on the main display and the surfaces do nothing
+    bool pingInDialog = true;
+    Duration sessionOpensAfter = seconds(2); // from the order to exchange it
+
     // ---- Faults.
     Duration grabPortsAfter = Duration::zero(); // from the start until it first uses the ports
     bool portsLost = false;                     // it uses them only when it is told to on its screen, as by grabPorts

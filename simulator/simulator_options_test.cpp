@@ -32,6 +32,7 @@ TEST(SimulatorOptions, RefuseWhatCannotBe) {
         [](auto& options) { options.clicksPerRingPosition = 0; },
         [](auto& options) { options.meterRate = 0; },
         [](auto& options) { options.meterRate = 101; },
+        [](auto& options) { options.sessionOpensAfter = -seconds(1); },
         [](auto& options) { options.grabPortsAfter = -seconds(1); },
         [](auto& options) { options.dropOnePressIn = -1; },
         [](auto& options) { options.restlessUserEvery = -seconds(1); },

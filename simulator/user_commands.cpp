@@ -1,65 +1,16 @@
 #include "simulator/user_commands.h"
 
-#include "base/decimal_number.h"
+#include "simulator/user_session_commands.h"
+#include "simulator/user_track_commands.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cstdio>
-#include <expected>
-#include <optional>
-#include <vector>
 
 namespace lumbrine {
 
 namespace {
 
-using Failure = std::unexpected<std::string>;
-using Result = std::expected<std::string, std::string>; // what to tell, or what is wrong
-
-// The rest of a line, word by word.
-class Arguments {
-public:
-    explicit Arguments(std::string_view line) : rest(line) { skipBlanks(); }
-
-    std::string_view word() {
-        const std::size_t length = std::min(rest.find(' '), rest.size());
-        const std::string_view found = rest.substr(0, length);
-        rest.remove_prefix(length);
-        skipBlanks();
-        return found;
-    }
-
-    std::string_view remaining() const { return rest; }
-    bool atEnd() const { return rest.empty(); }
-
-    template <typename Whole>
-    std::optional<Whole> number() {
-        const std::string_view digits = word();
-        Whole value{};
-        const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-        if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
-        return value;
-    }
-
-    std::optional<double> within(double least, double most) {
-        const auto value = decimalNumber(word());
-        return value && *value >= least && *value <= most ? value : std::nullopt;
-    }
-
-    // The index in the session of a track told by its number.
-    std::optional<std::size_t> trackIndex(const SimulatedSession& session) {
-        const auto value = number<std::size_t>();
-        if (!value || *value < 1 || *value > session.tracks().size()) return std::nullopt;
-        return *value - 1;
-    }
-
-private:
-    void skipBlanks() { rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size())); }
-
-    std::string_view rest;
-};
-
+using namespace user_command;
 using Handler = Result (*)(SimulatedProTools&, Arguments&);
 
 struct NamedCommand {
@@ -69,31 +20,9 @@ struct NamedCommand {
     Handler run;
 };
 
-Failure wrong() {
-    return Failure("");
-}
-
-// Gives the track that is told next to `edit`, which gets its id and index.
-template <typename Edit>
-Result editTrack(SimulatedProTools& proTools, Arguments& arguments, Edit edit) {
-    Result result = wrong();
-    proTools.edit([&](SimulatedSession& session) {
-        const auto index = arguments.trackIndex(session);
-        if (!index) {
-            result = Failure("no such track");
-            return;
-        }
-        result = edit(session, session.tracks()[*index].id);
-    });
-    return result;
-}
-
 template <bool SimulatedTrack::* Flag>
-Result toggle(SimulatedProTools& proTools, Arguments& arguments) {
-    return editTrack(proTools, arguments, [](SimulatedSession& session, int id) -> Result {
-        session.change(id, [](SimulatedTrack& track) { track.*Flag = !(track.*Flag); });
-        return {};
-    });
+Result toggleFlag(SimulatedProTools& proTools, Arguments& arguments) {
+    return toggle(proTools, arguments, Flag);
 }
 
 template <void (SimulatedSession::*Act)()>
@@ -115,114 +44,6 @@ Result scroll(SimulatedProTools& proTools, Arguments& arguments) {
     if (!first || *first < 1) return wrong();
     proTools.scrollTo(*first - 1);
     return {};
-}
-
-Result rename(SimulatedProTools& proTools, Arguments& arguments) {
-    return editTrack(proTools, arguments, [&](SimulatedSession& session, int id) -> Result {
-        if (arguments.atEnd()) return wrong();
-        session.rename(id, std::string(arguments.remaining()));
-        return {};
-    });
-}
-
-Result comment(SimulatedProTools& proTools, Arguments& arguments) {
-    return editTrack(proTools, arguments, [&](SimulatedSession& session, int id) -> Result {
-        session.change(id, [&](SimulatedTrack& track) { track.comment = arguments.remaining(); });
-        return {};
-    });
-}
-
-Result add(SimulatedProTools& proTools, Arguments& arguments) {
-    if (arguments.atEnd()) return wrong();
-    SimulatedTrack track;
-    track.name = arguments.remaining();
-    proTools.edit([&](SimulatedSession& session) { session.add(std::move(track)); });
-    return {};
-}
-
-Result insert(SimulatedProTools& proTools, Arguments& arguments) {
-    const auto number = arguments.number<std::size_t>();
-    if (!number || *number < 1 || arguments.atEnd()) return wrong();
-    SimulatedTrack track;
-    track.name = arguments.remaining();
-    proTools.edit([&](SimulatedSession& session) { session.add(std::move(track), *number - 1); });
-    return {};
-}
-
-Result remove(SimulatedProTools& proTools, Arguments& arguments) {
-    return editTrack(proTools, arguments, [](SimulatedSession& session, int id) -> Result {
-        session.remove(id);
-        return {};
-    });
-}
-
-Result move(SimulatedProTools& proTools, Arguments& arguments) {
-    return editTrack(proTools, arguments, [&](SimulatedSession& session, int id) -> Result {
-        const auto index = arguments.trackIndex(session);
-        if (!index) return Failure("no such place");
-        session.move(id, *index);
-        return {};
-    });
-}
-
-Result select(SimulatedProTools& proTools, Arguments& arguments) {
-    return editTrack(proTools, arguments, [](SimulatedSession& session, int id) -> Result {
-        session.select(id, false);
-        return {};
-    });
-}
-
-Result fader(SimulatedProTools& proTools, Arguments& arguments) {
-    return editTrack(proTools, arguments, [&](SimulatedSession& session, int id) -> Result {
-        const auto value = arguments.within(0, 1);
-        if (!value) return wrong();
-        session.change(id, [&](SimulatedTrack& track) { track.fader = FaderValue::ofUnit(*value); });
-        return {};
-    });
-}
-
-Result pan(SimulatedProTools& proTools, Arguments& arguments) {
-    return editTrack(proTools, arguments, [&](SimulatedSession& session, int id) -> Result {
-        const auto left = arguments.within(-100, 100);
-        if (!left) return wrong();
-        const auto right = arguments.atEnd() ? std::optional(session.find(id)->panRight) : arguments.within(-100, 100);
-        if (!right) return wrong();
-        session.change(id, [&](SimulatedTrack& track) {
-            track.panLeft = *left;
-            track.panRight = *right;
-        });
-        return {};
-    });
-}
-
-Result automation(SimulatedProTools& proTools, Arguments& arguments) {
-    constexpr std::array<std::string_view, 6> names{"read", "touch", "latch", "write", "off", "touchlatch"};
-    return editTrack(proTools, arguments, [&](SimulatedSession& session, int id) -> Result {
-        const auto mode = std::ranges::find(names, arguments.word());
-        if (mode == names.end()) return wrong();
-        session.change(id, [&](SimulatedTrack& track) {
-            track.automation = static_cast<SimulatedTrack::Automation>(mode - names.begin());
-        });
-        return {};
-    });
-}
-
-Result color(SimulatedProTools& proTools, Arguments& arguments) {
-    constexpr std::size_t digits = 6;
-    return editTrack(proTools, arguments, [&](SimulatedSession& session, int id) -> Result {
-        const std::string_view value = arguments.word();
-        if (value.size() != digits || value.find_first_not_of("0123456789abcdef") != value.npos) return wrong();
-        session.change(id, [&](SimulatedTrack& track) { track.color = "#ff" + std::string(value); });
-        return {};
-    });
-}
-
-Result fold(SimulatedProTools& proTools, Arguments& arguments) {
-    return editTrack(proTools, arguments, [](SimulatedSession& session, int id) -> Result {
-        if (!session.find(id)->isFolder) return Failure("that track is no folder");
-        session.change(id, [](SimulatedTrack& track) { track.closed = !track.closed; });
-        return {};
-    });
 }
 
 Result spoilWire(SimulatedProTools& proTools, std::string_view name, Arguments& arguments) {
@@ -294,22 +115,6 @@ Result permission(SimulatedProTools& proTools, Arguments& arguments) {
     return {};
 }
 
-std::string trackLine(const SimulatedTrack& track, std::size_t number) {
-    std::array<char, 64> values{};
-    std::snprintf(values.data(), values.size(), "%4zu  %5.3f  %c%c%c%c  %s  ", number, track.fader.unit(),
-                  track.mute ? 'M' : '-', track.solo ? 'S' : '-', track.recordArmed ? 'R' : '-',
-                  track.selected ? '*' : '-', track.stereo ? "stereo" : "mono  ");
-    return values.data() + track.name + (track.hidden ? "  (hidden)" : "");
-}
-
-Result tracks(SimulatedProTools& proTools, Arguments&) {
-    std::string list;
-    const SimulatedSession session = proTools.session();
-    for (std::size_t i = 0; i < session.tracks().size(); ++i)
-        list += (i == 0 ? "" : "\n") + trackLine(session.tracks()[i], i + 1);
-    return list;
-}
-
 Result help(SimulatedProTools&, Arguments&) {
     return userCommandHelp();
 }
@@ -328,21 +133,21 @@ constexpr std::array commands{
     NamedCommand{"insert", "N NAME", "add a track as the Nth", insert},
     NamedCommand{"remove", "TRACK", "remove a track", remove},
     NamedCommand{"move", "TRACK N", "make a track the Nth", move},
-    NamedCommand{"hide", "TRACK", "hide a track, or show it again", toggle<&SimulatedTrack::hidden>},
-    NamedCommand{"mute", "TRACK", "mute on or off", toggle<&SimulatedTrack::mute>},
-    NamedCommand{"solo", "TRACK", "solo on or off", toggle<&SimulatedTrack::solo>},
-    NamedCommand{"arm", "TRACK", "arm for recording, or no longer", toggle<&SimulatedTrack::recordArmed>},
-    NamedCommand{"monitor", "TRACK", "input monitoring on or off", toggle<&SimulatedTrack::inputMonitor>},
-    NamedCommand{"inactive", "TRACK", "make a track inactive, or active again", toggle<&SimulatedTrack::inactive>},
+    NamedCommand{"hide", "TRACK", "hide a track, or show it again", toggleFlag<&SimulatedTrack::hidden>},
+    NamedCommand{"mute", "TRACK", "mute on or off", toggleFlag<&SimulatedTrack::mute>},
+    NamedCommand{"solo", "TRACK", "solo on or off", toggleFlag<&SimulatedTrack::solo>},
+    NamedCommand{"arm", "TRACK", "arm for recording, or no longer", toggleFlag<&SimulatedTrack::recordArmed>},
+    NamedCommand{"monitor", "TRACK", "input monitoring on or off", toggleFlag<&SimulatedTrack::inputMonitor>},
+    NamedCommand{"inactive", "TRACK", "make a track inactive, or active again", toggleFlag<&SimulatedTrack::inactive>},
     NamedCommand{"color", "TRACK RRGGBB", "give a track another color, six digits of 0-9 and a-f", color},
     NamedCommand{"fold", "TRACK", "close a folder, or open it", fold},
     NamedCommand{"select", "TRACK", "select one track alone", select},
     NamedCommand{"fader", "TRACK VALUE", "move a fader, 0 to 1", fader},
     NamedCommand{"pan", "TRACK LEFT [RIGHT]", "set the pan, -100 to 100", pan},
     NamedCommand{"auto", "TRACK read|touch|latch|write|off|touchlatch", "set the automation mode", automation},
-    NamedCommand{"trim", "TRACK", "automation trim on or off", toggle<&SimulatedTrack::trim>},
-    NamedCommand{"open", "", "open the session", transport<&SimulatedSession::open>},
-    NamedCommand{"close", "", "close the session", transport<&SimulatedSession::close>},
+    NamedCommand{"trim", "TRACK", "automation trim on or off", toggleFlag<&SimulatedTrack::trim>},
+    NamedCommand{"session", sessionUsage, "open or close the session, exchange it for another, save it", session},
+    NamedCommand{"dialog", dialogUsage, "show a dialog that holds up everything, or close it", dialog},
     NamedCommand{"silence", "SURFACE SECONDS", "neither talk to a surface nor hear it for a while", silenceSurface},
     NamedCommand{"stick", "SECONDS", "do nothing at all for a while", stick},
     NamedCommand{"release", "", "let go of the MIDI ports", release},
@@ -350,7 +155,7 @@ constexpr std::array commands{
     NamedCommand{"script", "busy|reset|goaway|die N|stall SECONDS|restart", "let the scripting service fail", script},
     NamedCommand{"alert", "TEXT", "show an alert on the screen", alert},
     NamedCommand{"permission", "on|off", "let other programs use the screen, or no longer", permission},
-    NamedCommand{"tracks", "", "list the tracks", tracks},
+    NamedCommand{"tracks", "", "list the tracks", list},
     NamedCommand{"help", "", "list these commands", help},
     NamedCommand{"quit", "", "end the program", nullptr},
 };

@@ -172,9 +172,9 @@ TEST_F(UserCommandsTest, SetTheValuesOfATrack) {
 }
 
 TEST_F(UserCommandsTest, OpenAndCloseTheSessionAndLetGoOfThePorts) {
-    say("close");
+    say("session close");
     EXPECT_FALSE(proTools.snapshot().sessionOpen);
-    say("open");
+    say("session open");
     EXPECT_TRUE(proTools.snapshot().sessionOpen);
     runtime.runFor(seconds(2.5));
     const std::uint64_t pings = proTools.snapshot().surfaces[0].pingsSent;
@@ -222,6 +222,34 @@ TEST_F(UserCommandsTest, TellTheTracksTheCommandsAndTheEnd) {
     EXPECT_THAT(userCommandHelp(), testing::HasSubstr("\nrename TRACK NAME                       give a track"));
     EXPECT_TRUE(say("quit").quit);
     EXPECT_FALSE(say("help").quit);
+}
+
+TEST_F(UserCommandsTest, ExchangeTheSessionForAnotherOrForOneOfTheSameTemplate) {
+    say("session exchange 12");
+    EXPECT_FALSE(proTools.snapshot().sessionOpen);
+    runtime.runFor(seconds(3));
+    EXPECT_TRUE(proTools.snapshot().sessionOpen);
+    EXPECT_EQ(proTools.session().tracks().size(), 12u);
+    const std::vector<SimulatedTrack> before = proTools.session().tracks();
+    say("session template");
+    runtime.runFor(seconds(3));
+    const std::vector<SimulatedTrack> after = proTools.session().tracks();
+    ASSERT_EQ(after.size(), before.size());
+    EXPECT_EQ(after[3].name, before[3].name);
+    EXPECT_NE(after[3].id, before[3].id);
+}
+
+TEST_F(UserCommandsTest, OpenAndCloseADialog) {
+    say("dialog open The disk is full");
+    EXPECT_TRUE(proTools.snapshot().dialogOpen);
+    say("dialog close");
+    EXPECT_FALSE(proTools.snapshot().dialogOpen);
+}
+
+TEST_F(UserCommandsTest, RefuseWhatSessionsAndDialogsCannotDo) {
+    for (const char* const line : {"session", "session leave", "session exchange", "session exchange -1",
+                                   "session save", "dialog", "dialog open", "dialog close now"})
+        EXPECT_FALSE(runUserCommand(proTools, line).done) << line;
 }
 
 } // namespace
