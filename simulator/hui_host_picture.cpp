@@ -20,7 +20,7 @@ DisplayText assignText(int port) {
     return shortName(names[static_cast<std::size_t>(port)], ShortNameRule::cut, NonASCIIRule::blank);
 }
 
-// Hours, minutes, seconds and frames, two digits each, right-most first, with a separator behind each pair but the last.
+// Hours, minutes, seconds and frames, two digits each, right-most first, with separators between the pairs.
 std::array<std::uint8_t, 8> counterDigits(Duration position) {
     const auto frames = static_cast<std::int64_t>(inSeconds(position) * framesPerSecond);
     const std::int64_t whole = frames / framesPerSecond;

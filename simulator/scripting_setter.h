@@ -24,8 +24,8 @@ std::optional<SetRequest> parseSetRequest(std::string_view body);
 // Whether tracks of its kind have that switch.
 bool takes(const SimulatedTrack& track, bool SimulatedTrack::* flag);
 
-// Sets the flag on all of the tracks, told by their exact names. When one of them is not there or does not take it, nothing
-// is set and that is what comes back.
+// Sets the flag on all of the tracks, told by their exact names. When one of them is not there or does not take it,
+// nothing is set and that is what comes back.
 std::optional<ScriptingFailure> setOnTracks(SimulatedSession& session, const SetRequest& request,
                                             bool SimulatedTrack::* flag);
 

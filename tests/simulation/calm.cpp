@@ -156,14 +156,15 @@ bool Calm::faderGoesBothWays(Strip strip) {
     phone.touch(strip);
     phone.move(strip, FaderValue::ofRaw(fromPhone));
     phone.release(strip);
-    world.runtime.runFor(seconds(0.8));
+    const Duration there = seconds(0.8) + world.scenario.host.latency;
+    world.runtime.runFor(there);
     if (faderOfHost(strip) != fromPhone) return false;
 
     const int track = world.proTools->snapshot().surfaces[strip.slot() / 8].strips[strip.slot() % 8].trackID;
     world.proTools->edit([track](SimulatedSession& session) {
         session.change(track, [](SimulatedTrack& moved) { moved.fader = FaderValue::ofRaw(fromHost); });
     });
-    world.runtime.runFor(seconds(0.8));
+    world.runtime.runFor(there);
     const int unsentBits = 14 - world.scenario.host.faderBits;
     return phone.picture().at(strip).fader.raw() == fromHost >> unsentBits << unsentBits;
 }

@@ -61,6 +61,7 @@ Names mapFrom(int offset, const HostView& host, const SimulatorOptions& options)
 } // namespace
 
 std::string trimmed(std::string text) {
+    std::ranges::replace_if(text, [](char character) { return character < ' ' || character > '~'; }, ' ');
     while (!text.empty() && text.back() == ' ')
         text.pop_back();
     while (!text.empty() && text.front() == ' ')

@@ -21,6 +21,7 @@ struct HostView {
 
 HostView viewOf(const SimulatedProTools& proTools);
 
+// What ASCII has of a display, without the blanks around it.
 std::string trimmed(std::string text);
 
 // What the strips show at that offset; blank beyond the end of the session.

@@ -1,5 +1,7 @@
 #include "tests/simulation/scenario.h"
 
+#include "tests/simulation/host_habits.h"
+
 #include <algorithm>
 
 namespace lumbrine::simulation {
@@ -174,13 +176,21 @@ Scenario scenarioOf(std::uint64_t seed, const Switches& switches) {
         scenario.network.straying = 0.02;
         scenario.network.detour = seconds(3);
     }
+    scenario.hostHabits = chooseHostHabits(seed, switches, scenario.host);
     // Long enough for the first scan to end, and then some.
     const int banks = scenario.tracks / scenario.strips();
     scenario.trouble = seconds(18) + seconds(1) * std::min(banks, 30);
     return scenario;
 }
 
+bool Scenario::has(std::string_view hostHabit) const {
+    return std::ranges::find(hostHabits, hostHabit) != hostHabits.end();
+}
+
 std::string Scenario::text() const {
+    std::string habitNames;
+    for (const std::string_view name : hostHabits)
+        habitNames += ", " + std::string(name);
     const auto inWords = [](bool holds, const char* words) {
         return holds ? std::string(", ") + words : std::string();
     };
@@ -203,7 +213,7 @@ std::string Scenario::text() const {
            inWords(troubles.serviceFails, "the service fails") + inWords(troubles.screenFails, "the screen fails") +
            inWords(troubles.permissionGoes, "permission goes") + inWords(troubles.commentsChange, "comments change") +
            inWords(weight(Act::setGroupSwitches) + weight(Act::toggleInputMonitor) > 0, "wishes to the service") +
-           hardships.text();
+           hardships.text() + habitNames;
 }
 
 } // namespace lumbrine::simulation

@@ -12,6 +12,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace lumbrine::simulation {
 
@@ -67,6 +69,7 @@ struct Scenario {
     std::array<int, actCount> habits{}; // how often phones do what, as weights
     Troubles troubles;
     Hardships hardships;
+    std::vector<std::string_view> hostHabits; // by their names, see host_habits.h
     Duration trouble = seconds(30);
 
     // Whether the receiver can read all that the host sends: it takes one display from a message, and no running
@@ -75,6 +78,8 @@ struct Scenario {
 
     // Whether the host reacts before the receiver takes it for unmoved.
     bool hostIsQuick() const { return host.latency <= seconds(0.2); }
+
+    bool has(std::string_view hostHabit) const;
 
     int strips() const { return 8 * host.surfaces; }
     int weight(Act act) const { return habits[static_cast<std::size_t>(act)]; }

@@ -4,7 +4,22 @@
 #include "tests/simulation/trouble.h"
 #include "tests/simulation/world.h"
 
+#include <algorithm>
+
 namespace lumbrine::simulation {
+
+namespace {
+
+// What was told last by then counts as told then.
+void forgetBefore(std::vector<ToldTracks>& told, TimePoint since) {
+    const auto later = std::ranges::find_if(told, [since](const ToldTracks& moment) { return moment.at >= since; });
+    if (later == told.begin()) return;
+    const auto last = later - 1;
+    last->at = std::max(last->at, since);
+    told.erase(told.begin(), last);
+}
+
+} // namespace
 
 Evidence runSession(const Scenario& scenario) {
     World world(scenario);
@@ -14,6 +29,7 @@ Evidence runSession(const Scenario& scenario) {
     Evidence evidence = world.collect();
     evidence.recovery = std::move(recovery);
     evidence.disturbances = trouble.disturbances();
+    forgetBefore(evidence.told, trouble.tracksSince());
     return evidence;
 }
 

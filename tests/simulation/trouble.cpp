@@ -7,7 +7,9 @@
 
 namespace lumbrine::simulation {
 
-Trouble::Trouble(World& simulatedWorld) : world(simulatedWorld), chance(simulatedWorld.scenario.seed * 7 + 3) {
+Trouble::Trouble(World& simulatedWorld)
+    : world(simulatedWorld), chance(simulatedWorld.scenario.seed * 7 + 3),
+      ofHost(simulatedWorld, [this](Duration length) { disturb(length); }) {
     const Troubles& wanted = world.scenario.troubles;
     const int surfaces = world.scenario.host.surfaces;
     const auto add = [this](bool want, std::function<void()> kind) {
@@ -42,10 +44,11 @@ void Trouble::run() {
     const auto left = [&] { return end + surroundings.slept() - world.runtime.now(); };
     while (left() > Duration::zero()) {
         const Duration peace = seconds(0.1) * static_cast<int>(3 + chance.below(25));
-        world.runtime.runFor(std::min(peace, left()));
+        ofHost.runFor(std::min(peace, left()));
         strike();
     }
     surroundings.rest();
+    ofHost.end();
 }
 
 void Trouble::strike() {

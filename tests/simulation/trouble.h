@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simulator/seeded_random.h"
+#include "tests/simulation/host_troubles.h"
 #include "tests/simulation/world.h"
 
 #include <functional>
@@ -15,6 +16,9 @@ public:
 
     // Lets that time pass.
     void run();
+
+    // See HostTroubles.
+    TimePoint tracksSince() const { return ofHost.tracksSince(); }
 
     // When the host did not do what a host does, with what that leaves behind.
     const std::vector<Stretch>& disturbances() const { return disturbed; }
@@ -39,6 +43,7 @@ private:
     std::vector<std::function<void()>> kinds; // that this scenario has
     std::vector<Stretch> disturbed;
     std::uint64_t remarks = 0;
+    HostTroubles ofHost;
 };
 
 } // namespace lumbrine::simulation

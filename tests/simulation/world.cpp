@@ -3,6 +3,8 @@
 #include "model/testing/model_bench.h"
 #include "simulator/default_session.h"
 
+#include <array>
+
 namespace lumbrine::simulation {
 
 namespace {
@@ -19,21 +21,39 @@ std::string fourLetters(std::size_t number) {
     return name;
 }
 
-SimulatedSession sessionOf(const Scenario& scenario) {
-    SimulatedSession session = defaultSession(scenario.tracks, scenario.seed);
-    std::size_t number = 0;
-    if (scenario.namesDiffer)
-        session.changeAll([&number](SimulatedTrack& track) { track.name = fourLetters(number++); });
-    session.changeAll([](SimulatedTrack& track) { track.comment = commentOn(track.id, 0); });
-    return session;
+// Words that no version of a receiver has to know.
+void useUnusualModes(SimulatedTrack& track) {
+    track.trim = track.id % 3 == 0;
+    if (track.id % 4 == 0) track.automation = SimulatedTrack::Automation::touchLatch;
+}
+
+void mixKinds(SimulatedTrack& track) {
+    using enum SimulatedTrack::Type;
+    constexpr std::array kinds{audio, audio, instrument, midi, aux, vca, master, video};
+    track.type = kinds[static_cast<std::size_t>(track.id) % kinds.size()];
 }
 
 } // namespace
 
+SimulatedSession sessionOf(const Scenario& scenario, int tracks, std::uint64_t seed) {
+    SimulatedSession session = defaultSession(tracks, seed);
+    std::size_t number = seed == scenario.seed ? 0 : seed % 8000;
+    session.changeAll([&](SimulatedTrack& track) {
+        if (scenario.namesDiffer) track.name = fourLetters(number++);
+        if (scenario.has("hui-characters") && !scenario.namesDiffer && track.id % 5 == 0) track.name.insert(0, "ö");
+        if (scenario.has("mode-words")) useUnusualModes(track);
+        if (scenario.has("kinds-of-tracks")) mixKinds(track);
+        if (scenario.has("held-clips")) track.meter.peak += 6;
+        track.comment = commentOn(track.id, 0);
+    });
+    return session;
+}
+
 World::World(const Scenario& decided)
     : scenario(decided), runtime(runtimeOptions(decided.seed, decided.patience, decided.hardships)),
       sockets(runtime, network.host(receiverAddress), decided.metersArrive, decided.hardships.strangers()),
-      proTools(std::make_unique<SimulatedProTools>(runtime, midi, decided.host, sessionOf(decided))),
+      proTools(std::make_unique<SimulatedProTools>(runtime, midi, decided.host,
+                                                   sessionOf(decided, decided.tracks, decided.seed))),
       model(ReceiverModel::create({runtime, midi, sockets, advertiser, computer, streams, json, accessibility()},
                                   Bilingual(false),
                                   [this](const std::string& line) {

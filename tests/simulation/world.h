@@ -23,6 +23,9 @@
 
 namespace lumbrine::simulation {
 
+// A session as the scenario has them.
+SimulatedSession sessionOf(const Scenario& scenario, int tracks, std::uint64_t seed);
+
 struct World {
     // The receiver has been started, and the phones look for it.
     explicit World(const Scenario& decided);
