@@ -8,19 +8,34 @@ namespace lumbrine {
 namespace {
 
 constexpr int notOffered = -1;
+constexpr std::size_t mostSetters = 1000;
 
 } // namespace
 
 SimulatedScripting::SimulatedScripting(Runtime& rt, const ScriptingOptions& chosen, std::uint64_t seed,
                                        ScriptingService::EditSession edit, std::function<ProgramState()> programState)
     : runtime(rt), options(chosen), program(std::move(programState)), faults(chosen, seed + 3), offeredPort(notOffered),
-      service(chosen, seed, std::move(edit), rt.now()), chance(seed + 2),
+      mutex(rt), service(chosen, seed, std::move(edit), rt.now()), chance(seed + 2),
       owned(rt.serialQueue("simulated scripting service", Priority::normal)), queue(*owned) {}
 
 void SimulatedScripting::ask(ScriptingRequest request, std::string connection, Answer answer) {
     ++arrived;
+    note(request);
     Call call{std::move(request), std::move(connection), std::move(answer)};
     queue.postAfter(options.commandTime, [this, call = std::move(call)]() mutable { begin(std::move(call)); });
+}
+
+void SimulatedScripting::note(const ScriptingRequest& request) {
+    auto setter = parseSetRequest(request.bodyJSON);
+    if (!setter) return;
+    const Lock lock(mutex);
+    switching.push_back({runtime.now(), request.command, *std::move(setter)});
+    if (switching.size() > mostSetters) switching.pop_front();
+}
+
+std::vector<ScriptingSetter> SimulatedScripting::setters() const {
+    const Lock lock(mutex);
+    return {switching.begin(), switching.end()};
 }
 
 void SimulatedScripting::begin(Call call) {

@@ -4,6 +4,7 @@
 
 #include "platform/api/runtime.h"
 #include "simulator/scripting_service.h"
+#include "simulator/scripting_setter.h"
 #include "simulator/wire_faults.h"
 
 #include <atomic>
@@ -13,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace lumbrine {
 
@@ -21,6 +23,13 @@ struct ProgramState {
     TimePoint stuckUntil = distantPast; // it does nothing at all
     bool dialogOpen = false;
     TimePoint inProgressUntil = distantPast; // a session is being opened or saved
+};
+
+// A command that switches something on tracks, as it arrived.
+struct ScriptingSetter {
+    TimePoint at;
+    std::int32_t command = 0;
+    SetRequest request;
 };
 
 class SimulatedScripting {
@@ -59,6 +68,9 @@ public:
     std::uint64_t arrivals() const { return arrived; } // requests so far
     std::uint64_t answers() const { return answered; } // and how many of them were answered
 
+    // Whether or not something came of them; oldest first, the last thousand.
+    std::vector<ScriptingSetter> setters() const LUMBRINE_EXCLUDES(mutex);
+
     // Nothing is answered from now on. For the owner; the wires are gone before.
     void end() { owned.reset(); }
 
@@ -73,6 +85,7 @@ private:
     void line(Call call);
     void serve();
     ScriptingReply replyTo(const Call& call, const ProgramState& state, TimePoint now);
+    void note(const ScriptingRequest& request) LUMBRINE_EXCLUDES(mutex);
 
     Runtime& runtime;
     const ScriptingOptions options;
@@ -81,6 +94,8 @@ private:
     std::atomic<int> offeredPort;
     std::atomic<std::uint64_t> arrived = 0;
     std::atomic<std::uint64_t> answered = 0;
+    mutable Mutex mutex;
+    std::deque<ScriptingSetter> switching LUMBRINE_GUARDED_BY(mutex);
 
     // The queue's own.
     ScriptingService service;

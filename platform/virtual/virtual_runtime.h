@@ -107,7 +107,7 @@ public:
     std::unique_ptr<RepeatingTimer> repeatOnMain(Duration interval, std::function<void()> tick) override;
     std::unique_ptr<Thread> startThread(std::string name, Task body) override;
 
-protected:
+    // For a runtime that has this one do its work.
     LockHooks* lockHooks() override;
     void runOnMainAndWait(Task task) override;
 

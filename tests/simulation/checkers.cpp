@@ -190,7 +190,7 @@ Violations checkPicture(const Scenario& scenario, const Evidence& evidence) {
 
 Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
     const Acceptance acceptance = acceptedOf(evidence.datagrams);
-    const Requests requests = requestsIn(acceptance.accepted);
+    const Requests requests = requestsIn(acceptance);
     Violations violations;
     const auto add = [&](std::string_view checker, const Violations& found) {
         if (!scenario.switches.isOn(checker) || !scenario.hardships.letsJudge(checker)) return;

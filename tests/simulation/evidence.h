@@ -4,12 +4,14 @@
 #include "model/published_state.h"
 #include "remote/session_picture.h"
 #include "tests/simulation/job_watch.h"
+#include "tests/simulation/receiver_runtime.h"
 #include "tests/simulation/recording_sockets.h"
 #include "tests/simulation/source_truth.h"
 #include "tests/simulation/source_watch.h"
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lumbrine::simulation {
@@ -21,11 +23,21 @@ struct Recovery {
     std::vector<std::string> violations; // what was not right in time
 };
 
-struct Evidence {
-    TimePoint begun;                                   // the ticks count from here
+// The program's end, for which nobody is told to let go first: what came since the rest of the evidence was taken.
+struct Ending {
+    TimePoint begun;                                   // the last commands
+    TimePoint ended;                                   // the program was told to end
     std::vector<ReceivedDatagram> datagrams;           // as the receiver got them
-    std::vector<SentDatagram> answers;                 // what it sent, where strangers are on the network
     std::vector<std::vector<ReceivedPacket>> surfaces; // as the host got them
+};
+
+struct Evidence {
+    TimePoint begun;                                      // the ticks count from here
+    std::vector<ReceivedDatagram> datagrams;              // as the receiver got them
+    SentDatagrams sent;                                   // by the receiver, but for the meters
+    std::vector<std::vector<ReceivedPacket>> surfaces;    // as the host got them
+    std::vector<ScriptingSetter> setters;                 // as the scripting service got them
+    std::vector<std::pair<TimePoint, std::string>> lines; // of the log
     JobRecord jobs;
     std::vector<Stretch> disturbances;      // of the host, with what they leave behind
     std::vector<std::string> untimelySends; // of state, while the surfaces moved
@@ -40,6 +52,9 @@ struct Evidence {
     bool phoneIsConnected = false;
     PublishedState model;   // at the same moment
     SimulatorSnapshot host; // at the same moment
+
+    Ending ending;
+    Load load; // of the receiver's own threads and queues
 
     std::uint64_t traceHash = 0;
     Duration virtualTime = Duration::zero();

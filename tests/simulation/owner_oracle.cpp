@@ -1,6 +1,18 @@
 #include "tests/simulation/owner_oracle.h"
 
+#include "tests/simulation/phone.h"
+
+#include <algorithm>
+
 namespace lumbrine::simulation {
+
+bool isOfReceiver(const ReceivedDatagram& datagram) {
+    static const std::string own = std::string("::ffff:") + receiverAddress + ":" + std::to_string(receiverPort);
+    if (datagram.sender == own) return true;
+    const Bytes& bytes = datagram.bytes;
+    if (bytes.size() < 2 || bytes[0] != 1) return false;
+    return (bytes[1] >= 0x10 && bytes[1] <= 0x1F) || bytes[1] == 0x7D || bytes[1] == 0x7F;
+}
 
 bool OwnerOracle::accept(const ReceivedDatagram& datagram) {
     const Bytes& bytes = datagram.bytes;
@@ -21,23 +33,35 @@ bool OwnerOracle::accept(const ReceivedDatagram& datagram) {
     const bool sameDevice = ownerIsLive && sender.token != 0 && sender.token == peers[*ownerKey].token;
     const bool takesOver = versioned && bytes[1] == 0x25;
     if (ownerIsLive && !sameDevice && !takesOver) return false;
-    if (sameDevice) peers.erase(*ownerKey);
+    if (sameDevice) {
+        peers.erase(*ownerKey);
+    } else {
+        ++ownerNumber;
+    }
     ownerKey = datagram.sender;
     return true;
 }
 
-Acceptance acceptedOf(const std::vector<ReceivedDatagram>& received) {
+Acceptance acceptedOf(const std::vector<ReceivedDatagram>& received, ReceiverDatagrams ofReceivers) {
     OwnerOracle oracle;
     Acceptance result;
     for (const ReceivedDatagram& datagram : received) {
+        if (ofReceivers == ReceiverDatagrams::ignored && isOfReceiver(datagram)) continue;
         const std::optional<std::string> before = oracle.owner();
         if (!oracle.accept(datagram)) continue;
         // An owner that comes back after it was given up appears anew, even if nobody came between.
         const bool back = !result.accepted.empty() && datagram.at - result.accepted.back().at >= seconds(6);
-        if (before != oracle.owner() || back) result.changes.push_back({datagram.at, before, *oracle.owner()});
+        if (before != oracle.owner() || back)
+            result.changes.push_back({datagram.at, before, *oracle.owner(), oracle.number()});
         result.accepted.push_back(datagram);
+        result.numbers.push_back(oracle.number());
     }
     return result;
+}
+
+TimePoint Acceptance::endOf(int number) const {
+    const auto next = std::ranges::upper_bound(changes, number, {}, &OwnerChange::number);
+    return next == changes.end() ? TimePoint::max() : next->at;
 }
 
 } // namespace lumbrine::simulation

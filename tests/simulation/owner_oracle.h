@@ -12,12 +12,21 @@
 
 namespace lumbrine::simulation {
 
+// What comes from the receiver's own address, or is of a type that only a receiver sends.
+bool isOfReceiver(const ReceivedDatagram& datagram);
+
+enum class ReceiverDatagrams { counted, ignored }; // by the rule
+
 class OwnerOracle {
 public:
     // The next datagram; true when its sender is in control, so that it counts.
     bool accept(const ReceivedDatagram& datagram);
 
     const std::optional<std::string>& owner() const { return ownerKey; }
+
+    // Of the ownership: every change of the device in control makes it one more, and another address of the same device
+    // does not.
+    int number() const { return ownerNumber; }
 
 private:
     struct Peer {
@@ -27,6 +36,7 @@ private:
 
     std::map<std::string, Peer> peers;
     std::optional<std::string> ownerKey;
+    int ownerNumber = 0;
 };
 
 // A change of control at a moment.
@@ -34,13 +44,19 @@ struct OwnerChange {
     TimePoint at;
     std::optional<std::string> from; // none when there was nobody, or nobody any more
     std::string to;
+    int number = 0; // of the ownership from now on
 };
 
 struct Acceptance {
     std::vector<ReceivedDatagram> accepted;
+    std::vector<int> numbers; // of the ownership, for each accepted datagram
     std::vector<OwnerChange> changes;
+
+    // When that ownership is over; the end of time while it is not.
+    TimePoint endOf(int number) const;
 };
 
-Acceptance acceptedOf(const std::vector<ReceivedDatagram>& received);
+Acceptance acceptedOf(const std::vector<ReceivedDatagram>& received,
+                      ReceiverDatagrams ofReceivers = ReceiverDatagrams::counted);
 
 } // namespace lumbrine::simulation

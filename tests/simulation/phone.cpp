@@ -41,6 +41,23 @@ void Phone::rest() {
         remote->release(*Strip::of(i));
 }
 
+Duration Phone::actLast() {
+    SeededRandom last = chanceOf(scenario.seed, "last acts");
+    if (!last.oneIn(3)) return Duration::zero();
+    const Duration length = seconds(0.001) * static_cast<int>(1 + last.below(300));
+    const auto later = [&](auto command) {
+        runtime.postMainAfter(length * static_cast<int>(last.below(100)) / 100, std::move(command));
+    };
+    const auto strip = [&] { return *Strip::of(static_cast<int>(last.below(stripCount))); };
+    for (std::uint64_t hands = 1 + last.below(3); hands > 0; --hands)
+        later([this, held = strip()] { remote->touch(held); });
+    for (std::uint64_t presses = last.below(3); presses > 0; --presses)
+        later([this, pressed = strip()] { remote->send(remote::mutePressCommand(pressed)); });
+    if (last.oneIn(2)) later([this, asked = strip()] { remote->send(remote::setAutoModeCommand(asked, anyMode())); });
+    if (last.oneIn(4)) later([this] { remote->send(remote::seekBankCommand(anyTrack())); });
+    return length;
+}
+
 Act Phone::nextAct() {
     const int all = std::accumulate(scenario.habits.begin(), scenario.habits.end(), 0);
     int left = static_cast<int>(chance.below(static_cast<std::uint64_t>(all)));

@@ -28,6 +28,9 @@ public:
     void act();  // does something now, and again later, until `rest`
     void rest(); // lets go of everything
 
+    // In some sessions: takes hold of faders and presses keys, and lets go of nothing. How long that takes.
+    Duration actLast();
+
     remote::RemoteClient& client() { return *remote; }
     const std::string& address() const { return *ownAddress; }
 

@@ -1,5 +1,7 @@
 #include "tests/simulation/recording_sockets.h"
 
+#include <algorithm>
+
 namespace lumbrine::simulation {
 
 namespace {
@@ -16,18 +18,37 @@ int RecordingSockets::receive(int fd, std::span<std::uint8_t> buffer, PeerAddres
     return length;
 }
 
-int RecordingSockets::send(int fd, ByteView bytes, const PeerAddress& to) {
-    if (onSend) onSend(bytes);
-    if (notesSends && bytes.size() > 1) sends.push_back({runtime.now(), nameOf(to), bytes[1]});
-    if (isMeters(bytes) && !carriesMeters) return static_cast<int>(bytes.size());
-    return sockets.send(fd, bytes, to);
-}
-
 std::string RecordingSockets::nameOf(const PeerAddress& address) {
     std::string host;
     std::string port;
     sockets.name(address, host, port);
     return host + ":" + port;
+}
+
+std::size_t RecordingSockets::peerAt(const PeerAddress& address) {
+    const auto same = std::ranges::find_if(addresses, [&](const PeerAddress& known) {
+        return known.length == address.length &&
+               std::equal(known.storage.begin(), known.storage.begin() + known.length, address.storage.begin());
+    });
+    const auto index = static_cast<std::size_t>(same - addresses.begin());
+    if (same == addresses.end()) {
+        addresses.push_back(address);
+        outgoing.peers.push_back(nameOf(address));
+    }
+    return index;
+}
+
+void RecordingSockets::note(ByteView bytes, const PeerAddress& to) {
+    SentDatagram sent{.at = runtime.now(), .peer = peerAt(to)};
+    std::copy_n(bytes.begin(), std::min(bytes.size(), sent.head.size()), sent.head.begin());
+    outgoing.list.push_back(sent);
+}
+
+int RecordingSockets::send(int fd, ByteView bytes, const PeerAddress& to) {
+    if (onSend) onSend(bytes);
+    if (!isMeters(bytes)) note(bytes, to);
+    if (isMeters(bytes) && !carriesMeters) return static_cast<int>(bytes.size());
+    return sockets.send(fd, bytes, to);
 }
 
 } // namespace lumbrine::simulation

@@ -1,11 +1,16 @@
 // The receiver's sockets with a record of every datagram that was received through them, with its sender and its time:
-// what the receiver really got, which the checkers start from. What it sends is shown to an observer.
+// what the receiver really got, which the checkers start from. What it sends is shown to an observer, and recorded but
+// for the meters.
 #pragma once
 
 #include "platform/api/datagram_sockets.h"
 #include "platform/api/runtime.h"
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace lumbrine::simulation {
@@ -18,21 +23,26 @@ struct ReceivedDatagram {
 
 struct SentDatagram {
     TimePoint at;
-    std::string receiver; // "host:port"
-    std::uint8_t type = 0;
+    std::size_t peer = 0;               // whose name is in SentDatagrams::peers
+    std::array<std::uint8_t, 4> head{}; // as far as it goes
+
+    std::uint8_t type() const { return head[1]; }
+};
+
+struct SentDatagrams {
+    std::vector<std::string> peers; // "host:port"
+    std::vector<SentDatagram> list;
 };
 
 // One thread receives; the record is read when that thread has nothing more to receive.
 class RecordingSockets final : public DatagramSockets {
 public:
     // Meters that do not arrive are lost on the way.
-    RecordingSockets(Runtime& rt, DatagramSockets& real, bool metersArrive, bool notesWhatIsSent)
-        : runtime(rt), sockets(real), carriesMeters(metersArrive), notesSends(notesWhatIsSent) {}
+    RecordingSockets(Runtime& rt, DatagramSockets& real, bool metersArrive)
+        : runtime(rt), sockets(real), carriesMeters(metersArrive) {}
 
     const std::vector<ReceivedDatagram>& received() const { return record; }
-
-    // Empty unless it is noted.
-    const std::vector<SentDatagram>& sent() const { return sends; }
+    const SentDatagrams& sent() const { return outgoing; }
 
     // Called before each datagram goes out, on whichever thread sends it. Set before anybody sends.
     std::function<void(ByteView)> onSend;
@@ -54,14 +64,16 @@ public:
     void close(int fd) override { sockets.close(fd); }
 
 private:
+    void note(ByteView bytes, const PeerAddress& to);
+    std::string nameOf(const PeerAddress& address);
+    std::size_t peerAt(const PeerAddress& address);
+
     Runtime& runtime;
     DatagramSockets& sockets;
-    std::string nameOf(const PeerAddress& address);
-
     const bool carriesMeters;
-    const bool notesSends;
     std::vector<ReceivedDatagram> record;
-    std::vector<SentDatagram> sends;
+    SentDatagrams outgoing;
+    std::vector<PeerAddress> addresses; // of its peers
 };
 
 } // namespace lumbrine::simulation

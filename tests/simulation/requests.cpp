@@ -32,9 +32,21 @@ std::optional<WalkRequest> range(TimePoint at, const Bytes& bytes) {
         .at = at, .kind = WalkRequest::Kind::range, .steps = std::max<int>(bytes[4], 1), .modePort = -1, .faders = {}};
 }
 
-void addWithBody(Requests& requests, TimePoint at, const Bytes& bytes) {
+std::optional<SetterRequest> groupSwitch(TimePoint at, const Bytes& bytes, SetterRequest::Kind kind) {
+    if (bytes.size() < 4 || bytes.size() < 4 + 2 * static_cast<std::size_t>(bytes[3])) return std::nullopt;
+    return SetterRequest{.at = at, .kind = kind, .enabled = bytes[2] != 0, .tracks = bytes[3]};
+}
+
+void addWithBody(Requests& requests, TimePoint at, const Bytes& bytes, int number) {
     const auto addWalk = [&](std::optional<WalkRequest> walk) {
-        if (walk) requests.walks.push_back(*std::move(walk));
+        if (!walk) return;
+        walk->number = number;
+        requests.walks.push_back(*std::move(walk));
+    };
+    const auto addSetter = [&](std::optional<SetterRequest> setter) {
+        if (!setter) return;
+        setter->number = number;
+        requests.setters.push_back(*setter);
     };
     const bool long4 = bytes.size() >= 4;
     switch (bytes[1]) {
@@ -47,11 +59,20 @@ void addWithBody(Requests& requests, TimePoint at, const Bytes& bytes) {
     case 0x0B:
         if (long4) requests.seeks.push_back({at, word(bytes, 2)});
         break;
+    case 0x0E:
+        if (bytes[2] < 16) addSetter(SetterRequest{.at = at, .kind = SetterRequest::Kind::inputMonitor});
+        break;
     case 0x0F:
-        if (long4 && bytes[2] < 16 && bytes[3] < 6) requests.autoModes.push_back({at, bytes[2], bytes[3]});
+        if (long4 && bytes[2] < 16 && bytes[3] < 6) requests.autoModes.push_back({at, bytes[2], bytes[3], number});
         break;
     case 0x20:
         addWalk(groupMode(at, bytes));
+        break;
+    case 0x21:
+        addSetter(groupSwitch(at, bytes, SetterRequest::Kind::mute));
+        break;
+    case 0x22:
+        addSetter(groupSwitch(at, bytes, SetterRequest::Kind::solo));
         break;
     case 0x23:
         addWalk(groupFaders(at, bytes));
@@ -66,14 +87,15 @@ void addWithBody(Requests& requests, TimePoint at, const Bytes& bytes) {
 
 } // namespace
 
-Requests requestsIn(const std::vector<ReceivedDatagram>& accepted) {
+Requests requestsIn(const Acceptance& acceptance) {
     Requests requests;
-    for (const auto& [at, sender, bytes] : accepted) {
+    for (std::size_t i = 0; i < acceptance.accepted.size(); ++i) {
+        const auto& [at, sender, bytes] = acceptance.accepted[i];
         if (bytes.size() < 2 || bytes[0] != 1) continue;
         if (bytes[1] == 0x00) requests.hellos.push_back(at);
         if (bytes[1] == 0x08) requests.panSides.push_back(at);
         if (bytes[1] == 0x0C) requests.scans.push_back(at);
-        if (bytes.size() >= 3) addWithBody(requests, at, bytes);
+        if (bytes.size() >= 3) addWithBody(requests, at, bytes, acceptance.numbers[i]);
     }
     return requests;
 }

@@ -2,7 +2,7 @@
 // protocol's own rules. Faders, switches and turns: actions.h.
 #pragma once
 
-#include "tests/simulation/recording_sockets.h"
+#include "tests/simulation/owner_oracle.h"
 
 #include <utility>
 #include <vector>
@@ -19,8 +19,9 @@ struct SeekRequest {
 };
 struct AutoModeRequest {
     TimePoint at;
-    int strip;    // 0-15
-    int modePort; // 0-5
+    int strip;      // 0-15
+    int modePort;   // 0-5
+    int number = 0; // of the ownership
 };
 struct PanSeekRequest {
     TimePoint at;
@@ -35,6 +36,18 @@ struct WalkRequest {
     int steps = 0;                           // members, or tracks of the range
     int modePort = -1;                       // of modes
     std::vector<std::pair<int, int>> faders; // member, 0-16383
+    int number = 0;                          // of the ownership
+};
+
+// For the scripting service.
+struct SetterRequest {
+    enum class Kind { mute, solo, inputMonitor };
+
+    TimePoint at;
+    Kind kind;
+    bool enabled = false; // not of input monitoring, which is switched over
+    int tracks = 1;
+    int number = 0; // of the ownership
 };
 
 struct Requests {
@@ -46,8 +59,9 @@ struct Requests {
     std::vector<AutoModeRequest> autoModes;
     std::vector<PanSeekRequest> panSeeks;
     std::vector<WalkRequest> walks;
+    std::vector<SetterRequest> setters;
 };
 
-Requests requestsIn(const std::vector<ReceivedDatagram>& accepted);
+Requests requestsIn(const Acceptance& acceptance);
 
 } // namespace lumbrine::simulation

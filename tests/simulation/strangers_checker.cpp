@@ -1,6 +1,7 @@
 #include "tests/simulation/strangers_checker.h"
 
 #include "tests/simulation/false_receiver.h"
+#include "tests/simulation/owner_oracle.h"
 #include "tests/simulation/phone.h"
 #include "tests/simulation/second_receiver.h"
 
@@ -16,11 +17,6 @@ namespace {
 constexpr std::uint8_t busy = 0x7D;
 constexpr std::uint8_t pong = 0x7F;
 constexpr Duration longestOwnership = seconds(6.4); // 6 s of silence, and a tick that notices
-
-bool isOnlyAReceivers(const Bytes& datagram) {
-    if (datagram.size() < 2 || datagram[0] != 0x01) return false;
-    return (datagram[1] >= 0x10 && datagram[1] <= 0x1F) || datagram[1] == busy || datagram[1] == pong;
-}
 
 bool isHello(const Bytes& datagram) {
     return datagram.size() >= 2 && datagram[0] == 0x01 && datagram[1] == 0x00;
@@ -40,8 +36,8 @@ struct Account {
 };
 
 bool pay(Account& account, const SentDatagram& answer) {
-    if (answer.type == busy) return account.refusals-- > 0;
-    if (answer.type == pong) return account.pongs-- > 0;
+    if (answer.type() == busy) return account.refusals-- > 0;
+    if (answer.type() == pong) return account.pongs-- > 0;
     return answer.at - account.last <= longestOwnership;
 }
 
@@ -52,17 +48,18 @@ std::vector<std::string> checkStrangers(const Evidence& evidence) {
     std::map<std::string, Account> accounts;
     std::set<std::string> told;
     auto received = evidence.datagrams.begin();
-    for (const SentDatagram& answer : evidence.answers) {
+    for (const SentDatagram& answer : evidence.sent.list) {
+        const std::string& receiver = evidence.sent.peers[answer.peer];
         for (; received != evidence.datagrams.end() && received->at <= answer.at; ++received) {
-            if (isOnlyAReceivers(received->bytes)) continue;
+            if (isOfReceiver(*received)) continue;
             Account& account = accounts[received->sender];
             ++account.refusals;
             if (isHello(received->bytes)) ++account.pongs;
             account.last = received->at;
         }
-        if (!mayBeAReceiver(answer.receiver) || pay(accounts[answer.receiver], answer)) continue;
-        if (!told.insert(answer.receiver).second) continue;
-        violations.push_back("talks to " + answer.receiver + ", which said nothing that a client says, at " +
+        if (!mayBeAReceiver(receiver) || pay(accounts[receiver], answer)) continue;
+        if (!told.insert(receiver).second) continue;
+        violations.push_back("talks to " + receiver + ", which said nothing that a client says, at " +
                              std::to_string(inSeconds(answer.at.time_since_epoch())) + " s");
     }
     return violations;

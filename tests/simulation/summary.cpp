@@ -33,7 +33,7 @@ void Summary::add(std::uint64_t seed, const Evidence& evidence) {
     virtualTime += evidence.virtualTime;
     if (evidence.recovery.mapWasStale) ++staleMaps;
     recovery.consider(evidence.recovery.took, seed);
-    const Requests requests = requestsIn(acceptedOf(evidence.datagrams).accepted);
+    const Requests requests = requestsIn(acceptedOf(evidence.datagrams));
     for (const JobRun& run : evidence.jobs.runs) {
         const auto job = static_cast<std::size_t>(run.job);
         jobs[job].consider(lengthOf(run, requests), seed);

@@ -51,14 +51,15 @@ SimulatedSession sessionOf(const Scenario& scenario, int tracks, std::uint64_t s
 
 World::World(const Scenario& decided)
     : scenario(decided), runtime(runtimeOptions(decided.seed, decided.patience, decided.hardships)),
-      sockets(runtime, network.host(receiverAddress), decided.metersArrive, decided.hardships.strangers()),
+      sockets(runtime, network.host(receiverAddress), decided.metersArrive),
       proTools(std::make_unique<SimulatedProTools>(runtime, midi, decided.host,
                                                    sessionOf(decided, decided.tracks, decided.seed))),
-      model(ReceiverModel::create({runtime, midi, sockets, advertiser, computer, streams, json, accessibility()},
-                                  Bilingual(false),
-                                  [this](const std::string& line) {
-                                      if (runtime.onMain() && watch) watch->note(line);
-                                  })),
+      model(ReceiverModel::create(
+          {receiverRuntime, midi, sockets, advertiser, computer, streams, json, accessibility()}, Bilingual(false),
+          [this](const std::string& line) {
+              lines.emplace_back(runtime.now(), line);
+              if (runtime.onMain() && watch) watch->note(line);
+          })),
       watch(std::make_unique<JobWatch>(runtime, state(), *proTools)), begun(runtime.now()) {
     sockets.onSend = [this](ByteView bytes) {
         if (!runtime.onMain() || !watch) return;
@@ -82,9 +83,7 @@ World::~World() {
     sources.reset();
     phones.clear();
     forger.reset();
-    const std::weak_ptr<const void> gone = model->lifetime();
-    model.reset();
-    runtime.runUntil([&] { return gone.expired(); }, longestJob);
+    endReceiver();
     service.reset();
     proTools.reset();
 }
@@ -111,7 +110,9 @@ Evidence World::collect() {
     evidence.heldElements = proTools->screen().liveHandles();
     evidence.untimelySends = sends.violations();
     evidence.datagrams = sockets.received();
-    evidence.answers = sockets.sent();
+    evidence.sent = sockets.sent();
+    evidence.setters = proTools->scripting().setters();
+    evidence.lines = lines;
     for (int surface = 0; surface < scenario.host.surfaces; ++surface)
         evidence.surfaces.push_back(proTools->received(surface));
     evidence.picture = phone().picture();
@@ -119,9 +120,43 @@ Evidence World::collect() {
     evidence.model = model->published();
     evidence.model.onChange = nullptr;
     evidence.host = proTools->snapshot();
-    evidence.traceHash = runtime.traceHash();
     evidence.virtualTime = runtime.now().time_since_epoch();
+    evidence.ending = end(evidence);
+    evidence.load = receiverRuntime.peak();
+    evidence.traceHash = runtime.traceHash();
     return evidence;
+}
+
+namespace {
+
+template <typename Item>
+std::vector<Item> since(const std::vector<Item>& items, std::size_t count) {
+    return {items.begin() + static_cast<std::ptrdiff_t>(count), items.end()};
+}
+
+} // namespace
+
+Ending World::end(const Evidence& before) {
+    Ending ending;
+    ending.begun = runtime.now();
+    runtime.runFor(phones.front()->actLast());
+    ending.ended = runtime.now();
+    endReceiver();
+    runtime.runFor(seconds(0.2));
+    ending.datagrams = since(sockets.received(), before.datagrams.size());
+    for (std::size_t i = 0; i < before.surfaces.size(); ++i)
+        ending.surfaces.push_back(since(proTools->received(static_cast<int>(i)), before.surfaces[i].size()));
+    return ending;
+}
+
+// In the order in which its programs end it (app/receiver_ending.h).
+void World::endReceiver() {
+    if (!model) return;
+    receiverRuntime.shutDown();
+    streams.shutDown();
+    const std::weak_ptr<const void> gone = model->lifetime();
+    model.reset();
+    runtime.runUntil([&] { return gone.expired(); }, longestJob);
 }
 
 } // namespace lumbrine::simulation

@@ -12,6 +12,7 @@
 #include "tests/simulation/evidence.h"
 #include "tests/simulation/forger.h"
 #include "tests/simulation/phone.h"
+#include "tests/simulation/receiver_runtime.h"
 #include "tests/simulation/source_watch.h"
 #include "tests/simulation/studio_computer.h"
 #include "tests/simulation/suppression_checker.h"
@@ -19,6 +20,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace lumbrine::simulation {
@@ -36,11 +38,12 @@ struct World {
     const ReceiverState& state() const;
     remote::RemoteClient& phone() { return phones.front()->client(); }
 
-    // What the others have seen so far, and how everything is now.
+    // What the others have seen so far, and how everything is now; then the receiver's program ends.
     Evidence collect();
 
     const Scenario& scenario;
     VirtualRuntime runtime;
+    ReceiverRuntime receiverRuntime{runtime};
     VirtualNetwork network{runtime};
     MemoryMIDI midi{runtime};
     VirtualStreams streams{runtime};
@@ -52,6 +55,7 @@ struct World {
     std::unique_ptr<SimulatedProTools> proTools;
     std::optional<VirtualScripting> service; // as the scenario has it
     std::shared_ptr<ReceiverModel> model;
+    std::vector<std::pair<TimePoint, std::string>> lines; // of the log
     std::unique_ptr<JobWatch> watch;
     std::unique_ptr<SourceWatch> sources;
     SuppressionChecker sends;
@@ -61,6 +65,8 @@ struct World {
 
 private:
     Accessibility& accessibility();
+    Ending end(const Evidence& before);
+    void endReceiver();
 };
 
 } // namespace lumbrine::simulation
