@@ -12,8 +12,6 @@ namespace {
 using Kind = WireAction::Kind;
 using Violations = std::vector<std::string>;
 
-constexpr int autoPort = 4;
-
 constexpr Duration asking = seconds(0.15);
 constexpr Duration settling = seconds(0.05); // before the mode button
 constexpr Duration pressing = seconds(0.06);
@@ -167,11 +165,8 @@ private:
     std::vector<std::pair<int, int>> maybeOfWalks; // requests taken that a walk explains as well, by strip and mode
 };
 
-} // namespace
-
-Violations checkAutomation(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
-                           const Acceptance& acceptance) {
-    Violations violations;
+ProbeChecker checkProbes(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
+                         const Acceptance& acceptance, Violations& violations) {
     std::vector<Probe> probes;
     for (std::size_t surface = 0; surface < wires.size(); ++surface)
         ProbeReader(wires[surface], static_cast<int>(surface)).read(probes, jobs.ended, violations);
@@ -182,6 +177,23 @@ Violations checkAutomation(const SurfaceActions& wires, const JobRecord& jobs, c
             violations.push_back("two AUTO switches at once: " + probes[i].text());
         checker.check(probes[i], violations);
     }
+    return checker;
+}
+
+} // namespace
+
+Violations checkAutomation(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
+                           const Acceptance& acceptance) {
+    Violations violations;
+    checkProbes(wires, jobs, requests, acceptance, violations);
+    return violations;
+}
+
+Violations checkModesAreSet(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
+                            const Acceptance& acceptance) {
+    Violations ofProbes;
+    const ProbeChecker checker = checkProbes(wires, jobs, requests, acceptance, ofProbes);
+    Violations violations;
     checker.checkRest(8 * static_cast<int>(wires.size()), violations);
     return violations;
 }

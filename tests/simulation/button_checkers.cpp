@@ -9,7 +9,6 @@ namespace {
 using Kind = WireAction::Kind;
 using Violations = std::vector<std::string>;
 
-constexpr int bankZone = 10;
 constexpr int assignZone = 11;
 constexpr int panPort = 2;
 constexpr int sendAPort = 7;

@@ -28,4 +28,8 @@ std::vector<std::string> checkAssignment(const SurfaceActions& wires, const Requ
 std::vector<std::string> checkAutomation(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
                                          const Acceptance& acceptance);
 
+// Each mode that a client asked for is set, however long that takes. To go when "in-time" is on.
+std::vector<std::string> checkModesAreSet(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
+                                          const Acceptance& acceptance);
+
 } // namespace lumbrine::simulation

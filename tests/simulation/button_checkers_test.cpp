@@ -4,6 +4,9 @@
 #include "tests/simulation/turn_checker.h"
 #include "tests/simulation/walk_actions.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace lumbrine::simulation {
 namespace {
 
@@ -67,7 +70,9 @@ protected:
     AutomationChecker() { jobs.ended = at(100); }
 
     std::vector<std::string> check(const SurfaceActions& wires) {
-        return checkAutomation(wires, jobs, requests, acceptance);
+        std::vector<std::string> violations = checkAutomation(wires, jobs, requests, acceptance);
+        std::ranges::copy(checkModesAreSet(wires, jobs, requests, acceptance), std::back_inserter(violations));
+        return violations;
     }
 
     JobRecord jobs;

@@ -1,7 +1,11 @@
 #include "tests/simulation/checkers.h"
 
 #include "tests/simulation/actions.h"
+#include "tests/simulation/answer_checkers.h"
+#include "tests/simulation/bounds_checkers.h"
 #include "tests/simulation/button_checkers.h"
+#include "tests/simulation/deadline_checkers.h"
+#include "tests/simulation/hands_checker.h"
 #include "tests/simulation/job_checkers.h"
 #include "tests/simulation/presence_checker.h"
 #include "tests/simulation/source_checkers.h"
@@ -11,13 +15,11 @@
 
 #include <algorithm>
 #include <functional>
-#include <set>
 
 namespace lumbrine::simulation {
 
 namespace {
 
-constexpr Duration tick = seconds(0.4);
 constexpr Duration press = seconds(0.06);
 
 using Kind = WireAction::Kind;
@@ -28,9 +30,6 @@ bool isStripEdge(const WireAction& action) {
 }
 bool isTouch(const WireAction& action) {
     return isStripEdge(action) && action.port == 0 && action.value == 1;
-}
-bool isRelease(const WireAction& action) {
-    return isStripEdge(action) && action.port == 0 && action.value == 0;
 }
 bool isPressPort(int port) {
     return port == 1 || port == 2 || port == 3 || port == 7;
@@ -84,78 +83,6 @@ Violations checkPressesEnd(const Actions& wire) {
     return violations;
 }
 
-namespace {
-
-// The faders that were held by a device when another replaced it, where every tick had to notice.
-struct Replaced {
-    TimePoint at;
-    std::set<int> held;
-};
-
-std::vector<Replaced> replacementsOf(const Actions& asked, const Acceptance& acceptance) {
-    std::vector<Replaced> replacements;
-    const auto& changes = acceptance.changes;
-    for (std::size_t c = 0; c < changes.size(); ++c) {
-        const TimePoint at = changes[c].at;
-        const bool alone = (c == 0 || at - changes[c - 1].at > 2 * tick) &&
-                           (c + 1 == changes.size() || changes[c + 1].at - at > 2 * tick);
-        if (!changes[c].from || !alone) continue;
-
-        // What the old device still held, unless nothing was heard for so long that its hands were forgotten.
-        std::set<int> held;
-        const TimePoint since = c == 0 ? distantPast : changes[c - 1].at + 2 * tick;
-        TimePoint lastHeard = since;
-        for (const ReceivedDatagram& datagram : acceptance.accepted) {
-            if (datagram.at >= at) break;
-            if (datagram.at - lastHeard > seconds(4.5)) held.clear();
-            lastHeard = datagram.at;
-            if (datagram.at < since) continue;
-            for (const WireAction& action : asked) {
-                if (action.at != datagram.at) continue;
-                if (isTouch(action)) held.insert(action.number);
-                if (isRelease(action)) held.erase(action.number);
-            }
-        }
-        if (at - lastHeard < seconds(4.5) && !held.empty()) replacements.push_back({at, held});
-    }
-    return replacements;
-}
-
-} // namespace
-
-Violations checkReleases(const Actions& wire, const Actions& asked, const Acceptance& acceptance, int surface) {
-    Violations violations;
-    const std::string where = " on surface " + std::to_string(surface);
-    Actions extra = only(wire, isRelease);
-    for (const WireAction& release : only(asked, isRelease)) {
-        const auto sent = std::ranges::find_if(
-            extra, [&](const WireAction& action) { return action.sameAs(release) && action.at == release.at; });
-        if (sent == extra.end()) {
-            violations.push_back("release lost" + where + ": " + release.text());
-        } else {
-            extra.erase(sent);
-        }
-    }
-    for (const WireAction& release : extra) {
-        const bool afterChange = std::ranges::any_of(acceptance.changes, [&](const OwnerChange& change) {
-            return release.at >= change.at && release.at <= change.at + tick;
-        });
-        if (!afterChange) violations.push_back("release that nobody asked for" + where + ": " + release.text());
-    }
-    for (const Replaced& replaced : replacementsOf(asked, acceptance)) {
-        for (const int strip : replaced.held) {
-            const bool released = std::ranges::any_of(wire, [&](const WireAction& action) {
-                return isRelease(action) && action.number == strip && action.at >= replaced.at &&
-                       action.at <= replaced.at + tick;
-            });
-            if (!released)
-                violations.push_back("fader " + std::to_string(strip) + where + " held for ever after a change at " +
-                                     std::to_string(inSeconds(replaced.at.time_since_epoch())) + " s");
-        }
-    }
-    return violations;
-}
-
 Violations checkPicture(const Scenario& scenario, const Evidence& evidence) {
     Violations violations;
     const auto expect = [&](bool holds, const std::string& what) {
@@ -188,8 +115,39 @@ Violations checkPicture(const Scenario& scenario, const Evidence& evidence) {
     return violations;
 }
 
+namespace {
+
+// With the program's end, and without the faders that walks play.
+HandsEvidence handsOf(const Evidence& evidence, ReceiverDatagrams ofReceivers) {
+    HandsEvidence hands;
+    std::vector<ReceivedDatagram> received = evidence.datagrams;
+    received.insert(received.end(), evidence.ending.datagrams.begin(), evidence.ending.datagrams.end());
+    hands.acceptance = acceptedOf(received, ofReceivers);
+    hands.runs = evidence.jobs.runs;
+    hands.programEnd = evidence.ending.ended;
+    hands.end = evidence.ending.ended + seconds(0.2);
+    for (std::size_t i = 0; i < evidence.surfaces.size(); ++i) {
+        const int surface = static_cast<int>(i);
+        Actions wire = readWire(evidence.surfaces[i]).actions;
+        std::ranges::copy(readWire(evidence.ending.surfaces[i]).actions, std::back_inserter(wire));
+        const Actions asked = askedOf(hands.acceptance.accepted, surface);
+        hands.wires.push_back(splitWire(wire, asked, hands.runs, surface).ofClient);
+    }
+    return hands;
+}
+
+// Where a host that does what a host does would have shown what was asked for.
+std::vector<Stretch> disturbancesIn(const Scenario& scenario, const Evidence& evidence) {
+    if (scenario.host.restlessUserEvery > Duration::zero()) return {{evidence.begun, evidence.jobs.ended}};
+    return evidence.disturbances;
+}
+
+} // namespace
+
 Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
-    const Acceptance acceptance = acceptedOf(evidence.datagrams);
+    const ReceiverDatagrams ofReceivers =
+        scenario.switches.isOn("false-receiver") ? ReceiverDatagrams::ignored : ReceiverDatagrams::counted;
+    const Acceptance acceptance = acceptedOf(evidence.datagrams, ofReceivers);
     const Requests requests = requestsIn(acceptance);
     Violations violations;
     const auto add = [&](std::string_view checker, const Violations& found) {
@@ -210,7 +168,8 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
         add("nothing-lost", checkNothingLostNothingForged(split.ofClient, asked));
         add("turns", checkTurns(split.ofClient, asked, requests, surface));
         add("presses-end", checkPressesEnd(split.ofClient));
-        add("releases", checkReleases(split.ofClient, asked, acceptance, surface));
+        if (!scenario.switches.isOn("hands"))
+            add("releases", checkReleases(split.ofClient, asked, acceptance, surface));
         wires.push_back(std::move(wire.actions));
     }
     add("walked-faders", checkWalkedFaders(walked, requests));
@@ -218,6 +177,18 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
     add("bank-buttons", checkBankButtons(wires, evidence.jobs.runs, requests));
     add("assignment", checkAssignment(wires, requests));
     add("automation", checkAutomation(wires, evidence.jobs, requests, acceptance));
+    if (scenario.switches.isOn("in-time")) {
+        add("in-time",
+            checkModesInTime(wires, evidence.jobs, requests, acceptance, disturbancesIn(scenario, evidence)));
+        add("in-time", checkWalksInTime(wires, walked, evidence.jobs, requests, acceptance));
+        add("in-time", checkSettersInTime(evidence.setters, requests, acceptance));
+    } else {
+        add("modes-set", checkModesAreSet(wires, evidence.jobs, requests, acceptance));
+    }
+    if (scenario.switches.isOn("hands")) add("hands", checkHands(handsOf(evidence, ofReceivers)));
+    add("answers", checkAnswers(evidence.sent, acceptance));
+    add("bounds", checkBounds(evidence.load));
+    add("repeats", checkRepeats(evidence.lines));
     add("beginnings", checkBeginnings(evidence, requests));
     add("lengths", checkLengths(evidence.jobs, requests));
     add("positions", checkPositions(scenario, evidence));

@@ -21,7 +21,7 @@ Violations checkNothingLostNothingForged(const std::vector<WireAction>& wire, co
 Violations checkPressesEnd(const std::vector<WireAction>& wire);
 
 // When a device is replaced by another, the faders it holds are released within one tick; and nobody else's hand is
-// ever released for it.
+// ever released for it, but within a tick. To go when "hands" is on, which knows neither exception nor silent phones.
 Violations checkReleases(const std::vector<WireAction>& wire, const std::vector<WireAction>& asked,
                          const Acceptance& acceptance, int surface);
 

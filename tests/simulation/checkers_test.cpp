@@ -27,6 +27,29 @@ TEST(OwnerOracle, GivesControlToTheNextAfterSixSilentSeconds) {
     EXPECT_EQ(acceptedOf({from("a", 0, move3), from("b", 6.0, move3)}).accepted.size(), 2u);
 }
 
+TEST(OwnerOracle, IgnoresWhatOnlyAReceiverSendsWhereThatIsTheRule) {
+    const std::string receiver = "::ffff:192.168.1.2:52700";
+    const std::vector<ReceivedDatagram> received{from("a", 1, {0x01, 0x1F}), from(receiver, 1, move3),
+                                                 from("b", 1, move3), from("b", 4, {0x01, 0x7F}),
+                                                 from("c", 7.5, move3)};
+    EXPECT_EQ(acceptedOf(received).accepted.at(0).sender, "a");
+    const Acceptance lawful = acceptedOf(received, ReceiverDatagrams::ignored);
+    ASSERT_EQ(lawful.accepted.size(), 2u);
+    EXPECT_EQ(lawful.accepted[0].sender, "b");
+    EXPECT_EQ(lawful.accepted[1].sender, "c");
+}
+
+TEST(OwnerOracle, NumbersOwnershipsByDevice) {
+    const auto hello = [](const std::string& sender, double time) {
+        return from(sender, time, {0x01, 0x00, 0, 0, 0, 0, 0, 0, 0, 7});
+    };
+    const Acceptance acceptance =
+        acceptedOf({hello("a", 0), hello("c", 1), from("b", 2, takeOver), from("c", 2, takeOver)});
+    EXPECT_EQ(acceptance.numbers, (std::vector<int>{1, 1, 2, 3}));
+    EXPECT_EQ(acceptance.endOf(1), at(2));
+    EXPECT_EQ(acceptance.endOf(3), TimePoint::max());
+}
+
 TEST(SurfaceWire, ReadsWholeSequences) {
     const SurfaceWire wire = readWire({{at(0), {0xFF}},
                                        {at(1), {0xB0, 0x0F, 0x03}},

@@ -9,10 +9,6 @@ namespace {
 
 using Violations = std::vector<std::string>;
 
-std::string timeText(TimePoint at) {
-    return std::to_string(inSeconds(at.time_since_epoch())) + " s";
-}
-
 class PlaceChecker {
 public:
     PlaceChecker(const Scenario& decided, const Evidence& given, const Requests& asked, const SurfaceActions& wires,

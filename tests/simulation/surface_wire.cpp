@@ -64,6 +64,10 @@ private:
 
 } // namespace
 
+std::string timeText(TimePoint at) {
+    return std::to_string(inSeconds(at.time_since_epoch())) + " s";
+}
+
 bool WireAction::sameAs(const WireAction& other) const {
     return kind == other.kind && number == other.number && port == other.port && value == other.value;
 }

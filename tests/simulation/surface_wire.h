@@ -8,7 +8,11 @@
 
 namespace lumbrine::simulation {
 
+constexpr int autoPort = 4;  // of a strip's AUTO switch
+constexpr int bankZone = 10; // of the bank and channel buttons
 constexpr int modeZone = 24; // of the automation modes' buttons
+
+std::string timeText(TimePoint at); // "12.300000 s"
 
 struct WireAction {
     enum class Kind { fader, edge, vpot };

@@ -1,0 +1,84 @@
+#include "tests/simulation/answer_checkers.h"
+
+#include "tests/simulation/surface_wire.h"
+
+#include <algorithm>
+#include <deque>
+#include <map>
+
+namespace lumbrine::simulation {
+
+namespace {
+
+using Violations = std::vector<std::string>;
+
+enum AnswerType : std::uint8_t { trackRow = 0x1B, transport = 0x1D, busy = 0x7D, pong = 0x7F };
+
+// How much there may be within any stretch of that length; tells of the first time that there is more.
+class Limit {
+public:
+    Limit(std::size_t atMost, Duration withinTime) : most(atMost), length(withinTime) {}
+
+    // True when this one is the first too many.
+    bool isExceededBy(TimePoint at) {
+        while (!times.empty() && at - times.front() >= length)
+            times.pop_front();
+        times.push_back(at);
+        return times.size() > most && !std::exchange(told, true);
+    }
+
+private:
+    const std::size_t most;
+    const Duration length;
+    std::deque<TimePoint> times;
+    bool told = false;
+};
+
+struct PeerLimits {
+    Limit refusals{50, seconds(1)};
+    Limit states{1, seconds(0.25)};
+    Limit rows{200 + 64, seconds(0.1)};
+    std::array<std::uint8_t, 4> lastTransport{};
+};
+
+} // namespace
+
+Violations checkAnswers(const SentDatagrams& sent, const Acceptance& acceptance) {
+    Violations violations;
+    std::vector<PeerLimits> limits(sent.peers.size());
+    Limit allRefusals{1000, seconds(1)};
+    std::map<std::pair<TimePoint, std::string>, int> pongs;
+    for (const SentDatagram& datagram : sent.list) {
+        PeerLimits& peer = limits[datagram.peer];
+        const std::string& name = sent.peers[datagram.peer];
+        const auto expect = [&](bool exceeded, const std::string& what) {
+            if (exceeded) violations.push_back(what + " at " + timeText(datagram.at));
+        };
+        switch (datagram.type()) {
+        case busy:
+            expect(peer.refusals.isExceededBy(datagram.at), "more than 50 refusals a second to " + name);
+            expect(allRefusals.isExceededBy(datagram.at), "more than 1000 refusals a second");
+            break;
+        case trackRow:
+            expect(peer.rows.isExceededBy(datagram.at), "rows faster than 2000 a second to " + name);
+            break;
+        case transport:
+            // Sent when it changes, and as a part of everything.
+            if (std::exchange(peer.lastTransport, datagram.head) == datagram.head)
+                expect(peer.states.isExceededBy(datagram.at), "everything twice within 250 ms to " + name);
+            break;
+        case pong:
+            ++pongs[{datagram.at, name}];
+            break;
+        default:
+            break;
+        }
+    }
+    for (const ReceivedDatagram& hello : acceptance.accepted)
+        if (hello.bytes.size() > 1 && hello.bytes[0] == 1 && hello.bytes[1] == 0x00 &&
+            --pongs[{hello.at, hello.sender}] < 0)
+            violations.push_back("no pong for the hello of " + hello.sender + " at " + timeText(hello.at));
+    return violations;
+}
+
+} // namespace lumbrine::simulation

@@ -1,0 +1,78 @@
+// The checker of answers sees floods and missing pongs.
+#include "tests/simulation/answer_checkers.h"
+#include "tests/simulation/testing/wire_actions.h"
+
+namespace lumbrine::simulation {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr std::uint8_t row = 0x1B;
+constexpr std::uint8_t transport = 0x1D;
+constexpr std::uint8_t busy = 0x7D;
+constexpr std::uint8_t pong = 0x7F;
+
+class Answers : public testing::Test {
+protected:
+    Answers() { sent.peers = {"a", "b"}; }
+
+    void send(double time, std::uint8_t type, std::size_t peer = 0) {
+        sent.list.push_back({at(time), peer, {0x01, type, 0x00, 0x00}});
+    }
+    void send(int count, double begin, double interval, std::uint8_t type) {
+        for (int i = 0; i < count; ++i)
+            send(begin + i * interval, type);
+    }
+    std::vector<std::string> check(const std::vector<ReceivedDatagram>& received = {}) {
+        return checkAnswers(sent, acceptedOf(received));
+    }
+
+    SentDatagrams sent;
+};
+
+TEST_F(Answers, AreAPongForEachHello) {
+    const std::vector<ReceivedDatagram> received{{at(1), "a", {0x01, 0x00}}, {at(1), "a", {0x01, 0x00}}};
+    send(1, pong);
+    EXPECT_THAT(check(received), ElementsAre(HasSubstr("no pong")));
+    send(1, pong);
+    EXPECT_THAT(check(received), IsEmpty());
+}
+
+TEST_F(Answers, AreAtMostFiftyRefusalsASecond) {
+    send(100, 0, 0.021, busy);
+    EXPECT_THAT(check(), IsEmpty());
+    send(51, 10, 0.001, busy);
+    EXPECT_THAT(check(), ElementsAre(HasSubstr("more than 50")));
+}
+
+TEST_F(Answers, AreAtMostAThousandRefusalsASecondInAll) {
+    sent.peers.clear();
+    for (std::size_t peer = 0; peer < 21; ++peer) {
+        sent.peers.push_back(std::to_string(peer));
+        for (int i = 0; i < 50; ++i)
+            send(1, busy, peer);
+    }
+    EXPECT_THAT(check(), ElementsAre(HasSubstr("more than 1000")));
+}
+
+TEST_F(Answers, HaveAPace) {
+    send(500, 0, 0.0005, row);
+    EXPECT_THAT(check(), IsEmpty());
+    send(265, 10, 0, row);
+    EXPECT_THAT(check(), ElementsAre(HasSubstr("rows faster")));
+}
+
+TEST_F(Answers, AreEverythingOnceInAQuarterOfASecond) {
+    send(4, 0, 0.25, transport);
+    EXPECT_THAT(check(), IsEmpty());
+    send(1.1, transport, 1); // another client
+    EXPECT_THAT(check(), IsEmpty());
+    send(0.9, transport);
+    sent.list.push_back({at(0.9), 0, {0x01, transport, 0x01, 0x00}}); // it has changed
+    EXPECT_THAT(check(), ElementsAre(HasSubstr("everything twice")));
+}
+
+} // namespace
+} // namespace lumbrine::simulation

@@ -1,0 +1,77 @@
+// A quiet session keeps every promise; with a fault planted in what it left behind it does not.
+#include "tests/simulation/checkers.h"
+#include "tests/simulation/world.h"
+
+#include <algorithm>
+
+namespace lumbrine::simulation {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+Scenario quietScenario() {
+    Scenario scenario;
+    scenario.switches.switchOn("all");
+    scenario.namesDiffer = true;
+    return scenario;
+}
+
+class PlantedFaults : public testing::Test {
+protected:
+    // A phone that plays a fader and sets a mode.
+    PlantedFaults() {
+        World world(scenario);
+        world.runtime.runFor(seconds(20)); // until the first scan has ended
+        world.phone().touch(strip);
+        world.phone().move(strip, FaderValue::ofRaw(8000));
+        world.runtime.runFor(seconds(0.5));
+        world.phone().release(strip);
+        world.phone().send(remote::setAutoModeCommand(strip, remote::AutoModeKey::read));
+        world.runtime.runFor(seconds(3));
+        evidence = world.collect();
+    }
+
+    Violations violationsOf(const std::string& checker) {
+        Violations found = checkAll(scenario, evidence);
+        std::erase_if(found, [&](const std::string& violation) { return !violation.starts_with(checker + ": "); });
+        return found;
+    }
+
+    // From what the host got first of that kind.
+    void lose(const Bytes& first, const Bytes& second) {
+        auto& packets = evidence.surfaces.front();
+        const auto isPair = [&](const ReceivedPacket& one, const ReceivedPacket& other) {
+            return one.bytes == first && other.bytes == second;
+        };
+        const auto found = std::ranges::adjacent_find(packets, isPair);
+        ASSERT_NE(found, packets.end());
+        packets.erase(found, found + 2);
+    }
+
+    const Scenario scenario = quietScenario();
+    const Strip strip = *Strip::of(3);
+    Evidence evidence;
+};
+
+TEST_F(PlantedFaults, ALostReleaseIsFound) {
+    EXPECT_THAT(violationsOf("hands"), IsEmpty());
+    lose({0xB0, 0x0F, 0x03}, {0xB0, 0x2F, 0x00});
+    EXPECT_THAT(violationsOf("hands"), Contains(HasSubstr("after its release")));
+}
+
+TEST_F(PlantedFaults, ALostModeIsFound) {
+    EXPECT_THAT(violationsOf("in-time"), IsEmpty());
+    lose({0xB0, 0x0F, 0x18}, {0xB0, 0x2F, 0x42});
+    EXPECT_THAT(violationsOf("in-time"), Contains(HasSubstr("never set")));
+}
+
+TEST_F(PlantedFaults, ALostPongIsFound) {
+    EXPECT_THAT(violationsOf("answers"), IsEmpty());
+    std::erase_if(evidence.sent.list, [](const SentDatagram& sent) { return sent.type() == 0x7F; });
+    EXPECT_THAT(violationsOf("answers"), Contains(HasSubstr("no pong")));
+}
+
+} // namespace
+} // namespace lumbrine::simulation
