@@ -177,6 +177,7 @@ Scenario scenarioOf(std::uint64_t seed, const Switches& switches) {
         scenario.network.detour = seconds(3);
     }
     scenario.hostHabits = chooseHostHabits(seed, switches, scenario.host);
+    scenario.storms = switches.isOn("storms") && chanceOf(seed, "storms").oneIn(4);
     // Long enough for the first scan to end, and then some.
     const int banks = scenario.tracks / scenario.strips();
     scenario.trouble = seconds(18) + seconds(1) * std::min(banks, 30);
@@ -199,7 +200,7 @@ std::string Scenario::text() const {
            std::to_string(inSeconds(host.latency)) + " s, loss " + std::to_string(network.loss) + ", doubled " +
            std::to_string(network.duplication) + ", jitter " + std::to_string(inSeconds(network.jitter)) + " s" +
            inWords(namesDiffer, "names that differ") + inWords(forger, "a forger") +
-           inWords(host.endOfSession == EndOfSession::blank, "blank end") +
+           inWords(storms, "storms of commands") + inWords(host.endOfSession == EndOfSession::blank, "blank end") +
            inWords(!host.bankLeftAligns, "bank left does not align") +
            inWords(host.bankRightAligns, "bank right aligns") + inWords(host.dropOnePressIn > 0, "presses get lost") +
            inWords(!hostIsReadable(), "an unreadable host") +

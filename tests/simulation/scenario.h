@@ -66,6 +66,7 @@ struct Scenario {
     VirtualNetwork::Faults network;
     bool metersArrive = false;          // at the phones; they are most of the traffic
     bool forger = false;                // somebody on the network sends what is not its to send
+    bool storms = false;                // phones ask for more than can be done
     std::array<int, actCount> habits{}; // how often phones do what, as weights
     Troubles troubles;
     Hardships hardships;

@@ -8,7 +8,7 @@
 namespace lumbrine::simulation {
 
 Trouble::Trouble(World& simulatedWorld)
-    : world(simulatedWorld), chance(simulatedWorld.scenario.seed * 7 + 3),
+    : world(simulatedWorld), chance(simulatedWorld.scenario.seed * 7 + 3), storm(simulatedWorld),
       ofHost(simulatedWorld, [this](Duration length) { disturb(length); }) {
     const Troubles& wanted = world.scenario.troubles;
     const int surfaces = world.scenario.host.surfaces;
@@ -37,6 +37,7 @@ void Trouble::run() {
         world.forger = std::make_unique<Forger>(world.runtime, world.network, world.scenario.seed);
         world.forger->act();
     }
+    if (world.scenario.storms) storm.act();
     // Until the ports are grabbed.
     disturb(world.scenario.host.grabPortsAfter + seconds(2));
     Surroundings surroundings(world);
@@ -49,6 +50,7 @@ void Trouble::run() {
     }
     surroundings.rest();
     ofHost.end();
+    storm.rest();
 }
 
 void Trouble::strike() {

@@ -3,6 +3,7 @@
 
 #include "simulator/seeded_random.h"
 #include "tests/simulation/host_troubles.h"
+#include "tests/simulation/storm.h"
 #include "tests/simulation/world.h"
 
 #include <functional>
@@ -40,6 +41,7 @@ private:
 
     World& world;
     SeededRandom chance;
+    Storm storm;
     std::vector<std::function<void()>> kinds; // that this scenario has
     std::vector<Stretch> disturbed;
     std::uint64_t remarks = 0;
