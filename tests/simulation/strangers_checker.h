@@ -8,7 +8,7 @@
 
 namespace lumbrine::simulation {
 
-// What only a receiver says is neither answered nor makes anybody a client. 
+// What only a receiver says is neither answered nor makes anybody a client.
 std::vector<std::string> checkStrangers(const Evidence& evidence);
 
 } // namespace lumbrine::simulation
