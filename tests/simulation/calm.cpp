@@ -52,7 +52,7 @@ void Calm::endTrouble() {
 void Calm::recover() {
     const int tracks = static_cast<int>(viewOf(*world.proTools).names.size());
     const Duration limit = recoveryLimit({.tracks = tracks, .strips = world.scenario.strips()});
-    const bool mapIsPossible = world.scenario.hostIsReadable() && world.scenario.hostIsQuick();
+    const bool mapIsPossible = world.scenario.hostIsQuick();
     if (!mapIsPossible) world.runtime.runFor(seconds(5)); // for what was asked for last
     for (;;) {
         const std::string wrong = mapIsPossible ? wrongWithPeace() : wrongWithRest();
@@ -134,7 +134,6 @@ bool Calm::jobsRanSince(TimePoint since) const {
 // ---- A fader both ways
 
 void Calm::tryFader() {
-    if (!world.scenario.hostIsReadable()) return;
     constexpr int attempts = 20;
     for (int attempt = 0; attempt < attempts; ++attempt) {
         const auto strip = someStripWithATrack();
@@ -192,7 +191,7 @@ void Calm::awaitSources() {
         return published.bankOffset >= 0 && published.trackMap == viewOf(*world.proTools).names;
     };
     const auto wrong = [this] { return wrongWithSources(world.scenario.sources, world.state(), *world.proTools); };
-    if (!world.scenario.hostIsReadable() || !world.scenario.hostIsQuick() || !mapIsTrue()) return;
+    if (!world.scenario.hostIsQuick() || !mapIsTrue()) return;
     const TimePoint end = world.runtime.now() + limit;
     while (!wrong().empty() && world.runtime.now() < end)
         world.runtime.runFor(seconds(0.5));
@@ -225,7 +224,7 @@ bool Calm::commentsAreTold() const {
 
 // A scan of a host that does what a host does finds what there is to be found.
 void Calm::checkScans() {
-    if (!world.scenario.hostIsReadable() || !world.scenario.hostIsQuick()) return;
+    if (!world.scenario.hostIsQuick()) return;
     for (const JobRun& run : world.watch->record().runs)
         if (run.job == Job::scan && peaceSince && run.first >= *peaceSince && !rightMaps.contains(run.mapAfter))
             complain("the scan that began at " + std::to_string(inSeconds(run.first.time_since_epoch())) +

@@ -26,7 +26,7 @@ Violations checkReleases(const std::vector<WireAction>& wire, const std::vector<
                          const Acceptance& acceptance, int surface);
 
 // After a hello on a quiet line the client's picture is the receiver's, and the receiver's is the host's.
-Violations checkPicture(const Scenario& scenario, const Evidence& evidence);
+Violations checkPicture(const Evidence& evidence);
 
 // All of them and those of the other headers that are switched on, on every surface, and that every sequence on the
 // wires is whole. Each violation begins with its checker's name.

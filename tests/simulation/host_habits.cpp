@@ -60,6 +60,9 @@ const std::vector<HostHabit>& hostHabits() {
              options.packets.ping = chance.oneIn(2) ? PingForm::noteOff : PingForm::noteOffWithoutVelocity;
          }},
 
+        {"running-status", 12, [](auto&, auto& options) { options.runningStatus = true; }},
+        {"packed-displays", 12, [](auto&, auto& options) { options.displaysPerSysEx = 9; }},
+
         // ---- Presence and time.
         {"irregular-pings", 4, beIrregular},
         {"late-pings", 6, [](auto&, auto& options) { options.latePingOneIn = 5; }},

@@ -24,7 +24,7 @@ Duration lengthOf(const JobRun& run, const Requests& requests);
 std::vector<std::string> checkLengths(const JobRecord& jobs, const Requests& requests);
 
 // A bank offset that is known is true, as soon as the host has had the time to show where it is.
-std::vector<std::string> checkPositions(const Scenario& scenario, const Evidence& evidence);
+std::vector<std::string> checkPositions(const Evidence& evidence);
 
 // On a host that nothing disturbs: a walk leaves the surfaces where they were, its faders are those of its members, and
 // a seek ends where it was asked to.

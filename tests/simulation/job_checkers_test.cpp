@@ -173,11 +173,11 @@ TEST_F(Places, AfterASeekAreItsLastTarget) {
 
 TEST_F(Places, ThatAreKnownAreTrue) {
     evidence.jobs.positions = {{at(5), 3, 4}, {at(5.4), 4, 4}};
-    EXPECT_THAT(checkPositions(scenario, evidence), IsEmpty());
+    EXPECT_THAT(checkPositions(evidence), IsEmpty());
     evidence.jobs.positions.push_back({at(5.8), 3, 4});
-    EXPECT_THAT(checkPositions(scenario, evidence), SizeIs(1));
+    EXPECT_THAT(checkPositions(evidence), SizeIs(1));
     evidence.disturbances = {{at(5.5), at(6)}};
-    EXPECT_THAT(checkPositions(scenario, evidence), IsEmpty());
+    EXPECT_THAT(checkPositions(evidence), IsEmpty());
 }
 
 // ---- Presence

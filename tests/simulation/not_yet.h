@@ -25,6 +25,8 @@ inline constexpr auto notYet = std::to_array<NotYet>({
     {"packed-messages", "A ping that does not begin its packet is answered and not counted: Pro Tools counts as gone."},
     {"realtime-within", "A realtime byte in a message spoils it: displays, faders and LEDs are read wrongly."},
     {"cut-sysex", "A SysEx without its end makes a surface deaf while Pro Tools counts as there."},
+    {"running-status", "Of controllers that share a status byte the first alone is read."},
+    {"packed-displays", "Of several displays in one SysEx the first alone is read."},
     {"ping-note-off", "A ping that arrives as a note-off is never answered."},
     {"fill-at-session-open", "Names that no bank move brings again stay unknown, as those of a session of one bank."},
     {"slow-host", "A host that needs more than 0.27 s counts as unmoved: scans go wrong and begin anew without end."},

@@ -31,12 +31,12 @@ void chooseReactions(SeededRandom& chance, SimulatorOptions& options) {
 void chooseDisplays(SeededRandom& chance, SimulatorOptions& options) {
     options.shortNames = pick(chance, std::array{ShortNameRule::cut, ShortNameRule::vowels, ShortNameRule::colliding});
     options.nonASCII = chance.oneIn(2) ? NonASCIIRule::blank : NonASCIIRule::questionMark;
-    options.displaysPerSysEx = chance.oneIn(25) ? 9 : 1;
+    options.valueShownFor = chance.oneIn(25) ? seconds(3) : seconds(0.8);
     options.modeShown = pick(chance, std::array{seconds(0), seconds(1), seconds(1), seconds(3)});
     options.mainDisplay = chance.oneIn(3);
     options.counter = chance.oneIn(3);
     options.repeatZoneSelect = chance.oneIn(2);
-    options.runningStatus = chance.oneIn(25);
+    options.dialogFreezes = !chance.oneIn(25);
     options.autoLED = chance.oneIn(2) ? AutoLED::green24 : AutoLED::green34;
     options.ledOn = options.ledOff = pick(chance, std::array{seconds(0.25), seconds(0.5)});
     options.panPicture = pick(chance, std::array{RingPicture::dot, RingPicture::boostCut, RingPicture::spread});
@@ -99,8 +99,6 @@ void soothe(SeededRandom& chance, Scenario& scenario) {
     SimulatorOptions& host = scenario.host;
     host.latency = std::min(host.latency, seconds(0.2));
     host.modeShown = std::min(host.modeShown, seconds(1));
-    host.displaysPerSysEx = 1;
-    host.runningStatus = false;
     host.bankLeftAligns = true;
     host.dropOnePressIn = 0;
     host.restlessUserEvery = Duration::zero();
@@ -203,7 +201,6 @@ std::string Scenario::text() const {
            inWords(storms, "storms of commands") + inWords(host.endOfSession == EndOfSession::blank, "blank end") +
            inWords(!host.bankLeftAligns, "bank left does not align") +
            inWords(host.bankRightAligns, "bank right aligns") + inWords(host.dropOnePressIn > 0, "presses get lost") +
-           inWords(!hostIsReadable(), "an unreadable host") +
            inWords(host.restlessUserEvery > Duration::zero(), "a restless user") +
            inWords(troubles.surfacesVanish, "surfaces vanish") + inWords(troubles.bothSurfacesFlap, "surfaces flap") +
            inWords(troubles.secondSurfaceLeaves, "the second surface leaves") +

@@ -73,10 +73,6 @@ struct Scenario {
     std::vector<std::string_view> hostHabits; // by their names, see host_habits.h
     Duration trouble = seconds(30);
 
-    // Whether the receiver can read all that the host sends: it takes one display from a message, and no running
-    // status.
-    bool hostIsReadable() const { return host.displaysPerSysEx == 1 && !host.runningStatus; }
-
     // Whether the host reacts before the receiver takes it for unmoved.
     bool hostIsQuick() const { return host.latency <= seconds(0.2); }
 
