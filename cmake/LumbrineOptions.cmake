@@ -11,6 +11,10 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/bin")
 
+# Named on the tests' command lines. A copy of the tree that names the original's shares its compiled tests by ccache.
+set(LUMBRINE_TESTS_SOURCE_DIR "${CMAKE_SOURCE_DIR}" CACHE PATH "Where tests find documents and recorded data")
+set(LUMBRINE_TESTS_BIN_DIR "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}" CACHE PATH "Where tests find the programs they start")
+
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
     # Relative paths and no directory in the hash, so that every checkout shares the cache. The precompiled header is
@@ -48,7 +52,8 @@ if(LUMBRINE_SANITIZE)
     add_link_options(-fsanitize=${LUMBRINE_SANITIZE})
 endif()
 if(LUMBRINE_COVERAGE)
-    add_compile_options(--coverage)
+    # Tests, too: what a header defines is linked once, from whichever object comes first.
+    add_compile_options(--coverage -fprofile-update=atomic)
     add_link_options(--coverage)
 endif()
 

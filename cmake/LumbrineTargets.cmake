@@ -108,8 +108,8 @@ function(lumbrine_test name)
         set(ARG_MAIN GTest::gtest_main)
     endif()
     lumbrine_program(${name} SOURCES ${ARG_SOURCES} DEPENDS ${ARG_DEPENDS} ${ARG_MAIN} GTest::gmock)
-    target_compile_definitions(${name} PRIVATE LUMBRINE_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
-        LUMBRINE_BIN_DIR="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+    target_compile_definitions(${name} PRIVATE LUMBRINE_SOURCE_DIR="${LUMBRINE_TESTS_SOURCE_DIR}"
+        LUMBRINE_BIN_DIR="${LUMBRINE_TESTS_BIN_DIR}")
     target_compile_options(${name} PRIVATE ${LUMBRINE_TEST_OPTIONS})
     if(ARG_TOOLKIT)
         target_precompile_headers(${name} REUSE_FROM lumbrine_toolkit_test_headers)

@@ -1,0 +1,220 @@
+#!/usr/bin/env python3
+"""mutants.py [COUNT] [SEED] [FOLDER...]: plants one change at a time and tells which of them no test notices.
+
+A change turns a relation or a logical operator, moves a constant by one in its last digit, negates a condition, or
+removes a call or an assignment. COUNT of them (100) are drawn by SEED (1) from the sources below the folders: what
+decides the receiver's behaviour, if none is named. Each is built and tested in virtual time in a copy of the tree,
+build/mutants: the tests beside the source first, then those that span subsystems, a few simulated sessions last, up to
+the first that fails. A test that takes ten times as long as it should has failed. A change that does not compile, or of
+which the compiler makes the same programs, is drawn again. Ends well when at least 97 % were noticed. Sources
+and tests are those of virtual_tests.py.
+"""
+import dataclasses
+import hashlib
+import json
+import os
+import pathlib
+import random
+import re
+import resource
+import shutil
+import subprocess
+import sys
+import time
+
+from virtual_tests import FOLDERS, ROOT, build_programs, configure, programs, sources
+
+WORK = ROOT / "build" / "mutants"
+TREE = WORK / "tree"
+BUILD = TREE / "build" / "release"  # as far from its sources as every other, so that ccache knows what it compiles
+GOAL = 0.97
+
+
+# ---- What can be changed
+
+OTHER = {" == ": " != ", " != ": " == ", " < ": " <= ", " <= ": " < ", " > ": " >= ", " >= ": " > ", " && ": " || ",
+         " || ": " && "}
+OPERATORS = re.compile("|".join(re.escape(text) for text in OTHER))
+NUMBERS = re.compile(r"(?<![\w.'])(0x[0-9A-Fa-f]+|\d[\d']*\.\d+|\d[\d']*)(?=[^\w.'])")
+CONDITIONS = re.compile(r"\b(?:if|while) \(")
+STATEMENTS = re.compile(r"^ +(?:if \([^()]*(?:\([^()]*\)[^()]*)*\) )?([a-z][\w.:]*(?:->[\w.]+)*(?:\(| = )[^;{}]*;)$",
+                        re.MULTILINE)
+# Comments, texts, characters; then lines that decide nothing or speak to the compiler and the reader alone.
+SILENT = re.compile(r"//[^\n]*|\"(?:[^\"\\\n]|\\.)*\"|'(?:[^'\\\n]|\\.)'|^[ \t]*#[^\n]*$"
+                    r"|^[^\n]*\b(?:static_assert|assert|reserve|static_cast<void>)\b[^\n]*$", re.MULTILINE)
+
+
+@dataclasses.dataclass(frozen=True)
+class Mutant:
+    path: str  # from the top of the tree
+    start: int
+    end: int
+    new: str
+
+    def of(self, text):
+        return text[:self.start] + self.new + text[self.end:]
+
+    def told(self, text):
+        line = text.count("\n", 0, self.start) + 1
+        old = " ".join(text[self.start:self.end].split())
+        return f"{self.path}:{line}  {old}  ->  {self.new.strip() or 'nothing'}"
+
+
+def moved(number, step):
+    """The number with its last digit one off, as it is written; none below zero."""
+    if number.startswith("0x"):
+        value = int(number, 16) + step
+        return f"0x{value:0{len(number) - 2}X}" if value >= 0 else None
+    whole, point, fraction = number.replace("'", "").partition(".")
+    value = int(whole + fraction) + step
+    digits = f"{value:0{len(fraction) + 1}d}"
+    if value < 0:
+        return None
+    return f"{digits[:-len(fraction)]}.{fraction and digits[-len(fraction):]}" if point else digits
+
+
+def condition_end(text, start):
+    """Where the parenthesis that opens just before `start` closes."""
+    depth = 1
+    for i in range(start, len(text)):
+        depth += (text[i] == "(") - (text[i] == ")")
+        if depth == 0:
+            return i
+    return start
+
+
+def mutants_of(path, text):
+    spoken = SILENT.sub(lambda silent: " " * len(silent.group()), text)
+    found = [Mutant(path, match.start(), match.end(), OTHER[match.group()]) for match in OPERATORS.finditer(spoken)]
+    for match in NUMBERS.finditer(spoken):
+        for new in filter(None, (moved(match.group(), 1), moved(match.group(), -1))):
+            found.append(Mutant(path, match.start(), match.end(), new))
+    for match in CONDITIONS.finditer(spoken):
+        start, end = match.end(), condition_end(spoken, match.end())
+        start = max(start, spoken.rfind("; ", start, end) + 2)
+        if not re.search(r"[^=!<>]=[^=]", spoken[start:end]):
+            found.append(Mutant(path, start, end, f"!({text[start:end]})"))
+    for match in STATEMENTS.finditer(spoken):
+        found.append(Mutant(path, match.start(1), match.end(1), ";"))
+    return found
+
+
+# ---- The copy, its programs
+
+def write(path, content):
+    if not path.exists() or path.read_bytes() != content:
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(content)
+
+
+def copy_tree():
+    """Brings the copy up to date. A file that is the same keeps its time."""
+    listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=ROOT, capture_output=True,
+                            text=True, check=True).stdout.split("\n")
+    wanted = {path for path in listed if (ROOT / path).is_file()}
+    for folder, _, files in os.walk(TREE):
+        for path in (pathlib.Path(folder, file) for file in files):
+            if BUILD not in path.parents and str(path.relative_to(TREE)) not in wanted:
+                path.unlink()
+    for path in wanted:
+        write(TREE / path, (ROOT / path).read_bytes())
+        shutil.copymode(ROOT / path, TREE / path)
+
+
+def content(test):
+    return hashlib.sha256(pathlib.Path(test.command[0]).read_bytes()).hexdigest()
+
+
+def processor_time():
+    used = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return used.ru_utime + used.ru_stime
+
+
+def baseline():
+    """The tests, which all pass without a change. How long they take limits how long they may take with one. A program
+    that has passed before does not run again."""
+    stamp = WORK / "baseline.json"
+    took = json.loads(stamp.read_text(encoding="utf-8")) if stamp.exists() else {}
+    made, output = build_programs(BUILD, programs(BUILD))
+    if not made:
+        sys.exit(output + "the tree does not build as it is")
+    tests = programs(BUILD)
+    for test in tests:
+        test.unchanged = content(test)
+        if test.unchanged not in took:
+            begin = processor_time()
+            if not test.passes():
+                sys.exit(f"{test.name} fails without any change")
+            took[test.unchanged] = processor_time() - begin
+        test.limit = int(10 * took[test.unchanged]) + 5
+    stamp.write_text(json.dumps({test.unchanged: took[test.unchanged] for test in tests}), encoding="utf-8")
+    return tests
+
+
+# ---- One change after another
+
+def noticed_by(folder, tests):
+    """The first test that fails, "" when all pass; none when the change does not compile or is in no program. A program
+    that is the same without the change does not run."""
+    near = [test for test in tests if test.folder == folder]
+    wide = [test for test in tests if test.folder not in (folder, "tests/simulation")]
+    last = [test for test in tests if test.folder == "tests/simulation"]
+    reached = False
+    for stage in (near, wide, last):
+        if not build_programs(BUILD, stage)[0]:
+            return None
+        for test in stage:
+            if content(test) == test.unchanged:
+                continue
+            if not test.passes():
+                return test.name
+            reached = True
+    return "" if reached else None
+
+
+def draw(seed, folders):
+    texts = {path: (TREE / path).read_text(encoding="utf-8") for path in sources(folders)}
+    drawn = [mutant for path, text in sorted(texts.items()) for mutant in mutants_of(path, text)]
+    random.Random(seed).shuffle(drawn)
+    return texts, drawn
+
+
+def main():
+    count = int(sys.argv[1]) if len(sys.argv) > 1 else 100
+    seed = int(sys.argv[2]) if len(sys.argv) > 2 else 1
+    folders = tuple(sys.argv[3:]) or FOLDERS
+
+    WORK.mkdir(parents=True, exist_ok=True)
+    copy_tree()
+    # The tests' surroundings have the names that a release build gives them, so that ccache has what it has compiled.
+    configure(TREE, "release", "-DCMAKE_EXE_LINKER_FLAGS=-s", f"-DLUMBRINE_TESTS_SOURCE_DIR={ROOT}",
+              f"-DLUMBRINE_TESTS_BIN_DIR={ROOT / 'build' / 'release' / 'bin'}")
+    tests = baseline()
+    os.environ["CCACHE_READONLY"] = "1"  # nobody asks for a change again
+    texts, drawn = draw(seed, folders)
+    print(f"{count} of {len(drawn)} changes to {len(texts)} files, seed {seed}", flush=True)
+
+    survivors, done, begin = [], 0, time.monotonic()
+    for mutant in drawn:
+        if done == count:
+            break
+        path, text = TREE / mutant.path, texts[mutant.path]
+        path.write_text(mutant.of(text), encoding="utf-8")
+        killer = noticed_by(os.path.dirname(mutant.path), tests)
+        path.write_text(text, encoding="utf-8")
+        if killer is None:
+            continue
+        done += 1
+        if not killer:
+            survivors.append(mutant)
+        print(f"{done:>4}  {killer or 'SURVIVED':<28}{mutant.told(text)}", flush=True)
+    took = (time.monotonic() - begin) / max(done, 1)
+
+    print(f"\n{done - len(survivors)} of {done} noticed, {took:.1f} s each")
+    for mutant in survivors:
+        print(f"survived: {mutant.told(texts[mutant.path])}")
+    sys.exit(0 if done - len(survivors) >= GOAL * done else 1)
+
+
+if __name__ == "__main__":
+    main()
