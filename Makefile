@@ -5,11 +5,13 @@
 
 SECONDS ?= 60
 SEEDS ?= 500
+COUNT ?= 100
+SEED ?= 1
 JOBS ?= $(shell nproc)
 BIN := build/release/bin
 
 .DEFAULT_GOAL := build
-.PHONY: setup build run demo test bench simulate fuzz check format screenshots package check-package
+.PHONY: setup build run demo test bench simulate fuzz mutants coverage check format screenshots package check-package
 
 setup:
 	@scripts/setup.sh
@@ -39,6 +41,13 @@ simulate: build
 # make fuzz SECONDS=600; with SINCE=COMMIT only what has changed since then
 fuzz: setup
 	@scripts/fuzz.sh $(SECONDS) $(JOBS) $(SINCE)
+
+# make mutants COUNT=300 SEED=7
+mutants: setup
+	@scripts/mutants.py $(COUNT) $(SEED)
+
+coverage: setup
+	@/usr/bin/python3 scripts/coverage.py
 
 check: setup
 	@scripts/check.sh $(JOBS)
