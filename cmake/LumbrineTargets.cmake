@@ -92,10 +92,12 @@ function(lumbrine_test_library name)
     endif()
 endfunction()
 
+# All test programs, with the programs that they start.
+add_custom_target(lumbrine_tests)
+
 # lumbrine_test(NAME SOURCES ... DEPENDS ... MAIN library TIMEOUT seconds LABELS ... TOOLKIT): a GoogleTest program, one
 # CTest entry. Eight of its files are compiled together, in half the time. TOOLKIT as above. MAIN has the program's
 # `main` in the place of GoogleTest's.
-# The target lumbrine_tests is all test programs, with the programs that they start.
 function(lumbrine_test name)
     if(NOT LUMBRINE_TESTS)
         return()
@@ -117,9 +119,6 @@ function(lumbrine_test name)
         target_precompile_headers(${name} REUSE_FROM lumbrine_test_headers)
     endif()
     lumbrine_batch(${name})
-    if(NOT TARGET lumbrine_tests)
-        add_custom_target(lumbrine_tests)
-    endif()
     add_dependencies(lumbrine_tests ${name})
     add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
@@ -139,6 +138,7 @@ function(lumbrine_fuzzer name)
     elseif(LUMBRINE_TESTS)
         lumbrine_program(replay_${name} SOURCES ${ARG_SOURCES} DEPENDS ${ARG_DEPENDS} lumbrine_replay)
         target_compile_options(replay_${name} PRIVATE ${LUMBRINE_TEST_OPTIONS})
+        add_dependencies(lumbrine_tests replay_${name})
         add_test(NAME replay_${name} COMMAND replay_${name} "${CMAKE_CURRENT_SOURCE_DIR}/corpus/${name}")
         set_tests_properties(replay_${name} PROPERTIES TIMEOUT 60)
     endif()

@@ -53,8 +53,8 @@ public:
             require((reply.status == ScriptingStatus::failed) == !reply.errorJSON.empty());
             ::ptsl::Response response;
             putInto(response, reply);
-            const std::string bytes = response.SerializeAsString();
-            grpc.reply(call.stream, Bytes(bytes.begin(), bytes.end()));
+            const std::string message = response.SerializeAsString();
+            grpc.reply(call.stream, Bytes(message.begin(), message.end()));
         }
         flush();
     }

@@ -73,7 +73,7 @@ TEST_F(GrpcServer, ListsAndSetsTheSessionThatTheSurfacesShow) {
     });
     const auto list = client.ask(OfficialClient::trackList);
     EXPECT_EQ(list.body()["track_list"][15]["track_attributes"]["is_muted"], false);
-    EXPECT_EQ(client.set(OfficialClient::setSolo, "Nobody", true).error(), 102);
+    EXPECT_EQ(client.set(OfficialClient::setSolo, "Nobody", true).error(), 107);
 }
 
 TEST_F(GrpcServer, AnswersAStreamWithOneMessage) {
@@ -102,7 +102,7 @@ TEST_F(GrpcServer, TellsTwoConnectionsApart) {
     OfficialClient first(port), second(port);
     ASSERT_TRUE(first.registerOurselves());
     second.sessionID = first.sessionID;
-    EXPECT_EQ(second.ask(OfficialClient::trackList).error(), 101);
+    EXPECT_EQ(second.ask(OfficialClient::trackList).error(), 403);
     EXPECT_EQ(first.ask(OfficialClient::trackList).error(), 0);
 }
 
@@ -164,7 +164,7 @@ TEST_F(GrpcServer, KnowsNoSessionAfterARestart) {
     const std::string before = client.sessionID;
     proTools->scripting().restart();
     serve(port);
-    EXPECT_EQ(client.askAfterRestart(OfficialClient::trackList).error(), 101);
+    EXPECT_EQ(client.askAfterRestart(OfficialClient::trackList).error(), 403);
     ASSERT_TRUE(client.registerOurselves());
     EXPECT_NE(client.sessionID, before);
     EXPECT_EQ(client.ask(OfficialClient::trackList).error(), 0);
