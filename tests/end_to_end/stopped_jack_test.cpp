@@ -67,8 +67,7 @@ TEST_P(StoppedJack, DoesNotHoldUpTheEndOfAReceiverThatHasItsPorts) {
 
 TEST_P(StoppedJack, DoesNotHoldUpTheEndOfTheSimulatedProTools) {
     SimulatorProcess proTools({"--surfaces", "2", "--tracks", "8", "--no-scripting"});
-    ASSERT_TRUE(waitUntil([&] { return jack.hasPort("Lumbrine B host:Lumbrine B in"); })) << proTools.output();
-    ASSERT_TRUE(proTools.prints("stopped |")) << proTools.output();
+    ASSERT_TRUE(proTools.prints("stopped |")) << proTools.output(); // its ports are there then
     jack.freeze();
     EXPECT_TRUE(proTools.end(ending)) << proTools.output();
 }

@@ -27,6 +27,14 @@ int listeningSocket() {
     return fd;
 }
 
+bool isFree(std::uint16_t port) {
+    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+    const sockaddr_in address = loopback(port);
+    const bool bound = ::bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    ::close(fd);
+    return bound;
+}
+
 std::uint16_t portOf(int fd) {
     sockaddr_in address{};
     socklen_t length = sizeof address;
@@ -36,11 +44,13 @@ std::uint16_t portOf(int fd) {
 
 } // namespace
 
+// Below the ports that the system gives to connections: else a client that looks for a server which is being started
+// again may itself be given that server's port.
 std::uint16_t freeStreamPort() {
-    const int fd = listeningSocket();
-    const std::uint16_t port = portOf(fd);
-    ::close(fd);
-    return port;
+    static std::uint16_t next = 20'000;
+    while (!isFree(next))
+        ++next;
+    return next++;
 }
 
 bool isListenedAt(std::uint16_t port) {
