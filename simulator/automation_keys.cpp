@@ -82,6 +82,9 @@ void AutomationKeys::modeKey(int surface, int port, bool down, Scope scope) {
 }
 
 void AutomationKeys::apply(int modePort, const std::set<Strip>& strips, Scope scope) {
+    if (onSet)
+        for (const Strip& strip : strips)
+            onSet(modePort, strip);
     std::vector<int> meant;
     for (const SimulatedTrack& track : session.tracks())
         if (isMeant(track, strips, scope)) meant.push_back(track.id);

@@ -38,6 +38,9 @@ public:
     void autoSwitch(Strip strip, bool down, Scope scope);
     void modeKey(int surface, int port, bool down, Scope scope); // port of zone 18, 0-5
 
+    // Called for each held strip when a mode key is down with it, before its track is given the mode.
+    std::function<void(int modePort, Strip strip)> onSet;
+
     bool isHeld(Strip strip) const { return heldStrips.contains(strip); }
 
     void releaseAll(int surface);

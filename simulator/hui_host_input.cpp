@@ -72,6 +72,7 @@ void SimulatedHUIHost::act(int surface, const from_surface::SwitchEdge& edge, Ti
     } else if (ofStrip) {
         stripPressed(surface, edge.zone, edge.port);
     } else if (edge.zone == hui_address::bankZone && edge.port <= static_cast<int>(BankButton::bankRight)) {
+        if (recorder != nullptr) recorder->bankPressed();
         bank(static_cast<BankButton>(edge.port));
     } else if (edge.zone == hui_address::assignZone) {
         assignPressed(surface, edge.port);
@@ -93,6 +94,7 @@ void SimulatedHUIHost::touchEdge(int surface, int strip, bool on) {
     int& touched = at(surface).touchedTrack[static_cast<std::size_t>(strip)];
     if (on == (touched != 0)) return;
     if (on) {
+        recordAct(HostAct::Kind::touch, surface, strip, 0);
         touched = trackOn(surface, strip);
         if (touched != 0) groups.touch(touched);
         return;
@@ -106,6 +108,7 @@ void SimulatedHUIHost::touchEdge(int surface, int strip, bool on) {
 void SimulatedHUIHost::act(int surface, const from_surface::FaderMoved& moved, TimePoint now) {
     // A surface that does not answer pings works, except for its faders.
     if (!at(surface).port.answering()) return;
+    recordAct(HostAct::Kind::move, surface, moved.strip, moved.position.raw());
     const int track = trackOn(surface, moved.strip);
     const bool obeyed = options.untouchedMove == UntouchedMove::obeyed || isTouched(surface, moved.strip);
     if (!obeyed && options.untouchedMove == UntouchedMove::ignored) return;
@@ -120,6 +123,7 @@ void SimulatedHUIHost::act(int surface, const from_surface::FaderMoved& moved, T
 
 void SimulatedHUIHost::act(int surface, const from_surface::VPotTurned& turned, TimePoint now) {
     if (turned.pot >= hui_address::stripCountOfSurface || at(surface).assign != hui_address::pan) return;
+    recordAct(HostAct::Kind::turn, surface, turned.pot, turned.clicks);
     const bool right = at(surface).rightPan;
     const double step = panRange / ringPositionsEachSide / options.clicksPerRingPosition;
     const int clicks = std::clamp(turned.clicks, -options.mostClicks, options.mostClicks);
@@ -143,6 +147,7 @@ void SimulatedHUIHost::act(int, const from_surface::JogTurned& turned, TimePoint
 }
 
 void SimulatedHUIHost::stripPressed(int surface, int strip, int port) {
+    recordAct(HostAct::Kind::press, surface, strip, port);
     const int track = trackOn(surface, strip);
     switch (port) {
     case hui_address::select:

@@ -8,6 +8,7 @@
 #include "simulator/automation_keys.h"
 #include "simulator/bank_rules.h"
 #include "simulator/fader_groups.h"
+#include "simulator/host_record.h"
 #include "simulator/hui_surface_host.h"
 #include "simulator/led_flasher.h"
 #include "simulator/packet_maker.h"
@@ -33,6 +34,9 @@ public:
     SimulatedHUIHost(const SimulatorOptions& simulatorOptions, SimulatedSession& shownSession);
     SimulatedHUIHost(const SimulatedHUIHost&) = delete;
     SimulatedHUIHost& operator=(const SimulatedHUIHost&) = delete;
+
+    // From now on it is written down what happens; before the first `advance`. The recorder outlives the host.
+    void recordTo(HostRecorder& hostRecorder);
 
     // Bytes of one packet from a surface (0 or 1), in pieces of any size, acted on at `now`.
     void receive(int surface, ByteView bytes, TimePoint now);
@@ -118,6 +122,9 @@ private:
     void believeShown(int surface);
     HUISurfaceHost::Meters metersOf(int surface);
     void loseSysEx(int surface);
+    void recordBank();
+    void recordShown(int surface, const SurfacePicture& picture);
+    void recordAct(HostAct::Kind kind, int surface, int strip, int detail);
     int baseOf(int surface) const;
     int answeringCount() const;
     bool somethingFlashes() const;
@@ -171,6 +178,7 @@ private:
     std::vector<int> pendingModes;           // tracks whose automation has just changed
     std::uint64_t dropped = 0;
     std::vector<Outgoing> outgoing;
+    HostRecorder* recorder = nullptr;
 };
 
 } // namespace lumbrine

@@ -29,6 +29,7 @@ SimulatedProTools::SimulatedProTools(Runtime& rt, MIDIConnections& connections, 
       screenAccess(
           rt, options.screen, options.seed, [this](const auto& body) { lookAtScreen(body); },
           [this](const auto& body) { actOnScreen(body); }) {
+    if (options.keepsRecord) host.recordTo(recorder.emplace(runtime, theSession));
     if (!options.opensSession) theSession.close();
     if (options.portsLost) theScreen.showAlert(lostHUI);
     for (int surface = 0; surface < options.surfaces; ++surface) {
@@ -62,7 +63,7 @@ void SimulatedProTools::arrived(int surface, ByteView bytes) {
     ++packetCount[index];
     if (log[index].size() == options.logLimit && !log[index].empty()) log[index].pop_front();
     if (options.logLimit > 0) log[index].push_back({now, Bytes(bytes.begin(), bytes.end())});
-    inbox.push_back({now + options.latency, surface, Bytes(bytes.begin(), bytes.end())});
+    inbox.push_back({now, now + options.latency, surface, Bytes(bytes.begin(), bytes.end())});
     if (portsAreMade) queue->postAfter(options.latency, [this] { wake(); });
 }
 
@@ -188,6 +189,7 @@ void SimulatedProTools::runUntilNow(TimePoint now) {
     while (!inbox.empty() && inbox.front().due <= now) {
         const Incoming next = std::move(inbox.front());
         inbox.pop_front();
+        if (recorder) recorder->messagesLeft(next.sent);
         host.receive(next.surface, next.bytes, now);
     }
     user.advance(now);
@@ -226,6 +228,11 @@ std::vector<ReceivedPacket> SimulatedProTools::received(int surface) const {
     Lock lock(mutex);
     const auto& packets = log[static_cast<std::size_t>(surface)];
     return {packets.begin(), packets.end()};
+}
+
+HostRecord SimulatedProTools::takeRecord() {
+    Lock lock(mutex);
+    return recorder ? recorder->take() : HostRecord{};
 }
 
 SimulatorSnapshot SimulatedProTools::snapshot() const {

@@ -131,10 +131,14 @@ public:
     // those that came while the host was deaf.
     std::vector<ReceivedPacket> received(int surface) const;
 
+    // What was done and shown so far, where the options ask for a record; once.
+    HostRecord takeRecord();
+
     const SimulatorOptions options;
 
 private:
     struct Incoming {
+        TimePoint sent;
         TimePoint due;
         int surface;
         Bytes bytes;
@@ -155,6 +159,7 @@ private:
     Runtime& runtime;
     mutable Mutex mutex;
     SimulatedSession theSession LUMBRINE_GUARDED_BY(mutex);
+    std::optional<HostRecorder> recorder LUMBRINE_GUARDED_BY(mutex);
     SimulatedHUIHost host LUMBRINE_GUARDED_BY(mutex);
     RestlessUser user LUMBRINE_GUARDED_BY(mutex);
     SimulatedScreen theScreen LUMBRINE_GUARDED_BY(mutex);

@@ -140,6 +140,7 @@ struct SimulatorOptions {
 
     // ---- Records.
     std::size_t logLimit = 100'000; // received packets that are kept for each surface
+    bool keepsRecord = false;       // of all that is done and shown, without a limit: see HostRecord
 };
 
 // What is wrong with the options, in words, or nothing.
