@@ -43,13 +43,11 @@ void HostRecorder::show(int strip, int track, std::string text) {
 void HostRecorder::change(const SessionChange& change) {
     switch (change.kind) {
     case SessionChange::Kind::structure:
+    case SessionChange::Kind::opened:
+    case SessionChange::Kind::closed:
         // Names change with it, and which track's is not told.
         for (const SimulatedTrack& track : session.tracks())
             noteState(track);
-        noteList();
-        break;
-    case SessionChange::Kind::opened:
-    case SessionChange::Kind::closed:
         noteList();
         break;
     case SessionChange::Kind::values:

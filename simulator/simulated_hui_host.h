@@ -122,9 +122,6 @@ private:
     void believeShown(int surface);
     HUISurfaceHost::Meters metersOf(int surface);
     void loseSysEx(int surface);
-    void recordBank();
-    void recordShown(int surface, const SurfacePicture& picture);
-    void recordAct(HostAct::Kind kind, int surface, int strip, int detail);
     int baseOf(int surface) const;
     int answeringCount() const;
     bool somethingFlashes() const;
@@ -146,6 +143,11 @@ private:
     bool frozenAgainst(const SurfaceMessage& message) const;
     bool isDownAnywhere(int zone, int port) const;
     void letGoOfEverything(int surface);
+
+    // hui_host_recording.cpp: nothing without a recorder
+    void recordBank();
+    void recordShown(int surface, const SurfacePicture& picture);
+    void recordAct(HostAct::Kind kind, int surface, int strip, int detail);
 
     // hui_host_picture.cpp: what surfaces show
     void paintStrip(SurfacePicture& picture, int surface, int strip, const SimulatedTrack& track) const;

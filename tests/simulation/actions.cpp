@@ -59,13 +59,18 @@ std::optional<WireAction> actionOf(const ReceivedDatagram& datagram, int strip) 
 
 } // namespace
 
+std::optional<WireAction> actionAskedBy(const ReceivedDatagram& datagram) {
+    if (datagram.bytes.size() < 3 || datagram.bytes[0] != 1 || datagram.bytes[2] > 15) return std::nullopt;
+    return actionOf(datagram, datagram.bytes[2]);
+}
+
 std::vector<WireAction> askedOf(const std::vector<ReceivedDatagram>& accepted, int surface) {
     std::vector<WireAction> asked;
     for (const ReceivedDatagram& datagram : accepted) {
-        if (datagram.bytes.size() < 3 || datagram.bytes[0] != 1) continue;
-        const int strip = datagram.bytes[2] - 8 * surface;
-        if (strip < 0 || strip > 7) continue;
-        if (const auto action = actionOf(datagram, strip)) asked.push_back(*action);
+        auto action = actionAskedBy(datagram);
+        if (!action || action->number / 8 != surface) continue;
+        action->number %= 8;
+        asked.push_back(*action);
     }
     return asked;
 }

@@ -38,7 +38,7 @@ struct PeerLimits {
     Limit refusals{50, seconds(1)};
     Limit states{1, seconds(0.25)};
     Limit rows{200 + 64, seconds(0.1)};
-    std::array<std::uint8_t, 4> lastTransport{};
+    Bytes lastTransport;
 };
 
 } // namespace
@@ -64,7 +64,7 @@ Violations checkAnswers(const SentDatagrams& sent, const Acceptance& acceptance)
             break;
         case transport:
             // Sent when it changes, and as a part of everything.
-            if (std::exchange(peer.lastTransport, datagram.head) == datagram.head)
+            if (std::exchange(peer.lastTransport, datagram.bytes) == datagram.bytes)
                 expect(peer.states.isExceededBy(datagram.at), "everything twice within 250 ms to " + name);
             break;
         case pong:

@@ -36,6 +36,8 @@ private:
     bool anyModeIsShown() const;
     bool positionIsRight() const;
     bool mapIsRight() const;
+    bool isRight(const Names& map) const;
+    bool isJudgedByTheHost() const;
 
     bool jobsRanSince(TimePoint since) const;
     std::optional<Strip> someStripWithATrack() const;

@@ -1,7 +1,9 @@
 #include "tests/simulation/checkers.h"
 
+#include "tests/simulation/act_checker.h"
 #include "tests/simulation/actions.h"
 #include "tests/simulation/answer_checkers.h"
+#include "tests/simulation/arrival_checker.h"
 #include "tests/simulation/bounds_checkers.h"
 #include "tests/simulation/button_checkers.h"
 #include "tests/simulation/deadline_checkers.h"
@@ -10,8 +12,10 @@
 #include "tests/simulation/presence_checker.h"
 #include "tests/simulation/source_checkers.h"
 #include "tests/simulation/strangers_checker.h"
+#include "tests/simulation/told_checker.h"
 #include "tests/simulation/turn_checker.h"
 #include "tests/simulation/walk_actions.h"
+#include "tests/simulation/walk_checker.h"
 
 #include <algorithm>
 #include <functional>
@@ -142,6 +146,36 @@ std::vector<Stretch> disturbancesIn(const Scenario& scenario, const Evidence& ev
     return evidence.disturbances;
 }
 
+bool isJudged(const Scenario& scenario, std::string_view checker) {
+    return scenario.switches.isOn(checker) && scenario.hardships.letsJudge(checker);
+}
+
+void addNamed(Violations& violations, std::string_view checker, const Violations& found) {
+    for (const std::string& violation : found)
+        violations.push_back(std::string(checker) + ": " + violation);
+}
+
+// What is judged by the tracks that the host had.
+void addByTracks(Violations& violations, const Scenario& scenario, const Evidence& evidence,
+                 const Acceptance& acceptance, const Requests& requests, const SurfaceActions& wires) {
+    const ShownTracks shown(evidence.sent, evidence.record, evidence.jobs.runs);
+    if (isJudged(scenario, "tracks-of-acts") || isJudged(scenario, "acts-of-newcomers")) {
+        const ActViolations acts = checkActs(evidence, shown, acceptance, requests);
+        if (isJudged(scenario, "tracks-of-acts")) addNamed(violations, "tracks-of-acts", acts.wrongTracks);
+        if (isJudged(scenario, "acts-of-newcomers")) addNamed(violations, "acts-of-newcomers", acts.ofNewcomers);
+    }
+    const auto add = [&](std::string_view checker, const auto& check) {
+        if (isJudged(scenario, checker)) addNamed(violations, checker, check());
+    };
+    add("tellings", [&] { return checkTellings(scenario, evidence, shown); });
+    add("quiet-moments", [&] { return checkQuietMoments(scenario, evidence, acceptance); });
+    add("members", [&] { return checkMembers(evidence, shown, acceptance, requests); });
+    add("returns", [&] { return checkReturns(evidence, requests); });
+    add("scan-repeats", [&] { return checkScanRepeats(evidence, requests); });
+    for (const auto& [checker, text] : checkArrivals(scenario, evidence, shown, acceptance, requests, wires))
+        add(checker, [&text = text] { return Violations{text}; });
+}
+
 } // namespace
 
 Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
@@ -151,9 +185,7 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
     const Requests requests = requestsIn(acceptance);
     Violations violations;
     const auto add = [&](std::string_view checker, const Violations& found) {
-        if (!scenario.switches.isOn(checker) || !scenario.hardships.letsJudge(checker)) return;
-        for (const std::string& violation : found)
-            violations.push_back(std::string(checker) + ": " + violation);
+        if (isJudged(scenario, checker)) addNamed(violations, checker, found);
     };
 
     SurfaceActions wires;
@@ -192,7 +224,8 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
     add("beginnings", checkBeginnings(evidence, requests));
     add("lengths", checkLengths(evidence.jobs, requests));
     add("positions", checkPositions(evidence));
-    add("places", checkPlaces(scenario, evidence, requests, wires, walked));
+    add("places", checkPlaces(scenario, evidence, requests, walked));
+    addByTracks(violations, scenario, evidence, acceptance, requests, wires);
     add("presence", checkPresence(evidence, acceptance));
     add("sources", checkSources(scenario, evidence));
     add("strangers", checkStrangers(evidence));

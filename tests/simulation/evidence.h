@@ -3,6 +3,7 @@
 
 #include "model/published_state.h"
 #include "remote/session_picture.h"
+#include "simulator/host_record.h"
 #include "tests/simulation/job_watch.h"
 #include "tests/simulation/receiver_runtime.h"
 #include "tests/simulation/recording_sockets.h"
@@ -38,6 +39,7 @@ struct Evidence {
     std::vector<std::vector<ReceivedPacket>> surfaces;    // as the host got them
     std::vector<ScriptingSetter> setters;                 // as the scripting service got them
     std::vector<std::pair<TimePoint, std::string>> lines; // of the log
+    HostRecord record;                                    // of the host
     JobRecord jobs;
     std::vector<Stretch> disturbances;      // of the host, with what they leave behind
     std::vector<std::string> untimelySends; // of state, while the surfaces moved

@@ -105,6 +105,10 @@ int onlyPlaceOf(const Names& window, const Names& map) {
     return place;
 }
 
+bool isMapOf(const HostView& host, Names map) {
+    return withoutBlankEnd(std::move(map)) == withoutBlankEnd(host.names);
+}
+
 bool everyOffsetLooksDifferent(const HostView& host, const SimulatorOptions& options) {
     std::map<Names, int> looks;
     for (int offset = 0; offset <= static_cast<int>(host.names.size()); ++offset)

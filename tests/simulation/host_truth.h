@@ -33,6 +33,9 @@ bool isBlank(const Names& window);
 // more than one, or when all names are blank.
 int onlyPlaceOf(const Names& window, const Names& map);
 
+// Whether the map is the list of the host's tracks. Blank names at its end look like strips without a track.
+bool isMapOf(const HostView& host, Names map);
+
 // Whether each offset that the host can have looks like no other.
 bool everyOffsetLooksDifferent(const HostView& host, const SimulatorOptions& options);
 

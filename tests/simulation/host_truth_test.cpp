@@ -38,6 +38,12 @@ TEST(HostTruth, FindsEveryTrackWhereBanksLookDifferent) {
     }
 }
 
+TEST(HostTruth, IsTheHostsOwnList) {
+    EXPECT_TRUE(isMapOf(hostOf({"A", "A", "", "B", ""}), {"A", "A", "", "B"}));
+    EXPECT_FALSE(isMapOf(hostOf({"A", "A", "", "B"}), {"A", "", "B"})); // as a scan that joins equal neighbours has it
+    EXPECT_FALSE(isMapOf(hostOf({"A", "A", "", "B"}), {"A", "A"}));     // that takes a blank for the end
+}
+
 TEST(HostTruth, JoinsEqualNeighboursAcrossBanks) {
     Names names = lettersUpTo('P');
     names[8] = names[7];

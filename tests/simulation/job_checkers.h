@@ -26,10 +26,10 @@ std::vector<std::string> checkLengths(const JobRecord& jobs, const Requests& req
 // A bank offset that is known is true, as soon as the host has had the time to show where it is.
 std::vector<std::string> checkPositions(const Evidence& evidence);
 
-// On a host that nothing disturbs: a walk leaves the surfaces where they were, its faders are those of its members, and
-// a seek ends where it was asked to.
+// On a plain host that nothing disturbs: a walk leaves the surfaces where they were, and its faders are those of its
+// members.
 std::vector<std::string> checkPlaces(const Scenario& scenario, const Evidence& evidence, const Requests& requests,
-                                     const SurfaceActions& wires, const std::vector<WalkedFader>& walked);
+                                     const std::vector<WalkedFader>& walked);
 
 // What a walk was, by the line it wrote in the end; none while it lasts.
 std::optional<WalkRequest::Kind> kindOf(const JobRun& walk, const JobRecord& jobs);

@@ -121,12 +121,11 @@ TEST(Lengths, GrowWithTheSession) {
 
 class Places : public testing::Test {
 protected:
-    std::vector<std::string> check() { return checkPlaces(scenario, evidence, requests, wires, walked); }
+    std::vector<std::string> check() { return checkPlaces(scenario, evidence, requests, walked); }
 
     Scenario scenario;
     Evidence evidence;
     Requests requests;
-    SurfaceActions wires;
     std::vector<WalkedFader> walked;
 };
 
@@ -158,17 +157,6 @@ TEST_F(Places, OfAWalksFadersAreItsMembers) {
     EXPECT_THAT(check(), IsEmpty());
     walked = {{at(7), 3, 555}};
     EXPECT_THAT(check(), SizeIs(1));
-}
-
-TEST_F(Places, AfterASeekAreItsLastTarget) {
-    scenario.host.bankRightAligns = true; // else the corrections may be used up
-    evidence = with(walkOf(Job::seek, 5, 9));
-    requests.seeks = {{at(5), 7}, {at(6), 3}};
-    EXPECT_THAT(check(), IsEmpty());
-    requests.seeks[1].target = 4;
-    EXPECT_THAT(check(), SizeIs(1));
-    wires = {{{at(8), WireAction::Kind::edge, 2, 4, 1}}}; // a mode stands in a display
-    EXPECT_THAT(check(), IsEmpty());
 }
 
 TEST_F(Places, ThatAreKnownAreTrue) {

@@ -11,37 +11,23 @@ using Violations = std::vector<std::string>;
 
 class PlaceChecker {
 public:
-    PlaceChecker(const Scenario& decided, const Evidence& given, const Requests& asked, const SurfaceActions& wires,
+    PlaceChecker(const Scenario& decided, const Evidence& given, const Requests& asked,
                  const std::vector<WalkedFader>& walkedFaders)
-        : scenario(decided), evidence(given), requests(asked), walked(walkedFaders) {
-        for (const auto& wire : wires)
-            for (const WireAction& action : wire)
-                noteModeText(action);
-    }
+        : scenario(decided), evidence(given), requests(asked), walked(walkedFaders) {}
 
     void check() {
         if (!hostIsPlain()) return;
         for (const JobRun& run : evidence.jobs.runs) {
             if (!nobodyInterfered(run) || !mapIsTrue(run)) continue;
-            if (run.job == Job::walk) {
-                checkReturn(run);
-                checkMembers(run);
-            } else if (run.job == Job::seek) {
-                checkArrival(run);
-            }
+            if (run.job != Job::walk) continue;
+            checkReturn(run);
+            checkMembers(run);
         }
     }
 
     Violations violations;
 
 private:
-    // A held AUTO switch puts a mode into a display, and a mode that is set may stay there for a while.
-    void noteModeText(const WireAction& action) {
-        if (action.kind != WireAction::Kind::edge || action.value == 0) return;
-        if (action.number < 8 && action.port == 4) modeTexts.push_back({action.at, action.at + seconds(0.6)});
-        if (action.number == 24) modeTexts.push_back({action.at, action.at + seconds(2)});
-    }
-
     // Presses count, and bank buttons lead where they are expected to, at least those that go back.
     bool hostIsPlain() const {
         const SimulatorOptions& host = scenario.host;
@@ -56,10 +42,7 @@ private:
             return stretch.first <= run.after && stretch.last >= begin;
         };
         return run.after != TimePoint::max() && std::ranges::none_of(evidence.disturbances, overlaps) &&
-               std::ranges::none_of(requests.bankMoves, meanwhile, &BankMoveRequest::at) &&
-               (run.job != Job::seek || std::ranges::none_of(modeTexts, [&run](const Stretch& shown) {
-                    return shown.first <= run.last && shown.last >= run.before;
-                }));
+               std::ranges::none_of(requests.bankMoves, meanwhile, &BankMoveRequest::at);
     }
 
     bool mapIsTrue(const JobRun& run) const {
@@ -99,30 +82,10 @@ private:
         }
     }
 
-    void checkArrival(const JobRun& seek) {
-        // Requests at the very ends of a seek may count for another one.
-        const SeekRequest* last = nullptr;
-        int targets = 0;
-        for (const SeekRequest& request : requests.seeks) {
-            if (request.at < seek.before || request.at > seek.after) continue;
-            if (request.at >= seek.last) return;
-            last = &request;
-            ++targets;
-        }
-        // Under way to many targets, bank buttons that lead elsewhere use up the corrections.
-        if (targets > 1 && !scenario.host.bankRightAligns) return;
-        if (last == nullptr || !seek.origin || *seek.origin < 0) return;
-        const int expected = std::clamp(last->target, 0, lastFullOffset(seek));
-        if (seek.hostAfter.offset != expected)
-            violations.push_back("the seek that began at " + timeText(seek.first) + " ended at " +
-                                 std::to_string(seek.hostAfter.offset) + " instead of " + std::to_string(expected));
-    }
-
     const Scenario& scenario;
     const Evidence& evidence;
     const Requests& requests;
     const std::vector<WalkedFader>& walked;
-    std::vector<Stretch> modeTexts;
 };
 
 } // namespace
@@ -146,8 +109,8 @@ Violations checkPositions(const Evidence& evidence) {
 }
 
 Violations checkPlaces(const Scenario& scenario, const Evidence& evidence, const Requests& requests,
-                       const SurfaceActions& wires, const std::vector<WalkedFader>& walked) {
-    PlaceChecker checker(scenario, evidence, requests, wires, walked);
+                       const std::vector<WalkedFader>& walked) {
+    PlaceChecker checker(scenario, evidence, requests, walked);
     checker.check();
     return checker.violations;
 }

@@ -73,5 +73,35 @@ TEST_F(PlantedFaults, ALostPongIsFound) {
     EXPECT_THAT(violationsOf("answers"), Contains(HasSubstr("no pong")));
 }
 
+TEST_F(PlantedFaults, AnActOnAnotherTrackIsFound) {
+    EXPECT_THAT(violationsOf("tracks-of-acts"), IsEmpty());
+    auto& acts = evidence.record.acts;
+    const auto move = std::ranges::find(acts, HostAct::Kind::move, &HostAct::kind);
+    ASSERT_NE(move, acts.end());
+    move->track += 8;
+    const Duration moment = seconds(0.001); // the bank button was on its way
+    evidence.record.banks.push_back({move->sent + moment, 8, move->sent - moment});
+    EXPECT_THAT(violationsOf("tracks-of-acts"), Contains(HasSubstr("move 8000")));
+}
+
+TEST_F(PlantedFaults, ARowWithAnotherTracksFaderIsFound) {
+    constexpr std::uint8_t trackRow = 0x1B;
+    EXPECT_THAT(violationsOf("tellings"), IsEmpty());
+    const auto row = std::ranges::find(evidence.sent.list, trackRow, &SentDatagram::type);
+    ASSERT_NE(row, evidence.sent.list.end());
+    row->bytes[6] ^= 32;
+    EXPECT_THAT(violationsOf("tellings"), Contains(HasSubstr("the fader")));
+}
+
+TEST_F(PlantedFaults, AValueThatIsNoLongerTheHostsIsFound) {
+    EXPECT_THAT(violationsOf("quiet-moments"), IsEmpty());
+    const TimePoint changed = evidence.begun + seconds(12);
+    SimulatedTrack track = evidence.record.states.front().track;
+    track.fader = FaderValue::ofRaw(16000);
+    const auto next = std::ranges::upper_bound(evidence.record.states, changed, {}, &TrackState::at);
+    evidence.record.states.insert(next, {changed, track});
+    EXPECT_THAT(violationsOf("quiet-moments"), Contains(HasSubstr("the fader 32 instead of 16000 of strip 0")));
+}
+
 } // namespace
 } // namespace lumbrine::simulation

@@ -39,9 +39,7 @@ std::size_t RecordingSockets::peerAt(const PeerAddress& address) {
 }
 
 void RecordingSockets::note(ByteView bytes, const PeerAddress& to) {
-    SentDatagram sent{.at = runtime.now(), .peer = peerAt(to)};
-    std::copy_n(bytes.begin(), std::min(bytes.size(), sent.head.size()), sent.head.begin());
-    outgoing.list.push_back(sent);
+    outgoing.list.push_back({runtime.now(), peerAt(to), Bytes(bytes.begin(), bytes.end())});
 }
 
 int RecordingSockets::send(int fd, ByteView bytes, const PeerAddress& to) {

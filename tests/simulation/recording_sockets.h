@@ -6,7 +6,6 @@
 #include "platform/api/datagram_sockets.h"
 #include "platform/api/runtime.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -23,10 +22,10 @@ struct ReceivedDatagram {
 
 struct SentDatagram {
     TimePoint at;
-    std::size_t peer = 0;               // whose name is in SentDatagrams::peers
-    std::array<std::uint8_t, 4> head{}; // as far as it goes
+    std::size_t peer = 0; // whose name is in SentDatagrams::peers
+    Bytes bytes;
 
-    std::uint8_t type() const { return head[1]; }
+    std::uint8_t type() const { return bytes.size() > 1 ? bytes[1] : 0; }
 };
 
 struct SentDatagrams {
@@ -42,7 +41,7 @@ public:
         : runtime(rt), sockets(real), carriesMeters(metersArrive) {}
 
     const std::vector<ReceivedDatagram>& received() const { return record; }
-    const SentDatagrams& sent() const { return outgoing; }
+    SentDatagrams takeSent() { return std::move(outgoing); } // once
 
     // Called before each datagram goes out, on whichever thread sends it. Set before anybody sends.
     std::function<void(ByteView)> onSend;

@@ -12,7 +12,7 @@ int word(const Bytes& bytes, std::size_t at) {
 }
 
 std::optional<WalkRequest> groupFaders(TimePoint at, const Bytes& bytes) {
-    WalkRequest request{.at = at, .kind = WalkRequest::Kind::faders, .steps = bytes[2], .modePort = -1, .faders = {}};
+    WalkRequest request{.at = at, .kind = WalkRequest::Kind::faders, .steps = bytes[2], .modePort = -1};
     if (bytes.size() < 3 + 4 * static_cast<std::size_t>(bytes[2])) return std::nullopt;
     for (std::size_t i = 0; i < bytes[2]; ++i)
         request.faders.emplace_back(word(bytes, 3 + 4 * i), std::min(word(bytes, 5 + 4 * i), 16383));
@@ -22,14 +22,15 @@ std::optional<WalkRequest> groupFaders(TimePoint at, const Bytes& bytes) {
 std::optional<WalkRequest> groupMode(TimePoint at, const Bytes& bytes) {
     if (bytes.size() < 4 || bytes.size() < 4 + 2 * static_cast<std::size_t>(bytes[3]) || bytes[2] > 5)
         return std::nullopt;
-    return WalkRequest{
-        .at = at, .kind = WalkRequest::Kind::modes, .steps = bytes[3], .modePort = bytes[2], .faders = {}};
+    WalkRequest request{.at = at, .kind = WalkRequest::Kind::modes, .steps = bytes[3], .modePort = bytes[2]};
+    for (std::size_t i = 0; i < bytes[3]; ++i)
+        request.members.push_back(word(bytes, 4 + 2 * i));
+    return request;
 }
 
 std::optional<WalkRequest> range(TimePoint at, const Bytes& bytes) {
     if (bytes.size() < 5) return std::nullopt;
-    return WalkRequest{
-        .at = at, .kind = WalkRequest::Kind::range, .steps = std::max<int>(bytes[4], 1), .modePort = -1, .faders = {}};
+    return WalkRequest{.at = at, .kind = WalkRequest::Kind::range, .steps = std::max<int>(bytes[4], 1)};
 }
 
 std::optional<SetterRequest> groupSwitch(TimePoint at, const Bytes& bytes, SetterRequest::Kind kind) {

@@ -33,10 +33,11 @@ struct WalkRequest {
 
     TimePoint at;
     Kind kind;
-    int steps = 0;                           // members, or tracks of the range
-    int modePort = -1;                       // of modes
-    std::vector<std::pair<int, int>> faders; // member, 0-16383
-    int number = 0;                          // of the ownership
+    int steps = 0;                                // members, or tracks of the range
+    int modePort = -1;                            // of modes
+    std::vector<std::pair<int, int>> faders = {}; // member, 0-16383
+    std::vector<int> members = {};                // of modes
+    int number = 0;                               // of the ownership
 };
 
 // For the scripting service.

@@ -6,11 +6,6 @@ namespace lumbrine::simulation {
 
 namespace {
 
-RGBColor colorOf(const std::string& argb) {
-    constexpr unsigned long rgb = 0xFFFFFF;
-    return static_cast<RGBColor>(std::strtoul(argb.c_str() + 1, nullptr, 16) & rgb);
-}
-
 std::string beginOfCommentOn(int trackID) {
     return "track " + std::to_string(trackID) + ", remark ";
 }
@@ -22,6 +17,11 @@ bool listsOthers(const SimulatedProTools& proTools) {
 }
 
 } // namespace
+
+RGBColor colorOf(const std::string& argb) {
+    constexpr unsigned long rgb = 0xFFFFFF;
+    return static_cast<RGBColor>(std::strtoul(argb.c_str() + 1, nullptr, 16) & rgb);
+}
 
 std::vector<HostTrack> tracksOf(const SimulatedProTools& proTools) {
     const Names displays = viewOf(proTools).names;

@@ -17,6 +17,9 @@ struct HostTrack {
     std::string comment;
 };
 
+// Of "#aarrggbb".
+RGBColor colorOf(const std::string& argb);
+
 // Those that are shown, in their order.
 std::vector<HostTrack> tracksOf(const SimulatedProTools& proTools);
 

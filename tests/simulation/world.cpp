@@ -33,6 +33,11 @@ void mixKinds(SimulatedTrack& track) {
     track.type = kinds[static_cast<std::size_t>(track.id) % kinds.size()];
 }
 
+SimulatorOptions recorded(SimulatorOptions options) {
+    options.keepsRecord = true;
+    return options;
+}
+
 } // namespace
 
 SimulatedSession sessionOf(const Scenario& scenario, int tracks, std::uint64_t seed) {
@@ -45,6 +50,8 @@ SimulatedSession sessionOf(const Scenario& scenario, int tracks, std::uint64_t s
         if (scenario.has("kinds-of-tracks")) mixKinds(track);
         if (scenario.has("held-clips")) track.meter.peak += 6;
         track.comment = commentOn(track.id, 0);
+        track.fader =
+            FaderValue::ofRaw(static_cast<std::uint16_t>(track.id % 512 * 32)); // tells tracks apart by 9 bits
     });
     return session;
 }
@@ -52,7 +59,7 @@ SimulatedSession sessionOf(const Scenario& scenario, int tracks, std::uint64_t s
 World::World(const Scenario& decided)
     : scenario(decided), runtime(runtimeOptions(decided.seed, decided.patience, decided.hardships)),
       sockets(runtime, network.host(receiverAddress), decided.metersArrive),
-      proTools(std::make_unique<SimulatedProTools>(runtime, midi, decided.host,
+      proTools(std::make_unique<SimulatedProTools>(runtime, midi, recorded(decided.host),
                                                    sessionOf(decided, decided.tracks, decided.seed))),
       model(ReceiverModel::create(
           {receiverRuntime, midi, sockets, advertiser, computer, streams, json, accessibility()}, Bilingual(false),
@@ -110,9 +117,10 @@ Evidence World::collect() {
     evidence.heldElements = proTools->screen().liveHandles();
     evidence.untimelySends = sends.violations();
     evidence.datagrams = sockets.received();
-    evidence.sent = sockets.sent();
+    evidence.sent = sockets.takeSent();
     evidence.setters = proTools->scripting().setters();
     evidence.lines = lines;
+    evidence.record = proTools->takeRecord();
     for (int surface = 0; surface < scenario.host.surfaces; ++surface)
         evidence.surfaces.push_back(proTools->received(surface));
     evidence.picture = phone().picture();
