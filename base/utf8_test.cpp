@@ -35,8 +35,9 @@ bool spellsOneCharacter(const std::string& text) {
     if (length != text.size()) return false;
     unsigned value = lead & (0x7FU >> length);
     for (std::size_t i = 1; i < length; ++i) {
-        if ((text[i] & 0xC0) != 0x80) return false;
-        value = value << 6 | (text[i] & 0x3FU);
+        const auto next = static_cast<unsigned char>(text[i]);
+        if ((next & 0xC0) != 0x80) return false;
+        value = value << 6 | (next & 0x3FU);
     }
     constexpr std::array<unsigned, 5> smallest{0, 0, 0x80, 0x800, 0x10000};
     return value >= smallest[length] && (value < 0xD800 || value > 0xDFFF) && value <= 0x10FFFF;
