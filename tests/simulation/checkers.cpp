@@ -172,8 +172,8 @@ void addByTracks(Violations& violations, const Scenario& scenario, const Evidenc
     add("members", [&] { return checkMembers(evidence, shown, acceptance, requests); });
     add("returns", [&] { return checkReturns(evidence, requests); });
     add("scan-repeats", [&] { return checkScanRepeats(evidence, requests); });
-    for (const auto& [checker, text] : checkArrivals(scenario, evidence, shown, acceptance, requests, wires))
-        add(checker, [&text = text] { return Violations{text}; });
+    for (const LostSeek& lost : checkArrivals(scenario, evidence, shown, acceptance, requests, wires))
+        add(lost.checker, [&lost] { return Violations{lost.text}; });
 }
 
 } // namespace

@@ -19,8 +19,8 @@ constexpr Duration betweenLooks = seconds(1);
 
 class QuietChecker {
 public:
-    QuietChecker(const Scenario& decided, const Evidence& given, const Acceptance& whoAsked)
-        : scenario(decided), evidence(given), acceptance(whoAsked), host(given.record, decided.host) {}
+    QuietChecker(const Scenario& scenario, const Evidence& given, const Acceptance& whoAsked)
+        : evidence(given), acceptance(whoAsked), host(given.record, scenario.host) {}
 
     std::vector<std::string> check() {
         const TimePoint end = evidence.jobs.ended;
@@ -193,7 +193,6 @@ private:
                               " is not the host's");
     }
 
-    const Scenario& scenario;
     const Evidence& evidence;
     const Acceptance& acceptance;
     const HostTimeline host;
