@@ -29,7 +29,7 @@ enum class Link { absent, made, pending };
 // What the server thread knows of a connection; it may outlive the connection.
 class Plugs {
 public:
-    Plugs(std::string portName) : name(std::move(portName)) {}
+    explicit Plugs(std::string portName) : name(std::move(portName)) {}
 
     bool review(jack_client_t* opened) {
         if (opened == nullptr) {
