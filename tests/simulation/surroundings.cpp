@@ -54,8 +54,11 @@ void Surroundings::add(bool want, std::string_view name, const Strike& strike) {
 }
 
 void Surroundings::look() {
-    for (Recurring& each : recurring)
-        if (world.runtime.now() >= each.next) each.next = world.runtime.now() + each.strike(each.chance);
+    for (Recurring& each : recurring) {
+        if (world.runtime.now() < each.next) continue;
+        const Duration pause = each.strike(each.chance); // may move the clock
+        each.next = world.runtime.now() + pause;
+    }
 }
 
 // Silent by turns, and not.
