@@ -140,6 +140,7 @@ void Calibration::scanAnew() {
     // Whoever has taken the surfaces meanwhile goes by the map that is there.
     if (!state.quiet()) return;
     state.published.trackMap.clear();
+    state.published.changed(); // also when the transport runs and that has been said already
     calibrateBanks(true);
 }
 
