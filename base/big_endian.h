@@ -1,4 +1,4 @@
-// Big-endian integers, as every multi-byte number of the client protocol is written.
+// Big-endian integers: the byte order of every multi-byte number in the client protocol.
 #pragma once
 
 #include "base/bytes.h"
@@ -8,7 +8,7 @@
 
 namespace lumbrine {
 
-// The caller has checked that `offset` and the bytes behind it lie inside `bytes`.
+// Precondition of both readers: the whole number lies inside `bytes`.
 inline std::uint16_t readBigEndian16(ByteView bytes, std::size_t offset) {
     return static_cast<std::uint16_t>(bytes[offset] << 8 | bytes[offset + 1]);
 }

@@ -1,4 +1,4 @@
-// The one choice between English and Japanese, and the call that makes it.
+// The choice between English and Japanese texts.
 #pragma once
 
 #include <span>
@@ -7,10 +7,10 @@
 
 namespace lumbrine {
 
-// Both forms of every text stand side by side where the text is said:
+// Both forms of a text stand side by side in the call that uses it:
 //     text("✓ UDP listening on :", "✓ UDP 受信開始 :") + std::to_string(port)
-// The choice is made once, when the program starts, and handed down by constructor; it never changes afterwards.
-// Immutable, so any thread may use it.
+// The program chooses the language once, at start, and passes this object down by constructor. Immutable: any thread
+// may use it.
 class Bilingual {
 public:
     explicit constexpr Bilingual(bool japanese) : isJa(japanese) {}
@@ -22,7 +22,7 @@ public:
     bool isJa;
 };
 
-// True exactly when the first of the user's preferred languages begins with "ja"; false when the list is empty.
+// True when the first of the user's preferred languages begins with "ja". False for an empty list.
 bool prefersJapanese(std::span<const std::string> preferredLanguages);
 
 } // namespace lumbrine

@@ -1,4 +1,4 @@
-// Bytes on their way in or out.
+// Owned bytes, and a view of bytes that somebody else owns.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@ namespace lumbrine {
 
 using Bytes = std::vector<std::uint8_t>;
 
-// Bytes that somebody else owns; valid for the duration of the call that gets them, unless a function says otherwise.
+// As a parameter, valid during the call only, unless the function says otherwise.
 using ByteView = std::span<const std::uint8_t>;
 
 inline void append(Bytes& bytes, ByteView more) {

@@ -1,4 +1,4 @@
-// Items that wait for their time, soonest first.
+// A priority queue of items with deadlines, soonest first.
 #pragma once
 
 #include <algorithm>
@@ -10,7 +10,8 @@
 
 namespace lumbrine {
 
-// Items with equal deadlines come out in the order in which they went in. Keeps its storage. Not synchronised.
+// Items with equal deadlines come out in the order in which they were pushed. push and popDue reuse the storage. Not
+// synchronised.
 template <typename Time, typename Item>
 class DeadlineHeap {
 public:
@@ -22,13 +23,13 @@ public:
         std::push_heap(entries.begin(), entries.end(), later);
     }
 
-    // The soonest deadline; absent when there is none.
+    // The soonest deadline; absent when the queue is empty.
     std::optional<Time> nextDue() const {
         if (entries.empty()) return std::nullopt;
         return entries.front().due;
     }
 
-    // The item with the soonest deadline, if that is not after `now`.
+    // Removes and returns the item with the soonest deadline, if that deadline is not after `now`.
     std::optional<Item> popDue(Time now) {
         if (entries.empty() || now < entries.front().due) return std::nullopt;
         std::pop_heap(entries.begin(), entries.end(), later);
@@ -37,8 +38,8 @@ public:
         return item;
     }
 
-    // Takes out every item for which `condition` holds, soonest first, so that the caller decides when they are
-    // destroyed.
+    // Removes every item for which `condition` holds and returns them, soonest first, so that the caller decides when
+    // they are destroyed.
     template <typename Condition>
     std::vector<Item> takeIf(Condition condition) {
         std::sort(entries.begin(), entries.end(), [](const Entry& a, const Entry& b) { return later(b, a); });

@@ -1,4 +1,4 @@
-// Numbers with a decimal point, as people type them.
+// Parses decimal numbers that a user has typed.
 #pragma once
 
 #include <optional>
@@ -6,8 +6,8 @@
 
 namespace lumbrine {
 
-// A finite number with an optional minus sign and decimal point, "-0.72", in every locale; absent for anything else,
-// also for blanks around it and for an exponent.
+// Accepts digits with an optional minus sign and an optional decimal point, such as "-0.72", independent of the locale.
+// Absent for anything else, including blanks, an exponent, and a number that is too large for a double.
 std::optional<double> decimalNumber(std::string_view word);
 
 } // namespace lumbrine

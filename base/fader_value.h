@@ -10,12 +10,12 @@ class FaderValue {
 public:
     static constexpr std::uint16_t fullScale = 16383;
 
-    // Clamped to 0.0-1.0, then scaled and truncated: 0.5 gives 8191, 0.99999 gives 16382. Not for NaN.
+    // Clamps to 0.0-1.0, scales and truncates: 0.5 gives 8191, 0.99999 gives 16382. Must not be NaN.
     static constexpr FaderValue ofUnit(double unit) {
         return FaderValue(static_cast<std::uint16_t>(std::clamp(unit, 0.0, 1.0) * fullScale));
     }
 
-    // Any 16-bit number from the wire; more than 16383 is more than full scale until somebody clamps it.
+    // Any 16-bit number from the wire. Above 16383 it is not clamped: unit() is then greater than 1.0.
     static constexpr FaderValue ofRaw(std::uint16_t raw) { return FaderValue(raw); }
 
     // The two 7-bit halves of a HUI fader message.

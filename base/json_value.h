@@ -1,4 +1,4 @@
-// A JSON document as values. Booleans, integers and other numbers are told apart.
+// A JSON document as values. Booleans, integers and other numbers are different kinds.
 #pragma once
 
 #include <concepts>
@@ -16,7 +16,7 @@ namespace lumbrine {
 struct JSONMember;
 struct JSONValue;
 
-// Members in the order in which they came. A name may come twice; the last one counts.
+// Members in document order. When a name occurs more than once, the last member counts.
 class JSONObject {
 public:
     JSONObject();
@@ -27,16 +27,16 @@ public:
     JSONObject& operator=(JSONObject&&) noexcept;
     ~JSONObject();
 
-    // The value, null at first, stays where it is until the next one is added.
+    // Adds a member with the value null and returns that value. The reference is valid until the next `add`.
     JSONValue& add(std::string_view name);
 
-    // Null when there is no member of that name. Looks through all of them: objects are small.
+    // Null when there is no member of this name. A linear search: objects are small.
     const JSONValue* find(std::string_view name) const;
 
     const std::vector<JSONMember>& members() const { return all; }
     void reserve(std::size_t count);
 
-    // Whatever the order.
+    // The order of the members does not matter.
     bool operator==(const JSONObject& other) const;
 
 private:
@@ -47,7 +47,7 @@ struct JSONValue {
     using Array = std::vector<JSONValue>;
     using Object = JSONObject;
 
-    // An integer is a number without fraction or exponent that fits; every other number is a double.
+    // A number without fraction and exponent that fits 64 bits is an integer. Every other number is a double.
     using Content = std::variant<std::nullptr_t, bool, std::int64_t, double, std::string, Array, Object>;
 
     JSONValue() = default;
@@ -62,7 +62,7 @@ struct JSONValue {
     JSONValue(Object members) : content(std::move(members)) {}
     // NOLINTEND(google-explicit-constructor)
 
-    // What is in it, when it is of that kind; else null.
+    // The content if it is of this kind, else null. Valid as long as this value is unchanged.
     template <typename Kind>
     const Kind* as() const {
         return std::get_if<Kind>(&content);

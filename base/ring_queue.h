@@ -1,4 +1,4 @@
-// A first-in, first-out queue that keeps its storage.
+// A first-in, first-out queue that reuses its storage.
 #pragma once
 
 #include <cstddef>
@@ -7,8 +7,8 @@
 
 namespace lumbrine {
 
-// Grows to the largest number of items it ever held and allocates nothing after that. Items are default constructible
-// and movable. Not synchronised.
+// The storage grows to the largest number of items ever held at once; after that nothing is allocated. Items must be
+// default constructible and movable. Not synchronised.
 template <typename Item>
 class RingQueue {
 public:
@@ -21,7 +21,7 @@ public:
         ++count;
     }
 
-    // The queue must not be empty. What is left behind in the storage is a moved-from item.
+    // The queue must not be empty. A moved-from item stays in the storage until its place is reused.
     Item pop() {
         Item item = std::move(items[first]);
         first = (first + 1) & (items.size() - 1);

@@ -1,4 +1,4 @@
-// A channel strip across both surfaces: 0-7 on surface A, 8-15 on surface B.
+// A channel strip of the two surfaces together: strips 0-7 are on surface A, strips 8-15 on surface B.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@ inline constexpr int stripCount = 16;
 
 enum class SurfaceID { A, B };
 
-// Always in range: a number from outside becomes a Strip only through `of`.
+// Always in range. A number becomes a Strip only through `of`, which is absent for a number out of range.
 class Strip {
 public:
     static constexpr std::optional<Strip> of(int index) {
@@ -19,7 +19,7 @@ public:
         return Strip(index);
     }
 
-    // The strip that a surface's own engine calls `engineStrip` (0-7).
+    // From the number that one surface's engine uses for its strip (0-7).
     static constexpr std::optional<Strip> of(SurfaceID surface, int engineStrip) {
         if (engineStrip < 0 || engineStrip >= stripsPerSurface) return std::nullopt;
         return Strip(surface == SurfaceID::A ? engineStrip : engineStrip + stripsPerSurface);

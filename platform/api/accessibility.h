@@ -1,4 +1,4 @@
-// Reading and pressing what another program shows on the screen, by the operating system's Accessibility interface.
+// Reads and presses the user interface of another program through the operating system's accessibility interface.
 #pragma once
 
 #include <cstdint>
@@ -11,41 +11,41 @@
 
 namespace lumbrine {
 
-// A hold on one element of a foreign user interface. The element itself may be gone by now: then reads fail. The hold
-// is released with its last copy, on whatever thread that is.
+// A reference to one element of another program's user interface. When that program has removed the element, reads of
+// it fail. The reference is released with the last copy of its handle, on the thread that drops that copy.
 class AccessibleElement {
 public:
     virtual ~AccessibleElement() = default;
 };
 using ElementHandle = std::shared_ptr<const AccessibleElement>; // never null
 
-// What an attribute holds. Text is UTF-8.
+// The value of an attribute. Text is UTF-8.
 using AttributeValue = std::variant<ElementHandle, std::vector<ElementHandle>, std::string, bool>;
 
-// Stateless, so any thread may use it. Each call asks the other program and may wait for it, so never on the main
-// thread but for the questions of trust. Handles are for the object that gave them.
+// Stateless: any thread may use it. Only isTrusted and isTrustedOrPrompt belong on the main thread; every other call
+// may wait for the other program. A handle may only be passed to the object that returned it.
 class Accessibility {
 public:
     virtual ~Accessibility() = default;
 
-    // Whether the user lets this process see and press other programs' elements. The answer may change at any moment;
-    // without trust every read and every action fails.
+    // True when the user allows this process to read and press the elements of other programs. The user may change this
+    // at any time. Without trust, every read and every action fails.
     virtual bool isTrusted() = 0;
 
-    // The same, and if it is not so, the system shows the user where to allow it. Returns at once.
+    // Like isTrusted. When the answer is false, the system also shows the user where to allow it. Returns at once.
     virtual bool isTrustedOrPrompt() = 0;
 
-    // The process identifier of the first running application with that bundle identifier.
+    // The process identifier of the first running application with this bundle identifier; absent when none runs.
     virtual std::optional<std::int32_t> runningApplication(std::string_view bundleIdentifier) = 0;
 
-    // The root of the application's elements. Never fails; of a process that is not there every read fails.
+    // The root of the application's elements. Never fails: when the process does not exist, reads of the root fail.
     virtual ElementHandle applicationElement(std::int32_t processIdentifier) = 0;
 
-    // Nothing when the read fails, when there is no value, and when the value is of another kind. A list is of elements
-    // only: a list that holds anything else is a value of another kind. An empty list is a list.
+    // Absent when the read fails, when the attribute has no value, and when AttributeValue cannot hold the value. A
+    // list may be empty; its entries must all be elements.
     virtual std::optional<AttributeValue> attribute(const ElementHandle& element, std::string_view name) = 0;
 
-    // Whether the other program took the action.
+    // True when the other program accepted the action.
     virtual bool perform(const ElementHandle& element, std::string_view action) = 0;
 };
 

@@ -1,4 +1,4 @@
-// The system's JSON: objects to text and back.
+// Converts JSON objects to text and JSON text to values.
 #pragma once
 
 #include "base/json_value.h"
@@ -9,23 +9,23 @@
 
 namespace lumbrine {
 
-// What the system says is wrong, in the user's language.
+// What is wrong with the object or the text, in the user's language.
 struct JSONError {
     std::string text;
 
     bool operator==(const JSONError&) const = default;
 };
 
-// Stateless, so any thread may use it. Nothing is thrown, whatever comes in.
+// Stateless: any thread may use it. Throws nothing, whatever the input.
 class JSON {
 public:
     virtual ~JSON() = default;
 
-    // Fails for text that is not UTF-8 and for numbers that are not finite.
+    // Fails when a text is not UTF-8 or a number is not finite.
     virtual std::expected<std::string, JSONError> serialise(const JSONValue::Object& object) = 0;
 
-    // One whole document with nothing but white space around it. Of members with the same key the last one counts.
-    // Fails for everything that is not JSON, and for documents that are nested more deeply than any command's are.
+    // Parses one whole document with at most white space around it. When members share a key, the last one counts.
+    // Fails when the text is not JSON, and when it is nested deeper than the back end allows (at least 100 levels).
     virtual std::expected<JSONValue, JSONError> parse(std::string_view text) = 0;
 };
 

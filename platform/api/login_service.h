@@ -1,4 +1,4 @@
-// The platform's registration of this application as one to start when the user logs in.
+// Registers this application with the platform, so that it starts when the user logs in.
 #pragma once
 
 #include <expected>
@@ -6,15 +6,15 @@
 
 namespace lumbrine {
 
-// Main thread. The platform keeps the registration; it may change at any moment without us.
+// Main thread only. The platform stores the registration, and the user may change it there at any time.
 class LoginService {
 public:
     virtual ~LoginService() = default;
 
-    // Whether the application starts at login. False also where that cannot be told.
+    // True when the application starts at login. False when the platform cannot say.
     virtual bool isEnabled() = 0;
 
-    // The error is the platform's own text; nothing has changed then.
+    // On failure nothing has changed, and the error is the platform's own text.
     virtual std::expected<void, std::string> registerApplication() = 0;
     virtual std::expected<void, std::string> unregisterApplication() = 0;
 };

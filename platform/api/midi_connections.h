@@ -1,5 +1,5 @@
-// The other side of virtual MIDI ports: connecting to the pair of ports that some program has made under a name. What
-// the simulated Pro Tools plays through.
+// The other side of virtual MIDI ports: connects to the pair of ports that another program has created under one name.
+// The simulated Pro Tools plays through it.
 #pragma once
 
 #include "base/bytes.h"
@@ -10,13 +10,13 @@
 
 namespace lumbrine {
 
-// A connection to the source and the destination of one name. It connects by itself whenever ports of that name are
-// there, and again after they were gone. Destroying it disconnects; no callback runs afterwards.
+// A connection to the source and the destination of one name. It connects whenever ports of that name appear, and
+// reconnects when they come back. Destroying it disconnects; no callback runs afterwards.
 class MIDIConnection {
 public:
     virtual ~MIDIConnection() = default;
 
-    // To the destination of that name. Any thread; dropped while nothing is connected.
+    // Sends one message to the destination. While nothing is connected, the message is dropped. Any thread.
     virtual void send(ByteView message) = 0;
 
     // True while both ports are there and connected.
@@ -27,8 +27,8 @@ class MIDIConnections {
 public:
     virtual ~MIDIConnections() = default;
 
-    // `incoming` gets the bytes of each packet that the source sends, in order, on a thread of the back end's.
-    // Null when the system has no MIDI service at all.
+    // Calls `incoming` with the bytes of each packet from the source, in order, on a thread of the back end. Null when
+    // the system has no MIDI service.
     virtual std::unique_ptr<MIDIConnection> connect(const std::string& portName,
                                                     std::function<void(ByteView)> incoming) = 0;
 };

@@ -1,4 +1,4 @@
-// The calls with which a program makes virtual MIDI ports, at the level at which CoreMIDI offers them.
+// Creates virtual MIDI ports and sends from them. Each function stands for one call of CoreMIDI.
 #pragma once
 
 #include "base/bytes.h"
@@ -13,25 +13,26 @@ using MIDIStatus = std::int32_t; // 0 is success, anything else the system's err
 using MIDIClientRef = std::uint32_t;
 using MIDIEndpointRef = std::uint32_t; // 0 is no endpoint
 
-// Gets one packet list (base/midi_packet_list.h) for each delivery, on the system's MIDI receive thread. The bytes are
-// valid during the call.
+// Called with one packet list (base/midi_packet_list.h) for each delivery, on the system's MIDI receive thread. The
+// bytes are valid during the call only.
 using MIDIReadBlock = std::function<void(ByteView packetList)>;
 
 class MIDIServices {
 public:
     virtual ~MIDIServices() = default;
 
-    // Each fills its last argument on success only. Objects live as long as the services.
+    // The last argument is written on success only. Clients and endpoints live as long as the services.
     virtual MIDIStatus createClient(const std::string& name, MIDIClientRef& client) = 0;
     virtual MIDIStatus createSource(MIDIClientRef client, const std::string& name, MIDIEndpointRef& source) = 0;
     virtual MIDIStatus createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
                                          MIDIEndpointRef& destination) = 0;
 
-    // Lets the other side recognise the port across launches, where the system has such a thing.
+    // Gives the endpoint an ID by which other programs recognise it after a restart. Back ends without such IDs ignore
+    // it.
     virtual MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) = 0;
 
-    // Delivers a packet list from a virtual source to whoever is connected to it. Any thread; never blocks; when nobody
-    // listens or the system's MIDI service is away, the bytes are gone.
+    // Delivers a packet list from a virtual source to every program that is connected to it. Without a listener, or
+    // while the system's MIDI service is away, the bytes are dropped. Never blocks. Any thread.
     virtual MIDIStatus received(MIDIEndpointRef source, ByteView packetList) = 0;
 };
 

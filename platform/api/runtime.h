@@ -1,8 +1,8 @@
-// The only way to time and concurrency. Everything above platform/ asks a Runtime for the time, for sleeps, for queues,
-// timers, threads and locks, and so runs unchanged in real time and in virtual time.
+// The seam to time and concurrency. Everything above platform/ gets its time, sleeps, queues, timers, threads and locks
+// from a Runtime, and therefore runs unchanged in real time and in virtual time.
 //
-// The main queue belongs to one thread, the main thread: the thread that owns the event loop. Published state lives
-// there. Jobs posted to a queue from one thread run in the order in which that thread posted them.
+// The main queue runs its jobs on the main thread, the thread of the event loop. Published state may only be touched
+// there. Jobs that one thread posts to a queue run in the order in which it posted them.
 #pragma once
 
 #include "platform/api/task.h"
@@ -25,27 +25,27 @@ class Mutex;
 
 enum class Priority { utility, normal, userInitiated };
 
-// Jobs one after another, never two at once, on a thread of the runtime's choosing. Destroying a queue drops what has
-// not begun and waits for the job that runs; never from one of its own jobs.
+// Runs jobs one after another, never two at once, on a thread that the runtime chooses. The destructor drops the jobs
+// that have not begun and waits for the one that runs, so a job must never destroy its own queue.
 class SerialQueue {
 public:
     virtual ~SerialQueue() = default;
 
     virtual void post(Task task) = 0;
 
-    // Not before `delay` has passed; after jobs that became due earlier.
+    // Runs the job when `delay` has passed, after the jobs that became due earlier.
     virtual void postAfter(Duration delay, Task task) = 0;
 
     virtual std::string_view label() const = 0;
 };
 
-// Runs until it is destroyed. Destroying it on the main thread means that the job does not run again.
+// Runs until it is destroyed. When it is destroyed on the main thread, no tick follows.
 class RepeatingTimer {
 public:
     virtual ~RepeatingTimer() = default;
 };
 
-// A thread with a name. Destroying it waits for its end; the owner has told it to end before.
+// A thread with a name. The destructor waits for the thread to end, so its owner first makes the body return.
 class Thread {
 public:
     virtual ~Thread() = default;
@@ -60,17 +60,17 @@ public:
 
     virtual TimePoint now() const = 0;
 
-    // Blocks the calling thread. Returns at once when the runtime is being shut down. Not while a Mutex is held.
+    // Blocks the calling thread. Returns early when the runtime is shut down. Never call it while holding a Mutex.
     virtual void sleepFor(Duration duration) = 0;
 
     // True on the main thread.
     virtual bool onMain() const = 0;
 
-    // Queues a job for the main thread; from any thread, also from the main thread itself.
+    // Queues a job for the main thread. Any thread, the main thread included.
     virtual void postMain(Task task) = 0;
     virtual void postMainAfter(Duration delay, Task task) = 0;
 
-    // At once when already on the main thread, else posted to it.
+    // On the main thread, runs the job at once; on any other thread, posts it.
     void runOnMain(Task task) {
         if (onMain()) {
             task();
@@ -79,9 +79,9 @@ public:
         }
     }
 
-    // Runs `function` on the main thread and returns what it returned; the caller waits. Directly on the main thread.
-    // While the runtime is being shut down nothing runs and the result is value-initialised, so results must be default
-    // constructible. Not while a Mutex is held.
+    // Runs `function` on the main thread, waits for it and returns its result. A caller on the main thread runs it
+    // directly. When the runtime shuts down first, `function` does not run and the result is value-initialised, so
+    // results must be default constructible. Never call it while holding a Mutex.
     template <typename Function>
     std::invoke_result_t<Function&> syncMain(Function function) {
         using Result = std::invoke_result_t<Function&>;
@@ -99,14 +99,14 @@ public:
         }
     }
 
-    // A job on some thread other than the caller's, beside whatever else runs. It may block and sleep.
+    // Runs a job on another thread, concurrently with everything else. The job may block and sleep.
     virtual void background(Priority priority, Task task) = 0;
     virtual void backgroundAfter(Duration delay, Task task) = 0;
 
     virtual std::unique_ptr<SerialQueue> serialQueue(std::string label, Priority priority) = 0;
 
-    // Calls `tick` on the main thread every `interval`, first after one interval. A tick that comes late does not bring
-    // the ones it delayed after it. Call on the main thread.
+    // Calls `tick` on the main thread every `interval`, for the first time after one interval. Ticks that were missed
+    // because the main thread was busy are skipped, not made up for. Call on the main thread.
     virtual std::unique_ptr<RepeatingTimer> repeatOnMain(Duration interval, std::function<void()> tick) = 0;
 
     virtual std::unique_ptr<Thread> startThread(std::string name, Task body) = 0;
@@ -114,7 +114,7 @@ public:
 protected:
     friend class Mutex;
 
-    // How a Mutex of this runtime is taken, when not by the system's own lock.
+    // Replaces the system's lock in every Mutex of this runtime. Virtual time uses it.
     class LockHooks {
     public:
         virtual ~LockHooks() = default;
@@ -124,20 +124,20 @@ protected:
 
     virtual LockHooks* lockHooks() { return nullptr; }
 
-    // Called off the main thread only. Returns when `task` has run, or when the runtime is being shut down and it never
-    // will.
+    // Never called on the main thread. Returns when `task` has run, or when shutdown means that it never will.
     virtual void runOnMainAndWait(Task task) = 0;
 };
 
-// Which second lock may be taken while a Mutex is held. Only the first kind of the last two may be around the second.
+// Whether a second lock may be taken while a Mutex is held. The one case: an overBackEnd lock may be held while an
+// inBackEnd lock is taken.
 enum class Nesting {
-    none,        // the rule
-    overBackEnd, // one that keeps messages together on their way into a back end, which may take its own
-    inBackEnd,   // a back end's own
+    none,        // the rule: no second lock
+    overBackEnd, // keeps the messages of one action together while it sends them through a back end
+    inBackEnd,   // a lock inside a back end
 };
 
-// A lock that is held for a few lines: never across a sleep, a hop to another queue, a callback or, except for what
-// Nesting allows, another lock. In virtual time breaking that rule ends the program with a report.
+// A lock that is held for a few lines only: never across a sleep, a hop to another queue or a callback, and never while
+// another lock is taken, except as Nesting allows. In virtual time, a program that breaks this rule ends with a report.
 class LUMBRINE_CAPABILITY("mutex") Mutex {
 public:
     explicit Mutex(Runtime& runtime, Nesting allowed = Nesting::none) : nesting(allowed), hooks(runtime.lockHooks()) {}

@@ -11,7 +11,7 @@ namespace lumbrine {
 struct AdvertisedService {
     std::string domain; // "local."
     std::string type;   // "_lumbrine._udp."
-    std::string name;   // what people see; the back end picks another one when it is taken
+    std::string name;   // what users see; when another service has it, the back end picks a different one
     std::uint16_t port;
 };
 
@@ -25,8 +25,9 @@ class ServiceAdvertiser {
 public:
     virtual ~ServiceAdvertiser() = default;
 
-    // Publishes the service as soon as the system's daemon is there, and again whenever the daemon was gone. Returns at
-    // once and reports no failure. A back end that can be refused what the user may allow tells of that in its own way.
+    // Publishes the service as soon as the system's mDNS daemon runs, and again after each restart of the daemon.
+    // Returns at once and reports no failure. If the OS can deny permission (macOS Local Network), the back end reports
+    // that itself.
     virtual std::unique_ptr<Advertisement> publish(AdvertisedService service) = 0;
 };
 
@@ -46,8 +47,8 @@ class ServiceBrowser {
 public:
     virtual ~ServiceBrowser() = default;
 
-    // Calls `found` once for each service of the type as it appears, on a thread of the back end's. Null when the
-    // system has no daemon to ask.
+    // Calls `found` once for each service of this type when it appears, on a thread of the back end. Null when the
+    // system has no mDNS daemon.
     virtual std::unique_ptr<ServiceSearch> browse(const std::string& type,
                                                   std::function<void(const FoundService&)> found) = 0;
 };

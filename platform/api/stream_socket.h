@@ -1,4 +1,4 @@
-// TCP client sockets, at the level of the system's calls.
+// TCP client sockets. Each function stands for one system call.
 #pragma once
 
 #include "base/bytes.h"
@@ -10,39 +10,41 @@
 
 namespace lumbrine {
 
-// Every call that can fail returns a negative errno value when it does. A socket is used by one thread at a time.
+// A call that fails returns a negative errno value. One thread at a time may use a socket.
 class StreamSockets {
 public:
     virtual ~StreamSockets() = default;
 
-    // An IPv4 stream socket. Returns its descriptor.
+    // Opens an IPv4 stream socket and returns its descriptor.
     virtual int open() = 0;
 
-    // To a numeric IPv4 address. Waits at most `limit` (-ETIMEDOUT).
+    // Connects to a numeric IPv4 address. Waits at most `limit`, then returns -ETIMEDOUT.
     virtual int connect(int fd, const std::string& host, std::uint16_t port, Duration limit) = 0;
 
-    // How long one `receive`, one `send` waits at most before it returns -EAGAIN; for ever until they are set.
+    // The longest wait of one `receive` and of one `send`, which then return -EAGAIN. By default they wait without
+    // limit.
     virtual int setReceiveTimeout(int fd, Duration limit) = 0;
     virtual int setSendTimeout(int fd, Duration limit) = 0;
 
-    // Small pieces leave at once.
+    // Sends small pieces at once instead of collecting them (TCP_NODELAY).
     virtual int setNoDelay(int fd) = 0;
 
-    // A peer that has gone is an error of `send`, never a signal.
+    // Makes `send` return an error when the peer is gone, where the system would otherwise raise SIGPIPE.
     virtual int setNoSignal(int fd) = 0;
 
-    // Returns how many of the bytes were taken, at least one.
+    // Returns how many bytes the system accepted: at least one, perhaps fewer than given.
     virtual int send(int fd, ByteView bytes) = 0;
 
-    // The same without hurry: the bytes may be held back for a fraction of a second, to leave with what is sent next.
+    // Like `send`, but the system may hold the bytes back for a fraction of a second, so that they leave together with
+    // the next ones.
     virtual int sendSoon(int fd, ByteView bytes) { return send(fd, bytes); }
 
-    // Waits for at least one byte and returns how many were stored; 0 when the peer has ended the connection.
+    // Waits for at least one byte and returns how many were stored; 0 when the peer has closed the connection.
     virtual int receive(int fd, std::span<std::uint8_t> buffer) = 0;
 
     virtual void close(int fd) = 0;
 
-    // The program ends: makes every waiting call, and every later one but `close`, fail. Any thread.
+    // For the end of the program: every call that waits fails, and so does every later call except `close`. Any thread.
     virtual void shutDown() = 0;
 };
 

@@ -1,4 +1,4 @@
-// What the receiver asks about the computer it runs on.
+// Facts about the computer that the receiver runs on.
 #pragma once
 
 #include <optional>
@@ -11,17 +11,18 @@ class SystemInfo {
 public:
     virtual ~SystemInfo() = default;
 
-    // The value of an environment variable; absent when it is not set, which is not the same as empty.
+    // The value of an environment variable; absent when it is not set. A variable may be set and empty.
     virtual std::optional<std::string> environment(const std::string& name) const = 0;
 
     // The user's languages, most preferred first ("ja-JP", "en_US.UTF-8").
     virtual std::vector<std::string> preferredLanguages() const = 0;
 
-    // The name people gave this computer; absent when it has none.
+    // The name that the user gave this computer; absent when there is none.
     virtual std::optional<std::string> computerName() const = 0;
 
-    // The address under which a phone on the same network reaches this computer: of the interfaces that are up and not
-    // loopback and have an IPv4 address, "en0" or "en1" if there, else the first. Numeric; absent when there is none.
+    // The numeric address at which a phone on the same network reaches this computer. Candidates are the IPv4 addresses
+    // of interfaces that are up and not loopback; the first one on "en0" or "en1" wins, else the first of all. Absent
+    // without a candidate.
     virtual std::optional<std::string> primaryIPv4() const = 0;
 };
 

@@ -1,4 +1,4 @@
-// A piece of work that is run once, on whatever thread the runtime chooses.
+// A unit of work for another thread or for later.
 #pragma once
 
 #include <cstddef>
@@ -9,8 +9,8 @@
 
 namespace lumbrine {
 
-// A move-only `void()` callable. Callables of up to 64 bytes are kept inline, so posting the small jobs of the hot path
-// allocates nothing; larger ones go to the heap.
+// A move-only `void()` callable. Callables of up to 64 bytes are stored inline, so that posting the small jobs of the
+// hot path allocates nothing. Larger ones go to the heap.
 class Task {
 public:
     static constexpr std::size_t inlineSize = 64;
@@ -50,13 +50,13 @@ public:
 
     explicit operator bool() const { return operations != nullptr; }
 
-    // May be called again (a repeating timer does); a task that is empty must not be called.
+    // May be called more than once. Must not be called when the task is empty.
     void operator()() { operations->call(storage); }
 
 private:
     struct Operations {
         void (*call)(std::byte*);
-        void (*move)(std::byte* from, std::byte* to) noexcept; // leaves nothing behind at `from`
+        void (*move)(std::byte* from, std::byte* to) noexcept; // leaves no object at `from`
         void (*destroy)(std::byte*) noexcept;
     };
 

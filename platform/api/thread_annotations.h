@@ -1,4 +1,4 @@
-// Clang's thread-safety annotations; nothing on other compilers.
+// Clang's thread-safety annotations. Other compilers see nothing.
 #pragma once
 
 #if defined(__clang__)

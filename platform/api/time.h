@@ -1,4 +1,4 @@
-// Points in time and lengths of it, in nanoseconds of the runtime's own clock.
+// Points in time and durations, in nanoseconds of the runtime's clock.
 #pragma once
 
 #include <chrono>
@@ -8,8 +8,7 @@ namespace lumbrine {
 
 using Duration = std::chrono::nanoseconds;
 
-// The clock of the runtime seam: steady, and in tests as fast as the test wants it. It has no `now` of its own; ask the
-// Runtime.
+// The steady clock of the runtime seam. It has no `now`, because real and virtual time differ: ask the Runtime.
 struct RuntimeClock {
     using duration = Duration;
     using rep = duration::rep;
@@ -20,16 +19,16 @@ struct RuntimeClock {
 
 using TimePoint = RuntimeClock::time_point;
 
-// "Never yet": about 73 years before the clock began, far enough for every limit and near enough that a difference to
-// any other time does not overflow.
+// "Never yet": 73 years before the clock began. That is longer ago than every time limit, and near enough that the
+// difference to any other time does not overflow.
 inline constexpr TimePoint distantPast{Duration{-(std::int64_t{1} << 61)}};
 
-// A wait as it is usually told, rounded to the nearest nanosecond: seconds(0.06).
+// Converts seconds to a Duration, rounded to the nearest nanosecond: seconds(0.06) is 60 ms.
 constexpr Duration seconds(double value) {
     return Duration{static_cast<Duration::rep>(value * 1e9 + (value < 0 ? -0.5 : 0.5))};
 }
 
-// A time or a length of time in seconds.
+// Converts a Duration to seconds.
 constexpr double inSeconds(Duration duration) {
     return static_cast<double>(duration.count()) / 1e9;
 }
