@@ -4,7 +4,7 @@
 #pragma once
 
 #include "base/bilingual.h"
-#include "model/published_state.h"
+#include "model/state/published_state.h"
 
 #include <array>
 #include <optional>

@@ -2,7 +2,7 @@
 // telling a client everything, which is held against sending the same datagrams and doing nothing else.
 #include "base/testing/allocation_count.h"
 #include "benchmarks/session_receiver.h"
-#include "model/track_window.h"
+#include "model/bank/track_window.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,7 +1,7 @@
 // A platform whose ports take everything and do nothing, so that a benchmark measures the receiver alone.
 #pragma once
 
-#include "model/receiver_platform.h"
+#include "model/state/receiver_platform.h"
 #include "platform/portable/nlohmann_json.h"
 #include "platform/portable/no_accessibility.h"
 #include "platform/virtual/still_runtime.h"

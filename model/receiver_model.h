@@ -3,8 +3,8 @@
 #pragma once
 
 #include "base/bilingual.h"
-#include "model/published_state.h"
-#include "model/receiver_platform.h"
+#include "model/state/published_state.h"
+#include "model/state/receiver_platform.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,14 +1,14 @@
 // The parts that a ReceiverModel is made of, in the order in which they build on each other.
 #pragma once
 
-#include "model/client_commands.h"
-#include "model/configuration.h"
-#include "model/meter_step.h"
-#include "model/periodic_tick.h"
-#include "model/receiver_platform.h"
-#include "model/reconnection.h"
-#include "model/surface_feedback.h"
-#include "model/test_sweep.h"
+#include "model/hands/reconnection.h"
+#include "model/hands/test_sweep.h"
+#include "model/mirror/meter_step.h"
+#include "model/reactions/client_commands.h"
+#include "model/reactions/periodic_tick.h"
+#include "model/reactions/surface_feedback.h"
+#include "model/state/configuration.h"
+#include "model/state/receiver_platform.h"
 
 namespace lumbrine {
 

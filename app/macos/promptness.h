@@ -1,7 +1,7 @@
 // When the system has to let the receiver work without delay.
 #pragma once
 
-#include "model/published_state.h"
+#include "model/state/published_state.h"
 
 #include <functional>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "model/testing/banking_host.h"
 
-#include "model/bank_step.h"
+#include "model/bank/bank_step.h"
 
 #include <algorithm>
 #include <utility>

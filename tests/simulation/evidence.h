@@ -1,7 +1,7 @@
 // What a session leaves behind: all that the checkers get to see of it.
 #pragma once
 
-#include "model/published_state.h"
+#include "model/state/published_state.h"
 #include "remote/session_picture.h"
 #include "simulator/host_record.h"
 #include "tests/simulation/job_watch.h"

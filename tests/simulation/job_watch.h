@@ -2,7 +2,7 @@
 // scan, a seek and a walk, with the host's truth at both ends.
 #pragma once
 
-#include "model/receiver_state.h"
+#include "model/state/receiver_state.h"
 #include "platform/api/runtime.h"
 #include "tests/simulation/host_truth.h"
 

@@ -1,7 +1,7 @@
 // What the host has to tell of its tracks by its scripting service and its screen, and whether the receiver has it.
 #pragma once
 
-#include "model/receiver_state.h"
+#include "model/state/receiver_state.h"
 #include "tests/simulation/host_truth.h"
 
 #include <string>

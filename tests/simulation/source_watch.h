@@ -1,7 +1,7 @@
 // What the receiver tells of the tracks' full names, colours and comments, each time it is something else.
 #pragma once
 
-#include "model/receiver_state.h"
+#include "model/state/receiver_state.h"
 #include "platform/api/runtime.h"
 #include "tests/simulation/host_truth.h"
 

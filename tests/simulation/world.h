@@ -2,7 +2,7 @@
 #pragma once
 
 #include "model/receiver_model.h"
-#include "model/receiver_state.h"
+#include "model/state/receiver_state.h"
 #include "platform/portable/nlohmann_json.h"
 #include "platform/portable/no_accessibility.h"
 #include "platform/virtual/memory_midi.h"

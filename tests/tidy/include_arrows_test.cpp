@@ -143,9 +143,9 @@ TEST(IncludeArrows, AreCheckedAgainstWrongOnes) {
 }
 
 TEST(IncludeArrows, LetTestsOfEverySystemStandOnNoSystemsBackEnd) {
-    EXPECT_EQ(complaint("model/seek_worker_test.cpp", true, "platform/portable/nlohmann_json.h"), "");
-    EXPECT_NE(complaint("model/seek_worker.cpp", false, "platform/portable/nlohmann_json.h"), "");
-    EXPECT_NE(complaint("model/seek_worker_test.cpp", true, "platform/linux/user_settings.h"), "");
+    EXPECT_EQ(complaint("model/bank/seek_worker_test.cpp", true, "platform/portable/nlohmann_json.h"), "");
+    EXPECT_NE(complaint("model/bank/seek_worker.cpp", false, "platform/portable/nlohmann_json.h"), "");
+    EXPECT_NE(complaint("model/bank/seek_worker_test.cpp", true, "platform/linux/user_settings.h"), "");
     EXPECT_NE(complaint("tests/simulation/world.h", true, "platform/linux/user_settings.h"), "");
     EXPECT_NE(complaint("tests/simulation/world.h", true, "tests/interop/child_process.h"), "");
     EXPECT_EQ(complaint("tests/interop/midi_backend_test.cpp", true, "platform/linux/midi_backend.h"), "");
@@ -157,7 +157,7 @@ TEST(IncludeArrows, AreCheckedInFoldersThatTheTableDoesNotHave) {
 }
 
 TEST(IncludeArrows, AreCheckedInAngleBracketsToo) {
-    EXPECT_TRUE(isPortableProduct("model/seek_worker.cpp", false));
+    EXPECT_TRUE(isPortableProduct("model/bank/seek_worker.cpp", false));
     EXPECT_FALSE(isPortableProduct("model/testing/hand_over.h", true));
     EXPECT_FALSE(isPortableProduct("platform/linux/bell.cpp", false));
     EXPECT_TRUE(isOfTheStandardLibrary("string_view"));

@@ -1,0 +1,113 @@
+#include "model/bank/surface_moves.h"
+
+#include <algorithm>
+#include <cassert>
+#include <optional>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr Duration quietLimit = seconds(0.45);
+constexpr Duration quietPoll = seconds(0.02);
+constexpr Duration quietNames = seconds(0.08);
+constexpr Duration quietAtLeast = seconds(0.1);
+
+constexpr Duration stillPoll = seconds(0.05);
+constexpr Duration windowSample = seconds(0.12);
+
+constexpr Duration afterBankPress = seconds(0.12);
+constexpr Duration afterChannelPress = seconds(0.075);
+
+constexpr Duration arrivedStill = seconds(0.15);
+constexpr Duration arrivedLimit = seconds(0.8);
+constexpr Duration beforeNextAttempt = seconds(0.1);
+
+// Enough polls to fill the time. Counted, because the clock may stand still while the runtime is being shut down.
+constexpr Duration::rep pollsWithin(Duration limit, Duration poll) {
+    return limit / poll + 1;
+}
+
+} // namespace
+
+SurfaceMoves::SurfaceMoves(Runtime& rt, const ReceiverState& receiverState, const BankMap& map, NameClock& clock,
+                           Surfaces& hostSurfaces)
+    : runtime(rt), state(receiverState), bankMap(map), nameClock(clock), surfaces(hostSurfaces) {}
+
+BankLayout SurfaceMoves::layout() const {
+    return runtime.syncMain([this] {
+        return BankLayout{.tracks = static_cast<int>(state.published.trackMap.size()), .width = state.published.winW};
+    });
+}
+
+TrackNames SurfaceMoves::snapshotWindow() const {
+    return runtime.syncMain([this] {
+        const auto window = bankMap.window();
+        return TrackNames(window.begin(), window.end());
+    });
+}
+
+TrackNames SurfaceMoves::stableWindow() const {
+    TrackNames last = snapshotWindow();
+    for (int sample = 0; sample < stableWindowSamples; ++sample) {
+        runtime.sleepFor(windowSample);
+        TrackNames now = snapshotWindow();
+        if (now == last) return now;
+        last = std::move(now);
+    }
+    return last;
+}
+
+int SurfaceMoves::shownOffset() const {
+    const std::optional<int> offset =
+        runtime.syncMain([this] { return std::optional<int>(locate(state.published.trackMap, bankMap.window())); });
+    return offset.value_or(-1);
+}
+
+void SurfaceMoves::shortQuietWait() {
+    const TimePoint begin = runtime.now();
+    for (auto polls = pollsWithin(quietLimit, quietPoll); polls > 0 && runtime.now() - begin < quietLimit; --polls) {
+        runtime.sleepFor(quietPoll);
+        if (nameClock.age() > quietNames && runtime.now() - begin > quietAtLeast) return;
+    }
+}
+
+void SurfaceMoves::waitForStillNames(Duration still, Duration limit) {
+    const TimePoint begin = runtime.now();
+    for (auto polls = pollsWithin(limit, stillPoll); polls > 0 && runtime.now() - begin < limit; --polls) {
+        if (nameClock.age() > still) return;
+        runtime.sleepFor(stillPoll);
+    }
+}
+
+void SurfaceMoves::press(int port) {
+    assert(!runtime.onMain());
+    surfaces.engine(SurfaceID::A).channelMove(port);
+}
+
+void SurfaceMoves::moveWindow(int target) {
+    const BankLayout session = layout();
+    if (session.tracks <= 0) return;
+    target = std::clamp(target, 0, session.maxOffset());
+    shortQuietWait();
+    int current = shownOffset();
+    for (int presses = 0; current >= 0 && current != target && presses < maxPresses; ++presses) {
+        const BankStep step = nextBankStep(current, target, session);
+        press(step.port);
+        current = step.predicted;
+        runtime.sleepFor(step.byBank() ? afterBankPress : afterChannelPress);
+    }
+    shortQuietWait();
+}
+
+void SurfaceMoves::moveWindowReliably(int target) {
+    target = std::clamp(target, 0, layout().maxOffset());
+    for (int attempt = 0; attempt < maxAttempts; ++attempt) {
+        moveWindow(target);
+        waitForStillNames(arrivedStill, arrivedLimit);
+        if (shownOffset() == target) return;
+        runtime.sleepFor(beforeNextAttempt);
+    }
+}
+
+} // namespace lumbrine

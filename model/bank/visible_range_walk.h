@@ -1,0 +1,53 @@
+// Learning the automation modes and pans of a range of the session. Pro Tools shows them only for tracks on the
+// surfaces, so the range is walked bank by bank and every strip of it probed.
+#pragma once
+
+#include "base/bilingual.h"
+#include "model/bank/surface_walk.h"
+#include "model/hands/automation_modes.h"
+#include "model/tracks/session_capture.h"
+
+namespace lumbrine {
+
+class VisibleRangeWalk {
+public:
+    struct Parts {
+        SurfaceMoves& moves;
+        SurfaceWalk& walk;
+        AutomationModes& automation;
+        SessionCapture& capture;
+        ClientMirror& mirror;
+        ActivityLog& log;
+    };
+
+    VisibleRangeWalk(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts, Bilingual bilingual);
+
+    // Queues a walk over `count` tracks, at least one, from session index `start`; what lies outside the session is
+    // left out. Nothing happens while the transport runs. Any thread.
+    void refreshVisibleRange(int start, int count);
+
+private:
+    struct Range {
+        int begin = 0;
+        int end = 0; // behind the last
+
+        bool contains(int track) const { return begin <= track && track < end; }
+    };
+
+    // On the automation queue
+    void walkOver(int start, int count);
+    void captureRange(Range range, BankLayout session);
+    void captureTrack(Strip strip, int track);
+    bool connected() const;
+
+    // On the main thread
+    void store(Strip strip, std::size_t track, std::uint8_t mode);
+    void report(Range range);
+
+    const Jobs& jobs;
+    ReceiverState& state;
+    const Parts parts;
+    const Bilingual text;
+};
+
+} // namespace lumbrine

@@ -1,0 +1,56 @@
+#include "model/hands/surfaces.h"
+
+namespace lumbrine {
+
+namespace {
+
+constexpr int presenceCount = 3;
+
+// Four-character codes. They must never change: Pro Tools knows the ports by them.
+constexpr std::int32_t sourceA = 0x4C6D5253;      // "LmRS"
+constexpr std::int32_t destinationA = 0x4C6D5244; // "LmRD"
+constexpr std::int32_t sourceB = 0x4C6D5342;      // "LmSB"
+constexpr std::int32_t destinationB = 0x4C6D4442; // "LmDB"
+
+} // namespace
+
+Surfaces::Surfaces(Runtime& runtime, MIDIServices& services, Bilingual bilingual, ActivityLog& activityLog)
+    : text(bilingual), log(activityLog),
+      midi(std::make_shared<MIDIHost>(runtime, services, "Lumbrine", sourceA, destinationA)),
+      midiB(std::make_shared<MIDIHost>(runtime, services, "Lumbrine B", sourceB, destinationB)),
+      hui(std::make_shared<HUIEngine>(runtime, bilingual)), huiB(std::make_shared<HUIEngine>(runtime, bilingual)) {}
+
+void Surfaces::wire(const std::weak_ptr<SurfaceListener>& listener) {
+    wireSurface(SurfaceID::A, hui, midi, listener);
+    wireSurface(SurfaceID::B, huiB, midiB, listener);
+}
+
+void Surfaces::startSurfaces() {
+    for (MIDIHost* host : {midi.get(), midiB.get()}) {
+        if (const auto started = host->start(); !started) {
+            log.appendLog(text("✗ MIDI failed: ", "✗ MIDI 失敗: ") + started.error().description);
+            return;
+        }
+    }
+    log.appendLog(text("✓ Virtual MIDI 'Lumbrine' + 'Lumbrine B' created (ch 1-8 + 9-16)",
+                       "✓ 仮想MIDI 'Lumbrine' + 'Lumbrine B' 生成（8ch＋9〜16ch）"));
+    announceSurfaceA();
+    midiB->announcePresence(presenceCount);
+}
+
+void Surfaces::announceSurfaceA() {
+    midi->announcePresence(presenceCount);
+}
+
+void Surfaces::hwMute(int strip, int port) {
+    if (const auto shown = Strip::of(strip)) engineOf(*shown).pressSwitch(shown->engineStrip(), port);
+}
+
+void Surfaces::hwPanAssignToggle() {
+    for (HUIEngine* engine : {hui.get(), huiB.get()}) {
+        engine->flipPanSide();
+        engine->pressSwitch(hui::assignZone, hui::panAssignPort);
+    }
+}
+
+} // namespace lumbrine

@@ -1,0 +1,139 @@
+// The two surfaces as the system sees them: under which names and identities their ports are made, and what becomes of
+// them when a port cannot be made.
+#include "base/midi_packet_list.h"
+#include "model/hands/surfaces.h"
+#include "model/testing/model_test.h"
+#include "platform/virtual/still_runtime.h"
+
+#include <functional>
+#include <utility>
+
+namespace lumbrine {
+namespace {
+
+// Writes down which ports are made and what leaves them, and makes no port of the name that is to fail.
+class PortRegister final : public MIDIServices {
+public:
+    Lines made; // "source Lumbrine", "Lumbrine is LmRS"
+    Lines sent; // "Lumbrine: FF"
+    std::string failing;
+    std::function<void()> onSent = [] {};
+
+    MIDIStatus createClient(const std::string& name, MIDIClientRef& client) override {
+        made.push_back("client " + name);
+        client = 1;
+        return 0;
+    }
+
+    MIDIStatus createSource(MIDIClientRef, const std::string& name, MIDIEndpointRef& source) override {
+        if (name == failing) return -10830;
+        return make("source", name, source);
+    }
+
+    MIDIStatus createDestination(MIDIClientRef, const std::string& name, MIDIReadBlock, MIDIEndpointRef& end) override {
+        return make("destination", name, end);
+    }
+
+    MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override {
+        std::string code;
+        for (const int shift : {24, 16, 8, 0})
+            code += static_cast<char>(uniqueID >> shift & 0xFF);
+        made.push_back(endpoints.at(endpoint - 1) + " is " + code);
+        return 0;
+    }
+
+    MIDIStatus received(MIDIEndpointRef source, ByteView packetList) override {
+        forEachPacket(packetList, [&](ByteView data) { sent.push_back(endpoints.at(source - 1) + ": " + hex(data)); });
+        onSent();
+        return 0;
+    }
+
+private:
+    MIDIStatus make(const std::string& kind, const std::string& name, MIDIEndpointRef& endpoint) {
+        endpoints.push_back(kind + " " + name);
+        made.push_back(endpoints.back());
+        endpoint = static_cast<MIDIEndpointRef>(endpoints.size());
+        return 0;
+    }
+
+    Lines endpoints;
+};
+
+class SurfacesTest : public ::testing::Test {
+protected:
+    void start() {
+        surfaces.wire({});
+        surfaces.startSurfaces();
+        runtime.runFor(1s);
+    }
+
+    VirtualRuntime runtime;
+    Jobs jobs{runtime};
+    PublishedState published;
+    Lines lines;
+    ActivityLog log{jobs, published, [this](const std::string& line) { lines.push_back(line); }};
+    PortRegister ports;
+    Surfaces surfaces{runtime, ports, Bilingual(false), log};
+};
+
+TEST_F(SurfacesTest, HaveThePortsByWhichProToolsKnowsThem) {
+    start();
+    EXPECT_THAT(ports.made,
+                ElementsAre("client Lumbrine", "source Lumbrine", "destination Lumbrine", "source Lumbrine is LmRS",
+                            "destination Lumbrine is LmRD", //
+                            "client Lumbrine B", "source Lumbrine B", "destination Lumbrine B",
+                            "source Lumbrine B is LmSB", "destination Lumbrine B is LmDB"));
+}
+
+TEST_F(SurfacesTest, AreBothLeftAloneWhenTheFirstCannotBeMade) {
+    ports.failing = "Lumbrine";
+    start();
+    EXPECT_THAT(ports.made, ElementsAre("client Lumbrine"));
+    EXPECT_THAT(lines, ElementsAre("✗ MIDI failed: MIDISourceCreate failed: -10830"));
+    EXPECT_THAT(ports.sent, IsEmpty());
+}
+
+TEST_F(SurfacesTest, AreNotAnnouncedWhenTheSecondCannotBeMade) {
+    ports.failing = "Lumbrine B";
+    start();
+    EXPECT_EQ(ports.made.back(), "client Lumbrine B");
+    EXPECT_THAT(lines, ElementsAre("✗ MIDI failed: MIDISourceCreate failed: -10830"));
+    EXPECT_THAT(ports.sent, IsEmpty());
+}
+
+TEST_F(SurfacesTest, KeepTheFirstWhenTheSecondCannotBeMade) {
+    ports.failing = "Lumbrine B";
+    start();
+    surfaces.engine(SurfaceID::A).touch(3);
+    surfaces.engine(SurfaceID::B).touch(3);
+    EXPECT_THAT(ports.sent, ElementsAre("source Lumbrine: B0 0F 03", "source Lumbrine: B0 2F 40"));
+}
+
+TEST_F(SurfacesTest, AreAnnouncedThreeTimesEach) {
+    start();
+    EXPECT_THAT(ports.sent,
+                testing::UnorderedElementsAre("source Lumbrine: FF", "source Lumbrine B: FF", "source Lumbrine: FF",
+                                              "source Lumbrine B: FF", "source Lumbrine: FF", "source Lumbrine B: FF"));
+}
+
+TEST(SurfacesPanSide, IsTurnedBeforeProToolsHearsOfIt) {
+    StillRuntime runtime;
+    Jobs jobs(runtime);
+    PublishedState published;
+    ActivityLog log(jobs, published, [](const std::string&) {});
+    PortRegister ports;
+    Surfaces surfaces(runtime, ports, Bilingual(false), log);
+    surfaces.wire({});
+    surfaces.startSurfaces();
+    std::vector<std::pair<bool, bool>> sides; // of A and B at each message
+    ports.onSent = [&] {
+        sides.emplace_back(surfaces.engine(SurfaceID::A).showsRightPan(),
+                           surfaces.engine(SurfaceID::B).showsRightPan());
+    };
+    surfaces.hwPanAssignToggle();
+    EXPECT_THAT(sides, ElementsAre(std::pair(true, false), std::pair(true, false), //
+                                   std::pair(true, true), std::pair(true, true)));
+}
+
+} // namespace
+} // namespace lumbrine

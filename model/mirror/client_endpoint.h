@@ -1,0 +1,56 @@
+// The receiver on the network: its UDP server and the announcement of it.
+#pragma once
+
+#include "base/bilingual.h"
+#include "client_link/udp_server.h"
+#include "model/state/activity_log.h"
+#include "model/state/configuration.h"
+#include "platform/api/service_discovery.h"
+#include "platform/api/system_info.h"
+
+#include <memory>
+
+namespace lumbrine {
+
+class ClientEndpoint {
+public:
+    using Handler = std::function<void(ByteView bytes, std::string_view key)>;
+
+    ClientEndpoint(Runtime& rt, DatagramSockets& datagramSockets, ServiceAdvertiser& serviceAdvertiser,
+                   const SystemInfo& systemInfo, Configuration configuration, Bilingual bilingual,
+                   ActivityLog& activityLog);
+
+    // Listens, and announces the port even when listening failed; logs both. `handler` gets the owner's datagrams on
+    // the receive thread. Main thread, once.
+    void startUDPAndBonjour(Handler handler);
+
+    // Waits for the receive thread to end, after which the handler is not called any more; a handler at work meanwhile
+    // can still send. Main thread.
+    void close();
+
+    // The rest: any thread; nothing happens and nobody is there before the start, nothing is sent after the end.
+
+    void send(ByteView bytes, std::string_view key); // to that peer alone
+    void broadcast(ByteView bytes);                  // to the live owner alone
+    std::vector<std::string> connectedIPs();
+    std::optional<std::string> ownerIP();
+    std::optional<std::string> liveOwnerKey();
+
+    const std::uint16_t port;
+
+private:
+    void listen(Handler handler);
+    void advertise();
+
+    Runtime& runtime;
+    DatagramSockets& sockets;
+    ServiceAdvertiser& advertiser;
+    const SystemInfo& system;
+    const bool noBonjour;
+    const Bilingual text;
+    ActivityLog& log;
+    std::unique_ptr<UDPServer> udp;
+    std::unique_ptr<Advertisement> bonjour;
+};
+
+} // namespace lumbrine

@@ -1,0 +1,184 @@
+#include "model/reactions/client_commands.h"
+
+#include "client_link/client_command.h"
+
+#include <utility>
+#include <variant>
+
+namespace lumbrine {
+
+// One command under way: an overload for each message.
+class ClientCommands::Execution {
+public:
+    Execution(const ClientCommands& owner, std::string_view senderKey)
+        : jobs(owner.jobs), state(owner.state), parts(owner.parts), key(senderKey) {}
+
+    void noteArrival() const {
+        onMain([](ReceiverState&, TimePoint) {});
+    }
+
+    void operator()(const Hello&) const {
+        parts.hello.pong(key);
+        if (!parts.hello.calls(key)) return noteArrival();
+        onMain(
+            [&hello = parts.hello, sender = std::string(key)](ReceiverState&, TimePoint) { hello.followUp(sender); });
+    }
+
+    // ---- Faders
+
+    void operator()(const FaderMove& command) const {
+        const double value = command.value.unit();
+        engineFor(command.strip).sendFader(engineStripFor(command.strip), value);
+        onMain([strip = Strip::of(command.strip), value](ReceiverState& known, TimePoint now) {
+            if (!strip) return;
+            known.published.faders[strip->slot()] = value;
+            known.mirror.lastClientFaderAt[strip->slot()] = now;
+            known.published.changed();
+        });
+    }
+
+    void operator()(const FaderTouch& command) const {
+        engineFor(command.strip).touch(engineStripFor(command.strip));
+        onMain([strip = Strip::of(command.strip)](ReceiverState& known, TimePoint now) {
+            if (!strip) return;
+            known.mirror.stripTouched[strip->slot()] = true;
+            known.mirror.lastClientFaderAt[strip->slot()] = now;
+        });
+    }
+
+    void operator()(const FaderRelease& command) const {
+        engineFor(command.strip).release(engineStripFor(command.strip));
+        onMain([strip = Strip::of(command.strip), &mirror = parts.mirror](ReceiverState& known, TimePoint) {
+            if (!strip) return;
+            known.mirror.stripTouched[strip->slot()] = false;
+            mirror.sendFaderToClient(*strip, known.published.faders[strip->slot()]);
+        });
+    }
+
+    // ---- Switches
+
+    void operator()(const MutePress& command) const { press(command.strip, hui::mutePort); }
+    void operator()(const SoloPress& command) const { press(command.strip, hui::soloPort); }
+    void operator()(const RecArmPress& command) const { press(command.strip, hui::recArmPort); }
+    void operator()(const SelectPress& command) const { press(command.strip, hui::selectPort); }
+
+    // ---- Pan
+
+    void operator()(const VpotDelta& command) const {
+        engineFor(command.strip).sendVpotDelta(engineStripFor(command.strip), command.delta);
+        noteArrival();
+    }
+
+    void operator()(const PanModeToggle&) const {
+        parts.surfaces.hwPanAssignToggle();
+        onMain([&panMode = parts.panMode](ReceiverState& known, TimePoint) {
+            panMode.setPanMode(!known.automation.panRightMode);
+        });
+    }
+
+    void operator()(const PanSeek& command) const {
+        onMain([&seeker = parts.panSeeker, command](ReceiverState&, TimePoint) {
+            seeker.seek(command.strip, command.target);
+        });
+    }
+
+    // ---- Banks
+
+    void operator()(const BankMove& command) const {
+        noteArrival();
+        parts.bankMoves.bankMove(command.kind);
+    }
+
+    void operator()(const SeekBank& command) const {
+        noteArrival();
+        parts.seekWorker.seekBank(command.target);
+    }
+
+    void operator()(const Recalibrate&) const {
+        onMain([&calibration = parts.calibration](ReceiverState&, TimePoint) { calibration.calibrateBanks(true); });
+        parts.metadata.refreshFullNames();
+    }
+
+    void operator()(const VisibleRange& command) const {
+        noteArrival();
+        parts.visibleRange.refreshVisibleRange(command.start, command.count);
+    }
+
+    // ---- Tracks and groups
+
+    void operator()(const InputMonitorToggle& command) const {
+        onMain([strip = Strip::of(command.strip), &metadata = parts.metadata](ReceiverState&, TimePoint) {
+            if (strip) metadata.toggleInputMonitor(*strip);
+        });
+    }
+
+    void operator()(const SetAutoMode& command) const {
+        noteArrival();
+        if (const auto strip = Strip::of(command.strip)) parts.automation.setAutoMode(*strip, command.mode);
+    }
+
+    void operator()(const GroupAutoMode& command) const {
+        noteArrival();
+        parts.groups.groupSetAutoMode(command.members, command.huiPort);
+    }
+
+    void operator()(const GroupMute& command) const {
+        noteArrival();
+        parts.groupSwitches.groupSetMuteSolo(command.members, false, command.enabled);
+    }
+
+    void operator()(const GroupSolo& command) const {
+        noteArrival();
+        parts.groupSwitches.groupSetMuteSolo(command.members, true, command.enabled);
+    }
+
+    void operator()(const GroupFaders& command) const {
+        noteArrival();
+        parts.groups.groupSetFaders(command.entries);
+    }
+
+private:
+    // Notes on the main thread that the client is alive and does there what else is to be done: one job for both, small
+    // enough to be posted without allocation.
+    template <typename Rest>
+    void onMain(Rest rest) const {
+        jobs.runOnMain([&runtime = jobs.runtime, &known = state, rest = std::move(rest)] {
+            const TimePoint now = runtime.now();
+            known.presence.lastUDP = now;
+            rest(known, now);
+        });
+    }
+
+    void press(std::uint8_t strip, int port) const {
+        noteArrival();
+        parts.surfaces.hwMute(strip, port);
+    }
+
+    // Any strip number: those beyond 15 reach surface B's engine as one of its own beyond 7, which it ignores.
+    HUIEngine& engineFor(std::uint8_t strip) const {
+        return parts.surfaces.engine(strip < stripsPerSurface ? SurfaceID::A : SurfaceID::B);
+    }
+    static int engineStripFor(std::uint8_t strip) {
+        return strip < stripsPerSurface ? strip : strip - stripsPerSurface;
+    }
+
+    const Jobs& jobs;
+    ReceiverState& state;
+    const Parts& parts;
+    const std::string_view key;
+};
+
+ClientCommands::ClientCommands(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts)
+    : jobs(modelJobs), state(receiverState), parts(otherParts) {}
+
+void ClientCommands::handleUDP(ByteView bytes, std::string_view key) {
+    if (!isClientDatagram(bytes)) return;
+    const Execution execution(*this, key);
+    if (const auto command = parseClientCommand(bytes)) {
+        std::visit(execution, *command);
+    } else {
+        execution.noteArrival();
+    }
+}
+
+} // namespace lumbrine

@@ -1,0 +1,50 @@
+// What the client's messages do. Datagrams come on the UDP receive thread; presses go to the surfaces from there at
+// once, whatever touches the state hops to the main thread.
+#pragma once
+
+#include "model/bank/bank_moves.h"
+#include "model/bank/group_operations.h"
+#include "model/bank/visible_range_walk.h"
+#include "model/hands/pan_mode.h"
+#include "model/hands/pan_seeker.h"
+#include "model/reactions/hello_response.h"
+#include "model/tracks/group_mute_solo.h"
+#include "model/tracks/track_metadata.h"
+
+#include <string_view>
+
+namespace lumbrine {
+
+class ClientCommands {
+public:
+    struct Parts {
+        Surfaces& surfaces;
+        ClientMirror& mirror;
+        HelloResponse& hello;
+        PanMode& panMode;
+        PanSeeker& panSeeker;
+        BankMoves& bankMoves;
+        SeekWorker& seekWorker;
+        Calibration& calibration;
+        TrackMetadata& metadata;
+        AutomationModes& automation;
+        GroupOperations& groups;
+        GroupMuteSolo& groupSwitches;
+        VisibleRangeWalk& visibleRange;
+    };
+
+    ClientCommands(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts);
+
+    // One datagram of the owner and the key to answer it with. Whatever is malformed is dropped. Faders, touches and
+    // V-Pots go from here to the MIDI ports without allocation or log line.
+    void handleUDP(ByteView bytes, std::string_view key);
+
+private:
+    class Execution;
+
+    const Jobs& jobs;
+    ReceiverState& state;
+    const Parts parts;
+};
+
+} // namespace lumbrine

@@ -1,0 +1,45 @@
+#include "model/reactions/owner_watch.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace lumbrine {
+
+OwnerWatch::OwnerWatch(ReceiverState& receiverState, ClientEndpoint& clientEndpoint, Surfaces& hostSurfaces,
+                       Bilingual bilingual)
+    : state(receiverState), endpoint(clientEndpoint), surfaces(hostSurfaces), text(bilingual) {}
+
+void OwnerWatch::watchOwner() {
+    auto owner = endpoint.liveOwnerKey();
+    if (owner == prevOwnerID) return;
+    prevOwnerID = std::move(owner);
+    for (int i = 0; i < stripCount; ++i) {
+        const Strip strip = *Strip::of(i);
+        if (!std::exchange(state.mirror.stripTouched[strip.slot()], false)) continue;
+        surfaces.engineOf(strip).release(strip.engineStrip());
+    }
+}
+
+void OwnerWatch::describeClients() {
+    std::string now = description();
+    if (now == state.published.iosClientDesc) return;
+    state.published.iosClientDesc = std::move(now);
+    state.published.changed();
+}
+
+// "192.168.1.7 (+1 waiting)"
+std::string OwnerWatch::description() {
+    const std::vector<std::string> live = endpoint.connectedIPs();
+    std::string owner = endpoint.ownerIP().value_or("");
+    const auto waiting = std::ranges::count_if(live, [&owner](const std::string& ip) { return ip != owner; });
+    if (waiting == 0) return owner;
+    const std::string count = std::to_string(waiting);
+    const std::string others = text("(+" + count + " waiting)", "（他 " + count + " 台待機）");
+    return owner.empty() ? others : text(owner + " " + others, owner + others);
+}
+
+void OwnerWatch::forgetTouches() {
+    if (!state.published.iosConnected) state.mirror.stripTouched.fill(false);
+}
+
+} // namespace lumbrine
