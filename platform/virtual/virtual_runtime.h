@@ -38,6 +38,10 @@ public:
         // Interruptions in the middle of things become rarer, and the program several times as fast.
         std::uint64_t patience = 1;
 
+        // `inOrder`: a thread goes on until it waits, and whoever became ready first is next. The history no longer
+        // hangs on how often the program could have handed the baton on, so two builds of one program can be compared.
+        enum class Turns { drawn, inOrder } turns = Turns::drawn;
+
         // Wherever it could hand the baton on, a thread may stand still while the others go on, also with a Mutex held.
         // Of the main thread: while time passes, so that `runFor` may return later than it should.
         Standstill standstill = {};

@@ -19,9 +19,9 @@ constexpr Duration longestMainWait = std::chrono::hours(1);
 } // namespace
 
 VirtualScheduler::VirtualScheduler(const VirtualRuntime::Options& options)
-    : seed(options.seed), stepLimit(options.stepLimit), patience(options.patience), choices(options.seed),
-      draws(~options.seed), standstills(options.seed ^ 1, options.standstill),
-      mainStandstills(options.seed ^ 2, options.mainStandstill) {
+    : seed(options.seed), stepLimit(options.stepLimit), patience(options.patience),
+      inOrder(options.turns == VirtualRuntime::Options::Turns::inOrder), choices(options.seed), draws(~options.seed),
+      standstills(options.seed ^ 1, options.standstill), mainStandstills(options.seed ^ 2, options.mainStandstill) {
     main.name = "main";
     main.id = std::this_thread::get_id();
     main.state = State::running;
@@ -68,7 +68,7 @@ void VirtualScheduler::yield(std::string_view what) {
     VirtualThread& thread = self();
     thread.waitsFor = what;
     if (standsStill(thread)) return;
-    if (ready.empty() || (patience > 1 && nextSplitMix(choices) % patience != 0)) {
+    if (ready.empty() || inOrder || (patience > 1 && nextSplitMix(choices) % patience != 0)) {
         mix(thread.number);
         // A test that does a great deal on the main thread between two runs is no livelock.
         if (&thread != &main) countStep(thread);
@@ -150,10 +150,7 @@ VirtualThread& VirtualScheduler::choose() {
     for (;;) {
         if (watching && !looked && main.state == State::idling) return main;
         if (!ready.empty()) {
-            const std::size_t index = ready.size() == 1 ? 0 : nextSplitMix(choices) % ready.size();
-            VirtualThread& chosen = *ready[index];
-            ready[index] = ready.back();
-            ready.pop_back();
+            VirtualThread& chosen = takeReady();
             mix(chosen.number);
             countStep(chosen);
             if (&chosen != &main) looked = false;
@@ -166,6 +163,18 @@ VirtualThread& VirtualScheduler::choose() {
         allDue = true;
         return main;
     }
+}
+
+VirtualThread& VirtualScheduler::takeReady() {
+    const std::size_t index = inOrder || ready.size() == 1 ? 0 : nextSplitMix(choices) % ready.size();
+    VirtualThread& taken = *ready[index];
+    if (inOrder) {
+        ready.erase(ready.begin());
+    } else {
+        ready[index] = ready.back();
+        ready.pop_back();
+    }
+    return taken;
 }
 
 void VirtualScheduler::countStep(const VirtualThread& thread) {

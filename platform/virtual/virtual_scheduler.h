@@ -146,6 +146,7 @@ private:
     bool standsStill(VirtualThread& thread);
     void passOn(VirtualThread& from);
     VirtualThread& choose();
+    VirtualThread& takeReady();
     void makeReady(VirtualThread& thread);
     bool moveClock();
     std::optional<TimePoint> nextDeadline() const;
@@ -156,6 +157,7 @@ private:
     const std::uint64_t seed;
     const std::uint64_t stepLimit;
     const std::uint64_t patience;
+    const bool inOrder;
     std::uint64_t choices;
     std::uint64_t draws;
     Standstills standstills;

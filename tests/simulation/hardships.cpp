@@ -58,8 +58,12 @@ Hardships hardshipsOf(std::uint64_t seed, const Switches& switches) {
     return hardships;
 }
 
-VirtualRuntime::Options runtimeOptions(std::uint64_t seed, std::uint64_t patience, const Hardships& hardships) {
-    VirtualRuntime::Options options{.seed = seed, .patience = patience, .timerOrder = hardships.timerOrder};
+VirtualRuntime::Options runtimeOptions(const Scenario& scenario) {
+    const Hardships& hardships = scenario.hardships;
+    VirtualRuntime::Options options{.seed = scenario.seed,
+                                    .patience = scenario.patience,
+                                    .turns = scenario.turns,
+                                    .timerOrder = hardships.timerOrder};
     if (hardships.threadStandsStill)
         options.standstill = {
             .every = seconds(1), .shortest = seconds(0.02), .longest = seconds(0.5), .meets = isOfTheReceiver};

@@ -11,6 +11,8 @@
 
 namespace lumbrine::simulation {
 
+struct Scenario;
+
 struct Hardships {
     bool threadStandsStill = false; // one of the receiver's, for 20-500 ms
     bool mainThreadStalls = false;  // for up to 4 s
@@ -37,6 +39,6 @@ struct Hardships {
 Hardships hardshipsOf(std::uint64_t seed, const Switches& switches);
 
 // How the runtime of such a session is made.
-VirtualRuntime::Options runtimeOptions(std::uint64_t seed, std::uint64_t patience, const Hardships& hardships);
+VirtualRuntime::Options runtimeOptions(const Scenario& scenario);
 
 } // namespace lumbrine::simulation

@@ -1,5 +1,7 @@
 #include "tests/simulation/recording_sockets.h"
 
+#include "tests/simulation/trace.h"
+
 #include <algorithm>
 
 namespace lumbrine::simulation {
@@ -14,7 +16,10 @@ bool isMeters(ByteView datagram) {
 
 int RecordingSockets::receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) {
     const int length = sockets.receive(fd, buffer, from);
-    if (length > 0) record.push_back({runtime.now(), nameOf(from), Bytes(buffer.begin(), buffer.begin() + length)});
+    if (length <= 0) return length;
+    record.push_back({runtime.now(), nameOf(from), Bytes(buffer.begin(), buffer.begin() + length)});
+    if (trace != nullptr)
+        trace->traffic.note(runtime.now(), "from client " + record.back().sender, record.back().bytes);
     return length;
 }
 
@@ -44,6 +49,7 @@ void RecordingSockets::note(ByteView bytes, const PeerAddress& to) {
 
 int RecordingSockets::send(int fd, ByteView bytes, const PeerAddress& to) {
     if (onSend) onSend(bytes);
+    if (trace != nullptr) trace->traffic.note(runtime.now(), "to client " + nameOf(to), bytes);
     if (!isMeters(bytes)) note(bytes, to);
     if (isMeters(bytes) && !carriesMeters) return static_cast<int>(bytes.size());
     return sockets.send(fd, bytes, to);

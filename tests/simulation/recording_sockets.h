@@ -1,6 +1,6 @@
 // The receiver's sockets with a record of every datagram that was received through them, with its sender and its time:
 // what the receiver really got, which the checkers start from. What it sends is shown to an observer, and recorded but
-// for the meters.
+// for the meters. A trace gets all of it.
 #pragma once
 
 #include "platform/api/datagram_sockets.h"
@@ -13,6 +13,8 @@
 #include <vector>
 
 namespace lumbrine::simulation {
+
+struct Trace;
 
 struct ReceivedDatagram {
     TimePoint at;
@@ -37,8 +39,8 @@ struct SentDatagrams {
 class RecordingSockets final : public DatagramSockets {
 public:
     // Meters that do not arrive are lost on the way.
-    RecordingSockets(Runtime& rt, DatagramSockets& real, bool metersArrive)
-        : runtime(rt), sockets(real), carriesMeters(metersArrive) {}
+    RecordingSockets(Runtime& rt, DatagramSockets& real, bool metersArrive, Trace* itsTrace)
+        : runtime(rt), sockets(real), carriesMeters(metersArrive), trace(itsTrace) {}
 
     const std::vector<ReceivedDatagram>& received() const { return record; }
     SentDatagrams takeSent() { return std::move(outgoing); } // once
@@ -70,6 +72,7 @@ private:
     Runtime& runtime;
     DatagramSockets& sockets;
     const bool carriesMeters;
+    Trace* const trace; // may be null
     std::vector<ReceivedDatagram> record;
     SentDatagrams outgoing;
     std::vector<PeerAddress> addresses; // of its peers

@@ -58,7 +58,8 @@ struct Scenario {
     std::uint64_t seed = 1;
     Switches switches;
     std::uint64_t patience = 1; // of the threads, see VirtualRuntime::Options
-    int phones = 1;             // 1-3
+    VirtualRuntime::Options::Turns turns = VirtualRuntime::Options::Turns::drawn;
+    int phones = 1; // 1-3
     int tracks = 16;
     bool namesDiffer = false; // in every display; else they are as in real sessions
     Sources sources;

@@ -1,8 +1,9 @@
 // Seeded sessions: simulation_tests --seeds N runs seeds 1 to N, --seed N runs that one and tells about it. --with NAME
-// (or "all") switches on what is off in not_yet.h.
+// (or "all") switches on what is off in not_yet.h. --traces FOLDER runs no test and writes the sessions' traffic there.
 #include "tests/simulation/checkers.h"
 #include "tests/simulation/studio.h"
 #include "tests/simulation/summary.h"
+#include "tests/simulation/trace.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +18,7 @@ std::uint64_t firstSeed = 1;
 std::uint64_t lastSeed = LUMBRINE_SIMULATED_SESSIONS;
 Switches switches;
 std::string switchArguments; // as they were given
+std::string traceFolder;     // empty: no traces
 
 std::string reportOf(const Scenario& scenario, const Violations& violations) {
     constexpr std::size_t most = 5;
@@ -71,6 +73,8 @@ bool readArguments(int count, char** arguments) {
             firstSeed = lastSeed = number;
         } else if (name == "--with" && switches.switchOn(value)) {
             switchArguments += " --with " + value;
+        } else if (name == "--traces" && !value.empty()) {
+            traceFolder = value;
         } else {
             std::cerr << "simulation_tests: cannot do \"" << name << " " << value << "\"\n";
             return false;
@@ -79,11 +83,18 @@ bool readArguments(int count, char** arguments) {
     return true;
 }
 
+int run() {
+    if (traceFolder.empty()) return RUN_ALL_TESTS();
+    if (writeTraces(traceFolder, firstSeed, lastSeed, switches)) return 0;
+    std::cerr << "simulation_tests: cannot write to " << traceFolder << "\n";
+    return 1;
+}
+
 } // namespace
 } // namespace lumbrine::simulation
 
 int main(int count, char** arguments) {
     testing::InitGoogleTest(&count, arguments);
     if (!lumbrine::simulation::readArguments(count, arguments)) return 2;
-    return RUN_ALL_TESTS();
+    return lumbrine::simulation::run();
 }

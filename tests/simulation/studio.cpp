@@ -21,8 +21,8 @@ void forgetBefore(std::vector<ToldTracks>& told, TimePoint since) {
 
 } // namespace
 
-Evidence runSession(const Scenario& scenario) {
-    World world(scenario);
+Evidence runSession(const Scenario& scenario, Trace* trace) {
+    World world(scenario, trace);
     Trouble trouble(world);
     trouble.run();
     Recovery recovery = Calm(world).run();

@@ -3,9 +3,11 @@
 
 #include "tests/simulation/evidence.h"
 #include "tests/simulation/scenario.h"
+#include "tests/simulation/trace.h"
 
 namespace lumbrine::simulation {
 
-Evidence runSession(const Scenario& scenario);
+// What crosses the wires is noted in the trace, where there is one.
+Evidence runSession(const Scenario& scenario, Trace* trace = nullptr);
 
 } // namespace lumbrine::simulation

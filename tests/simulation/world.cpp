@@ -56,15 +56,19 @@ SimulatedSession sessionOf(const Scenario& scenario, int tracks, std::uint64_t s
     return session;
 }
 
-World::World(const Scenario& decided)
-    : scenario(decided), runtime(runtimeOptions(decided.seed, decided.patience, decided.hardships)),
-      sockets(runtime, network.host(receiverAddress), decided.metersArrive),
+World::World(const Scenario& decided, Trace* trace)
+    : scenario(decided), runtime(runtimeOptions(decided)),
+      tracedMIDI(trace == nullptr ? std::nullopt
+                                  : std::optional<TracedMIDI>(std::in_place, runtime, midi, trace->traffic)),
+      sockets(runtime, network.host(receiverAddress), decided.metersArrive, trace),
       proTools(std::make_unique<SimulatedProTools>(runtime, midi, recorded(decided.host),
                                                    sessionOf(decided, decided.tracks, decided.seed))),
       model(ReceiverModel::create(
-          {receiverRuntime, midi, sockets, advertiser, computer, streams, json, accessibility()}, Bilingual(false),
-          [this](const std::string& line) {
+          {receiverRuntime, midiServices(), sockets, advertiser, computer, streams, json, accessibility()},
+          Bilingual(false),
+          [this, trace](const std::string& line) {
               lines.emplace_back(runtime.now(), line);
+              if (trace != nullptr) trace->log.note(runtime.now(), line);
               if (runtime.onMain() && watch) watch->note(line);
           })),
       watch(std::make_unique<JobWatch>(runtime, state(), *proTools)), begun(runtime.now()) {
@@ -93,6 +97,11 @@ World::~World() {
     endReceiver();
     service.reset();
     proTools.reset();
+}
+
+MIDIServices& World::midiServices() {
+    if (tracedMIDI) return *tracedMIDI;
+    return midi;
 }
 
 Accessibility& World::accessibility() {

@@ -16,6 +16,7 @@
 #include "tests/simulation/source_watch.h"
 #include "tests/simulation/studio_computer.h"
 #include "tests/simulation/suppression_checker.h"
+#include "tests/simulation/trace.h"
 
 #include <memory>
 #include <optional>
@@ -30,7 +31,7 @@ SimulatedSession sessionOf(const Scenario& scenario, int tracks, std::uint64_t s
 
 struct World {
     // The receiver has been started, and the phones look for it.
-    explicit World(const Scenario& decided);
+    explicit World(const Scenario& decided, Trace* trace = nullptr);
 
     // Everybody leaves, and what is under way ends.
     ~World();
@@ -46,6 +47,7 @@ struct World {
     ReceiverRuntime receiverRuntime{runtime};
     VirtualNetwork network{runtime};
     MemoryMIDI midi{runtime};
+    std::optional<TracedMIDI> tracedMIDI; // where there is a trace
     VirtualStreams streams{runtime};
     NlohmannJSON json{Bilingual(false)};
     NoAccessibility noAccessibility;
@@ -64,6 +66,7 @@ struct World {
     const TimePoint begun;
 
 private:
+    MIDIServices& midiServices();
     Accessibility& accessibility();
     Ending end(const Evidence& before);
     void endReceiver();
