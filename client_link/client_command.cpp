@@ -16,12 +16,12 @@ constexpr int autoModeLimit = 6;
 
 using Parsed = std::optional<ClientCommand>;
 
-// Gets a datagram that has at least the minimum length of its message.
+// Called only with a datagram of at least the minimum length of its message.
 using Parser = Parsed (*)(ByteView datagram);
 
 struct Message {
-    std::size_t minimum = 0; // length of the whole datagram
-    Parser parse = nullptr;  // none: no command has this opcode
+    std::size_t minimum = 0; // shortest valid datagram, header included
+    Parser parse = nullptr;  // null when no command has this opcode
 };
 
 template <typename Command>
@@ -59,7 +59,7 @@ Parsed visibleRange(ByteView datagram) {
     return VisibleRange{readBigEndian16(datagram, 2), datagram[4]};
 }
 
-// The members of the group messages whose count stands at byte 3; absent when the datagram ends before the last one.
+// The members of a group message with its count at byte 3. Absent when the datagram ends before the last member.
 std::optional<std::vector<int>> membersOf(ByteView datagram) {
     const std::size_t count = datagram[3];
     if (datagram.size() < 4 + 2 * count) return std::nullopt;
@@ -96,7 +96,7 @@ Parsed groupFaders(ByteView datagram) {
     return command;
 }
 
-// By opcode. 0x10-0x1F are kept free on this side; they are the types of what the receiver sends.
+// Indexed by opcode. 0x10-0x1F stay unused here, because they are the types of the receiver's own messages.
 constexpr std::array<Message, 0x25> messages = [] {
     std::array<Message, 0x25> table{};
     table[0x00] = {2, withoutBody<Hello>};

@@ -1,7 +1,8 @@
-// The vocabulary of the remote client: one struct for each message, and the parser from datagram to message.
+// The messages that a client sends: one struct for each message, and the parser for datagrams.
 //
-// A datagram is the version byte 0x01, an opcode and a body (docs/protocol.md). Strips are surface strips as they stand
-// in the datagram, 0-255; members are session track indices.
+// A datagram is the version byte 0x01, an opcode and a body; docs/protocol.md has every byte. A strip is a surface
+// strip exactly as received, 0-255: the parser does not check its range, except where a field says so. A member is the
+// index of a track in the session.
 #pragma once
 
 #include "base/bytes.h"
@@ -45,21 +46,21 @@ struct VpotDelta {
 struct PanModeToggle {};
 struct PanSeek {
     std::uint8_t strip;
-    std::uint8_t target; // ring position as sent; 1-11 is meaningful
+    std::uint8_t target; // ring position, unchecked; 1-11 are meaningful
 };
 struct BankMove {
-    std::uint8_t kind; // 0-3 is meaningful
+    std::uint8_t kind; // unchecked; 0-3 are meaningful, the ports of the HUI bank buttons
 };
 struct SeekBank {
-    std::uint16_t target; // track index
+    std::uint16_t target; // index of the track that the first strip is to show
 };
 struct Recalibrate {};
 struct InputMonitorToggle {
     std::uint8_t strip;
 };
 struct SetAutoMode {
-    std::uint8_t strip; // always below 16
-    std::uint8_t mode;  // always below 6
+    std::uint8_t strip; // checked: 0-15
+    std::uint8_t mode;  // checked: 0-5, a port of the HUI automation keys
 };
 struct GroupAutoMode {
     std::uint8_t huiPort;
@@ -74,7 +75,7 @@ struct GroupSolo {
     std::vector<int> members;
 };
 struct GroupFaders {
-    std::vector<std::pair<int, double>> entries; // member, 0.0-1.0 nominally (raw / 16383)
+    std::vector<std::pair<int, double>> entries; // member and raw / 16383, which is above 1.0 for more than 14 bits
 };
 struct VisibleRange {
     std::uint16_t start;
@@ -86,13 +87,13 @@ using ClientCommand =
                  PanModeToggle, PanSeek, BankMove, SeekBank, Recalibrate, InputMonitorToggle, SetAutoMode,
                  GroupAutoMode, GroupMute, GroupSolo, GroupFaders, VisibleRange>;
 
-// True when the datagram is one of this protocol at all: two bytes or more, version 1. Such a datagram counts as a sign
-// of life even when no command comes of it.
+// True for a datagram of this protocol: at least two bytes, version 1. Such a datagram counts as a sign of life from
+// the client even when it holds no valid command.
 bool isClientDatagram(ByteView datagram);
 
-// Absent for a wrong version, a reserved or unknown opcode, a datagram shorter than its message, a group that ends
-// before its last member, and a SetAutoMode out of range. Bytes behind the message are ignored. Allocates only for the
-// group messages.
+// Absent for a wrong version, a reserved or unknown opcode, a datagram that is shorter than its message, a group with
+// fewer members than its count, and a SetAutoMode out of range. Extra bytes after the message are ignored. Only group
+// messages allocate.
 std::optional<ClientCommand> parseClientCommand(ByteView datagram);
 
 } // namespace lumbrine

@@ -229,7 +229,7 @@ struct GroupLayout {
 
 class GroupCommand : public testing::TestWithParam<GroupLayout> {};
 
-// Every count at the lengths around the one it asks for, and far below.
+// Every count, with datagrams around the length that it needs and far below it.
 TEST_P(GroupCommand, NeedsExactlyAsManyBytesAsItsCountSays) {
     const auto [opcode, countAt, entrySize] = GetParam();
     for (std::size_t count = 0; count < 256; ++count) {
@@ -272,7 +272,7 @@ TEST(ClientCommand, ReadsTheLargestGroups) {
     EXPECT_EQ(std::get<GroupFaders>(*command).entries.size(), 255u);
 }
 
-// A view into the middle of a larger buffer: nothing behind its end is looked at.
+// A view into the middle of a larger buffer: bytes after its end are not read.
 TEST(ClientCommand, NeverLooksBehindTheEndOfTheDatagram) {
     const Bytes buffer{0x01, 0x21, 0x01, 0x02, 0x00, 0x05, 0x01, 0x00};
     for (std::size_t length = 0; length < buffer.size(); ++length)

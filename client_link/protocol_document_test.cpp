@@ -1,4 +1,4 @@
-// The byte examples of docs/protocol.md, held against the parser and the builders.
+// Checks the byte examples of docs/protocol.md against the parser and the builders.
 #include "client_link/client_command.h"
 #include "client_link/state_messages.h"
 #include "client_link/testing/describe_command.h"

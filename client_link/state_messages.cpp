@@ -36,7 +36,7 @@ enum class Type : std::uint8_t {
     pong = 0x7F,
 };
 
-// The header, and room for a body of that size, so that building a message takes one allocation.
+// Starts a message with its header and reserves room for the body, so that building it allocates once.
 Bytes begin(Type type, std::size_t bodySize) {
     Bytes message;
     message.reserve(headerSize + bodySize);
@@ -91,7 +91,7 @@ Bytes bytesMessage(Type type, ByteView body) {
     return message;
 }
 
-// Cuts the tracks of a session into datagrams; `append` writes one track.
+// Splits the tracks of a session into datagrams. `append` writes one track.
 template <typename Track, typename Append>
 std::vector<Bytes> chunkMessages(Type type, std::span<const Track> tracks, std::size_t trackSize, Append append) {
     std::vector<Bytes> messages;
@@ -154,6 +154,7 @@ Bytes panModeMessage(bool right) {
 Bytes bankPosMessage(int bankOffset, std::size_t trackCount, int shownStrips) {
     constexpr std::uint16_t unknown = 0xFFFF;
     Bytes message = begin(Type::bankPos, 5);
+    // Clamped, so that a very large offset cannot read as "unknown".
     appendBigEndian16(message, bankOffset < 0 ? unknown : static_cast<std::uint16_t>(std::min(bankOffset, 0xFFFE)));
     appendBigEndian16(message, static_cast<std::uint16_t>(std::min<std::size_t>(trackCount, 0xFFFF)));
     message.push_back(byte(shownStrips));

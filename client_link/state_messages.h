@@ -1,5 +1,5 @@
-// The messages that mirror the surfaces and the session to the client: values in, datagram out. Pure functions; what is
-// sent when is the model's business. Layouts: docs/protocol.md.
+// Builds the messages that show the client the state of the surfaces and of the session. Pure functions: values in,
+// datagram out; the model decides when to send what. docs/protocol.md has every byte.
 #pragma once
 
 #include "base/bytes.h"
@@ -17,7 +17,7 @@ namespace lumbrine {
 // 0xRRGGBB.
 using RGBColor = std::uint32_t;
 
-// Mute, solo and record of one strip. Solo is only ever off or on.
+// The LEDs of one strip. Solo never blinks.
 enum class SwitchLight : std::uint8_t { off = 0, on = 1, blinking = 2 };
 struct StripSwitches {
     SwitchLight mute = SwitchLight::off;
@@ -27,7 +27,7 @@ struct StripSwitches {
 
 // One track of the session table.
 struct TrackRow {
-    std::optional<double> fader = std::nullopt; // clamped to 0.0-1.0; absent while never seen
+    std::optional<double> fader = std::nullopt; // clamped to 0.0-1.0; absent until a surface has shown it
     bool mute = false;
     bool solo = false;
     bool record = false;
@@ -38,21 +38,21 @@ struct TrackRow {
     std::string_view comment = {}; // cut to 200 bytes
 };
 
-// Pan of one session track; all zero on the wire while unknown.
+// Pan of one session track. While it is unknown, all its bytes are zero.
 struct SessionPan {
     bool known = false;
-    std::uint8_t side = 0; // 0 left, 1 right
-    int position = 0;      // clamped to 0-11
+    std::uint8_t side = 0; // 0 left, 1 right, of a stereo pan
+    int position = 0;      // V-Pot ring position, clamped to 0-11
     bool centre = false;
 };
 
-Bytes trackNameMessage(int strip, std::string_view name);  // first 4 bytes, padded with blanks
-Bytes metersMessage(std::span<const std::uint8_t> levels); // left, right for each shown strip; 0-12
+Bytes trackNameMessage(int strip, std::string_view name);  // cut to 4 bytes or padded with blanks to 4
+Bytes metersMessage(std::span<const std::uint8_t> levels); // left and right of each strip shown, 0-12 each
 Bytes faderMessage(int strip, double value);               // clamped to 0.0-1.0
 Bytes switchesMessage(std::span<const StripSwitches> strips);
 Bytes panMessage(int strip, int side, int position, bool centre); // position clamped to 0-11
 Bytes panModeMessage(bool right);
-Bytes bankPosMessage(int bankOffset, std::size_t trackCount, int shownStrips); // negative: unknown, 0xFFFF
+Bytes bankPosMessage(int bankOffset, std::size_t trackCount, int shownStrips); // negative means unknown, sent as 0xFFFF
 Bytes selectsMessage(std::span<const bool> selects);
 Bytes fullNameMessage(int strip, std::string_view name); // cut to 48 bytes of whole characters
 Bytes colorsMessage(std::span<const std::optional<RGBColor>> colors);
@@ -63,7 +63,7 @@ Bytes transportMessage(bool playing, bool recording);
 Bytes busyMessage();
 Bytes pongMessage();
 
-// At most 64 tracks in each datagram. No tracks, no datagram.
+// One datagram for every 64 tracks; none for an empty session.
 std::vector<Bytes> sessAutoChunkMessages(std::span<const std::uint8_t> modes);
 std::vector<Bytes> sessPanChunkMessages(std::span<const SessionPan> pans);
 

@@ -320,7 +320,7 @@ TEST(Replies, AreHeadersAlone) {
     EXPECT_EQ(pongMessage(), (Bytes{0x01, 0x7F}));
 }
 
-// Into storage that was made for it: no second allocation, nothing left over.
+// The reserved storage fits exactly: no second allocation, and nothing left over.
 TEST(StateMessages, AreWrittenInOnePiece) {
     const auto inOnePiece = [](const Bytes& message) { return message.capacity() == message.size(); };
     const std::vector<std::uint8_t> bytes(70);

@@ -17,13 +17,13 @@ namespace {
 constexpr std::uint8_t hello = 0x00;
 constexpr std::uint8_t takeOver = 0x25;
 
-constexpr Duration retryDelay = seconds(0.001);
+constexpr Duration retryDelay = seconds(0.001); // keeps a socket that fails at once from using a whole core
 
 bool hasHeader(ByteView bytes, std::uint8_t opcode) {
     return bytes.size() >= 2 && bytes[0] == protocolVersion && bytes[1] == opcode;
 }
 
-// The device token of a hello; 0 is none.
+// The device token of a hello; absent in other datagrams. Token 0 means that the device has none.
 std::optional<std::uint64_t> announcedToken(ByteView bytes) {
     if (bytes.size() < 10 || !hasHeader(bytes, hello)) return std::nullopt;
     const std::uint64_t token = readBigEndian64(bytes, 2);
@@ -53,13 +53,14 @@ UDPServer::~UDPServer() {
 std::expected<void, UDPError> UDPServer::start() {
     const int opened = sockets.open();
     if (opened < 0) return std::unexpected(err("socket", opened));
+    // Failures are ignored: the socket still serves IPv6 clients.
     sockets.setReuseAddress(opened);
     sockets.setDualStack(opened);
     if (const int result = sockets.bind(opened, port); result < 0) {
         sockets.close(opened);
         return std::unexpected(err("bind", result));
     }
-    fd = opened;
+    fd = opened; // before the thread starts: it may answer its first datagram at once
     running = true;
     receiveThread = runtime.startThread("udp-receive", [this] { receiveLoop(); });
     return {};
@@ -68,6 +69,8 @@ std::expected<void, UDPError> UDPServer::start() {
 void UDPServer::end() {
     running = false;
     if (fd < 0) return;
+    // The descriptor is closed last. Closed earlier, its number could belong to another socket while the thread still
+    // receives from it.
     sockets.shutDown(fd);
     receiveThread.reset();
     sockets.close(fd.exchange(-1));
@@ -103,7 +106,7 @@ void UDPServer::namePeer(const PeerAddress& from) {
     peer.key.insert(0, 1, ':').insert(0, peer.ip);
 }
 
-// Notes the sender of the datagram and decides who is the owner; true when that is the sender.
+// Records the sender and decides who is the owner. Returns true when the owner is the sender.
 bool UDPServer::deliverable(ByteView bytes, const PeerAddress& from) {
     const TimePoint now = runtime.now();
     const Lock lock(clientLock);
@@ -114,6 +117,7 @@ bool UDPServer::deliverable(ByteView bytes, const PeerAddress& from) {
         return true;
     }
     const auto owner = clients.find(*ownerKey);
+    // The same token at another address is the same device after an app restart or a change of network.
     const bool sameDevice = sender.token && sender.token == owner->second.token;
     if (!sameDevice && !hasHeader(bytes, takeOver)) return false;
     if (sameDevice) clients.erase(owner);
@@ -139,6 +143,7 @@ void UDPServer::makeRoomLocked(TimePoint now) {
     std::erase_if(clients, [&](const auto& entry) { return !isLive(entry.second, now); });
     if (clients.size() < maxClients) return;
 
+    // A quarter at once, so that a flood pays for this search once in 256 new peers.
     std::vector<Clients::iterator> candidates;
     candidates.reserve(clients.size());
     for (auto record = clients.begin(); record != clients.end(); ++record)

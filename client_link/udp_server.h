@@ -1,7 +1,8 @@
-// The receiver's endpoint towards the remote clients: one dual-stack UDP socket, a table of the peers that were heard
-// lately, and the rule of who of them is the owner, the one device that may control the surfaces.
+// The receiver's UDP endpoint for clients: one dual-stack socket, a table of recent peers, and the rule that decides
+// which peer is the owner, the only one that may control the surfaces.
 //
-// A peer is live while fewer than 6.0 seconds have passed since its last datagram.
+// A peer is live for 6.0 seconds after its last datagram. A live owner keeps control until another peer sends TakeOver
+// or the owner's own device token; otherwise the next datagram from any peer makes that peer the owner.
 #pragma once
 
 #include "base/bytes.h"
@@ -29,46 +30,47 @@ struct UDPError {
 class UDPServer {
 public:
     static constexpr Duration livePeriod = seconds(6.0);
-    static constexpr std::size_t maxDatagram = 2048; // longer ones are cut by the socket
+    static constexpr std::size_t maxDatagram = 2048; // the socket truncates longer datagrams
 
-    // Forged source addresses could fill the table without end, since nothing but `broadcast` prunes it. A new peer
-    // that finds this many records makes room: the records that are no longer live go first; where that is not enough,
-    // a quarter of the others, longest silent first, never the owner's. A peer that is forgotten so is new when it is
-    // heard again: it has lost nothing but the token of its hello.
+    // The most records in the table: without a limit, datagrams with forged source addresses could fill the memory.
+    // When a new peer finds the table full, the server removes all records that are no longer live. If that frees
+    // nothing, it removes a quarter of the records, longest silent first, but never the owner's. A removed peer that
+    // sends again is treated as new; it has lost only the token from its hello.
     static constexpr std::size_t maxClients = 1024;
 
     UDPServer(Runtime& rt, DatagramSockets& datagramSockets, std::uint16_t portToBind);
 
-    // Ends as `end` does.
+    // Calls `end`.
     ~UDPServer();
 
-    // Every datagram of the owner, and the sender's key, on the receive thread, with no lock held. Both arguments are
-    // valid during the call. Set before `start`.
+    // Called with each datagram of the owner and the owner's key ("host:port"), on the receive thread, with no lock
+    // held. Both arguments are valid during the call only. Set it before `start`.
     std::function<void(ByteView bytes, std::string_view key)> onDatagram;
 
-    // Opens, configures and binds the socket and starts the receive thread. After a failure the server neither receives
-    // nor sends. Once.
+    // Opens, configures and binds the socket and starts the receive thread. After a failure, the server neither
+    // receives nor sends. Call once.
     std::expected<void, UDPError> start();
 
-    // Waits for the receive thread to end, in whose callback the server sends as ever, and closes the socket. After it
-    // nothing is received or sent. On the thread that started it, not from the callback; again does nothing.
+    // Waits for the receive thread to end and closes the socket; a callback that still runs can send until then.
+    // Afterwards nothing is received or sent. Call it on the thread that called `start`, never from the callback.
+    // Further calls do nothing.
     void end();
 
-    // To the peer with that key, if it is in the table. Errors are ignored. Any thread.
+    // Sends to the peer with this key, if it is in the table. Errors are ignored. Any thread.
     void send(ByteView bytes, std::string_view key);
 
-    // To the live owner alone; forgets the peers that are no longer live. Errors are ignored. Any thread.
+    // Sends to the owner if it is live, and removes all peers that are no longer live. Errors are ignored. Any thread.
     void broadcast(ByteView bytes);
 
-    // The host texts of all live peers, each once, in the order of the texts. Any thread.
+    // The numeric hosts of all live peers, sorted, without duplicates. Any thread.
     std::vector<std::string> connectedIPs();
 
-    // The live owner's host text, or its key ("host:port"). Any thread.
+    // The numeric host of the owner, and its key. Absent when there is no live owner. Any thread.
     std::optional<std::string> ownerIP();
     std::optional<std::string> liveOwnerKey();
 
-    // One datagram from a peer, as the receive thread takes it from the socket: notes the peer, decides who is owner,
-    // delivers or refuses. Allocates nothing while the owner stays the same and is the sender.
+    // Handles one datagram, as the receive thread does: records the peer, decides who is the owner, then calls
+    // onDatagram or answers "busy". Allocates nothing when the sender is the owner and sent the last datagram too.
     void handleDatagram(ByteView bytes, const PeerAddress& from);
 
     const std::uint16_t port;
@@ -78,12 +80,12 @@ private:
         PeerAddress addr;
         std::string ip; // numeric host
         TimePoint lastSeen = distantPast;
-        std::optional<std::uint64_t> token; // what the device announced in a hello
+        std::optional<std::uint64_t> token; // the device's own number, from its hello
     };
     using Clients = std::map<std::string, Client, std::less<>>;
 
-    // The texts of a peer's address. Asked for again only when a datagram comes from another address than the one
-    // before.
+    // A peer's address as text. It is formatted again only when a datagram comes from another address, so that a stream
+    // of datagrams from one peer allocates nothing.
     struct PeerName {
         PeerAddress addr;
         std::string ip;
@@ -108,7 +110,7 @@ private:
     Clients clients LUMBRINE_GUARDED_BY(clientLock);
     std::optional<std::string> ownerKey LUMBRINE_GUARDED_BY(clientLock);
 
-    PeerName peer; // of the datagram in hand; of the receive thread
+    PeerName peer; // the sender of the current datagram; receive thread only
 
     std::unique_ptr<Thread> receiveThread;
 };

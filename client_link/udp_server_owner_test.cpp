@@ -1,4 +1,4 @@
-// Who is in control: the owner rule, datagram by datagram.
+// The owner rule, datagram by datagram.
 #include "client_link/testing/datagrams.h"
 #include "client_link/testing/served_peers.h"
 

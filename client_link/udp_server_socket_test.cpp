@@ -105,7 +105,7 @@ TEST(UDPServerEnd, TouchesNoSocketWhereNoneCameToBe) {
 
 // ---- Receiving
 
-// A phone at an address, which keeps what it is told.
+// A phone at an address, which keeps what it receives.
 class Phone {
 public:
     Phone(VirtualRuntime& runtime, VirtualNetwork& network, const std::string& address, std::uint16_t fromPort)
@@ -229,7 +229,7 @@ TEST_F(UDPServerReceiving, AnswersFromTheCallback) {
 
 // ---- Receive errors
 
-// Sockets whose `receive` fails at once, as often as it is told to, and then waits for the end.
+// Sockets whose `receive` fails at once a given number of times and then waits for the end.
 class BrokenSockets : public RecordingSockets {
 public:
     explicit BrokenSockets(VirtualRuntime& rt) : runtime(rt), ended(rt.makeSignal()) {}

@@ -1,4 +1,4 @@
-// The peers a server knows: sending to them, forgetting them, and staying small under a flood of forged ones.
+// The table of peers: sending to them, removing them, and staying small under a flood of forged addresses.
 #include "client_link/testing/datagrams.h"
 #include "client_link/testing/served_peers.h"
 

@@ -1,7 +1,7 @@
-// The HUI protocol, from the surface's side: intentions in, MIDI messages out (hui_output.cpp); bytes from Pro Tools
-// in, callbacks out (hui_input.cpp). One engine serves one surface of 8 strips, which it numbers 0-7.
+// The HUI protocol, as the control surface speaks it. Output (hui_output.cpp) turns calls into MIDI messages; input
+// (hui_input.cpp) turns Pro Tools' bytes into callbacks. One engine serves one surface of 8 strips, numbered 0-7.
 //
-// All messages are on MIDI channel 1. A switch or LED has an address of a zone and a port; strip n is zone n.
+// All messages are on MIDI channel 1. A zone and a port together address a switch and its LED; strip n is zone n.
 #pragma once
 
 #include "base/bilingual.h"
@@ -23,13 +23,13 @@ namespace lumbrine {
 
 namespace hui {
 
-// Zones beyond those of the strips (0-7).
+// Zones other than those of the strips (0-7).
 inline constexpr int bankZone = 0x0A;      // ports 0-3: channel left, bank left, channel right, bank right
 inline constexpr int assignZone = 0x0B;    // port 2: pan, port 7: send A
 inline constexpr int transportZone = 0x0E; // port 4: play, port 5: record
 inline constexpr int autoModeZone = 0x18;  // ports: trim, latch, read, off, write, touch
 
-// Ports of a strip's zone.
+// Ports in the zone of a strip.
 inline constexpr int touchPort = 0;
 inline constexpr int selectPort = 1;
 inline constexpr int mutePort = 2;
@@ -42,65 +42,69 @@ inline constexpr int sendAAssignPort = 7;
 
 } // namespace hui
 
-// Lives in a shared_ptr: a release that is still to come holds its engine weakly.
+// Owned by a shared_ptr, because a switch release that is still pending holds its engine weakly.
 class HUIEngine : public std::enable_shared_from_this<HUIEngine> {
 public:
-    // Prints its log lines to standard output and sends nowhere until the callbacks are set.
+    // Until the callbacks are set, log lines go to standard output and messages go nowhere.
     HUIEngine(Runtime& rt, Bilingual bilingual);
 
-    // ---- Callbacks. All are set before the first byte arrives and never changed after.
+    // ---- Callbacks. Set all of them before the first byte arrives and do not change them afterwards.
 
     std::function<void(ByteView message)> send;  // one complete outgoing message; called on any thread
     std::function<void(const std::string&)> log; // one finished log line; any thread
 
-    // What Pro Tools sent, on the thread that calls handleIncoming.
-    std::function<void(int strip, double value)> onFaderFeedback;      // 0.0-1.0; more if bytes were not 7-bit
+    // Called for messages from Pro Tools, on the thread that calls handleIncoming.
+    std::function<void(int strip, double value)> onFaderFeedback;      // 0.0-1.0; above 1.0 if bytes exceeded 7 bits
     std::function<void(int strip, std::string_view text)> onTrackName; // four ASCII characters, untrimmed
     std::function<void(int strip, int side, int level)> onMeter;       // side 0 left, 1 right; level 0-15
     std::function<void(int zone, int port, bool on)> onLed;
     std::function<void(int strip, int value, bool centre, bool rightSide)> onVpot; // ring value 0-15
     std::function<void(std::string_view text, std::optional<bool> flag)> onSelectAssign;
 
-    // ---- Output. Any thread. Messages that belong together stay together on the wire. A strip outside 0-7 sends
-    // nothing.
+    // ---- Output. Any thread. The messages of one call are never interleaved with those of another. A call for a strip
+    // outside 0-7 sends nothing.
 
-    // `value` is clamped to 0.0-1.0 and sent as 14 bits, high half first. NaN is a programming error.
+    // Sends `value`, clamped to 0.0-1.0, as 14 bits with the high half first. NaN is a programming error.
     void sendFader(int strip, double value);
     void touch(int strip);
     void release(int strip);
 
-    // One edge of a switch; the caller decides how long it stays down.
+    // Sends one edge of a switch: down when `on`, else up. The caller decides how long it stays down.
     void switchEdge(int zone, int port, bool on);
 
-    // Presses now and logs it; releases 60 ms later from a background queue, unless the engine is gone by then. Returns
-    // at once. `zone` is 0-255.
+    // Presses a switch, logs the press and returns at once. A background job releases it 60 ms later, unless the engine
+    // has been destroyed by then. `zone` is 0-255.
     void pressSwitch(int zone, int port);
 
-    // A bank or channel button (port 0-3; others do nothing), held for 30 ms; blocks the caller for those.
+    // Presses a bank or channel button (ports 0-3; other ports do nothing) and blocks the caller for the 30 ms that the
+    // button is held.
     void channelMove(int port);
 
-    // Brings the V-Pots back to the left side of stereo pans by way of the send A assignment; blocks for 0.18 s.
+    // Makes the V-Pots show the left side of stereo pans, by assigning them to send A and then to pan again. Blocks for
+    // 0.18 s.
     void resetPanAssignToLeft();
 
-    // Turns a V-Pot by `delta` clicks, clockwise when positive, at most 63 either way; 0 sends nothing.
+    // Turns a V-Pot by `delta` clicks, clockwise when positive, clamped to 63 in either direction. 0 sends nothing.
     void sendVpotDelta(int strip, int delta);
 
-    // ---- Pan side: which side of stereo pans Pro Tools' V-Pots show at the moment.
+    // ---- Pan side: which side of stereo pans the V-Pots show. HUI does not report it, so the code that presses the
+    // PAN key also calls flipPanSide. Any thread.
 
     bool showsRightPan();
     void flipPanSide();
 
-    // ---- Input. One thread, the MIDI receive thread.
+    // ---- Input. Only on the MIDI receive thread.
 
-    // The bytes of one packet. Answers pings by itself. Allocates nothing for voice messages.
+    // Decodes the bytes of one packet and answers pings. A SysEx message may continue in the next packet; a voice
+    // message may not. Decoding voice messages allocates nothing.
     void handleIncoming(ByteView bytes);
 
     std::atomic<int> pingCount{0};       // pings answered; readable from any thread
-    std::optional<TimePoint> lastPingAt; // of the receive thread
+    std::optional<TimePoint> lastPingAt; // receive thread only
 
 private:
     void sendPair(std::array<std::uint8_t, 3> first, std::array<std::uint8_t, 3> second) LUMBRINE_EXCLUDES(txLock);
-    std::size_t takeSysex(ByteView bytes); // how many of the bytes belong to the message
+    std::size_t takeSysex(ByteView bytes); // returns how many of the bytes belong to the message
     void handleSysex(ByteView message);
     void handleVoice(std::uint8_t status, std::uint8_t data1, std::uint8_t data2);
     void handleController(std::uint8_t controller, std::uint8_t value);
@@ -108,19 +112,19 @@ private:
     void reportFader(int strip, double value);
     void reportUnknownController(std::uint8_t controller, std::uint8_t value);
 
-    static constexpr std::size_t sysexLimit = 1024; // bytes of an incomplete message before it is given up
+    static constexpr std::size_t sysexLimit = 1024; // an incomplete message that grows beyond it is dropped
 
     Runtime& runtime;
     const Bilingual text;
 
-    Mutex txLock; // held only while the messages of one step are handed to `send`, which may take the back end's lock
+    Mutex txLock; // held while `send` gets the messages of one action; the back end may take its own lock inside
     Mutex panLock;
     bool panRightSide LUMBRINE_GUARDED_BY(panLock) = false;
 
-    // Of the receive thread.
+    // Receive thread only.
     std::array<std::uint8_t, 8> pendingHi{}; // last fader high byte for each strip
-    Bytes sysexBuf;                          // a SysEx message that is still incomplete; storage made once
-    int rxZone = -1;                         // zone that Pro Tools selected last
+    Bytes sysexBuf;                          // the incomplete SysEx message; allocated once, in the constructor
+    int rxZone = -1;                         // the zone that Pro Tools selected last; -1 before the first
     std::bitset<256> seenUnknownCC;
 };
 

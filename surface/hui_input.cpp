@@ -16,7 +16,7 @@ constexpr std::uint8_t controlChangeStatus = 0xB0;
 constexpr std::uint8_t sysexBegin = 0xF0;
 constexpr std::uint8_t sysexEnd = 0xF7;
 
-// Manufacturer 00 00 66, product 05, device 00, command 10: one field of the small displays.
+// Manufacturer 00 00 66 (Mackie), product 05 (HUI), device 00, command 10: the text of one small display.
 constexpr std::array<std::uint8_t, 7> displayHeader{sysexBegin, 0x00, 0x00, 0x66, 0x05, 0x00, 0x10};
 constexpr std::size_t displayNumberAt = 7;
 constexpr std::size_t displayTextAt = 8;
@@ -24,6 +24,7 @@ constexpr std::size_t displayTextLength = 4;
 constexpr std::size_t displayMinimum = 13;
 constexpr int selectAssignDisplay = 8;
 
+// A host that sends many controllers we do not know must not fill the log.
 constexpr std::size_t maxReportedControllers = 24;
 constexpr std::array<std::uint8_t, 3> pingReply{noteOn, 0x00, 0x7F};
 
@@ -31,7 +32,7 @@ constexpr bool isVoice(std::uint8_t status) {
     return status == noteOn || status == polyPressure || status == controlChangeStatus;
 }
 
-// The strip that a controller of a group of eight stands for; -1 when it is not of the group.
+// The strip of a controller in the group of eight that starts at `groupBegin`; -1 when it is outside the group.
 constexpr int stripOf(std::uint8_t controller, int groupBegin) {
     const int strip = controller - groupBegin;
     return strip >= 0 && strip < stripsPerSurface ? strip : -1;
@@ -54,13 +55,14 @@ std::string threeDecimals(double value) {
 void HUIEngine::handleIncoming(ByteView bytes) {
     std::size_t i = 0;
     while (i < bytes.size()) {
+        // Inside a SysEx message, status bytes are part of it: only F7 ends it.
         if (bytes[i] == sysexBegin || !sysexBuf.empty()) {
             i += takeSysex(bytes.subspan(i));
         } else if (isVoice(bytes[i]) && i + 2 < bytes.size()) {
             handleVoice(bytes[i], bytes[i + 1], bytes[i + 2]);
             i += 3;
         } else {
-            i += 1;
+            i += 1; // unknown: look for a message from the next byte on
         }
     }
 }
@@ -68,7 +70,7 @@ void HUIEngine::handleIncoming(ByteView bytes) {
 std::size_t HUIEngine::takeSysex(ByteView bytes) {
     const auto end = std::ranges::find(bytes, sysexEnd);
     if (end == bytes.end()) {
-        // Abandoned when it gets too long, so that a lost end costs this one message and no memory.
+        // A message whose end was lost is dropped when it gets too long. It must not use memory without limit.
         if (sysexBuf.size() + bytes.size() > sysexLimit) {
             sysexBuf.clear();
         } else {
@@ -110,17 +112,18 @@ void HUIEngine::handleVoice(std::uint8_t status, std::uint8_t data1, std::uint8_
     if (status == controlChangeStatus) {
         handleController(data1, data2);
     } else if (status == polyPressure) {
-        // The low nibble alone tells the strip: 10-17 mean the same meters as 00-07.
+        // Only the low nibble is the strip: 10-17 mean the same meters as 00-07.
         const int strip = data1 & 0x0F;
         if (strip < stripsPerSurface && onMeter) onMeter(strip, data2 >> 4 & 1, data2 & 0x0F);
-    } else if (data1 == 0 && data2 == 0) {
+    } else if (data1 == 0 && data2 == 0) { // 90 00 00; the host sends it about once a second
         handlePing();
     }
 }
 
 void HUIEngine::handleController(std::uint8_t controller, std::uint8_t value) {
-    const bool flag = (value & 0x40) != 0;
+    const bool flag = (value & 0x40) != 0; // of a V-Pot ring: the centre LED; of a port: on
     if (const int high = stripOf(controller, 0x00); high >= 0) {
+        // A fader position comes as a high half and a low half. The low half completes it.
         pendingHi[static_cast<std::size_t>(high)] = value;
     } else if (const int low = stripOf(controller, 0x20); low >= 0) {
         reportFader(low, FaderValue::ofHalves(pendingHi[static_cast<std::size_t>(low)], value).unit());
@@ -128,6 +131,7 @@ void HUIEngine::handleController(std::uint8_t controller, std::uint8_t value) {
         const bool rightSide = showsRightPan();
         if (onVpot) onVpot(ring, value & 0x0F, flag, rightSide);
     } else if (controller == 0x0C || controller == 0x0F) {
+        // 0C/2C is the host's pair of controllers for a zone and a port. 0F/2F, the surface's pair, means the same.
         rxZone = value;
     } else if (controller == 0x2C || controller == 0x2F) {
         if (rxZone >= 0 && onLed) onLed(rxZone, value & 0x0F, flag);
@@ -152,7 +156,8 @@ void HUIEngine::reportUnknownController(std::uint8_t controller, std::uint8_t va
 }
 
 void HUIEngine::handlePing() {
-    // Without txLock: an answer to a ping must not wait for whatever another thread is sending.
+    // Without txLock: the answer to a ping must not wait for another thread that is sending. A single message cannot be
+    // interleaved.
     send(pingReply);
     const int count = ++pingCount;
     lastPingAt = runtime.now();

@@ -35,7 +35,7 @@ protected:
     HUITrace trace{engine};
 };
 
-// What a fresh engine reports, and "ping" for each answer, when the packets arrive one after another.
+// What a new engine reports for these packets, one after another; "ping" stands for each answer to a ping.
 Texts decoded(const std::vector<Bytes>& packets) {
     StillRuntime runtime;
     HUIEngine engine(runtime, Bilingual(false));

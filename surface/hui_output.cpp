@@ -12,15 +12,17 @@ namespace lumbrine {
 
 namespace {
 
+// How long a key stays down.
 constexpr Duration pressDuration = seconds(0.06);
 constexpr Duration bankPressDuration = seconds(0.03);
 constexpr int bankPorts = 4;
 constexpr int maxVpotClicks = 63;
-constexpr std::size_t longestPacket = 256; // what brings the end of a SysEx message
+constexpr std::size_t longestPacket = 256; // one more packet may follow the limit and bring the end of the message
 
+// Controllers from the surface to the host.
 constexpr std::uint8_t zoneSelect = 0x0F;
 constexpr std::uint8_t portState = 0x2F;
-constexpr std::uint8_t faderLow = 0x20; // the low halves' controllers; the high halves' begin at 0
+constexpr std::uint8_t faderLow = 0x20; // first controller of the low halves; the high halves start at 0
 constexpr std::uint8_t vpot = 0x40;
 constexpr int switchOn = 0x40;
 
@@ -45,6 +47,7 @@ HUIEngine::HUIEngine(Runtime& rt, Bilingual bilingual)
 }
 
 void HUIEngine::sendPair(std::array<std::uint8_t, 3> first, std::array<std::uint8_t, 3> second) {
+    // A zone select of another thread between the two would send this port to the wrong zone.
     const Lock lock(txLock);
     send(first);
     send(second);
@@ -86,6 +89,8 @@ void HUIEngine::channelMove(int port) {
     switchEdge(hui::bankZone, port, false);
 }
 
+// Each press of PAN switches between the left and the right side, and the host does not report which one is shown.
+// After another assignment, the first press of PAN always shows the left side.
 void HUIEngine::resetPanAssignToLeft() {
     switchEdge(hui::assignZone, hui::sendAAssignPort, true);
     runtime.sleepFor(pressDuration);
@@ -104,7 +109,8 @@ void HUIEngine::resetPanAssignToLeft() {
 void HUIEngine::sendVpotDelta(int strip, int delta) {
     if (!onThisSurface(strip) || delta == 0) return;
     const int clicks = std::clamp(delta, -maxVpotClicks, maxVpotClicks);
-    const Lock lock(txLock); // not between the two messages of another
+    // The lock keeps this message out of the pairs of other threads. Bit 6 of the value means clockwise.
+    const Lock lock(txLock);
     send(controlChange(vpot + strip, clicks > 0 ? 0x40 + clicks : -clicks));
 }
 

@@ -8,8 +8,8 @@ namespace {
 
 using Messages = std::vector<Bytes>;
 
-// What stands on the wire when several threads send at once and each may lose its turn at every message. The switches
-// pressed have the number of their zone for a port, so that a port tells whose it is.
+// The messages on the wire when several threads send at once and each may lose its turn after every message. Each
+// switch has equal zone and port numbers, so that a port shows which zone it belongs to.
 Messages wireOf(std::uint64_t seed) {
     VirtualRuntime runtime({.seed = seed});
     const auto engine = std::make_shared<HUIEngine>(runtime, Bilingual(false));
@@ -45,7 +45,7 @@ TEST(HUIThreads, NeverPutAMessageBetweenTwoThatBelongTogether) {
     for (std::uint64_t seed = 1; seed <= 300; ++seed) {
         Messages wire = wireOf(seed);
         different.insert(wire);
-        // The answers to pings alone wait for nobody.
+        // Only the answers to pings may stand anywhere.
         EXPECT_EQ(std::erase(wire, Bytes{0x90, 0x00, 0x7F}), 3u);
         ASSERT_EQ(wire.size(), 36u);
         for (std::size_t i = 0; i < wire.size(); i += 2)

@@ -1,5 +1,5 @@
-// One virtual MIDI device as Pro Tools sees it: a client that owns one source (bytes to Pro Tools) and one destination
-// (bytes from Pro Tools), all under the same name.
+// One virtual MIDI device as Pro Tools sees it: a client with one source (bytes to Pro Tools) and one destination
+// (bytes from Pro Tools), all of the same name.
 #pragma once
 
 #include "base/bytes.h"
@@ -20,26 +20,27 @@ struct MIDIError {
     std::string description; // "MIDISourceCreate failed: -10830"
 };
 
-// Lives in a shared_ptr: the system's callbacks and what is still to be announced hold their host weakly.
+// Owned by a shared_ptr, because the system's callbacks and pending announcements hold their host weakly.
 class MIDIHost : public std::enable_shared_from_this<MIDIHost> {
 public:
-    // Creates nothing in the system yet. The unique IDs are what lets Pro Tools recognise the ports across launches.
+    // Creates nothing in the system yet. Pro Tools recognises the ports by their unique IDs after a restart.
     MIDIHost(Runtime& rt, MIDIServices& midiServices, std::string portName, std::int32_t sourceID,
              std::int32_t destinationID);
 
-    // The bytes of each incoming packet, on the system's MIDI receive thread. Set before `start`, never changed after.
+    // Called with the bytes of each incoming packet, on the system's MIDI receive thread. Set it before `start` and do
+    // not change it afterwards.
     std::function<void(ByteView)> onIncoming;
 
-    // Creates client, source and destination, in this order, then sets the unique IDs (whose failure is not seen). The
-    // first creation that fails ends it; what was made before stays. Once, on any thread.
+    // Creates client, source and destination, in this order, then sets the unique IDs; their failure is ignored. When a
+    // creation fails, the rest is not created and what exists stays. Call once, on any thread.
     std::expected<void, MIDIError> start();
 
-    // One complete MIDI message as one packet, at once. Any thread. Dropped while there is no source; an empty message
-    // is no message; one that does not fit a 512-byte packet list (498 bytes of data) is not delivered.
+    // Sends one complete MIDI message as one packet, at once. Drops it when it is empty, when it does not fit a
+    // 512-byte packet list (498 bytes of data), and while there is no source. Any thread.
     void send(ByteView message);
 
-    // Sends the single byte FF (system reset) max(times, 1) times, 0.12 s apart, the first at once, from a background
-    // queue. Whether there is a source is looked at for each one when its time has come.
+    // Sends the single byte FF (system reset) max(times, 1) times from background jobs: the first at once, the others
+    // 0.12 s apart. A HUI sends it when it is switched on. A byte that falls due while there is no source is dropped.
     void announcePresence(int times);
 
     const std::string name;
@@ -50,7 +51,7 @@ private:
     Runtime& runtime;
     MIDIServices& services;
     MIDIClientRef client = 0;
-    std::atomic<MIDIEndpointRef> source{0}; // 0 until start has made it
+    std::atomic<MIDIEndpointRef> source{0}; // 0 until `start` has created it
     MIDIEndpointRef destination = 0;
 };
 

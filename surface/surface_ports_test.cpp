@@ -9,7 +9,7 @@ namespace {
 
 using Packets = std::vector<Bytes>;
 
-// Hears pings alone, on the MIDI thread.
+// Ignores everything except pings, which it counts on the MIDI thread.
 class PingListener final : public SurfaceListener {
 public:
     void surfaceLog(const std::string&) override {}
@@ -23,7 +23,7 @@ public:
     std::vector<std::pair<SurfaceID, int>> pings;
 };
 
-// One surface on ports of its own, and whoever is connected to them.
+// One surface on its own ports, and the program that is connected to them.
 struct ConnectedSurface {
     ConnectedSurface(SurfaceID surface, Runtime& runtime, MemoryMIDI& midi, const std::string& name,
                      const std::shared_ptr<SurfaceListener>& listener)

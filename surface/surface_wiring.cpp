@@ -9,7 +9,8 @@ namespace lumbrine {
 
 namespace {
 
-// Calls the listener, if it is still there, for an engine's strip, if it is one.
+// Calls the listener with the strip's number across both surfaces. Does nothing when the listener is gone or the engine
+// has no such strip.
 template <typename Call>
 void forStrip(const std::weak_ptr<SurfaceListener>& weak, SurfaceID surface, int engineStrip, const Call& call) {
     const auto strip = Strip::of(surface, engineStrip);
@@ -56,7 +57,7 @@ void wireCallbacks(SurfaceID surface, HUIEngine& engine, const std::weak_ptr<Sur
 
 void wireSurface(SurfaceID surface, const std::shared_ptr<HUIEngine>& engine, const std::shared_ptr<MIDIHost>& host,
                  std::weak_ptr<SurfaceListener> listener) {
-    // The engine keeps its host alive, the host not its engine.
+    // The engine owns its host; the host holds the engine weakly. Two owners would be a cycle.
     engine->send = [host](ByteView message) { host->send(message); };
     wireLog(surface, *engine, listener);
     wireCallbacks(surface, *engine, listener);
@@ -64,6 +65,7 @@ void wireSurface(SurfaceID surface, const std::shared_ptr<HUIEngine>& engine, co
         const auto heldEngine = weakEngine.lock();
         const auto heldListener = weak.lock();
         if (!heldEngine || !heldListener) return;
+        // In this order: the engine counts the ping, and the listener gets that count.
         heldEngine->handleIncoming(packet);
         if (isPing(packet)) heldListener->pingReceived(surface, heldEngine->pingCount);
     };

@@ -1,4 +1,4 @@
-// Connects one surface's engine to its MIDI ports and to whoever listens to what Pro Tools shows there.
+// Connects the engine of one surface to its MIDI ports and to a listener for what Pro Tools shows on that surface.
 #pragma once
 
 #include "base/strip.h"
@@ -11,24 +11,24 @@
 
 namespace lumbrine {
 
-// What Pro Tools shows on a surface, in strips across both surfaces. Every call comes on the MIDI receive thread, but
-// for surfaceLog, which comes from any thread.
+// Gets what Pro Tools shows on a surface. Strips are numbered across both surfaces. All functions are called on the
+// MIDI receive thread, except surfaceLog, which may be called on any thread.
 class SurfaceListener {
 public:
     virtual ~SurfaceListener() = default;
 
     virtual void surfaceLog(const std::string& line) = 0;
-    virtual void faderFeedback(Strip strip, double value) = 0;           // 0.0-1.0, or more (HUIEngine)
+    virtual void faderFeedback(Strip strip, double value) = 0;           // see HUIEngine::onFaderFeedback
     virtual void trackNameShown(Strip strip, std::string_view text) = 0; // four characters, untrimmed
     virtual void meterShown(Strip strip, int side, int level) = 0;       // side 0 left, 1 right; level 0-15
     virtual void vpotShown(Strip strip, int value, bool centre, bool rightSide) = 0;
     virtual void ledShown(SurfaceID surface, int zone, int port, bool on) = 0;
-    virtual void pingReceived(SurfaceID surface, int pingCount) = 0; // the engine's count, this one included
+    virtual void pingReceived(SurfaceID surface, int pingCount) = 0; // the engine's count, this ping included
 };
 
-// Installs the engine's and the host's callbacks. The engine keeps the host alive; engine and listener are held weakly:
-// once one of them is gone, what arrives is dropped and no ping is answered. Log lines of surface B get the prefix
-// "[9-16] "; lines that begin with "← other" are dropped.
+// Sets the callbacks of engine and host. The engine keeps the host alive. Engine and listener are held weakly: when
+// either is gone, incoming bytes are dropped and pings stay unanswered, so Pro Tools sees the surface go offline. Log
+// lines of surface B get the prefix "[9-16] "; lines that begin with "← other" are dropped.
 void wireSurface(SurfaceID surface, const std::shared_ptr<HUIEngine>& engine, const std::shared_ptr<MIDIHost>& host,
                  std::weak_ptr<SurfaceListener> listener);
 

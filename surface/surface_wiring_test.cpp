@@ -8,7 +8,7 @@ namespace {
 using Packets = std::vector<Bytes>;
 using Texts = std::vector<std::string>;
 
-// Writes down each call, with strips 0-15.
+// Records each call, with strips 0-15.
 class Listener final : public SurfaceListener {
 public:
     void surfaceLog(const std::string& line) override { lines.push_back(line); }

@@ -1,4 +1,4 @@
-// Whole datagrams that several tests send or await.
+// For tests: whole datagrams that several tests send or expect.
 #pragma once
 
 #include "base/bytes.h"

@@ -1,4 +1,4 @@
-// Datagram sockets that keep what is sent and fail on command: for tests that hand datagrams to a server by themselves.
+// For tests that hand datagrams to a server directly: sockets that record what is sent and fail on command.
 #pragma once
 
 #include "platform/api/datagram_sockets.h"
@@ -31,7 +31,7 @@ public:
     using Sent = std::pair<std::string, Bytes>; // "host:port", datagram
 
     std::vector<Sent> sent;
-    std::vector<std::string> calls; // but for send, receive and name
+    std::vector<std::string> calls; // all except send, receive and name
     int nameCalls = 0;
     int openResult = descriptor;
     int bindResult = 0;

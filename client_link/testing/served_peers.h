@@ -1,4 +1,4 @@
-// A started server whose datagrams and time a test brings by hand.
+// For tests: a started server. The test hands it datagrams and advances the time.
 #pragma once
 
 #include "client_link/testing/recording_sockets.h"

@@ -1,4 +1,4 @@
-// For tests: writes down, in order, what an engine sends, says and reports.
+// For tests: records, in order, the messages, log lines and callbacks of an engine.
 #pragma once
 
 #include "surface/hui_engine.h"

@@ -1,4 +1,4 @@
-// For tests: MIDI services that write down every call and fail where they are told to.
+// For tests: MIDI services that record every call and fail where the test asks for it.
 #pragma once
 
 #include "base/midi_packet_list.h"
