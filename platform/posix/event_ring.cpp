@@ -15,7 +15,7 @@ using Length = std::uint32_t;
 
 } // namespace
 
-// A power of two, so that positions stay right when the counters wrap around.
+// Positions are counters modulo the capacity. Only a power of two keeps them right when a counter wraps around.
 EventRing::EventRing(std::size_t capacityInBytes)
     : capacity(std::bit_ceil(capacityInBytes)), storage(std::make_unique<std::uint8_t[]>(capacity)) {}
 
@@ -28,6 +28,7 @@ bool EventRing::push(ByteView event) {
     const auto length = std::bit_cast<std::array<std::uint8_t, sizeof(Length)>>(static_cast<Length>(event.size()));
     copyIn(end, length);
     copyIn(end + sizeof(Length), event);
+    // Publishes length and bytes together: the reader sees the whole event or nothing.
     written.store(end + sizeof(Length) + event.size(), std::memory_order_release);
     return true;
 }
@@ -44,6 +45,7 @@ void EventRing::pop(std::span<std::uint8_t> into) {
     assert(into.size() == nextSize() && !into.empty());
     const std::size_t begin = taken.load(std::memory_order_relaxed);
     copyOut(begin + sizeof(Length), into);
+    // Frees the space only after the copy; the writer may overwrite it at once.
     taken.store(begin + sizeof(Length) + into.size(), std::memory_order_release);
 }
 

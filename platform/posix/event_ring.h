@@ -1,5 +1,4 @@
-// MIDI events on their way from one thread to another, without a lock and without allocation: how a realtime thread
-// hands over and takes what it must not wait for.
+// A lock-free queue of MIDI events between two threads, for realtime threads: it neither waits nor allocates.
 #pragma once
 
 #include "base/bytes.h"
@@ -10,34 +9,35 @@
 
 namespace lumbrine {
 
-// One thread puts events in and one thread takes them out, at the same time; both ends never wait. Events come out
-// whole and in order. Threads that share an end take turns by a lock of their own.
+// One thread pushes and one thread pops, at the same time, and neither ever waits. Events come out whole and in order.
+// Threads that share one end need a lock for that end.
 class EventRing {
 public:
-    // An event takes its length and four bytes more of the capacity.
+    // The capacity is rounded up to a power of two. An event uses four bytes more than its length.
     explicit EventRing(std::size_t capacityInBytes);
 
-    // False, and nothing is put in, when the event is empty or what is free cannot hold it whole.
+    // Returns false and changes nothing when the event is empty or does not fit the free space.
     bool push(ByteView event);
 
-    // How long the oldest event is; 0 when there is none.
+    // The length of the oldest event; 0 when the ring is empty.
     std::size_t nextSize() const;
 
-    // Takes the oldest event out and copies it; `into` has exactly its size. Only while there is one.
+    // Removes the oldest event and copies it to `into`. Precondition: `into` has exactly nextSize() bytes, at least
+    // one.
     void pop(std::span<std::uint8_t> into);
 
-    // Takes the oldest event out unread. Only while there is one.
+    // Removes the oldest event without reading it. Precondition: the ring is not empty.
     void drop();
 
-    // Forgets all events; neither end may be at work.
+    // Removes all events. No thread may push or pop meanwhile.
     void clear();
 
 private:
     void copyIn(std::size_t position, ByteView bytes);
     void copyOut(std::size_t position, std::span<std::uint8_t> bytes) const;
 
-    // Bytes ever put in and ever taken out; they wrap around with the type. On two cache lines, since each is written
-    // by one end and read by the other.
+    // The number of bytes ever written and ever taken; they wrap around with the type. Each is written by one end and
+    // read by the other, so they are on separate cache lines.
     alignas(64) std::atomic<std::size_t> written{0};
     const std::size_t capacity;
     const std::unique_ptr<std::uint8_t[]> storage;

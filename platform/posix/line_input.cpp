@@ -14,7 +14,7 @@ namespace lumbrine {
 
 LineInput::LineInput(int fileDescriptor, std::function<void(std::string)> line)
     : input(fileDescriptor), callback(std::move(line)) {
-    if (pipe(wakePipe) != 0) return; // out of descriptors: there is no input then
+    if (pipe(wakePipe) != 0) return; // out of descriptors: without a way to end the thread, do not start it
     for (const int end : wakePipe)
         fcntl(end, F_SETFD, FD_CLOEXEC);
     thread = std::thread([this] { read(); });

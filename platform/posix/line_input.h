@@ -1,4 +1,4 @@
-// Lines of text from a file descriptor, such as standard input, on a thread of their own.
+// Reads lines of text from a file descriptor, such as standard input, on its own thread.
 #pragma once
 
 #include <functional>
@@ -9,12 +9,12 @@ namespace lumbrine {
 
 class LineInput {
 public:
-    // `line` is called with each line without its newline, on the reader's thread; what follows the last newline is a
-    // line too. The descriptor stays the caller's, and nobody else reads from it meanwhile. Reading ends with the
-    // input.
+    // Calls `line` on the reader's thread with each line, without its newline. Text after the last newline counts as a
+    // line. Reading ends at the end of the input. The caller keeps the descriptor open; nothing else may read from it
+    // while this object lives.
     LineInput(int fileDescriptor, std::function<void(std::string)> line);
 
-    // No call comes afterwards. Not from `line`.
+    // Ends the reading; no call follows. Must not be called from `line`.
     ~LineInput();
 
     LineInput(const LineInput&) = delete;
@@ -22,11 +22,11 @@ public:
 
 private:
     void read();
-    bool waitForInput() const; // false when the end was asked for
+    bool waitForInput() const; // false when the destructor wants the thread to end
 
     const int input;
     const std::function<void(std::string)> callback;
-    int wakePipe[2] = {-1, -1}; // closing its writing end wakes the reader
+    int wakePipe[2] = {-1, -1}; // the destructor closes the writing end to wake the reader
     std::thread thread;
 };
 

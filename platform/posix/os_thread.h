@@ -1,4 +1,4 @@
-// What every system knows about its threads but each calls otherwise.
+// Thread naming and pinning, which every OS has under a different call.
 #pragma once
 
 #include <memory>
@@ -6,12 +6,12 @@
 
 namespace lumbrine {
 
-// Names the calling thread for debuggers and process listings; cut to 15 characters.
+// Names the calling thread for debuggers and process listings. Linux has room for 15 bytes; longer names are cut.
 void nameThisThread(std::string_view name);
 
-// While it lives, the thread that made it, and the threads which that one starts, run on the one core it was made on.
-// Threads that take strict turns hand over about ten times faster so. Does nothing where the system has no such thing.
-// Destroyed on the thread that made it.
+// While this object lives, the thread that created it, and every thread which that thread starts, run on the current
+// core. Threads of which only one runs at a time switch about ten times faster on one core. Does nothing on macOS,
+// which has no such call. Destroy it on the thread that created it.
 class StayOnThisCore {
 public:
     StayOnThisCore();

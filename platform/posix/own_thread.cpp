@@ -10,12 +10,12 @@ OwnThread::OwnThread(std::string name, Task body)
     : thread([threadName = std::move(name), job = std::move(body)]() mutable {
           nameThisThread(threadName);
           job();
-          job = Task{};
+          job = Task{}; // what the body captured is destroyed on this thread, before it can be joined
       }) {}
 
 OwnThread::~OwnThread() {
     if (thread.get_id() == std::this_thread::get_id()) {
-        thread.detach();
+        thread.detach(); // a thread cannot join itself
     } else {
         thread.join();
     }

@@ -1,4 +1,4 @@
-// What has a system thread of its own: a named thread, a serial queue.
+// A named thread, and a serial queue that owns a thread.
 #pragma once
 
 #include "platform/api/runtime.h"
@@ -15,17 +15,18 @@ public:
     // The system shows the first 15 characters of the name.
     OwnThread(std::string name, Task body);
 
-    // On the thread itself, as the last thing that its body does, it waits for nothing.
+    // Waits for the thread to end. The body may also destroy its own thread, as its last action; then this does not
+    // wait.
     ~OwnThread() override;
 
 private:
     std::thread thread;
 };
 
-// A queue whose thread bears the last part of the label: "ptsl" for "com.example.ptsl".
+// A queue with its own thread, named after the last part of the label: "ptsl" for "com.example.ptsl".
 class OwnThreadQueue final : public SerialQueue {
 public:
-    // Begins no job once `stopping` is true; that outlives the queue.
+    // Once `stopping` is true, no further job begins. `stopping` must outlive the queue.
     OwnThreadQueue(std::string queueLabel, const std::atomic<bool>& stopping);
     ~OwnThreadQueue() override;
 

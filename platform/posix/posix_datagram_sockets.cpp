@@ -27,7 +27,7 @@ const sockaddr* systemAddress(const PeerAddress& address) {
     return reinterpret_cast<const sockaddr*>(address.storage.data());
 }
 
-// A length field, where the system's sockaddr has one, is left 0: the calls take the length from their argument.
+// On systems whose sockaddr has a length field, the field stays 0: the calls use their length argument.
 PeerAddress addressOf(const in6_addr& host, std::uint16_t port) {
     sockaddr_in6 system{};
     system.sin6_family = AF_INET6;
@@ -78,7 +78,7 @@ int PosixDatagramSockets::receive(int fd, std::span<std::uint8_t> buffer, PeerAd
         socklen_t length = sizeof from.storage;
         const auto received = ::recvfrom(fd, buffer.data(), buffer.size(), 0, systemAddress(from), &length);
         const int failure = received < 0 ? errno : 0;
-        if (isShutDown(fd)) return -ESHUTDOWN;
+        if (isShutDown(fd)) return -ESHUTDOWN; // what arrived may be the datagram that shutDown sends to wake us
         from.length = length;
         if (failure == 0) return static_cast<int>(received);
         if (failure != EINTR) return -failure;
@@ -106,7 +106,7 @@ bool PosixDatagramSockets::resolve(const std::string& host, std::uint16_t port, 
     addrinfo hints{};
     hints.ai_family = AF_INET6;
     hints.ai_socktype = SOCK_DGRAM;
-    hints.ai_flags = AI_V4MAPPED | AI_NUMERICSERV;
+    hints.ai_flags = AI_V4MAPPED | AI_NUMERICSERV; // IPv4 hosts as ::ffff:a.b.c.d, which an IPv6 socket can send to
     addrinfo* found = nullptr;
     if (::getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &found) != 0) return false;
     const std::unique_ptr<addrinfo, decltype(&::freeaddrinfo)> release(found, &::freeaddrinfo);
@@ -123,9 +123,8 @@ void PosixDatagramSockets::shutDown(int fd) {
         shutDownSockets.insert(fd);
         shutDownCount = static_cast<int>(shutDownSockets.size());
     }
-    // Whoever waits in `receive` looks at the set above as soon as anything arrives, so an empty datagram to oneself
-    // wakes it on every system. Shutting the socket down does so on some only, but there even without a loopback
-    // interface.
+    // A waiting `receive` checks the set whenever anything arrives, so an empty datagram to our own port wakes it on
+    // every system. ::shutdown wakes it on some systems only, but there it also works without a loopback interface.
     if (const int port = localPort(fd); port > 0)
         for (const in6_addr& loopback : {in6addr_loopback, mappedLoopback()})
             send(fd, {}, addressOf(loopback, static_cast<std::uint16_t>(port)));

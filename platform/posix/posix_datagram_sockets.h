@@ -1,4 +1,4 @@
-// The system's own UDP sockets.
+// UDP sockets of the operating system.
 #pragma once
 
 #include "platform/api/datagram_sockets.h"
@@ -22,7 +22,8 @@ public:
     void name(const PeerAddress& address, std::string& host, std::string& port) override;
     bool resolve(const std::string& host, std::uint16_t port, PeerAddress& address) override;
 
-    // A socket that was never bound has no port to be woken at: a `receive` that waits on one goes on waiting.
+    // Wakes a waiting `receive` by a datagram to the socket's own port. A socket that was never bound has no port, so a
+    // `receive` on it keeps waiting.
     void shutDown(int fd) override;
     void close(int fd) override;
 
@@ -30,9 +31,9 @@ private:
     bool isShutDown(int fd) { return shutDownCount != 0 && isAmongShutDown(fd); }
     bool isAmongShutDown(int fd);
 
-    std::atomic<int> shutDownCount{0}; // spares `receive` the lock as long as no socket is shut down
+    std::atomic<int> shutDownCount{0}; // size of the set, so that `receive` takes no lock while the set is empty
     std::mutex lock;
-    std::set<int> shutDownSockets; // of `lock`
+    std::set<int> shutDownSockets; // guarded by `lock`
 };
 
 } // namespace lumbrine

@@ -180,7 +180,7 @@ TEST_F(PosixDatagramSocketsTest, GoesOnReceivingAfterASignal) {
     sigaction(SIGUSR1, &before, nullptr);
 }
 
-// What `receive` returned once the socket had been shut down; absent when it still waits after ten seconds.
+// The result of `receive` after the socket was shut down; absent when it still waits after ten seconds.
 std::optional<int> endOf(std::future<int>& waiting) {
     if (waiting.wait_for(10s) != std::future_status::ready) return std::nullopt;
     return waiting.get();

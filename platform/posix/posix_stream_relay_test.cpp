@@ -14,7 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 using End = RelayedConnection::End;
 
-// Passes everything on, and ends as the byte says that is found in it.
+// Forwards everything, and ends the connection as a byte in the data asks.
 class Passage final : public RelayedConnection {
 public:
     Passed fromClient(ByteView bytes) override { return {.toService = {bytes.begin(), bytes.end()}}; }
@@ -32,7 +32,7 @@ bool readable(const StreamDescriptor& socket) {
     return ::poll(&waited, 1, 10'000) == 1;
 }
 
-// What comes until there is so much of it; less when the connection ends.
+// Reads until this many bytes have arrived. Returns fewer when the connection ends.
 Bytes hear(const StreamDescriptor& socket, std::size_t size) {
     Bytes heard;
     Bytes buffer(65'536);

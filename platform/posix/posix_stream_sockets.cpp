@@ -20,14 +20,14 @@ namespace lumbrine {
 
 namespace {
 
-// Where the system has no such flag, it has the option SO_NOSIGPIPE.
+// macOS has no such flag; setNoSignal sets the option SO_NOSIGPIPE there.
 #if defined(MSG_NOSIGNAL)
 constexpr int sendFlags = MSG_NOSIGNAL;
 #else
 constexpr int sendFlags = 0;
 #endif
 
-// Where the system cannot hold bytes back, they leave at once.
+// Only Linux can hold bytes back. Elsewhere they leave at once.
 #if defined(MSG_MORE)
 constexpr int holdBack = MSG_MORE;
 #else
@@ -38,14 +38,14 @@ constexpr std::chrono::microseconds watching{500};
 
 int setTimeout(int fd, int option, Duration limit) {
     const auto microseconds = std::chrono::ceil<std::chrono::microseconds>(limit).count();
-    if (microseconds <= 0) return -EINVAL; // 0 would be no limit at all
+    if (microseconds <= 0) return -EINVAL; // 0 would mean "no limit"
     timeval value{};
     value.tv_sec = static_cast<decltype(value.tv_sec)>(microseconds / 1'000'000);
     value.tv_usec = static_cast<decltype(value.tv_usec)>(microseconds % 1'000'000);
     return orError(::setsockopt(fd, SOL_SOCKET, option, &value, sizeof value));
 }
 
-// Waits for the end of a connecting that is under way; what has come of it.
+// Waits until a connection attempt has ended. Returns 0 or a negative errno value.
 int finishConnecting(int fd, Duration limit) {
     using Clock = std::chrono::steady_clock;
     const auto deadline = Clock::now() + limit;
@@ -82,6 +82,7 @@ int PosixStreamSockets::connect(int fd, const std::string& host, std::uint16_t p
         const std::lock_guard held(lock);
         if (ended) return -ESHUTDOWN;
     }
+    // Non-blocking while it connects, because a blocking connect may wait for minutes.
     const int flags = orError(::fcntl(fd, F_GETFL));
     if (flags < 0) return flags;
     if (::fcntl(fd, F_SETFL, flags | O_NONBLOCK) < 0) return -errno;
@@ -124,7 +125,7 @@ int PosixStreamSockets::receive(int fd, std::span<std::uint8_t> buffer) {
     do {
         const int received = orError(::recv(fd, buffer.data(), buffer.size(), MSG_DONTWAIT));
         if (received != -EAGAIN) return received;
-        ::sched_yield();
+        ::sched_yield(); // the service may need this core to answer
     } while (std::chrono::steady_clock::now() < asleep);
     return orError(::recv(fd, buffer.data(), buffer.size(), 0));
 }

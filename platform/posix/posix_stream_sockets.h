@@ -1,5 +1,5 @@
-// The system's own TCP sockets. A receive watches for its bytes for half a millisecond before it sleeps: a service on
-// this computer often answers within that, and waking a sleeper would take as long again.
+// TCP sockets of the operating system. `receive` polls for half a millisecond before it blocks: a service on the same
+// computer often answers within that time, and waking a blocked thread would take about as long again.
 #pragma once
 
 #include "platform/api/stream_socket.h"
@@ -25,8 +25,8 @@ public:
 
 private:
     std::mutex lock;
-    std::set<int> sockets; // that are open
-    bool ended = false;
+    std::set<int> sockets; // all open ones, for shutDown
+    bool ended = false;    // set by shutDown: nothing is opened or connected any more
 };
 
 } // namespace lumbrine

@@ -15,7 +15,7 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-// The other end, on this machine.
+// The other end of the connection, on this computer.
 class Listener {
 public:
     explicit Listener(int backlog = 8) : fd(::socket(AF_INET, SOCK_STREAM, 0)) {
@@ -70,7 +70,7 @@ protected:
         return value;
     }
 
-    // Connects until nobody is let in any more.
+    // Connects until the queue of pending connections is full.
     void crowd(std::uint16_t port) {
         constexpr std::size_t most = 10;
         int result = 0;

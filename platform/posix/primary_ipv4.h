@@ -1,4 +1,4 @@
-// Which of this computer's addresses a phone on the same network should be told.
+// Chooses the address of this computer that a phone on the same network can reach.
 #pragma once
 
 #include <optional>
@@ -15,10 +15,11 @@ struct IPv4Interface {
     bool loopback = false;
 };
 
-// Of those that are up and not loopback, the first one named "en0" or "en1", else the first. Absent when none is left.
+// Of the addresses that are up and not loopback: the first one on "en0" or "en1" (the usual Wi-Fi and Ethernet of a
+// Mac), else the first of all. Absent when there is none.
 std::optional<std::string> choosePrimaryIPv4(const std::vector<IPv4Interface>& interfaces);
 
-// The interfaces of this computer in the system's order; empty when the system does not tell.
+// The interfaces of this computer in the system's order. Empty when the system cannot list them.
 std::vector<IPv4Interface> listIPv4Interfaces();
 
 } // namespace lumbrine

@@ -46,7 +46,7 @@ void RealRuntime::postMainAfter(Duration delay, Task task) {
     loop.postAfter(delay, std::move(task));
 }
 
-// Shared, because the job may still lie in the main queue when the caller has given up.
+// Shared between the caller and the job, because the job may still be in the main queue when the caller has given up.
 struct RealRuntime::Hop {
     explicit Hop(Task hopJob) : job(std::move(hopJob)) {}
 
@@ -68,6 +68,8 @@ void RealRuntime::runOnMainAndWait(Task task) {
         arrived.notify_all();
     });
     std::unique_lock lock(mutex);
+    // After shutdown the main loop may never run the job. But a job that already runs must be waited for: it uses the
+    // caller's variables.
     arrived.wait(lock,
                  [&] { return hop->state == Hop::State::done || (stopping && hop->state == Hop::State::waiting); });
     if (hop->state == Hop::State::waiting) hop->state = Hop::State::abandoned;

@@ -1,4 +1,4 @@
-// Real time: standard threads, the system's steady clock, and a main queue that some event loop drains.
+// Real time: standard threads, the system's steady clock, and the main queue of an event loop.
 #pragma once
 
 #include "platform/api/main_loop.h"
@@ -14,19 +14,19 @@ namespace lumbrine {
 
 // A program ends in this order, all on the main thread:
 //   1. the event loop returns;
-//   2. shutDown();
-//   3. servers, queues, timers and threads are destroyed, which no longer wait for sleeps and hops;
-//   4. the runtime is destroyed and waits for the background jobs that still run;
+//   2. shutDown() is called, so that nothing below has to wait for a sleep or a hop;
+//   3. servers, queues, timers and threads are destroyed;
+//   4. the runtime is destroyed; it waits for the background jobs that still run;
 //   5. the loop is destroyed, and with it the main jobs that never ran.
-// Priorities are not handed to the system: every job begins as soon as there is a core for it.
+// Priorities are ignored: every job begins as soon as a core is free.
 class RealRuntime final : public Runtime {
 public:
-    // The loop outlives the runtime.
+    // The loop must outlive the runtime.
     explicit RealRuntime(MainLoop& mainLoop);
     ~RealRuntime() override;
 
-    // From now on sleeps return at once, hops to the main thread return without having run anything, and no job of the
-    // background or of a serial queue begins. Any thread; again does nothing.
+    // Begins the end of the program. From now on sleeps return at once, syncMain returns without running its function,
+    // and no job of a serial queue or of the background begins. Any thread. Further calls do nothing.
     void shutDown();
 
     TimePoint now() const override;
@@ -50,11 +50,11 @@ private:
     std::atomic<bool> stopping{false};
 
     std::mutex mutex;
-    std::condition_variable ending;  // for sleepers: notified by shutDown alone
-    std::condition_variable arrived; // for those who wait for their job on the main thread
+    std::condition_variable ending;  // wakes sleepers; notified by shutDown only
+    std::condition_variable arrived; // wakes callers of runOnMainAndWait
 
     ThreadCache threads;
-    std::unique_ptr<SerialQueue> delays; // hands delayed jobs to the threads when their time has come
+    std::unique_ptr<SerialQueue> delays; // passes each delayed background job to `threads` when it is due
 };
 
 } // namespace lumbrine

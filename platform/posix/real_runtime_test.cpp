@@ -1,4 +1,4 @@
-// Orders, not durations: a busy machine may be as slow as it likes.
+// These tests check orders, not durations, so that they also pass on a busy machine.
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 
@@ -17,7 +17,7 @@ protected:
 
     RunLoop loop;
     RealRuntime runtime{loop};
-    std::string order; // of the main thread
+    std::string order; // of the jobs on the main thread
 };
 
 TEST_F(RealRuntimeTest, RunsMainJobsInOrderOnTheMainThread) {

@@ -10,14 +10,14 @@ namespace lumbrine {
 
 namespace {
 
-// Alive until both its timer and its next tick are gone.
+// Shared by the timer object and by the posted tick, so it lives until both are gone.
 class Repetition : public std::enable_shared_from_this<Repetition> {
 public:
     Repetition(std::function<void(TimePoint, Task)> postToLoop, Duration timerInterval, std::function<void()> timerTick)
         : postAt(std::move(postToLoop)), interval(std::max(timerInterval, Duration{1})), tick(std::move(timerTick)),
           due(TimedJobs::now()) {}
 
-    // At the first multiple of the interval that still lies ahead, so ticks that come late do not pile up.
+    // Posts the next tick for the first multiple of the interval in the future, so that late ticks do not pile up.
     void schedule() {
         due += interval * ((TimedJobs::now() - due) / interval + 1);
         postAt(due, [self = shared_from_this()] { self->run(); });
@@ -28,7 +28,7 @@ public:
 private:
     void run() {
         if (!wanted) return;
-        schedule();
+        schedule(); // first, because `tick` may destroy the timer
         tick();
     }
 

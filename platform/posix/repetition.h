@@ -1,4 +1,4 @@
-// Repeating timers for a main loop that can run a job at a given time.
+// Implements repeating timers for main loops that can run a job at a given time.
 #pragma once
 
 #include "platform/api/runtime.h"
@@ -8,8 +8,8 @@
 
 namespace lumbrine {
 
-// Calls `tick` at the multiples of `interval` from now on, as jobs that `postAt` hands to the loop's own thread. A tick
-// that comes late does not bring the ones it delayed after it. What `postAt` refers to outlives the jobs it was given.
+// Calls `tick` at every multiple of `interval` from now. Each tick is a job that `postAt` posts to the loop's thread.
+// Missed ticks are skipped, not made up for. Whatever `postAt` refers to must outlive the jobs posted through it.
 std::unique_ptr<RepeatingTimer> repeatWith(std::function<void(TimePoint due, Task job)> postAt, Duration interval,
                                            std::function<void()> tick);
 

@@ -11,10 +11,10 @@ namespace lumbrine {
 
 class RunLoop final : public MainLoop {
 public:
-    // The calling thread is the main thread until another one calls `run`.
+    // The calling thread is the main thread until another thread calls `run`.
     explicit RunLoop(TimerOrder order = TimerOrder::whenSeen);
 
-    // Runs jobs on the calling thread until `stop`. Once.
+    // Runs jobs on the calling thread until `stop`. Call once.
     void run();
 
     bool onMain() const override;

@@ -15,7 +15,7 @@ namespace {
 #if defined(MSG_NOSIGNAL)
 constexpr int sendFlags = MSG_NOSIGNAL;
 #else
-constexpr int sendFlags = 0; // the option SO_NOSIGPIPE does it
+constexpr int sendFlags = 0; // the constructor sets SO_NOSIGPIPE instead
 #endif
 
 sockaddr_in loopback(std::uint16_t port) {
@@ -68,7 +68,7 @@ StreamDescriptor StreamDescriptor::listening(std::uint16_t port) {
 StreamDescriptor StreamDescriptor::connected(std::uint16_t port) {
     const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
     const sockaddr_in address = loopback(port);
-    // Within one computer a connection is there at once, or refused.
+    // On one computer, connect succeeds or fails at once. So the socket may block here; it is non-blocking afterwards.
     const bool done = ::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     StreamDescriptor socket(fd);
     if (!done) return {};

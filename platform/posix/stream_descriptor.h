@@ -1,4 +1,4 @@
-// One TCP socket of the system's on 127.0.0.1, closed when it goes. Its calls never wait.
+// Owns one non-blocking TCP socket on 127.0.0.1.
 #pragma once
 
 #include "base/bytes.h"
@@ -19,27 +19,28 @@ public:
     StreamDescriptor(const StreamDescriptor&) = delete;
     StreamDescriptor& operator=(const StreamDescriptor&) = delete;
 
-    // Not open when the port is taken; port 0 takes one that is free.
+    // Listens on a port; with port 0 the system chooses a free one. Not open when the port is taken.
     static StreamDescriptor listening(std::uint16_t port);
 
-    // Not open when nobody listens there.
+    // Connects to a port. Not open when nothing listens there.
     static StreamDescriptor connected(std::uint16_t port);
 
-    // Of a listening socket; not open when nobody is waiting.
+    // Accepts one connection of a listening socket. Not open when no client is waiting.
     StreamDescriptor accept() const;
 
     bool isOpen() const { return fd >= 0; }
     int number() const { return fd; }
     std::uint16_t localPort() const;
 
-    // How many bytes were taken, 0 when there is no room, less when the peer has gone.
+    // Returns how many bytes were accepted: 0 when the buffer is full, a negative errno value when the peer is gone.
     int send(ByteView bytes) const;
 
-    // How many bytes were stored; 0 or another number below it when the peer has gone.
+    // Returns how many bytes were stored, `nothingYet` when none have arrived, 0 when the peer has closed the
+    // connection, and a negative errno value when it broke.
     static constexpr int nothingYet = std::numeric_limits<int>::min();
     int receive(std::span<std::uint8_t> buffer) const;
 
-    // Its end will be a reset for the peer, whatever it has not received.
+    // Makes the destructor reset the connection: the peer loses the bytes that it has not received yet.
     void breakOnClose() const;
 
 private:

@@ -1,4 +1,4 @@
-// What the system's calls return, in the form that the seams of this system use.
+// Converts the results of system calls to the convention of platform/api: a negative errno value means failure.
 #pragma once
 
 #include <sys/socket.h>
@@ -8,7 +8,7 @@
 
 namespace lumbrine {
 
-// The result, or -errno.
+// Returns `result`, or -errno when it is negative.
 inline int orError(ssize_t result) {
     return result < 0 ? -errno : static_cast<int>(result);
 }

@@ -27,7 +27,7 @@ TerminationSignals::TerminationSignals(std::function<void()> arrived) : callback
 
 TerminationSignals::~TerminationSignals() {
     ending = true;
-    pthread_kill(thread.native_handle(), SIGINT); // wakes sigwait, nothing more
+    pthread_kill(thread.native_handle(), SIGINT); // only wakes sigwait: the signal is blocked everywhere
     thread.join();
 }
 

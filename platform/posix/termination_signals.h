@@ -1,4 +1,4 @@
-// SIGINT and SIGTERM as a call on an ordinary thread, so that a program ends itself in order.
+// Reports SIGINT and SIGTERM by a call on an ordinary thread, so that a program can end in an orderly way.
 #pragma once
 
 #include <atomic>
@@ -7,15 +7,15 @@
 
 namespace lumbrine {
 
-// Make one in main, before any other thread: it blocks both signals in the calling thread, and threads inherit that.
-// They stay blocked when it is destroyed, so that one which comes late does not kill a program that is already ending.
+// Create one in main, before any other thread: it blocks both signals in the calling thread, and new threads inherit
+// that. The signals stay blocked after its destruction, so that a late signal does not kill a program that is ending.
 class TerminationSignals {
 public:
-    // `arrived` is called for each signal on a thread of its own, where it may call anything: RunLoop::stop, for
-    // example.
+    // Calls `arrived` for each signal, on a thread for this purpose. The callback may call anything, for example
+    // RunLoop::stop; it is not a signal handler.
     explicit TerminationSignals(std::function<void()> arrived);
 
-    // No call comes afterwards. Not from `arrived`.
+    // No call follows. Must not be called from `arrived`.
     ~TerminationSignals();
 
     TerminationSignals(const TerminationSignals&) = delete;

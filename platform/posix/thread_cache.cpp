@@ -19,10 +19,10 @@ bool ThreadCache::addThread() {
     try {
         threads.emplace_back([this] { work(); });
     } catch (const std::system_error&) {
-        if (threads.empty()) throw; // nobody would ever run the job
+        if (threads.empty()) throw; // no thread would ever run the job
         return false;
     }
-    ++freeThreads; // until it has taken a job
+    ++freeThreads; // the new thread counts as free until it has taken a job
     return true;
 }
 
@@ -36,14 +36,14 @@ void ThreadCache::work() {
         --freeThreads;
         lock.unlock();
         job();
-        job = Task{};
+        job = Task{}; // outside the lock: destructors of what it captured may post jobs
         lock.lock();
         ++freeThreads;
     }
 }
 
 void ThreadCache::stop() {
-    RingQueue<Task> dropped; // destroyed outside the lock
+    RingQueue<Task> dropped; // declared before the lock, so destroyed after it is released
     const std::lock_guard lock(mutex);
     stopped = true;
     std::swap(dropped, jobs);

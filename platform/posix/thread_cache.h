@@ -12,30 +12,30 @@
 
 namespace lumbrine {
 
-// Every job begins at once, on a thread that is free or else on a new one, since jobs may sleep and block for as long
-// as they like. Threads are kept: there come to be as many as jobs ever ran at the same time. Only in a flood do jobs
-// wait, in their order: when there are as many threads as may be, or when the system gives no more.
+// Each job begins at once, on a free thread or on a new one, because jobs may sleep and block as long as they like. The
+// pool grows to the peak number of concurrent jobs and never shrinks. At the limit of threads, or when the system
+// refuses a new one, jobs wait in order.
 class ThreadCache {
 public:
     static constexpr std::size_t maxThreads = 512;
 
     ThreadCache() = default;
 
-    // Waits for the jobs that run.
+    // Calls `stop` and waits for the jobs that run.
     ~ThreadCache();
 
     ThreadCache(const ThreadCache&) = delete;
     ThreadCache& operator=(const ThreadCache&) = delete;
 
-    // Any thread. Dropped after `stop`.
+    // Any thread. After `stop`, the job is dropped.
     void run(Task job);
 
-    // Begins no job any more.
+    // Drops the jobs that wait; from now on no job begins.
     void stop();
 
 private:
     void work();
-    bool addThread(); // under the lock; false when there is to be none
+    bool addThread(); // caller holds the lock; false at the limit, or when the system refuses
 
     std::mutex mutex;
     std::condition_variable changed;

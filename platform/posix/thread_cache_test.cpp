@@ -34,7 +34,7 @@ protected:
 
     std::atomic<std::size_t> begun{0};
     std::atomic<std::size_t> ended{0};
-    std::set<std::thread::id> workers; // of the jobs that have ended
+    std::set<std::thread::id> workers; // threads that have finished a job
 
 private:
     std::mutex mutex;

@@ -15,14 +15,14 @@ TimePoint TimedJobs::after(Duration delay) {
     return delay > TimePoint::max() - time ? TimePoint::max() : time + delay;
 }
 
-// Under the lock: whoever is woken may destroy this object as soon as it has the lock.
+// Caller holds the lock. Notifying after unlocking would be a race: the woken thread may destroy this object.
 void TimedJobs::wake() {
     if (std::exchange(asleep, false)) changed.notify_one();
 }
 
 void TimedJobs::post(Task job) {
     const std::lock_guard lock(mutex);
-    if (order == TimerOrder::whenDue) takeDue();
+    if (order == TimerOrder::whenDue) takeDue(); // jobs that are due go in before this one
     ready.push(std::move(job));
     wake();
 }
@@ -48,7 +48,7 @@ void TimedJobs::run() {
             Task job = ready.pop();
             lock.unlock();
             if (dropsAll == nullptr || !*dropsAll) job();
-            job = Task{};
+            job = Task{}; // destroyed without the lock: what it captured may post jobs
             lock.lock();
             continue;
         }

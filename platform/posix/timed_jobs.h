@@ -1,4 +1,4 @@
-// Jobs for one thread, some of them for later: what the own main loop and every serial queue are made of.
+// A queue of jobs for one thread, some of them delayed. RunLoop and every serial queue are built on it.
 #pragma once
 
 #include "base/deadline_heap.h"
@@ -13,29 +13,28 @@
 
 namespace lumbrine {
 
-// Everything but `run` may be called on any thread. Posting takes one lock, wakes the running thread only when that
-// one sleeps, and allocates nothing once the queue has had its usual length. Without a job that is due nobody wakes
-// up.
+// Any thread may call everything except `run`. Posting takes one lock, wakes the running thread only if it sleeps, and
+// allocates nothing once the queue has reached its usual length. While no job is due, the thread sleeps.
 class TimedJobs {
 public:
-    // From the moment that `dropping` is true (null: never) jobs are dropped when their turn comes. It outlives this.
+    // While `dropping` is true, jobs are dropped instead of run; null means never. It must outlive this object.
     explicit TimedJobs(const std::atomic<bool>* dropping = nullptr, TimerOrder timerOrder = TimerOrder::whenSeen)
         : dropsAll(dropping), order(timerOrder) {}
 
     static TimePoint now();
 
-    // The end of time when `delay` leads beyond it.
+    // now() + delay, clamped to the range of TimePoint.
     static TimePoint after(Duration delay);
 
     void post(Task job);
 
-    // Not before that time, and after the jobs that became due earlier.
+    // Runs the job at `due` or later, after the jobs that became due earlier.
     void postAt(TimePoint due, Task job);
 
-    // Runs jobs on the calling thread until `stop`; at once back when that was before.
+    // Runs jobs on the calling thread until `stop`. Returns at once when `stop` was called before.
     void run();
 
-    // `run` returns after the job that it is in. What has not begun is destroyed with this object.
+    // Makes `run` return after the current job. Jobs that have not begun are destroyed with this object.
     void stop();
 
 private:
