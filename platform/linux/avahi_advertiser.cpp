@@ -45,8 +45,8 @@ private:
         name = wantedName;
     }
 
-    // Another service of this computer may have the name, which is told at once, or one of another computer, which is
-    // told by the group.
+    // A service of this computer with the same name is reported at once, as the result of adding. A service of another
+    // computer is reported later, as a collision of the group (see `changed`).
     void add() {
         avahi_entry_group_reset(group);
         int result = addUnderName();
@@ -82,9 +82,9 @@ private:
     const std::string wantedName;
     const std::uint16_t port;
 
-    std::string name; // the one that is tried or published
+    std::string name; // the name being tried, or published
     AvahiEntryGroup* group = nullptr;
-    AvahiSession session; // the first to go: nothing is called after that
+    AvahiSession session; // last member, so destroyed first: afterwards nothing is called any more
 };
 
 } // namespace

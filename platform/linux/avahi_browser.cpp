@@ -36,7 +36,7 @@ public:
         : type(withoutFinalDot(serviceType)), found(std::move(onFound)), session(*this) {}
 
 private:
-    // A service that was heard over one interface and protocol, on its way to an address.
+    // A pending request for the address of a service that was heard over one interface and protocol.
     struct Question {
         AvahiSearch& search;
         AvahiClient* client;
@@ -98,7 +98,7 @@ private:
             questions.pop_back();
     }
 
-    // An empty host: it has no address of that kind.
+    // An empty host means that the service has no address of the wanted kind: after IPv4, IPv6 is tried.
     void answered(Question& question, const std::string& host, std::uint16_t port) {
         const Question done = question;
         questions.remove_if([&question](const Question& other) { return &other == &question; });
@@ -116,8 +116,8 @@ private:
     AvahiClient* browsedClient = nullptr;
     bool browsing = false;
     FoundServices services;
-    std::list<Question> questions;
-    AvahiSession session; // the first to go: nothing is called after that
+    std::list<Question> questions; // a list, because resolvers keep pointers to the entries
+    AvahiSession session;          // last member, so destroyed first: afterwards nothing is called any more
 };
 
 } // namespace

@@ -27,7 +27,7 @@ bool AvahiSession::daemonAnswers() {
 
 AvahiSession::AvahiSession(User& sessionUser) : user(sessionUser), poll(avahi_threaded_poll_new()) {
     assert(poll != nullptr);
-    // The first client is made like every later one, from a timer: asking the daemon takes its time.
+    // The first client is created from a timer, like every later one, because connecting to the daemon blocks.
     const AvahiPoll* api = avahi_threaded_poll_get(poll);
     const auto onTimer = [](AvahiTimeout* /*timer*/, void* self) { static_cast<AvahiSession*>(self)->renew(); };
     renewal = api->timeout_new(api, nullptr, onTimer, this);
@@ -57,7 +57,7 @@ void AvahiSession::renew() {
     const auto onChange = [](AvahiClient* changedClient, AvahiClientState state, void* self) {
         static_cast<AvahiSession*>(self)->changed(changedClient, state);
     };
-    // Without a daemon the client waits for one; without a bus there is no client.
+    // Without a daemon, the client waits for one. Without a message bus, no client can be created.
     client = avahi_client_new(avahi_threaded_poll_get(poll), AVAHI_CLIENT_NO_FAIL, onChange, this, nullptr);
     if (client == nullptr) startOver();
 }
@@ -72,7 +72,7 @@ void AvahiSession::changed(AvahiClient* changedClient, AvahiClientState state) {
         user.pause();
         break;
     case AVAHI_CLIENT_FAILURE:
-        // A client that has failed stays so, and it must not be freed from its own callback.
+        // A failed client does not recover, and it must not be freed inside its own callback.
         renewAfter(avahi_client_errno(changedClient) == AVAHI_ERR_DISCONNECTED ? 0 : retryMilliseconds);
         break;
     case AVAHI_CLIENT_CONNECTING:

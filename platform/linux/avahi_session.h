@@ -1,5 +1,5 @@
-// A client of the Avahi daemon, on a thread of its own, that finds the daemon again after it was gone, and the message
-// bus too. The thread sleeps until something happens; only without a message bus does it try again every few seconds.
+// A client of the Avahi daemon on its own thread. It reconnects after a restart of the daemon or of the message bus.
+// The thread sleeps until something happens; only while there is no message bus does it retry every two seconds.
 #pragma once
 
 #include <avahi-client/client.h>
@@ -10,34 +10,35 @@ namespace lumbrine {
 
 class AvahiSession {
 public:
-    // Who makes groups, browsers and resolvers from the client. All calls on the session's thread.
+    // Creates groups, browsers and resolvers from the client. All its functions are called on the session's thread.
     class User {
     public:
         virtual ~User() = default;
 
-        // The daemon is ready. Comes again after `pause`, with the same client, and after `down`, with another one.
+        // The daemon is ready. Called again after `pause` with the same client, and after `down` with a new client.
         virtual void up(AvahiClient* client) = 0;
 
-        // The daemon is changing the computer's name on the network; what was published must be withdrawn.
+        // The daemon is changing the computer's name on the network. Published services must be withdrawn until `up`.
         virtual void pause() = 0;
 
-        // The client is gone, and everything that was made from it.
+        // The client is gone, and with it everything that was created from it.
         virtual void down() = 0;
     };
 
     // True when a daemon answers now.
     static bool daemonAnswers();
 
-    // Returns at once. `sessionUser` outlives the session.
+    // Returns at once and connects in the background. `sessionUser` must outlive the session.
     explicit AvahiSession(User& sessionUser);
 
-    // Everything made from the client is gone; no call comes any more.
+    // Destroys everything that was created from the client. No call follows.
     ~AvahiSession();
 
     AvahiSession(const AvahiSession&) = delete;
     AvahiSession& operator=(const AvahiSession&) = delete;
 
-    // For a user whose group or browser has failed: makes everything anew after a while. On the session's thread.
+    // For a user whose group or browser has failed: after two seconds, calls `down` and connects with a new client.
+    // Only on the session's thread.
     void startOver();
 
 private:

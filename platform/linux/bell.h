@@ -1,4 +1,4 @@
-// What a thread sleeps on until there is something to do; rung from anywhere, a realtime thread included.
+// A thread sleeps on a bell until there is something to do. Any thread may ring it, a realtime thread included.
 #pragma once
 
 #include "platform/api/time.h"
@@ -7,7 +7,7 @@
 
 namespace lumbrine {
 
-// Ringing it several times before anybody waits wakes one wait, once.
+// Several rings before a wait wake that wait once.
 class Bell {
 public:
     Bell();
@@ -18,10 +18,10 @@ public:
     // Any thread; never waits.
     void ring();
 
-    // Returns when it is rung, at once when it was rung since the last wait. One thread at a time.
+    // Waits for a ring. Returns at once when the bell was rung after the last wait. Only one thread may wait at a time.
     void wait();
 
-    // As `wait`, but returns after `limit` in any case.
+    // Like `wait`, but returns after `limit` at the latest.
     void waitFor(Duration limit);
 
 private:

@@ -1,5 +1,5 @@
-// Which of the services that a browser reports are news. One service is reported once for each network interface and
-// each protocol over which it is heard.
+// Decides which services of a browser are new. Avahi's browser reports a service once for every network interface and
+// protocol over which it is heard; here, each of these is a way.
 #pragma once
 
 #include <map>
@@ -9,14 +9,15 @@ namespace lumbrine {
 
 class FoundServices {
 public:
-    // It is heard over one more way. True when it has to be resolved: nobody was told of it yet.
+    // The service is heard over one more way. True when it must be resolved, because it has not been reported yet.
     bool appeared(const std::string& name);
 
-    // It was resolved over one of the ways. True for the first time since it appeared; false also for a service that is
-    // gone meanwhile.
+    // The service was resolved over one way. True when it must be reported now: it is still there and has not been
+    // reported since it appeared.
     bool resolved(const std::string& name);
 
-    // It is no longer heard over one of the ways; without any way left it is forgotten, and news when it comes again.
+    // The service is no longer heard over one way. When no way is left, it is removed, and reported again if it comes
+    // back.
     void disappeared(const std::string& name);
 
     void clear() { services.clear(); }

@@ -25,6 +25,7 @@ JackClient::Pointer JackClient::make(Runtime& rt, JackServer& jackServer, std::s
 }
 
 void JackClient::Ending::operator()(JackClient* client) const {
+    // Shared with the job on the server thread: whichever of the two is last deletes the client.
     const std::shared_ptr<JackClient> ending(client, [](JackClient* last) { delete last; });
     if (ending->started) ending->server.remove(ending);
     ending->stopping = true;
@@ -82,6 +83,7 @@ MIDIStatus JackClient::open() {
         close();
         return JackFailure;
     }
+    // Callbacks must be set before jack_activate. `live` first, because the shutdown callback clears it.
     live = true;
     setCallbacks();
     if (jack_activate(client) == 0) return 0;
@@ -98,7 +100,7 @@ void JackClient::setCallbacks() {
     jack_on_info_shutdown(client, onShutdown, this);
     if (!reviewer) return;
 
-    // JACK must not be called from these; the server thread looks for itself.
+    // libjack forbids calls from these callbacks, so they only wake the server thread, which then looks for changes.
     const auto onPort = [](jack_port_id_t /*port*/, int /*there*/, void* self) {
         static_cast<JackClient*>(self)->server.look();
     };

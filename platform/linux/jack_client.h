@@ -1,9 +1,8 @@
-// A JACK client with MIDI ports. When the server comes back after it was gone, client and ports are there again under
-// the names they had.
+// A JACK client with MIDI ports. After a restart of the server, the client and its ports reappear under their names.
 //
-// The realtime thread only moves bytes between JACK's buffers and the ports' rings. What has come in is read on one
-// receive thread of the client's, as CoreMIDI does it: decoding, logging and locks stay out of the realtime thread, and
-// nobody wakes up while nothing comes in.
+// The realtime thread only moves bytes between JACK's buffers and the rings of the ports. Incoming events are read on
+// one receive thread for each client, as in CoreMIDI. This keeps decoding, logging and locks out of the realtime
+// thread. The receive thread sleeps while nothing arrives.
 #pragma once
 
 #include "platform/api/midi_services.h"
@@ -23,29 +22,30 @@ class JackClient final : public JackServer::Client {
 public:
     static constexpr std::size_t maxPorts = 16;
 
-    // Called on the server thread with the open client after it was opened and whenever ports or connections at the
-    // server have changed, and with null when it was closed; false when it wants to be called again soon.
+    // Called on the server thread: with the open client after opening and whenever ports or connections of the server
+    // have changed, and with null after closing. Returns false to be called again soon.
     using Reviewer = std::function<bool(jack_client_t*)>;
 
-    // Ends the client: ports are gone, and no reader runs any more. Where the server does not let go of the client in
-    // time (JackServer::remove), it is left to the server, which may call the reviewer once more.
+    // Ends the client: removes its ports and waits for its readers. When the server thread does not close it in time
+    // (JackServer::remove), the object stays alive until it does, and the reviewer may be called once more.
     struct Ending {
         void operator()(JackClient* client) const;
     };
     using Pointer = std::unique_ptr<JackClient, Ending>;
 
-    // JACK makes the name another one when it is taken ("Lumbrine-01"). The server outlives the client.
+    // When another client has the name, JACK changes it ("Lumbrine-01"). The server must outlive the client.
     static Pointer make(Runtime& rt, JackServer& jackServer, std::string clientName, Reviewer changeReviewer = {});
 
-    // Goes to the server: 0, or JACK's status when it cannot now; it goes on trying in any case. Once.
+    // Connects. Returns 0, or JACK's status if no server answers; keeps retrying in the background either way. Call
+    // once.
     MIDIStatus start();
 
-    // Null when JACK refuses the name or does not answer, or there are too many. Before `start` or after; one thread at
-    // a time. The port lives as long as the client.
+    // Adds a port, before or after `start`. Null when JACK refuses the name or does not answer, and when there are
+    // maxPorts already. The port lives as long as the client. One thread at a time.
     JackOutput* addOutput(const std::string& portName);
     JackInput* addInput(const std::string& portName, std::function<void(ByteView event)> read);
 
-    // Events that found no room in one of the ports, ever. Any thread.
+    // The number of events that were lost because a ring was full, in all ports since the start. Any thread.
     std::uint64_t dropped() const;
 
     MIDIStatus open() override;
@@ -69,16 +69,16 @@ private:
     const Reviewer reviewer;
     bool started = false;
 
-    jack_client_t* client = nullptr; // of the server thread
-    std::atomic<bool> live{false};   // open, and the server has not died since
+    jack_client_t* client = nullptr; // server thread only
+    std::atomic<bool> live{false};   // open, and the server has not shut down since
 
-    // Ports only ever come; the count makes a new one visible to the other threads.
+    // Ports are never removed. Storing the count publishes a new port to the other threads.
     std::array<std::shared_ptr<JackPort>, maxPorts> ports;
     std::atomic<std::size_t> portCount{0};
 
     Bell arrivals;
     std::atomic<bool> stopping{false};
-    std::unique_ptr<Thread> receiver; // with the first input
+    std::unique_ptr<Thread> receiver; // started with the first input
 };
 
 } // namespace lumbrine

@@ -12,7 +12,7 @@ namespace lumbrine {
 
 namespace {
 
-// Full names of the ports, of whatever client, that have this short name.
+// The full names of all ports with this short name, in any client.
 std::vector<std::string> portsNamed(jack_client_t* client, std::string_view shortName, unsigned long flags) {
     const std::unique_ptr<const char*, decltype(&jack_free)> all(
         jack_get_ports(client, nullptr, JACK_DEFAULT_MIDI_TYPE, flags), &jack_free);
@@ -26,7 +26,7 @@ std::vector<std::string> portsNamed(jack_client_t* client, std::string_view shor
 
 enum class Link { absent, made, pending };
 
-// What the server thread knows of a connection; it may outlive the connection.
+// The state of a connection that the server thread uses. Shared, because it may outlive the connection.
 class Plugs {
 public:
     explicit Plugs(std::string portName) : name(std::move(portName)) {}
@@ -42,7 +42,7 @@ public:
         return fromSource != Link::pending && toDestination != Link::pending;
     }
 
-    // Before the client is opened.
+    // Set before the client is opened.
     JackOutput* output = nullptr;
     JackInput* input = nullptr;
 
@@ -58,7 +58,7 @@ private:
             if (mine.isConnectedTo(candidate)) return Link::made;
         const std::string own = mine.fullName();
         const std::string& theirs = candidates.front();
-        // JACK carries nothing over a connection before it counts it at the start of one of the next cycles.
+        // Not made yet: JACK carries events over a new connection only from the start of one of the next cycles.
         if (fromThem) {
             jack_connect(opened, theirs.c_str(), own.c_str());
         } else {

@@ -9,13 +9,13 @@
 namespace lumbrine {
 
 // Each connection is a JACK client "<name> host" with the ports "<name> in" and "<name> out". It connects as soon as
-// ports of the name appear, at whatever client; of several it takes the first and keeps it while it is there.
+// ports of this name appear in any client. Of several it takes the first, and keeps it as long as it exists.
 class JackMIDIConnections final : public MIDIConnections {
 public:
-    // Share the server with whatever else of this process goes to JACK. It outlives the connections made here.
+    // All JACK clients of a process share one server object.
     JackMIDIConnections(Runtime& rt, std::shared_ptr<JackServer> jackServer);
 
-    // `incoming` gets each JACK event whole. Never null: while no server is there, the connection waits for one.
+    // Calls `incoming` with each JACK event as a whole. Never null: without a server, the connection waits for one.
     std::unique_ptr<MIDIConnection> connect(const std::string& portName,
                                             std::function<void(ByteView)> incoming) override;
 

@@ -1,9 +1,9 @@
 // Virtual MIDI ports in JACK.
 //
-// A JACK client cannot own two ports of one short name, so all sources live in one client and all destinations in a
-// second one. Both ask for the name that the first MIDI client asked for; JACK makes the second one's name unique:
-// "Lumbrine:Lumbrine" and "Lumbrine-01:Lumbrine". Two clients for any number of ports also mean that the process wakes
-// up twice a cycle and not more often.
+// A JACK client cannot have two ports with the same short name. Therefore all sources are in one client and all
+// destinations in a second one. Both request the name of the first MIDI client, and JACK makes the second one unique:
+// "Lumbrine:Lumbrine" and "Lumbrine-01:Lumbrine". With two clients for any number of ports, JACK wakes the process
+// twice in each cycle and not more often.
 #pragma once
 
 #include "platform/api/midi_services.h"
@@ -15,28 +15,28 @@
 
 namespace lumbrine {
 
-// Where the server dies, what is sent is dropped at once; when a server comes back, the ports are made again and go on.
+// While the server is gone, messages are dropped at once. When a server is back, the ports are registered again.
 class JackMIDIServices final : public MIDIServices {
 public:
-    // Share the server with whatever else of this process goes to JACK.
+    // All JACK clients of a process share one server object.
     JackMIDIServices(Runtime& rt, std::shared_ptr<JackServer> jackServer);
 
-    // Creation calls: one thread at a time. Their status is JACK's, or -EINVAL for a client that is none.
+    // Creation calls: one thread at a time. They return JACK's status, or -EINVAL for an invalid client.
     MIDIStatus createClient(const std::string& name, MIDIClientRef& client) override;
     MIDIStatus createSource(MIDIClientRef client, const std::string& name, MIDIEndpointRef& source) override;
 
-    // `read` runs on one thread for all destinations. An event longer than a packet holds (256 bytes) comes in several
-    // packets, each in a list of its own.
+    // One thread calls `read` for all destinations. An event of more than 256 bytes is delivered in several packets,
+    // each in its own list.
     MIDIStatus createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
                                  MIDIEndpointRef& destination) override;
 
-    // JACK knows its ports by their names alone: nothing to do, and no failure.
+    // Does nothing and succeeds: JACK identifies ports by their names only.
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override;
 
     // Each packet becomes one JACK event at the start of the next cycle.
     MIDIStatus received(MIDIEndpointRef source, ByteView packetList) override;
 
-    // Events that found no room, in either direction, ever.
+    // The number of events lost to full rings, in both directions since the start.
     std::uint64_t dropped() const;
 
 private:

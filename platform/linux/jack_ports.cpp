@@ -33,12 +33,12 @@ bool JackOutput::process(jack_nframes_t frames) {
     jack_midi_clear_buffer(buffer);
     const std::size_t largest = jack_midi_max_event_size(buffer);
     while (const std::size_t size = ring.nextSize()) {
-        if (size > largest) { // no cycle will ever have room for it
+        if (size > largest) { // does not fit an empty buffer, so it would block the ring for ever
             ring.drop();
             ++droppedCount;
             continue;
         }
-        if (size > jack_midi_max_event_size(buffer)) break; // the next cycle has room again
+        if (size > jack_midi_max_event_size(buffer)) break; // this cycle is full; the event waits for the next
         jack_midi_data_t* place = jack_midi_event_reserve(buffer, 0, size);
         if (place == nullptr) break;
         ring.pop({place, size});

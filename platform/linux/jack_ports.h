@@ -1,5 +1,4 @@
-// MIDI ports of a JACK client. Their names and their queues stay when the server goes; only what JACK knows of them is
-// made anew.
+// MIDI ports of a JACK client. When the server restarts, a port keeps its name and its ring and is registered again.
 #pragma once
 
 #include "base/bytes.h"
@@ -16,8 +15,8 @@
 
 namespace lumbrine {
 
-// How many bytes may wait in one port for the realtime thread or for the receive thread: seconds of the densest HUI
-// traffic.
+// The number of bytes that may wait in one port for the realtime thread or the receive thread: enough for seconds of
+// the densest HUI traffic.
 inline constexpr std::size_t jackPortCapacity = std::size_t{256} * 1024;
 
 class JackPort {
@@ -27,27 +26,27 @@ public:
     JackPort(const JackPort&) = delete;
     JackPort& operator=(const JackPort&) = delete;
 
-    // Makes the port known to JACK; false when JACK refuses. While no process callback sees the port.
+    // Registers the port with JACK; false when JACK refuses. Must not run while a process callback can see the port.
     bool registerWith(jack_client_t* client);
 
-    // The realtime thread's part of one cycle: neither waits nor allocates. True when there is something to deliver.
+    // The realtime thread's part of one cycle. Neither waits nor allocates. True when there are events to deliver.
     virtual bool process(jack_nframes_t frames) = 0;
 
-    // The receive thread's part: hands on what has come in. `scratch` holds the longest event.
+    // The receive thread's part: passes the events that have arrived to the reader. `scratch` has room for the longest.
     virtual void deliver(std::span<std::uint8_t> scratch) = 0;
 
-    // The name with its client's ("Lumbrine:Lumbrine"), and whether it is connected to the port of that full name.
-    // While the client is open, on its server thread.
+    // The name with that of its client ("Lumbrine:Lumbrine"), and whether the port is connected to the other one. Only
+    // while the client is open, and on the server thread.
     std::string fullName() const;
     bool isConnectedTo(const std::string& otherFullName) const;
 
-    // Events that found no room, ever. Any thread.
+    // The number of events that were lost because the ring was full, since the start. Any thread.
     std::uint64_t dropped() const { return droppedCount; }
 
     const std::string name;
 
 protected:
-    // Whatever waits is from before the server died, and of no use any more.
+    // Removes the waiting events: they are from before the server's restart, and outdated.
     virtual void forget() = 0;
 
     jack_port_t* port = nullptr;
@@ -57,14 +56,14 @@ private:
     const unsigned long flags;
 };
 
-// From this program to whoever is connected.
+// Sends from this program to the connected ports.
 class JackOutput final : public JackPort {
 public:
-    // `live` tells whether there is a server to send to.
+    // `live` is true while there is a server.
     JackOutput(Runtime& runtime, std::string portName, const std::atomic<bool>& live);
 
-    // One event. Any thread; in the order of the calls; never waits for JACK. Without a server it is gone; when there
-    // is no room it is gone and counted.
+    // Sends one event. Events leave in the order of the calls. Never waits for JACK: without a server the event is
+    // dropped; when the ring is full it is dropped and counted. Any thread.
     void send(ByteView event);
 
     bool process(jack_nframes_t frames) override;
@@ -74,14 +73,14 @@ private:
     void forget() override;
 
     const std::atomic<bool>& serverIsThere;
-    Mutex mutex; // senders take turns at the ring's one end
+    Mutex mutex; // the ring allows one writer at a time
     EventRing ring;
 };
 
-// From whoever is connected to this program.
+// Receives from the connected ports.
 class JackInput final : public JackPort {
 public:
-    // `eventReader` gets each event on the client's receive thread.
+    // Calls `eventReader` with each event, on the client's receive thread.
     JackInput(std::string portName, std::function<void(ByteView event)> eventReader);
 
     bool process(jack_nframes_t frames) override;

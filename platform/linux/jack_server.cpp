@@ -11,11 +11,11 @@ namespace lumbrine {
 namespace {
 
 constexpr Duration betweenAttempts = seconds(1);
-constexpr Duration betweenReviews = seconds(0.02);
+constexpr Duration betweenReviews = seconds(0.02); // about a cycle: a new connection is live after one of the next
 
 void ignoreMessage(const char* /*message*/) {}
 
-// libjack would write about every failed attempt on standard error.
+// Otherwise libjack writes to standard error for every failed attempt.
 void silenceLibrary() {
     jack_set_error_function(ignoreMessage);
     jack_set_info_function(ignoreMessage);
@@ -40,6 +40,8 @@ JackServer::JackServer(Runtime& rt) : runtime(rt), mutex(rt) {
 void JackServer::end() {
     stopping = true;
     bell.ring();
+    // Destroying the thread object joins it, so it is destroyed here only if the thread has finished. Otherwise the
+    // thread owns this object, and with it its own thread object, until libjack returns.
     if (!standsStill) ended.waitFor(closingTime);
     if (served) thread.reset();
 }
@@ -80,6 +82,7 @@ bool JackServer::run(std::function<void()> work, Duration limit) {
     const auto job = std::make_shared<Job>();
     job->work = std::move(work);
     post(job);
+    // One caller pays the full limit for a hanging server; the next ones do not wait at all.
     if (!standsStill) job->done.waitFor(limit);
     if (job->ended) return true;
     standsStill = true;
@@ -106,7 +109,7 @@ void JackServer::serve() {
         for (const Entry& entry : entries)
             if (entry.open && !entry.client->review()) reviewSoon = true;
     }
-    runJobs(); // removals that nobody waited for any more
+    runJobs(); // jobs that came too late for the loop, such as removals whose caller has stopped waiting
 }
 
 void JackServer::waitForSomething() {
@@ -128,12 +131,14 @@ void JackServer::runJobs() {
     }
     for (const std::shared_ptr<Job>& job : due) {
         job->work();
-        job->work = {}; // what it kept is gone before the caller goes on
+        job->work = {}; // destroys what it captured before the caller continues
         job->ended = true;
         job->done.ring();
     }
 }
 
+// When libjack opens a client after the server has ended, it frees the lost ones; closing one of them later would
+// crash. So all are closed first.
 void JackServer::closeAllWhenLost() {
     const auto isLost = [](const Entry& entry) { return entry.open && entry.client->lost(); };
     if (std::ranges::none_of(entries, isLost)) return;
@@ -147,7 +152,7 @@ void JackServer::reopen() {
     if (runtime.now() < nextAttempt) return;
     for (Entry& entry : entries) {
         if (entry.open) continue;
-        closeAllWhenLost();
+        closeAllWhenLost(); // the server may have ended while the previous client was opened
         nextAttempt = runtime.now() + betweenAttempts;
         entry.open = entry.client->open() == 0;
         if (!entry.open) return;

@@ -1,10 +1,11 @@
-// The process's link to the JACK server: keeps its clients there, and brings them back when the server was gone.
+// The process's link to the JACK server. It opens the JACK clients of the process, and opens them again after a restart
+// of the server.
 //
-// Every call into libjack that is not made from a process callback is made on one thread, the server thread. It sleeps
-// until something happens; only while clients are away does it wake up by itself, once a second, to try again.
+// All calls into libjack are made on one thread, the server thread, except those inside process callbacks. It sleeps
+// until something happens; while clients are not open, it also wakes up once a second to open them.
 //
-// A JACK server that stands still keeps the server thread inside libjack for as long as it does. Nobody waits for that:
-// every wait here has a limit.
+// While a JACK server hangs, libjack blocks the server thread. No other thread waits for that: every wait here has a
+// limit.
 #pragma once
 
 #include "platform/api/midi_services.h"
@@ -19,55 +20,55 @@
 
 namespace lumbrine {
 
-// One object for all JACK clients of a process: libjack wants every one of them closed after the server has died before
-// it opens the first one again.
+// All JACK clients of a process share one object, because after the end of a server libjack requires that all of them
+// are closed before the first one is opened again.
 class JackServer {
 public:
-    // How long opening and registering may take, and how long closing may.
+    // Limits for opening and registering, and for closing.
     static constexpr Duration openingTime = seconds(2);
     static constexpr Duration closingTime = seconds(0.4);
 
-    // What lives at the server. All of it is called on the server thread.
+    // A JACK client. All its functions are called on the server thread.
     class Client {
     public:
         virtual ~Client() = default;
 
-        // 0, or JACK's status (never 0) and nothing left open.
+        // Returns 0 when the client is open. Otherwise returns JACK's status, which is not 0, and leaves nothing open.
         virtual MIDIStatus open() = 0;
         virtual void close() = 0;
 
-        // True when the server has died or has thrown the open client out.
+        // True when the server has ended or has removed the open client.
         virtual bool lost() const = 0;
 
-        // Looks at what has changed at the server; false when it wants to look again soon.
+        // Looks for changed ports and connections of the server. Returns false to be called again in 20 ms.
         virtual bool review() = 0;
     };
 
-    // Clients are removed before the last owner lets go. That waits for the server thread no longer than `closingTime`;
-    // thread and object are gone when libjack lets the thread go, if ever.
+    // All clients must be removed before the last owner releases the object. The release waits for the server thread
+    // for at most `closingTime`. If libjack blocks the thread for longer, thread and object stay until libjack returns.
     static std::shared_ptr<JackServer> start(Runtime& rt);
 
-    // Finds out whether a server answers, and tells it on the server thread. Never starts one.
+    // Checks whether a server answers and calls `tell` on the server thread. Never starts a server.
     void ask(std::function<void(bool answers)> tell);
 
-    // Opens the client now; when that fails, returns why and goes on trying, as it does when it returns -ETIMEDOUT
-    // because the server thread has not come to an end with it.
+    // Opens the client and returns 0, or the status when that fails, or -ETIMEDOUT when the server thread has not
+    // finished within `openingTime`. In each case the client stays in the list, and opening is tried again.
     MIDIStatus add(Client& client);
 
-    // Closes the client; it is not called any more. False when that takes too long: it goes on being called then, and
-    // is kept until it is closed.
+    // Closes and removes the client; it is not called afterwards. Returns false when that takes longer than
+    // `closingTime`: then the client is kept, and may still be called, until the server thread has closed it.
     bool remove(std::shared_ptr<Client> client);
 
-    // Runs a job on the server thread and waits for it; false when it has not ended within `limit`. It may run later
-    // then, so it keeps what it uses.
+    // Runs a job on the server thread and waits for it. Returns false when it has not ended within `limit`; it may
+    // still run later, so it must own everything that it uses.
     bool run(std::function<void()> work, Duration limit);
 
-    // Around a client's part of a cycle. JACK lets the clients of a process work one after another on the same buffers,
-    // by means that the language does not know; these say it in the language. Realtime threads.
+    // Called at the begin and the end of a process callback, on realtime threads. libjack runs the process's clients in
+    // turn with synchronisation the C++ memory model cannot see; this acquire/release pair makes it visible.
     void beginCycle() const { static_cast<void>(cycleParts.load(std::memory_order_acquire)); }
     void endCycle() { cycleParts.fetch_add(1, std::memory_order_release); }
 
-    // Something has changed: a client was lost, a port came or went. Any thread, a realtime one too.
+    // Reports a change: a client was lost, or a port was added or removed. Any thread, also a realtime thread.
     void look() { bell.ring(); }
 
 private:
@@ -89,18 +90,18 @@ private:
     void serve();
     void waitForSomething();
     void runJobs();
-    void closeAllWhenLost(); // before any opens, since libjack would free them in that
+    void closeAllWhenLost(); // if any client is lost
     void reopen();
 
     Runtime& runtime;
     Bell bell;
     std::atomic<std::uint64_t> cycleParts{0};
     std::atomic<bool> stopping{false};
-    std::atomic<bool> standsStill{false}; // somebody has waited in vain, and the server thread is not back since
+    std::atomic<bool> standsStill{false}; // a wait ran into its limit, and the server thread still hangs in libjack
     Mutex mutex;
     std::vector<std::shared_ptr<Job>> jobs LUMBRINE_GUARDED_BY(mutex);
 
-    // Of the server thread alone.
+    // Server thread only.
     std::vector<Entry> entries;
     TimePoint nextAttempt{};
     bool reviewSoon = false;

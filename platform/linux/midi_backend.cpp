@@ -30,7 +30,7 @@ private:
     const MIDIStatus status;
 };
 
-// What is chosen when the JACK server has answered or its time is over. On the main thread.
+// Chooses the services as soon as the JACK server has answered or its time is over. Main thread.
 class Choice {
 public:
     Choice(Runtime& rt, Task whenFound) : runtime(rt), found(std::move(whenFound)), jack(JackServer::start(rt)) {}
@@ -107,7 +107,7 @@ public:
 } // namespace
 
 MIDIBackend::MIDIBackend() {
-    // PipeWire's JACK would else turn the ping 90 00 00 into a note-off. What the user has set stays.
+    // Otherwise PipeWire's JACK turns the ping 90 00 00 into a note-off. A value set by the user is kept.
     ::setenv("PIPEWIRE_PROPS", "{ jack.fix-midi-events = false }", 0); // NOLINT(concurrency-mt-unsafe): at the start
 }
 

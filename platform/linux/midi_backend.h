@@ -1,4 +1,4 @@
-// The MIDI system of this computer: JACK where a server answers, else ALSA where its sequencer opens, else none.
+// Chooses the MIDI system of this computer: JACK if a server answers, else ALSA if its sequencer opens, else none.
 #pragma once
 
 #include "platform/api/midi_connections.h"
@@ -9,19 +9,19 @@
 
 namespace lumbrine {
 
-// One process makes services or connections here, not both. Each looks for the system once, when it is called; a JACK
-// server that has not answered after two seconds counts as none.
+// A process may create services or connections, not both. Each call looks for the system once. A JACK server that does
+// not answer within two seconds counts as absent.
 class MIDIBackend {
 public:
-    // First in `main`, before other threads run: sets an environment variable for JACK's library.
+    // Create it first in `main`, before other threads run: it sets an environment variable for libjack.
     MIDIBackend();
 
-    // Never null, and returns at once. `found` is called on the main thread, once, when the system is known: before
-    // that, and where there is none, every creation fails, with -ENODEV or -ETIMEDOUT. On the main thread, which uses
-    // nothing of the services but `received` elsewhere.
+    // Never null, and returns at once. `found` is called once, on the main thread, when the system is known. Before
+    // that, and when there is no MIDI system, every creation fails with -ENODEV or -ETIMEDOUT. Call this and use the
+    // services on the main thread; only `received` may be called on other threads.
     std::unique_ptr<MIDIServices> services(Runtime& runtime, Task found) const;
 
-    // Never null. Where there is no MIDI system every connection is null. Waits until the system is known.
+    // Waits until the system is known. Never null, but without a MIDI system every connection is null.
     std::unique_ptr<MIDIConnections> connections(Runtime& runtime) const;
 };
 

@@ -1,10 +1,10 @@
-// How the back ends number the endpoints that they make.
+// The numbering of endpoints in the back ends.
 #pragma once
 
 #include "platform/api/midi_services.h"
 
 namespace lumbrine {
 
-constexpr MIDIEndpointRef firstDestination = 0x100; // apart from the sources
+constexpr MIDIEndpointRef firstDestination = 0x100; // sources are numbered from 1
 
 } // namespace lumbrine

@@ -77,7 +77,7 @@ private:
     const std::string name;
     const std::function<void(ByteView)> incoming;
     RtMidiErrors errors;
-    Mutex mutex; // RtMidi's objects are for one thread at a time
+    Mutex mutex; // RtMidi objects are not thread-safe
     RtMidiIn in;
     RtMidiOut out;
     std::atomic<bool> isConnected{false};

@@ -9,7 +9,7 @@
 
 namespace lumbrine {
 
-// RtMidi does not tell when ports come and go, so each connection looks once a second.
+// RtMidi does not report when ports appear or disappear, so each connection looks for them once a second.
 class RtMidiConnections final : public MIDIConnections {
 public:
     explicit RtMidiConnections(Runtime& rt, RtMidiSystem midiSystem = RtMidiSystem::alsa);

@@ -1,4 +1,4 @@
-// RtMidi without its exceptions and without its messages on standard error.
+// Keeps RtMidi's exceptions and its messages on standard error away from callers.
 #pragma once
 
 #include "platform/api/midi_services.h"
@@ -17,7 +17,7 @@ inline RtMidi::Api apiOf(RtMidiSystem system) {
     return system == RtMidiSystem::alsa ? RtMidi::LINUX_ALSA : RtMidi::UNIX_JACK;
 }
 
-// 0, or RtMidi's kind of error; -EIO for the kinds that it numbers below 1.
+// Runs `work`. Returns 0, or RtMidi's error type when it throws; -EIO for types that RtMidi numbers below 1.
 inline MIDIStatus guarded(const std::function<void()>& work) {
     try {
         work();
@@ -28,7 +28,7 @@ inline MIDIStatus guarded(const std::function<void()>& work) {
     return 0;
 }
 
-// Notes errors that RtMidi would else print or throw from whatever call it is in.
+// Records errors that RtMidi would otherwise print or throw.
 class RtMidiErrors {
 public:
     void listenTo(RtMidi& object) {
@@ -40,7 +40,7 @@ public:
             this);
     }
 
-    // The last error since this was asked, 0 for none.
+    // Returns the last error since the previous call; 0 when there was none.
     MIDIStatus take() { return last.exchange(0); }
 
 private:

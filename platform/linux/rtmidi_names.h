@@ -1,4 +1,4 @@
-// How RtMidi names the ports of other programs.
+// The names that RtMidi gives to the ports of other programs.
 #pragma once
 
 #include <string_view>

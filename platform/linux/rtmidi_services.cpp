@@ -30,7 +30,7 @@ public:
 
 private:
     RtMidiErrors errors;
-    Mutex mutex; // RtMidi encodes into a buffer of the object
+    Mutex mutex; // RtMidi encodes into a buffer inside the object
     RtMidiOut out;
 };
 
@@ -63,7 +63,7 @@ RtMidiServices::RtMidiServices(Runtime& rt, RtMidiSystem midiSystem) : runtime(r
 RtMidiServices::~RtMidiServices() = default;
 
 bool RtMidiServices::alsaAnswers() {
-    // Asked first because both libraries would write about a missing sequencer on standard error.
+    // Checked first, because both libraries write to standard error when there is no sequencer.
     if (::access("/dev/snd/seq", R_OK | W_OK) != 0) return false;
     return guarded([] { const RtMidiOut probe(RtMidi::LINUX_ALSA, "lumbrine-probe"); }) == 0;
 }

@@ -1,7 +1,7 @@
-// Virtual MIDI ports through RtMidi: what Linux without JACK has, the ALSA sequencer.
+// Virtual MIDI ports through RtMidi, for Linux without JACK: ports of the ALSA sequencer.
 //
-// Every port is a sequencer client of its own. RtMidi re-encodes what it sends, so bytes that are no MIDI message are
-// lost in ALSA; whole messages pass unaltered.
+// Every port is a separate sequencer client. ALSA re-encodes outgoing messages: complete MIDI messages pass unchanged,
+// other bytes are lost.
 #pragma once
 
 #include "platform/api/midi_services.h"
@@ -13,7 +13,7 @@
 
 namespace lumbrine {
 
-// RtMidi's other system is named by tests alone, which run where there is no ALSA.
+// Programs use `alsa`. `jack` is for tests on computers without ALSA.
 enum class RtMidiSystem { alsa, jack };
 
 class RtMidiServices final : public MIDIServices {
@@ -24,17 +24,17 @@ public:
     // True when ALSA's sequencer can be opened.
     static bool alsaAnswers();
 
-    // Creation calls: before any sending, one thread at a time. Their status is RtMidi's kind of error, -EINVAL for a
-    // client that is none, or -EIO.
+    // Creation calls: one thread at a time, and all of them before the first `received`. They return RtMidi's error
+    // type, -EINVAL for an invalid client, or -EIO.
     MIDIStatus createClient(const std::string& name, MIDIClientRef& client) override;
     MIDIStatus createSource(MIDIClientRef client, const std::string& name, MIDIEndpointRef& source) override;
 
-    // `read` runs on a thread of the destination's own. An event longer than a packet holds (256 bytes) comes in
-    // several packets, each in a list of its own.
+    // Calls `read` on a separate thread for each destination. An event of more than 256 bytes is delivered in several
+    // packets, each in its own list.
     MIDIStatus createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
                                  MIDIEndpointRef& destination) override;
 
-    // RtMidi has no such thing: nothing to do, and no failure.
+    // Does nothing and succeeds: RtMidi has no such IDs.
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override;
 
     MIDIStatus received(MIDIEndpointRef source, ByteView packetList) override;

@@ -1,4 +1,4 @@
-// From the names of a service as the rest of the program has them to what Avahi takes.
+// Converts the names in platform/api/service_discovery.h to the form that Avahi accepts.
 #pragma once
 
 #include <string>
@@ -6,10 +6,10 @@
 
 namespace lumbrine {
 
-// A type or a domain without the dot at its end: "_lumbrine._udp." becomes "_lumbrine._udp".
+// Removes the dot at the end of a type or a domain: "_lumbrine._udp." becomes "_lumbrine._udp".
 std::string withoutFinalDot(std::string_view name);
 
-// A service's name may have 63 bytes: whole characters up to there.
+// Cuts a service name to the longest run of whole characters that fits 63 bytes, the limit of a DNS label.
 std::string fittingServiceName(std::string_view name);
 
 } // namespace lumbrine

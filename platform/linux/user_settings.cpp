@@ -14,12 +14,13 @@ std::vector<std::string> splitAtColons(std::string_view list) {
     return parts;
 }
 
-// Inside double quotes a backslash protects only these.
+// The characters that a backslash escapes inside double quotes. Before any other, the backslash is literal.
 bool isProtectable(char c) {
     return c == '"' || c == '\\' || c == '$' || c == '`';
 }
 
-// The value of an assignment: pieces in single quotes, in double quotes and in none, up to the first blank.
+// The value of an assignment up to the first unquoted blank. Parts in single, double and no quotes may follow each
+// other.
 std::optional<std::string> unquote(std::string_view text) {
     std::string value;
     char quote = 0;

@@ -1,4 +1,5 @@
-// Reading what a Linux system says about its user and itself, from texts: no files, no environment, no state.
+// Interprets the texts in which Linux describes the user and the computer. Pure functions: they read no file and no
+// environment.
 #pragma once
 
 #include <functional>
@@ -11,12 +12,12 @@ namespace lumbrine {
 
 using EnvironmentLookup = std::function<std::optional<std::string>(const std::string& name)>;
 
-// The languages that the environment asks for, most preferred first: from the first of LANGUAGE (a list with colons),
-// LC_ALL, LC_MESSAGES and LANG that is set and names one. Empty when none does.
+// The user's languages, most preferred first. They come from the first variable of LANGUAGE (a list separated by
+// colons), LC_ALL, LC_MESSAGES and LANG that is not empty. Empty when all of them are.
 std::vector<std::string> languagesOf(const EnvironmentLookup& environment);
 
-// PRETTY_HOSTNAME of the text of /etc/machine-info, unquoted as a shell would; the last one counts. Absent when it is
-// not there, empty or badly quoted.
+// The value of PRETTY_HOSTNAME in the text of /etc/machine-info, unquoted by the rules of a shell. When it occurs more
+// than once, the last one counts. Absent when it is missing, empty or badly quoted.
 std::optional<std::string> prettyHostName(std::string_view machineInfo);
 
 } // namespace lumbrine

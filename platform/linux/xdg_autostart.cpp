@@ -26,7 +26,7 @@ std::string trimmed(std::string_view text) {
     return std::string(text.substr(begin, text.find_last_not_of(" \t\r") - begin + 1));
 }
 
-// One argument of an Exec line: quoted, and escaped for the quotes and once more for the file.
+// One argument of an Exec line. It is escaped twice: for the quotes, and again for string values of the file.
 std::string quotedForExec(std::string_view argument) {
     std::string quoted = "\"";
     for (const char c : argument) {
@@ -42,7 +42,7 @@ std::string systemError(const std::string& path) {
     return path + ": " + std::generic_category().message(errno);
 }
 
-// A new file beside the old one takes its place, so that at no moment half an entry is there.
+// Writes a new file and renames it over the old one, so that no reader ever sees half an entry.
 std::expected<void, std::string> replaceFile(const std::string& path, const std::string& text) {
     const std::string fresh = path + ".new";
     const int fd = ::open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0644);

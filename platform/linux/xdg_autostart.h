@@ -1,4 +1,4 @@
-// Launching at login on Linux desktops: a desktop entry in the user's autostart folder.
+// Launch at login on Linux desktops, by a desktop entry in the user's autostart folder.
 #pragma once
 
 #include "platform/api/login_service.h"
@@ -13,21 +13,21 @@ class XdgAutostart final : public LoginService {
 public:
     struct Place {
         std::string folder;  // "/home/anna/.config/autostart"; empty when the user has no home
-        std::string program; // what is to be started, with its full path
+        std::string program; // full path of the program to start
 
-        // Where this user's desktop looks, and the program that runs.
+        // The autostart folder of this user and the path of the running program.
         static Place of(const SystemInfo& system);
     };
 
     explicit XdgAutostart(Place place);
 
-    // True when the entry is there and neither it nor the desktop's settings program has switched it off.
+    // True when the entry exists, starts a program, and is not switched off, as a desktop's settings program may do.
     bool isEnabled() override;
 
-    // Writes the entry anew, all of it or nothing.
+    // Writes the entry. When that fails, the old entry is unchanged.
     std::expected<void, std::string> registerApplication() override;
 
-    // Takes the entry away. That there is none is fine.
+    // Removes the entry. Succeeds also when there is none.
     std::expected<void, std::string> unregisterApplication() override;
 
 private:
@@ -36,7 +36,7 @@ private:
     const std::string program;
 };
 
-// The entry for a program, and whether an entry starts anything.
+// The text of the entry for a program, and whether the text of an entry starts a program at login.
 std::string autostartEntry(std::string_view program);
 bool startsAtLogin(std::string_view entry);
 

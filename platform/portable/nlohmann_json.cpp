@@ -14,7 +14,7 @@ namespace {
 
 using Library = nlohmann::json;
 
-// False for a number that JSON cannot write.
+// False for a number that JSON cannot express: infinity or NaN.
 bool convert(const JSONValue& value, Library& converted);
 
 bool convert(const JSONValue::Array& elements, Library& converted) {

@@ -1,4 +1,4 @@
-// JSON by the nlohmann library.
+// JSON with the nlohmann library.
 #pragma once
 
 #include "base/bilingual.h"
@@ -8,7 +8,7 @@ namespace lumbrine {
 
 class NlohmannJSON final : public JSON {
 public:
-    // A document may be nested this deeply; the deepest of the scripting service's has five levels.
+    // The most levels of nesting in a document. Those of the scripting service have at most five.
     static constexpr int deepest = 100;
 
     explicit NlohmannJSON(Bilingual bilingual) : text(bilingual) {}

@@ -1,11 +1,11 @@
-// The screen where Pro Tools does not run.
+// The accessibility interface for systems on which Pro Tools does not run.
 #pragma once
 
 #include "platform/api/accessibility.h"
 
 namespace lumbrine {
 
-// Never trusted, asked either way, and nothing is shown to the user. No application runs, every read and action fails.
+// Never trusted, and shows the user nothing. Finds no application; every read and every action fails.
 class NoAccessibility final : public Accessibility {
 public:
     bool isTrusted() override;

@@ -18,7 +18,7 @@
 
 namespace lumbrine {
 
-// Lives on the main thread and is told of new jobs by an event, one for however many.
+// Belongs to the main thread. One Qt event announces any number of new jobs.
 class QtMainLoop::Jobs final : public QObject {
 public:
     void post(Task job) {
@@ -54,7 +54,7 @@ private:
         if (!std::exchange(woken, true)) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
     }
 
-    // What is ready now, and no more, so that the toolkit's events have their turn.
+    // Runs only the jobs that are ready at the start, so that Qt's own events get their turn between two rounds.
     void runReady() {
         std::unique_lock lock(mutex);
         woken = false;
@@ -80,7 +80,7 @@ private:
         const auto due = delayed.nextDue();
         if (!due) return timer.stop();
         const auto wait = std::chrono::ceil<std::chrono::milliseconds>(*due - TimedJobs::now()).count();
-        constexpr std::int64_t longest = 3'600'000; // after that it looks again
+        constexpr std::int64_t longest = 3'600'000; // an hour in milliseconds: Qt's intervals are ints
         timer.start(static_cast<int>(std::clamp(wait, std::int64_t{0}, longest)), Qt::PreciseTimer, this);
     }
 

@@ -1,4 +1,4 @@
-// The toolkit's event loop as the main loop of the program.
+// The main loop on Qt's event loop.
 #pragma once
 
 #include "platform/api/main_loop.h"
@@ -7,16 +7,16 @@
 
 namespace lumbrine {
 
-// Jobs run between the toolkit's own events, also while a menu or a dialog runs a loop of its own. May be made before
-// the application object, so that signals have somewhere to go from the beginning; the thread that makes it is the main
+// Jobs run between Qt's own events, also while a menu or a dialog runs a nested event loop. It may be created before
+// the QApplication, so that the signal handling can use it from the start. The thread that creates it is the main
 // thread.
 class QtMainLoop final : public MainLoop {
 public:
     QtMainLoop();
     ~QtMainLoop() override;
 
-    // Runs the application's event loop on the main thread until `stop`, or until something else ends it, as the window
-    // system does when the user logs out. Jobs go on then when it is called again.
+    // Runs the application's event loop on the main thread until `stop`, or until something else ends it, such as the
+    // window system at logout. In the second case it may be called again, and the remaining jobs run then.
     void run();
 
     bool onMain() const override;

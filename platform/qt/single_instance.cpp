@@ -22,7 +22,7 @@ constexpr int patienceMs = 3000;
 const QByteArray raiseRequest("show\n");
 const QByteArray raiseAnswer("shown\n");
 
-// Without a runtime folder the folder for temporary files, with the user's name in the file's.
+// In the runtime folder. Without one, in the folder for temporary files; users share it, so the name includes the user.
 QString pathFor(const QString& identifier) {
     const QString runtimeFolder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
     if (!runtimeFolder.isEmpty()) return runtimeFolder + "/" + identifier;
@@ -72,7 +72,7 @@ void SingleInstance::answer() {
 bool SingleInstance::handOver() {
     QLocalSocket socket;
     const QDeadlineTimer limit(patienceMs);
-    for (;;) { // the first may just be on its way from lock to socket
+    for (;;) { // retried, because the first may hold the lock already and not listen yet
         socket.connectToServer(socketPath);
         if (socket.waitForConnected(patienceMs)) break;
         if (limit.hasExpired()) return false;

@@ -1,4 +1,4 @@
-// One receiver for each user: a second start hands over to the first and ends.
+// One receiver for each user: when it is started a second time, the first one shows its window and the second one ends.
 #pragma once
 
 #include <QLocalServer>
@@ -8,11 +8,11 @@
 
 namespace lumbrine {
 
-// Who holds the lock file is the first and listens at a local socket beside it. Both are in the user's runtime folder;
-// the system takes the lock back from a process that has died, so nothing stale is ever in the way.
+// The process that holds the lock on the lock file is the first, and listens on a local socket beside it. Both are in
+// the user's runtime folder. The system releases the lock when a process dies, so a crash leaves nothing to clean up.
 class SingleInstance {
 public:
-    // `identifier` names lock and socket ("com.tarnwick.lumbrine"). After the application object is there.
+    // `identifier` names the lock and the socket ("com.tarnwick.lumbrine"). Create it after the QApplication.
     explicit SingleInstance(const QString& identifier);
     ~SingleInstance();
     SingleInstance(const SingleInstance&) = delete;
@@ -20,23 +20,24 @@ public:
 
     bool isFirst() const { return first; }
 
-    // In the first: what to do when another one is started. Starts that came before are answered then.
+    // For the first: sets what to do when another one is started. Starts that happened before this call are answered
+    // now.
     void onStartOfAnother(std::function<void()> raise);
 
-    // In the second: asks the first to show itself. False when it does not answer within some seconds.
+    // For the second: asks the first to show itself. False when it does not answer within a few seconds.
     bool handOver();
 
 private:
     void answer();
 
     const QString socketPath;
-    const int lockFile; // -1 where none can be made: then every one is the first
+    const int lockFile; // -1 when it cannot be created; then every process counts as the first
     const bool first;
     QLocalServer server;
     std::function<void()> callback;
 };
 
-// The name on the user's message bus under which desktops find the running program and can ask it to show itself
+// Registers the program on the user's message bus, where desktops can ask the running program to show itself
 // (org.freedesktop.Application). Without a bus it does nothing.
 class BusPresence {
 public:

@@ -22,7 +22,7 @@ constexpr int answerWithinMs = 500;
 template <typename Reply>
 using Answer = std::unique_ptr<Reply, decltype(&std::free)>;
 
-// Newer desktops have it on the message bus.
+// Newer desktops offer it on the message bus (StatusNotifierWatcher).
 bool isOnTheBus() {
     const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
     QDBusMessage question =
@@ -34,7 +34,7 @@ bool isOnTheBus() {
     return answer.arguments().value(0).value<QDBusVariant>().variant().toBool();
 }
 
-// Older ones have a window that takes icons in.
+// Older ones have a window that holds the icons: the owner of a selection of the X server.
 bool isAWindow() {
     const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
     if (x11 == nullptr) return false;
@@ -64,7 +64,7 @@ public:
         timer->start(lookEveryMs);
     }
 
-    // This may be within a call of the timer.
+    // The timer's own slot may destroy this object, so the timer is deleted later.
     ~Looks() {
         timer->stop();
         timer->deleteLater();

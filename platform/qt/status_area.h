@@ -1,4 +1,4 @@
-// Waiting for the desktop's status area.
+// Waits for the desktop's status area.
 #pragma once
 
 #include <functional>
@@ -6,26 +6,26 @@
 
 namespace lumbrine {
 
-// What the toolkit finds when it first looks for a status area counts for the life of the program, and a program that
-// starts with the desktop is often there before the panel. So whoever wants an icon asks here first. Main thread.
+// Qt looks for a status area once and keeps the answer for the life of the program, and a program that starts with the
+// desktop often runs before the panel does. So wait here before creating the first icon. Main thread.
 class StatusAreaWait {
 public:
-    static constexpr int longestMs = 15'000; // then the desktop has none, or one that may come at any time
+    static constexpr int longestMs = 15'000; // after that, the desktop counts as having none for now
 
-    // Calls `over` once: now, where there is a status area or no message bus on which one could appear, else as soon as
-    // it is there or the time is up.
+    // Calls `over` once. Calls it at once when there is a status area, and when there is no message bus on which one
+    // could appear; otherwise as soon as one appears or the time is up.
     explicit StatusAreaWait(std::function<void()> over);
     ~StatusAreaWait();
     StatusAreaWait(const StatusAreaWait&) = delete;
     StatusAreaWait& operator=(const StatusAreaWait&) = delete;
 
-    // Waits no longer; `over` has been called afterwards.
+    // Stops waiting. Calls `over` if that has not happened yet.
     void end();
 
 private:
     class Looks;
 
-    std::unique_ptr<Looks> looks; // while it waits
+    std::unique_ptr<Looks> looks; // null when the wait is over
     std::function<void()> callback;
 };
 
