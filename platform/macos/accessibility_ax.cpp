@@ -92,6 +92,7 @@ ElementHandle AccessibilityAX::applicationElement(std::int32_t processIdentifier
 }
 
 bool AccessibilityAX::worked(std::int32_t error) {
+    // Other errors, such as a missing attribute or a program that hangs, say nothing about trust.
     if (error == kAXErrorSuccess) trust.attempted(ScreenTrust::Outcome::allowed);
     if (error == kAXErrorAPIDisabled) trust.attempted(ScreenTrust::Outcome::refused);
     return error == kAXErrorSuccess;

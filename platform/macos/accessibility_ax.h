@@ -1,4 +1,4 @@
-// The screens of other programs by the Mac's Accessibility interface.
+// Accessibility through the AXUIElement functions of macOS.
 #pragma once
 
 #include "platform/api/accessibility.h"
@@ -6,12 +6,13 @@
 
 namespace lumbrine {
 
-// Any thread, but for isTrustedOrPrompt, which is for the main thread.
+// Any thread, except isTrustedOrPrompt, which needs the main thread.
 class AccessibilityAX final : public Accessibility {
 public:
     bool isTrusted() override;
 
-    // Where the system says yes and yet refuses every read it shows nothing, so this opens the settings in its place.
+    // When macOS reports trust but refuses every read (see ScreenTrust), it shows no prompt. Then this opens the
+    // settings instead.
     bool isTrustedOrPrompt() override;
 
     std::optional<std::int32_t> runningApplication(std::string_view bundleIdentifier) override;

@@ -33,7 +33,7 @@ protected:
         EXPECT_EQ(fakes::liveObjects(), objects) << "a CoreFoundation object is left";
     }
 
-    // Of the application's element, through the back end.
+    // Reads an attribute of the application's element through the back end.
     std::optional<AttributeValue> read(const std::string& name) {
         application = accessibility.applicationElement(42);
         return accessibility.attribute(application, name);
@@ -156,7 +156,7 @@ TEST_F(AccessibilityAXTest, IsNotTrustedWhenReadsAreRefusedThoughTheSystemSaysYe
     EXPECT_EQ(screen().prompts, 0);
     EXPECT_EQ(screen().settingsOpened, 1);
 
-    // The user has put it right: the next read decides.
+    // The user has repaired the permission: the next read decides.
     EXPECT_TRUE(accessibility.isTrusted());
     element->errors.clear();
     element->set("AXWindows", arrayOf({}));

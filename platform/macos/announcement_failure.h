@@ -1,4 +1,4 @@
-// What the user is told when the system does not let a service be announced.
+// The text for the user when the system refuses to announce a service.
 #pragma once
 
 #include "base/bilingual.h"
@@ -7,7 +7,7 @@
 
 namespace lumbrine {
 
-// `code` is one of Bonjour's error numbers, which stands at the end of the text in any case.
+// `code` is an error number of Bonjour. The text explains the known ones and always ends with the number.
 std::string announcementFailureText(int code, const Bilingual& text);
 
 } // namespace lumbrine

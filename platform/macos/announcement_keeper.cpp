@@ -25,7 +25,7 @@ void AnnouncementKeeper::end() {
 
 void AnnouncementKeeper::attemptNow() {
     const std::uint64_t mine = ++turn;
-    // A report of an attempt that is over finds another turn.
+    // A late report of an earlier attempt finds a different turn and is ignored.
     const auto ifMine = [weak = weak_from_this(), mine](auto action) {
         const auto keeper = weak.lock();
         if (keeper && keeper->turn == mine) action(*keeper);
@@ -39,7 +39,7 @@ void AnnouncementKeeper::attemptNow() {
                     });
 }
 
-// The attempt stays until the next one replaces it: this may be a call from within it.
+// The old attempt is kept until the next one begins: this may be called by one of its own reports.
 void AnnouncementKeeper::attemptIn(Duration delay) {
     const std::uint64_t mine = ++turn;
     runtime.postMainAfter(delay, [weak = weak_from_this(), mine] {

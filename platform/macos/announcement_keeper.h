@@ -1,4 +1,4 @@
-// Keeping a service announced on the local network, whatever becomes of single attempts.
+// Keeps a service announced on the local network: repeats attempts that fail or end.
 #pragma once
 
 #include "platform/api/runtime.h"
@@ -11,39 +11,39 @@
 
 namespace lumbrine {
 
-// One attempt at announcing a service. Destroying it withdraws the service; nothing is reported afterwards.
+// One attempt to announce a service. Destroying it withdraws the service; no report follows.
 class AnnouncementAttempt {
 public:
     virtual ~AnnouncementAttempt() = default;
 };
 
-// What the system reports of an attempt, on the main thread. Not from within the call that begins it.
+// The system's reports about one attempt. Called on the main thread, never inside the call that begins the attempt.
 struct AnnouncementReports {
     std::function<void()> published;
-    std::function<void(int code)> failed; // instead of published or later
-    std::function<void()> stopped;        // the system has given it up
+    std::function<void(int code)> failed; // instead of `published`, or later
+    std::function<void()> stopped;        // the system has withdrawn the service
 };
 
 using BeginAnnouncement =
     std::function<std::unique_ptr<AnnouncementAttempt>(const AdvertisedService&, AnnouncementReports)>;
 
-// Begins anew 1 s after the system has given the service up. After a failure it waits 5 s, 10 s and so on up to a
-// minute, since the user may allow at any moment what was refused. Main thread.
+// When the system has withdrawn the service, a new attempt begins after 1 s. After failures, the waits are 5 s, 10 s
+// and so on up to a minute: the user may grant a missing permission at any time. Main thread.
 class AnnouncementKeeper : public std::enable_shared_from_this<AnnouncementKeeper> {
 public:
     static constexpr Duration afterLoss = seconds(1);
     static constexpr Duration afterFirstFailure = seconds(5);
     static constexpr Duration longestWait = seconds(60);
 
-    // `refused` gets the code of a failure: the first, and then each that is another one than the last. Once a service
-    // has been published every code is new again.
+    // `refusedReport` is called with the first error and whenever the code changes. After a successful announcement,
+    // the next error is reported again, whatever its code.
     AnnouncementKeeper(Runtime& rt, BeginAnnouncement beginAttempt, AdvertisedService announced,
                        std::function<void(int code)> refusedReport);
 
-    // Lives in a shared_ptr.
+    // Begins the first attempt. The keeper must be owned by a shared_ptr.
     void start();
 
-    // Withdraws the service and announces it again: the network may be another one.
+    // Withdraws the service and announces it again, for use when the network may have changed.
     void renew();
 
     // Withdraws the service for good.
@@ -61,7 +61,7 @@ private:
     const std::function<void(int code)> refused;
 
     std::unique_ptr<AnnouncementAttempt> attempt;
-    std::uint64_t turn = 0; // counts attempts and plans for them; only what belongs to the latest counts
+    std::uint64_t turn = 0; // counts attempts and scheduled attempts; reports and timers of earlier ones are ignored
     Duration wait = afterFirstFailure;
     std::optional<int> lastRefusal;
 };

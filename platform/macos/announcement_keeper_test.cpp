@@ -7,7 +7,7 @@ namespace {
 constexpr int notAllowed = -65570;
 constexpr int collision = -72001;
 
-// The system's share: what is announced at the moment, and a hand on its reports.
+// Plays the system: records what is announced, and lets the test send reports.
 struct FakeSystem {
     explicit FakeSystem(Runtime& rt) : runtime(rt) {}
 

@@ -1,7 +1,7 @@
-// What the system's frameworks set aside on a thread is given back at the end of a scope.
+// An autorelease pool for the duration of a scope, for plain C++ files.
 #pragma once
 
-// The two calls that a compiler makes for an @autoreleasepool block.
+// The two functions that the compiler calls for an @autoreleasepool block.
 extern "C" {
 void* objc_autoreleasePoolPush(void);
 void objc_autoreleasePoolPop(void* pool);
@@ -9,7 +9,8 @@ void objc_autoreleasePoolPop(void* pool);
 
 namespace lumbrine {
 
-// Threads that are not the system's own have no pool of theirs; without one, what is set aside on them stays for ever.
+// Threads that our program has started have no autorelease pool. Without one, objects that the frameworks autorelease
+// on them are never freed.
 class AutoreleaseScope {
 public:
     AutoreleaseScope() : pool(objc_autoreleasePoolPush()) {}

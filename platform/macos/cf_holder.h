@@ -1,4 +1,4 @@
-// Who owns a CoreFoundation object is said by a type, so that every path gives it back.
+// A smart pointer for CoreFoundation objects.
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
@@ -7,16 +7,16 @@
 
 namespace lumbrine {
 
-// One reference to a CoreFoundation object, or none. Given back when the holder goes.
+// Owns one reference to a CoreFoundation object, or none, and releases it in its destructor.
 template <typename Ref>
 class CFHolder {
 public:
     CFHolder() = default;
 
-    // Takes over the reference that a function with Create or Copy in its name has returned. Null is none.
+    // Takes over the reference returned by a function with Create or Copy in its name. `object` may be null.
     static CFHolder takingOver(Ref object) { return CFHolder(object); }
 
-    // Takes a reference of its own, to an object that somebody else holds. Null is none.
+    // Retains an object that somebody else owns. `object` may be null.
     static CFHolder sharing(Ref object) {
         if (object != nullptr) CFRetain(object);
         return CFHolder(object);
@@ -35,7 +35,7 @@ public:
 
     explicit operator bool() const { return held != nullptr; }
 
-    // Valid as long as the holder.
+    // Valid as long as the holder lives. Null when it holds nothing.
     Ref get() const { return held; }
 
 private:

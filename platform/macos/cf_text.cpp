@@ -13,7 +13,7 @@ CFHolder<CFStringRef> cfString(std::string_view utf8) {
 
 std::string utf8Of(CFStringRef string) {
     const CFRange all = CFRangeMake(0, CFStringGetLength(string));
-    CFIndex size = 0;
+    CFIndex size = 0; // the first call only computes it
     CFStringGetBytes(string, all, kCFStringEncodingUTF8, '?', false, nullptr, 0, &size);
     std::string text(static_cast<std::size_t>(size), '\0');
     CFStringGetBytes(string, all, kCFStringEncodingUTF8, '?', false, reinterpret_cast<std::uint8_t*>(text.data()), size,

@@ -1,4 +1,4 @@
-// UTF-8 text to CoreFoundation's strings and back.
+// Converts between UTF-8 text and CoreFoundation strings.
 #pragma once
 
 #include "platform/macos/cf_holder.h"
@@ -8,10 +8,10 @@
 
 namespace lumbrine {
 
-// None when the text is not UTF-8.
+// Holds nothing when the text is not UTF-8.
 CFHolder<CFStringRef> cfString(std::string_view utf8);
 
-// What cannot be said in UTF-8 (half of a pair of UTF-16) becomes "?".
+// A lone UTF-16 surrogate, which UTF-8 cannot express, becomes "?".
 std::string utf8Of(CFStringRef string);
 
 } // namespace lumbrine

@@ -18,9 +18,9 @@ static_assert(std::is_same_v<MIDIClientRef, ::MIDIClientRef> && std::is_same_v<M
 static_assert(offsetof(::MIDIPacketList, packet) == MIDIPacketList::headerSize);
 static_assert(offsetof(::MIDIPacket, data) == MIDIPacketList::packetHeaderSize);
 
-constexpr MIDIStatus badName = -50; // what the system itself says of a bad argument
+constexpr MIDIStatus badName = -50; // paramErr, the system's code for an invalid argument
 
-// On Intel's processors packets lie at any address, so their fields are copied out.
+// On Intel processors packets are not aligned, so their fields are copied instead of read in place.
 ByteView dataOf(const ::MIDIPacket* packet) {
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(packet);
     std::uint16_t length = 0;
@@ -75,7 +75,7 @@ MIDIStatus CoreMIDIServices::createDestination(MIDIClientRef client, const std::
                                                MIDIEndpointRef& destination) {
     const auto text = cfString(name);
     if (!text) return badName;
-    const MIDIReadBlock receiver = std::move(read); // the block keeps a copy
+    const MIDIReadBlock receiver = std::move(read); // captured by copy: the block outlives this call
     MIDIEndpointRef made = 0;
     const MIDIStatus status =
         ::MIDIDestinationCreateWithBlock(client, text.get(), &made, ^(const ::MIDIPacketList* list, void* /*origin*/) {

@@ -1,4 +1,4 @@
-// Virtual MIDI ports by CoreMIDI.
+// Virtual MIDI ports of CoreMIDI.
 #pragma once
 
 #include "platform/api/midi_services.h"
@@ -7,14 +7,14 @@
 
 namespace lumbrine {
 
-// Ports are made from one thread at a time. What arrives comes on CoreMIDI's own high-priority thread.
+// Creation calls: one thread at a time. Read blocks are called on CoreMIDI's high-priority thread.
 class CoreMIDIServices final : public MIDIServices {
 public:
     CoreMIDIServices() = default;
     CoreMIDIServices(const CoreMIDIServices&) = delete;
     CoreMIDIServices& operator=(const CoreMIDIServices&) = delete;
 
-    // Takes the ports away, the newest first. CoreMIDI may still be in the middle of handing something over.
+    // Removes the ports, the newest first. CoreMIDI may still be inside a read block meanwhile.
     ~CoreMIDIServices() override;
 
     MIDIStatus createClient(const std::string& name, MIDIClientRef& client) override;

@@ -49,7 +49,8 @@ void callTick(void* context) {
     (*static_cast<const Tick*>(context))();
 }
 
-// Called when the system has let go of the timer: not while a tick runs, though that one may have destroyed it.
+// Called when the system has released the timer. That is never during a tick, even when the tick has destroyed the
+// timer.
 void destroyTick(void* context) {
     delete static_cast<const Tick*>(context);
 }

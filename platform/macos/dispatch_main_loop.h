@@ -1,4 +1,4 @@
-// The main loop of a program whose main thread runs the Mac's own event loop.
+// The main loop of a program whose main thread runs the event loop of macOS.
 #pragma once
 
 #include "platform/api/main_loop.h"
@@ -8,12 +8,12 @@
 
 namespace lumbrine {
 
-// Hands everything to the system's main queue, which the application's event loop empties, also while a menu is open.
-// Timers are strict: the system neither gathers nor delays them to save energy. Lives as long as the process; what is
-// posted after the event loop has ended goes with the process.
+// Posts every job to the system's main queue. The application's event loop runs that queue, also while a menu is open.
+// Timers are strict: the system neither groups nor delays them to save energy. The loop must live as long as the
+// process; jobs posted after the event loop has ended never run.
 class DispatchMainLoop final : public MainLoop {
 public:
-    // `endEventLoop` has the application's event loop return; it is called on the main thread.
+    // `endEventLoop` makes the application's event loop return. It is called on the main thread.
     explicit DispatchMainLoop(std::function<void()> endEventLoop) : end(std::move(endEventLoop)) {}
 
     bool onMain() const override;

@@ -24,7 +24,7 @@ protected:
     // In milliseconds since the beginning.
     std::uint64_t now() const { return (fakes::dispatchNow() - start) / millisecond; }
 
-    // Writes down when it runs; what it holds must be gone in the end.
+    // A job that records when it runs. What it captured must be destroyed in the end.
     auto note() {
         return [this, held = life] { ran.push_back(now()); };
     }

@@ -1,4 +1,4 @@
-// JSON by the system's own reader and writer.
+// JSON through NSJSONSerialization.
 #pragma once
 
 #include "base/bilingual.h"
@@ -6,11 +6,11 @@
 
 namespace lumbrine {
 
-// A document is an object or an array; anything else at its top is not JSON to the system. What is wrong with a
-// document is said by the system, in the language it has for this process.
+// The system accepts only an object or an array as a document. Its error texts are in the language that it uses for
+// this process.
 class FoundationJSON final : public JSON {
 public:
-    // A document may be nested this deeply; the deepest of the scripting service's has five levels.
+    // The most levels of nesting in a document. Those of the scripting service have at most five.
     static constexpr int deepest = 100;
 
     explicit FoundationJSON(Bilingual bilingual) : text(bilingual) {}

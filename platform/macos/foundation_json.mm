@@ -12,8 +12,8 @@ namespace {
 
 enum class Unwritable { number, text };
 
-// A Foundation object for each kind of value. The writer raises an exception for what JSON cannot say, so that is found
-// out here.
+// Converts each kind of value to a Foundation object. NSJSONSerialization raises an exception for values that JSON
+// cannot express, so they are found here first.
 struct Writer {
     id operator()(std::nullptr_t) { return NSNull.null; }
     id operator()(bool flag) { return flag ? @YES : @NO; }

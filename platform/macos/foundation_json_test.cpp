@@ -8,7 +8,7 @@ namespace {
 
 class FoundationJSONTest : public testing::Test {
 protected:
-    // Of the one member "a" of an object.
+    // The value of the single member "a" of an object.
     JSONValue member(std::string_view document) {
         const auto value = json.parse("{\"a\":" + std::string(document) + "}");
         if (!value) ADD_FAILURE() << document << ": " << value.error().text;

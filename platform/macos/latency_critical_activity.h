@@ -1,11 +1,12 @@
-// Asking the system to let this program work without delay.
+// Asks macOS to run this program without delays.
 #pragma once
 
 #include <memory>
 
 namespace lumbrine {
 
-// While it lives the system neither naps this program nor gathers its timers. The computer may still go to sleep.
+// While this object lives, macOS neither puts the program into App Nap nor groups its timers. The computer may still go
+// to sleep.
 class LatencyCriticalActivity {
 public:
     LatencyCriticalActivity();

@@ -1,11 +1,11 @@
-// This computer, as macOS tells about it.
+// SystemInfo from macOS.
 #pragma once
 
 #include "platform/api/system_info.h"
 
 namespace lumbrine {
 
-// Asks the system anew at each call. Any thread.
+// Every call asks the system; nothing is cached. Any thread.
 class MacSystemInfo final : public SystemInfo {
 public:
     std::optional<std::string> environment(const std::string& name) const override;

@@ -1,4 +1,4 @@
-// Launch at login by the system's registry of login items.
+// Launch at login through SMAppService.
 #pragma once
 
 #include "base/bilingual.h"
@@ -6,13 +6,13 @@
 
 namespace lumbrine {
 
-// The registry is there since macOS 13 and is looked for by name when it is asked, so the program starts on older
-// systems too. There nothing is enabled and registering fails.
+// SMAppService exists since macOS 13. It is looked up by name at run time, so that the program also starts on older
+// systems; there, isEnabled returns false and registering fails.
 class MainAppLoginService final : public LoginService {
 public:
     explicit MainAppLoginService(Bilingual bilingual) : text(bilingual) {}
 
-    // An application that the user has yet to approve in the settings is not enabled.
+    // False as long as the user has not approved the application in the system settings.
     bool isEnabled() override;
     std::expected<void, std::string> registerApplication() override;
     std::expected<void, std::string> unregisterApplication() override;

@@ -2,7 +2,7 @@
 
 #include "platform/macos/foundation_text.h"
 
-// What is called of the class SMAppService.
+// The methods of SMAppService that are called here.
 @protocol LumbrineMainAppService <NSObject>
 + (id<LumbrineMainAppService>)mainAppService;
 @property(readonly) NSInteger status;
@@ -16,7 +16,7 @@ namespace {
 
 constexpr NSInteger enabled = 1;
 
-// Nil where the system has no such class.
+// Nil when the system does not have the class.
 id<LumbrineMainAppService> mainAppService() {
     const Class<LumbrineMainAppService> service = NSClassFromString(@"SMAppService");
     return [service mainAppService];

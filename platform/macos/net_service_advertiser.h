@@ -1,4 +1,4 @@
-// Announcing services by the system's Bonjour.
+// Announces services with the system's Bonjour.
 #pragma once
 
 #include "platform/api/runtime.h"
@@ -11,17 +11,18 @@
 
 namespace lumbrine {
 
-// Main thread, whose event loop carries the system's reports. A name that is taken gets a number from the system.
+// Main thread; its event loop delivers the system's reports. When a name is taken, the system appends a number.
 class NetServiceAdvertiser final : public ServiceAdvertiser {
 public:
     explicit NetServiceAdvertiser(Runtime& rt) : runtime(rt) {}
 
-    // Gets the code of each failure that is news (announcement_failure.h). Set before anything is published.
+    // Called with the code of each new failure (AnnouncementKeeper says which are new; announcement_failure.h has the
+    // text for a code). Set it before the first `publish`.
     std::function<void(int code)> onRefused;
 
     std::unique_ptr<Advertisement> publish(AdvertisedService service) override;
 
-    // Announces anew whatever is announced: the network may be another one than before.
+    // Announces all published services again, for use when the network may have changed.
     void renew();
 
 private:

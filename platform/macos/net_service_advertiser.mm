@@ -4,7 +4,7 @@
 
 #include <utility>
 
-// Tells what becomes of one service. Its owner forgets it in no particular order, so it holds the reports by value.
+// Delegate of one NSNetService. May outlive its owner, so it keeps the callbacks by value.
 @interface LumbrineNetServiceListener : NSObject <NSNetServiceDelegate>
 - (instancetype)initWithReports:(lumbrine::AnnouncementReports)given;
 @end
@@ -61,7 +61,7 @@ public:
     NetServiceAttempt& operator=(const NetServiceAttempt&) = delete;
 
 private:
-    LumbrineNetServiceListener* const listener; // the service does not keep its delegate
+    LumbrineNetServiceListener* const listener; // owned here: an NSNetService does not retain its delegate
     NSNetService* service = nil;
 };
 

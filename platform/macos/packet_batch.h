@@ -1,7 +1,7 @@
-// Packets as CoreMIDI hands them over, brought into the layout of base/midi_packet_list.h.
+// Converts packets from CoreMIDI to the layout of base/midi_packet_list.h.
 //
-// CoreMIDI begins each packet at a multiple of 4 bytes on Apple's processors and right behind the one before on
-// Intel's. The seam knows the first layout only.
+// On Apple's processors CoreMIDI aligns each packet to 4 bytes; on Intel processors a packet follows the previous one
+// directly. The seam uses the first layout on every system.
 #pragma once
 
 #include "base/midi_packet_list.h"
@@ -11,18 +11,18 @@
 
 namespace lumbrine {
 
-// Gathers the packets of one delivery, and hands on as few lists as hold them. Allocates nothing.
+// Collects the packets of one delivery and passes them on in as few lists as possible. Allocates nothing.
 class PacketBatch {
 public:
-    // No receiver reads more of a packet.
+    // Receivers read no more of a packet.
     static constexpr std::size_t longestPacket = 256;
 
     explicit PacketBatch(const MIDIReadBlock& receiver) : read(receiver) {}
 
-    // A packet of length 0 is passed over, a longer one than the longest is cut.
+    // Adds a packet. An empty one is skipped; one that is longer than longestPacket is cut.
     void add(ByteView packet);
 
-    // Hands on what has been gathered since the last list was full; nothing when that is nothing.
+    // Passes on the packets that are not passed on yet, if there are any.
     void finish();
 
 private:

@@ -5,7 +5,7 @@
 namespace lumbrine {
 namespace {
 
-// What arrives at the other side of the seam, list by list.
+// The lists that arrive at the other side of the seam.
 struct Arrivals {
     std::vector<std::vector<Bytes>> lists;
     MIDIReadBlock read = [this](ByteView list) {

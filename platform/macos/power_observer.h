@@ -1,4 +1,4 @@
-// Hearing of the computer's sleep.
+// Reports when the computer goes to sleep and wakes up.
 #pragma once
 
 #include <functional>
@@ -6,12 +6,12 @@
 
 namespace lumbrine {
 
-// Main thread, whose event loop carries the system's notes.
+// Main thread; its event loop delivers the system's notifications.
 class PowerObserver {
 public:
     PowerObserver(std::function<void()> willSleep, std::function<void()> didWake);
 
-    // No call comes afterwards.
+    // No call follows.
     ~PowerObserver();
 
     PowerObserver(const PowerObserver&) = delete;

@@ -1,28 +1,29 @@
-// Whether the screens of other programs may be read: what the system says, and what reading really comes to.
+// Decides whether this program may read other programs' user interfaces, from the system's answer and from the results
+// of reads.
 #pragma once
 
 #include <atomic>
 
 namespace lumbrine {
 
-// The system's answer may be stale. Once the user has allowed a program and that program has been replaced by a newer
-// one, the system may go on saying yes and refuse every read. So a refused read counts as a no, until a read works, the
-// system changes its answer, or the user has been sent to the settings and may have put it right there.
+// The system's answer may be stale: after a program that the user has allowed is replaced by a newer version, macOS may
+// still report trust but refuse every read. So a refused read counts as "not trusted" until a read works, the system's
+// answer becomes no, or the user has been sent to the settings and may have repaired the permission there.
 //
 // Any thread.
 class ScreenTrust {
 public:
-    // Of one read or action.
+    // The outcome of one read or action.
     enum class Outcome { allowed, refused };
     void attempted(Outcome outcome) { refused = outcome == Outcome::refused; }
 
-    // Takes the system's answer and gives the one that counts.
+    // Returns whether the program is trusted, given the system's answer.
     bool judge(bool systemSaysYes);
 
-    // True while the system says yes and reads are refused: then the system would show the user nothing.
+    // True while reads are refused although the system reports trust. Its prompt would not appear then.
     bool isStale() const { return refused; }
 
-    // The user has been sent to the settings: the next read decides anew.
+    // The user has been sent to the settings, so the next read decides.
     void userWasAsked() { refused = false; }
 
 private:

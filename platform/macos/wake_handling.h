@@ -1,7 +1,7 @@
-// What has to be put right after the computer has slept.
+// Repairs what a sleep of the computer breaks.
 //
-// Sockets, MIDI ports and timers outlive a sleep. The network is often another one, or there are some seconds without
-// any: then the address that people read off the window is wrong, and nobody has heard the announcement.
+// Sockets, MIDI ports and timers survive a sleep. But after it the computer is often in a different network, or has
+// none for some seconds: then the address shown in the window is wrong, and no client has received the announcement.
 #pragma once
 
 #include "platform/api/runtime.h"
@@ -17,19 +17,19 @@ namespace lumbrine {
 class WakeHandling {
 public:
     struct Actions {
-        std::function<bool()> readAddress; // reads this computer's address again; true when it is another one now
+        std::function<bool()> readAddress; // reads this computer's address again; true when it has changed
         std::function<void()> announceAgain;
     };
 
-    // When the address is looked at, counted from waking.
+    // The times after waking at which the address is read. A network may come back after some seconds.
     static constexpr std::array<Duration, 5> looks{Duration::zero(), seconds(1), seconds(3), seconds(10), seconds(30)};
 
     WakeHandling(Runtime& rt, Actions wakeActions) : runtime(rt), actions(std::move(wakeActions)) {}
 
-    // Nothing is looked at any more until the computer has woken.
+    // Cancels the remaining looks.
     void willSleep();
 
-    // Announces again at once, and whenever a look finds another address.
+    // Announces again at once, and whenever a look finds a changed address.
     void didWake();
 
 private:
@@ -37,7 +37,7 @@ private:
 
     Runtime& runtime;
     const Actions actions;
-    std::shared_ptr<const int> waking; // expires with the next sleep, the next waking or this object
+    std::shared_ptr<const int> waking; // pending looks hold it weakly: it expires at the next sleep or waking
 };
 
 } // namespace lumbrine

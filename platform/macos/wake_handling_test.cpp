@@ -15,7 +15,7 @@ protected:
     VirtualRuntime runtime;
     Times lookedAt;
     Times announcedAt;
-    std::vector<double> changes; // when the address becomes another one
+    std::vector<double> changes; // the times at which the address changes
     std::optional<WakeHandling> handling{
         std::in_place, runtime,
         WakeHandling::Actions{.readAddress =

@@ -1,4 +1,4 @@
-// What the Mac's workspace knows of programs and settings.
+// Running applications and system settings, through NSWorkspace and NSRunningApplication.
 #pragma once
 
 #include <cstdint>
@@ -7,10 +7,10 @@
 
 namespace lumbrine {
 
-// The process identifier of the first running application with that bundle identifier. Any thread.
+// The process identifier of the first running application with this bundle identifier. Any thread.
 std::optional<std::int32_t> findRunningApplication(std::string_view bundleIdentifier);
 
-// Shows the page of the system's settings on which programs are allowed to read the screen. Main thread.
+// Opens the page of the system settings where the user allows programs to use accessibility. Main thread.
 void openAccessibilitySettings();
 
 } // namespace lumbrine

@@ -1,5 +1,5 @@
-// As much of the Accessibility interface as the back end calls, for running it on other systems, and what a test sees
-// and decides of it.
+// For tests of the back end on other systems: a fake of the accessibility functions that it calls, with the state that
+// a test sets and reads.
 #pragma once
 
 #include "platform/macos/testing/core_foundation_calls.h"
@@ -21,7 +21,7 @@ struct FakeElement : FakeCF {
     FakeElement();
     ~FakeElement() override;
 
-    // The value's reference is the element's from now on.
+    // Takes over the caller's reference to the value.
     void set(const std::string& name, CFTypeRef value);
 
     std::map<std::string, CFTypeRef> attributes;
@@ -42,14 +42,14 @@ AXError AXUIElementPerformAction(AXUIElementRef element, CFStringRef action);
 
 namespace lumbrine::fakes {
 
-// The state of the fake; a test begins by making it new.
+// The state of the fake. Each test begins with newScreen().
 struct Screen {
     bool trusted = true;
     int prompts = 0;
     int settingsOpened = 0;
     std::vector<std::string> actions;
     std::map<std::string, std::int32_t> running; // applications by bundle identifier
-    std::map<int, FakeElement*> applications;    // by process identifier; the test's own references
+    std::map<int, FakeElement*> applications;    // by process identifier; the test owns the references
     int openPools = 0;                           // autorelease pools of the back end
     int callsOutsidePools = 0;
 };

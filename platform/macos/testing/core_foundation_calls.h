@@ -1,12 +1,12 @@
-// As much of CoreFoundation as the back ends call, for running them on other systems. Every object counts its
-// references, and all objects are counted.
+// For tests of the back ends on other systems: a fake of the CoreFoundation functions that they call. It counts the
+// references of each object, and all objects.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-// An object as the system's functions see it. Made with one reference.
+// An object as the fake functions see it. It begins with one reference.
 struct FakeCF {
     explicit FakeCF(unsigned long kind);
     FakeCF(const FakeCF&) = delete;
@@ -25,7 +25,7 @@ struct FakeCFBoolean : FakeCF {
     const bool value;
 };
 struct FakeCFArray : FakeCF {
-    explicit FakeCFArray(std::vector<const void*> elements); // takes references of its own
+    explicit FakeCFArray(std::vector<const void*> elements); // retains the elements
     ~FakeCFArray() override;
     const std::vector<const void*> values;
 };
@@ -88,12 +88,12 @@ inline constexpr CFTypeID arrayType = 19;
 inline constexpr CFTypeID dictionaryType = 18;
 inline constexpr CFTypeID elementType = 301;
 
-// Objects that are there, but for the two booleans.
+// The number of existing objects, not counting the two booleans.
 int liveObjects();
 
 std::string textOf(CFStringRef string);
 
-// The flag under a text in a dictionary; false when it is not there.
+// The boolean for a key of a dictionary; false when the key is missing.
 bool flagIn(CFDictionaryRef dictionary, const std::string& key);
 
 } // namespace lumbrine::fakes

@@ -1,4 +1,5 @@
-// As much of CoreMIDI as the back end calls, for running it on other systems, and what a test sees and decides of it.
+// For tests of the back end on other systems: a fake of the CoreMIDI functions that it calls, with the state that a
+// test sets and reads.
 #pragma once
 
 #include "platform/macos/testing/core_foundation_calls.h"
@@ -44,7 +45,7 @@ MIDIPacket* MIDIPacketNext(const MIDIPacket* packet);
 
 namespace lumbrine::fakes {
 
-// The state of the fake; a test begins by making it new.
+// The state of the fake. Each test begins with newCoreMIDI().
 struct CoreMIDI {
     std::vector<std::string> calls;
     std::vector<std::vector<std::uint8_t>> received; // the first packet of each list
@@ -53,13 +54,13 @@ struct CoreMIDI {
     OSStatus destinationStatus = 0;
     OSStatus propertyStatus = 0;
     OSStatus receivedStatus = 0;
-    bool alignsPackets = true; // as on Apple's processors; on Intel's they lie side by side
-    int blocks = 0;            // that it holds on to
+    bool alignsPackets = true; // as on Apple's processors; false: packets follow each other directly, as on Intel
+    int blocks = 0;            // read and notify blocks that it retains
 };
 CoreMIDI& coreMIDI();
 void newCoreMIDI();
 
-// Hands packets to a destination as one list.
+// Delivers packets to a destination as one list.
 void deliver(MIDIEndpointRef destination, const std::vector<std::vector<std::uint8_t>>& packets);
 
 } // namespace lumbrine::fakes

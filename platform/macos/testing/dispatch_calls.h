@@ -1,4 +1,4 @@
-// As much of the system's queues as the main loop calls, for running it on other systems in a time of the test's own.
+// For tests of the main loop on other systems: a fake of the dispatch functions that it calls. The test moves its time.
 #pragma once
 
 #include <cstdint>
@@ -37,11 +37,11 @@ namespace lumbrine::fakes {
 
 void newDispatch();
 
-// Runs what becomes due in so many nanoseconds, in order.
+// Lets time pass and runs everything that becomes due, in order.
 void runDispatch(std::uint64_t nanoseconds);
 std::uint64_t dispatchNow();
 
-// The event loop is held up for so long: nothing runs, and timers that come due more than once are due once.
+// Lets time pass while the event loop is blocked: nothing runs, and a timer that comes due more than once fires once.
 void stallDispatch(std::uint64_t nanoseconds);
 
 int liveSources();
