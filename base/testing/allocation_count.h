@@ -1,10 +1,10 @@
-// Counting allocations, for tests of paths that must make none. Linking it replaces the global operator new; not
-// together with a sanitizer, which has one of its own.
+// For tests of code that must not allocate: counts allocations. Linking it replaces the global operator new, so it does
+// not work with sanitizers, which replace it too.
 #pragma once
 
 namespace lumbrine {
 
-// Made by the calling thread, ever.
+// The number of allocations of the calling thread since its start.
 int allocationCount();
 
 } // namespace lumbrine

@@ -1,4 +1,4 @@
-// For tests of decoders: the ways in which a stream of bytes may arrive.
+// For tests of decoders: different ways to split a stream of bytes.
 #pragma once
 
 #include "base/bytes.h"
@@ -8,7 +8,7 @@
 
 namespace lumbrine {
 
-// `stream` in two parts, the first of them `length` bytes long.
+// `stream` in two parts; the first one has `length` bytes.
 inline std::vector<Bytes> cutAt(const Bytes& stream, std::size_t length) {
     const auto middle = stream.begin() + static_cast<std::ptrdiff_t>(length);
     return {Bytes(stream.begin(), middle), Bytes(middle, stream.end())};
@@ -22,8 +22,8 @@ inline std::vector<Bytes> byteByByte(const Bytes& stream) {
     return parts;
 }
 
-// Whole, byte by byte, and in two at each place, both ends included. Each part is a block of its own, so that the
-// address sanitizer sees a decoder that reads past its end.
+// The stream as a whole, byte by byte, and in two parts for every place to split it, both ends included. Each part is a
+// separate allocation, so that the address sanitizer finds a decoder that reads past its end.
 inline std::vector<std::vector<Bytes>> segmentationsOf(const Bytes& stream) {
     std::vector<std::vector<Bytes>> all{{stream}, byteByByte(stream)};
     for (std::size_t length = 0; length <= stream.size(); ++length)

@@ -13,7 +13,7 @@
 namespace lumbrine {
 namespace {
 
-// What the server thread asks of the clients, in order.
+// The calls that the server thread makes to the clients, in order.
 class Calls {
 public:
     void note(const std::string& call) {
@@ -53,7 +53,7 @@ private:
     Calls& calls;
 };
 
-// libjack would free such a client, and we would do so once more. This waits for the attempt that comes after a second.
+// libjack would free such a client, and closing it would free it again. The next attempt comes after a second.
 TEST(JackServerTest, ClosesAClientThatIsLostAsSoonAsItIsBackBeforeItOpensTheNextOne) {
     RunLoop loop;
     RealRuntime runtime(loop);

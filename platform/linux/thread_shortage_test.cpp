@@ -1,4 +1,4 @@
-// Background work where the system gives no more threads.
+// Background work when the system refuses to create more threads.
 #include "platform/posix/thread_cache.h"
 
 #include <pthread.h>
@@ -9,7 +9,7 @@
 namespace lumbrine {
 namespace {
 
-// While it lives, no thread can be made: each would want a larger stack than there are addresses.
+// While this object lives, no thread can be created: each would need a stack larger than the address space.
 class ThreadShortage {
 public:
     ThreadShortage() {

@@ -11,7 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The loop comes before the application, as in a program.
+// The loop is created before the application, as in the programs.
 class QtMainLoopTest : public testing::Test {
 protected:
     void run() { loop.run(); }

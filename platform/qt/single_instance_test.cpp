@@ -14,7 +14,7 @@ class SingleInstanceTest : public testing::Test {
 protected:
     SingleInstanceTest() { qputenv("XDG_RUNTIME_DIR", folder.path().toUtf8()); }
 
-    // What a second start does, in a thread of its own as if it were another process; how often the first was raised.
+    // Does what a second process does, on another thread. Returns how often the first one was asked to show itself.
     int raisedBySecondStart(SingleInstance& first) {
         int raised = 0;
         first.onStartOfAnother([&raised] { ++raised; });

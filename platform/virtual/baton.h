@@ -1,4 +1,4 @@
-// The right to run, handed from thread to thread.
+// The right to run in virtual time, which threads pass to each other.
 #pragma once
 
 #include <condition_variable>
@@ -6,8 +6,8 @@
 
 namespace lumbrine {
 
-// Where one thread waits until the baton comes to it. Neither side spins. The taker sees everything that the giver
-// did. The object must outlive both calls, hence nobody frees one before all threads have been joined.
+// Each thread has one baton and waits in `take` until another thread calls `give`. Everything that the giver did before
+// is visible to the taker. A baton must outlive both calls, so all threads are joined before any baton is destroyed.
 class Baton {
 public:
     void give() {
@@ -15,7 +15,7 @@ public:
             const std::lock_guard lock(mutex);
             here = true;
         }
-        arrival.notify_one(); // after the unlock: waking a thread into a taken lock would cost a second switch
+        arrival.notify_one(); // after unlocking: otherwise the woken thread would block on the lock and switch again
     }
 
     void take() {

@@ -1,4 +1,4 @@
-// MIDI ports inside one process: both sides of the MIDI seam over the runtime's queues, in virtual and in real time.
+// MIDI ports inside one process, in virtual and in real time: both sides of the MIDI seam on queues of the runtime.
 #pragma once
 
 #include "platform/api/midi_connections.h"
@@ -9,14 +9,15 @@
 
 namespace lumbrine {
 
-// A source and a destination of one name are a pair; a connection of that name reaches both. Each direction of each
-// pair delivers in order on a queue of its own, as a system's MIDI thread would, `latency` after the sending.
+// A source and a destination of the same name form a pair, and a connection of that name reaches both. Each direction
+// of each pair has its own queue, which stands for a system's MIDI thread: it delivers in order, `latency` after
+// sending.
 class MemoryMIDI final : public MIDIServices, public MIDIConnections {
 public:
     explicit MemoryMIDI(Runtime& runtime, Duration latency = Duration::zero());
     ~MemoryMIDI() override;
 
-    // Makes the next creation call of that kind, and every later one, fail with `status`; 0 heals it.
+    // Makes every later call of this kind fail with `status`. Status 0 lets them succeed again.
     enum class Call { createClient, createSource, createDestination, setUniqueID };
     void fail(Call call, MIDIStatus status);
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr MIDIStatus invalidClient = -10830;
 constexpr MIDIStatus objectNotFound = -10842;
-constexpr std::size_t largestPacket = 256; // what a reader of a packet list takes from one packet
+constexpr std::size_t largestPacket = 256; // a reader of a packet list takes no more from one packet
 
 } // namespace
 
@@ -25,7 +25,7 @@ MIDIStatus MemoryMIDI::Hub::refusal(Call call, MIDIClientRef client) const {
     return client == 0 || client > clients ? invalidClient : 0;
 }
 
-// Queues are made on the first mention of a name and live until the end.
+// Creates the queues at the first use of a name. They live until `close`.
 MemoryMIDI::Hub::Pair& MemoryMIDI::Hub::pairNamed(const std::string& name) {
     Pair& pair = pairs[name];
     if (!pair.outward && !closed) {
@@ -80,7 +80,7 @@ void MemoryMIDI::Hub::post(const std::shared_ptr<SerialQueue>& queue, Duration l
 
 MIDIStatus MemoryMIDI::Hub::fromSource(MIDIEndpointRef source, ByteView packetList) {
     std::shared_ptr<SerialQueue> queue;
-    const std::string* name = nullptr; // names of endpoints stay where they are
+    const std::string* name = nullptr; // stays valid: endpoints are never removed from the map
     {
         const Lock guard(lock);
         const auto endpoint = endpoints.find(source);
@@ -126,7 +126,7 @@ void MemoryMIDI::Hub::toDestination(const std::string& name, ByteView message) {
     post(queue, latency, [this, key, bytes = Bytes(message.begin(), message.end())] { deliverInward(*key, bytes); });
 }
 
-// As many lists as the message needs.
+// Delivers the message in as many packet lists as it needs.
 void MemoryMIDI::Hub::deliverInward(const std::string& name, ByteView message) {
     std::shared_ptr<const MIDIReadBlock> read;
     {
@@ -168,12 +168,14 @@ void MemoryMIDI::Hub::stopListening(const std::string& name, const std::shared_p
             std::erase(pairs[name].listeners, listener);
             if (!listener->inCallback) return;
         }
+        // The callback runs for a moment only. Waiting for it on a condition would need a lock across the callback.
         runtime.sleepFor(std::chrono::microseconds(100));
     }
 }
 
 void MemoryMIDI::Hub::close() {
-    std::vector<std::shared_ptr<SerialQueue>> ending; // their ends are waited for outside the lock
+    // Declared before the lock, so that the queues are destroyed, and their jobs waited for, after it is released.
+    std::vector<std::shared_ptr<SerialQueue>> ending;
     const Lock guard(lock);
     closed = true;
     for (auto& [name, pair] : pairs) {

@@ -10,7 +10,7 @@
 
 namespace lumbrine {
 
-// All state is under one lock that is held for look-ups only: nothing is posted, called back or waited for under it.
+// One lock guards all state. It is held for look-ups only: no post, no callback and no wait happens under it.
 class MemoryMIDI::Hub {
 public:
     struct Listener {
@@ -34,10 +34,10 @@ public:
 
     std::shared_ptr<Listener> listen(const std::string& name, std::function<void(ByteView)> incoming);
 
-    // Returns when its callback neither runs nor will run again.
+    // Returns when the callback of the listener is not running and will not run again.
     void stopListening(const std::string& name, const std::shared_ptr<Listener>& listener);
 
-    // Drops what is under way; nothing is delivered any more.
+    // Drops the messages that are on their way. From now on nothing is delivered.
     void close();
 
 private:

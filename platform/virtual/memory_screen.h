@@ -1,5 +1,5 @@
-// Other programs' user interfaces in memory: trees of elements behind the Accessibility seam, for tests and for a
-// simulated Pro Tools.
+// The user interfaces of other programs, simulated in memory behind the Accessibility seam: trees of elements for tests
+// and for the simulated Pro Tools.
 #pragma once
 
 #include "platform/api/accessibility.h"
@@ -14,17 +14,18 @@
 
 namespace lumbrine {
 
-// Everything may be called on any thread, in virtual and in real time. Trusted from the start. The elements may refer
-// to each other as they like, also in a circle.
+// Any thread may call everything, in virtual and in real time. The process is trusted from the start. Elements may
+// refer to each other in any way, also in a circle.
 class MemoryScreen final : public Accessibility {
 public:
-    // One element of one program. The default is none: it may be named in attributes, and its reads fail.
+    // One element of one program. A default-constructed one stands for no element: attributes may refer to it, and
+    // reads of it fail.
     struct Element {
-        std::uint64_t number = 0; // never given twice
+        std::uint64_t number = 0; // never reused
         friend auto operator<=>(Element, Element) = default;
     };
 
-    // A value of a kind that the seam does not carry: a number, a position, a list of texts.
+    // A value of a kind that the seam cannot return, such as a number, a position or a list of texts.
     struct OtherKind {
         friend bool operator==(OtherKind, OtherKind) = default;
     };
@@ -32,24 +33,25 @@ public:
     using Value = std::variant<Element, std::vector<Element>, std::string, bool, OtherKind>;
     using Attributes = std::map<std::string, Value, std::less<>>;
 
-    // The program runs from now on; the result is the root of its elements. Of several with one bundle identifier the
-    // first is found.
+    // Starts a program and returns the root of its elements. When several have the same bundle identifier,
+    // runningApplication finds the first.
     Element launch(std::string bundleIdentifier, std::int32_t processIdentifier);
 
-    // The program ends, and with it every element that its root leads to by any attribute.
+    // Ends the program and removes every element that can be reached from its root by any attribute.
     void quit(std::int32_t processIdentifier);
 
     Element add(Attributes attributes);
 
-    // The element is gone with all that its "AXChildren" lead to; whoever refers to it goes on doing so.
+    // Removes the element and everything below it by "AXChildren". References to removed elements stay, and reads
+    // through them fail.
     void remove(Element element);
 
-    // Nothing happens to an element that is gone.
+    // These three do nothing when the element has been removed.
     void set(Element element, std::string_view attribute, Value value);
     void unset(Element element, std::string_view attribute);
-    void append(Element parent, std::string_view listAttribute, Element child); // makes the list if there is none
+    void append(Element parent, std::string_view listAttribute, Element child); // creates the list if there is none
 
-    // What the element has, not counted as a read.
+    // The value of an attribute. Not counted as a read.
     std::optional<Value> value(Element element, std::string_view attribute) const;
 
     void setTrusted(bool trusted);
@@ -60,18 +62,18 @@ public:
         std::uint64_t number; // 1 is the first read of this screen
     };
 
-    // Asked before each read, on the reading thread and with no lock held; answers whether the read may go on, else it
-    // fails. It may change the tree, sleep, or withdraw the trust.
+    // Sets a function that is called before each read, on the reading thread and with no lock held. When it returns
+    // false, the read fails. It may change the tree, sleep, or withdraw the trust.
     void watchReads(std::function<bool(const Read&)> watcher);
 
-    // Told each action on an element that is there, on the acting thread and with no lock held; answers whether the
-    // program takes it. Without a watcher every action is taken.
+    // Sets a function that is called for each action on an existing element, on the acting thread and with no lock
+    // held. It returns whether the program accepts the action. Without it, every action is accepted.
     void watchActions(std::function<bool(Element, std::string_view action)> watcher);
 
-    std::uint64_t calls() const; // of anything in the seam
+    std::uint64_t calls() const; // of all functions of the seam
     std::uint64_t reads() const; // of attributes
-    int prompts() const;         // how often the user was shown where to allow it
-    int liveHandles() const;     // held by anyone; copies of a handle count once
+    int prompts() const;         // how often the system's request for trust was shown to the user
+    int liveHandles() const;     // handles that exist; copies of one handle count once
 
     bool isTrusted() override;
     bool isTrustedOrPrompt() override;
@@ -97,7 +99,7 @@ private:
 
     const std::shared_ptr<HandleCount> handles = std::make_shared<HandleCount>(0);
 
-    // Plain and held for look-ups only: it is taken on threads that hold a Mutex of the runtime.
+    // A std::mutex and held for look-ups only, because callers may hold a Mutex of the runtime.
     mutable std::mutex lock;
     Elements elements;
     std::vector<Application> applications;

@@ -1,4 +1,5 @@
-// The stream of numbers behind every choice of virtual time.
+// SplitMix64: the random numbers behind every choice in virtual time. The same seed gives the same numbers on every
+// system, which the standard library's distributions do not promise.
 #pragma once
 
 #include <cstdint>

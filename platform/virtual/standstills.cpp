@@ -18,7 +18,8 @@ std::optional<Duration> Standstills::at(TimePoint now, std::string_view threadNa
     return length;
 }
 
-// A few points after the time, because the first one after a long wait is nearly always the wait itself.
+// The pause comes up to seven switching points after its time. The first point after a long wait is nearly always the
+// end of the wait itself, so pausing there only would never hit the code that follows.
 void Standstills::drawNext(TimePoint now, Pace& pace) {
     constexpr std::uint64_t points = 8;
     pace.next = now + Duration(below(2 * static_cast<std::uint64_t>(how.every.count())));

@@ -1,5 +1,5 @@
-// Threads that stand still now and then, as when the system gives the processor to others: what a thread does then
-// happens later than its own clock and its neighbours expect.
+// Random pauses of threads, as on a system that gives the processor to other programs. Whatever the thread does next
+// happens later than the thread itself and the others expect.
 #pragma once
 
 #include "platform/api/time.h"
@@ -12,27 +12,27 @@
 namespace lumbrine {
 
 struct Standstill {
-    Duration every = Duration::zero(); // on the average, for each thread by itself; zero: never
+    Duration every = Duration::zero(); // average time between two pauses of one thread; zero means no pauses
     Duration shortest = Duration::zero();
     Duration longest = Duration::zero();
-    std::function<bool(std::string_view threadName)> meets = {}; // empty: every thread
+    std::function<bool(std::string_view threadName)> meets = {}; // which threads pause; empty means all
 };
 
-// When one thread stands still, drawn from a stream of its own.
+// Decides when a thread pauses. It draws from its own random stream, so that pauses do not change other choices.
 class Standstills {
 public:
-    // What is known of one thread.
+    // The state of one thread.
     struct Pace {
-        std::optional<TimePoint> next;
-        std::uint64_t pointsLeft = 0; // where it could stop after that time, and does not yet
+        std::optional<TimePoint> next; // the earliest time of its next pause
+        std::uint64_t pointsLeft = 0;  // how many switching points it passes after that time before it pauses
     };
 
     Standstills(std::uint64_t seed, Standstill kind) : how(std::move(kind)), draws(seed) {}
 
-    // For how long the thread stands still at this point of its program; absent when it goes on.
+    // Called at each switching point of a thread. Returns how long the thread pauses here; absent when it goes on.
     std::optional<Duration> at(TimePoint now, std::string_view threadName, Pace& pace);
 
-    // Nobody stands still from now on.
+    // No thread pauses from now on.
     void end() { how.every = Duration::zero(); }
 
 private:

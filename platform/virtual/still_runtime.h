@@ -1,5 +1,5 @@
-// A runtime in which only the test moves time and nothing runs behind it: for tests, fuzzers and benchmarks of code
-// that asks for the time, sleeps or takes a lock, and no more. Locks are the system's own; nothing here allocates.
+// A runtime whose time only the test moves and that runs no jobs. For tests, fuzzers and benchmarks of code that only
+// asks for the time, sleeps or takes a lock. Locks are the system's; nothing here allocates.
 #pragma once
 
 #include "platform/api/runtime.h"
@@ -9,10 +9,10 @@
 
 namespace lumbrine {
 
-// Every thread passes for the main thread. A job is dropped, a queue, timer or thread is null.
+// Every thread counts as the main thread. Jobs are dropped; queues, timers and threads are null.
 class StillRuntime final : public Runtime {
 public:
-    TimePoint time{}; // what `now` tells; a sleep moves it on and returns at once
+    TimePoint time{}; // returned by `now`; a sleep adds its duration and returns at once
 
     TimePoint now() const override { return time; }
     void sleepFor(Duration duration) override { time += duration; }

@@ -1,4 +1,4 @@
-// Addresses of the virtual network: a port and a host's text in the bytes of a PeerAddress.
+// Addresses of the virtual network. A PeerAddress holds the port and the text of the host.
 #pragma once
 
 #include "platform/api/datagram_sockets.h"
@@ -10,12 +10,12 @@
 namespace lumbrine {
 
 struct VirtualAddress {
-    std::string host; // as a dual-stack socket tells it
+    std::string host; // in dual-stack form
     std::uint16_t port = 0;
 };
 
-// The form in which a dual-stack socket tells a numeric host: IPv4 as "::ffff:192.168.1.7", IPv6 as it is. Absent for
-// what is no number.
+// The form in which a dual-stack socket reports a numeric host: IPv4 as "::ffff:192.168.1.7", IPv6 unchanged. Absent
+// when the host is not numeric.
 std::optional<std::string> dualStackForm(const std::string& host);
 
 // True for "127.0.0.1" (in dual-stack form) and "::1".

@@ -1,4 +1,4 @@
-// One connection of the virtual streams, both ends.
+// One connection of the virtual streams: the state of both ends.
 #pragma once
 
 #include "base/bytes.h"
@@ -15,13 +15,13 @@ namespace lumbrine {
 struct VirtualConnection {
     struct Arrival {
         TimePoint due;
-        Bytes bytes; // none: the orderly end
+        Bytes bytes; // empty for the orderly end of the connection
         std::size_t received = 0;
     };
 
     explicit VirtualConnection(VirtualRuntime& rt) : runtime(rt), changed(rt.makeSignal()) {}
 
-    // To the near end, after all that is on its way.
+    // Schedules bytes for the near end, never before those that are already on their way.
     void arrive(Bytes bytes, Duration delay) {
         if (finished || wasReset) return;
         finished = bytes.empty();
@@ -32,12 +32,12 @@ struct VirtualConnection {
 
     VirtualRuntime& runtime;
     std::unique_ptr<VirtualRuntime::Signal> changed;
-    std::unique_ptr<StreamPeer> peer; // there once it is connected
+    std::unique_ptr<StreamPeer> peer; // null until the connection is accepted
     std::deque<Arrival> arrivals;
     bool finished = false;
     bool wasReset = false;
     bool reading = true;
-    Bytes unread; // sent while the far end does not read
+    Bytes unread; // sent by the near end while the far end does not read
 
     std::optional<Duration> receiveTimeout;
     std::optional<Duration> sendTimeout;

@@ -1,4 +1,4 @@
-// One machine of the virtual network.
+// One computer of the virtual network.
 #pragma once
 
 #include "base/deadline_heap.h"
@@ -23,7 +23,7 @@ public:
     void moveTo(std::string newAddress) { address = std::move(newAddress); }
     void loseWhatIsUnderWay();
 
-    // A datagram that will be there at that time.
+    // Schedules the arrival of a datagram. It is lost when no socket has the port or the socket's queue is full.
     void arrive(TimePoint when, std::uint16_t port, const PeerAddress& from, ByteView bytes);
 
     int open() override;
@@ -47,7 +47,7 @@ private:
     struct Socket {
         std::uint16_t port = 0; // 0 until it is bound
         bool ended = false;
-        DeadlineHeap<TimePoint, Datagram> datagrams; // by the time of their arrival
+        DeadlineHeap<TimePoint, Datagram> datagrams; // ordered by arrival time
         std::unique_ptr<VirtualRuntime::Signal> changed;
     };
 

@@ -61,7 +61,7 @@ std::unique_ptr<RepeatingTimer> VirtualMainQueue::repeat(Duration interval, std:
     return std::make_unique<Timer>(std::move(repetition));
 }
 
-// At the first multiple of the interval that still lies ahead.
+// Schedules the next tick for the first multiple of the interval in the future, as the real timer does.
 void VirtualMainQueue::scheduleTick(const std::shared_ptr<Repetition>& repetition) {
     const Duration late = scheduler.now() - repetition->due;
     repetition->due += repetition->interval * (late / repetition->interval + 1);

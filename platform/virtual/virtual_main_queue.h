@@ -1,4 +1,4 @@
-// The main queue of virtual time, and what repeats on it.
+// The main queue of virtual time, and the repeating timers on it.
 #pragma once
 
 #include "base/ring_queue.h"
@@ -16,31 +16,31 @@ public:
     VirtualMainQueue(VirtualScheduler& virtualScheduler, TimerOrder timerOrder)
         : scheduler(virtualScheduler), order(timerOrder) {}
 
-    // Jobs posted after the world has ended are dropped.
+    // Jobs posted after the scheduler has stopped are dropped.
     void post(Task task);
     void postAfter(Duration delay, Task task);
     void postAndWait(Task task);
     std::unique_ptr<RepeatingTimer> repeat(Duration interval, std::function<void()> tick);
 
-    // On the main thread: runs what is there and lets time pass to `end`, or until the condition holds. True when it
-    // held.
+    // Runs jobs and lets time pass to `end`, or until the condition holds. Returns true when the condition held. Main
+    // thread only.
     bool drain(TimePoint end, const std::function<bool()>* condition);
 
-    // Drops all that is queued.
+    // Drops all queued jobs.
     void clear();
 
 private:
     struct Repetition;
     class Timer;
 
-    void accept(Task task) override; // of what was delayed
+    void accept(Task task) override; // gets a delayed job when it is due
     void add(RingQueue<Task>& queue, Task task);
     void scheduleTick(const std::shared_ptr<Repetition>& repetition);
 
     VirtualScheduler& scheduler;
     const TimerOrder order;
     RingQueue<Task> jobs;
-    RingQueue<Task> unseen; // due, but the main thread has not looked at its timers since
+    RingQueue<Task> unseen; // TimerOrder::whenSeen only: jobs that became due after the last look at the timers
 };
 
 } // namespace lumbrine

@@ -1,4 +1,4 @@
-// A network in virtual time: hosts with addresses, datagrams that take time, get lost, doubled or overtaken.
+// A UDP network in virtual time: hosts with addresses, and datagrams that take time, get lost, doubled or reordered.
 #pragma once
 
 #include "platform/api/datagram_sockets.h"
@@ -11,47 +11,46 @@
 
 namespace lumbrine {
 
-// A socket keeps 4096 datagrams that nobody has received yet; further ones are lost. Every machine reaches itself
-// under "127.0.0.1" and "::1" too. Used by threads of the runtime only, which take turns; destroyed when none is in a
-// call.
+// A socket queues up to 4096 datagrams; further ones are lost. Every host also reaches itself at "127.0.0.1" and "::1".
+// Only threads of the runtime may use it, which take turns, so it needs no lock. Destroy it while none is in a call.
 class VirtualNetwork {
 public:
     struct Faults {
-        double loss = 0;        // probability that a datagram vanishes
+        double loss = 0;        // probability that a datagram is lost
         double duplication = 0; // probability that it arrives twice
         Duration latency = Duration::zero();
-        Duration jitter = Duration::zero(); // up to this much more, for each datagram by itself: later ones overtake
-        double straying = 0;                // probability that a datagram is held up somewhere
-        Duration detour = Duration::zero(); // for up to this long, on top of all else
+        Duration jitter = Duration::zero(); // up to this much is added for each datagram, so that later ones overtake
+        double straying = 0;                // probability of an extra delay
+        Duration detour = Duration::zero(); // the longest extra delay, on top of latency and jitter
     };
 
     explicit VirtualNetwork(VirtualRuntime& rt);
     ~VirtualNetwork();
 
-    // How datagrams fare that are sent from now on.
+    // Sets the faults for datagrams that are sent from now on.
     void setFaults(Faults newFaults);
 
-    // The sockets of the machine with that address ("192.168.1.7"); its addresses are told in IPv4-mapped form
-    // ("::ffff:192.168.1.7"), as a dual-stack socket tells them. Machines are made by being asked for.
+    // The sockets of the host with this address ("192.168.1.7"), which is created by the first call. Peers see it in
+    // IPv4-mapped form ("::ffff:192.168.1.7"), as a dual-stack socket does.
     DatagramSockets& host(const std::string& address);
 
-    // Makes the calls of that kind on that host return -error (an errno value) from the next one on; 0 heals it. A
-    // receive that already waits goes on waiting.
+    // Makes every later call of this kind on this host return -error, an errno value; 0 lets them succeed again. A
+    // receive that already waits is not affected.
     enum class Call { open, bind, receive, send };
     void fail(const std::string& address, Call call, int error);
 
-    // While a machine is cut off, all that is sent to it or by it is lost, and nobody's call fails.
+    // While a host is cut off, all datagrams to and from it are lost. No call fails.
     void cutOff(const std::string& address, bool isCutOff);
 
-    // The machine has another address from now on, with the same sockets and ports; the old one is nobody's. No machine
-    // has the new one yet.
+    // Gives the host a new address, which no host may have yet. Its sockets and ports stay; the old address is unused
+    // afterwards.
     void move(const std::string& address, const std::string& newAddress);
 
-    // A datagram whose sender is made up. It fares as every other.
+    // Sends a datagram with a forged sender address. The faults apply to it too.
     void forge(const std::string& fromHost, std::uint16_t fromPort, const std::string& toHost, std::uint16_t toPort,
                ByteView bytes);
 
-    // Everything that has not arrived yet is lost.
+    // Drops all datagrams that have not arrived yet.
     void loseWhatIsUnderWay();
 
 private:

@@ -11,7 +11,7 @@
 
 namespace lumbrine {
 
-// Any number of mutexes, none of which knows anything itself: what is held is noted here and at the threads.
+// The state of all mutexes. A Mutex itself has none in virtual time: this object and the threads record what is held.
 class VirtualRuntime::Locks final : public Runtime::LockHooks {
 public:
     explicit Locks(VirtualScheduler& virtualScheduler) : scheduler(virtualScheduler) {}

@@ -1,13 +1,15 @@
-// Virtual time: the whole program in one process, hours of it in seconds, the same each time for the same seed.
+// Virtual time: runs a whole program in one process, hours of it in seconds, and the same way each time for the same
+// seed.
 //
-// Every thread and every job is a real thread, but exactly one of them runs at a time. The running one hands the baton
-// on at every sleep, lock, unlock, post, hop, send and receive; the seed chooses who goes next among those that are
-// ready. When nobody is ready, time jumps to the next deadline. When there is no deadline either, that is a deadlock:
-// the program prints what every thread waits for, and the seed, and aborts. So it does when a great many steps pass
-// without time going on (a livelock), and when a Mutex is held across a sleep, a hop, a wait or another Mutex.
+// Every thread and every job is a real thread, but exactly one of them runs at a time. At every sleep, lock, unlock,
+// post, hop, send and receive the running thread passes on the baton, and the seed chooses the next thread among those
+// that are ready. When no thread is ready, time jumps to the next deadline. When there is no deadline either, the
+// program is deadlocked: it prints the seed and what every thread waits for, and aborts. It also aborts when very many
+// steps pass while time stands still (a livelock), and when a Mutex is held across a sleep, a hop, a wait or another
+// Mutex.
 //
-// The thread that makes the runtime is the main thread. A test is therefore main-thread code: it acts, lets time pass
-// with runFor, and looks at the state.
+// The thread that creates the runtime is the main thread. So a test is main-thread code: it acts, lets time pass with
+// runFor, and checks the state.
 #pragma once
 
 #include "platform/api/main_loop.h"
@@ -27,23 +29,23 @@ class StayOnThisCore;
 class VirtualMainQueue;
 class VirtualScheduler;
 
-// Whoever derives from it sees the jobs that are given to it.
+// Not final: a derived class can observe the jobs that are posted.
 class VirtualRuntime : public Runtime {
 public:
     struct Options {
         std::uint64_t seed = 1;
-        std::uint64_t stepLimit = 1'000'000; // choices within one instant before it counts as a livelock
+        std::uint64_t stepLimit = 1'000'000; // more choices than this at one instant count as a livelock
 
-        // At a point where it could go on, a thread lets the seed choose about once in so many times, at least 1.
-        // Interruptions in the middle of things become rarer, and the program several times as fast.
+        // A thread that could go on passes on the baton at about one of so many switching points (at least 1). Higher
+        // values make interruptions rarer and the program several times as fast.
         std::uint64_t patience = 1;
 
-        // `inOrder`: a thread goes on until it waits, and whoever became ready first is next. The history no longer
-        // hangs on how often the program could have handed the baton on, so two builds of one program can be compared.
+        // With `inOrder`, a thread goes on until it waits, and the thread that became ready first is next. Then the
+        // history does not depend on the number of switching points, so two builds of one program can be compared.
         enum class Turns { drawn, inOrder } turns = Turns::drawn;
 
-        // Wherever it could hand the baton on, a thread may stand still while the others go on, also with a Mutex held.
-        // Of the main thread: while time passes, so that `runFor` may return later than it should.
+        // Pauses of threads, and of the main thread. A thread may pause at every switching point, also while it holds a
+        // Mutex. The main thread pauses only inside `runFor` and `runUntil`, which may then return late.
         Standstill standstill = {};
         Standstill mainStandstill = {};
 
@@ -53,51 +55,53 @@ public:
     VirtualRuntime() : VirtualRuntime(Options{}) {}
     explicit VirtualRuntime(const Options& options);
 
-    // Everything that used the runtime and could wait for something (servers, queues, timers) is gone before; what is
-    // still in the background is woken from its sleeps and runs to its end.
+    // Destroy everything that uses the runtime and can wait (servers, queues, timers) before it. Background jobs that
+    // still run are woken from their sleeps and run to their end.
     ~VirtualRuntime() override;
 
-    // Lets time pass, on the main thread: runs everything that becomes due until `duration` from now, that instant
-    // included, then returns at exactly that time.
+    // Lets `duration` pass. Runs everything that becomes due until then, the last instant included, and returns at
+    // exactly that time. Main thread only.
     void runFor(Duration duration);
 
-    // Runs what is ready now, without letting time pass.
+    // Runs everything that is ready, without letting time pass.
     void runUntilIdle() { runFor(Duration::zero()); }
 
-    // Lets time pass until the condition holds, at most `limit`; true when it held. The condition is looked at on the
-    // main thread: after each of its jobs, whenever another thread hands the baton on, and before time goes on.
+    // Lets time pass until the condition holds, at most for `limit`. Returns true when the condition held. It is
+    // checked on the main thread: after each of its jobs, after each step of another thread, and before time moves.
     bool runUntil(const std::function<bool()>& condition, Duration limit);
 
-    // Nobody stands still by chance from now on.
+    // No thread pauses at random from now on.
     void endStandstills();
 
-    // The machine sleeps: the clock goes on by `duration` at once, and nobody runs meanwhile. What would have run in
-    // that time is late afterwards. On the main thread.
+    // The computer sleeps: the clock jumps by `duration`, and no thread runs meanwhile. Whatever was due in that time
+    // is late afterwards. Main thread only.
     void sleepMachine(Duration duration);
 
-    // A number made of every choice and every jump of time so far. Equal seeds and equal programs give equal hashes.
+    // A hash of all choices and all jumps of time so far. The same seed and the same program give the same hash.
     std::uint64_t traceHash() const;
 
     std::uint64_t seed() const;
 
-    // Choices for a test or a back end that must replay with the seed: the next number of the seed's own stream.
+    // The next random number of the seed's stream. Tests and back ends use it for choices that must replay with the
+    // seed.
     std::uint64_t random();
 
-    // For virtual back ends: a place where a thread waits for something that another thread brings.
+    // For virtual back ends: a condition on which threads wait until another thread notifies them.
     class Signal {
     public:
         virtual ~Signal() = default;
 
-        // Waits for a notify that comes after the call, or until the deadline; false when the deadline passed or the
-        // runtime is being shut down. `what` appears in the deadlock report.
+        // Waits for the next notifyAll. Returns false when the deadline passes or the runtime ends first. `what`
+        // appears in the deadlock report; it must stay valid during the call.
         virtual bool wait(std::string_view what, std::optional<TimePoint> deadline) = 0;
 
-        // Makes every thread that waits here ready. The caller keeps the baton.
+        // Makes every waiting thread ready. The caller keeps the baton.
         virtual void notifyAll() = 0;
     };
     std::unique_ptr<Signal> makeSignal();
 
-    // A point at which another thread may go first; back ends call it where a real system could switch.
+    // A switching point: another thread may run before this returns. Back ends call it where a real system could
+    // switch.
     void yield(std::string_view what);
 
     TimePoint now() const override;
@@ -111,7 +115,7 @@ public:
     std::unique_ptr<RepeatingTimer> repeatOnMain(Duration interval, std::function<void()> tick) override;
     std::unique_ptr<Thread> startThread(std::string name, Task body) override;
 
-    // For a runtime that has this one do its work.
+    // Public for a runtime that delegates to this one.
     LockHooks* lockHooks() override;
     void runOnMainAndWait(Task task) override;
 

@@ -13,7 +13,8 @@ using State = VirtualThread::State;
 
 namespace {
 
-// Nobody who tests a program in virtual time lets its main thread hang longer than this on purpose.
+// No test lets the main thread wait longer than this on purpose, so a longer wait counts as a hang. Without this limit,
+// periodic jobs of other threads would keep time moving for ever and hide it.
 constexpr Duration longestMainWait = std::chrono::hours(1);
 
 } // namespace
@@ -70,7 +71,7 @@ void VirtualScheduler::yield(std::string_view what) {
     if (standsStill(thread)) return;
     if (ready.empty() || inOrder || (patience > 1 && nextSplitMix(choices) % patience != 0)) {
         mix(thread.number);
-        // A test that does a great deal on the main thread between two runs is no livelock.
+        // The main thread is not counted: a test may do very much between two runs without being a livelock.
         if (&thread != &main) countStep(thread);
         return;
     }
@@ -78,7 +79,7 @@ void VirtualScheduler::yield(std::string_view what) {
     passOn(thread);
 }
 
-// True when it did.
+// Makes the thread pause if a pause is due. Returns true when it has paused.
 bool VirtualScheduler::standsStill(VirtualThread& thread) {
     if (stopped || (&thread == &main && !mainWorks)) return false;
     const auto length = (&thread == &main ? mainStandstills : standstills).at(time, thread.name, thread.pace);
@@ -136,7 +137,7 @@ bool VirtualScheduler::idle(TimePoint end, bool watchingOthers) {
     return !allDue;
 }
 
-// The calling thread has said in `state` what becomes of it.
+// Precondition: the caller has set its own `state` (ready, blocked, idling or free).
 void VirtualScheduler::passOn(VirtualThread& from) {
     VirtualThread& to = choose();
     to.state = State::running;
@@ -148,6 +149,7 @@ void VirtualScheduler::passOn(VirtualThread& from) {
 
 VirtualThread& VirtualScheduler::choose() {
     for (;;) {
+        // A watching main thread checks its condition after each step of another thread.
         if (watching && !looked && main.state == State::idling) return main;
         if (!ready.empty()) {
             VirtualThread& chosen = takeReady();
@@ -194,7 +196,8 @@ std::optional<TimePoint> VirtualScheduler::nextDeadline() const {
     return soonest;
 }
 
-// To the next deadline; false when there is none, or none that the idling main thread lets come.
+// Moves the clock to the next deadline and makes everything ready that is due. Returns false when there is no deadline,
+// or none before the time at which the idle main thread wants to go on.
 bool VirtualScheduler::moveClock() {
     const auto deadline = nextDeadline();
     if (!deadline || (main.state == State::idling && *deadline > idleEnd)) return false;
@@ -258,7 +261,7 @@ void VirtualScheduler::work(VirtualThread& worker) {
         worker.job = Task{};
         worker.state = State::free;
         freeWorkers.push_back(&worker);
-        if (stopped && freeWorkers.size() == workers.size()) wake(main);
+        if (stopped && freeWorkers.size() == workers.size()) wake(main); // it waits in `join`
         passOn(worker);
     }
 }
@@ -271,7 +274,7 @@ void VirtualScheduler::stop() {
     for (const auto& worker : workers) {
         if (worker->state != State::blocked || !worker->interruptible) continue;
         wake(*worker);
-        worker->woken = false;
+        worker->woken = false; // it was stopped, not woken: its wait returns false
     }
     const auto everything = [](const Scheduled&) { return true; };
     scheduled.takeIf(everything);
@@ -281,7 +284,7 @@ void VirtualScheduler::stop() {
 void VirtualScheduler::join() {
     if (freeWorkers.size() != workers.size()) waitUninterrupted("the end of all jobs");
     for (const auto& worker : workers) {
-        worker->baton.give(); // without a job: it ends
+        worker->baton.give(); // it has no job, so its loop ends
         worker->thread.join();
     }
 }

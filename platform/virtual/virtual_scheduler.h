@@ -1,7 +1,7 @@
-// Who runs in virtual time, and when: real threads that take turns, a seed that chooses, a clock that jumps.
+// The scheduler of virtual time: real threads that take turns, a seed that chooses among them, and a clock that jumps.
 //
-// Exactly one thread holds the baton; only that one may call anything here, so nothing needs a lock. A program that
-// calls from any other thread is ended with a report.
+// Exactly one thread holds the baton, and only that thread may call functions of the scheduler. Therefore nothing here
+// needs a lock. A call from any other thread ends the program with a report.
 #pragma once
 
 #include "base/deadline_heap.h"
@@ -33,22 +33,22 @@ struct VirtualThread {
     Baton baton;
 
     enum class State { free, ready, running, blocked, idling } state = State::free;
-    std::string_view waitsFor; // the point where it gave the baton away; valid while it has not got it back
+    std::string_view waitsFor; // where it passed on the baton; valid until it gets the baton back
     std::optional<TimePoint> deadline;
-    bool interruptible = false;
-    bool woken = false;
-    TimePoint since; // when it began to wait
+    bool interruptible = false; // `stop` wakes it
+    bool woken = false;         // by wake(), not by the deadline or by `stop`
+    TimePoint since;            // when it began to wait
 
     Task job;
-    bool mustRun = false; // also when the world ends before the job began
+    bool mustRun = false; // the job runs even if the scheduler stops before it has begun
     std::vector<const Mutex*> holds;
     Standstills::Pace pace;
 };
 
 class VirtualScheduler {
 public:
-    // Where jobs go when their time has come. `accept` is called by whichever thread moved the clock and hands nothing
-    // on.
+    // Gets scheduled jobs when they are due. `accept` is called on the thread that moved the clock, and must not pass
+    // on the baton.
     class Sink {
     public:
         virtual ~Sink() = default;
@@ -62,44 +62,45 @@ public:
     VirtualScheduler& operator=(const VirtualScheduler&) = delete;
 
     TimePoint now() const { return time; }
-    TimePoint after(Duration delay) const; // the end of time when that would be beyond it
+    TimePoint after(Duration delay) const; // now() + delay, clamped to the range of TimePoint
     bool stopping() const { return stopped; }
     std::uint64_t traceHash() const { return hash; }
     std::uint64_t random();
 
-    // The thread that holds the baton, which is the calling one.
+    // The calling thread, which holds the baton.
     VirtualThread& self() const;
     VirtualThread& mainThread() { return main; }
     bool onMain() const { return &self() == &main; }
 
-    // Lets the seed choose among the calling thread and all that are ready, or goes on when it is patient.
+    // A switching point: the seed chooses among the calling thread and all ready threads, unless the calling thread
+    // goes on out of patience (VirtualRuntime::Options).
     void yield(std::string_view what);
 
-    // Waits for wake(), until the deadline, or until the world ends. True after a wake().
+    // Waits for wake(), for the deadline or for stop(). Returns true after wake().
     bool wait(std::string_view what, std::optional<TimePoint> deadline);
 
-    // Waits for wake(), whatever happens.
+    // Waits for wake(). Neither a deadline nor stop() ends the wait.
     void waitUninterrupted(std::string_view what);
 
-    // Makes a waiting thread ready; hands nothing on. A thread that does not wait is left alone.
+    // Makes a waiting thread ready; the caller keeps the baton. Does nothing to a thread that does not wait.
     void wake(VirtualThread& thread);
 
-    // A job on a worker; hands nothing on. Dropped when the world has ended or ends before it began, unless it must
-    // run.
+    // Starts a job on a worker thread; the caller keeps the baton. When the scheduler stops before the job has begun,
+    // the job is dropped, unless it must run.
     void launch(std::string_view name, Task job, bool mustRun);
 
-    // Hands a job to `sink` at that time. Jobs `forMain` move the clock only while the main thread idles.
+    // Passes a job to `sink` at time `due`. Jobs `forMain` move the clock only while the main thread is idle.
     void schedule(TimePoint due, Sink& sink, Task job, bool forMain);
 
-    // Drops what is scheduled for that sink.
+    // Drops the jobs scheduled for this sink.
     void forget(const Sink& sink);
 
-    // The main thread has nothing to do. Returns true when it was woken, or when it is `watching` and another thread
-    // has run since; false, with the clock at `end`, when nothing is left that is due until then.
+    // Called by the main thread when it has nothing to do. Returns true when it was woken, or when it is `watching` and
+    // another thread has run. Returns false, with the clock at `end`, when nothing else is due until then.
     bool idle(TimePoint end, bool watching);
 
-    // While this lives the main thread runs jobs of its queue, and may stand still by chance; what a test does between
-    // two runs is never held up.
+    // While this object lives, the main thread runs jobs of its queue and may pause at random. Code of a test between
+    // two runs never pauses.
     class MainAtWork {
     public:
         explicit MainAtWork(VirtualScheduler& virtualScheduler)
@@ -115,25 +116,25 @@ public:
 
     void endStandstills();
 
-    // The clock goes on by `duration` at once. What became due meanwhile is due now.
+    // Moves the clock by `duration`. Jobs and deadlines in between are due now.
     void jump(Duration duration);
 
-    // The main thread has asked for time to pass: steps are counted from here.
+    // Restarts the count of steps. The main thread calls it when it lets time pass.
     void resetSteps() { steps = 0; }
 
-    // Ends the program when there are too many within one instant.
+    // Counts one step of `thread`. Ends the program when there are too many at one instant.
     void countStep(const VirtualThread& thread);
 
-    // Ends the program when the calling thread holds a Mutex.
+    // Ends the program when the calling thread holds a Mutex. `action` completes the report "NAME action while ...".
     void expectNoMutexHeld(std::string_view action) const;
 
-    // Ends the program with a report about what went wrong and all threads.
+    // Ends the program with a report: the problem, and the state of all threads.
     [[noreturn]] void fail(std::string_view problem) const;
 
-    // The world ends: all that waits is woken, all that is scheduled is dropped. From the main thread.
+    // Begins the end: wakes all interruptible threads and drops all scheduled jobs. Main thread only.
     void stop();
 
-    // After stop: lets the jobs that have begun run to their ends and joins every thread.
+    // After stop: waits until the jobs that have begun are over, then joins every thread.
     void join();
 
 private:
@@ -180,8 +181,8 @@ private:
 
     TimePoint idleEnd{};
     bool watching = false;
-    bool looked = true; // the watching main thread has seen the last step of the others
-    bool allDue = false;
+    bool looked = true;  // the watching main thread has checked since the last step of another thread
+    bool allDue = false; // the idle main thread has reached the end of its time
 };
 
 } // namespace lumbrine

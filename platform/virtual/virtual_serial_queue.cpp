@@ -10,7 +10,7 @@ VirtualSerialQueue::~VirtualSerialQueue() {
     scheduler.expectNoMutexHeld("waits for the end of a queue");
     scheduler.forget(*this);
     const RingQueue<Task> dropped = std::exchange(jobs, {});
-    while (launched) {
+    while (launched) { // uninterrupted: the running job uses this queue until it ends
         waitingForTheEnd.push_back(&scheduler.self());
         scheduler.waitUninterrupted("the running job of " + name);
     }

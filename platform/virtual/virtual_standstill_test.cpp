@@ -1,4 +1,4 @@
-// Threads that stand still, a main thread that is late for its timers, and a machine that sleeps.
+// Threads that pause, a main thread that is late for its timers, and a computer that sleeps.
 #include "platform/virtual/virtual_runtime.h"
 
 #include <set>

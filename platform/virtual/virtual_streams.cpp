@@ -109,7 +109,7 @@ int VirtualStreams::setNoSignal(int fd) {
     return setOption(fd, Call::setNoSignal);
 }
 
-// False when the runtime is ending.
+// Waits for a change of the connection or for the deadline. Returns false when the runtime ends.
 bool VirtualStreams::waitFor(VirtualConnection& connection, std::string_view what, std::optional<TimePoint> deadline) {
     return connection.changed->wait(what, deadline) || (deadline && runtime.now() >= *deadline);
 }

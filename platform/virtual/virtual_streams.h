@@ -1,5 +1,5 @@
-// TCP connections in virtual time: the near end is a StreamSockets, the far end an object of the test's or the
-// simulator's that serves it.
+// TCP connections in virtual time. The near end uses StreamSockets; the far end is an object of the test or of the
+// simulator that serves the connection.
 //
 //     class Echo : public StreamPeer {
 //     public:
@@ -9,7 +9,7 @@
 //     };
 //     streams.listen(31416, [](VirtualLine line) { return std::make_unique<Echo>(std::move(line)); });
 //
-// Used by threads of the runtime only, which take turns.
+// Only threads of the runtime may use it, which take turns, so it needs no lock.
 #pragma once
 
 #include "platform/api/stream_socket.h"
@@ -25,43 +25,42 @@ namespace lumbrine {
 
 struct VirtualConnection;
 
-// One connection as its far end holds it. A copy holds the same connection; none keeps it. Everything that is done to a
-// connection that is gone does nothing.
+// The far end's handle of one connection. Copies refer to the same connection, and none keeps it alive. When the
+// connection is gone, every call does nothing.
 class VirtualLine {
 public:
     explicit VirtualLine(std::weak_ptr<VirtualConnection> held) : connection(std::move(held)) {}
 
-    // Bytes to the near end, `delay` from now but not before what was sent earlier. Each piece is received by itself:
-    // the near end never gets two of them in one call.
+    // Sends bytes to the near end. They arrive `delay` from now, but never before bytes that were sent earlier. The
+    // near end receives each piece separately, never two in one call.
     void send(ByteView bytes, Duration delay = Duration::zero());
 
-    // One byte after another, the first one `interval` from now.
+    // Sends the bytes one by one, the first one `interval` from now.
     void drip(ByteView bytes, Duration interval);
 
-    // The orderly end: the near end receives what was sent before, then 0.
+    // Ends the connection in order: the near end receives everything sent before, then 0.
     void finish(Duration delay = Duration::zero());
 
-    // The end without order: every call of the near end fails with ECONNRESET, whatever was sent before.
+    // Breaks the connection: every call of the near end fails with ECONNRESET, and bytes not received yet are lost.
     void reset();
 
-    // From now on nothing is read: the near end may send another `stalledCapacity` bytes, then its sends wait.
+    // Stops reading: the near end can send another `stalledCapacity` bytes, then its sends wait.
     void stopReading();
     void readAgain();
 
-    // Neither closed by the near end nor ended by this one.
+    // True until the near end closes the connection or this end finishes or resets it.
     bool isOpen() const;
 
 private:
     std::weak_ptr<VirtualConnection> connection;
 };
 
-// Serves one connection, from its acceptance until the near end closes it.
+// Serves one connection from its acceptance until the near end closes it.
 class StreamPeer {
 public:
     virtual ~StreamPeer() = default;
 
-    // What the near end has sent, in the pieces in which it was sent, on the thread that sent it and before its call
-    // returns. It must not wait.
+    // Called with each piece that the near end sends, on the sending thread and before its call returns. Must not wait.
     virtual void received(ByteView bytes) = 0;
 };
 
@@ -72,25 +71,25 @@ public:
     explicit VirtualStreams(VirtualRuntime& rt);
     ~VirtualStreams() override;
 
-    // Connections to 127.0.0.1 and that port are accepted and served, `latency` after they were asked for. Connections
-    // to any other port are refused, to any other host unreachable.
+    // Accepts connections to 127.0.0.1 and this port, `latency` after connect was called, and serves them. Other ports
+    // refuse connections; other hosts are unreachable.
     using Service = std::function<std::unique_ptr<StreamPeer>(VirtualLine line)>;
     void listen(std::uint16_t port, Service service, Duration latency = Duration::zero());
 
-    // Connecting to that port waits and is never answered.
+    // Connections to this port are never accepted: connect waits for its whole limit.
     void listenWithoutAccepting(std::uint16_t port);
 
-    // Connections that there are stay.
+    // Existing connections stay.
     void stopListening(std::uint16_t port);
 
-    // Lets `after` calls of that kind pass and makes the next `times` return -error (an errno value); 0 heals it at
-    // once.
+    // Lets the next `after` calls of this kind succeed and makes the following `times` return -error, an errno value.
+    // Error 0 lets all calls succeed again.
     enum class Call { open, connect, setReceiveTimeout, setSendTimeout, setNoDelay, setNoSignal, send, receive };
     static constexpr std::size_t callCount = 8;
     static constexpr int always = -1;
     void fail(Call call, int error, int times = always, int after = 0);
 
-    // Descriptors that were opened and are not closed.
+    // The number of open descriptors.
     std::size_t openCount() const { return sockets.size(); }
 
     int open() override;

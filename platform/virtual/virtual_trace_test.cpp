@@ -1,4 +1,4 @@
-// That one seed is one history.
+// The same seed always gives the same history.
 #include "platform/virtual/virtual_network.h"
 #include "platform/virtual/virtual_runtime.h"
 
