@@ -1,4 +1,4 @@
-// The five bytes that gRPC puts before a message: not compressed, and its length.
+// The prefix of five bytes before each gRPC message: one byte 0 (not compressed) and the length, big-endian.
 #pragma once
 
 #include "base/bilingual.h"
@@ -9,10 +9,11 @@
 
 namespace lumbrine {
 
-// A message of 2^32 bytes or more ends the program.
+// Returns the message with its prefix. A message of 2^32 bytes or more ends the program.
 Bytes grpcMessage(ByteView message);
 
-// The message in the body of a response, in the same memory; what follows it is ignored. Fails with malformedResponse.
+// Returns the first message in the body of a response; bytes after it are ignored. Reuses the memory of `body`. Fails
+// with malformedResponse when the message is compressed or incomplete.
 std::expected<Bytes, PTSLError> unframe(Bytes body, const Bilingual& text);
 
 } // namespace lumbrine

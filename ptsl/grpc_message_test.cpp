@@ -4,7 +4,7 @@
 namespace lumbrine {
 namespace {
 
-// How it fails, in both languages.
+// The error texts of a failure, in both languages.
 std::pair<std::string, std::string> failureOf(const Bytes& body) {
     std::vector<std::string> details;
     for (const bool isJa : {false, true}) {

@@ -6,7 +6,7 @@ namespace lumbrine {
 
 namespace {
 
-constexpr std::size_t longLength = 127; // what fills the 7-bit prefix
+constexpr std::size_t longLength = 127; // the largest 7-bit prefix; from here on the integer continues
 
 } // namespace
 
@@ -16,13 +16,15 @@ Bytes hpackString(std::string_view text) {
         bytes.push_back(static_cast<std::uint8_t>(text.size()));
     } else {
         bytes.push_back(longLength);
-        append(bytes, ProtoWriter::varint(text.size() - longLength)); // continues an HPACK integer just as well
+        // RFC 7541, section 5.1: the rest of an HPACK integer has the same encoding as a protocol-buffer varint.
+        append(bytes, ProtoWriter::varint(text.size() - longLength));
     }
     bytes.insert(bytes.end(), text.begin(), text.end());
     return bytes;
 }
 
 Bytes headerBlock(std::string_view path, std::string_view authority) {
+    // Entry numbers are those of the static table (RFC 7541, appendix A). Literals are not added to a dynamic table.
     Bytes block{0x83, 0x86}; // indexed: ":method: POST", ":scheme: http"
     block.push_back(0x04);   // literal, name of entry 4: ":path"
     append(block, hpackString(path));

@@ -1,5 +1,5 @@
-// HPACK (RFC 7541), as far as one fixed list of request headers needs it: static table and plain text, no dynamic
-// table, no Huffman code, no decoding.
+// HPACK (RFC 7541) for one fixed list of request headers: only the static table and plain text. No dynamic table, no
+// Huffman code, no decoding.
 #pragma once
 
 #include "base/bytes.h"
@@ -8,7 +8,7 @@
 
 namespace lumbrine {
 
-// A string literal: the length in an integer with a 7-bit prefix, then the bytes.
+// A string literal (RFC 7541, section 5.2): the length as an integer with a 7-bit prefix, then the bytes.
 Bytes hpackString(std::string_view text);
 
 // The headers of a gRPC request: method POST, scheme http, path, authority, content-type application/grpc, te trailers.

@@ -7,9 +7,9 @@ namespace lumbrine {
 namespace {
 
 constexpr std::size_t headerSize = 9;
-constexpr std::uint32_t streamMask = 0x7FFFFFFF;    // without the reserved bit
-constexpr std::uint32_t lastStreamID = 0xFFFFFFFD;  // adding 2 still gives a number
-constexpr std::size_t keptCapacity = 64UL * 1024UL; // larger memory is given back once it is empty
+constexpr std::uint32_t streamMask = 0x7FFFFFFF;    // clears the reserved bit
+constexpr std::uint32_t lastStreamID = 0xFFFFFFFD;  // adding 2 does not overflow yet
+constexpr std::size_t keptCapacity = 64UL * 1024UL; // a larger buffer is freed when it is empty
 
 } // namespace
 
@@ -30,7 +30,7 @@ Bytes writeFrame(http2::FrameType type, std::uint8_t flags, std::uint32_t stream
     const auto stream = be32(streamID & streamMask);
     Bytes frame;
     frame.reserve(headerSize + payload.size());
-    frame.insert(frame.end(), length.begin() + 1, length.end());
+    frame.insert(frame.end(), length.begin() + 1, length.end()); // three of the four bytes
     frame.push_back(static_cast<std::uint8_t>(type));
     frame.push_back(flags);
     frame.insert(frame.end(), stream.begin(), stream.end());

@@ -1,4 +1,4 @@
-// HTTP/2 framing (RFC 9113, section 4): frames to bytes, and bytes to frames. No I/O.
+// HTTP/2 framing (RFC 9113, section 4): writes frames as bytes and reads bytes as frames. No I/O.
 #pragma once
 
 #include "base/bytes.h"
@@ -27,13 +27,14 @@ enum class FrameType : std::uint8_t {
     continuation = 9
 };
 
-inline constexpr std::uint8_t endStream = 0x01; // of DATA and HEADERS
-inline constexpr std::uint8_t ack = 0x01;       // of SETTINGS and PING
+inline constexpr std::uint8_t endStream = 0x01; // flag of DATA and HEADERS
+inline constexpr std::uint8_t ack = 0x01;       // flag of SETTINGS and PING
 inline constexpr std::uint8_t endHeaders = 0x04;
 
 inline constexpr std::string_view preface = "PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n";
 
-// What one response, and all responses that are under way, may hold before the peer has to wait.
+// The flow-control window of each stream and of the connection, in bytes. It is also the largest response that is
+// accepted.
 inline constexpr std::uint32_t windowSize = 8'388'608;
 
 struct Frame {
@@ -47,31 +48,31 @@ struct Frame {
 
 } // namespace http2
 
-// A number as 4 big-endian bytes, and 4 bytes as a number.
+// Converts a number to 4 big-endian bytes and back.
 std::array<std::uint8_t, 4> be32(std::uint32_t value);
 std::uint32_t be32(std::span<const std::uint8_t, 4> bytes);
 
-// A whole frame. It is never split, whatever its size; of the length 24 bits are written.
+// Returns one frame as bytes. The payload is never split; only the low 24 bits of its length are written.
 Bytes writeFrame(http2::FrameType type, std::uint8_t flags, std::uint32_t streamID, ByteView payload);
 
-// The stream of the next request, which makes `nextStreamID` the one after it. Ends the program when there is none
-// left.
+// Returns the stream for the next request and advances `nextStreamID` to the one after it. Ends the program when the
+// numbers are used up.
 std::uint32_t takeStreamID(std::uint32_t& nextStreamID);
 
-// Bytes that have come in and belong to no frame that was read. It takes memory for what has come, never for what a
-// header announces, and asks for no more bytes while it holds a whole frame: at most one frame of 16 MiB and what came
-// with its last piece.
+// Collects received bytes and returns the frames in them. It allocates memory for bytes that have arrived, never for a
+// length that a header announces. A caller that reads all frames before it appends more holds at most one frame (16
+// MiB) and the bytes that arrived with its end.
 class FrameReader {
 public:
     void append(ByteView received);
 
-    // The next frame if all of it is there. Its payload is valid until the next call of any other function.
+    // Returns the next frame if it is complete. Its payload is valid until the next call of `append` or `clear`.
     std::optional<http2::Frame> next();
 
     void clear();
 
-    std::size_t size() const { return bytes.size() - consumed; } // not yet read
-    std::size_t capacity() const { return bytes.capacity(); }    // memory taken
+    std::size_t size() const { return bytes.size() - consumed; } // bytes not read yet
+    std::size_t capacity() const { return bytes.capacity(); }    // bytes of memory
 
 private:
     Bytes bytes;

@@ -30,7 +30,7 @@ std::expected<std::optional<ProtoReader::Field>, PTSLError> ProtoReader::next() 
         field.varint = *value;
         break;
     }
-    case 1:
+    case 1: // 64 bits
         if (remaining() < 8) return malformed("fixed64 truncated", "fixed64 が切れた");
         position += 8;
         break;
@@ -43,7 +43,7 @@ std::expected<std::optional<ProtoReader::Field>, PTSLError> ProtoReader::next() 
         field.bytes.assign(begin, bytes.begin() + position);
         break;
     }
-    case 5:
+    case 5: // 32 bits
         if (remaining() < 4) return malformed("fixed32 truncated", "fixed32 が切れた");
         position += 4;
         break;

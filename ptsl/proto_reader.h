@@ -1,4 +1,4 @@
-// Protocol-buffer decoding: the fields of a message one after another.
+// Protocol-buffer decoding: reads the fields of a message one after another.
 #pragma once
 
 #include "base/bilingual.h"
@@ -16,26 +16,26 @@ inline constexpr std::uint8_t varintType = 0;
 inline constexpr std::uint8_t lengthDelimitedType = 2;
 } // namespace proto
 
-// Owns the whole message. Every failure is a malformedResponse in the user's language; after one the position is
-// unspecified and the reader is of no more use.
+// Owns the whole message. Every failure is a malformedResponse in the user's language. Do not use a reader after a
+// failure: its position is unspecified.
 class ProtoReader {
 public:
     struct Field {
         std::int64_t field;
         std::uint8_t wireType;
-        Bytes bytes;          // of a length-delimited field, else empty
-        std::uint64_t varint; // of a varint field, else 0
+        Bytes bytes;          // the value of a length-delimited field, else empty
+        std::uint64_t varint; // the value of a varint field, else 0
 
         bool operator==(const Field&) const = default;
     };
 
     ProtoReader(Bytes message, Bilingual bilingual) : bytes(std::move(message)), text(bilingual) {}
 
-    // Reads one field; absent at the end of the message. The values of 32-bit and 64-bit fields are skipped. Groups are
-    // not supported.
+    // Reads one field; absent at the end of the message. Of 32-bit and 64-bit fields the value is skipped. Groups are
+    // not supported and fail.
     std::expected<std::optional<Field>, PTSLError> next();
 
-    // Reads one varint. Of a tenth byte only the lowest bit counts.
+    // Reads one varint of up to ten bytes. Bits beyond the 64th are ignored.
     std::expected<std::uint64_t, PTSLError> varint();
 
 private:

@@ -13,7 +13,7 @@ ProtoReader reader(Bytes message) {
     return {std::move(message), english};
 }
 
-// The fields of a message that has no fault.
+// The fields of a valid message.
 std::vector<Field> fieldsOf(const Bytes& message) {
     ProtoReader all = reader(message);
     std::vector<Field> fields;
@@ -28,7 +28,7 @@ std::vector<Field> fieldsOf(const Bytes& message) {
     }
 }
 
-// How the reading of the first field fails, in both languages.
+// The error texts when the first field cannot be read, in both languages.
 std::pair<std::string, std::string> firstFieldFailure(const Bytes& message) {
     std::vector<std::string> details;
     for (const Bilingual& text : {english, japanese}) {

@@ -1,4 +1,4 @@
-// Protocol-buffer encoding, as far as a request needs it.
+// Protocol-buffer encoding, only what requests need.
 #pragma once
 
 #include "base/bytes.h"
@@ -7,9 +7,10 @@
 
 namespace lumbrine {
 
-// A tag is varint(field * 8 + wire type); a length-delimited field is its tag, varint(length) and the bytes.
+// A field begins with its tag, varint(field number * 8 + wire type). A length-delimited field continues with
+// varint(length) and the bytes.
 struct ProtoWriter {
-    // Base 128, least significant group first: 1 to 10 bytes.
+    // Returns the value in base 128, least significant group first: 1 to 10 bytes.
     static Bytes varint(std::uint64_t value);
 };
 

@@ -7,7 +7,7 @@ namespace lumbrine {
 namespace {
 
 constexpr const char* path = "/ptsl.PTSL/SendGrpcRequest";
-constexpr double timeout = 3.0;
+constexpr double timeout = 3.0; // seconds for each step of a call, see PTSLWire
 constexpr int pageLimit = 1000;
 
 JSONValue::Object trackListBody() {
@@ -74,6 +74,7 @@ PTSLClient::Result<void> PTSLClient::registerAnew() {
     const auto reply =
         run(PTSLCommand::registerClient, {{"company_name", companyName}, {"application_name", applicationName}});
     if (!reply) return std::unexpected(reply.error());
+    // The service may write names in snake case or in camel case.
     const JSONValue* const snakeCase = reply->find("session_id");
     const bool isText = snakeCase != nullptr && snakeCase->as<std::string>() != nullptr;
     std::string received = textMember(*reply, isText ? "session_id" : "sessionId");
@@ -99,6 +100,7 @@ std::expected<Bytes, PTSLError> PTSLClient::callTwice(ByteView request) {
     auto message = wire.call(path, request);
     if (message) return message;
     wire.close();
+    // Without a listener a second attempt would fail in the same way.
     if (message.error().kind == PTSLError::Case::notRunning) return message;
     message = wire.call(path, request);
     if (!message) wire.close();

@@ -1,4 +1,5 @@
-// Pro Tools' scripting service as the receiver uses it: the track list, and mute, solo and input monitoring of tracks.
+// The commands of Pro Tools' scripting service that the receiver uses: read the track list, and set mute, solo and
+// input monitoring of tracks.
 #pragma once
 
 #include "base/bilingual.h"
@@ -23,24 +24,26 @@ struct PTSLAddress {
     std::uint16_t port = 31416;
 };
 
-// Not thread-safe: one serial queue calls it. Every function blocks: a service that is not there is told at once, a
-// silent one after 6 seconds. A command that fails in transport is sent once more over a new connection, so it may
-// reach the service twice; all of them are safe to repeat. A command lasts 30 seconds at most, with registering 60; a
-// track list, which may have to register anew, 120.
+// Not thread-safe: only one serial queue may call it. Every function blocks. When no service listens, a function
+// returns at once; when a service does not answer, after 6 seconds.
+//
+// When a command fails in transport, it is sent once more over a new connection. So it may reach the service twice; all
+// commands here are safe to repeat. A command takes at most 30 seconds, 60 when the client must register first, and a
+// track list, which may have to register again, 120.
 class PTSLClient {
 public:
     template <typename Value>
     using Result = std::expected<Value, PTSLFailure>;
 
-    // Nothing is connected before the first command. Everything passed by reference outlives the client.
+    // Connects at the first command. Everything passed by reference must outlive the client.
     PTSLClient(Runtime& runtime, StreamSockets& sockets, JSON& systemJSON, Bilingual bilingual, std::string company,
                std::string application, const PTSLAddress& service = {});
 
-    // In the session's order; no more than 1,000 are asked for. Registers anew when the service no longer knows the
-    // session.
+    // The first 1,000 tracks in the session's order. When the service refuses the command, as it does after a restart,
+    // the client registers again and repeats it once.
     Result<std::vector<PTSLTrack>> trackList();
 
-    // Tracks by their full names.
+    // Tracks are named by their full names.
     Result<void> setMute(const std::vector<std::string>& trackNames, bool enabled);
     Result<void> setSolo(const std::vector<std::string>& trackNames, bool enabled);
     Result<void> setInputMonitor(const std::string& trackName, bool enabled);

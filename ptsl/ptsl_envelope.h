@@ -1,4 +1,4 @@
-// The small protocol-buffer messages in which commands and replies travel; their content is JSON text.
+// The protocol-buffer messages that carry commands and replies. The arguments and the replies inside are JSON text.
 #pragma once
 
 #include "base/bilingual.h"
@@ -12,7 +12,7 @@
 
 namespace lumbrine {
 
-// The numbers by which the service knows its commands.
+// The service's numbers for its commands.
 enum class PTSLCommand : std::uint16_t {
     trackList = 3,
     registerClient = 70,
@@ -21,24 +21,26 @@ enum class PTSLCommand : std::uint16_t {
     setInputMonitor = 90
 };
 
-// header { 2: command, 3: version 5, 4: session, left out while empty }
-// request { 1: header, 2: arguments, left out while empty }
+// Fields, by number:
+// header { 2: command, 3: version 5, 4: session, left out when empty }
+// request { 1: header, 2: arguments, left out when empty }
 Bytes requestEnvelope(PTSLCommand command, std::string_view sessionID, std::string_view argumentsJSON);
 
+// Fields, by number:
 // header { 3: status }
 // response { 1: header, 2: reply, 3: error }
-// Anything else in them is skipped; of fields that come twice the last one counts.
+// Other fields are skipped. When a field occurs more than once, the last one counts.
 struct ResponseEnvelope {
     static constexpr std::uint64_t failedStatus = 4;
 
     std::uint64_t status = 0;
-    std::string replyJSON; // always UTF-8: what is not is repaired
+    std::string replyJSON; // always UTF-8: invalid bytes are replaced by U+FFFD
     std::string errorJSON;
 
     bool operator==(const ResponseEnvelope&) const = default;
 };
 
-// Fails with malformedResponse.
+// Decodes a response. Fails with malformedResponse.
 std::expected<ResponseEnvelope, PTSLError> responseEnvelope(Bytes message, const Bilingual& text);
 
 } // namespace lumbrine

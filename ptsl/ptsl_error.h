@@ -1,4 +1,4 @@
-// What can go wrong with a command to Pro Tools' scripting service, and how it is told to the user.
+// The errors of commands to Pro Tools' scripting service, and their texts for the user.
 #pragma once
 
 #include "base/bilingual.h"
@@ -13,7 +13,7 @@ namespace lumbrine {
 struct PTSLError {
     enum class Case { transport, malformedResponse, commandFailed, notRunning, timedOut };
 
-    // The detail is in the user's language already, or the service's own text.
+    // `detail` is in the user's language, or it is the service's own text.
     static PTSLError transport(std::string detail) { return {Case::transport, std::move(detail)}; }
     static PTSLError malformedResponse(std::string detail) { return {Case::malformedResponse, std::move(detail)}; }
     static PTSLError commandFailed(std::string detail) { return {Case::commandFailed, std::move(detail)}; }
@@ -25,15 +25,15 @@ struct PTSLError {
     bool operator==(const PTSLError&) const = default;
 
     Case kind;
-    std::string detail; // empty when it is not running or timed out
+    std::string detail; // empty for notRunning and timedOut
 };
 
-// What ended a command: the link's own error, or what the system's JSON said.
+// The reason why a command failed: an error of the link, or an error of the JSON parser or serialiser.
 using PTSLFailure = std::variant<PTSLError, JSONError>;
 
 std::string description(const PTSLFailure& failure, const Bilingual& text);
 
-// True when the service itself refused the command.
+// True when the service answered and refused the command.
 bool isCommandFailed(const PTSLFailure& failure);
 
 } // namespace lumbrine

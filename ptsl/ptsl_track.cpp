@@ -11,7 +11,8 @@ namespace lumbrine {
 
 namespace {
 
-// A 64-bit integer as a number without fraction, however it was written; absent when it is none.
+// The number, if it has no fraction, also when it is written like 3.0. Beyond 2^53 a double may have lost its fraction,
+// so it does not count.
 std::optional<std::int64_t> wholeNumber(const JSONValue* value) {
     if (value == nullptr) return std::nullopt;
     if (const auto* const integer = value->as<std::int64_t>()) return *integer;
@@ -20,7 +21,7 @@ std::optional<std::int64_t> wholeNumber(const JSONValue* value) {
     return static_cast<std::int64_t>(*number);
 }
 
-// The number without what follows the point; 0 when there is no number, or one far out of range.
+// The number without its fraction. 0 when the value is not a number or is beyond 2^53.
 std::int64_t integerPart(const JSONValue& value) {
     if (const auto* const integer = value.as<std::int64_t>()) return *integer;
     const auto* const number = value.as<double>();
@@ -52,6 +53,7 @@ const JSONValue::Array* arrayOfObjects(const JSONValue* value) {
     return std::ranges::all_of(*array, isObject) ? array : nullptr;
 }
 
+// The service may write names in snake case or in camel case.
 void readAttributes(const JSONValue::Object& attributes, PTSLTrack& track) {
     const auto either = [&](std::string_view snakeCase, std::string_view camelCase) {
         const JSONValue* const value = attributes.find(snakeCase);

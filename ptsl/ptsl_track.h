@@ -1,4 +1,4 @@
-// A track as the scripting service tells it.
+// A track as the scripting service reports it.
 #pragma once
 
 #include "base/json_value.h"
@@ -12,9 +12,9 @@ namespace lumbrine {
 struct PTSLTrack {
     std::int64_t index = 0; // from 1
     std::string name = {};
-    std::string colorHex = {}; // "#ff336699", as it came
+    std::string colorHex = {}; // as received, for example "#ff336699" (alpha, red, green, blue)
     bool isSelected = false;
-    bool isInputMonitoringOn = false; // on the track itself; what is merely implied does not count
+    bool isInputMonitoringOn = false; // only when set on the track itself, not when implied by another setting
     bool isHidden = false;
     bool isInactive = false;
     bool isMuted = false;
@@ -24,16 +24,17 @@ struct PTSLTrack {
     bool operator==(const PTSLTrack&) const = default;
 };
 
-// One entry of the list; `position` counts from 0 and stands in for an index that is no whole number.
+// Reads one entry of the list. When its index is not a whole number, the index is `position` + 1; `position` counts
+// from 0.
 PTSLTrack trackFrom(const JSONValue::Object& track, std::int64_t position);
 
-// The tracks of a reply, in order; none when it has no list of objects.
+// Reads the tracks of a reply, in order. Empty when the reply has no list of objects.
 std::vector<PTSLTrack> tracksFrom(const JSONValue::Object& reply);
 
-// How the service's attributes are read; null is an attribute that is not there. States of four values come as names
-// or as the numbers 1 (none) to 4 (both), of which a fraction is cut off.
-bool attributeIsSet(const JSONValue* value);           // in whichever way
-bool attributeIsExplicitlySet(const JSONValue* value); // on the track itself
+// Read the attributes of a track; null stands for a missing attribute. A state with four values is a name or a number:
+// 1 not set, 2 set on the track, 3 implied by another setting, 4 both. A fraction of the number is cut off.
+bool attributeIsSet(const JSONValue* value);           // on the track or implied
+bool attributeIsExplicitlySet(const JSONValue* value); // on the track
 bool boolValue(const JSONValue* value);                // a boolean, or a number other than 0
 
 } // namespace lumbrine

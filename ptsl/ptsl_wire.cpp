@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t receiveSize = 16'384;
 
-// Two settings: no server push (2 = 0), and the window that each stream begins with (4 = 8,388,608).
+// RFC 9113, section 6.5.2: ENABLE_PUSH (2) = 0, and INITIAL_WINDOW_SIZE (4) = 8,388,608.
 constexpr std::array<std::uint8_t, 12> ownSettings{0x00, 0x02, 0x00, 0x00, 0x00, 0x00,
                                                    0x00, 0x04, 0x00, 0x80, 0x00, 0x00};
 
@@ -59,7 +59,7 @@ std::expected<void, PTSLError> PTSLWire::connectSocket() {
     if (fd < 0) return std::unexpected(PTSLError::transport(text("socket() failed", "socket() 失敗")));
     const Duration wait = seconds(timeout);
     int result = sockets.connect(fd, host, port, wait);
-    // Without its time-outs a connection could hang for ever: it counts as not made.
+    // Without time-outs a call could hang for ever, so the connection counts as failed.
     if (result >= 0) result = sockets.setReceiveTimeout(fd, wait);
     if (result >= 0) result = sockets.setSendTimeout(fd, wait);
     if (result == -ECONNREFUSED || result == -EHOSTUNREACH) return std::unexpected(PTSLError::notRunning());
@@ -87,7 +87,7 @@ std::expected<Bytes, PTSLError> PTSLWire::call(std::string_view path, ByteView m
     }
     const std::uint32_t streamID = takeStreamID(nextStreamID);
     const Bytes headers = headerBlock(path, host + ":" + std::to_string(port));
-    // In one piece, so that the service is woken once and finds the whole request.
+    // Both frames in one piece, so that the service wakes up once and finds the whole request.
     Bytes request = writeFrame(http2::FrameType::headers, http2::endHeaders, streamID, headers);
     append(request, writeFrame(http2::FrameType::data, http2::endStream, streamID, grpcMessage(message)));
     if (const auto sent = sendAll(request); !sent) return std::unexpected(sent.error());
@@ -98,7 +98,7 @@ std::expected<Bytes, PTSLError> PTSLWire::readResponse(std::uint32_t streamID) {
     const TimePoint deadline = runtime.now() + seconds(timeout);
     limit = deadline + seconds(timeout);
     ResponseReader response(streamID, text);
-    Bytes answers; // to the frames that have come so far; they leave together
+    Bytes answers; // to the frames received so far; sent together before the next wait
     for (;;) {
         const auto frame = rx.next();
         if (!frame) {
@@ -109,13 +109,13 @@ std::expected<Bytes, PTSLError> PTSLWire::readResponse(std::uint32_t streamID) {
         ResponseReader::Step step = response.take(*frame);
         append(answers, step.answer);
         if (!step.outcome && runtime.now() < deadline) continue;
-        // The call is over: these are in no hurry.
+        // The call is over, so the answers may wait for the next request.
         if (const auto sent = sendAll(answers, &StreamSockets::sendSoon); !sent) return std::unexpected(sent.error());
         return step.outcome ? *std::move(step.outcome) : std::unexpected(PTSLError::timedOut());
     }
 }
 
-// Lets one call to the system wait for no longer than until the limit. False when that has come.
+// Sets the time-out of the next system call so that it ends at `limit`. Returns false when the limit is reached.
 bool PTSLWire::mayWait(SetTimeout set, Duration& current) {
     const Duration left = limit - runtime.now();
     if (left <= Duration::zero()) return false;

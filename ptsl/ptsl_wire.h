@@ -15,31 +15,34 @@
 
 namespace lumbrine {
 
-// Not thread-safe: calls come one after another, from one serial queue, and block it.
+// Not thread-safe: one serial queue makes the calls, one after another, and each call blocks it.
 //
-// Every wait has an end. Connecting takes at most `timeout`. A piece that the peer does not take or bring within
-// `timeout` ends the call with timedOut; so does a response that is not there `timeout` after the request, as soon as
-// the frame at hand is whole, and at the latest another `timeout` later. Sending has twice `timeout` in all. So with
-// the 3 seconds of the scripting link a call lasts 15 seconds at most (3 to connect, 6 to send, 6 to receive), whatever
-// the peer does, and 3 when it is silent.
+// Every wait has a limit. With T = `timeoutInSeconds`:
+// - Connecting takes at most T.
+// - Sending takes at most 2 T in all, and at most T for each piece.
+// - A peer that sends nothing for T ends the call with timedOut.
+// - A response that is incomplete T after the request ends the call with timedOut after the frame that is being
+//   received, at the latest another T later.
+// With the scripting link's T of 3 seconds, a call to any peer takes at most 15 seconds (3 to connect, 6 to send, 6 to
+// receive), and 3 when the peer is silent.
 class PTSLWire {
 public:
-    // Nothing is connected yet. Runtime and sockets outlive the wire.
+    // Connects at the first call. `rt` and `streamSockets` must outlive the wire.
     PTSLWire(Runtime& rt, StreamSockets& streamSockets, Bilingual bilingual, std::string serviceHost,
              std::uint16_t servicePort, double timeoutInSeconds);
     ~PTSLWire();
     PTSLWire(const PTSLWire&) = delete;
     PTSLWire& operator=(const PTSLWire&) = delete;
 
-    // One call: the response's message, without the gRPC prefix. Connects first when nothing is connected. A failure
-    // leaves the connection as it is; whoever wants a fresh one closes it.
+    // Makes one call and returns the message of the response, without the gRPC prefix. Connects first if needed. A
+    // failure leaves the connection as it is: call `close` to get a new one.
     std::expected<Bytes, PTSLError> call(std::string_view path, ByteView message);
 
-    // Connects anew and greets the service, without waiting for its greeting. After a failure of the connecting itself
-    // nothing is open.
+    // Closes the connection if there is one, connects, and sends the HTTP/2 preface without waiting for the peer's.
+    // When connecting fails, nothing is open afterwards.
     std::expected<void, PTSLError> open();
 
-    // Forgets everything about the connection: the next call starts a new one with stream 1.
+    // Closes the connection. The next call opens a new one and begins with stream 1.
     void close();
 
 private:
@@ -65,9 +68,9 @@ private:
     const std::uint16_t port;
     const double timeout;
 
-    TimePoint limit{};         // when the sending, or the frame that is being received, must be over
-    Duration receiveTimeout{}; // as the socket has them
-    Duration sendTimeout{};
+    TimePoint limit{};         // the end of the time for sending, or for receiving the current frame
+    Duration receiveTimeout{}; // the value set on the socket
+    Duration sendTimeout{};    // the value set on the socket
 };
 
 } // namespace lumbrine

@@ -1,4 +1,4 @@
-// No call lasts for ever, whatever the service does.
+// Every call ends within its limits, whatever the service does.
 #include "platform/virtual/still_runtime.h"
 #include "ptsl/testing/wire_test.h"
 
@@ -213,7 +213,7 @@ TEST(WireDeadlineInterrupted, EndsACallThatIsInterruptedForEver) {
     }
 }
 
-// The time-outs of a connection cannot be changed any more once it has been made.
+// The time-out of the socket cannot be changed after the request.
 TEST_F(WireDeadline, EndsACallWhoseLastWaitCannotBeShortened) {
     scripted.answer = [this](Call& got) {
         streams.fail(VirtualStreams::Call::setReceiveTimeout, EINVAL);

@@ -1,4 +1,4 @@
-// Each call to the system fails in turn, once and for ever.
+// Each system call fails in turn, once and permanently.
 #include "ptsl/testing/wire_test.h"
 
 #include <cerrno>
@@ -12,7 +12,7 @@ struct Failing {
     std::string name;
     SystemCall call;
     int error;
-    int after; // calls of that kind that still succeed
+    int after; // how many calls of this kind succeed before
     PTSLError english;
     PTSLError japanese;
 };

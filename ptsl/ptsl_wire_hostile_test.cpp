@@ -1,4 +1,4 @@
-// Services that are none, or that break every rule.
+// Peers that are no scripting service, or that break the rules of HTTP/2 and gRPC.
 #include "base/testing/segmentations.h"
 #include "ptsl/testing/wire_test.h"
 
@@ -10,7 +10,7 @@ using namespace std::chrono_literals;
 
 class HostileService : public WireTest {
 protected:
-    // What comes of a call when that is all the service sends, before it closes or falls silent.
+    // The result of a call when the service sends only these bytes and then closes the connection or falls silent.
     PTSLError afterWhich(const Bytes& sent, bool closes) {
         wire.close();
         scripted.answer = [&](Call& got) {

@@ -44,7 +44,7 @@ TEST_F(PTSLWireTest, GreetsWithPrefaceSettingsAndWindow) {
     EXPECT_EQ(now(), 0s);
 }
 
-// Sockets that write down what is done with them.
+// Sockets that record the calls to them.
 class ObservedSockets final : public StreamSockets {
 public:
     explicit ObservedSockets(StreamSockets& observed) : sockets(observed) {}

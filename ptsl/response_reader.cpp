@@ -15,11 +15,12 @@ std::expected<Bytes, PTSLError> ResponseReader::transportError(std::string_view 
 
 ResponseReader::Step ResponseReader::takeData(const http2::Frame& frame) {
     const bool ours = frame.streamID == streamID;
-    // The stream's window is never replenished: a peer that sends more than that has broken the stream.
+    // The stream's window is never enlarged, so a peer that sends more violates flow control (RFC 9113, section 6.9).
     if (ours && frame.payload.size() > http2::windowSize - body.size())
         return {{}, transportError("stream was reset", "ストリームがリセットされた")};
     if (ours) body.insert(body.end(), frame.payload.begin(), frame.payload.end());
     Step step;
+    // The connection's window is shared by all calls, so every byte is given back (RFC 9113, section 6.9).
     if (!frame.payload.empty())
         step.answer = writeFrame(FrameType::windowUpdate, 0, 0, be32(static_cast<std::uint32_t>(frame.payload.size())));
     if (ours && frame.has(http2::endStream)) step.outcome = unframe(std::move(body), text);
@@ -33,6 +34,7 @@ ResponseReader::Step ResponseReader::take(const http2::Frame& frame) {
         return takeData(frame);
     case FrameType::headers:
         if (!ours || !frame.has(http2::endStream)) return {};
+        // Trailers end the response. Without a body they are a gRPC error.
         if (!body.empty()) return {{}, unframe(std::move(body), text)};
         return {{},
                 transportError("stream closed without a response body (gRPC error)",

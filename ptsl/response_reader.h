@@ -1,4 +1,4 @@
-// The response to one unary gRPC call: frames in, answers to the peer and at last the outcome out. No I/O.
+// Reads the response to one unary gRPC call: frames in; answers to the peer and finally the outcome out. No I/O.
 #pragma once
 
 #include "base/bilingual.h"
@@ -12,16 +12,18 @@
 
 namespace lumbrine {
 
-// Header blocks are never decoded, so the gRPC status is not read: a response is what its body says. Of the peer's
-// frames only DATA, HEADERS and RST_STREAM of the call's own stream and GOAWAY decide anything; SETTINGS, PING and the
-// size of DATA on any stream are answered; all else is ignored. DATA is taken as it comes, padding included.
+// Header blocks are not decoded, so the gRPC status is unknown: the body alone is the response.
+// - DATA, HEADERS and RST_STREAM of the call's stream, and GOAWAY, decide the outcome.
+// - SETTINGS and PING are acknowledged. DATA on any stream is answered by a WINDOW_UPDATE of the connection.
+// - All other frames are ignored.
+// Padding of DATA is not supported: it counts as part of the body.
 class ResponseReader {
 public:
     ResponseReader(std::uint32_t stream, Bilingual bilingual) : streamID(stream), text(bilingual) {}
 
     struct Step {
-        Bytes answer;                                           // a frame to send before anything else; may be empty
-        std::optional<std::expected<Bytes, PTSLError>> outcome; // the response's message; takes no frame after it
+        Bytes answer;                                           // a frame to send to the peer; may be empty
+        std::optional<std::expected<Bytes, PTSLError>> outcome; // the message; pass no frame after it
     };
     Step take(const http2::Frame& frame);
 

@@ -33,7 +33,7 @@ Played playPieces(const std::vector<Bytes>& pieces, Bilingual text = Bilingual(f
     return played;
 }
 
-// What comes of it, which must be the same however it arrives.
+// The outcome of a response, which must be the same for every way to split its bytes.
 Played play(const Bytes& fromService) {
     Played whole = playPieces({fromService});
     for (const auto& pieces : segmentationsOf(fromService))
@@ -48,7 +48,7 @@ Bytes messageOf(const Bytes& fromService) {
     return {};
 }
 
-// How it fails, in both languages.
+// The error texts of a failure, in both languages.
 std::pair<PTSLError, PTSLError> failureOf(const Bytes& fromService) {
     std::vector<PTSLError> errors;
     play(fromService);
@@ -195,7 +195,7 @@ TEST(Response, IsReadWithThePaddingItCameWith) {
               PTSLError::malformedResponse("compressed responses not supported"));
 }
 
-// The length of the padding stands where "not compressed" is expected, and everything else one byte too late.
+// The length of the padding is read as the compression flag, and everything else is one byte late.
 TEST(Response, IsReadFromTheByteBeforeItWhenItsPaddingHasNoLength) {
     const auto messageOfPadded = [](const Bytes& message) {
         return messageOf(joined({headers(stream), data(stream, joined({{0}, body(message)}), 0x08), trailers(stream)}));

@@ -28,7 +28,7 @@ std::vector<ElementHandle> ElementAccess::elementList(const ElementHandle& eleme
     auto list = readAs<std::vector<ElementHandle>>(screen, element, attribute);
     if (!list) return {};
     if (list->size() > elementsLeft) {
-        elementsLeft = 0;
+        elementsLeft = 0; // every later list is empty too
         return {};
     }
     elementsLeft -= list->size();

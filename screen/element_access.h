@@ -1,4 +1,4 @@
-// Reading a foreign user interface, attribute by attribute: every failed read is a value that is not there.
+// Reads another program's user interface, attribute by attribute. A failed read is an absent value.
 #pragma once
 
 #include "platform/api/accessibility.h"
@@ -9,49 +9,49 @@ namespace lumbrine {
 
 inline constexpr std::string_view proToolsBundleIdentifier = "com.avid.ProTools";
 
-// The root of the first running Pro Tools' elements.
+// The root element of the first running Pro Tools; absent when none runs.
 std::optional<ElementHandle> proToolsApplication(Accessibility& accessibility);
 
-// An element that has this role, and a title that contains one of `nameContainsAny` or is one of `nameIs`. Plain bytes
-// are compared, upper and lower case apart. With both lists empty nothing matches.
+// Matches an element that has this role and whose title contains one of `nameContainsAny` or equals one of `nameIs`.
+// Bytes are compared, so case matters. When both lists are empty, nothing matches.
 struct DescendantQuery {
     std::string_view role;
     std::vector<std::string_view> nameContainsAny{};
     std::vector<std::string_view> nameIs{};
-    int maxDepth = 1; // how deep to look; the root's own children, at depth 1, are always looked at
+    int maxDepth = 1; // the deepest level searched; the root's children are level 1 and are always searched
 };
 
-// Made for one piece of work on one thread, and gone when it is done. Holds no handles.
+// Created for one piece of work on one thread and destroyed afterwards. Holds no handles.
 class ElementAccess {
 public:
-    // The elements come from another program: a list may lead back to where it was found, or be immense. So the lists
-    // of one object hold no more elements than this together; the list that would go beyond it is empty, and so is
-    // every later one. Whatever walks from list to list comes to an end, and never sees half of a list. No real window
-    // comes near: the Mix window of 1,000 tracks with 100 elements in each strip has half as many.
+    // The most elements that one object returns in all its lists together. The elements come from another program: they
+    // may form a circle, or be too many. The list that would exceed the limit is empty, and so is every later one;
+    // therefore every walk ends, and none sees half a list. Real windows stay below it: a Mix window with 1,000 tracks
+    // and 100 elements in each strip has half as many.
     static constexpr std::size_t elementLimit = 200'000;
 
     explicit ElementAccess(Accessibility& accessibility) : screen(accessibility) {}
 
-    // Empty when there is nothing, or something else than a list of elements.
+    // The elements of a list attribute. Empty when the read fails or the value is not a list of elements.
     std::vector<ElementHandle> elementList(const ElementHandle& element, std::string_view attribute);
     std::vector<ElementHandle> windows(const ElementHandle& application); // its "AXWindows"
     std::vector<ElementHandle> children(const ElementHandle& element);    // its "AXChildren"
 
     std::optional<std::string> stringAttr(const ElementHandle& element, std::string_view attribute);
-    std::string textAttr(const ElementHandle& element, std::string_view attribute); // empty when it is no text
+    std::string textAttr(const ElementHandle& element, std::string_view attribute); // empty when it is not a text
     std::string role(const ElementHandle& element);                                 // its "AXRole", or empty
     std::string title(const ElementHandle& element);                                // its "AXTitle", or empty
 
-    // Nothing when it is not known whether it is so.
+    // Absent when the read fails or the value is not a boolean.
     std::optional<bool> boolAttr(const ElementHandle& element, std::string_view attribute);
 
     std::optional<ElementHandle> element(const ElementHandle& of, std::string_view attribute);
 
-    // The first match breadth first: a level is looked through in order before the next. `of` itself is not looked at.
-    // An element that can be reached in two ways is looked at twice.
+    // The first match in a breadth-first search below `of`; `of` itself is not checked. An element that can be reached
+    // in two ways is checked twice.
     std::optional<ElementHandle> firstDescendant(const ElementHandle& of, const DescendantQuery& query);
 
-    // Whether the program took it is its own affair: what comes of it is seen on the screen.
+    // Presses the element. The result is ignored on purpose: callers read the screen to see the effect.
     void press(const ElementHandle& element);
 
 private:

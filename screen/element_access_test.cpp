@@ -6,7 +6,7 @@ namespace {
 
 class ElementAccessTest : public ScreenTest {
 protected:
-    // The AXHelp of the match, by which the tests tell elements apart; empty when there is none.
+    // The AXHelp of the match, which identifies elements in these tests; empty when nothing matches.
     std::string find(const DescendantQuery& query) {
         const auto found = access.firstDescendant(app(), query);
         return found ? access.textAttr(*found, "AXHelp") : "";

@@ -5,11 +5,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// The alerts that Pro Tools shows about lost controllers, and whatever else looks like one. Without a menu bar each run
-// ends with them.
+// The alerts that Pro Tools shows about lost controllers, and windows that look like one. The screens have no menu bar,
+// so each run ends after the alerts.
 class HUIAlertTest : public ReconnectorTest {
 protected:
-    // An alert with this title on its button, that tells this.
+    // An alert with this text, and this title on its button.
     Element alert(const std::string& button, const std::vector<std::string>& told) {
         const Element dialog = screen.add({{"AXSubrole", "AXDialog"}});
         for (const std::string& text : told)

@@ -25,7 +25,7 @@ public:
         : access(elements), known(knownNames.begin(), knownNames.end()) {}
 
     void walk(const ElementHandle& element, int depth) {
-        constexpr int deepest = 12;
+        constexpr int deepest = 12; // ends the walk when elements form a circle
         if (depth > deepest) return;
         const std::vector<ElementHandle> kids = access.children(element);
         if (takeStrip(kids)) return;
@@ -36,7 +36,7 @@ public:
     Comments found;
 
 private:
-    // Whether the elements are those of one strip.
+    // Stores the comment and returns true when the elements are the children of one strip.
     bool takeStrip(const std::vector<ElementHandle>& kids) {
         std::optional<std::string> name;
         std::optional<std::string> comment;

@@ -1,4 +1,4 @@
-// The comments in the channel strips of Pro Tools' Mix window.
+// Reads the comments in the channel strips of Pro Tools' Mix window.
 #pragma once
 
 #include "platform/api/accessibility.h"
@@ -7,13 +7,15 @@
 
 namespace lumbrine {
 
-// Stateless: any thread but the main thread, several at once. Asks Pro Tools about every element of the Mix window down
-// to a depth of 12, save what is inside recognised strips.
+// Stateless: any thread except the main thread, also several at once. Asks Pro Tools about every element of the Mix
+// window down to depth 12, except elements below the children of a recognised strip.
 struct PTMixComments {
-    // From the name of a track to its comment, which may be empty. A strip is an element that directly holds both a
-    // pop-up button that shows one of `knownNames`, exactly, and a text field; a track whose strip the window does not
-    // show is absent, and of two strips of one name the later counts. Nothing without known names (then nothing is
-    // asked), without the user's permission, without Pro Tools or its Mix window, and when no strip is recognised.
+    // Returns the comment, which may be empty, for each track whose strip is in the window. A strip is an element with
+    // two kinds of children: a pop-up button whose value equals one of `knownNames`, and a text field, of which the
+    // first is the comment. When two strips have the same name, the later one counts.
+    //
+    // Absent when `knownNames` is empty (then Pro Tools is not asked), when the user has not given permission, when Pro
+    // Tools or its Mix window is not there, and when no strip is recognised.
     static std::optional<std::map<std::string, std::string>> read(Accessibility& accessibility,
                                                                   const std::vector<std::string>& knownNames);
 };

@@ -20,7 +20,7 @@ protected:
              lines);
     }
 
-    // A strip of this name and comment, so many groups below the window.
+    // A strip with this name and comment, this many groups below the window.
     void showDeepStrip(int groups) {
         showMix("");
         Element group = at("mix");

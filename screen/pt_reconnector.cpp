@@ -22,14 +22,14 @@ DescendantQuery midiControllersTab() {
     return {.role = "AXRadioButton", .nameContainsAny = {"MIDIコントローラー", "MIDI Controllers"}, .maxDepth = 3};
 }
 
-// One run, on the application that ran when it began.
+// One run. It keeps to the application that was running at its start.
 class PeripheralsVisit {
 public:
     PeripheralsVisit(Accessibility& accessibility, Runtime& rt, const Bilingual& bilingual, ElementHandle application)
         : access(accessibility), runtime(rt), text(bilingual), app(std::move(application)) {}
 
     std::string run() {
-        dismissHUIDialogs();
+        dismissHUIDialogs(); // first: an open alert blocks the menu
         if (!findWindow() && !pressPeripheralsMenuItem())
             return text("✗ \"Peripherals\" menu item not found (unexpected PT menu layout)",
                         "✗ メニューの「ペリフェラル」が見つかりません（PT のメニュー構成が想定外）");
@@ -62,7 +62,7 @@ private:
         if (!ok) return false;
         access.press(*ok);
         --alertsLeft;
-        runtime.sleepFor(400ms);
+        runtime.sleepFor(400ms); // time for Pro Tools to close the alert and to show the next one
         return true;
     }
 
@@ -76,7 +76,7 @@ private:
         const std::optional<ElementHandle> menuBar = access.element(app, "AXMenuBar");
         if (!menuBar) return false;
         const std::vector<ElementHandle> bar = access.children(*menuBar);
-        for (std::size_t i = 1; i < bar.size(); ++i) // the first is the system's own
+        for (std::size_t i = 1; i < bar.size(); ++i) // the first is the Apple menu
             for (const ElementHandle& menu : access.children(bar[i]))
                 for (const ElementHandle& item : access.children(menu)) {
                     const std::string title = access.title(item);
@@ -91,7 +91,7 @@ private:
     std::string confirm(const ElementHandle& dialog) {
         if (const auto tab = access.firstDescendant(dialog, midiControllersTab())) {
             access.press(*tab);
-            runtime.sleepFor(600ms);
+            runtime.sleepFor(600ms); // time for Pro Tools to show the tab
         }
         const std::optional<ElementHandle> ok = access.firstDescendant(dialog, okButton());
         if (!ok)

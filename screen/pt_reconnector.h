@@ -1,4 +1,4 @@
-// Having Pro Tools apply its Peripherals settings, which makes it take hold of the MIDI ports anew.
+// Makes Pro Tools apply its Peripherals settings. When it does, it opens the MIDI ports again.
 #pragma once
 
 #include "base/bilingual.h"
@@ -7,17 +7,17 @@
 
 namespace lumbrine {
 
-// Stateless. Opens Setup ▸ Peripherals from Pro Tools' menu bar, shows the tab of the MIDI controllers and presses OK;
-// no setting is changed. Knows Pro Tools in English and in Japanese.
+// Stateless. Opens Setup ▸ Peripherals in Pro Tools' menu bar, selects the tab with the MIDI controllers and presses
+// OK. It changes no setting. It works with Pro Tools in English and in Japanese.
 struct PTReconnector {
-    // Returns the line for the log: how it went. Never on the main thread: blocks for 0.4 s for each alert about HUI
-    // that it answers, 0.2 s for each look for the dialog, 25 at most, and 0.6 s after choosing the tab; so mostly for
-    // a second, and with `alertLimit` for 25.4 s at the very most. The user's permission is not asked about: without it
-    // nothing is found on the screen, and the line says what was not found.
+    // Returns the outcome as a line for the log. Never call it on the main thread. It blocks for 0.4 s after each alert
+    // about HUI that it answers, 0.2 s after each of up to 25 looks for the dialog, and 0.6 s after selecting the tab:
+    // about a second as a rule, and at most 25.4 s with `alertLimit` alerts. It does not check the user's permission:
+    // without it nothing is found on the screen, and the line says what was not found.
     static std::string run(Accessibility& accessibility, Runtime& runtime, const Bilingual& text);
 
-    // Alerts that stay are answered again, in five passes over the windows. Their number comes from another program, so
-    // no more than this are answered in one run; Pro Tools shows one or two.
+    // The most alerts that one run answers. An alert that stays is answered again, in up to five passes over the
+    // windows. Pro Tools shows one or two; the limit is for a screen that keeps showing more.
     static constexpr int alertLimit = 50;
 };
 

@@ -12,6 +12,7 @@ std::optional<std::string> rowText(ElementAccess& access, const ElementHandle& r
     if (cells.empty()) return std::nullopt;
     const std::vector<ElementHandle> contents = access.children(cells.front());
     if (contents.empty()) return std::nullopt;
+    // A text has its content as value, a button as title.
     if (auto value = access.stringAttr(contents.front(), "AXValue")) return value;
     return access.stringAttr(contents.front(), "AXTitle");
 }

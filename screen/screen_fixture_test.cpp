@@ -1,4 +1,4 @@
-// Each screen/testdata/NAME.tree is a screen; NAME.expected is what is read there, and what a reconnection does.
+// Each screen/testdata/NAME.tree is a screen. NAME.expected lists what is read from it and what a reconnection does.
 #include "screen/pt_mix_comments.h"
 #include "screen/pt_track_list.h"
 #include "screen/testing/reconnector_test.h"

@@ -66,7 +66,7 @@ TEST_F(ScreenTroubleTest, ReadsThatAllFailFromOneOnEndEveryWork) {
     }
 }
 
-// Elements of all roles, titles and values that anything is looked for by, and of others, that lead anywhere.
+// Random elements with the roles, titles and values that the code searches for, and with others, linked at random.
 class RandomTree {
 public:
     RandomTree(MemoryScreen& shown, std::uint32_t seed) : screen(shown), engine(seed) {
@@ -164,7 +164,7 @@ TEST_F(ScreenTroubleTest, NoTreeWhateverHangsOrLeavesAHandle) {
         EXPECT_EQ(screen.liveHandles(), 0);
         screen.quit(process);
     }
-    // The trees are such that each kind of result comes about.
+    // The trees must be varied enough to produce each kind of result.
     EXPECT_GT(snapshots, 0);
     EXPECT_GT(comments, 0);
     for (const char* outcome : {success, notOpen, noMenuItem, noButton})

@@ -7,7 +7,7 @@ namespace lumbrine {
 
 namespace {
 
-// The tab, and Unicode's space separators.
+// The tab, and all characters of Unicode's category "space separator" (Zs).
 constexpr std::array<std::string_view, 18> blanks{
     "\t",           " ",
     "\xC2\xA0",     "\xE1\x9A\x80",

@@ -1,4 +1,4 @@
-// Characters and blanks in a text that another program shows. Any bytes may come in.
+// Characters and blanks in a text that another program shows. All functions accept any bytes.
 #pragma once
 
 #include <cstddef>
@@ -6,11 +6,11 @@
 
 namespace lumbrine {
 
-// Where the code point with this number begins, 0 being the first; the end of the text when it has fewer. A byte that
-// starts none belongs to the one before.
+// The offset in bytes of code point `number`, counted from 0; the size of the text when it has fewer. A byte that
+// starts no code point belongs to the previous one.
 std::size_t offsetOfCharacter(std::string_view text, std::size_t number);
 
-// `text` without the tabs and the spaces, those of all writing systems, at its two ends. Ends of lines stay.
+// `text` without tabs and Unicode spaces at both ends. Line ends stay.
 std::string_view trimmedOfBlanks(std::string_view text);
 
 } // namespace lumbrine

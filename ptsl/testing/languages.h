@@ -1,4 +1,4 @@
-// The two languages, for texts that exist in both.
+// For tests of texts: both languages.
 #pragma once
 
 #include "base/bilingual.h"

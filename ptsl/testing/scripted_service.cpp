@@ -12,7 +12,7 @@ constexpr std::size_t prefaceSize = 24;
 constexpr std::size_t headerSize = 9;
 constexpr std::size_t prefixSize = 5;
 
-// The frames in `received` from `at` on, which is moved behind them.
+// Reads the frames in `received` from `at` on and advances `at` past them.
 std::vector<SentFrame> framesIn(const Bytes& received, std::size_t& at) {
     std::vector<SentFrame> frames;
     while (received.size() >= at + headerSize) {

@@ -1,4 +1,4 @@
-// A scripting service in virtual time that does what a test tells it, call by call.
+// For tests: a scripting service in virtual time whose answers the test decides, call by call.
 #pragma once
 
 #include "base/bytes.h"
@@ -20,7 +20,7 @@ struct SentFrame {
     bool operator==(const SentFrame&) const = default;
 };
 
-// Listens from its making until it is destroyed.
+// Listens as long as it lives.
 class ScriptedService {
 public:
     static constexpr std::uint16_t port = 31416;
@@ -38,17 +38,17 @@ public:
     ScriptedService(const ScriptedService&) = delete;
     ScriptedService& operator=(const ScriptedService&) = delete;
 
-    // What it does when a connection is made, and when a request is complete.
+    // Called when a connection is accepted, and when a request is complete. Set by the test.
     std::function<void(VirtualLine& line)> greet;
     std::function<void(Call& call)> answer;
 
-    // All that came in, one entry for each connection.
+    // All received bytes, one entry for each connection.
     std::vector<Bytes> received;
 
-    // The frames of a connection (from 1), after the preface; what is not whole is left out.
+    // The complete frames of a connection, after the preface. Connections are numbered from 1.
     std::vector<SentFrame> frames(std::size_t connection) const;
 
-    // The frames of that type over all connections.
+    // The frames of this type on all connections.
     std::vector<SentFrame> framesOfType(std::uint8_t type) const;
 
     std::size_t callCount = 0;

@@ -1,4 +1,4 @@
-// What a service sends, byte by byte: HTTP/2 frames and gRPC bodies, written without the link's own code.
+// For tests: HTTP/2 frames and gRPC bodies of a service, byte by byte and independent of the link's own code.
 #pragma once
 
 #include "base/bytes.h"
@@ -64,7 +64,7 @@ inline Bytes data(std::uint32_t stream, const Bytes& payload, std::uint8_t flags
     return frame(0, flags, stream, payload);
 }
 
-// A message behind its prefix.
+// A message with its gRPC prefix.
 inline Bytes body(const Bytes& message) {
     return joined({{0}, number(static_cast<std::uint32_t>(message.size())), message});
 }

@@ -1,4 +1,4 @@
-// For tests of the wire: one wire in virtual time and a service that answers it as told.
+// For tests of the wire: one wire in virtual time, and a service that answers as the test decides.
 #pragma once
 
 #include "ptsl/ptsl_wire.h"

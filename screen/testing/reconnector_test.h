@@ -1,4 +1,4 @@
-// For tests of the reconnector: a run in virtual time on a screen in memory, and what it pressed when.
+// For tests of the reconnector: a run in virtual time on a screen in memory, with the times of its presses.
 #pragma once
 
 #include "platform/virtual/virtual_runtime.h"
@@ -22,7 +22,7 @@ protected:
         });
     }
 
-    // The line for the log. `took` is how long it took to the nanosecond, `presses` what was pressed.
+    // Runs it and returns the line for the log. `took` is the exact duration, `presses` lists what was pressed.
     std::string run(bool japanese = false) {
         lastLine.reset();
         presses.clear();
@@ -88,7 +88,7 @@ private:
     std::optional<std::string> lastLine;
 
 protected:
-    VirtualRuntime runtime; // the last: a run that has no end is over when the rest goes
+    VirtualRuntime runtime; // last member: destroying it first ends a run that would never end
 };
 
 } // namespace lumbrine

@@ -1,4 +1,4 @@
-// For tests of what is read on the screen: one screen in memory, and no handle is left at the end.
+// For tests that read the screen: one screen in memory. At the end, the fixture checks that no handle is left.
 #pragma once
 
 #include "screen/testing/screen_tree.h"
@@ -14,7 +14,7 @@ protected:
 
     void TearDown() override { EXPECT_EQ(screen.liveHandles(), 0) << "handles are left"; }
 
-    // The screen shows this too; see screen/testing/screen_tree.h.
+    // Adds elements to the screen; see screen/testing/screen_tree.h.
     void show(std::string_view tree) {
         const auto labels = showTree(screen, tree);
         ASSERT_TRUE(labels) << labels.error();
@@ -23,7 +23,7 @@ protected:
 
     Element at(std::string_view label) const { return labelled.find(label)->second; }
 
-    // The root of Pro Tools' elements, with which the tests of the access layer begin.
+    // The root of Pro Tools' elements.
     ElementHandle app() { return screen.applicationElement(process); }
 
     // A row of the "Track List" table, with the name as the value of the text in its first cell.
@@ -43,7 +43,7 @@ protected:
         return screen.add({{"AXRole", "AXGroup"}, {"AXChildren", parts}});
     }
 
-    // Each read with such a number fails.
+    // Makes the reads with these numbers fail.
     void failReads(std::function<bool(std::uint64_t number)> fails) {
         screen.watchReads([fails = std::move(fails)](const MemoryScreen::Read& read) { return !fails(read.number); });
     }

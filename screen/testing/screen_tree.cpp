@@ -26,11 +26,11 @@ public:
     }
 
 private:
-    // Where the elements of the next level go.
+    // The place for the elements of the next level.
     struct Level {
         Element owner{};
         std::string attribute{};
-        bool isSection = false; // a line of its own names the attribute
+        bool isSection = false; // "NAME:" or "NAME=", on a separate line
         bool isSingle = false;
     };
 
@@ -194,7 +194,7 @@ private:
     ElementLabels labels;
     std::vector<Level> levels;
     std::vector<Reference> references;
-    std::string_view rest; // of the line
+    std::string_view rest; // the part of the line that is not read yet
     int lineNumber = 0;
     std::string problem;
 };

@@ -9,12 +9,12 @@
 //           AXTable &tracks AXDescription="Track List"
 //             AXRow AXSelected=true AXParent=@tracks
 //
-// Each step of two spaces leads one level down. A line is an element: its role, or - for none, and its attributes. The
-// elements below it are its "AXChildren"; those below "NAME:" are the list, and the one below "NAME=" is the element,
-// that the line above has as attribute NAME. Without a line below, an element has no "AXChildren" at all.
+// Two more spaces of indentation mean one level down. A line is an element: its role (- for none) and its attributes.
+// The lines below it are its "AXChildren"; without any, the element has no such attribute. A line "NAME:" below an
+// element starts the list that is its attribute NAME, and "NAME=" starts the single element that is its attribute NAME.
 //
-// A value is "text" (with \" \\ \n \t), true, false, @label, [@label @label] or ? for a value of another kind.
-// A &label names an element, for these and for the test. What begins with # is skipped.
+// A value is "text" (with \" \\ \n \t), true, false, @label, [@label @label], or ? for a value of another kind. &label
+// names an element, for references in the tree and for the test. Lines that begin with # are comments.
 #pragma once
 
 #include "platform/virtual/memory_screen.h"
@@ -26,7 +26,7 @@ namespace lumbrine {
 
 using ElementLabels = std::map<std::string, MemoryScreen::Element, std::less<>>;
 
-// Adds the tree to the screen; gives the labels, or says what is wrong in which line.
+// Adds the tree to the screen. Returns the labelled elements, or the error and its line.
 std::expected<ElementLabels, std::string> showTree(MemoryScreen& screen, std::string_view text);
 
 } // namespace lumbrine
