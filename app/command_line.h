@@ -1,5 +1,4 @@
-// The few command-line arguments that the receiver programs take. They are configured by environment variables; what
-// stands on the command line only asks about the program.
+// The command-line arguments of the receiver programs: only --help and --version. Environment variables configure them.
 #pragma once
 
 #include <optional>
@@ -12,17 +11,17 @@ namespace lumbrine {
 struct ProgramInfo {
     std::string_view name;     // "lumbrine-headless"
     std::string_view version;  // "0.1.0"
-    std::string_view helpText; // what --help prints
+    std::string_view helpText; // printed by --help
 };
 
-// What a program that was asked something prints, and the exit status it then ends with.
+// The output and the exit status of a program that only answers its command line.
 struct CommandLineAnswer {
     std::string output; // for standard output
     std::string error;  // for standard error
-    int status;         // 0, or 2 for an argument that is not known
+    int status;         // 0, or 2 for an unknown argument
 };
 
-// Absent when there is nothing to answer and the program should run. `arguments` are those behind the program's name.
+// Absent when the program should run. `arguments` does not include the program's name.
 std::optional<CommandLineAnswer> answerCommandLine(const ProgramInfo& program, std::span<const char* const> arguments);
 
 } // namespace lumbrine

@@ -1,4 +1,4 @@
-// lumbrine-headless: the receiver without a window. Its log is standard output.
+// lumbrine-headless: the receiver without a window. Its log goes to standard output.
 #include "app/command_line.h"
 #include "app/receiver_ending.h"
 #include "model/receiver_model.h"
@@ -51,6 +51,7 @@ int run() {
     RealRuntime runtime(loop);
     LinuxSystemInfo system;
     std::shared_ptr<ReceiverModel> model;
+    // The model starts when the MIDI system is known, because it creates its ports at once.
     const std::unique_ptr<MIDIServices> midi = backend.services(runtime, [&model] {
         if (model) model->start();
     });

@@ -7,7 +7,7 @@
 namespace lumbrine {
 
 MarkedLine markerOf(std::string_view line) {
-    // The sign with the selector of its coloured picture comes before the bare one.
+    // "⚠️" (with U+FE0F) comes before its own prefix "⚠".
     constexpr std::array<std::pair<std::string_view, LogMarker>, 7> markers{{{"✓", LogMarker::success},
                                                                              {"✗", LogMarker::failure},
                                                                              {"⚠️", LogMarker::warning},

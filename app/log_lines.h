@@ -1,4 +1,4 @@
-// What a view of the activity log needs to know about its lines.
+// For views of the activity log: the marker of each line, and how the lines on the screen have to change.
 #pragma once
 
 #include <cstddef>
@@ -8,18 +8,18 @@
 
 namespace lumbrine {
 
-// What the symbol at the beginning of a line says about it. In lines of the second surface it stands behind "[9-16] ".
+// The meaning of the symbol at the beginning of a line. In lines of the second surface, "[9-16] " precedes the symbol.
 enum class LogMarker { none, success, failure, warning, started, received, longJob };
 
 struct MarkedLine {
     LogMarker marker;
-    std::size_t begin;  // of the symbol, in bytes
-    std::size_t length; // 0 for none
+    std::size_t begin;  // offset of the symbol in bytes
+    std::size_t length; // of the symbol in bytes; 0 when there is none
 };
 MarkedLine markerOf(std::string_view line);
 
-// How the lines on the screen become those of the log: the first `gone` of them disappear, the rest stays, and the
-// lines of the log from `firstNew` on come after it. As many as possible stay.
+// The smallest change from the lines on the screen to those of the log: remove the first `gone` lines, keep the rest,
+// and append the lines of the log from `firstNew` on.
 struct LogChange {
     std::size_t gone;
     std::size_t firstNew;

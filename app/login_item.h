@@ -1,4 +1,4 @@
-// Launching at login, as the user switches it.
+// The user's switch for launch at login.
 #pragma once
 
 #include "base/bilingual.h"
@@ -10,14 +10,14 @@
 
 namespace lumbrine {
 
-// Main thread. The platform keeps the registration, so ask after each change how it is.
+// Main thread only. The platform stores the registration, so call isEnabled after each change to get the real state.
 class LoginItem {
 public:
-    // `print` gets the line that tells of a failure; it is for standard output, not for the activity log.
+    // `print` is called with a line for each failure. The line is for standard output, not for the activity log.
     LoginItem(LoginService& loginService, Bilingual bilingual,
               std::function<void(const std::string& line)> print = printLine);
 
-    // Registers the application or takes it off; a failure is printed and changes nothing.
+    // Registers or unregisters the application. A failure is printed and changes nothing.
     void set(bool on);
 
     bool isEnabled() { return service.isEnabled(); }

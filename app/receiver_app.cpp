@@ -6,7 +6,7 @@ namespace lumbrine {
 
 namespace {
 
-// ReceiverModel::bankMove's number for one of the four moves.
+// The code of ReceiverModel::bankMove for one of the four moves: the port of the HUI bank button.
 int bankMoveKind(ScreenAction action) {
     switch (action) {
     case ScreenAction::channelBack:
@@ -78,7 +78,7 @@ std::shared_ptr<ReceiverModel> ReceiverApp::release() {
     return std::exchange(model, nullptr);
 }
 
-// What the service says afterwards counts, so a change that failed is undone on the screen.
+// Asks the service for the state after the change, so that a failed change is undone on the screen.
 void ReceiverApp::toggleLaunchAtLogin() {
     loginItem.set(!loginOn);
     loginOn = loginItem.isEnabled();

@@ -1,5 +1,5 @@
-// What every desktop shell has in common: the one model, what the window and the menu show of it, and what the user's
-// actions do. Toolkit-free; the shell owns windows and icons and asks here.
+// The part of the desktop application that all shells share: it owns the model, computes the contents of window and
+// menu from it, and performs the user's actions. It uses no toolkit; the shell owns windows and icons.
 #pragma once
 
 #include "app/login_item.h"
@@ -17,47 +17,47 @@ namespace lumbrine {
 class ReceiverApp {
 public:
     struct Shell {
-        std::function<void()> openWindow; // shows the one window and brings it before all others
-        std::function<void()> refresh;    // something that is shown has changed: look soon, not now
-        std::function<void()> quit;       // has the program end, after the action that asked for it
+        std::function<void()> openWindow; // shows the window in front of all others
+        std::function<void()> refresh;    // the contents have changed: draw soon, but not inside this call
+        std::function<void()> quit;       // ends the program after the current action has returned
     };
 
-    // Starts nothing.
+    // Does not start the model; windowAppeared does.
     ReceiverApp(std::shared_ptr<ReceiverModel> receiverModel, LoginItem& item, Bilingual bilingual);
     ~ReceiverApp();
     ReceiverApp(const ReceiverApp&) = delete;
     ReceiverApp& operator=(const ReceiverApp&) = delete;
 
-    // Who shows all this; once. Until then an action that needs it does nothing.
+    // Attaches the shell. Until then actions that need a shell do nothing. A later call replaces the shell.
     void connect(Shell desktopShell);
 
-    // The window is on the screen: the first time this starts the model, later it does nothing.
+    // Called by the shell when the window is on the screen. The first call starts the model; later ones do nothing.
     void windowAppeared();
 
     void perform(ScreenAction action);
 
-    // A line of the shell's own for the activity log.
+    // Adds a line of the shell to the activity log.
     void tell(const std::string& line);
 
-    // As it is now; after `release` as it was then.
+    // The current contents; after `release`, the contents at that time.
     ReceiverView view() const { return receiverView(state(), text); }
     StatusMenu menu() const { return statusMenu(state(), loginOn, text); }
     const std::vector<std::string>& logLines() const { return state().logLines; }
 
-    // Gives the model away, for the end of the program. Actions do nothing from then on.
+    // Gives up the model, for the end of the program. Afterwards actions do nothing.
     std::shared_ptr<ReceiverModel> release();
 
-    const Bilingual text; // for texts of the shell's own
+    const Bilingual text; // for the shell's own texts
 
 private:
     const PublishedState& state() const { return model ? model->published() : lastState; }
     void toggleLaunchAtLogin();
 
     std::shared_ptr<ReceiverModel> model;
-    PublishedState lastState; // when the model has been given away
+    PublishedState lastState; // the model's state at the time of `release`
     LoginItem& loginItem;
     Shell shell{[] {}, [] {}, [] {}};
-    bool loginOn; // what the toggle shows
+    bool loginOn; // the state that the toggle shows
 };
 
 } // namespace lumbrine

@@ -6,7 +6,7 @@ namespace {
 
 constexpr Duration lookInterval = seconds(0.002);
 
-// Jobs that are under way keep the model for the moment that they need to find their sleeps cut short.
+// Running jobs hold the model until they notice that their sleep was interrupted.
 void stopWhenGone(MainLoop& loop, const std::weak_ptr<const void>& model) {
     if (model.expired()) {
         loop.stop();
@@ -19,6 +19,7 @@ void stopWhenGone(MainLoop& loop, const std::weak_ptr<const void>& model) {
 
 void endReceiver(MainLoop& loop, RealRuntime& runtime, StreamSockets& streams, std::shared_ptr<ReceiverModel>& model) {
     if (!model) return;
+    // First both shutdowns, so that no job holds the model in a sleep or in a call to the scripting service.
     runtime.shutDown();
     streams.shutDown();
     const std::weak_ptr<const void> last = model->lifetime();

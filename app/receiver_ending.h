@@ -1,4 +1,4 @@
-// How a program with a receiver ends: in order, and at once.
+// Ends a program with a receiver in order and without waiting for its time-outs.
 #pragma once
 
 #include "model/receiver_model.h"
@@ -11,8 +11,8 @@
 
 namespace lumbrine {
 
-// Wakes everything that sleeps or waits at a socket, lets go of the model, and stops the loop as soon as no job holds
-// the model any more. `model` is empty afterwards. On the main thread, while the loop runs; a second call does nothing.
+// Wakes all sleeps and all waits on sockets, releases the model, and stops the loop when no job holds the model any
+// more. `model` is null afterwards. Call it on the main thread while the loop runs. A second call does nothing.
 void endReceiver(MainLoop& loop, RealRuntime& runtime, StreamSockets& streams, std::shared_ptr<ReceiverModel>& model);
 
 } // namespace lumbrine

@@ -14,7 +14,7 @@ std::string waiting(const Bilingual& text) {
     return text("Waiting", "待機中");
 }
 
-// "a **b** c" as three runs.
+// Splits "a **b** c" into three runs, of which the second is bold.
 std::vector<TextRun> runsOf(const std::string& marked) {
     std::vector<TextRun> runs;
     bool bold = false;
@@ -70,7 +70,7 @@ std::array<ScreenButton, 4> moveButtons(const Bilingual& text) {
               .action = ScreenAction::bankForward}}};
 }
 
-// The track that the strip shows, where the session is known.
+// The session index of the track on the strip; absent while the session or the bank position is unknown.
 std::optional<std::size_t> trackOf(const PublishedState& published, std::size_t strip) {
     if (published.bankOffset < 0) return std::nullopt;
     const std::size_t track = static_cast<std::size_t>(published.bankOffset) + strip;

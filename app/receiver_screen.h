@@ -1,6 +1,5 @@
-// What the window and the status menu show: every row, text, symbol, state and action as plain values in the user's
-// language, computed from what the model publishes. The shells of all toolkits draw these and add no text of their own
-// to them.
+// The contents of the window and of the status menu as plain values: every row, text, symbol, state and action, in the
+// user's language, computed from the model's published state. All shells draw exactly these values.
 #pragma once
 
 #include "base/bilingual.h"
@@ -14,7 +13,7 @@
 
 namespace lumbrine {
 
-// What the user can ask for. A shell hands it to ReceiverApp::perform.
+// The user's actions. A shell passes them to ReceiverApp::perform.
 enum class ScreenAction {
     none,
     reconnect,
@@ -24,13 +23,13 @@ enum class ScreenAction {
     bankForward,
     testSweep,
     showWindow,
-    launchAtLogin, // to the other state
+    launchAtLogin, // toggles
     quit,
 };
 
 enum class Symbol { sliders, warning, reconnect, network, bankBack, channelBack, channelForward, bankForward, play };
 
-// As the system's own set of symbols calls it: "slider.vertical.3".
+// The name of the symbol in Apple's SF Symbols: "slider.vertical.3".
 std::string_view symbolName(Symbol symbol);
 
 struct TextRun {
@@ -39,7 +38,7 @@ struct TextRun {
 };
 
 struct StatusItem {
-    bool ok; // a light beside it
+    bool ok; // drawn as a light
     std::string title;
     std::string detail;
 };
@@ -47,13 +46,13 @@ struct StatusItem {
 struct ScreenNotice {
     bool shown;
     Symbol symbol;
-    std::vector<TextRun> text; // one paragraph, to be wrapped
+    std::vector<TextRun> text; // one paragraph, which the shell wraps
 };
 
 struct ScreenButton {
     Symbol symbol;
-    std::string title; // empty: the symbol stands alone
-    std::string help;  // on hovering, and what a screen reader says of a button without title; may be empty
+    std::string title; // empty when the button has only the symbol
+    std::string help;  // tooltip, and the name of a button without title for screen readers; may be empty
     ScreenAction action;
 };
 
@@ -63,16 +62,16 @@ struct AddressLine {
     std::string address; // the user can select and copy it
 };
 
-// One channel strip, as the surfaces show it.
+// One channel strip as the surface shows it.
 struct StripView {
     std::string name;     // at most four characters, trimmed
-    std::string fullName; // of the track in the session; empty while it is not known
+    std::string fullName; // of the track in the session; empty while unknown
     std::optional<RGBColor> color;
     double fader = 0; // 0.0-1.0
     bool mute = false;
     bool solo = false;
     bool select = false;
-    std::string spoken; // "1 Kick, 72 %, muted": for screen readers
+    std::string spoken; // for screen readers and tooltips: "1 Kick, 72 %, muted"
 
     const std::string& shownName() const { return fullName.empty() ? name : fullName; }
 
@@ -117,13 +116,13 @@ struct MenuItem {
 struct StatusMenu {
     Symbol symbol;
     double opacity;
-    std::string spoken; // what the icon is, for screen readers and on hovering
+    std::string spoken; // for screen readers and as tooltip of the icon
     std::vector<MenuItem> items;
 
     bool operator==(const StatusMenu&) const = default;
 };
 
-// `loginOn`: what the toggle for launching at login shows.
+// `loginOn` is the state of the toggle for launch at login.
 StatusMenu statusMenu(const PublishedState& published, bool loginOn, const Bilingual& text);
 
 } // namespace lumbrine

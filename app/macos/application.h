@@ -1,4 +1,4 @@
-// What the system's application object asks of this program. For Objective-C++ alone.
+// The delegate of the application object. For Objective-C++ files only.
 #pragma once
 
 #include "base/bilingual.h"
@@ -9,16 +9,17 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-// Without an icon in the Dock; goes on when its last window is closed.
+// Makes the program run without a Dock icon and keep running when its last window is closed.
 @interface LumbrineApplicationDelegate : NSObject <NSApplicationDelegate, NSWindowDelegate>
-@property std::function<void()> launched;      // all is ready for a first window
-@property std::function<void()> reopened;      // the user has started the running program again
-@property std::function<void()> windowChanged; // its window can be seen, or cannot any more
+@property std::function<void()> launched;      // the application is ready for its first window
+@property std::function<void()> reopened;      // the user has opened the running program again
+@property std::function<void()> windowChanged; // the window became visible or invisible
 @end
 
 namespace lumbrine {
 
-// Never seen, since the program has no menu bar of its own; it makes the usual key combinations work in the window.
+// A main menu that is never visible, because the program has no menu bar. It makes the usual key combinations work in
+// the window.
 NSMenu* keyMenu(const Bilingual& text);
 
 } // namespace lumbrine

@@ -1,4 +1,4 @@
-// The small pieces that the window is made of. For Objective-C++ alone.
+// The small controls of the window. For Objective-C++ files only.
 #pragma once
 
 #include "app/receiver_screen.h"
@@ -10,8 +10,8 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-// The target of buttons and menu items whose tag is a ScreenAction. Controls do not keep their target, so the owner
-// does.
+// The target of buttons and menu items whose tag is a ScreenAction. Controls do not retain their target: its owner must
+// keep it alive.
 @interface LumbrineActionTarget : NSObject
 - (instancetype)initWithPerform:(std::function<void(lumbrine::ScreenAction)>)given;
 - (void)act:(id)sender;
@@ -19,18 +19,18 @@ NS_ASSUME_NONNULL_BEGIN
 
 namespace lumbrine {
 
-// One of the system's symbols; nil where the system has none of that name.
+// A symbol of SF Symbols; nil when the system has none of this name.
 NSImage* _Nullable symbolImage(std::string_view name);
 
 NSTextField* label(const std::string& text);
-void setText(NSTextField* field, const std::string& text); // leaves an equal text alone, and what is selected in it
+void setText(NSTextField* field, const std::string& text); // an equal text is not set, which keeps the selection
 
 NSButton* buttonFor(const ScreenButton& button, LumbrineActionTarget* target);
 
-// Side by side, with the usual distance.
+// The views side by side at the standard distance.
 NSStackView* row(NSArray<NSView*>* views);
 
-// A light, a title and a detail, told by a screen reader as one.
+// A light, a title and a detail; one element for screen readers.
 class StatusRow {
 public:
     StatusRow();

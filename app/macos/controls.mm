@@ -71,7 +71,7 @@ StatusRow::StatusRow() : stack(row(@[ light, title, detail ])) {
     stack.accessibilityRole = NSAccessibilityStaticTextRole;
 }
 
-// Full or empty as well as green or grey, for those who do not see the colour.
+// The light differs in shape (full or empty) as well as in colour, for users who cannot see the colour.
 void StatusRow::show(const StatusItem& item) {
     light.image = symbolImage(item.ok ? "circle.fill" : "circle");
     light.contentTintColor = item.ok ? NSColor.systemGreenColor : NSColor.tertiaryLabelColor;

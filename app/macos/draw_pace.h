@@ -1,4 +1,4 @@
-// Drawing soon, but not for every change.
+// Limits how often the screen is drawn.
 #pragma once
 
 #include "platform/api/runtime.h"
@@ -8,14 +8,14 @@
 
 namespace lumbrine {
 
-// Draws once for all changes since the last time, at most 30 times a second. Main thread.
+// Draws once for all changes since the last drawing, at most 30 times a second. Main thread.
 class DrawPace {
 public:
     static constexpr Duration interval = seconds(1.0 / 30);
 
     DrawPace(Runtime& rt, std::function<void()> drawNow);
 
-    // Something has changed. Never draws from within; nothing is drawn once this object is gone.
+    // Reports a change; the drawing follows later, never inside this call and never after this object is destroyed.
     void changed();
 
 private:

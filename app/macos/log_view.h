@@ -1,4 +1,4 @@
-// The activity log on the screen. For Objective-C++ alone.
+// The activity log in the window. For Objective-C++ files only.
 #pragma once
 
 #import <AppKit/AppKit.h>
@@ -8,10 +8,10 @@
 
 namespace lumbrine {
 
-// Its text can be selected and copied. Follows the newest line unless the user has scrolled up.
+// The user can select and copy its text. It scrolls to the newest line unless the user has scrolled up.
 class LogView {
 public:
-    // What a screen reader calls it.
+    // `name` is its name for screen readers.
     explicit LogView(const std::string& name);
 
     NSView* _Nonnull view() const { return scroller; }

@@ -8,7 +8,7 @@ namespace lumbrine {
 namespace {
 
 constexpr CGFloat leastHeight = 72;
-constexpr CGFloat nearTheEnd = 4; // points that count as none
+constexpr CGFloat nearTheEnd = 4; // within this many points of the end, the view counts as scrolled to the end
 
 NSColor* colorOf(LogMarker marker) {
     switch (marker) {
@@ -33,7 +33,7 @@ NSAttributedString* shownLine(const std::string& line) {
         NSFontAttributeName : [NSFont systemFontOfSize:NSFont.smallSystemFontSize],
         NSForegroundColorAttributeName : NSColor.labelColor,
     };
-    NSString* const whole = shownText(line); // empty for what is not UTF-8
+    NSString* const whole = shownText(line); // empty when the line is not UTF-8
     NSMutableAttributedString* const text =
         [[NSMutableAttributedString alloc] initWithString:[whole stringByAppendingString:@"\n"] attributes:plain];
     const MarkedLine marked = markerOf(line);

@@ -1,4 +1,4 @@
-// Lumbrine: the receiver as an application of the Mac's menu bar.
+// Lumbrine: the receiver as a menu-bar application of the Mac.
 #include "app/login_item.h"
 #include "app/macos/application.h"
 #include "app/macos/controls.h"
@@ -34,7 +34,7 @@ void endEventLoop() {
     [NSApp terminate:nil];
 }
 
-// The computer as this program's model sees it.
+// All back ends of the receiver on a Mac.
 struct Mac {
     DispatchMainLoop loop{endEventLoop};
     RealRuntime runtime{loop};
@@ -49,7 +49,7 @@ struct Mac {
     MainAppLoginService login{text};
 };
 
-// Everything there is, for as long as the process lives: the system ends it without coming back here.
+// Everything in the program. It lives until the process ends: `terminate:` exits without returning to `main`.
 class Application {
 public:
     Application() {

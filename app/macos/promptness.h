@@ -1,4 +1,4 @@
-// When the system has to let the receiver work without delay.
+// Decides when macOS must run the receiver without delays.
 #pragma once
 
 #include "model/state/published_state.h"
@@ -8,10 +8,10 @@
 
 namespace lumbrine {
 
-// Holds what `begin` returns while Pro Tools or a client is there. Main thread.
+// Holds the object that `beginHold` returns as long as Pro Tools or a client is connected. Main thread.
 class Promptness {
 public:
-    using Hold = std::shared_ptr<void>; // ends with its last copy
+    using Hold = std::shared_ptr<void>; // the activity ends with the last copy
 
     explicit Promptness(std::function<Hold()> beginHold);
 

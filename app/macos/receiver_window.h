@@ -1,4 +1,4 @@
-// The main window. For Objective-C++ alone.
+// The main window. For Objective-C++ files only.
 #pragma once
 
 #include "app/macos/controls.h"
@@ -10,16 +10,16 @@
 
 namespace lumbrine {
 
-// Main thread. Closing it hides it.
+// Main thread. Closing the window hides it.
 class ReceiverWindow {
 public:
-    // Not on the screen until it is shown. The owner keeps the target, which takes the buttons' actions.
+    // Shows nothing until `show`. `target` gets the actions of the buttons; its owner must keep it alive.
     ReceiverWindow(ReceiverApp& receiverApp, LumbrineActionTarget* _Nonnull target);
 
-    // Before all other windows, also those of other applications.
+    // Shows the window in front of all others, also those of other applications.
     void show();
 
-    // Shows everything as it is now; nothing is done while no part of the window can be seen.
+    // Draws the current contents. Does nothing while no part of the window is visible.
     void draw();
 
     NSWindow* _Nonnull window() const { return frame; }

@@ -100,7 +100,7 @@ void ReceiverWindow::arrange(const ReceiverView& view, LumbrineActionTarget* tar
     all.alignment = NSLayoutAttributeLeading;
     all.edgeInsets = NSEdgeInsetsMake(margin, margin, margin, margin);
     all.distribution = NSStackViewDistributionFill;
-    // The log takes what height is left over.
+    // The log takes the remaining height.
     [strips setContentHuggingPriority:NSLayoutPriorityDefaultHigh forOrientation:NSLayoutConstraintOrientationVertical];
     [log.view() setContentHuggingPriority:1 forOrientation:NSLayoutConstraintOrientationVertical];
     for (NSView* wide in @[ notice, strips, log.view(), movesLine ])
@@ -108,7 +108,7 @@ void ReceiverWindow::arrange(const ReceiverView& view, LumbrineActionTarget* tar
     frame.contentView = all;
 }
 
-// At its first sight it is complete: the system tells only later that it can be seen.
+// Updates before showing, so that the window never appears empty: the system reports its visibility only later.
 void ReceiverWindow::show() {
     update();
     if (frame.miniaturized) [frame deminiaturize:nil];

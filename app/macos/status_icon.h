@@ -1,4 +1,4 @@
-// The icon in the menu bar, and its menu. For Objective-C++ alone.
+// The icon in the menu bar and its menu. For Objective-C++ files only.
 #pragma once
 
 #include "app/macos/controls.h"
@@ -12,13 +12,13 @@
 
 namespace lumbrine {
 
-// Main thread. There until the program ends.
+// Main thread. Must live until the program ends.
 class StatusIcon {
 public:
-    // The owner keeps the target, which takes the items' actions.
+    // `target` gets the actions of the menu items; its owner must keep it alive.
     StatusIcon(ReceiverApp& receiverApp, LumbrineActionTarget* _Nonnull target);
 
-    // Shows icon and menu as they are now, also while the menu is open.
+    // Draws the current icon and menu, also while the menu is open.
     void draw();
 
 private:

@@ -55,7 +55,7 @@ StatusIcon::StatusIcon(ReceiverApp& receiverApp, LumbrineActionTarget* target)
     draw();
 }
 
-// A help text that is given anew, even the same, disappears from under the pointer.
+// Setting a tooltip hides the visible one, even with equal text; so nothing is set unless something has changed.
 void StatusIcon::draw() {
     StatusMenu now = app.menu();
     if (now == drawn) return;

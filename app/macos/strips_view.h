@@ -1,4 +1,4 @@
-// The channel strips as the surfaces show them. For Objective-C++ alone.
+// The channel strips as the surfaces show them. For Objective-C++ files only.
 #pragma once
 
 #include "app/receiver_screen.h"
@@ -10,7 +10,7 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-// Draws itself when what it shows has changed, and tells a screen reader each strip as an element of its own.
+// Draws itself when its contents have changed. Each strip is a separate element for screen readers.
 @interface LumbrineStripsView : NSView
 - (void)show:(const std::vector<lumbrine::StripView>&)views named:(const std::string&)name;
 @end

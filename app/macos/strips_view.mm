@@ -32,7 +32,7 @@ void fill(NSRect rect, CGFloat radius, NSColor* color) {
 void drawText(const std::string& text, NSRect within, NSColor* color, NSFontWeight weight) {
     NSMutableParagraphStyle* const centred = [[NSMutableParagraphStyle alloc] init];
     centred.alignment = NSTextAlignmentCenter;
-    centred.lineBreakMode = NSLineBreakByClipping; // a letter tells more than a sign that some are missing
+    centred.lineBreakMode = NSLineBreakByClipping; // at this width "…" would cost a letter
     [shownText(text) drawInRect:within
                  withAttributes:@{
                      NSFontAttributeName : [NSFont systemFontOfSize:10 weight:weight],

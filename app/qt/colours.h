@@ -1,4 +1,4 @@
-// The colours of the window, made from the desktop's palette: calm on a light desktop and on a dark one.
+// The colours of the window, derived from the desktop's palette, for light and dark desktops.
 #pragma once
 
 #include "app/log_lines.h"
@@ -11,11 +11,11 @@ namespace lumbrine {
 struct Colours {
     explicit Colours(const QPalette& palette);
 
-    bool dark; // the desktop's
+    bool dark; // true on a dark desktop
     QColor text;
-    QColor secondary; // text that stands back
-    QColor card;      // areas that lift off the window
-    QColor line;      // their edges, and scales
+    QColor secondary; // less important text
+    QColor card;      // background of areas that stand out from the window
+    QColor line;      // edges of these areas, and scales
     QColor good;
     QColor bad;
     QColor warning;
@@ -25,7 +25,7 @@ struct Colours {
     QColor of(LogMarker marker) const;
 };
 
-// `share` of `over` on `under`.
+// Mixes two colours: `share` (0-1) of `over` and the rest of `under`.
 QColor blend(const QColor& under, const QColor& over, double share);
 
 } // namespace lumbrine

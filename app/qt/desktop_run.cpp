@@ -22,7 +22,7 @@ void DesktopRun::run() {
     begin = [&shell] { shell.openWindow(); };
     loop.run();
     begin = [] {};
-    // The window system may have ended the loop by itself.
+    // At logout the window system ends the loop before `end` was called. Then `end` runs in a second run of the loop.
     loop.post([this] { end(); });
     loop.run();
     end = [] {};

@@ -1,5 +1,4 @@
-// A desktop program's life: from the first sight of the window to the end that the user, a signal or the window system
-// asks for.
+// Runs a desktop program, from opening the window to the end that the user, a signal or the window system asks for.
 #pragma once
 
 #include "app/receiver_app.h"
@@ -18,20 +17,20 @@ struct DesktopRun {
     StreamSockets& streams;
     ReceiverApp& app;
     SingleInstance& instance;
-    QString identifier; // on the message bus
+    QString identifier; // the program's name on the message bus
 
-    // Opens the window for the first time, which starts the receiver; set while `run` runs.
+    // Set by `run` for its duration. Calling it opens the window for the first time, which starts the receiver.
     std::function<void()>& begin;
 
-    // Ends the program when it is called on the main thread; set while `run` runs, for signals.
+    // Set by `run` for its duration. Calling it on the main thread ends the program; signals do.
     std::function<void()>& end;
 
-    // Returns when the receiver is gone; the runtime has been shut down then.
+    // Returns when the receiver is destroyed and the runtime is shut down.
     void run();
 };
 
-// Tells the toolkit who the program is and which language it speaks. After the application object is there; the program
-// does not end with its last window.
+// Sets the program's name, icon and language in Qt, and keeps the program running when its last window is closed. Call
+// it after creating the QApplication.
 void introduceProgram(const QString& identifier, Bilingual text);
 
 } // namespace lumbrine

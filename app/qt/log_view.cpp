@@ -17,7 +17,7 @@ namespace {
 constexpr int fewestLines = 3;
 constexpr int usualLines = 8;
 
-// One line on the screen for one of the log, whatever name of a track is in it.
+// Replaces line breaks and control characters, which a track name may contain, so that a log line stays one line.
 QString oneLine(const std::string& line) {
     QString text = shown(line);
     for (QChar& character : text)
@@ -57,7 +57,8 @@ void LogView::follow() {
     verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
-// The scroll bar counts lines on the screen, of which one of the log may take several.
+// The scroll bar counts screen rows, and a wrapped log line takes several. Moving the bar by the removed rows keeps the
+// visible lines in place.
 void LogView::dropLines(std::size_t count) {
     if (count == 0) return;
     int rows = 0;
@@ -92,7 +93,7 @@ void LogView::addLine(const std::string& line) {
 
 void LogView::changeEvent(QEvent* event) {
     QPlainTextEdit::changeEvent(event);
-    if (event->type() != QEvent::PaletteChange) return;
+    if (event->type() != QEvent::PaletteChange) return; // otherwise: the colours of all lines have changed
     const std::vector<std::string> log = std::exchange(lines, {});
     clear();
     display(log);

@@ -1,4 +1,4 @@
-// The activity log: plain text that can be selected and copied, each line's marker in its colour.
+// The activity log: plain text that the user can select and copy, with the marker of each line in its colour.
 #pragma once
 
 #include <QPlainTextEdit>
@@ -7,7 +7,7 @@
 
 namespace lumbrine {
 
-// Follows the newest line, unless the user has scrolled up to read: then what is being read stays where it is.
+// Scrolls to the newest line, unless the user has scrolled up: then the visible lines stay in place.
 class LogView final : public QPlainTextEdit {
 public:
     explicit LogView(QWidget* parent);
@@ -28,7 +28,7 @@ private:
     void addLine(const std::string& line);
     void follow();
 
-    std::vector<std::string> lines; // as they are on the screen
+    std::vector<std::string> lines; // the lines on the screen
 };
 
 } // namespace lumbrine

@@ -27,7 +27,7 @@ ReceiverShell::~ReceiverShell() {
 }
 
 void ReceiverShell::openWindow() {
-    window.display(app.view(), app.logLines()); // at its first sight it is complete
+    window.display(app.view(), app.logLines()); // before `show`, so that the window never appears empty
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
@@ -39,7 +39,7 @@ void ReceiverShell::hide() {
     window.hide();
 }
 
-// The icon shows a toggle as the click has it until it is told the real state.
+// A click toggles the menu item by itself, so the icon must display the real state after the action.
 void ReceiverShell::act(ScreenAction action) {
     app.perform(action);
     if (action == ScreenAction::launchAtLogin) icon.display(app.menu());
@@ -51,7 +51,7 @@ void ReceiverShell::windowAppeared() {
 }
 
 void ReceiverShell::windowClosed() {
-    statusArea.end(); // what it has not found by now is not there for the user
+    statusArea.end(); // without a status area until now, the user cannot see an icon
     if (!StatusIcon::isPossible()) tellThatItGoesOn();
 }
 

@@ -1,4 +1,4 @@
-// The desktop shell: the window and the status icon around one ReceiverApp.
+// The desktop shell: the window and the status icon of one ReceiverApp.
 #pragma once
 
 #include "app/qt/receiver_window.h"
@@ -14,22 +14,21 @@ class QMessageBox;
 
 namespace lumbrine {
 
-// Main thread. Shows changes soon, and never more than 30 times a second; in the window nothing at all while it is
-// hidden.
+// Main thread. Draws changes soon, at most 30 times a second. A hidden window is not drawn.
 class ReceiverShell {
 public:
     static constexpr Duration shortestRefresh = seconds(1.0 / 30);
 
-    // Shows nothing yet. `quit` has the program end, after the action that asked for it.
+    // Shows nothing yet. `quit` must end the program after the current action has returned.
     ReceiverShell(ReceiverApp& receiverApp, Runtime& rt, std::function<void()> quit);
     ~ReceiverShell();
     ReceiverShell(const ReceiverShell&) = delete;
     ReceiverShell& operator=(const ReceiverShell&) = delete;
 
-    // Shows the window before all others. The first time this starts the receiver.
+    // Shows the window in front of all others. The first call starts the receiver.
     void openWindow();
 
-    // The program is about to end: nothing is on the screen any more.
+    // Hides everything, for the end of the program.
     void hide();
 
     ReceiverWindow& receiverWindow() { return window; }
@@ -49,7 +48,7 @@ private:
     ReceiverWindow window;
     StatusIcon icon;
     StatusAreaWait statusArea;
-    std::unique_ptr<QMessageBox> farewell; // told once, where there is no place for the icon
+    std::unique_ptr<QMessageBox> farewell; // shown once, when the window is closed and there is no status icon
     TimePoint lastRefresh = distantPast;
     bool refreshIsDue = false;
     const std::shared_ptr<const int> life = std::make_shared<int>(0);

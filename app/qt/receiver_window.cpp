@@ -22,7 +22,7 @@ constexpr int margin = 16;
 constexpr int spacing = 10;
 constexpr int usualWidth = 520;
 constexpr int usualHeight = 660;
-constexpr double headingSize = 1.3; // of the window's font
+constexpr double headingSize = 1.3; // times the window's font size
 constexpr int headingSymbol = 26;
 constexpr int lineSymbol = 18;
 
@@ -143,7 +143,7 @@ QLayout* ReceiverWindow::makeAddressRow() {
     return row;
 }
 
-// Closing the window by keyboard, and ending the program where no menu is at hand.
+// Keys for closing the window and for ending the program. On a desktop without status area there is no menu for it.
 void ReceiverWindow::addKeys() {
     auto* close = new QShortcut(QKeySequence(QKeySequence::Close), this);
     QObject::connect(close, &QShortcut::activated, this, [this] { this->close(); });
@@ -171,13 +171,13 @@ void ReceiverWindow::display(const ReceiverView& view, const std::vector<std::st
     log->display(logLines);
 }
 
-// What a button says never changes, so this is for the first time.
+// The text of a button never changes, so only the first call does something.
 void ReceiverWindow::display(QAbstractButton* button, const ScreenButton& shownButton) {
     if (!button->accessibleName().isEmpty()) return;
     const QKeySequence keys = button->shortcut();
     button->setIcon(symbolIcon(shownButton.symbol));
     button->setText(shown(shownButton.title));
-    button->setShortcut(keys); // a new text takes it away
+    button->setShortcut(keys); // setText has removed it
     if (!shownButton.help.empty()) button->setToolTip(shownTip(shownButton.help));
     button->setAccessibleName(shown(shownButton.title.empty() ? shownButton.help : shownButton.title));
     if (!shownButton.title.empty()) button->setAccessibleDescription(shown(shownButton.help));
@@ -187,7 +187,7 @@ void ReceiverWindow::display(QAbstractButton* button, const ScreenButton& shownB
 
 void ReceiverWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    if (focusWidget() == nullptr) setFocus(); // so that no key presses a button by accident
+    if (focusWidget() == nullptr) setFocus(); // otherwise Qt focuses a button, and the space bar presses it
     listener.appeared();
 }
 
@@ -212,7 +212,7 @@ bool ReceiverWindow::event(QEvent* event) {
     return handled;
 }
 
-// Texts that wrap need more height in a narrow window, which the toolkit does not ask for by itself.
+// Wrapped texts need more height in a narrow window. Qt's layout does not include that in the window's minimum size.
 void ReceiverWindow::keepTallEnough() {
     const QSize least = layout()->totalMinimumSize();
     const int leastWidth = std::max(minimumWindowWidth, least.width());

@@ -1,4 +1,4 @@
-// The main window: draws a ReceiverView and the log, and says what the user asks for.
+// The main window: draws a ReceiverView and the log, and reports the user's actions.
 #pragma once
 
 #include "app/receiver_screen.h"
@@ -20,15 +20,15 @@ class ReceiverWindow final : public QWidget {
 public:
     struct Listener {
         std::function<void(ScreenAction)> act;
-        std::function<void()> appeared; // it is on the screen, or is so again
-        std::function<void()> closed;   // by the user; it is hidden now
+        std::function<void()> appeared; // the window is on the screen, for the first time or again
+        std::function<void()> closed;   // the user has closed, and so hidden, the window
     };
 
     explicit ReceiverWindow(Listener windowListener);
 
     void display(const ReceiverView& view, const std::vector<std::string>& logLines);
 
-    // False while nobody can see it: then there is no need to display anything.
+    // False while the window is hidden or minimised. Then calls of `display` may be skipped.
     bool isOnScreen() const { return isVisible() && !isMinimized(); }
 
     StripsView& stripsView() { return *strips; }

@@ -42,7 +42,7 @@ void StatusIcon::display(const StatusMenu& menu) {
     }
 }
 
-// A toggle shows the real state and not the click: `display` sets it after each action.
+// A click toggles a checkable item by itself; `display` sets the real state after each action.
 void StatusIcon::build(const StatusMenu& menu) {
     popup.clear();
     actions.clear();

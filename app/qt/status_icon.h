@@ -15,15 +15,15 @@ namespace lumbrine {
 
 class StatusIcon {
 public:
-    // Not on the screen until it is to appear.
+    // Shows nothing until `appear`.
     explicit StatusIcon(std::function<void(ScreenAction)> act) : listener(std::move(act)) {}
 
-    // Once; where the desktop has no place for it, when it has one.
+    // Call once. Without a tray, the icon appears as soon as one does.
     void appear();
 
     void display(const StatusMenu& menu);
 
-    // False on desktops without a place for such icons; the answer may change. Not to be asked before it has appeared.
+    // False while the desktop has no tray. Do not call it before `appear`: Qt keeps the first answer (StatusAreaWait).
     static bool isPossible() { return QSystemTrayIcon::isSystemTrayAvailable(); }
 
     const QMenu& menu() const { return popup; }
@@ -33,7 +33,7 @@ private:
     void build(const StatusMenu& menu);
 
     const std::function<void(ScreenAction)> listener;
-    QMenu popup; // outlives the icon, which shows it
+    QMenu popup; // declared before the icon, which uses it until its destruction
     std::unique_ptr<QSystemTrayIcon> icon;
     std::vector<QAction*> actions; // one for each item of the menu
     double shownOpacity = -1;

@@ -1,4 +1,4 @@
-// The upper part of the window: whether Pro Tools and a client are there, and what to do when Pro Tools is not.
+// The upper part of the window: the state of Pro Tools and of the client, and the notice while Pro Tools is missing.
 #pragma once
 
 #include "app/receiver_screen.h"
@@ -8,7 +8,7 @@
 
 namespace lumbrine {
 
-// A frame with round corners that lifts off the window.
+// A frame with round corners that stands out from the window.
 class Card : public QFrame {
 public:
     explicit Card(QWidget* parent) : QFrame(parent) {}
@@ -17,7 +17,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 };
 
-// A light that is on or off, a title, and what there is to say.
+// A light that is on or off, a title and a detail.
 class StatusRow final : public QWidget {
 public:
     explicit StatusRow(QWidget* parent);
@@ -36,7 +36,7 @@ private:
     bool lit = false;
 };
 
-// A symbol and a paragraph in the colour of warnings.
+// A symbol and a paragraph on the background colour of warnings.
 class NoticeBox final : public QFrame {
 public:
     explicit NoticeBox(QWidget* parent);

@@ -10,14 +10,14 @@ namespace lumbrine {
 namespace {
 
 constexpr double stripCorner = 5;
-constexpr double inset = 4; // between the edge of a strip and what is on it
+constexpr double inset = 4; // between the edge of a strip and its contents
 constexpr double colourBand = 4;
 constexpr double switchHeight = 14;
 constexpr double gap = 4;
 constexpr double capHeight = 13;
 constexpr double capWidth = 22;
 constexpr double shortestFader = 44;
-constexpr double nameShare = 0.86; // of the window's font
+constexpr double nameShare = 0.86; // times the window's font size
 constexpr double letterShare = 0.72;
 
 const QColor muteLit("#f0953a");
@@ -36,7 +36,7 @@ QFont scaled(QFont font, double share, QFont::Weight weight) {
     return font;
 }
 
-// As many characters as there is room for: on so little of it each one tells more than a sign that some are missing.
+// Clips instead of eliding: at this width "…" would cost a letter.
 QString cutToFit(QString text, const QFontMetricsF& metrics, double width) {
     while (!text.isEmpty() && metrics.horizontalAdvance(text) > width) {
         text.chop(text.back().isLowSurrogate() ? 2 : 1);

@@ -1,4 +1,4 @@
-// How one channel strip looks.
+// Paints one channel strip.
 #pragma once
 
 #include "app/qt/colours.h"
@@ -30,7 +30,7 @@ private:
     QFont nameFont;
 };
 
-// How high a strip has to be for everything on it.
+// The smallest height of a strip in pixels at which everything fits.
 int stripHeight(const QFont& font);
 
 } // namespace lumbrine

@@ -15,7 +15,7 @@ namespace lumbrine {
 namespace {
 
 constexpr int gapBetween = 3;
-constexpr int narrowest = 38; // a strip that keeps its four characters
+constexpr int narrowest = 38; // a strip of this width has room for four characters
 constexpr double standBack = 0.45;
 
 } // namespace
@@ -101,7 +101,7 @@ void StripsView::focusOutEvent(QFocusEvent* event) {
     update();
 }
 
-// On hovering, the strip under the pointer in words.
+// Shows the description of the strip under the pointer as a tooltip.
 bool StripsView::event(QEvent* event) {
     if (event->type() != QEvent::ToolTip) return QWidget::event(event);
     const auto* help = static_cast<QHelpEvent*>(event);

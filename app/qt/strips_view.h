@@ -1,4 +1,4 @@
-// The channel strips as the surfaces show them, painted by one widget: only what has changed is painted again.
+// The channel strips as the surfaces show them, in one widget. Only strips that have changed are painted again.
 #pragma once
 
 #include "app/receiver_screen.h"
@@ -12,10 +12,10 @@ class StripsView final : public QWidget {
 public:
     explicit StripsView(QWidget* parent);
 
-    // `live`: Pro Tools shows them at this moment; else they stand back.
+    // `live` is true while Pro Tools is connected. Otherwise the strips are painted fainter.
     void display(const std::vector<StripView>& strips, bool live);
 
-    int paintCount() const { return paints; } // how often it has been painted
+    int paintCount() const { return paints; } // the number of paint events so far
 
     QSize minimumSizeHint() const override;
     QSize sizeHint() const override;
@@ -27,7 +27,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    int columns() const; // a narrow window shows two surfaces one above the other
+    int columns() const; // in a narrow window, the second surface is below the first
     QRect placeOf(std::size_t strip) const;
     void describe();
 

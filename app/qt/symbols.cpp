@@ -10,7 +10,7 @@ namespace lumbrine {
 
 namespace {
 
-constexpr double grid = 24; // the symbols are drawn on a square of so many units
+constexpr double grid = 24; // symbols are drawn in a square of 24 x 24 units
 
 void paintSliders(QPainter& painter) {
     constexpr std::array<std::array<double, 2>, 3> knobs{{{5.5, 15.5}, {12, 8}, {18.5, 13}}};
@@ -64,7 +64,7 @@ void paintPlay(QPainter& painter, const QColor& colour) {
     painter.fillPath(path, colour);
 }
 
-// Draws anew for every size, scale and palette.
+// Paints the symbol again for every size, scale and palette, where a QIcon would scale a picture.
 class SymbolEngine : public QIconEngine {
 public:
     explicit SymbolEngine(Symbol drawn) : symbol(drawn) {}

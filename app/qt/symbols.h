@@ -1,4 +1,4 @@
-// The symbols of the window and the status icon, drawn by ourselves so that they are sharp at every scale.
+// The symbols of the window and of the status icon. They are drawn as vectors, so they are sharp at every scale.
 #pragma once
 
 #include "app/receiver_screen.h"
@@ -9,13 +9,13 @@
 
 namespace lumbrine {
 
-// Within the square of `box`, in one colour.
+// Paints a symbol inside `box`, a square, in one colour.
 void paintSymbol(QPainter& painter, const QRectF& box, Symbol symbol, const QColor& colour);
 
-// A symbol in the colour of the text on buttons, whatever the palette becomes.
+// An icon in the text colour of buttons. It follows changes of the palette.
 QIcon symbolIcon(Symbol symbol);
 
-// The program's own picture: the symbol on a dark plate, which shows on panels of every colour.
+// The program's icon: the symbol on a dark plate, which is visible on panels of any colour.
 QIcon programIcon(Symbol symbol, double opacity);
 
 } // namespace lumbrine

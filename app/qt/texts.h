@@ -1,4 +1,4 @@
-// Texts between the program's UTF-8 and the toolkit.
+// Converts UTF-8 texts of the program to Qt's strings.
 #pragma once
 
 #include <QString>
@@ -10,7 +10,7 @@ inline QString shown(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-// What appears on hovering: a long text wraps, and whatever is in it, a track's name too, is shown as it is.
+// The text of a tooltip. As rich text it wraps; it is escaped, so that a track name with markup is shown literally.
 inline QString shownTip(std::string_view text) {
     return QStringLiteral("<qt>") + shown(text).toHtmlEscaped() + QStringLiteral("</qt>");
 }

@@ -1,4 +1,4 @@
-// The few texts that the toolkit itself shows, in the user's language.
+// Translates the few texts that Qt itself shows.
 #pragma once
 
 #include "base/bilingual.h"
@@ -7,7 +7,7 @@
 
 namespace lumbrine {
 
-// To be installed in the application. Knows what stands in the menus of texts that can be selected.
+// A translator for QCoreApplication::installTranslator. It covers the context menu of selectable texts.
 class ToolkitTexts final : public QTranslator {
 public:
     explicit ToolkitTexts(Bilingual bilingual) : text(bilingual) {}

@@ -1,4 +1,4 @@
-// A login service that the test decides about.
+// For tests: a login service whose state and failures the test sets.
 #pragma once
 
 #include "platform/api/login_service.h"
@@ -11,8 +11,8 @@ namespace lumbrine {
 class FakeLoginService final : public LoginService {
 public:
     bool enabled = false;
-    std::optional<std::string> failure; // of every change
-    int changes = 0;                    // that were asked for
+    std::optional<std::string> failure; // when set, every change fails with it
+    int changes = 0;                    // the number of attempted changes
 
     bool isEnabled() override { return enabled; }
     std::expected<void, std::string> registerApplication() override { return change(true); }
