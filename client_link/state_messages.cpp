@@ -67,11 +67,8 @@ void appendCountedText(Bytes& message, std::string_view text) {
 }
 
 void appendColor(Bytes& message, std::optional<RGBColor> color) {
-    const RGBColor rgb = color.value_or(0);
-    message.push_back(flag(color.has_value()));
-    message.push_back(static_cast<std::uint8_t>(rgb >> 16));
-    message.push_back(static_cast<std::uint8_t>(rgb >> 8));
-    message.push_back(static_cast<std::uint8_t>(rgb));
+    const RGBColor shown = color.value_or(0x000000);
+    message.insert(message.end(), {flag(color.has_value()), shown.red(), shown.green(), shown.blue()});
 }
 
 void appendFader(Bytes& message, double value) {

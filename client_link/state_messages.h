@@ -4,6 +4,7 @@
 
 #include "base/bytes.h"
 #include "base/fader_value.h"
+#include "base/rgb_color.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -13,9 +14,6 @@
 #include <vector>
 
 namespace lumbrine {
-
-// 0xRRGGBB.
-using RGBColor = std::uint32_t;
 
 // The LEDs of one strip. Solo never blinks.
 enum class SwitchLight : std::uint8_t { off = 0, on = 1, blinking = 2 };

@@ -1,7 +1,7 @@
 #include "ptsl/ptsl_track.h"
 
 #include <algorithm>
-#include <array>
+#include <charconv>
 #include <cmath>
 #include <initializer_list>
 #include <optional>
@@ -87,11 +87,20 @@ bool boolValue(const JSONValue* value) {
     return number != nullptr && *number != 0;
 }
 
+std::optional<RGBColor> parseColor(std::string_view text) {
+    if (text.starts_with('#')) text.remove_prefix(1);
+    if (text.size() != 8 && text.size() != 6) return std::nullopt;
+    std::uint32_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, 16);
+    if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+    return value;
+}
+
 PTSLTrack trackFrom(const JSONValue::Object& object, std::int64_t position) {
     PTSLTrack track;
     track.index = wholeNumber(object.find("index")).value_or(position + 1);
     track.name = textOf(object.find("name"));
-    track.colorHex = textOf(object.find("color"));
+    track.color = parseColor(textOf(object.find("color")));
     const auto* attributes = objectOf(object.find("track_attributes"));
     if (attributes == nullptr) attributes = objectOf(object.find("trackAttributes"));
     if (attributes != nullptr) readAttributes(*attributes, track);

@@ -2,9 +2,12 @@
 #pragma once
 
 #include "base/json_value.h"
+#include "base/rgb_color.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace lumbrine {
@@ -12,7 +15,7 @@ namespace lumbrine {
 struct PTSLTrack {
     std::int64_t index = 0; // from 1
     std::string name = {};
-    std::string colorHex = {}; // as received, for example "#ff336699" (alpha, red, green, blue)
+    std::optional<RGBColor> color = {};
     bool isSelected = false;
     bool isInputMonitoringOn = false; // only when set on the track itself, not when implied by another setting
     bool isHidden = false;
@@ -30,6 +33,9 @@ PTSLTrack trackFrom(const JSONValue::Object& track, std::int64_t position);
 
 // Reads the tracks of a reply, in order. Empty when the reply has no list of objects.
 std::vector<PTSLTrack> tracksFrom(const JSONValue::Object& reply);
+
+// Reads "#AARRGGBB" or "#RRGGBB", with or without "#", and drops the alpha. Empty for any other text.
+std::optional<RGBColor> parseColor(std::string_view text);
 
 // Read the attributes of a track; null stands for a missing attribute. A state with four values is a name or a number:
 // 1 not set, 2 set on the track, 3 implied by another setting, 4 both. A fraction of the number is cut off.

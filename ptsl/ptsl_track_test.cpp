@@ -38,7 +38,7 @@ TEST(PTSLTrack, IsReadFromItsObject) {
                                                                    {"is_record_enabled", true},
                                                                    {"is_frozen", true}}}},
                                       0);
-    EXPECT_EQ(track, (PTSLTrack{7, "ボーカル", "#ff2a2a2a", true, true, true, true, true, true, true}));
+    EXPECT_EQ(track, (PTSLTrack{7, "ボーカル", 0x2A2A2A, true, true, true, true, true, true, true}));
 }
 
 TEST(PTSLTrack, IsReadInCamelCaseToo) {
@@ -50,7 +50,7 @@ TEST(PTSLTrack, IsReadInCamelCaseToo) {
                                                                   {"isSoloed", true},
                                                                   {"isRecordEnabled", true}}}},
                                       0);
-    EXPECT_EQ(track, (PTSLTrack{1, "", "", true, true, true, true, true, true, true}));
+    EXPECT_EQ(track, (PTSLTrack{1, "", std::nullopt, true, true, true, true, true, true, true}));
 }
 
 TEST(PTSLTrack, SetsEachFlagFromItsOwnAttribute) {
@@ -99,10 +99,28 @@ TEST(PTSLTrack, TakesAWholeNumberForItsIndexAndNothingElse) {
         EXPECT_EQ(indexFrom(value), 3);
 }
 
-TEST(PTSLTrack, HasEmptyTextsWhereThereIsNoText) {
+TEST(PTSLTrack, HasNoNameOrColourWhereThereIsNoText) {
     const PTSLTrack track = trackFrom({{"name", 5}, {"color", JSONValue()}}, 0);
     EXPECT_EQ(track.name, "");
-    EXPECT_EQ(track.colorHex, "");
+    EXPECT_EQ(track.color, std::nullopt);
+}
+
+TEST(PTSLTrack, HasTheColourOfItsText) {
+    EXPECT_EQ(trackFrom({{"color", "#ff336699"}}, 0).color, 0x336699U);
+    EXPECT_EQ(trackFrom({{"color", "none"}}, 0).color, std::nullopt);
+}
+
+TEST(ParseColor, TakesSixOrEightHexadecimalDigitsAndDropsTheAlpha) {
+    EXPECT_EQ(parseColor("#FF336699"), 0x336699U);
+    EXPECT_EQ(parseColor("336699"), 0x336699U);
+    EXPECT_EQ(parseColor("#aAbBcC"), 0xAABBCCU);
+    EXPECT_EQ(parseColor("00000000"), 0U);
+}
+
+TEST(ParseColor, TakesNothingElse) {
+    for (const char* text : {"", "#", "#12345", "GG3366", "#1234567", "##336699", "0x3366", "-33669", "+33669",
+                             " 33669", "33669 ", "#FF3366990", "３３６"})
+        EXPECT_EQ(parseColor(text), std::nullopt) << text;
 }
 
 TEST(TrackList, IsFoundUnderEitherKey) {

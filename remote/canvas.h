@@ -1,7 +1,7 @@
 // A page of styled characters, as large as a terminal: what the layout fills and a terminal draws.
 #pragma once
 
-#include "remote/receiver_message.h"
+#include "base/rgb_color.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -19,7 +19,7 @@ struct Style {
     bool bold = false;
     bool dim = false;
     bool reverse = false;
-    std::optional<RGB> background = {}; // the terminal takes the nearest colour it has, and black or white upon it
+    std::optional<RGBColor> background = {}; // the terminal takes the nearest colour it has, and black or white upon it
 
     bool operator==(const Style&) const = default;
 };

@@ -28,31 +28,19 @@ int cursesColorOf(Ink ink) {
     return noColor;
 }
 
-struct Channels {
-    int red;
-    int green;
-    int blue;
-};
-
-Channels channelsOf(RGB color) {
-    return {static_cast<int>(color >> 16 & 0xFF), static_cast<int>(color >> 8 & 0xFF), static_cast<int>(color & 0xFF)};
-}
-
 // Of the 256 colours from 16 on are a cube of six shades of each channel: 0, 95, 135, 175, 215, 255.
 int shadeOf(int channel) {
     return channel < 48 ? 0 : channel < 115 ? 1 : (channel - 35) / 40;
 }
 
-int nearestColor(RGB color) {
-    const auto [red, green, blue] = channelsOf(color);
-    if (COLORS >= 256) return 16 + 36 * shadeOf(red) + 6 * shadeOf(green) + shadeOf(blue);
-    return (red > 127 ? 1 : 0) + (green > 127 ? 2 : 0) + (blue > 127 ? 4 : 0);
+int nearestColor(RGBColor color) {
+    if (COLORS >= 256) return 16 + 36 * shadeOf(color.red()) + 6 * shadeOf(color.green()) + shadeOf(color.blue());
+    return (color.red() > 127 ? 1 : 0) + (color.green() > 127 ? 2 : 0) + (color.blue() > 127 ? 4 : 0);
 }
 
 // Black or white, whichever can be read upon that colour.
-int readableUpon(RGB color) {
-    const auto [red, green, blue] = channelsOf(color);
-    const bool bright = 299 * red + 587 * green + 114 * blue > 128 * 1000;
+int readableUpon(RGBColor color) {
+    const bool bright = 299 * color.red() + 587 * color.green() + 114 * color.blue() > 128 * 1000;
     if (COLORS >= 256) return bright ? 16 : 231;
     return bright ? COLOR_BLACK : COLOR_WHITE;
 }

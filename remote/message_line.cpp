@@ -21,10 +21,10 @@ std::string textOf(const std::optional<FaderValue>& value) {
     return value ? textOf(*value) : "unknown";
 }
 
-std::string textOf(const std::optional<RGB>& color) {
+std::string textOf(const std::optional<RGBColor>& color) {
     if (!color) return "none";
     std::array<char, 16> text{};
-    std::snprintf(text.data(), text.size(), "#%06x", *color);
+    std::snprintf(text.data(), text.size(), "#%02x%02x%02x", color->red(), color->green(), color->blue());
     return text.data();
 }
 

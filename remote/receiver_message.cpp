@@ -51,10 +51,10 @@ std::string textOf(ByteView bytes) {
 template <typename T>
 using Checked = std::optional<std::optional<T>>;
 
-Checked<RGB> colorOf(ByteView bytes) {
-    const RGB rgb = static_cast<RGB>(bytes[1] << 16 | bytes[2] << 8 | bytes[3]);
-    if (bytes[0] == 1) return Checked<RGB>(std::in_place, rgb);
-    if (bytes[0] == 0 && rgb == 0) return Checked<RGB>(std::in_place);
+Checked<RGBColor> colorOf(ByteView bytes) {
+    const RGBColor color(static_cast<std::uint32_t>(bytes[1] << 16 | bytes[2] << 8 | bytes[3]));
+    if (bytes[0] == 1) return Checked<RGBColor>(std::in_place, color);
+    if (bytes[0] == 0 && color == 0x000000) return Checked<RGBColor>(std::in_place);
     return std::nullopt;
 }
 

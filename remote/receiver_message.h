@@ -6,6 +6,7 @@
 
 #include "base/bytes.h"
 #include "base/fader_value.h"
+#include "base/rgb_color.h"
 #include "base/strip.h"
 
 #include <cstddef>
@@ -25,8 +26,6 @@ inline constexpr std::uint8_t maxPanPosition = 11;
 
 enum class Light : std::uint8_t { off = 0, on = 1, blinking = 2 };
 enum class PanSide : std::uint8_t { left = 0, right = 1 };
-
-using RGB = std::uint32_t; // 0xRRGGBB
 
 // The code of an automation mode: 0 unknown, 1 read, 2 touch, 3 latch, 4 write, 5 off; 9-12 the first four with trim.
 using AutoMode = std::uint8_t;
@@ -91,7 +90,7 @@ struct FullName {
     bool operator==(const FullName&) const = default;
 };
 struct Colors {
-    std::vector<std::optional<RGB>> strips;
+    std::vector<std::optional<RGBColor>> strips;
     bool operator==(const Colors&) const = default;
 };
 struct InputMons {
@@ -104,7 +103,7 @@ struct TrackRow {
     bool mute = false;
     bool solo = false;
     bool record = false;
-    std::optional<RGB> color = {};
+    std::optional<RGBColor> color = {};
     bool inputMonitor = false;
     bool select = false;
     std::string name = {};    // at most 48 bytes; meant to be UTF-8, not checked

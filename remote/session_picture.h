@@ -20,7 +20,7 @@ struct StripPicture {
     StripLights lights;
     bool select = false;
     std::array<RingPosition, 2> pan; // by PanSide
-    std::optional<RGB> color;
+    std::optional<RGBColor> color;
     bool inputMonitor = false;
     AutoMode autoMode = 0;
     MeterLevels meters;

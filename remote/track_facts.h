@@ -16,7 +16,7 @@ struct TrackFacts {
     StripLights lights = {};
     bool inputMonitor = false;
     bool select = false;
-    std::optional<RGB> color = {};
+    std::optional<RGBColor> color = {};
     AutoMode autoMode = 0;
     SessPan pan = {};
     std::string comment = {};

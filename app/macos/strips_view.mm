@@ -20,8 +20,8 @@ constexpr CGFloat railBottom = 10;
 constexpr CGFloat capHeight = 8;
 
 NSColor* trackColor(lumbrine::RGBColor color) {
-    const auto part = [color](unsigned shift) { return static_cast<CGFloat>(color >> shift & 0xFF) / 255; };
-    return [NSColor colorWithSRGBRed:part(16) green:part(8) blue:part(0) alpha:1];
+    const auto share = [](std::uint8_t part) { return static_cast<CGFloat>(part) / 255; };
+    return [NSColor colorWithSRGBRed:share(color.red()) green:share(color.green()) blue:share(color.blue()) alpha:1];
 }
 
 void fill(NSRect rect, CGFloat radius, NSColor* color) {

@@ -78,7 +78,8 @@ void StripPainter::paint(QPainter& painter, const QRectF& place, const StripView
 
 void StripPainter::paintHeader(QPainter& painter, const QRectF& place, const StripView& strip) const {
     painter.setPen(Qt::NoPen);
-    painter.setBrush(strip.color ? QColor::fromRgb(*strip.color) : colours.line);
+    painter.setBrush(strip.color ? QColor(strip.color->red(), strip.color->green(), strip.color->blue())
+                                 : colours.line);
     painter.drawRoundedRect(place, colourBand / 2, colourBand / 2);
 }
 

@@ -1,4 +1,5 @@
 // Scanning the banks: when, how, and what comes of it.
+#include "base/fader_value.h"
 #include "model/testing/banking_host.h"
 #include "model/testing/model_test.h"
 

@@ -1,5 +1,7 @@
 #include "model/mirror/client_mirror.h"
 
+#include "client_link/state_messages.h"
+
 #include <cassert>
 #include <utility>
 

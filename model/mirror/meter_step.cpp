@@ -1,5 +1,7 @@
 #include "model/mirror/meter_step.h"
 
+#include "client_link/state_messages.h"
+
 namespace lumbrine {
 
 MeterStep::MeterStep(const Jobs& modelJobs, const ReceiverState& receiverState, MeterBank& meterBank,

@@ -1,5 +1,7 @@
 #include "model/mirror/track_table.h"
 
+#include "client_link/state_messages.h"
+
 #include <algorithm>
 #include <cassert>
 #include <utility>

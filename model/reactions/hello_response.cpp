@@ -1,5 +1,7 @@
 #include "model/reactions/hello_response.h"
 
+#include "client_link/state_messages.h"
+
 #include <algorithm>
 
 namespace lumbrine {

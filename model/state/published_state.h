@@ -1,8 +1,8 @@
 // What a shell shows of the receiver. Written and read on the main thread only.
 #pragma once
 
+#include "base/rgb_color.h"
 #include "base/strip.h"
-#include "client_link/state_messages.h"
 
 #include <array>
 #include <functional>

@@ -1,7 +1,7 @@
 #include "model/tracks/track_adoption.h"
 
 #include <algorithm>
-#include <charconv>
+#include <functional>
 #include <utility>
 
 namespace lumbrine {
@@ -27,15 +27,6 @@ bool store(Values& known, Values values) {
 }
 
 } // namespace
-
-std::optional<RGBColor> parseColor(std::string_view text) {
-    if (text.starts_with('#')) text.remove_prefix(1);
-    if (text.size() != 8 && text.size() != 6) return std::nullopt;
-    std::uint32_t value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value, 16);
-    if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-    return value & 0xFFFFFF;
-}
 
 TrackAdoption::TrackAdoption(ReceiverState& receiverState, ClientMirror& clientMirror, ActivityLog& activityLog,
                              Bilingual bilingual)
@@ -77,8 +68,7 @@ void TrackAdoption::adoptNames(const TrackList& tracks, std::string_view source)
 }
 
 void TrackAdoption::adoptColors(const TrackList& tracks) {
-    const auto colorOf = [](const PTSLTrack& track) { return parseColor(track.colorHex); };
-    if (!store(state.published.trackMapColors, column<std::optional<RGBColor>>(tracks, colorOf))) return;
+    if (!store(state.published.trackMapColors, column<std::optional<RGBColor>>(tracks, &PTSLTrack::color))) return;
     state.published.changed();
     state.session.fullTableDirty = true;
     mirror.sendVisibleColors();

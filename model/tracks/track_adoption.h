@@ -4,22 +4,17 @@
 #pragma once
 
 #include "base/bilingual.h"
-#include "client_link/state_messages.h"
 #include "model/mirror/client_mirror.h"
 #include "model/state/activity_log.h"
 #include "model/state/receiver_state.h"
 #include "ptsl/ptsl_track.h"
 
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace lumbrine {
-
-// "#AARRGGBB", "#RRGGBB", either without "#": the colour without its alpha. Absent for everything else.
-std::optional<RGBColor> parseColor(std::string_view text);
 
 class TrackAdoption {
 public:

@@ -90,7 +90,7 @@ TEST(ClientProtocolMessages, CarryWhatEachStripShows) {
     std::vector<std::optional<RGBColor>> colors(8);
     colors[1] = 0x000000;
     colors[2] = 0xFF8001;
-    expectRead(colorsMessage(colors), remote::Colors{{colors.begin(), colors.end()}});
+    expectRead(colorsMessage(colors), remote::Colors{colors});
     const std::vector<std::uint8_t> modes{0, 1, 2, 3, 4, 5, 9, 10, 11, 12};
     expectRead(autoModesMessage(modes), remote::AutoModes{modes});
 }

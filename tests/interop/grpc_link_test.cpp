@@ -39,7 +39,7 @@ protected:
         for (const SimulatedTrack& track : session.tracks())
             tracks.push_back({.index = static_cast<std::int64_t>(tracks.size()) + 1,
                               .name = track.name,
-                              .colorHex = track.color,
+                              .color = parseColor(track.color),
                               .isSelected = track.selected,
                               .isInputMonitoringOn = track.inputMonitor,
                               .isHidden = track.hidden || session.hiddenByFolder(track),

@@ -25,7 +25,7 @@ TEST_F(ScriptingTest, ListsTheSession) {
     start({}, 40, {.folders = 1});
     ASSERT_EQ(list(), "done");
     EXPECT_EQ(names(tracks), names(proTools->session()));
-    EXPECT_EQ(tracks[0].colorHex, "#ffd94c3d");
+    EXPECT_EQ(tracks[0].color, 0xD94C3DU);
     EXPECT_EQ(tracks[1].index, 2);
     EXPECT_TRUE(tracks[1].isHidden); // by the folder
     EXPECT_FALSE(tracks[0].isHidden);

@@ -30,7 +30,7 @@ const std::string threeTracks = R"({"track_list":[
   {"name":"Aux"}],"pagination_response":{"total":3,"limit":1000,"offset":0}})";
 
 const std::vector<PTSLTrack> threeExpected{
-    {.index = 1, .name = "Kick", .colorHex = "#ff336699", .isSelected = true, .isMuted = true},
+    {.index = 1, .name = "Kick", .color = 0x336699, .isSelected = true, .isMuted = true},
     {.index = 2, .name = "ボーカル", .isInputMonitoringOn = true, .isHidden = true, .isRecordEnabled = true},
     {.index = 3, .name = "Aux"}};
 
@@ -98,8 +98,7 @@ TEST_F(TrackListReply, MayHaveAThousandTracks) {
                 "\",\"color\":\"#ff336699\",\"track_attributes\":{\"is_hidden\":\"TAState_None\",\"is_muted\":true}}";
     const auto tracks = tracksIn(list + "]}");
     ASSERT_EQ(tracks.size(), 1000u);
-    EXPECT_EQ(tracks[999],
-              (PTSLTrack{.index = 1000, .name = "トラック 1000", .colorHex = "#ff336699", .isMuted = true}));
+    EXPECT_EQ(tracks[999], (PTSLTrack{.index = 1000, .name = "トラック 1000", .color = 0x336699, .isMuted = true}));
 }
 
 TEST_F(TrackListReply, MustBeAnObject) {

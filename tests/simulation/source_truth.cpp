@@ -19,8 +19,7 @@ bool listsOthers(const SimulatedProTools& proTools) {
 } // namespace
 
 RGBColor colorOf(const std::string& argb) {
-    constexpr unsigned long rgb = 0xFFFFFF;
-    return static_cast<RGBColor>(std::strtoul(argb.c_str() + 1, nullptr, 16) & rgb);
+    return static_cast<std::uint32_t>(std::strtoul(argb.c_str() + 1, nullptr, 16));
 }
 
 std::vector<HostTrack> tracksOf(const SimulatedProTools& proTools) {

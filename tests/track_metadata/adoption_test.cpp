@@ -83,8 +83,7 @@ TEST_F(JapaneseTrackAdoptionTest, TellsOfNewNamesInJapanese) {
 
 TEST_F(TrackAdoptionTest, TakesColoursAndStatesOfEachTrack) {
     TrackList tracks = listOf(3);
-    tracks[0].colorHex = "#ff336699";
-    tracks[1].colorHex = "no colour";
+    tracks[0].color = 0x336699;
     tracks[0].isInputMonitoringOn = true;
     tracks[1].isMuted = true;
     tracks[2].isSoloed = true;
@@ -101,7 +100,7 @@ TEST_F(TrackAdoptionTest, HasTheTableSentAgainWhenAnythingChangedAndOnlyThen) {
     const TrackList before = listOf(3);
     const auto changes = std::to_array<void (*)(PTSLTrack&)>({
         [](PTSLTrack& track) { track.name = "New"; },
-        [](PTSLTrack& track) { track.colorHex = "336699"; },
+        [](PTSLTrack& track) { track.color = 0x336699; },
         [](PTSLTrack& track) { track.isInputMonitoringOn = true; },
         [](PTSLTrack& track) { track.isMuted = true; },
         [](PTSLTrack& track) { track.isSoloed = true; },
@@ -117,19 +116,6 @@ TEST_F(TrackAdoptionTest, HasTheTableSentAgainWhenAnythingChangedAndOnlyThen) {
         adoption.adopt({after}, "PTSL");
         EXPECT_TRUE(session.fullTableDirty);
     }
-}
-
-TEST(ParseColor, TakesSixOrEightHexadecimalDigitsAndDropsTheAlpha) {
-    EXPECT_EQ(parseColor("#FF336699"), 0x336699U);
-    EXPECT_EQ(parseColor("336699"), 0x336699U);
-    EXPECT_EQ(parseColor("#aAbBcC"), 0xAABBCCU);
-    EXPECT_EQ(parseColor("00000000"), 0U);
-}
-
-TEST(ParseColor, TakesNothingElse) {
-    for (const char* text : {"", "#", "#12345", "GG3366", "#1234567", "##336699", "0x3366", "-33669", "+33669",
-                             " 33669", "33669 ", "#FF3366990", "３３６"})
-        EXPECT_EQ(parseColor(text), std::nullopt) << text;
 }
 
 } // namespace
