@@ -53,8 +53,8 @@ if(LUMBRINE_SANITIZE)
 endif()
 if(LUMBRINE_COVERAGE)
     # Tests, too: what a header defines is linked once, from whichever object comes first.
-    add_compile_options(--coverage -fprofile-update=atomic)
-    add_link_options(--coverage)
+    add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
+    add_link_options(-fprofile-instr-generate)
 endif()
 
 find_package(Threads REQUIRED)

@@ -1,17 +1,32 @@
 """coverage.py: which lines and branches the tests of virtual time go through, of the sources that decide the receiver's
 behaviour. Prints every line that does not run or lacks a branch, and a table. Ends well when the goals are kept.
 
-Branches that an exception or a failed assertion would take, and those that the compiler adds where no source has any,
-do not count.
+A branch is one way on from a condition that stands in the source, each part of `a && b` by itself. What exceptions and
+failed assertions would do is no branch.
 """
+import collections
 import json
+import os
+import shutil
 import subprocess
 import sys
 
 from virtual_tests import FOLDERS, ROOT, build_programs, configure, programs, sources
 
 BUILD = ROOT / "build" / "coverage"
+PROFILES = BUILD / "profiles"
 LINE_GOAL, BRANCH_GOAL = 0.98, 0.92
+
+
+# What llvm-cov tells of a place in a file. `between`: not of a statement, but of what stands before the next one.
+Segment = collections.namedtuple("Segment", "line column count counted entered between")
+
+
+class Line:
+    """How often it ran, and each of its branches."""
+
+    def __init__(self, count):
+        self.count, self.branches = count, []
 
 
 class Count:
@@ -22,9 +37,9 @@ class Count:
 
     def add(self, line):
         self.lines += 1
-        self.lines_run += line["count"] > 0
-        self.branches += len(line["branches"])
-        self.branches_run += sum(branch["count"] > 0 for branch in line["branches"])
+        self.lines_run += line.count > 0
+        self.branches += len(line.branches)
+        self.branches_run += sum(count > 0 for count in line.branches)
 
     def __add__(self, other):
         both = Count()
@@ -36,45 +51,87 @@ class Count:
         return self.lines_run / max(self.lines, 1), self.branches_run / max(self.branches, 1)
 
 
-def measured():
-    """gcovr's lines of each source."""
-    told = subprocess.run(["gcovr", "--root", ROOT, BUILD, "--json", "-", "--exclude-throw-branches",
-                           "--exclude-unreachable-branches", "--exclude-branches-by-pattern", r".*\bassert\(.*",
-                           *[option for folder in FOLDERS for option in ("--filter", f"{ROOT}/{folder}")]],
-                          capture_output=True, text=True, check=False)
-    if told.returncode != 0:
-        sys.exit(told.stderr)
-    wanted = set(sources())
-    return {file["file"]: [line for line in file["lines"] if not line.get("gcovr/noncode")]
-            for file in json.loads(told.stdout)["files"] if file["file"] in wanted}
+def source_lines(path):
+    return (ROOT / path).read_text(encoding="utf-8").split("\n")
+
+
+def run(tests):
+    shutil.rmtree(PROFILES, ignore_errors=True)
+    os.environ["LLVM_PROFILE_FILE"] = str(PROFILES / "%p.profraw")
+    for test in tests:
+        if not test.passes():
+            sys.exit(f"{test.name} fails: {' '.join(map(str, test.command))}")
+
+
+def measured(tests):
+    """The counted lines of each source, by their numbers."""
+    merged = BUILD / "all.profdata"
+    subprocess.run(["llvm-profdata-19", "merge", "--sparse", "-o", merged, *PROFILES.glob("*.profraw")], check=True)
+    told = subprocess.run(["llvm-cov-19", "export", "--skip-functions", "--instr-profile", merged,
+                           *[option for test in tests for option in ("--object", test.command[0])]],
+                          cwd=ROOT, capture_output=True, text=True, check=True)
+    named = {path_of(file["filename"]): file for file in json.loads(told.stdout)["data"][0]["files"]}
+    return {path: counted_lines(path, named[path]) for path in sources() if path in named}
+
+
+def path_of(name):
+    """From the top of the tree. Where ccache shortens paths, the compiler names files from the build folder."""
+    path = os.path.relpath(ROOT / name, ROOT)
+    return path.removeprefix(f"{BUILD.relative_to(ROOT)}/")
+
+
+def counted_lines(path, file):
+    text = source_lines(path)
+    lines = {number: Line(count) for number, count in line_counts(file["segments"])
+             if any(map(str.isalnum, text[number - 1]))}
+    branches = collections.Counter()  # those of a template count once
+    for first, column, last, end, yes, no, *_ in file["branches"]:
+        if first in lines and "assert(" not in text[first - 1]:
+            branches[first, column, last, end, "yes"] += yes
+            branches[first, column, last, end, "no"] += no
+    for place, count in branches.items():
+        lines[place[0]].branches.append(count)
+    return lines
+
+
+def line_counts(segments):
+    """The lines with code and how often they ran. A segment reaches to the next one."""
+    begun = collections.defaultdict(list)
+    for segment in map(Segment._make, segments):
+        begun[segment.line].append(segment)
+    reaching = None
+    for number in range(min(begun), max(begun) + 1):
+        here = begun[number]
+        counts = [each.count for each in here if each.counted and each.entered and not each.between]
+        if reaching and reaching.counted and not reaching.between:
+            counts.append(reaching.count)
+        passed_over = here and here[0].entered and not here[0].counted  # a comment
+        if counts and not passed_over:
+            yield number, max(counts)
+        reaching = here[-1] if here else reaching
 
 
 def gaps(path, lines):
-    text = (ROOT / path).read_text(encoding="utf-8").split("\n")
-    for line in lines:
-        number = line["line_number"]
-        missed = sum(branch["count"] == 0 for branch in line["branches"])
-        if line["count"] == 0:
+    text = source_lines(path)
+    for number, line in sorted(lines.items()):
+        missed = line.branches.count(0)
+        if line.count == 0:
             yield f"{path}:{number}  not run       {text[number - 1].strip()}"
         elif missed:
-            yield f"{path}:{number}  {missed} of {len(line['branches'])} missed  {text[number - 1].strip()}"
+            yield f"{path}:{number}  {missed} of {len(line.branches)} missed  {text[number - 1].strip()}"
 
 
 def main():
     configure(ROOT, "coverage")
-    for old in BUILD.rglob("*.gcda"):
-        old.unlink()
     made, output = build_programs(BUILD, programs(BUILD))
     if not made:
         sys.exit(output)
-    for test in programs(BUILD):
-        if not test.passes():
-            sys.exit(f"{test.name} fails")
+    tests = programs(BUILD)
+    run(tests)
 
     counts = {folder: Count() for folder in FOLDERS}
-    files = measured()
-    for path, lines in sorted(files.items()):
-        for line in lines:
+    for path, lines in sorted(measured(tests).items()):
+        for line in lines.values():
             counts[next(folder for folder in FOLDERS if path.startswith(folder))].add(line)
         for gap in gaps(path, lines):
             print(gap)
