@@ -38,6 +38,15 @@ TEST(JSONObject, IsEqualInAnyOrder) {
     EXPECT_NE((Object{{"a", 1}, {"b", 1}}), (Object{{"a", 1}}));
 }
 
+TEST(JSONObject, IsAssignedAsACopy) {
+    const Object original{{"a", 1}};
+    Object copy{{"b", 2}};
+    copy = original;
+    EXPECT_EQ(copy, original);
+    copy.add("c") = 3;
+    EXPECT_EQ(original, (Object{{"a", 1}}));
+}
+
 TEST(JSONObject, IsComparedInTimeHoweverDeepItIs) {
     Object one;
     Object other;

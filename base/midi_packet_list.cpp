@@ -24,7 +24,7 @@ Number load(ByteView bytes, std::size_t offset) {
 
 bool MIDIPacketList::add(ByteView data) {
     const std::size_t start = roundUpTo4(used);
-    if (data.size() > capacity || start + packetHeaderSize + data.size() > capacity) return false;
+    if (start + packetHeaderSize + data.size() > capacity) return false;
     const auto length = static_cast<std::uint16_t>(data.size());
     std::memcpy(buffer.data() + start + 8, &length, sizeof length);
     std::ranges::copy(data, buffer.begin() + static_cast<std::ptrdiff_t>(start + packetHeaderSize));
