@@ -32,8 +32,7 @@ std::optional<std::uint64_t> announcedToken(ByteView bytes) {
 }
 
 bool sameAddress(const PeerAddress& one, const PeerAddress& other) {
-    return one.length == other.length && one.length <= one.storage.size() &&
-           std::memcmp(one.storage.data(), other.storage.data(), one.length) == 0;
+    return one.length == other.length && std::memcmp(one.storage.data(), other.storage.data(), one.length) == 0;
 }
 
 UDPError err(std::string_view call, int result) {

@@ -14,7 +14,7 @@ namespace lumbrine {
 // are.
 struct PeerAddress {
     alignas(8) std::array<std::uint8_t, 128> storage{};
-    std::uint32_t length = 128;
+    std::uint32_t length = 128; // never more
 };
 
 // A call that returns int returns a negative errno value when it fails.
