@@ -48,6 +48,7 @@ TEST(ResponseEnvelope, MayBeEmpty) {
 
 TEST(ResponseEnvelope, SkipsWhatIsNotListed) {
     EXPECT_EQ(responseEnvelope({0x20, 0x07,                          // field 4
+                                0x22, 0x01, 'x',                     // field 4 as bytes
                                 0x0A, 0x0F,                          // header:
                                 0x0A, 0x02, 'i', 'd',                //   task
                                 0x18, 0x04,                          //   status

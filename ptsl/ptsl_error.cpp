@@ -14,9 +14,9 @@ std::string PTSLError::description(const Bilingual& text) const {
         return text("Cannot reach Pro Tools' PTSL (not running or disabled)",
                     "Pro Tools の PTSL に繋がらない (未起動か無効)");
     case Case::timedOut:
-        return text("PTSL response timed out", "PTSL の応答待ちがタイムアウト");
+        break;
     }
-    return {};
+    return text("PTSL response timed out", "PTSL の応答待ちがタイムアウト");
 }
 
 std::string description(const PTSLFailure& failure, const Bilingual& text) {
