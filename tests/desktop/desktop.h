@@ -6,28 +6,15 @@
 //     waitUntil([&] { return desktop.window("Lumbrine — Receiver").has_value(); });
 #pragma once
 
+#include "tests/desktop/x_server.h"
 #include "tests/interop/child_process.h"
 
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace lumbrine::desktop {
-
-struct Place {
-    int x;
-    int y;
-    int width;
-    int height;
-};
-
-struct Window {
-    std::string id;
-    std::string name;
-    Place place;
-};
 
 class Desktop {
 public:
@@ -36,10 +23,7 @@ public:
     explicit Desktop(bool withStatusArea = true);
     ~Desktop();
 
-    // The visible windows of the program "lumbrine".
-    std::vector<Window> windows() const;
-
-    // The first of them with that name.
+    // The first visible window of the program "lumbrine" with that name.
     std::optional<Window> window(const std::string& name) const;
 
     // Those of the status area are small.
@@ -48,14 +32,18 @@ public:
     // Menus and dialogs have the program's name, as the icon has.
     std::optional<Window> popup() const;
 
-    void click(const Place& place, int button) const;       // in the middle of it
+    // Clicks into it, never at the same spot twice in a row: two quick clicks at one spot are a double click.
+    void click(const Place& place, int button);
+
     void press(const std::vector<std::string>& keys) const; // one after another, where the keyboard goes
-    void focus(const Window& window) const;                 // the keyboard goes there
-    double contrast(const Place& place) const;              // brightest less darkest of its pixels, 0-1
+
+    const XServer& screen() const { return *server; }
 
 private:
-    std::unique_ptr<interop::ChildProcess> server;
+    interop::ChildProcess serverProcess;
+    std::unique_ptr<const XServer> server;
     std::unique_ptr<interop::ChildProcess> panel;
+    bool nextInUpperHalf = true;
 };
 
 } // namespace lumbrine::desktop

@@ -27,7 +27,7 @@ const std::string title = "Lumbrine — Receiver";
 // Everything of a program that has shown its window.
 class RunningProgram {
 public:
-    explicit RunningProgram(const Desktop& shownOn)
+    explicit RunningProgram(Desktop& shownOn)
         : desktop(shownOn), environment(environmentOf(folder)), process({program}, {.environment = environment}) {}
 
     bool isShown() const {
@@ -38,28 +38,27 @@ public:
     }
 
     void closeWindow() const {
-        desktop.focus(*desktop.window(title));
+        ASSERT_TRUE(desktop.screen().focus(desktop.window(title).value()));
         desktop.press({"ctrl+w"});
     }
 
-    // Opens the icon's menu and goes through it by keys; the last one chooses. A click that comes while the desktop is
-    // still busy with closing the menu is lost, and clicked again.
+    // Opens the icon's menu and goes through it by keys; the last one chooses. An open menu grabs the pointer and the
+    // keyboard: a click before the last menu has released them is lost, and so are keys before this one has them.
     void choose(const std::vector<std::string>& keys) const {
-        const auto isOpen = [this] { return desktop.popup().has_value(); };
-        for (int attempt = 0; attempt < 10 && !isOpen(); ++attempt) {
-            desktop.click(desktop.icon()->place, 3);
-            waitUntil(isOpen, std::chrono::seconds(2));
-        }
-        ASSERT_TRUE(isOpen());
+        const auto isOpen = [this] { return desktop.popup() && desktop.screen().pointerIsTaken(); };
+        const auto isClosed = [this] { return !desktop.popup() && !desktop.screen().pointerIsTaken(); };
+        ASSERT_TRUE(waitUntil(isClosed));
+        desktop.click(desktop.icon().value().place, 3);
+        ASSERT_TRUE(waitUntil(isOpen));
         desktop.press(keys);
-        ASSERT_TRUE(waitUntil([this] { return !desktop.popup().has_value(); }));
+        ASSERT_TRUE(waitUntil(isClosed));
     }
 
     bool launchesAtLogin() const {
         return std::filesystem::exists(folder.path / "autostart/com.tarnwick.lumbrine.desktop");
     }
 
-    const Desktop& desktop;
+    Desktop& desktop;
     const interop::TemporaryFolder folder;
     const std::map<std::string, std::string> environment;
     ChildProcess process;
@@ -74,28 +73,29 @@ private:
 
 TEST(LumbrineOnADesktop, HasAnIconThatIsDimWithoutProTools) {
     const PrivateJack jack;
-    const Desktop desktop;
+    Desktop desktop;
     const RunningProgram lumbrine(desktop);
     ASSERT_TRUE(waitUntil([&] { return desktop.icon().has_value(); })) << lumbrine.process.output();
-    const Place place = desktop.icon()->place;
-    ASSERT_TRUE(waitUntil([&] { return desktop.contrast(place) > 0.1; }));
-    const double dim = desktop.contrast(place);
+    const Place place = desktop.icon().value().place;
+    ASSERT_TRUE(waitUntil([&] { return desktop.screen().contrast(place) > 0.1; }));
+    const double dim = desktop.screen().contrast(place);
 
     double full = 0;
     {
         end_to_end::SimulatorProcess proTools({"--tracks", "8", "--no-scripting"});
-        EXPECT_TRUE(waitUntil([&] { return desktop.contrast(place) > dim * 1.5; })) << lumbrine.process.output();
-        full = desktop.contrast(place);
+        EXPECT_TRUE(waitUntil([&] { return desktop.screen().contrast(place) > dim * 1.5; }))
+            << lumbrine.process.output();
+        full = desktop.screen().contrast(place);
         proTools.end();
     }
     EXPECT_NEAR(dim / full, 0.45, 0.06);
-    EXPECT_TRUE(waitUntil([&] { return desktop.contrast(place) < dim * 1.2; }));
-    EXPECT_NEAR(desktop.contrast(place) / full, 0.45, 0.06);
+    EXPECT_TRUE(waitUntil([&] { return desktop.screen().contrast(place) < dim * 1.2; }));
+    EXPECT_NEAR(desktop.screen().contrast(place) / full, 0.45, 0.06);
 }
 
 TEST(LumbrineOnADesktop, CanBeUsedByTheMenuOfItsIcon) {
     const PrivateJack jack;
-    const Desktop desktop;
+    Desktop desktop;
     RunningProgram lumbrine(desktop);
     ASSERT_TRUE(lumbrine.isShown()) << lumbrine.process.output();
     ASSERT_TRUE(waitUntil([&] { return desktop.icon().has_value(); }));
@@ -118,14 +118,14 @@ TEST(LumbrineOnADesktop, CanBeUsedByTheMenuOfItsIcon) {
 
 TEST(LumbrineOnADesktop, ShowsItsWindowOnAClickAndWhenItIsStartedAgain) {
     const PrivateJack jack;
-    const Desktop desktop;
+    Desktop desktop;
     RunningProgram lumbrine(desktop);
     ASSERT_TRUE(lumbrine.isShown()) << lumbrine.process.output();
     ASSERT_TRUE(waitUntil([&] { return desktop.icon().has_value(); }));
 
     lumbrine.closeWindow();
     ASSERT_TRUE(lumbrine.isHidden());
-    desktop.click(desktop.icon()->place, 1);
+    desktop.click(desktop.icon().value().place, 1);
     EXPECT_TRUE(lumbrine.isShown());
 
     lumbrine.closeWindow();
@@ -138,7 +138,7 @@ TEST(LumbrineOnADesktop, ShowsItsWindowOnAClickAndWhenItIsStartedAgain) {
 
 TEST(LumbrineOnADesktop, CanBeUsedByKeyboardAlone) {
     const PrivateJack jack;
-    const Desktop desktop;
+    Desktop desktop;
     const RunningProgram lumbrine(desktop);
     ASSERT_TRUE(lumbrine.isShown()) << lumbrine.process.output();
     const auto says = [&](const std::string& line, int times) {
@@ -152,7 +152,7 @@ TEST(LumbrineOnADesktop, CanBeUsedByKeyboardAlone) {
     };
     const std::string reconnecting = "This feature requires Accessibility permission";
     const std::string sweeping = "▶ Test: sending track 1 sweep";
-    desktop.focus(*desktop.window(title));
+    ASSERT_TRUE(desktop.screen().focus(desktop.window(title).value()));
     desktop.press({"Tab", "space"}); // to the first control, and press it
     EXPECT_TRUE(says(reconnecting, 1));
     desktop.press({"Tab", "space"}); // the next one
@@ -163,14 +163,14 @@ TEST(LumbrineOnADesktop, CanBeUsedByKeyboardAlone) {
 
 TEST(LumbrineOnADesktop, SaysThatItGoesOnWhereThereIsNoStatusArea) {
     const PrivateJack jack;
-    const Desktop desktop(false);
+    Desktop desktop(false);
     RunningProgram lumbrine(desktop);
     ASSERT_TRUE(lumbrine.isShown()) << lumbrine.process.output();
     lumbrine.closeWindow();
     ASSERT_TRUE(lumbrine.isHidden());
     ASSERT_TRUE(waitUntil([&] { return desktop.popup().has_value(); })); // a dialog
     EXPECT_THAT(lumbrine.process.output(), HasSubstr("This desktop has no status area: start Lumbrine again"));
-    desktop.focus(*desktop.popup());
+    ASSERT_TRUE(desktop.screen().focus(desktop.popup().value()));
     desktop.press({"Return"});
     EXPECT_TRUE(waitUntil([&] { return !desktop.popup().has_value(); }));
     EXPECT_TRUE(lumbrine.process.running());
@@ -180,14 +180,14 @@ TEST(LumbrineOnADesktop, SaysThatItGoesOnWhereThereIsNoStatusArea) {
 
 TEST(LumbrineOnADesktop, EndsOnSignalsAndOnItsKeys) {
     const PrivateJack jack;
-    const Desktop desktop;
+    Desktop desktop;
     for (const int signal : {SIGINT, SIGTERM, 0}) {
         RunningProgram lumbrine(desktop);
         ASSERT_TRUE(lumbrine.isShown()) << lumbrine.process.output();
         if (signal != 0) {
             lumbrine.process.signal(signal);
         } else {
-            desktop.focus(*desktop.window(title));
+            ASSERT_TRUE(desktop.screen().focus(desktop.window(title).value()));
             desktop.press({"ctrl+q"});
         }
         EXPECT_EQ(lumbrine.process.wait(end_to_end::ending), 0) << lumbrine.process.output();
@@ -196,7 +196,7 @@ TEST(LumbrineOnADesktop, EndsOnSignalsAndOnItsKeys) {
 
 TEST(LumbrineOnADesktop, ShowsItsWindowAndEndsBesideAJACKServerThatStandsStill) {
     PrivateJack jack;
-    const Desktop desktop;
+    Desktop desktop;
     jack.freeze();
     RunningProgram lumbrine(desktop);
     EXPECT_TRUE(lumbrine.isShown());

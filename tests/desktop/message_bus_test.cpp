@@ -33,7 +33,7 @@ protected:
     }
 
     void closeWindow() {
-        desktop.focus(*desktop.window("Lumbrine — Receiver"));
+        ASSERT_TRUE(desktop.screen().focus(desktop.window("Lumbrine — Receiver").value()));
         desktop.press({"ctrl+w"});
         ASSERT_TRUE(shows(false)) << lumbrine->output();
     }
