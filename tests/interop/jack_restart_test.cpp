@@ -11,7 +11,7 @@ namespace lumbrine::interop {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using testing::ElementsAre;
+using testing::IsSubsetOf;
 
 constexpr std::chrono::milliseconds generous{500}; // far more than a call takes, even when the thread loses its turn
 
@@ -112,23 +112,34 @@ TEST_P(JackRestart, BringsThePortsBackUnderTheirNamesAndConnectsThem) {
 }
 
 TEST_P(JackRestart, DeliversNothingLateThatWasSentWhileTheServerHungOrWasAway) {
-    const auto sendToNobody = [this] {
-        for (int i = 0; i < 100; ++i) {
-            send(a, Bytes{0xFF});
-            a.host->send(Bytes{0xFF});
-        }
+    const Bytes whileItHung{0xFF};
+    const Bytes lastWhileItHung{0xFE};
+    const Bytes whileItWasAway{0xFD};
+    const Bytes toHost{0x90, 0x00, 0x7F};
+    const Bytes toReceiver{0x90, 0x00, 0x00};
+    const auto sendBothWays = [this](const Bytes& message) {
+        send(a, message);
+        a.host->send(message);
     };
     jack.freeze();
-    sendToNobody();
+    // The clients finish the cycle that is under way, and what they take along is delivered, however late. So this is
+    // more than some cycles carry, and less than a port holds.
+    for (int i = 0; i < 20'000; ++i)
+        sendBothWays(whileItHung);
+    sendBothWays(lastWhileItHung);
+    ASSERT_EQ(services.dropped(), 0U);
     killServer();
-    a.atHost.clear(); // the first ones may still have found a cycle
-    a.atReceiver.clear();
-    sendToNobody();
+    for (int i = 0; i < 100; ++i)
+        sendBothWays(whileItWasAway);
     jack.start();
     ASSERT_TRUE(waitUntil([this] { return bothConnected(); }));
-    EXPECT_TRUE(carriesBothWays(a, Bytes{0x90, 0x00, 0x7F}, Bytes{0x90, 0x00, 0x00}));
-    EXPECT_THAT(a.atHost.kinds(), ElementsAre(Bytes{0x90, 0x00, 0x7F}));
-    EXPECT_THAT(a.atReceiver.kinds(), ElementsAre(Bytes{0x90, 0x00, 0x00}));
+    ASSERT_TRUE(waitUntil([&] {
+        send(a, toHost);
+        a.host->send(toReceiver);
+        return a.atHost.kinds().contains(toHost) && a.atReceiver.kinds().contains(toReceiver);
+    }));
+    EXPECT_THAT(a.atHost.kinds(), IsSubsetOf({whileItHung, toHost}));
+    EXPECT_THAT(a.atReceiver.kinds(), IsSubsetOf({whileItHung, toReceiver}));
 }
 
 TEST_P(JackRestart, DropsAndCountsWhatFindsNoRoomWhileTheServerHangs) {

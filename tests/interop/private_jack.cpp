@@ -2,6 +2,8 @@
 
 #include "tests/interop/waiting.h"
 
+#include <sys/wait.h>
+
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
@@ -59,6 +61,8 @@ void PrivateJack::kill() {
 
 void PrivateJack::freeze() {
     server->signal(SIGSTOP);
+    siginfo_t ignored{};
+    ::waitid(P_PID, static_cast<id_t>(server->id()), &ignored, WSTOPPED);
 }
 
 void PrivateJack::thaw() {

@@ -51,7 +51,7 @@ public:
     void kill();
     void stop();
 
-    // Lets it hang, with everything it holds, and go on.
+    // Lets it hang, with everything it holds, and go on. `freeze` returns when no thread of the server runs any more.
     void freeze();
     void thaw();
 
