@@ -85,6 +85,7 @@ MIDIStatus JackClient::open() {
     }
     // Callbacks must be set before jack_activate. `live` first, because the shutdown callback clears it.
     live = true;
+    hasRun = false;
     setCallbacks();
     if (jack_activate(client) == 0) return 0;
     close();
@@ -127,6 +128,7 @@ int JackClient::process(jack_nframes_t frames, void* self) {
         arrived |= me.ports[i]->process(frames);
     me.server.endCycle();
     if (arrived) me.arrivals.ring();
+    if (!me.hasRun.exchange(true)) me.server.look();
     return 0;
 }
 

@@ -51,6 +51,7 @@ public:
     MIDIStatus open() override;
     void close() override;
     bool lost() const override { return !live; }
+    bool runs() const override { return hasRun; }
     bool review() override { return !reviewer || reviewer(client); }
 
 private:
@@ -71,6 +72,7 @@ private:
 
     jack_client_t* client = nullptr; // server thread only
     std::atomic<bool> live{false};   // open, and the server has not shut down since
+    std::atomic<bool> hasRun{false}; // a cycle since it was opened
 
     // Ports are never removed. Storing the count publishes a new port to the other threads.
     std::array<std::shared_ptr<JackPort>, maxPorts> ports;

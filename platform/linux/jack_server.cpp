@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
 #include <utility>
 
 namespace lumbrine {
@@ -61,7 +62,7 @@ MIDIStatus JackServer::add(Client& client) {
     run(
         [this, &client, status] {
             const MIDIStatus opened = client.open();
-            entries.push_back({&client, opened == 0});
+            entries.push_back({&client, opened == 0, runtime.now()});
             nextAttempt = runtime.now() + betweenAttempts;
             *status = opened;
         },
@@ -102,6 +103,7 @@ void JackServer::serve() {
         waitForSomething();
         standsStill = false;
         closeAllWhenLost();
+        closeThoseThatNeverRan();
         runJobs();
         if (stopping) break;
         reopen();
@@ -113,14 +115,23 @@ void JackServer::serve() {
 }
 
 void JackServer::waitForSomething() {
-    const bool away = std::ranges::any_of(entries, [](const Entry& entry) { return !entry.open; });
-    if (away) {
-        bell.waitFor(std::max(nextAttempt - runtime.now(), Duration::zero()));
-    } else if (reviewSoon) {
-        bell.waitFor(betweenReviews);
-    } else {
-        bell.wait();
+    std::optional<TimePoint> until;
+    const auto noLaterThan = [&until](TimePoint time) { until = until ? std::min(*until, time) : time; };
+    const bool waits = waitsForAFirstCycle();
+    for (const Entry& entry : entries) {
+        if (!entry.open && !waits) noLaterThan(nextAttempt);
+        if (entry.open && !entry.client->runs()) noLaterThan(entry.opened + firstCycleTime);
     }
+    if (reviewSoon) noLaterThan(runtime.now() + betweenReviews);
+    if (!until) {
+        bell.wait();
+    } else {
+        bell.waitFor(std::max(*until - runtime.now(), Duration::zero()));
+    }
+}
+
+bool JackServer::waitsForAFirstCycle() const {
+    return std::ranges::any_of(entries, [](const Entry& entry) { return entry.open && !entry.client->runs(); });
 }
 
 void JackServer::runJobs() {
@@ -148,14 +159,27 @@ void JackServer::closeAllWhenLost() {
     nextAttempt = runtime.now() + betweenAttempts;
 }
 
+void JackServer::closeThoseThatNeverRan() {
+    const TimePoint now = runtime.now();
+    for (Entry& entry : entries) {
+        if (!entry.open || entry.client->runs() || now < entry.opened + firstCycleTime) continue;
+        entry.open = false;
+        entry.client->close();
+        nextAttempt = runtime.now() + betweenAttempts;
+    }
+}
+
 void JackServer::reopen() {
     if (runtime.now() < nextAttempt) return;
     for (Entry& entry : entries) {
         if (entry.open) continue;
         closeAllWhenLost(); // the server may have ended while the previous client was opened
+        // A client that never runs blocks a synchronous server, and so the opening of the next one.
+        if (waitsForAFirstCycle()) return;
         nextAttempt = runtime.now() + betweenAttempts;
         entry.open = entry.client->open() == 0;
         if (!entry.open) return;
+        entry.opened = runtime.now();
     }
 }
 

@@ -2,7 +2,8 @@
 // of the server.
 //
 // All calls into libjack are made on one thread, the server thread, except those inside process callbacks. It sleeps
-// until something happens; while clients are not open, it also wakes up once a second to open them.
+// until something happens. While clients are not open, it also wakes up once a second to open them, and a second after
+// each opening to see whether the client runs.
 //
 // While a JACK server hangs, libjack blocks the server thread. No other thread waits for that: every wait here has a
 // limit.
@@ -28,6 +29,12 @@ public:
     static constexpr Duration openingTime = seconds(2);
     static constexpr Duration closingTime = seconds(0.4);
 
+    // An open client that has had no cycle for this long is closed and opened again. libjack keeps one table of wake-up
+    // semaphores, by client number, for all clients of a process. When another program's client closes, the server
+    // tells the others later. If it gives the number to a second client of this process before that, libjack keeps the
+    // old semaphore in the table: the new client never wakes up, and a synchronous server waits for it in every cycle.
+    static constexpr Duration firstCycleTime = seconds(1);
+
     // A JACK client. All its functions are called on the server thread.
     class Client {
     public:
@@ -39,6 +46,9 @@ public:
 
         // True when the server has ended or has removed the open client.
         virtual bool lost() const = 0;
+
+        // Whether it has had a cycle since it was opened.
+        virtual bool runs() const = 0;
 
         // Looks for changed ports and connections of the server. Returns false to be called again in 20 ms.
         virtual bool review() = 0;
@@ -68,13 +78,15 @@ public:
     void beginCycle() const { static_cast<void>(cycleParts.load(std::memory_order_acquire)); }
     void endCycle() { cycleParts.fetch_add(1, std::memory_order_release); }
 
-    // Reports a change: a client was lost, or a port was added or removed. Any thread, also a realtime thread.
+    // Reports a change: a client was lost or has had its first cycle, or a port was added or removed. Any thread, also
+    // a realtime thread.
     void look() { bell.ring(); }
 
 private:
     struct Entry {
         Client* client;
         bool open;
+        TimePoint opened{};
     };
     struct Job {
         std::function<void()> work;
@@ -91,6 +103,8 @@ private:
     void waitForSomething();
     void runJobs();
     void closeAllWhenLost(); // if any client is lost
+    void closeThoseThatNeverRan();
+    bool waitsForAFirstCycle() const;
     void reopen();
 
     Runtime& runtime;

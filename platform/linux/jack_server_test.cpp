@@ -43,10 +43,12 @@ public:
         isLost = false;
     }
     bool lost() const override { return isLost; }
+    bool runs() const override { return isRunning; }
     bool review() override { return true; }
 
     std::function<MIDIStatus()> onOpen = [] { return 0; };
     bool isLost = false;
+    bool isRunning = true;
 
 private:
     const std::string name;
@@ -81,6 +83,36 @@ TEST(JackServerTest, ClosesAClientThatIsLostAsSoonAsItIsBackBeforeItOpensTheNext
         seconds(20));
     secondAttempt.wait();
     EXPECT_EQ(calls.taken(), (std::vector<std::string>{"A opens", "A closes", "B opens"}));
+    EXPECT_TRUE(server->remove(a));
+    EXPECT_TRUE(server->remove(b));
+}
+
+TEST(JackServerTest, OpensAClientThatNeverRanAgainAndTheNextOneOnceItRuns) {
+    RunLoop loop;
+    RealRuntime runtime(loop);
+    Calls calls;
+    Bell bothAreOpen;
+    const auto a = std::make_shared<FakeClient>("A", calls);
+    const auto b = std::make_shared<FakeClient>("B", calls);
+    a->isRunning = false;
+    b->onOpen = [] { return -1; };
+    const auto server = JackServer::start(runtime);
+    EXPECT_EQ(server->add(*a), 0);
+    EXPECT_EQ(server->add(*b), -1);
+    server->run(
+        [&] {
+            a->onOpen = [&a] {
+                a->isRunning = true;
+                return 0;
+            };
+            b->onOpen = [&bothAreOpen] {
+                bothAreOpen.ring();
+                return 0;
+            };
+        },
+        seconds(20));
+    bothAreOpen.wait();
+    EXPECT_EQ(calls.taken(), (std::vector<std::string>{"A opens", "B opens", "A closes", "A opens", "B opens"}));
     EXPECT_TRUE(server->remove(a));
     EXPECT_TRUE(server->remove(b));
 }
