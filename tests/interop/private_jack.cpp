@@ -40,8 +40,7 @@ PrivateJack::~PrivateJack() {
 }
 
 void PrivateJack::start() {
-    // A generous client time-out: a busy machine must not throw clients out.
-    std::vector<std::string> command{"jackd", "-r", "-t", "2000", "-p", "64", "-n", serverName}; // the first -p: ports
+    std::vector<std::string> command{"jackd", "-r", "-p", "64", "-n", serverName}; // the first -p: ports
     if (options.mode == JackMode::synchronous) command.emplace_back("-S");
     command.insert(command.end(), {"-d", "dummy", "-r", "48000", "-p", std::to_string(options.framesPerCycle)});
     // The server of a test that was killed counts as active until the system has forgotten its process.
