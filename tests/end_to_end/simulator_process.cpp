@@ -11,20 +11,21 @@ namespace {
 
 const std::string program = LUMBRINE_BIN_DIR "/lumbrine-simulator";
 
-// "   3  0.720  M--*  mono    Snare Top"
-std::optional<SimulatorProcess::Track> trackIn(const std::string& text, int wanted) {
+// "   3  0.720  M--*  mono    Snare Top", and so on from 1; what is left of an older list goes before.
+std::vector<SimulatorProcess::Track> tracksIn(const std::string& text) {
+    std::vector<SimulatorProcess::Track> tracks;
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
         if (lines.eof()) break; // not whole
         std::istringstream words(line);
-        int number = 0;
+        std::size_t number = 0;
         SimulatorProcess::Track track;
         std::string channels;
         if (!(words >> number >> track.fader >> track.lights >> channels >> std::ws)) continue;
         std::getline(words, track.name);
-        if (number == wanted) return track;
+        if (number == tracks.size() + 1) tracks.push_back(track);
     }
-    return std::nullopt;
+    return tracks;
 }
 
 } // namespace
@@ -41,15 +42,20 @@ bool SimulatorProcess::end(std::chrono::milliseconds limit) {
     return process.wait(limit) == 0;
 }
 
-std::optional<SimulatorProcess::Track> SimulatorProcess::track(int number) {
+std::vector<SimulatorProcess::Track> SimulatorProcess::tracks(int count) {
     const std::size_t before = process.output().size();
+    const auto wanted = static_cast<std::size_t>(count);
     keyboard.type("tracks");
-    std::optional<Track> found;
-    interop::waitUntil([&] {
-        found = trackIn(process.output().substr(before), number);
-        return found.has_value();
-    });
+    std::vector<Track> found;
+    const auto areAllThere = [&] { return (found = tracksIn(process.output().substr(before))).size() >= wanted; };
+    if (!interop::waitUntil(areAllThere)) return {};
+    found.resize(wanted);
     return found;
+}
+
+std::optional<SimulatorProcess::Track> SimulatorProcess::track(int number) {
+    const std::vector<Track> all = tracks(number);
+    return all.empty() ? std::nullopt : std::optional(all.back());
 }
 
 } // namespace lumbrine::end_to_end

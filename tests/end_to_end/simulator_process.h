@@ -26,7 +26,10 @@ public:
     // Waits until it has printed `text`.
     bool prints(const std::string& text) const;
 
-    // How the track is at this moment, counted from 1; absent when the simulator does not tell.
+    // How the first `count` tracks are at this moment; none when the simulator does not tell.
+    std::vector<Track> tracks(int count);
+
+    // How the track is, counted from 1.
     std::optional<Track> track(int number);
 
     // Ends it, as its user would; whether it has ended in order and in time. (After a client that was killed the JACK
