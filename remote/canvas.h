@@ -1,4 +1,4 @@
-// A page of styled characters, as large as a terminal: what the layout fills and a terminal draws.
+// A page of styled characters in the size of a terminal. The layout fills it and a terminal draws it.
 #pragma once
 
 #include "base/rgb_color.h"
@@ -19,13 +19,13 @@ struct Style {
     bool bold = false;
     bool dim = false;
     bool reverse = false;
-    std::optional<RGBColor> background = {}; // the terminal takes the nearest colour it has, and black or white upon it
+    std::optional<RGBColor> background = {}; // drawn in the terminal's nearest colour, with black or white text
 
     bool operator==(const Style&) const = default;
 };
 
 struct Cell {
-    std::string text = " "; // one glyph; empty for the right half of a wide one
+    std::string text = " "; // one glyph; empty for the right half of a wide glyph
     Style style = {};
 
     bool operator==(const Cell&) const = default;
@@ -38,17 +38,17 @@ public:
     int rows() const { return height; }
     int columns() const { return width; }
 
-    // Text that is printable (remote/terminal_text.h), from that place to the right. What does not fit on the page is
-    // left out, and a wide glyph that fits only half.
+    // Writes printable text (remote/terminal_text.h) from this place to the right. Glyphs that do not fit on the page
+    // are left out, also a wide glyph of which only half fits.
     void put(int row, int column, std::string_view text, Style style = {});
 
-    // The same, cut or filled with blanks to a number of columns.
+    // Like `put`, with the text cut or padded with blanks to this number of columns.
     void putFitted(int row, int column, std::string_view text, int columns, Style style = {});
 
-    // The row and column must be on the page.
+    // Precondition: row and column are on the page.
     const Cell& at(int row, int column) const { return cells[index(row, column)]; }
 
-    // The characters of a row without the blanks at its end.
+    // The characters of a row without trailing blanks.
     std::string line(int row) const;
 
     bool operator==(const Canvas&) const = default;

@@ -9,8 +9,8 @@
 namespace lumbrine::remote {
 namespace {
 
-constexpr int escapeDelayMilliseconds = 25; // Esc by itself is told from the sequences of other keys by this pause
-constexpr int noColor = -1;                 // the terminal's own
+constexpr int escapeDelayMilliseconds = 25; // after this pause, Esc is the key and not the start of a key sequence
+constexpr int noColor = -1;                 // the terminal's default
 
 int cursesColorOf(Ink ink) {
     switch (ink) {
@@ -28,7 +28,7 @@ int cursesColorOf(Ink ink) {
     return noColor;
 }
 
-// Of the 256 colours from 16 on are a cube of six shades of each channel: 0, 95, 135, 175, 215, 255.
+// From 16 on, the 256 colours are a cube with six shades of each channel: 0, 95, 135, 175, 215, 255.
 int shadeOf(int channel) {
     return channel < 48 ? 0 : channel < 115 ? 1 : (channel - 35) / 40;
 }
@@ -38,15 +38,15 @@ int nearestColor(RGBColor color) {
     return (color.red() > 127 ? 1 : 0) + (color.green() > 127 ? 2 : 0) + (color.blue() > 127 ? 4 : 0);
 }
 
-// Black or white, whichever can be read upon that colour.
+// Black or white, whichever is readable on this colour.
 int readableUpon(RGBColor color) {
     const bool bright = 299 * color.red() + 587 * color.green() + 114 * color.blue() > 128 * 1000;
     if (COLORS >= 256) return bright ? 16 : 231;
     return bright ? COLOR_BLACK : COLOR_WHITE;
 }
 
-// The boxes and blocks of the page need UTF-8; a terminal of today shows it even when nobody has set a language.
-// Nothing else in the program looks at the locale.
+// The boxes and blocks of the page need UTF-8. Terminals support it even when the environment sets no locale. Nothing
+// else in the program uses the locale.
 void useUTF8() {
     std::setlocale(LC_CTYPE, "");                             // NOLINT(concurrency-mt-unsafe)
     if (MB_CUR_MAX == 1) std::setlocale(LC_CTYPE, "C.UTF-8"); // NOLINT(concurrency-mt-unsafe)
@@ -103,7 +103,7 @@ CursesTerminal::CursesTerminal() {
     useUTF8();
     set_escdelay(escapeDelayMilliseconds);
     initscr();
-    raw(); // Ctrl-C comes as a key, so that the faders are let go of in an orderly way
+    raw(); // delivers Ctrl-C as a key, so that held faders are released before the program ends
     noecho();
     nonl();
     keypad(stdscr, TRUE);
@@ -167,7 +167,7 @@ int CursesTerminal::pairOf(int foreground, int background) {
     const auto known = pairs.find({foreground, background});
     if (known != pairs.end()) return known->second;
     const int next = static_cast<int>(pairs.size()) + 1;
-    constexpr int expressible = 255; // as many as an attribute word has room for
+    constexpr int expressible = 255; // an attribute word has 8 bits for the pair
     if (next >= COLOR_PAIRS || next > expressible) return 0;
     init_pair(static_cast<short>(next), static_cast<short>(foreground), static_cast<short>(background));
     pairs.emplace(std::pair{foreground, background}, next);

@@ -1,4 +1,4 @@
-// A terminal through ncurses.
+// A terminal, by means of ncurses.
 #pragma once
 
 #include "remote/terminal.h"
@@ -9,8 +9,8 @@
 
 namespace lumbrine::remote {
 
-// Takes the terminal of this process while it lives; one at a time. What happens to the terminal when the process is
-// killed is the caller's business: end the program in an orderly way on signals.
+// Controls the terminal of this process while it lives. Only one may exist at a time. It restores the terminal only in
+// its destructor, so the program must end in an orderly way on signals.
 class CursesTerminal final : public Terminal {
 public:
     CursesTerminal();
@@ -18,7 +18,7 @@ public:
     CursesTerminal(const CursesTerminal&) = delete;
     CursesTerminal& operator=(const CursesTerminal&) = delete;
 
-    // False when standard input or output is no terminal.
+    // False when standard input or standard output is not a terminal.
     static bool possible();
 
     std::optional<Key> poll() override;
@@ -31,7 +31,7 @@ private:
     int attributesOf(const Style& style);
     int pairOf(int foreground, int background);
 
-    std::map<std::pair<int, int>, int> pairs; // colour pair by foreground and background
+    std::map<std::pair<int, int>, int> pairs; // curses' colour pair for each foreground and background in use
 };
 
 } // namespace lumbrine::remote

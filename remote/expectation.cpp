@@ -14,7 +14,8 @@ namespace {
 
 constexpr double nearby = 0.005 + 1e-9;
 
-// * and ? as in file names. Walks back to the last * only, so the time is at most the product of the lengths.
+// Matches * and ? as in file names. It backtracks to the last * only, so the time is at most the product of the
+// lengths.
 bool globFits(std::string_view pattern, std::string_view text) {
     std::size_t p = 0;
     std::size_t t = 0;
@@ -42,7 +43,7 @@ struct Comparison {
     bool (*holds)(double actual, double limit);
 };
 
-// The longer signs first: each is a prefix of what it is looked for in.
+// Longer signs come first, because "<" is a prefix of "<=".
 constexpr std::array comparisons{
     Comparison{"~", [](double actual, double limit) { return std::abs(actual - limit) <= nearby; }},
     Comparison{"<=", [](double actual, double limit) { return actual <= limit; }},
@@ -65,7 +66,7 @@ bool valueFits(std::string_view pattern, std::string_view value) {
     return limit && actual && comparison->holds(*actual, *limit);
 }
 
-// Where the key of "key=value" ends; absent for a word that has none. A comparison ("<=3") is no key.
+// The end of the key in "key=value"; absent for a word without key. A comparison ("<=3") has no key.
 std::optional<std::size_t> keyEnd(std::string_view word) {
     const std::size_t equals = word.find('=');
     if (equals == std::string_view::npos || equals == 0 || comparisonOf(word) != nullptr) return std::nullopt;

@@ -1,9 +1,9 @@
-// What a script waits for: a pattern for the line of a message (remote/message_line.h).
+// A pattern for the line of a message (remote/message_line.h). Scripts wait for lines that match.
 //
-// The words of a pattern are compared with those of the line one after another, and the line may go on: "fader 3" fits
-// every fader message of strip 3. A word of the form key=value may pass over words of the line: "switches 3=M--" looks
-// at strip 3 alone. In a word or a value, * stands for any characters and ? for one; ~0.72 is a number within 0.005 of
-// that; <, <=, > and >= compare numbers.
+// The words of the pattern are compared with the words of the line in order; the line may have more words at its end.
+// So "fader 3" matches every fader message of strip 3. A word of the form key=value may skip words of the line:
+// "switches 3=M--" checks only strip 3. In a word or a value, * stands for any characters and ? for one character;
+// ~0.72 matches numbers within 0.005 of 0.72; <, <=, > and >= compare numbers.
 #pragma once
 
 #include <expected>
@@ -15,7 +15,7 @@ namespace lumbrine::remote {
 
 class Expectation {
 public:
-    // What is wrong with it when it has no word, or a comparison without a number.
+    // Fails with a description when the pattern has no word, or a comparison without a number.
     static std::expected<Expectation, std::string> of(std::string_view pattern);
 
     bool fits(std::string_view line) const;

@@ -1,4 +1,4 @@
-// The keys of each page in words: what `?` lists, and what docs/remote.md has in its tables.
+// The description of the keys of each page, for the list on `?` and for the tables in docs/remote.md.
 #pragma once
 
 #include "remote/view_state.h"

@@ -36,7 +36,7 @@ std::string textOf(MeterLevels levels) {
     return std::to_string(levels.left) + "/" + std::to_string(levels.right);
 }
 
-// A capital for a light that is on, a small letter for one that blinks.
+// A capital letter for a light that is on, a small letter for one that blinks, "-" for one that is off.
 char letterOf(Light light, char capital) {
     if (light == Light::off) return '-';
     return light == Light::on ? capital : static_cast<char>(capital - 'A' + 'a');
@@ -55,7 +55,7 @@ std::string textOf(const SessPan& pan) {
     return textOf(pan.side) + "/" + std::to_string(pan.ring.position) + (pan.ring.centre ? "/centre" : "");
 }
 
-// " 1=.. 2=.." for a list whose first entry has the given number.
+// " 1=.. 2=.." for a list. The first entry has the given number.
 template <typename List, typename TextOf>
 std::string entriesOf(const List& list, int firstNumber, TextOf textOfEntry) {
     std::string line;

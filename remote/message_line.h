@@ -1,8 +1,8 @@
-// A message of the receiver's as one line of text: what the script language expects and what watching prints.
+// Messages of the receiver as lines of text. Scripts match these lines, and --watch prints them.
 //
-// A line is words with one blank between them, the first of which names the kind of message. Strips and session tracks
-// are counted from 1, as people count them. Faders are told from 0 to 1 with four decimals, ring positions from 0
-// (dark) to 11. Messages about several strips or tracks give each a word of its own, "3=M--" (docs/remote.md).
+// A line is words separated by one blank; the first word names the kind of message. Strips and session tracks are
+// counted from 1. Fader values are 0 to 1 with four decimals, ring positions 0 (dark) to 11. A message about several
+// strips or tracks has one word for each: "3=M--" (docs/remote.md).
 #pragma once
 
 #include "remote/receiver_message.h"
@@ -13,7 +13,7 @@
 
 namespace lumbrine::remote {
 
-// Printable whatever the message holds, and without a line end.
+// Always printable, whatever the message holds, and without a line end.
 std::string lineOf(const ReceiverMessage& message);
 
 std::string lineOf(LinkState state); // "state connected"

@@ -1,4 +1,4 @@
-// The first byte of every datagram, in both directions.
+// The first byte of every datagram in both directions.
 #pragma once
 
 #include <cstdint>

@@ -47,7 +47,7 @@ std::string textOf(ByteView bytes) {
     return std::string(bytes.begin(), bytes.end());
 }
 
-// A value that may be unknown; the outer optional is absent when its bytes are malformed.
+// A value that may be unknown (inner optional), read from bytes that may be malformed (outer optional).
 template <typename T>
 using Checked = std::optional<std::optional<T>>;
 
@@ -58,7 +58,7 @@ Checked<RGBColor> colorOf(ByteView bytes) {
     return std::nullopt;
 }
 
-// A list of entries of `width` bytes each; absent when the bytes are no whole number of entries or one is malformed.
+// Reads entries of `width` bytes each. Absent when the bytes are not a whole number of entries, or one is malformed.
 template <typename Entry, typename ParseEntry>
 std::optional<std::vector<Entry>> listOf(ByteView body, std::size_t width, ParseEntry parseEntry) {
     if (body.size() % width != 0) return std::nullopt;
@@ -72,7 +72,7 @@ std::optional<std::vector<Entry>> listOf(ByteView body, std::size_t width, Parse
     return entries;
 }
 
-// A message that is nothing but one entry for each shown strip.
+// Parses a message that consists of one entry for each strip shown.
 template <typename Message, typename ParseEntry>
 Parsed perStrip(ByteView body, std::size_t width, ParseEntry parseEntry) {
     using Entry = typename decltype(Message::strips)::value_type;
@@ -156,7 +156,7 @@ Parsed parseFullName(ByteView body) {
     return FullName{*strip, textOf(body.subspan(1))};
 }
 
-// A length byte and that many bytes of text at the start of `rest`, which moves on behind them.
+// Reads a length byte and that many bytes of text from the start of `rest`, and advances `rest` past them.
 std::optional<std::string> takeText(ByteView& rest, std::size_t maxBytes) {
     if (rest.empty()) return std::nullopt;
     const std::size_t length = rest[0];
@@ -202,8 +202,8 @@ Parsed parseTransport(ByteView body) {
     return Transport{*playing, *recording};
 }
 
-// First index, count, then that many entries of `width` bytes and nothing behind them. A chunk that would reach beyond
-// the last index there can be is malformed.
+// Parses a first index, a count, and that many entries of `width` bytes, with no bytes after them. A chunk that exceeds
+// the largest possible index is malformed.
 template <typename Message, typename Entry, typename ParseEntry>
 Parsed parseChunk(ByteView body, std::size_t width, ParseEntry parseEntry) {
     if (body.size() < 3) return std::nullopt;

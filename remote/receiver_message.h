@@ -1,7 +1,7 @@
-// What the receiver tells its client: one struct for each message, and the parser from datagram to message.
+// The messages that the receiver sends: one struct for each message, and the parser for datagrams.
 //
-// A datagram is the version byte 0x01, a type and a body; numbers are big-endian (docs/protocol.md). Written from the
-// protocol alone and shared with nothing on the receiver's side, so that each end checks the other.
+// A datagram is the version byte 0x01, a type and a body; numbers are big-endian (docs/protocol.md). This parser shares
+// no code with the receiver's builders, so that in tests each end checks the other.
 #pragma once
 
 #include "base/bytes.h"
@@ -32,7 +32,7 @@ using AutoMode = std::uint8_t;
 
 struct TrackName {
     Strip strip;
-    std::string name; // the four bytes as they came, blanks included
+    std::string name; // the four bytes as received, blanks included
     bool operator==(const TrackName&) const = default;
 };
 struct MeterLevels {
@@ -86,7 +86,7 @@ struct Selects {
 };
 struct FullName {
     Strip strip;
-    std::string name; // at most 48 bytes; meant to be UTF-8, not checked
+    std::string name; // at most 48 bytes; should be UTF-8, but is not checked
     bool operator==(const FullName&) const = default;
 };
 struct Colors {
@@ -106,8 +106,8 @@ struct TrackRow {
     std::optional<RGBColor> color = {};
     bool inputMonitor = false;
     bool select = false;
-    std::string name = {};    // at most 48 bytes; meant to be UTF-8, not checked
-    std::string comment = {}; // at most 200 bytes, likewise
+    std::string name = {};    // at most 48 bytes; should be UTF-8, but is not checked
+    std::string comment = {}; // at most 200 bytes; likewise
     bool operator==(const TrackRow&) const = default;
 };
 struct AutoModes {
@@ -129,7 +129,7 @@ struct SessPan {
     RingPosition ring;
     bool operator==(const SessPan&) const = default;
 
-    // A track whose pan was never seen is told as all zero.
+    // All bytes are zero for a track whose pan the receiver has never seen.
     bool known() const { return *this != SessPan{}; }
 };
 struct SessPanChunk {
@@ -148,9 +148,9 @@ using ReceiverMessage =
     std::variant<TrackName, Meters, Fader, Switches, Pan, PanMode, BankPos, Selects, FullName, Colors, InputMons,
                  TrackRow, AutoModes, Transport, SessAutoChunk, SessPanChunk, Busy, Pong>;
 
-// Absent unless the datagram is exactly one message: version, a known type, the length the message has, and every value
-// in the range the protocol gives it. Per-strip lists have 1 to 16 entries. A client need not be that strict; this one
-// is there to find mistakes.
+// Absent unless the datagram is exactly one message: the right version, a known type, the exact length, and every value
+// in its range. Lists of strips have 1 to 16 entries. Other clients need not be so strict; this one exists to find
+// mistakes of the receiver.
 std::optional<ReceiverMessage> parseReceiverMessage(ByteView datagram);
 
 } // namespace lumbrine::remote

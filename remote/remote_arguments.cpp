@@ -61,7 +61,7 @@ std::expected<ScriptStep, std::string> waitStep(const std::string& text) {
     return WaitStep{seconds(*duration)};
 }
 
-// One step for each of the three options, in the order of the command line.
+// Collects one step for each use of the three options, in the order of the command line.
 class StepCollector {
 public:
     explicit StepCollector(CLI::App& app)

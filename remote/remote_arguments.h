@@ -23,23 +23,23 @@ struct HostAndPort {
 std::optional<HostAndPort> hostAndPortOf(const std::string& text);
 
 struct RemoteArguments {
-    std::optional<HostAndPort> receiver; // absent: look for one
+    std::optional<HostAndPort> receiver; // absent when the program must find one by mDNS
     std::optional<std::uint64_t> token;
     bool takeOver = false;
     bool watch = false;
     Script script;
 
-    // Lines instead of the full-screen view.
+    // True for output as lines instead of the full-screen view.
     bool plain() const { return watch || !script.steps.empty(); }
 };
 
-// What the program says and ends with instead of running.
+// The output and exit status of a program that does not run because of its command line.
 struct EarlyEnd {
     int status;       // 0 for help and version, 2 for wrong usage
     std::string text; // for standard output, or standard error when the status is not 0
 };
 
-// `arguments` without the program's name, in the order in which they were given.
+// `arguments` does not include the program's name.
 std::expected<RemoteArguments, EarlyEnd> parseArguments(const std::vector<std::string>& arguments,
                                                         const std::string& version);
 

@@ -10,7 +10,7 @@ namespace lumbrine::remote {
 namespace {
 
 constexpr std::size_t receiveBytes = 2048;
-constexpr std::size_t maxQueued = 4096; // a session of 1,000 tracks comes as about 1,200 messages in a row
+constexpr std::size_t maxQueued = 4096; // the full state of a session with 1,000 tracks is about 1,200 messages
 
 bool sameAddress(const PeerAddress& a, const PeerAddress& b) {
     return a.length == b.length && std::equal(a.storage.begin(), a.storage.begin() + a.length, b.storage.begin());
@@ -25,12 +25,12 @@ std::string nameOf(DatagramSockets& sockets, const PeerAddress& address) {
 
 } // namespace
 
-// What the receive thread leaves for the main thread. Lives until both have let go of it.
+// The queue from the receive thread to the main thread. Both own it.
 class RemoteClient::Inbox {
 public:
     explicit Inbox(Runtime& runtime) : mutex(runtime) {}
 
-    // Whom to listen to, from now on. What others sent before is forgotten.
+    // Sets the peer to listen to, and drops the messages of the previous one.
     void listenTo(const PeerAddress& address, std::string addressName) {
         const Lock lock(mutex);
         sender = address;
@@ -48,7 +48,7 @@ public:
         return name == senderName;
     }
 
-    // True when the main thread has to be asked to drain.
+    // Returns true when the caller must post a `drain` to the main thread.
     bool put(std::optional<ReceiverMessage> message) {
         const Lock lock(mutex);
         if (!message) {
@@ -141,7 +141,7 @@ bool RemoteClient::openSocket() {
     return true;
 }
 
-// On the receive thread. `this` outlives it: the destructor waits.
+// Runs on the receive thread. `this` stays valid, because the destructor waits for the thread.
 void RemoteClient::receiveLoop(const std::shared_ptr<Inbox>& letters) {
     std::vector<std::uint8_t> buffer(receiveBytes);
     PeerAddress from;
@@ -154,7 +154,7 @@ void RemoteClient::receiveLoop(const std::shared_ptr<Inbox>& letters) {
         }
         if (!letters->comesFromReceiver(sockets, from)) continue;
         if (!letters->put(parseReceiverMessage(ByteView(buffer).first(static_cast<std::size_t>(size))))) continue;
-        // The destructor runs on the main thread too, so a client that is there when the job begins stays.
+        // The destructor runs on the main thread too, so a client that exists when the job begins exists until its end.
         runtime.postMain([this, client = std::weak_ptr<Inbox>(letters)] {
             if (!client.expired()) drain();
         });
@@ -175,7 +175,7 @@ void RemoteClient::take(const ReceiverMessage& message) {
     } else if (std::holds_alternative<Pong>(message)) {
         if (linkState != LinkState::connected) answered();
     } else if (linkState == LinkState::searching || linkState == LinkState::lost) {
-        // The pong may have been lost, or what is heard may go on from before a pause: ask for the rest.
+        // The pong may have been lost, or these messages continue after a pause: ask for the full state.
         answered();
         sayHello();
     }
@@ -225,7 +225,7 @@ void RemoteClient::takeOver() {
     sayHello();
 }
 
-// Four times in each keep-alive period.
+// Called four times in each keep-alive period.
 void RemoteClient::tick() {
     const TimePoint now = runtime.now();
     const bool silent = now - lastHeard >= options.silence;
@@ -238,7 +238,7 @@ void RemoteClient::tick() {
     if (quiet || now - lastHello >= options.refresh) {
         sayHello();
     } else if (now - lastSent >= options.keepAlive) {
-        // A sign of life that the receiver counts and plays nothing for, and that does not bring the whole state.
+        // A sign of life: a V-Pot delta of 0 has no effect, and unlike a hello it does not bring the full state.
         send(vpotDeltaCommand(*Strip::of(0), 0));
     }
 }

@@ -1,8 +1,8 @@
-// A client of the receiver: one socket, a hello that asks for everything, signs of life that keep the receiver from
-// giving the client up, and the picture that the messages paint.
+// A client of the receiver: one socket, a hello that asks for the full state, signs of life that keep the receiver from
+// dropping the client, and a picture of the session built from the messages.
 //
-// Everything here is for the main thread. Only the socket is read on a thread of its own, which parses what comes and
-// queues a bounded number of messages for the main thread; more are dropped, as a network may drop any datagram.
+// Main thread only. A separate thread reads the socket, parses the datagrams and queues a limited number of messages
+// for the main thread. Further messages are dropped, as a network may drop any datagram.
 #pragma once
 
 #include "platform/api/datagram_sockets.h"
@@ -28,16 +28,18 @@ enum class LinkState {
 };
 
 struct RemoteOptions {
-    // Names this device, so that it stays in control when its address changes. 0 names none.
+    // Identifies this device, so that it stays in control when its address changes. 0 is the same as none.
     std::optional<std::uint64_t> token;
 
-    // The longest the client stays silent. The receiver counts it as gone after 5 s and frees its place after 6 s.
+    // The longest time without a datagram to the receiver. After 5 s the receiver reports the client as gone, and after
+    // 6 s another client may take control.
     Duration keepAlive = seconds(1.0);
 
-    // How often a client that is in control asks for everything again, which brings back what the network lost.
+    // How often a client in control asks for the full state again. This repairs losses in the network.
     Duration refresh = seconds(10.0);
 
-    // A receiver that has a client talks at least every 1.2 s.
+    // When the receiver is silent for this long, the state becomes `lost`. A receiver with a client sends at least
+    // every 1.2 s.
     Duration silence = seconds(4.0);
 };
 
@@ -45,41 +47,43 @@ class RemoteClient {
 public:
     RemoteClient(Runtime& rt, DatagramSockets& datagramSockets, RemoteOptions remoteOptions = {});
 
-    // Releases the faders that are held and closes the socket.
+    // Releases the held faders and closes the socket.
     ~RemoteClient();
     RemoteClient(const RemoteClient&) = delete;
     RemoteClient& operator=(const RemoteClient&) = delete;
 
-    // After the picture has taken the message in. Neither this nor `onState` may destroy the client or connect it anew.
+    // Called for each message, after it has been applied to the picture. Neither this nor `onState` may destroy the
+    // client or call `connect`.
     std::function<void(const ReceiverMessage&)> onMessage;
 
-    // After every change of state; the picture is empty again when a receiver answers anew.
+    // Called after every change of state. When a receiver answers for the first time, or again after it was lost, the
+    // picture starts empty.
     std::function<void(LinkState)> onState;
 
-    // Says hello to that receiver, and goes on doing so until it answers. Another call turns to another receiver. False
-    // when the host is unknown or there is no socket to be had; nothing has changed then.
+    // Sends hello to this receiver until it answers. A later call switches to another receiver. Returns false, and
+    // changes nothing, when the host is unknown or no socket can be opened.
     bool connect(const std::string& host, std::uint16_t port);
 
-    // Any datagram; nothing before `connect`. Errors are as if the network had lost it.
+    // Sends any datagram. Does nothing before `connect`. Errors are ignored, like losses in the network.
     void send(ByteView datagram);
 
-    // A fader is held from `touch` to `release`, and what is held is released when the client goes away. The picture
-    // follows `move` at once, because the receiver does not echo the moves of a held fader.
+    // A fader is held from `touch` to `release`; the destructor releases held faders. `move` changes the picture at
+    // once, because the receiver does not echo the moves of a held fader.
     void touch(Strip strip);
     void move(Strip strip, FaderValue value);
     void release(Strip strip);
 
-    // Makes this client the one in control.
+    // Takes control from another client.
     void takeOver();
 
-    // As happens by itself at the start and every now and then.
+    // Asks for the full state. The client also does this by itself: see RemoteOptions::refresh.
     void askForEverything() { sayHello(); }
 
     LinkState state() const { return linkState; }
     const SessionPicture& picture() const { return sessionPicture; }
 
-    // Datagrams of the receiver's that were no message of the protocol, and messages that came faster than the main
-    // thread took them.
+    // The number of datagrams from the receiver that were not valid messages, and the number of messages dropped
+    // because the queue was full.
     std::uint64_t malformedCount() const;
     std::uint64_t droppedCount() const;
 

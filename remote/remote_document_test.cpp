@@ -1,4 +1,4 @@
-// What docs/remote.md tells people to type must work.
+// Checks that the commands in docs/remote.md work.
 #include "remote/key_help.h"
 #include "remote/remote_arguments.h"
 #include "remote/script_command.h"
@@ -18,7 +18,7 @@ std::vector<std::string> linesOfPage() {
     return lines;
 }
 
-// The words of a shell line, with what stands in double quotes as one word.
+// The words of a shell line; text in double quotes is one word.
 std::vector<std::string> shellWords(const std::string& line) {
     static const std::regex word("\"([^\"]*)\"|([^ \"]+)");
     std::vector<std::string> words;
@@ -50,7 +50,7 @@ TEST(RemoteDocument, ListsEveryCommand) {
     }
 }
 
-// The tables of keys are what `?` lists, line by line.
+// The tables of keys equal the list on `?`, line by line.
 TEST(RemoteDocument, ListsTheKeysAsTheHelpDoes) {
     std::vector<std::string> rows;
     for (const std::string& line : linesOfPage())

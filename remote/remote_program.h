@@ -1,4 +1,4 @@
-// The program behind the command line: finds the receiver, then shows the view or runs the script.
+// The program lumbrine-remote: finds the receiver, then shows the view or runs the script.
 #pragma once
 
 #include "platform/api/datagram_sockets.h"
@@ -17,16 +17,16 @@
 
 namespace lumbrine::remote {
 
-// What the program is given from outside. All of it outlives the program.
+// The program's dependencies. All of them must outlive it.
 struct RemoteSurroundings {
     Runtime& runtime;
     DatagramSockets& sockets;
     ServiceBrowser& browser;
-    Terminal* terminal; // null when lines are wanted instead of the full-screen view
+    Terminal* terminal; // null for output as lines instead of the full-screen view
 
     std::function<void(const std::string& line)> print;    // standard output
     std::function<void(const std::string& line)> complain; // standard error
-    std::function<void(int status)> end;                   // asks for the end; must not destroy the program at once
+    std::function<void(int status)> end;                   // requests the end; must not destroy the program inside
 };
 
 // Main thread only.
@@ -34,12 +34,12 @@ class RemoteProgram {
 public:
     RemoteProgram(RemoteSurroundings given, RemoteArguments what);
 
-    // Releases what is held.
+    // Releases the held faders.
     ~RemoteProgram();
     RemoteProgram(const RemoteProgram&) = delete;
     RemoteProgram& operator=(const RemoteProgram&) = delete;
 
-    // Once. Ends with 1 when there is nothing to connect to, or when the script failed.
+    // Call once. Calls `end` with status 1 when there is no receiver to connect to, or when the script fails.
     void start();
 
 private:
@@ -56,7 +56,7 @@ private:
     bool found = false;
     bool tookOver = false;
     std::shared_ptr<int> alive = std::make_shared<int>();
-    std::unique_ptr<ServiceSearch> serviceSearch; // last: its thread may be about to post
+    std::unique_ptr<ServiceSearch> serviceSearch; // last member: its thread posts jobs until it ends
 };
 
 } // namespace lumbrine::remote

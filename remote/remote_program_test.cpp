@@ -13,7 +13,7 @@ using namespace std::chrono_literals;
 using Datagrams = std::vector<Bytes>;
 using Lines = std::vector<std::string>;
 
-// Tells of the services it was given, each from a thread of its own.
+// Reports the services that the test gives it, each on a separate thread.
 class FakeBrowser final : public ServiceBrowser {
 public:
     explicit FakeBrowser(Runtime& rt) : runtime(rt) {}

@@ -15,11 +15,11 @@ namespace lumbrine::remote {
 namespace {
 
 constexpr int titleRows = 3;  // title, link, a blank row
-constexpr int footerRows = 2; // the strip in words, keys
+constexpr int footerRows = 2; // description of the strip, keys
 constexpr int maxColumnWidth = 14;
 constexpr int scaleWidth = 4;
 
-// The heading of the list of tracks takes the place of the blank row.
+// On the session page, the heading of the list replaces the blank row.
 constexpr int sessionHeight(int rows) {
     return rows - (titleRows - 1) - footerRows;
 }
@@ -76,7 +76,8 @@ struct StripColumns {
     int width;
 };
 
-// As wide as fits, and a scale at the left when that costs no strip its room; no width when not even narrow ones fit.
+// The widest columns that fit. A scale stands at the left if the columns stay wide enough. The width may be below the
+// minimum when there are too many strips for the page.
 StripColumns columnsFor(int strips, int columns) {
     const int withScale = std::min(maxColumnWidth, (columns - scaleWidth) / strips);
     if (withScale >= ColumnPlace::minWidth) return {scaleWidth, withScale};
@@ -102,7 +103,7 @@ void drawStrips(Canvas& canvas, const SessionPicture& picture, const ViewState& 
     }
 }
 
-// The strip under the cursor, with what has no room in its column.
+// Describes the strip under the cursor, including what does not fit its column.
 std::string stripInWords(const SessionPicture& picture, Offset offset, Strip strip) {
     const StripPicture& shown = picture.at(strip);
     const std::string& name = shown.fullName.empty() ? shown.name : shown.fullName;

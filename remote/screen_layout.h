@@ -1,4 +1,4 @@
-// The whole page of the terminal view. Pure: the same picture, view and size give the same page.
+// Lays out the whole page of the terminal view. A pure function: the same picture, view and size give the same page.
 #pragma once
 
 #include "remote/canvas.h"
@@ -9,11 +9,12 @@ namespace lumbrine::remote {
 
 inline constexpr int minRows = 21;
 
-// Title with transport and bank position, the link in words, the strips or the tracks of the session, what is under the
-// cursor in words, keys or prompt. Or the list of keys; or, on a page that is too small, a line that says so.
+// From top to bottom: the title with transport and bank position, the state of the link, the strips or the list of
+// tracks, a description of the strip or track under the cursor, and the keys or the prompt. With `view.help` set, the
+// list of keys instead. When the page is too small, only a line that says so.
 Canvas screenOf(const SessionPicture& picture, const ViewState& view, int rows, int columns);
 
-// How many tracks of the session a page of so many rows shows.
+// The number of session tracks that a page with this many rows shows.
 int tracksOnPage(int rows);
 
 } // namespace lumbrine::remote

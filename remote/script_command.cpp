@@ -13,7 +13,7 @@ namespace lumbrine::remote {
 namespace {
 
 using Words = std::span<const std::string_view>;
-using Result = std::optional<Bytes>; // absent when the arguments are not what the command wants
+using Result = std::optional<Bytes>; // absent when the arguments are wrong
 
 std::optional<Strip> stripOf(std::string_view word) {
     const auto number = wholeNumber(word, 1, stripCount);
@@ -74,7 +74,7 @@ std::optional<std::vector<Member>> membersOf(Words words) {
     return members;
 }
 
-// A command that takes a strip and nothing else.
+// A command with a strip as its only argument.
 template <Bytes (*build)(Strip)>
 Result ofStrip(Words words) {
     const auto strip = words.size() == 2 ? stripOf(words[1]) : std::nullopt;
@@ -186,7 +186,7 @@ struct Command {
     std::string_view name;
     std::string_view arguments;
     std::string_view meaning;
-    Result (*build)(Words words); // null for hello, which is told its token
+    Result (*build)(Words words); // null for hello, which also needs the token
 };
 
 constexpr std::array commands{

@@ -1,5 +1,5 @@
-// The commands that a script may send, as text: "fader 3 0.72". The whole language is listed by `scriptCommandHelp` and
-// in docs/remote.md. Strips and session tracks are counted from 1.
+// The commands of scripts as text, such as "fader 3 0.72". `scriptCommandHelp` and docs/remote.md list all of them.
+// Strips and session tracks are counted from 1.
 #pragma once
 
 #include "base/bytes.h"
@@ -12,7 +12,7 @@
 
 namespace lumbrine::remote {
 
-// The datagram of one command, or what is wrong with it. `token` goes into a hello.
+// The datagram of one command, or a description of what is wrong with it. `token` is used in a hello.
 std::expected<Bytes, std::string> scriptCommand(std::string_view text, std::optional<std::uint64_t> token);
 
 // One line for each command.

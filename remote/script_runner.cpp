@@ -102,7 +102,7 @@ void ScriptRunner::end(const std::string& failure) {
     if (onEnd) onEnd(failure);
 }
 
-// Only the last job that was asked for is run, and none once the step has passed.
+// Only the last scheduled job runs, and none after its step is over.
 void ScriptRunner::after(Duration delay, std::function<void()> job) {
     runtime.postMainAfter(delay, [valid = ++*clock, current = std::weak_ptr<int>(clock), job = std::move(job)] {
         const auto now = current.lock();

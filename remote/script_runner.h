@@ -1,7 +1,7 @@
-// Runs a script: sends, waits for what is expected, waits for a while, step after step.
+// Runs the steps of a script one after another: sends a command, waits for an expected line, or waits for a time.
 //
-// An expectation looks at what was heard since the last `send`, and since what met the expectation before it; so two
-// expectations in a row are met by two messages in that order.
+// An expectation checks the lines received since the last `send`, and after the line that met the previous expectation.
+// So two expectations in a row are met by two messages in this order.
 #pragma once
 
 #include "base/bytes.h"
@@ -32,31 +32,32 @@ using ScriptStep = std::variant<SendStep, ExpectStep, WaitStep>;
 struct Script {
     std::vector<ScriptStep> steps;
 
-    // How long an expectation, and the receiver's first answer, may take.
+    // The longest time for each expectation and for the receiver's first answer.
     Duration timeout = seconds(2.0);
 
-    // Begins only once this client is in control, not already when the receiver has answered at all.
+    // When true, the script begins when this client is in control; when false, at the first answer of the receiver.
     bool needsControl = false;
 };
 
 // Main thread only.
 class ScriptRunner {
 public:
-    // Once, for the end: the failure in words, empty when all went as expected. Must not destroy the runner.
+    // Called once at the end, with a description of the failure, which is empty on success. Must not destroy the
+    // runner.
     std::function<void(const std::string& failure)> onEnd;
 
     ScriptRunner(Runtime& rt, Script scriptToRun, std::function<void(const Bytes&)> sender);
 
-    // From now on the receiver has the time-out to answer. Once.
+    // Starts the time-out for the receiver's first answer. Call once.
     void start();
 
-    // A line for each message and each change of the link (remote/message_line.h), as it comes. The script begins a
-    // moment after the first one, so that the answer to the hello is not taken for the answer to the first command.
+    // Call with the line of each message and of each change of the link (remote/message_line.h). The script begins
+    // `settling` after the first one, so that the answer to the hello is not taken for an answer to the first command.
     void hear(const std::string& line);
 
     static constexpr Duration settling = seconds(0.1);
 
-    // What was heard and not looked for yet; older lines are forgotten.
+    // The most lines kept for later expectations; older ones are dropped.
     static constexpr std::size_t maxHeard = 10'000;
 
 private:
@@ -74,13 +75,13 @@ private:
     const Script script;
     const std::function<void(const Bytes&)> send;
     Phase phase = Phase::waitingForAnswer;
-    std::size_t at = 0; // the step that runs
-    bool begun = false; // whether the step that runs has set its clock
+    std::size_t at = 0; // the current step
+    bool begun = false; // the current step has started its time-out or its wait
     bool waited = false;
     std::deque<std::string> heard;
-    std::string linkLine;                                  // the last "state ..."
-    std::string lastOfKind;                                // the last line that began like the one that is expected
-    std::shared_ptr<int> clock = std::make_shared<int>(0); // which `after` is the valid one; gone with the runner
+    std::string linkLine;                                  // the last "state ..." line
+    std::string lastOfKind;                                // the last line with the first word of the expectation
+    std::shared_ptr<int> clock = std::make_shared<int>(0); // number of the valid `after`; expires with the runner
 };
 
 } // namespace lumbrine::remote

@@ -8,18 +8,18 @@
 namespace lumbrine::remote {
 namespace {
 
-constexpr int mostCaptured = 255; // that one command can ask for
+constexpr int mostCaptured = 255; // the most tracks in one command
 
 bool isMuted(const SessionPicture& picture, Member track) {
     return factsOf(picture, picture.bankOffset, track).lights.mute ==
-           Light::on; // one that blinks is muted by a solo elsewhere
+           Light::on; // blinking means muted by the solo of another track
 }
 
 bool isSoloed(const SessionPicture& picture, Member track) {
     return factsOf(picture, picture.bankOffset, track).lights.solo;
 }
 
-// One command holds only so many members.
+// Splits the members, because one command has at most maxMembers.
 template <typename T, typename Send>
 void inGroups(std::span<const T> members, Send send) {
     for (; !members.empty(); members = members.subspan(std::min(members.size(), maxMembers)))

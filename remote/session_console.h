@@ -1,4 +1,4 @@
-// The keys of the list of tracks: moving about in it, marking, and commands to many tracks at once.
+// The keys of the list of tracks: moving the cursor, marking tracks, and commands for several tracks at once.
 #pragma once
 
 #include "remote/command_builder.h"
@@ -14,22 +14,23 @@ class SessionConsole {
 public:
     explicit SessionConsole(RemoteClient& remoteClient) : client(remoteClient) {}
 
-    // How many tracks the page has room for.
+    // Sets the number of tracks that fit on the page.
     void setLines(int count);
 
-    // The list as it is now: the cursor is on a track, that track is on the page, and only tracks are marked.
+    // The current list, adapted to the current session: the cursor is on an existing track, that track is on the page,
+    // and only existing tracks are marked.
     SessionList list() const;
 
-    // Moves the cursor there, or as near as there are tracks; some tracks before it are on the page too.
+    // Moves the cursor to this track, or to the last one if the session has fewer. Some tracks before it are shown too.
     void jumpTo(int track);
 
-    // Keys that need no control; true when it was one of them.
+    // Handles the keys that work without control. Returns true when it was one of them.
     bool pressListKey(Key key);
 
-    // Keys that ask the receiver for something; only while this client is in control.
+    // Handles the keys that send commands. Call it only while this client is in control.
     void pressCommandKey(Key key);
 
-    // To the marked tracks, or to the one under the cursor when none is.
+    // Commands for the marked tracks, or for the track under the cursor when none is marked.
     void setFaders(FaderValue value);
     void setAutoMode(AutoModeKey key);
 

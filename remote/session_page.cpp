@@ -10,7 +10,7 @@
 namespace lumbrine::remote {
 namespace {
 
-// Where the columns begin; a wide page has longer names, mode names and a fader that shows its position.
+// The first column of each field. A wide page has longer names, names of modes, and a fader that shows its position.
 struct PageColumns {
     static constexpr int mark = 1;
     static constexpr int strip = 3;

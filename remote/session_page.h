@@ -1,4 +1,4 @@
-// The whole session as a list on the page, a line for each track.
+// The session as a list with a line for each track.
 #pragma once
 
 #include "remote/canvas.h"
@@ -12,17 +12,17 @@ namespace lumbrine::remote {
 
 inline constexpr int minSessionColumns = 60;
 
-// A heading and below it the tracks from `list.first` on, in those rows of the page, which is at least
-// `minSessionColumns` wide. From left to right: cursor and mark, the strip that shows the track, its number, name on
-// its colour, fader, lights, select, automation mode, pan, comment as far as there is room. What no message has told of
-// is blank or a dot.
+// Draws a heading and below it the tracks from `list.first` on, in `height` rows from `top`. The page must be at least
+// `minSessionColumns` wide. From left to right: cursor and mark, the strip that shows the track, the track's number,
+// the name on its colour, fader, lights, select, automation mode, pan, and as much of the comment as fits. Unknown
+// values are blank or a dot.
 void drawSession(Canvas& canvas, int top, int height, const SessionPicture& picture, Offset offset,
                  const SessionList& list, bool blinkOn);
 
-// How many tracks fit into that height.
+// The number of tracks that fit this height.
 int tracksIn(int height);
 
-// The track under the cursor with what has no room on its line, and how many are marked.
+// Describes the track under the cursor, including what does not fit its line, and the number of marked tracks.
 std::string trackInWords(const SessionPicture& picture, Offset offset, const SessionList& list);
 
 } // namespace lumbrine::remote

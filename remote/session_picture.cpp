@@ -18,7 +18,7 @@ std::string withoutBlanksAround(std::string_view text) {
     return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
 }
 
-// Changes a picture as each kind of message asks; true when something changed.
+// Applies each kind of message to the picture. Returns true when something changed.
 struct Painter {
     SessionPicture& picture;
 

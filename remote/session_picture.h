@@ -1,5 +1,5 @@
-// What a client knows about the surfaces and the session from the messages that reached it. Plain values; two pictures
-// can be compared, and so can a picture and what it should show.
+// A client's picture of the surfaces and of the session, built from the messages that it has received. Plain values
+// that can be compared.
 #pragma once
 
 #include "remote/receiver_message.h"
@@ -14,7 +14,7 @@
 namespace lumbrine::remote {
 
 struct StripPicture {
-    std::string name;     // the surface's four characters, without the blanks around them
+    std::string name;     // the surface's four characters, without blanks at either end
     std::string fullName; // empty when there is none
     FaderValue fader = FaderValue::ofRaw(0);
     StripLights lights;
@@ -30,7 +30,7 @@ struct StripPicture {
     bool operator==(const StripPicture&) const = default;
 };
 
-// One track of the session. Rows, modes and pans come in messages of their own, in any order.
+// One track of the session. Its row, mode and pan arrive in separate messages, in any order.
 struct SessionTrack {
     std::optional<TrackRow> row;
     AutoMode autoMode = 0;
@@ -40,28 +40,30 @@ struct SessionTrack {
 };
 
 struct SessionPicture {
-    // All strips that were ever told about; those from `shownStrips` on are not on any surface now.
+    // All strips. Those from `shownStrips` on are on no surface now; their values are the last ones received.
     std::array<StripPicture, stripCount> strips;
     int shownStrips = stripsPerSurface;
     bool panRight = false;
     std::optional<std::uint16_t> bankOffset; // session track on the first strip; absent while unknown
     std::uint16_t trackCount = 0;
 
-    // The position that the strips' values belong to. A new position comes before the values: while the receiver moves
-    // the surfaces it holds them back, and sends all of them in the end, the last strip's fader after the others.
+    // The bank position to which the values of the strips belong. A new position arrives before the new values: while
+    // the receiver moves the surfaces it sends no values, and at the end it sends all of them, the fader of the last
+    // strip as the last one.
     std::optional<std::uint16_t> settledOffset;
     Transport transport;
 
-    // By session index, at most 65,536. Tracks behind the end that the last bank position told of are gone.
+    // By session index, at most 65,536. Tracks beyond the track count of the last BankPos are removed.
     std::map<std::uint16_t, SessionTrack> session;
 
     StripPicture& at(Strip strip) { return strips[strip.slot()]; }
     const StripPicture& at(Strip strip) const { return strips[strip.slot()]; }
 
-    // Takes in one message; true when it changed anything.
+    // Applies one message. Returns true when something changed.
     bool apply(const ReceiverMessage& message);
 
-    // The client's own move, which the receiver does not echo while the fader is held; true when it changed anything.
+    // Applies the client's own move, which the receiver does not echo while the fader is held. Returns true when
+    // something changed.
     bool moveFader(Strip strip, FaderValue value);
 
     bool operator==(const SessionPicture&) const = default;

@@ -12,9 +12,9 @@
 namespace lumbrine::remote {
 namespace {
 
-constexpr int roomyWidth = 8; // from here on there is room for words and a pan bar
+constexpr int roomyWidth = 8; // from this width on, there is room for words and a pan bar
 
-// What drawing the parts of one strip has in common.
+// The common data of the functions that draw the parts of one strip.
 struct Column {
     Canvas& canvas;
     const ColumnPlace& place;
@@ -88,7 +88,7 @@ void Column::pan(int row, PanSide side) const {
     canvas.put(row, place.left + 1 + at, ring.centre ? "◉" : "●", style);
 }
 
-// The knob moves by half rows: a half block in the upper or the lower half of its row.
+// The knob moves in steps of half a row: it is a half block in the upper or the lower half of a row.
 void Column::fader() const {
     const int rows = place.faderRows();
     const int left = place.left + (roomy() ? 1 : 0);

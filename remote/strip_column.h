@@ -6,7 +6,8 @@
 
 namespace lumbrine::remote {
 
-// Where a column stands. The last of its `width` columns stays blank. At least 5 wide and `minHeight` high.
+// The place of a strip on the page, at least `minWidth` wide and `minHeight` high. Its last character column stays
+// blank.
 struct ColumnPlace {
     int top;
     int left;
@@ -16,7 +17,7 @@ struct ColumnPlace {
     static constexpr int minWidth = 5;
     static constexpr int minHeight = 16;
 
-    // The rows of the fader lie between the rows above it and the two below it.
+    // The fader takes the rows between those for the fields above it and below it.
     static constexpr int rowsAbove = 6;
     static constexpr int rowsBelow = 2;
     int faderRows() const { return height - rowsAbove - rowsBelow; }
@@ -28,11 +29,11 @@ struct StripLook {
     bool cursor = false;
     bool held = false;
     bool blinkOn = true;
-    bool panRight = false; // which side the V-Pots turn
+    bool panRight = false; // the V-Pots turn the right side of stereo pans
 };
 
-// From top to bottom: number and select, name, full name, lights, the pans of both sides, fader and meters, the fader's
-// value from 0 to 100, automation mode.
+// Draws a strip. From top to bottom: number and select, name, full name, lights, the pans of both sides, fader and
+// meters, the fader's value from 0 to 100, automation mode.
 void drawStrip(Canvas& canvas, const ColumnPlace& place, const StripPicture& strip, const StripLook& look);
 
 } // namespace lumbrine::remote

@@ -1,4 +1,4 @@
-// The terminal as the view needs it.
+// The terminal, reduced to what the view needs.
 #pragma once
 
 #include "remote/canvas.h"
@@ -25,7 +25,7 @@ enum class SpecialKey {
     interrupt
 };
 
-// A special key, or a character of ASCII.
+// A special key, or an ASCII character.
 struct Key {
     SpecialKey special = SpecialKey::none;
     char character = 0;
@@ -37,16 +37,16 @@ class Terminal {
 public:
     virtual ~Terminal() = default;
 
-    // The next key that was pressed, without waiting for one.
+    // The next pressed key; absent when there is none. Never waits.
     virtual std::optional<Key> poll() = 0;
 
     virtual int rows() = 0;
     virtual int columns() = 0;
 
-    // The canvas has the size that the terminal told last.
+    // Precondition: the canvas has the size that rows() and columns() returned last.
     virtual void draw(const Canvas& canvas) = 0;
 
-    // Draws every character anew at the next `draw`, whatever stood there.
+    // Makes the next `draw` write every character, not only changed ones.
     virtual void forget() = 0;
 };
 

@@ -1,5 +1,5 @@
-// The full-screen view: takes the keys to the console and draws the page, at most thirty times a second and only when
-// it looks different.
+// The full-screen view: passes keys to the console and draws the page when it has changed, at most thirty times a
+// second.
 #pragma once
 
 #include "platform/api/runtime.h"
@@ -17,9 +17,10 @@ namespace lumbrine::remote {
 class TerminalApp {
 public:
     static constexpr Duration frame = seconds(1.0 / 30);
-    static constexpr Duration blink = seconds(0.4); // how long a blinking light stays on, and off
+    static constexpr Duration blink = seconds(0.4); // a blinking light is on for this time and off for this time
 
-    // Main thread only. Draws from now on. All three outlive the view; `whenQuit` must not destroy it.
+    // Main thread only. Starts drawing. The first three arguments must outlive the view; `whenQuit` must not destroy
+    // it.
     TerminalApp(Runtime& rt, RemoteClient& remoteClient, Terminal& screen, std::function<void()> whenQuit);
 
     void setReceiver(std::string name) { console.setReceiver(std::move(name)); }

@@ -94,7 +94,7 @@ void TerminalConsole::pressOnSession(Key key) {
     session.pressCommandKey(key);
 }
 
-// The cursor stays with the track where both pages show it.
+// The cursor stays on the same track when both pages show it.
 void TerminalConsole::turnPage() {
     const auto offset = offsetOf(client.picture(), view());
     if (state.page == Page::strips) {
@@ -130,7 +130,7 @@ void TerminalConsole::pressSpecial(SpecialKey key) {
     }
 }
 
-// The keys that act on the view, or on who is in control. True when it was one of them.
+// Handles the keys for the view and for taking control. Returns true when it was one of them.
 bool TerminalConsole::pressCommonKey(char character) {
     switch (character) {
     case 'q':
@@ -150,7 +150,8 @@ bool TerminalConsole::pressCommonKey(char character) {
     }
 }
 
-// The keys that move the surfaces, and the mode that either page asks for. True when it was one of them.
+// Handles the keys that move the surfaces, and the automation prompt that both pages have. Returns true when it was one
+// of them.
 bool TerminalConsole::pressMoveKey(char character) {
     switch (character) {
     case '[':
@@ -232,7 +233,7 @@ void TerminalConsole::pressInPrompt(Key key) {
     }
 }
 
-// What was typed makes no sense, or control is gone: nothing happens.
+// Does nothing when the input makes no sense or this client is no longer in control.
 void TerminalConsole::answer() {
     if (inControl()) {
         if (state.prompt == Prompt::goToTrack) goToTyped();

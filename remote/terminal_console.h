@@ -1,7 +1,7 @@
-// What the keys do: each becomes a command to the receiver or a change of the view. While another client is in control,
-// only the keys that need no control do anything. The keys of the list of tracks: session_console.h.
+// Turns each key into a command to the receiver or into a change of the view. While another client is in control, only
+// the keys that need no control work. The keys of the list of tracks are in session_console.h.
 //
-// A fader that is moved by key is touched at the first key and released a moment after the last one.
+// A fader that is moved by keys is touched at the first key and released `holdTime` after the last one.
 #pragma once
 
 #include "platform/api/runtime.h"
@@ -21,20 +21,20 @@ namespace lumbrine::remote {
 class TerminalConsole {
 public:
     static constexpr Duration holdTime = seconds(0.6);
-    static constexpr Duration memoryOfPosition = seconds(1.0); // how long a lost position still counts
+    static constexpr Duration memoryOfPosition = seconds(1.0); // how long a lost bank position is still shown
 
-    // Main thread only. `whenQuit` is called from `press`.
+    // Main thread only. `whenQuit` is called inside `press`.
     TerminalConsole(Runtime& rt, RemoteClient& remoteClient, std::function<void()> whenQuit);
 
     void press(Key key);
 
-    // What people see as the other end.
+    // Sets the name of the receiver on the page.
     void setReceiver(std::string name) { state.receiver = std::move(name); }
 
-    // Before every page that is drawn: how many tracks of the session it has room for.
+    // Call before drawing each page, with the number of session tracks that fit it.
     void look(int tracksOnPage);
 
-    // With the link and the cursor as they are now; the cursor is always on a shown strip.
+    // The current view. Its cursor is always on a strip that is shown.
     ViewState view() const;
 
 private:
@@ -65,10 +65,10 @@ private:
     const std::function<void()> quit;
     ViewState state;
     SessionConsole session;
-    TimePoint knownAt = distantPast; // when the position was last known
+    TimePoint knownAt = distantPast; // the last time when the bank position was known
 
-    // How often each fader was moved; a release that was asked for before the last move does nothing. Gone with the
-    // console.
+    // The number of moves of each fader: a release that was scheduled before the last move does nothing. Expires with
+    // the console.
     std::shared_ptr<std::array<int, stripCount>> moves = std::make_shared<std::array<int, stripCount>>();
 };
 

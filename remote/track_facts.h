@@ -1,4 +1,4 @@
-// Everything that a client knows about one track of the session, from whatever message told it. Pure functions.
+// Everything that a client knows about one track of the session, combined from all messages. Pure functions.
 #pragma once
 
 #include "remote/session_picture.h"
@@ -10,8 +10,8 @@
 namespace lumbrine::remote {
 
 struct TrackFacts {
-    std::optional<Strip> strip = {}; // that shows the track now
-    std::string name = {};           // empty while nothing has told it
+    std::optional<Strip> strip = {}; // the strip that shows the track now
+    std::string name = {};           // empty while unknown
     std::optional<FaderValue> fader = {};
     StripLights lights = {};
     bool inputMonitor = false;
@@ -24,12 +24,12 @@ struct TrackFacts {
     bool operator==(const TrackFacts&) const = default;
 };
 
-using Offset = std::optional<std::uint16_t>; // the session track on the first strip, absent while it is unknown
+using Offset = std::optional<std::uint16_t>; // the session track on the first strip; absent while unknown
 
-// What the surfaces show of a track is newer than its row, once the strips have settled there.
+// When the strips have settled on this bank position, their values are newer than those in the track's row, and win.
 TrackFacts factsOf(const SessionPicture& picture, Offset offset, std::uint16_t track);
 
-// The session track on a strip and the other way round; absent where the strip shows none, or the track is not shown.
+// The session track on a strip, and the strip that shows a session track. Absent when there is none.
 std::optional<std::uint16_t> trackOn(const SessionPicture& picture, Offset offset, Strip strip);
 std::optional<Strip> stripShowing(const SessionPicture& picture, Offset offset, std::uint16_t track);
 

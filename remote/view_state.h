@@ -1,4 +1,4 @@
-// What the person at the terminal has done to the view: where the cursor stands, what is marked, what is being typed.
+// The state of the view that the user controls: cursor, marks, prompt.
 #pragma once
 
 #include "base/strip.h"
@@ -18,29 +18,29 @@ enum class Prompt { none, goToTrack, autoMode, pan, fader };
 // The list of the session's tracks. Tracks are session indices.
 struct SessionList {
     std::uint16_t cursor = 0;
-    std::uint16_t first = 0; // the track on the uppermost line
+    std::uint16_t first = 0; // the track on the top line
     std::set<std::uint16_t> marked;
 };
 
 struct ViewState {
     LinkState link = LinkState::searching;
-    std::string receiver; // "192.168.1.2:52700"; empty while none was found
+    std::string receiver; // "192.168.1.2:52700"; empty until one is found
     Page page = Page::strips;
     Strip cursor = *Strip::of(0);
-    std::array<bool, stripCount> held{}; // faders that are being moved from here
+    std::array<bool, stripCount> held{}; // faders that this client holds
     SessionList session;
 
-    // Where the surfaces were a moment ago. Whenever the receiver asks for an automation mode it loses the position for
-    // a fraction of a second, and the page should not flicker.
+    // The bank position a moment ago. While the receiver reads an automation mode, it reports the position as unknown
+    // for a fraction of a second, and the page must not flicker.
     std::optional<std::uint16_t> lastOffset = {};
 
-    bool blinkOn = true; // which half of the blinking it is
+    bool blinkOn = true; // blinking lights are on now
     bool help = false;
     Prompt prompt = Prompt::none;
-    std::string typed; // behind the prompt
+    std::string typed; // the input at the prompt
 };
 
-// The session track on the first strip; absent while it is unknown and was for a while.
+// The session track on the first strip, or the last known one. Absent when it has been unknown for a while.
 inline std::optional<std::uint16_t> offsetOf(const SessionPicture& picture, const ViewState& view) {
     return picture.bankOffset ? picture.bankOffset : view.lastOffset;
 }

@@ -8,10 +8,10 @@
 
 namespace lumbrine::remote {
 
-// What stands between blanks. The words are parts of `text`.
+// Splits a text at blanks. The words are views into `text`.
 std::vector<std::string_view> wordsOf(std::string_view text);
 
-// A whole number in decimal that lies in the range; absent for anything else, also for blanks around it.
+// A decimal whole number within the range. Absent for anything else, including blanks around it.
 std::optional<int> wholeNumber(std::string_view word, int smallest, int largest);
 
 } // namespace lumbrine::remote

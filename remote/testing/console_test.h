@@ -1,4 +1,4 @@
-// For tests: a console that is connected to a scripted receiver, and keys to press on it.
+// For tests: a console connected to a scripted receiver, and functions that press keys.
 #pragma once
 
 #include "platform/virtual/virtual_network.h"

@@ -1,4 +1,4 @@
-// For tests: the other end of the wire, which does nothing but note what arrives and send what the test tells it to.
+// For tests: the other end of the wire. It records what arrives and sends only what the test asks for.
 #pragma once
 
 #include "base/bytes.h"
@@ -30,13 +30,13 @@ public:
     ScriptedReceiver(const ScriptedReceiver&) = delete;
     ScriptedReceiver& operator=(const ScriptedReceiver&) = delete;
 
-    // What arrived since the last call, in order.
+    // The datagrams that have arrived since the last call, in order.
     std::vector<Bytes> taken() {
         const Lock lock(mutex);
         return std::exchange(arrived, {});
     }
 
-    // To whoever was heard last.
+    // Sends to the peer that sent the last datagram.
     void send(const Bytes& datagram) {
         std::optional<PeerAddress> to;
         {

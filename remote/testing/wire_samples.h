@@ -1,4 +1,4 @@
-// For tests: strips by their number, and the datagrams that many conversations begin with.
+// For tests: strips by their number, and the datagrams with which many conversations begin.
 #pragma once
 
 #include "base/bytes.h"
