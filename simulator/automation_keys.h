@@ -1,5 +1,5 @@
-// The AUTO switches of the strips and the automation mode keys: a mode is chosen when one of each is down, or by a mode
-// key alone together with the OPTION key.
+// The AUTO switches of the strips and the automation mode keys. A mode is set when a switch and a mode key are down
+// together, or when a mode key is pressed with the OPTION key.
 #pragma once
 
 #include "simulator/short_name.h"
@@ -11,7 +11,7 @@
 
 namespace lumbrine {
 
-// How a display shows a track's automation mode.
+// The text of a strip's display for a track's automation mode.
 DisplayText automationText(const SimulatedTrack& track, TrimWords trimWords);
 
 class AutomationKeys {
@@ -22,23 +22,23 @@ public:
         auto operator<=>(const Strip&) const = default;
     };
 
-    // Which tracks a mode is for.
+    // The tracks that get a mode.
     enum class Scope {
-        strips,    // those whose AUTO switches are down, and with them their groups
-        noGroups,  // those alone: the CLUTCH key is down
+        strips,    // those whose AUTO switches are down, and the members of their groups
+        noGroups,  // the same without groups: the CLUTCH key is down
         allTracks, // the OPTION key is down
-        selected,  // OPTION and SHIFT are
+        selected,  // OPTION and SHIFT are down
     };
 
-    // `trackOn` says which track a strip shows at the moment, 0 for none. Both outlive this.
+    // `trackOn` returns the id of the track on a strip, 0 for none. Both arguments must outlive this object.
     AutomationKeys(SimulatedSession& editedSession, std::function<int(Strip)> trackOn)
         : session(editedSession), trackShownOn(std::move(trackOn)) {}
 
-    // Either order of pressing sets the mode. The trim key turns trim over instead.
+    // The order of the two presses does not matter. The trim key toggles trim instead of setting a mode.
     void autoSwitch(Strip strip, bool down, Scope scope);
     void modeKey(int surface, int port, bool down, Scope scope); // port of zone 18, 0-5
 
-    // Called for each held strip when a mode key is down with it, before its track is given the mode.
+    // Called for each held strip before its track gets the mode.
     std::function<void(int modePort, Strip strip)> onSet;
 
     bool isHeld(Strip strip) const { return heldStrips.contains(strip); }

@@ -83,7 +83,7 @@ constexpr std::array mix{
     Part{"Mix Bus", &returns, true, 0, ""},
 };
 
-// What a longer session goes on with; its tracks are numbered in front, as engineers do to keep them apart.
+// The further tracks of a longer session. Their names begin with a number, as engineers number them.
 constexpr std::array more{
     Part{"Gtr Layer", &guitars, false, -35, ""}, Part{"Synth Pad", &keys, true, 0, ""},
     Part{"Strings", &strings, true, 0, ""},      Part{"コーラス", &choir, false, 25, ""},
@@ -121,7 +121,7 @@ SimulatedTrack makeTrack(const Part& part, int number, bool japanese, SeededRand
     return track;
 }
 
-// Each folder stands before the tracks it holds. The session numbers its tracks from 1.
+// Puts each folder before its members. Track ids count from 1.
 void makeFolders(std::vector<SimulatedTrack>& tracks, int folders) {
     constexpr std::size_t held = 3;
     std::size_t index = 0;

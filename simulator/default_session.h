@@ -1,4 +1,4 @@
-// A session that looks like somebody's mix.
+// Makes sessions that look like a real mix.
 #pragma once
 
 #include "simulator/simulated_session.h"
@@ -8,16 +8,16 @@
 namespace lumbrine {
 
 struct SessionStyle {
-    bool japaneseNames = false; // all tracks have them
-    int folders = 0;            // as many of the tracks are folders of three others; the first is closed, the next open
+    bool japaneseNames = false; // true: all tracks have Japanese names
+    int folders = 0; // tracks that are folders with three members: the first is closed, the next open, and so on
 };
 
-// `tracks` shown and hidden tracks together, at most 1,000: drums, bass, guitars, keys, strings, voices and returns,
-// some with Japanese names, some of their short names alike, as they are in real sessions. Equal arguments give equal
-// sessions. All names differ. About one track in sixteen is hidden; sessions of up to 8 tracks hide none.
+// Makes a session of `tracks` tracks, at most 1,000, hidden ones included: drums, bass, guitars, keys, strings, voices
+// and returns. Some have Japanese names, and some share a short name, as in real sessions; all full names differ. Equal
+// arguments give equal sessions. About one track in sixteen is hidden; with up to 8 tracks none is.
 SimulatedSession defaultSession(int tracks, std::uint64_t seed, SessionStyle style = {});
 
-// Another session made from the same template: names, order, folders and groups are alike, all values are not.
+// Makes another session from the same template: names, order, folders and groups are equal, the values differ.
 SimulatedSession sessionOfSameTemplate(const SimulatedSession& session, std::uint64_t seed);
 
 } // namespace lumbrine

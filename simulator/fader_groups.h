@@ -1,4 +1,4 @@
-// Fader groups: the first fader touched of a group leads it, and the members that nobody touches follow.
+// Fader groups: the first touched fader of a group leads it, and the untouched members follow.
 #pragma once
 
 #include "simulator/simulated_session.h"
@@ -10,15 +10,15 @@ namespace lumbrine {
 
 class FaderGroups {
 public:
-    // Without `linked` every track is by itself. The session outlives this.
+    // When `linkedTracks` is false, there are no groups. The session must outlive this object.
     FaderGroups(SimulatedSession& editedSession, bool linkedTracks) : session(editedSession), linked(linkedTracks) {}
 
     void touch(int trackID);
-    void release(int trackID); // the lead passes to the fader of the group that is touched the longest
+    void release(int trackID); // the lead passes to the fader of the group that has been touched longest
     bool isTouched(int trackID) const;
 
-    // Moves the track's fader; when it leads, the others by as much from where they were when its lead began, each
-    // within the fader's range.
+    // Moves the track's fader. When it leads, the others move by the same amount from their positions at the start of
+    // its lead, each clamped to the fader's range.
     void move(int trackID, FaderValue position);
 
 private:

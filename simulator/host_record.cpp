@@ -45,7 +45,7 @@ void HostRecorder::change(const SessionChange& change) {
     case SessionChange::Kind::structure:
     case SessionChange::Kind::opened:
     case SessionChange::Kind::closed:
-        // Names change with it, and which track's is not told.
+        // A change of structure may include names, and it does not say of which track.
         for (const SimulatedTrack& track : session.tracks())
             noteState(track);
         noteList();

@@ -1,5 +1,5 @@
-// What the simulated host did and showed, track by track: for whoever judges a receiver by it. Tracks are told by their
-// ids, 0 for none; strips count over both surfaces, 0-15. Every list is in the order of its times.
+// A record of what the simulated host did and showed, by track, for tests that judge a receiver by it. Tracks are ids,
+// 0 for none. Strips are numbered 0-15 across both surfaces. Every list is ordered by time.
 #pragma once
 
 #include "platform/api/runtime.h"
@@ -13,7 +13,7 @@
 
 namespace lumbrine {
 
-// Something that a surface asked for, and the track that it happened to.
+// An action of a surface, and the track that it affected.
 struct HostAct {
     enum class Kind { touch, move, press, turn, mode };
 
@@ -25,15 +25,15 @@ struct HostAct {
     int track = 0;
 };
 
-// From then on the strip's display has what there is to say of that track: its name, or its automation mode.
+// From `at` on, the strip's display shows this track: its name, or its automation mode.
 struct ShownTrack {
     TimePoint at;
     int strip = 0;
     int track = 0;
-    std::string text; // without the blanks around it
+    std::string text; // without blanks at either end
 };
 
-// From then on strips have other tracks, also those whose surface is not told.
+// From `at` on, the strips have other tracks, also those whose display is not sent.
 struct BankChange {
     TimePoint at;
     int offset = 0;
@@ -41,13 +41,13 @@ struct BankChange {
         pressed; // when a surface sent the button's press; absent when it was not a surface's doing
 };
 
-// The tracks that banks go over, in their order, from then on.
+// From `at` on, these are the shown tracks in order.
 struct TrackList {
     TimePoint at;
     std::vector<int> ids;
 };
 
-// What that track has from then on.
+// From `at` on, this is the state of the track.
 struct TrackState {
     TimePoint at;
     SimulatedTrack track;
@@ -58,21 +58,21 @@ struct HostRecord {
     std::vector<ShownTrack> shown;
     std::vector<BankChange> banks;
     std::vector<TrackList> lists;
-    std::vector<TrackState> states; // the first of each track is what it began with
+    std::vector<TrackState> states; // the first one of each track is its state at the start
 };
 
-// Writes it. Guarded by whoever guards the host.
+// Writes the record. Not synchronised: the lock of the host must be held.
 class HostRecorder {
 public:
     using TracksOnStrips = std::array<int, 16>;
 
     HostRecorder(const Runtime& rt, const SimulatedSession& recordedSession);
 
-    // The messages that the host acts on next left their surface then.
+    // Sets the time at which the surface sent the messages that the host handles next.
     void messagesLeft(TimePoint when) { sent = when; }
 
     void act(HostAct::Kind kind, int strip, int detail, int track);
-    void bankPressed() { bankIsPressed = true; } // a surface's bank button, at work until the next `bank`
+    void bankPressed() { bankIsPressed = true; } // a surface has pressed a bank button; the next `bank` is its effect
     void bank(int offset, const TracksOnStrips& tracks);
     void show(int strip, int track, std::string text);
     void change(const SessionChange& change);

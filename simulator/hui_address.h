@@ -1,4 +1,4 @@
-// Where the switches and LEDs of a HUI are: a zone and a port. Strip n is zone n.
+// The addresses of the switches and LEDs of a HUI: a zone and a port. Strip n is zone n.
 #pragma once
 
 namespace lumbrine::hui_address {
@@ -6,8 +6,8 @@ namespace lumbrine::hui_address {
 inline constexpr int zoneCount = 0x1E;
 inline constexpr int portCount = 8;
 inline constexpr int stripCountOfSurface = 8;
-inline constexpr int ringCount = 12;   // the strips' and four parameter pots'
-inline constexpr int displayCount = 9; // the strips' and SELECT-ASSIGN
+inline constexpr int ringCount = 12;   // of 8 strips and 4 parameter pots
+inline constexpr int displayCount = 9; // of 8 strips, and SELECT-ASSIGN
 inline constexpr int assignDisplay = 8;
 
 enum StripPort { touch, select, mute, solo, automation, vSel, insert, recordArm };

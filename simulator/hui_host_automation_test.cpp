@@ -1,4 +1,4 @@
-// Automation modes: either order of holding, what the displays show, and for how long.
+// Automation modes: both orders of pressing, and what the displays show for how long.
 #include "simulator/simulated_hui_host.h"
 #include "simulator/testing/host_bench.h"
 
@@ -224,7 +224,7 @@ TEST(HUIHostAutomation, ShowsNoMomentWhenTheOptionIsZero) {
 
 // ---- The LED of the AUTO switch
 
-// What strip 1's LED is sent when its track goes to that mode.
+// The values sent to the LED of strip 1 when its track changes to this mode.
 std::vector<Bytes> ledSentFor(HostBench& bench, Automation mode, bool trim = false) {
     bench.clear();
     bench.edit([&](SimulatedSession& session) {

@@ -1,5 +1,5 @@
-// What hosts choose differently: what a reset means, when a surface is filled, what untouched faders, values, clips and
-// the counter do.
+// The options of the host: the meaning of a reset, when a surface is filled, and the behaviour of untouched faders,
+// values, clips and the counter.
 #include "simulator/testing/host_bench.h"
 
 namespace lumbrine {

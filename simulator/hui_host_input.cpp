@@ -1,4 +1,4 @@
-// What surfaces do to the session.
+// SimulatedHUIHost: the effects of surface messages on the session.
 #include "simulator/simulated_hui_host.h"
 
 #include <algorithm>
@@ -106,7 +106,7 @@ void SimulatedHUIHost::touchEdge(int surface, int strip, bool on) {
 }
 
 void SimulatedHUIHost::act(int surface, const from_surface::FaderMoved& moved, TimePoint now) {
-    // A surface that does not answer pings works, except for its faders.
+    // Without answered pings, Pro Tools ignores the faders of a surface and nothing else.
     if (!at(surface).port.answering()) return;
     recordAct(HostAct::Kind::move, surface, moved.strip, moved.position.raw());
     const int track = trackOn(surface, moved.strip);
@@ -116,7 +116,7 @@ void SimulatedHUIHost::act(int surface, const from_surface::FaderMoved& moved, T
         groups.move(track, moved.position);
         showValue(track, false, now);
     }
-    // The fader has left its place, so that its position has to be sent even if it is the one sent before.
+    // The surface's fader has moved, so the position must be sent even if it equals the one sent before.
     at(surface).port.forgetFader(moved.strip);
     needsShowing = true;
 }
@@ -219,7 +219,7 @@ void SimulatedHUIHost::transport2Pressed(int port) {
     }
 }
 
-// Letting go is no act.
+// A release is never frozen: a held switch must not stay down after the dialog.
 bool SimulatedHUIHost::frozenAgainst(const SurfaceMessage& message) const {
     if (!dialog || std::holds_alternative<from_surface::PingReply>(message)) return false;
     const auto* const edge = std::get_if<from_surface::SwitchEdge>(&message);

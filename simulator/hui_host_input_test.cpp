@@ -1,4 +1,4 @@
-// What surfaces do: faders, switches, V-Pots, transport.
+// The effects of surfaces: faders, switches, V-Pots, transport.
 #include "simulator/simulated_hui_host.h"
 #include "simulator/testing/host_bench.h"
 

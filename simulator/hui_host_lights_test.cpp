@@ -1,4 +1,4 @@
-// What goes on by itself: flashing LEDs, meters and the counter.
+// What changes with time alone: flashing LEDs, meters and the counter.
 #include "simulator/simulated_hui_host.h"
 #include "simulator/testing/host_bench.h"
 

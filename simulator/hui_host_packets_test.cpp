@@ -1,4 +1,4 @@
-// What a host's pings and ports do that is out of the ordinary: late pings, packed messages, a SysEx without its end.
+// Unusual pings and packets of a host: late pings, packed messages, a SysEx without its end.
 #include "simulator/testing/host_bench.h"
 
 namespace lumbrine {
@@ -7,7 +7,7 @@ namespace {
 using testing::Contains;
 using testing::Not;
 
-// When pings came within that time, from the start on.
+// The times of the pings within this time from the start.
 std::vector<Duration> pingTimes(const SimulatorOptions& options, Duration time) {
     HostBench bench(numberedSession(1), options);
     std::vector<Duration> times;

@@ -1,4 +1,4 @@
-// What surfaces show of the session.
+// SimulatedHUIHost: the pictures of the surfaces, computed from the session.
 #include "simulator/simulated_hui_host.h"
 #include "simulator/value_text.h"
 
@@ -20,7 +20,7 @@ DisplayText assignText(int port) {
     return shortName(names[static_cast<std::size_t>(port)], ShortNameRule::cut, NonASCIIRule::blank);
 }
 
-// Hours, minutes, seconds and frames, two digits each, right-most first, with separators between the pairs.
+// Hours, minutes, seconds and frames with two digits each, right-most digit first, and separators between the pairs.
 std::array<std::uint8_t, 8> counterDigits(Duration position) {
     const auto frames = static_cast<std::int64_t>(inSeconds(position) * framesPerSecond);
     const std::int64_t whole = frames / framesPerSecond;
@@ -119,7 +119,7 @@ DisplayText SimulatedHUIHost::displayOf(const SimulatedTrack& track, int surface
     return shortName(track.name, options.shortNames, options.nonASCII);
 }
 
-// A mode that can write flashes: with trim in two colours, else with dark in between.
+// The LED of a mode that can write flashes: with trim between two colours, otherwise between its colour and dark.
 std::uint8_t SimulatedHUIHost::autoLEDOf(const SimulatedTrack& track) const {
     using enum SimulatedTrack::Automation;
     if (options.autoLED == AutoLED::unlit || track.automation == off) return darkLED;

@@ -1,4 +1,4 @@
-// What the host writes down of what happens.
+// SimulatedHUIHost: calls of the recorder.
 #include "simulator/simulated_hui_host.h"
 
 namespace lumbrine {

@@ -1,4 +1,4 @@
-// Writes what a HUI host sends to a surface.
+// Writes the messages of a HUI host to a surface.
 #pragma once
 
 #include "base/bytes.h"
@@ -13,8 +13,9 @@
 
 namespace lumbrine {
 
-// Collects packets, one message in each; with running status a run of controllers shares one packet of up to 64 bytes.
-// What is collected between two `take` is a burst: within it a zone is selected once for the ports that follow.
+// Collects packets with one message each. With running status, consecutive controllers share one packet of up to 64
+// bytes. The messages between two calls of `take` are a burst; without repeatZoneSelect, a zone is selected only when
+// it changes within the burst.
 class HUIMessageWriter {
 public:
     explicit HUIMessageWriter(const SimulatorOptions& options)
@@ -22,7 +23,7 @@ public:
           displaysPerSysEx(static_cast<std::size_t>(options.displaysPerSysEx)) {}
 
     struct Display {
-        int number; // 0-7 the strips', 8 SELECT-ASSIGN
+        int number; // 0-7 for the strips, 8 for SELECT-ASSIGN
         DisplayText text;
     };
 
@@ -30,11 +31,11 @@ public:
     void fader(int strip, FaderValue position);
     void ring(int pot, std::uint8_t value);
     void led(int zone, int port, bool on);
-    void autoLED(int strip, std::uint8_t state); // 00 to 70
+    void autoLED(int strip, std::uint8_t state); // bits 4-6 of the value: 00 to 70
     void meter(int strip, int side, int level);
     void displays(std::span<const Display> texts);
     void mainDisplay(int part, std::string_view tenCharacters); // part 0-7
-    void counter(std::span<const std::uint8_t> digits);         // up to eight, right-most first
+    void counter(std::span<const std::uint8_t> digits);         // up to eight, right-most digit first
 
     std::vector<Bytes> take();
 

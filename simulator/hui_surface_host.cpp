@@ -8,7 +8,7 @@ namespace lumbrine {
 
 namespace {
 
-constexpr std::size_t partLength = 10; // of the main display
+constexpr std::size_t partLength = 10; // characters of the main display in one message
 
 struct LEDRow {
     int zone;
@@ -16,7 +16,7 @@ struct LEDRow {
     int lastPort;
 };
 
-// The LEDs besides those of the strips that this host drives.
+// The LEDs outside the strips that this host drives.
 constexpr std::array globalLEDs{
     LEDRow{hui_address::assignZone, hui_address::output, hui_address::sendA},
     LEDRow{hui_address::transportZone, hui_address::rewind, hui_address::record},
@@ -48,7 +48,7 @@ bool HUISurfaceHost::advance(TimePoint now, bool pinging) {
     }
     if (now < *nextPing + late) return false;
     sendPing(now);
-    // A host that was held up does not make up for the pings it missed.
+    // A host that was held up skips the pings that it missed.
     while (*nextPing <= now)
         *nextPing += options.pingInterval;
     late = lateness();
@@ -188,7 +188,7 @@ void HUISurfaceHost::sendCounter(const SurfacePicture& picture) {
         shownMainDisplay = picture.mainDisplay;
     }
     if (options.counter && shownCounter != picture.counter) {
-        // From the right up to the last digit that changed.
+        // Only the digits from the right up to the last changed one are sent.
         std::size_t count = picture.counter.size();
         while (shownCounter && (*shownCounter)[count - 1] == picture.counter[count - 1])
             --count;

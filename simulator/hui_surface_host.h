@@ -1,5 +1,5 @@
-// One port pair of the host: whether a surface answers there, what it shows already, and what has to be sent so that it
-// shows something else. Knows nothing of tracks.
+// One pair of ports of the host: knows whether a surface answers, what it shows, and which messages change that to
+// another picture. Knows nothing of tracks.
 #pragma once
 
 #include "simulator/hui_message_writer.h"
@@ -20,35 +20,35 @@ public:
     // The seed decides which pings are late.
     HUISurfaceHost(SimulatorOptions simulatorOptions, std::uint64_t seed);
 
-    // ---- Presence. A surface answers from its first reply on, until a ping has been open for the host's time-out.
+    // ---- Presence. A surface counts as answering from its first reply until a ping stays unanswered for the time-out.
 
     bool answering() const { return answers; }
 
-    // Pings when it is time; the first time at once. True when the surface has just been given up.
+    // Sends a ping when it is due, the first one at once. Returns true when the surface has just been given up.
     bool advance(TimePoint now, bool pinging);
     TimePoint nextDeadline() const;
 
-    // It answers no longer until it is pinged and replies anew.
+    // The surface counts as not answering until it replies to a later ping.
     void giveUp();
 
-    void pingNow(TimePoint now); // beside the regular ones
-    bool replied();              // true when it has just begun to answer
+    void pingNow(TimePoint now); // in addition to the regular pings
+    bool replied();              // call for each reply; true when the surface has just begun to answer
 
-    // While cut, nothing leaves, and pings stay unanswered because nobody hears them.
+    // While the port is cut, nothing is sent. Pings count as sent and stay unanswered.
     void setCut(bool cut) { cutOff = cut; }
     bool cut() const { return cutOff; }
 
-    // ---- Showing. Only to a surface that answers and is not cut; what differs goes out in the order of the dump.
+    // ---- Showing. Sends only to a surface that answers and is not cut. Differences are sent in the order of the dump.
 
     void show(const SurfacePicture& picture);
-    void showMeters(const Meters& meters); // those above 0 each time, those at 0 once
+    void showMeters(const Meters& meters); // levels above 0 are sent each time, 0 only once
 
-    // What the surface shows is no longer known, and is sent again by the next `show`.
+    // Marks what the surface shows as unknown, so that the next `show` sends it again.
     void forget();
     void forgetStrips();
     void forgetFader(int strip);
 
-    // The next `show` begins with a ping, where the order of the dump has it.
+    // Makes the next `show` send a ping at its place in the order of the dump.
     void pingWithDump() { pingsInDump = true; }
 
     std::vector<Bytes> take();
@@ -74,11 +74,11 @@ private:
     bool cutOff = false;
     bool pingsInDump = false;
     std::uint64_t pings = 0;
-    std::optional<TimePoint> nextPing;  // when it is due; absent until the first, and while there is no pinging
-    Duration late = Duration::zero();   // by how much that one is late
-    std::optional<TimePoint> openSince; // the oldest ping without an answer
+    std::optional<TimePoint> nextPing;  // due time; absent before the first ping, and while there is no pinging
+    Duration late = Duration::zero();   // the lateness of that ping
+    std::optional<TimePoint> openSince; // the time of the oldest unanswered ping
 
-    // What the surface shows as far as it is known.
+    // What the surface shows; absent where unknown.
     std::array<std::optional<DisplayText>, hui_address::displayCount> shownDisplays;
     std::array<std::optional<std::uint16_t>, hui_address::stripCountOfSurface> shownFaders;
     std::array<std::optional<std::uint8_t>, hui_address::ringCount> shownRings;

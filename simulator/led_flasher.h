@@ -1,16 +1,16 @@
-// The common beat of all flashing LEDs. HUI has no message for flashing, so the host sends on and off.
+// The common rhythm of all flashing LEDs. HUI has no message for flashing, so the host sends on and off.
 #pragma once
 
 #include "platform/api/time.h"
 
 namespace lumbrine {
 
-// Runs only while something flashes, and then begins with on.
+// Runs only while something flashes, and begins with on.
 class LEDFlasher {
 public:
     LEDFlasher(Duration onTime, Duration offTime) : onFor(onTime), offFor(offTime) {}
 
-    // Brings the beat to `now`; true when the LEDs have to change.
+    // Advances the rhythm to `now`. Returns true when the LEDs must change.
     bool advance(TimePoint now, bool somethingFlashes) {
         if (!somethingFlashes) {
             running = false;

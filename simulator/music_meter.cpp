@@ -14,15 +14,15 @@ using Instrument = SimulatedTrack::MeterProgram::Kind;
 constexpr double silence = -200;
 constexpr double beat = 0.5; // seconds: 120 beats a minute
 
-// Chance for one place in the music: the same for the same place.
+// A random number for one place in the music: always the same for the same place.
 double chance(std::uint32_t seed, std::int64_t place) {
     return SeededRandom(seed * 0x10001ULL + static_cast<std::uint64_t>(place) * 0x9E3779B1ULL).unit();
 }
 
-// Falls from 0 dB at the hit by `fall` dB a second; silent when the seed has no hit on that step.
+// The level after a hit: it falls from 0 dB by `fall` dB a second. The seed decides which steps have a hit.
 double hits(std::uint32_t seed, double seconds, double step, double density, double fall) {
     const auto place = static_cast<std::int64_t>(seconds / step);
-    // Looks a little back, so that a hit rings on over steps without one.
+    // Looks back a few steps, so that a hit also sounds during the following steps without one.
     for (std::int64_t back = 0; back < 4 && place - back >= 0; ++back) {
         const std::int64_t hit = place - back;
         if (chance(seed, hit % 16) >= density) continue; // a pattern of sixteen steps
@@ -32,7 +32,7 @@ double hits(std::uint32_t seed, double seconds, double step, double density, dou
     return silence;
 }
 
-// Phrases with rests between them, and a slow movement within.
+// Phrases with rests between them and a slow movement inside each.
 double phrases(std::uint32_t seed, double seconds, double length, double presence, double movement) {
     const auto phrase = static_cast<std::int64_t>(seconds / length);
     if (chance(seed, phrase) >= presence) return silence;

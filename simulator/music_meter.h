@@ -1,5 +1,5 @@
-// What the meter of a track shows while the transport plays: levels that rise and fall as music does, the same at the
-// same place of the session each time it is played.
+// The meter of a track while the transport plays: levels that rise and fall like music, and are the same each time the
+// same place of the session is played.
 #pragma once
 
 #include "platform/api/time.h"
@@ -11,10 +11,10 @@ namespace lumbrine {
 
 using MeterLevels = std::array<int, 2>; // left and right, 0 dark to 12 clip
 
-// A mono program drives the left side only.
+// The levels at a position. Without `stereo`, only the left side is used.
 MeterLevels meterLevels(const SimulatedTrack::MeterProgram& program, bool stereo, Duration position);
 
-// The meter's segment for a level: -60 dBFS lights the first, 0 and more the twelfth.
+// The number of lit segments for a level: 1 from -60 dBFS, 12 from 0 dBFS.
 int meterLevelOf(double dBFS);
 
 } // namespace lumbrine

@@ -9,7 +9,7 @@ namespace lumbrine {
 namespace {
 
 constexpr std::uint8_t sysExBegin = 0xF0;
-constexpr std::uint64_t oneMessageIn = 4; // has a realtime byte
+constexpr std::uint64_t oneMessageIn = 4; // about one message in four gets a realtime byte
 
 const Bytes plainPing{0x90, 0x00, 0x00};
 
@@ -25,7 +25,7 @@ Bytes inForm(PingForm form) {
     return plainPing;
 }
 
-// Behind the last message that may share its packet.
+// Moves pings after the last message that may share their packet.
 void movePingsBack(std::vector<Bytes>& messages) {
     const auto pings = std::erase(messages, plainPing);
     const auto last = std::find_if(messages.rbegin(), messages.rend(),

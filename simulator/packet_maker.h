@@ -1,4 +1,4 @@
-// Makes the packets of one port out of the messages that leave by it at one moment.
+// Packs the messages that leave one port at the same moment into MIDI packets.
 #pragma once
 
 #include "base/bytes.h"
@@ -12,13 +12,13 @@ namespace lumbrine {
 
 class PacketMaker {
 public:
-    // The seed decides where realtime bytes are.
+    // The seed decides where realtime bytes are inserted.
     PacketMaker(const PacketOptions& chosen, std::uint64_t seed) : options(chosen), chance(seed) {}
 
-    // Keeps the order but for pings. A SysEx has a packet of its own.
+    // Keeps the order, except that pings may move to the back. Each SysEx is in a separate packet.
     std::vector<Bytes> packetsOf(std::vector<Bytes> messages);
 
-    // How a SysEx ends that is under way when the port goes.
+    // The beginning of a SysEx message, as it arrives when the port disappears before its end.
     static Bytes cutSysEx();
 
 private:

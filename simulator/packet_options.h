@@ -1,5 +1,5 @@
-// What can be chosen about the MIDI packets of the simulated Pro Tools: what a system's MIDI driver may do to messages
-// on their way, and how they end when a port goes.
+// Options for the MIDI packets of the simulated Pro Tools: what a system's MIDI driver may do to messages on their way,
+// and how they end when a port disappears.
 #pragma once
 
 #include <optional>
@@ -10,20 +10,20 @@ namespace lumbrine {
 enum class RealtimeBytes {
     none,
     between, // F8 and FE between messages
-    within,  // and in the middle of messages, SysEx too
+    within,  // also inside messages and SysEx
 };
 
-// How a ping reaches the surface: as it is, or as a note-off by way of a translation to MIDI 2.0 and back.
+// The form in which a ping reaches the surface: unchanged, or as a note-off after a translation to MIDI 2.0 and back.
 enum class PingForm { noteOn, noteOff, noteOffWithoutVelocity }; // 90 00 00, 80 00 40, 80 00 00
 
 struct PacketOptions {
-    int messagesPerPacket = 1; // at most; above 1, a ping comes behind the others that leave at the same moment
+    int messagesPerPacket = 1; // at most; above 1, a ping is after the other messages of the same moment
     RealtimeBytes realtime = RealtimeBytes::none;
     PingForm ping = PingForm::noteOn;
-    bool cutSysEx = false; // a port that goes, or a surface that is cut off, loses the end of a SysEx
+    bool cutSysEx = false; // when a port disappears or a surface is cut off, the end of a SysEx is lost
 };
 
-// What is wrong with the options, in words, or nothing.
+// A description of what is wrong with the options; absent when they are valid.
 std::optional<std::string> problemWith(const PacketOptions& options);
 
 } // namespace lumbrine

@@ -63,7 +63,8 @@ void RestlessUser::act() {
     case 6:
         session.change(anyTrack(), [](SimulatedTrack& track) { track.hidden = !track.hidden; });
         break;
-    // One draw a statement: the order of arguments is the compiler's choice, and a seed must replay everywhere.
+    // One random draw for each statement: the compiler may evaluate arguments in any order, but a seed must replay
+    // everywhere.
     case 7: {
         const std::size_t position = chance.below(count + 1);
         session.move(anyTrack(), position);
@@ -82,7 +83,7 @@ void RestlessUser::act() {
     }
 }
 
-// Listens for a moment rather than to the end.
+// Plays for a moment, not to the end.
 void RestlessUser::useTransport() {
     if (chance.oneIn(3)) session.record();
     session.play();

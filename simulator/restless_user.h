@@ -1,5 +1,5 @@
-// A user who cannot keep from the host's own screen: banks, scrolls, renames, adds, removes, hides and reorders tracks,
-// changes automation modes, plays, records and stops, at times and in ways that the seed decides.
+// A user who keeps working on the host's own screen: banks, scrolls, renames, adds, removes, hides and reorders tracks,
+// changes automation modes, plays, records and stops. The seed decides when and how.
 #pragma once
 
 #include "simulator/seeded_random.h"
@@ -10,11 +10,12 @@ namespace lumbrine {
 
 class RestlessUser {
 public:
-    // Acts after 0.5 to 1.5 times `interval`, again and again; never when it is 0. Session and host outlive the user.
+    // Acts again and again after 0.5 to 1.5 times `interval`; never when it is 0. Session and host must outlive the
+    // user.
     RestlessUser(SimulatedSession& editedSession, SimulatedHUIHost& bankedHost, Duration interval, std::uint64_t seed);
 
     void advance(TimePoint now);
-    void rest(); // for ever
+    void rest(); // stops acting for good
     TimePoint nextDeadline() const { return next; }
 
 private:

@@ -1,4 +1,5 @@
-// One element of the simulated screen, told by what it is: it stays the same as long as what it shows is there.
+// One element of the simulated screen. Its value identifies it, and stays the same as long as the thing it shows
+// exists.
 #pragma once
 
 #include <string>

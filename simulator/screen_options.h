@@ -1,4 +1,4 @@
-// What can be chosen about the screen of the simulated Pro Tools: how its windows look, and faults.
+// Options for the screen of the simulated Pro Tools: how its windows look, and faults.
 #pragma once
 
 #include "platform/api/time.h"
@@ -15,25 +15,25 @@ enum class NameNumbers {
 };
 
 struct ScreenOptions {
-    // ---- How it looks.
-    bool japanese = false;                    // menus, windows and buttons; else English
-    NameNumbers numbers = NameNumbers::none;  // before the names of the track list
-    bool hiddenTracksListed = false;          // in the track list, that is; what the real one does is a setting
-    int mixStrips = 1000;                     // that the Mix window has room for
-    int furniture = 0;                        // elements that mean nothing, in each window
+    // ---- Appearance.
+    bool japanese = false;                    // language of menus, windows and buttons; false: English
+    NameNumbers numbers = NameNumbers::none;  // before the names in the track list
+    bool hiddenTracksListed = false;          // in the track list; a setting in the real Pro Tools
+    int mixStrips = 1000;                     // the number of strips that fit the Mix window
+    int furniture = 0;                        // meaningless elements in each window
     Duration dialogOpensAfter = seconds(0.3); // from the press of the menu item
 
     // ---- Faults.
-    bool trusted = true;  // the user lets other programs read and press what is shown
+    bool trusted = true;  // the user allows other programs to read and press elements
     bool menuItem = true; // Peripherals is in the Setup menu
     bool midiTab = true;  // the dialog has the tab for MIDI controllers
     bool okButton = true; // the dialog has an OK button
     bool dialogOpens = true;
-    int failOneIn = 0;   // about one read in so many fails, and one press; 0 for none
-    int vanishOneIn = 0; // about one element in so many is gone before it is looked at; 0 for none
+    int failOneIn = 0;   // about one read and one press in N fail; 0 for none
+    int vanishOneIn = 0; // about one element in N disappears before it is read; 0 for none
 };
 
-// What is wrong with the options, in words, or nothing.
+// A description of what is wrong with the options; absent when they are valid.
 std::optional<std::string> problemWith(const ScreenOptions& options);
 
 } // namespace lumbrine

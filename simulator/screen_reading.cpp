@@ -1,4 +1,4 @@
-// Reading the simulated screen: which elements there are, and what is in their attributes.
+// SimulatedScreen: the elements that exist and the values of their attributes.
 #include "simulator/screen_texts.h"
 #include "simulator/simulated_screen.h"
 
@@ -15,7 +15,7 @@ using Elements = std::vector<ScreenElement>;
 
 constexpr int roomSize = 100;
 
-// What a strip of the Mix window has, from its top to its bottom.
+// The parts of a strip in the Mix window, from top to bottom.
 constexpr int namePart = 3;
 constexpr int commentPart = 4;
 constexpr std::array<std::string_view, 5> stripRoles{"AXPopUpButton", "AXSlider", "AXButton", "AXPopUpButton",

@@ -1,4 +1,4 @@
-// What is written on the simulated screen, in both languages.
+// The texts on the simulated screen in both languages.
 #pragma once
 
 #include <array>
@@ -19,23 +19,23 @@ struct ScreenMenu {
     std::span<const ScreenText> items;
 };
 
-// From left to right; the first is the system's.
+// The menus from left to right. The first is the Apple menu.
 std::span<const ScreenMenu> screenMenus();
 
 inline constexpr int setupMenu = 5;
-inline constexpr int peripheralsItem = 2; // of the Setup menu
+inline constexpr int peripheralsItem = 2; // in the Setup menu
 
-// Of the Peripherals dialog.
+// The tabs of the Peripherals dialog.
 std::span<const ScreenText> peripheralsTabs();
 inline constexpr int midiControllersTab = 2;
-inline constexpr int synchronizationTab = 0; // the one that is open first
+inline constexpr int synchronizationTab = 0; // selected when the dialog opens
 
 inline constexpr std::array dialogButtons{ScreenText{"Cancel", "キャンセル"}, ScreenText{"OK", "OK"}};
 inline constexpr int cancelButton = 0;
 inline constexpr int okButton = 1;
 
 inline constexpr ScreenText peripheralsTitle{"Peripherals", "ペリフェラル"};
-inline constexpr ScreenText editTitle{"Edit: ", "編集: "};   // and the session's name
-inline constexpr ScreenText mixTitle{"Mix: ", "ミックス: "}; // likewise
+inline constexpr ScreenText editTitle{"Edit: ", "編集: "};   // the session's name follows
+inline constexpr ScreenText mixTitle{"Mix: ", "ミックス: "}; // the session's name follows
 
 } // namespace lumbrine

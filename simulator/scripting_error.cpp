@@ -31,7 +31,7 @@ std::string_view nameOf(ScriptingError error) {
     case ScriptingError::versionMismatch:
         return "SDK_VersionMismatch";
     case ScriptingError::sessionID:
-        return "SDK_SessionID"; // whatever its name is
+        return "SDK_SessionID"; // an assumption: the real name is not known
     }
     return {};
 }

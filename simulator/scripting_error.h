@@ -1,4 +1,4 @@
-// Why a command fails, and the text that tells it.
+// The errors of commands to the scripting service, and their JSON text.
 #pragma once
 
 #include "simulator/scripting_options.h"
@@ -24,7 +24,7 @@ enum class ScriptingError {
 
 struct ScriptingFailure {
     ScriptingError error;
-    std::string message; // for a person
+    std::string message; // for people
 
     bool operator==(const ScriptingFailure&) const = default;
 };

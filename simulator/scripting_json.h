@@ -1,4 +1,4 @@
-// JSON as the scripting service reads and writes it.
+// JSON in the form that the scripting service reads and writes.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -9,12 +9,12 @@
 
 namespace lumbrine {
 
-using ScriptingJSON = nlohmann::ordered_json; // keys stay in the order in which they were set
+using ScriptingJSON = nlohmann::ordered_json; // keys keep their order
 
-// An object out of a command's body; an empty body is an empty object. Absent when the text is anything else.
+// Parses the body of a command. An empty body is an empty object. Absent when the text is not a JSON object.
 std::optional<ScriptingJSON> objectOf(std::string_view body);
 
-// Without blanks. Bytes that are no UTF-8 are repaired.
+// Writes JSON without blanks. Bytes that are not UTF-8 are replaced.
 std::string textOf(const ScriptingJSON& json);
 
 // The value under a key; null when the key is absent.

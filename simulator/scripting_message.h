@@ -1,4 +1,4 @@
-// One command to the scripting service and what it says to it, as the fields of their envelopes. Bodies are JSON.
+// A command to the scripting service and its reply, with the fields of their envelopes. Bodies are JSON text.
 #pragma once
 
 #include <cstdint>

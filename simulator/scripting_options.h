@@ -1,5 +1,5 @@
-// What can be chosen about the scripting service of the simulated Pro Tools: spellings that versions of the real one
-// differ in, and faults.
+// Options for the scripting service of the simulated Pro Tools: spellings in which versions of the real one differ, and
+// faults.
 #pragma once
 
 #include "platform/api/time.h"
@@ -10,7 +10,7 @@
 
 namespace lumbrine {
 
-// How the four values of an attribute are written that can be set in two ways.
+// The spelling of an attribute with four values, which can be set on a track, implied by another setting, or both.
 enum class AttributeSpelling {
     names,         // "SetExplicitly"
     prefixedNames, // "TAState_SetExplicitly"
@@ -24,63 +24,63 @@ enum class ErrorTypeSpelling {
     prefixedName, // "CEType_PT_HostIsBusy"
 };
 
-// What a service says to a session identifier that it does not know.
+// The error for an unknown session identifier.
 enum class UnknownSessionError { unknownError = 100, invalidParameter = 126, forbidden = 127, sessionID = 403 };
 
-// What becomes of commands while the program shows a dialog.
+// The treatment of commands while the program shows a dialog.
 enum class DialogAnswer {
     refusal,  // all of them fail with 106, although a session is open
-    deferral, // they fail with 106, and are carried out all the same once the dialog is closed
-    silence,  // they are served once the dialog is closed
+    deferral, // they fail with 106, but are executed when the dialog is closed
+    silence,  // they are answered when the dialog is closed
 };
 
-// What a service says that cannot serve at the moment.
+// The error of a service that is busy.
 enum class BusyError { hostNotReady = 134, commandTimedOut = 137, hostIsBusy = 138 };
 
 struct ScriptingOptions {
-    // ---- What replies look like.
+    // ---- The form of replies.
     AttributeSpelling attributes = AttributeSpelling::names;
     ErrorTypeSpelling errorTypes = ErrorTypeSpelling::number;
-    bool camelCase = false;         // of the keys, as older versions have it
-    bool emptyListAsObject = false; // {} in the place of []
-    bool statsForPages = false;     // "stats" in the place of "pagination_response", as older versions have it
-    int version = 5;                // 1 to 5; a request of a later one is refused
+    bool camelCase = false;         // keys in camel case, as in older versions
+    bool emptyListAsObject = false; // {} instead of []
+    bool statsForPages = false;     // "stats" instead of "pagination_response", as in older versions
+    int version = 5;                // 1 to 5; requests of a later version are refused
     UnknownSessionError unknownSession = UnknownSessionError::sessionID;
-    bool readyCheckFails = false;           // a host that is not ready says so by a failure
-    bool closedSessionListsNothing = false; // without a session the track list is empty, and no failure
-    bool armedMonitors = false;             // a track that is armed for recording has its input monitored implicitly
-    std::size_t pageLimit = 1000;           // tracks in one reply at most
-    int miscount = 0;                       // the track list has so many tracks too many, or too few below 0
+    bool readyCheckFails = false;           // while the host is not ready, the ready check fails
+    bool closedSessionListsNothing = false; // without a session the track list is empty instead of a failure
+    bool armedMonitors = false;             // arming a track for recording implies input monitoring
+    std::size_t pageLimit = 1000;           // the most tracks in one reply
+    int miscount = 0;                       // the track list has this many tracks too many, or too few if negative
 
-    // ---- How it lives.
+    // ---- Registrations and times.
     bool registrationOutlivesConnection = false;
-    Duration commandTime = Duration::zero(); // from a request to the work on it
+    Duration commandTime = Duration::zero(); // from a request to its execution
     Duration readyAfter = Duration::zero();  // from the start until the host is ready
 
-    // ---- Dialogs, and sessions that are opened or saved.
+    // ---- Dialogs, and opening and saving of sessions.
     DialogAnswer inDialog = DialogAnswer::refusal;
     bool answersInProgress = false; // while a session is opened or saved, replies have status 2 and an empty body
 
     // ---- Faults.
-    int busyOneIn = 0; // about one request in so many begins a burst of refusals; 0 for none
-    int busyBurst = 3; // requests that are refused in a row
+    int busyOneIn = 0; // about one request in N begins a burst of refusals; 0 for none
+    int busyBurst = 3; // the number of requests refused in a row
     BusyError busyError = BusyError::hostIsBusy;
-    int stallOneIn = 0; // about one request in so many is served late; 0 for none
+    int stallOneIn = 0; // about one request in N is delayed by stallTime; 0 for none
     Duration stallTime = seconds(10);
 
-    // ---- Faults of the wire. About one call in so many ends in it, none with 0.
+    // ---- Faults of the wire. About one call in N has the fault; 0 for none.
     int resetOneIn = 0;             // its stream is reset
     int goAwayOneIn = 0;            // its connection ends with GOAWAY
-    int dieOneIn = 0;               // all connections break, and the service comes back without knowing any session
-    Duration downTime = seconds(2); // until it is back
-    std::size_t bytesAtOnce = 0;    // bytes go out in pieces of this size; 0 for as they come
-    bool faultyWire = false;        // on a network, the wire is one that can have these faults
+    int dieOneIn = 0;               // all connections break, and the service comes back with no session identifiers
+    Duration downTime = seconds(2); // until the service is back
+    std::size_t bytesAtOnce = 0;    // bytes are sent in pieces of at most this size; 0 for no limit
+    bool faultyWire = false;        // use a wire that can have these faults, even if none is chosen above
 };
 
-// What is wrong with the options, in words, or nothing.
+// A description of what is wrong with the options; absent when they are valid.
 std::optional<std::string> problemWith(const ScriptingOptions& options);
 
-// Whether they need a wire that can have faults.
+// True when the options need a wire that can have faults.
 bool needFaultyWire(const ScriptingOptions& options);
 
 } // namespace lumbrine

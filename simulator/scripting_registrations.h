@@ -1,4 +1,4 @@
-// Who has registered with the scripting service, and under which session identifier.
+// The registrations with the scripting service, each with its session identifier.
 #pragma once
 
 #include "simulator/seeded_random.h"
@@ -13,12 +13,12 @@ namespace lumbrine {
 
 class ScriptingRegistrations {
 public:
-    // Identifiers come from the seed, and none comes twice. A registration is good on the connection that it came by,
-    // or on any when it outlives its connection.
+    // Identifiers derive from the seed and are never repeated. A registration is valid on the connection by which it
+    // was made, or on all connections when `outliveConnections` is true.
     ScriptingRegistrations(std::uint64_t seed, bool outliveConnections)
         : chance(seed), outliveConnection(outliveConnections) {}
 
-    // The new session's identifier. Only the last few hundred registrations are kept.
+    // Adds a registration and returns its session identifier. Only the last few hundred registrations are kept.
     std::string add(std::string_view connection);
 
     bool knows(std::string_view sessionID, std::string_view connection) const;

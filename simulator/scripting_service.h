@@ -1,6 +1,6 @@
-// What the scripting service does with each command: requests in, replies out, on the session that the surfaces show.
+// Executes the commands of the scripting service: requests in, replies out, on the session that the surfaces show.
 //
-// No thread, no clock and no wire of its own; belongs to whoever guards it.
+// It has no thread, no clock and no wire. Not synchronised: the owner guards it.
 #pragma once
 
 #include "platform/api/time.h"
@@ -21,29 +21,29 @@ namespace lumbrine {
 
 class ScriptingService {
 public:
-    // Runs the given function on the session before it returns.
+    // Runs the given function on the session, then returns.
     using EditSession = std::function<void(const std::function<void(SimulatedSession&)>&)>;
 
-    // The options have no problem (problemWith).
+    // Precondition: the options are valid (problemWith).
     ScriptingService(const ScriptingOptions& chosen, std::uint64_t seed, EditSession editSession, TimePoint start);
 
-    // The connection that the request came by, by any name that no other connection has had: with the connection its
-    // registrations end. Time does not go backwards.
+    // `connection` is a name for the connection of the request that no other connection has had; registrations depend
+    // on it. `now` must not decrease.
     ScriptingReply answer(const ScriptingRequest& request, std::string_view connection, TimePoint now);
 
-    // To whatever is asked while the program shows a dialog: 106, although a session is open.
+    // The reply to any request while the program shows a dialog: 106, although a session is open.
     ScriptingReply refusal(const ScriptingRequest& request) const;
 
-    // To whatever is asked while a session is opened or saved: no result, and no body.
+    // The reply to any request while a session is opened or saved: no result and no body.
     ScriptingReply inProgress(const ScriptingRequest& request) const;
 
-    // As after a restart of Pro Tools: no earlier session identifier is known, and it takes its time to be ready.
+    // Acts like a restart of Pro Tools: all session identifiers become unknown, and the host is not ready for a while.
     void restart(TimePoint now);
 
-    // As many of the next requests are refused as a busy host refuses them.
+    // Refuses this many of the next requests as a busy host does.
     void refuseNext(int requests);
 
-    // The host is busy no more.
+    // Ends the faults: the host is not busy any more.
     void rest();
 
 private:

@@ -36,7 +36,7 @@ protected:
         return service->answer(request, connection, now);
     }
 
-    // As a registered application.
+    // Sends a command as a registered application.
     ScriptingReply tell(int command, std::string body = "") { return ask(command, std::move(body), registered()); }
 
     std::string registered() {
@@ -49,7 +49,7 @@ protected:
         return R"({"track_names":[)" + list + R"(],"enabled":)" + (enabled ? "true}" : "false}");
     }
 
-    // 0 for a reply that tells no error.
+    // The number of the error in a reply; 0 for none.
     static int errorOf(const ScriptingReply& reply) {
         if (reply.status != ScriptingStatus::failed) return 0;
         EXPECT_EQ(reply.bodyJSON, "");

@@ -1,4 +1,4 @@
-// The commands of the scripting service that switch something on tracks.
+// The commands of the scripting service that set a switch on tracks.
 #pragma once
 
 #include "simulator/scripting_error.h"
@@ -18,14 +18,14 @@ struct SetRequest {
     bool operator==(const SetRequest&) const = default;
 };
 
-// From the command's body; absent when it is not of that form.
+// Parses the body of such a command. Absent when the form is wrong.
 std::optional<SetRequest> parseSetRequest(std::string_view body);
 
-// Whether tracks of its kind have that switch.
+// True when tracks of this type have this switch.
 bool takes(const SimulatedTrack& track, bool SimulatedTrack::* flag);
 
-// Sets the flag on all of the tracks, told by their exact names. When one of them is not there or does not take it,
-// nothing is set and that is what comes back.
+// Sets the flag on all named tracks; names must match exactly. When a track does not exist or does not have the switch,
+// nothing is set and the failure is returned.
 std::optional<ScriptingFailure> setOnTracks(SimulatedSession& session, const SetRequest& request,
                                             bool SimulatedTrack::* flag);
 

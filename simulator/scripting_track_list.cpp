@@ -28,7 +28,7 @@ constexpr std::array namedFilters{
     NamedFilter{"Inactive", [](const ListedTrack& listed) { return listed.track.inactive; }},
 };
 
-// "TLFilter_All" is the same as "All".
+// "TLFilter_All" means the same as "All".
 const NamedFilter* filterNamed(std::string_view name) {
     constexpr std::string_view prefix = "TLFilter_";
     if (name.starts_with(prefix)) name.remove_prefix(prefix.size());
@@ -36,7 +36,7 @@ const NamedFilter* filterNamed(std::string_view name) {
     return found == namedFilters.end() ? nullptr : found;
 }
 
-// False when the value is there and of another type; `value` keeps what it has when there is none.
+// Returns false when the value has another type. When it is missing, returns true and leaves `value` unchanged.
 bool readFlag(const ScriptingJSON& object, std::string_view key, bool& value) {
     const ScriptingJSON* const found = valueOf(object, key);
     if (found == nullptr) return true;
@@ -84,7 +84,7 @@ bool passes(const ListedTrack& listed, const TrackListRequest& request) {
     return request.additive ? std::ranges::any_of(request.filters, lets) : std::ranges::all_of(request.filters, lets);
 }
 
-// Tracks that the session does not have go to the end, and those that are kept back come from there.
+// Adds tracks that the session does not have at the end, or removes tracks from the end.
 void miscount(std::vector<ListedTrack>& listed, int tooMany, std::size_t sessionSize) {
     if (tooMany < 0) listed.resize(listed.size() - std::min(listed.size(), static_cast<std::size_t>(-tooMany)));
     for (int i = 1; i <= tooMany; ++i) {

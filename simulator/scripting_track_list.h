@@ -1,4 +1,4 @@
-// The track list of the scripting service: which tracks are asked for, and how they are told.
+// The track list of the scripting service: the request, the selection of tracks, and the JSON of the reply.
 #pragma once
 
 #include "simulator/scripting_options.h"
@@ -21,29 +21,28 @@ struct TrackListRequest {
         bool operator==(const Filter&) const = default;
     };
 
-    std::optional<std::size_t> limit; // absent and 0: as many as a page holds
+    std::optional<std::size_t> limit; // absent or 0 means the limit of a page
     std::size_t offset = 0;
-    std::vector<Filter> filters; // none lets all tracks pass
-    bool additive = false;       // one filter that lets a track pass is enough
+    std::vector<Filter> filters; // without filters all tracks pass
+    bool additive = false;       // true: a track passes when one filter lets it; false: when all do
 
     bool operator==(const TrackListRequest&) const = default;
 };
 
-// From the command's body; absent when it is not of that form or has a filter that does not exist. "TLFilter_" in front
-// of a filter's name makes no difference. The page is told by
-// "pagination_request", or else by "page_limit".
+// Parses the body of the command. Absent when the form is wrong or a filter does not exist. A filter's name may begin
+// with "TLFilter_". The page comes from "pagination_request", or from "page_limit" if that is missing.
 std::optional<TrackListRequest> parseTrackListRequest(std::string_view body);
 
-// A track as it was when the list was made.
+// A copy of a track at the time of the list.
 struct ListedTrack {
     SimulatedTrack track;
-    std::size_t index = 0; // in the session, from 1
+    std::size_t index = 0; // position in the session, from 1
     bool hiddenByFolder = false;
     std::string folderName;
 };
 
 struct TrackPage {
-    std::size_t total = 0; // tracks that pass the filters
+    std::size_t total = 0; // the number of tracks that pass the filters
     std::size_t limit = 0;
     std::size_t offset = 0;
     std::vector<ListedTrack> tracks;
@@ -51,7 +50,7 @@ struct TrackPage {
 
 TrackPage pageOf(const SimulatedSession& session, const TrackListRequest& request, const ScriptingOptions& options);
 
-// As of a session without tracks.
+// The page of a session without tracks.
 TrackPage emptyPage(const TrackListRequest& request, const ScriptingOptions& options);
 
 // The body of the reply.

@@ -1,4 +1,4 @@
-// Chance that replays: equal seeds give equal numbers on every system.
+// Random numbers that replay: equal seeds give equal numbers on every system.
 #pragma once
 
 #include <cstdint>
@@ -17,13 +17,13 @@ public:
         return mixed ^ mixed >> 31;
     }
 
-    // 0 to count - 1; count is not 0.
+    // 0 to count - 1. Precondition: count is not 0.
     constexpr std::uint64_t below(std::uint64_t count) { return next() % count; }
 
-    // True about once in `count` calls; count is not 0.
+    // True about once in `count` calls. Precondition: count is not 0.
     constexpr bool oneIn(std::uint64_t count) { return below(count) == 0; }
 
-    // 0 (included) to 1 (not).
+    // At least 0 and less than 1.
     constexpr double unit() { return static_cast<double>(next() >> 11) * 0x1.0p-53; }
 
 private:

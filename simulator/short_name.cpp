@@ -34,7 +34,7 @@ struct Accented {
     char code;
 };
 
-// Of those that a HUI has, the ones that are known.
+// The accented letters of a HUI whose codes are known.
 constexpr std::array accentedLetters{Accented{"é", 0x0F}, Accented{"Ä", 0x15}, Accented{"ä", 0x16},
                                      Accented{"Ö", 0x17}, Accented{"ö", 0x18}, Accented{"Ü", 0x19},
                                      Accented{"ü", 0x1A}, Accented{"ß", 0x1D}};
@@ -66,7 +66,7 @@ std::string withoutNumberAndSide(std::string name) {
 std::string asciiText(std::string_view text, NonASCIIRule nonASCII) {
     std::string ascii;
     while (!text.empty()) {
-        // The shortest whole character at the front: UTF-8 has at most four bytes in one.
+        // Finds the length of the first character; UTF-8 uses at most four bytes for one.
         std::size_t length = 1;
         while (length < 4 && utf8Clamp(text, length).empty())
             ++length;

@@ -9,15 +9,15 @@
 
 namespace lumbrine {
 
-using DisplayText = std::array<char, 4>; // printable ASCII and what NonASCIIRule puts there, filled up with blanks
+using DisplayText = std::array<char, 4>; // printable ASCII and the characters of NonASCIIRule, padded with blanks
 
 inline constexpr DisplayText blankDisplay{' ', ' ', ' ', ' '};
 
-// The first four characters of `text`, each character that is not printable ASCII replaced as the rule says. Malformed
-// UTF-8 counts byte by byte.
+// Shortens a name to four characters by `rule`, and replaces each character that is not printable ASCII by `nonASCII`.
+// In malformed UTF-8, each byte counts as a character.
 DisplayText shortName(std::string_view name, ShortNameRule rule, NonASCIIRule nonASCII);
 
-// The whole text as a surface can show it, one character for each of its characters.
+// The whole text in a form that a surface can show, with one character for each original one.
 std::string asciiText(std::string_view text, NonASCIIRule nonASCII);
 
 } // namespace lumbrine

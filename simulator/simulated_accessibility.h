@@ -1,5 +1,5 @@
-// The simulated Pro Tools as other programs get at it: its screen behind the Accessibility seam, with the permission
-// that the user gives, and with the faults of such an access. Any thread may call.
+// The screen of the simulated Pro Tools behind the Accessibility seam, with the user's permission and with faults. Any
+// thread.
 #pragma once
 
 #include "platform/api/accessibility.h"
@@ -19,24 +19,26 @@ class SimulatedAccessibility final : public Accessibility {
 public:
     static constexpr std::int32_t processIdentifier = 4242;
 
-    // Runs the given function on the screen, guarded, before it returns; not at all while the program is stuck.
+    // Runs the given function on the screen under its lock, then returns. Does not run it while the program is stuck.
     using OnScreen = std::function<void(const std::function<void(SimulatedScreen&, TimePoint now)>&)>;
 
-    // The options have no problem (problemWith). `look` is for functions that change nothing, `act` for the others.
+    // Precondition: the options are valid (problemWith). `lookAtScreen` is for functions that change nothing,
+    // `actOnScreen` for the others.
     SimulatedAccessibility(Runtime& rt, const ScreenOptions& options, std::uint64_t seed, OnScreen lookAtScreen,
                            OnScreen actOnScreen);
 
     // ---- The user, and faults.
 
     void setTrusted(bool trusted) { trustGiven = trusted; }
-    void setRunning(bool running) { programRuns = running; } // as far as other programs can see
+    void setRunning(bool running) { programRuns = running; } // whether other programs find it running
     void setFaults(int failOneIn, int vanishOneIn);          // see ScreenOptions
     void rest();                                             // trusted, running, no faults
 
-    // Told before each read that is made with trust, with its number from 1, on the reading thread.
+    // `observer` is called before each read with trust, on the reading thread, with the number of the read from 1.
     void beforeRead(std::function<void(std::uint64_t number)> observer);
 
-    // Told what was pressed and what that did, on the pressing thread. Both observers before anything is read.
+    // `observer` is called with a description of each press and its effect, on the pressing thread. Set both observers
+    // before the first read.
     void onPress(std::function<void(const std::string& what)> observer);
 
     // ---- Looking.

@@ -1,4 +1,4 @@
-// How other programs get at the simulated screen, and what may go wrong with that.
+// Access of other programs to the simulated screen, and its faults.
 #include "simulator/testing/screen_bench.h"
 
 namespace lumbrine {
@@ -10,7 +10,7 @@ using testing::IsEmpty;
 
 class SimulatedAccessibilityTest : public ScreenTest {
 protected:
-    // Reads everything that the screen has, and counts it.
+    // Reads all attributes of the screen and returns their number.
     std::size_t walk(const ElementHandle& element, int depth = 0) {
         std::size_t count = 1;
         if (depth == 12) return count;

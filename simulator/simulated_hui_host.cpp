@@ -7,7 +7,7 @@ namespace lumbrine {
 
 namespace {
 
-constexpr int clip = 12; // of a meter
+constexpr int clip = 12; // the meter level for clipping
 
 } // namespace
 
@@ -72,7 +72,7 @@ void SimulatedHUIHost::advanceMeters(TimePoint now) {
     while (*nextMeters <= now)
         *nextMeters += period;
     sendMeters();
-    needsShowing = true; // the counter has moved on
+    needsShowing = true; // the counter has changed
     show(now);
 }
 
@@ -100,7 +100,7 @@ HUISurfaceHost::Meters SimulatedHUIHost::metersOf(int surface) {
     return meters;
 }
 
-// As if it had been sent.
+// Marks the current picture as shown without sending it.
 void SimulatedHUIHost::believeShown(int surface) {
     collect();
     at(surface).port.show(picture(surface));
@@ -221,7 +221,7 @@ int SimulatedHUIHost::width() const {
     return counted * hui_address::stripCountOfSurface;
 }
 
-// The first strip of the surface within the bank.
+// The position of the surface's first strip within the bank.
 int SimulatedHUIHost::baseOf(int surface) const {
     int before = surface;
     if (options.bankWidth == BankWidth::answering && at(surface).port.answering())

@@ -1,8 +1,8 @@
-// The HUI side of the simulated Pro Tools: one or two surfaces as one bank onto the session, what they press, and what
-// they show.
+// The HUI side of the simulated Pro Tools. One or two surfaces form one bank on the session; this class executes what
+// they press and computes what they show.
 //
-// No threads and no clock of its own: bytes and times go in, bytes and the next deadline come out. The session may be
-// edited by others too; `advance` then shows what they changed.
+// It has no thread and no clock: bytes and times go in, bytes and the next deadline come out. Others may edit the
+// session too; `advance` then shows the changes.
 #pragma once
 
 #include "simulator/automation_keys.h"
@@ -30,54 +30,55 @@ namespace lumbrine {
 
 class SimulatedHUIHost {
 public:
-    // The session outlives the host, and the host every later edit of the session.
+    // The session must outlive the host. The host listens to the session, so it must live until the last edit.
     SimulatedHUIHost(const SimulatorOptions& simulatorOptions, SimulatedSession& shownSession);
     SimulatedHUIHost(const SimulatedHUIHost&) = delete;
     SimulatedHUIHost& operator=(const SimulatedHUIHost&) = delete;
 
-    // From now on it is written down what happens; before the first `advance`. The recorder outlives the host.
+    // Starts recording. Call it before the first `advance`. The recorder must outlive the host.
     void recordTo(HostRecorder& hostRecorder);
 
-    // Bytes of one packet from a surface (0 or 1), in pieces of any size, acted on at `now`.
+    // Handles bytes from a surface (0 or 1) at time `now`. Messages may be split anywhere between calls.
     void receive(int surface, ByteView bytes, TimePoint now);
 
-    // Does all that is due, and shows what has changed. Time does not go backwards.
+    // Does everything that is due at `now`, and shows all changes. `now` must not decrease.
     void advance(TimePoint now);
 
-    // When `advance` has to be called at the latest.
+    // The latest time for the next call of `advance`.
     TimePoint nextDeadline() const;
 
     struct Outgoing {
         int surface;
         Bytes packet;
     };
-    // What is to be sent, in order.
+    // Returns and removes the packets to send, in order.
     std::vector<Outgoing> takeOutgoing();
 
     // ---- The user at the host's own screen. `advance` shows the result.
 
     void bank(BankButton button);
-    void scrollTo(int newOffset); // kept within the session
+    void scrollTo(int newOffset); // clamped to the session
 
     // ---- Ports and faults.
 
-    // The host uses its ports, or no longer: then nothing goes out or comes in and no surface answers.
+    // Sets whether the host uses its ports. If not, it sends and receives nothing, and no surface answers.
     void holdPorts(bool held);
 
-    // The text of a dialog on the host's screen, or none. See SimulatorOptions::dialogFreezes.
+    // Sets the text of the dialog on the host's screen; absent for no dialog. See SimulatorOptions::dialogFreezes.
     void setDialog(const std::optional<std::string>& text);
 
-    void cut(int surface, bool cutOff); // see HUISurfaceHost::setCut; nothing is heard either
+    void cut(int surface, bool cutOff); // as HUISurfaceHost::setCut; also ignores messages from the surface
 
-    void seeEveryPress() { losesPresses = false; } // from now on, whatever the options say
+    void seeEveryPress() { losesPresses = false; } // from now on, no press is dropped, whatever the options say
 
-    // Mode buttons that were let go unheard. While one counts as down, every AUTO switch that is pressed sets its mode.
+    // Releases all mode buttons. A release that was lost would leave one down, and then every press of an AUTO switch
+    // sets its mode.
     void letGoOfModeButtons() { automation.releaseModes(); }
 
     // ---- Looking.
 
     int offset() const { return bankOffset; }
-    int width() const; // of the bank, 8 or 16
+    int width() const; // of the bank in strips: 8 or 16
     const HUISurfaceHost& port(int surface) const { return surfaces[static_cast<std::size_t>(surface)]->port; }
     SurfacePicture picture(int surface) const;
     int trackOn(int surface, int strip) const; // id, 0 for none
@@ -94,16 +95,16 @@ private:
         HUISurfaceHost port;
         PacketMaker packets;
         SurfaceDecoder decoder;
-        LEDs down;                                                        // switches that are held
+        LEDs down;                                                        // held switches
         LEDs ignoredUntilUp;                                              // switches whose press was dropped
-        std::array<int, hui_address::stripCountOfSurface> touchedTrack{}; // id while the fader is touched
+        std::array<int, hui_address::stripCountOfSurface> touchedTrack{}; // track id while the fader is touched, else 0
         int assign = hui_address::pan;
         bool rightPan = false;
     };
 
-    // A value in the place of a track's name.
+    // A value that is shown instead of a track's name.
     struct ShownValue {
-        bool ofPan; // or else of the fader
+        bool ofPan; // false: the fader's value
         TimePoint until;
     };
 
@@ -168,16 +169,16 @@ private:
 
     int bankOffset = 0;
     bool holdsPorts = true;
-    std::optional<std::string> dialog;  // its text while the surfaces are frozen
-    std::vector<SurfacePicture> frozen; // what they show then
-    bool losesPresses = true;           // as often as the options say
+    std::optional<std::string> dialog;  // the dialog's text while the surfaces are frozen
+    std::vector<SurfacePicture> frozen; // the pictures shown during the dialog
+    bool losesPresses = true;           // false: the option to drop presses is off
     bool needsShowing = true;
     std::optional<TimePoint> clock; // the time of the last call
     std::optional<TimePoint> nextMeters;
     std::map<int, TimePoint> modeShownUntil; // by track id
     std::map<int, ShownValue> valuesShown;   // by track id
     std::set<std::pair<int, int>> clipped;   // track id and side
-    std::vector<int> pendingModes;           // tracks whose automation has just changed
+    std::vector<int> pendingModes;           // ids of tracks whose automation mode has just changed
     std::uint64_t dropped = 0;
     std::vector<Outgoing> outgoing;
     HostRecorder* recorder = nullptr;

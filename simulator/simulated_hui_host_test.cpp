@@ -1,4 +1,4 @@
-// Presence, banking and what a surface is sent when it appears.
+// Presence, banking, and the dump to a surface that appears.
 #include "simulator/simulated_hui_host.h"
 #include "simulator/testing/host_bench.h"
 

@@ -41,7 +41,7 @@ SimulatedProTools::SimulatedProTools(Runtime& rt, MIDIConnections& connections, 
         Lock lock(mutex);
         portsAreMade = true;
     }
-    // The second is for what has already come in.
+    // The second wake-up is for packets that have already arrived.
     queue->post([this] { wake(); });
     queue->postAfter(options.latency, [this] { wake(); });
 }

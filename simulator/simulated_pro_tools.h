@@ -1,9 +1,8 @@
 // The simulated Pro Tools as one object: a session, its HUI surfaces on MIDI ports, its scripting service, its screen,
-// and faults. The surfaces are driven by one serial queue of the runtime and the scripting service by another. It meets
-// the receiver through MIDI bytes, through whatever wire somebody connects to the scripting service, and through the
-// elements of its screen.
+// and faults. One serial queue drives the surfaces and another one the scripting service. The receiver meets it through
+// MIDI bytes, through a wire that a server connects to the scripting service, and through the elements of its screen.
 //
-// Every public call may come from any thread and returns at once.
+// Any thread may make any public call. Every call returns at once.
 #pragma once
 
 #include "platform/api/midi_connections.h"
@@ -27,12 +26,12 @@
 
 namespace lumbrine {
 
-// What it showed and knew at one moment.
+// Its state at one moment.
 struct SimulatorSnapshot {
     struct Strip {
-        int trackID = 0;                         // 0: no track
+        int trackID = 0;                         // 0 for no track
         std::string display;                     // four characters
-        FaderValue fader = FaderValue::ofRaw(0); // of the track; 0 without one
+        FaderValue fader = FaderValue::ofRaw(0); // of the track; 0 without a track
         std::uint8_t ring = 0;                   // as sent
         std::uint8_t leds = 0;                   // bit p is the LED of port p
         bool touched = false;
@@ -53,7 +52,7 @@ struct SimulatorSnapshot {
     int shownTracks = 0;
     bool sessionOpen = false;
     bool dialogOpen = false;
-    std::optional<std::uint16_t> scriptingPort; // where the scripting service is offered
+    std::optional<std::uint16_t> scriptingPort; // TCP port of the scripting service; absent when it is not offered
     SimulatedTransport transport;
     std::uint64_t droppedPresses = 0;
     std::vector<Surface> surfaces;
@@ -66,72 +65,72 @@ struct ReceivedPacket {
 
 class SimulatedProTools {
 public:
-    // The options have no problem (problemWith). Runtime and connections outlive this. It begins at once.
+    // Starts at once. Precondition: the options are valid (problemWith). Runtime and connections must outlive this
+    // object.
     SimulatedProTools(Runtime& rt, MIDIConnections& connections, SimulatorOptions simulatorOptions,
                       const SimulatedSession& initialSession);
     ~SimulatedProTools();
     SimulatedProTools(const SimulatedProTools&) = delete;
     SimulatedProTools& operator=(const SimulatedProTools&) = delete;
 
-    // ---- The user at its own screen, or another program.
+    // ---- Actions of the user on Pro Tools' own screen, or of another program.
 
-    // Runs `change` on the session before it returns; the surfaces show the result right after. `change` runs under the
-    // lock: it edits and looks, and does nothing that waits.
+    // Runs `change` on the session, then returns; the surfaces show the result right after. `change` runs under a lock,
+    // so it must not wait.
     void edit(const std::function<void(SimulatedSession&)>& change);
 
     void bank(BankButton button);
     void scrollTo(int offset);
 
-    // Closes the session and opens another one a while later, as the options say.
+    // Closes the session, and opens another one after SimulatorOptions::sessionOpensAfter.
     void exchangeSession(const SimulatedSession& next);
 
-    // The session is being saved for so long; only the scripting service shows it.
+    // Saves the session, which takes this long. Only the scripting service shows that.
     void saveSession(Duration duration);
 
-    // A dialog that holds up the whole program until it is closed, here or by its OK on the screen. See
+    // Opens a dialog that blocks the whole program until closeDialog, or until OK is pressed on the screen. See
     // SimulatorOptions::dialogFreezes and ScriptingOptions::inDialog.
     void openDialog(const std::string& text);
     void closeDialog();
 
     // ---- Faults.
 
-    void silence(int surface, Duration duration); // nothing goes out to that surface or comes in from it
-    void stick(Duration duration);                // does nothing at all, then reacts to all that came meanwhile;
+    void silence(int surface, Duration duration); // sends nothing to this surface and receives nothing from it
+    void stick(Duration duration);                // does nothing at all, then reacts to everything received meanwhile;
                                                   // so does the scripting service
     void grabPorts();
 
-    // Surfaces are deaf and mute until the ports are grabbed again, which OK in the Peripherals dialog does too. An
-    // alert tells the user of it.
+    // Stops using the MIDI ports and shows an alert. grabPorts, or OK in the Peripherals dialog, uses them again.
     void releasePorts();
 
-    // No more trouble: the restless user rests, no press is lost any more, no mode button is down, the scripting
-    // service serves, the screen can be read and has no dialog on it, and what silence, stick, releasePorts and
-    // exchangeSession began is over.
+    // Ends all trouble: the restless user stops, no press is lost any more, no mode button is down, the scripting
+    // service answers, the screen is readable and has no dialog, and the effects of silence, stick, releasePorts and
+    // exchangeSession are over.
     void rest();
 
-    // ---- Scripting. Whoever serves it by a wire is gone before this is.
+    // ---- Scripting. A server that connects it to a wire must be destroyed before this object.
 
     SimulatedScripting& scripting() { return scriptingService; }
 
-    // ---- The screen. Whoever reads it by this holds no element any more when this goes.
+    // ---- The screen. Release all its elements before this object is destroyed.
 
     SimulatedAccessibility& screen() { return screenAccess; }
 
-    // What its user does with windows and dialogs. `arrange` runs under the lock and does nothing that waits.
+    // For the user's actions on windows and dialogs. `arrange` runs under a lock, so it must not wait.
     void arrangeScreen(const std::function<void(SimulatedScreen&, TimePoint now)>& arrange);
 
     // ---- Looking.
 
-    bool hasMIDI() const { return ports[0] != nullptr; } // false: this computer has no MIDI system
+    bool hasMIDI() const { return ports[0] != nullptr; } // false when this computer has no MIDI system
 
     SimulatedSession session() const; // a copy
     SimulatorSnapshot snapshot() const;
 
-    // Packets as they came from that surface, oldest first; at most as many as the options keep. All of them, also
-    // those that came while the host was deaf.
+    // The packets received from this surface, oldest first, at most SimulatorOptions::logLimit. Includes those that the
+    // host ignored because of a fault.
     std::vector<ReceivedPacket> received(int surface) const;
 
-    // What was done and shown so far, where the options ask for a record; once.
+    // The record so far, if the options ask for one. Call once.
     HostRecord takeRecord();
 
     const SimulatorOptions options;
@@ -170,18 +169,18 @@ private:
     std::array<TimePoint, 2> silentUntil LUMBRINE_GUARDED_BY(mutex) = {distantPast, distantPast};
     TimePoint stuckUntil LUMBRINE_GUARDED_BY(mutex) = distantPast;
     TimePoint grabsPortsAt LUMBRINE_GUARDED_BY(mutex);
-    TimePoint inProgressUntil LUMBRINE_GUARDED_BY(mutex) = distantPast;     // a session is opened or saved
-    std::optional<SimulatedSession> nextSession LUMBRINE_GUARDED_BY(mutex); // opens then
-    TimePoint nextWake LUMBRINE_GUARDED_BY(mutex) = TimePoint::max();       // the earliest wake that is posted
-    bool portsAreMade LUMBRINE_GUARDED_BY(mutex) = false;                   // before that nothing may send
+    TimePoint inProgressUntil LUMBRINE_GUARDED_BY(mutex) = distantPast;     // end of opening or saving a session
+    std::optional<SimulatedSession> nextSession LUMBRINE_GUARDED_BY(mutex); // opened at inProgressUntil
+    TimePoint nextWake LUMBRINE_GUARDED_BY(mutex) = TimePoint::max();       // the earliest posted wake-up
+    bool portsAreMade LUMBRINE_GUARDED_BY(mutex) = false;                   // nothing may be sent before
     bool ending LUMBRINE_GUARDED_BY(mutex) = false;
 
-    // The queue goes before the connections: its jobs send through them. Jobs and connections post to it under the lock
-    // and only before the end has begun.
+    // The queue is destroyed before the connections, because its jobs send through them. Jobs and connections post to
+    // it only under the lock and only while `ending` is false.
     std::array<std::unique_ptr<MIDIConnection>, 2> ports;
     std::unique_ptr<SerialQueue> queue;
 
-    SimulatedScripting scriptingService; // its jobs edit the session, and with that post to the queue above
+    SimulatedScripting scriptingService; // its jobs edit the session, which posts to the queue above
     SimulatedAccessibility screenAccess;
 };
 

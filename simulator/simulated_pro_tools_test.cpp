@@ -15,7 +15,7 @@ using testing::Not;
 
 const Bytes mutePress{0xB0, 0x0F, 0x00, 0xB0, 0x2F, 0x42, 0xB0, 0x0F, 0x00, 0xB0, 0x2F, 0x02};
 
-// Ports as a surface has them: answers pings while it is told to, and keeps all else that comes.
+// The ports of a surface. Answers pings while the test wants it to, and keeps all other messages.
 class TestSurface {
 public:
     TestSurface(Runtime& rt, MIDIServices& midi, const std::string& name) : runtime(rt), services(midi), mutex(rt) {

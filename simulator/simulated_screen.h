@@ -1,8 +1,8 @@
-// The screen of the simulated Pro Tools: which elements its windows have, what is in their attributes, and what
-// pressing them does. It shows the same session as the surfaces and the scripting service: nothing is kept of it here,
-// each read tells how the session is. What belongs to a track is gone with the track.
+// The screen of the simulated Pro Tools: the elements of its windows, their attributes, and the effects of pressing
+// them. It keeps no copy of the session: each read shows its current state. The elements of a track disappear with the
+// track.
 //
-// No thread, no clock and no faults of reading; belongs to whoever guards it.
+// It has no thread, no clock and no faults. Not synchronised: the owner guards it.
 #pragma once
 
 #include "simulator/screen_element.h"
@@ -19,37 +19,37 @@ namespace lumbrine {
 
 class SimulatedScreen {
 public:
-    // `applyPeripherals` is called when the Peripherals dialog is closed with OK. The session outlives the screen. The
-    // options have no problem (problemWith).
+    // Calls `applyPeripherals` when the Peripherals dialog is closed with OK. The session must outlive the screen.
+    // Precondition: the options are valid (problemWith).
     SimulatedScreen(const ScreenOptions& chosen, const SimulatedSession& shownSession,
                     std::function<void(TimePoint now)> applyPeripherals);
 
-    // ---- As other programs see it.
+    // ---- For other programs.
 
-    // Absent when the element is gone or has no such attribute.
+    // The value of an attribute. Absent when the element does not exist or has no such attribute.
     std::optional<ScreenValue> attribute(const ScreenElement& element, std::string_view name, TimePoint now) const;
 
-    // What was pressed and what that did, in words; absent when there is nothing to press.
+    // Presses an element and returns a description of the press and its effect. Absent when it cannot be pressed.
     std::optional<std::string> press(const ScreenElement& element, TimePoint now);
 
-    // ---- As its user sees it.
+    // ---- For its user.
 
-    void openPeripherals(TimePoint now); // nothing while it is open or opening
+    void openPeripherals(TimePoint now); // does nothing while the dialog is open or opening
     bool peripheralsOpen(TimePoint now) const { return opensAt <= now; }
 
-    // A dialog with these lines and an OK button.
+    // Shows an alert with these lines and an OK button.
     void showAlert(std::vector<std::string> lines);
-    // One that holds up the whole program until it is closed.
+    // The same, but the alert blocks the whole program until it is closed.
     void showDialog(std::vector<std::string> lines);
     void closeDialogs();
-    std::optional<std::string> dialogText() const; // of the one in front, in one line; absent without one
+    std::optional<std::string> dialogText() const; // of the front dialog, as one line; absent without a dialog
 
     std::size_t alertCount() const { return alerts.size(); }
 
     void showWindows(bool edit, bool mix);
-    void scrollMix(int firstStrip); // the first of the shown tracks that the Mix window has in sight
+    void scrollMix(int firstStrip); // makes this shown track the first visible one in the Mix window
 
-    // No dialog is open, both windows are, the Mix window shows its beginning.
+    // Closes all dialogs, opens both windows and scrolls the Mix window to its beginning.
     void rest();
 
 private:
@@ -86,8 +86,8 @@ private:
     std::vector<Alert> alerts;
     int alertsSoFar = 0;
 
-    TimePoint opensAt = TimePoint::max(); // the Peripherals dialog
-    int opening = 0;                      // which time that is
+    TimePoint opensAt = TimePoint::max(); // when the Peripherals dialog opens or has opened
+    int opening = 0;                      // how often it has been opened
     int openTab = 0;
 };
 

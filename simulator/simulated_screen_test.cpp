@@ -1,4 +1,4 @@
-// What the simulated Pro Tools shows on its screen, and what pressing does.
+// The elements on the screen of the simulated Pro Tools, and the effects of pressing them.
 #include "simulator/testing/screen_bench.h"
 
 namespace lumbrine {

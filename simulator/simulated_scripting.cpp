@@ -58,7 +58,7 @@ void SimulatedScripting::serve() {
             queue.postAfter(free - now, [this] { serve(); });
             return;
         }
-        if (state.dialogOpen && options.inDialog == DialogAnswer::silence) return; // until it is closed
+        if (state.dialogOpen && options.inDialog == DialogAnswer::silence) return; // dialogClosed continues
         const Call call = std::move(waiting.front());
         waiting.pop_front();
         ++answered;

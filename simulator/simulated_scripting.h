@@ -1,5 +1,5 @@
-// The scripting service at work: takes requests from any thread, serves them one after another on a queue of the
-// runtime, and has the faults that a caller cannot tell from a busy program.
+// The running scripting service: accepts requests on any thread, executes them one after another on a queue of the
+// runtime, and has the faults that look like a busy program to a caller.
 #pragma once
 
 #include "platform/api/runtime.h"
@@ -18,14 +18,14 @@
 
 namespace lumbrine {
 
-// What the whole program does, as far as its scripting service shows it.
+// The state of the whole program, as far as it affects the scripting service.
 struct ProgramState {
-    TimePoint stuckUntil = distantPast; // it does nothing at all
+    TimePoint stuckUntil = distantPast; // until then the program does nothing
     bool dialogOpen = false;
-    TimePoint inProgressUntil = distantPast; // a session is being opened or saved
+    TimePoint inProgressUntil = distantPast; // until then a session is being opened or saved
 };
 
-// A command that switches something on tracks, as it arrived.
+// A received command that sets a switch on tracks.
 struct ScriptingSetter {
     TimePoint at;
     std::int32_t command = 0;
@@ -34,44 +34,44 @@ struct ScriptingSetter {
 
 class SimulatedScripting {
 public:
-    // Called on the service's queue, and destroyed without a call when the service ends first.
+    // Called on the service's queue. When the service ends first, it is destroyed without a call.
     using Answer = std::function<void(ScriptingReply)>;
 
-    // The options have no problem (problemWith).
+    // Precondition: the options are valid (problemWith).
     SimulatedScripting(Runtime& rt, const ScriptingOptions& chosen, std::uint64_t seed,
                        ScriptingService::EditSession edit, std::function<ProgramState()> programState);
 
-    // The program has closed its last dialog.
+    // Call when the program has closed its last dialog.
     void dialogClosed();
 
-    // ---- For the wires, from any thread.
+    // ---- For wires. Any thread.
 
-    // See ScriptingService::answer for what a connection is.
+    // For `connection`, see ScriptingService::answer.
     void ask(ScriptingRequest request, std::string connection, Answer answer);
 
-    // What is to happen to their calls.
+    // The faults of the calls on wires.
     WireFaults& wireFaults() { return faults; }
 
-    // Says where the service can be reached; shown to people.
+    // Sets the port that is shown to the user.
     void offeredOn(std::optional<std::uint16_t> newPort);
 
-    // ---- Faults, from any thread.
+    // ---- Faults. Any thread.
 
     void refuseNext(int requests); // see ScriptingService
-    void stall(Duration duration); // what comes meanwhile is served afterwards
+    void stall(Duration duration); // requests that arrive meanwhile are executed afterwards
     void restart();                // see ScriptingService
-    void rest(); // no more of these, of the wire's, and of those that were chosen; what waits is served
+    void rest(); // ends all faults, also those of the wires and of the options; waiting requests are executed
 
-    // ---- Looking, from any thread.
+    // ---- Looking. Any thread.
 
     std::optional<std::uint16_t> port() const;
-    std::uint64_t arrivals() const { return arrived; } // requests so far
-    std::uint64_t answers() const { return answered; } // and how many of them were answered
+    std::uint64_t arrivals() const { return arrived; } // the number of requests so far
+    std::uint64_t answers() const { return answered; } // the number of answered requests so far
 
-    // Whether or not something came of them; oldest first, the last thousand.
+    // The last thousand setters, oldest first, successful or not.
     std::vector<ScriptingSetter> setters() const LUMBRINE_EXCLUDES(mutex);
 
-    // Nothing is answered from now on. For the owner; the wires are gone before.
+    // Stops answering. For the owner, after the wires are destroyed.
     void end() { owned.reset(); }
 
 private:
@@ -97,16 +97,16 @@ private:
     mutable Mutex mutex;
     std::deque<ScriptingSetter> switching LUMBRINE_GUARDED_BY(mutex);
 
-    // The queue's own.
+    // Used on the queue only.
     ScriptingService service;
     SeededRandom chance;
-    std::deque<Call> waiting;  // while nothing is served
-    std::deque<Call> deferred; // answered already, and carried out once there is no dialog
+    std::deque<Call> waiting;  // not executed yet
+    std::deque<Call> deferred; // answered, but to be executed when the dialog is closed
     TimePoint stalledUntil = distantPast;
     bool resting = false;
 
     std::unique_ptr<SerialQueue> owned;
-    SerialQueue& queue; // by which its own jobs post to it, also while it ends
+    SerialQueue& queue; // for posts by its own jobs, which also happen while `owned` is being destroyed
 };
 
 } // namespace lumbrine

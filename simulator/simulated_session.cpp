@@ -39,7 +39,7 @@ const SimulatedTrack* SimulatedSession::findByName(std::string_view name) const 
 
 bool SimulatedSession::hiddenByFolder(const SimulatedTrack& track) const {
     const SimulatedTrack* folder = find(track.folder);
-    // No more steps than there are tracks: somebody may have put two folders into each other.
+    // At most as many steps as there are tracks, because two folders may contain each other.
     for (std::size_t steps = 0; folder != nullptr && folder->isFolder && steps < trackList.size(); ++steps) {
         if (folder->closed || folder->hidden) return true;
         folder = find(folder->folder);

@@ -1,7 +1,7 @@
-// The simulated session: its tracks and its transport, as plain values that anybody may edit, with a call for each
-// change. It knows nothing of control surfaces; every way into the simulated Pro Tools shows this same session.
+// The simulated session: tracks and transport as plain values, and a callback for each change. It knows nothing of
+// control surfaces. Surfaces, scripting service and screen all show this one session.
 //
-// Belongs to whoever guards it (in SimulatedProTools: its lock). Copies carry the values and no listeners.
+// Not synchronised: the owner guards it (SimulatedProTools by its lock). Copies have the values but no listeners.
 #pragma once
 
 #include "platform/api/time.h"
@@ -27,7 +27,7 @@ struct SessionChange {
     };
 
     Kind kind;
-    int trackID = 0; // with values and automation
+    int trackID = 0; // set for `values` and `automation`
 };
 
 struct SimulatedTransport {
@@ -44,16 +44,16 @@ struct SimulatedTransport {
 
 class SimulatedSession {
 public:
-    // Open, at position zero. The tracks' ids are given here, from 1.
+    // The session is open, at position zero. Assigns the ids of the tracks, from 1.
     explicit SimulatedSession(std::string sessionName = "Untitled", std::vector<SimulatedTrack> initialTracks = {});
 
     SimulatedSession(const SimulatedSession& other);
     SimulatedSession& operator=(const SimulatedSession&) = delete;
 
-    // Called after each change, in the middle of the edit's own call: it may look and remember, and must not edit.
+    // Adds a listener, called after each change and inside the editing call. It may read the session, but not edit it.
     void onChange(std::function<void(const SessionChange&)> listener);
 
-    // ---- Looking. While the session is closed it has no tracks to show, but keeps them for the next opening.
+    // ---- Looking. A closed session shows no tracks, but keeps them until it is opened again.
 
     const std::string& name() const { return sessionName; }
     bool isOpen() const { return openNow; }
@@ -61,44 +61,44 @@ public:
     const SimulatedTransport& transport() const { return transportState; }
 
     const SimulatedTrack* find(int id) const;                        // null when there is none
-    const SimulatedTrack* findByName(std::string_view name) const;   // the first of that exact name
-    const std::vector<int>& shownTracks() const { return shownIDs; } // ids in session order without hidden ones
+    const SimulatedTrack* findByName(std::string_view name) const;   // the first with exactly this name
+    const std::vector<int>& shownTracks() const { return shownIDs; } // ids in session order, without hidden tracks
     bool hiddenByFolder(const SimulatedTrack& track) const;          // a folder around it is closed or hidden
     bool anySolo() const { return soloed > 0; }
     bool impliedMute(const SimulatedTrack& track) const { return anySolo() && !track.solo && !track.mute; }
 
     // ---- Editing. An id or an index that does not exist changes nothing and returns false.
 
-    // Any number of fields at once; one call of the listeners, none when nothing came out different. The id stays.
+    // Changes any fields of a track except its id. Calls the listeners once, or not at all when nothing has changed.
     bool change(int id, const std::function<void(SimulatedTrack&)>& edit);
     void changeAll(const std::function<void(SimulatedTrack&)>& edit);
 
     static constexpr std::size_t atTheEnd = static_cast<std::size_t>(-1);
     int add(SimulatedTrack track, std::size_t index = atTheEnd); // returns its id
     bool remove(int id);
-    bool move(int id, std::size_t index); // index among all tracks, hidden ones too; at most the last
+    bool move(int id, std::size_t index); // index among all tracks, hidden ones included; clamped to the last
 
     bool rename(int id, std::string name);
     bool setHidden(int id, bool hidden);
-    bool select(int id, bool addToSelection); // alone, or toggled in the selection
+    bool select(int id, bool addToSelection); // selects only this track, or toggles it in the selection
 
     void open();
     void close(); // stops the transport
 
-    // Closes what is open and opens the tracks of another session, at position zero. Ids are given anew.
+    // Closes the session and opens the tracks of another one at position zero. The tracks get new ids.
     void exchange(const SimulatedSession& other);
 
     // ---- Transport.
 
-    void play(); // records when record was pressed before
+    void play(); // also records if record was pressed before
     void stop();
-    void record(); // while playing: punches in and out; while stopped: ready for the next play, or no longer
+    void record(); // while playing: punches in or out; while stopped: toggles whether the next play records
     void locate(Duration position); // not before zero
     void toggleLoop();
     void toggleQuickPunch();
     void toggleOnLine();
 
-    // Lets the playing transport move on; nothing while it is stopped. Calls no listener.
+    // Advances a playing transport; does nothing while it is stopped. Calls no listener.
     void elapse(Duration time);
 
 private:
@@ -114,7 +114,7 @@ private:
     SimulatedTransport transportState;
     int lastID = 0;
 
-    std::vector<int> shownIDs; // this and the two below follow from trackList
+    std::vector<int> shownIDs; // this and the two below are computed from trackList
     std::vector<std::size_t> indexOfID;
     int soloed = 0;
 

@@ -15,42 +15,43 @@ struct SimulatedTrack {
         latch,
         write,
         off,
-        touchLatch, // of newer versions; no key of a surface sets it
+        touchLatch, // in newer versions; no key of a surface sets it
     };
 
-    // What kind of track it is; a folder is none of these.
+    // The type of the track. It does not apply to folders.
     enum class Type { audio, instrument, midi, aux, master, vca, video };
 
-    // What the track's meter does while the transport plays; see music_meter.h.
+    // The behaviour of the track's meter while the transport plays; see music_meter.h.
     struct MeterProgram {
         enum class Kind { silent, tone, drum, bass, melody, pad };
 
         Kind kind = Kind::silent;
         double peak = -12;      // dBFS at its loudest
-        std::uint32_t seed = 0; // two programs of one kind differ by it
+        std::uint32_t seed = 0; // makes two programs of the same kind differ
 
         bool operator==(const MeterProgram&) const = default;
     };
 
     static constexpr FaderValue unityGain = FaderValue::ofRaw(12288);
 
-    int id = 0; // given by the session, and never given again
+    int id = 0; // assigned by the session, never reused
     std::string name;
     std::string comment;
     std::string color = "#ff2a2a2a"; // alpha, red, green, blue
 
     Type type = Type::audio;
-    bool hidden = false; // by itself; see SimulatedSession::hiddenByFolder
+    bool hidden = false; // the track's own setting; see also SimulatedSession::hiddenByFolder
     bool inactive = false;
     bool stereo = false;
 
-    // A folder holds the tracks that name it as theirs, other folders too. A closed one hides all of them and stays.
+    // A folder contains the tracks, also folders, that have its id in `folder`. A closed folder hides all of them, but
+    // not itself.
     bool isFolder = false;
     bool closed = false;
-    int folder = 0; // id of the folder that the track is in, 0 for none
+    int folder = 0; // id of the folder that contains the track, 0 for none
 
     FaderValue fader = unityGain;
-    bool mute = false; // pressed by somebody; a solo elsewhere silences a track without setting it
+    bool mute = false; // the mute button; a solo elsewhere silences a track without setting this
     bool solo = false;
     bool recordArmed = false;
     bool inputMonitor = false;
@@ -63,7 +64,7 @@ struct SimulatedTrack {
     double panLeft = 0;
     double panRight = 0;
 
-    int group = 0; // the fader group it belongs to, 0 for none
+    int group = 0; // number of its fader group, 0 for none
     MeterProgram meter;
 
     bool operator==(const SimulatedTrack&) const = default;

@@ -34,7 +34,7 @@ std::string transportText(const SimulatedTransport& transport, bool position) {
     return text + time.data();
 }
 
-// A surface has characters of its own where ASCII has control characters, which would disturb a terminal.
+// A HUI has its own characters in place of ASCII's control characters, which would disturb a terminal.
 std::string printable(std::string text) {
     std::ranges::replace_if(text, [](char character) { return character < ' ' || character > '~'; }, '?');
     return text;

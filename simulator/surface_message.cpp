@@ -10,7 +10,7 @@ constexpr std::uint8_t firstRealtime = 0xF8;
 constexpr std::uint8_t systemReset = 0xFF;
 constexpr int lastZone = 0x1D;
 
-// Bit 6 is clockwise, the rest how many.
+// Bit 6 means clockwise; bits 0-5 are the number of clicks.
 int clicksOf(std::uint8_t value) {
     const int magnitude = value & 0x3F;
     return (value & 0x40) != 0 ? magnitude : -magnitude;

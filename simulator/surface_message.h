@@ -1,4 +1,4 @@
-// What a HUI surface tells its host, and the decoder that finds it in the bytes of the surface's port.
+// The messages of a HUI surface to its host, and the decoder for the bytes of its port.
 #pragma once
 
 #include "base/bytes.h"
@@ -14,13 +14,13 @@ namespace lumbrine {
 
 namespace from_surface {
 
-struct Reset { // the surface has just appeared
+struct Reset { // FF: the surface has just appeared
     bool operator==(const Reset&) const = default;
 };
 struct PingReply {
     bool operator==(const PingReply&) const = default;
 };
-struct SwitchEdge { // port 0 of a strip's zone is its fader's touch
+struct SwitchEdge { // port 0 in the zone of a strip is the touch of its fader
     int zone;       // 00-1D
     int port;       // 0-7
     bool on;
@@ -32,7 +32,7 @@ struct FaderMoved {
     bool operator==(const FaderMoved&) const = default;
 };
 struct VPotTurned {
-    int pot;    // 0-7 the strips', 8-11 the others
+    int pot;    // 0-7 of the strips, 8-11 the parameter pots
     int clicks; // clockwise when positive; never 0
     bool operator==(const VPotTurned&) const = default;
 };
@@ -46,13 +46,13 @@ struct JogTurned {
 using SurfaceMessage = std::variant<from_surface::Reset, from_surface::PingReply, from_surface::SwitchEdge,
                                     from_surface::FaderMoved, from_surface::VPotTurned, from_surface::JogTurned>;
 
-// Takes the bytes in pieces of any size: a message may come byte by byte, with running status, with realtime bytes in
-// its middle and SysEx before or after it. Whatever is no HUI message is passed over. Allocates nothing.
+// Decodes bytes in pieces of any size: messages may arrive byte by byte, with running status, with realtime bytes
+// inside and with SysEx between them. Skips everything that is not a HUI message. Allocates nothing.
 class SurfaceDecoder {
 public:
     void feed(ByteView bytes, const std::function<void(const SurfaceMessage&)>& take);
 
-    // As if nothing had come before; a reset byte does the same.
+    // Forgets all earlier bytes. A reset byte does the same.
     void forget();
 
 private:
@@ -60,10 +60,10 @@ private:
     std::optional<SurfaceMessage> data(std::uint8_t byte);
     std::optional<SurfaceMessage> controller(std::uint8_t number, std::uint8_t value);
 
-    std::uint8_t runningStatus = 0;    // 0: data bytes belong to nothing
-    std::optional<std::uint8_t> first; // first data byte of a message
-    std::optional<int> zone;           // selected last, when it exists
-    std::array<int, 8> faderHigh{};    // 1 more than the last high half; 0: none yet
+    std::uint8_t runningStatus = 0;    // 0: data bytes are ignored
+    std::optional<std::uint8_t> first; // the first data byte of an incomplete message
+    std::optional<int> zone;           // the zone selected last, if it exists
+    std::array<int, 8> faderHigh{};    // the last high half plus 1; 0 before the first
 };
 
 } // namespace lumbrine

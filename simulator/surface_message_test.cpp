@@ -26,7 +26,7 @@ Messages decodedInPieces(const Bytes& bytes, const std::vector<std::size_t>& pie
     return messages;
 }
 
-// Whole, byte by byte and cut at each place; all have to agree.
+// Decodes the bytes as a whole, byte by byte and split at each place, and expects the same result.
 Messages decoded(const Bytes& bytes) {
     const Messages whole = decodedInPieces(bytes, {bytes.size()});
     EXPECT_EQ(decodedInPieces(bytes, std::vector<std::size_t>(bytes.size(), 1)), whole);

@@ -1,4 +1,4 @@
-// All that one surface shows at a moment, but for its meters.
+// Everything that one surface shows at one moment, except its meters.
 #pragma once
 
 #include "simulator/hui_address.h"
@@ -29,13 +29,13 @@ struct SurfacePicture {
     }
 
     std::array<DisplayText, hui_address::displayCount> displays;
-    std::array<std::uint16_t, hui_address::stripCountOfSurface> faders{}; // as they are sent, 0-16383
-    std::bitset<hui_address::stripCountOfSurface> withheldFaders;         // not sent at the moment
+    std::array<std::uint16_t, hui_address::stripCountOfSurface> faders{}; // as sent, 0-16383
+    std::bitset<hui_address::stripCountOfSurface> withheldFaders;         // not to be sent now
     std::array<std::uint8_t, hui_address::ringCount> rings{};
     LEDs leds;
-    std::array<std::uint8_t, hui_address::stripCountOfSurface> autoLEDs{}; // as they are sent, without the port
+    std::array<std::uint8_t, hui_address::stripCountOfSurface> autoLEDs{}; // as sent, without the port
     std::string mainDisplay = std::string(mainDisplayLength, ' ');
-    std::array<std::uint8_t, 8> counter; // digits, right-most first; bit 4 is a separator behind one
+    std::array<std::uint8_t, 8> counter; // digits, right-most first; bit 4 adds a separator after the digit
 };
 
 } // namespace lumbrine

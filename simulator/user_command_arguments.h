@@ -1,4 +1,4 @@
-// The words of a user's command, and what running it gives.
+// The words of a user's command, and the result type of commands.
 #pragma once
 
 #include "base/decimal_number.h"
@@ -14,9 +14,9 @@
 namespace lumbrine::user_command {
 
 using Failure = std::unexpected<std::string>;
-using Result = std::expected<std::string, std::string>; // what to tell, or what is wrong
+using Result = std::expected<std::string, std::string>; // the answer for the user, or what is wrong
 
-// The rest of a line, word by word.
+// Reads a line word by word.
 class Arguments {
 public:
     explicit Arguments(std::string_view line) : rest(line) { skipBlanks(); }
@@ -46,7 +46,7 @@ public:
         return value && *value >= least && *value <= most ? value : std::nullopt;
     }
 
-    // The index in the session of a track told by its number.
+    // Reads the number of a track (from 1) and returns its index in the session (from 0).
     std::optional<std::size_t> trackIndex(const SimulatedSession& session) {
         const auto value = number<std::size_t>();
         if (!value || *value < 1 || *value > session.tracks().size()) return std::nullopt;

@@ -15,7 +15,7 @@ using Handler = Result (*)(SimulatedProTools&, Arguments&);
 
 struct NamedCommand {
     std::string_view name;
-    std::string_view usage; // what follows the name
+    std::string_view usage; // the arguments
     std::string_view help;
     Handler run;
 };

@@ -1,5 +1,4 @@
-// Lines that a person types at the simulated Pro Tools: what its user would do with mouse and keys, and what may go
-// wrong.
+// Commands typed at the simulated Pro Tools: the actions of its user with mouse and keys, and faults.
 #pragma once
 
 #include "simulator/simulated_pro_tools.h"
@@ -10,16 +9,16 @@
 namespace lumbrine {
 
 struct CommandAnswer {
-    std::string text;  // for the person; may be empty, has no newline at its end
-    bool done = true;  // false: nothing was done, and `text` says why
-    bool quit = false; // the person wants to leave
+    std::string text;  // for the user, without a newline at the end; may be empty
+    bool done = true;  // false when nothing was done; then `text` says why
+    bool quit = false; // the user wants to end the program
 };
 
-// Tracks are told by their number in the session from 1, hidden ones counted too; values as in "fader 3 0.75". An empty
-// line, and one that begins with '#', does nothing.
+// Runs one command, such as "fader 3 0.75". A track is its number in the session from 1, hidden tracks included. An
+// empty line and a line that begins with '#' do nothing.
 CommandAnswer runUserCommand(SimulatedProTools& proTools, std::string_view line);
 
-// All commands with what they do, a line for each.
+// A line for each command.
 std::string userCommandHelp();
 
 } // namespace lumbrine

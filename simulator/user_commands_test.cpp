@@ -14,7 +14,7 @@ protected:
         return answer;
     }
 
-    // Nothing is done, and the answer says why.
+    // Expects that the command does nothing and that its answer says why.
     void expectRefused(std::string_view line) {
         const auto before = proTools.session().tracks();
         const CommandAnswer answer = say(line);

@@ -8,7 +8,7 @@ namespace {
 
 constexpr int mostTracks = 1000;
 
-// Another one at each exchange.
+// A different seed for each exchange: track ids are never reused.
 std::uint64_t nextSeed(const SimulatedSession& now) {
     return now.tracks().empty() ? 1 : static_cast<std::uint64_t>(now.tracks().back().id) + 1;
 }

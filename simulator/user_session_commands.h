@@ -1,4 +1,4 @@
-// What a user does with whole sessions and with dialogs.
+// The user's commands for sessions and dialogs.
 #pragma once
 
 #include "simulator/user_command_arguments.h"

@@ -7,7 +7,7 @@ namespace lumbrine::user_command {
 
 namespace {
 
-// Gives the track that is told next to `edit`, which gets its id and index.
+// Reads the number of a track and calls `edit` with its id and index.
 template <typename Edit>
 Result editTrack(SimulatedProTools& proTools, Arguments& arguments, Edit edit) {
     Result result = wrong();

@@ -1,4 +1,4 @@
-// What a user does with tracks, one function a command.
+// The user's commands for tracks, one function for each.
 #pragma once
 
 #include "simulator/user_command_arguments.h"

@@ -9,7 +9,7 @@ namespace lumbrine {
 
 namespace {
 
-constexpr double lowest = -60; // above this, a fader that is not at its end
+constexpr double lowest = -60; // dB at the bottom of the fader; the end position itself is -oo
 constexpr double highest = 12;
 
 double decibels(FaderValue position) {

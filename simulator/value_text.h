@@ -1,4 +1,4 @@
-// How a display shows the value of a fader or a pan.
+// The display text for the value of a fader or a pan.
 #pragma once
 
 #include "base/fader_value.h"

@@ -1,5 +1,5 @@
-// Which calls to the scripting service end in a fault of the wire, by chance and on demand. The wires ask for each call
-// and do it. Any thread.
+// Decides which calls to the scripting service end in a fault of the wire, at random and on demand. The wires ask for
+// each call and execute the fault. Any thread.
 #pragma once
 
 #include "simulator/scripting_options.h"
@@ -11,25 +11,25 @@ namespace lumbrine {
 
 enum class WireFault {
     none,
-    reset,  // the call's stream is reset in the place of the reply
-    goAway, // a GOAWAY comes in its place, and the connection ends
-    die,    // all connections break in its place, and the service is away for a while
+    reset,  // instead of a reply, the call's stream is reset
+    goAway, // instead of a reply, a GOAWAY is sent, and the connection ends
+    die,    // instead of a reply, all connections break, and the service is away for a while
 };
 
 class WireFaults {
 public:
     WireFaults(const ScriptingOptions& chosen, std::uint64_t seed) : options(chosen), firstSeed(seed) {}
 
-    // The fate of a call that has just begun.
+    // Returns the fault for a call that has just begun.
     WireFault draw();
 
-    // As many of the next calls end so; not `none`.
+    // Gives this fault to the next `calls` calls. `fault` must not be `none`.
     void next(WireFault fault, int calls);
 
-    // No fault from now on, but those that `next` asks for later.
+    // Ends all faults. Later calls of `next` still have an effect.
     void rest();
 
-    // Whether there is a wire that asks.
+    // True when a wire asks for faults.
     bool inUse() const { return used; }
     void use() { used = true; }
 
@@ -40,7 +40,7 @@ private:
 
     const std::uint64_t firstSeed;
     std::atomic<std::uint64_t> drawn = 0;
-    std::atomic<int> resets = 0, goAways = 0, deaths = 0; // that `next` asks for
+    std::atomic<int> resets = 0, goAways = 0, deaths = 0; // still to come from `next`
     std::atomic<bool> resting = false;
     std::atomic<bool> used = false;
 };

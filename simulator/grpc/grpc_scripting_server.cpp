@@ -18,7 +18,7 @@ grpc::Status ended() {
     return {grpc::StatusCode::UNAVAILABLE, "the service has ended"};
 }
 
-// A stream of one message.
+// Answers with a stream of one message.
 class OneMessage final : public grpc::ServerWriteReactor<::ptsl::Response> {
 public:
     void end(const std::optional<ScriptingReply>& reply) {
@@ -49,7 +49,7 @@ public:
 
     grpc::ServerWriteReactor<::ptsl::Response>* SendGrpcStreamingRequest(grpc::CallbackServerContext* context,
                                                                          const ::ptsl::Request* request) override {
-        auto* const reactor = new OneMessage; // deletes itself
+        auto* const reactor = new OneMessage; // deletes itself when the call is over
         ask(*context, *request, [reactor](const std::optional<ScriptingReply>& reply) { reactor->end(reply); });
         return reactor;
     }
@@ -94,7 +94,7 @@ public:
 private:
     Service service;
     std::optional<std::uint16_t> boundPort;
-    std::unique_ptr<grpc::Server> server; // goes before the service
+    std::unique_ptr<grpc::Server> server; // last member, so destroyed before the service that it calls
 };
 
 GrpcScriptingServer::GrpcScriptingServer(Runtime& runtime, SimulatedScripting& scripting, std::uint16_t wantedPort)

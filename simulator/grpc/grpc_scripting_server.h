@@ -1,7 +1,8 @@
-// The scripting service by gRPC on this computer, on the official library: "/ptsl.PTSL/SendGrpcRequest", and
-// "/ptsl.PTSL/SendGrpcStreamingRequest", which answers the same as a stream of one message.
+// Serves the scripting service with the official gRPC library: "/ptsl.PTSL/SendGrpcRequest", and
+// "/ptsl.PTSL/SendGrpcStreamingRequest", which sends the same answer as a stream of one message.
 //
-// The library's threads only hand requests over; they are served on the scripting service's own queue. For real time.
+// The library's threads only pass requests on; the scripting service executes them on its own queue. For real time
+// only.
 #pragma once
 
 #include "platform/api/runtime.h"
@@ -15,17 +16,17 @@ namespace lumbrine {
 
 class GrpcScriptingServer {
 public:
-    // Listens on 127.0.0.1 at once; port 0 takes one that is free. Runtime and service outlive the server. From now on
-    // the library logs nothing in this process: what goes wrong is told by `port`.
+    // Listens on 127.0.0.1; with port 0 the system chooses a free port. Runtime and service must outlive the server.
+    // Switches off the library's log in this process; a failure shows in `port`.
     GrpcScriptingServer(Runtime& runtime, SimulatedScripting& scripting, std::uint16_t wantedPort);
 
-    // Ends all connections; calls that are not answered end as unavailable.
+    // Ends all connections. Unanswered calls end with the status UNAVAILABLE.
     ~GrpcScriptingServer();
 
     GrpcScriptingServer(const GrpcScriptingServer&) = delete;
     GrpcScriptingServer& operator=(const GrpcScriptingServer&) = delete;
 
-    // Absent when the port is taken; then nothing is served.
+    // Absent when the port was taken; then nothing is served.
     std::optional<std::uint16_t> port() const;
 
 private:

@@ -1,4 +1,4 @@
-// The scripting service as programs offer it: by gRPC on a port of this computer, and through a relay with faults when
+// The scripting service as the programs offer it: by gRPC on a port of this computer, behind a relay with faults when
 // the options ask for faults of the wire.
 #pragma once
 
@@ -14,18 +14,19 @@ namespace lumbrine {
 
 class OfferedScripting {
 public:
-    // On 127.0.0.1; port 0 takes one that is free. Everything passed by reference outlives this.
+    // Listens on 127.0.0.1; with port 0 the system chooses a free port. Everything passed by reference must outlive
+    // this object.
     OfferedScripting(Runtime& runtime, StreamRelays& relays, SimulatedScripting& served, std::uint16_t wantedPort);
     ~OfferedScripting();
     OfferedScripting(const OfferedScripting&) = delete;
     OfferedScripting& operator=(const OfferedScripting&) = delete;
 
-    // Absent when the port is taken; then nothing is offered.
+    // Absent when the port was taken; then nothing is offered.
     std::optional<std::uint16_t> port() const;
 
 private:
     SimulatedScripting& scripting;
-    const GrpcScriptingServer server; // behind the relay on a port of its own
+    const GrpcScriptingServer server; // with a relay, on a free port behind it
     std::unique_ptr<StreamRelay> relay;
 };
 

@@ -1,4 +1,4 @@
-// Calls that wait for their answers.
+// gRPC calls that wait for their answers.
 #pragma once
 
 #include "platform/api/runtime.h"
@@ -12,7 +12,8 @@
 
 namespace lumbrine {
 
-// Ends exactly once: with the reply, without one when the server ends, or when nobody holds it any more. Any thread.
+// One call. It ends exactly once: with a reply, or without one when the server ends or the last owner releases it. Any
+// thread.
 class OpenCall {
 public:
     using End = std::function<void(const std::optional<ScriptingReply>&)>;
@@ -29,15 +30,16 @@ private:
     std::atomic<bool> ended = false;
 };
 
-// All that are open. Any thread.
+// All open calls. Any thread.
 class OpenCalls {
 public:
     explicit OpenCalls(Runtime& runtime) : mutex(runtime) {}
 
-    // The call, to be held by whoever will answer it. It has ended already when the server is ending.
+    // Adds a call. The code that will answer it must hold the result. While the server is ending, the call has already
+    // ended.
     std::shared_ptr<OpenCall> add(OpenCall::End end) LUMBRINE_EXCLUDES(mutex);
 
-    // Ends all of them, and from now on each new one at once.
+    // Ends all calls, and from now on each new one at once.
     void endAll() LUMBRINE_EXCLUDES(mutex);
 
 private:

@@ -1,4 +1,4 @@
-// For tests: a client's bytes, and what came back, told in words.
+// For tests: the bytes of a client, and the service's answers in words.
 #pragma once
 
 #include "simulator/wire/http2_frame.h"
@@ -29,7 +29,7 @@ inline Bytes settingOf(std::uint8_t setting, std::uint32_t value) {
     return bytes;
 }
 
-// Preface and SETTINGS with these settings.
+// The preface and a SETTINGS frame with these settings.
 inline Bytes greeting(const Bytes& settings = {}) {
     constexpr std::string_view preface = NGHTTP2_CLIENT_MAGIC;
     Bytes bytes(preface.begin(), preface.end());
@@ -37,7 +37,7 @@ inline Bytes greeting(const Bytes& settings = {}) {
     return bytes;
 }
 
-// As the receiver writes it: POST, http, a path, an authority, a content type and te.
+// The header block of a request as the receiver writes it: POST, http, path, authority, content type and te.
 inline Bytes requestBlock(std::string_view path = "/ptsl.PTSL/SendGrpcRequest",
                           std::string_view contentType = "application/grpc") {
     Bytes block{0x83, 0x86};
@@ -77,8 +77,8 @@ inline std::string hexOf(const Bytes& bytes) {
     return text;
 }
 
-// Tells what a service says on one connection: a frame as its type, its stream, its flags when it has some, and what it
-// holds: "DATA 1 (7)", "HEADERS 1 +5 grpc-status=0", "GOAWAY 0000000000000001".
+// Describes the frames of a service on one connection by type, stream, flags if any, and content: "DATA 1 (7)",
+// "HEADERS 1 +5 grpc-status=0", "GOAWAY 0000000000000001".
 class Listener {
 public:
     Listener() { nghttp2_hd_inflate_new(&inflater); }

@@ -1,4 +1,4 @@
-// For tests: the host with a clock that the test turns, and bytes in and out by hand.
+// For tests: the host with a clock that the test moves; the test also passes bytes in and takes them out.
 #pragma once
 
 #include "simulator/simulated_hui_host.h"
@@ -46,7 +46,7 @@ public:
         collect();
     }
 
-    // All surfaces answer their first ping; what that brings is dropped.
+    // Makes all surfaces answer their first ping, and drops the resulting packets.
     void appear() {
         runFor(Duration::zero());
         for (int surface = 0; surface < options.surfaces; ++surface)
@@ -54,7 +54,7 @@ public:
         clear();
     }
 
-    // As `runFor`, with every ping answered; pings are left out of what is kept.
+    // Like `runFor`, but answers every ping and does not keep the pings.
     void live(Duration time) {
         const TimePoint end = now + time;
         while (now < end) {
@@ -83,7 +83,7 @@ public:
         runFor(Duration::zero());
     }
 
-    // What has been sent to a surface since the last take.
+    // The packets sent to a surface since the last take.
     std::vector<Bytes> take(int surface = 0) { return std::exchange(sent[static_cast<std::size_t>(surface)], {}); }
 
     Bytes takeJoined(int surface = 0) {
@@ -98,7 +98,7 @@ public:
             packets.clear();
     }
 
-    // What the strips of a surface show by their displays, each four characters.
+    // The displays of a surface's strips, four characters each.
     std::string names(int surface = 0) const {
         std::string all;
         const SurfacePicture picture = host.picture(surface);

@@ -1,4 +1,4 @@
-// For tests: a simulated Pro Tools in virtual time, and another program's look at its screen.
+// For tests: a simulated Pro Tools in virtual time, and another program that reads its screen.
 #pragma once
 
 #include "platform/virtual/memory_midi.h"
@@ -55,7 +55,7 @@ protected:
         return titles;
     }
 
-    // The window with that title, which is there.
+    // The window with this title. Fails the test when there is none.
     ElementHandle window(std::string_view title) {
         for (const ElementHandle& found : windows())
             if (text(found, "AXTitle") == title) return found;

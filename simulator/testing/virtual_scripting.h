@@ -1,4 +1,4 @@
-// The scripting service of a simulated Pro Tools on the TCP of virtual time.
+// For tests: the scripting service of a simulated Pro Tools on the TCP of virtual time.
 //
 //     VirtualStreams streams(runtime);
 //     VirtualScripting service(runtime, streams, proTools.scripting());
@@ -16,7 +16,7 @@ namespace lumbrine {
 
 class VirtualScripting {
 public:
-    // Streams and service outlive this.
+    // `virtualStreams` and `scripting` must outlive this object.
     VirtualScripting(VirtualRuntime& runtime, VirtualStreams& virtualStreams, SimulatedScripting& scripting,
                      std::uint16_t servedPort = 31416)
         : streams(virtualStreams), port(servedPort), service(std::make_shared<Service>()) {
@@ -28,7 +28,7 @@ public:
     VirtualScripting(const VirtualScripting&) = delete;
     VirtualScripting& operator=(const VirtualScripting&) = delete;
 
-    // Between calls; see InProcessScripting.
+    // Only between calls; see InProcessScripting.
     void goAway() { service->end->goAway(); }
     void die() { service->end->die(); }
 
@@ -56,7 +56,7 @@ private:
         }
 
     private:
-        const std::unique_ptr<ScriptingConnection> connection; // none when the service has just ended
+        const std::unique_ptr<ScriptingConnection> connection; // null when the service has just ended
     };
 
     void setListening(bool listening) {

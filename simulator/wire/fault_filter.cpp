@@ -57,7 +57,7 @@ void FaultFilter::lookAt(Frame& frame) {
     if (fate != WireFault::none) faults[frame.stream] = fate;
 }
 
-// The service gets back the room in the connection's window that the client will not give it.
+// The client never sees a swallowed frame, so it cannot enlarge the connection's window again. This does it instead.
 void FaultFilter::swallow(const Frame& frame, Passed& passed) {
     if (frame.type != NGHTTP2_DATA || frame.payload.empty()) return;
     const auto length = static_cast<std::uint32_t>(frame.payload.size());
@@ -77,7 +77,7 @@ FaultFilter::Passed FaultFilter::fromService(ByteView bytes) {
         }
         swallow(*frame, passed);
         switch (std::exchange(found->second, WireFault::none)) {
-        case WireFault::none: // it has happened
+        case WireFault::none: // the fault has already happened
             continue;
         case WireFault::reset: {
             const Frame reset{NGHTTP2_RST_STREAM, NGHTTP2_FLAG_NONE, frame->stream,

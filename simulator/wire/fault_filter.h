@@ -1,5 +1,5 @@
-// One connection to the scripting service as its bytes pass by, with the faults that happen to its calls. It stands
-// between a client and a service that has no faults of its own; it has no I/O.
+// Passes on the bytes of one connection between a client and the scripting service, and adds faults to its calls. No
+// I/O.
 #pragma once
 
 #include "simulator/wire/http2_frame.h"
@@ -12,22 +12,22 @@ namespace lumbrine::wire {
 
 class FaultFilter {
 public:
-    // `draw` tells the fate of each new call.
+    // `draw` returns the fault of each new call.
     explicit FaultFilter(std::function<WireFault()> draw) : fateOfCall(std::move(draw)) {}
 
-    // What goes on to the service: whole frames as they come. The first settings also tell the service not to compress
-    // its headers by what it has sent before, so that a client can do without the frames that a fault swallows.
+    // Returns the bytes for the service: whole frames. In the client's first SETTINGS it sets the header table size to
+    // 0, so that the service does not compress headers by earlier ones, which a fault may have removed.
     Bytes fromClient(ByteView bytes);
 
     enum class End {
         none,
-        finish, // the connection ends in order once the bytes are sent
-        die,    // all connections break, and the service is away
+        finish, // end the connection in order after sending the bytes
+        die,    // break all connections; the service is away
     };
     struct Passed {
         Bytes toClient;
         Bytes toService = {};
-        End end = End::none; // after that the connection has nothing more to say
+        End end = End::none; // after another value, the connection passes nothing on
     };
     Passed fromService(ByteView bytes);
 
@@ -39,10 +39,10 @@ private:
     FrameCutter fromClientCutter;
     FrameCutter fromServiceCutter;
     Bytes prefaceSoFar;
-    bool speaksHTTP2 = true; // as far as its preface has come
+    bool speaksHTTP2 = true; // the preface, as far as received, is HTTP/2's
     bool settingsSeen = false;
     std::uint32_t lastStream = 0;
-    std::map<std::uint32_t, WireFault> faults; // of the streams that have one
+    std::map<std::uint32_t, WireFault> faults; // by stream, for streams with a fault
     bool ended = false;
 };
 

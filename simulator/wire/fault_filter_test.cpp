@@ -12,13 +12,13 @@ constexpr std::uint8_t lastHeaders = NGHTTP2_FLAG_END_HEADERS | NGHTTP2_FLAG_END
 
 class FaultFilterTest : public testing::Test {
 protected:
-    // The fates of the calls, in their order; none after that.
+    // The faults of the calls in order; calls after them have none.
     void begin(std::vector<WireFault> calls) {
         fates = std::move(calls);
         filter.fromClient(greeting());
     }
 
-    // What becomes of these bytes of the service, and what the client and the service hear.
+    // Passes these bytes of the service, and describes what the client and the service receive.
     FaultFilter::End pass(const Bytes& bytes) {
         const FaultFilter::Passed passed = filter.fromService(bytes);
         toClient = client.told(passed.toClient);
@@ -33,7 +33,7 @@ protected:
     FaultFilter filter{[this] { return drawn < fates.size() ? fates[drawn++] : WireFault::none; }};
 };
 
-// Headers that are not looked at, data, trailers.
+// Headers, data and trailers of an answer. The filter does not read headers.
 Bytes replyBytes(std::uint32_t stream) {
     Bytes bytes = frameBytes(NGHTTP2_HEADERS, NGHTTP2_FLAG_END_HEADERS, stream, {0x88});
     append(bytes, frameBytes(NGHTTP2_DATA, 0, stream, grpcMessage("hello")));

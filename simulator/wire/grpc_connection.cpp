@@ -14,14 +14,14 @@ namespace lumbrine::wire {
 
 namespace {
 
-// What the official server announces: its windows, its longest frame, its longest header block, and binary metadata.
+// The settings of gRPC's official server: window, longest frame, longest header block, and binary metadata.
 constexpr std::uint32_t window = 4'194'303;
 constexpr std::array<nghttp2_settings_entry, 4> settings{{{NGHTTP2_SETTINGS_INITIAL_WINDOW_SIZE, window},
                                                           {NGHTTP2_SETTINGS_MAX_FRAME_SIZE, window},
                                                           {NGHTTP2_SETTINGS_MAX_HEADER_LIST_SIZE, 8192},
                                                           {0xFE03, 1}}};
 
-constexpr std::size_t messagePrefix = 5; // not compressed, and the length
+constexpr std::size_t messagePrefix = 5; // compression flag and length
 
 Bytes messageOf(ByteView content) {
     Bytes message{0};
@@ -30,7 +30,7 @@ Bytes messageOf(ByteView content) {
     return message;
 }
 
-// The library copies the texts.
+// The views need not outlive the call: the library copies the texts.
 nghttp2_nv header(std::string_view name, std::string_view value) {
     const auto bytes = [](std::string_view text) {
         return reinterpret_cast<std::uint8_t*>(const_cast<char*>(text.data()));
@@ -54,7 +54,7 @@ void GrpcConnection::Ended::operator()(nghttp2_session* ending) const {
     nghttp2_session_del(ending);
 }
 
-// What the session calls while it reads and writes; `self` is the connection.
+// The callbacks of the nghttp2 session; `self` is the connection.
 struct GrpcConnection::Events {
     static GrpcConnection& of(void* self) { return *static_cast<GrpcConnection*>(self); }
 
@@ -84,7 +84,7 @@ struct GrpcConnection::Events {
         return 0;
     }
 
-    // More of an answer, and its trailers behind it.
+    // Provides more of an answer, and its trailers at the end.
     static ssize_t answer(nghttp2_session* session, std::int32_t id, std::uint8_t* buffer, std::size_t room,
                           std::uint32_t* flags, nghttp2_data_source*, void* self) {
         Stream& stream = of(self).streams.at(id);
@@ -110,8 +110,8 @@ GrpcConnection::GrpcConnection() {
     nghttp2_session_callbacks_set_on_stream_close_callback(events, Events::closed);
     nghttp2_option* options = nullptr;
     nghttp2_option_new(&options);
-    // The library's limit of resets goes by the computer's clock, and that of CONTINUATION counts the pieces in which
-    // a frame arrives.
+    // Both limits of the library are switched off: the one on resets depends on the real clock, and the one on
+    // CONTINUATION counts the pieces in which a frame arrives.
     nghttp2_option_set_stream_reset_rate_limit(options, std::numeric_limits<std::uint64_t>::max(), 0);
     nghttp2_option_set_max_continuations(options, std::numeric_limits<std::size_t>::max());
     nghttp2_session* made = nullptr;
@@ -130,7 +130,7 @@ void GrpcConnection::receive(ByteView bytes) {
 }
 
 void GrpcConnection::completed(std::int32_t id) {
-    // The official server measures the way to its client while it serves a call.
+    // Real gRPC servers send a BDP-probe PING per call, which the client must acknowledge.
     nghttp2_submit_ping(session.get(), NGHTTP2_FLAG_NONE, nullptr);
     const Stream& stream = streams.at(id);
     if (!stream.isGrpc()) return fail(id, GrpcStatus::internal, "this is no gRPC request");

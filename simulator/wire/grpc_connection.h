@@ -1,6 +1,6 @@
-// The service's side of one HTTP/2 connection that carries unary gRPC calls: bytes in, calls out; replies in, bytes
-// out. No I/O, no threads, no clock. HTTP/2 is libnghttp2's; what is added is gRPC, and what gRPC's official server
-// announces and sends beside its answers.
+// The service's side of one HTTP/2 connection with unary gRPC calls: bytes in, calls out; replies in, bytes out. No
+// I/O, no threads, no clock. libnghttp2 does HTTP/2; this class adds gRPC, and the settings and pings of gRPC's
+// official server.
 #pragma once
 
 #include "base/bytes.h"
@@ -29,33 +29,33 @@ public:
         Bytes message;
     };
 
-    // Says its settings at once, as servers do. The settings hold from the client's acknowledgement on: until then a
+    // Sends its settings at once, as servers do. They are valid from the client's acknowledgement on: until then, a
     // frame of more than 16,384 bytes ends the connection.
     GrpcConnection();
     GrpcConnection(const GrpcConnection&) = delete;
     GrpcConnection& operator=(const GrpcConnection&) = delete;
 
-    // What the client has sent, in pieces of any size. A client that breaks the protocol gets a GOAWAY that says how;
-    // whatever it sends after that is not looked at.
+    // Handles bytes of the client in pieces of any size. A client that breaks the protocol gets a GOAWAY with the error
+    // code; its later bytes are ignored.
     void receive(ByteView bytes);
 
-    // The calls that have come in whole since the last take.
+    // The calls that have become complete since the last take.
     std::vector<Call> takeCalls();
 
-    // Answers a call with one message, as fast as the client's windows let it; nothing when the client has given it up.
-    // Each call is answered once, by this or by `fail`.
+    // Answers a call with one message, as fast as the client's windows allow. Does nothing when the client has
+    // cancelled the call. Answer each call once, by this or by `fail`.
     void reply(std::int32_t stream, ByteView message);
 
-    // Ends a call without a message; `text` is printable ASCII without '%'.
+    // Ends a call without a message. `text` must be printable ASCII without '%'.
     void fail(std::int32_t stream, GrpcStatus status, std::string_view text);
 
-    // Ends the connection with a GOAWAY without an error.
+    // Ends the connection by a GOAWAY with no error.
     void goAway();
 
-    // What is to be sent.
+    // Returns and removes the bytes to send.
     Bytes takeOutput();
 
-    // The connection is to be closed: all that was to be said has been taken.
+    // True when the connection can be closed, because all output has been taken.
     bool isOver() const;
 
 private:
@@ -63,7 +63,7 @@ private:
         std::map<std::string, std::string, std::less<>> headers;
         Bytes request;
         Bytes answer;
-        std::size_t sent = 0; // of the answer
+        std::size_t sent = 0; // bytes of the answer
 
         bool isGrpc() const;
     };
@@ -76,7 +76,7 @@ private:
 
     std::map<std::int32_t, Stream> streams;
     std::vector<Call> calls;
-    bool unreadable = false; // what the client speaks is no HTTP/2
+    bool unreadable = false; // the client does not speak HTTP/2
     std::unique_ptr<nghttp2_session, Ended> session;
 };
 

@@ -1,4 +1,5 @@
-// Frames of HTTP/2 as they pass by (RFC 9113, section 4). Types, flags and codes have libnghttp2's names.
+// HTTP/2 frames for code that inspects a connection (RFC 9113, section 4). Types, flags and codes have libnghttp2's
+// names.
 #pragma once
 
 #include "base/bytes.h"
@@ -24,17 +25,17 @@ void appendBigEndian32(Bytes& bytes, std::uint32_t value);
 
 void appendFrame(Bytes& bytes, const Frame& frame);
 
-// Cuts bytes, which may come in any pieces, into frames.
+// Splits bytes into frames. The bytes may arrive in any pieces.
 class FrameCutter {
 public:
     void add(ByteView bytes);
 
-    // Absent until the next one is whole.
+    // The next frame; absent until it is complete.
     std::optional<Frame> next();
 
 private:
     Bytes buffer;
-    std::size_t used = 0; // bytes at its beginning that were cut off already
+    std::size_t used = 0; // bytes at the beginning that belong to returned frames
 };
 
 } // namespace lumbrine::wire

@@ -21,7 +21,7 @@ constexpr std::string_view streamingPath = "/ptsl.PTSL/SendGrpcStreamingRequest"
 
 } // namespace
 
-// All connections of one service. It ends before they do, and then does nothing for them any more.
+// All connections of one service. When the service has ended, they do nothing any more.
 class InProcessScripting::Connections : public std::enable_shared_from_this<Connections> {
 public:
     class One;
@@ -139,7 +139,7 @@ private:
 
 namespace {
 
-// The client's hold on a connection.
+// The client's reference to a connection.
 template <typename One>
 class Held final : public ScriptingConnection {
 public:

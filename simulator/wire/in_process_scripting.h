@@ -1,5 +1,5 @@
-// The scripting service at the far end of byte streams inside one process, in virtual time: HTTP/2 and gRPC as the
-// receiver meets them on TCP, with the faults of the wire that the options have.
+// Serves the scripting service over byte streams inside one process, in virtual time: with HTTP/2 and gRPC as on TCP,
+// and with the faults of the wire in the options.
 #pragma once
 
 #include "base/bytes.h"
@@ -11,26 +11,27 @@
 
 namespace lumbrine {
 
-// One stream as the service holds it. Sending never waits; after an end nothing more is sent.
+// The service's end of one stream. Sending never waits. After the stream has ended, nothing more is sent.
 class ScriptingLine {
 public:
     virtual ~ScriptingLine() = default;
-    virtual void send(ByteView bytes) = 0; // the client receives each piece by itself
-    virtual void finish() = 0;             // ends it in order, after what was sent
-    virtual void breakOff() = 0;           // ends it at once
+    virtual void send(ByteView bytes) = 0; // the client receives each piece separately
+    virtual void finish() = 0;             // ends the stream in order, after the bytes sent before
+    virtual void breakOff() = 0;           // breaks the stream at once
 };
 
-// What the service makes of a stream. Destroyed when the client has closed it.
+// Serves one stream. Destroy it when the client has closed the stream.
 class ScriptingConnection {
 public:
     virtual ~ScriptingConnection() = default;
-    virtual void received(ByteView bytes) = 0; // from the client; never waits
+    virtual void received(ByteView bytes) = 0; // bytes from the client; never waits
 };
 
-// Used by threads that take turns, as those of virtual time do. Connections may outlive it; they have ended then.
+// For threads that take turns, as in virtual time: it has no locks. Connections may outlive it; they have ended then.
 class InProcessScripting {
 public:
-    // `setListening` says whether streams may come in; called at once with true. The service outlives this.
+    // Calls `setListening` with whether new streams are accepted, at once with true. `scripting` must outlive this
+    // object.
     InProcessScripting(Runtime& runtime, SimulatedScripting& scripting, std::function<void(bool)> setListening);
     ~InProcessScripting();
     InProcessScripting(const InProcessScripting&) = delete;
@@ -38,10 +39,10 @@ public:
 
     std::unique_ptr<ScriptingConnection> accept(std::unique_ptr<ScriptingLine> line);
 
-    // Between calls. All connections get a GOAWAY and end.
+    // Ends all connections with a GOAWAY. Only between calls.
     void goAway();
 
-    // All connections break; the service is away for the down time, and knows no session when it comes back.
+    // Breaks all connections. The service is away for the down time, and knows no session identifier when it is back.
     void die();
 
 private:

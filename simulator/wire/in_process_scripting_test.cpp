@@ -1,4 +1,4 @@
-// The scripting service at the far end of a TCP connection in virtual time, by the bytes alone.
+// The scripting service on TCP in virtual time, tested by bytes only.
 #include "platform/virtual/memory_midi.h"
 #include "simulator/simulated_pro_tools.h"
 #include "simulator/testing/grpc_conversation.h"
@@ -14,7 +14,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using namespace wire;
 
-// Header with the command 13, no body.
+// A request with command 13 in its header and no body.
 constexpr std::string_view readyCheck{"\x0A\x02\x10\x0D", 4};
 
 class InProcessScriptingTest : public testing::Test {
@@ -26,7 +26,7 @@ protected:
         service = std::make_unique<VirtualScripting>(runtime, streams, proTools->scripting());
     }
 
-    // 0 or an errno value. What the service says first is dropped.
+    // Connects, and drops the first bytes of the service. Returns 0 or an errno value.
     int connect() {
         fd = streams.open();
         streams.setReceiveTimeout(fd, seconds(1));
@@ -38,7 +38,7 @@ protected:
         return 0;
     }
 
-    // What comes within a second, each piece by itself, and what ended it: 0, or an errno value.
+    // The pieces received within a second, and the end: 0 or an errno value.
     int hear() {
         pieces.clear();
         Bytes buffer(65'536);
@@ -56,7 +56,7 @@ protected:
         return listener->told(all);
     }
 
-    // What a call brings, and how the connection then is: EAGAIN while it goes on.
+    // The answer to a call and the state of the connection after it: EAGAIN while it is open.
     int call(std::uint32_t stream, std::string_view message = readyCheck, const Bytes& block = requestBlock()) {
         streams.send(fd, callBytes(stream, message, block));
         return hear();
