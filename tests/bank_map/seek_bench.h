@@ -1,5 +1,5 @@
-// For tests of many seeks: surfaces, map and a simulated Pro Tools with numbered tracks, but no heartbeat. The receiver
-// has not been started, so that hours of seeking take seconds.
+// For tests of many seeks: surfaces, a map and a simulated Pro Tools with numbered tracks. The receiver is not started,
+// so its timers do not run and hours of seeking take seconds.
 #pragma once
 
 #include "tests/bank_map/studio.h"
@@ -10,15 +10,15 @@ namespace lumbrine {
 
 class SeekBench {
 public:
-    // The host sends as few messages as it can, again for speed.
+    // The host sends as few messages as possible, also for speed.
     SeekBench(int tracks, SimulatorOptions options);
 
     void seek(int target) { parts.seekWorker.seekBank(target); }
 
-    // Until the seek is over; false when that takes more than 10 s.
+    // Waits until the seek is over. False when that takes more than 10 s.
     bool ends();
 
-    // Seeks and waits; false when the surfaces are not there in the end, or the receiver does not know it.
+    // Seeks and waits. False when the surfaces are not at the target in the end, or the receiver does not know it.
     bool reaches(int target);
 
     // The bank presses on surface A since the last look.

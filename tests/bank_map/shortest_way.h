@@ -1,5 +1,5 @@
-// How few presses lead from one offset of the surfaces to another without ever passing it, when bank buttons lead from
-// one multiple of the width to the next: found by trying all ways, nearest places first.
+// The fewest presses from one offset of the surfaces to another that never go past the target, on a host whose bank
+// buttons move between multiples of the width. Found by a breadth-first search of all ways.
 #pragma once
 
 #include "tests/bank_map/studio.h"
@@ -8,8 +8,8 @@ namespace lumbrine {
 
 int fewestPresses(int from, int to, int width);
 
-// Whether the presses are what a seek may make on a host of those options: the fewest that should lead to the target;
-// then, from where these have really led, the fewest again, at most twice, and none once it is there.
+// Checks that a seek on a host with these options may make these presses: first the fewest that should lead to the
+// target; then up to two corrections, each with the fewest presses from the offset really reached; none at the target.
 testing::AssertionResult areStepsAndCorrections(const std::vector<Press>& presses, int from, int to,
                                                 const SimulatorOptions& options, int tracks);
 

@@ -1,4 +1,4 @@
-// A receiver and a simulated Pro Tools whose session has numbered tracks, in virtual time.
+// For tests: a receiver and a simulated Pro Tools with numbered tracks, in virtual time.
 #pragma once
 
 #include "model/testing/model_bench.h"
@@ -11,19 +11,19 @@
 
 namespace lumbrine {
 
-// `count` tracks whose displays all differ: "0001", "0002" and so on. Their faders differ too.
+// `count` tracks with different displays, "0001", "0002" and so on, and different faders.
 SimulatedSession numberedTracks(int count);
 
-// What they show, as the receiver keeps it.
+// The displays of these tracks, as the receiver stores them.
 std::vector<std::string> displayNames(int count);
 
-// What is tested here is the order of seconds, not of microseconds.
+// These tests are about times of seconds, so threads need not be interrupted often.
 inline const VirtualRuntime::Options patientThreads{.patience = 16};
 
 // The bank and channel buttons, by their ports.
 enum class Press { channelLeft, bankLeft, channelRight, bankRight };
 
-// The bank presses that reached the host on that surface since the last look. Forgets everything else that did.
+// The bank presses that reached the host on this surface since the last call. Drops all other received messages.
 std::vector<Press> bankPresses(HostEnd& surface);
 
 class Studio {
@@ -32,19 +32,19 @@ public:
 
     void run(Duration time) { bench.run(time); }
 
-    // Runs until the condition holds; false when it does not within `limit`.
+    // Lets time pass until the condition holds. False when it does not within `limit`.
     bool runUntil(const std::function<bool()>& condition, Duration limit) {
         return world.runtime.runUntil(condition, limit);
     }
 
-    // Waits for the scan that the receiver begins by itself some seconds after Pro Tools has appeared; true when it has
-    // ended within `limit` of its beginning.
+    // Waits for the scan that the receiver begins some seconds after Pro Tools has appeared. True when the scan ends
+    // within `limit` of its start.
     bool mapSession(Duration limit);
 
-    // Runs until nobody moves the banks any more; the time that took, absent when it is more than `limit`.
+    // Lets time pass until no job moves the banks. Returns the time it took; absent when it exceeds `limit`.
     std::optional<Duration> untilQuiet(Duration limit);
 
-    // The bank presses on surface A since the last look.
+    // The bank presses on surface A since the last call.
     std::vector<Press> presses() { return bankPresses(bench.surfaceA); }
 
     ReceiverParts& parts() { return bench.parts(); }
@@ -53,7 +53,7 @@ public:
     int hostOffset() const { return proTools->snapshot().offset; }
     std::vector<int> hostFaders() const;        // of the session's tracks, 0-16383
     std::vector<int> mapFaders();               // the same as the receiver knows them, -1 for unknown
-    long logged(const std::string& line) const; // how often
+    long logged(const std::string& line) const; // how often the line was logged
 
     ModelWorld world{.runtime = NotingRuntime(patientThreads)};
     ModelBench bench{world};

@@ -1,5 +1,5 @@
-// A desktop of the test's own: an X server without a screen, and if wanted a panel with a status area. What is on it is
-// looked at and clicked from outside, as a user would.
+// For tests: a private desktop, that is an X server without a screen and optionally a panel with a status area. The
+// test looks at its windows and clicks them from outside, as a user does.
 //
 //     Desktop desktop;
 //     ChildProcess program({LUMBRINE_BIN_DIR "/lumbrine"}, {.environment = ...}); // finds the display
@@ -18,24 +18,24 @@ namespace lumbrine::desktop {
 
 class Desktop {
 public:
-    // Sets DISPLAY of this process for its whole life and takes the message bus away from it: make the object before
-    // other threads run. Every wait has a limit and throws std::runtime_error when it is over.
+    // Sets DISPLAY of this process for good and removes the address of the message bus, so create the object before
+    // other threads run. Every wait has a limit and throws std::runtime_error when it is exceeded.
     explicit Desktop(bool withStatusArea = true);
     ~Desktop();
 
-    // The first visible window of the program "lumbrine" with that name.
+    // The first visible window of the program "lumbrine" with this name.
     std::optional<Window> window(const std::string& name) const;
 
-    // Those of the status area are small.
+    // The program's icon in the status area: a small window.
     std::optional<Window> icon() const;
 
-    // Menus and dialogs have the program's name, as the icon has.
+    // The open menu or dialog. It has the program's name, like the icon.
     std::optional<Window> popup() const;
 
-    // Clicks into it, never at the same spot twice in a row: two quick clicks at one spot are a double click.
+    // Clicks inside the place, never twice in a row at the same spot: two quick clicks there would be a double click.
     void click(const Place& place, int button);
 
-    void press(const std::vector<std::string>& keys) const; // one after another, where the keyboard goes
+    void press(const std::vector<std::string>& keys) const; // one after another, in the focused window
 
     const XServer& screen() const { return *server; }
 

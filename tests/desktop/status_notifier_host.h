@@ -1,5 +1,5 @@
-// A message bus of the test's own with a status area on it, as many desktops have it: programs tell their icon and
-// their menu as values, and what the user does there comes to them as calls.
+// For tests: a private message bus with a status area, as many desktops have it. Programs publish their icon and menu
+// as values and get the user's actions as calls.
 //
 //     StatusNotifierHost host;
 //     ChildProcess program({...}, {.environment = {{"DBUS_SESSION_BUS_ADDRESS", host.address()}}});
@@ -20,7 +20,7 @@
 
 namespace lumbrine::desktop {
 
-// One at a time in a process, and everything on one thread. Wait with `waitUntil`, which lets the bus have its turn.
+// Only one at a time in a process, and only on one thread. Wait with `waitUntil`, which processes the bus meanwhile.
 class StatusNotifierHost {
 public:
     struct MenuEntry {
@@ -30,8 +30,8 @@ public:
         bool checked;
     };
 
-    // Returns when the bus is there; throws std::runtime_error when that cannot be. The status area is there when it
-    // has been opened, once.
+    // Returns when the bus runs; throws std::runtime_error when it does not start. `open` adds the status area; call it
+    // once.
     StatusNotifierHost();
     void open();
     ~StatusNotifierHost();
@@ -42,7 +42,8 @@ public:
 
     bool waitUntil(const std::function<bool()>& condition);
 
-    // The one icon that a program has put there, and how opaque the strongest pixel of its largest picture is, 0-255.
+    // Whether a program has an icon in the area, and the opacity (0-255) of the most opaque pixel in its largest
+    // picture.
     bool hasIcon() const;
     int opacity() const;
     std::string toolTip() const;
@@ -51,7 +52,7 @@ public:
     std::vector<MenuEntry> menu() const;
     void choose(const std::string& title) const;
 
-    // Whatever else a desktop asks a program for; false when there is no such program or it refuses.
+    // Makes any other call of a desktop to a program. False when the program is not there or refuses.
     bool ask(const QString& program, const QString& path, const QString& interface, const QString& method,
              const QVariantList& arguments) const;
 

@@ -1,4 +1,4 @@
-// A client of the receiver as the network sees one: a UDP socket, and nothing that knows the protocol.
+// For tests: a client of the receiver as a bare UDP socket, without knowledge of the protocol.
 #pragma once
 
 #include "base/bytes.h"
@@ -11,10 +11,10 @@
 
 namespace lumbrine::end_to_end {
 
-// A UDP port of this computer that nobody uses at the moment.
+// A UDP port of this computer that is free now.
 std::uint16_t freePort();
 
-// A socket that holds a port for itself alone, as another program does.
+// A socket that occupies a port exclusively, as another program may.
 class PortHolder {
 public:
     PortHolder();
@@ -28,7 +28,7 @@ private:
     const int fd;
 };
 
-// Sends to one port of 127.0.0.1 from a port of its own, and hears what comes back from there. One thread.
+// Sends to one port of 127.0.0.1 and receives what comes back from there. One thread.
 class ClientSocket {
 public:
     explicit ClientSocket(std::uint16_t receiverPort);
@@ -38,17 +38,17 @@ public:
 
     void send(ByteView datagram);
 
-    // The next datagram; absent when none comes in time.
+    // The next datagram; absent when none arrives in time.
     std::optional<Bytes> receive(std::chrono::milliseconds limit = interop::patience);
 
-    // The next one that is wanted; those before it are passed over.
+    // The next datagram for which `wanted` is true; earlier ones are dropped.
     std::optional<Bytes> receive(const std::function<bool(const Bytes&)>& wanted,
                                  std::chrono::milliseconds limit = interop::patience);
 
-    // Whether exactly this datagram comes, whatever comes before it.
+    // True when exactly this datagram arrives; earlier ones are dropped.
     bool hears(const Bytes& datagram, std::chrono::milliseconds limit = interop::patience);
 
-    // Forgets what has come so far. A socket that nobody reads is full after a few seconds, and takes nothing more.
+    // Drops the datagrams received so far. A socket that is not read is full after a few seconds and loses the rest.
     void forget();
 
 private:

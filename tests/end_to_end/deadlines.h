@@ -1,5 +1,4 @@
-// How long the programs may take where the time itself is what is judged. Everything else waits as long as
-// interop::waitUntil does.
+// The limits in tests that judge a duration. All other tests wait as long as interop::waitUntil.
 #pragma once
 
 #include <chrono>
@@ -12,13 +11,13 @@ inline constexpr bool sanitized = true;
 inline constexpr bool sanitized = false;
 #endif
 
-// From SIGINT or SIGTERM to the end of a program.
+// The longest time from SIGINT or SIGTERM to the end of a program.
 inline constexpr std::chrono::milliseconds ending{sanitized ? 3000 : 1000};
 
 // A whole tour of the demo.
 inline constexpr std::chrono::seconds tour{sanitized ? 60 : 30};
 
-// By how many KiB a receiver's memory may grow under a flood. A sanitizer keeps freed memory for a while.
+// The most KiB by which a receiver's memory may grow in a flood. Sanitizers keep freed memory for a while.
 inline constexpr long memoryGrowth = (sanitized ? 1024L : 24L) * 1024;
 
 } // namespace lumbrine::end_to_end

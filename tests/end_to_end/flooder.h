@@ -1,4 +1,4 @@
-// Random datagrams from many sockets, as fast as they go.
+// For tests: sends random datagrams from many sockets as fast as possible.
 #pragma once
 
 #include "base/bytes.h"
@@ -10,8 +10,8 @@
 
 namespace lumbrine::end_to_end {
 
-// 0 to 3000 random bytes, half of them with a right version and an opcode behind it; never one that takes over, which
-// every client may do. A seed decides them all.
+// Makes datagrams of 0 to 3000 random bytes. Half of them begin with the right version and an opcode, but never with
+// TakeOver, which would be obeyed. The seed decides all of them.
 class RandomDatagrams {
 public:
     explicit RandomDatagrams(std::uint32_t seed) : random(seed) {}
@@ -22,14 +22,14 @@ private:
     std::mt19937 random;
 };
 
-// Sends from a thread of its own until it is destroyed, from a new port after every hundred datagrams or so.
+// Sends on a separate thread until it is destroyed. It changes to a new port after about a hundred datagrams.
 class Flooder {
 public:
     enum class Pace {
-        // As fast as the receiver reads: it refuses each datagram that is not empty, and so tells how far it is. No
-        // more are under way than fit into the buffer of a socket.
+        // As fast as the receiver reads. It refuses each non-empty datagram, which shows how many it has read; no more
+        // are on their way than the buffer of a socket holds.
         answered,
-        // As fast as the system sends. What finds the receiver's buffer full is lost there.
+        // As fast as the system sends. Datagrams are lost when the receiver's buffer is full.
         unlimited
     };
 
@@ -40,7 +40,7 @@ public:
 
     std::uint64_t sent() const { return sentCount; }
 
-    // Datagrams that were not refused within a long time.
+    // The number of datagrams that were not refused within a long time.
     std::uint64_t unanswered() const { return unansweredCount; }
 
 private:

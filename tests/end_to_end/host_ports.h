@@ -1,4 +1,5 @@
-// The host's side of one surface's MIDI ports: a plain JACK client, connected to the receiver's two ports.
+// For tests: the host's side of the MIDI ports of one surface, a plain JACK client connected to the receiver's two
+// ports.
 #pragma once
 
 #include "base/bytes.h"
@@ -17,7 +18,7 @@ struct _jack_port;
 
 namespace lumbrine::end_to_end {
 
-// The servers of tests are not realtime and wait long for a client, so a lock in the process callback does no harm.
+// The JACK servers of tests are not realtime and wait long for a client, so a lock in the process callback is harmless.
 class HostPorts {
 public:
     struct Event {
@@ -25,27 +26,27 @@ public:
         Bytes bytes;
     };
 
-    // Returns when it is connected to both ports of that name; throws std::runtime_error when it cannot be.
+    // Returns when it is connected to both ports of this name; throws std::runtime_error when that fails.
     explicit HostPorts(const std::string& portName);
     ~HostPorts();
     HostPorts(const HostPorts&) = delete;
     HostPorts& operator=(const HostPorts&) = delete;
 
-    // One event, in the next cycle that has room for it; the order is kept.
+    // Sends one event in the next cycle with room for it. Events keep their order.
     void send(ByteView event);
 
-    // In each cycle asks `next` for events and sends them until the cycle has no room left; empty ends that.
+    // Fills each cycle with events from `next`, as many as fit. An empty `next` stops the flood.
     void flood(std::function<Bytes()> next);
 
-    // How many bytes it has sent so.
+    // The number of bytes sent by `flood`.
     std::uint64_t flooded() const { return floodedBytes; }
 
-    // What has come in so far.
+    // The events received so far.
     std::vector<Event> events() const;
     void clear();
 
-    // Waits for these events, one right after the other, somewhere in what has come in; what stands there, or nothing
-    // when they do not come.
+    // Waits until these events have been received directly after one another. Returns them; empty when they do not
+    // arrive.
     std::vector<Event> waitFor(const std::vector<Bytes>& sequence) const;
     bool hears(const std::vector<Bytes>& sequence) const { return !waitFor(sequence).empty(); }
 

@@ -1,4 +1,4 @@
-// Standard input of a program that a test starts, typed by the test.
+// For tests: the standard input of a started program, typed by the test.
 #pragma once
 
 #include "tests/interop/child_process.h"
@@ -15,7 +15,7 @@ public:
     Keyboard(const Keyboard&) = delete;
     Keyboard& operator=(const Keyboard&) = delete;
 
-    // What a ChildProcess has to run so that the program reads from this keyboard.
+    // The command for a ChildProcess whose program reads from this keyboard.
     std::vector<std::string> command(const std::string& program, const std::vector<std::string>& options) const;
 
     void type(const std::string& line);

@@ -1,4 +1,4 @@
-// A local network on which nobody but this computer is there, and datagrams that seem to come from its other addresses.
+// For tests: a local network with no other computer on it, and datagrams that seem to come from its other addresses.
 #pragma once
 
 #include "base/bytes.h"
@@ -7,18 +7,19 @@
 
 namespace lumbrine::end_to_end {
 
-// In an own world only (interop::inOwnWorld). What is sent to one of the others waits for an answer that never comes.
+// Only in a private world (interop::inOwnWorld). Datagrams to a neighbour wait for an address resolution that never
+// ends.
 class Neighbours {
 public:
     static constexpr int count = 240;
 
-    // Throws std::runtime_error where the system has no such network to give.
+    // Throws std::runtime_error when the system cannot create such a network.
     Neighbours();
     ~Neighbours();
     Neighbours(const Neighbours&) = delete;
     Neighbours& operator=(const Neighbours&) = delete;
 
-    // From one of them, 0 to count - 1, to a port of this computer.
+    // Sends from one neighbour, 0 to count - 1, to a port of this computer.
     void send(int neighbour, std::uint16_t port, ByteView datagram);
 
 private:

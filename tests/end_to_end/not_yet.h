@@ -1,5 +1,5 @@
-// What the programs do not keep yet: tests that are skipped, each by its name, with what it finds. Whoever mends the
-// program takes the entry out. LUMBRINE_WITH=NAME in the environment runs one all the same, LUMBRINE_WITH=all all.
+// Tests that the programs do not pass yet. They are skipped, each by its name and with its finding. Remove the entry
+// together with the fault. With LUMBRINE_WITH=NAME in the environment one of them runs, with LUMBRINE_WITH=all all.
 #pragma once
 
 #include <array>
@@ -22,7 +22,7 @@ inline constexpr auto notYet = std::to_array<NotYet>({
      "meanwhile."},
 });
 
-// What the test of that name finds; absent when it has to run.
+// The finding of the test of this name; absent when the test must run.
 std::optional<std::string_view> notKeptYet(std::string_view name);
 
 } // namespace lumbrine::end_to_end

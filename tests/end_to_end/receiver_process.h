@@ -1,4 +1,4 @@
-// lumbrine-headless as a process of its own, on a free port of this computer.
+// For tests: lumbrine-headless as a separate process, on a free port of this computer.
 #pragma once
 
 #include "tests/interop/child_process.h"
@@ -14,22 +14,23 @@ inline const std::string headlessProgram = LUMBRINE_BIN_DIR "/lumbrine-headless"
 
 struct ReceiverSetup {
     std::string language = "en";
-    bool announced = false; // on the network
-    std::uint16_t port = 0; // 0: a free one
-    std::string jack = {};  // name of the JACK server; empty: the one that this process uses
+    bool announced = false; // by mDNS
+    std::uint16_t port = 0; // 0 for a free one
+    std::string jack = {};  // name of the JACK server; empty for the one that this process uses
 };
 
-// The environment variables that make it so.
+// The environment variables for this setup.
 std::map<std::string, std::string> environmentFor(const ReceiverSetup& setup);
 
 class ReceiverProcess {
 public:
     ReceiverProcess() : ReceiverProcess(ReceiverSetup{}) {}
 
-    // Returns when it has opened its UDP port, or told that it cannot; throws std::runtime_error when it does neither.
+    // Returns when it has opened its UDP port or reported that it cannot. Throws std::runtime_error when it does
+    // neither.
     explicit ReceiverProcess(ReceiverSetup setup);
 
-    // Its lines so far, and waiting for one that contains `text`.
+    // The lines logged so far; and waits for a line that contains `text`.
     std::vector<std::string> log() const;
     bool logs(const std::string& text) const;
 

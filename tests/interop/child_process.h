@@ -1,5 +1,5 @@
-// A program that a test starts and that never outlives it: ended by its process id when the object goes, and by the
-// system when the test itself is killed.
+// For tests: a started program that never outlives the test. The destructor ends it by its process id, and the system
+// ends it when the test itself is killed.
 #pragma once
 
 #include "tests/interop/waiting.h"
@@ -15,7 +15,7 @@
 
 namespace lumbrine::interop {
 
-// A new folder under the system's folder for temporary files; gone with everything in it when the object goes.
+// A new folder in the system's folder for temporary files. The destructor removes it with everything in it.
 class TemporaryFolder {
 public:
     TemporaryFolder();
@@ -31,16 +31,16 @@ public:
     struct Setup {
         std::map<std::string, std::string> environment = {}; // added to the test's own
 
-        // Without that, standard output is a pipe of one page that nobody reads.
+        // When false, standard output is a pipe of one page that is never read.
         bool outputIsRead = true;
     };
 
-    // Starts it; the program is looked up in PATH. Start children on a thread that lives as long as they are needed:
-    // the system ends them with that thread. A program that cannot be started ends at once with status 127.
+    // Starts the program, which is looked up in PATH. The system ends it with the thread that called this, so that
+    // thread must live long enough. A program that cannot be started ends at once with status 127.
     explicit ChildProcess(const std::vector<std::string>& command) : ChildProcess(command, Setup{}) {}
     ChildProcess(const std::vector<std::string>& command, const Setup& setup);
 
-    // Asks it to end (SIGTERM), insists after two seconds (SIGKILL), and returns when it is gone.
+    // Sends SIGTERM, after two seconds SIGKILL, and returns when the program has ended.
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
@@ -50,10 +50,11 @@ public:
 
     void signal(int number);
 
-    // Waits for its end: the exit status, or 128 + the signal that ended it. Absent when it still runs after `limit`.
+    // Waits for the end and returns the exit status, or 128 + the signal that ended it. Absent when it still runs after
+    // `limit`.
     std::optional<int> wait(std::chrono::milliseconds limit);
 
-    // Everything it has written so far, standard output and standard error together.
+    // Everything written so far to standard output and standard error.
     std::string output() const;
 
 private:
@@ -61,7 +62,7 @@ private:
 
     TemporaryFolder folder;
     pid_t pid = -1;
-    int unreadEnd = -1; // of standard output, when nobody reads it
+    int unreadEnd = -1; // the reading end of standard output when it is not read
     std::optional<int> status;
 };
 

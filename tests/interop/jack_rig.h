@@ -1,4 +1,4 @@
-// Both sides of the virtual MIDI ports on a real JACK server: the receiver's ports, and connections to them.
+// For tests: both sides of the virtual MIDI ports on a real JACK server, the receiver's ports and connections to them.
 #pragma once
 
 #include "base/midi_packet_list.h"
@@ -14,7 +14,7 @@
 
 namespace lumbrine::interop {
 
-// One surface's port pair, and who is connected to it.
+// The two ports of one surface, and the connection to them.
 struct Surface {
     explicit Surface(std::string portName) : name(std::move(portName)) {}
 
@@ -32,7 +32,7 @@ public:
     explicit JackRig(JackMode mode = JackMode::synchronous)
         : jack({.mode = mode}), services(runtime, server), connections(runtime, server) {}
 
-    // Creates the ports; a status that is not 0 ends it.
+    // Creates the ports. Returns the first status that is not 0.
     MIDIStatus createPorts(Surface& surface) {
         MIDIStatus status = services.createClient(surface.name, surface.client);
         if (status == 0) status = services.createSource(surface.client, surface.name, surface.source);
@@ -45,14 +45,14 @@ public:
         surface.host = connections.connect(surface.name, surface.atHost.asReceiver());
     }
 
-    // One message from the receiver's source.
+    // Sends one message from the receiver's source.
     MIDIStatus send(const Surface& surface, ByteView message) {
         MIDIPacketList list;
         list.add(message);
         return services.received(surface.source, list.bytes());
     }
 
-    // Sends from both sides until both have heard something. A server that is not synchronous may lose an event.
+    // Sends from both sides until both have received something. An asynchronous server may lose events.
     bool carriesBothWays(Surface& surface, ByteView toHost, ByteView toReceiver) {
         return waitUntil([&] {
             send(surface, toHost);

@@ -1,4 +1,4 @@
-// The scripting link in real time, on the system's own sockets.
+// For tests: the scripting link in real time on the system's sockets.
 #pragma once
 
 #include "platform/portable/nlohmann_json.h"

@@ -1,4 +1,4 @@
-// TCP ports and sockets of this machine, for servers that a test starts or is.
+// For tests: TCP ports and sockets of this computer, for servers that a test starts or is.
 #pragma once
 
 #include <atomic>
@@ -9,15 +9,15 @@
 
 namespace lumbrine::interop {
 
-// A port that nobody listens at now.
+// A TCP port that is free now.
 std::uint16_t freeStreamPort();
 
-// True when somebody listens there.
+// True when a server listens there.
 bool isListenedAt(std::uint16_t port);
 bool isListenedAt(const std::filesystem::path& socket);
 
-// Listens from its making on and hands each connection, one after another, to `serve` on a thread of its own, then
-// closes it. Destroying it waits for the connection that is being served.
+// Listens as long as it lives. A separate thread calls `serve` for one connection after another and then closes it. The
+// destructor waits for the current connection.
 class LocalServer {
 public:
     explicit LocalServer(std::function<void(int connection)> serve);

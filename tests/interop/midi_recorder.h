@@ -1,4 +1,4 @@
-// What has come in on a MIDI thread, for a test to look at.
+// For tests: records the events received on a MIDI thread.
 #pragma once
 
 #include "base/bytes.h"
@@ -19,14 +19,14 @@ public:
         recorded.emplace_back(event.begin(), event.end());
     }
 
-    // Waits for at least that many events; what there is then, or after a long time.
+    // Waits for at least `count` events, but not for ever. Returns the events so far.
     std::vector<Bytes> waitFor(std::size_t count) {
         waitUntil([&] { return size() >= count; });
         const std::lock_guard lock(mutex);
         return recorded;
     }
 
-    // The events so far, each once.
+    // The different events so far.
     std::set<Bytes> kinds() {
         const std::lock_guard lock(mutex);
         return {recorded.begin(), recorded.end()};
@@ -42,7 +42,7 @@ public:
         recorded.clear();
     }
 
-    // To be given to MIDIConnections, and to MIDIServices, as what receives. The recorder outlives them.
+    // The callback for MIDIConnections and MIDIServices. The recorder must outlive them.
     std::function<void(ByteView)> asReceiver() {
         return [this](ByteView event) { add(event); };
     }

@@ -1,4 +1,4 @@
-// The scripting service as the official gRPC library's own client sees it.
+// For tests: a client of the scripting service on the official gRPC library.
 #pragma once
 
 #include "simulator/scripting_json.h"
@@ -30,7 +30,7 @@ public:
         }
     };
 
-    // Each client has a connection of its own.
+    // Each client has its own connection.
     explicit OfficialClient(std::uint16_t port) {
         grpc::ChannelArguments arguments;
         arguments.SetInt(GRPC_ARG_USE_LOCAL_SUBCHANNEL_POOL, 1);
@@ -49,14 +49,14 @@ public:
         return result;
     }
 
-    // Again for as long as a connection that has just ended takes the call with it.
+    // Repeats the call while it fails because the old connection has just ended.
     Result askAfterRestart(int command) {
         for (;;)
             if (Result result = ask(command); result.status.error_code() != grpc::StatusCode::UNAVAILABLE)
                 return result;
     }
 
-    // By the method that answers with a stream; what its only message is.
+    // Calls the method that answers with a stream, and returns its only message.
     Result askForStream(int command, const std::string& body = "") {
         grpc::ClientContext context;
         prepare(context, std::chrono::seconds(20));
@@ -71,7 +71,7 @@ public:
         return result;
     }
 
-    // Registers, and uses the session identifier from now on.
+    // Registers, and uses the session identifier in later calls.
     bool registerOurselves() {
         const Result result = ask(registration, R"({"company_name":"Tarnwick","application_name":"Lumbrine"})");
         if (result.response.header().status() != completed) return false;

@@ -1,7 +1,6 @@
-// A world of the test program's own, so that programs that run at the same time share nothing: a network with nothing
-// but loopback, so ports and multicast are private; an empty /dev/shm, where JACK keeps the registry of its servers,
-// their memory and sockets that are named after the client alone; and an empty /run, where Avahi and the system's
-// message bus are found.
+// A private world for a test program, in Linux namespaces, so that test programs running at the same time share
+// nothing: a network with loopback only, so that ports and multicast are private; an empty /dev/shm, where JACK keeps
+// its server registry, memory and sockets; and an empty /run, where Avahi and the system's message bus are found.
 //
 // A test program gets it by `MAIN interop_main` in its CMakeLists.txt.
 #pragma once
@@ -11,16 +10,16 @@
 
 namespace lumbrine::interop {
 
-// Moves this process and the children it will have into a world of their own. At the start of `main`. Does nothing
-// where the system permits no namespaces: neither to root nor, inside a namespace of its own, to anybody.
+// Moves this process and its future children into a private world. Call it at the start of `main`. Does nothing when
+// the system permits no namespaces, neither to root nor inside a user namespace.
 void enterOwnWorld();
 bool inOwnWorld();
 
-// The right to use something that is shared outside an own world, held against every other test on the machine. In an
-// own world there is nobody to hold it against.
+// A lock among all tests on the computer for a resource that is shared outside private worlds. In a private world it
+// does nothing.
 class Turn {
 public:
-    // Waits until the others have let go; throws std::runtime_error when they do not.
+    // Waits until no other test holds it; throws std::runtime_error when that takes too long.
     explicit Turn(const std::string& shared);
     ~Turn();
     Turn(const Turn&) = delete;

@@ -1,12 +1,12 @@
-// A message bus and an Avahi daemon of the test's own. The daemon keeps to the loopback interface and clients reach it
-// over the private bus alone, so neither the local network nor a daemon of the user's is touched. Outside an own world,
-// tests that want one at the same time wait for each other.
+// For tests: a private message bus and Avahi daemon. The daemon uses only the loopback interface, and clients reach it
+// only over the private bus, so the local network and the user's daemon are not touched. Outside a private world, only
+// one test at a time has one; others wait.
 //
 //     PrivateAvahi avahi;                     // bus and daemon run; this process and its children will find them
 //     ChildProcess receiver({LUMBRINE_BIN_DIR "/lumbrine-headless"});
 //     waitUntil([&] { return !avahi.browse("_lumbrine._udp").empty(); });
 //
-// Every wait has a limit and throws std::runtime_error with the daemon's output when it is over.
+// Every wait has a limit and throws std::runtime_error with the daemon's output when it is exceeded.
 #pragma once
 
 #include "tests/interop/child_process.h"
@@ -34,29 +34,30 @@ public:
         bool daemon = true;
     };
 
-    // The daemon wants to be root, which everybody is in an own world.
+    // The daemon must run as root, which every user is in a private world.
     static bool possible();
 
-    // Sets DBUS_SYSTEM_BUS_ADDRESS of this process for its whole life: make the object before other threads run.
+    // Sets DBUS_SYSTEM_BUS_ADDRESS of this process for good: create the object before other threads run.
     PrivateAvahi() : PrivateAvahi(Options{}) {}
     explicit PrivateAvahi(Options options);
     ~PrivateAvahi();
 
-    // Each returns when it is ready. Not while it runs; the daemon needs the bus.
+    // Start the bus and the daemon, and return when they are ready. Precondition: it does not run. The daemon needs the
+    // bus.
     void startBus();
     void startDaemon();
 
-    // Without a goodbye (SIGKILL). Return when it is gone.
+    // End them by SIGKILL, so that they cannot say goodbye, and return when they have ended.
     void killBus();
     void killDaemon();
 
-    // Announces a service of another program, and keeps it until it is destroyed.
+    // Announces a service of another program until the result is destroyed.
     std::unique_ptr<ChildProcess> publish(const std::string& name, const std::string& type, std::uint16_t port) const;
 
-    // What avahi-browse finds and resolves now ("_lumbrine._udp"); takes about a second.
+    // The services of a type ("_lumbrine._udp") that avahi-browse finds and resolves now. Takes about a second.
     std::vector<BrowsedService> browse(const std::string& type) const;
 
-    // Looks until a service of that name is found; absent when none is after a long time.
+    // Waits until a service of this name is found; absent when none is found for a long time.
     std::optional<BrowsedService> find(const std::string& type, const std::string& name) const;
 
 private:
@@ -67,7 +68,7 @@ private:
     std::unique_ptr<ChildProcess> daemon;
 };
 
-// What `avahi-browse -p` writes, its escapes undone: "Anna\039s\032Studio" is "Anna's Studio".
+// Parses the output of `avahi-browse -p` and its escapes: "Anna\039s\032Studio" is "Anna's Studio".
 std::vector<BrowsedService> resolvedServices(const std::string& output);
 
 } // namespace lumbrine::interop

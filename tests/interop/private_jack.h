@@ -1,5 +1,5 @@
-// A JACK server of the test's own: dummy driver, its own name, so that no server of the user's is touched. Outside an
-// own world, tests that want one at the same time wait for each other.
+// For tests: a private JACK server with the dummy driver and its own name, so that the user's server is not touched.
+// Outside a private world, only one test at a time has one; others wait.
 //
 //     PrivateJack jack;                                  // started, and this process and its children will find it
 //     ChildProcess receiver({LUMBRINE_BIN_DIR "/lumbrine-headless"});
@@ -7,7 +7,7 @@
 //     jack.kill();                                       // as a crash would
 //     jack.start();
 //
-// Every wait has a limit and throws std::runtime_error with the server's output when it is over.
+// Every wait has a limit and throws std::runtime_error with the server's output when it is exceeded.
 #pragma once
 
 #include "tests/interop/child_process.h"
@@ -19,9 +19,8 @@
 
 namespace lumbrine::interop {
 
-// Whether the server waits in each cycle until all clients have done their part. It does so only when it is told to.
-// Else a client that does not get its turn in time reads and writes buffers of another cycle: on a busy computer events
-// are lost, doubled and reordered.
+// A synchronous server waits in each cycle until all clients have finished. An asynchronous one, JACK's default, does
+// not: on a busy computer a late client uses the buffers of another cycle, and events are lost, doubled and reordered.
 enum class JackMode { synchronous, asynchronous };
 
 // For the names of parameterised tests.
@@ -38,24 +37,25 @@ public:
         bool started = true;
     };
 
-    // Sets JACK_DEFAULT_SERVER, JACK_NO_START_SERVER and XDG_RUNTIME_DIR of this process for its whole life: make the
-    // object before other threads run.
+    // Sets JACK_DEFAULT_SERVER, JACK_NO_START_SERVER and XDG_RUNTIME_DIR of this process for good: create the object
+    // before other threads run.
     PrivateJack() : PrivateJack(Options{}) {}
     explicit PrivateJack(Options chosen);
     ~PrivateJack();
 
-    // Returns when the server answers. Not while it runs.
+    // Starts the server and returns when it answers. Precondition: it does not run.
     void start();
 
-    // Ends it without a goodbye (SIGKILL), or cleanly (SIGTERM). Returns when it is gone.
+    // End the server by SIGKILL, without a goodbye, or cleanly by SIGTERM, and return when it has ended.
     void kill();
     void stop();
 
-    // Lets it hang, with everything it holds, and go on. `freeze` returns when no thread of the server runs any more.
+    // Stop the process of the server, so that it hangs, and let it continue. `freeze` returns when no thread of the
+    // server runs any more.
     void freeze();
     void thaw();
 
-    // Full names ("Lumbrine:Lumbrine"), as jack_lsp prints them; empty when no server answers.
+    // The full names ("Lumbrine:Lumbrine") that jack_lsp prints; empty when no server answers.
     std::vector<std::string> ports() const;
     bool hasPort(const std::string& fullName) const;
 
@@ -71,7 +71,7 @@ private:
     std::unique_ptr<ChildProcess> server;
 };
 
-// Whether the process has semaphores of a JACK server in its memory, be it of one that is dead.
+// True when the process has semaphores of a JACK server in its memory, also of one that has ended.
 bool holdsJackSemaphores(pid_t process);
 
 } // namespace lumbrine::interop

@@ -1,5 +1,5 @@
-// Waiting for what another process or thread brings about: looks every few milliseconds, so a test is as quick as the
-// machine.
+// Waits for the effects of other processes and threads. The condition is checked every few milliseconds, so a test
+// takes no longer than needed.
 #pragma once
 
 #include <chrono>
@@ -7,13 +7,14 @@
 
 namespace lumbrine::interop {
 
-// Long enough for a loaded machine with two processors; only a failing test waits this long.
+// Long enough for a loaded computer with two cores. Only a failing test waits this long.
 inline constexpr std::chrono::milliseconds patience{20'000};
 
-// True as soon as the condition holds; false when it still does not after `limit`. The condition runs on this thread.
+// Returns true as soon as the condition holds, and false when it does not hold within `limit`. The condition runs on
+// this thread.
 bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds limit = patience);
 
-// True when the condition held at every look during `duration`.
+// True when the condition held at every check during `duration`.
 bool holdsFor(std::chrono::milliseconds duration, const std::function<bool()>& condition);
 
 } // namespace lumbrine::interop

@@ -1,4 +1,4 @@
-// The scripting link on one side of a virtual network, a simulated Pro Tools on the other.
+// For tests: the scripting link on one side of a virtual network and a simulated Pro Tools on the other.
 #pragma once
 
 #include "platform/portable/nlohmann_json.h"
@@ -22,7 +22,7 @@ protected:
         service.emplace(runtime, streams, proTools->scripting());
     }
 
-    // Runs a command of the client where the receiver runs it, on a queue, and waits for its end.
+    // Runs a command of the client on a queue, as the receiver does, and waits for its end.
     template <typename Command>
     std::string run(Command command) {
         std::optional<std::string> outcome;
@@ -61,8 +61,8 @@ protected:
     std::unique_ptr<SimulatedProTools> proTools;
     std::optional<VirtualScripting> service;
 
-    std::vector<PTSLTrack> tracks; // of the last list
-    Duration lasted{};             // of the last command
+    std::vector<PTSLTrack> tracks; // the last list
+    Duration lasted{};             // duration of the last command
 };
 
 } // namespace lumbrine

@@ -1,4 +1,4 @@
-// A scripting service that understands requests and answers each command as a test has laid down.
+// For tests: a scripting service that parses requests and answers each command as the test decides.
 #pragma once
 
 #include "platform/portable/nlohmann_json.h"
@@ -22,17 +22,17 @@ struct Request {
     std::string json;
 };
 
-// Response messages.
+// Build response messages.
 Bytes reply(const std::string& json);
 Bytes failure(const std::string& errorJSON, std::uint64_t status = 4);
 
-// It answers by libnghttp2 and the generated classes. Where bytes matter, a test sets `answer` and sends its own.
+// Uses libnghttp2 and the generated classes. A test of exact bytes sets `answer` and sends its own.
 class EnvelopeService : public ScriptedService {
 public:
     explicit EnvelopeService(VirtualStreams& virtualStreams, std::uint16_t atPort = port);
 
-    // The message with which each command is answered: registering gives the session "S-1", every other command an
-    // empty object, unless something else is laid down.
+    // The answers by command. Without an entry, registering returns the session "S-1" and every other command an empty
+    // object.
     std::map<std::uint64_t, std::function<Bytes(const Request&)>> answers;
 
     std::vector<Request> requests;
@@ -42,12 +42,12 @@ public:
 private:
     struct FarEnd {
         wire::GrpcConnection grpc;
-        std::size_t read = 0; // of what the connection received
+        std::size_t read = 0; // bytes of the connection that are parsed
     };
 
     Bytes answerTo(const Bytes& message);
 
-    std::map<std::size_t, FarEnd> farEnds; // of the connections
+    std::map<std::size_t, FarEnd> farEnds; // by connection
 };
 
 // A client and its service in virtual time.
@@ -63,7 +63,7 @@ protected:
         scripted.answers[command] = [message](const Request&) { return message; };
     }
 
-    // What that request's arguments say.
+    // The parsed arguments of a request.
     JSONValue::Object argumentsOf(const Request& request);
 
     template <typename Value>
@@ -71,7 +71,7 @@ protected:
         return result ? "no error" : description(result.error(), text);
     }
 
-    // The texts of a failing track list in both languages, each by a client of its own.
+    // The error texts of a failing track list in both languages.
     std::pair<std::string, std::string> textsOfTrackList();
 
     VirtualRuntime runtime;

@@ -1,4 +1,4 @@
-// The project's own files, as the tidy tests read them.
+// Reads the project's own files, for the tidy tests.
 #pragma once
 
 #include <regex>
@@ -9,27 +9,27 @@
 namespace lumbrine::tidy {
 
 struct SourceFile {
-    std::string path; // from the top of the tree, "surface/hui_engine.h"
+    std::string path; // relative to the top of the tree: "surface/hui_engine.h"
     std::string text;
 
-    bool isTest() const;        // a unit test, or test support, beside its source or under tests/
+    bool isTest() const;        // a test or test support, beside its source or under tests/
     std::string folder() const; // "platform/api", "surface", "" for the top
 };
 
-// Every file of the project whose name ends in one of `endings`; nothing from the build's folder.
+// All files of the project whose names end in one of `endings`, without those in the build folder.
 std::vector<SourceFile> projectFiles(const std::vector<std::string>& endings);
 
-// C++ sources and headers: .h, .cpp and .mm, the only endings that the project has.
+// All C++ sources and headers: .h, .cpp and .mm.
 std::vector<SourceFile> cppFiles();
 
-// The lines of a text without comments; what stands inside quotation marks is left out too.
+// The lines of a text without comments and without the contents of string literals.
 std::vector<std::string> codeLines(std::string_view text);
 
 // The paths in `#include "..."` and in `#include <...>`.
 std::vector<std::string> quotedIncludes(std::string_view text);
 std::vector<std::string> bracketedIncludes(std::string_view text);
 
-// A regular expression in the syntax of ECMAScript.
+// A regular expression in ECMAScript syntax.
 class Pattern {
 public:
     explicit Pattern(const std::string& expression);

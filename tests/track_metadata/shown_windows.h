@@ -1,4 +1,4 @@
-// Pro Tools' Edit and Mix windows on a MemoryScreen, showing what the test says.
+// For tests: Pro Tools' Edit and Mix windows on a MemoryScreen, with contents that the test sets.
 #pragma once
 
 #include "platform/virtual/memory_screen.h"
@@ -16,7 +16,7 @@ public:
     explicit ShownWindows(MemoryScreen& memoryScreen)
         : screen(memoryScreen), app(screen.launch("com.avid.ProTools", 77)) {}
 
-    // The rows of the track list.
+    // Sets the rows of the track list.
     void listTracks(const std::vector<std::string>& names) {
         screen.remove(edit);
         std::vector<Element> rows;
@@ -28,7 +28,7 @@ public:
         showWindows();
     }
 
-    // The strips of the Mix window: name and comment of each.
+    // Sets the strips of the Mix window: name and comment of each.
     void mix(const std::vector<std::pair<std::string, std::string>>& strips) {
         screen.remove(mixer);
         std::vector<Element> groups;
