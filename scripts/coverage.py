@@ -130,7 +130,11 @@ def main():
     run(tests)
 
     counts = {folder: Count() for folder in FOLDERS}
-    for path, lines in sorted(measured(tests).items()):
+    files = measured(tests)
+    for path in sources():
+        if path.endswith(".cpp") and path not in files:
+            print(f"{path}  in none of these programs")
+    for path, lines in sorted(files.items()):
         for line in lines.values():
             counts[next(folder for folder in FOLDERS if path.startswith(folder))].add(line)
         for gap in gaps(path, lines):
