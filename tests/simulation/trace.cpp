@@ -3,7 +3,6 @@
 #include "base/midi_packet_list.h"
 #include "tests/simulation/studio.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -58,8 +57,7 @@ void TraceLines::note(TimePoint at, std::string line) {
 }
 
 std::string TraceLines::text() const {
-    auto ordered = lines;
-    std::ranges::stable_sort(ordered, {}, &std::pair<TimePoint, std::string>::first);
+    const std::multimap<TimePoint, std::string> ordered(lines.begin(), lines.end()); // keeps the order of equals
     std::string text;
     for (const auto& [at, line] : ordered)
         text += inDigits(at) + " " + line + "\n";
