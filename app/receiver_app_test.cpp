@@ -66,6 +66,20 @@ TEST_F(ReceiverAppTest, RunsTheTestSweep) {
     EXPECT_THAT(bench.takeLines(), ElementsAre("▶ Test: sending track 1 sweep"));
 }
 
+TEST_F(ReceiverAppTest, ReconnectsToProTools) {
+    app.perform(ScreenAction::reconnect);
+    EXPECT_THAT(bench.takeLines(), ElementsAre(testing::StartsWith("→ Opening and closing PT's Peripherals dialog")));
+}
+
+TEST_F(ReceiverAppTest, DoesWhatNeedsNoShellBeforeOneIsConnected) {
+    ReceiverApp shellless(bench.model, item, Bilingual(false));
+    for (const ScreenAction action :
+         {ScreenAction::showWindow, ScreenAction::launchAtLogin, ScreenAction::quit, ScreenAction::testSweep})
+        shellless.perform(action);
+    EXPECT_EQ(service.changes, 1);
+    EXPECT_THAT(bench.takeLines(), ElementsAre("▶ Test: sending track 1 sweep"));
+}
+
 TEST_F(ReceiverAppTest, LeavesWindowsAndTheEndToTheShell) {
     app.perform(ScreenAction::showWindow);
     EXPECT_EQ(opened, 1);
@@ -126,6 +140,10 @@ TEST_F(ReceiverAppTest, KeepsShowingTheLastStateWhenTheModelHasGone) {
                                       ScreenAction::showWindow, ScreenAction::launchAtLogin, ScreenAction::quit})
         app.perform(action);
     app.windowAppeared();
+    app.tell("nobody writes this down");
+    app.connect({.openWindow = [this] { ++opened; }, .refresh = [] {}, .quit = [this] { ++quits; }});
+    app.perform(ScreenAction::showWindow);
+    EXPECT_THAT(app.logLines(), ElementsAre("the last line"));
     EXPECT_EQ(opened + quits + service.changes, 0);
     refreshes = 0;
     bench.model->appendLog("nobody looks");

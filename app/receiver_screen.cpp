@@ -20,7 +20,7 @@ std::vector<TextRun> runsOf(const std::string& marked) {
     bool bold = false;
     for (std::size_t from = 0; from <= marked.size(); bold = !bold) {
         const std::size_t to = std::min(marked.find("**", from), marked.size());
-        if (to > from) runs.push_back({marked.substr(from, to - from), bold});
+        runs.push_back({marked.substr(from, to - from), bold});
         from = to + 2;
     }
     return runs;
@@ -135,9 +135,9 @@ std::string_view symbolName(Symbol symbol) {
     case Symbol::bankForward:
         return "chevron.right.2";
     case Symbol::play:
-        return "play.circle.fill";
+        break;
     }
-    return {};
+    return "play.circle.fill";
 }
 
 ReceiverView receiverView(const PublishedState& published, const Bilingual& text) {
