@@ -78,6 +78,14 @@ TEST_F(OwnerWatchTest, WaitingPhonesAreCounted) {
     EXPECT_EQ(description(), "::ffff:192.168.1.7 (+2 waiting)");
 }
 
+TEST_F(OwnerWatchTest, WaitingPhonesAreCountedWhenTheOwnerHasGone) {
+    const auto other = bench.phone("192.168.1.8");
+    bench.run(5s);
+    other->send({0x01, 0x00}); // refused: the owner is silent, but not for long enough
+    bench.run(1s);
+    EXPECT_EQ(description(), "(+1 waiting)");
+}
+
 TEST_F(OwnerWatchTest, TheDescriptionIsEmptyWhenNobodyIsThere) {
     bench.run(5800ms);
     EXPECT_EQ(description(), "");
