@@ -1,6 +1,7 @@
 """The sources that decide what the receiver does, and the tests that prove them: all of them in virtual time or without
 time at all. What mutants.py and coverage.py have in common.
 """
+import collections
 import dataclasses
 import json
 import os
@@ -27,7 +28,9 @@ class Program:
     folder: str
     command: list
     limit: int = PATIENCE  # seconds of processor time, which other work on the computer does not lengthen
-    unchanged: str = ""    # its content when nothing is changed, for mutants.py
+    # For mutants.py: its content when nothing is changed, and how many changes it has noticed in which folder.
+    unchanged: str = ""
+    noticed: collections.Counter = dataclasses.field(default_factory=collections.Counter)
 
     def restrain(self):
         resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
