@@ -21,20 +21,17 @@ std::optional<std::int64_t> wholeNumber(const JSONValue* value) {
     return static_cast<std::int64_t>(*number);
 }
 
-// The number without its fraction. 0 when the value is not a number or is beyond 2^53.
-std::int64_t integerPart(const JSONValue& value) {
-    if (const auto* const integer = value.as<std::int64_t>()) return *integer;
-    const auto* const number = value.as<double>();
-    return number != nullptr && std::abs(*number) < 0x1p53 ? static_cast<std::int64_t>(*number) : 0;
-}
-
+// True for a text that begins with one of the beginnings, and for one of the numbers, its fraction left out.
 bool holds(const JSONValue* value, std::initializer_list<std::string_view> beginnings,
-           std::initializer_list<std::int64_t> numbers) {
+           std::initializer_list<double> numbers) {
     if (value == nullptr) return false;
     if (const auto* const text = value->as<std::string>())
         return std::ranges::any_of(beginnings,
                                    [&](std::string_view beginning) { return text->starts_with(beginning); });
-    return std::ranges::find(numbers, integerPart(*value)) != numbers.end();
+    const auto isListed = [&](double number) { return std::ranges::find(numbers, number) != numbers.end(); };
+    if (const auto* const integer = value->as<std::int64_t>()) return isListed(static_cast<double>(*integer));
+    const auto* const number = value->as<double>();
+    return number != nullptr && isListed(std::trunc(*number));
 }
 
 std::string textOf(const JSONValue* value) {

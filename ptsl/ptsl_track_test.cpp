@@ -94,6 +94,9 @@ TEST(PTSLTrack, TakesAWholeNumberForItsIndexAndNothingElse) {
     EXPECT_EQ(indexFrom(-5), -5);
     EXPECT_EQ(indexFrom(std::numeric_limits<std::int64_t>::max()), std::numeric_limits<std::int64_t>::max());
     EXPECT_EQ(indexFrom(8.0), 8);
+    EXPECT_EQ(indexFrom(9'007'199'254'740'992.0), 9'007'199'254'740'992);
+    EXPECT_EQ(indexFrom(-9'007'199'254'740'992.0), -9'007'199'254'740'992);
+    EXPECT_EQ(indexFrom(9'007'199'254'740'994.0), 3); // a double no longer tells it from its neighbours
     for (const JSONValue& value : {JSONValue(8.5), JSONValue(1e30), JSONValue(true), JSONValue("8"), JSONValue(),
                                    JSONValue(Array{8}), JSONValue(Object{})})
         EXPECT_EQ(indexFrom(value), 3);
