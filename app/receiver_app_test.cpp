@@ -150,5 +150,13 @@ TEST_F(ReceiverAppTest, KeepsShowingTheLastStateWhenTheModelHasGone) {
     EXPECT_EQ(refreshes, 0);
 }
 
+TEST_F(ReceiverAppTest, IsToldOfNoChangeOnceItHasGone) {
+    ReceiverApp{bench.model, item, Bilingual(false)}.connect(
+        {.openWindow = {}, .refresh = [this] { ++refreshes; }, .quit = {}});
+    refreshes = 0;
+    bench.model->appendLog("nobody looks");
+    EXPECT_EQ(refreshes, 0);
+}
+
 } // namespace
 } // namespace lumbrine

@@ -14,11 +14,11 @@ std::string waiting(const Bilingual& text) {
     return text("Waiting", "待機中");
 }
 
-// Splits "a **b** c" into three runs, of which the second is bold.
+// Splits "a **b** c" into three runs, of which the second is bold. A text must not begin in bold.
 std::vector<TextRun> runsOf(const std::string& marked) {
     std::vector<TextRun> runs;
     bool bold = false;
-    for (std::size_t from = 0; from <= marked.size(); bold = !bold) {
+    for (std::size_t from = 0; from < marked.size(); bold = !bold) {
         const std::size_t to = std::min(marked.find("**", from), marked.size());
         runs.push_back({marked.substr(from, to - from), bold});
         from = to + 2;

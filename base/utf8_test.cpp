@@ -8,7 +8,8 @@ namespace lumbrine {
 namespace {
 
 TEST(UTF8, IsToldFromOtherBytes) {
-    for (const char* text : {"", "Kick", "é", "ボーカル", "🎚", "\xED\x9F\xBF", "\xEE\x80\x80", "\xF4\x8F\xBF\xBF"})
+    for (const char* text :
+         {"", "Kick", "\x7F", "é", "ボーカル", "🎚", "\xED\x9F\xBF", "\xEE\x80\x80", "\xF4\x8F\xBF\xBF"})
         EXPECT_TRUE(isUTF8(text)) << text;
     for (const char* text : {"\x80", "\xC1\xBF", "\xC3", "\xC3(", "\xE0\x9F\xBF", "\xE3\x81", "\xED\xA0\x80",
                              "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\xFF", "Kick\xFE"})
@@ -21,8 +22,10 @@ TEST(UTF8, IsToldFromOtherBytesWhereverTheyStand) {
         for (std::size_t at = 0; at < length; ++at) {
             std::string text(length, 'x');
             EXPECT_TRUE(isUTF8(text));
-            text[at] = '\xE3';
-            EXPECT_FALSE(isUTF8(text));
+            for (const char alone : {'\x80', '\xE3', '\xFF'}) {
+                text[at] = alone;
+                EXPECT_FALSE(isUTF8(text));
+            }
         }
     }
 }

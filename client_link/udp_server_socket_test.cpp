@@ -31,6 +31,7 @@ protected:
         server.send(news, "10.0.0.1:1");
         server.broadcast(news);
         EXPECT_THAT(sockets.sent, IsEmpty());
+        EXPECT_THAT(sockets.calls, testing::Not(testing::Contains("send on no socket")));
     }
 };
 
@@ -224,6 +225,19 @@ TEST_F(UDPServerReceiving, TakesNoNoticeOfAnEmptyDatagram) {
 TEST_F(UDPServerReceiving, AnswersFromTheCallback) {
     server.onDatagram = [this](ByteView, std::string_view key) { server.send(news, key); };
     sendFrom(phone, touch);
+    EXPECT_THAT(phone.heard, ElementsAre(news));
+}
+
+TEST_F(UDPServerReceiving, EndsAfterTheCallbackThatIsUnderWayAndItsAnswer) {
+    server.onDatagram = [this](ByteView, std::string_view key) {
+        runtime.sleepFor(seconds(0.5));
+        server.send(news, key);
+    };
+    sendFrom(phone, touch);
+    const TimePoint before = runtime.now();
+    server.end();
+    EXPECT_EQ(runtime.now() - before, seconds(0.5));
+    runtime.runUntilIdle();
     EXPECT_THAT(phone.heard, ElementsAre(news));
 }
 

@@ -159,6 +159,13 @@ TEST_F(UDPServerTable, AsksForAPeersNameOnlyWhenThePeerChanges) {
     EXPECT_TRUE(knows(phonePeer) && knows(tabletPeer));
 }
 
+TEST_F(UDPServerTable, AsksForTheNameOfTheLongestAddressOnce) {
+    const std::string longest = std::string(PeerAddress().storage.size() - 3, '1') + ":80";
+    from(longest, touch);
+    from(longest, touch);
+    EXPECT_EQ(sockets.nameCalls, 1);
+}
+
 TEST_F(UDPServerTable, SendsToTheAddressOfTheLastDatagram) {
     from(phonePeer + "#1", touch);
     from(phonePeer + "#2", touch); // other bytes of the same name

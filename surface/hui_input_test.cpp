@@ -171,8 +171,9 @@ TEST_F(HUIInput, LogsAnUnknownControllerOnce) {
     receive({0xB0, 0x7A, 0x05});
     receive({0xB0, 0x7A, 0x06});
     receive({0xB0, 0x08, 0xAB});
-    EXPECT_EQ(trace.lines,
-              (Texts{"← unknown CC 0x7A (val 0x05) first seen", "← unknown CC 0x08 (val 0xAB) first seen"}));
+    receive({0xB0, 0xFF, 0x00});
+    EXPECT_EQ(trace.lines, (Texts{"← unknown CC 0x7A (val 0x05) first seen", "← unknown CC 0x08 (val 0xAB) first seen",
+                                  "← unknown CC 0xFF (val 0x00) first seen"}));
     EXPECT_EQ(trace.events, Texts{});
 }
 

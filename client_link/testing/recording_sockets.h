@@ -27,18 +27,21 @@ inline std::string textOf(const PeerAddress& address) {
 
 class RecordingSockets : public DatagramSockets {
 public:
-    static constexpr int descriptor = 7;
+    static constexpr int descriptor = 0;        // what a program gets whose standard input is closed
     using Sent = std::pair<std::string, Bytes>; // "host:port", datagram
 
     std::vector<Sent> sent;
-    std::vector<std::string> calls; // all except send, receive and name
+    std::vector<std::string> calls; // all except receive, name and sends on the open socket
     int nameCalls = 0;
     int openResult = descriptor;
     int bindResult = 0;
     int optionResult = 0;
     int sendResult = 0;
 
-    int open() override { return note("open", openResult); }
+    int open() override {
+        isOpen = openResult >= 0;
+        return note("open", openResult);
+    }
     int setReuseAddress(int) override { return note("reuse address", optionResult); }
     int setDualStack(int) override { return note("dual stack", optionResult); }
     int bind(int, std::uint16_t port) override { return note("bind " + std::to_string(port), bindResult); }
@@ -46,7 +49,7 @@ public:
     int receive(int, std::span<std::uint8_t>, PeerAddress&) override { return -ENOTSUP; }
 
     int send(int fd, ByteView bytes, const PeerAddress& to) override {
-        if (fd != descriptor) return -EBADF;
+        if (fd != descriptor || !isOpen) return note("send on no socket", -EBADF);
         if (sendResult < 0) return sendResult;
         sent.emplace_back(textOf(to), Bytes(bytes.begin(), bytes.end()));
         return static_cast<int>(bytes.size());
@@ -63,9 +66,14 @@ public:
 
     bool resolve(const std::string&, std::uint16_t, PeerAddress&) override { return false; }
     void shutDown(int) override { note("shut down", 0); }
-    void close(int) override { note("close", 0); }
+    void close(int) override {
+        isOpen = false;
+        note("close", 0);
+    }
 
 private:
+    bool isOpen = false;
+
     int note(std::string call, int result) {
         calls.push_back(std::move(call));
         return result;

@@ -123,7 +123,7 @@ private:
     std::map<std::uint16_t, Listener> listeners;
     std::map<int, std::shared_ptr<VirtualConnection>> sockets;
     std::array<Failure, callCount> failures{};
-    int lastDescriptor = 1999;
+    int lastDescriptor = -1; // the first is 0, which is a descriptor like any other
     bool ended = false;
 };
 
