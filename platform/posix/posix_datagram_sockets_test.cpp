@@ -210,6 +210,12 @@ TEST_F(PosixDatagramSocketsTest, ReceivesNothingMoreOnceShutDown) {
     EXPECT_LT(receiveOnce(receiver), 0);
 }
 
+TEST_F(PosixDatagramSocketsTest, SendsAsBeforeOnASocketThatIsShutDown) {
+    sockets.shutDown(sender.fd);
+    sender.sendTo(receiver, ipv4Loopback, Bytes{1});
+    EXPECT_EQ(receiver.receive(), Bytes{1});
+}
+
 TEST_F(PosixDatagramSocketsTest, ShutsDownASocketWhoseBufferIsFull) {
     for (int i = 0; i < 2000; ++i)
         sender.sendTo(receiver, ipv4Loopback, Bytes(1024));

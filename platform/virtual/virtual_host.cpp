@@ -90,7 +90,6 @@ int VirtualNetwork::Host::send(int fd, ByteView bytes, const PeerAddress& to) {
     if (const int error = injected(Call::send); error != 0) return error;
     const auto sender = socket(fd);
     if (!sender) return -EBADF;
-    if (sender->ended) return -EPIPE;
     if (bytes.size() > largestDatagram) return -EMSGSIZE;
     const auto peer = unpack(to);
     if (!peer || peer->port == 0) return -EINVAL;

@@ -76,6 +76,16 @@ TEST_F(VirtualNetworkTest, WakesAWaitingReceiverWhenTheSocketIsShutDown) {
     EXPECT_EQ(runtime.now(), TimePoint{1s});
 }
 
+TEST_F(VirtualNetworkTest, SendsAsBeforeOnASocketThatIsShutDown) {
+    const int fd = bound(desktop, serverPort);
+    serve(fd);
+    phone.shutDown(phoneSocket);
+    sendFromPhone({1});
+    runtime.runUntilIdle();
+    EXPECT_EQ(received, (std::vector<Bytes>{{1}}));
+    end(fd);
+}
+
 TEST_F(VirtualNetworkTest, ReachesTheSameMachineByTheLoopbackAddress) {
     const int fd = bound(desktop, serverPort);
     serve(fd);
