@@ -1,4 +1,4 @@
-# Everything goes through CMake presets; this file only gives the everyday commands their short names.
+# Short names for the everyday commands. The build itself is described by CMake presets (CMakePresets.json).
 #
 #   make run     set up, build, and start the receiver beside the simulated Pro Tools
 #   make test    set up, build, and pass all tests
@@ -19,15 +19,15 @@ setup:
 build: setup
 	@scripts/build.sh release $(JOBS)
 
-# With the window where there is a display, else on the terminal.
+# Opens the window if there is a display; otherwise draws on the terminal.
 run: build
 	@if [ -n "$$DISPLAY$$WAYLAND_DISPLAY" ]; then $(BIN)/lumbrine-demo-window; else $(BIN)/lumbrine-demo; fi
 
-# A tour without anybody at the keys: a scripted client moves, presses and takes over, in under 30 seconds.
+# A tour that needs no keyboard: a scripted client moves faders, presses buttons and takes over control. Under 30 s.
 demo: build
 	@$(BIN)/lumbrine-demo --tour
 
-# The tests wait more than they work.
+# Two tests per processor, because most tests spend their time waiting.
 test: build
 	@ctest --preset release -j $$((2 * $(JOBS)))
 
@@ -38,7 +38,7 @@ bench: build
 simulate: build
 	@$(BIN)/simulation_tests --seeds $(SEEDS)
 
-# make fuzz SECONDS=600; with SINCE=COMMIT only what has changed since then
+# make fuzz SECONDS=600; SINCE=COMMIT skips the fuzzers whose code has not changed since that commit
 fuzz: setup
 	@scripts/fuzz.sh $(SECONDS) $(JOBS) $(SINCE)
 
@@ -52,17 +52,17 @@ coverage: setup
 check: setup
 	@scripts/check.sh $(JOBS)
 
-# The Debian packages, in build/package.
+# Writes the Debian packages to build/package.
 package: setup
 	@scripts/package.sh $(JOBS)
 
-# Installs them on a bare Debian in a folder of its own, and uses them there.
+# Installs the packages in a separate minimal Debian system (a chroot) and runs the programs there.
 check-package: package
 	@scripts/check_package.sh
 
 format: setup
 	@git ls-files '*.h' '*.cpp' '*.mm' | xargs clang-format-19 -i
 
-# The pictures of the README, from the running programs.
+# Takes the pictures for the README from the running programs.
 screenshots: build
 	@scripts/screenshots.sh $(BIN)

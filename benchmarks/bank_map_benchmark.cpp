@@ -1,5 +1,5 @@
-// What the size of the session costs: finding the shown window in the track map, a bank move that changes 16 names, and
-// telling a client everything, which is held against sending the same datagrams and doing nothing else.
+// Work that grows with the session: finding the shown window in the track map, a bank move that changes 16 names, and
+// sending a client the whole state. The peer of the last one sends the same datagrams and does nothing else.
 #include "base/testing/allocation_count.h"
 #include "benchmarks/session_receiver.h"
 #include "model/bank/track_window.h"
@@ -23,14 +23,14 @@ Names numberedNames(std::size_t count) {
     return names;
 }
 
-// Tracks of one name but for the last: nearly all of the last window fits everywhere.
+// The worst case for the search: all names but the last are equal, so that 15 of 16 names match at every position.
 Names namesAlike(std::size_t count) {
     Names names(count, "Audi");
     names.back() = "Mstr";
     return names;
 }
 
-// Runs `body` as often as the benchmark wants and tells how much it allocates each time.
+// Runs `body` as often as the benchmark wants and reports the allocations of one run.
 template <typename Body>
 void measure(benchmark::State& state, Body body) {
     const int before = allocationCount();
@@ -45,7 +45,7 @@ void locateLastWindow(benchmark::State& state, const Names& map) {
     measure(state, [&] { benchmark::DoNotOptimize(locate(map, window)); });
 }
 
-// In the middle of a bank move: half of the names are new, and the window is nowhere.
+// In the middle of a bank move: half of the names have changed, and the window matches no position.
 void relocalize(benchmark::State& state, const Names& map) {
     SessionReceiver receiver(map);
     std::copy_n(map.begin() + 4, stripCount / 2, receiver.parts.state.mirror.nameCache.begin());

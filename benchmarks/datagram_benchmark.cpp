@@ -1,5 +1,5 @@
-// From a datagram in memory to three MIDI messages: owner check, decoding, HUI; against liblo's dispatch of like
-// messages.
+// From two datagrams in memory to three MIDI messages: owner check, decoding, HUI encoding. The peer is liblo, which
+// dispatches OSC messages with the same content.
 #include "base/testing/allocation_count.h"
 #include "benchmarks/null_platform.h"
 #include "client_link/udp_server.h"

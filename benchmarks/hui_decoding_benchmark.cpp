@@ -1,4 +1,4 @@
-// Decoding what Pro Tools sends, in packets as they arrive, against ALSA's decoder of the same bytes.
+// Decoding what Pro Tools sends, packet by packet. The peer is ALSA's MIDI decoder on the same bytes.
 #include "base/testing/allocation_count.h"
 #include "platform/virtual/still_runtime.h"
 #include "surface/hui_engine.h"
@@ -9,7 +9,7 @@
 namespace lumbrine {
 namespace {
 
-// A second of a busy surface: fader moves, LEDs, rings, meters, pings; each message a packet of its own.
+// One second of a busy surface: fader moves, LEDs, V-Pot rings, meters and pings, one message in each packet.
 std::vector<Bytes> busyPackets() {
     std::vector<Bytes> packets;
     for (std::uint8_t step = 0; step < 64; ++step) {

@@ -1,5 +1,6 @@
-// From sending a fader move to its last MIDI byte, through the whole receiver and real sockets, against a loop that
-// does nothing but receive. Datagrams go to both by turns. Prints one JSON object with the medians in nanoseconds.
+// The time from sending a fader move to the last MIDI message that it causes, through the whole receiver and real
+// sockets. The peer is a loop that only receives. Datagrams go to the two in turn. Prints one JSON object with the
+// medians in nanoseconds.
 #include "benchmarks/median.h"
 #include "benchmarks/null_platform.h"
 #include "model/receiver_model.h"
@@ -25,7 +26,7 @@ constexpr auto settling = std::chrono::microseconds(150);
 constexpr std::uint16_t ourPort = 52811;
 constexpr std::uint16_t barePort = 52812;
 
-// What the receiving side tells the sending side: how many messages, and when the last one came.
+// Shared by the receiving thread, which counts messages, and the sending thread, which waits for them.
 struct Arrivals {
     std::atomic<int> count{0};
     std::atomic<Clock::rep> last{0};
@@ -76,7 +77,7 @@ private:
     std::shared_ptr<ReceiverModel> model;
 };
 
-// The limit: nobody can know of a datagram before recvfrom returns.
+// The peer, and the lower limit: no receiver can react before recvfrom returns.
 class BareLoop {
 public:
     explicit BareLoop(Arrivals& arrivals) : fd(sockets.open()) {
@@ -109,15 +110,15 @@ public:
     }
     ~Sender() { sockets.close(fd); }
 
-    // What the previous datagram has set off is over, so that both receivers are woken on a machine at rest: a core
-    // that is still busy would wake the next one sooner.
+    // Waits until the work of the previous datagram is over. A receiver wakes sooner on a core that is still busy, so
+    // without this wait the one measured second would have an advantage.
     static void settle() {
         const auto over = Clock::now() + settling;
         while (Clock::now() < over)
             std::this_thread::yield();
     }
 
-    // Nanoseconds from just before the datagram is sent until the last of `messages` came.
+    // Nanoseconds from just before the datagram is sent until the last of `messages` messages has come.
     double measure(const PeerAddress& to, Arrivals& arrivals, int messages) {
         settle();
         const Bytes move{0x01, 0x01, 0x03, 0x20, 0x00};
@@ -144,7 +145,7 @@ void compare() {
     const BareLoop bareLoop(bareArrivals);
     std::thread driver([&] {
         Sender sender;
-        // The ports announce themselves at first; those messages are not ours to count.
+        // The receiver sends MIDI messages when it starts; let them pass before counting.
         std::this_thread::sleep_for(std::chrono::milliseconds(400));
         std::vector<double> ours;
         std::vector<double> bare;

@@ -1,7 +1,6 @@
-// How long the main queue is held by one job in the course of a session of 1,000 tracks on 16 strips with a client: a
-// scan, hellos, seeks, walks, faders of the whole session moving, a user who scrolls, playing. In virtual time, but
-// what is measured is processor time, and what the client is sent goes through the system's sockets. Prints one JSON
-// object, in nanoseconds.
+// The longest job of the main queue in a session of 1,000 tracks on 16 strips with one client: scan, hellos, seeks,
+// group walks, all faders moving, scrolling, playback. The session runs in virtual time; the measure is processor time,
+// and datagrams to the client go through real sockets. Prints one JSON object, in nanoseconds.
 #include "benchmarks/null_platform.h"
 #include "model/receiver_model.h"
 #include "platform/posix/posix_datagram_sockets.h"
@@ -21,7 +20,7 @@ using namespace std::chrono_literals;
 
 constexpr int trackCount = 1000;
 constexpr double limit = 2e6;
-constexpr int runs = 3; // of which the best counts: interrupts that serve other programs fall on any job
+constexpr int runs = 3; // the smallest result counts, since interrupts for other programs can lengthen any job
 
 double processorNanoseconds() {
     timespec time{};
@@ -29,7 +28,7 @@ double processorNanoseconds() {
     return static_cast<double>(time.tv_sec) * 1e9 + static_cast<double>(time.tv_nsec);
 }
 
-// Notes the longest job of the main queue.
+// Measures each job of the main queue and keeps the longest time.
 class TimedRuntime final : public VirtualRuntime {
     template <typename Job>
     auto timed(Job job) {
@@ -57,7 +56,7 @@ protected:
     void runOnMainAndWait(Task task) override { VirtualRuntime::runOnMainAndWait(timed(std::move(task))); }
 };
 
-// The client's socket and the receiver's: datagrams come from a list, four a second, and go out for real.
+// The receiver's sockets. It receives the datagrams of `say`, four a second; what it sends goes to a real socket.
 class ScriptedClient final : public DatagramSockets {
 public:
     explicit ScriptedClient(Runtime& rt) : runtime(rt), sink(real.open()) {
@@ -72,7 +71,7 @@ public:
     int receive(int, std::span<std::uint8_t> buffer, PeerAddress&) override {
         runtime.sleepFor(250ms);
         if (ended) return -1;
-        Bytes next{0x01, 0x07, 0x00, 0x00}; // a V-Pot turned by nothing: a sign of life
+        Bytes next{0x01, 0x07, 0x00, 0x00}; // a V-Pot turned by 0 steps, which keeps the client live
         if (!script.empty()) {
             next = script.front();
             script.pop_front();

@@ -1,4 +1,4 @@
-// A platform whose ports take everything and do nothing, so that a benchmark measures the receiver alone.
+// A platform whose calls succeed and do nothing, so that a benchmark measures only the receiver's own work.
 #pragma once
 
 #include "model/state/receiver_platform.h"
@@ -58,7 +58,7 @@ public:
     void close(int) override {}
 };
 
-// No service listens anywhere.
+// Every connection is refused, as if no scripting service ran.
 class NullStreams final : public StreamSockets {
 public:
     int open() override { return 4; }
@@ -78,7 +78,7 @@ public:
     std::unique_ptr<Advertisement> publish(AdvertisedService) override { return nullptr; }
 };
 
-// Nothing is advertised, and the system chooses a free port.
+// Switches the service announcement off (QV_NO_BONJOUR) and lets the system choose a free port (QV_PORT=0).
 class NullSystemInfo final : public SystemInfo {
 public:
     std::optional<std::string> environment(const std::string& name) const override {

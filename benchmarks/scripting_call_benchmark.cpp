@@ -1,6 +1,6 @@
-// One unary call to the scripting service by our client and by the official gRPC library's, by turns and on the same
-// server, a process of its own: over a connection that is open, and the first one with its connecting. Prints one JSON
-// list, times as medians in nanoseconds. What the client adds to the process is told on standard error.
+// One unary call to the scripting service by our client and by the official gRPC library's client, in turn, to the same
+// server in a separate process. Measured over an open connection, and for a first call, which includes connecting.
+// Prints one JSON list with the medians in nanoseconds, and on standard error how much memory our client adds.
 #include "benchmarks/median.h"
 #include "benchmarks/scripting_server.h"
 #include "platform/posix/posix_stream_sockets.h"
@@ -58,7 +58,7 @@ class Official {
 public:
     explicit Official(std::uint16_t port) {
         grpc::ChannelArguments arguments;
-        arguments.SetInt(GRPC_ARG_USE_LOCAL_SUBCHANNEL_POOL, 1); // a connection of its own
+        arguments.SetInt(GRPC_ARG_USE_LOCAL_SUBCHANNEL_POOL, 1); // do not share a connection between channels
         stub = ::ptsl::PTSL::NewStub(grpc::CreateCustomChannel("127.0.0.1:" + std::to_string(port),
                                                                grpc::InsecureChannelCredentials(), arguments));
     }
@@ -104,7 +104,7 @@ std::ptrdiff_t threads() {
     return std::distance(std::filesystem::directory_iterator("/proc/self/task"), {});
 }
 
-// Before anything of the official library runs in this process.
+// Call this before any code of the official library runs in this process: its memory would count, too.
 double memoryAdded(Runtime& runtime, std::uint16_t port) {
     const std::ptrdiff_t threadsBefore = threads();
     const long before = residentKiB();

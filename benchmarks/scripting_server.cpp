@@ -16,7 +16,7 @@ class Service final : public ::ptsl::PTSL::Service {
     grpc::Status SendGrpcRequest(grpc::ServerContext*, const ::ptsl::Request* request,
                                  ::ptsl::Response* response) override {
         response->mutable_header()->set_command(request->header().command());
-        response->mutable_header()->set_status(3); // completed
+        response->mutable_header()->set_status(3); // the number of the status "completed"
         return grpc::Status::OK;
     }
 };

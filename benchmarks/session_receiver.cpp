@@ -22,7 +22,7 @@ bool HandDrivenLoop::onMain() const {
     return std::this_thread::get_id() == mainThread;
 }
 
-// The system's, with an ear on what is sent.
+// The system's sockets. While `tape` is set, everything sent is also recorded there.
 class SessionReceiver::Sockets final : public DatagramSockets {
 public:
     int open() override { return real.open(); }

@@ -1,5 +1,5 @@
-// A receiver that knows a session and has a client, on real sockets, for benchmarks that call its parts directly on the
-// main thread. Nothing happens by itself: no timer runs, and the MIDI ports take everything and do nothing.
+// A receiver with a session and one client on real sockets, for benchmarks that call its parts directly on the main
+// thread. No timer runs, and the MIDI ports take everything and do nothing.
 #pragma once
 
 #include "benchmarks/null_platform.h"
@@ -14,7 +14,7 @@
 
 namespace lumbrine {
 
-// A main queue that runs when it is told to. Only the thread that made it posts.
+// A main queue whose jobs run inside drain(). Not thread-safe: use it from one thread only.
 class HandDrivenLoop final : public MainLoop {
 public:
     void drain();
@@ -31,30 +31,31 @@ private:
 
 class SessionReceiver {
 public:
-    // The display names of the tracks. Each has a full name, a colour, a comment and all else that a client is told.
+    // `names` are the tracks' names on the strips, 4 characters each. Each track also gets a full name, a colour, a
+    // comment, a fader position and flags, so that every message of the table has content.
     explicit SessionReceiver(std::vector<std::string> names);
     ~SessionReceiver();
     SessionReceiver(const SessionReceiver&) = delete;
     SessionReceiver& operator=(const SessionReceiver&) = delete;
 
-    // What Pro Tools sends when the first strip comes to show that track: the 16 names, one after another.
+    // The 16 track names that Pro Tools sends after a bank move that puts `track` (from 0) on the first strip.
     void showFrom(std::size_t track);
 
-    // Everything that a client is told after a hello, and all rows of the track table; to the last datagram.
+    // Send everything that follows a hello, or all rows of the track table. All is sent when they return.
     void answerHello();
     void resendTable();
 
-    // The datagrams that `act` sends.
+    // Runs `act` and returns the datagrams that it sent.
     std::vector<Bytes> sentBy(const std::function<void()>& act);
 
-    // Sends them to the client from a socket of its own: what the system alone costs.
+    // Sends them to the client from another socket: the cost of the system calls alone.
     void sendBare(const std::vector<Bytes>& datagrams);
 
 private:
     class Sockets;
     class System;
 
-    const std::shared_ptr<const int> life = std::make_shared<int>(0); // whose end would end the parts' jobs
+    const std::shared_ptr<const int> life = std::make_shared<int>(0); // the parts' jobs run only while this exists
     HandDrivenLoop loop;
     RealRuntime runtime;
     NullMIDI midi;
@@ -64,7 +65,7 @@ private:
     NoAccessibility accessibility;
     std::unique_ptr<Sockets> sockets;
     std::unique_ptr<System> system;
-    int phone; // the client: it takes everything, as a phone does that nobody looks at
+    int phone; // the client's socket; nothing is ever read from it
     PeerAddress phoneAddress;
     std::string phoneKey;
 

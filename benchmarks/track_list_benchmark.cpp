@@ -1,7 +1,7 @@
-// A track list of 1,000 tracks, from the first byte on the wire to the receiver's having taken it over and told the
-// client, and of that the parsing of its JSON, by turns with the JSON library's into its own document. What the
-// official library's server sends is recorded once and then played as fast as it is read. Prints one JSON list of
-// medians in nanoseconds.
+// Taking over a list of 1,000 tracks: from reading the first byte of the response until the receiver has adopted the
+// list and sent it to the client. Also the part of that time that parses JSON; the peer is the JSON library parsing
+// into its own document. The response of a server on the official gRPC library is recorded once and then played back
+// as fast as it is read. Prints one JSON list with the medians in nanoseconds.
 #include "benchmarks/median.h"
 #include "benchmarks/session_receiver.h"
 #include "platform/portable/nlohmann_json.h"
@@ -103,7 +103,7 @@ private:
     NlohmannJSON real{Bilingual(false)};
 };
 
-// Keeps what was parsed last.
+// Keeps the text that was parsed last.
 class RecordingJSON final : public JSON {
 public:
     std::expected<std::string, JSONError> serialise(const JSONValue::Object& object) override {
@@ -149,7 +149,7 @@ void forget(PublishedState& published) {
     published.trackMapInputMon.clear();
 }
 
-// Into the library's own document.
+// Nanoseconds that the JSON library takes to parse into its own document type.
 double peerParsingTime(const std::string& document) {
     const auto begin = Clock::now();
     const auto parsed = nlohmann::json::parse(document);

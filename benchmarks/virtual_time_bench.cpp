@@ -1,6 +1,6 @@
-// How much faster than real time virtual time passes with the load of a receiver at work: the tick every 0.4 s, the
-// meter timer every 1/60 s, and 100 datagrams a second, for each of which the receive thread takes two locks and posts
-// once to the main thread.
+// How much faster than real time virtual time passes under the load of a busy receiver: a tick every 0.4 s, a meter
+// timer every 1/60 s, and 100 datagrams a second, for each of which the receive thread takes two locks and posts one
+// job to the main thread.
 #include "platform/virtual/virtual_network.h"
 #include "platform/virtual/virtual_runtime.h"
 
@@ -15,7 +15,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr Duration span = 2min;
-constexpr int runs = 5; // of which the fastest counts
+constexpr int runs = 5; // the fastest counts
 constexpr double goal = 500;
 
 class Load {
@@ -69,8 +69,8 @@ private:
 } // namespace lumbrine
 
 int main() {
-    // Processor time: all threads share one core, so on a quiet machine this is the time that passes, and on a busy one
-    // it does not count what other programs take.
+    // Measured as processor time, which does not include other programs' work. Only one thread of a virtual runtime
+    // runs at a time, so on an idle machine it equals the time that passes.
     double factor = 0;
     for (int i = 0; i < lumbrine::runs; ++i) {
         lumbrine::Load load;

@@ -1,7 +1,8 @@
-# lumbrine_blocks_test(NAME FAKES ... SOURCES ... FUNCTIONS ... DEPENDS ...): a test of SOURCES that call the Mac's C
-# functions, on a system without them. The functions are declared by the headers in FAKES (FRAMEWORK/HEADER.h=HEADER of
-# the project) and defined in FUNCTIONS. Clang compiles it all, whatever compiles the rest, since the sources have
-# blocks in them: SOURCES in one piece and FUNCTIONS in another, in half the time.
+# lumbrine_blocks_test(NAME FAKES ... SOURCES ... FUNCTIONS ... DEPENDS ...): a test, on a system other than macOS, of
+# SOURCES that call macOS's C functions. FAKES lists the headers that declare those functions, each as
+# FRAMEWORK/HEADER.h=PROJECT_HEADER; FUNCTIONS are the sources that define them. Always compiled with Clang, even in a
+# GCC build, because the sources contain blocks (-fblocks), which GCC does not have. SOURCES are compiled as one file
+# and FUNCTIONS as another, which halves the compile time.
 function(lumbrine_blocks_test name)
     cmake_parse_arguments(ARG "" "" "FAKES;SOURCES;FUNCTIONS;DEPENDS" ${ARGN})
     if(NOT LUMBRINE_TESTS)

@@ -29,20 +29,20 @@ if(CCACHE_PROGRAM)
     endif()
 endif()
 
-# Links in a third of the time where it is there. What packages contain is linked by the system's own linker.
+# mold, where it is installed, links in a third of the time. Packages are linked by the system's own linker.
 find_program(MOLD_LINKER mold)
 if(MOLD_LINKER AND CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT LUMBRINE_PACKAGES)
     add_link_options(-fuse-ld=mold)
 endif()
 
-# Threads everywhere, said the same way everywhere, or precompiled headers do not fit.
+# -pthread on every target, even those without threads: a precompiled header fits only targets with the same options.
 add_compile_options(-pthread)
 add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
     add_compile_options(-Wthread-safety)
 endif()
 if(CMAKE_UNITY_BUILD)
-    add_compile_options(-Wno-shadow) # one file's names are around in the next
+    add_compile_options(-Wno-shadow) # files compiled together see each other's names
 endif()
 if(LUMBRINE_WERROR)
     add_compile_options(-Werror)
@@ -52,7 +52,7 @@ if(LUMBRINE_SANITIZE)
     add_link_options(-fsanitize=${LUMBRINE_SANITIZE})
 endif()
 if(LUMBRINE_COVERAGE)
-    # Tests, too: what a header defines is linked once, from whichever object comes first.
+    # Also the tests: the linker keeps one copy of an inline function, and that copy may come from a test's object file.
     add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
     add_link_options(-fprofile-instr-generate)
 endif()

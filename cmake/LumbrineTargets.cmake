@@ -1,6 +1,6 @@
 # One function for each kind of target, so that a module's CMakeLists.txt is a list of its files.
 
-# What nearly every file includes is compiled once for all programs and libraries, and once more for all tests.
+# Precompiled headers: one set for all programs and libraries, one for all tests.
 file(WRITE "${CMAKE_BINARY_DIR}/precompiled.cpp" "")
 
 function(lumbrine_precompile name)
@@ -13,7 +13,7 @@ endfunction()
 lumbrine_precompile(lumbrine_common_headers
     HEADERS <algorithm> <array> <cstdint> <functional> <map> <memory> <optional> <span> <string> <string_view> <variant>
         <vector>)
-# The tests' own code is not what a release is measured by: without optimisation it takes a third less to compile.
+# Tests are compiled without optimisation, which takes a third less time. Their speed is of no interest.
 set(LUMBRINE_TEST_OPTIONS -O0 -g1)
 if(LUMBRINE_TESTS)
     find_package(GTest REQUIRED)
@@ -38,13 +38,13 @@ endif()
 
 function(lumbrine_batch name)
     set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
-    target_compile_options(${name} PRIVATE -Wno-shadow) # one file's names are around in the next
+    target_compile_options(${name} PRIVATE -Wno-shadow) # files compiled together see each other's names
 endfunction()
 
-# lumbrine_library(NAME SOURCES ... DEPENDS ... TOOLKIT): a static library; includes are written from the top of the
-# tree. TOOLKIT, for what uses the desktop toolkit, whose compiler options the precompiled headers do not share:
-# compiled in one piece instead. What stands beside the product is compiled eight files at once where it has more; the
-# product's files one by one, which shows that each includes what it needs.
+# lumbrine_library(NAME SOURCES ... DEPENDS ... TOOLKIT): a static library. #include paths start at the top of the tree.
+# TOOLKIT is for libraries that use Qt: its compiler options do not fit the precompiled header, so all their files are
+# compiled as one instead. Libraries of the tools and tests with more than eight files are compiled eight files at a
+# time, to save time. The product's files are compiled one by one, so that a missing #include is an error.
 function(lumbrine_library name)
     cmake_parse_arguments(ARG "TOOLKIT" "" "SOURCES;DEPENDS" ${ARGN})
     if(ARG_SOURCES)
@@ -77,27 +77,28 @@ function(lumbrine_program name)
     target_link_libraries(${name} PRIVATE ${ARG_DEPENDS})
 endfunction()
 
-# lumbrine_reads_command_line(FILE...): those of a target's sources that use the library for that. Such code runs once
-# and takes the compiler two to three times as long when it is optimised. In packages all is compiled alike.
+# lumbrine_reads_command_line(FILE...): names the sources of a target that use the command-line library (CLI11). They
+# are compiled without optimisation: their code runs once, and optimising it takes the compiler two to three times as
+# long. Packages are optimised throughout.
 function(lumbrine_reads_command_line)
     if(NOT LUMBRINE_PACKAGES)
         set_source_files_properties(${ARGN} PROPERTIES SKIP_PRECOMPILE_HEADERS ON COMPILE_OPTIONS -O0)
     endif()
 endfunction()
 
-# lumbrine_test_library(NAME SOURCES ... DEPENDS ...): what several tests share.
+# lumbrine_test_library(NAME SOURCES ... DEPENDS ...): a library that several tests share; built only with the tests.
 function(lumbrine_test_library name)
     if(LUMBRINE_TESTS)
         lumbrine_library(${name} ${ARGN})
     endif()
 endfunction()
 
-# All test programs, with the programs that they start.
+# Builds all test programs and the programs that they start.
 add_custom_target(lumbrine_tests)
 
-# lumbrine_test(NAME SOURCES ... DEPENDS ... MAIN library TIMEOUT seconds LABELS ... TOOLKIT): a GoogleTest program, one
-# CTest entry. Eight of its files are compiled together, in half the time. TOOLKIT as above. MAIN has the program's
-# `main` in the place of GoogleTest's.
+# lumbrine_test(NAME SOURCES ... DEPENDS ... MAIN library TIMEOUT seconds LABELS ... TOOLKIT): a GoogleTest program and
+# one CTest entry that runs it. The time-out is 120 s if none is given. MAIN names a library whose `main` replaces
+# GoogleTest's. TOOLKIT is for tests that use Qt. Its files are compiled eight at a time, which halves the compile time.
 function(lumbrine_test name)
     if(NOT LUMBRINE_TESTS)
         return()
@@ -124,8 +125,8 @@ function(lumbrine_test name)
     set_tests_properties(${name} PROPERTIES TIMEOUT ${ARG_TIMEOUT} LABELS "${ARG_LABELS}")
 endfunction()
 
-# lumbrine_fuzzer(NAME SOURCES ... DEPENDS ...): a libFuzzer program where fuzzers are built, elsewhere a test that
-# replays its seed corpus, fuzz/corpus/NAME.
+# lumbrine_fuzzer(NAME SOURCES ... DEPENDS ...): in the fuzz preset, a libFuzzer program; in the others, a test that
+# replays the fuzzer's seed corpus, fuzz/corpus/NAME.
 function(lumbrine_fuzzer name)
     cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
     if(LUMBRINE_FUZZERS)

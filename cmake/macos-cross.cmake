@@ -1,6 +1,7 @@
-# Compiling for macOS on Linux, to see that it compiles and links: Clang, LLD and libc++'s headers of LLVM 19, and an
-# SDK whose folder is in the environment variable LUMBRINE_MACOS_SDK. LUMBRINE_MACOS_ARCH is arm64 or x86_64. What the
-# tests need besides is below LUMBRINE_MACOS_LIBRARIES (scripts/macos-libraries.sh).
+# Toolchain file that compiles and links for macOS on Linux, to check that the Mac code builds. It uses Clang, LLD and
+# the libc++ headers of LLVM 19. Environment variables: LUMBRINE_MACOS_SDK is the folder of a macOS SDK,
+# LUMBRINE_MACOS_ARCH is arm64 or x86_64, and LUMBRINE_MACOS_LIBRARIES is the folder of the libraries that only the
+# tests need (made by scripts/macos-libraries.sh).
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_PROCESSOR $ENV{LUMBRINE_MACOS_ARCH})
 set(CMAKE_OSX_ARCHITECTURES "" CACHE STRING "")
@@ -21,14 +22,15 @@ foreach(language CXX OBJCXX)
 endforeach()
 set(CMAKE_EXE_LINKER_FLAGS_INIT -fuse-ld=lld)
 
-# In an SDK that was trimmed, frameworks do not pass on what others of theirs have: AppKit the text classes of a private
-# framework, ApplicationServices the Accessibility functions of HIServices.
+# In a complete SDK, AppKit re-exports the text classes of the private framework UIFoundation, and ApplicationServices
+# the Accessibility functions of HIServices. An SDK without private frameworks lacks these re-exports, so they are
+# added here.
 if(NOT EXISTS "${CMAKE_OSX_SYSROOT}/System/Library/PrivateFrameworks/UIFoundation.framework")
     string(APPEND CMAKE_EXE_LINKER_FLAGS_INIT " ${CMAKE_CURRENT_LIST_DIR}/macos-cross/AppKit.tbd -framework HIServices"
         " -F${CMAKE_OSX_SYSROOT}/System/Library/Frameworks/ApplicationServices.framework/Frameworks")
 endif()
 
-# Nothing of this computer is for the Mac but its tools.
+# find_program looks on this computer; libraries, headers and packages come only from the SDK and the folder above.
 set(CMAKE_FIND_ROOT_PATH ${CMAKE_OSX_SYSROOT} $ENV{LUMBRINE_MACOS_LIBRARIES})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)

@@ -1,4 +1,5 @@
-// One datagram from a client. Whatever is read from it must be what it says, and must be read again from a longer one.
+// The input is one datagram from a client. Parsed values must be in range. With one more byte at its end, the datagram
+// must still parse to the same kind of command.
 #include "client_link/client_command.h"
 #include "fuzz/require.h"
 

@@ -1,4 +1,5 @@
-// Any bytes as the body of a response; any message into a body and back.
+// The input serves twice: as the body of a gRPC response to unframe, and as a message that must survive framing and
+// unframing.
 #include "fuzz/require.h"
 #include "ptsl/grpc_message.h"
 

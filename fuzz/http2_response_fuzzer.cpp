@@ -1,5 +1,5 @@
-// What a service sends, in pieces: each begins with a byte that tells its length, and the last one ends with the input.
-// However it is cut, the same must come of it.
+// The input is an HTTP/2 response in pieces: a length byte before each piece, the last piece cut short by the end of
+// the input. The pieces and the whole must give the same answers and the same outcome.
 #include "fuzz/require.h"
 #include "ptsl/response_reader.h"
 
@@ -21,11 +21,14 @@ public:
     void play(ByteView piece) {
         received += piece.size();
         frames.append(piece);
+        // The buffer must grow with the bytes received, never with the lengths that frame headers claim.
         require(frames.size() <= received && frames.capacity() <= 2 * received + 65'536);
         while (!played.outcome) {
             const auto frame = frames.next();
             if (!frame) break;
             auto step = reader.take(*frame);
+            // Answers: a WINDOW_UPDATE (4 bytes) to DATA, an empty SETTINGS acknowledgement, a PING's payload sent
+            // back.
             require(step.answer.empty() ||
                     step.answer.size() == 9 + (frame->type == http2::FrameType::data       ? 4
                                                : frame->type == http2::FrameType::settings ? 0

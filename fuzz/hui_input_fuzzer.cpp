@@ -1,4 +1,5 @@
-// HUI bytes in packets: each begins with a byte that tells its length, and the last one ends with the input.
+// The input is HUI bytes in packets: a length byte before each packet, the last packet cut short by the end of the
+// input.
 #include "fuzz/require.h"
 #include "platform/virtual/still_runtime.h"
 #include "surface/hui_engine.h"
@@ -17,7 +18,7 @@ bool isStrip(int strip) {
     return strip >= 0 && strip < 8;
 }
 
-// An engine whose callbacks refuse what is out of range.
+// An engine whose callbacks abort if an argument is out of range.
 struct CheckedEngine {
     CheckedEngine() {
         engine.send = [this](ByteView message) {
@@ -72,7 +73,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(checked.replies <= pings && checked.engine.pingCount == checked.replies);
     require(checked.unknownLines <= 24);
 
-    // Whatever came before: 1025 bytes without an end give up any SysEx message, and the next ping is answered.
+    // No input may leave the engine deaf: 1025 data bytes overflow any open SysEx message, and the next ping is
+    // answered.
     const int before = checked.replies;
     checked.engine.handleIncoming(Bytes(1025));
     checked.engine.handleIncoming(ping);

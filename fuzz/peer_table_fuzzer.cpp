@@ -1,6 +1,7 @@
-// More peers than the table holds, most of them forged, while time passes. A step is a byte and a 16-bit number. The
-// byte's low two bits say what happens: that many new sources send a datagram each, one of the peers heard so far sends
-// one, that many 1/64 s pass, or something is broadcast. Bits 2-7 of the byte choose the datagram.
+// More peers than the table holds, as in an attack with forged addresses, while time passes. The input is a list of
+// steps of 3 bytes: an operation and a big-endian 16-bit number n. The operation's low two bits: 0, n new peers send a
+// datagram each; 1, peer n of those seen so far sends one; 2, n/64 s pass; 3, the server broadcasts. Its high six bits
+// choose the datagram.
 #include "base/big_endian.h"
 #include "client_link/testing/served_peers.h"
 #include "fuzz/require.h"
@@ -13,7 +14,7 @@ namespace {
 
 using namespace lumbrine;
 
-constexpr std::size_t mostSources = 2 * UDPServer::maxClients; // of one input, which keeps it quick
+constexpr std::size_t mostSources = 2 * UDPServer::maxClients; // per input, so that an input runs fast
 
 bool isTakeOver(const Bytes& datagram) {
     return datagram.size() >= 2 && datagram[0] == 0x01 && datagram[1] == 0x25;
@@ -23,7 +24,7 @@ bool isHello(const Bytes& datagram) {
     return datagram.size() >= 10 && datagram[0] == 0x01 && datagram[1] == 0x00;
 }
 
-// Mostly a fader move; a take-over now and then, and hellos of four devices.
+// 0-55 a fader move, 56-62 a hello with one of four device tokens (0: none), 63 a take-over.
 Bytes datagramOf(int choice) {
     if (choice == 63) return {0x01, 0x25};
     if (choice >= 56) return {0x01, 0x00, 0, 0, 0, 0, 0, 0, 0, static_cast<std::uint8_t>(choice & 3)};
@@ -53,8 +54,8 @@ public:
         if (owner) require(sent[0] == RecordingSockets::Sent(*owner, news));
     }
 
-    // The table is bounded. Who was forgotten although it was live had been silent for longer than all who were kept,
-    // but for those that once were owners.
+    // The table is bounded, and a full table forgets the peer that has been silent longest. Peers that have owned
+    // control may be kept longer.
     void checkTable() {
         std::size_t kept = 0;
         TimePoint forgottenLast{}, keptFirst = TimePoint::max();
@@ -75,7 +76,7 @@ private:
         return !peers.takeSent().empty();
     }
 
-    // A live owner loses control to its own device or to a take-over alone, however many others there are.
+    // A live owner loses control only to a take-over or to a peer with its own device token, however many peers send.
     void send(std::size_t number, const Bytes& datagram) {
         const std::string& key = keys[number];
         const auto ownerBefore = peers.server.liveOwnerKey();
@@ -102,8 +103,8 @@ private:
     ServedPeers peers;
     std::vector<std::string> keys;
     std::map<std::size_t, TimePoint> heardAt;
-    std::map<std::string, int> tokens; // announced last
-    std::set<std::string> owners;      // now or before
+    std::map<std::string, int> tokens; // each peer's latest device token
+    std::set<std::string> owners;      // every peer that has owned control
 };
 
 } // namespace

@@ -1,4 +1,4 @@
-// Any bytes as a protocol-buffer message, read field by field.
+// The input is read as a protocol-buffer message, field by field.
 #include "fuzz/require.h"
 #include "ptsl/proto_reader.h"
 #include "ptsl/proto_writer.h"
@@ -21,7 +21,7 @@ void check(const ProtoReader::Field& field, std::size_t size) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     ProtoReader reader(Bytes(data, data + size), Bilingual(false));
-    for (std::size_t count = 0; count <= size; ++count) { // each field takes at least a byte
+    for (std::size_t count = 0; count <= size; ++count) { // a field is at least one byte long, so this ends
         const auto next = reader.next();
         if (!next) {
             require(next.error().kind == PTSLError::Case::malformedResponse && !next.error().detail.empty());

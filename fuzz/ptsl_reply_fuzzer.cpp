@@ -1,4 +1,5 @@
-// A reply message on its way to tracks: envelope, JSON, list. Input that is no envelope is tried as the JSON itself.
+// The input is read as a reply envelope with JSON in it, and the JSON as a track list. An input that is no envelope is
+// read as the JSON.
 #include "base/utf8.h"
 #include "fuzz/require.h"
 #include "platform/portable/nlohmann_json.h"

@@ -1,4 +1,4 @@
-// One datagram as a client gets it: parsed, painted, told as a line.
+// The input is one datagram to a client: parsed, applied to the session picture, and printed as a line.
 #include "fuzz/require.h"
 #include "remote/message_line.h"
 #include "remote/session_picture.h"
@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     SessionPicture picture;
     picture.apply(*message);
     const SessionPicture painted = picture;
-    require(!picture.apply(*message)); // hearing it twice changes nothing
+    require(!picture.apply(*message)); // a datagram that arrives twice changes nothing the second time
     require(picture == painted);
     const std::string line = lineOf(*message);
     require(std::ranges::none_of(line, [](unsigned char byte) { return byte < ' ' || byte == 0x7F; }));

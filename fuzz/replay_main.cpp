@@ -1,5 +1,5 @@
-// The main of a fuzzer that only replays: every file of the folder on the command line is one input, under whatever
-// compiler and sanitizer the tests have. Prints each name before it plays the file, so that a crash says which it was.
+// The main function of the replay tests, which need no libFuzzer: it runs the fuzzer on each file of the folder named
+// on the command line. It prints each file's name first, so that after a crash the last name is the input that crashed.
 #include "base/bytes.h"
 
 #include <algorithm>
@@ -39,5 +39,5 @@ int main(int count, char** arguments) {
         const lumbrine::Bytes input = contentOf(path);
         LLVMFuzzerTestOneInput(input.data(), input.size());
     }
-    return files.empty() ? 1 : 0; // a folder without inputs proves nothing
+    return files.empty() ? 1 : 0; // an empty folder is an error: nothing was tested
 }

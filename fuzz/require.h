@@ -1,4 +1,4 @@
-// What a fuzzer expects of every input, in every build: NDEBUG takes no check away.
+// An assertion for fuzzers. Unlike assert it also checks in release builds (NDEBUG).
 #pragma once
 
 #include <cstdlib>

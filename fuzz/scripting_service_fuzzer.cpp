@@ -1,4 +1,4 @@
-// Bytes from a client to the simulated scripting service: HTTP/2, gRPC, envelope and command.
+// The input is what a client sends to the simulated scripting service: HTTP/2, gRPC, envelope and command.
 #include "fuzz/require.h"
 #include "simulator/default_session.h"
 #include "simulator/envelope/scripting_envelope.h"
@@ -12,7 +12,7 @@ namespace {
 
 using namespace lumbrine;
 
-// Calls and answers of the protocol itself, however the bytes are cut.
+// The connection must find the same calls and give the same answers whether the bytes come at once or one by one.
 void requireSameMeaningByteByByte(ByteView bytes) {
     wire::GrpcConnection whole, single;
     whole.receive(bytes);
@@ -36,7 +36,7 @@ void requireWholeFrames(const Bytes& bytes) {
     require(cut == bytes.size());
 }
 
-// A whole service on one connection, behind a wire that resets every third call.
+// The whole service on one connection. Every third call is reset on the way.
 class Served {
 public:
     Served() { flush(); }

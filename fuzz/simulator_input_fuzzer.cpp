@@ -1,5 +1,6 @@
-// Bytes from surfaces to the simulated host: pieces that begin with a byte whose top bit is the surface and whose other
-// bits are the piece's length; a piece of length 0 lets 0.3 s pass. However the bytes are cut, they mean the same.
+// The input is what two surfaces send to the simulated host, in pieces. The byte before each piece has the surface in
+// its top bit and the piece's length in the others; length 0 lets 0.3 s pass. The decoder must find the same messages
+// whether the bytes come at once or one by one.
 #include "fuzz/require.h"
 #include "simulator/default_session.h"
 #include "simulator/simulated_hui_host.h"
@@ -27,7 +28,7 @@ void requireInRange(const SimulatedSession& session, const SimulatedHUIHost& hos
                 track.panRight >= -100 && track.panRight <= 100);
 }
 
-// Everything that goes out is made of status bytes where they belong and data bytes elsewhere.
+// Each outgoing packet is one MIDI message: a status byte first, data bytes (below 0x80) after it, SysEx ending in F7.
 void requireWellFormed(const std::vector<SimulatedHUIHost::Outgoing>& outgoing) {
     for (const auto& [surface, packet] : outgoing) {
         require(surface >= 0 && surface < 2 && packet.size() >= 3 && packet[0] >= 0x80);

@@ -1,5 +1,6 @@
-// Up to eight peers and a clock against the owner rule. Each step is a byte (low three bits: the peer; next two: what
-// happens) and a second one: the length of the datagram that follows, or how much time passes.
+// The owner rule with up to eight peers. The input is a list of steps: a byte with the peer in its low three bits and
+// the operation in the next two, then an amount. Operations 0 and 1 send a datagram of that many bytes, which follow;
+// 2 lets amount/16 s pass; 3 broadcasts.
 #include "client_link/testing/served_peers.h"
 #include "fuzz/require.h"
 
@@ -10,7 +11,7 @@ using namespace lumbrine;
 const Bytes busy{0x01, 0x7D};
 const Bytes news{0x01, 0x1D, 0x00, 0x00};
 
-// Every datagram is either delivered, and its sender is then the owner, or answered with one busy.
+// A datagram is delivered if its sender is then the owner; otherwise the sender gets one busy message.
 void checkDatagram(ServedPeers& peers, const std::string& peer, const Bytes& datagram) {
     const auto ownerBefore = peers.server.liveOwnerKey();
     peers.from(peer, datagram);

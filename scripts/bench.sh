@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# bench.sh BIN: runs all benchmarks, ours and the peers' interleaved in one run, prints the table, what idling costs and
-# what the window costs, and writes build/bench.json.
+# bench.sh BIN: runs all benchmarks, prints their table, the cost of idling and the cost of the window, and writes
+# build/bench.json. Our code and its peers take turns within one run, so that both meet the same load of the machine.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bin=$1

@@ -1,6 +1,6 @@
-"""bench_idle.py BIN: what lumbrine-headless costs while nothing happens, with and without a client.
+"""bench_idle.py BIN: measures what lumbrine-headless costs while nothing happens, with and without a client.
 
-Counts the wake-ups (voluntary context switches of all threads) over some seconds, the threads, and the memory.
+It counts the wake-ups (voluntary context switches of all threads) over some seconds, the threads, and the memory.
 """
 import os
 import pathlib

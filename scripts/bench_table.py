@@ -1,9 +1,9 @@
-"""bench_table.py RAW SINGLE... OUT: sets ours beside the peer's, or beside a limit.
+"""bench_table.py RAW SINGLE... OUT: compares our times with the peer's, or with a limit.
 
-RAW is Google Benchmark's output with benchmarks named "what/ours" and "what/peer"; they count as medians over the
-repetitions of one run. Each SINGLE is one object, or a list of them, of {name, ours} and what another program measured
-as peer or knows as limit. OUT becomes a list of {name, ours, ratio, goal} with the peer or the limit, where goal is the
-largest ratio we accept, and allocations where they were counted. Numbers are nanoseconds unless there is a unit.
+RAW is Google Benchmark's JSON output. Its benchmarks are named "what/ours" and "what/peer", and the median over the
+repetitions counts. Each SINGLE holds the output of one other benchmark program: an object {name, ours, peer or limit},
+or a list of them. OUT gets a list of {name, ours, peer or limit, ratio, goal}, where goal is the largest accepted
+ratio, and allocations if they were counted. Numbers are nanoseconds unless the object has a unit.
 """
 import json
 import statistics
@@ -11,7 +11,7 @@ import sys
 
 SIZES = (20, 200, 1000)
 
-# The largest ratio to the peer.
+# The largest accepted ratio of our time to the peer's.
 GOALS = {
     "datagram sent to last MIDI byte (p50)": 1.1,
     "two datagrams to three MIDI messages": 0.5,
@@ -23,7 +23,8 @@ GOALS = {
     **{f"resend of the table, {size} tracks": 1.5 for size in SIZES},
 }
 
-# Where there is no peer. The 16 name changes of a bank move may take 1 ms together, and each looks for the window once.
+# Limits in nanoseconds for benchmarks without a peer. A bank move may take 1 ms for its 16 name changes, each of which
+# searches for the window once.
 LIMITS = {
     **{f"locate a window, {size} tracks": 1e6 / 16 for size in SIZES},
     "locate a window, 1000 tracks alike": 1e6 / 16,

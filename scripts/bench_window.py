@@ -1,7 +1,7 @@
-"""bench_window.py BIN: what the window costs while Pro Tools plays, in percent of one core.
+"""bench_window.py BIN: measures what the window costs while Pro Tools plays, in percent of one core.
 
-Runs lumbrine on an X server without a screen beside the simulated Pro Tools, whose 16 strips send meters, and looks at
-the time that the process takes: with the window shown and closed, with faders at rest and with all of them moving.
+Runs lumbrine on the virtual X server Xvfb beside the simulated Pro Tools, which sends meters for 16 strips, and
+measures its processor time: with the window shown and closed, with faders at rest and with all of them moving.
 """
 import contextlib
 import os

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# build.sh PRESET [JOBS [CMAKE OPTIONS...]]: configures where the presets are newer than the last time, and builds;
-# quiet unless something goes wrong.
+# build.sh PRESET [JOBS [CMAKE OPTIONS...]]: builds a preset, and configures it first if CMakePresets.json has changed
+# since the last time. Quiet unless something goes wrong.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset=$1

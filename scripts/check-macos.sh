@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# check-macos.sh [--tests ARCHITECTURES] [SDK [JOBS]]: on Linux, compiles all product code for the Mac's two processors
-# against a macOS SDK (a folder with System/ and usr/; also from LUMBRINE_MACOS_SDK), links Lumbrine, looks into what
-# comes out, and puts the bundle together, unsigned. The tests are compiled and linked for ARCHITECTURES: 'arm64', which
-# is the default and takes most of the time, 'arm64 x86_64', or '' for none. Nothing of it is run. Without an SDK it
-# says so and succeeds.
+# check-macos.sh [--tests ARCHITECTURES] [SDK [JOBS]]: checks on Linux that the Mac code builds. It compiles all product
+# code for arm64 and x86_64 against a macOS SDK, links Lumbrine, checks the binary's headers, and makes the unsigned
+# bundle. SDK is a folder with System/ and usr/; LUMBRINE_MACOS_SDK may name it instead. Without an SDK the script
+# prints that nothing was checked, and succeeds. The tests are compiled and linked for ARCHITECTURES: 'arm64' (the
+# default), 'arm64 x86_64', or '' for none; they take most of the time. No program is run.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 tests=arm64
@@ -33,7 +33,7 @@ fail() {
     exit 1
 }
 
-# configure FOLDER OPTION... and build FOLDER TARGET: without a warning, or the end.
+# configure FOLDER OPTION... and build FOLDER TARGET: end the script on an error; build also on a warning.
 configure() {
     local folder=$1
     shift
@@ -61,11 +61,11 @@ for LUMBRINE_MACOS_ARCH in $tests; do
     export PKG_CONFIG_LIBDIR=$LUMBRINE_MACOS_LIBRARIES/usr/lib/pkgconfig
     scripts/macos-libraries.sh "$LUMBRINE_MACOS_LIBRARIES" >"$out/libraries.log" 2>&1 ||
         { cat "$out/libraries.log"; fail 'what the tests need does not build'; }
-    # Many sources at once, which takes a fraction of the time: that each stands alone is seen on Linux.
+    # Sources are compiled in batches of 12, which is much faster. The Linux builds check that each compiles alone.
     configure "$folder" -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG=-O0 -DCMAKE_FIND_PACKAGE_PREFER_CONFIG=ON \
         -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=12
     build "$folder" lumbrine_tests
-    # What the linker did not ask for is protobuf's and nothing else's.
+    # The tests are linked without protobuf, so its symbols stay undefined (dynamic lookup). No others may.
     llvm-nm-19 -m "build/$folder"/bin/* >"$out/$folder.symbols"
     unknown=$(grep 'dynamically looked up' "$out/$folder.symbols" | grep -v 6google8protobuf || true)
     [ -z "$unknown" ] || fail "$folder: nobody has $unknown"
@@ -87,7 +87,7 @@ for arch in $architectures; do
     [ -z "$foreign" ] || fail "$arch needs more than the system: $foreign"
     if grep -q LC_RPATH "$commands"; then fail "$arch looks for libraries in places of its own"; fi
     grep -qw PIE "$commands" || fail "$arch is not position independent"
-    # The hardened runtime maps nothing that can be both written and executed.
+    # The hardened runtime refuses segments that are both writable and executable.
     if grep -E '^ *(max|init)prot rwx' "$commands"; then fail "$arch has a segment to write and execute"; fi
     minimum=$(awk '/LC_BUILD_VERSION/ {found = 1} found && $1 == "minos" {print $2; exit}' "$commands")
     [ "$minimum" = 12.0 ] || fail "$arch wants macOS $minimum"

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# check.sh [JOBS]: what a machine can say about the style: format, the tidy tests, the packaging, clang-tidy.
+# check.sh [JOBS]: the checks that run no test of behaviour: format, the tidy tests, the packaging, the Mac build,
+# clang-tidy.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 jobs=${1:-$(nproc)}
@@ -18,7 +19,8 @@ echo '== macOS'
 scripts/check-macos.sh "${LUMBRINE_MACOS_SDK:-}" "$jobs"
 
 echo '== clang-tidy'
-# The product and its programs; tests are held to the compilers' warnings alone.
+# Only the product and the tools. Tests, fuzzers and benchmarks have to pass the compilers' warnings, but not
+# clang-tidy.
 scripts/build.sh tidy "$jobs" --target lumbrine_common_headers lumbrine_generated_sources
 git ls-files '*.cpp' | grep -vE '(_test\.cpp$|^(tests|fuzz|benchmarks)/|^platform/macos/|/testing/)' |
     xargs /usr/bin/python3 scripts/tidy.py build/tidy "$jobs"

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# check_package.sh: installs the packages of build/package on a bare Debian in a folder of its own, with what they
-# depend on and nothing else, uses the programs there as an ordinary user, and removes them again. They have a network
-# and shared memory to themselves there. Debian's own packages are fetched once and kept in build/package/debian.
+# check_package.sh: tests the packages of build/package in a minimal Debian system, made in a temporary folder with
+# mmdebstrap. It installs them with their dependencies and nothing else, runs the programs as an ordinary user
+# (tests/packaging/installed_programs.sh), and removes the packages again. A separate network and /dev/shm keep the
+# programs apart from those of this computer. Debian's packages are downloaded once and kept in build/package/debian.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -13,7 +14,7 @@ for package in "$PWD"/build/package/*.deb; do
 done
 [ ${#packages[@]} -gt 0 ] || { printf 'There are no packages; make package makes them.\n' >&2; exit 1; }
 
-# shellcheck disable=SC2016 # $1 is the folder, which mmdebstrap tells each hook
+# shellcheck disable=SC2016 # $1 is for the hooks' shells: mmdebstrap passes them the new system's folder
 mmdebstrap --quiet --variant=apt --components=main \
     --aptopt='APT::Install-Recommends "false"' \
     --skip=essential/unlink,download/empty,cleanup/apt \

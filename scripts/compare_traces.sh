@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# compare_traces.sh OLD_BINARY NEW_BINARY [SEEDS] [OPTION...]: whether two builds of simulation_tests say and do the
-# same in each of SEEDS sessions (200): every datagram, MIDI packet and wish to the scripting service, with its time.
-# Tells the first difference of each session, and that of the log by itself. Options go to both, as --with NAME does.
-# The traces stay in build/traces.
+# compare_traces.sh OLD_BINARY NEW_BINARY [SEEDS] [OPTION...]: checks that two builds of simulation_tests behave the
+# same in the sessions 1 to SEEDS (200). It compares the traffic of each session (every datagram, MIDI packet and
+# scripting request, with its time) and, separately, its log, and prints the first difference of each. The options are
+# passed to both programs, for example --with NAME. The traces stay in build/traces.
 set -euo pipefail
 old=$(realpath "$1")
 new=$(realpath "$2")
@@ -18,7 +18,7 @@ pids=()
 "$new" --traces "$traces/new" --seeds "$seeds" "${options[@]}" & pids+=($!)
 for pid in "${pids[@]}"; do wait "$pid"; done
 
-# The first line that differs, of either, and how many there are.
+# tell_difference OLD NEW: prints how many lines differ, and the first one in both files.
 tell_difference() {
     if cmp -s <(sort "$1") <(sort "$2"); then
         printf 'the same lines, in another order within a moment, '

@@ -1,8 +1,8 @@
-"""coverage.py: which lines and branches the tests of virtual time go through, of the sources that decide the receiver's
-behaviour. Prints every line that does not run or lacks a branch, and a table. Ends well when the goals are kept.
+"""coverage.py: measures which lines and branches of the sources that decide the receiver's behaviour are run by the
+tests in virtual time. Prints every line that never runs or lacks a branch, and a table. Succeeds if the goals are met.
 
-A branch is one way on from a condition that stands in the source, each part of `a && b` by itself. What exceptions and
-failed assertions would do is no branch.
+A branch is one outcome of a condition in the source; each part of `a && b` counts as a condition. The paths of
+exceptions and failed assertions do not count.
 """
 import collections
 import json
@@ -18,7 +18,7 @@ PROFILES = BUILD / "profiles"
 LINE_GOAL, BRANCH_GOAL = 0.98, 0.92
 
 
-# What llvm-cov tells of a place in a file. `between`: not of a statement, but of what stands before the next one.
+# An entry of llvm-cov's list of segments. `between` marks a gap region: the text between two statements.
 Segment = collections.namedtuple("Segment", "line column count counted entered between")
 
 
@@ -75,7 +75,7 @@ def measured(tests):
 
 
 def path_of(name):
-    """From the top of the tree. Where ccache shortens paths, the compiler names files from the build folder."""
+    """The path from the top of the tree. With ccache, the compiler records paths relative to the build folder."""
     path = os.path.relpath(ROOT / name, ROOT)
     return path.removeprefix(f"{BUILD.relative_to(ROOT)}/")
 
@@ -84,7 +84,7 @@ def counted_lines(path, file):
     text = source_lines(path)
     lines = {number: Line(count) for number, count in line_counts(file["segments"])
              if any(map(str.isalnum, text[number - 1]))}
-    branches = collections.Counter()  # those of a template count once
+    branches = collections.Counter()  # adds up a template's instantiations, so that each branch counts once
     for first, column, last, end, yes, no, *_ in file["branches"]:
         if first in lines and "assert(" not in text[first - 1]:
             branches[first, column, last, end, "yes"] += yes
@@ -95,7 +95,7 @@ def counted_lines(path, file):
 
 
 def line_counts(segments):
-    """The lines with code and how often they ran. A segment reaches to the next one."""
+    """Yields the lines with code and how often they ran. A segment extends to the start of the next one."""
     begun = collections.defaultdict(list)
     for segment in map(Segment._make, segments):
         begun[segment.line].append(segment)

@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
-# fuzz.sh SECONDS [JOBS [COMMIT]]: gives each fuzzer that many seconds, starting from its seed corpus. What it finds new
-# stays in build/fuzz/corpus; an input that crashes is left beside it and ends the run. With a commit, only the fuzzers
-# whose parser, harness or corpus has changed since: the tests replay the corpora of all.
+# fuzz.sh SECONDS [JOBS [COMMIT]]: runs each fuzzer for that many seconds, starting from its seed corpus. New inputs are
+# kept in build/fuzz/corpus. An input that crashes is kept in build/fuzz/crashes and ends the run. With COMMIT, only
+# those fuzzers run whose parser, harness or corpus has changed since; the test suite replays the corpora of all.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 duration=$1
 jobs=${2:-$(nproc)}
 since=${3:-}
 
-# Where the code comes from that a fuzzer drives; what everything is built on does not count.
+# folders_of FUZZER: the folders with the code that it tests. Without base and platform, which all fuzzers use.
 folders_of() {
     ninja -C build/fuzz -t inputs "fuzz_$1" | sed -nE 's#^([a-z_/]+)/lib[a-z_]+\.a$#\1#p' | grep -vE '^(base|platform)'
 }

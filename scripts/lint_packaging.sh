@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# lint_packaging.sh: what the tools of a Linux desktop say about the files in packaging/, and shellcheck about scripts.
+# lint_packaging.sh: runs the validators for the files in packaging/, and shellcheck on all scripts.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 made=$(mktemp -d)
@@ -12,10 +12,10 @@ mandoc -T lint -W warning packaging/man/*.1
 shellcheck .ci/run scripts/*.sh tests/packaging/*.sh
 shellcheck --shell=bash packaging/completions/bash/*
 
-# The unit as it stands, but for the program, which is not installed here.
+# The program is not installed here, so a copy of the unit with another program is checked.
 service=lumbrine-headless.service
 sed "s|^ExecStart=.*|ExecStart=$(type -P true)|" "packaging/$service" >"$made/$service"
 XDG_RUNTIME_DIR=$made systemd-analyze --user --man=no verify "$made/$service"
-# No more exposed than 1.5 of 10.
+# systemd rates a unit's exposure from 0 (best) to 10; the threshold of 15 means 1.5.
 systemd-analyze security --offline=true --threshold=15 --no-pager "packaging/$service" >"$made/security" ||
     { cat "$made/security"; exit 1; }

@@ -1,13 +1,15 @@
 #!/usr/bin/env bash
-# macos-bundle.sh BINARY FOLDER: puts Lumbrine.app together in FOLDER. On a Mac it is signed too, and with an identity
-# it becomes a disk image for others:
+# macos-bundle.sh BINARY FOLDER: makes Lumbrine.app in FOLDER. On a Mac it also signs it and makes the disk image
+# Lumbrine.dmg. Environment variables:
 #
-#   LUMBRINE_SIGN_IDENTITY   "Developer ID Application: ..." of the keychain; without one the signature is ad hoc, good
-#                            for this Mac alone
-#   LUMBRINE_NOTARY_PROFILE  a profile that `xcrun notarytool store-credentials` has put into the keychain
-#   LUMBRINE_URL             where the image will be; with LUMBRINE_HOMEPAGE it makes a Homebrew cask, lumbrine.rb
+#   LUMBRINE_SIGN_IDENTITY   the name of a "Developer ID Application: ..." certificate in the keychain. Without it the
+#                            signature is ad hoc, and the application starts only on this Mac.
+#   LUMBRINE_NOTARY_PROFILE  a profile stored by `xcrun notarytool store-credentials`. With it the application and the
+#                            image are notarised.
+#   LUMBRINE_URL             the future download address of the image. With it and LUMBRINE_HOMEPAGE the script also
+#                            writes a Homebrew cask, lumbrine.rb.
 #
-# Without the hardened runtime's exceptions: the entitlements are empty.
+# The entitlements are empty: the application needs no exception from the hardened runtime.
 set -euo pipefail
 top=$(cd "$(dirname "$0")/.." && pwd)
 binary=$1

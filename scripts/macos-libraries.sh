@@ -1,10 +1,11 @@
 #!/usr/bin/env bash
-# macos-libraries.sh FOLDER: what the tests need besides an SDK to be compiled and linked for the Mac on Linux, made
-# from Debian's packages for the processor in LUMBRINE_MACOS_ARCH. Does nothing where all is there.
+# macos-libraries.sh FOLDER: makes the libraries that the tests need, besides the SDK, to be compiled and linked for
+# macOS on Linux. They come from Debian's packages, for the processor in LUMBRINE_MACOS_ARCH. If FOLDER is complete, the
+# script does nothing. The programs are never run, so some libraries are only stubs:
 #   GoogleTest      compiled
-#   nlohmann-json   headers, which is all of it
-#   nghttp2         its header, and the names of its functions for the linker
-#   protobuf        its headers; what programs call in it is left to the Mac's loader
+#   nlohmann-json   the headers, since it has no compiled part
+#   nghttp2         the headers, and a list of its functions' names for the linker
+#   protobuf        the headers; its functions stay undefined until the program is loaded
 set -euo pipefail
 cd "$(dirname "$0")/.."
 folder=$1

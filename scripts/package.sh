@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# package.sh [JOBS]: makes the Debian packages in build/package and lets lintian look at them.
+# package.sh [JOBS]: makes the Debian packages in build/package and checks them with lintian.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 jobs=${1:-$(nproc)}

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# screenshots.sh BIN: makes the pictures in docs/images from the programs in BIN, on an X server without a screen.
+# screenshots.sh BIN: takes the pictures in docs/images from the programs in BIN, on the virtual X server Xvfb.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bin=$1
@@ -21,7 +21,7 @@ DISPLAY=:$(cat "$work/display")
 export DISPLAY QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR=$work QV_NO_BONJOUR=1 QV_PORT=52798 JACK_NO_START_SERVER=1
 export DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
 
-# wait_for FILE TEXT: until a program has told that.
+# wait_for FILE TEXT: waits until the log in FILE contains TEXT, 30 s at most.
 wait_for() {
     for _ in $(seq 600); do
         if grep -q "$2" "$1"; then return 0; fi
@@ -31,18 +31,18 @@ wait_for() {
     return 1
 }
 
-# picture WIDTHxHEIGHT NAME: the window at that size, with few colours so that the file is small.
+# picture WIDTHxHEIGHT NAME: takes a picture of the window at that size, with 96 colours so that the file is small.
 picture() {
     local window
     window=$(xdotool search --sync --onlyvisible --name '^Lumbrine — Receiver$')
     xdotool windowsize --sync "$window" "${1%x*}" "${1#*x}"
-    sleep 1 # everything has been drawn anew by then
+    sleep 1 # by then the window has repainted at its new size
     import -window "$window" "$work/picture.png"
     convert "$work/picture.png" -bordercolor '#b8b8b8' -border 1 -strip +dither -colors 96 \
         -define png:compression-level=9 "PNG8:$out/$2.png"
 }
 
-# run PROGRAM OPTIONS...: in the language of $LANGUAGE; its log is in $work/log.
+# run PROGRAM OPTIONS...: starts it in the background, in the language of $LANGUAGE; its log is in $work/log.
 run() {
     local name=$1
     shift

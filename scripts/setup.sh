@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Installs what building and testing needs on Debian 12. Does nothing where all is there.
+# Installs the packages for building and testing on Debian 12. Does nothing if all are installed.
 set -euo pipefail
 
 packages=(
@@ -38,5 +38,5 @@ if [ "$(id -u)" -ne 0 ]; then
 fi
 export DEBIAN_FRONTEND=noninteractive
 "${as_root[@]}" apt-get update -q
-# An install never starts a daemon: the tests bring up private ones.
+# The tests do not need the system's JACK, Avahi or D-Bus daemons: they start private ones.
 "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}"

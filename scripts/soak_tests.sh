@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# soak_tests.sh [COUNT] [PRESET]: the whole suite COUNT times (50), while two compilers run beside it all the time. Says
-# how many runs failed, in which tests, and how long the runs took; keeps what failed tests printed in
-# build/soak/PRESET. Build the preset before. SOAK_TESTS chooses tests by a regular expression, SOAK_JOBS how many run
-# at the same time (twice the processors).
+# soak_tests.sh [COUNT] [PRESET]: runs the whole test suite COUNT times (50) while two compilers load the machine, to
+# find tests that fail only sometimes. Prints how many runs failed, in which tests, and how long the runs took. The logs
+# of failed runs are kept in build/soak/PRESET. Build the preset first. Environment variables: SOAK_TESTS is a regular
+# expression that chooses tests, SOAK_JOBS the number of tests at the same time (twice the number of processors).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 count=${1:-50}
@@ -13,7 +13,7 @@ results=build/soak/$preset
 rm -rf "$results"
 mkdir -p "$results"
 
-# Compiles the same large file for ever, past the compiler's cache.
+# Compiles the same expensive source for ever, without ccache.
 compile_for_ever() {
     while true; do
         g++ -std=c++23 -O2 -x c++ -o /dev/null -c - <<<'#include <algorithm>
@@ -32,7 +32,7 @@ int main() {
 
 compilers=()
 stop_compilers() {
-    # Each is the leader of a process group, so the compiler that it has started ends with it.
+    # Under `set -m` each loop leads its own process group; killing the group also ends the compiler that it started.
     for compiler in "${compilers[@]}"; do kill -- "-$compiler" 2>/dev/null || true; done
 }
 trap stop_compilers EXIT
