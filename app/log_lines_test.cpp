@@ -24,7 +24,7 @@ TEST(LogMarker, MayComeWithTheSelectorOfItsColouredPicture) {
     EXPECT_EQ(line.substr(markerOf(line).length), " Bonjour advertising off");
 }
 
-TEST(LogMarker, StandsBehindTheNameOfTheSecondSurface) {
+TEST(LogMarker, FollowsTheNameOfTheSecondSurface) {
     const std::string line = "[9-16] → pan mode";
     EXPECT_EQ(markerOf(line).marker, LogMarker::started);
     EXPECT_EQ(line.substr(markerOf(line).begin, markerOf(line).length), "→");

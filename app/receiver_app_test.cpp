@@ -89,7 +89,7 @@ TEST_F(ReceiverAppTest, LeavesWindowsAndTheEndToTheShell) {
     EXPECT_EQ(opened + quits, 2);
 }
 
-TEST_F(ReceiverAppTest, TellsTheShellOfWhatChanges) {
+TEST_F(ReceiverAppTest, TellsTheShellAboutChanges) {
     app.tell("a line");
     EXPECT_EQ(refreshes, 1);
     EXPECT_THAT(app.logLines(), ElementsAre("a line"));

@@ -50,7 +50,7 @@ TEST(ReceiverView, CarriesTheProgramsName) {
     }
 }
 
-TEST(ReceiverView, TellsHowItGoesWithProTools) {
+TEST(ReceiverView, ShowsTheConnectionToProTools) {
     const StatusItem row = viewOf(connected()).proTools;
     EXPECT_TRUE(row.ok);
     EXPECT_EQ(row.title, "Pro Tools (HUI)");
@@ -67,7 +67,7 @@ TEST(ReceiverView, ClaimsNoConnectionThatIsNotThere) {
     EXPECT_EQ(viewOf(published, japanese).proTools.detail, "待機中");
 }
 
-TEST(ReceiverView, TellsWhichClientIsThere) {
+TEST(ReceiverView, ShowsTheConnectedClient) {
     const StatusItem row = viewOf(connected()).client;
     EXPECT_TRUE(row.ok);
     EXPECT_EQ(row.title, "iPhone / iPad");
@@ -120,7 +120,7 @@ TEST(ReceiverView, OffersToReconnect) {
               "リティ許可が必要）");
 }
 
-TEST(ReceiverView, TellsTheAddress) {
+TEST(ReceiverView, ShowsTheAddress) {
     const AddressLine line = viewOf(connected()).address;
     EXPECT_EQ(symbolName(line.symbol), "wifi");
     EXPECT_EQ(line.title, "This Mac's address:");
@@ -248,7 +248,7 @@ const MenuItem& itemFor(const StatusMenu& menu, ScreenAction action) {
     return *std::ranges::find(menu.items, action, &MenuItem::action);
 }
 
-TEST(StatusMenu, TellsHowItGoesAndOffersTheCommands) {
+TEST(StatusMenu, ShowsTheStateAndOffersTheCommands) {
     EXPECT_THAT(titles(statusMenu(connected(), false, english)),
                 ElementsAre("Pro Tools: Connected (ping 12)", "iPhone / iPad: 192.168.1.7 (+1 waiting)", "-",
                             "Show Window", "Reconnect to PT", "Launch at Login", "-", "Quit"));
@@ -257,7 +257,7 @@ TEST(StatusMenu, TellsHowItGoesAndOffersTheCommands) {
                             "Launch at Login", "-", "Quit"));
 }
 
-TEST(StatusMenu, TellsItInJapanese) {
+TEST(StatusMenu, ShowsTheStateInJapanese) {
     EXPECT_THAT(titles(statusMenu(connected(), false, japanese)),
                 ElementsAre("Pro Tools: 接続中 (ping 12)", "iPhone / iPad: 192.168.1.7 (+1 waiting)", "-",
                             "ウィンドウを表示", "PT に再接続", "ログイン時に起動", "-", "終了"));

@@ -43,7 +43,7 @@ TEST_F(UDPServerOwner, IsTheFirstPeerThatSends) {
     EXPECT_EQ(server.ownerIP(), "::ffff:192.168.1.20");
 }
 
-TEST_F(UDPServerOwner, IsWhoeverSendsFirstWhateverItSends) {
+TEST_F(UDPServerOwner, IsTheFirstPeerThatSendsAnything) {
     expectDelivered(phone, {0xFF});
     EXPECT_EQ(server.liveOwnerKey(), phone);
 }
@@ -90,7 +90,7 @@ TEST_F(UDPServerOwner, StaysInControlForSixSecondsFromEachDatagram) {
     expectRefused(tablet, touch);
 }
 
-TEST_F(UDPServerOwner, IsToldOnlyWhileLive) {
+TEST_F(UDPServerOwner, IsReportedOnlyWhileLive) {
     expectDelivered(phone, touch);
     pass(5.999);
     EXPECT_EQ(server.ownerIP(), "::ffff:192.168.1.20");

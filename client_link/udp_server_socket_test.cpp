@@ -46,7 +46,7 @@ TEST_F(UDPServerStart, IgnoresThatAnOptionCannotBeSet) {
     EXPECT_EQ(sockets.calls.back(), "bind 52700");
 }
 
-TEST_F(UDPServerStart, TellsThatThereIsNoSocket) {
+TEST_F(UDPServerStart, LogsThatThereIsNoSocket) {
     sockets.openResult = -EMFILE;
     const auto started = server.start();
     ASSERT_FALSE(started.has_value());
@@ -56,7 +56,7 @@ TEST_F(UDPServerStart, TellsThatThereIsNoSocket) {
     expectNothingIsSent();
 }
 
-TEST_F(UDPServerStart, TellsThatThePortCannotBeBound) {
+TEST_F(UDPServerStart, LogsThatThePortCannotBeBound) {
     sockets.bindResult = -EADDRINUSE;
     const auto started = server.start();
     ASSERT_FALSE(started.has_value());

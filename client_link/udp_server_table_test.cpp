@@ -120,7 +120,7 @@ TEST_F(UDPServerTable, KeepsRunningWhenSendingFails) {
 
 // ---- Addresses
 
-TEST_F(UDPServerTable, TellsTheAddressOfEachLivePeerOnce) {
+TEST_F(UDPServerTable, ListsTheAddressOfEachLivePeerOnce) {
     from("192.168.1.30:1", touch);
     from("192.168.1.20:1", touch);
     from("192.168.1.20:2", touch);
@@ -128,14 +128,14 @@ TEST_F(UDPServerTable, TellsTheAddressOfEachLivePeerOnce) {
     EXPECT_THAT(server.connectedIPs(), ElementsAre("192.168.1.20", "192.168.1.30"));
 }
 
-TEST_F(UDPServerTable, TellsAnAddressOnceEvenIfAnotherComesBetween) {
+TEST_F(UDPServerTable, ListsAnAddressOnceEvenIfAnotherComesBetween) {
     from("::1:80", touch);
     from("::1:80:5", touch); // the address ::1:80
     from("::1:90", touch);
     EXPECT_THAT(server.connectedIPs(), ElementsAre("::1", "::1:80"));
 }
 
-TEST_F(UDPServerTable, TellsNoAddressOfASilentPeer) {
+TEST_F(UDPServerTable, ListsNoAddressOfASilentPeer) {
     from(phonePeer, touch);
     pass(1.0);
     from(tabletPeer, touch);

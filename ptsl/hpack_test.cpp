@@ -13,7 +13,7 @@ Bytes firstBytes(const Bytes& bytes, std::ptrdiff_t count) {
     return {bytes.begin(), bytes.begin() + count};
 }
 
-TEST(HPACK, WritesShortStringsBehindOneByteOfLength) {
+TEST(HPACK, WritesShortStringsAfterOneByteOfLength) {
     EXPECT_EQ(hpackString(""), (Bytes{0x00}));
     EXPECT_EQ(hpackString("te"), (Bytes{0x02, 't', 'e'}));
     const Bytes longest = hpackString(std::string(126, 'x'));

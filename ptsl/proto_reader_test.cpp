@@ -68,7 +68,7 @@ TEST(ProtoReader, TakesTheLowestBitOnlyOfATenthByte) {
     EXPECT_EQ(reader({0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x7F}).varint(), std::uint64_t{1} << 63);
 }
 
-TEST(ProtoReader, LeavesThePositionBehindAVarint) {
+TEST(ProtoReader, LeavesThePositionAfterAVarint) {
     ProtoReader numbers = reader({0x80, 0x01, 0x02});
     EXPECT_EQ(numbers.varint(), 128u);
     EXPECT_EQ(numbers.varint(), 2u);

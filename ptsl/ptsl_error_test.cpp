@@ -4,7 +4,7 @@
 namespace lumbrine {
 namespace {
 
-TEST(PTSLError, IsToldInTheUsersLanguage) {
+TEST(PTSLError, IsWrittenInTheUsersLanguage) {
     EXPECT_EQ(PTSLError::transport("x").description(english), "PTSL transport error: x");
     EXPECT_EQ(PTSLError::transport("x").description(japanese), "PTSL 通信エラー: x");
     EXPECT_EQ(PTSLError::malformedResponse("x").description(english), "PTSL malformed response: x");
@@ -17,7 +17,7 @@ TEST(PTSLError, IsToldInTheUsersLanguage) {
     EXPECT_EQ(PTSLError::timedOut().description(japanese), "PTSL の応答待ちがタイムアウト");
 }
 
-TEST(PTSLFailure, IsToldInWhicheverWayItCame) {
+TEST(PTSLFailure, IsReportedInWhicheverWayItCame) {
     EXPECT_EQ(description(PTSLFailure(PTSLError::timedOut()), english), "PTSL response timed out");
     EXPECT_EQ(description(PTSLFailure(JSONError{"not valid JSON at byte 3"}), english), "not valid JSON at byte 3");
 }

@@ -64,7 +64,7 @@ protected:
     bool leavesASocket() const { return GetParam().call == SystemCall::send || GetParam().call == SystemCall::receive; }
 };
 
-TEST_P(FailingCall, IsToldOnceAndHealsWithAFreshConnection) {
+TEST_P(FailingCall, IsReportedOnceAndHealsWithAFreshConnection) {
     for (PTSLWire* each : {&wire, &japaneseWire}) {
         streams.fail(GetParam().call, GetParam().error, 1, GetParam().after);
         const auto result = each->call(path, Bytes{1});
@@ -78,7 +78,7 @@ TEST_P(FailingCall, IsToldOnceAndHealsWithAFreshConnection) {
     }
 }
 
-TEST_P(FailingCall, IsToldEveryTimeAndLeavesNothingOpen) {
+TEST_P(FailingCall, IsReportedEveryTimeAndLeavesNothingOpen) {
     for (int i = 0; i < 5; ++i) {
         streams.fail(GetParam().call, GetParam().error, VirtualStreams::always, GetParam().after);
         EXPECT_EQ(errorOfCall(), GetParam().english);

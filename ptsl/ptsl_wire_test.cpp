@@ -127,7 +127,7 @@ TEST_F(PTSLWireTest, BeginsAgainWithStreamOneAfterAReset) {
     EXPECT_EQ(scripted.frames(2).at(2).stream, 1u);
 }
 
-TEST_F(PTSLWireTest, OpensAnewWhenAskedTo) {
+TEST_F(PTSLWireTest, OpensAgainWhenAskedTo) {
     EXPECT_TRUE(wire.open());
     EXPECT_TRUE(call());
     EXPECT_TRUE(wire.open());

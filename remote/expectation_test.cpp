@@ -48,7 +48,7 @@ TEST(Expectation, ComparesNumbers) {
     EXPECT_FALSE(fits("fader 3 >0.5", "fader 3 0.5000"));
 }
 
-TEST(Expectation, ComparesValuesBehindAKey) {
+TEST(Expectation, ComparesValuesAfterAKey) {
     EXPECT_TRUE(fits("bank first=>16 tracks=>=24", "bank first=17 tracks=24 strips=8"));
     EXPECT_FALSE(fits("bank first=>16", "bank first=16 tracks=24 strips=8"));
     EXPECT_FALSE(fits("bank first=>16", "bank first=unknown tracks=24 strips=8"));

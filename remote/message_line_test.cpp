@@ -10,12 +10,12 @@ TEST(MessageLine, CountsStripsFromOne) {
     EXPECT_EQ(lineOf(TrackName{strip(0), "    "}), "name 1");
 }
 
-TEST(MessageLine, TellsFadersFromZeroToOne) {
+TEST(MessageLine, PrintsFadersFromZeroToOne) {
     EXPECT_EQ(lineOf(Fader{strip(2), FaderValue::ofRaw(11796)}), "fader 3 0.7200");
     EXPECT_EQ(lineOf(Fader{strip(2), FaderValue::ofRaw(16383)}), "fader 3 1.0000");
 }
 
-TEST(MessageLine, TellsLightsByLettersAndBlinkingByASmallOne) {
+TEST(MessageLine, PrintsLightsAsLettersAndBlinkingAsASmallOne) {
     EXPECT_EQ(lineOf(Switches{{{}, {Light::on, true, Light::on}, {Light::blinking, false, Light::blinking}}}),
               "switches 1=--- 2=MSR 3=m-r");
 }
@@ -28,7 +28,7 @@ TEST(MessageLine, GivesEachStripAWord) {
     EXPECT_EQ(lineOf(AutoModes{{0, 1, 10}}), "automation 1=unknown 2=read 3=trim+touch");
 }
 
-TEST(MessageLine, TellsPans) {
+TEST(MessageLine, PrintsPans) {
     EXPECT_EQ(lineOf(Pan{strip(2), PanSide::left, {6, true}}), "pan 3 left 6 centre");
     EXPECT_EQ(lineOf(Pan{strip(2), PanSide::right, {11, false}}), "pan 3 right 11");
     EXPECT_EQ(lineOf(PanMode{true}), "pan-mode right");
@@ -41,14 +41,14 @@ TEST(MessageLine, CountsSessionTracksFromOne) {
     EXPECT_EQ(lineOf(SessPanChunk{0, {{}, {PanSide::right, {6, true}}}}), "session-pan 1=unknown 2=right/6/centre");
 }
 
-TEST(MessageLine, TellsASessionTrack) {
+TEST(MessageLine, PrintsASessionTrack) {
     EXPECT_EQ(
         lineOf(TrackRow{255, FaderValue::ofRaw(0), true, false, true, 0x102030, true, false, "Kick In", "low end"}),
         "row 256 fader=0.0000 mute=on solo=off record=on color=#102030 monitor=on select=off name=Kick In "
         "comment=low end");
 }
 
-TEST(MessageLine, TellsTheRest) {
+TEST(MessageLine, PrintsTheRest) {
     EXPECT_EQ(lineOf(Transport{true, false}), "transport play=on record=off");
     EXPECT_EQ(lineOf(ReceiverMessage{Busy{}}), "busy");
     EXPECT_EQ(lineOf(ReceiverMessage{Pong{}}), "pong");

@@ -50,45 +50,45 @@ const Bytes transport{0x01, 0x1D, 0x01, 0x00};
 const Bytes sessAuto{0x01, 0x1E, 0x00, 0x40, 0x02, 0x01, 0x09};
 const Bytes sessPan{0x01, 0x1F, 0x00, 0x80, 0x02, 0x00, 0x00, 0x00, 0x01, 0x06, 0x01};
 
-TEST(ReceiverMessage, TellsATrackNameAsItsFourBytes) {
+TEST(ReceiverMessage, ReadsATrackNameAsItsFourBytes) {
     expectParsed(trackName, TrackName{strip(3), "Kic "});
 }
 
-TEST(ReceiverMessage, TellsTheMetersOfEachStrip) {
+TEST(ReceiverMessage, ReadsTheMetersOfEachStrip) {
     expectParsed(meters, Meters{{{0, 12}, {7, 0}}});
 }
 
-TEST(ReceiverMessage, TellsAFader) {
+TEST(ReceiverMessage, ReadsAFader) {
     expectParsed(fader, Fader{strip(15), raw(16383)});
 }
 
-TEST(ReceiverMessage, TellsLightsThatAreOffOnOrBlinking) {
+TEST(ReceiverMessage, ReadsLightsThatAreOffOnOrBlinking) {
     expectParsed(switches, Switches{{{Light::blinking, false, Light::on}, {Light::on, true, Light::blinking}}});
 }
 
-TEST(ReceiverMessage, TellsOneSideOfAPan) {
+TEST(ReceiverMessage, ReadsOneSideOfAPan) {
     expectParsed(pan, Pan{strip(8), PanSide::right, {11, true}});
 }
 
-TEST(ReceiverMessage, TellsThePanSideOfTheVpots) {
+TEST(ReceiverMessage, ReadsThePanSideOfTheVpots) {
     expectParsed(panMode, PanMode{true});
 }
 
-TEST(ReceiverMessage, TellsTheBankPosition) {
+TEST(ReceiverMessage, ReadsTheBankPosition) {
     expectParsed(bankPos, BankPos{0x0102, 1000, 16});
 }
 
-TEST(ReceiverMessage, TellsAnUnknownBankPosition) {
+TEST(ReceiverMessage, ReadsAnUnknownBankPosition) {
     expectParsed(Bytes{0x01, 0x16, 0xFF, 0xFF, 0x00, 0x00, 0x08}, BankPos{std::nullopt, 0, 8});
     expectParsed(Bytes{0x01, 0x16, 0xFF, 0xFE, 0xFF, 0xFF, 0x08}, BankPos{0xFFFE, 0xFFFF, 8});
 }
 
-TEST(ReceiverMessage, TellsSelectsAndInputMonitors) {
+TEST(ReceiverMessage, ReadsSelectsAndInputMonitors) {
     expectParsed(selects, Selects{{false, true, false}});
     expectParsed(inputMons, InputMons{{true, false}});
 }
 
-TEST(ReceiverMessage, TellsAFullNameOfUpTo48Bytes) {
+TEST(ReceiverMessage, ReadsAFullNameOfUpTo48Bytes) {
     expectParsed(fullName, FullName{strip(2), "あ"});
     expectParsed(Bytes{0x01, 0x18, 0x02}, FullName{strip(2), ""});
     Bytes longest{0x01, 0x18, 0x00};
@@ -98,15 +98,15 @@ TEST(ReceiverMessage, TellsAFullNameOfUpTo48Bytes) {
     expectRefused(longest);
 }
 
-TEST(ReceiverMessage, TellsColorsAndTheLackOfThem) {
+TEST(ReceiverMessage, ReadsColorsAndTheLackOfThem) {
     expectParsed(colors, Colors{{0xFF8001, std::nullopt}});
 }
 
-TEST(ReceiverMessage, TellsASessionTrack) {
+TEST(ReceiverMessage, ReadsASessionTrack) {
     expectParsed(trackRow, TrackRow{256, raw(8192), true, false, true, 0x102030, true, false, "Ba", "low"});
 }
 
-TEST(ReceiverMessage, TellsASessionTrackOfWhichLittleIsKnown) {
+TEST(ReceiverMessage, ReadsASessionTrackOfWhichLittleIsKnown) {
     const Bytes bare{0x01, 0x1B, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00,
                      0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00};
     expectParsed(bare, TrackRow{.index = 0});
@@ -126,18 +126,18 @@ TEST(ReceiverMessage, TakesTheLongestNameAndCommentOfARowAndNoLonger) {
     expectRefused(rowOf(48, 201));
 }
 
-TEST(ReceiverMessage, TellsAutomationModes) {
+TEST(ReceiverMessage, ReadsAutomationModes) {
     expectParsed(autoModes, AutoModes{{0, 5, 12}});
     expectRefused(with(autoModes, 2, 6));
     expectRefused(with(autoModes, 2, 8));
     expectRefused(with(autoModes, 2, 13));
 }
 
-TEST(ReceiverMessage, TellsTheTransport) {
+TEST(ReceiverMessage, ReadsTheTransport) {
     expectParsed(transport, Transport{true, false});
 }
 
-TEST(ReceiverMessage, TellsChunksOfTheSession) {
+TEST(ReceiverMessage, ReadsChunksOfTheSession) {
     expectParsed(sessAuto, SessAutoChunk{64, {1, 9}});
     expectParsed(sessPan, SessPanChunk{128, {{}, {PanSide::right, {6, true}}}});
     EXPECT_FALSE(SessPan{}.known());
@@ -154,12 +154,12 @@ TEST(ReceiverMessage, TakesChunksOfOneTo64Tracks) {
     expectRefused(Bytes{0x01, 0x1E, 0x00, 0x00, 0x00});
 }
 
-TEST(ReceiverMessage, RefusesAChunkBehindTheLastIndex) {
+TEST(ReceiverMessage, RefusesAChunkAfterTheLastIndex) {
     EXPECT_TRUE(parseReceiverMessage(Bytes{0x01, 0x1E, 0xFF, 0xFF, 0x01, 0x01}).has_value());
     expectRefused(Bytes{0x01, 0x1E, 0xFF, 0xFF, 0x02, 0x01, 0x01});
 }
 
-TEST(ReceiverMessage, TellsBusyAndPong) {
+TEST(ReceiverMessage, ReadsBusyAndPong) {
     expectParsed(Bytes{0x01, 0x7D}, Busy{});
     expectParsed(Bytes{0x01, 0x7F}, Pong{});
 }

@@ -69,7 +69,7 @@ TEST(RemoteArguments, WaitForControlWhenTakingOver) {
     EXPECT_EQ(parsed({"--timeout", "0.5"}).script.timeout, seconds(0.5));
 }
 
-TEST(RemoteArguments, TellHelpAndVersionWithSuccess) {
+TEST(RemoteArguments, PrintHelpAndVersionWithSuccess) {
     EXPECT_EQ(ended({"--help"}).status, 0);
     EXPECT_THAT(ended({"--help"}).text, ::testing::HasSubstr("auto-mode STRIP"));
     EXPECT_THAT(ended({"--help"}).text, ::testing::HasSubstr("Exit status"));

@@ -91,7 +91,7 @@ TEST_F(RemoteClientTest, AsksAgainWhenTheStateComesWithoutThePong) {
     EXPECT_EQ(receiver.taken(), Datagrams{hello});
 }
 
-TEST_F(RemoteClientTest, PaintsThePictureBeforeItTellsOfTheMessage) {
+TEST_F(RemoteClientTest, UpdatesThePictureBeforeItReportsTheMessage) {
     connectAndAnswer();
     bool seen = false;
     client->onMessage = [&](const ReceiverMessage&) { seen = client->picture().transport.playing; };
@@ -143,7 +143,7 @@ TEST_F(RemoteClientTest, IsLostAfterFourSecondsWithoutAWord) {
     EXPECT_EQ(heardIn(3s), Datagrams(3, hello));
 }
 
-TEST_F(RemoteClientTest, KeepsThePictureWhileLostAndBeginsItAnewAfterwards) {
+TEST_F(RemoteClientTest, KeepsThePictureWhileLostAndClearsItAfterwards) {
     connectAndAnswer();
     say(playing);
     runtime.runFor(4s);
@@ -240,7 +240,7 @@ TEST_F(RemoteClientTest, HearsNobodyButItsReceiver) {
     EXPECT_TRUE(messages.empty());
 }
 
-TEST_F(RemoteClientTest, BeginsAnewWithAnotherReceiver) {
+TEST_F(RemoteClientTest, ClearsThePictureForAnotherReceiver) {
     connectAndAnswer();
     say(playing);
     ScriptedReceiver other(runtime, network.host("192.168.1.9"), 4000);

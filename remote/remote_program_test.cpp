@@ -94,7 +94,7 @@ TEST_F(RemoteProgramTest, RunsAScriptThatExpectsToBeRefused) {
     EXPECT_EQ(endings, std::vector<int>{0});
 }
 
-TEST_F(RemoteProgramTest, TakesOverOnceWhenItIsToldTo) {
+TEST_F(RemoteProgramTest, TakesOverOnceWhenAskedTo) {
     run({"192.168.1.2:52700", "--take-over", "--send", "mute 1"});
     receiver.taken();
     say(busyAnswer, 100ms);

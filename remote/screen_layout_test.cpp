@@ -37,7 +37,7 @@ Canvas drawn(const StripPicture& picture, StripLook look = {.number = 3}, int wi
     return canvas;
 }
 
-TEST(ScreenLayout, TellsReceiverTransportAndBankInTheTitle) {
+TEST(ScreenLayout, ShowsReceiverTransportAndBankInTheTitle) {
     SessionPicture picture = eightTracks();
     EXPECT_EQ(screenOf(picture, connectedView(), 24, 80).line(0),
               " lumbrine-remote  127.0.0.1:52700           ■ stop  tracks 9-16 of 24  pan left");
@@ -51,7 +51,7 @@ TEST(ScreenLayout, TellsReceiverTransportAndBankInTheTitle) {
     EXPECT_THAT(screenOf(picture, connectedView(), 24, 80).line(0), ::testing::HasSubstr("● REC  tracks ? of 24"));
 }
 
-TEST(ScreenLayout, TellsTheLinkInWords) {
+TEST(ScreenLayout, ShowsTheLinkInWords) {
     const auto wordsFor = [](LinkState link, const std::string& receiver) {
         ViewState view;
         view.link = link;
@@ -96,7 +96,7 @@ TEST(ScreenLayout, SaysWhenTheWindowIsTooSmall) {
     EXPECT_EQ(page(screenOf(eightTracks(), connectedView(), 0, 0)), "");
 }
 
-TEST(ScreenLayout, TellsTheStripUnderTheCursorInWords) {
+TEST(ScreenLayout, ShowsTheStripUnderTheCursorInWords) {
     SessionPicture picture = eightTracks();
     picture.apply(Fader{strip(2), FaderValue::ofUnit(0.5)});
     picture.apply(AutoModes{{0, 0, 10}});
@@ -108,7 +108,7 @@ TEST(ScreenLayout, TellsTheStripUnderTheCursorInWords) {
     EXPECT_EQ(screenOf({}, view, 24, 80).line(22), " Strip 3: no track  fader 0.0  automation unknown");
 }
 
-TEST(ScreenLayout, TakesNoTrackBehindTheLastIndexForTheFirstOnes) {
+TEST(ScreenLayout, DoesNotWrapTracksAfterTheLastIndexToTheFirst) {
     SessionPicture picture;
     picture.apply(BankPos{0xFFFE, 0xFFFF, 8});
     picture.apply(TrackRow{.index = 1, .comment = "warm"});
@@ -165,7 +165,7 @@ TEST(StripColumn, MarksTheCursorByReversingTheNumber) {
     EXPECT_FALSE(drawn({}, {.number = 3}).at(0, 0).style.reverse);
 }
 
-TEST(StripColumn, ShowsTheColorOfTheTrackBehindItsName) {
+TEST(StripColumn, ShowsTheTracksColorAfterItsName) {
     StripPicture picture;
     picture.name = "Kick";
     picture.color = 0x102030;

@@ -79,7 +79,7 @@ TEST_F(SessionConsoleTest, MarksTracksOneAfterAnother) {
     EXPECT_TRUE(list().marked.empty());
 }
 
-TEST_F(SessionConsoleTest, ForgetsMarksBehindTheEndOfTheSession) {
+TEST_F(SessionConsoleTest, ForgetsMarksAfterTheEndOfTheSession) {
     sentFor(' ', SpecialKey::end, ' ');
     say({0x01, 0x16, 0x00, 0x00, 0x00, 0x05, 0x08});
     EXPECT_THAT(list().marked, ::testing::ElementsAre(0));

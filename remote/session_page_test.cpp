@@ -107,7 +107,7 @@ TEST(SessionPage, KeepsColumnsInLineBesideWideCharacters) {
     EXPECT_EQ(canvas.at(4, 32).text, " ");
 }
 
-TEST(SessionPage, ShowsTheColorOfATrackBehindItsName) {
+TEST(SessionPage, ShowsATracksColorAfterItsName) {
     SessionPicture picture = fortyTracks();
     picture.apply(TrackRow{.index = 2, .color = 0x102030, .name = "Kick"});
     const Canvas canvas = screenOf(picture, sessionView(), 24, 80);

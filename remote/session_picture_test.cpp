@@ -26,7 +26,7 @@ TEST(SessionPicture, TakesAStripsNamesWithoutTheBlanksAroundThem) {
     EXPECT_EQ(picture.at(strip(2)).name, "");
 }
 
-TEST(SessionPicture, TakesWhatIsToldOfOneStrip) {
+TEST(SessionPicture, AppliesMessagesAboutOneStrip) {
     SessionPicture picture;
     picture.apply(Fader{strip(9), raw(8192)});
     picture.apply(Pan{strip(9), PanSide::left, {3, false}});
@@ -36,7 +36,7 @@ TEST(SessionPicture, TakesWhatIsToldOfOneStrip) {
     EXPECT_EQ(picture.at(strip(9)).ring(PanSide::right), (RingPosition{9, true}));
 }
 
-TEST(SessionPicture, TakesWhatIsToldOfEachShownStrip) {
+TEST(SessionPicture, AppliesMessagesAboutEachShownStrip) {
     SessionPicture picture;
     picture.apply(Meters{{{1, 2}, {3, 12}}});
     picture.apply(Switches{{{}, {Light::blinking, true, Light::on}}});
@@ -55,7 +55,7 @@ TEST(SessionPicture, TakesWhatIsToldOfEachShownStrip) {
     EXPECT_EQ(picture.at(strip(0)).meters, (MeterLevels{1, 2}));
 }
 
-TEST(SessionPicture, LeavesTheOtherStripsAloneWhenAMessageTellsOfFewer) {
+TEST(SessionPicture, LeavesTheStripsThatAMessageOmitsAsTheyAre) {
     SessionPicture picture;
     picture.apply(Selects{std::vector<bool>(16, true)});
     picture.apply(Selects{std::vector<bool>(8, false)});
@@ -63,7 +63,7 @@ TEST(SessionPicture, LeavesTheOtherStripsAloneWhenAMessageTellsOfFewer) {
     EXPECT_TRUE(picture.at(strip(8)).select);
 }
 
-TEST(SessionPicture, TakesWhatIsToldOfTheWholeSurface) {
+TEST(SessionPicture, AppliesMessagesAboutTheWholeSurface) {
     SessionPicture picture;
     picture.apply(PanMode{true});
     picture.apply(Transport{true, true});
@@ -87,7 +87,7 @@ TEST(SessionPicture, JoinsRowsModesAndPansOfASessionTrack) {
     EXPECT_EQ(picture.session.at(64), (SessionTrack{std::nullopt, 1, {}}));
 }
 
-TEST(SessionPicture, ForgetsTracksBehindTheEndOfTheSession) {
+TEST(SessionPicture, ForgetsTracksAfterTheEndOfTheSession) {
     SessionPicture picture;
     picture.apply(SessAutoChunk{0, {1, 1, 1}});
     EXPECT_TRUE(picture.apply(BankPos{std::nullopt, 2, 8}));
@@ -140,7 +140,7 @@ TEST(SessionPicture, FollowsTheClientsOwnFader) {
     EXPECT_EQ(picture.at(strip(4)).fader, raw(100));
 }
 
-TEST(SessionPicture, EqualsAnotherThatWasToldTheSame) {
+TEST(SessionPicture, EqualsAnotherWithTheSameMessages) {
     SessionPicture one;
     SessionPicture other;
     EXPECT_EQ(one, other);

@@ -238,7 +238,7 @@ TEST_F(TerminalAppTest, DrawsAtMostThirtyTimesASecond) {
     EXPECT_GE(terminal.pages.size(), 15u);
 }
 
-TEST_F(TerminalAppTest, DrawsAnewWhenTheWindowChangesItsSize) {
+TEST_F(TerminalAppTest, RedrawsWhenTheWindowChangesItsSize) {
     runtime.runFor(100ms);
     terminal.height = 40;
     runtime.runFor(100ms);
@@ -260,7 +260,7 @@ TEST_F(TerminalAppTest, TakesEveryKeyThatWaits) {
     EXPECT_EQ(quits, 1);
 }
 
-TEST_F(TerminalAppTest, DrawsEverythingAnewOnCtrlL) {
+TEST_F(TerminalAppTest, RedrawsEverythingOnCtrlL) {
     runtime.runFor(100ms);
     terminal.keys = {key(SpecialKey::redraw)};
     runtime.runFor(34ms);

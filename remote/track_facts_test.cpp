@@ -27,7 +27,7 @@ const TrackRow vox{.index = 9,
                    .name = "Lead Vox",
                    .comment = "take 3"};
 
-TEST(TrackFacts, ComeFromWhateverHasToldThem) {
+TEST(TrackFacts, ComeFromEveryMessageThatHasThem) {
     SessionPicture picture;
     picture.apply(BankPos{std::nullopt, 24, 8});
     picture.apply(vox);
@@ -64,7 +64,7 @@ TEST(TrackFacts, AreThoseOfTheStripThatShowsTheTrack) {
     EXPECT_EQ(facts.comment, "take 3");
 }
 
-TEST(TrackFacts, KeepWhatTheStripDoesNotTell) {
+TEST(TrackFacts, KeepWhatTheStripDoesNotShow) {
     SessionPicture picture = settledPicture();
     picture.apply(SessAutoChunk{8, {4}});
     picture.apply(SessPanChunk{8, {SessPan{PanSide::right, {9, false}}}});

@@ -72,7 +72,7 @@ TEST_F(ElementAccessTest, LooksThroughALevelInOrderBeforeTheNext) {
     EXPECT_EQ(find({.role = "AXButton", .nameIs = {"OK"}, .maxDepth = 3}), "second level");
 }
 
-TEST_F(ElementAccessTest, LooksNoDeeperThanToldButAlwaysAtTheChildren) {
+TEST_F(ElementAccessTest, LooksNoDeeperThanTheLimitButAlwaysAtTheChildren) {
     show("application com.avid.ProTools 501\n"
          "  AXGroup\n"
          "    AXGroup\n"
@@ -164,7 +164,7 @@ TEST_F(ElementAccessTest, TheLimitIsForAllListsTogetherAndNoListIsCutShort) {
     EXPECT_EQ(another.role(three[2]), "");
 }
 
-TEST_F(ElementAccessTest, PressingIsAnActionWhateverComesOfIt) {
+TEST_F(ElementAccessTest, PressingIsAnActionEvenIfItFails) {
     show("application com.avid.ProTools 501\n"
          "  AXButton &ok\n");
     std::vector<std::string> actions;

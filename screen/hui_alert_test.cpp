@@ -53,7 +53,7 @@ TEST_F(HUIAlertTest, OtherAlertsAreLeftAlone) {
     EXPECT_EQ(took, 0ms);
 }
 
-TEST_F(HUIAlertTest, OnlyWhatADialogTellsInItsOwnStaticTextsCounts) {
+TEST_F(HUIAlertTest, OnlyADialogsOwnStaticTextsCount) {
     showWindows("    AXWindow AXSubrole=\"AXStandardWindow\"\n"
                 "      AXStaticText AXValue=\"HUI\"\n"
                 "      AXButton AXTitle=\"OK\"\n"
@@ -106,7 +106,7 @@ TEST_F(HUIAlertTest, EachAlertOfAPassTakesItsTime) {
     EXPECT_EQ(took, 800ms);
 }
 
-TEST_F(HUIAlertTest, AnAlertBehindAnAlertIsAnsweredInTheNextPass) {
+TEST_F(HUIAlertTest, AnAlertUnderAnAlertIsAnsweredInTheNextPass) {
     const Element app = screen.launch("com.avid.ProTools", process);
     int left = 3;
     const auto next = [&] { screen.set(app, "AXWindows", std::vector{alert("OK", {"HUI"})}); };

@@ -25,7 +25,7 @@ TEST_F(PTReconnectorTest, AClosedDialogIsOpenedFromTheMenu) {
     EXPECT_EQ(took, 600ms);
 }
 
-TEST_F(PTReconnectorTest, EveryOutcomeIsToldInBothLanguages) {
+TEST_F(PTReconnectorTest, EveryOutcomeIsReportedInBothLanguages) {
     EXPECT_EQ(run(false), "✗ Pro Tools is not running");
     EXPECT_EQ(run(true), "✗ Pro Tools が起動していません");
     EXPECT_EQ(took, 0ms);

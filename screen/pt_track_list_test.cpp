@@ -33,7 +33,7 @@ protected:
     }
 };
 
-TEST_F(PTTrackListTest, TellsAllNamesInTheOrderOfDisplayAndTheSelectedRow) {
+TEST_F(PTTrackListTest, ReturnsAllNamesInDisplayOrderAndTheSelectedRow) {
     showTable({row("Kick"), row("Snare", true), row("ベース")});
     const auto snapshot = read();
     ASSERT_TRUE(snapshot);

@@ -79,7 +79,7 @@ TEST(HUIHostAutomation, SetsTheModeWithTheModeKeyHeldFirst) {
     EXPECT_EQ(bench.session.find(3)->automation, Automation::latch);
 }
 
-TEST(HUIHostAutomation, LetsGoOfModeKeysWhenTheSurfaceAppearsAnew) {
+TEST(HUIHostAutomation, ReleasesModeKeysWhenTheSurfaceAppearsAgain) {
     HostBench bench(numberedSession(1));
     bench.appear();
     bench.edge(0, autoModeZone, latch, true);
@@ -238,7 +238,7 @@ std::vector<Bytes> ledSentFor(HostBench& bench, Automation mode, bool trim = fal
     return sent;
 }
 
-TEST(HUIHostAutomation, TellsTheModeByTheColourOfTheLED) {
+TEST(HUIHostAutomation, ShowsTheModeByTheColourOfTheLED) {
     HostBench bench(numberedSession(3));
     bench.appear();
     EXPECT_THAT(ledSentFor(bench, Automation::touch), ElementsAre(Bytes{0xB0, 0x2C, 0x64}));

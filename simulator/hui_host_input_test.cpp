@@ -173,7 +173,7 @@ TEST(HUIHostInput, DropsNeitherTouchesNorTheReleaseOfASwitchThatItSaw) {
     EXPECT_EQ(bench.host.droppedPresses(), 1u);
 }
 
-TEST(HUIHostInput, ForgetsDroppedPressesWhenTheSurfaceAppearsAnew) {
+TEST(HUIHostInput, ForgetsDroppedPressesWhenTheSurfaceAppearsAgain) {
     SimulatorOptions options;
     options.dropOnePressIn = 2;
     HostBench bench(numberedSession(1), options);

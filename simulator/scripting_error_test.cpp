@@ -6,19 +6,19 @@ namespace {
 
 const ScriptingFailure busy{ScriptingError::hostIsBusy, "The host is busy"};
 
-TEST(ScriptingError, IsToldWithItsNumber) {
+TEST(ScriptingError, IsPrintedWithItsNumber) {
     EXPECT_EQ(
         errorJSON(busy, ErrorTypeSpelling::number),
         R"({"errors":[{"command_error_type":138,"command_error_message":"The host is busy","is_warning":false}]})");
 }
 
-TEST(ScriptingError, IsToldWithItsNumberAsText) {
+TEST(ScriptingError, IsPrintedWithItsNumberAsText) {
     EXPECT_EQ(errorJSON(busy, ErrorTypeSpelling::digits), R"({"errors":[{"command_error_type":"138",)"
                                                           R"("command_error_message":"The host is busy",)"
                                                           R"("is_warning":false}]})");
 }
 
-TEST(ScriptingError, IsToldWithItsName) {
+TEST(ScriptingError, IsPrintedWithItsName) {
     const std::map<ScriptingError, std::string> names{
         {ScriptingError::unknownError, "PT_UnknownError"},
         {ScriptingError::noOpenSession, "PT_NoOpenedSession"},

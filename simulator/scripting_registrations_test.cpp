@@ -5,7 +5,7 @@
 namespace lumbrine {
 namespace {
 
-TEST(ScriptingRegistrations, GiveEachApplicationAnIdentifierOfItsOwn) {
+TEST(ScriptingRegistrations, GiveEachApplicationADifferentIdentifier) {
     ScriptingRegistrations registrations(1, false);
     std::set<std::string> identifiers;
     for (int i = 0; i < 100; ++i)

@@ -221,7 +221,7 @@ TEST_F(ScriptingServiceTest, IsNotReadyForAWhileWhereThatIsChosenAndAgainAfterAR
     expectNotReady();
 }
 
-TEST_F(ScriptingServiceTest, RefusesAsManyRequestsAsItIsTold) {
+TEST_F(ScriptingServiceTest, RefusesTheChosenNumberOfRequests) {
     registered();
     service->refuseNext(3);
     EXPECT_EQ(errorOf(tell(trackList)), 138);

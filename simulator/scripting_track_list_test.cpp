@@ -78,7 +78,7 @@ TEST(TrackListRequest, IsRefusedWhenItIsOfAnotherForm) {
         EXPECT_FALSE(parseTrackListRequest(body)) << body;
 }
 
-TEST(TrackList, TellsEveryTrackWithWhatItIs) {
+TEST(TrackList, ListsEveryTrackWithItsType) {
     SimulatedSession session = fourTracks();
     session.change(4, [](SimulatedTrack& track) { track.recordArmed = track.mute = true; });
     EXPECT_EQ(textOf(bodyOf(session)["track_list"][3]),
@@ -107,7 +107,7 @@ TEST(TrackList, FollowsEveryValueOfTheSession) {
         EXPECT_EQ(seen[key], "SetExplicitly") << key;
 }
 
-TEST(TrackList, TellsMembersOfAClosedFolderAsHiddenImplicitly) {
+TEST(TrackList, ListsMembersOfAClosedFolderAsHiddenImplicitly) {
     SimulatedSession session = fourTracks();
     session.change(1, [](SimulatedTrack& track) { track.closed = true; });
     session.setHidden(3, true);
@@ -231,7 +231,7 @@ TEST(ScriptingTrackList, TakesFiltersWithTheirPrefix) {
     EXPECT_FALSE(parseTrackListRequest(R"({"track_filter_list":[{"filter":"TLFilter_None"}]})"));
 }
 
-TEST(ScriptingTrackList, TellsThePageAsStatsWhereThatIsChosen) {
+TEST(ScriptingTrackList, SendsThePageAsStatsWhereThatIsChosen) {
     ScriptingOptions options;
     options.statsForPages = true;
     const ScriptingJSON body = ScriptingJSON::parse(trackListJSON(emptyPage({}, options), options));

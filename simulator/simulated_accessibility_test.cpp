@@ -63,7 +63,7 @@ TEST_F(SimulatedAccessibilityTest, TakesNoOtherActionThanPressing) {
     EXPECT_FALSE(press(*bar));
 }
 
-TEST_F(SimulatedAccessibilityTest, TellsWhatIsPressedAndWhatThatDoes) {
+TEST_F(SimulatedAccessibilityTest, LogsWhatIsPressedAndWhatThatDoes) {
     start();
     std::vector<std::string> told;
     screen().onPress([&](const std::string& what) { told.push_back(what); });
@@ -92,7 +92,7 @@ TEST_F(SimulatedAccessibilityTest, AnswersNothingWhileTheProgramIsStuck) {
     EXPECT_TRUE(press(ok));
 }
 
-TEST_F(SimulatedAccessibilityTest, FailsAboutAsManyReadsAsItIsToldTo) {
+TEST_F(SimulatedAccessibilityTest, FailsAboutTheChosenShareOfReads) {
     start({.failOneIn = 4});
     int failed = 0;
     for (int i = 0; i < 1000; ++i)

@@ -126,7 +126,7 @@ TEST(SimulatedHUIHost, PingsAtOnceWhenASurfaceThatDidNotAnswerAnnouncesItself) {
     EXPECT_THAT(bench.take(), ElementsAre(ping));
 }
 
-TEST(SimulatedHUIHost, ObeysASurfaceThatAnswersNoPingButForItsFaders) {
+TEST(SimulatedHUIHost, ObeysASurfaceThatAnswersNoPingExceptItsFaders) {
     HostBench bench(numberedSession(3));
     bench.runFor(Duration::zero());
     bench.press(0, 0, hui_address::mute);

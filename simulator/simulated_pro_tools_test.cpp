@@ -298,7 +298,7 @@ TEST_F(SimulatedProToolsTest, LetsARestlessUserActAndReplaysIt) {
     EXPECT_NE(after(5), after(6));
 }
 
-TEST_F(SimulatedProToolsTest, TellsWhichAutoSwitchesAreHeld) {
+TEST_F(SimulatedProToolsTest, KnowsWhichAutoSwitchesAreHeld) {
     start({});
     runtime.runFor(seconds(1));
     surface.send({0xB0, 0x0F, 0x02, 0xB0, 0x2F, 0x44});

@@ -290,7 +290,7 @@ TEST_F(SimulatedScreenTest, RestsWithoutDialogs) {
     EXPECT_THAT(mixedTracks(), ElementsAre("T01: "));
 }
 
-TEST(SimulatedScreenDialog, IsToldInOneLineUntilItIsClosed) {
+TEST(SimulatedScreenDialog, IsShownInOneLineUntilItIsClosed) {
     const SimulatedSession session = numberedSession(1);
     SimulatedScreen screen({}, session, [](TimePoint) {});
     EXPECT_EQ(screen.dialogText(), std::nullopt);

@@ -95,7 +95,7 @@ TEST_F(SimulatedScriptingTest, LightsOnTheSurfacesWhatItSets) {
     }
 }
 
-TEST_F(SimulatedScriptingTest, TellsWhatIsPressedOnTheSurfaces) {
+TEST_F(SimulatedScriptingTest, LogsWhatIsPressedOnTheSurfaces) {
     makePorts();
     start({});
     registerOurselves();
@@ -112,7 +112,7 @@ TEST_F(SimulatedScriptingTest, TellsWhatIsPressedOnTheSurfaces) {
     EXPECT_EQ(attributes(3)["is_selected"], "None");
 }
 
-TEST_F(SimulatedScriptingTest, TellsWhatIsDoneOnTheScreen) {
+TEST_F(SimulatedScriptingTest, LogsWhatIsDoneOnTheScreen) {
     start({});
     registerOurselves();
     proTools->edit([](SimulatedSession& session) {
@@ -264,7 +264,7 @@ TEST_F(SimulatedScriptingTest, DropsWhatItHasNotAnsweredWhenItEnds) {
     EXPECT_EQ(*kept, 0);
 }
 
-TEST_F(SimulatedScriptingTest, TellsWhereItIsOffered) {
+TEST_F(SimulatedScriptingTest, LogsWhereItIsOffered) {
     start({});
     EXPECT_EQ(proTools->snapshot().scriptingPort, std::nullopt);
     proTools->scripting().offeredOn(31416);

@@ -21,7 +21,7 @@ SimulatorSnapshot playing() {
     return snapshot;
 }
 
-TEST(StatusLine, TellsSurfacesBankTransportAndStrips) {
+TEST(StatusLine, ShowsSurfacesBankTransportAndStrips) {
     EXPECT_EQ(statusLine(playing(), true), "A on | 9-16 of 38 | playing 1:12 | Kick*Snr");
 }
 
@@ -29,7 +29,7 @@ TEST(StatusLine, LeavesTheTimeOutWhereOnlyChangesMatter) {
     EXPECT_EQ(statusLine(playing(), false), "A on | 9-16 of 38 | playing | Kick*Snr");
 }
 
-TEST(StatusLine, TellsWhichSurfacesAreThere) {
+TEST(StatusLine, ShowsWhichSurfacesAreThere) {
     SimulatorSnapshot snapshot = playing();
     snapshot.surfaces.resize(2);
     EXPECT_EQ(statusLine(snapshot, false), "A on, B gone | 9-16 of 38 | playing | Kick*Snr");
@@ -38,7 +38,7 @@ TEST(StatusLine, TellsWhichSurfacesAreThere) {
     EXPECT_EQ(statusLine(snapshot, false), "A off, B off | 9-16 of 38 | playing |");
 }
 
-TEST(StatusLine, TellsTheTransport) {
+TEST(StatusLine, ShowsTheTransport) {
     SimulatorSnapshot snapshot = playing();
     snapshot.surfaces.clear();
     snapshot.transport.recording = true;
@@ -49,13 +49,13 @@ TEST(StatusLine, TellsTheTransport) {
     EXPECT_EQ(statusLine(snapshot, false), " | 9-16 of 38 | ready to record |");
 }
 
-TEST(StatusLine, TellsWhereTheScriptingServiceIs) {
+TEST(StatusLine, ShowsWhereTheScriptingServiceIs) {
     SimulatorSnapshot snapshot = playing();
     snapshot.scriptingPort = 31416;
     EXPECT_EQ(statusLine(snapshot, false), "A on | 9-16 of 38 | playing | scripting on 31416 | Kick*Snr");
 }
 
-TEST(StatusLine, TellsAnEmptyAndAMissingSession) {
+TEST(StatusLine, ShowsAnEmptyAndAMissingSession) {
     SimulatorSnapshot snapshot = playing();
     snapshot.shownTracks = 5;
     snapshot.offset = 0;

@@ -212,7 +212,7 @@ TEST_F(UserCommandsTest, PassOverEmptyLinesAndRemarks) {
     EXPECT_FALSE(proTools.session().transport().playing);
 }
 
-TEST_F(UserCommandsTest, TellTheTracksTheCommandsAndTheEnd) {
+TEST_F(UserCommandsTest, PrintTheTracksTheCommandsAndTheEnd) {
     say("hide 2");
     const std::string list = say("tracks").text;
     EXPECT_THAT(list, testing::StartsWith("   1  0.750  ----  mono    T01\n"));

@@ -121,7 +121,7 @@ TEST_F(HUIInputStream, NeedsBothDataBytesInThePacket) {
     EXPECT_EQ(decoded({{0xA0, 0x01, 0x02}}), Texts{"meter 1 left 2"});
 }
 
-TEST_F(HUIInputStream, ReadsTheBytesBehindACutStatusForThemselves) {
+TEST_F(HUIInputStream, ReadsTheBytesAfterACutStatusByThemselves) {
     EXPECT_EQ(decoded({{0xB0}, {0x90, 0x00, 0x00}}), Texts{"ping"});
     EXPECT_EQ(decoded({{0xB0, 0x90}, {0x00, 0x00}}), Texts{});
 }
@@ -147,7 +147,7 @@ TEST_F(HUIInputStream, TakesStatusBytesIntoASysexMessageInProgress) {
     EXPECT_EQ(decoded({{0xF0, 0x90, 0x00, 0x00, 0xF7}}), Texts{});
 }
 
-TEST_F(HUIInputStream, DoesNotBeginAnewAtASecondF0) {
+TEST_F(HUIInputStream, DoesNotStartAgainAtASecondF0) {
     EXPECT_EQ(decoded({Bytes{0xF0, 0x01} + displayText(0, kick) + end}), Texts{});
     EXPECT_EQ(decoded({{0xF0, 0x01}, displayText(0, kick) + end}), Texts{});
 }
@@ -195,7 +195,7 @@ TEST_F(HUIInputStream, GivesUpAnEndlessMessageOfOnePacket) {
     EXPECT_EQ(trace.sent.size(), 1u);
 }
 
-TEST_F(HUIInputStream, StartsAnewAfterGivingUp) {
+TEST_F(HUIInputStream, StartsAgainAfterGivingUp) {
     receive(Bytes{0xF0} + Bytes(1024, 0x20));
     receive(displayText(7, kick));
     receive(end);

@@ -159,7 +159,7 @@ TEST_F(HUIInput, ReadsAVpotRing) {
     EXPECT_EQ(trace.events, (Texts{"vpot 0 at 11 centre left", "vpot 7 at 6 left"}));
 }
 
-TEST_F(HUIInput, TellsWhichSideOfThePanARingShows) {
+TEST_F(HUIInput, ReportsWhichSideOfThePanARingShows) {
     engine.flipPanSide();
     receive({0xB0, 0x12, 0x01});
     engine.flipPanSide();

@@ -25,7 +25,7 @@ TEST_F(PromptnessTest, IsNotAskedForWhileNobodyIsThere) {
     EXPECT_EQ(begun, 0);
 }
 
-TEST_F(PromptnessTest, BeginsOnceForWhoeverComesFirst) {
+TEST_F(PromptnessTest, BeginsWithTheFirstReasonAndOnlyOnce) {
     with(false, true);
     with(true, true);
     with(true, false);

@@ -73,7 +73,7 @@ TEST_F(ReceiverShellTest, StartsNothingAgainWhenTheWindowIsReopened) {
     EXPECT_THAT(desk.bench.takeLines(), testing::Not(Contains(testing::HasSubstr("UDP"))));
 }
 
-TEST_F(ReceiverShellTest, GoesOnBehindAClosedWindow) {
+TEST_F(ReceiverShellTest, GoesOnWithTheWindowClosed) {
     desk.open();
     window().close();
     desk.bench.surfaceA.ping();

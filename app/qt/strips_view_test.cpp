@@ -86,7 +86,7 @@ TEST_F(StripsViewTest, PutsTwoSurfacesOneAboveTheOtherWhereItIsNarrow) {
     EXPECT_LE(view.minimumSizeHint().width(), 400 - 32);
 }
 
-TEST_F(StripsViewTest, TellsAScreenReaderWhenItHasTheFocus) {
+TEST_F(StripsViewTest, ReportsTheFocusToAScreenReader) {
     view.activateWindow();
     QFocusEvent focus(QEvent::FocusIn, Qt::TabFocusReason);
     QCoreApplication::sendEvent(&view, &focus);
@@ -94,7 +94,7 @@ TEST_F(StripsViewTest, TellsAScreenReaderWhenItHasTheFocus) {
     EXPECT_NE(view.focusPolicy() & Qt::TabFocus, 0);
 }
 
-TEST_F(StripsViewTest, TellsWhatIsUnderThePointerAsItIs) {
+TEST_F(StripsViewTest, ShowsTheStripUnderThePointerAsPlainText) {
     strips[2].spoken = "3 <b>Lead</b> & Vox, 50 %";
     view.display(strips, true);
     const QPoint point(view.width() * 2 / 8 + 10, 20);

@@ -3,7 +3,7 @@
 namespace lumbrine {
 namespace {
 
-TEST(FoundServices, AreToldOnce) {
+TEST(FoundServices, AreReportedOnce) {
     FoundServices services;
     EXPECT_TRUE(services.appeared("Studio"));
     EXPECT_TRUE(services.appeared("Studio")); // over a second interface, before the first has an answer
@@ -12,7 +12,7 @@ TEST(FoundServices, AreToldOnce) {
     EXPECT_FALSE(services.appeared("Studio"));
 }
 
-TEST(FoundServices, AreToldEachByItself) {
+TEST(FoundServices, AreReportedOneByOne) {
     FoundServices services;
     services.appeared("Studio");
     services.appeared("Studio #2");
@@ -32,7 +32,7 @@ TEST(FoundServices, AreNewsAgainAfterTheyWereGoneFromEverywhere) {
     EXPECT_TRUE(services.resolved("Studio"));
 }
 
-TEST(FoundServices, AreNotToldWhenTheyWentBeforeTheAnswer) {
+TEST(FoundServices, AreNotReportedWhenGoneBeforeTheAnswer) {
     FoundServices services;
     services.appeared("Studio");
     services.disappeared("Studio");

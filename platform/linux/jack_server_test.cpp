@@ -117,7 +117,7 @@ TEST(JackServerTest, OpensAClientThatNeverRanAgainAndTheNextOneOnceItRuns) {
     EXPECT_TRUE(server->remove(b));
 }
 
-TEST(JackServerTest, WaitsForALibraryThatHangsOnlySoLongAndDoesLaterWhatItWasTold) {
+TEST(JackServerTest, WaitsLimitedTimeForAHangingLibraryAndDoesTheCallsLater) {
     RunLoop loop;
     RealRuntime runtime(loop);
     Calls calls;

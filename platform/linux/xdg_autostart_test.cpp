@@ -89,7 +89,7 @@ TEST_F(XdgAutostartTest, QuotesWhateverStandsInTheProgramsPath) {
     EXPECT_THAT(autostartEntry("/a\\b"), HasSubstr("\nExec=\"/a\\\\\\\\b\"\n"));
 }
 
-TEST_F(XdgAutostartTest, TellsWhyItCannotWrite) {
+TEST_F(XdgAutostartTest, ReportsWhyItCannotWrite) {
     std::ofstream(home / "config") << "a file where the folder should be";
     const auto registered = service().registerApplication();
     ASSERT_FALSE(registered);

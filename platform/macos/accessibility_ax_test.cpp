@@ -126,7 +126,7 @@ TEST_F(AccessibilityAXTest, KnowsNothingOfAProcessThatIsNotThere) {
     EXPECT_EQ(accessibility.runningApplication("com.avid.ProTools"), 42);
 }
 
-TEST_F(AccessibilityAXTest, PressesAndTellsWhetherItWasTaken) {
+TEST_F(AccessibilityAXTest, PressesAndReportsWhetherItWorked) {
     application = accessibility.applicationElement(42);
     EXPECT_TRUE(accessibility.perform(application, "AXPress"));
     element->errors["AXPress"] = kAXErrorCannotComplete;

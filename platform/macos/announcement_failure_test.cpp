@@ -6,7 +6,7 @@ namespace {
 const Bilingual english(false);
 const Bilingual japanese(true);
 
-TEST(AnnouncementFailure, TellsWhereTheLocalNetworkIsAllowed) {
+TEST(AnnouncementFailure, SaysWhereTheLocalNetworkIsAllowed) {
     for (const int code : {-65555, -65570}) {
         EXPECT_EQ(announcementFailureText(code, english),
                   "this Mac does not let Lumbrine use the local network; allow it in System Settings ▸ Privacy & "
@@ -29,7 +29,7 @@ TEST(AnnouncementFailure, HasAReasonInBothLanguagesForEachCodeThatIsKnown) {
     EXPECT_EQ(announcementFailureText(-72001, japanese), "名前が使われています (-72001)");
 }
 
-TEST(AnnouncementFailure, StillTellsTheNumberOfOneThatIsNot) {
+TEST(AnnouncementFailure, GivesTheNumberOfAnUnknownFailure) {
     EXPECT_EQ(announcementFailureText(-72000, english), "the system refused (-72000)");
     EXPECT_EQ(announcementFailureText(-72000, japanese), "システムが拒否しました (-72000)");
 }

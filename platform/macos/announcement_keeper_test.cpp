@@ -69,7 +69,7 @@ TEST_F(AnnouncementKeeperTest, WaitsLongerAfterEachFailureUpToAMinute) {
     EXPECT_EQ(system.announced, 1);
 }
 
-TEST_F(AnnouncementKeeperTest, TellsARefusalOnceAndAnotherOneToo) {
+TEST_F(AnnouncementKeeperTest, ReportsARefusalOnceUntilItsReasonChanges) {
     for (const int code : {notAllowed, notAllowed, collision, notAllowed}) {
         system.latest.failed(code);
         runtime.runFor(seconds(60));
@@ -77,7 +77,7 @@ TEST_F(AnnouncementKeeperTest, TellsARefusalOnceAndAnotherOneToo) {
     EXPECT_EQ(refusals, (std::vector<int>{notAllowed, collision, notAllowed}));
 }
 
-TEST_F(AnnouncementKeeperTest, TellsTheSameRefusalAgainOnceItHadBeenPublished) {
+TEST_F(AnnouncementKeeperTest, ReportsTheSameRefusalAgainAfterASuccess) {
     system.latest.failed(notAllowed);
     runtime.runFor(seconds(5));
     system.latest.published();

@@ -154,7 +154,7 @@ TEST_F(PosixDatagramSocketsTest, CannotNameWhatIsNoAddress) {
     EXPECT_EQ(port, "");
 }
 
-TEST_F(PosixDatagramSocketsTest, FindsNoAddressBehindAnImpossibleHost) {
+TEST_F(PosixDatagramSocketsTest, FindsNoAddressForAnImpossibleHost) {
     PeerAddress address;
     EXPECT_FALSE(sockets.resolve(std::string(300, 'x'), 1, address));
 }

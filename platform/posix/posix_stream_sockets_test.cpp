@@ -196,7 +196,7 @@ TEST_F(PosixStreamSocketsTest, ReceivesNothingAfterTheEnd) {
     EXPECT_EQ(sockets.receive(near, buffer), 0);
 }
 
-TEST_F(PosixStreamSocketsTest, TellsAReset) {
+TEST_F(PosixStreamSocketsTest, ReportsAReset) {
     connectBoth();
     const linger atOnce{1, 0};
     ::setsockopt(far, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
@@ -205,7 +205,7 @@ TEST_F(PosixStreamSocketsTest, TellsAReset) {
     EXPECT_EQ(sockets.receive(near, buffer), -ECONNRESET);
 }
 
-TEST_F(PosixStreamSocketsTest, TellsAPeerThatHasGoneWithoutASignal) {
+TEST_F(PosixStreamSocketsTest, ReportsAClosedPeerWithoutASignal) {
     connectBoth();
     EXPECT_EQ(sockets.setNoSignal(near), 0);
     closeFarEnd();
@@ -215,7 +215,7 @@ TEST_F(PosixStreamSocketsTest, TellsAPeerThatHasGoneWithoutASignal) {
     EXPECT_TRUE(result == -EPIPE || result == -ECONNRESET) << result;
 }
 
-TEST_F(PosixStreamSocketsTest, TellsCallsOnASocketThatIsClosed) {
+TEST_F(PosixStreamSocketsTest, ReportsCallsOnAClosedSocket) {
     near = sockets.open();
     sockets.close(near);
     const int closed = std::exchange(near, -1);

@@ -54,7 +54,7 @@ TEST_F(SingleInstanceTest, KeepsProgramsOfOtherNamesApart) {
     EXPECT_TRUE(SingleInstance(identifier + ".demo").isFirst());
 }
 
-TEST_F(SingleInstanceTest, TakesOverWhatADeadProgramLeftBehind) {
+TEST_F(SingleInstanceTest, TakesOverTheSocketOfADeadProgram) {
     for (const QString& left : {identifier, identifier + ".lock"})
         QFile(folder.filePath(left)).open(QIODevice::WriteOnly);
     SingleInstance first(identifier);
@@ -78,7 +78,7 @@ TEST_F(SingleInstanceTest, AnswersAStartThatCameBeforeItWasReady) {
     EXPECT_EQ(other.readAll(), "shown\n");
 }
 
-TEST_F(SingleInstanceTest, DoesNothingForWhoeverAsksForSomethingElse) {
+TEST_F(SingleInstanceTest, IgnoresOtherRequests) {
     SingleInstance first(identifier);
     int raised = 0;
     first.onStartOfAnother([&raised] { ++raised; });

@@ -146,7 +146,7 @@ TEST_F(MemoryMIDITest, MayBeCalledWithAMutexHeld) {
         EXPECT_EQ(atConnection[i][1], i % 2 == 0 ? 0x00 : 0x20);
 }
 
-TEST_F(MemoryMIDITest, FailsTheCallsThatItIsToldToFailUntilHealed) {
+TEST_F(MemoryMIDITest, FailsTheChosenCallsUntilHealed) {
     MIDIClientRef client = 0;
     MIDIEndpointRef endpoint = 0;
     midi.fail(MemoryMIDI::Call::createClient, -10833);

@@ -123,7 +123,7 @@ TEST_F(MemoryScreenTest, TheWatcherOfReadsChoosesWhichFailAndMayChangeTheTree) {
     EXPECT_EQ(read<std::string>(app(), "AXTitle"), "app");
 }
 
-TEST_F(MemoryScreenTest, TheWatcherOfActionsIsToldAndAnswers) {
+TEST_F(MemoryScreenTest, TheWatcherOfActionsIsCalledAndAnswers) {
     std::vector<std::string> told;
     screen.watchActions([&](Element element, std::string_view action) {
         told.push_back(std::to_string(element.number) + " " + std::string(action));

@@ -57,7 +57,7 @@ protected:
     std::unique_ptr<Thread> server;
 };
 
-TEST_F(VirtualNetworkTest, CarriesADatagramAndTellsTheSenderInMappedForm) {
+TEST_F(VirtualNetworkTest, CarriesADatagramAndNamesTheSenderInMappedForm) {
     const int fd = bound(desktop, serverPort);
     serve(fd);
     sendFromPhone({1, 2, 3});
@@ -231,7 +231,7 @@ TEST_F(VirtualNetworkTest, BindsAPortOnceOnEachMachine) {
     bound(desktop, serverPort);
 }
 
-TEST_F(VirtualNetworkTest, FailsTheCallsThatItIsToldToFailUntilHealed) {
+TEST_F(VirtualNetworkTest, FailsTheChosenCallsUntilHealed) {
     using Call = VirtualNetwork::Call;
     network.fail("192.168.1.7", Call::open, EMFILE);
     EXPECT_EQ(desktop.open(), -EMFILE);

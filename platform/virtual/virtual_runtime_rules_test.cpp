@@ -182,7 +182,7 @@ TEST_F(VirtualRuntimeRules, AllowsToPostWithAMutexHeld) {
     EXPECT_EQ(ran, 3);
 }
 
-TEST_F(VirtualRuntimeRulesDeathTest, EndsAProgramThatCallsFromAThreadOfItsOwn) {
+TEST_F(VirtualRuntimeRulesDeathTest, EndsAProgramThatCallsFromAForeignThread) {
     EXPECT_DEATH(std::thread([&] { runtime.postMain([] {}); }).join(), "a thread that is none of the runtime's");
 }
 

@@ -129,7 +129,7 @@ TEST_F(VirtualStreamsTest, WakesAReceiveWhenSomethingIsSentMeanwhile) {
     EXPECT_EQ(now(), 1s);
 }
 
-TEST_F(VirtualStreamsTest, TellsTheOrderlyEndAfterWhatWasSentBefore) {
+TEST_F(VirtualStreamsTest, ReportsTheOrderlyEndAfterTheBytesSentBefore) {
     listen();
     const int fd = connected();
     line.send(Bytes{1});

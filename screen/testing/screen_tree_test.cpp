@@ -37,7 +37,7 @@ TEST_F(ScreenTreeTest, LinesBecomeElementsWithTheirAttributes) {
     EXPECT_EQ(std::get<std::vector<ElementHandle>>(*screen.attribute(root, "AXChildren")).size(), 1u);
 }
 
-TEST_F(ScreenTreeTest, AMistakeIsToldWithItsLine) {
+TEST_F(ScreenTreeTest, AMistakeIsReportedWithItsLine) {
     const auto mistake = [](const std::string& lines) {
         MemoryScreen other;
         const auto labels = showTree(other, "application a 1\n" + lines);

@@ -35,12 +35,12 @@ Lines comingsAndGoings(Duration lastPing, Duration pause) {
     return changes;
 }
 
-TEST(LostPings, For1900MillisecondsAreNeverNoticed) {
+TEST(LostPings, AreNotNoticedFor1900Milliseconds) {
     for (Duration lastPing = 0ms; lastPing < 400ms; lastPing += 10ms)
         EXPECT_THAT(comingsAndGoings(lastPing, 1900ms), IsEmpty()) << inSeconds(lastPing);
 }
 
-TEST(LostPings, For2100MillisecondsAreNoticedByATickInTheLast100) {
+TEST(LostPings, AreNoticedFor2100MillisecondsByATickInTheLast100) {
     int noticed = 0;
     for (Duration lastPing = 5ms; lastPing < 400ms; lastPing += 10ms) {
         const Lines changes = comingsAndGoings(lastPing, 2100ms);

@@ -238,15 +238,15 @@ TEST(Seek, KnowsWhereItEndsWhateverTheBankButtonsDo) {
     }
 }
 
-class SeekOnAHostThatTakes : public testing::TestWithParam<int> {};
+class SeekOnAHostWithLatency : public testing::TestWithParam<int> {};
 
-TEST_P(SeekOnAHostThatTakes, MillisecondsEndsWhereItWasAskedTo) {
+TEST_P(SeekOnAHostWithLatency, EndsWhereItWasAskedTo) {
     SeekBench bench(40, {.latency = std::chrono::milliseconds(GetParam())});
     for (const int target : {1, 0, 8, 9, 32, 3, 11, 24, 7, 6, 0})
         ASSERT_TRUE(bench.reaches(target)) << target;
 }
 
-INSTANTIATE_TEST_SUITE_P(Number, SeekOnAHostThatTakes, testing::Values(0, 1, 50, 100, 200, 221));
+INSTANTIATE_TEST_SUITE_P(Milliseconds, SeekOnAHostWithLatency, testing::Values(0, 1, 50, 100, 200, 221));
 
 // It is looked at too early then, and pressed too often; that it has come elsewhere shows as soon as it has.
 TEST(Seek, IsKnownToMissOnAHostThatTakes300Milliseconds) {

@@ -49,7 +49,7 @@ TEST(Demo, ServesAClientUntilItIsEnded) {
     EXPECT_EQ(demo.wait(interop::patience), 0) << demo.output();
 }
 
-TEST(Demo, BeginsWithoutItsPortsAndReconnectsWhenToldTo) {
+TEST(Demo, BeginsWithoutItsPortsAndReconnectsWhenAskedTo) {
     Keyboard keyboard;
     ChildProcess demo(
         keyboard.command(program, {"--ports-lost", "--tracks", "5", "--surfaces", "1", "--scripting-port", "0"}),

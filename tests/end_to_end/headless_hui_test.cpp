@@ -79,7 +79,7 @@ TEST_F(HeadlessHUI, TurnsAVPot) {
     EXPECT_TRUE(b.hears({{0xB0, 0x42, 0x01}}));
 }
 
-TEST_F(HeadlessHUI, TellsTheClientOfAFader) {
+TEST_F(HeadlessHUI, SendsTheClientAFader) {
     a.send(Bytes{0xB0, 0x02, 0x7F});
     a.send(Bytes{0xB0, 0x22, 0x7F});
     EXPECT_TRUE(client.hears({0x01, 0x12, 0x02, 0x3F, 0xFF}));
@@ -87,7 +87,7 @@ TEST_F(HeadlessHUI, TellsTheClientOfAFader) {
     EXPECT_TRUE(client.hears({0x01, 0x12, 0x0C, 0x20, 0x00}));
 }
 
-TEST_F(HeadlessHUI, TellsTheClientTheNamesOnTheDisplays) {
+TEST_F(HeadlessHUI, SendsTheClientTheNamesOnTheDisplays) {
     a.send(Bytes{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x10, 0x03, 0x4B, 0x69, 0x63, 0x6B, 0xF7});
     EXPECT_TRUE(client.hears({0x01, 0x10, 0x03, 0x4B, 0x69, 0x63, 0x6B})); // Kick
     b.send(Bytes{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x10, 0x00, 0x56, 0x6F});
@@ -95,7 +95,7 @@ TEST_F(HeadlessHUI, TellsTheClientTheNamesOnTheDisplays) {
     EXPECT_TRUE(client.hears({0x01, 0x10, 0x08, 0x56, 0x6F, 0x78, 0x20})); // Vox, in two parts
 }
 
-TEST_F(HeadlessHUI, TellsTheClientOfLEDs) {
+TEST_F(HeadlessHUI, SendsTheClientLEDs) {
     a.send(Bytes{0xB0, 0x0C, 0x05});
     a.send(Bytes{0xB0, 0x2C, 0x42}); // mute
     const auto muted = client.receive(
@@ -112,14 +112,14 @@ TEST_F(HeadlessHUI, TellsTheClientOfLEDs) {
     EXPECT_TRUE(client.hears({0x01, 0x17, 0, 0, 0, 0, 0, 1, 0, 0}));
 }
 
-TEST_F(HeadlessHUI, TellsTheClientOfRings) {
+TEST_F(HeadlessHUI, SendsTheClientRings) {
     a.send(Bytes{0xB0, 0x13, 0x46}); // in the middle, and the small light under it
     EXPECT_TRUE(client.hears({0x01, 0x14, 0x03, 0x00, 0x06, 0x01}));
     b.send(Bytes{0xB0, 0x17, 0x0B});
     EXPECT_TRUE(client.hears({0x01, 0x14, 0x0F, 0x00, 0x0B, 0x00}));
 }
 
-TEST_F(HeadlessHUI, TellsTheClientOfMeters) {
+TEST_F(HeadlessHUI, SendsTheClientMeters) {
     // They begin with the tick that notices the client, and a level falls soon.
     const auto isShown = [](const Bytes& datagram) {
         return isOfType(datagram, 0x11) && datagram.size() == 18 && datagram[5] == 12;
@@ -141,7 +141,7 @@ TEST_F(HeadlessHUI, ShowsSixteenStripsWhenBothSurfacesArePinged) {
     EXPECT_TRUE(receiver.logs("✓ Second surface connected → 16-ch window"));
 }
 
-TEST_F(HeadlessHUI, AnswersAHelloAtOnceAndThenTellsItsWholeState) {
+TEST_F(HeadlessHUI, AnswersAHelloAtOnceAndThenSendsItsWholeState) {
     a.send(Bytes{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x10, 0x00, 0x4B, 0x69, 0x63, 0x6B, 0xF7});
     ASSERT_TRUE(client.hears({0x01, 0x10, 0x00, 0x4B, 0x69, 0x63, 0x6B}));
     client.send(Bytes{0x01, 0x00});

@@ -40,7 +40,7 @@ bool hasMIDIWithoutJack() {
     return std::filesystem::exists("/dev/snd/seq");
 }
 
-TEST(HeadlessStart, TellsEachStepInEnglish) {
+TEST(HeadlessStart, LogsEachStepInEnglish) {
     const PrivateJack jack;
     const ReceiverProcess receiver({.language = "en"});
     ASSERT_TRUE(receiver.logs("Bonjour"));
@@ -51,7 +51,7 @@ TEST(HeadlessStart, TellsEachStepInEnglish) {
     EXPECT_THAT(jack.shortNames("input", "midi"), testing::UnorderedElementsAre("Lumbrine", "Lumbrine B"));
 }
 
-TEST(HeadlessStart, TellsEachStepInJapanese) {
+TEST(HeadlessStart, LogsEachStepInJapanese) {
     const PrivateJack jack;
     const ReceiverProcess receiver({.language = "ja"});
     ASSERT_TRUE(receiver.logs("Bonjour"));

@@ -34,7 +34,7 @@ bool answersWith(ClientSocket& client, const Bytes& question, const Bytes& answe
     return heard == answer;
 }
 
-TEST_F(Owner, IsWhoeverSpeaksFirstAndTheOtherIsRefused) {
+TEST_F(Owner, IsTheFirstThatSpeaksAndTheOtherIsRefused) {
     EXPECT_TRUE(answersWith(first, hello, pong));
     EXPECT_TRUE(answersWith(second, hello, busy));
     EXPECT_TRUE(answersWith(second, signOfLife, busy));
@@ -60,7 +60,7 @@ TEST_F(Owner, FollowsItsTokenToAnotherPort) {
     EXPECT_TRUE(answersWith(first, signOfLife, busy));
 }
 
-TEST_F(Owner, AloneIsToldWhatHappens) {
+TEST_F(Owner, AloneGetsTheMessages) {
     ASSERT_TRUE(answersWith(first, hello, pong));
     ASSERT_TRUE(answersWith(second, hello, busy));
     const auto isMeters = [](const Bytes& datagram) { return datagram.size() == 18 && datagram[1] == 0x11; };

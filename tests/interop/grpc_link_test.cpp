@@ -91,7 +91,7 @@ TEST_F(GrpcLink, SetsWhatTheSurfacesShow) {
     EXPECT_EQ(*tracks, picture(session));
 }
 
-TEST_F(GrpcLink, TellsWhatTheServiceSaysAgainstACommand) {
+TEST_F(GrpcLink, ReportsWhyTheServiceRefusesACommand) {
     start();
     const auto client = clientOf(port);
     EXPECT_EQ(errorOf(client->setMute({"Nobody"}, true)),

@@ -85,7 +85,7 @@ TEST_F(GrpcServer, AnswersAStreamWithOneMessage) {
     EXPECT_EQ(list.response.SerializeAsString(), client.ask(OfficialClient::trackList).response.SerializeAsString());
 }
 
-TEST_F(GrpcServer, TellsSessionsOfHundredsOfTracks) {
+TEST_F(GrpcServer, ListsSessionsOfHundredsOfTracks) {
     for (const int tracks : {0, 500, 1000}) {
         server.reset();
         start({}, tracks);

@@ -36,7 +36,7 @@ protected:
 
 constexpr ScriptingOptions faulty{.downTime = std::chrono::milliseconds(500), .faultyWire = true};
 
-TEST_F(OfferedScriptingTest, TellsWhereItIs) {
+TEST_F(OfferedScriptingTest, PrintsWhereItIs) {
     for (const ScriptingOptions& options : {ScriptingOptions{}, faulty}) {
         start(options);
         EXPECT_EQ(proTools->snapshot().scriptingPort, offered->port());

@@ -13,7 +13,7 @@ const std::string program = LUMBRINE_BIN_DIR "/lumbrine-simulator";
 const Bytes ping{0x90, 0x00, 0x00};
 const Bytes reply{0x90, 0x00, 0x7F};
 
-TEST(SimulatorProgram, TellsItsOptionsAndVersion) {
+TEST(SimulatorProgram, PrintsItsOptionsAndVersion) {
     const CommandResult help = runCommand({program, "--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_THAT(help.output, HasSubstr("--end-of-session blank|fill"));

@@ -77,7 +77,7 @@ TEST_F(ReconnectingTest, GoesOnWithoutTheTab) {
     EXPECT_TRUE(portsAreTaken());
 }
 
-TEST_F(ReconnectingTest, TellsWhatItDoesNotFind) {
+TEST_F(ReconnectingTest, LogsWhatItDoesNotFind) {
     startWithoutPorts({.menuItem = false});
     EXPECT_EQ(run(), "✗ \"Peripherals\" menu item not found (unexpected PT menu layout)");
     startWithoutPorts({.okButton = false});
@@ -97,7 +97,7 @@ TEST_F(ReconnectingTest, WaitsForADialogThatOpensLateAndNotForEver) {
     EXPECT_EQ(run(), "✗ The Peripherals dialog did not open");
 }
 
-TEST_F(ReconnectingTest, TellsAnOutcomeOnAnUnreliableScreenInTime) {
+TEST_F(ReconnectingTest, ReportsAnOutcomeOnAnUnreliableScreenInTime) {
     for (int seed = 1; seed <= 50; ++seed) {
         SimulatorOptions options;
         options.portsLost = true;

@@ -134,7 +134,7 @@ TEST_F(ScriptingTest, IsServedOnceTheHostIsReady) {
     EXPECT_EQ(list(), "done");
 }
 
-TEST_F(ScriptingTest, IsToldThatNoSessionIsOpen) {
+TEST_F(ScriptingTest, LearnsThatNoSessionIsOpen) {
     start();
     proTools->edit([](SimulatedSession& session) { session.close(); });
     EXPECT_THAT(list(), HasSubstr("\"command_error_type\":106"));
@@ -143,7 +143,7 @@ TEST_F(ScriptingTest, IsToldThatNoSessionIsOpen) {
     EXPECT_EQ(list(), "done");
 }
 
-TEST_F(ScriptingTest, TellsErrorsHoweverTheirTypeIsWritten) {
+TEST_F(ScriptingTest, ReportsErrorsHoweverTheirTypeIsWritten) {
     for (const auto& [spelling, type] :
          std::map<ErrorTypeSpelling, std::string>{{ErrorTypeSpelling::number, "107"},
                                                   {ErrorTypeSpelling::digits, "\"107\""},
@@ -173,7 +173,7 @@ TEST_F(ScriptingTest, WaitsForASlowCommand) {
     EXPECT_EQ(list(), "PTSL response timed out");
 }
 
-TEST_F(ScriptingTest, RegistersAnewAfterARestartOfTheService) {
+TEST_F(ScriptingTest, RegistersAgainAfterARestartOfTheService) {
     start();
     ASSERT_EQ(list(), "done");
     const std::uint64_t before = proTools->scripting().arrivals();

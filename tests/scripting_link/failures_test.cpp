@@ -67,7 +67,7 @@ TEST_F(ClientFailures, OfTransportAreTriedOnceMoreOverANewConnection) {
                 ElementsAre(registerCommand, trackListCommand, trackListCommand, trackListCommand));
 }
 
-TEST_F(ClientFailures, OfTransportAreToldWhenTheSecondAttemptFailsToo) {
+TEST_F(ClientFailures, OfTransportAreReportedWhenTheSecondAttemptFailsToo) {
     ASSERT_TRUE(client.trackList());
     streams.fail(SystemCall::receive, ECONNRESET, 1);
     scripted.answer = [](ScriptedService::Call& call) {
@@ -106,7 +106,7 @@ TEST_F(ClientFailures, AreMalformedResponsesTriedOnceMore) {
     EXPECT_EQ(textsOfTrackList(), malformed("gRPC body incomplete", "gRPC 本体が足りない"));
 }
 
-TEST_F(ClientFailures, OfTheWireAreToldInBothLanguages) {
+TEST_F(ClientFailures, OfTheWireAreReportedInBothLanguages) {
     answerWith([](std::uint32_t stream) { return rstStream(stream); });
     EXPECT_EQ(textsOfTrackList(), transport("stream was reset", "ストリームがリセットされた"));
     answerWith([](std::uint32_t) { return goaway(); });
@@ -137,7 +137,7 @@ struct FailingCommand {
     std::string japanese;
 };
 
-TEST_F(ClientFailures, OfEachSystemCallHealOnceAndAreToldWhenTheyStay) {
+TEST_F(ClientFailures, OfEachSystemCallHealOnceAndAreReportedWhenTheyStay) {
     const auto withNumber = [](SystemCall call, int error, const std::string& what) {
         const std::string number = " errno=" + std::to_string(error);
         return FailingCommand{call, error, what + " failed" + number, what + " 失敗" + number};

@@ -30,7 +30,7 @@ TEST(TextShape, NoSourceIsLongerThan500Lines) {
         EXPECT_LE(std::ranges::count(file.text, '\n'), 500) << file.path << " is more than one thing";
 }
 
-TEST(TextShape, EveryHeaderBeginsByTellingWhatItIs) {
+TEST(TextShape, EveryHeaderBeginsWithAComment) {
     for (const SourceFile& file : projectFiles({".h"}))
         EXPECT_TRUE(file.text.starts_with("// ")) << file.path;
 }

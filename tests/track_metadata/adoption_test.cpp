@@ -40,12 +40,12 @@ TEST_F(TrackAdoptionTest, KeepsTheShortNamesWhenNoListHasTheRightCount) {
     EXPECT_THAT(bench.lines, ElementsAre("Full names: count mismatch (11, 13 / HUI 12) → keeping 4-char names"));
 }
 
-TEST_F(JapaneseTrackAdoptionTest, TellsOfTheMismatchInJapanese) {
+TEST_F(JapaneseTrackAdoptionTest, LogsTheMismatchInJapanese) {
     bench.parts().adoption.adopt({listOf(4)}, "AX");
     EXPECT_THAT(bench.lines, ElementsAre("フルネーム: 件数不一致（4 / HUI 3）→ 4文字表示のまま"));
 }
 
-TEST_F(TrackAdoptionTest, TellsOfEveryMismatch) {
+TEST_F(TrackAdoptionTest, LogsEveryMismatch) {
     const std::string mismatch = "Full names: count mismatch (4, 4 / HUI 3) → keeping 4-char names";
     adoption.adopt({listOf(4), listOf(4)}, "PTSL");
     adoption.adopt({listOf(4), listOf(4)}, "PTSL");
@@ -65,7 +65,7 @@ TEST_F(TrackAdoptionTest, DoesNothingWithoutAMap) {
     EXPECT_THAT(bench.lines, IsEmpty());
 }
 
-TEST_F(TrackAdoptionTest, TellsOfNewNamesAndTheirSourceOnly) {
+TEST_F(TrackAdoptionTest, LogsNewNamesAndTheirSourceOnly) {
     adoption.adopt({listOf(3)}, "PTSL");
     EXPECT_THAT(bench.takeLines(), ElementsAre("✓ Got 3 track names (full names via PTSL)"));
     adoption.adopt({listOf(3)}, "AX");
@@ -76,7 +76,7 @@ TEST_F(TrackAdoptionTest, TellsOfNewNamesAndTheirSourceOnly) {
     EXPECT_THAT(bench.takeLines(), ElementsAre("✓ Got 3 track names (full names via AX)"));
 }
 
-TEST_F(JapaneseTrackAdoptionTest, TellsOfNewNamesInJapanese) {
+TEST_F(JapaneseTrackAdoptionTest, LogsNewNamesInJapanese) {
     bench.parts().adoption.adopt({listOf(3)}, "PTSL");
     EXPECT_THAT(bench.lines, ElementsAre("✓ トラック名を 3 件取得（フルネーム表示・PTSL）"));
 }

@@ -55,7 +55,7 @@ TEST_F(GroupMuteSoloTest, ReadsTheListAgainAfterwards) {
     EXPECT_EQ(service.requests.back().command, trackListCommand);
 }
 
-TEST_F(GroupMuteSoloTest, FailureIsToldOnceAndNothingElse) {
+TEST_F(GroupMuteSoloTest, FailureIsLoggedOnceAndNothingElse) {
     bench.streams.stopListening(31416);
     set({0, 1}, false, true);
     set({0, 1}, true, true);
@@ -74,7 +74,7 @@ TEST_F(GroupMuteSoloTest, NeverMovesTheSurfaces) {
 
 class JapaneseGroupMuteSoloTest : public JapaneseMetadataTest {};
 
-TEST_F(JapaneseGroupMuteSoloTest, IsToldInJapanese) {
+TEST_F(JapaneseGroupMuteSoloTest, IsLoggedInJapanese) {
     published.trackMapFull = {"Kick Drum", "Lead Vocals", "Backing Vocals"};
     bench.parts().groupSwitches.groupSetMuteSolo({0, 1}, false, true);
     bench.parts().groupSwitches.groupSetMuteSolo({2}, true, false);

@@ -51,7 +51,7 @@ TEST_F(InputMonitorTest, IsLeftAloneWhenProToolsHasNoTrackOfThatName) {
     EXPECT_THAT(bench.lines, IsEmpty());
 }
 
-TEST_F(InputMonitorTest, FailureIsToldLikeAnyOtherOfTheService) {
+TEST_F(InputMonitorTest, FailureIsLoggedLikeAnyOtherOfTheService) {
     refuse(inputMonitorCommand);
     toggle(0);
     EXPECT_THAT(

@@ -34,7 +34,7 @@ TEST_F(RefreshTest, CountsHiddenTracksWhenTheSurfacesDo) {
     EXPECT_THAT(published.trackMapFull, ElementsAre("A", "H", "B"));
 }
 
-TEST_F(RefreshTest, TellsOnceThatTheServiceIsNotThereAndOfEachRecovery) {
+TEST_F(RefreshTest, LogsTheLossOfTheServiceOnceAndEachRecovery) {
     bench.streams.stopListening(31416);
     refresh();
     refresh();
@@ -56,7 +56,7 @@ TEST_F(RefreshTest, TellsOnceThatTheServiceIsNotThereAndOfEachRecovery) {
     EXPECT_THAT(bench.takeLines(), ElementsAre(mismatch, connected));
 }
 
-TEST_F(JapaneseRefreshTest, TellsBothInJapanese) {
+TEST_F(JapaneseRefreshTest, LogsBothInJapanese) {
     refuse(trackListCommand);
     refresh();
     EXPECT_THAT(bench.takeLines(), ElementsAre("トラックの色: 取得できません（PTSL コマンド失敗: {\"errors\":[]}）→ "

@@ -35,7 +35,7 @@ TEST_F(ScreenNamesTest, AreTakenWhenTheServiceIsNotThere) {
     EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
 }
 
-TEST_F(JapaneseScreenNamesTest, AreToldInJapanese) {
+TEST_F(JapaneseScreenNamesTest, AreLoggedInJapanese) {
     windows.listTracks({"1。 ドラム", "ボーカル", "コーラス"});
     refuse(trackListCommand);
     refresh();
