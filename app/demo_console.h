@@ -1,5 +1,4 @@
-// What a person types at the demo: the receiver's reconnect action, and what the user of the simulated Pro Tools may
-// do.
+// Commands that a person types at the demo: "reconnect" for the receiver, and the commands of the simulated Pro Tools.
 #pragma once
 
 #include "simulator/simulated_pro_tools.h"
@@ -9,7 +8,7 @@
 
 namespace lumbrine {
 
-// Main thread only. The simulated Pro Tools outlives it.
+// Main thread only. The simulated Pro Tools must outlive it.
 class DemoConsole {
 public:
     // Prints from now on what is pressed on Pro Tools' screen.
@@ -25,7 +24,7 @@ private:
     const std::function<void(const std::string&)> print;
 };
 
-// The demo's own commands with what they do, a line for each; "help" lists the others too.
+// The help for the demo's own commands, one per line. The command "help" also lists those of the simulated Pro Tools.
 std::string demoCommandHelp();
 
 } // namespace lumbrine

@@ -1,5 +1,5 @@
-// lumbrine-demo: the receiver and the simulated Pro Tools in one process, connected in memory. It needs no MIDI on the
-// computer, and a client talks to it as to the real thing.
+// lumbrine-demo: the receiver and the simulated Pro Tools in one process, connected in memory. It needs no MIDI system
+// on the computer. Clients connect to it over the network as to any receiver.
 #include "app/demo_console.h"
 #include "app/demo_tour.h"
 #include "app/receiver_ending.h"
@@ -39,9 +39,9 @@ struct DemoArguments {
     std::uint16_t scriptingPort = 31416;
 };
 
-constexpr int tracksOfTour = 40; // more than two surfaces show
+constexpr int tracksOfTour = 40; // more than the 16 strips, so that the tour can move the bank
 
-// What the tour prints: each line with the seconds since the beginning.
+// Prints the tour's lines, each with the seconds since the start.
 class TourPage {
 public:
     explicit TourPage(const Runtime& rt) : runtime(rt), begin(rt.now()) {}
@@ -57,7 +57,8 @@ private:
     const TimePoint begin;
 };
 
-// The tour's receiver takes a free port and keeps to itself, so that it disturbs no receiver on this computer.
+// The tour's receiver takes a free port (QV_PORT) and does not announce itself (QV_NO_BONJOUR), so that it does not
+// disturb another receiver on this computer or network.
 class TourSystemInfo final : public SystemInfo {
 public:
     TourSystemInfo(const SystemInfo& realSystem, std::uint16_t freePort) : real(realSystem), port(freePort) {}
@@ -88,7 +89,7 @@ bool isReady(const std::shared_ptr<ReceiverModel>& model) {
     return model && model->published().bankOffset >= 0 && !model->published().calibrating;
 }
 
-// The tour takes a free port, as it does for its clients.
+// During the tour the scripting service also takes a free port; otherwise the port from the command line.
 std::unique_ptr<OfferedScripting> offerScripting(Runtime& runtime, StreamRelays& relays, SimulatedProTools& proTools,
                                                  const DemoArguments& arguments) {
     if (!arguments.scripting) return nullptr;
@@ -153,8 +154,8 @@ int run(const DemoArguments& arguments) {
                       "   (Ctrl-C ends)");
             printLine(arguments.portsLost ? "Pro Tools does not use the MIDI ports; type: reconnect"
                                           : "What Pro Tools' user may do can be typed here; help lists it");
-            // In the background of a shell the typed lines are the shell's: reading them then fails, instead of
-            // stopping the program.
+            // A background job of a shell gets SIGTTIN, which stops it, when it reads from the terminal. If the signal
+            // is ignored, the read fails instead and the demo goes on.
             std::signal(SIGTTIN, SIG_IGN);
             input.emplace(STDIN_FILENO, [&](std::string line) {
                 loop.post([&, typed = std::move(line)] {

@@ -37,14 +37,15 @@ std::string namesShown(const remote::SessionPicture& picture) {
     return names;
 }
 
-// The receiver loses the position for the moment in which it reads an automation mode from a display.
+// While the receiver reads an automation mode from a display, the names of the strips are hidden and the bank position
+// is unknown. A seek in that moment would be ignored, so the step waits.
 template <typename Function>
 void whenPositionIsKnown(DemoStage& stage, const Function& act) {
     if (stage.picture(phoneA).bankOffset) return act();
     stage.after(seconds(0.02), [&stage, act] { whenPositionIsKnown(stage, act); });
 }
 
-// Again when nothing has come of it: the position may have been lost just then.
+// Repeats the seek until it works: the position may have become unknown just before it, and then it is ignored.
 void askForTrack(DemoStage& stage, int track, const std::shared_ptr<const bool>& arrived) {
     if (*arrived) return;
     stage.phone(phoneA).send(remote::seekBankCommand(memberOf(track)));
@@ -114,7 +115,7 @@ void Programme::fader(std::size_t phone, int strip, double value) {
 
 void Programme::press(int strip, const std::string& what, Bytes (*command)(Strip), int port,
                       std::function<std::string(const StripPicture&)> shown) {
-    const auto before = std::make_shared<std::string>(); // the light, told when the step begins
+    const auto before = std::make_shared<std::string>(); // the state of the light when the step begins
     const auto now = [&stage = stage, strip, shown = std::move(shown)] { return shown(stage.shownTo(phoneA, strip)); };
     steps.push_back({phoneA, "presses " + what + " " + std::to_string(strip),
                      [&stage = stage, before, now, command, strip] {
@@ -164,7 +165,8 @@ void Programme::automation(int strip, remote::AutoModeKey key, AutoMode mode, Si
                      false});
 }
 
-// Nobody tells a phone that it has arrived: the position comes before Pro Tools has moved, the names come after.
+// No message says that a seek has ended: the new position is sent before Pro Tools has moved, and the names after it.
+// So the step compares them with what the simulated Pro Tools shows.
 void Programme::seek(int track) {
     const auto arrived = std::make_shared<bool>(false);
     steps.push_back({phoneA, "goes to track " + std::to_string(track),
@@ -184,7 +186,8 @@ void Programme::seek(int track) {
                      false, patienceWithBanks});
 }
 
-// While the receiver walks over the session it sends rows of what it passes, but no fader of a strip.
+// While the receiver walks over the session it sends rows of the tracks that it passes, but no message about a strip's
+// fader. The first such message shows that the walk is over.
 void Programme::groupFaders(const std::vector<int>& tracks, double value) {
     std::string numbers;
     std::vector<std::pair<remote::Member, FaderValue>> entries;
@@ -192,7 +195,7 @@ void Programme::groupFaders(const std::vector<int>& tracks, double value) {
         numbers += (numbers.empty() ? "" : ", ") + std::to_string(track);
         entries.emplace_back(memberOf(track), FaderValue::ofUnit(value));
     }
-    const auto asked = std::make_shared<std::optional<int>>(); // how many faders had been heard of by then
+    const auto asked = std::make_shared<std::optional<int>>(); // fadersHeard when the command was sent
     steps.push_back({phoneA, "moves the faders of tracks " + numbers + ", which no strip shows, to " + fixed(value, 2),
                      [&stage = stage, asked, command = remote::groupFadersCommand(entries)] {
                          whenPositionIsKnown(stage, [&stage, asked, command] {

@@ -1,4 +1,4 @@
-// What is played in the demo's tour.
+// The steps of the demo's tour.
 #pragma once
 
 #include "app/demo_stage.h"
@@ -8,17 +8,18 @@
 
 namespace lumbrine {
 
-// One thing that a phone does, and the answer that it has to get.
+// One action of a phone, and the answer that it must get.
 struct DemoStep {
-    std::size_t phone; // who acts and hears the answer
-    std::string says;
+    std::size_t phone; // sends the action and receives the answer
+    std::string says;  // the action in words
     std::function<void()> act;
-    std::function<std::optional<std::string>()> answer; // looked at after each message; what came back, in words
-    bool isRoundTrip = true;                            // else it takes presses and waits, and seconds
-    Duration patience = seconds(4);
+    // Called after each message to the phone. Returns the answer in words; empty while it has not come yet.
+    std::function<std::optional<std::string>()> answer;
+    bool isRoundTrip = true; // one command and one answer; otherwise several presses with waits, which take seconds
+    Duration patience = seconds(4); // the tour fails if the answer takes longer
 };
 
-// The steps in their order. The stage outlives them.
+// The steps in order. The stage must outlive them.
 std::vector<DemoStep> demoProgramme(DemoStage& stage);
 
 } // namespace lumbrine

@@ -1,5 +1,5 @@
-// Who is on stage in the demo's tour: two clients of the receiver, and the simulated Pro Tools behind it. What they do
-// and what it shows, in words. Main thread only.
+// The participants of the demo's tour: two clients of the receiver ("phones"), and the simulated Pro Tools. Offers what
+// the steps of the tour do with them, and prints what happened. Main thread only.
 #pragma once
 
 #include "platform/api/datagram_sockets.h"
@@ -27,13 +27,13 @@ public:
         DatagramSockets& sockets;
         SimulatedProTools& proTools;
         std::uint16_t receiverPort;
-        std::function<bool()> receiverIsReady; // it knows the session and leaves the banks alone
+        std::function<bool()> receiverIsReady; // true once the session is scanned: clients may move the bank
         std::function<void(const std::string& line)> print;
     };
 
     explicit DemoStage(Given what);
 
-    // ---- The phones. People count strips and tracks from 1.
+    // ---- The phones. Strip and track numbers count from 1, as on the screen; the protocol counts from 0.
 
     remote::RemoteClient& phone(std::size_t which) { return *phones[which]; }
     const remote::SessionPicture& picture(std::size_t which) const { return phones[which]->picture(); }
@@ -41,32 +41,33 @@ public:
 
     void connect(std::size_t which) { phones[which]->connect("127.0.0.1", given.receiverPort); }
 
-    // The fader of a session track, as phone A has been told.
+    // The fader of a session track, from the latest row that phone A received; absent without such a row.
     std::optional<FaderValue> rowFader(int track) const;
 
-    int fadersHeard = 0; // messages about a strip's fader
+    int fadersHeard = 0; // the number of messages about strips' faders that the phones received
 
-    // Touches the fader, moves it there in a quarter of a second, and lets go.
+    // Touches the fader, moves it to `value` (0-1) within a quarter of a second, and releases it. Returns at once.
     void sweep(std::size_t which, int strip, double value);
 
-    // When the phone did what it now waits to hear of.
+    // The time of the action whose answer the tour is waiting for; response times are measured from here.
     TimePoint actedAt = distantPast;
     void noteAct() { actedAt = given.runtime.now(); }
 
     // ---- The simulated Pro Tools
 
     SimulatorSnapshot::Strip hostStrip(int strip) const;
-    SimulatedTrack track(int number) const; // of those that are not hidden
+    SimulatedTrack track(int number) const; // hidden tracks do not count
     std::string trackOn(int strip) const;   // its name in quotation marks
     int firstShownTrack() const { return given.proTools.snapshot().offset + 1; }
     int trackCount() const { return given.proTools.snapshot().shownTracks; }
 
     bool receiverIsReady() const { return given.receiverIsReady(); }
 
-    void tell(std::size_t which, const std::string& what) const; // of a phone: "→ ..." or "← ..."
+    // Print a line about a phone, "→ ..." for what it sent and "← ..." for what it received; or about Pro Tools.
+    void tell(std::size_t which, const std::string& what) const;
     void tellOfProTools(const std::string& what) const;
 
-    // Later, unless the stage has gone.
+    // Runs `act` after `delay`, unless the stage has been destroyed by then.
     template <typename Function>
     void after(Duration delay, Function act) {
         given.runtime.postMainAfter(delay, [stage = std::weak_ptr(life), act = std::move(act)]() mutable {
@@ -83,10 +84,10 @@ private:
     std::shared_ptr<const int> life = std::make_shared<int>(0);
 };
 
-// The strip that people call by that number, 1-16.
+// The strip with that number, 1-16.
 Strip stripNumber(int number);
 
-// "0.72"
+// The number with that many decimals, for example "0.72".
 std::string fixed(double value, int decimals);
 
 } // namespace lumbrine

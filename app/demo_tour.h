@@ -1,6 +1,6 @@
-// A tour of the receiver with nobody at the keys: two clients touch, move, press, go to other tracks, are refused and
-// take over, and the tour tells what was sent, what the simulated Pro Tools did, what came back, and how long that
-// took.
+// A tour of the receiver that needs no keyboard. Two clients touch and move faders, press buttons, seek to other
+// tracks, are refused and take over control. For each step the tour prints what was sent, what the simulated Pro Tools
+// did, what came back, and how long that took.
 #pragma once
 
 #include "app/demo_programme.h"
@@ -16,7 +16,7 @@ public:
     // `whenDone` is called once, at the end.
     DemoTour(DemoStage::Given given, std::function<void(bool succeeded)> whenDone);
 
-    // Main thread; returns at once.
+    // Call it on the main thread. Returns at once; the tour goes on in jobs of the main queue.
     void start() { begin(); }
 
 private:

@@ -1,5 +1,4 @@
-// lumbrine-demo-window: the receiver with its window, beside the simulated Pro Tools in the same process, connected in
-// memory.
+// lumbrine-demo-window: the receiver with its window and the simulated Pro Tools in one process, connected in memory.
 #include "app/qt/desktop_run.h"
 #include "model/receiver_model.h"
 #include "platform/linux/avahi_advertiser.h"
@@ -29,7 +28,7 @@ struct DemoArguments {
     bool portsLost = false;
 };
 
-// Nothing is to be launched at login: the switch stays off and says why.
+// The demo is not to be started at login: the switch in the window stays off and shows the reason.
 class NoLoginService final : public LoginService {
 public:
     bool isEnabled() override { return false; }

@@ -21,7 +21,7 @@ int run(const RemoteArguments& arguments) {
     PosixDatagramSockets sockets;
     AvahiBrowser browser;
     int status = 0;
-    std::vector<std::string> complaints; // told once the terminal is ours no more
+    std::vector<std::string> complaints; // printed after the full-screen display has been left
     {
         std::unique_ptr<CursesTerminal> terminal;
         if (!arguments.plain()) terminal = std::make_unique<CursesTerminal>();

@@ -61,7 +61,8 @@ const Names<DumpPart> dumpParts{{"ping", DumpPart::ping},        {"displays", Du
                                 {"strips", DumpPart::stripLEDs}, {"globals", DumpPart::globalLEDs},
                                 {"counter", DumpPart::counter}};
 
-// Reads the options of one group into a SimulatorOptions.
+// Declares command-line options that write their values into a SimulatorOptions. `group` names the heading in the help
+// for the options that follow.
 class Reader {
 public:
     Reader(CLI::App& parser, SimulatorOptions& chosen) : app(parser), options(chosen) {}
@@ -285,7 +286,7 @@ readSimulatorArguments(std::span<const char* const> arguments) {
     declareFaults(reader, read.options);
 
     try {
-        // The parser takes its words from the back.
+        // CLI11 expects the words in reverse order.
         std::vector<std::string> words(arguments.begin(), arguments.end());
         std::ranges::reverse(words);
         app.parse(words);

@@ -13,19 +13,20 @@ namespace lumbrine {
 struct SimulatorArguments {
     int tracks = 24; // 0-1000
     SessionStyle style;
-    bool scripting = true;               // the scripting service is offered
-    std::uint16_t scriptingPort = 31416; // 0 for any that is free
+    bool scripting = true;               // whether to start the scripting service
+    std::uint16_t scriptingPort = 31416; // TCP port; 0: any free port
     SimulatorOptions options;
 };
 
-// What a command line that asks for something else, or is wrong, has the program print, and the exit status.
+// What the program prints instead of starting, and its exit status, if the command line asks for help or the version,
+// or is wrong.
 struct SimulatorArgumentsAnswer {
-    std::string output; // for standard output: help or version
-    std::string error;  // for standard error
-    int status;         // 0, or 2 for a command line that is not understood
+    std::string output; // to standard output: help or version
+    std::string error;  // to standard error
+    int status;         // 0, or 2 for a wrong command line
 };
 
-// `arguments` are those behind the program's name.
+// `arguments` are those after the program's name.
 std::expected<SimulatorArguments, SimulatorArgumentsAnswer>
 readSimulatorArguments(std::span<const char* const> arguments);
 

@@ -1,4 +1,4 @@
-// lumbrine-simulator: the simulated Pro Tools on this computer's MIDI ports and a TCP port of its own.
+// lumbrine-simulator: the simulated Pro Tools as a program, with MIDI ports and a TCP port for its scripting service.
 #include "app/simulator_arguments.h"
 #include "app/simulator_shell.h"
 #include "platform/linux/midi_backend.h"

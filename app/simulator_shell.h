@@ -1,4 +1,4 @@
-// What lumbrine-simulator prints and what it does with the lines that a person types.
+// The input and output of lumbrine-simulator: prints the status, and runs the commands that a person types.
 #pragma once
 
 #include "simulator/simulated_pro_tools.h"
@@ -9,21 +9,22 @@
 
 namespace lumbrine {
 
-// On a terminal the status stays in the last line and is written over; elsewhere each change of it is a line of its
-// own. One thread.
+// On a terminal the last line always shows the status and is overwritten; elsewhere each change of the status is
+// printed as a new line. Use it from one thread only.
 class SimulatorShell {
 public:
     // `print` gets text as it is to appear. The simulated Pro Tools outlives the shell.
     SimulatorShell(SimulatedProTools& simulated, bool onTerminal, std::function<void(std::string_view)> printer);
 
-    // How often `tick` is to be called: once a second on a terminal, else often enough to miss little.
+    // How often `tick` must be called: once a second on a terminal; elsewhere every 0.1 s, so that a log has most
+    // changes.
     Duration tickInterval() const { return terminal ? seconds(1) : seconds(0.1); }
     void tick();
 
-    // False when the person wants to leave.
+    // Runs one typed command. False if it was the command to quit.
     bool handle(std::string_view line);
 
-    // Leaves the terminal with the cursor on a fresh line.
+    // Moves the terminal's cursor to a new line, for the shell's prompt.
     void end();
 
 private:
@@ -32,7 +33,7 @@ private:
     SimulatedProTools& proTools;
     const bool terminal;
     const std::function<void(std::string_view)> print;
-    std::string shown; // the status as it stands
+    std::string shown; // the status that was printed last
 };
 
 } // namespace lumbrine

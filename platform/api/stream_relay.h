@@ -1,5 +1,5 @@
-// A relay of TCP connections on this computer: it stands between clients and a service, and what passes by may be
-// looked at, changed and cut off.
+// A relay of TCP connections on this computer, between clients and a service. It can read, change and cut off what they
+// send.
 #pragma once
 
 #include "base/bytes.h"
@@ -13,14 +13,15 @@
 
 namespace lumbrine {
 
-// What becomes of the bytes of one connection. All calls come from the relay's own thread.
+// Decides what happens to the bytes of one connection. All calls come from the relay's own thread.
 class RelayedConnection {
 public:
     enum class End {
         none,
-        finish, // the connection ends in order once the bytes are sent
-        die,    // the relay breaks all its connections and takes none until its down time is over
+        finish, // the connection is closed once the bytes are sent
+        die,    // the relay resets all its connections and accepts none until its down time is over
     };
+    // What to send in place of the received bytes, and what to do with the connection afterwards.
     struct Passed {
         Bytes toClient = {};
         Bytes toService = {};
@@ -33,12 +34,13 @@ public:
 };
 
 struct RelaySetup {
-    std::uint16_t port = 0;    // where clients come, on 127.0.0.1; 0 takes one that is free
-    std::uint16_t service = 0; // where the service is, on 127.0.0.1
+    std::uint16_t port = 0;    // clients connect to this port on 127.0.0.1; 0: any free port
+    std::uint16_t service = 0; // the service's port on 127.0.0.1
     Duration downTime = Duration::zero();
-    std::size_t bytesAtOnce = 0; // clients get pieces of at most this size; 0 for as they come
+    std::size_t bytesAtOnce = 0; // the most bytes sent to a client in one call; 0: no limit
+    // Called for each new connection, on the relay's own thread.
     std::function<std::unique_ptr<RelayedConnection>()> connected = {};
-    std::function<void()> died = {}; // on the relay's own thread
+    std::function<void()> died = {}; // called after End::die, on the relay's own thread
 };
 
 // Works until it is destroyed; then all its connections break.
@@ -46,7 +48,7 @@ class StreamRelay {
 public:
     virtual ~StreamRelay() = default;
 
-    // Absent when the port is taken; then nothing is relayed.
+    // The port that clients connect to. Absent if it was taken; then nothing is relayed.
     virtual std::optional<std::uint16_t> port() const = 0;
 };
 

@@ -21,9 +21,10 @@ using Clock = std::chrono::steady_clock;
 using End = RelayedConnection::End;
 
 constexpr std::size_t readSize = 16'384;
-constexpr std::size_t mostWaiting = 1'048'576; // bytes that one side may be ahead of the other
+// A side is not read while this many bytes wait for the other one, so that a stalled peer cannot fill the memory.
+constexpr std::size_t mostWaiting = 1'048'576;
 
-// One end of a connection, and what is still to be sent to it.
+// One end of a connection, and the bytes still to be sent to it.
 class Side {
 public:
     Side(StreamDescriptor socket, std::size_t bytesAtOnce) : descriptor(std::move(socket)), piece(bytesAtOnce) {}
@@ -32,7 +33,7 @@ public:
     std::size_t waiting() const { return queue.size() - sent; }
     void add(const Bytes& bytes) { queue.insert(queue.end(), bytes.begin(), bytes.end()); }
 
-    // False when the other side has gone.
+    // Sends as much as the socket takes now. False if the connection is broken.
     bool flush() {
         while (waiting() > 0) {
             const ByteView rest = ByteView(queue).subspan(sent);
@@ -56,7 +57,7 @@ struct Connection {
     Side client;
     Side service;
     std::unique_ptr<RelayedConnection> passage;
-    bool finishing = false; // nothing is read any more
+    bool finishing = false; // ends once all is sent to the client; nothing more is read
     bool over = false;
 };
 
@@ -93,7 +94,7 @@ private:
         connections.clear();
     }
 
-    // The wake pipe, the listener, then client and service of each connection in their order.
+    // For poll: the wake pipe, the listener, then client and service of each connection, in the list's order.
     std::vector<pollfd> whatToWaitFor() const {
         std::vector<pollfd> waited{{wakePipe[0], POLLIN, 0}, {listener.number(), POLLIN, 0}};
         for (const Connection& connection : connections) {
@@ -106,7 +107,8 @@ private:
     static pollfd waitingFor(const Connection& connection, const Side& side, const Side& other) {
         const bool reads = !connection.finishing && other.waiting() < mostWaiting;
         const int events = (reads ? POLLIN : 0) | (side.waiting() > 0 ? POLLOUT : 0);
-        // Without anything to wait for, a peer that has gone would be told again and again.
+        // If there is nothing to wait for, the descriptor is -1, which poll ignores. Otherwise poll would report the
+        // hang-up of a closed peer (POLLHUP needs no request) again and again, and the loop would spin.
         return {events == 0 ? -1 : side.socket().number(), static_cast<short>(events), 0};
     }
 
@@ -168,7 +170,7 @@ private:
         setup.died();
     }
 
-    // Tries again a little later while somebody else has the port.
+    // Listens again once the down time is over. If another program has taken the port, retries every 50 ms.
     void comeBack() {
         constexpr std::chrono::milliseconds pause{50};
         if (listener.isOpen() || Clock::now() < backAt) return;
@@ -178,7 +180,7 @@ private:
 
     const RelaySetup setup;
     std::optional<std::uint16_t> boundPort;
-    std::array<int, 2> wakePipe{-1, -1}; // closing its writing end ends the thread
+    std::array<int, 2> wakePipe{-1, -1}; // the thread ends when the write end is closed
     StreamDescriptor listener;           // closed while the relay is down
     Clock::time_point backAt;
     std::list<Connection> connections;
