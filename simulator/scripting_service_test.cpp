@@ -185,7 +185,7 @@ TEST_F(ScriptingServiceTest, RefusesASetterOfAnotherForm) {
 TEST_F(ScriptingServiceTest, SupportsNoOtherCommand) {
     for (const int command : {0, 1, 2, 4, 71, 84, 87, 89, 91, 133, -1})
         EXPECT_EQ(errorOf(tell(command)), 133) << command;
-    EXPECT_EQ(errorOf(ask(2)), 133); // whoever asks
+    EXPECT_EQ(errorOf(ask(2)), 133); // also without a registered session
 }
 
 TEST_F(ScriptingServiceTest, HasNothingToSayWithoutAnOpenSession) {

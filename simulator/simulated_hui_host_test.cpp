@@ -56,7 +56,7 @@ TEST(SimulatedHUIHost, GivesASurfaceUpWhenAPingStaysOpenForTheTimeOut) {
     EXPECT_THAT(bench.take(), ElementsAre(ping)); // goes on asking
     bench.receive(0, reply);
     EXPECT_TRUE(bench.host.port(0).answering());
-    EXPECT_THAT(bench.take(), Contains(display(0, "T01 "))); // and shows everything anew
+    EXPECT_THAT(bench.take(), Contains(display(0, "T01 "))); // and sends the whole state again
 }
 
 TEST(SimulatedHUIHost, KeepsASurfaceThatAnswers) {

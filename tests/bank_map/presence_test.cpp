@@ -99,7 +99,7 @@ TEST_F(LostPingsTest, PutOffTheScanOfASessionWithoutAMap) {
     bench.setTrackMap({}, -1);
     bench.state().bank.lastAutoCalibrationAt = world.runtime.now(); // none is due for 10 s
     bench.run(8s);
-    losePings(); // the pings run anew from 10.1 s on
+    losePings(); // the pings come again from 10.1 s on
     bench.run(2s);
     EXPECT_FALSE(bench.model->published().calibrating); // at 12.0 s
     bench.run(300ms);
@@ -155,7 +155,8 @@ TEST(TwoSurfaces, ThatFlapLeaveTheMapAndATruePosition) {
     EXPECT_EQ(studio.logged("✓ Second surface connected → 16-ch window"), lost + 1);
 }
 
-// A scan during which the window changes its width joins what does not belong together; it may be asked for anew.
+// A scan during which the window changes its width joins names of different windows. The client may ask for another
+// scan.
 TEST(TwoSurfaces, ThatFlapDuringAScanNeedAnotherOne) {
     Studio studio(numberedTracks(40), {.surfaces = 2});
     flap(studio);

@@ -15,7 +15,8 @@ class Calm {
 public:
     explicit Calm(World& simulatedWorld) : world(simulatedWorld) {}
 
-    // Lets time pass until everything is right, then tries a fader both ways and has the phone's picture made anew.
+    // Lets time pass until the state is right again, then moves a fader from both sides and has the phone ask for the
+    // whole state.
     Recovery run();
 
 private:

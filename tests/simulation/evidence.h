@@ -35,7 +35,7 @@ struct Ending {
 struct Evidence {
     TimePoint begun;                                      // the ticks count from here
     std::vector<ReceivedDatagram> datagrams;              // as the receiver got them
-    SentDatagrams sent;                                   // by the receiver, but for the meters
+    SentDatagrams sent;                                   // by the receiver, without meters
     std::vector<std::vector<ReceivedPacket>> surfaces;    // as the host got them
     std::vector<ScriptingSetter> setters;                 // as the scripting service got them
     std::vector<std::pair<TimePoint, std::string>> lines; // of the log

@@ -1,5 +1,5 @@
-// Somebody on the network who answers as a receiver does, whoever talks to it: what another receiver would be that does
-// not know one when it sees one.
+// A program on the network that answers every datagram as a receiver would, even one from a receiver: a receiver that
+// does not recognise others of its kind.
 #pragma once
 
 #include "platform/virtual/virtual_network.h"

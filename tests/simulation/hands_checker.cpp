@@ -205,7 +205,7 @@ private:
     }
 
     const HandsEvidence& evidence;
-    std::vector<TimePoint> heard; // datagrams of this version, of whoever was in control
+    std::vector<TimePoint> heard; // times of the datagrams with our protocol version from the client in control
     std::vector<TimePoint> bankPresses;
     std::map<Key, Hold> holds;
 };

@@ -22,7 +22,7 @@ struct Hardships {
     bool phonesMove = false;        // to another address, with a fader in hand
     bool socketIsFull = false;      // so that nothing can be sent for a while
     bool secondReceiver = false;    // on the network, with datagrams forged between the two
-    bool falseReceiver = false;     // that answers as a receiver does, whoever talks to it
+    bool falseReceiver = false;     // on the network: answers every sender as a receiver would
 
     TimerOrder timerOrder = TimerOrder::whenDue; // of the main thread that is late
 

@@ -80,7 +80,7 @@ class JobWatch {
 public:
     JobWatch(Runtime& rt, const ReceiverState& receiverState, const SimulatedProTools& host);
 
-    // Whoever comes by calls this; it also looks by itself every 50 ms.
+    // Looks now. The watch also looks by itself every 50 ms; others call this where more may have changed.
     void look();
 
     void note(const std::string& line); // of the log

@@ -1,5 +1,5 @@
-// What the receiver does not keep yet: checkers and troubles switched off, each by its name, with what it finds.
-// Whoever mends the receiver takes the entry out. `simulation_tests --with NAME` switches one on, `--with all` all.
+// Checkers and troubles that are switched off because the receiver does not pass them yet, by name, with what they
+// find. Remove an entry once the receiver is mended. `simulation_tests --with NAME` switches one on, `--with all` all.
 #pragma once
 
 #include <array>

@@ -49,7 +49,7 @@ Acceptance acceptedOf(const std::vector<ReceivedDatagram>& received, ReceiverDat
         if (ofReceivers == ReceiverDatagrams::ignored && isOfReceiver(datagram)) continue;
         const std::optional<std::string> before = oracle.owner();
         if (!oracle.accept(datagram)) continue;
-        // An owner that comes back after it was given up appears anew, even if nobody came between.
+        // An owner that returns after it had timed out counts as a new one, even if there was no other in between.
         const bool back = !result.accepted.empty() && datagram.at - result.accepted.back().at >= seconds(6);
         if (before != oracle.owner() || back)
             result.changes.push_back({datagram.at, before, *oracle.owner(), oracle.number()});

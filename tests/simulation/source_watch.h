@@ -24,7 +24,7 @@ class SourceWatch {
 public:
     SourceWatch(Runtime& rt, const ReceiverState& receiverState);
 
-    // Whoever comes by calls this; it also looks by itself every 0.2 s.
+    // Looks now. The watch also looks by itself every 0.2 s; others call this where more may have changed.
     void look();
 
     std::vector<ToldTracks> take() { return std::move(told); }

@@ -99,7 +99,7 @@ TEST_F(SourcesTest, TheLogTellsOfTheFirstLossOfTheServiceAndOfEachReturn) {
         EXPECT_EQ(timesLogged(back), ++returns);
     }
 
-    // A session that is no longer known is made anew, and that is no loss.
+    // If the service no longer knows the session, the receiver registers again. That does not count as a loss.
     world.proTools->scripting().restart();
     world.runtime.runFor(seconds(10));
     EXPECT_TRUE(world.state().scripting.ptslOK);

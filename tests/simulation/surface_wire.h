@@ -23,7 +23,7 @@ struct WireAction {
     int port = 0;   // of an edge
     int value = 0;  // fader 0-16383; edge 0 or 1; V-Pot byte
 
-    // Equal but for the time.
+    // Whether all fields except the time are equal.
     bool sameAs(const WireAction& other) const;
     std::string text() const;
 };

@@ -64,7 +64,7 @@ Duration Trouble::absence() {
 }
 
 void Trouble::silence(int surface, Duration duration) {
-    // Its host may give the surface up meanwhile, and pings it anew at its next second.
+    // Meanwhile the host may give the surface up. It pings the surface again at its next full second.
     disturb(duration + seconds(3));
     world.proTools->silence(surface, duration);
 }

@@ -1,4 +1,4 @@
-// Reading the track list: when, what comes of it, and what the log tells.
+// Reading the track list: when it is read, what the receiver does with it, and what it logs.
 #include "model/testing/banking_host.h"
 #include "ptsl/testing/service_frames.h"
 #include "tests/track_metadata/metadata_test.h"
