@@ -7,6 +7,7 @@ namespace lumbrine {
 
 namespace {
 
+// The status icon is pale while Pro Tools is not connected.
 constexpr double linkedOpacity = 1.0;
 constexpr double unlinkedOpacity = 0.45;
 
@@ -116,6 +117,7 @@ std::vector<StripView> stripViews(const PublishedState& published, const Bilingu
 
 } // namespace
 
+// The names of Apple's SF Symbols, for the Mac application. The Qt window draws its own icons.
 std::string_view symbolName(Symbol symbol) {
     switch (symbol) {
     case Symbol::sliders:

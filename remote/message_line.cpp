@@ -64,6 +64,7 @@ std::string entriesOf(const List& list, int firstNumber, TextOf textOfEntry) {
     return line;
 }
 
+// Names on the strips are padded with blanks to four characters, which a line does not need.
 std::string withoutBlanksBehind(const std::string& text) {
     return text.substr(0, text.find_last_not_of(' ') + 1);
 }
@@ -146,6 +147,7 @@ std::string_view nameOf(LinkState state) {
     return {};
 }
 
+// 1-5 are the modes of a track; 9-12 are the same with trim (8 added).
 std::string_view autoModeName(AutoMode mode) {
     switch (mode) {
     case 1:

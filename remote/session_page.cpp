@@ -17,7 +17,7 @@ struct PageColumns {
     static constexpr int number = 6;
     static constexpr int numberWidth = 5;
     static constexpr int name = 12;
-    static constexpr int wide = 110;
+    static constexpr int wide = 110; // columns of the terminal from which a page counts as wide
 
     explicit PageColumns(int pageWidth)
         : nameWidth(pageWidth >= wide ? 32 : 20), faderBar(name + nameWidth + 1), barWidth(pageWidth >= wide ? 21 : 0),

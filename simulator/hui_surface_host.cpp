@@ -32,6 +32,7 @@ HUISurfaceHost::HUISurfaceHost(SimulatorOptions simulatorOptions, std::uint64_t 
     : options(std::move(simulatorOptions)), writer(options), chance(seed) {}
 
 bool HUISurfaceHost::advance(TimePoint now, bool pinging) {
+    // A host that does not ping cannot expect replies, so the time-out stops, too.
     if (!pinging) {
         nextPing.reset();
         openSince.reset();
@@ -78,6 +79,7 @@ void HUISurfaceHost::pingNow(TimePoint now) {
 }
 
 void HUISurfaceHost::sendPing(TimePoint now) {
+    // The time-out runs from the first ping without a reply, however many follow it.
     if (!openSince) openSince = now;
     if (cutOff) return;
     writer.ping();
@@ -91,6 +93,7 @@ bool HUISurfaceHost::replied() {
 
 void HUISurfaceHost::show(const SurfacePicture& picture) {
     if (!answers || cutOff) return;
+    // Part by part in the chosen order; each part sends only what differs from what the surface shows.
     for (const DumpPart part : options.dumpOrder)
         send(part, picture);
 }
@@ -135,6 +138,7 @@ void HUISurfaceHost::sendDisplays(const SurfacePicture& picture) {
 
 void HUISurfaceHost::sendFaders(const SurfacePicture& picture) {
     for (std::size_t i = 0; i < shownFaders.size(); ++i) {
+        // With the option FaderEcho::afterRelease, a touched fader gets its position only after the release.
         if (picture.withheldFaders[i] || shownFaders[i] == picture.faders[i]) continue;
         shownFaders[i] = picture.faders[i];
         writer.fader(static_cast<int>(i), FaderValue::ofRaw(picture.faders[i]));
@@ -202,6 +206,7 @@ void HUISurfaceHost::showMeters(const Meters& meters) {
     for (std::size_t strip = 0; strip < meters.size(); ++strip)
         for (std::size_t side = 0; side < 2; ++side) {
             const int level = meters[strip][side];
+            // A level of 0 is sent once; any other is repeated at each meter period, even unchanged.
             if (level != 0 || shownMeters[strip][side] != 0)
                 writer.meter(static_cast<int>(strip), static_cast<int>(side), level);
         }

@@ -12,6 +12,7 @@ namespace lumbrine {
 
 namespace {
 
+// The numbers of the commands in the protocol.
 enum Command : std::int32_t {
     trackListCommand = 3,
     hostReadyCheckCommand = 13,
@@ -26,7 +27,7 @@ enum Command : std::int32_t {
 constexpr std::array served{trackListCommand, hostReadyCheckCommand, sessionNameCommand,     registerCommand,
                             setMuteCommand,   setSoloCommand,        setRecordEnableCommand, setInputMonitorCommand};
 
-constexpr std::int32_t done = 100;
+constexpr std::int32_t done = 100; // per cent
 
 std::unexpected<ScriptingFailure> failure(ScriptingError error, std::string message) {
     return std::unexpected(ScriptingFailure{error, std::move(message)});
@@ -101,9 +102,12 @@ ScriptingReply ScriptingService::inProgress(const ScriptingRequest& request) con
 
 ScriptingService::Result ScriptingService::run(const ScriptingRequest& request, std::string_view connection,
                                                TimePoint now) {
+    // The order of these checks decides which error a request with several faults gets: version, readiness, load,
+    // unknown command, unknown session, and last the command's own errors.
     if (request.version > options.version)
         return failure(ScriptingError::versionMismatch,
                        "Version " + std::to_string(request.version) + " is not supported");
+    // Once per request, before any return: each call takes one from the current run of refusals.
     const bool refused = refuses();
     if (request.command == hostReadyCheckCommand) return isHostReady(!refused && now >= readyAt);
     if (now < readyAt) return busy(BusyError::hostNotReady);

@@ -15,6 +15,7 @@ SimulatedHUIHost::SimulatedHUIHost(const SimulatorOptions& simulatorOptions, Sim
     : options(simulatorOptions), session(shownSession), groups(shownSession, simulatorOptions.groups),
       automation(shownSession, [this](AutomationKeys::Strip strip) { return trackOn(strip.surface, strip.number); }),
       flasher(simulatorOptions.ledOn, simulatorOptions.ledOff), chance(simulatorOptions.seed) {
+    // Each surface gets its own random sequence, so that what one does cannot change what happens to the other.
     for (int surface = 0; surface < options.surfaces; ++surface)
         surfaces.push_back(
             std::make_unique<Surface>(options, options.seed * 4 + 2 * static_cast<std::uint64_t>(surface)));
@@ -22,6 +23,7 @@ SimulatedHUIHost::SimulatedHUIHost(const SimulatorOptions& simulatorOptions, Sim
 }
 
 void SimulatedHUIHost::receive(int surface, ByteView bytes, TimePoint now) {
+    // First whatever was due before these bytes came: a ping's time-out may have given the surface up.
     advance(now);
     if (!holdsPorts || at(surface).port.cut()) return;
     at(surface).decoder.feed(bytes, [&](const SurfaceMessage& message) {
@@ -52,6 +54,7 @@ void SimulatedHUIHost::advancePorts(TimePoint now) {
         holdsPorts && (!dialog || options.pingInDialog) && (session.isOpen() || options.pingWithoutSession);
     for (int surface = 0; surface < options.surfaces; ++surface) {
         if (!at(surface).port.advance(now, pinging)) continue;
+        // The surface was given up. No release will come for what was held on it, and the bank may become narrower.
         letGoOfEverything(surface);
         moveTo(bankOffset);
     }
@@ -59,7 +62,7 @@ void SimulatedHUIHost::advancePorts(TimePoint now) {
 
 void SimulatedHUIHost::advanceMeters(TimePoint now) {
     if (!session.transport().playing) {
-        if (nextMeters) sendMeters();
+        if (nextMeters) sendMeters(); // once more, at level 0
         nextMeters.reset();
         return;
     }
@@ -69,6 +72,7 @@ void SimulatedHUIHost::advanceMeters(TimePoint now) {
         clipped.clear();
     }
     if (now < *nextMeters) return;
+    // Keep to the grid of the period: after a delay the missed meters are skipped, not sent in a burst.
     while (*nextMeters <= now)
         *nextMeters += period;
     sendMeters();
@@ -93,6 +97,7 @@ HUISurfaceHost::Meters SimulatedHUIHost::metersOf(int surface) {
         levels = meterLevels(track->meter, track->stereo, transport.position);
         for (int side = 0; side < 2 && options.clipHolds; ++side) {
             int& level = levels[static_cast<std::size_t>(side)];
+            // With the option clipHolds, a meter that has clipped stays at the clip level until playback starts again.
             if (level == clip) clipped.emplace(track->id, side);
             if (clipped.contains({track->id, side})) level = clip;
         }
@@ -138,6 +143,7 @@ void SimulatedHUIHost::collect() {
 }
 
 void SimulatedHUIHost::show(TimePoint now) {
+    // A changed automation mode takes the place of the track's name on the display for a moment.
     for (const int track : std::exchange(pendingModes, {}))
         if (options.modeShown > Duration::zero()) modeShownUntil[track] = now + options.modeShown;
     if (flasher.advance(now, somethingFlashes())) needsShowing = true;
@@ -170,6 +176,7 @@ void SimulatedHUIHost::moveTo(int newOffset) {
     needsShowing = true;
     if (newOffset == bankOffset) return;
     bankOffset = newOffset;
+    // With redrawOnBank the strips are sent in full after a bank move, even where the new track looks the same.
     if (!options.redrawOnBank) return;
     for (const auto& surface : surfaces)
         surface->port.forgetStrips();
@@ -178,6 +185,7 @@ void SimulatedHUIHost::moveTo(int newOffset) {
 void SimulatedHUIHost::setDialog(const std::optional<std::string>& text) {
     const std::optional<std::string> shown = options.dialogFreezes ? text : std::nullopt;
     if (shown == dialog) return;
+    // While the dialog is open the surfaces go on showing what they showed when it opened.
     if (!dialog)
         for (int surface = 0; surface < options.surfaces; ++surface)
             frozen.push_back(picture(surface));
@@ -190,6 +198,7 @@ void SimulatedHUIHost::cut(int surface, bool cutOff) {
     if (cutOff == at(surface).port.cut()) return;
     if (cutOff) loseSysEx(surface);
     at(surface).port.setCut(cutOff);
+    // A message that was interrupted by the cut never gets its rest.
     at(surface).decoder.forget();
     needsShowing = true;
 }
@@ -206,6 +215,7 @@ void SimulatedHUIHost::holdPorts(bool held) {
     moveTo(bankOffset);
 }
 
+// With the option cutSysEx, a connection that breaks cuts a SysEx message short: its start arrives, its F7 never does.
 void SimulatedHUIHost::loseSysEx(int surface) {
     if (!options.packets.cutSysEx || !at(surface).port.answering() || at(surface).port.cut()) return;
     outgoing.push_back({surface, PacketMaker::cutSysEx()});
@@ -216,6 +226,7 @@ int SimulatedHUIHost::answeringCount() const {
         std::ranges::count_if(surfaces, [](const auto& surface) { return surface->port.answering(); }));
 }
 
+// The strips of one bank: those of all configured surfaces, or only of the surfaces that answer pings.
 int SimulatedHUIHost::width() const {
     const int counted = options.bankWidth == BankWidth::configured ? options.surfaces : std::max(answeringCount(), 1);
     return counted * hui_address::stripCountOfSurface;
@@ -262,6 +273,7 @@ void SimulatedHUIHost::noteChange(const SessionChange& change) {
         break;
     }
     case SessionChange::Kind::opened:
+        // A session that opens is sent in full, as after a connection.
         for (const auto& surface : surfaces)
             surface->port.forget();
         break;

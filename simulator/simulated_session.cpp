@@ -13,6 +13,7 @@ SimulatedSession::SimulatedSession(std::string name, std::vector<SimulatedTrack>
     reindex();
 }
 
+// Without the listeners: they belong to the original, and must not be called for changes of a copy.
 SimulatedSession::SimulatedSession(const SimulatedSession& other)
     : sessionName(other.sessionName), openNow(other.openNow), trackList(other.trackList),
       transportState(other.transportState), lastID(other.lastID), shownIDs(other.shownIDs), indexOfID(other.indexOfID),
@@ -52,7 +53,7 @@ bool SimulatedSession::change(int id, const std::function<void(SimulatedTrack&)>
     if (track == nullptr) return false;
     const SimulatedTrack before = *track;
     edit(*track);
-    track->id = id;
+    track->id = id; // an edit that replaces the whole track must not change its identity
     announceDifference(before, *track);
     return true;
 }
@@ -128,6 +129,7 @@ void SimulatedSession::exchange(const SimulatedSession& other) {
     sessionName = other.sessionName;
     trackList = other.trackList;
     transportState = {};
+    // All tracks get new IDs, so that a listener that remembers an old ID never finds a track of the new session.
     const int before = lastID;
     for (SimulatedTrack& track : trackList) {
         track.id += before;
@@ -141,6 +143,7 @@ void SimulatedSession::play() {
     if (!openNow) return;
     SimulatedTransport next = transportState;
     next.playing = true;
+    // Record pressed while stopped only arms the transport (recordReady); the recording starts with Play.
     next.recording = next.recording || next.recordReady;
     next.recordReady = false;
     setTransport(next);
@@ -212,6 +215,7 @@ void SimulatedSession::announceDifference(const SimulatedTrack& before, const Si
     if (before.automation != after.automation || before.trim != after.trim)
         announce(SessionChange::Kind::automation, after.id);
 
+    // Copy all fields that have been announced above; if the tracks still differ, other values have changed as well.
     SimulatedTrack rest = before;
     rest.name = after.name;
     rest.hidden = after.hidden;

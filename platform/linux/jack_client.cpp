@@ -40,6 +40,7 @@ MIDIStatus JackClient::start() {
 
 JackOutput* JackClient::addOutput(const std::string& portName) {
     auto port = std::make_shared<JackOutput>(runtime, portName, live);
+    // The pointer stays valid once the port is added, because ports are never removed before the client is deleted.
     JackOutput* const added = port.get();
     return add(std::move(port)) ? added : nullptr;
 }
@@ -53,11 +54,13 @@ JackInput* JackClient::addInput(const std::string& portName, std::function<void(
 }
 
 bool JackClient::add(std::shared_ptr<JackPort> port) {
+    // Shared, because the job may run after this function has given up waiting for it.
     const auto added = std::make_shared<std::atomic<bool>>(false);
     server.run(
         [this, port = std::move(port), added] {
             const std::size_t count = portCount;
             if (count == maxPorts || (client != nullptr && !port->registerWith(client))) return;
+            // The process callback reads the list without a lock: first the port, then the count that makes it visible.
             ports[count] = port;
             portCount.store(count + 1, std::memory_order_release);
             *added = true;
@@ -128,6 +131,7 @@ int JackClient::process(jack_nframes_t frames, void* self) {
         arrived |= me.ports[i]->process(frames);
     me.server.endCycle();
     if (arrived) me.arrivals.ring();
+    // The first cycle shows that the server runs this client; the server thread waits for it.
     if (!me.hasRun.exchange(true)) me.server.look();
     return 0;
 }
