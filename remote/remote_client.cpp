@@ -9,8 +9,8 @@
 namespace lumbrine::remote {
 namespace {
 
-constexpr std::size_t receiveBytes = 2048;
-constexpr std::size_t maxQueued = 4096; // the full state of a session with 1,000 tracks is about 1,200 messages
+constexpr std::size_t receiveBytes = 2048; // more than the largest datagram of a receiver
+constexpr std::size_t maxQueued = 4096;    // the full state of a session with 1,000 tracks is about 1,200 messages
 
 bool sameAddress(const PeerAddress& a, const PeerAddress& b) {
     return a.length == b.length && std::equal(a.storage.begin(), a.storage.begin() + a.length, b.storage.begin());
@@ -102,6 +102,7 @@ RemoteClient::RemoteClient(Runtime& rt, DatagramSockets& datagramSockets, Remote
 
 RemoteClient::~RemoteClient() {
     if (fd < 0) return;
+    // Otherwise the receiver would hold the faders as touched until another client takes over.
     for (int i = 0; i < stripCount; ++i) {
         const Strip strip = *Strip::of(i);
         if (held[strip.slot()]) release(strip);
@@ -149,6 +150,8 @@ void RemoteClient::receiveLoop(const std::shared_ptr<Inbox>& letters) {
         const int size = sockets.receive(fd, buffer, from);
         if (letters->ended()) return;
         if (size < 0) {
+            // An error may repeat at once, for example while the network is down; the pause keeps the thread from
+            // spinning.
             runtime.sleepFor(seconds(0.001));
             continue;
         }
@@ -169,6 +172,7 @@ void RemoteClient::drain() {
 void RemoteClient::take(const ReceiverMessage& message) {
     lastHeard = runtime.now();
     if (std::holds_alternative<Busy>(message)) {
+        // Another client is in control; the receiver has released our faders.
         held.fill(false);
         if (linkState == LinkState::connected) enter(LinkState::takenOver);
         if (linkState == LinkState::searching || linkState == LinkState::lost) enter(LinkState::busy);
@@ -222,6 +226,7 @@ void RemoteClient::release(Strip strip) {
 
 void RemoteClient::takeOver() {
     send(takeOverCommand());
+    // A take-over is not answered; the hello brings a pong and the full state.
     sayHello();
 }
 
@@ -234,6 +239,7 @@ void RemoteClient::tick() {
         if (now - lastHello >= options.keepAlive) sayHello();
         return;
     }
+    // A hello is answered with a pong, so it finds out whether a quiet receiver is still there.
     const bool quiet = now - lastHeard >= 2 * options.keepAlive && now - lastHello >= options.keepAlive;
     if (quiet || now - lastHello >= options.refresh) {
         sayHello();

@@ -32,7 +32,7 @@ void MemoryScreen::quit(std::int32_t processIdentifier) {
     const std::scoped_lock held(lock);
     const auto application = std::ranges::find(applications, processIdentifier, &Application::processIdentifier);
     if (application == applications.end()) return;
-    removeAllBehind(application->root, false);
+    removeAllBehind(application->root, false); // also windows and menus, which are not children
     applications.erase(application);
 }
 
@@ -169,6 +169,7 @@ std::optional<AttributeValue> MemoryScreen::attribute(const ElementHandle& handl
         number = ++readCount;
         watcher = readWatcher;
     }
+    // Without the lock, because the watcher may change the screen. The copy keeps it alive if it is replaced meanwhile.
     if (watcher && *watcher && !(*watcher)({element, name, number})) return std::nullopt;
 
     const std::scoped_lock held(lock);
@@ -193,7 +194,7 @@ bool MemoryScreen::perform(const ElementHandle& handle, std::string_view action)
         if (!trusted || !elements.contains(element.number)) return false;
         watcher = actionWatcher;
     }
-    return !watcher || !*watcher || (*watcher)(element, action);
+    return !watcher || !*watcher || (*watcher)(element, action); // without the lock, as in `attribute`
 }
 
 ElementHandle MemoryScreen::hold(Element element) const {

@@ -8,8 +8,8 @@ namespace lumbrine {
 
 namespace {
 
-constexpr std::size_t socketCapacity = 4096;
-constexpr std::size_t largestDatagram = 65507;
+constexpr std::size_t socketCapacity = 4096;   // datagrams; more are lost, as with a full receive buffer
+constexpr std::size_t largestDatagram = 65507; // bytes of UDP payload: 65535 less the IPv4 and UDP headers
 
 } // namespace
 
@@ -46,6 +46,7 @@ bool VirtualNetwork::Host::isTaken(std::uint16_t port) const {
 }
 
 std::uint16_t VirtualNetwork::Host::freePort() {
+    // The dynamic ports are 49152-65535 (RFC 6335, section 6).
     while (isTaken(nextPort))
         nextPort = nextPort == 65535 ? 49152 : static_cast<std::uint16_t>(nextPort + 1);
     return nextPort++;
@@ -93,11 +94,12 @@ int VirtualNetwork::Host::send(int fd, ByteView bytes, const PeerAddress& to) {
     if (bytes.size() > largestDatagram) return -EMSGSIZE;
     const auto peer = unpack(to);
     if (!peer || peer->port == 0) return -EINVAL;
-    if (sender->port == 0) sender->port = freePort();
+    if (sender->port == 0) sender->port = freePort(); // as the system does for a socket that was not bound
     const bool toItself = isLoopback(peer->host);
     Host* const receiver = toItself ? this : network.find(peer->host);
     if (receiver == this || (receiver != nullptr && reachable && receiver->reachable))
         network.carry(pack({toItself ? peer->host : address, sender->port}), *receiver, peer->port, bytes);
+    // UDP reports success even if nobody receives the datagram.
     return static_cast<int>(bytes.size());
 }
 
@@ -113,6 +115,7 @@ void VirtualNetwork::Host::arrive(TimePoint when, std::uint16_t port, const Peer
 
 void VirtualNetwork::Host::loseWhatIsUnderWay() {
     for (const auto& [fd, receiver] : sockets) {
+        // Datagrams wait here from the moment they are sent; those whose time has come have arrived and stay.
         DeadlineHeap<TimePoint, Datagram> arrived;
         while (auto datagram = receiver->datagrams.popDue(network.runtime.now()))
             arrived.push(network.runtime.now(), *std::move(datagram));

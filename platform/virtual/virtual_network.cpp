@@ -16,6 +16,8 @@ void VirtualNetwork::setFaults(Faults newFaults) {
 }
 
 DatagramSockets& VirtualNetwork::host(const std::string& address) {
+    // A dual-stack socket reports IPv4 peers as ::ffff:a.b.c.d (RFC 4291, section 2.5.5.2), so hosts are known by that
+    // form.
     const std::string form = dualStackForm(address).value_or(address);
     std::unique_ptr<Host>& machine = hosts[form];
     if (!machine) machine = std::make_unique<Host>(*this, form);
@@ -60,6 +62,7 @@ void VirtualNetwork::loseWhatIsUnderWay() {
 }
 
 void VirtualNetwork::carry(const PeerAddress& from, Host& receiver, std::uint16_t toPort, ByteView bytes) {
+    // The upper 53 bits fill a double's mantissa: an even distribution over [0, 1). A fault that is off draws no number.
     const auto happens = [this](double probability) {
         return probability > 0 && static_cast<double>(runtime.random() >> 11) * 0x1p-53 < probability;
     };

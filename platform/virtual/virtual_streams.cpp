@@ -11,7 +11,7 @@ namespace lumbrine {
 
 namespace {
 
-constexpr const char* onlyHost = "127.0.0.1";
+constexpr const char* onlyHost = "127.0.0.1"; // the scripting service is always on the same computer
 
 std::optional<TimePoint> deadlineAfter(const VirtualRuntime& runtime, std::optional<Duration> limit) {
     if (!limit) return std::nullopt;
@@ -74,6 +74,7 @@ int VirtualStreams::connect(int fd, const std::string& host, std::uint16_t port,
     const auto found = listeners.find(port);
     if (found == listeners.end()) return -ECONNREFUSED;
     const Listener listener = found->second;
+    // A listener without a service never accepts: the connect waits for its whole time limit.
     const bool answered = listener.service && listener.latency <= limit;
     const TimePoint end = runtime.now() + (answered ? listener.latency : limit);
     while (runtime.now() < end && !ended)
@@ -125,9 +126,11 @@ int VirtualStreams::send(int fd, ByteView bytes) {
         if (ended) return -EPIPE;
         if (connection->wasReset) return -ECONNRESET;
         if (connection->reading) {
+            // The service's code runs here, on the sender's thread: the service has no thread.
             connection->peer->received(bytes);
             return static_cast<int>(bytes.size());
         }
+        // The service has stopped reading: bytes fill the buffer, and once that is full, send blocks.
         const std::size_t taken = std::min(bytes.size(), stalledCapacity - connection->unread.size());
         if (taken > 0) {
             connection->unread.insert(connection->unread.end(), bytes.begin(),
@@ -152,7 +155,7 @@ int VirtualStreams::receive(int fd, std::span<std::uint8_t> buffer) {
         if (connection->wasReset) return -ECONNRESET;
         if (!arrivals.empty() && arrivals.front().due <= runtime.now()) {
             VirtualConnection::Arrival& first = arrivals.front();
-            if (first.bytes.empty()) return 0;
+            if (first.bytes.empty()) return 0; // the end of the stream; it stays, so that every later receive sees it
             const std::size_t size = std::min(buffer.size(), first.bytes.size() - first.received);
             std::copy_n(first.bytes.begin() + static_cast<std::ptrdiff_t>(first.received), size, buffer.begin());
             first.received += size;
