@@ -62,7 +62,7 @@ void VirtualNetwork::loseWhatIsUnderWay() {
 }
 
 void VirtualNetwork::carry(const PeerAddress& from, Host& receiver, std::uint16_t toPort, ByteView bytes) {
-    // The upper 53 bits fill a double's mantissa: an even distribution over [0, 1). A fault that is off draws no number.
+    // The upper 53 bits fill a double's mantissa: evenly distributed over [0, 1). A fault that is off draws no number.
     const auto happens = [this](double probability) {
         return probability > 0 && static_cast<double>(runtime.random() >> 11) * 0x1p-53 < probability;
     };
