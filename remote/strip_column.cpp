@@ -80,7 +80,7 @@ void Column::pan(int row, PanSide side) const {
         return;
     }
     const int room = std::min(inner() - 1, static_cast<int>(maxPanPosition));
-    const int length = room - (room % 2 == 0 ? 1 : 0); // odd, so that the centre is a cell of its own
+    const int length = room - (room % 2 == 0 ? 1 : 0); // odd, so that there is a cell exactly in the centre
     for (int cell = 0; cell < length; ++cell)
         canvas.put(row, place.left + 1 + cell, "─", {.dim = true});
     if (ring.position == 0) return;

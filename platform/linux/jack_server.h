@@ -31,8 +31,9 @@ public:
 
     // An open client that has had no cycle for this long is closed and opened again. libjack keeps one table of wake-up
     // semaphores, by client number, for all clients of a process. When another program's client closes, the server
-    // tells the others later. If it gives the number to a second client of this process before that, libjack keeps the
-    // old semaphore in the table: the new client never wakes up, and a synchronous server waits for it in every cycle.
+    // notifies the others later. If it gives the number to a second client of this process before that, libjack keeps
+    // the old semaphore in the table: the new client never wakes up, and a synchronous server waits for it in every
+    // cycle.
     static constexpr Duration firstCycleTime = seconds(1);
 
     // A JACK client. All its functions are called on the server thread.
