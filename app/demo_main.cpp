@@ -86,7 +86,7 @@ std::uint16_t freePort(DatagramSockets& sockets) {
 }
 
 bool isReady(const std::shared_ptr<ReceiverModel>& model) {
-    return model && model->published().bankOffset >= 0 && !model->published().calibrating;
+    return model && model->published().bankOffset >= 0 && !model->published().calibrating();
 }
 
 // During the tour the scripting service also takes a free port; otherwise the port from the command line.

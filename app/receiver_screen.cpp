@@ -71,14 +71,6 @@ std::array<ScreenButton, 4> moveButtons(const Bilingual& text) {
               .action = ScreenAction::bankForward}}};
 }
 
-// The session index of the track on the strip; absent while the session or the bank position is unknown.
-std::optional<std::size_t> trackOf(const PublishedState& published, std::size_t strip) {
-    if (published.bankOffset < 0) return std::nullopt;
-    const std::size_t track = static_cast<std::size_t>(published.bankOffset) + strip;
-    if (track >= published.trackMap.size()) return std::nullopt;
-    return track;
-}
-
 std::string spokenStrip(const StripView& view, std::size_t strip, const Bilingual& text) {
     std::string spoken = std::to_string(strip + 1);
     if (!view.shownName().empty()) spoken += " " + view.shownName();
@@ -90,17 +82,19 @@ std::string spokenStrip(const StripView& view, std::size_t strip, const Bilingua
 }
 
 StripView stripView(const PublishedState& published, std::size_t strip, const Bilingual& text) {
-    StripView view{.name = published.trackNames[strip],
+    const StripState& shown = published.strips[strip];
+    StripView view{.name = shown.name,
                    .fullName = {},
                    .color = std::nullopt,
-                   .fader = std::clamp(published.faders[strip], 0.0, 1.0),
-                   .mute = published.mutes[strip],
-                   .solo = published.solos[strip],
-                   .select = published.selects[strip],
+                   .fader = std::clamp(shown.fader, 0.0, 1.0),
+                   .mute = shown.mute.rawOn,
+                   .solo = shown.solo,
+                   .select = shown.select,
                    .spoken = {}};
-    if (const auto track = trackOf(published, strip)) {
-        if (*track < published.trackMapFull.size()) view.fullName = published.trackMapFull[*track];
-        if (*track < published.trackMapColors.size()) view.color = published.trackMapColors[*track];
+    if (const auto index = published.trackOn(strip)) {
+        const Track& track = published.session.tracks[*index];
+        view.fullName = track.name.value_or("");
+        view.color = track.color;
     }
     view.spoken = spokenStrip(view, strip, text);
     return view;

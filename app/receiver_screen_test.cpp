@@ -1,5 +1,6 @@
 // Every row, text, state and action of the window and the menu, in both languages.
 #include "app/receiver_screen.h"
+#include "model/testing/session_columns.h"
 
 namespace lumbrine {
 namespace {
@@ -166,13 +167,13 @@ TEST(ReceiverView, HeadsTheLog) {
 
 PublishedState session() {
     PublishedState published;
-    published.trackNames[1] = "Snar";
-    published.faders[1] = 0.756;
-    published.mutes[1] = true;
-    published.selects[1] = true;
-    published.trackMap = {"Kick", "Snar", "Hat"};
-    published.trackMapFull = {"Kick", "Snare Top", "Hat"};
-    published.trackMapColors = {std::nullopt, 0x336699, std::nullopt};
+    published.strips[1].name = "Snar";
+    published.strips[1].fader = 0.756;
+    published.strips[1].mute.rawOn = true;
+    published.strips[1].select = true;
+    published.session = Session::of({"Kick", "Snar", "Hat"});
+    setColumn(published.session, &Track::name, {"Kick", "Snare Top", "Hat"});
+    setColumn(published.session, &Track::color, {std::nullopt, 0x336699, std::nullopt});
     published.bankOffset = 0;
     return published;
 }
@@ -208,10 +209,10 @@ TEST(ReceiverView, KnowsFullNamesAndColoursWhereTheSessionIsKnown) {
     EXPECT_THAT(viewOf(published).strips, Each(Field(&StripView::fullName, "")));
 }
 
-TEST(ReceiverView, BearsListsOfTheSessionThatAreStillShort) {
+TEST(ReceiverView, BearsTracksOfWhichNothingButTheDisplayIsKnown) {
     PublishedState published = session();
-    published.trackMapFull = {"Kick"};
-    published.trackMapColors = {};
+    published.session = Session::of({"Kick", "Snar"});
+    published.session.tracks[0].name = "Kick";
     EXPECT_EQ(viewOf(published).strips[0].fullName, "Kick");
     EXPECT_EQ(viewOf(published).strips[1].fullName, "");
     EXPECT_EQ(viewOf(published).strips[1].color, std::nullopt);
@@ -219,7 +220,7 @@ TEST(ReceiverView, BearsListsOfTheSessionThatAreStillShort) {
 
 TEST(ReceiverView, KeepsFadersWithinTheirWay) {
     PublishedState published;
-    published.faders[0] = 2.0;
+    published.strips[0].fader = 2.0;
     EXPECT_EQ(viewOf(published).strips[0].fader, 1.0);
 }
 
@@ -227,7 +228,7 @@ TEST(ReceiverView, DescribesAStripInWords) {
     PublishedState published = session();
     EXPECT_EQ(viewOf(published).strips[1].spoken, "2 Snare Top, 76 %, muted, selected");
     EXPECT_EQ(viewOf(published, japanese).strips[1].spoken, "2 Snare Top, 76 %, ミュート, 選択");
-    published.solos[1] = true;
+    published.strips[1].solo = true;
     published.bankOffset = -1;
     EXPECT_EQ(viewOf(published).strips[1].spoken, "2 Snar, 76 %, muted, soloed, selected");
     EXPECT_EQ(viewOf({}).strips[0].spoken, "1, 0 %");

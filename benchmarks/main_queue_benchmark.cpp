@@ -136,7 +136,7 @@ double longestJob() {
                                        Bilingual(false), [](const std::string&) {});
     model->start();
     const auto mapped = [&model] {
-        return model->published().trackMap.size() == trackCount && !model->published().calibrating;
+        return model->published().session.size() == trackCount && !model->published().calibrating();
     };
     if (!runtime.runUntil(mapped, 120s)) {
         std::fputs("the session was not mapped\n", stderr);

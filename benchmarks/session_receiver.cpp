@@ -1,5 +1,6 @@
 #include "benchmarks/session_receiver.h"
 
+#include "model/testing/session_columns.h"
 #include "platform/posix/posix_datagram_sockets.h"
 
 #include <thread>
@@ -69,21 +70,24 @@ SessionReceiver::SessionReceiver(std::vector<std::string> names)
       parts({runtime, midi, *sockets, advertiser, *system, streams, json, accessibility}, Configuration::read(*system),
             Bilingual(false), [](const std::string&) {}) {
     PublishedState& published = parts.state.published;
-    SessionTable& session = parts.state.session;
     published.winW = stripCount;
     published.iosClientDesc = "a phone";
-    for (const std::string& name : names) {
-        published.trackMapFull.push_back("Track with a name of its own, " + name);
-        published.trackMapColors.emplace_back(0x8040C0);
-        session.trackMapComments.emplace_back("A comment of an ordinary length, 日本語も");
-        session.sessFaders.emplace_back(0.5);
-    }
-    for (auto* flags :
-         {&published.trackMapInputMon, &session.sessMutes, &session.sessSolos, &session.sessRecs, &session.sessSelects})
-        flags->assign(names.size(), true);
-    published.trackMap = std::move(names);
-    parts.capture.ensureSessAutoPanSize();
-    parts.state.automation.autoModeCache.fill(1);
+    for (const std::string& name : names)
+        published.session.tracks.push_back({.display = name,
+                                            .name = "Track with a name of its own, " + name,
+                                            .color = 0x8040C0,
+                                            .mute = true,
+                                            .solo = true,
+                                            .record = true,
+                                            .select = true,
+                                            .inputMonitor = true,
+                                            .fader = 0.5,
+                                            .pan = std::nullopt,
+                                            .comment = "A comment of an ordinary length, 日本語も"});
+    published.session.listed = true;
+    published.session.surveyed = true;
+    for (StripState& strip : published.strips)
+        strip.mode = 1;
     parts.jobs.bind(life);
     showFrom(0);
 
@@ -107,10 +111,10 @@ SessionReceiver::~SessionReceiver() {
 }
 
 void SessionReceiver::showFrom(std::size_t track) {
-    const std::vector<std::string>& names = parts.state.published.trackMap;
+    const std::vector<Track>& tracks = parts.state.published.session.tracks;
     for (int strip = 0; strip < stripCount; ++strip) {
         const std::size_t shown = track + static_cast<std::size_t>(strip);
-        parts.feedback.trackNameShown(*Strip::of(strip), shown < names.size() ? names[shown] : "");
+        parts.feedback.trackNameShown(*Strip::of(strip), shown < tracks.size() ? tracks[shown].display : "");
     }
 }
 

@@ -4,6 +4,7 @@
 // as fast as it is read. Prints one JSON list with the medians in nanoseconds.
 #include "benchmarks/median.h"
 #include "benchmarks/session_receiver.h"
+#include "model/testing/session_columns.h"
 #include "platform/portable/nlohmann_json.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
@@ -144,9 +145,12 @@ Recorded record(Runtime& runtime) {
 }
 
 void forget(PublishedState& published) {
-    published.trackMapFull.clear();
-    published.trackMapColors.clear();
-    published.trackMapInputMon.clear();
+    published.session.listed = false;
+    for (Track& track : published.session.tracks) {
+        track.name.reset();
+        track.color.reset();
+        track.inputMonitor = false;
+    }
 }
 
 // Nanoseconds that the JSON library takes to parse into its own document type.
@@ -171,9 +175,9 @@ void measure() {
         TimedJSON json;
         PTSLClient client(runtime, streams, json, Bilingual(false), "Tarnwick", "Lumbrine", {});
         const auto begin = Clock::now();
-        std::vector<TrackAdoption::TrackList> candidates;
+        std::vector<TrackMetadata::TrackList> candidates;
         candidates.push_back(require(client.trackList()));
-        receiver.parts.adoption.adopt(candidates, "PTSL");
+        receiver.parts.metadata.adopt(candidates, "PTSL");
         whole.push_back(nanosecondsSince(begin));
         parsing.push_back(json.time);
         peerParsing.push_back(peerParsingTime(recorded.trackList));

@@ -37,9 +37,11 @@ endif()
 
 # -pthread on every target, even those without threads: a precompiled header fits only targets with the same options.
 add_compile_options(-pthread)
-add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
+add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -ffile-prefix-map=${CMAKE_SOURCE_DIR}/=)
 if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
-    add_compile_options(-Wthread-safety)
+    add_compile_options(-Wshadow -Wthread-safety)
+else()
+    add_compile_options(-Wshadow=local) # as Clang's: a constructor's parameters may have the members' names
 endif()
 if(CMAKE_UNITY_BUILD)
     add_compile_options(-Wno-shadow) # files compiled together see each other's names

@@ -45,8 +45,7 @@ void ReceiverModel::start() {
     if (std::exchange(started, true)) return;
     readAddress();
     parts->surfaces.startSurfaces();
-    parts->tick.start();
-    parts->meterStep.start();
+    parts->tick.startTimers();
     parts->endpoint.startUDPAndBonjour(
         [&commands = parts->commands](ByteView bytes, std::string_view key) { commands.handleUDP(bytes, key); });
 }
@@ -64,7 +63,7 @@ void ReceiverModel::appendLog(const std::string& line) {
 }
 
 void ReceiverModel::bankMove(int kind) {
-    parts->bankMoves.bankMove(kind);
+    parts->seekWorker.bankMove(kind);
 }
 
 void ReceiverModel::reconnectToPT() {
@@ -74,7 +73,7 @@ void ReceiverModel::reconnectToPT() {
 
 void ReceiverModel::runDemo() {
     assert(parts->jobs.runtime.onMain());
-    parts->testSweep.run();
+    parts->faderSweep.run();
 }
 
 const PublishedState& ReceiverModel::published() const {

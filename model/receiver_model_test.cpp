@@ -1,6 +1,7 @@
 // The model as a whole: what starting it opens and says, its log, and its life and death.
 #include "model/testing/model_bench.h"
 #include "model/testing/model_test.h"
+#include "model/testing/session_columns.h"
 
 namespace lumbrine {
 namespace {
@@ -151,10 +152,10 @@ TEST(ReceiverModel, BeginsNeutral) {
     EXPECT_FALSE(published.huiConnected);
     EXPECT_FALSE(published.iosConnected);
     EXPECT_EQ(published.iosClientDesc, "");
-    EXPECT_THAT(published.trackMap, IsEmpty());
+    EXPECT_TRUE(published.session.empty());
     EXPECT_THAT(published.logLines, IsEmpty());
-    EXPECT_THAT(published.faders, testing::Each(0.0));
-    EXPECT_THAT(published.trackNames, testing::Each(""));
+    EXPECT_THAT(published.strips, testing::Each(testing::Field(&StripState::fader, 0.0)));
+    EXPECT_THAT(published.strips, testing::Each(testing::Field(&StripState::name, "")));
 }
 
 // ---- The log
@@ -226,8 +227,8 @@ TEST(ReceiverModel, LivesBesideAnotherOne) {
     stage.run(0s);
     EXPECT_THAT(stage.heardOn(stage.surfaceA), ElementsAre("0ms B0 00 7F", "0ms B0 20 7F"));
     EXPECT_THAT(studio.heardOn(studio.surfaceA), IsEmpty());
-    EXPECT_EQ(stage.model->published().faders[0], 1.0);
-    EXPECT_EQ(studio.model->published().faders[0], 0.0);
+    EXPECT_EQ(stage.model->published().strips[0].fader, 1.0);
+    EXPECT_EQ(studio.model->published().strips[0].fader, 0.0);
 }
 
 TEST(ReceiverModel, MayGoAtAnyMoment) {

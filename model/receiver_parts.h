@@ -1,9 +1,8 @@
 // The parts that a ReceiverModel is made of, in the order in which they build on each other.
 #pragma once
 
+#include "model/hands/fader_sweep.h"
 #include "model/hands/reconnection.h"
-#include "model/hands/test_sweep.h"
-#include "model/mirror/meter_step.h"
 #include "model/reactions/client_commands.h"
 #include "model/reactions/periodic_tick.h"
 #include "model/reactions/surface_feedback.h"
@@ -16,50 +15,50 @@ struct ReceiverParts {
     ReceiverParts(const ReceiverPlatform& platform, Configuration configuration, Bilingual text,
                   std::function<void(const std::string&)> sink);
 
+    // state/
     Jobs jobs;
     ReceiverState state;
     ActivityLog log;
 
-    Surfaces surfaces;
+    // mirror/
     ClientEndpoint endpoint;
     ClientMirror mirror;
-
-    MeterBank meters;
-    NameClock nameClock;
-    ProbeExchange probe;
-    BankMap bankMap;
-    SessionCapture capture;
     TrackTable table;
+    Meters meters;
 
-    ScriptingLink scripting;
-    TrackAdoption adoption;
-    TrackMetadata metadata;
+    // hands/
+    Surfaces surfaces;
+    SurfaceDesk desk;
+    DisplayWatch displays;
     AutomationModes automation;
-    PanMode panMode;
-    PanSeeker panSeeker;
+    Pan pan;
+    Reconnection reconnection;
+    FaderSweep faderSweep;
 
+    // tracks/
+    ScriptingLink scripting;
+    TrackMetadata metadata;
+    GroupMuteSolo groupSwitches;
+
+    // bank/
+    BankMap bankMap;
     SurfaceMoves moves;
     SurfaceWalk walk;
     Calibration calibration;
     SeekWorker seekWorker;
-    BankMoves bankMoves;
     VisibleRangeWalk visibleRange;
     GroupOperations groups;
-    GroupMuteSolo groupSwitches;
-    Reconnection reconnection;
-    TestSweep testSweep;
 
+    // reactions/
     SwitchTracker switches;
     SurfaceFeedback feedback;
     HelloResponse hello;
     ClientCommands commands;
-
     PresenceWatch presence;
     PositionWatch position;
     OwnerWatch owner;
     ClientRefresh refresh;
     PeriodicTick tick;
-    MeterStep meterStep;
 };
 
 } // namespace lumbrine

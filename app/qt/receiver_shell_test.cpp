@@ -35,7 +35,7 @@ protected:
     std::unique_ptr<RepeatingTimer> moveAFader() {
         return desk.world.runtime.repeatOnMain(2ms, [this] {
             PublishedState& published = desk.bench.state().published;
-            published.faders[3] = published.faders[3] > 0.98 ? 0 : published.faders[3] + 0.01;
+            published.strips[3].fader = published.strips[3].fader > 0.98 ? 0 : published.strips[3].fader + 0.01;
             published.changed();
         });
     }

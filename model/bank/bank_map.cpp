@@ -1,59 +1,50 @@
 #include "model/bank/bank_map.h"
 
-#include <cassert>
-
 namespace lumbrine {
 
 namespace {
 
-std::string bracketed(std::span<const std::string> names) {
+std::string bracketed(const TrackNames& names) {
     std::string list = "[";
     for (const std::string& name : names)
         list += (list.size() > 1 ? ", \"" : "\"") + name + "\"";
     return list + "]";
 }
 
-void forgetHistory(FlashingLed& led) {
-    led.lastEdge = distantPast;
-    led.blinkUntil = distantPast;
-    led.shortStreak = 0;
-}
-
 } // namespace
 
-BankMap::BankMap(Runtime& rt, ReceiverState& receiverState, ClientMirror& clientMirror, ActivityLog& activityLog,
-                 bool debugOutput)
-    : runtime(rt), state(receiverState), mirror(clientMirror), log(activityLog), debug(debugOutput) {}
+BankMap::BankMap(ReceiverState& state, ActivityLog& log, ClientMirror& mirror, bool debug)
+    : state(state), log(log), mirror(mirror), debug(debug) {}
 
-std::span<const std::string> BankMap::window() const {
-    return std::span(state.mirror.nameCache).first(state.shownStrips());
+TrackNames BankMap::window() const {
+    TrackNames names;
+    for (const StripState& strip : state.published.shownStrips())
+        names.push_back(strip.name);
+    return names;
 }
 
 void BankMap::relocalize() {
-    assert(runtime.onMain());
-    if (state.published.trackMap.empty() || state.bank.seeking) return;
-    const int position = locate(state.published.trackMap, window());
-    if (position < 0 && debug) printDiagnosis();
+    if (state.published.session.empty() || state.published.banksUsedBy == BankUser::seek) return;
+    const TrackNames shown = window();
+    const int position = locate(state.published.session.tracks, shown);
+    if (position < 0 && debug) printDiagnosis(shown);
     if (position == state.published.bankOffset) return;
     state.published.bankOffset = position;
     state.published.changed();
-    mirror.sendBankView();
+    mirror.send(occasion::bankView);
 }
 
-void BankMap::printDiagnosis() const {
-    log.print("[DIAG] locate=-1 win=" + std::to_string(state.published.winW) + " map(" +
-              std::to_string(state.published.trackMap.size()) + ")=" + bracketed(state.published.trackMap) +
-              " window=" + bracketed(window()));
+void BankMap::printDiagnosis(const TrackNames& shown) const {
+    TrackNames map;
+    for (const Track& track : state.published.session.tracks)
+        map.push_back(track.display);
+    log.print("[DIAG] locate=-1 win=" + std::to_string(state.published.winW) + " map(" + std::to_string(map.size()) +
+              ")=" + bracketed(map) + " window=" + bracketed(shown));
 }
 
 void BankMap::resetForBankMove() {
-    assert(runtime.onMain());
-    for (std::size_t i = 0; i < stripCount; ++i) {
-        forgetHistory(state.mirror.mute[i]);
-        forgetHistory(state.mirror.rec[i]);
-        state.automation.panSeekTarget[i].reset();
-        state.automation.autoModeCache[i] = autoModeUnknown;
-    }
+    for (StripState& strip : state.published.strips)
+        strip.forgetTrack();
 }
 
 } // namespace lumbrine

@@ -4,33 +4,30 @@
 #include "model/bank/track_window.h"
 #include "model/mirror/client_mirror.h"
 #include "model/state/activity_log.h"
-#include "model/state/receiver_state.h"
 
 namespace lumbrine {
 
 class BankMap {
 public:
-    // `debugOutput`: print why a window could not be found.
-    BankMap(Runtime& rt, ReceiverState& receiverState, ClientMirror& clientMirror, ActivityLog& activityLog,
-            bool debugOutput);
+    // `debug`: print why a window could not be found.
+    BankMap(ReceiverState& state, ActivityLog& log, ClientMirror& mirror, bool debug);
 
-    // The names of the strips that are shown. Valid until they change.
-    std::span<const std::string> window() const;
+    // The names on the shown strips.
+    TrackNames window() const;
 
-    // Finds the position anew and tells the client when it has changed, also when it is lost. Does nothing without a
-    // map or during a seek, which knows the position better than names that lag behind.
+    // Finds the position by the shown names, and tells the client when it has changed or is lost. Does nothing without
+    // a map, or during a seek, which knows the position better than names that lag.
     void relocalize();
 
-    // Forgets what belonged to the tracks that the strips showed before: LED histories, pan seeks, automation modes.
+    // The strips are about to show other tracks.
     void resetForBankMove();
 
 private:
-    void printDiagnosis() const;
+    void printDiagnosis(const TrackNames& shown) const;
 
-    [[maybe_unused]] Runtime& runtime; // for assertions
     ReceiverState& state;
-    ClientMirror& mirror;
     ActivityLog& log;
+    ClientMirror& mirror;
     const bool debug;
 };
 

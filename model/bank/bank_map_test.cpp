@@ -11,7 +11,7 @@ protected:
 
     void show(const std::vector<std::string>& names) {
         for (std::size_t i = 0; i < stripCount; ++i)
-            state.mirror.nameCache[i] = i < names.size() ? names[i] : "";
+            state.published.strips[i].name = i < names.size() ? names[i] : "";
     }
 };
 
@@ -54,7 +54,7 @@ TEST_F(BankMapTest, NothingIsFoundWithoutAMap) {
 TEST_F(BankMapTest, ASeekIsNotDisturbed) {
     bench.setTrackMap({"A", "B", "C"}, 0);
     show({"B", "C"});
-    state.bank.seeking = true;
+    state.published.banksUsedBy = BankUser::seek;
     bankMap.relocalize();
     EXPECT_EQ(state.published.bankOffset, 0);
 }
@@ -81,21 +81,21 @@ TEST_F(BankMapTest, TheWindowMayEndWithTheSession) {
 
 TEST_F(BankMapTest, ABankMoveForgetsHistoriesAndSeeksAndModes) {
     for (std::size_t i = 0; i < stripCount; ++i) {
-        for (FlashingLed* led : {&state.mirror.mute[i], &state.mirror.rec[i]})
+        for (FlashingLed* led : {&state.published.strips[i].mute, &state.published.strips[i].record})
             *led = {true, world.runtime.now(), world.runtime.now() + 1s, 5};
-        state.automation.panSeekTarget[i] = 4;
-        state.automation.autoModeCache[i] = 2;
+        state.published.strips[i].panSeek = PanTarget{.position = 4, .id = 1};
+        state.published.strips[i].mode = 2;
     }
     bankMap.resetForBankMove();
     for (std::size_t i = 0; i < stripCount; ++i) {
-        for (const FlashingLed* led : {&state.mirror.mute[i], &state.mirror.rec[i]}) {
+        for (const FlashingLed* led : {&state.published.strips[i].mute, &state.published.strips[i].record}) {
             EXPECT_TRUE(led->rawOn);
             EXPECT_EQ(led->lastEdge, distantPast);
             EXPECT_EQ(led->blinkUntil, distantPast);
             EXPECT_EQ(led->shortStreak, 0);
         }
-        EXPECT_EQ(state.automation.panSeekTarget[i], std::nullopt);
-        EXPECT_EQ(state.automation.autoModeCache[i], 0);
+        EXPECT_FALSE(state.published.strips[i].panSeek);
+        EXPECT_EQ(state.published.strips[i].mode, 0);
     }
 }
 
@@ -105,7 +105,7 @@ TEST(BankMapDiagnosis, IsPrintedOnlyWhenAskedFor) {
         ModelBench bench(world, {.variables = debug ? std::map<std::string, std::string>{{"QV_DEBUG", ""}}
                                                     : std::map<std::string, std::string>{}});
         bench.setTrackMap({"A", "B"}, -1);
-        bench.state().mirror.nameCache[0] = "X";
+        bench.state().published.strips[0].name = "X";
         bench.parts().bankMap.relocalize();
         const Lines expected =
             debug ? Lines{R"([DIAG] locate=-1 win=8 map(2)=["A", "B"] window=["X", "", "", "", "", "", "", ""])"}

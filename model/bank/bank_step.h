@@ -3,18 +3,9 @@
 #pragma once
 
 #include "base/strip.h"
+#include "model/hands/surface_desk.h"
 
 namespace lumbrine {
-
-// The ports of the four buttons.
-namespace bank_port {
-
-inline constexpr int channelBack = 0;
-inline constexpr int bankBack = 1;
-inline constexpr int channelForward = 2;
-inline constexpr int bankForward = 3;
-
-} // namespace bank_port
 
 struct BankLayout {
     int tracks = 0;               // in the session

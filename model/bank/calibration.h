@@ -6,13 +6,9 @@
 // walked either way: sessions of up to 520 tracks fit 8 strips, of up to 1,040 tracks 16.
 #pragma once
 
-#include "base/bilingual.h"
 #include "model/bank/surface_moves.h"
-#include "model/state/jobs.h"
-#include "model/tracks/session_capture.h"
 #include "model/tracks/track_metadata.h"
 
-#include <map>
 #include <vector>
 
 namespace lumbrine {
@@ -24,48 +20,43 @@ public:
     static constexpr int maxBanks = 64; // each way
 
     struct Parts {
+        SurfaceDesk& desk;
         SurfaceMoves& moves;
         BankMap& bankMap;
         ClientMirror& mirror;
-        SessionCapture& capture;
         TrackMetadata& metadata;
-        ActivityLog& log;
     };
 
-    Calibration(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts, Bilingual bilingual);
+    Calibration(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts);
 
     // Starts a scan unless something speaks against it: Pro Tools not connected or only just, its transport running,
-    // the banks already being moved, or, unless `force`, a map that is there. A scan whose map does not fit the display
-    // in the end is repeated once, unless the banks are being moved then. Main thread.
+    // somebody else moving the banks, or, unless `force`, a map that is there. A scan whose map does not fit the
+    // displays in the end is repeated once, unless the banks are being moved then. Main thread.
     void calibrateBanks(bool force);
 
+    // The map does not fit the displays any more. Main thread.
+    void forgetMap();
+
 private:
-    // Fader positions by the session index that strip 0 had when they were seen.
-    using FaderRecord = std::map<std::size_t, std::vector<double>>;
-
-    struct Scanned {
-        TrackNames map;
-        FaderRecord faders;
-    };
-
     bool admitted(bool force);
 
     // On a background thread
     void scan();
     void rewind();
-    Scanned walk();
+    Session walk();
     std::vector<double> shownFaders(std::size_t width) const;
 
     // On the main thread
-    void commit(Scanned scanned);
+    void commit(Session scanned);
     void finish();
     void retryOrGiveUp();
     void scanAnew();
 
     const Jobs& jobs;
     ReceiverState& state;
+    ActivityLog& log;
     const Parts parts;
-    const Bilingual text;
+    Session forgotten; // what the next scan may find unchanged
 };
 
 } // namespace lumbrine

@@ -2,6 +2,7 @@
 #include "base/fader_value.h"
 #include "model/testing/banking_host.h"
 #include "model/testing/model_test.h"
+#include "model/testing/session_columns.h"
 
 namespace lumbrine {
 namespace {
@@ -27,7 +28,7 @@ protected:
     }
 
     bool scanEnds(Duration limit) {
-        return world.runtime.runUntil([this] { return !state.published.calibrating; }, limit);
+        return world.runtime.runUntil([this] { return !state.published.calibrating(); }, limit);
     }
 
     Calibration& scan = bench.parts().calibration;
@@ -38,7 +39,7 @@ protected:
 
 TEST_F(ScanTest, BeginsWithALine) {
     scan.calibrateBanks(false);
-    EXPECT_TRUE(state.published.calibrating);
+    EXPECT_TRUE(state.published.calibrating());
     EXPECT_THAT(bench.lines, ElementsAre(started));
 }
 
@@ -48,40 +49,39 @@ TEST_F(ScanTest, IsRefusedWithoutProTools) {
     EXPECT_THAT(bench.takeLines(), IsEmpty());
     scan.calibrateBanks(true);
     EXPECT_THAT(bench.takeLines(), ElementsAre("Scan: aborted (Pro Tools not connected)"));
-    EXPECT_FALSE(state.published.calibrating);
+    EXPECT_FALSE(state.published.calibrating());
 }
 
 TEST_F(ScanTest, IsRefusedSilentlyWhileTheBanksAreBeingMoved) {
-    state.mirror.transportPlaying = true; // which would be told
-    for (bool* reason : {&state.published.calibrating, &state.bank.seeking, &state.bank.groupApplying}) {
-        *reason = true;
+    state.transportPlaying = true; // which would be told
+    for (const BankUser user : {BankUser::seek, BankUser::scan, BankUser::walk}) {
+        state.published.banksUsedBy = user;
         scan.calibrateBanks(true);
-        *reason = false;
     }
     EXPECT_THAT(bench.lines, IsEmpty());
 }
 
 TEST_F(ScanTest, OnlyAForcedOneReplacesAMap) {
     bench.setTrackMap({"a"}, 0);
-    state.mirror.transportPlaying = true;
+    state.transportPlaying = true;
     scan.calibrateBanks(false);
     EXPECT_THAT(bench.takeLines(), IsEmpty()); // not even the transport is looked at
-    state.mirror.transportPlaying = false;
+    state.transportPlaying = false;
     EXPECT_TRUE(scanBegins(true));
 }
 
 TEST_F(ScanTest, IsPostponedOncePerStretchOfPlaying) {
-    state.mirror.transportPlaying = true;
+    state.transportPlaying = true;
     scan.calibrateBanks(true);
     scan.calibrateBanks(true);
     scan.calibrateBanks(false);
     EXPECT_THAT(bench.takeLines(), ElementsAre(postponed));
-    EXPECT_FALSE(state.published.calibrating);
+    EXPECT_FALSE(state.published.calibrating());
 
-    state.mirror.transportPlaying = false;
+    state.transportPlaying = false;
     EXPECT_TRUE(scanBegins(true));
     ASSERT_TRUE(scanEnds(10s));
-    state.mirror.transportRecording = true;
+    state.transportRecording = true;
     bench.takeLines();
     scan.calibrateBanks(true);
     EXPECT_THAT(bench.takeLines(), ElementsAre(postponed));
@@ -100,12 +100,12 @@ TEST_F(ScanTest, IsBegunAtOnceWhenForced) {
 }
 
 TEST_F(ScanTest, ThatComesTooEarlyStillEndsTheStretchOfPlaying) {
-    state.mirror.transportPlaying = true;
+    state.transportPlaying = true;
     scan.calibrateBanks(true);
-    state.mirror.transportPlaying = false;
+    state.transportPlaying = false;
     state.presence.firstPingAt = world.runtime.now();
     EXPECT_FALSE(scanBegins(false));
-    state.mirror.transportPlaying = true;
+    state.transportPlaying = true;
     bench.takeLines();
     scan.calibrateBanks(true);
     EXPECT_THAT(bench.takeLines(), ElementsAre(postponed));
@@ -122,11 +122,11 @@ TEST(ScanInJapanese, TellsWhatItDoes) {
 
     scan.calibrateBanks(true);
     state.published.huiConnected = true;
-    state.mirror.transportPlaying = true;
+    state.transportPlaying = true;
     scan.calibrateBanks(true);
-    state.mirror.transportPlaying = false;
+    state.transportPlaying = false;
     scan.calibrateBanks(true);
-    const auto ended = [&state] { return !state.published.calibrating; };
+    const auto ended = [&state] { return !state.published.calibrating(); };
     ASSERT_TRUE(world.runtime.runUntil(ended, 10s));
     bench.run(2s);
     ASSERT_TRUE(world.runtime.runUntil(ended, 10s));
@@ -159,8 +159,8 @@ protected:
 
     std::vector<int> rawFaders() {
         std::vector<int> raw;
-        raw.reserve(state.session.sessFaders.size());
-        for (const auto& fader : state.session.sessFaders)
+        raw.reserve(column(state.published.session, &Track::fader).size());
+        for (const auto& fader : column(state.published.session, &Track::fader))
             raw.push_back(fader ? FaderValue::ofUnit(*fader + 0.00001).raw() : -1);
         return raw;
     }
@@ -171,9 +171,9 @@ protected:
 TEST_F(ScanOf20TracksTest, WaitsForTheDisplaysAroundEachPress) {
     scan.calibrateBanks(false);
     bench.run(2339ms);
-    EXPECT_TRUE(state.published.calibrating);
+    EXPECT_TRUE(state.published.calibrating());
     bench.run(1ms);
-    EXPECT_FALSE(state.published.calibrating);
+    EXPECT_FALSE(state.published.calibrating());
     EXPECT_THAT(presses(), ElementsAre("240ms B0 2F 41", // back, where nothing moves
                                        "750ms B0 2F 43", "1140ms B0 2F 43", "1530ms B0 2F 43", "1920ms B0 2F 41",
                                        "2070ms B0 2F 41")); // to where it began
@@ -218,14 +218,14 @@ TEST_F(ScanTest, WaitsNoLongerThanSixSecondsForTheDisplaysToSettle) {
 TEST_F(ScanOf20TracksTest, CommitsTheMapBeforeItReturns) {
     scan.calibrateBanks(false);
     bench.run(1799ms);
-    EXPECT_THAT(state.published.trackMap, IsEmpty());
+    EXPECT_THAT(displaysOf(state.published.session), IsEmpty());
     bench.takeLines();
     bench.run(1ms);
-    EXPECT_EQ(state.published.trackMap, numbers(20));
-    EXPECT_TRUE(state.session.fullTableDirty);
+    EXPECT_EQ(displaysOf(state.published.session), numbers(20));
+    EXPECT_TRUE(state.fullTableDirty);
     EXPECT_EQ(state.published.bankOffset, 12);
     EXPECT_THAT(bench.takeLines(), ElementsAre("✓ Mapped all 20 tracks"));
-    EXPECT_TRUE(state.published.calibrating);
+    EXPECT_TRUE(state.published.calibrating());
 }
 
 TEST_F(ScanOf20TracksTest, LooksWhereTheSurfacesAreWhenItHasReturned) {
@@ -254,31 +254,65 @@ TEST_F(ScanOf20TracksTest, ReplacesAnOldMapWhole) {
     bench.setTrackMap(numbers(99), 0);
     scan.calibrateBanks(true);
     ASSERT_TRUE(scanEnds(10s));
-    EXPECT_EQ(state.published.trackMap, numbers(20));
-    EXPECT_THAT(state.session.sessFaders, testing::SizeIs(20));
+    EXPECT_EQ(displaysOf(state.published.session), numbers(20));
+    EXPECT_THAT(column(state.published.session, &Track::fader), testing::SizeIs(20));
 }
 
 TEST_F(ScanOf20TracksTest, HasNoModesAndPansToTellBeforeAnyWereCaptured) {
     scan.calibrateBanks(true);
     ASSERT_TRUE(scanEnds(10s));
-    EXPECT_THAT(state.session.sessAutoModes, testing::IsEmpty());
-    EXPECT_THAT(state.session.sessPanKnown, testing::IsEmpty());
+    EXPECT_FALSE(state.published.session.surveyed);
 }
 
-TEST_F(ScanOf20TracksTest, DropsModesAndPansOfAMapOfAnotherLength) {
+TEST_F(ScanOf20TracksTest, DropsModesAndPansOfAnotherSession) {
     bench.setTrackMap(numbers(21), 0);
-    bench.parts().capture.ensureSessAutoPanSize();
-    state.session.sessAutoModes[3] = 4;
-    state.session.sessPanKnown[3] = true;
+    state.published.session.surveyed = true;
+    state.published.session.tracks[3].mode = 4;
+    state.published.session.tracks[3].pan = SessionPan{.known = true};
     scan.calibrateBanks(true);
     ASSERT_TRUE(scanEnds(10s));
-    EXPECT_EQ(state.session.sessAutoModes, std::vector<std::uint8_t>(20, autoModeUnknown));
-    EXPECT_EQ(state.session.sessPanKnown, std::vector<bool>(20, false));
+    EXPECT_EQ(column(state.published.session, &Track::mode), std::vector<std::uint8_t>(20, autoModeUnknown));
+    EXPECT_FALSE(state.published.session.tracks[3].pan);
+    EXPECT_TRUE(state.published.session.surveyed); // the client's tables are to be emptied
 
-    state.session.sessAutoModes[3] = 4;
+    state.published.session.tracks[3].mode = 4;
     scan.calibrateBanks(true);
     ASSERT_TRUE(scanEnds(10s));
-    EXPECT_EQ(state.session.sessAutoModes[3], 4);
+    EXPECT_EQ(state.published.session.tracks[3].mode, 4);
+}
+
+TEST_F(ScanOf20TracksTest, KeepsWhatIsKnownOfASessionThatIsStillTheSame) {
+    bench.setTrackMap(numbers(20), 0);
+    setColumn(state.published.session, &Track::name, {"Kick Drum", "Snare Top"});
+    state.published.session.tracks[1].mute = true;
+    scan.calibrateBanks(true);
+    ASSERT_TRUE(scanEnds(10s));
+    EXPECT_EQ(state.published.session.tracks[1].name, "Snare Top");
+    EXPECT_TRUE(state.published.session.tracks[1].mute);
+}
+
+// A track has been inserted at the top: what was known of track 1 is now track 2's, if anybody's.
+TEST_F(ScanOf20TracksTest, KeepsNothingOfASessionThatHasChanged) {
+    bench.setTrackMap(numbers(20), 0);
+    for (std::size_t i = 0; i < 20; ++i) {
+        Track& track = state.published.session.tracks[i];
+        track.name = "Full " + std::to_string(i + 1);
+        track.color = RGBColor(0x112233);
+        track.mute = i == 1;
+        track.comment = "a note";
+    }
+    host.names.insert(host.names.begin(), "NEW");
+    host.faders.push_back(0.5);
+    host.show();
+    bench.run(3s);
+    scan.calibrateBanks(true);
+    ASSERT_TRUE(scanEnds(60s));
+    ASSERT_EQ(displaysOf(state.published.session), host.names);
+    EXPECT_THAT(namesOf(state.published.session), IsEmpty());
+    EXPECT_THAT(column(state.published.session, &Track::color), testing::Each(std::nullopt));
+    EXPECT_THAT(column(state.published.session, &Track::mute), testing::Each(false));
+    EXPECT_THAT(column(state.published.session, &Track::comment), testing::Each(""));
+    EXPECT_THAT(hex(bench.parts().table.buildTrackRow(0)), testing::EndsWith("03 4E 45 57 00")); // "NEW", no comment
 }
 
 TEST_F(ScanOf20TracksTest, ReturnsToTheTopWhenTheStartIsNowhere) {
@@ -303,8 +337,8 @@ TEST_F(ToldScanTest, ThePositionIsToldInTheEndThoughItIsTheSame) {
     sendNothing();
     markAll();
     bench.parts().calibration.calibrateBanks(true);
-    ASSERT_TRUE(bench.state().published.calibrating);
-    ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().published.calibrating; }, 4s));
+    ASSERT_TRUE(bench.state().published.calibrating());
+    ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().published.calibrating(); }, 4s));
     EXPECT_THAT(heard(0x16), ElementsAre(testing::EndsWith("01 16 00 00 00 08 08")));
 }
 
@@ -315,10 +349,10 @@ TEST_F(ToldScanTest, ThePositionIsToldLastAsTheDisplaysShowIt) {
     bench.run(2s);
     sendNothing();
     bench.parts().calibration.calibrateBanks(true);
-    ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().session.fullTableDirty; }, 4s));
+    ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().fullTableDirty; }, 4s));
     bench.state().published.bankOffset = 5;
     markAll();
-    ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().published.calibrating; }, 4s));
+    ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().published.calibrating(); }, 4s));
     EXPECT_THAT(heard(0x16), ElementsAre(testing::EndsWith("01 16 00 00 00 08 08"), // with all that it decides
                                          testing::EndsWith("01 16 00 00 00 08 08")));
 }
@@ -329,7 +363,7 @@ class FailedScanTest : public ScanOf20TracksTest {
 protected:
     // Renames every track during the way back.
     void scanInVain(const std::string& prefix) {
-        EXPECT_TRUE(world.runtime.runUntil([this] { return !state.published.trackMap.empty(); }, 20s));
+        EXPECT_TRUE(world.runtime.runUntil([this] { return !state.published.session.empty(); }, 20s));
         for (std::size_t track = 0; track < host.names.size(); ++track)
             host.names[track] = prefix + std::to_string(track);
         host.show();
@@ -343,16 +377,16 @@ TEST_F(FailedScanTest, IsRepeatedTwoSecondsLater) {
     EXPECT_EQ(bench.takeLines().back(), "Cannot determine bank position, rescanning…");
     EXPECT_EQ(state.published.bankOffset, -1);
     bench.run(1999ms);
-    EXPECT_FALSE(state.published.calibrating);
-    EXPECT_EQ(state.published.trackMap, numbers(20));
+    EXPECT_FALSE(state.published.calibrating());
+    EXPECT_EQ(displaysOf(state.published.session), numbers(20));
     bench.run(1ms);
-    EXPECT_TRUE(state.published.calibrating);
-    EXPECT_THAT(state.published.trackMap, IsEmpty());
+    EXPECT_TRUE(state.published.calibrating());
+    EXPECT_THAT(displaysOf(state.published.session), IsEmpty());
     EXPECT_THAT(bench.takeLines(), ElementsAre(started));
     ASSERT_TRUE(scanEnds(20s));
     EXPECT_EQ(state.published.bankOffset, 12); // where the first scan had got to
     EXPECT_EQ(host.offset, 12);
-    EXPECT_FALSE(state.bank.calibrationRetried);
+    EXPECT_FALSE(state.scans.calibrationRetried);
 }
 
 TEST_F(FailedScanTest, IsRepeatedThoughThePingsHaveOnlyJustBegunAgain) {
@@ -378,10 +412,10 @@ TEST_F(FailedScanTest, LeavesTheMapToAWalkThatHasBegunMeanwhile) {
     scan.calibrateBanks(false);
     scanInVain("a");
     bench.run(1s);
-    state.bank.groupApplying = true;
+    state.published.banksUsedBy = BankUser::walk;
     bench.run(2s);
-    EXPECT_EQ(state.published.trackMap, numbers(20));
-    EXPECT_FALSE(state.published.calibrating);
+    EXPECT_EQ(displaysOf(state.published.session), numbers(20));
+    EXPECT_FALSE(state.published.calibrating());
 }
 
 TEST_F(FailedScanTest, LeavesTheMapToAScanThatTheClientAskedForMeanwhile) {
@@ -390,11 +424,11 @@ TEST_F(FailedScanTest, LeavesTheMapToAScanThatTheClientAskedForMeanwhile) {
     bench.run(1s);
     scan.calibrateBanks(true);
     bench.run(2s);
-    EXPECT_EQ(state.published.trackMap, numbers(20)); // the old one, until the new one is there
+    EXPECT_EQ(displaysOf(state.published.session), numbers(20)); // the old one, until the new one is there
     ASSERT_TRUE(scanEnds(20s));
-    EXPECT_EQ(state.published.trackMap, host.names);
+    EXPECT_EQ(displaysOf(state.published.session), host.names);
     bench.run(10s);
-    EXPECT_FALSE(state.published.calibrating);
+    EXPECT_FALSE(state.published.calibrating());
 }
 
 TEST_F(FailedScanTest, IsRepeatedOnce) {
@@ -405,7 +439,7 @@ TEST_F(FailedScanTest, IsRepeatedOnce) {
     EXPECT_EQ(bench.takeLines().back(), "Cannot determine bank position (map does not match the display)");
     bench.run(60s);
     EXPECT_THAT(bench.lines, IsEmpty());
-    EXPECT_FALSE(state.published.calibrating);
+    EXPECT_FALSE(state.published.calibrating());
 }
 
 TEST_F(FailedScanTest, MayBeRepeatedAgainAfterASuccess) {
@@ -413,7 +447,7 @@ TEST_F(FailedScanTest, MayBeRepeatedAgainAfterASuccess) {
     scanInVain("a");
     bench.run(2s);
     ASSERT_TRUE(scanEnds(20s));
-    state.published.trackMap.clear();
+    state.published.session = {};
     scan.calibrateBanks(false);
     scanInVain("b");
     EXPECT_EQ(bench.takeLines().back(), "Cannot determine bank position, rescanning…");

@@ -14,9 +14,8 @@ constexpr Duration faderTime = seconds(0.03);
 
 } // namespace
 
-GroupOperations::GroupOperations(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts,
-                                 Bilingual bilingual)
-    : jobs(modelJobs), state(receiverState), parts(otherParts), text(bilingual) {}
+GroupOperations::GroupOperations(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts)
+    : jobs(jobs), state(state), log(log), parts(parts) {}
 
 // ---- Faders
 
@@ -49,8 +48,9 @@ void GroupOperations::moveFader(Strip strip, double value) {
 
 void GroupOperations::reportFaders(std::size_t count) {
     parts.mirror.sendAllAutoModes();
-    parts.log.appendLog(text("✓ Applied faders to " + std::to_string(count) + " group tracks outside the window",
-                             "✓ グループ窓外 " + std::to_string(count) + " 本のフェーダーを反映しました"));
+    const std::string tracks = std::to_string(count);
+    log.say("✓ Applied faders to " + tracks + " group tracks outside the window",
+            "✓ グループ窓外 " + tracks + " 本のフェーダーを反映しました");
 }
 
 // ---- Automation modes
@@ -82,17 +82,19 @@ void GroupOperations::pressMode(Strip strip, int huiPort, int member) {
 
 void GroupOperations::storeMode(Strip strip, int member, std::uint8_t mode) {
     assert(jobs.runtime.onMain());
-    state.automation.autoModeCache[strip.slot()] = mode;
-    parts.capture.ensureSessAutoPanSize();
+    state.published.strip(strip).mode = mode;
+    Session& session = state.published.session;
+    session.surveyed = true;
     const auto track = static_cast<std::size_t>(member);
-    if (track < state.session.sessAutoModes.size()) state.session.sessAutoModes[track] = mode;
+    if (track < session.size()) session.tracks[track].mode = mode;
 }
 
 void GroupOperations::reportModes(std::size_t count) {
     parts.mirror.sendAllAutoModes();
     parts.automation.pollAllAutoModes();
-    parts.log.appendLog(text("✓ Applied automation mode to " + std::to_string(count) + " group tracks",
-                             "✓ グループ " + std::to_string(count) + " 本にオートモードを適用しました"));
+    const std::string tracks = std::to_string(count);
+    log.say("✓ Applied automation mode to " + tracks + " group tracks",
+            "✓ グループ " + tracks + " 本にオートモードを適用しました");
 }
 
 // ---- Finding members

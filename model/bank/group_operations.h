@@ -3,10 +3,8 @@
 // left.
 #pragma once
 
-#include "base/bilingual.h"
 #include "model/bank/surface_walk.h"
 #include "model/hands/automation_modes.h"
-#include "model/tracks/session_capture.h"
 
 #include <utility>
 #include <vector>
@@ -23,12 +21,10 @@ public:
         SurfaceMoves& moves;
         SurfaceWalk& walk;
         AutomationModes& automation;
-        SessionCapture& capture;
         ClientMirror& mirror;
-        ActivityLog& log;
     };
 
-    GroupOperations(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts, Bilingual bilingual);
+    GroupOperations(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts);
 
     // All of them: any thread; return at once.
 
@@ -53,8 +49,8 @@ private:
 
     const Jobs& jobs;
     ReceiverState& state;
+    ActivityLog& log;
     const Parts parts;
-    const Bilingual text;
 };
 
 } // namespace lumbrine

@@ -1,6 +1,7 @@
 // Setting faders and automation modes of tracks anywhere in the session.
 #include "model/testing/banking_host.h"
 #include "model/testing/model_test.h"
+#include "model/testing/session_columns.h"
 
 #include <algorithm>
 #include <optional>
@@ -18,7 +19,7 @@ protected:
                       "Tch",  "Tch",  "Tch",  "Tch",  "Tch",  "Tch",  "Tch",  "Tch",  "Tch", "Tch"};
         bench.setTrackMap(numbers(20), 0);
         state.published.huiConnected = true;
-        state.automation.lastAutoPollAll = world.runtime.now() + 1h; // no probes
+        state.lastAutoPollAll = world.runtime.now() + 1h; // no probes
         bench.run(2s);
         bench.mark();
         bench.takeLines();
@@ -26,7 +27,7 @@ protected:
 
     bool ends(Duration limit = 20s) {
         world.runtime.runUntilIdle();
-        return world.runtime.runUntil([this] { return !state.bank.groupApplying; }, limit);
+        return world.runtime.runUntil([this] { return state.published.banksUsedBy != BankUser::walk; }, limit);
     }
 
     // What surface A heard but for the bank buttons, without times.
@@ -52,7 +53,7 @@ TEST_F(GroupTest, AFaderIsTouchedMovedAndReleasedAfter30Milliseconds) {
     bench.run(30ms);
     EXPECT_THAT(bench.heardOn(bench.surfaceA), ElementsAre("0ms B0 0F 02", "0ms B0 2F 40", "0ms B0 02 3F",
                                                            "0ms B0 22 7F", "30ms B0 0F 02", "30ms B0 2F 00"));
-    EXPECT_TRUE(state.bank.groupApplying); // on the way back
+    EXPECT_TRUE(state.published.banksUsedBy == BankUser::walk); // on the way back
     ASSERT_TRUE(ends());
     EXPECT_THAT(bench.lines, ElementsAre("✓ Applied faders to 1 group tracks outside the window"));
 }
@@ -129,17 +130,17 @@ TEST_F(GroupTest, NothingHappensWithoutProToolsOrAMapOrWhileOthersMoveTheBanks) 
     state.published.huiConnected = false;
     EXPECT_TRUE(refused());
     state.published.huiConnected = true;
-    for (bool* reason : {&state.published.calibrating, &state.bank.seeking}) {
-        *reason = true;
+    for (const BankUser user : {BankUser::seek, BankUser::scan}) {
+        state.published.banksUsedBy = user;
         EXPECT_TRUE(refused());
-        *reason = false;
     }
+    state.published.banksUsedBy.reset();
     bench.setTrackMap({}, -1);
     EXPECT_TRUE(refused());
 }
 
 TEST_F(GroupTest, FadersMoveWhileTheTransportRuns) {
-    state.mirror.transportPlaying = true;
+    state.transportPlaying = true;
     groups.groupSetFaders({{3, 0.5}});
     ASSERT_TRUE(ends());
     EXPECT_THAT(acts(), testing::SizeIs(6));
@@ -156,7 +157,7 @@ TEST_F(GroupTest, TheSurfacesStayWhereTheLastMemberPutThemWhenTheStartWasUnknown
 TEST_F(GroupTest, ThePositionIsLookedForAgainInTheEnd) {
     groups.groupSetFaders({{2, 0.5}});
     bench.run(100ms);
-    ASSERT_TRUE(state.bank.groupApplying);
+    ASSERT_TRUE(state.published.banksUsedBy == BankUser::walk);
     state.published.bankOffset = 5; // though the first tracks are shown
     ASSERT_TRUE(ends());
     EXPECT_EQ(state.published.bankOffset, 0);
@@ -174,7 +175,7 @@ TEST_F(GroupTest, WalksFollowEachOther) {
     groups.groupSetFaders({{14, 0.0}});
     groups.groupSetFaders({{15, 0.0}});
     bench.run(20s);
-    EXPECT_FALSE(state.bank.groupApplying);
+    EXPECT_FALSE(state.published.banksUsedBy == BankUser::walk);
     EXPECT_THAT(acts(), testing::SizeIs(3 * 6));
     EXPECT_THAT(bench.lines, testing::SizeIs(3));
 }
@@ -188,30 +189,30 @@ TEST_F(GroupTest, AModeIsPressedWhileTheStripsSwitchIsHeld) {
                                                            "50ms B0 0F 18", "50ms B0 2F 45",   // the mode's button
                                                            "110ms B0 0F 18", "110ms B0 2F 05", //
                                                            "260ms B0 0F 02", "260ms B0 2F 04"));
-    EXPECT_EQ(state.automation.autoModeCache[2], 1);
+    EXPECT_EQ(state.published.strips[2].mode, 1);
     ASSERT_TRUE(ends());
-    EXPECT_EQ(state.automation.autoModeCache[2], autoModeUnknown); // whatever the strip shows now is to be asked
+    EXPECT_EQ(state.published.strips[2].mode, autoModeUnknown); // whatever the strip shows now is to be asked
     EXPECT_THAT(bench.lines, ElementsAre("✓ Applied automation mode to 1 group tracks"));
 }
 
 TEST_F(GroupTest, WhatTheDisplaysShowIsKeptForTheSession) {
     groups.groupSetAutoMode({13, 2, 13}, 5);
     ASSERT_TRUE(ends());
-    ASSERT_THAT(state.session.sessAutoModes, testing::SizeIs(20));
-    EXPECT_EQ(state.session.sessAutoModes[2], 1);
-    EXPECT_EQ(state.session.sessAutoModes[13], 2);
-    EXPECT_EQ(std::ranges::count(state.session.sessAutoModes, autoModeUnknown), 18);
+    ASSERT_THAT(column(state.published.session, &Track::mode), testing::SizeIs(20));
+    EXPECT_EQ(state.published.session.tracks[2].mode, 1);
+    EXPECT_EQ(state.published.session.tracks[13].mode, 2);
+    EXPECT_EQ(std::ranges::count(column(state.published.session, &Track::mode), autoModeUnknown), 18);
     EXPECT_EQ(host.offset, 0);
     EXPECT_THAT(bench.lines, ElementsAre("✓ Applied automation mode to 2 group tracks")); // no track twice
 }
 
 TEST_F(GroupTest, AModeThatIsNotShownIsNotStored) {
     host.modes.clear();
-    bench.parts().capture.ensureSessAutoPanSize();
-    state.session.sessAutoModes[2] = 4;
+    bench.state().published.session.surveyed = true;
+    state.published.session.tracks[2].mode = 4;
     groups.groupSetAutoMode({2}, 5);
     ASSERT_TRUE(ends());
-    EXPECT_EQ(state.session.sessAutoModes[2], 4);
+    EXPECT_EQ(state.published.session.tracks[2].mode, 4);
 }
 
 TEST_F(GroupTest, ThereAreSixModes) {
@@ -223,7 +224,7 @@ TEST_F(GroupTest, ThereAreSixModes) {
 }
 
 TEST_F(GroupTest, ModesAreLeftAloneWhileTheTransportRuns) {
-    for (bool* running : {&state.mirror.transportPlaying, &state.mirror.transportRecording}) {
+    for (bool* running : {&state.transportPlaying, &state.transportRecording}) {
         *running = true;
         groups.groupSetAutoMode({2}, 5);
         bench.run(1s);
@@ -234,7 +235,7 @@ TEST_F(GroupTest, ModesAreLeftAloneWhileTheTransportRuns) {
 }
 
 TEST_F(GroupTest, TheModesShownAreAskedForInTheEnd) {
-    state.automation.lastAutoPollAll = distantPast;
+    state.lastAutoPollAll = distantPast;
     groups.groupSetAutoMode({2}, 5);
     ASSERT_TRUE(ends());
     acts();
@@ -281,7 +282,7 @@ protected:
         bench.surfaceA.ping();
         bench.run(1100ms);
         bench.state().published.huiConnected = true;
-        bench.state().automation.lastAutoPollAll = world.runtime.now() + 1h;
+        bench.state().lastAutoPollAll = world.runtime.now() + 1h;
         host.emplace(bench, numbers(8));
         bench.setTrackMap(numbers(8), 0);
         bench.run(10ms);
@@ -290,7 +291,8 @@ protected:
 
     // All that is shown, as the last that is told.
     void expectToldInTheEnd() {
-        ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().bank.groupApplying; }, 1s));
+        ASSERT_TRUE(
+            world.runtime.runUntil([this] { return !(bench.state().published.banksUsedBy == BankUser::walk); }, 1s));
         Lines expected{"16"};
         expected.insert(expected.end(), 8, "10");
         expected.push_back("13");
@@ -314,7 +316,7 @@ protected:
 
 TEST_F(ToldGroupTest, AWalkIsToldToTheClientWhenItIsOver) {
     bench.parts().groups.groupSetFaders({{1, 0.5}});
-    ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().bank.groupApplying; }, 1s));
+    ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().published.banksUsedBy == BankUser::walk; }, 1s));
     bench.surfaceA.fader(1, 0.5); // the echo is not shown
     bench.run(1ms);
     EXPECT_THAT(heard(0x12), IsEmpty());
@@ -323,7 +325,7 @@ TEST_F(ToldGroupTest, AWalkIsToldToTheClientWhenItIsOver) {
 
 TEST_F(ToldGroupTest, AWalkForModesIsToldLikewise) {
     bench.parts().groups.groupSetAutoMode({1}, 2);
-    ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().bank.groupApplying; }, 1s));
+    ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().published.banksUsedBy == BankUser::walk; }, 1s));
     expectToldInTheEnd();
 }
 

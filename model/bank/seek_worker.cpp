@@ -1,6 +1,7 @@
 #include "model/bank/seek_worker.h"
 
 #include <algorithm>
+#include <array>
 #include <cassert>
 #include <utility>
 
@@ -8,26 +9,26 @@ namespace lumbrine {
 
 namespace {
 
-constexpr Duration linger = seconds(0.06); // at a target, for another one to come
+constexpr Duration linger = seconds(0.06); // at a target: the next one of a wheel or a held button comes that soon
 constexpr Duration afterSeekPress = seconds(0.012);
 
 } // namespace
 
-SeekWorker::SeekWorker(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts)
-    : jobs(modelJobs), state(receiverState), parts(otherParts), seekLock(modelJobs.runtime) {}
+SeekWorker::SeekWorker(const Jobs& jobs, ReceiverState& state, Parts parts)
+    : jobs(jobs), state(state), parts(parts), seekLock(jobs.runtime) {}
+
+// ---- Requests
 
 void SeekWorker::seekBank(int target) {
     jobs.runOnMain([this, target] { request(target); });
 }
 
 void SeekWorker::request(int target) {
-    assert(jobs.runtime.onMain());
     const PublishedState& published = state.published;
-    if (!published.huiConnected || published.calibrating || state.bank.groupApplying) return;
-    const BankLayout session{.tracks = static_cast<int>(published.trackMap.size()), .width = published.winW};
-    if (session.maxOffset() == 0) return;
+    if (!published.huiConnected) return;
+    const BankLayout session{.tracks = static_cast<int>(published.session.size()), .width = published.winW};
+    if (session.maxOffset() == 0 || !parts.desk.take(BankUser::seek)) return;
     if (!hireWorker(std::clamp(target, 0, session.maxOffset()))) return;
-    state.bank.seeking = true;
     jobs.inBackground(Priority::userInitiated, [this] { run(); });
 }
 
@@ -37,15 +38,51 @@ bool SeekWorker::hireWorker(int target) {
     return !std::exchange(seekWorkerRunning, true);
 }
 
+void SeekWorker::bankMove(int kind) {
+    if (kind < 0 || kind > 3) return;
+    jobs.runOnMain([this, kind] { move(kind); });
+}
+
+void SeekWorker::move(int kind) {
+    const PublishedState& published = state.published;
+    if (published.shownStrips().size() < published.session.size() && published.bankOffset >= 0) {
+        const std::array<int, 4> distances{-1, -published.winW, 1, published.winW};
+        return seekBank(published.bankOffset + distances[static_cast<std::size_t>(kind)]);
+    }
+    parts.desk.tapBank(kind);
+    parts.bankMap.resetForBankMove();
+}
+
+// ---- The worker
+
+// When this ends no target is left: one that comes later hires another worker.
 void SeekWorker::run() {
     const BankLayout session = parts.moves.layout();
-    Drive drive{.current = startOffset(), .last = std::nullopt};
-    if (drive.current < 0) {
-        dropTarget();
-    } else {
-        do
-            travel(drive, session);
-        while (goesOn(drive));
+    int current = startOffset(); // where the surfaces are by all that was pressed
+    std::optional<int> last;     // the target that was pressed for last
+    if (current < 0) dismiss();
+    for (int corrections = 0; current >= 0;) {
+        while (const auto target = wanted(session)) {
+            last = target;
+            if (*target != current) {
+                current = step(current, *target, session);
+            } else if (stays(current, session)) {
+                break;
+            }
+        }
+        parts.moves.shortQuietWait();
+        const int actual = parts.moves.shownOffset();
+        const bool arrived = !last || actual < 0 || actual == *last;
+        const Lock lock(seekLock);
+        if (!seekTarget) {
+            if (arrived || corrections == maxCorrections) {
+                seekWorkerRunning = false;
+                break;
+            }
+            ++corrections;
+            seekTarget = last;
+        }
+        if (actual >= 0) current = actual;
     }
     jobs.runOnMain([this] { finish(); });
 }
@@ -57,71 +94,47 @@ int SeekWorker::startOffset() const {
     return parts.moves.shownOffset();
 }
 
-void SeekWorker::travel(Drive& drive, BankLayout session) {
-    while (const auto target = nextTarget(drive, session)) {
-        drive.last = target;
-        step(drive, *target, session);
-    }
+void SeekWorker::dismiss() {
+    const Lock lock(seekLock);
+    seekTarget.reset();
+    seekWorkerRunning = false;
 }
 
-// The target to press for; nothing when there is none, or when the one that was there has been reached and stays.
-std::optional<int> SeekWorker::nextTarget(Drive& drive, BankLayout session) {
-    // The window may have become wider since the target was set.
-    const auto reachable = [session](int target) { return std::min(target, session.maxOffset()); };
-    {
-        const Lock lock(seekLock);
-        if (!seekTarget) return std::nullopt;
-        if (reachable(*seekTarget) != drive.current) return reachable(*seekTarget);
-    }
-    drive.last = drive.current;
+// The target, within what the session's end allows: the window may have become wider since it was set.
+std::optional<int> SeekWorker::wanted(BankLayout session) {
+    const Lock lock(seekLock);
+    if (!seekTarget) return std::nullopt;
+    return std::min(*seekTarget, session.maxOffset());
+}
+
+// Waits at the target. True when no other one has come, and none is left then.
+bool SeekWorker::stays(int target, BankLayout session) {
     jobs.runtime.sleepFor(linger);
     const Lock lock(seekLock);
-    if (seekTarget && reachable(*seekTarget) != drive.current) return reachable(*seekTarget);
+    if (seekTarget && std::min(*seekTarget, session.maxOffset()) != target) return false;
     seekTarget.reset();
-    return std::nullopt;
+    return true;
 }
 
-void SeekWorker::step(Drive& drive, int target, BankLayout session) {
-    const BankStep step = nextBankStep(drive.current, target, session);
+int SeekWorker::step(int current, int target, BankLayout session) {
+    const BankStep step = nextBankStep(current, target, session);
     parts.moves.press(step.port);
-    drive.current = step.predicted;
     jobs.runOnMain([this, offset = step.predicted] { showProgress(offset); });
     if (step.byBank()) {
         parts.moves.shortQuietWait();
     } else {
         jobs.runtime.sleepFor(afterSeekPress);
     }
+    return step.predicted;
 }
 
-// Looks at the displays. When this ends the work, no target is left behind: one that comes later hires another worker.
-bool SeekWorker::goesOn(Drive& drive) {
-    parts.moves.shortQuietWait();
-    const int actual = parts.moves.shownOffset();
-    const Lock lock(seekLock);
-    if (!seekTarget) {
-        const bool arrived = !drive.last || actual < 0 || actual == *drive.last;
-        if (arrived || drive.corrections == maxCorrections) {
-            seekWorkerRunning = false;
-            return false;
-        }
-        ++drive.corrections;
-        seekTarget = drive.last;
-    }
-    if (actual >= 0) drive.current = actual;
-    return true;
-}
-
-void SeekWorker::dropTarget() {
-    const Lock lock(seekLock);
-    seekTarget.reset();
-    seekWorkerRunning = false;
-}
+// ---- What the client sees of it
 
 void SeekWorker::showProgress(int offset) {
     assert(jobs.runtime.onMain());
     state.published.bankOffset = offset;
     state.published.changed();
-    parts.mirror.sendBankView();
+    parts.mirror.send(occasion::bankView);
 }
 
 void SeekWorker::finish() {
@@ -129,17 +142,12 @@ void SeekWorker::finish() {
     {
         // Another worker may have been hired since this one ended.
         const Lock lock(seekLock);
-        state.bank.seeking = seekWorkerRunning;
+        if (!seekWorkerRunning) parts.desk.giveBack();
     }
     parts.bankMap.resetForBankMove();
     parts.bankMap.relocalize();
-    parts.mirror.sendBankView();
-    parts.mirror.sendShownTrackNames();
-    parts.mirror.sendAllSwitches();
-    parts.mirror.sendShownFaders();
-    parts.mirror.sendAllPans();
-    parts.mirror.sendSelectsToClient();
-    parts.mirror.sendAllAutoModes();
+    parts.mirror.send(occasion::bankView);
+    parts.mirror.send(occasion::afterSeek);
     parts.automation.pollAllAutoModes();
 }
 

@@ -7,7 +7,6 @@
 
 #include "model/bank/surface_moves.h"
 #include "model/hands/automation_modes.h"
-#include "model/state/jobs.h"
 
 #include <optional>
 
@@ -18,37 +17,36 @@ public:
     static constexpr int maxCorrections = 2;
 
     struct Parts {
+        SurfaceDesk& desk;
         SurfaceMoves& moves;
         BankMap& bankMap;
         ClientMirror& mirror;
         AutomationModes& automation;
     };
 
-    SeekWorker(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts);
+    SeekWorker(const Jobs& jobs, ReceiverState& state, Parts parts);
 
     // Requests that the track with this session index come to strip 0, or as near as the session's end allows. Ignored
-    // without Pro Tools, while a scan or a group operation has the surfaces, and when they show the whole session. Any
-    // thread.
+    // without Pro Tools, while a scan or a walk has the surfaces, and when they show the whole session. Any thread.
     void seekBank(int target);
 
-private:
-    struct Drive {
-        int current;             // where the surfaces are by all that was pressed
-        std::optional<int> last; // the target pressed for last; absent while there was none
-        int corrections = 0;
-    };
+    // The four navigation buttons: 0 channel back, 1 bank back, 2 channel forward, 3 bank forward; others do nothing. A
+    // seek by that distance when the position is known and the session is longer than the surfaces; else the key
+    // itself. Any thread.
+    void bankMove(int kind);
 
+private:
     void request(int target);
     bool hireWorker(int target) LUMBRINE_EXCLUDES(seekLock);
+    void move(int kind);
 
     // On a background thread
     void run();
     int startOffset() const;
-    void travel(Drive& drive, BankLayout session);
-    std::optional<int> nextTarget(Drive& drive, BankLayout session) LUMBRINE_EXCLUDES(seekLock);
-    void step(Drive& drive, int target, BankLayout session);
-    bool goesOn(Drive& drive) LUMBRINE_EXCLUDES(seekLock);
-    void dropTarget() LUMBRINE_EXCLUDES(seekLock);
+    void dismiss() LUMBRINE_EXCLUDES(seekLock);
+    std::optional<int> wanted(BankLayout session) LUMBRINE_EXCLUDES(seekLock);
+    bool stays(int target, BankLayout session) LUMBRINE_EXCLUDES(seekLock);
+    int step(int current, int target, BankLayout session);
 
     // On the main thread
     void showProgress(int offset);

@@ -15,7 +15,7 @@ protected:
         host.show();
         bench.setTrackMap(numbers(20), 0);
         state.published.huiConnected = true;
-        state.automation.lastAutoPollAll = world.runtime.now() + 1h; // no probes
+        state.lastAutoPollAll = world.runtime.now() + 1h; // no probes
         bench.run(2s);
         bench.mark();
     }
@@ -28,7 +28,7 @@ protected:
     }
 
     bool ends(Duration limit = 20s) {
-        return world.runtime.runUntil([this] { return !state.bank.seeking; }, limit);
+        return world.runtime.runUntil([this] { return state.published.banksUsedBy != BankUser::seek; }, limit);
     }
 
     SeekWorker& worker = bench.parts().seekWorker;
@@ -40,11 +40,11 @@ protected:
 
 TEST_F(SeekTest, PressesOneStepAfterTheOther) {
     worker.seekBank(12);
-    EXPECT_TRUE(state.bank.seeking);
+    EXPECT_TRUE(state.published.banksUsedBy == BankUser::seek);
     bench.run(497ms);
-    EXPECT_TRUE(state.bank.seeking);
+    EXPECT_TRUE(state.published.banksUsedBy == BankUser::seek);
     bench.run(1ms); // 60 ms in wait for another target, and a look at the displays
-    EXPECT_FALSE(state.bank.seeking);
+    EXPECT_FALSE(state.published.banksUsedBy == BankUser::seek);
     EXPECT_EQ(host.offset, 12);
     EXPECT_EQ(state.published.bankOffset, 12);
     EXPECT_THAT(presses(), ElementsAre("0ms B0 2F 43", // and a quiet wait
@@ -63,9 +63,9 @@ TEST_F(SeekTest, KeepsTheTargetWithinTheSession) {
 TEST_F(SeekTest, PressesNothingWhereItIs) {
     worker.seekBank(0);
     bench.run(179ms);
-    EXPECT_TRUE(state.bank.seeking);
+    EXPECT_TRUE(state.published.banksUsedBy == BankUser::seek);
     bench.run(1ms);
-    EXPECT_FALSE(state.bank.seeking);
+    EXPECT_FALSE(state.published.banksUsedBy == BankUser::seek);
     EXPECT_THAT(presses(), IsEmpty());
 }
 
@@ -83,9 +83,9 @@ TEST_F(SeekTest, IsGivenUpWhenTheSurfacesCannotBeFound) {
     EXPECT_EQ(state.published.bankOffset, -1);
     worker.seekBank(8);
     bench.run(119ms);
-    EXPECT_TRUE(state.bank.seeking);
+    EXPECT_TRUE(state.published.banksUsedBy == BankUser::seek);
     bench.run(1ms);
-    EXPECT_FALSE(state.bank.seeking);
+    EXPECT_FALSE(state.published.banksUsedBy == BankUser::seek);
     EXPECT_THAT(presses(), IsEmpty());
 
     // The target is forgotten: nothing of it is left for the next one.
@@ -102,14 +102,14 @@ TEST_F(SeekTest, IsGivenUpWhenTheSurfacesCannotBeFound) {
 TEST_F(SeekTest, IsIgnoredWithoutProToolsAndWhileOthersMoveTheBanks) {
     state.published.huiConnected = false;
     worker.seekBank(8);
-    EXPECT_FALSE(state.bank.seeking);
+    EXPECT_FALSE(state.published.banksUsedBy == BankUser::seek);
     state.published.huiConnected = true;
-    for (bool* reason : {&state.published.calibrating, &state.bank.groupApplying}) {
-        *reason = true;
+    for (const BankUser user : {BankUser::scan, BankUser::walk}) {
+        state.published.banksUsedBy = user;
         worker.seekBank(8);
-        EXPECT_FALSE(state.bank.seeking);
-        *reason = false;
+        EXPECT_EQ(state.published.banksUsedBy, user);
     }
+    state.published.banksUsedBy.reset();
     bench.run(1s);
     EXPECT_THAT(presses(), IsEmpty());
 }
@@ -117,11 +117,11 @@ TEST_F(SeekTest, IsIgnoredWithoutProToolsAndWhileOthersMoveTheBanks) {
 TEST_F(SeekTest, IsIgnoredInASessionThatFits) {
     bench.setTrackMap(numbers(8), 0);
     worker.seekBank(1);
-    EXPECT_FALSE(state.bank.seeking);
+    EXPECT_FALSE(state.published.banksUsedBy == BankUser::seek);
 }
 
 TEST_F(SeekTest, IsNotHeldBackByTheTransport) {
-    state.mirror.transportPlaying = true;
+    state.transportPlaying = true;
     worker.seekBank(8);
     ASSERT_TRUE(ends());
     EXPECT_EQ(host.offset, 8);
@@ -130,7 +130,7 @@ TEST_F(SeekTest, IsNotHeldBackByTheTransport) {
 TEST_F(SeekTest, MayBeAskedForOnAnyThread) {
     world.runtime.background(Priority::normal, [this] { worker.seekBank(8); });
     world.runtime.runUntilIdle();
-    EXPECT_TRUE(state.bank.seeking);
+    EXPECT_TRUE(state.published.banksUsedBy == BankUser::seek);
     ASSERT_TRUE(ends());
     EXPECT_EQ(host.offset, 8);
 }
@@ -187,9 +187,9 @@ TEST(Seek, LosesNoTargetThatComesAsItEnds) {
         world.runtime.backgroundAfter(498ms, [&bench] { bench.parts().seekWorker.seekBank(3); });
         bench.parts().seekWorker.seekBank(12);
         bench.run(550ms);
-        EXPECT_TRUE(state.bank.seeking) << seed;
+        EXPECT_TRUE(state.published.banksUsedBy == BankUser::seek) << seed;
         bench.run(20s);
-        EXPECT_FALSE(state.bank.seeking) << seed;
+        EXPECT_FALSE(state.published.banksUsedBy == BankUser::seek) << seed;
         EXPECT_EQ(host.offset, 3) << seed;
         EXPECT_EQ(state.published.bankOffset, 3) << seed;
     }
@@ -236,9 +236,9 @@ TEST_F(SeekTest, LeavesItAtThatWhenThePositionIsLost) {
     bench.run(50ms);
     bench.surfaceA.name(0, "????");
     bench.run(279ms);
-    EXPECT_TRUE(state.bank.seeking);
+    EXPECT_TRUE(state.published.banksUsedBy == BankUser::seek);
     bench.run(1ms); // one look at the displays, and no correction
-    EXPECT_FALSE(state.bank.seeking);
+    EXPECT_FALSE(state.published.banksUsedBy == BankUser::seek);
     EXPECT_THAT(presses(), ElementsAre("0ms B0 2F 43"));
     EXPECT_EQ(state.published.bankOffset, -1);
 }
@@ -264,7 +264,7 @@ protected:
         bench.run(1100ms); // a tick has seen it, and the one that resends is over
         state.published.huiConnected = true;
         bench.setTrackMap(numbers(20), 0);
-        state.automation.lastAutoPollAll = world.runtime.now() + 1h;
+        state.lastAutoPollAll = world.runtime.now() + 1h;
         host.show();
         bench.run(10ms);
         markAll();
@@ -311,11 +311,12 @@ TEST_F(ToldSeekTest, TheEndIsToldWithEverythingThatIsShown) {
 }
 
 TEST_F(ToldSeekTest, TheAutomationModesAreAskedForInTheEnd) {
-    state.automation.lastAutoPollAll = distantPast;
-    state.automation.autoModeCache.fill(1);
+    state.lastAutoPollAll = distantPast;
+    for (StripState& strip : state.published.strips)
+        strip.mode = 1;
     bench.parts().seekWorker.seekBank(1);
     bench.run(222ms);
-    EXPECT_THAT(state.automation.autoModeCache, testing::Each(autoModeUnknown));
+    EXPECT_THAT(state.published.strips, testing::Each(testing::Field(&StripState::mode, autoModeUnknown)));
     EXPECT_EQ(bench.heardOn(bench.surfaceA).back(), "222ms B0 2F 44");
 }
 

@@ -16,6 +16,7 @@ constexpr Duration quietAtLeast = seconds(0.1);
 constexpr Duration stillPoll = seconds(0.05);
 constexpr Duration windowSample = seconds(0.12);
 
+// Time for Pro Tools to follow a press before the next one: a bank redraws every strip.
 constexpr Duration afterBankPress = seconds(0.12);
 constexpr Duration afterChannelPress = seconds(0.075);
 
@@ -30,21 +31,20 @@ constexpr Duration::rep pollsWithin(Duration limit, Duration poll) {
 
 } // namespace
 
-SurfaceMoves::SurfaceMoves(Runtime& rt, const ReceiverState& receiverState, const BankMap& map, NameClock& clock,
-                           Surfaces& hostSurfaces)
-    : runtime(rt), state(receiverState), bankMap(map), nameClock(clock), surfaces(hostSurfaces) {}
+SurfaceMoves::SurfaceMoves(Runtime& runtime, const ReceiverState& state, const BankMap& bankMap, SurfaceDesk& desk,
+                           DisplayWatch& displays)
+    : runtime(runtime), state(state), bankMap(bankMap), desk(desk), displays(displays) {}
+
+// ---- Looking
 
 BankLayout SurfaceMoves::layout() const {
     return runtime.syncMain([this] {
-        return BankLayout{.tracks = static_cast<int>(state.published.trackMap.size()), .width = state.published.winW};
+        return BankLayout{.tracks = static_cast<int>(state.published.session.size()), .width = state.published.winW};
     });
 }
 
 TrackNames SurfaceMoves::snapshotWindow() const {
-    return runtime.syncMain([this] {
-        const auto window = bankMap.window();
-        return TrackNames(window.begin(), window.end());
-    });
+    return runtime.syncMain([this] { return bankMap.window(); });
 }
 
 TrackNames SurfaceMoves::stableWindow() const {
@@ -59,8 +59,8 @@ TrackNames SurfaceMoves::stableWindow() const {
 }
 
 int SurfaceMoves::shownOffset() const {
-    const std::optional<int> offset =
-        runtime.syncMain([this] { return std::optional<int>(locate(state.published.trackMap, bankMap.window())); });
+    const std::optional<int> offset = runtime.syncMain(
+        [this] { return std::optional<int>(locate(state.published.session.tracks, bankMap.window())); });
     return offset.value_or(-1);
 }
 
@@ -68,22 +68,19 @@ void SurfaceMoves::shortQuietWait() {
     const TimePoint begin = runtime.now();
     for (auto polls = pollsWithin(quietLimit, quietPoll); polls > 0 && runtime.now() - begin < quietLimit; --polls) {
         runtime.sleepFor(quietPoll);
-        if (nameClock.age() > quietNames && runtime.now() - begin > quietAtLeast) return;
+        if (displays.age() > quietNames && runtime.now() - begin > quietAtLeast) return;
     }
 }
 
 void SurfaceMoves::waitForStillNames(Duration still, Duration limit) {
     const TimePoint begin = runtime.now();
     for (auto polls = pollsWithin(limit, stillPoll); polls > 0 && runtime.now() - begin < limit; --polls) {
-        if (nameClock.age() > still) return;
+        if (displays.age() > still) return;
         runtime.sleepFor(stillPoll);
     }
 }
 
-void SurfaceMoves::press(int port) {
-    assert(!runtime.onMain());
-    surfaces.engine(SurfaceID::A).channelMove(port);
-}
+// ---- Moving
 
 void SurfaceMoves::moveWindow(int target) {
     const BankLayout session = layout();

@@ -1,15 +1,13 @@
 // Moving the surfaces over the session by presses, and knowing when they have settled. Pro Tools confirms nothing: all
 // there is to see are the display texts that it sends some time after a press.
 //
-// Every routine blocks and is for background threads; what it needs of the state it reads in hops to the main thread.
-// Two jobs that move the surfaces at once would spoil each other's work; the flags behind ReceiverState::quiet keep
-// them apart.
+// Every routine blocks and is for the background thread of a job that has the banks (SurfaceDesk::take). It reads the
+// state in hops to the main thread.
 #pragma once
 
 #include "model/bank/bank_map.h"
 #include "model/bank/bank_step.h"
-#include "model/bank/name_clock.h"
-#include "model/hands/surfaces.h"
+#include "model/hands/display_watch.h"
 
 namespace lumbrine {
 
@@ -19,8 +17,8 @@ public:
     static constexpr int maxAttempts = 4;         // of one moveWindowReliably
     static constexpr int stableWindowSamples = 6; // 0.12 s apart
 
-    SurfaceMoves(Runtime& rt, const ReceiverState& receiverState, const BankMap& map, NameClock& clock,
-                 Surfaces& hostSurfaces);
+    SurfaceMoves(Runtime& runtime, const ReceiverState& state, const BankMap& bankMap, SurfaceDesk& desk,
+                 DisplayWatch& displays);
 
     // ---- Looking
 
@@ -32,7 +30,7 @@ public:
     // The window, once two looks at it in a row have been alike; after 0.12 s at the earliest and 0.72 s at the latest.
     TrackNames stableWindow() const;
 
-    // Where the shown names are in the track map; -1 when that cannot be told.
+    // The index of the track on strip 0 by the shown names; -1 when they do not tell.
     int shownOffset() const;
 
     // Returns once no display text has come for 0.08 s: after 0.12 s at the earliest, and always within half a second.
@@ -43,22 +41,21 @@ public:
 
     // ---- Moving
 
-    // A press of 0.03 s. Surface A leads; Pro Tools moves both.
-    void press(int port);
+    void press(int port) { desk.pressBank(port); }
 
     // Presses its way to the target, or as near as the session's end allows, without looking at the displays in
-    // between. Does nothing when it cannot be told where the surfaces are.
+    // between. Does nothing when the shown names do not tell where the surfaces are.
     void moveWindow(int target);
 
-    // The same, looked at afterwards and tried anew when the surfaces are elsewhere.
+    // The same, and looks afterwards; tries again when the surfaces are elsewhere.
     void moveWindowReliably(int target);
 
 private:
     Runtime& runtime;
     const ReceiverState& state;
     const BankMap& bankMap;
-    NameClock& nameClock;
-    Surfaces& surfaces;
+    SurfaceDesk& desk;
+    DisplayWatch& displays;
 };
 
 } // namespace lumbrine

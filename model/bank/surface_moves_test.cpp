@@ -106,7 +106,7 @@ TEST_F(SurfaceMovesTest, AWindowThatNeverRestsIsTakenAfterSixLooks) {
     changeNamesEvery(100ms);
     TrackNames window;
     EXPECT_EQ(timed([&] { window = moves.stableWindow(); }), 720ms);
-    EXPECT_EQ(window[0], bench.state().mirror.nameCache[0]);
+    EXPECT_EQ(window[0], bench.state().published.strips[0].name);
 }
 
 TEST_F(SurfaceMovesTest, TheWindowHasAStripForEachThatIsShown) {

@@ -1,13 +1,12 @@
 #include "model/bank/surface_walk.h"
 
-#include <cassert>
 #include <utility>
 
 namespace lumbrine {
 
-SurfaceWalk::SurfaceWalk(const Jobs& modelJobs, ReceiverState& receiverState, SurfaceMoves& surfaceMoves, BankMap& map,
-                         ClientMirror& clientMirror)
-    : jobs(modelJobs), state(receiverState), moves(surfaceMoves), bankMap(map), mirror(clientMirror) {}
+SurfaceWalk::SurfaceWalk(const Jobs& jobs, ReceiverState& state, SurfaceDesk& desk, SurfaceMoves& moves,
+                         BankMap& bankMap, ClientMirror& mirror)
+    : jobs(jobs), state(state), desk(desk), moves(moves), bankMap(bankMap), mirror(mirror) {}
 
 std::optional<SurfaceWalk::Start> SurfaceWalk::begin(const std::function<bool(const Start&)>& wanted) {
     return jobs.runtime.syncMain([this, &wanted] { return take(wanted); });
@@ -15,34 +14,25 @@ std::optional<SurfaceWalk::Start> SurfaceWalk::begin(const std::function<bool(co
 
 std::optional<SurfaceWalk::Start> SurfaceWalk::take(const std::function<bool(const Start&)>& wanted) {
     const PublishedState& published = state.published;
-    if (!published.huiConnected || published.trackMap.empty() || !state.quiet()) return std::nullopt;
+    if (!published.huiConnected || published.session.empty() || !state.quiet()) return std::nullopt;
     const Start start{
         .transportRunning = state.transportRunning(),
-        .session = {.tracks = static_cast<int>(published.trackMap.size()), .width = published.winW},
+        .session = {.tracks = static_cast<int>(published.session.size()), .width = published.winW},
         .offset = published.bankOffset,
     };
-    if (!wanted(start)) return std::nullopt;
-    state.bank.groupApplying = true;
+    if (!wanted(start) || !desk.take(BankUser::walk)) return std::nullopt;
     return start;
 }
 
 void SurfaceWalk::end(const Start& start, std::function<void()> rest) {
     if (start.offset >= 0) moves.moveWindowReliably(start.offset);
     jobs.runOnMain([this, rest = std::move(rest)] {
-        giveBack();
+        desk.giveBack();
+        bankMap.resetForBankMove();
+        bankMap.relocalize();
+        mirror.send(occasion::afterWalk);
         rest();
     });
-}
-
-void SurfaceWalk::giveBack() {
-    assert(jobs.runtime.onMain());
-    state.bank.groupApplying = false;
-    bankMap.resetForBankMove();
-    bankMap.relocalize();
-    mirror.sendBankPosToClient();
-    mirror.sendShownTrackNames();
-    mirror.sendAllSwitches();
-    mirror.sendShownFaders();
 }
 
 } // namespace lumbrine

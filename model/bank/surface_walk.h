@@ -1,11 +1,10 @@
-// Taking the surfaces across the session to act on tracks that they do not show, and giving them back. While they are
-// taken (BankState::groupApplying) no scan and no seek begins, and the client is not shown what passes by.
+// Taking the surfaces across the session to act on tracks that they do not show, and giving them back. Meanwhile no
+// scan and no seek begins, and the client is not shown what passes by.
 //
 // Walks run on the automation queue, so there is one at a time.
 #pragma once
 
 #include "model/bank/surface_moves.h"
-#include "model/state/jobs.h"
 
 #include <functional>
 #include <optional>
@@ -20,11 +19,11 @@ public:
         int offset = -1; // of the user's view, -1 when it is unknown
     };
 
-    SurfaceWalk(const Jobs& modelJobs, ReceiverState& receiverState, SurfaceMoves& surfaceMoves, BankMap& map,
-                ClientMirror& clientMirror);
+    SurfaceWalk(const Jobs& jobs, ReceiverState& state, SurfaceDesk& desk, SurfaceMoves& moves, BankMap& bankMap,
+                ClientMirror& mirror);
 
-    // Takes the surfaces, if Pro Tools is there, the session has tracks, nobody else is moving the banks and `wanted`,
-    // which is called on the main thread, agrees. Whoever gets a start calls `end`. On the automation queue.
+    // Takes the surfaces if Pro Tools is there, the session has tracks, nobody else moves the banks, and `wanted`,
+    // which is called on the main thread, agrees. The caller that gets a start calls `end`. On the automation queue.
     std::optional<Start> begin(const std::function<bool(const Start&)>& wanted);
 
     // Moves back to the user's view, if it was known, and gives the surfaces back: the client is sent what they show,
@@ -33,10 +32,10 @@ public:
 
 private:
     std::optional<Start> take(const std::function<bool(const Start&)>& wanted);
-    void giveBack();
 
     const Jobs& jobs;
     ReceiverState& state;
+    SurfaceDesk& desk;
     SurfaceMoves& moves;
     BankMap& bankMap;
     ClientMirror& mirror;

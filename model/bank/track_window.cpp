@@ -1,5 +1,6 @@
 #include "model/bank/track_window.h"
 
+#include "base/blank_text.h"
 #include "base/strip.h"
 
 #include <algorithm>
@@ -8,19 +9,9 @@
 
 namespace lumbrine {
 
-bool isBlank(std::string_view name) {
-    return name.find_first_not_of(" \t") == std::string_view::npos;
-}
-
-std::string_view trimSpaces(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
-// No name of the map is looked at again for another place, however alike the names are: what has fitted so far tells
-// which later places it rules out.
-int locate(std::span<const std::string> map, std::span<const std::string> window) {
+// The search of Knuth, Morris and Pratt: no track is looked at again for another place, however alike the names are,
+// because what has fitted so far rules places out.
+int locate(std::span<const Track> tracks, std::span<const std::string> window) {
     assert(window.size() <= stripCount);
     if (std::ranges::all_of(window, isBlank)) return -1;
     // How many names at the end of the window's first i + 1 are also its beginning.
@@ -34,8 +25,8 @@ int locate(std::span<const std::string> map, std::span<const std::string> window
 
     const std::string blank;
     int found = -1;
-    for (std::size_t i = 0, same = 0; i < map.size() + window.size(); ++i) {
-        const std::string& name = i < map.size() ? map[i] : blank;
+    for (std::size_t i = 0, same = 0; i < tracks.size() + window.size(); ++i) {
+        const std::string& name = i < tracks.size() ? tracks[i].display : blank;
         while (same > 0 && name != window[same])
             same = borders[same - 1];
         if (name == window[same]) ++same;

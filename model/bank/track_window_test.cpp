@@ -1,9 +1,14 @@
+#include "base/blank_text.h"
 #include "model/bank/track_window.h"
 
 namespace lumbrine {
 namespace {
 
 using Names = TrackNames;
+
+int locate(const Names& map, const Names& window) {
+    return lumbrine::locate(Session::of(map).tracks, window);
+}
 
 TEST(TrackWindow, IsLocatedWhereItsNamesStand) {
     EXPECT_EQ(locate(Names{"A", "B", "C", "D", "E"}, Names{"B", "C"}), 1);

@@ -5,9 +5,8 @@
 
 namespace lumbrine {
 
-VisibleRangeWalk::VisibleRangeWalk(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts,
-                                   Bilingual bilingual)
-    : jobs(modelJobs), state(receiverState), parts(otherParts), text(bilingual) {}
+VisibleRangeWalk::VisibleRangeWalk(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts)
+    : jobs(jobs), state(state), log(log), parts(parts) {}
 
 void VisibleRangeWalk::refreshVisibleRange(int start, int count) {
     jobs.onQueue(parts.automation.queue(), [this, start, count] { walkOver(start, count); });
@@ -18,7 +17,7 @@ void VisibleRangeWalk::walkOver(int start, int count) {
     const auto begun = parts.walk.begin([&](const SurfaceWalk::Start& at) {
         range = {.begin = std::max(start, 0), .end = std::min(start + std::max(count, 1), at.session.tracks)};
         if (at.transportRunning || range.begin >= range.end) return false;
-        parts.capture.ensureSessAutoPanSize();
+        state.published.session.surveyed = true;
         return true;
     });
     if (!begun) return;
@@ -36,8 +35,8 @@ void VisibleRangeWalk::captureRange(Range range, BankLayout session) {
             if (range.contains(shown + i)) captureTrack(*Strip::of(i), shown + i);
         const int next = shown + session.width;
         if (next <= wanted || !connected()) {
-            parts.log.appendLog(text("Aborted capturing the visible range (Pro Tools is not responding)",
-                                     "表示範囲の採取を中断しました（Pro Tools が応答しません）"));
+            log.say("Aborted capturing the visible range (Pro Tools is not responding)",
+                    "表示範囲の採取を中断しました（Pro Tools が応答しません）");
             return;
         }
         if (next >= range.end) return;
@@ -56,26 +55,21 @@ bool VisibleRangeWalk::connected() const {
 
 void VisibleRangeWalk::store(Strip strip, std::size_t track, std::uint8_t mode) {
     assert(jobs.runtime.onMain());
-    SessionTable& session = state.session;
-    if (track >= session.sessAutoModes.size()) return;
-    if (mode != autoModeUnknown) session.sessAutoModes[track] = mode;
-    const std::uint8_t side = state.automation.panRightMode ? 1 : 0;
-    session.sessPanSide[track] = side;
-    session.sessPanPos[track] = state.mirror.panPos[side][strip.slot()];
-    session.sessPanCenter[track] = state.mirror.panCen[side][strip.slot()];
-    session.sessPanKnown[track] = true;
+    std::vector<Track>& tracks = state.published.session.tracks;
+    if (track >= tracks.size()) return;
+    if (mode != autoModeUnknown) tracks[track].mode = mode;
+    const std::uint8_t side = state.published.panRight ? 1 : 0;
+    const Ring& ring = state.published.strip(strip).pan[side];
+    tracks[track].pan = SessionPan{.known = true, .side = side, .position = ring.position, .centre = ring.centre};
 }
 
 void VisibleRangeWalk::report(Range range) {
     assert(jobs.runtime.onMain());
-    state.session.sessAutoPanCaptured = true;
     parts.mirror.sendAllPans();
     parts.mirror.sendAllAutoModes();
-    parts.mirror.sendSessAutoModes();
-    parts.mirror.sendSessPan();
+    parts.mirror.send(occasion::session);
     const std::string tracks = std::to_string(range.begin + 1) + "–" + std::to_string(range.end);
-    parts.log.appendLog(text("✓ Captured auto/pan for visible range " + tracks,
-                             "✓ 表示範囲 " + tracks + " の auto/pan を採取しました"));
+    log.say("✓ Captured auto/pan for visible range " + tracks, "✓ 表示範囲 " + tracks + " の auto/pan を採取しました");
 }
 
 } // namespace lumbrine

@@ -2,10 +2,8 @@
 // surfaces, so the range is walked bank by bank and every strip of it probed.
 #pragma once
 
-#include "base/bilingual.h"
 #include "model/bank/surface_walk.h"
 #include "model/hands/automation_modes.h"
-#include "model/tracks/session_capture.h"
 
 namespace lumbrine {
 
@@ -15,12 +13,10 @@ public:
         SurfaceMoves& moves;
         SurfaceWalk& walk;
         AutomationModes& automation;
-        SessionCapture& capture;
         ClientMirror& mirror;
-        ActivityLog& log;
     };
 
-    VisibleRangeWalk(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts, Bilingual bilingual);
+    VisibleRangeWalk(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts);
 
     // Queues a walk over `count` tracks, at least one, from session index `start`; what lies outside the session is
     // left out. Nothing happens while the transport runs. Any thread.
@@ -29,7 +25,7 @@ public:
 private:
     struct Range {
         int begin = 0;
-        int end = 0; // behind the last
+        int end = 0; // one past the last track
 
         bool contains(int track) const { return begin <= track && track < end; }
     };
@@ -46,8 +42,8 @@ private:
 
     const Jobs& jobs;
     ReceiverState& state;
+    ActivityLog& log;
     const Parts parts;
-    const Bilingual text;
 };
 
 } // namespace lumbrine

@@ -1,6 +1,7 @@
 // Reading the automation modes and pans of a range of the session.
 #include "model/testing/banking_host.h"
 #include "model/testing/model_test.h"
+#include "model/testing/session_columns.h"
 
 #include <algorithm>
 #include <span>
@@ -25,16 +26,18 @@ protected:
 
     bool ends(Duration limit = 20s) {
         world.runtime.runUntilIdle();
-        return world.runtime.runUntil([this] { return !state.bank.groupApplying; }, limit);
+        return world.runtime.runUntil([this] { return state.published.banksUsedBy != BankUser::walk; }, limit);
     }
 
     // The session indices of the tracks whose pan is known.
     std::vector<std::size_t> known() {
         std::vector<std::size_t> tracks;
-        for (std::size_t track = 0; track < state.session.sessPanKnown.size(); ++track)
-            if (state.session.sessPanKnown[track]) tracks.push_back(track);
+        for (std::size_t track = 0; track < state.published.session.size(); ++track)
+            if (state.published.session.tracks[track].pan) tracks.push_back(track);
         return tracks;
     }
+
+    SessionPan pan(std::size_t track) { return state.published.session.tracks.at(track).pan.value(); }
 
     VisibleRangeWalk& walk = bench.parts().visibleRange;
     ReceiverState& state = bench.state();
@@ -45,10 +48,11 @@ TEST_F(VisibleRangeTest, EveryTrackOfTheRangeIsProbedAndTheViewPutBack) {
     walk.refreshVisibleRange(5, 9);
     ASSERT_TRUE(ends());
     EXPECT_THAT(known(), ElementsAre(5u, 6u, 7u, 8u, 9u, 10u, 11u, 12u, 13u));
-    EXPECT_THAT(state.session.sessAutoModes, ElementsAre(0, 0, 0, 0, 0, 3, 1, 3, 1, 3, 1, 3, 1, 3, 0, 0, 0, 0, 0, 0));
+    EXPECT_THAT(column(state.published.session, &Track::mode),
+                ElementsAre(0, 0, 0, 0, 0, 3, 1, 3, 1, 3, 1, 3, 1, 3, 0, 0, 0, 0, 0, 0));
     EXPECT_EQ(host.offset, 0);
     EXPECT_EQ(state.published.bankOffset, 0);
-    EXPECT_TRUE(state.session.sessAutoPanCaptured);
+    EXPECT_TRUE(state.published.session.surveyed);
     EXPECT_THAT(bench.lines, ElementsAre("✓ Captured auto/pan for visible range 6–14"));
 }
 
@@ -87,7 +91,7 @@ TEST_F(VisibleRangeTest, ARangeOutsideTheSessionIsNone) {
     bench.run(1s);
     EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
     EXPECT_THAT(bench.lines, IsEmpty());
-    EXPECT_FALSE(state.session.sessAutoPanCaptured);
+    EXPECT_FALSE(state.published.session.surveyed);
 }
 
 TEST_F(VisibleRangeTest, NothingHappensWithoutProToolsOrAMapOrWhileOthersAreAtIt) {
@@ -96,12 +100,16 @@ TEST_F(VisibleRangeTest, NothingHappensWithoutProToolsOrAMapOrWhileOthersAreAtIt
         bench.run(1s);
         return bench.heardOn(bench.surfaceA).empty() && bench.takeLines().empty();
     };
-    for (bool* reason : {&state.mirror.transportPlaying, &state.mirror.transportRecording, &state.published.calibrating,
-                         &state.bank.seeking}) {
-        *reason = true;
+    for (bool* running : {&state.transportPlaying, &state.transportRecording}) {
+        *running = true;
         EXPECT_TRUE(refused());
-        *reason = false;
+        *running = false;
     }
+    for (const BankUser user : {BankUser::seek, BankUser::scan}) {
+        state.published.banksUsedBy = user;
+        EXPECT_TRUE(refused());
+    }
+    state.published.banksUsedBy.reset();
     state.published.huiConnected = false;
     EXPECT_TRUE(refused());
     state.published.huiConnected = true;
@@ -110,12 +118,12 @@ TEST_F(VisibleRangeTest, NothingHappensWithoutProToolsOrAMapOrWhileOthersAreAtIt
 }
 
 TEST_F(VisibleRangeTest, AModeThatIsNotShownLeavesTheOneThatWasKnown) {
-    bench.parts().capture.ensureSessAutoPanSize();
-    state.session.sessAutoModes[2] = 4;
+    bench.state().published.session.surveyed = true;
+    state.published.session.tracks[2].mode = 4;
     host.modes.clear();
     walk.refreshVisibleRange(2, 1);
     ASSERT_TRUE(ends());
-    EXPECT_EQ(state.session.sessAutoModes[2], 4);
+    EXPECT_EQ(state.published.session.tracks[2].mode, 4);
     EXPECT_THAT(known(), ElementsAre(2u));
 }
 
@@ -125,19 +133,19 @@ TEST_F(VisibleRangeTest, ThePanIsThatOfTheSideWhichTheVPotsShow) {
     world.runtime.runUntilIdle();
     walk.refreshVisibleRange(0, 4);
     ASSERT_TRUE(ends());
-    EXPECT_EQ(state.session.sessPanPos[2], 9);
-    EXPECT_FALSE(state.session.sessPanCenter[2]);
-    EXPECT_EQ(state.session.sessPanSide[2], 0);
-    EXPECT_TRUE(state.session.sessPanCenter[3]);
+    EXPECT_EQ(pan(2).position, 9);
+    EXPECT_FALSE(pan(2).centre);
+    EXPECT_EQ(pan(2).side, 0);
+    EXPECT_TRUE(pan(3).centre);
 
     bench.parts().surfaces.engine(SurfaceID::A).flipPanSide();
-    state.automation.panRightMode = true;
+    state.published.panRight = true;
     bench.surfaceA.ring(2, 4, false);
     world.runtime.runUntilIdle();
     walk.refreshVisibleRange(0, 4);
     ASSERT_TRUE(ends());
-    EXPECT_EQ(state.session.sessPanPos[2], 4);
-    EXPECT_EQ(state.session.sessPanSide[2], 1);
+    EXPECT_EQ(pan(2).position, 4);
+    EXPECT_EQ(pan(2).side, 1);
 }
 
 // ---- Trouble
@@ -216,8 +224,9 @@ TEST_F(ToldVisibleRangeTest, ACapturedRangeIsToldWithTheWholeSession) {
     bench.run(10ms);
     markAll();
     bench.parts().visibleRange.refreshVisibleRange(0, 1);
-    ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().bank.groupApplying; }, 1s));
-    ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().bank.groupApplying; }, 2s));
+    ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().published.banksUsedBy == BankUser::walk; }, 1s));
+    ASSERT_TRUE(
+        world.runtime.runUntil([this] { return !(bench.state().published.banksUsedBy == BankUser::walk); }, 2s));
     settle();
 
     Lines types;

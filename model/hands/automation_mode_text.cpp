@@ -1,6 +1,6 @@
 #include "model/hands/automation_mode_text.h"
 
-#include "model/bank/track_window.h"
+#include "base/blank_text.h"
 
 #include <algorithm>
 #include <array>

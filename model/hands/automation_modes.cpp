@@ -8,31 +8,21 @@ namespace lumbrine {
 
 namespace {
 
-constexpr Duration settleBeforeAction = seconds(0.05);
-constexpr Duration pressTime = seconds(0.06);
-constexpr Duration displayTime = seconds(0.15);
 constexpr Duration pollAllInterval = seconds(3.0);
 
 } // namespace
 
-AutomationModes::AutomationModes(const Jobs& modelJobs, ReceiverState& receiverState, Surfaces& hostSurfaces,
-                                 ClientMirror& client, ProbeExchange& probeExchange, ActivityLog& activityLog,
-                                 Bilingual bilingual)
-    : jobs(modelJobs), state(receiverState), surfaces(hostSurfaces), mirror(client), exchange(probeExchange),
-      log(activityLog), text(bilingual),
+AutomationModes::AutomationModes(const Jobs& jobs, ReceiverState& state, ActivityLog& log, SurfaceDesk& desk,
+                                 DisplayWatch& displays, ClientMirror& mirror)
+    : jobs(jobs), state(state), log(log), desk(desk), displays(displays), mirror(mirror),
       autoQueue(jobs.runtime.serialQueue("com.tarnwick.lumbrine.automode", Priority::userInitiated)) {}
 
+// ---- Reading
+
 std::uint8_t AutomationModes::autoProbe(Strip strip, const std::function<void()>& whileHeld) {
-    HUIEngine& engine = surfaces.engineOf(strip);
-    exchange.begin(strip);
-    engine.switchEdge(strip.engineStrip(), hui::autoPort, true);
-    if (whileHeld) {
-        jobs.runtime.sleepFor(settleBeforeAction);
-        whileHeld();
-    }
-    jobs.runtime.sleepFor(displayTime);
-    engine.switchEdge(strip.engineStrip(), hui::autoPort, false);
-    return exchange.end();
+    displays.beginProbe(strip);
+    desk.holdAuto(strip, whileHeld);
+    return displays.endProbe();
 }
 
 void AutomationModes::pollAutoMode(Strip strip) {
@@ -41,16 +31,18 @@ void AutomationModes::pollAutoMode(Strip strip) {
     });
 }
 
+// A probe under the client's finger would end its touch in some modes; one while the banks move asks a track that is
+// gone before it answers.
 bool AutomationModes::mayProbe(Strip strip) const {
     return state.published.huiConnected && state.quiet() && !state.transportRunning() &&
-           !state.mirror.stripTouched[strip.slot()];
+           !state.published.strip(strip).touched;
 }
 
 void AutomationModes::pollAllAutoModes() {
     assert(jobs.runtime.onMain());
     const TimePoint now = jobs.runtime.now();
-    if (now - state.automation.lastAutoPollAll <= pollAllInterval) return;
-    state.automation.lastAutoPollAll = now;
+    if (now - state.lastAutoPollAll <= pollAllInterval) return;
+    state.lastAutoPollAll = now;
     for (int i = 0; i < state.published.winW; ++i)
         pollAutoMode(*Strip::of(i));
 }
@@ -58,20 +50,14 @@ void AutomationModes::pollAllAutoModes() {
 void AutomationModes::autoModeUpdate(Strip strip, std::uint8_t code) {
     if (code == autoModeUnknown) return;
     jobs.runOnMain([this, strip, code] {
-        std::uint8_t& cached = state.automation.autoModeCache[strip.slot()];
-        if (cached == code) return;
-        cached = code;
-        mirror.sendAutoModesIfChanged();
+        if (std::exchange(state.published.strip(strip).mode, code) != code) mirror.sendAutoModesIfChanged();
     });
 }
 
+// ---- Setting
+
 std::uint8_t AutomationModes::pressMode(Strip strip, int modePort) {
-    HUIEngine& engine = surfaces.engineOf(strip);
-    return autoProbe(strip, [this, &engine, modePort] {
-        engine.switchEdge(hui::autoModeZone, modePort, true);
-        jobs.runtime.sleepFor(pressTime);
-        engine.switchEdge(hui::autoModeZone, modePort, false);
-    });
+    return autoProbe(strip, [this, strip, modePort] { desk.pressMode(strip, modePort); });
 }
 
 void AutomationModes::setAutoMode(Strip strip, int modePort) {
@@ -82,8 +68,9 @@ void AutomationModes::setAutoMode(Strip strip, int modePort) {
 }
 
 void AutomationModes::logMode(Strip strip) {
-    log.appendLog("← auto ch" + std::to_string(strip.index() + 1) + text(" mode changed → ", " モード変更 → ") +
-                  autoModeName(state.automation.autoModeCache[strip.slot()], text));
+    const std::string channel = "← auto ch" + std::to_string(strip.index() + 1);
+    const std::string mode = autoModeName(state.published.strip(strip).mode, log.text);
+    log.say(channel + " mode changed → " + mode, channel + " モード変更 → " + mode);
 }
 
 } // namespace lumbrine

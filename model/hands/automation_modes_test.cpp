@@ -12,9 +12,9 @@ protected:
         bench.surfaceA.pingEverySecond();
         sendNothing();
         bench.run(1500ms); // connected, and its pan side reset
-        bench.state().bank.seeking = true;
+        bench.state().published.banksUsedBy = BankUser::seek;
         bench.run(1s); // the tick's own probe has ended, and none follows
-        bench.state().bank.seeking = false;
+        bench.state().published.banksUsedBy.reset();
         bench.surfaceA.stopPinging();
         markAll();
     }
@@ -46,12 +46,12 @@ TEST_F(AutomationModesTest, TheModeThatTheDisplayShowsIsToldToTheClient) {
     bench.run(100ms);
     bench.surfaceA.name(3, "TLch");
     bench.run(50ms);
-    EXPECT_EQ(state.automation.autoModeCache[3], 11);
+    EXPECT_EQ(state.published.strips[3].mode, 11);
     EXPECT_THAT(heard(0x1C), ElementsAre("150ms 01 1C 00 00 00 0B 00 00 00 00"));
 }
 
 TEST_F(AutomationModesTest, AModeThatIsKnownIsNotToldAgain) {
-    state.automation.autoModeCache[3] = 1;
+    state.published.strips[3].mode = 1;
     bench.parts().mirror.sendAllAutoModes();
     settle();
     phone->tape.clear();
@@ -60,11 +60,11 @@ TEST_F(AutomationModesTest, AModeThatIsKnownIsNotToldAgain) {
 }
 
 TEST_F(AutomationModesTest, AProbeThatReadsNothingStoresNothing) {
-    state.automation.autoModeCache[3] = 1;
+    state.published.strips[3].mode = 1;
     automation.pollAutoMode(*Strip::of(3));
     bench.surfaceA.name(3, "Kick");
     bench.run(150ms);
-    EXPECT_EQ(state.automation.autoModeCache[3], 1);
+    EXPECT_EQ(state.published.strips[3].mode, 1);
     EXPECT_THAT(heard(0x1C), IsEmpty());
 }
 
@@ -73,7 +73,7 @@ TEST_F(AutomationModesTest, ATextAfterTheProbeIsTooLate) {
     bench.run(150ms);
     bench.surfaceA.name(3, "Read");
     bench.run(1ms);
-    EXPECT_EQ(state.automation.autoModeCache[3], 0);
+    EXPECT_EQ(state.published.strips[3].mode, 0);
 }
 
 TEST_F(AutomationModesTest, ProbesRunOnTheQueueOfThatName) {
@@ -83,14 +83,18 @@ TEST_F(AutomationModesTest, ProbesRunOnTheQueueOfThatName) {
 // ---- When probing is not allowed
 
 TEST_F(AutomationModesTest, NothingIsProbedWhileSomethingElseNeedsTheSurfaces) {
-    for (bool* obstacle :
-         {&state.bank.seeking, &state.bank.groupApplying, &state.published.calibrating, &state.mirror.transportPlaying,
-          &state.mirror.transportRecording, &state.mirror.stripTouched[3]}) {
+    for (bool* obstacle : {&state.transportPlaying, &state.transportRecording, &state.published.strips[3].touched}) {
         *obstacle = true;
         automation.pollAutoMode(*Strip::of(3));
         settle();
         EXPECT_THAT(heardOnA(), IsEmpty());
         *obstacle = false;
+    }
+    for (const BankUser user : {BankUser::seek, BankUser::scan, BankUser::walk}) {
+        state.published.banksUsedBy = user;
+        automation.pollAutoMode(*Strip::of(3));
+        settle();
+        EXPECT_THAT(heardOnA(), IsEmpty());
     }
 }
 
@@ -102,7 +106,7 @@ TEST_F(AutomationModesTest, NothingIsProbedWithoutProTools) {
 }
 
 TEST_F(AutomationModesTest, AFingerOnAnotherFaderDoesNotMatter) {
-    state.mirror.stripTouched[4] = true;
+    state.published.strips[4].touched = true;
     automation.pollAutoMode(*Strip::of(3));
     settle();
     EXPECT_THAT(heardOnA(), testing::SizeIs(2));
@@ -126,14 +130,14 @@ TEST_F(AutomationModesTest, AllStripsAreProbedOneAfterAnother) {
 
 TEST_F(AutomationModesTest, AllStripsAreProbedAgainAfterMoreThanThreeSecondsOnly) {
     automation.pollAllAutoModes();
-    const TimePoint first = state.automation.lastAutoPollAll;
+    const TimePoint first = state.lastAutoPollAll;
     EXPECT_EQ(first, world.runtime.now());
     bench.run(3s);
     automation.pollAllAutoModes();
-    EXPECT_EQ(state.automation.lastAutoPollAll, first);
+    EXPECT_EQ(state.lastAutoPollAll, first);
     bench.run(1ms);
     automation.pollAllAutoModes();
-    EXPECT_EQ(state.automation.lastAutoPollAll, world.runtime.now());
+    EXPECT_EQ(state.lastAutoPollAll, world.runtime.now());
 }
 
 TEST_F(AutomationModesTest, AskingTwiceQueuesTheProbesOnce) {
@@ -168,7 +172,7 @@ TEST_F(AutomationModesTest, AModeOfTheSecondSurfaceIsSetThere) {
 }
 
 TEST_F(AutomationModesTest, ASettingThatReadsNothingNamesWhatWasKnown) {
-    state.automation.autoModeCache[2] = 5;
+    state.published.strips[2].mode = 5;
     phone->send({0x01, 0x0F, 0x02, 0x05});
     bench.run(260ms);
     EXPECT_THAT(bench.takeLines(), ElementsAre("← auto ch3 mode changed → off"));

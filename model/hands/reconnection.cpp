@@ -13,16 +13,15 @@ constexpr Duration lookInterval = seconds(0.1);
 
 } // namespace
 
-Reconnection::Reconnection(const Jobs& modelJobs, const ReceiverState& receiverState, Accessibility& access,
-                           Surfaces& theSurfaces, ActivityLog& activityLog, Bilingual bilingual)
-    : jobs(modelJobs), state(receiverState), accessibility(access), surfaces(theSurfaces), log(activityLog),
-      text(bilingual) {}
+Reconnection::Reconnection(const Jobs& jobs, const ReceiverState& state, ActivityLog& log, Accessibility& accessibility,
+                           Surfaces& surfaces)
+    : jobs(jobs), state(state), log(log), accessibility(accessibility), surfaces(surfaces) {}
 
 void Reconnection::reconnectToPT() {
     assert(jobs.runtime.onMain());
     if (reconnecting) return;
     if (state.published.huiConnected) {
-        log.appendLog(text("Already connected to Pro Tools", "既に Pro Tools と接続中です"));
+        log.say("Already connected to Pro Tools", "既に Pro Tools と接続中です");
     } else if (accessibility.isTrusted()) {
         begin();
     } else {
@@ -31,23 +30,21 @@ void Reconnection::reconnectToPT() {
 }
 
 void Reconnection::askForPermission() {
-    log.appendLog(
-        text("⚠️ This feature requires Accessibility permission", "⚠️ この機能には「アクセシビリティ」権限が必要です"));
-    log.appendLog(text("   (it opens and closes PT's Peripherals dialog for you so PT re-grabs the MIDI ports)",
-                       "   （PT のペリフェラル画面を代わりに開閉して、MIDI ポートを掴み直させるため）"));
-    log.appendLog(
-        text("   Allow it in System Settings ▸ Privacy & Security ▸ Accessibility, then press the button again",
-             "   システム設定 ▸ プライバシーとセキュリティ ▸ アクセシビリティ で許可 → もう一度押してください"));
+    log.say("⚠️ This feature requires Accessibility permission", "⚠️ この機能には「アクセシビリティ」権限が必要です");
+    log.say("   (it opens and closes PT's Peripherals dialog for you so PT re-grabs the MIDI ports)",
+            "   （PT のペリフェラル画面を代わりに開閉して、MIDI ポートを掴み直させるため）");
+    log.say("   Allow it in System Settings ▸ Privacy & Security ▸ Accessibility, then press the button again",
+            "   システム設定 ▸ プライバシーとセキュリティ ▸ アクセシビリティ で許可 → もう一度押してください");
     accessibility.isTrustedOrPrompt();
 }
 
 void Reconnection::begin() {
     reconnecting = true;
-    log.appendLog(text("→ Opening and closing PT's Peripherals dialog so it re-grabs the ports…",
-                       "→ PT のペリフェラル画面を開閉して、ポートを掴み直させます…"));
+    log.say("→ Opening and closing PT's Peripherals dialog so it re-grabs the ports…",
+            "→ PT のペリフェラル画面を開閉して、ポートを掴み直させます…");
     surfaces.announceSurfaceA();
     jobs.inBackground(Priority::userInitiated, [this] {
-        const std::string outcome = PTReconnector::run(accessibility, jobs.runtime, text);
+        const std::string outcome = PTReconnector::run(accessibility, jobs.runtime, log.text);
         jobs.runOnMain([this, outcome] {
             log.appendLog(outcome);
             awaitPings(jobs.runtime.now() + patience);
@@ -61,10 +58,10 @@ void Reconnection::awaitPings(TimePoint deadline) {
         return jobs.onMainAfter(lookInterval, [this, deadline] { awaitPings(deadline); });
     reconnecting = false;
     if (connected) return;
-    log.appendLog(text("✗ Still not connected. In PT's Setup ▸ Peripherals ▸ MIDI Controllers, "
-                       "set Type = HUI / Receive From = Lumbrine / Send To = Lumbrine and close the dialog with OK",
-                       "✗ まだ繋がりません。PT の 設定▸ペリフェラル▸MIDIコントローラー で "
-                       "Type = HUI / Receive From = Lumbrine / Send To = Lumbrine に設定し、OK で閉じてください"));
+    log.say("✗ Still not connected. In PT's Setup ▸ Peripherals ▸ MIDI Controllers, "
+            "set Type = HUI / Receive From = Lumbrine / Send To = Lumbrine and close the dialog with OK",
+            "✗ まだ繋がりません。PT の 設定▸ペリフェラル▸MIDIコントローラー で "
+            "Type = HUI / Receive From = Lumbrine / Send To = Lumbrine に設定し、OK で閉じてください");
 }
 
 } // namespace lumbrine

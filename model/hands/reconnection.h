@@ -1,7 +1,6 @@
-// Having Pro Tools take hold of the MIDI ports anew, by opening and closing its Peripherals dialog on the screen.
+// Makes Pro Tools reopen the MIDI ports, by opening and closing its Peripherals dialog on the screen.
 #pragma once
 
-#include "base/bilingual.h"
 #include "model/hands/surfaces.h"
 #include "model/state/activity_log.h"
 #include "model/state/jobs.h"
@@ -16,17 +15,18 @@ public:
     // the tick that notices comes every 0.4 s.
     static constexpr Duration patience = seconds(5);
 
-    Reconnection(const Jobs& modelJobs, const ReceiverState& receiverState, Accessibility& access,
-                 Surfaces& theSurfaces, ActivityLog& activityLog, Bilingual bilingual);
+    Reconnection(const Jobs& jobs, const ReceiverState& state, ActivityLog& log, Accessibility& accessibility,
+                 Surfaces& surfaces);
 
-    // The user's reconnect action. Returns at once; the log tells what comes of it:
+    // The user's reconnect action. Returns at once and logs the result:
     //
-    // - Pro Tools is connected: that it is so.
-    // - The user does not let this process press other programs' buttons: what to allow, and the system asks for it.
-    // - Else surface A announces itself and the dialog is opened and closed on a background thread. The log tells the
-    //   outcome when that has ended, and what to set by hand when Pro Tools does not ping within `patience` after it,
-    //   whatever the outcome was; the announcements alone can bring Pro Tools back. Until the pings have come or the
-    //   patience is over, another call does nothing.
+    // - If Pro Tools is connected: that it is.
+    // - If the user has not allowed this process to press other programs' buttons: what to allow. The system asks for
+    //   the permission.
+    // - Else surface A announces itself and the dialog is opened and closed on a background thread. The log then says
+    //   how that went, and, if Pro Tools has not pinged within `patience` after it, what to set by hand. The
+    //   announcements alone can bring Pro Tools back, so the pings count whatever became of the dialog. Until they have
+    //   come or the patience is over, another call does nothing.
     //
     // Main thread.
     void reconnectToPT();
@@ -38,10 +38,9 @@ private:
 
     const Jobs& jobs;
     const ReceiverState& state;
+    ActivityLog& log;
     Accessibility& accessibility;
     Surfaces& surfaces;
-    ActivityLog& log;
-    const Bilingual text;
     bool reconnecting = false; // main thread only
 };
 

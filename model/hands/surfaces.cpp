@@ -14,11 +14,10 @@ constexpr std::int32_t destinationB = 0x4C6D4442; // "LmDB"
 
 } // namespace
 
-Surfaces::Surfaces(Runtime& runtime, MIDIServices& services, Bilingual bilingual, ActivityLog& activityLog)
-    : text(bilingual), log(activityLog),
-      midi(std::make_shared<MIDIHost>(runtime, services, "Lumbrine", sourceA, destinationA)),
+Surfaces::Surfaces(Runtime& runtime, MIDIServices& services, ActivityLog& log)
+    : log(log), midi(std::make_shared<MIDIHost>(runtime, services, "Lumbrine", sourceA, destinationA)),
       midiB(std::make_shared<MIDIHost>(runtime, services, "Lumbrine B", sourceB, destinationB)),
-      hui(std::make_shared<HUIEngine>(runtime, bilingual)), huiB(std::make_shared<HUIEngine>(runtime, bilingual)) {}
+      hui(std::make_shared<HUIEngine>(runtime, log.text)), huiB(std::make_shared<HUIEngine>(runtime, log.text)) {}
 
 void Surfaces::wire(const std::weak_ptr<SurfaceListener>& listener) {
     wireSurface(SurfaceID::A, hui, midi, listener);
@@ -28,12 +27,13 @@ void Surfaces::wire(const std::weak_ptr<SurfaceListener>& listener) {
 void Surfaces::startSurfaces() {
     for (MIDIHost* host : {midi.get(), midiB.get()}) {
         if (const auto started = host->start(); !started) {
-            log.appendLog(text("✗ MIDI failed: ", "✗ MIDI 失敗: ") + started.error().description);
+            const std::string& why = started.error().description;
+            log.say("✗ MIDI failed: " + why, "✗ MIDI 失敗: " + why);
             return;
         }
     }
-    log.appendLog(text("✓ Virtual MIDI 'Lumbrine' + 'Lumbrine B' created (ch 1-8 + 9-16)",
-                       "✓ 仮想MIDI 'Lumbrine' + 'Lumbrine B' 生成（8ch＋9〜16ch）"));
+    log.say("✓ Virtual MIDI 'Lumbrine' + 'Lumbrine B' created (ch 1-8 + 9-16)",
+            "✓ 仮想MIDI 'Lumbrine' + 'Lumbrine B' 生成（8ch＋9〜16ch）");
     announceSurfaceA();
     midiB->announcePresence(presenceCount);
 }
@@ -44,13 +44,6 @@ void Surfaces::announceSurfaceA() {
 
 void Surfaces::hwMute(int strip, int port) {
     if (const auto shown = Strip::of(strip)) engineOf(*shown).pressSwitch(shown->engineStrip(), port);
-}
-
-void Surfaces::hwPanAssignToggle() {
-    for (HUIEngine* engine : {hui.get(), huiB.get()}) {
-        engine->flipPanSide();
-        engine->pressSwitch(hui::assignZone, hui::panAssignPort);
-    }
 }
 
 } // namespace lumbrine

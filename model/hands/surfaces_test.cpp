@@ -1,7 +1,7 @@
 // The two surfaces as the system sees them: under which names and identities their ports are made, and what becomes of
 // them when a port cannot be made.
 #include "base/midi_packet_list.h"
-#include "model/hands/surfaces.h"
+#include "model/hands/surface_desk.h"
 #include "model/testing/model_test.h"
 #include "platform/virtual/still_runtime.h"
 
@@ -71,9 +71,9 @@ protected:
     Jobs jobs{runtime};
     PublishedState published;
     Lines lines;
-    ActivityLog log{jobs, published, [this](const std::string& line) { lines.push_back(line); }};
+    ActivityLog log{jobs, published, Bilingual(false), [this](const std::string& line) { lines.push_back(line); }};
     PortRegister ports;
-    Surfaces surfaces{runtime, ports, Bilingual(false), log};
+    Surfaces surfaces{runtime, ports, log};
 };
 
 TEST_F(SurfacesTest, HaveThePortsByWhichProToolsKnowsThem) {
@@ -119,10 +119,10 @@ TEST_F(SurfacesTest, AreAnnouncedThreeTimesEach) {
 TEST(SurfacesPanSide, IsTurnedBeforeProToolsHearsOfIt) {
     StillRuntime runtime;
     Jobs jobs(runtime);
-    PublishedState published;
-    ActivityLog log(jobs, published, [](const std::string&) {});
+    ReceiverState state;
+    ActivityLog log(jobs, state.published, Bilingual(false), [](const std::string&) {});
     PortRegister ports;
-    Surfaces surfaces(runtime, ports, Bilingual(false), log);
+    Surfaces surfaces(runtime, ports, log);
     surfaces.wire({});
     surfaces.startSurfaces();
     std::vector<std::pair<bool, bool>> sides; // of A and B at each message
@@ -130,7 +130,9 @@ TEST(SurfacesPanSide, IsTurnedBeforeProToolsHearsOfIt) {
         sides.emplace_back(surfaces.engine(SurfaceID::A).showsRightPan(),
                            surfaces.engine(SurfaceID::B).showsRightPan());
     };
-    surfaces.hwPanAssignToggle();
+    SurfaceDesk desk(jobs, state, surfaces);
+    for (const SurfaceID surface : {SurfaceID::A, SurfaceID::B})
+        desk.flipPanSide(surface);
     EXPECT_THAT(sides, ElementsAre(std::pair(true, false), std::pair(true, false), //
                                    std::pair(true, true), std::pair(true, true)));
 }

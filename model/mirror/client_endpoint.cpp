@@ -5,18 +5,17 @@
 
 namespace lumbrine {
 
-ClientEndpoint::ClientEndpoint(Runtime& rt, DatagramSockets& datagramSockets, ServiceAdvertiser& serviceAdvertiser,
-                               const SystemInfo& systemInfo, Configuration configuration, Bilingual bilingual,
-                               ActivityLog& activityLog)
-    : port(configuration.port), runtime(rt), sockets(datagramSockets), advertiser(serviceAdvertiser),
-      system(systemInfo), noBonjour(configuration.noBonjour), text(bilingual), log(activityLog) {}
+ClientEndpoint::ClientEndpoint(Runtime& runtime, DatagramSockets& sockets, ServiceAdvertiser& advertiser,
+                               const SystemInfo& system, Configuration configuration, ActivityLog& log)
+    : port(configuration.port), runtime(runtime), sockets(sockets), advertiser(advertiser), system(system),
+      noBonjour(configuration.noBonjour), log(log) {}
 
 void ClientEndpoint::startUDPAndBonjour(Handler handler) {
     assert(runtime.onMain());
     listen(std::move(handler));
     if (noBonjour) {
-        log.appendLog(text("⚠️ Bonjour advertising off (QV_NO_BONJOUR experimental mode)",
-                           "⚠️ Bonjour 広告なし（QV_NO_BONJOUR 実験モード）"));
+        log.say("⚠️ Bonjour advertising off (QV_NO_BONJOUR experimental mode)",
+                "⚠️ Bonjour 広告なし（QV_NO_BONJOUR 実験モード）");
     } else {
         advertise();
     }
@@ -26,16 +25,18 @@ void ClientEndpoint::listen(Handler handler) {
     udp = std::make_unique<UDPServer>(runtime, sockets, port);
     udp->onDatagram = std::move(handler);
     if (const auto started = udp->start()) {
-        log.appendLog(text("✓ UDP listening on :", "✓ UDP 受信開始 :") + std::to_string(port));
+        const std::string where = std::to_string(port);
+        log.say("✓ UDP listening on :" + where, "✓ UDP 受信開始 :" + where);
     } else {
-        log.appendLog(text("✗ UDP failed: ", "✗ UDP 失敗: ") + started.error().description);
+        const std::string& why = started.error().description;
+        log.say("✗ UDP failed: " + why, "✗ UDP 失敗: " + why);
     }
 }
 
 void ClientEndpoint::advertise() {
     const std::string name = system.computerName().value_or("Lumbrine Mac");
     bonjour = advertiser.publish({.domain = "local.", .type = "_lumbrine._udp.", .name = name, .port = port});
-    log.appendLog(text("✓ Bonjour advertising: ", "✓ Bonjour 広告: ") + name);
+    log.say("✓ Bonjour advertising: " + name, "✓ Bonjour 広告: " + name);
 }
 
 // The server itself stays: its receive thread may be asking for it.

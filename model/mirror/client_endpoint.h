@@ -1,7 +1,6 @@
 // The receiver on the network: its UDP server and the announcement of it.
 #pragma once
 
-#include "base/bilingual.h"
 #include "client_link/udp_server.h"
 #include "model/state/activity_log.h"
 #include "model/state/configuration.h"
@@ -16,9 +15,8 @@ class ClientEndpoint {
 public:
     using Handler = std::function<void(ByteView bytes, std::string_view key)>;
 
-    ClientEndpoint(Runtime& rt, DatagramSockets& datagramSockets, ServiceAdvertiser& serviceAdvertiser,
-                   const SystemInfo& systemInfo, Configuration configuration, Bilingual bilingual,
-                   ActivityLog& activityLog);
+    ClientEndpoint(Runtime& runtime, DatagramSockets& sockets, ServiceAdvertiser& advertiser, const SystemInfo& system,
+                   Configuration configuration, ActivityLog& log);
 
     // Listens, and announces the port even when listening failed; logs both. `handler` gets the owner's datagrams on
     // the receive thread. Main thread, once.
@@ -47,7 +45,6 @@ private:
     ServiceAdvertiser& advertiser;
     const SystemInfo& system;
     const bool noBonjour;
-    const Bilingual text;
     ActivityLog& log;
     std::unique_ptr<UDPServer> udp;
     std::unique_ptr<Advertisement> bonjour;

@@ -12,14 +12,9 @@ protected:
     FakeComputer computer;
     Jobs jobs{world.runtime};
     PublishedState published;
-    ActivityLog log{jobs, published, [](const std::string&) {}};
-    ClientEndpoint endpoint{world.runtime,
-                            world.network.host("192.168.1.2"),
-                            computer,
-                            computer,
-                            Configuration::read(computer),
-                            Bilingual(false),
-                            log};
+    ActivityLog log{jobs, published, Bilingual(false), [](const std::string&) {}};
+    ClientEndpoint endpoint{world.runtime, world.network.host("192.168.1.2"), computer,
+                            computer,      Configuration::read(computer),     log};
     Phone phone{world, "192.168.1.7", "192.168.1.2", endpoint.port};
 };
 

@@ -7,8 +7,8 @@
 
 namespace lumbrine {
 
-ClientMirror::ClientMirror(Runtime& rt, const ReceiverState& receiverState, ClientEndpoint& clientEndpoint)
-    : runtime(rt), state(receiverState), endpoint(clientEndpoint) {}
+ClientMirror::ClientMirror(Runtime& runtime, const ReceiverState& state, ClientEndpoint& endpoint)
+    : runtime(runtime), state(state), endpoint(endpoint) {}
 
 void ClientMirror::emit(ByteView bytes) {
     assert(runtime.onMain());
@@ -17,6 +17,25 @@ void ClientMirror::emit(ByteView bytes) {
     } else {
         endpoint.broadcast(bytes);
     }
+}
+
+void ClientMirror::send(Messages messages) {
+    for (const Message message : messages)
+        (this->*message)();
+}
+
+void ClientMirror::sendTo(const std::string& key, Messages messages) {
+    snapshotTarget = key;
+    send(messages);
+    snapshotTarget.reset();
+}
+
+template <typename Value, typename ValueOf>
+std::vector<Value> ClientMirror::shown(ValueOf valueOf) const {
+    std::vector<Value> values;
+    for (const StripState& strip : state.published.shownStrips())
+        values.push_back(valueOf(strip));
+    return values;
 }
 
 // ---- Names, faders
@@ -28,7 +47,7 @@ void ClientMirror::sendTrackNameToClient(Strip strip, std::string_view name) {
 void ClientMirror::sendShownTrackNames() {
     for (int i = 0; i < state.published.winW; ++i) {
         const Strip strip = *Strip::of(i);
-        const std::string& name = state.mirror.nameCache[strip.slot()];
+        const std::string& name = state.published.strip(strip).name;
         if (!name.empty()) sendTrackNameToClient(strip, name);
     }
 }
@@ -40,7 +59,7 @@ void ClientMirror::sendFaderToClient(Strip strip, double value) {
 void ClientMirror::sendShownFaders() {
     for (int i = 0; i < state.published.winW; ++i) {
         const Strip strip = *Strip::of(i);
-        sendFaderToClient(strip, state.published.faders[strip.slot()]);
+        sendFaderToClient(strip, state.published.strip(strip).fader);
     }
 }
 
@@ -52,12 +71,11 @@ Bytes ClientMirror::buildSwitchPayload() const {
         if (now < led.blinkUntil) return SwitchLight::blinking;
         return led.rawOn ? SwitchLight::on : SwitchLight::off;
     };
-    PerStrip<StripSwitches> strips;
-    for (std::size_t i = 0; i < state.shownStrips(); ++i)
-        strips[i] = {.mute = light(state.mirror.mute[i]),
-                     .solo = state.mirror.soloCache[i] ? SwitchLight::on : SwitchLight::off,
-                     .record = light(state.mirror.rec[i])};
-    return switchesMessage(std::span(strips).first(state.shownStrips()));
+    return switchesMessage(shown<StripSwitches>([&light](const StripState& strip) {
+        return StripSwitches{.mute = light(strip.mute),
+                             .solo = strip.solo ? SwitchLight::on : SwitchLight::off,
+                             .record = light(strip.record)};
+    }));
 }
 
 void ClientMirror::sendSwitchesIfChanged() {
@@ -73,16 +91,19 @@ void ClientMirror::sendAllSwitches() {
 }
 
 void ClientMirror::sendSelectsToClient() {
-    if (state.quiet()) emit(selectsMessage(std::span(state.mirror.selectCache).first(state.shownStrips())));
+    if (!state.quiet()) return;
+    PerStrip<bool> selects{};
+    for (std::size_t i = 0; i < selects.size(); ++i)
+        selects[i] = state.published.strips[i].select;
+    emit(selectsMessage(std::span(selects).first(state.published.shownStrips().size())));
 }
 
 // ---- Pan
 
 void ClientMirror::sendPan(Strip strip, int side) {
     if (!state.quiet()) return;
-    const auto which = static_cast<std::size_t>(side);
-    emit(panMessage(strip.index(), side, state.mirror.panPos[which][strip.slot()],
-                    state.mirror.panCen[which][strip.slot()]));
+    const Ring& ring = state.published.strip(strip).pan[static_cast<std::size_t>(side)];
+    emit(panMessage(strip.index(), side, ring.position, ring.centre));
 }
 
 void ClientMirror::sendAllPans() {
@@ -92,55 +113,49 @@ void ClientMirror::sendAllPans() {
 }
 
 void ClientMirror::sendPanMode() {
-    emit(panModeMessage(state.automation.panRightMode));
+    emit(panModeMessage(state.published.panRight));
 }
 
-// ---- What the shown part of the session is
+// ---- What is shown of the session
 
-std::optional<std::size_t> ClientMirror::shownTrack(std::size_t strip) const {
-    if (state.published.bankOffset < 0) return std::nullopt;
-    return static_cast<std::size_t>(state.published.bankOffset) + strip;
+const Track* ClientMirror::shownTrack(std::size_t slot) const {
+    const auto track = state.published.trackOn(slot);
+    return track ? &state.published.session.tracks[*track] : nullptr;
 }
 
 void ClientMirror::sendBankPosToClient() {
-    emit(bankPosMessage(state.published.bankOffset, state.published.trackMap.size(), state.published.winW));
+    emit(bankPosMessage(state.published.bankOffset, state.published.session.size(), state.published.winW));
 }
 
 void ClientMirror::sendVisibleFullNames() {
-    const auto& names = state.published.trackMapFull;
-    for (std::size_t i = 0; i < state.shownStrips(); ++i) {
-        const auto track = shownTrack(i);
-        emit(fullNameMessage(static_cast<int>(i), track && *track < names.size() ? names[*track] : std::string_view{}));
+    for (std::size_t i = 0; i < state.published.shownStrips().size(); ++i) {
+        const Track* track = shownTrack(i);
+        emit(fullNameMessage(static_cast<int>(i), track && track->name ? *track->name : std::string_view{}));
     }
 }
 
 void ClientMirror::sendVisibleColors() {
-    const auto& colors = state.published.trackMapColors;
-    PerStrip<std::optional<RGBColor>> shown;
-    for (std::size_t i = 0; i < state.shownStrips(); ++i)
-        if (const auto track = shownTrack(i); track && *track < colors.size()) shown[i] = colors[*track];
-    emit(colorsMessage(std::span(shown).first(state.shownStrips())));
+    std::vector<std::optional<RGBColor>> colors;
+    for (std::size_t i = 0; i < state.published.shownStrips().size(); ++i) {
+        const Track* track = shownTrack(i);
+        colors.push_back(track ? track->color : std::nullopt);
+    }
+    emit(colorsMessage(colors));
 }
 
 void ClientMirror::sendVisibleInputMons() {
-    const auto& inputMons = state.published.trackMapInputMon;
-    PerStrip<bool> shown{};
-    for (std::size_t i = 0; i < state.shownStrips(); ++i)
-        if (const auto track = shownTrack(i); track && *track < inputMons.size()) shown[i] = inputMons[*track];
-    emit(inputMonsMessage(std::span(shown).first(state.shownStrips())));
-}
-
-void ClientMirror::sendBankView() {
-    sendBankPosToClient();
-    sendVisibleFullNames();
-    sendVisibleColors();
-    sendVisibleInputMons();
+    PerStrip<bool> inputMons{};
+    for (std::size_t i = 0; i < inputMons.size(); ++i) {
+        const Track* track = shownTrack(i);
+        inputMons[i] = track && track->inputMonitor;
+    }
+    emit(inputMonsMessage(std::span(inputMons).first(state.published.shownStrips().size())));
 }
 
 // ---- Automation modes, transport
 
 Bytes ClientMirror::buildAutoModes() const {
-    return autoModesMessage(std::span(state.automation.autoModeCache).first(state.shownStrips()));
+    return autoModesMessage(shown<std::uint8_t>([](const StripState& strip) { return strip.mode; }));
 }
 
 void ClientMirror::sendAllAutoModes() {
@@ -155,32 +170,32 @@ void ClientMirror::sendAutoModesIfChanged() {
 }
 
 void ClientMirror::sendTransport() {
-    emit(transportMessage(state.mirror.transportPlaying, state.mirror.transportRecording));
+    emit(transportMessage(state.transportPlaying, state.transportRecording));
 }
 
 void ClientMirror::sendTransportIfChanged() {
-    if (state.mirror.transportPlaying == lastSentPlaying && state.mirror.transportRecording == lastSentRecording)
-        return;
-    lastSentPlaying = state.mirror.transportPlaying;
-    lastSentRecording = state.mirror.transportRecording;
+    if (state.transportPlaying == lastSentPlaying && state.transportRecording == lastSentRecording) return;
+    lastSentPlaying = state.transportPlaying;
+    lastSentRecording = state.transportRecording;
     sendTransport();
 }
 
 // ---- The whole session
 
 void ClientMirror::sendSessAutoModes() {
-    for (const Bytes& chunk : sessAutoChunkMessages(state.session.sessAutoModes))
+    if (!state.published.session.surveyed) return;
+    std::vector<std::uint8_t> modes;
+    for (const Track& track : state.published.session.tracks)
+        modes.push_back(track.mode);
+    for (const Bytes& chunk : sessAutoChunkMessages(modes))
         emit(chunk);
 }
 
 void ClientMirror::sendSessPan() {
-    const SessionTable& session = state.session;
-    std::vector<SessionPan> pans(session.sessPanKnown.size());
-    for (std::size_t t = 0; t < pans.size(); ++t)
-        pans[t] = {.known = session.sessPanKnown[t],
-                   .side = session.sessPanSide[t],
-                   .position = session.sessPanPos[t],
-                   .centre = session.sessPanCenter[t]};
+    if (!state.published.session.surveyed) return;
+    std::vector<SessionPan> pans;
+    for (const Track& track : state.published.session.tracks)
+        pans.push_back(track.pan.value_or(SessionPan{}));
     for (const Bytes& chunk : sessPanChunkMessages(pans))
         emit(chunk);
 }

@@ -1,34 +1,41 @@
 // What the client is told of the model: every message that mirrors state goes out through here. Routines whose names
 // end in IfChanged remember what they sent last; the others always send. Main thread only.
 //
-// While the banks are being moved (not ReceiverState::quiet) what would show an intermediate state is held back:
-// faders, selects, pans, automation modes, changed switches.
+// While somebody moves the banks (not ReceiverState::quiet) messages that would show an intermediate state are held
+// back: faders, selects, pans, automation modes, changed switches.
 #pragma once
 
 #include "base/bytes.h"
 #include "model/mirror/client_endpoint.h"
 #include "model/state/receiver_state.h"
 
+#include <array>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace lumbrine {
 
 class ClientMirror {
 public:
-    ClientMirror(Runtime& rt, const ReceiverState& receiverState, ClientEndpoint& clientEndpoint);
+    ClientMirror(Runtime& runtime, const ReceiverState& state, ClientEndpoint& endpoint);
 
     // To the owner, or to the one peer that a snapshot is being made for.
     void emit(ByteView bytes);
 
-    // Everything that `resend` emits goes to the peer with that key alone.
-    template <typename Resend>
-    void snapshotFor(const std::string& key, Resend resend) {
-        snapshotTarget = key;
-        resend();
-        snapshotTarget.reset();
-    }
+    // ---- Several messages at once
+
+    using Message = void (ClientMirror::*)();
+    using Messages = std::span<const Message>; // in the order in which they are sent
+
+    void send(Messages messages);
+
+    // The same to the peer with that key alone.
+    void sendTo(const std::string& key, Messages messages);
+
+    // ---- One by one
 
     void sendTrackNameToClient(Strip strip, std::string_view name);
     void sendShownTrackNames(); // those that are not empty
@@ -47,7 +54,6 @@ public:
     void sendVisibleFullNames();
     void sendVisibleColors();
     void sendVisibleInputMons();
-    void sendBankView(); // the four above, in their order
 
     void sendAllAutoModes();
     void sendAutoModesIfChanged();
@@ -59,9 +65,13 @@ public:
     void sendSessPan();
 
 private:
+    // The value of that kind for each shown strip.
+    template <typename Value, typename ValueOf>
+    std::vector<Value> shown(ValueOf valueOf) const;
+
+    const Track* shownTrack(std::size_t slot) const; // null where no known track is shown
     Bytes buildSwitchPayload() const;
     Bytes buildAutoModes() const;
-    std::optional<std::size_t> shownTrack(std::size_t strip) const; // session index, while the position is known
 
     Runtime& runtime;
     const ReceiverState& state;
@@ -73,5 +83,54 @@ private:
     bool lastSentPlaying = false;
     bool lastSentRecording = false;
 };
+
+// What the client is sent at each occasion that takes more than one message.
+namespace occasion {
+
+// Another part of the session is shown, or other tracks.
+inline constexpr std::array<ClientMirror::Message, 4> bankView{
+    &ClientMirror::sendBankPosToClient,
+    &ClientMirror::sendVisibleFullNames,
+    &ClientMirror::sendVisibleColors,
+    &ClientMirror::sendVisibleInputMons,
+};
+
+// The client said hello. The rows of the session follow, then `session`.
+inline constexpr std::array<ClientMirror::Message, 12> hello{
+    &ClientMirror::sendShownTrackNames,  &ClientMirror::sendAllSwitches,      &ClientMirror::sendShownFaders,
+    &ClientMirror::sendAllPans,          &ClientMirror::sendPanMode,          &ClientMirror::sendBankPosToClient,
+    &ClientMirror::sendSelectsToClient,  &ClientMirror::sendVisibleFullNames, &ClientMirror::sendVisibleColors,
+    &ClientMirror::sendVisibleInputMons, &ClientMirror::sendAllAutoModes,     &ClientMirror::sendTransport,
+};
+
+// Datagrams get lost: the shown state again, every 1.2 s.
+inline constexpr std::array<ClientMirror::Message, 10> resend{
+    &ClientMirror::sendAllSwitches,      &ClientMirror::sendShownTrackNames, &ClientMirror::sendShownFaders,
+    &ClientMirror::sendAllPans,          &ClientMirror::sendPanMode,         &ClientMirror::sendSelectsToClient,
+    &ClientMirror::sendVisibleFullNames, &ClientMirror::sendVisibleColors,   &ClientMirror::sendVisibleInputMons,
+    &ClientMirror::sendAllAutoModes,
+};
+
+// A seek has ended; after `bankView`.
+inline constexpr std::array<ClientMirror::Message, 6> afterSeek{
+    &ClientMirror::sendShownTrackNames, &ClientMirror::sendAllSwitches,     &ClientMirror::sendShownFaders,
+    &ClientMirror::sendAllPans,         &ClientMirror::sendSelectsToClient, &ClientMirror::sendAllAutoModes,
+};
+
+// A walk has given the surfaces back.
+inline constexpr std::array<ClientMirror::Message, 4> afterWalk{
+    &ClientMirror::sendBankPosToClient,
+    &ClientMirror::sendShownTrackNames,
+    &ClientMirror::sendAllSwitches,
+    &ClientMirror::sendShownFaders,
+};
+
+// The tables of modes and pans, where a walk has filled them.
+inline constexpr std::array<ClientMirror::Message, 2> session{
+    &ClientMirror::sendSessAutoModes,
+    &ClientMirror::sendSessPan,
+};
+
+} // namespace occasion
 
 } // namespace lumbrine

@@ -1,5 +1,6 @@
 // What the client is told, when, and when not.
 #include "model/testing/model_test.h"
+#include "model/testing/session_columns.h"
 
 namespace lumbrine {
 namespace {
@@ -10,9 +11,7 @@ class ClientMirrorTest : public OwnedModelTest {
 protected:
     ClientMirror& mirror = bench.parts().mirror;
 
-    std::vector<bool*> motions() {
-        return {&bench.state().bank.seeking, &bench.state().bank.groupApplying, &bench.state().published.calibrating};
-    }
+    static constexpr std::array<BankUser, 3> motions{BankUser::seek, BankUser::scan, BankUser::walk};
 };
 
 TEST_F(ClientMirrorTest, CutsANameToFourBytesAndPadsAShortOne) {
@@ -28,7 +27,7 @@ TEST_F(ClientMirrorTest, ClampsAFader) {
 }
 
 TEST_F(ClientMirrorTest, SendsChangedSwitchesOnce) {
-    bench.state().mirror.soloCache[7] = true;
+    bench.state().published.strips[7].solo = true;
     mirror.sendSwitchesIfChanged();
     mirror.sendSwitchesIfChanged();
     EXPECT_THAT(heard(0x13),
@@ -42,8 +41,8 @@ TEST_F(ClientMirrorTest, SendsAllSwitchesAlways) {
 }
 
 TEST_F(ClientMirrorTest, TakesNoFullMessageForAnAnswerToAChange) {
-    bench.state().mirror.soloCache[7] = true;
-    bench.state().mirror.transportPlaying = true;
+    bench.state().published.strips[7].solo = true;
+    bench.state().transportPlaying = true;
     mirror.sendAllSwitches();
     mirror.sendTransport();
     settle();
@@ -57,9 +56,9 @@ TEST_F(ClientMirrorTest, TakesNoFullMessageForAnAnswerToAChange) {
 }
 
 TEST_F(ClientMirrorTest, ShowsBothPanSidesOfEveryStrip) {
-    bench.state().mirror.panPos[0][0] = 3;
-    bench.state().mirror.panPos[1][0] = 15;
-    bench.state().mirror.panCen[1][0] = true;
+    bench.state().published.strips[0].pan[0].position = 3;
+    bench.state().published.strips[0].pan[1].position = 15;
+    bench.state().published.strips[0].pan[1].centre = true;
     mirror.sendAllPans();
     const Lines pans = heard(0x14);
     EXPECT_THAT(pans, SizeIs(16));
@@ -71,10 +70,10 @@ TEST_F(ClientMirrorTest, ShowsBothPanSidesOfEveryStrip) {
 TEST_F(ClientMirrorTest, ShowsWhichTracksTheStripsShow) {
     bench.setTrackMap({"a", "b", "c"}, 1);
     PublishedState& published = bench.state().published;
-    published.trackMapFull = {"Alpha", "Beta", "ギター"};
-    published.trackMapColors = {0x112233, 0xAABBCC, std::nullopt};
-    published.trackMapInputMon = {true, false, true};
-    mirror.sendBankView();
+    setColumn(published.session, &Track::name, {"Alpha", "Beta", "ギター"});
+    setColumn(published.session, &Track::color, {0x112233, 0xAABBCC, std::nullopt});
+    setColumn(published.session, &Track::inputMonitor, {true, false, true});
+    mirror.send(occasion::bankView);
     settle();
     EXPECT_THAT(bench.heardBy(*phone),
                 ElementsAre("0ms 01 16 00 01 00 03 08", "0ms 01 18 00 42 65 74 61",
@@ -87,10 +86,10 @@ TEST_F(ClientMirrorTest, ShowsWhichTracksTheStripsShow) {
 
 TEST_F(ClientMirrorTest, ShowsNoTracksWhileThePositionIsUnknown) {
     bench.setTrackMap({"a", "b"}, -1);
-    bench.state().published.trackMapFull = {"Alpha", "Beta"};
-    bench.state().published.trackMapColors = {0x112233, 0x112233};
-    bench.state().published.trackMapInputMon = {true, true};
-    mirror.sendBankView();
+    setColumn(bench.state().published.session, &Track::name, {"Alpha", "Beta"});
+    setColumn(bench.state().published.session, &Track::color, {0x112233, 0x112233});
+    setColumn(bench.state().published.session, &Track::inputMonitor, {true, true});
+    mirror.send(occasion::bankView);
     settle();
     const Lines messages = bench.heardBy(*phone);
     EXPECT_EQ(messages[0], "0ms 01 16 FF FF 00 02 08");
@@ -104,7 +103,7 @@ TEST_F(ClientMirrorTest, CutsAFullNameBetweenCharacters) {
     for (int i = 0; i < 20; ++i)
         name += "音";
     bench.setTrackMap({"a"}, 0);
-    bench.state().published.trackMapFull = {name};
+    setColumn(bench.state().published.session, &Track::name, {name});
     mirror.sendVisibleFullNames();
     const std::string first = heard(0x18).front();
     EXPECT_EQ(first.size(), std::string("0ms 01 18 00").size() + 48 * 3);
@@ -112,7 +111,7 @@ TEST_F(ClientMirrorTest, CutsAFullNameBetweenCharacters) {
 
 TEST_F(ClientMirrorTest, SendsSixteenStripsOfTheWiderWindow) {
     bench.state().published.winW = 16;
-    bench.state().mirror.selectCache[15] = true;
+    bench.state().published.strips[15].select = true;
     mirror.sendSelectsToClient();
     mirror.sendShownFaders();
     EXPECT_THAT(heard(0x17), ElementsAre("0ms 01 17 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 01"));
@@ -121,8 +120,8 @@ TEST_F(ClientMirrorTest, SendsSixteenStripsOfTheWiderWindow) {
 }
 
 TEST_F(ClientMirrorTest, SendsTheNamesOfShownStripsThatHaveOne) {
-    bench.state().mirror.nameCache[7] = "Bass";
-    bench.state().mirror.nameCache[8] = "Keys";
+    bench.state().published.strips[7].name = "Bass";
+    bench.state().published.strips[8].name = "Keys";
     mirror.sendShownTrackNames();
     EXPECT_THAT(heard(0x10), ElementsAre("0ms 01 10 07 42 61 73 73"));
     bench.state().published.winW = 16;
@@ -132,7 +131,7 @@ TEST_F(ClientMirrorTest, SendsTheNamesOfShownStripsThatHaveOne) {
 
 TEST_F(ClientMirrorTest, SendsChangedAutomationModesOnce) {
     mirror.sendAllAutoModes();
-    bench.state().automation.autoModeCache[2] = 0x0A;
+    bench.state().published.strips[2].mode = 0x0A;
     mirror.sendAutoModesIfChanged();
     mirror.sendAutoModesIfChanged();
     EXPECT_THAT(heard(0x1C), ElementsAre("0ms 01 1C 00 00 00 00 00 00 00 00", "0ms 01 1C 00 00 0A 00 00 00 00 00"));
@@ -147,16 +146,16 @@ TEST_F(ClientMirrorTest, TakesAnotherNumberOfModesForAChange) {
 
 TEST_F(ClientMirrorTest, SendsAChangedTransportOnce) {
     mirror.sendTransportIfChanged();
-    bench.state().mirror.transportRecording = true;
+    bench.state().transportRecording = true;
     mirror.sendTransportIfChanged();
     mirror.sendTransportIfChanged();
     EXPECT_THAT(heard(0x1D), ElementsAre("0ms 01 1D 00 01"));
 }
 
 TEST_F(ClientMirrorTest, HoldsBackWhatIsInMotion) {
-    for (bool* motion : motions()) {
-        *motion = true;
-        bench.state().mirror.soloCache[0] = !bench.state().mirror.soloCache[0];
+    for (const BankUser user : motions) {
+        bench.state().published.banksUsedBy = user;
+        bench.state().published.strips[0].solo = !bench.state().published.strips[0].solo;
         mirror.sendFaderToClient(*Strip::of(0), 0.5);
         mirror.sendSwitchesIfChanged();
         mirror.sendSelectsToClient();
@@ -166,21 +165,20 @@ TEST_F(ClientMirrorTest, HoldsBackWhatIsInMotion) {
         mirror.sendAutoModesIfChanged();
         settle();
         EXPECT_THAT(bench.heardBy(*phone), IsEmpty());
-        *motion = false;
     }
 }
 
 TEST_F(ClientMirrorTest, TellsTheRestInMotionToo) {
     bench.setTrackMap({"a"}, 0);
-    bench.parts().capture.ensureSessAutoPanSize();
+    bench.state().published.session.surveyed = true;
     bench.state().published.winW = 1; // so that each message comes once
-    for (bool* motion : motions()) {
-        *motion = true;
-        bench.state().mirror.transportPlaying = !bench.state().mirror.transportPlaying;
+    for (const BankUser user : motions) {
+        bench.state().published.banksUsedBy = user;
+        bench.state().transportPlaying = !bench.state().transportPlaying;
         mirror.sendTrackNameToClient(*Strip::of(0), "Kick");
         mirror.sendAllSwitches();
         mirror.sendPanMode();
-        mirror.sendBankView();
+        mirror.send(occasion::bankView);
         mirror.sendTransportIfChanged();
         mirror.sendTransport();
         mirror.sendSessAutoModes();
@@ -190,24 +188,23 @@ TEST_F(ClientMirrorTest, TellsTheRestInMotionToo) {
         for (const std::string& message : bench.heardBy(*phone))
             types += message.substr(6, 3);
         EXPECT_EQ(types, " 10 13 15 16 18 19 1A 1D 1D 1E 1F");
-        *motion = false;
     }
 }
 
 TEST_F(ClientMirrorTest, ShowsAfterTheMotionWhatChangedInIt) {
-    bench.state().bank.seeking = true;
-    bench.state().mirror.soloCache[0] = true;
+    bench.state().published.banksUsedBy = BankUser::seek;
+    bench.state().published.strips[0].solo = true;
     mirror.sendSwitchesIfChanged();
-    bench.state().bank.seeking = false;
+    bench.state().published.banksUsedBy.reset();
     mirror.sendSwitchesIfChanged();
     EXPECT_THAT(heard(0x13), SizeIs(1));
 }
 
 TEST_F(ClientMirrorTest, SendsTheSessionInChunksOf64) {
     bench.setTrackMap(std::vector<std::string>(130, "x"), 0);
-    bench.parts().capture.ensureSessAutoPanSize();
-    bench.state().session.sessAutoModes[128] = 3;
-    bench.state().session.sessPanKnown[129] = true;
+    bench.state().published.session.surveyed = true;
+    bench.state().published.session.tracks[128].mode = 3;
+    bench.state().published.session.tracks[129].pan = SessionPan{.known = true, .position = 6, .centre = true};
     mirror.sendSessAutoModes();
     mirror.sendSessPan();
     settle();
@@ -221,12 +218,10 @@ TEST_F(ClientMirrorTest, SendsTheSessionInChunksOf64) {
 
 TEST_F(ClientMirrorTest, SendsThePanThatWasSeenOfEachTrack) {
     bench.setTrackMap({"a", "b", "c"}, 0);
-    bench.parts().capture.ensureSessAutoPanSize();
-    SessionTable& session = bench.state().session;
-    session.sessPanKnown = {true, true, false};
-    session.sessPanSide = {1, 0, 1};
-    session.sessPanPos = {3, 14, 5};
-    session.sessPanCenter = {false, true, true};
+    bench.state().published.session.surveyed = true;
+    setColumn(bench.state().published.session, &Track::pan,
+              {SessionPan{.known = true, .side = 1, .position = 3, .centre = false},
+               SessionPan{.known = true, .side = 0, .position = 14, .centre = true}, std::nullopt});
     mirror.sendSessPan();
     EXPECT_THAT(heard(0x1F), ElementsAre("0ms 01 1F 00 00 03 01 03 00 00 0B 01 00 00 00"));
 }
@@ -242,7 +237,7 @@ TEST(ClientMirror, SendsNothingBeforeTheLinkIsOpen) {
     ModelWorld world;
     ModelBench bench(world);
     bench.parts().mirror.sendAllSwitches();
-    bench.parts().mirror.snapshotFor("192.168.1.7:1", [&bench] { bench.parts().mirror.sendAllSwitches(); });
+    bench.parts().mirror.sendTo("192.168.1.7:1", occasion::hello);
 }
 
 } // namespace

@@ -17,9 +17,9 @@ class TrackTable {
 public:
     static constexpr std::size_t rowsOfAJob = 64;
 
-    TrackTable(const Jobs& modelJobs, const ReceiverState& receiverState, ClientEndpoint& clientEndpoint);
+    TrackTable(const Jobs& jobs, const ReceiverState& state, ClientEndpoint& endpoint);
 
-    // The row of one track of the track map, as a datagram. What is not known of the track is left neutral.
+    // The row of one track of the session, as a datagram. What is not known of the track is left neutral.
     Bytes buildTrackRow(std::size_t index) const;
 
     // The first rows go out before it returns. `then` is called once after the last one, by the same job.

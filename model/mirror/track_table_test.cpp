@@ -1,4 +1,5 @@
 #include "model/testing/model_test.h"
+#include "model/testing/session_columns.h"
 
 namespace lumbrine {
 namespace {
@@ -11,27 +12,26 @@ protected:
 
 TEST_F(TrackTableTest, ARowTellsEverythingOfATrack) {
     bench.setTrackMap({"Kck", "Snr"}, 0);
-    state.published.trackMapFull = {"Kick", "Snare"};
-    state.published.trackMapColors = {0x112233, 0x445566};
-    state.published.trackMapInputMon = {false, true};
-    state.session.sessFaders[1] = 1.0;
-    state.session.sessMutes = {false, true};
-    state.session.sessSolos = {false, true};
-    state.session.sessRecs = {false, true};
-    state.session.sessSelects = {false, true};
-    state.session.trackMapComments = {"", "tune"};
+    setColumn(state.published.session, &Track::name, {"Kick", "Snare"});
+    setColumn(state.published.session, &Track::color, {0x112233, 0x445566});
+    setColumn(state.published.session, &Track::inputMonitor, {false, true});
+    state.published.session.tracks[1].fader = 1.0;
+    setColumn(state.published.session, &Track::mute, {false, true});
+    setColumn(state.published.session, &Track::solo, {false, true});
+    setColumn(state.published.session, &Track::record, {false, true});
+    setColumn(state.published.session, &Track::select, {false, true});
+    setColumn(state.published.session, &Track::comment, {"", "tune"});
     EXPECT_EQ(row(1), "01 1B 00 01 01 3F FF 01 01 01 01 44 55 66 01 01 05 53 6E 61 72 65 04 74 75 6E 65");
 }
 
 TEST_F(TrackTableTest, ARowIsNeutralWhereNothingIsKnown) {
     bench.setTrackMap({"Kck", "Snr"}, 0);
-    state.session.sessFaders.clear();
     EXPECT_EQ(row(1), "01 1B 00 01 00 00 00 00 00 00 00 00 00 00 00 00 03 53 6E 72 00");
 }
 
 TEST_F(TrackTableTest, ATrackWithoutFullNameHasItsShortOne) {
     bench.setTrackMap({"Kck", "Snr"}, 0);
-    state.published.trackMapFull = {"Kick"};
+    setColumn(state.published.session, &Track::name, {"Kick"});
     EXPECT_THAT(row(0), testing::EndsWith("04 4B 69 63 6B 00"));
     EXPECT_THAT(row(1), testing::EndsWith("03 53 6E 72 00"));
 }

@@ -10,8 +10,8 @@ namespace lumbrine {
 // One command under way: an overload for each message.
 class ClientCommands::Execution {
 public:
-    Execution(const ClientCommands& owner, std::string_view senderKey)
-        : jobs(owner.jobs), state(owner.state), parts(owner.parts), key(senderKey) {}
+    Execution(const ClientCommands& commands, std::string_view key)
+        : jobs(commands.jobs), state(commands.state), parts(commands.parts), key(key) {}
 
     void noteArrival() const {
         onMain([](ReceiverState&, TimePoint) {});
@@ -19,7 +19,7 @@ public:
 
     void operator()(const Hello&) const {
         parts.hello.pong(key);
-        if (!parts.hello.calls(key)) return noteArrival();
+        if (!parts.hello.claimFollowUp(key)) return noteArrival();
         onMain(
             [&hello = parts.hello, sender = std::string(key)](ReceiverState&, TimePoint) { hello.followUp(sender); });
     }
@@ -31,8 +31,9 @@ public:
         engineFor(command.strip).sendFader(engineStripFor(command.strip), value);
         onMain([strip = Strip::of(command.strip), value](ReceiverState& known, TimePoint now) {
             if (!strip) return;
-            known.published.faders[strip->slot()] = value;
-            known.mirror.lastClientFaderAt[strip->slot()] = now;
+            StripState& moved = known.published.strip(*strip);
+            moved.fader = value;
+            moved.movedByClient = now;
             known.published.changed();
         });
     }
@@ -41,8 +42,9 @@ public:
         engineFor(command.strip).touch(engineStripFor(command.strip));
         onMain([strip = Strip::of(command.strip)](ReceiverState& known, TimePoint now) {
             if (!strip) return;
-            known.mirror.stripTouched[strip->slot()] = true;
-            known.mirror.lastClientFaderAt[strip->slot()] = now;
+            StripState& held = known.published.strip(*strip);
+            held.touched = true;
+            held.movedByClient = now;
         });
     }
 
@@ -50,8 +52,9 @@ public:
         engineFor(command.strip).release(engineStripFor(command.strip));
         onMain([strip = Strip::of(command.strip), &mirror = parts.mirror](ReceiverState& known, TimePoint) {
             if (!strip) return;
-            known.mirror.stripTouched[strip->slot()] = false;
-            mirror.sendFaderToClient(*strip, known.published.faders[strip->slot()]);
+            StripState& left = known.published.strip(*strip);
+            left.touched = false;
+            mirror.sendFaderToClient(*strip, left.fader);
         });
     }
 
@@ -70,23 +73,20 @@ public:
     }
 
     void operator()(const PanModeToggle&) const {
-        parts.surfaces.hwPanAssignToggle();
-        onMain([&panMode = parts.panMode](ReceiverState& known, TimePoint) {
-            panMode.setPanMode(!known.automation.panRightMode);
-        });
+        for (const SurfaceID surface : {SurfaceID::A, SurfaceID::B})
+            parts.desk.flipPanSide(surface);
+        onMain([&pan = parts.pan](ReceiverState& known, TimePoint) { pan.setPanMode(!known.published.panRight); });
     }
 
     void operator()(const PanSeek& command) const {
-        onMain([&seeker = parts.panSeeker, command](ReceiverState&, TimePoint) {
-            seeker.seek(command.strip, command.target);
-        });
+        onMain([&pan = parts.pan, command](ReceiverState&, TimePoint) { pan.seek(command.strip, command.target); });
     }
 
     // ---- Banks
 
     void operator()(const BankMove& command) const {
         noteArrival();
-        parts.bankMoves.bankMove(command.kind);
+        parts.seekWorker.bankMove(command.kind);
     }
 
     void operator()(const SeekBank& command) const {
@@ -138,8 +138,8 @@ public:
     }
 
 private:
-    // Notes on the main thread that the client is alive and does there what else is to be done: one job for both, small
-    // enough to be posted without allocation.
+    // Notes on the main thread that the client is alive, and does the rest of the command there: one job for both,
+    // small enough to be posted without allocation.
     template <typename Rest>
     void onMain(Rest rest) const {
         jobs.runOnMain([&runtime = jobs.runtime, &known = state, rest = std::move(rest)] {
@@ -168,8 +168,8 @@ private:
     const std::string_view key;
 };
 
-ClientCommands::ClientCommands(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts)
-    : jobs(modelJobs), state(receiverState), parts(otherParts) {}
+ClientCommands::ClientCommands(const Jobs& jobs, ReceiverState& state, Parts parts)
+    : jobs(jobs), state(state), parts(parts) {}
 
 void ClientCommands::handleUDP(ByteView bytes, std::string_view key) {
     if (!isClientDatagram(bytes)) return;

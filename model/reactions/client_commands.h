@@ -2,11 +2,10 @@
 // once, whatever touches the state hops to the main thread.
 #pragma once
 
-#include "model/bank/bank_moves.h"
 #include "model/bank/group_operations.h"
+#include "model/bank/seek_worker.h"
 #include "model/bank/visible_range_walk.h"
-#include "model/hands/pan_mode.h"
-#include "model/hands/pan_seeker.h"
+#include "model/hands/pan.h"
 #include "model/reactions/hello_response.h"
 #include "model/tracks/group_mute_solo.h"
 #include "model/tracks/track_metadata.h"
@@ -21,9 +20,8 @@ public:
         Surfaces& surfaces;
         ClientMirror& mirror;
         HelloResponse& hello;
-        PanMode& panMode;
-        PanSeeker& panSeeker;
-        BankMoves& bankMoves;
+        SurfaceDesk& desk;
+        Pan& pan;
         SeekWorker& seekWorker;
         Calibration& calibration;
         TrackMetadata& metadata;
@@ -33,10 +31,10 @@ public:
         VisibleRangeWalk& visibleRange;
     };
 
-    ClientCommands(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts);
+    ClientCommands(const Jobs& jobs, ReceiverState& state, Parts parts);
 
-    // One datagram of the owner and the key to answer it with. Whatever is malformed is dropped. Faders, touches and
-    // V-Pots go from here to the MIDI ports without allocation or log line.
+    // One datagram of the owner and the key to answer it with. A malformed one is dropped. Faders, touches and V-Pots
+    // go from here to the MIDI ports without allocation or log line.
     void handleUDP(ByteView bytes, std::string_view key);
 
 private:

@@ -25,15 +25,15 @@ TEST_F(ClientCommandsTest, AFaderMoveReachesItsStripAtOnce) {
     send({0x01, 0x01, 0x03, 0x3F, 0xFF});
     EXPECT_THAT(heardOnA(), ElementsAre("0ms B0 03 7F", "0ms B0 23 7F"));
     EXPECT_THAT(heardOnB(), IsEmpty());
-    EXPECT_EQ(bench.model->published().faders[3], 1.0);
-    EXPECT_EQ(bench.state().mirror.lastClientFaderAt[3], now());
+    EXPECT_EQ(bench.model->published().strips[3].fader, 1.0);
+    EXPECT_EQ(bench.state().published.strips[3].movedByClient, now());
 }
 
 TEST_F(ClientCommandsTest, AFaderMoveBeyondTheSeventhStripReachesTheSecondSurface) {
     send({0x01, 0x01, 0x0B, 0x20, 0x00});
     EXPECT_THAT(heardOnA(), IsEmpty());
     EXPECT_THAT(heardOnB(), ElementsAre("0ms B0 03 40", "0ms B0 23 00"));
-    EXPECT_EQ(bench.model->published().faders[11], 8192 / 16383.0);
+    EXPECT_EQ(bench.model->published().strips[11].fader, 8192 / 16383.0);
 }
 
 TEST_F(ClientCommandsTest, AFaderMoveAboveFullScaleIsPlayedAsFullScale) {
@@ -44,8 +44,8 @@ TEST_F(ClientCommandsTest, AFaderMoveAboveFullScaleIsPlayedAsFullScale) {
 TEST_F(ClientCommandsTest, ATouchHoldsTheFader) {
     send({0x01, 0x02, 0x05});
     EXPECT_THAT(heardOnA(), ElementsAre("0ms B0 0F 05", "0ms B0 2F 40"));
-    EXPECT_TRUE(bench.state().mirror.stripTouched[5]);
-    EXPECT_EQ(bench.state().mirror.lastClientFaderAt[5], now());
+    EXPECT_TRUE(bench.state().published.strips[5].touched);
+    EXPECT_EQ(bench.state().published.strips[5].movedByClient, now());
 }
 
 TEST_F(ClientCommandsTest, AReleaseIsAnsweredWithTheFadersPosition) {
@@ -57,13 +57,13 @@ TEST_F(ClientCommandsTest, AReleaseIsAnsweredWithTheFadersPosition) {
     bench.mark();
     send({0x01, 0x03, 0x0D});
     EXPECT_THAT(heardOnB(), ElementsAre("0ms B0 0F 05", "0ms B0 2F 00"));
-    EXPECT_FALSE(bench.state().mirror.stripTouched[13]);
-    EXPECT_EQ(bench.state().mirror.lastClientFaderAt[13], moved); // letting go is no move
+    EXPECT_FALSE(bench.state().published.strips[13].touched);
+    EXPECT_EQ(bench.state().published.strips[13].movedByClient, moved); // letting go is no move
     EXPECT_THAT(heard(0x12), ElementsAre("0ms 01 12 0D 10 00"));
 }
 
 TEST_F(ClientCommandsTest, AReleaseIsNotAnsweredWhileTheBanksMove) {
-    bench.state().bank.seeking = true;
+    bench.state().published.banksUsedBy = BankUser::seek;
     send({0x01, 0x03, 0x00});
     EXPECT_THAT(heardOnA(), ElementsAre("0ms B0 0F 00", "0ms B0 2F 00"));
     EXPECT_THAT(heard(0x12), IsEmpty());
@@ -77,8 +77,8 @@ TEST_F(ClientCommandsTest, AFaderBeyondTheLastStripMovesNothing) {
         send({0x01, 0x07, strip, 0x01});
     }
     expectSilence();
-    EXPECT_THAT(bench.model->published().faders, testing::Each(0.0));
-    EXPECT_THAT(bench.state().mirror.stripTouched, testing::Each(false));
+    EXPECT_THAT(bench.state().published.strips, testing::Each(testing::Field(&StripState::fader, 0.0)));
+    EXPECT_THAT(bench.state().published.strips, testing::Each(testing::Field(&StripState::touched, false)));
     EXPECT_THAT(heard(0x12), IsEmpty());
 }
 
@@ -171,18 +171,18 @@ TEST_F(ClientCommandsTest, ABankMoveWithoutAMapPressesTheButton) {
 }
 
 TEST_F(ClientCommandsTest, ABankMoveOfAnotherKindDoesNothing) {
-    bench.state().automation.autoModeCache[0] = 1;
+    bench.state().published.strips[0].mode = 1;
     send({0x01, 0x0A, 0x04});
     send({0x01, 0x0A, 0xFF});
     bench.run(30ms);
     expectSilence();
-    EXPECT_EQ(bench.state().automation.autoModeCache[0], 1);
+    EXPECT_EQ(bench.state().published.strips[0].mode, 1);
 }
 
 TEST_F(ClientCommandsTest, ABankMoveForgetsWhatBelongedToTheTracksBefore) {
-    bench.state().automation.autoModeCache[9] = 1;
+    bench.state().published.strips[9].mode = 1;
     send({0x01, 0x0A, 0x00});
-    EXPECT_EQ(bench.state().automation.autoModeCache[9], 0);
+    EXPECT_EQ(bench.state().published.strips[9].mode, 0);
 }
 
 TEST_F(ClientCommandsTest, ABankMoveWithAMapIsLeftToTheSeek) {
@@ -220,9 +220,9 @@ TEST_F(ClientCommandsTest, PressesAndMovesDoNotWaitForTheMainThread) {
         world.runtime.sleepFor(1ms); // runs no job of the main thread
         EXPECT_THAT(heardOnA(), testing::Not(IsEmpty())) << hex(datagram);
     }
-    EXPECT_EQ(bench.model->published().faders[3], 0.0);
+    EXPECT_EQ(bench.model->published().strips[3].fader, 0.0);
     settle();
-    EXPECT_EQ(bench.model->published().faders[3], 1.0);
+    EXPECT_EQ(bench.model->published().strips[3].fader, 1.0);
 }
 
 // ---- What is dropped

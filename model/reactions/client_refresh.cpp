@@ -9,34 +9,23 @@ constexpr int ticksPerCommentRead = 30; // 12 s
 
 } // namespace
 
-ClientRefresh::ClientRefresh(ReceiverState& receiverState, Parts otherParts)
-    : state(receiverState), parts(otherParts) {}
+ClientRefresh::ClientRefresh(ReceiverState& state, Parts parts) : state(state), parts(parts) {}
 
+// The three kinds of upkeep take turns, so that no tick does all of them.
 void ClientRefresh::refresh() {
     parts.mirror.sendSwitchesIfChanged();
     ++resyncTick;
-    const bool scannable = state.published.huiConnected && !state.published.calibrating;
-    const bool hasMap = !state.published.trackMap.empty();
-    if (resyncTick % ticksPerResend == 0) resendState();
+    const bool connected = state.published.huiConnected;
+    const bool scanning = state.published.calibrating();
+    const bool hasMap = !state.published.session.empty();
+    if (resyncTick % ticksPerResend == 0) {
+        parts.mirror.send(occasion::resend);
+        if (hasMap) resendTableIfDirty();
+        if (hasMap && connected && !scanning) parts.metadata.refreshFullNames();
+    }
     if (resyncTick % ticksPerResend == 1) pollNextAutoMode();
-    if (resyncTick % ticksPerResend == 0 && hasMap) resendTableIfDirty();
-    if (resyncTick % ticksPerResend == 0 && hasMap && scannable) parts.metadata.refreshFullNames();
-    if (resyncTick % ticksPerCommentRead == 2 && hasMap && scannable && !state.transportRunning())
+    if (resyncTick % ticksPerCommentRead == 2 && hasMap && connected && !scanning && !state.transportRunning())
         parts.metadata.refreshComments();
-}
-
-void ClientRefresh::resendState() {
-    ClientMirror& mirror = parts.mirror;
-    mirror.sendAllSwitches();
-    mirror.sendShownTrackNames();
-    mirror.sendShownFaders();
-    mirror.sendAllPans();
-    mirror.sendPanMode();
-    mirror.sendSelectsToClient();
-    mirror.sendVisibleFullNames();
-    mirror.sendVisibleColors();
-    mirror.sendVisibleInputMons();
-    mirror.sendAllAutoModes();
 }
 
 void ClientRefresh::pollNextAutoMode() {
@@ -46,8 +35,8 @@ void ClientRefresh::pollNextAutoMode() {
 }
 
 void ClientRefresh::resendTableIfDirty() {
-    if (!state.session.fullTableDirty) return;
-    state.session.fullTableDirty = false;
+    if (!state.fullTableDirty) return;
+    state.fullTableDirty = false;
     parts.table.broadcastAllRows();
 }
 

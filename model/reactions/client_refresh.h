@@ -1,5 +1,6 @@
-// What the client gets from time to time without an event: the whole state every third tick, because datagrams get
-// lost, and the upkeep of what the receiver must ask for. Driven by the periodic tick. Main thread only.
+// What happens from time to time for a client without an event: the shown state is sent again every third tick, because
+// datagrams get lost, and what Pro Tools does not report by itself is asked for. Called by the periodic tick. Main
+// thread only.
 #pragma once
 
 #include "model/hands/automation_modes.h"
@@ -18,13 +19,12 @@ public:
         TrackMetadata& metadata;
     };
 
-    ClientRefresh(ReceiverState& receiverState, Parts otherParts);
+    ClientRefresh(ReceiverState& state, Parts parts);
 
     // One tick with a client present.
     void refresh();
 
 private:
-    void resendState();
     void pollNextAutoMode();
     void resendTableIfDirty();
 

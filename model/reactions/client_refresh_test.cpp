@@ -22,7 +22,7 @@ protected:
 };
 
 TEST_F(ClientRefreshTest, EveryThirdTickResendsTheState) {
-    state.mirror.nameCache[2] = "Gt";
+    state.published.strips[2].name = "Gt";
     EXPECT_EQ(nextTick(), "");
     EXPECT_EQ(nextTick(), "13 10 12 14 15 17 18 19 1A 1C");
     sendNothing();
@@ -33,12 +33,12 @@ TEST_F(ClientRefreshTest, EveryThirdTickResendsTheState) {
 
 TEST_F(ClientRefreshTest, AResendHoldsBackWhatIsInMotion) {
     nextTick();
-    state.bank.groupApplying = true;
+    state.published.banksUsedBy = BankUser::walk;
     EXPECT_EQ(nextTick(), "13 15 18 19 1A");
 }
 
 TEST_F(ClientRefreshTest, ChangedSwitchesAreSentInAnyTick) {
-    state.mirror.soloCache[0] = true;
+    state.published.strips[0].solo = true;
     EXPECT_EQ(nextTick(), "13");
 }
 
@@ -46,7 +46,7 @@ TEST_F(ClientRefreshTest, AClientIsServedForFiveSecondsAfterItsLastDatagram) {
     sendNothing();
     settle();
     bench.run(4900ms); // ticks at 200, 600 (resend), ... 4200 (resend), 4600
-    state.mirror.soloCache[0] = true;
+    state.published.strips[0].solo = true;
     sendNothing();
     settle();
     state.presence.lastUDP = world.runtime.now() - 4900ms;
@@ -57,7 +57,7 @@ TEST_F(ClientRefreshTest, AClientIsServedForFiveSecondsAfterItsLastDatagram) {
 
 TEST_F(ClientRefreshTest, NothingIsSentWithoutAClient) {
     bench.run(6s);
-    state.mirror.soloCache[0] = true;
+    state.published.strips[0].solo = true;
     phone->tape.clear();
     bench.run(3s);
     EXPECT_THAT(phone->tape.takeBytes(), IsEmpty());
@@ -67,20 +67,20 @@ TEST_F(ClientRefreshTest, NothingIsSentWithoutAClient) {
 
 TEST_F(ClientRefreshTest, AChangedTableIsSentWithTheNextResend) {
     bench.setTrackMap({"a", "b"}, 0);
-    state.session.fullTableDirty = true;
+    state.fullTableDirty = true;
     EXPECT_EQ(nextTick(), "");
     EXPECT_EQ(nextTick(), "13 12 14 15 17 18 19 1A 1C 1B");
-    EXPECT_FALSE(state.session.fullTableDirty);
+    EXPECT_FALSE(state.fullTableDirty);
     nextTick();
     nextTick();
     EXPECT_EQ(nextTick(), "13 12 14 15 17 18 19 1A 1C");
 }
 
 TEST_F(ClientRefreshTest, ATableWithoutTracksStaysDue) {
-    state.session.fullTableDirty = true;
+    state.fullTableDirty = true;
     nextTick();
     nextTick();
-    EXPECT_TRUE(state.session.fullTableDirty);
+    EXPECT_TRUE(state.fullTableDirty);
 }
 
 // ---- Automation modes
@@ -128,16 +128,16 @@ TEST_F(ModePollTest, TheWiderWindowIsGoneRoundOnBothSurfaces) {
 }
 
 TEST_F(ModePollTest, NoStripIsAskedWhileTheTransportRunsAndNoneIsSkipped) {
-    state.mirror.transportPlaying = true;
+    state.transportPlaying = true;
     run(2400ms);
     EXPECT_EQ(polled(), "");
-    state.mirror.transportPlaying = false;
+    state.transportPlaying = false;
     run(1200ms);
     EXPECT_EQ(polled(), "01");
 }
 
 TEST_F(ModePollTest, NoStripIsAskedWhileTheBanksMove) {
-    state.bank.seeking = true;
+    state.published.banksUsedBy = BankUser::seek;
     run(2400ms);
     EXPECT_EQ(polled(), "");
 }

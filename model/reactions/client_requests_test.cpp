@@ -38,7 +38,7 @@ protected:
 
 TEST_F(ClientRequestsTest, ASeekMovesTheSurfacesToItsTrack) {
     send({0x01, 0x0B, 0x00, 0x09});
-    EXPECT_TRUE(state.bank.seeking);
+    EXPECT_TRUE(state.published.banksUsedBy == BankUser::seek);
     runConnected(2);
     EXPECT_EQ(host.offset, 9);
     EXPECT_EQ(state.published.bankOffset, 9);
@@ -52,7 +52,7 @@ TEST_F(ClientRequestsTest, ASeekReadsBothBytesOfItsTrack) {
 
 TEST_F(ClientRequestsTest, ARecalibrationReplacesTheMapThatIsThere) {
     send({0x01, 0x0C});
-    EXPECT_TRUE(state.published.calibrating);
+    EXPECT_TRUE(state.published.calibrating());
     EXPECT_THAT(bench.lines, testing::Contains("▶ Scanning all tracks… (PT's display will move briefly)"));
 }
 

@@ -6,14 +6,14 @@
 
 namespace lumbrine {
 
-HelloResponse::HelloResponse(Runtime& rt, const ReceiverState& receiverState, Parts otherParts, Bilingual bilingual)
-    : state(receiverState), parts(otherParts), text(bilingual), awaitedLock(rt) {}
+HelloResponse::HelloResponse(Runtime& runtime, const ReceiverState& state, ActivityLog& log, Parts parts)
+    : state(state), log(log), parts(parts), awaitedLock(runtime) {}
 
 void HelloResponse::pong(std::string_view key) {
     parts.endpoint.send(pongMessage(), key);
 }
 
-bool HelloResponse::calls(std::string_view key) {
+bool HelloResponse::claimFollowUp(std::string_view key) {
     const Lock lock(awaitedLock);
     return awaited.emplace(key).second;
 }
@@ -24,9 +24,9 @@ void HelloResponse::followUp(const std::string& key) {
         awaited.erase(key);
     }
     logArrival();
-    parts.mirror.snapshotFor(key, [this] { sendShown(); });
+    parts.mirror.sendTo(key, occasion::hello);
     parts.table.sendAllRowsTo(key, [this, key] {
-        parts.mirror.snapshotFor(key, [this] { sendSession(); });
+        parts.mirror.sendTo(key, occasion::session);
         fillGaps();
     });
 }
@@ -36,35 +36,14 @@ void HelloResponse::logArrival() {
     std::string addresses;
     for (const std::string& ip : parts.endpoint.connectedIPs())
         addresses += (addresses.empty() ? "" : ", ") + ip;
-    parts.log.appendLog(text("iOS connected: ", "iOS 接続: ") + addresses);
-}
-
-void HelloResponse::sendShown() {
-    ClientMirror& mirror = parts.mirror;
-    mirror.sendShownTrackNames();
-    mirror.sendAllSwitches();
-    mirror.sendShownFaders();
-    mirror.sendAllPans();
-    mirror.sendPanMode();
-    mirror.sendBankPosToClient();
-    mirror.sendSelectsToClient();
-    mirror.sendVisibleFullNames();
-    mirror.sendVisibleColors();
-    mirror.sendVisibleInputMons();
-    mirror.sendAllAutoModes();
-    mirror.sendTransport();
-}
-
-void HelloResponse::sendSession() {
-    parts.mirror.sendSessAutoModes();
-    parts.mirror.sendSessPan();
+    log.say("iOS connected: " + addresses, "iOS 接続: " + addresses);
 }
 
 void HelloResponse::fillGaps() {
     if (!state.published.huiConnected) return;
-    if (state.published.trackMap.empty()) parts.calibration.calibrateBanks(false);
-    const bool noModeKnown =
-        std::ranges::all_of(state.automation.autoModeCache, [](std::uint8_t mode) { return mode == autoModeUnknown; });
+    if (state.published.session.empty()) parts.calibration.calibrateBanks(false);
+    const bool noModeKnown = std::ranges::all_of(
+        state.published.strips, [](std::uint8_t mode) { return mode == autoModeUnknown; }, &StripState::mode);
     if (noModeKnown && state.quiet() && !state.transportRunning()) parts.automation.pollAllAutoModes();
 }
 

@@ -1,10 +1,8 @@
 // The answer to a client that says hello: a pong at once, then everything the receiver knows, to that client alone.
 //
-// Everything is a lot. Of hellos that come faster than the main thread can answer them, each has its pong, and all of
-// one client that wait have one answer, which begins after the last of them.
+// The full state is expensive: a burst of hellos from one client gets a pong each but one reply, begun after the last.
 #pragma once
 
-#include "base/bilingual.h"
 #include "model/bank/calibration.h"
 #include "model/hands/automation_modes.h"
 #include "model/mirror/client_endpoint.h"
@@ -12,7 +10,6 @@
 #include "model/mirror/track_table.h"
 #include "model/state/activity_log.h"
 
-#include <functional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -27,30 +24,27 @@ public:
         TrackTable& table;
         Calibration& calibration;
         AutomationModes& automation;
-        ActivityLog& log;
     };
 
-    HelloResponse(Runtime& rt, const ReceiverState& receiverState, Parts otherParts, Bilingual bilingual);
+    HelloResponse(Runtime& runtime, const ReceiverState& state, ActivityLog& log, Parts parts);
 
     // Any thread.
     void pong(std::string_view key);
 
-    // That a client has said hello; false when a follow-up to it that has not begun is on its way. Any thread.
-    bool calls(std::string_view key);
+    // Claims the follow-up to a hello; false while another one to that client is claimed and has not begun. Any thread.
+    bool claimFollowUp(std::string_view key);
 
-    // The state in full, then whatever the receiver does not know and could find out now. Main thread; a long session
-    // goes on in further jobs (TrackTable).
+    // Sends the state in full, then starts finding out what is unknown. Main thread; a long session goes on in further
+    // jobs (TrackTable).
     void followUp(const std::string& key);
 
 private:
     void logArrival();
-    void sendShown();
-    void sendSession();
     void fillGaps();
 
     const ReceiverState& state;
+    ActivityLog& log;
     const Parts parts;
-    const Bilingual text;
 
     Mutex awaitedLock;
     std::set<std::string, std::less<>> awaited LUMBRINE_GUARDED_BY(awaitedLock); // follow-ups that have not begun

@@ -54,9 +54,10 @@ TEST_F(HelloTest, HasItsPongEvenWhileTheMainThreadIsBusy) {
 }
 
 TEST_F(HelloTest, IsAnsweredWithEverythingInItsOrder) {
-    bench.state().mirror.nameCache = {"Kick", "", "Gt"};
+    bench.state().published.strips[0].name = "Kick";
+    bench.state().published.strips[2].name = "Gt";
     bench.setTrackMap({"Kick", "Snr"}, 0);
-    bench.parts().capture.ensureSessAutoPanSize();
+    bench.state().published.session.surveyed = true;
     const Lines messages = hello();
     EXPECT_EQ(types(messages), "7F 10 13 12 14 15 16 17 18 19 1A 1C 1D 1B 1E 1F");
     EXPECT_THAT(ofType(messages, "10"), ElementsAre("01 10 00 4B 69 63 6B", "01 10 02 47 74 20 20"));
@@ -83,11 +84,9 @@ TEST_F(HelloTest, TellsWhatTheTransportDoes) {
 }
 
 TEST_F(HelloTest, HoldsBackWhatIsInMotion) {
-    for (bool* motion :
-         {&bench.state().bank.seeking, &bench.state().bank.groupApplying, &bench.state().published.calibrating}) {
-        *motion = true;
+    for (const BankUser user : {BankUser::seek, BankUser::scan, BankUser::walk}) {
+        bench.state().published.banksUsedBy = user;
         EXPECT_EQ(types(hello()), "7F 13 15 16 18 19 1A 1D");
-        *motion = false;
     }
 }
 
@@ -110,7 +109,7 @@ TEST_F(HelloTest, BringsALongSessionInItsOrderAndToItsSenderOnly) {
     other->send({0x01, 0x00}); // refused, but known from now on
     world.runtime.runUntilIdle();
     bench.setTrackMap(std::vector<std::string>(200, "a"), 0);
-    bench.parts().capture.ensureSessAutoPanSize();
+    bench.state().published.session.surveyed = true;
     phone->tape.clear();
     other->tape.clear();
     bench.parts().hello.followUp(other->key());
@@ -194,14 +193,14 @@ protected:
 
     bool scans() {
         hello();
-        return bench.state().published.calibrating;
+        return bench.state().published.calibrating();
     }
 };
 
 TEST_F(HelloWithoutMapTest, HasTheTracksScanned) {
     EXPECT_TRUE(scans());
     EXPECT_EQ(bench.lines.back(), "▶ Scanning all tracks… (PT's display will move briefly)");
-    EXPECT_EQ(bench.state().automation.lastAutoPollAll, distantPast); // the scan has the surfaces now
+    EXPECT_EQ(bench.state().lastAutoPollAll, distantPast); // the scan has the surfaces now
 }
 
 TEST_F(HelloWithoutMapTest, HasNothingScannedRightAfterProToolsHasCome) {
@@ -241,33 +240,31 @@ TEST_F(HelloWithProToolsTest, AsksForTheAutomationModesWhileNoneIsKnown) {
 }
 
 TEST_F(HelloWithProToolsTest, AsksForNoModeWhenOneIsKnown) {
-    bench.state().automation.autoModeCache[15] = 1;
+    bench.state().published.strips[15].mode = 1;
     hello();
     EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
 }
 
 TEST_F(HelloWithProToolsTest, AsksForNoModeWhileTheTransportRuns) {
-    for (bool* runs : {&bench.state().mirror.transportPlaying, &bench.state().mirror.transportRecording}) {
+    for (bool* runs : {&bench.state().transportPlaying, &bench.state().transportRecording}) {
         *runs = true;
         hello();
-        EXPECT_EQ(bench.state().automation.lastAutoPollAll, distantPast);
+        EXPECT_EQ(bench.state().lastAutoPollAll, distantPast);
         *runs = false;
     }
 }
 
 TEST_F(HelloWithProToolsTest, AsksForNoModeWhileTheBanksMove) {
-    for (bool* motion :
-         {&bench.state().bank.seeking, &bench.state().bank.groupApplying, &bench.state().published.calibrating}) {
-        *motion = true;
+    for (const BankUser user : {BankUser::seek, BankUser::scan, BankUser::walk}) {
+        bench.state().published.banksUsedBy = user;
         hello();
-        EXPECT_EQ(bench.state().automation.lastAutoPollAll, distantPast);
-        *motion = false;
+        EXPECT_EQ(bench.state().lastAutoPollAll, distantPast);
     }
 }
 
 TEST_F(HelloTest, AsksForNoModeWithoutProTools) {
     hello();
-    EXPECT_EQ(bench.state().automation.lastAutoPollAll, distantPast);
+    EXPECT_EQ(bench.state().lastAutoPollAll, distantPast);
 }
 
 } // namespace

@@ -85,14 +85,14 @@ TEST_F(HotPathAllocation, IsNotNeededForAMove) {
     EXPECT_EQ(allocationsOf({0x01, 0x01, 0x03, 0x3F, 0xFF}), 0);
     EXPECT_EQ(midi.sent, 2);
     runtime.job();
-    EXPECT_EQ(parts.state.published.faders[3], 1.0);
+    EXPECT_EQ(parts.state.published.strips[3].fader, 1.0);
 }
 
 TEST_F(HotPathAllocation, IsNotNeededForATouchOrARelease) {
     EXPECT_EQ(allocationsOf({0x01, 0x02, 0x0B}), 0);
     EXPECT_EQ(midi.sent, 2);
     runtime.job();
-    EXPECT_TRUE(parts.state.mirror.stripTouched[11]);
+    EXPECT_TRUE(parts.state.published.strips[11].touched);
     EXPECT_EQ(allocationsOf({0x01, 0x03, 0x0B}), 0);
     EXPECT_EQ(midi.sent, 4);
 }

@@ -5,9 +5,8 @@
 
 namespace lumbrine {
 
-OwnerWatch::OwnerWatch(ReceiverState& receiverState, ClientEndpoint& clientEndpoint, Surfaces& hostSurfaces,
-                       Bilingual bilingual)
-    : state(receiverState), endpoint(clientEndpoint), surfaces(hostSurfaces), text(bilingual) {}
+OwnerWatch::OwnerWatch(ReceiverState& state, Bilingual text, ClientEndpoint& endpoint, Surfaces& surfaces)
+    : state(state), text(text), endpoint(endpoint), surfaces(surfaces) {}
 
 void OwnerWatch::watchOwner() {
     auto owner = endpoint.liveOwnerKey();
@@ -15,8 +14,8 @@ void OwnerWatch::watchOwner() {
     prevOwnerID = std::move(owner);
     for (int i = 0; i < stripCount; ++i) {
         const Strip strip = *Strip::of(i);
-        if (!std::exchange(state.mirror.stripTouched[strip.slot()], false)) continue;
-        surfaces.engineOf(strip).release(strip.engineStrip());
+        if (std::exchange(state.published.strip(strip).touched, false))
+            surfaces.engineOf(strip).release(strip.engineStrip());
     }
 }
 
@@ -39,7 +38,9 @@ std::string OwnerWatch::description() {
 }
 
 void OwnerWatch::forgetTouches() {
-    if (!state.published.iosConnected) state.mirror.stripTouched.fill(false);
+    if (state.published.iosConnected) return;
+    for (StripState& strip : state.published.strips)
+        strip.touched = false;
 }
 
 } // namespace lumbrine

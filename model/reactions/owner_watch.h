@@ -1,5 +1,5 @@
-// Follows who the owner of the client link is, and lets go of the faders that an owner leaves held. Looked at by the
-// periodic tick. Main thread only.
+// Follows who owns the client link, and releases the faders that a former owner left touched. Called by the periodic
+// tick. Main thread only.
 #pragma once
 
 #include "base/bilingual.h"
@@ -14,25 +14,24 @@ namespace lumbrine {
 
 class OwnerWatch {
 public:
-    OwnerWatch(ReceiverState& receiverState, ClientEndpoint& clientEndpoint, Surfaces& hostSurfaces,
-               Bilingual bilingual);
+    OwnerWatch(ReceiverState& state, Bilingual text, ClientEndpoint& endpoint, Surfaces& surfaces);
 
-    // Another owner than before, or none any more: every fader that counts as held is released on its surface.
+    // When the owner has changed or gone, releases every touched fader on its surface.
     void watchOwner();
 
     // The clients in words, for the shell.
     void describeClients();
 
-    // A client that has fallen silent holds nothing any more. Sends nothing.
+    // Without a client nothing counts as touched. Sends nothing.
     void forgetTouches();
 
 private:
     std::string description();
 
     ReceiverState& state;
+    const Bilingual text;
     ClientEndpoint& endpoint;
     Surfaces& surfaces;
-    const Bilingual text;
     std::optional<std::string> prevOwnerID;
 };
 

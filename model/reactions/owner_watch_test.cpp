@@ -22,7 +22,7 @@ TEST_F(OwnerWatchTest, ATakeOverReleasesWhatTheOldOwnerHolds) {
     bench.run(1ms);
     EXPECT_THAT(bench.heardOn(bench.surfaceA), ElementsAre("200ms B0 0F 03", "200ms B0 2F 00"));
     EXPECT_THAT(bench.heardOn(bench.surfaceB), ElementsAre("200ms B0 0F 06", "200ms B0 2F 00"));
-    EXPECT_THAT(bench.state().mirror.stripTouched, testing::Each(false));
+    EXPECT_THAT(bench.state().published.strips, testing::Each(testing::Field(&StripState::touched, false)));
     other->send({0x01, 0x02, 0x01});
     settle();
     bench.mark();
@@ -39,7 +39,7 @@ TEST_F(OwnerWatchTest, AnOwnerThatStaysKeepsItsFaders) {
         tick();
     }
     EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
-    EXPECT_TRUE(bench.state().mirror.stripTouched[3]);
+    EXPECT_TRUE(bench.state().published.strips[3].touched);
 }
 
 // The link has lost its client before the main thread finds it silent.
@@ -57,9 +57,9 @@ TEST_F(OwnerWatchTest, ASilentClientHoldsNothingAnyMore) {
     settle();
     bench.mark();
     bench.run(4999ms);
-    EXPECT_TRUE(bench.state().mirror.stripTouched[3]);
+    EXPECT_TRUE(bench.state().published.strips[3].touched);
     bench.run(1ms); // the tick at 5000 ms
-    EXPECT_FALSE(bench.state().mirror.stripTouched[3]);
+    EXPECT_FALSE(bench.state().published.strips[3].touched);
     EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
 }
 

@@ -2,11 +2,12 @@
 
 namespace lumbrine {
 
-PeriodicTick::PeriodicTick(const Jobs& modelJobs, const ReceiverState& receiverState, Parts otherParts)
-    : jobs(modelJobs), state(receiverState), parts(otherParts) {}
+PeriodicTick::PeriodicTick(const Jobs& jobs, const ReceiverState& state, Parts parts)
+    : jobs(jobs), state(state), parts(parts) {}
 
-void PeriodicTick::start() {
+void PeriodicTick::startTimers() {
     timer = jobs.runtime.repeatOnMain(interval, jobs.guarded([this] { tick(); }));
+    meterTimer = jobs.runtime.repeatOnMain(meterInterval, jobs.guarded([this] { meterStep(); }));
 }
 
 void PeriodicTick::tick() {
@@ -19,6 +20,13 @@ void PeriodicTick::tick() {
     parts.position.watchMissingMap();
     if (state.published.iosConnected) parts.refresh.refresh();
     parts.owner.forgetTouches();
+}
+
+// Levels fall also while nobody is sent them.
+void PeriodicTick::meterStep() {
+    const Meters::Levels levels = parts.meters.fall();
+    if (!state.published.iosConnected || !state.quiet()) return;
+    parts.endpoint.broadcast(metersMessage(std::span(levels).first(state.published.shownStrips().size() * 2)));
 }
 
 } // namespace lumbrine

@@ -1,6 +1,8 @@
-// The heartbeat that keeps the receiver alive without any event: one tick every 0.4 s, its steps in a fixed order.
+// The two timers that keep the receiver going without any event: a tick every 0.4 s, its steps in a fixed order, and a
+// step of the meters sixty times a second.
 #pragma once
 
+#include "model/mirror/meters.h"
 #include "model/reactions/client_refresh.h"
 #include "model/reactions/owner_watch.h"
 #include "model/reactions/position_watch.h"
@@ -14,26 +16,31 @@ namespace lumbrine {
 class PeriodicTick {
 public:
     static constexpr Duration interval = seconds(0.4);
+    static constexpr Duration meterInterval = seconds(1.0 / 60);
 
     struct Parts {
+        ClientEndpoint& endpoint;
+        Meters& meters;
         PresenceWatch& presence;
         PositionWatch& position;
         OwnerWatch& owner;
         ClientRefresh& refresh;
     };
 
-    PeriodicTick(const Jobs& modelJobs, const ReceiverState& receiverState, Parts otherParts);
+    PeriodicTick(const Jobs& jobs, const ReceiverState& state, Parts parts);
 
     // Main thread, once.
-    void start();
+    void startTimers();
 
 private:
     void tick();
+    void meterStep();
 
     const Jobs& jobs;
     const ReceiverState& state;
     const Parts parts;
     std::unique_ptr<RepeatingTimer> timer;
+    std::unique_ptr<RepeatingTimer> meterTimer;
 };
 
 } // namespace lumbrine

@@ -1,8 +1,7 @@
-// When a scan of the banks is due by itself: while there is no map, and when the map has stopped matching what the
-// surfaces show. Looked at by the periodic tick. Main thread only.
+// Starts a scan of the banks when one is due: while there is no map, and when the map has stopped matching what the
+// surfaces show. Called by the periodic tick. Main thread only.
 #pragma once
 
-#include "base/bilingual.h"
 #include "model/bank/bank_map.h"
 #include "model/bank/calibration.h"
 #include "model/state/activity_log.h"
@@ -18,10 +17,9 @@ public:
     struct Parts {
         BankMap& bankMap;
         Calibration& calibration;
-        ActivityLog& log;
     };
 
-    PositionWatch(Runtime& rt, ReceiverState& receiverState, Parts otherParts, Bilingual bilingual);
+    PositionWatch(Runtime& runtime, ReceiverState& state, ActivityLog& log, Parts parts);
 
     void watchStuckPosition();
     void watchMissingMap();
@@ -32,8 +30,8 @@ private:
 
     Runtime& runtime;
     ReceiverState& state;
+    ActivityLog& log;
     const Parts parts;
-    const Bilingual text;
 };
 
 } // namespace lumbrine

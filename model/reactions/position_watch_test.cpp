@@ -1,5 +1,6 @@
 // When the receiver decides by itself that the banks must be scanned.
 #include "model/testing/model_test.h"
+#include "model/testing/session_columns.h"
 
 namespace lumbrine {
 namespace {
@@ -14,7 +15,7 @@ protected:
         bench.run(20s);
         bench.setTrackMap({"a", "b"}, -1);
         state.published.huiConnected = true;
-        state.mirror.nameCache[7] = "x";
+        state.published.strips[7].name = "x";
     }
 
     void watchTimes(int times) {
@@ -25,45 +26,50 @@ protected:
 
 TEST_F(PositionWatchTest, TheTwelfthTickWithoutAMatchThrowsTheMapAway) {
     watchTimes(11);
-    EXPECT_EQ(state.bank.locateStuckTicks, 11);
+    EXPECT_EQ(state.scans.locateStuckTicks, 11);
     EXPECT_THAT(bench.lines, IsEmpty());
-    EXPECT_THAT(state.published.trackMap, testing::SizeIs(2));
+    EXPECT_THAT(displaysOf(state.published.session), testing::SizeIs(2));
     watchTimes(1);
-    EXPECT_EQ(state.bank.locateStuckTicks, 0);
+    EXPECT_EQ(state.scans.locateStuckTicks, 0);
     EXPECT_EQ(bench.lines.at(0), "⚠ Position match keeps failing — rebuilding the track map");
-    EXPECT_THAT(state.published.trackMap, IsEmpty());
-    EXPECT_EQ(state.bank.lastAutoCalibrationAt, world.runtime.now());
+    EXPECT_THAT(displaysOf(state.published.session), IsEmpty());
+    EXPECT_EQ(state.scans.lastAutoCalibrationAt, world.runtime.now());
 }
 
 TEST_F(PositionWatchTest, AnyTickThatIsNotStuckStartsTheCountAnew) {
     watchTimes(11);
     state.published.bankOffset = 0;
     watchTimes(1);
-    EXPECT_EQ(state.bank.locateStuckTicks, 0);
+    EXPECT_EQ(state.scans.locateStuckTicks, 0);
     state.published.bankOffset = -1;
     watchTimes(11);
     EXPECT_THAT(bench.lines, IsEmpty());
 }
 
 TEST_F(PositionWatchTest, APositionIsNotStuckWhileItCannotBeKnown) {
-    for (bool* reason : {&state.bank.seeking, &state.bank.groupApplying, &state.published.calibrating,
-                         &state.mirror.transportPlaying, &state.mirror.transportRecording}) {
-        *reason = true;
+    for (bool* running : {&state.transportPlaying, &state.transportRecording}) {
+        *running = true;
         watchTimes(20);
-        EXPECT_EQ(state.bank.locateStuckTicks, 0);
-        *reason = false;
+        EXPECT_EQ(state.scans.locateStuckTicks, 0);
+        *running = false;
     }
+    for (const BankUser user : {BankUser::seek, BankUser::scan, BankUser::walk}) {
+        state.published.banksUsedBy = user;
+        watchTimes(20);
+        EXPECT_EQ(state.scans.locateStuckTicks, 0);
+    }
+    state.published.banksUsedBy.reset();
     state.published.huiConnected = false;
     watchTimes(20);
     state.published.huiConnected = true;
-    state.published.trackMap.clear();
+    state.published.session = {};
     watchTimes(20);
     EXPECT_THAT(bench.lines, IsEmpty());
 }
 
 TEST_F(PositionWatchTest, ABlankWindowIsNotStuck) {
-    state.mirror.nameCache[7] = "  ";
-    state.mirror.nameCache[8] = "x"; // not shown in a window of 8
+    state.published.strips[7].name = "  ";
+    state.published.strips[8].name = "x"; // not shown in a window of 8
     watchTimes(20);
     EXPECT_THAT(bench.lines, IsEmpty());
 }
@@ -73,7 +79,7 @@ TEST(PositionWatchInJapanese, TellsThatTheMapIsRebuilt) {
     ModelBench bench(world, {.japanese = true});
     bench.setTrackMap({"a", "b"}, -1);
     bench.state().published.huiConnected = true;
-    bench.state().mirror.nameCache[0] = "x";
+    bench.state().published.strips[0].name = "x";
     for (int i = 0; i < 12; ++i)
         bench.parts().position.watchStuckPosition();
     EXPECT_EQ(bench.lines.at(0), "⚠ 位置照合が復帰しないため、トラック地図を作り直します");
@@ -84,21 +90,21 @@ TEST(PositionWatchInJapanese, TellsThatTheMapIsRebuilt) {
 class MissingMapTest : public PositionWatchTest {
 protected:
     MissingMapTest() {
-        state.published.trackMap.clear();
+        state.published.session = {};
         state.presence.firstPingAt = world.runtime.now() - 2001ms;
-        state.bank.lastAutoCalibrationAt = world.runtime.now() - 10001ms;
+        state.scans.lastAutoCalibrationAt = world.runtime.now() - 10001ms;
     }
 
     bool scanIsRequested() {
-        const TimePoint before = state.bank.lastAutoCalibrationAt;
+        const TimePoint before = state.scans.lastAutoCalibrationAt;
         watch.watchMissingMap();
-        return state.bank.lastAutoCalibrationAt != before;
+        return state.scans.lastAutoCalibrationAt != before;
     }
 };
 
 TEST_F(MissingMapTest, ASessionWithoutAMapIsScanned) {
     EXPECT_TRUE(scanIsRequested());
-    EXPECT_EQ(state.bank.lastAutoCalibrationAt, world.runtime.now());
+    EXPECT_EQ(state.scans.lastAutoCalibrationAt, world.runtime.now());
     EXPECT_FALSE(scanIsRequested());
 }
 
@@ -108,7 +114,7 @@ TEST_F(MissingMapTest, NothingIsScannedInTheFirstTwoSecondsOfPings) {
 }
 
 TEST_F(MissingMapTest, ScansAreMoreThanTenSecondsApart) {
-    state.bank.lastAutoCalibrationAt = world.runtime.now() - 10000ms;
+    state.scans.lastAutoCalibrationAt = world.runtime.now() - 10000ms;
     EXPECT_FALSE(scanIsRequested());
 }
 
@@ -116,10 +122,10 @@ TEST_F(MissingMapTest, NothingIsScannedWithoutNeed) {
     state.published.huiConnected = false;
     EXPECT_FALSE(scanIsRequested());
     state.published.huiConnected = true;
-    state.published.calibrating = true;
+    state.published.banksUsedBy = BankUser::scan;
     EXPECT_FALSE(scanIsRequested());
-    state.published.calibrating = false;
-    state.published.trackMap = {"a"};
+    state.published.banksUsedBy.reset();
+    state.published.session = Session::of({"a"});
     EXPECT_FALSE(scanIsRequested());
 }
 
@@ -132,13 +138,13 @@ TEST(PositionWatch, IsLookedAtInEveryTick) {
     bench.surfaceA.pingEverySecond();
     bench.run(100ms); // the first tick
     bench.setTrackMap({"a", "b"}, -1);
-    bench.state().mirror.nameCache[0] = "x";
+    bench.state().published.strips[0].name = "x";
     bench.run(11 * 400ms);
-    EXPECT_EQ(bench.state().bank.locateStuckTicks, 11);
+    EXPECT_EQ(bench.state().scans.locateStuckTicks, 11);
     bench.run(399ms);
-    EXPECT_THAT(bench.model->published().trackMap, testing::SizeIs(2));
+    EXPECT_THAT(displaysOf(bench.model->published().session), testing::SizeIs(2));
     bench.run(1ms);
-    EXPECT_THAT(bench.model->published().trackMap, IsEmpty());
+    EXPECT_THAT(displaysOf(bench.model->published().session), IsEmpty());
 }
 
 } // namespace

@@ -4,8 +4,8 @@
 
 namespace lumbrine {
 
-PresenceWatch::PresenceWatch(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts, Bilingual bilingual)
-    : jobs(modelJobs), state(receiverState), parts(otherParts), text(bilingual) {}
+PresenceWatch::PresenceWatch(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts)
+    : jobs(jobs), state(state), log(log), parts(parts) {}
 
 void PresenceWatch::watchProTools() {
     assert(jobs.runtime.onMain());
@@ -17,10 +17,10 @@ void PresenceWatch::watchProTools() {
 }
 
 void PresenceWatch::resetPanSides() {
-    parts.surfaces.engine(SurfaceID::A).resetPanAssignToLeft();
+    parts.desk.resetPanSide(SurfaceID::A);
     if (jobs.runtime.syncMain([this] { return heardWithin(pingPeriod, state.presence.lastPingB); }))
-        parts.surfaces.engine(SurfaceID::B).resetPanAssignToLeft();
-    jobs.runOnMain([this] { parts.panMode.setPanMode(false); });
+        parts.desk.resetPanSide(SurfaceID::B);
+    jobs.runOnMain([this] { parts.pan.setPanMode(false); });
 }
 
 void PresenceWatch::watchClient() {
@@ -37,22 +37,18 @@ void PresenceWatch::watchWindowWidth() {
     state.published.winW = width;
     state.published.changed();
     if (both) {
-        parts.log.appendLog(text("✓ Second surface connected → 16-ch window", "✓ 2台目サーフェス接続 → 16ch 窓に拡大"));
+        log.say("✓ Second surface connected → 16-ch window", "✓ 2台目サーフェス接続 → 16ch 窓に拡大");
         jobs.inBackground(Priority::normal, [this] { followPanSide(); });
     } else {
-        parts.log.appendLog(
-            text("Second surface lost → back to 8-ch window", "2台目サーフェス切断 → 8ch 窓に戻ります"));
+        log.say("Second surface lost → back to 8-ch window", "2台目サーフェス切断 → 8ch 窓に戻ります");
     }
     parts.bankMap.relocalize();
     parts.mirror.sendBankPosToClient();
 }
 
 void PresenceWatch::followPanSide() {
-    HUIEngine& engine = parts.surfaces.engine(SurfaceID::B);
-    engine.resetPanAssignToLeft();
-    if (!jobs.runtime.syncMain([this] { return state.automation.panRightMode; })) return;
-    engine.flipPanSide();
-    engine.pressSwitch(hui::assignZone, hui::panAssignPort);
+    parts.desk.resetPanSide(SurfaceID::B);
+    if (jobs.runtime.syncMain([this] { return state.published.panRight; })) parts.desk.flipPanSide(SurfaceID::B);
 }
 
 } // namespace lumbrine

@@ -1,9 +1,8 @@
-// Who is there: Pro Tools on either surface, and the client. Looked at by the periodic tick. Main thread only.
+// Notices who is there: Pro Tools on either surface, and the client. Called by the periodic tick. Main thread only.
 #pragma once
 
-#include "base/bilingual.h"
 #include "model/bank/bank_map.h"
-#include "model/hands/pan_mode.h"
+#include "model/hands/pan.h"
 #include "model/hands/surfaces.h"
 #include "model/mirror/client_mirror.h"
 #include "model/state/activity_log.h"
@@ -17,16 +16,15 @@ public:
     static constexpr Duration panResetDelay = seconds(0.8); // Pro Tools needs a moment after it has connected
 
     struct Parts {
-        Surfaces& surfaces;
+        SurfaceDesk& desk;
         ClientMirror& mirror;
         BankMap& bankMap;
-        PanMode& panMode;
-        ActivityLog& log;
+        Pan& pan;
     };
 
-    PresenceWatch(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts, Bilingual bilingual);
+    PresenceWatch(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts);
 
-    // Every new connection starts with the V-Pots of both surfaces on the left side of stereo pans.
+    // Puts the V-Pots of both surfaces on the left side of stereo pans at each new connection.
     void watchProTools();
 
     void watchClient();
@@ -41,8 +39,8 @@ private:
 
     const Jobs& jobs;
     ReceiverState& state;
+    ActivityLog& log;
     const Parts parts;
-    const Bilingual text;
 };
 
 } // namespace lumbrine

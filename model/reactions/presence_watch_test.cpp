@@ -91,7 +91,7 @@ TEST_F(WindowChangeTest, TheClientIsToldWhereTheNewWindowLies) {
         names.emplace_back(1, c);
     bench.setTrackMap(names, 2);
     for (std::size_t i = 0; i < stripCount; ++i)
-        bench.state().mirror.nameCache[i] = names[i + 2];
+        bench.state().published.strips[i].name = names[i + 2];
     bench.surfaceA.ping();
     bench.surfaceB.ping();
     bench.run(200ms);
@@ -104,7 +104,7 @@ TEST_F(WindowChangeTest, TheWiderWindowMayShowWhereTheNarrowOneCouldNot) {
         names.emplace_back(1, c);
     bench.setTrackMap(names, -1);
     for (std::size_t i = 0; i < stripCount; ++i)
-        bench.state().mirror.nameCache[i] = names[i];
+        bench.state().published.strips[i].name = names[i];
     bench.surfaceA.ping();
     bench.surfaceB.ping();
     bench.run(200ms);
@@ -119,7 +119,7 @@ TEST_F(WindowChangeTest, TheNarrowerWindowMayShowTooLittle) {
         names.emplace_back(1, c);
     bench.setTrackMap(names, 0);
     for (std::size_t i = 0; i < stripCount; ++i)
-        bench.state().mirror.nameCache[i] = names[i];
+        bench.state().published.strips[i].name = names[i];
     bench.surfaceA.pingEverySecond();
     bench.surfaceB.ping();
     bench.run(200ms);
@@ -164,13 +164,13 @@ protected:
 
 TEST_F(PanSideTest, AreBothLeft800MillisecondsAfterProToolsHasCome) {
     bench.surfaceA.pingEverySecond();
-    bench.state().automation.panRightMode = true;
+    bench.state().published.panRight = true;
     bench.run(1199ms);
     EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
     bench.run(181ms);
     EXPECT_EQ(bench.heardOn(bench.surfaceA), reset({"1200", "1260", "1320", "1380"}));
     EXPECT_THAT(bench.heardOn(bench.surfaceB), IsEmpty());
-    EXPECT_FALSE(bench.state().automation.panRightMode);
+    EXPECT_FALSE(bench.state().published.panRight);
     EXPECT_THAT(bench.takeLines(),
                 ElementsAre("♥ ping #1 received → replied (connection alive)",
                             "→ pan mode force-reset to Pan Left (SEND A→PAN)", "← Pan mode: Pan Left"));
@@ -202,7 +202,7 @@ TEST_F(PanSideTest, OfTheSecondSurfaceAreResetWhenItComesAndWithTheFirst) {
 TEST_F(PanSideTest, OfALaterSecondSurfaceFollowThoseOfTheFirst) {
     bench.surfaceA.pingEverySecond();
     bench.run(2s);
-    bench.parts().panMode.setPanMode(true);
+    bench.parts().pan.setPanMode(true);
     bench.mark();
     bench.surfaceB.pingEverySecond();
     bench.run(1s);

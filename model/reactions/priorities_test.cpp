@@ -35,9 +35,7 @@ protected:
 TEST_F(PrioritiesTest, WhatSomebodyWaitsForIsUrgent) {
     EXPECT_THAT(begunBy([this] { parts.seekWorker.seekBank(8); }), ElementsAre(Priority::userInitiated));
     EXPECT_THAT(begunBy([this] { parts.calibration.calibrateBanks(true); }), ElementsAre(Priority::userInitiated));
-    EXPECT_THAT(begunBy([this] { parts.testSweep.run(); }), ElementsAre(Priority::userInitiated));
-    bench.setTrackMap({}, -1);
-    EXPECT_THAT(begunBy([this] { parts.bankMoves.bankMove(1); }), ElementsAre(Priority::userInitiated));
+    EXPECT_THAT(begunBy([this] { parts.faderSweep.run(); }), ElementsAre(Priority::userInitiated));
     state.published.huiConnected = false;
     EXPECT_THAT(begunBy([this] { parts.reconnection.reconnectToPT(); }), testing::Contains(Priority::userInitiated));
 }

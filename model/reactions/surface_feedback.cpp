@@ -1,9 +1,9 @@
 #include "model/reactions/surface_feedback.h"
 
-#include "model/bank/track_window.h"
-#include "model/hands/automation_mode_text.h"
+#include "base/blank_text.h"
 
 #include <cassert>
+#include <utility>
 
 namespace lumbrine {
 
@@ -14,11 +14,11 @@ constexpr int recordPort = 5;
 
 } // namespace
 
-SurfaceFeedback::SurfaceFeedback(const Jobs& modelJobs, ReceiverState& receiverState, Parts otherParts)
-    : jobs(modelJobs), state(receiverState), parts(otherParts) {}
+SurfaceFeedback::SurfaceFeedback(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts)
+    : jobs(jobs), state(state), log(log), parts(parts) {}
 
 void SurfaceFeedback::surfaceLog(const std::string& line) {
-    parts.log.appendLog(line);
+    log.appendLog(line);
 }
 
 // ---- Faders
@@ -29,30 +29,32 @@ void SurfaceFeedback::faderFeedback(Strip strip, double value) {
 
 void SurfaceFeedback::showFader(Strip strip, double value) {
     assert(jobs.runtime.onMain());
-    state.published.faders[strip.slot()] = value;
+    StripState& shown = state.published.strip(strip);
+    shown.fader = value;
     state.published.changed();
-    const SurfaceMirror& mirror = state.mirror;
-    const bool ownEcho =
-        mirror.stripTouched[strip.slot()] && jobs.runtime.now() - mirror.lastClientFaderAt[strip.slot()] < echoSilence;
+    const bool ownEcho = shown.touched && jobs.runtime.now() - shown.movedByClient < echoSilence;
     if (!ownEcho) parts.mirror.sendFaderToClient(strip, value);
-    parts.capture.captureSess(strip, value);
+    captureSess(strip, value);
+}
+
+// Keeps the value for when the track is no longer shown. During a seek or a scan the position runs ahead of the names.
+void SurfaceFeedback::captureSess(Strip strip, double value) {
+    const auto track = state.published.trackOn(strip.slot());
+    if (!track || state.published.banksUsedBy == BankUser::seek || state.published.calibrating()) return;
+    std::optional<double>& fader = state.published.session.tracks[*track].fader;
+    if (std::exchange(fader, value) != value) state.fullTableDirty = true;
 }
 
 // ---- Names
 
 void SurfaceFeedback::trackNameShown(Strip strip, std::string_view text) {
-    if (parts.probe.waitsOn(strip))
-        if (const auto mode = parseAutoModeText(text)) parts.probe.answer(strip, *mode);
-    parts.nameClock.stamp();
+    parts.displays.shown(strip, text);
     jobs.runOnMain([this, strip, name = std::string(trimSpaces(text))] { showName(strip, name); });
 }
 
 void SurfaceFeedback::showName(Strip strip, const std::string& name) {
     assert(jobs.runtime.onMain());
-    std::string& cached = state.mirror.nameCache[strip.slot()];
-    if (name == cached) return;
-    cached = name;
-    state.published.trackNames[strip.slot()] = name;
+    if (std::exchange(state.published.strip(strip).name, name) == name) return;
     state.published.changed();
     parts.mirror.sendTrackNameToClient(strip, name);
     parts.bankMap.relocalize();
@@ -66,8 +68,7 @@ void SurfaceFeedback::meterShown(Strip strip, int side, int level) {
 
 void SurfaceFeedback::vpotShown(Strip strip, int value, bool centre, bool rightSide) {
     jobs.runOnMain([this, strip, value, centre, side = rightSide ? 1 : 0] {
-        state.mirror.panPos[static_cast<std::size_t>(side)][strip.slot()] = value;
-        state.mirror.panCen[static_cast<std::size_t>(side)][strip.slot()] = centre;
+        state.published.strip(strip).pan[static_cast<std::size_t>(side)] = {.position = value, .centre = centre};
         parts.mirror.sendPan(strip, side);
     });
 }
@@ -79,8 +80,6 @@ void SurfaceFeedback::ledShown(SurfaceID surface, int zone, int port, bool on) {
         jobs.runOnMain([this, strip = *strip, port, on] { showStripLed(strip, port, on); });
     } else if (surface == SurfaceID::A && zone == hui::transportZone) {
         jobs.runOnMain([this, port, on] { showTransportLed(port, on); });
-    } else if (surface == SurfaceID::A && zone == hui::bankZone) {
-        jobs.runOnMain([this, port, on] { showBankLed(port, on); });
     }
 }
 
@@ -104,23 +103,15 @@ void SurfaceFeedback::showStripLed(Strip strip, int port, bool on) {
 }
 
 void SurfaceFeedback::showSelect(Strip strip, bool on) {
-    bool& cached = state.mirror.selectCache[strip.slot()];
-    if (on == cached) return;
-    cached = on;
-    state.published.selects[strip.slot()] = on;
+    if (std::exchange(state.published.strip(strip).select, on) == on) return;
     state.published.changed();
     parts.mirror.sendSelectsToClient();
 }
 
 void SurfaceFeedback::showTransportLed(int port, bool on) {
     if (port != playPort && port != recordPort) return;
-    (port == playPort ? state.mirror.transportPlaying : state.mirror.transportRecording) = on;
+    (port == playPort ? state.transportPlaying : state.transportRecording) = on;
     parts.mirror.sendTransportIfChanged();
-}
-
-void SurfaceFeedback::showBankLed(int port, bool on) {
-    const auto led = static_cast<std::size_t>(port);
-    if (led < state.mirror.bankLed.size()) state.mirror.bankLed[led] = on;
 }
 
 // ---- Pings

@@ -1,5 +1,6 @@
 // From HUI bytes to the state and to datagrams.
 #include "model/testing/model_test.h"
+#include "model/testing/session_columns.h"
 
 namespace lumbrine {
 namespace {
@@ -17,8 +18,8 @@ TEST_F(SurfaceFeedbackTest, AFaderOfProToolsIsShownToTheClient) {
     bench.surfaceB.send({0xB0, 0x00, 0x40});
     bench.surfaceB.send({0xB0, 0x20, 0x00});
     settle();
-    EXPECT_EQ(state.published.faders[3], 1.0);
-    EXPECT_EQ(state.published.faders[8], 8192 / 16383.0);
+    EXPECT_EQ(state.published.strips[3].fader, 1.0);
+    EXPECT_EQ(state.published.strips[8].fader, 8192 / 16383.0);
     EXPECT_THAT(heard(0x12), testing::UnorderedElementsAre("0ms 01 12 03 3F FF", "0ms 01 12 08 20 00"));
 }
 
@@ -28,7 +29,7 @@ TEST_F(SurfaceFeedbackTest, AnEchoIsKeptFromTheFingerForOneAndAHalfSeconds) {
     bench.surfaceA.fader(3, 0.5);
     EXPECT_THAT(bench.heardBy(*phone, 0x12), testing::Not(testing::Contains("1499ms 01 12 03 1F FF")));
     EXPECT_THAT(heard(0x12), IsEmpty());
-    EXPECT_EQ(state.published.faders[3], 8191 / 16383.0);
+    EXPECT_EQ(state.published.strips[3].fader, 8191 / 16383.0);
     bench.run(1ms);
     bench.surfaceA.fader(3, 0.25);
     EXPECT_THAT(heard(0x12), ElementsAre("1500ms 01 12 03 0F FF"));
@@ -58,8 +59,8 @@ TEST_F(SurfaceFeedbackTest, AnEchoThatIsKeptBackStillEntersTheSessionTable) {
     settle();
     bench.surfaceA.fader(3, 1.0);
     settle();
-    EXPECT_EQ(state.session.sessFaders[4], 1.0);
-    EXPECT_TRUE(state.session.fullTableDirty);
+    EXPECT_EQ(state.published.session.tracks[4].fader, 1.0);
+    EXPECT_TRUE(state.fullTableDirty);
 }
 
 // ---- Names
@@ -67,8 +68,8 @@ TEST_F(SurfaceFeedbackTest, AnEchoThatIsKeptBackStillEntersTheSessionTable) {
 TEST_F(SurfaceFeedbackTest, ANameIsShownTrimmed) {
     bench.surfaceB.name(1, " Gt ");
     EXPECT_THAT(heard(0x10), ElementsAre("0ms 01 10 09 47 74 20 20"));
-    EXPECT_EQ(state.published.trackNames[9], "Gt");
-    EXPECT_EQ(state.mirror.nameCache[9], "Gt");
+    EXPECT_EQ(state.published.strips[9].name, "Gt");
+    EXPECT_EQ(state.published.strips[9].name, "Gt");
 }
 
 TEST_F(SurfaceFeedbackTest, ANameThatDiffersBySpacesOnlyIsNoNewName) {
@@ -84,7 +85,7 @@ TEST_F(SurfaceFeedbackTest, ABlankNameReplacesAnother) {
     bench.surfaceA.name(0, "Kick");
     bench.surfaceA.name(0, "    ");
     EXPECT_THAT(heard(0x10), ElementsAre("0ms 01 10 00 4B 69 63 6B", "0ms 01 10 00 20 20 20 20"));
-    EXPECT_EQ(state.published.trackNames[0], "");
+    EXPECT_EQ(state.published.strips[0].name, "");
 }
 
 TEST_F(SurfaceFeedbackTest, ANewNameShowsWhereTheSurfacesAre) {
@@ -109,7 +110,7 @@ TEST_F(SurfaceFeedbackTest, ANewNameIsToldBeforeThePositionThatFollowsFromIt) {
 }
 
 TEST_F(SurfaceFeedbackTest, EveryTextSetsTheNameClockBack) {
-    NameClock& clock = bench.parts().nameClock;
+    DisplayWatch& clock = bench.parts().displays;
     bench.surfaceA.name(0, "Kick");
     settle();
     EXPECT_EQ(clock.age(), 0ms);
@@ -121,17 +122,17 @@ TEST_F(SurfaceFeedbackTest, EveryTextSetsTheNameClockBack) {
 }
 
 TEST_F(SurfaceFeedbackTest, AModeOnTheDisplayAnswersTheProbeOfItsStripOnly) {
-    ProbeExchange& probe = bench.parts().probe;
-    probe.begin(*Strip::of(9));
+    DisplayWatch& displays = bench.parts().displays;
+    displays.beginProbe(*Strip::of(9));
     bench.surfaceA.name(1, "Read");
     bench.surfaceB.name(2, "Wrt ");
     settle();
-    EXPECT_EQ(probe.end(), 0);
-    probe.begin(*Strip::of(9));
+    EXPECT_EQ(displays.endProbe(), 0);
+    displays.beginProbe(*Strip::of(9));
     bench.surfaceB.name(1, "Ltch");
     bench.surfaceB.name(1, "Kick");
     settle();
-    EXPECT_EQ(probe.end(), 3);
+    EXPECT_EQ(displays.endProbe(), 3);
 }
 
 // ---- Rings
@@ -140,16 +141,16 @@ TEST_F(SurfaceFeedbackTest, ARingIsShownToTheClient) {
     bench.surfaceA.ring(2, 6, true);
     bench.surfaceA.ring(2, 15, false);
     EXPECT_THAT(heard(0x14), ElementsAre("0ms 01 14 02 00 06 01", "0ms 01 14 02 00 0B 00"));
-    EXPECT_EQ(state.mirror.panPos[0][2], 15);
-    EXPECT_FALSE(state.mirror.panCen[0][2]);
+    EXPECT_EQ(state.published.strips[2].pan[0].position, 15);
+    EXPECT_FALSE(state.published.strips[2].pan[0].centre);
 }
 
 TEST_F(SurfaceFeedbackTest, ARingIsKeptButNotShownWhileTheBanksMove) {
-    state.bank.seeking = true;
+    state.published.banksUsedBy = BankUser::seek;
     bench.surfaceB.ring(7, 4, true);
     EXPECT_THAT(heard(0x14), IsEmpty());
-    EXPECT_EQ(state.mirror.panPos[0][15], 4);
-    EXPECT_TRUE(state.mirror.panCen[0][15]);
+    EXPECT_EQ(state.published.strips[15].pan[0].position, 4);
+    EXPECT_TRUE(state.published.strips[15].pan[0].centre);
 }
 
 // ---- LEDs
@@ -163,19 +164,10 @@ TEST_F(SurfaceFeedbackTest, TheTransportIsShownWhenItChanges) {
     EXPECT_THAT(heard(0x1D), ElementsAre("0ms 01 1D 01 00", "0ms 01 1D 01 01", "0ms 01 1D 00 01"));
 }
 
-TEST_F(SurfaceFeedbackTest, TheSecondSurfaceTellsNothingOfTransportAndBanks) {
+TEST_F(SurfaceFeedbackTest, TheTransportLedsOfTheSecondSurfaceAreIgnored) {
     bench.surfaceB.led(0x0E, 4, true);
-    bench.surfaceB.led(0x0A, 1, true);
     EXPECT_THAT(heard(0x1D), IsEmpty());
-    EXPECT_FALSE(state.mirror.transportPlaying);
-    EXPECT_THAT(state.mirror.bankLed, testing::Each(false));
-}
-
-TEST_F(SurfaceFeedbackTest, TheBankLedsAreKept) {
-    bench.surfaceA.led(0x0A, 3, true);
-    bench.surfaceA.led(0x0A, 4, true);
-    settle();
-    EXPECT_THAT(state.mirror.bankLed, ElementsAre(false, false, false, true));
+    EXPECT_FALSE(state.transportPlaying);
 }
 
 TEST_F(SurfaceFeedbackTest, ASelectIsShownWhenItChanges) {
@@ -185,7 +177,7 @@ TEST_F(SurfaceFeedbackTest, ASelectIsShownWhenItChanges) {
     EXPECT_THAT(heard(0x17), ElementsAre("0ms 01 17 00 00 01 00 00 00 00 00", "0ms 01 17 00 00 00 00 00 00 00 00"));
     bench.surfaceB.led(2, 1, true);
     settle();
-    EXPECT_TRUE(state.published.selects[10]);
+    EXPECT_TRUE(state.published.strips[10].select);
 }
 
 TEST_F(SurfaceFeedbackTest, OtherLedsShowNothing) {
@@ -239,21 +231,21 @@ TEST_F(SurfaceFeedbackTest, APauseOfMoreThanTwoSecondsBeginsANewRunOfPings) {
 // ---- The MIDI receive thread
 
 TEST_F(SurfaceFeedbackTest, WhatOtherThreadsWaitForDoesNotWaitForTheMainThread) {
-    ProbeExchange& probe = bench.parts().probe;
-    probe.begin(*Strip::of(1));
+    DisplayWatch& displays = bench.parts().displays;
+    displays.beginProbe(*Strip::of(1));
     bench.surfaceA.send({0xA0, 0x02, 0x15}); // strip 2, right
     bench.surfaceA.name(1, "Wrt ");
     bench.surfaceA.ping();
     world.runtime.sleepFor(1ms); // runs no job of the main thread
     EXPECT_EQ(bench.parts().meters.fall()[5], 5);
-    EXPECT_EQ(probe.end(), 4);
-    EXPECT_EQ(bench.parts().nameClock.age(), 1ms);
+    EXPECT_EQ(displays.endProbe(), 4);
+    EXPECT_EQ(displays.age(), 1ms);
     EXPECT_THAT(bench.surfaceA.presence.takeBytes(), ElementsAre("90 00 7F"));
     EXPECT_EQ(state.published.pingCount, 0);
-    EXPECT_EQ(state.published.trackNames[1], "");
+    EXPECT_EQ(state.published.strips[1].name, "");
     settle();
     EXPECT_EQ(state.published.pingCount, 1);
-    EXPECT_EQ(state.published.trackNames[1], "Wrt");
+    EXPECT_EQ(state.published.strips[1].name, "Wrt");
 }
 
 // ---- Log lines

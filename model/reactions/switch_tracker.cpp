@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cassert>
+#include <utility>
 
 namespace lumbrine {
 
-SwitchTracker::SwitchTracker(Runtime& rt, ReceiverState& receiverState, ClientMirror& clientMirror,
-                             ActivityLog& activityLog)
-    : runtime(rt), state(receiverState), mirror(clientMirror), log(activityLog) {}
+SwitchTracker::SwitchTracker(Runtime& runtime, ReceiverState& state, ActivityLog& log, ClientMirror& mirror)
+    : runtime(runtime), state(state), log(log), mirror(mirror) {}
 
 bool SwitchTracker::noteEdge(FlashingLed& led, bool on, Duration hold) {
     assert(runtime.onMain());
@@ -22,38 +22,28 @@ bool SwitchTracker::noteEdge(FlashingLed& led, bool on, Duration hold) {
 }
 
 void SwitchTracker::muteLed(Strip strip, bool on) {
-    if (!noteEdge(state.mirror.mute[strip.slot()], on, blinkHold)) return;
-    state.published.mutes[strip.slot()] = on;
+    if (!noteEdge(state.published.strip(strip).mute, on, blinkHold)) return;
     state.published.changed();
     mirror.sendSwitchesIfChanged();
 }
 
 void SwitchTracker::recLed(Strip strip, bool on) {
-    if (noteEdge(state.mirror.rec[strip.slot()], on, on ? blinkHold : recOffHold)) mirror.sendSwitchesIfChanged();
+    if (noteEdge(state.published.strip(strip).record, on, on ? blinkHold : recOffHold)) mirror.sendSwitchesIfChanged();
 }
 
 void SwitchTracker::soloLed(Strip strip, bool on) {
     assert(runtime.onMain());
-    auto& solos = state.mirror.soloCache;
-    if (on == solos[strip.slot()]) return;
-    solos[strip.slot()] = on;
-    state.published.solos[strip.slot()] = on;
+    if (std::exchange(state.published.strip(strip).solo, on) == on) return;
     log.appendLog("← LED ch" + std::to_string(strip.index() + 1) + " solo " + (on ? "ON" : "off"));
-    if (std::ranges::none_of(solos, [](bool solo) { return solo; })) endMuteBlinks();
+    if (std::ranges::none_of(state.published.strips, &StripState::solo)) endMuteBlinks();
     state.published.changed();
     mirror.sendSwitchesIfChanged();
 }
 
 void SwitchTracker::endMuteBlinks() {
     const TimePoint now = runtime.now();
-    for (std::size_t i = 0; i < stripCount; ++i) {
-        FlashingLed& led = state.mirror.mute[i];
-        if (led.blinkUntil <= now) continue;
-        led.blinkUntil = distantPast;
-        led.shortStreak = 0;
-        led.rawOn = false;
-        state.published.mutes[i] = false;
-    }
+    for (StripState& strip : state.published.strips)
+        if (strip.mute.blinkUntil > now) strip.mute = {.lastEdge = strip.mute.lastEdge};
 }
 
 } // namespace lumbrine

@@ -1,6 +1,6 @@
-// The mute, solo and record LEDs: what is on, and what is flashing. HUI has no message for a flashing LED; Pro Tools
-// switches it on and off, and edges that follow each other quickly are taken for one. The client is told "blinking"
-// instead of every edge. Main thread only.
+// The mute, solo and record LEDs: which are on, and which flash. HUI has no message for a flashing LED: Pro Tools
+// switches it on and off, so a run of quick edges is taken for flashing. The client is sent "blinking" instead of every
+// edge. Main thread only.
 #pragma once
 
 #include "model/mirror/client_mirror.h"
@@ -15,12 +15,12 @@ public:
     static constexpr Duration blinkHold = seconds(1.2);   // blinking for so long after a quick edge
     static constexpr Duration recOffHold = seconds(0.4);  // the same where a record LED went off
 
-    SwitchTracker(Runtime& rt, ReceiverState& receiverState, ClientMirror& clientMirror, ActivityLog& activityLog);
+    SwitchTracker(Runtime& runtime, ReceiverState& state, ActivityLog& log, ClientMirror& mirror);
 
     void muteLed(Strip strip, bool on);
     void recLed(Strip strip, bool on);
 
-    // When the last solo of the session goes, so does the flashing of the mutes that it had caused.
+    // When the last solo of the session goes off, the mutes that it made flash stop flashing.
     void soloLed(Strip strip, bool on);
 
 private:
@@ -29,8 +29,8 @@ private:
 
     Runtime& runtime;
     ReceiverState& state;
-    ClientMirror& mirror;
     ActivityLog& log;
+    ClientMirror& mirror;
 };
 
 } // namespace lumbrine

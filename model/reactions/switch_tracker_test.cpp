@@ -33,10 +33,10 @@ TEST_F(SwitchTrackerTest, ASteadyLedIsShownAtOnce) {
     led(0, mutePort, true);
     EXPECT_THAT(heard(0x13),
                 ElementsAre("0ms 01 13 01 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"));
-    EXPECT_TRUE(bench.model->published().mutes[0]);
+    EXPECT_TRUE(bench.model->published().strips[0].mute.rawOn);
     led(0, mutePort, false);
     EXPECT_EQ(shown(0), "0 0 0");
-    EXPECT_FALSE(bench.model->published().mutes[0]);
+    EXPECT_FALSE(bench.model->published().strips[0].mute.rawOn);
 }
 
 TEST_F(SwitchTrackerTest, TheSameStateAgainSendsNothing) {
@@ -137,11 +137,11 @@ TEST_F(SwitchTrackerTest, TheEndOfABlinkIsShownAtTheNextTick) {
 
 TEST_F(SwitchTrackerTest, ASoloIsShownAndLogged) {
     led(11, soloPort, true);
-    EXPECT_TRUE(bench.model->published().solos[11]);
+    EXPECT_TRUE(bench.model->published().strips[11].solo);
     led(11, soloPort, true);
     led(11, soloPort, false);
     EXPECT_THAT(bench.takeLines(), ElementsAre("← LED ch12 solo ON", "← LED ch12 solo off"));
-    EXPECT_FALSE(bench.model->published().solos[11]);
+    EXPECT_FALSE(bench.model->published().strips[11].solo);
 }
 
 TEST_F(SwitchTrackerTest, SolosAndRecordLedsAreShownAtOnce) {
@@ -179,7 +179,7 @@ TEST_F(SwitchTrackerTest, TheLastSoloTakesTheMuteBlinksOfBothSurfaces) {
     led(9, soloPort, false);
     EXPECT_EQ(shown(0), "0 0 0");
     EXPECT_EQ(shown(15), "0 0 0");
-    EXPECT_FALSE(bench.model->published().mutes[15]);
+    EXPECT_FALSE(bench.model->published().strips[15].mute.rawOn);
 }
 
 TEST_F(SwitchTrackerTest, TheLastSoloLeavesTheRecordBlinks) {
@@ -220,7 +220,7 @@ TEST_F(SwitchTrackerTest, ClearedBlinksNeedThreeQuickEdgesAgain) {
 }
 
 TEST_F(SwitchTrackerTest, ChangesAreHeldBackWhileTheBanksMove) {
-    bench.state().bank.seeking = true;
+    bench.state().published.banksUsedBy = BankUser::seek;
     led(0, mutePort, true);
     led(1, soloPort, true);
     led(2, recPort, true);

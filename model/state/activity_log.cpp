@@ -5,9 +5,9 @@
 
 namespace lumbrine {
 
-ActivityLog::ActivityLog(const Jobs& modelJobs, PublishedState& publishedState,
-                         std::function<void(const std::string&)> lineSink)
-    : jobs(modelJobs), published(publishedState), sink(std::move(lineSink)) {}
+ActivityLog::ActivityLog(const Jobs& jobs, PublishedState& published, Bilingual language,
+                         std::function<void(const std::string&)> sink)
+    : text(language), jobs(jobs), published(published), sink(std::move(sink)) {}
 
 void ActivityLog::appendLog(const std::string& line) {
     sink(line);

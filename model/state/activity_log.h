@@ -1,11 +1,13 @@
 // The activity log: each line goes to standard output at once and to the visible list on the main thread.
 #pragma once
 
+#include "base/bilingual.h"
 #include "model/state/jobs.h"
 #include "model/state/published_state.h"
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace lumbrine {
 
@@ -13,14 +15,19 @@ class ActivityLog {
 public:
     static constexpr std::size_t visibleLines = 120;
 
-    ActivityLog(const Jobs& modelJobs, PublishedState& publishedState,
-                std::function<void(const std::string&)> lineSink);
+    ActivityLog(const Jobs& jobs, PublishedState& published, Bilingual language,
+                std::function<void(const std::string&)> sink);
 
     // One finished line, without newline or time stamp. Any thread.
     void appendLog(const std::string& line);
 
+    // The line in the user's language. Any thread.
+    void say(std::string_view english, std::string_view japanese) { appendLog(text(english, japanese)); }
+
     // To standard output only, for diagnostics. Any thread.
     void print(const std::string& line) const { sink(line); }
+
+    const Bilingual text; // for lines that are put together
 
 private:
     void show(const std::string& line);

@@ -1,12 +1,14 @@
 // What a shell shows of the receiver. Written and read on the main thread only.
 #pragma once
 
-#include "base/rgb_color.h"
 #include "base/strip.h"
+#include "model/state/session.h"
+#include "model/state/strip_state.h"
 
 #include <array>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -15,6 +17,13 @@ namespace lumbrine {
 template <typename Value>
 using PerStrip = std::array<Value, stripCount>;
 
+// Who moves the banks. One at a time: two would spoil each other's work.
+enum class BankUser {
+    seek, // the client's wish to see another part of the session
+    scan, // building the track map
+    walk, // acting on tracks that the surfaces do not show
+};
+
 struct PublishedState {
     int winW = stripsPerSurface; // strips shown and mirrored to the client: 8 or 16
     bool huiConnected = false;   // Pro Tools is talking to surface A
@@ -22,26 +31,31 @@ struct PublishedState {
     bool iosConnected = false;   // a remote client is active
     std::string iosClientDesc;   // the connected clients in words; empty when there is none
 
-    PerStrip<double> faders{}; // 0.0-1.0, or more where somebody has sent more
-    PerStrip<std::string> trackNames;
-    PerStrip<bool> mutes{};
-    PerStrip<bool> solos{};
-    PerStrip<bool> selects{};
+    PerStrip<StripState> strips;
+    bool panRight = false; // the V-Pots show the right side of stereo pans
+
+    Session session;
+    int bankOffset = -1;                 // index of the track on strip 0; -1 while unknown
+    std::optional<BankUser> banksUsedBy; // written by SurfaceDesk alone
 
     std::vector<std::string> logLines; // oldest first, at most 120
     std::string localIP = "127.0.0.1";
 
-    // The session's tracks in bank order. The lists behind trackMap may be shorter than it while they are being
-    // learned.
-    std::vector<std::string> trackMap; // the short names of the displays; empty while there is no map
-    std::vector<std::string> trackMapFull;
-    std::vector<std::optional<RGBColor>> trackMapColors;
-    std::vector<bool> trackMapInputMon;
-    int bankOffset = -1; // session index of the track on strip 0; -1 while unknown
-    bool calibrating = false;
-    bool panRight = false; // the V-Pots show the right side of stereo pans
+    StripState& strip(Strip which) { return strips[which.slot()]; }
+    const StripState& strip(Strip which) const { return strips[which.slot()]; }
 
-    // Whoever changes a field says so afterwards.
+    std::span<const StripState> shownStrips() const { return std::span(strips).first(static_cast<std::size_t>(winW)); }
+
+    bool calibrating() const { return banksUsedBy == BankUser::scan; }
+
+    // The index in `session` of the track on a strip; absent where no track is or the position is unknown.
+    std::optional<std::size_t> trackOn(std::size_t slot) const {
+        const std::size_t track = static_cast<std::size_t>(bankOffset) + slot;
+        if (bankOffset < 0 || track >= session.size()) return std::nullopt;
+        return track;
+    }
+
+    // To be called after a change of any field.
     void changed() const {
         if (onChange) onChange();
     }

@@ -1,6 +1,7 @@
 // Whoever shows the published state is told when it changes.
 #include "model/testing/banking_host.h"
 #include "model/testing/model_test.h"
+#include "model/testing/session_columns.h"
 
 namespace lumbrine {
 namespace {
@@ -75,22 +76,22 @@ TEST_F(PublishedStateTest, IsToldOfTheBeginningOfAScanItsMapAndItsEnd) {
     bench.run(2s);
     BankingHost host(bench, numbers(20));
     bench.parts().calibration.calibrateBanks(true);
-    EXPECT_TRUE(seen.calibrating);
-    ASSERT_TRUE(world.runtime.runUntil([this] { return !state.published.trackMap.empty(); }, 20s));
-    EXPECT_EQ(seen.trackMap, numbers(20));
-    ASSERT_TRUE(world.runtime.runUntil([this] { return !state.published.calibrating; }, 20s));
-    EXPECT_FALSE(seen.calibrating);
+    EXPECT_TRUE(seen.calibrating());
+    ASSERT_TRUE(world.runtime.runUntil([this] { return !state.published.session.empty(); }, 20s));
+    EXPECT_EQ(displaysOf(seen.session), numbers(20));
+    ASSERT_TRUE(world.runtime.runUntil([this] { return !state.published.calibrating(); }, 20s));
+    EXPECT_FALSE(seen.calibrating());
 }
 
 TEST_F(PublishedStateTest, IsToldThatAMapIsGoneThoughNoScanBegins) {
     bench.setTrackMap({"a", "b"}, -1);
     state.published.huiConnected = true;
     state.presence.firstPingAt = world.runtime.now();
-    state.mirror.nameCache[0] = "x";
+    state.published.strips[0].name = "x";
     for (int tick = 0; tick < 12; ++tick)
         bench.parts().position.watchStuckPosition();
-    EXPECT_FALSE(state.published.calibrating);
-    EXPECT_THAT(seen.trackMap, IsEmpty());
+    EXPECT_FALSE(state.published.calibrating());
+    EXPECT_THAT(displaysOf(seen.session), IsEmpty());
 }
 
 TEST_F(PublishedStateTest, IsToldOfTheMutesThatEndWithTheLastSolo) {
@@ -98,11 +99,11 @@ TEST_F(PublishedStateTest, IsToldOfTheMutesThatEndWithTheLastSolo) {
     for (const bool on : {true, false, true})
         bench.surfaceA.led(4, 2, on); // mute
     settle();
-    EXPECT_TRUE(seen.mutes[4]);
+    EXPECT_TRUE(seen.strips[4].mute.rawOn);
     bench.surfaceA.led(0, 3, false);
     settle();
-    EXPECT_FALSE(seen.mutes[4]);
-    EXPECT_FALSE(seen.solos[0]);
+    EXPECT_FALSE(seen.strips[4].mute.rawOn);
+    EXPECT_FALSE(seen.strips[0].solo);
 }
 
 TEST_F(PublishedStateTest, IsToldWhenTheClientHasGone) {

@@ -1,5 +1,7 @@
 #include "model/testing/model_bench.h"
 
+#include "model/testing/session_columns.h"
+
 namespace lumbrine {
 
 ModelBench::ModelBench(ModelWorld& modelWorld, const Options& options)
@@ -53,9 +55,8 @@ std::unique_ptr<Phone> ModelBench::phone(const std::string& address) {
 }
 
 void ModelBench::setTrackMap(const std::vector<std::string>& names, int bankOffset) {
-    state().published.trackMap = names;
+    state().published.session = Session::of(names);
     state().published.bankOffset = bankOffset;
-    state().session.sessFaders.assign(names.size(), std::nullopt);
 }
 
 } // namespace lumbrine

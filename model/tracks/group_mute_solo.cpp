@@ -4,10 +4,9 @@
 
 namespace lumbrine {
 
-GroupMuteSolo::GroupMuteSolo(const Jobs& modelJobs, const ReceiverState& receiverState, ScriptingLink& scriptingLink,
-                             TrackMetadata& trackMetadata, ActivityLog& activityLog, Bilingual bilingual)
-    : jobs(modelJobs), state(receiverState), scripting(scriptingLink), metadata(trackMetadata), log(activityLog),
-      text(bilingual) {}
+GroupMuteSolo::GroupMuteSolo(const Jobs& jobs, const ReceiverState& state, ActivityLog& log, ScriptingLink& scripting,
+                             TrackMetadata& metadata)
+    : jobs(jobs), state(state), log(log), scripting(scripting), metadata(metadata) {}
 
 void GroupMuteSolo::groupSetMuteSolo(std::vector<int> members, bool isSolo, bool enabled) {
     jobs.runOnMain([this, members = std::move(members), isSolo, enabled] {
@@ -19,12 +18,12 @@ void GroupMuteSolo::groupSetMuteSolo(std::vector<int> members, bool isSolo, bool
 }
 
 std::vector<std::string> GroupMuteSolo::fullNames(const std::vector<int>& members) const {
-    const std::vector<std::string>& known = state.published.trackMapFull;
+    const std::vector<Track>& tracks = state.published.session.tracks;
     std::vector<std::string> names;
     for (const int member : members) {
-        if (member < 0 || member >= std::ssize(known)) continue;
-        const std::string& name = known[static_cast<std::size_t>(member)];
-        if (!name.empty()) names.push_back(name);
+        if (member < 0 || member >= std::ssize(tracks)) continue;
+        const auto& name = tracks[static_cast<std::size_t>(member)].name;
+        if (name && !name->empty()) names.push_back(*name);
     }
     return names;
 }
@@ -42,9 +41,8 @@ void GroupMuteSolo::set(PTSLClient& ptsl, const std::vector<std::string>& names,
 void GroupMuteSolo::report(std::size_t count, bool isSolo, bool enabled) {
     const std::string number = std::to_string(count);
     const std::string onOrOff = enabled ? "ON" : "OFF";
-    log.appendLog(
-        text("✓ Group: " + std::string(isSolo ? "solo" : "mute") + " " + onOrOff + " for " + number + " tracks",
-             "✓ グループ " + number + " 本を" + (isSolo ? "ソロ" : "ミュート") + onOrOff));
+    log.say("✓ Group: " + std::string(isSolo ? "solo" : "mute") + " " + onOrOff + " for " + number + " tracks",
+            "✓ グループ " + number + " 本を" + (isSolo ? "ソロ" : "ミュート") + onOrOff);
 }
 
 } // namespace lumbrine

@@ -1,7 +1,6 @@
 // Muting and soloing many tracks at once, by name through the scripting service: the surfaces stay where they are.
 #pragma once
 
-#include "base/bilingual.h"
 #include "model/state/activity_log.h"
 #include "model/state/jobs.h"
 #include "model/state/receiver_state.h"
@@ -15,8 +14,8 @@ namespace lumbrine {
 
 class GroupMuteSolo {
 public:
-    GroupMuteSolo(const Jobs& modelJobs, const ReceiverState& receiverState, ScriptingLink& scriptingLink,
-                  TrackMetadata& trackMetadata, ActivityLog& activityLog, Bilingual bilingual);
+    GroupMuteSolo(const Jobs& jobs, const ReceiverState& state, ActivityLog& log, ScriptingLink& scripting,
+                  TrackMetadata& metadata);
 
     // Members are session indices. Those whose full name is not known are left out, since a display's name may stand
     // for another track; nothing happens when none is left. Any thread; returns at once.
@@ -29,10 +28,9 @@ private:
 
     const Jobs& jobs;
     const ReceiverState& state;
+    ActivityLog& log;
     ScriptingLink& scripting;
     TrackMetadata& metadata;
-    ActivityLog& log;
-    const Bilingual text;
 };
 
 } // namespace lumbrine

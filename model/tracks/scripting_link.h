@@ -1,8 +1,7 @@
-// The model's hold on Pro Tools' scripting service: the one client, the queue that its blocking calls run on, and
-// whether they succeed.
+// The model's link to Pro Tools' scripting service: the one client, the queue for its blocking calls, and whether they
+// succeed.
 #pragma once
 
-#include "base/bilingual.h"
 #include "model/state/activity_log.h"
 #include "model/state/jobs.h"
 #include "model/state/receiver_platform.h"
@@ -16,27 +15,24 @@ namespace lumbrine {
 
 class ScriptingLink {
 public:
-    ScriptingLink(const Jobs& modelJobs, ReceiverState& receiverState, const ReceiverPlatform& platform,
-                  ActivityLog& activityLog, Bilingual bilingual);
+    ScriptingLink(const Jobs& jobs, ReceiverState& state, ActivityLog& log, const ReceiverPlatform& platform);
 
-    // Runs `work(PTSLClient&)` after the work that was given before it. It may block for as long as its calls do. Any
-    // thread.
+    // Queues `work(PTSLClient&)`, which may block for as long as its calls do. Any thread.
     template <typename Work>
     void onQueue(Work work) {
         jobs.onQueue(*ptslQueue, [this, work = std::move(work)]() mutable { work(ptsl); });
     }
 
-    // The last track list came. The log tells of each change from failing to working. Main thread.
+    // The last track list came. Logs each change from failing to working. Main thread.
     void notePTSLSuccess();
 
-    // A request failed. The log tells of it once in the life of the program. Main thread.
+    // A request failed. Logged once in the life of the program. Main thread.
     void notePTSLFailure(const PTSLFailure& error);
 
 private:
     const Jobs& jobs;
     ReceiverState& state;
     ActivityLog& log;
-    const Bilingual text;
     PTSLClient ptsl; // used on the queue alone
     std::unique_ptr<SerialQueue> ptslQueue;
 };

@@ -8,9 +8,11 @@ namespace lumbrine {
 
 namespace {
 
-// Those that stand there once, in order.
-std::vector<std::string_view> uniqueNames(const std::vector<std::string>& names) {
-    std::vector<std::string_view> sorted(names.begin(), names.end());
+// The full names that are known, not empty, and occur once; sorted.
+std::vector<std::string_view> uniqueNames(const std::vector<Track>& tracks) {
+    std::vector<std::string_view> sorted;
+    for (const Track& track : tracks)
+        if (track.name) sorted.push_back(*track.name);
     std::ranges::sort(sorted);
     std::vector<std::string_view> unique;
     for (auto first = sorted.begin(); first != sorted.end();) {
@@ -21,21 +23,21 @@ std::vector<std::string_view> uniqueNames(const std::vector<std::string>& names)
     return unique;
 }
 
+bool sameNames(const std::vector<Track>& left, const std::vector<Track>& right) {
+    return std::ranges::equal(left, right, [](const Track& one, const Track& other) {
+        return one.display == other.display && one.name == other.name;
+    });
+}
+
 } // namespace
 
 TrackComments::Wanted TrackComments::wanted() const {
-    const PublishedState& published = state.published;
-    Wanted wanted{.names = {}, .trackMap = published.trackMap, .trackMapFull = published.trackMapFull};
-    if (published.trackMapFull.size() == published.trackMap.size()) {
-        const auto names = uniqueNames(published.trackMapFull);
-        wanted.names.assign(names.begin(), names.end());
-    }
-    return wanted;
+    const auto names = uniqueNames(state.published.session.tracks);
+    return {.names = {names.begin(), names.end()}, .tracks = state.published.session.tracks};
 }
 
 void TrackComments::adopt(const Wanted& wanted, const std::map<std::string, std::string>& found) {
-    const PublishedState& published = state.published;
-    if (wanted.trackMap != published.trackMap || wanted.trackMapFull != published.trackMapFull) return;
+    if (!sameNames(wanted.tracks, state.published.session.tracks)) return;
     for (const std::string& name : wanted.names)
         if (const auto comment = found.find(name); comment != found.end()) known[name] = comment->second;
     publish();
@@ -43,18 +45,18 @@ void TrackComments::adopt(const Wanted& wanted, const std::map<std::string, std:
 
 void TrackComments::followNames() {
     if (!known.empty()) {
-        const auto names = uniqueNames(state.published.trackMapFull);
+        const auto names = uniqueNames(state.published.session.tracks);
         std::erase_if(known, [&](const auto& entry) { return !std::ranges::binary_search(names, entry.first); });
     }
     publish();
 }
 
 void TrackComments::publish() {
-    const std::vector<std::string>& names = state.published.trackMapFull;
-    std::vector<std::string> comments(names.size());
-    for (std::size_t i = 0; i < names.size(); ++i)
-        if (const auto comment = known.find(names[i]); comment != known.end()) comments[i] = comment->second;
-    if (std::exchange(state.session.trackMapComments, comments) != comments) state.session.fullTableDirty = true;
+    for (Track& track : state.published.session.tracks) {
+        const auto comment = track.name ? known.find(*track.name) : known.end();
+        std::string text = comment == known.end() ? std::string() : comment->second;
+        if (std::exchange(track.comment, text) != text) state.fullTableDirty = true;
+    }
 }
 
 } // namespace lumbrine

@@ -5,19 +5,34 @@
 
 #include <algorithm>
 #include <cassert>
+#include <functional>
 #include <utility>
 
 namespace lumbrine {
 
-TrackMetadata::TrackMetadata(const Jobs& modelJobs, ReceiverState& receiverState, Accessibility& access,
-                             ScriptingLink& scriptingLink, TrackAdoption& trackAdoption)
-    : jobs(modelJobs), state(receiverState), accessibility(access), scripting(scriptingLink), adoption(trackAdoption),
-      comments(receiverState), namesRefreshInFlight(modelJobs.runtime) {
-    adoption.onNewNames = [this] {
-        comments.followNames();
-        refreshComments();
-    };
+namespace {
+
+// Gives each track that value of its entry in the list; true when that changed any.
+template <typename Value, typename ValueOf>
+bool take(std::vector<Track>& tracks, const TrackMetadata::TrackList& list, Value Track::* member, ValueOf valueOf) {
+    bool changed = false;
+    for (std::size_t i = 0; i < tracks.size(); ++i) {
+        Value value = std::invoke(valueOf, list[i]);
+        if (tracks[i].*member == value) continue;
+        tracks[i].*member = std::move(value);
+        changed = true;
+    }
+    return changed;
 }
+
+} // namespace
+
+TrackMetadata::TrackMetadata(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Accessibility& accessibility,
+                             ScriptingLink& scripting, ClientMirror& mirror)
+    : jobs(jobs), state(state), log(log), accessibility(accessibility), scripting(scripting), mirror(mirror),
+      comments(state), namesRefreshInFlight(jobs.runtime) {}
+
+// ---- The track list
 
 void TrackMetadata::refreshFullNames() {
     {
@@ -38,11 +53,13 @@ void TrackMetadata::refresh(PTSLClient& ptsl) {
         if (accessibility.isTrusted()) refreshFromScreen();
         return;
     }
-    std::vector<PTSLTrack> visible;
-    std::ranges::copy_if(*tracks, std::back_inserter(visible), [](const PTSLTrack& track) { return !track.isHidden; });
-    // What the surfaces count: hidden tracks are not there as a rule.
-    jobs.runOnMain([this, candidates = std::vector{std::move(visible), *std::move(tracks)}] {
-        adoption.adopt(candidates, "PTSL");
+    // The banks leave hidden tracks out as a rule, so the visible ones are tried first.
+    std::vector<TrackList> candidates(2);
+    std::ranges::copy_if(*tracks, std::back_inserter(candidates[0]),
+                         [](const PTSLTrack& track) { return !track.isHidden; });
+    candidates[1] = *std::move(tracks);
+    jobs.runOnMain([this, candidates = std::move(candidates)] {
+        adopt(candidates, "PTSL");
         scripting.notePTSLSuccess();
     });
 }
@@ -50,13 +67,73 @@ void TrackMetadata::refresh(PTSLClient& ptsl) {
 void TrackMetadata::refreshFromScreen() {
     auto shown = PTTrackList::read(accessibility);
     if (!shown) return;
-    std::vector<PTSLTrack> tracks(shown->names.size());
+    TrackList tracks(shown->names.size());
     for (std::size_t i = 0; i < tracks.size(); ++i)
         tracks[i].name = std::move(shown->names[i]);
-    jobs.runOnMain([this, candidates = std::vector<TrackAdoption::TrackList>{std::move(tracks)}] {
-        adoption.adopt(candidates, "AX");
-    });
+    jobs.runOnMain([this, candidates = std::vector<TrackList>{std::move(tracks)}] { adopt(candidates, "AX"); });
 }
+
+// ---- Adopting a list
+
+void TrackMetadata::adopt(const std::vector<TrackList>& candidates, std::string_view source) {
+    const std::size_t wanted = state.published.session.size();
+    if (wanted == 0) return;
+    const auto chosen = std::ranges::find(candidates, wanted, &TrackList::size);
+    if (chosen == candidates.end()) return reportMismatch(candidates);
+    // The first list of a session is news even where it says what was assumed.
+    const bool first = !std::exchange(state.published.session.listed, true);
+    adoptNames(*chosen, source);
+    adoptColors(*chosen, first);
+    adoptInputMonitors(*chosen, first);
+    adoptStates(*chosen);
+}
+
+void TrackMetadata::reportMismatch(const std::vector<TrackList>& candidates) const {
+    std::string counts;
+    for (const TrackList& candidate : candidates)
+        counts += (counts.empty() ? "" : ", ") + std::to_string(candidate.size());
+    counts += " / HUI " + std::to_string(state.published.session.size());
+    log.say("Full names: count mismatch (" + counts + ") → keeping 4-char names",
+            "フルネーム: 件数不一致（" + counts + "）→ 4文字表示のまま");
+}
+
+void TrackMetadata::adoptNames(const TrackList& list, std::string_view source) {
+    if (!take(state.published.session.tracks, list, &Track::name, &PTSLTrack::name)) return;
+    state.published.changed();
+    state.fullTableDirty = true;
+    mirror.sendVisibleFullNames();
+    const std::string count = std::to_string(list.size());
+    const std::string from(source);
+    log.say("✓ Got " + count + " track names (full names via " + from + ")",
+            "✓ トラック名を " + count + " 件取得（フルネーム表示・" + from + "）");
+    comments.followNames();
+    refreshComments();
+}
+
+void TrackMetadata::adoptColors(const TrackList& list, bool first) {
+    if (!take(state.published.session.tracks, list, &Track::color, &PTSLTrack::color) && !first) return;
+    state.published.changed();
+    state.fullTableDirty = true;
+    mirror.sendVisibleColors();
+}
+
+void TrackMetadata::adoptInputMonitors(const TrackList& list, bool first) {
+    if (!take(state.published.session.tracks, list, &Track::inputMonitor, &PTSLTrack::isInputMonitoringOn) && !first)
+        return;
+    state.published.changed();
+    state.fullTableDirty = true;
+    mirror.sendVisibleInputMons();
+}
+
+void TrackMetadata::adoptStates(const TrackList& list) {
+    std::vector<Track>& tracks = state.published.session.tracks;
+    const bool mutes = take(tracks, list, &Track::mute, &PTSLTrack::isMuted);
+    const bool solos = take(tracks, list, &Track::solo, &PTSLTrack::isSoloed);
+    const bool records = take(tracks, list, &Track::record, &PTSLTrack::isRecordEnabled);
+    if (mutes || solos || records) state.fullTableDirty = true;
+}
+
+// ---- Comments
 
 void TrackMetadata::refreshComments() {
     assert(jobs.runtime.onMain());
@@ -75,14 +152,15 @@ void TrackMetadata::readComments() {
     jobs.runOnMain([this, wanted, found = *read] { comments.adopt(wanted, found); });
 }
 
+// ---- Input monitoring
+
 void TrackMetadata::toggleInputMonitor(Strip strip) {
     assert(jobs.runtime.onMain());
-    const int track = state.published.bankOffset + strip.index();
-    const std::vector<std::string>& names = state.published.trackMapFull;
-    if (state.published.bankOffset < 0 || track >= std::ssize(names)) return;
-    const std::string& name = names[static_cast<std::size_t>(track)];
-    if (name.empty()) return;
-    scripting.onQueue([this, name](PTSLClient& ptsl) { toggle(ptsl, name); });
+    const auto track = state.published.trackOn(strip.slot());
+    if (!track) return;
+    const auto& name = state.published.session.tracks[*track].name;
+    if (!name || name->empty()) return;
+    scripting.onQueue([this, name = *name](PTSLClient& ptsl) { toggle(ptsl, name); });
 }
 
 void TrackMetadata::toggle(PTSLClient& ptsl, const std::string& trackName) {

@@ -1,34 +1,44 @@
-// What the displays do not tell of the tracks: full names, colours, input monitoring, the session-wide mute, solo and
-// record states, comments. It comes from Pro Tools' scripting service, and from its screen what that does not tell:
-// comments always, names while the service does not answer.
+// What the displays do not show of the tracks: full names, colours, input monitoring, the session-wide mute, solo and
+// record states, comments. They come from Pro Tools' scripting service. What the service does not offer is read from
+// Pro Tools' windows: comments always, names while the service does not answer.
 #pragma once
 
 #include "base/strip.h"
-#include "model/state/jobs.h"
-#include "model/state/receiver_state.h"
+#include "model/mirror/client_mirror.h"
 #include "model/tracks/scripting_link.h"
-#include "model/tracks/track_adoption.h"
 #include "model/tracks/track_comments.h"
 #include "platform/api/accessibility.h"
+#include "ptsl/ptsl_track.h"
+
+#include <string_view>
+#include <vector>
 
 namespace lumbrine {
 
 class TrackMetadata {
 public:
-    TrackMetadata(const Jobs& modelJobs, ReceiverState& receiverState, Accessibility& access,
-                  ScriptingLink& scriptingLink, TrackAdoption& trackAdoption);
+    using TrackList = std::vector<PTSLTrack>;
 
-    // Reads the track list and gives the map's tracks what it tells. When the scripting service fails, the names come
-    // from Pro Tools' window if the user lets this process read it; what it does not show, colours and states, is then
-    // neutral. One at a time: while a refresh is under way, another one is not begun. Any thread; returns at once.
+    TrackMetadata(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Accessibility& accessibility,
+                  ScriptingLink& scripting, ClientMirror& mirror);
+
+    // Reads the track list and adopts what it says. When the scripting service fails, the names come from Pro Tools'
+    // window if the user lets this process read it; what the window does not show, colours and states, is then neutral.
+    // While a refresh is under way, another one is not begun. Any thread; returns at once.
     void refreshFullNames();
 
-    // Reads the comments that the Mix window shows and gives them to the tracks. At most one read waits for its turn
-    // while another is under way. What cannot be read stays as it was. Main thread; returns at once.
+    // Gives the session's tracks what a list says of them. The displays' names are abbreviations, so a list is matched
+    // by position, and only one that has as many tracks as the session. The first such list counts; if there is none,
+    // that is logged and everything stays. `source` ("PTSL", "AX") is for the log. What changes is sent to the client.
+    // Main thread.
+    void adopt(const std::vector<TrackList>& candidates, std::string_view source);
+
+    // Reads the comments that the Mix window shows. At most one read waits for its turn while another is under way.
+    // What cannot be read stays as it was. Main thread; returns at once.
     void refreshComments();
 
-    // Flips input monitoring of the track on the strip, from what Pro Tools has now, not from what is known here.
-    // Nothing happens while the track's full name is not known, or when Pro Tools has none of that name. Main thread.
+    // Flips input monitoring of the track on the strip, from the state that Pro Tools has now. Nothing happens while
+    // the track's full name is not known, or when Pro Tools has none of that name. Main thread.
     void toggleInputMonitor(Strip strip);
 
 private:
@@ -38,11 +48,19 @@ private:
     void readComments();
     void toggle(PTSLClient& ptsl, const std::string& trackName);
 
+    // On the main thread
+    void reportMismatch(const std::vector<TrackList>& candidates) const;
+    void adoptNames(const TrackList& list, std::string_view source);
+    void adoptColors(const TrackList& list, bool first);
+    void adoptInputMonitors(const TrackList& list, bool first);
+    void adoptStates(const TrackList& list);
+
     const Jobs& jobs;
-    const ReceiverState& state;
+    ReceiverState& state;
+    ActivityLog& log;
     Accessibility& accessibility;
     ScriptingLink& scripting;
-    TrackAdoption& adoption;
+    ClientMirror& mirror;
     TrackComments comments;
     bool commentsReadWaits = false; // main thread only
 

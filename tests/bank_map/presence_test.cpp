@@ -1,5 +1,6 @@
 // Pro Tools, its two surfaces and the client come and go.
 #include "model/testing/model_test.h"
+#include "model/testing/session_columns.h"
 #include "tests/bank_map/studio.h"
 
 namespace lumbrine {
@@ -75,7 +76,7 @@ protected:
 };
 
 TEST_F(LostPingsTest, BeginANewConnectionWithPansOnTheLeft) {
-    bench.parts().panMode.setPanMode(true);
+    bench.parts().pan.setPanMode(true);
     losePings();
     bench.run(1600ms);
     EXPECT_THAT(bench.heardOn(bench.surfaceA),
@@ -86,24 +87,24 @@ TEST_F(LostPingsTest, BeginANewConnectionWithPansOnTheLeft) {
 
 TEST_F(LostPingsTest, TakeTheTicksOfAStuckPositionBack) {
     bench.setTrackMap({"x"}, -1);
-    bench.state().mirror.nameCache[0] = "y";
+    bench.state().published.strips[0].name = "y";
     bench.run(2s);
-    EXPECT_EQ(bench.state().bank.locateStuckTicks, 5);
+    EXPECT_EQ(bench.state().scans.locateStuckTicks, 5);
     losePings();
-    EXPECT_EQ(bench.state().bank.locateStuckTicks, 0);
+    EXPECT_EQ(bench.state().scans.locateStuckTicks, 0);
     bench.run(300ms); // the tick that finds Pro Tools again
-    EXPECT_EQ(bench.state().bank.locateStuckTicks, 1);
+    EXPECT_EQ(bench.state().scans.locateStuckTicks, 1);
 }
 
 TEST_F(LostPingsTest, PutOffTheScanOfASessionWithoutAMap) {
     bench.setTrackMap({}, -1);
-    bench.state().bank.lastAutoCalibrationAt = world.runtime.now(); // none is due for 10 s
+    bench.state().scans.lastAutoCalibrationAt = world.runtime.now(); // none is due for 10 s
     bench.run(8s);
     losePings(); // the pings come again from 10.1 s on
     bench.run(2s);
-    EXPECT_FALSE(bench.model->published().calibrating); // at 12.0 s
+    EXPECT_FALSE(bench.model->published().calibrating()); // at 12.0 s
     bench.run(300ms);
-    EXPECT_TRUE(bench.model->published().calibrating);
+    EXPECT_TRUE(bench.model->published().calibrating());
 }
 
 // ---- Two surfaces
@@ -120,13 +121,13 @@ TEST(SurfaceB, DoesNothingAlone) {
     }
     EXPECT_THAT(studio.bench.surfaceA.tape.takeBytes(), IsEmpty());
     EXPECT_THAT(studio.bench.surfaceB.tape.takeBytes(), IsEmpty());
-    EXPECT_THAT(studio.shown().trackMap, IsEmpty());
+    EXPECT_THAT(displaysOf(studio.shown().session), IsEmpty());
     EXPECT_THAT(studio.bench.heardBy(*phone, 0x16), testing::Each(testing::EndsWith("01 16 FF FF 00 00 08")));
     EXPECT_EQ(studio.logged("✓ Second surface connected → 16-ch window"), 0);
 
     ASSERT_TRUE(studio.mapSession(30s)); // A has come
     EXPECT_EQ(studio.shown().winW, 16);
-    EXPECT_EQ(studio.shown().trackMap, displayNames(40));
+    EXPECT_EQ(displaysOf(studio.shown().session), displayNames(40));
     EXPECT_EQ(studio.shown().bankOffset, 0);
 }
 
@@ -147,7 +148,7 @@ TEST(TwoSurfaces, ThatFlapLeaveTheMapAndATruePosition) {
     studio.run(5s);
     ASSERT_TRUE(studio.untilQuiet(20s));
     EXPECT_EQ(studio.shown().winW, 16);
-    EXPECT_EQ(studio.shown().trackMap, displayNames(40));
+    EXPECT_EQ(displaysOf(studio.shown().session), displayNames(40));
     EXPECT_EQ(studio.hostOffset(), 20);
     EXPECT_EQ(studio.shown().bankOffset, 20);
     const long lost = studio.logged("Second surface lost → back to 8-ch window");
@@ -165,7 +166,7 @@ TEST(TwoSurfaces, ThatFlapDuringAScanNeedAnotherOne) {
     EXPECT_EQ(studio.shown().winW, 16);
     studio.parts().calibration.calibrateBanks(true);
     ASSERT_TRUE(studio.untilQuiet(30s));
-    EXPECT_EQ(studio.shown().trackMap, displayNames(40));
+    EXPECT_EQ(displaysOf(studio.shown().session), displayNames(40));
     EXPECT_EQ(studio.shown().bankOffset, studio.hostOffset());
 }
 
@@ -188,7 +189,9 @@ protected:
         return lines;
     }
 
-    std::size_t held() { return static_cast<std::size_t>(std::ranges::count(bench.state().mirror.stripTouched, true)); }
+    std::size_t held() {
+        return static_cast<std::size_t>(std::ranges::count(bench.state().published.strips, true, &StripState::touched));
+    }
 
     const Lines releases{"B0 0F 03", "B0 2F 00", "B0 0F 06", "B0 2F 00"};
     static Lines at(const std::string& time, const Lines& bytes) {

@@ -1,4 +1,5 @@
 // The scan of the banks, against a simulated Pro Tools.
+#include "model/testing/session_columns.h"
 #include "tests/bank_map/studio.h"
 
 #include <chrono>
@@ -41,7 +42,7 @@ TEST_P(ScanOf, MapsEveryTrackAndPutsTheViewBack) {
     studio.proTools->scrollTo(view());
     ASSERT_TRUE(studio.mapSession(200s));
     studio.run(500ms); // a slow host has not reacted to the last press
-    EXPECT_EQ(studio.shown().trackMap, displayNames(mapped()));
+    EXPECT_EQ(displaysOf(studio.shown().session), displayNames(mapped()));
     std::vector<int> faders = studio.hostFaders();
     faders.resize(static_cast<std::size_t>(mapped()));
     EXPECT_EQ(studio.mapFaders(), faders);
@@ -77,7 +78,7 @@ TEST_P(LargestMapOn, SurfacesHasRoomForTheFirstWindowAnd64Banks) {
     Studio studio(numberedTracks(setting.tracks + 1),
                   {.surfaces = setting.surfaces, .endOfSession = setting.endOfSession, .redrawOnBank = false});
     ASSERT_TRUE(studio.mapSession(120s));
-    EXPECT_EQ(studio.shown().trackMap, displayNames(setting.tracks)); // all but the last
+    EXPECT_EQ(displaysOf(studio.shown().session), displayNames(setting.tracks)); // all but the last
     EXPECT_EQ(studio.hostOffset(), 0);
     EXPECT_EQ(studio.shown().bankOffset, 0);
 }
@@ -94,7 +95,7 @@ TEST(Scan, OfALargerSessionBegins64BanksAboveTheView) {
     const int first = 590 / 8 * 8 - 63 * 8;
     std::vector<std::string> names = displayNames(600);
     names.erase(names.begin(), names.begin() + first);
-    EXPECT_EQ(studio.shown().trackMap, names);
+    EXPECT_EQ(displaysOf(studio.shown().session), names);
     EXPECT_EQ(studio.hostOffset(), 590);
     EXPECT_EQ(studio.shown().bankOffset, 590 - first);
 }
@@ -107,7 +108,7 @@ TEST(Scan, PutsTheViewBack) {
         studio.run(1s);
         studio.proTools->scrollTo(view);
         ASSERT_TRUE(studio.mapSession(30s));
-        EXPECT_THAT(studio.shown().trackMap, SizeIs(20));
+        EXPECT_THAT(displaysOf(studio.shown().session), SizeIs(20));
         EXPECT_EQ(studio.hostOffset(), view);
         EXPECT_EQ(studio.shown().bankOffset, view);
     }
@@ -119,7 +120,7 @@ TEST(Scan, PutsTheViewBackFromALastBankWithBlankStrips) {
         studio.run(1s);
         studio.proTools->scrollTo(view);
         ASSERT_TRUE(studio.mapSession(30s));
-        EXPECT_THAT(studio.shown().trackMap, SizeIs(20));
+        EXPECT_THAT(displaysOf(studio.shown().session), SizeIs(20));
         EXPECT_EQ(studio.hostOffset(), view);
         EXPECT_EQ(studio.shown().bankOffset, view);
     }
@@ -157,7 +158,7 @@ TEST(Scan, TakesTwoTracksOfOneNameOnEitherSideOfABankForOne) {
     Studio studio(tracksNamed({"Kick", "Snar", "Hat", "Tom1", "Tom2", "OH L", "OH R", "Vox", // the first bank
                                "Vox", "Bass", "Gtr1", "Gtr2", "Key1", "Key2", "Str", "FX"}));
     ASSERT_TRUE(studio.mapSession(30s));
-    EXPECT_THAT(studio.shown().trackMap,
+    EXPECT_THAT(displaysOf(studio.shown().session),
                 testing::ElementsAre("Kick", "Snar", "Hat", "Tom1", "Tom2", "OH L", "OH R", "Vox", "Bass", "Gtr1",
                                      "Gtr2", "Key1", "Key2", "Str", "FX"));
     EXPECT_EQ(studio.shown().bankOffset, 0);
@@ -167,8 +168,9 @@ TEST(Scan, TakesAsManyForOneAsAreAlikeOnBothSidesOfABank) {
     Studio studio(tracksNamed({"Kick", "Snar", "Hat", "Tom1", "Tom2", "OH L", "Vox", "Vox", // the first bank
                                "Vox", "Vox", "Gtr1", "Gtr2", "Key1", "Key2", "Str", "FX"}));
     ASSERT_TRUE(studio.mapSession(30s));
-    EXPECT_THAT(studio.shown().trackMap, testing::ElementsAre("Kick", "Snar", "Hat", "Tom1", "Tom2", "OH L", "Vox",
-                                                              "Vox", "Gtr1", "Gtr2", "Key1", "Key2", "Str", "FX"));
+    EXPECT_THAT(displaysOf(studio.shown().session),
+                testing::ElementsAre("Kick", "Snar", "Hat", "Tom1", "Tom2", "OH L", "Vox", "Vox", "Gtr1", "Gtr2",
+                                     "Key1", "Key2", "Str", "FX"));
     EXPECT_EQ(studio.shown().bankOffset, 0);
     studio.proTools->scrollTo(8);
     studio.run(100ms);
@@ -182,7 +184,7 @@ TEST(Scan, TakesTheOverlapWithAFullLastBankForWhatItIs) {
     Studio studio(tracksNamed({"Vox", "Vox", "Vox", "Vox", "Vox", "Vox", "Vox", "Kick", // the first bank
                                "Snar", "Hat"}));
     ASSERT_TRUE(studio.mapSession(30s)); // its last bank begins with the third track
-    EXPECT_THAT(studio.shown().trackMap,
+    EXPECT_THAT(displaysOf(studio.shown().session),
                 testing::ElementsAre("Vox", "Vox", "Vox", "Vox", "Vox", "Vox", "Vox", "Kick", "Snar", "Hat"));
     EXPECT_EQ(studio.shown().bankOffset, 0);
 }
@@ -190,7 +192,7 @@ TEST(Scan, TakesTheOverlapWithAFullLastBankForWhatItIs) {
 TEST(Scan, KeepsTwoTracksOfOneNameWithinABank) {
     Studio studio(tracksNamed({"Vox", "Vox", "Hat", "Tom1", "Tom2", "OH L", "OH R", "Kick", "Bass"}));
     ASSERT_TRUE(studio.mapSession(30s));
-    EXPECT_THAT(studio.shown().trackMap, SizeIs(9));
+    EXPECT_THAT(displaysOf(studio.shown().session), SizeIs(9));
     EXPECT_EQ(studio.shown().bankOffset, 0);
 }
 

@@ -1,4 +1,5 @@
 // Scans that go wrong: hosts that are slow or stuck, presses that get lost.
+#include "model/testing/session_columns.h"
 #include "tests/bank_map/studio.h"
 
 #include <chrono>
@@ -11,17 +12,17 @@ using namespace std::chrono_literals;
 TEST(Scan, TakesAHostForUnmovedThatNeedsMoreThan270Milliseconds) {
     Studio studio(numberedTracks(40), {.latency = 271ms});
     ASSERT_TRUE(studio.mapSession(30s));
-    EXPECT_EQ(studio.shown().trackMap, displayNames(8));
+    EXPECT_EQ(displaysOf(studio.shown().session), displayNames(8));
     EXPECT_EQ(studio.shown().bankOffset, -1); // which it has noticed
     EXPECT_EQ(studio.logged("Cannot determine bank position, rescanning…"), 1);
     // It scans once more, and leaves it at that until the position has been stuck for some time.
     studio.run(2s);
-    ASSERT_TRUE(studio.shown().calibrating);
+    ASSERT_TRUE(studio.shown().calibrating());
     ASSERT_TRUE(studio.untilQuiet(10s));
     EXPECT_EQ(studio.logged("Cannot determine bank position, rescanning…"), 1);
     EXPECT_EQ(studio.logged("Cannot determine bank position (map does not match the display)"), 1);
     studio.run(4s);
-    EXPECT_FALSE(studio.shown().calibrating);
+    EXPECT_FALSE(studio.shown().calibrating());
 }
 
 class SlowHost : public testing::TestWithParam<std::pair<int, int>> {};
@@ -36,7 +37,7 @@ TEST_P(SlowHost, IsMappedInPartAndThePositionIsTrueOrUnknown) {
         if (studio.state().quiet()) {
             EXPECT_THAT(known, testing::AnyOf(-1, studio.hostOffset())) << look;
         }
-        EXPECT_LT(studio.shown().trackMap.size(), 64u);
+        EXPECT_LT(studio.shown().session.size(), 64u);
     }
 }
 
@@ -45,10 +46,10 @@ INSTANTIATE_TEST_SUITE_P(SurfacesAndMilliseconds, SlowHost,
 
 TEST(Scan, IsRepeatedAfterAHostThatWasStuckInIt) {
     Studio studio(numberedTracks(64));
-    ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().calibrating; }, 10s));
+    ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().calibrating(); }, 10s));
     studio.run(4s); // among the first banks
     studio.proTools->stick(1s);
-    ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().trackMap.size() == 64u; }, 60s));
+    ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().session.size() == 64u; }, 60s));
     ASSERT_TRUE(studio.untilQuiet(10s));
     EXPECT_EQ(studio.shown().bankOffset, studio.hostOffset());
 }
@@ -58,11 +59,11 @@ TEST(Scan, IsRepeatedWhereTheUserComesToWhatALostPressHasLeftOut) {
     ASSERT_TRUE(studio.runUntil([&studio] { return studio.hostOffset() == 8; }, 20s));
     studio.run(200ms);
     studio.proTools->silence(0, 300ms); // the next press comes and goes
-    ASSERT_TRUE(studio.runUntil([&studio] { return !studio.shown().calibrating; }, 20s));
-    ASSERT_EQ(studio.shown().trackMap, displayNames(16));
+    ASSERT_TRUE(studio.runUntil([&studio] { return !studio.shown().calibrating(); }, 20s));
+    ASSERT_EQ(displaysOf(studio.shown().session), displayNames(16));
     EXPECT_EQ(studio.shown().bankOffset, studio.hostOffset());
     studio.proTools->scrollTo(40);
-    ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().trackMap.size() == 64u; }, 60s));
+    ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().session.size() == 64u; }, 60s));
     EXPECT_EQ(studio.logged("⚠ Position match keeps failing — rebuilding the track map"), 1);
     ASSERT_TRUE(studio.untilQuiet(10s));
     EXPECT_EQ(studio.hostOffset(), 40);

@@ -12,7 +12,7 @@ SeekBench::SeekBench(int tracks, SimulatorOptions options) {
     parts.surfaces.startSurfaces();
     parts.state.published.huiConnected = true;
     parts.state.published.winW = stripsPerSurface * options.surfaces;
-    parts.state.automation.lastAutoPollAll = world.runtime.now() + std::chrono::hours(24); // no probes
+    parts.state.lastAutoPollAll = world.runtime.now() + std::chrono::hours(24); // no probes
     bench.setTrackMap(displayNames(tracks), -1);
     proTools =
         std::make_unique<SimulatedProTools>(world.runtime, bench.midi, std::move(options), numberedTracks(tracks));

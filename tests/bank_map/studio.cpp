@@ -1,5 +1,7 @@
 #include "tests/bank_map/studio.h"
 
+#include "model/testing/session_columns.h"
+
 #include <algorithm>
 
 namespace lumbrine {
@@ -40,8 +42,8 @@ Studio::Studio(const SimulatedSession& session, const SimulatorOptions& options)
 }
 
 bool Studio::mapSession(Duration limit) {
-    return runUntil([this] { return shown().calibrating; }, seconds(10)) &&
-           runUntil([this] { return !shown().calibrating; }, limit);
+    return runUntil([this] { return shown().calibrating(); }, seconds(10)) &&
+           runUntil([this] { return !shown().calibrating(); }, limit);
 }
 
 std::optional<Duration> Studio::untilQuiet(Duration limit) {
@@ -60,7 +62,7 @@ std::vector<int> Studio::hostFaders() const {
 
 std::vector<int> Studio::mapFaders() {
     std::vector<int> faders;
-    for (const std::optional<double>& fader : state().session.sessFaders)
+    for (const std::optional<double>& fader : column(state().published.session, &Track::fader))
         faders.push_back(fader ? static_cast<int>(*fader * FaderValue::fullScale + 0.5) : -1);
     return faders;
 }

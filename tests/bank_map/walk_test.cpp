@@ -24,7 +24,7 @@ public:
 
     // Until the walk that was just asked for is over; absent when it does not begin, or is not over within the limit.
     std::optional<Duration> untilWalked(Duration limit) {
-        if (!runUntil([this] { return state().bank.groupApplying; }, 10s)) return std::nullopt;
+        if (!runUntil([this] { return state().published.banksUsedBy == BankUser::walk; }, 10s)) return std::nullopt;
         return untilQuiet(limit);
     }
 
@@ -87,12 +87,12 @@ TEST_P(Walk, ReadsAutomationModesAndPansOfARange) {
     studio.run(2s);
     studio.parts().visibleRange.refreshVisibleRange(10, 40);
     ASSERT_TRUE(studio.untilWalked(60s));
-    const SessionTable& session = studio.state().session;
+    const std::vector<Track>& known = studio.state().published.session.tracks;
     for (std::size_t track = 0; track < 64; ++track) {
         const bool inRange = track >= 10 && track < 50;
-        EXPECT_EQ(session.sessAutoModes[track], inRange ? (track % 2 == 0 ? 3 : 5) : 0) << track;
-        EXPECT_EQ(session.sessPanKnown[track], inRange) << track;
-        EXPECT_EQ(session.sessPanPos[track], inRange ? 11 : 6) << track;
+        EXPECT_EQ(known[track].mode, inRange ? (track % 2 == 0 ? 3 : 5) : 0) << track;
+        ASSERT_EQ(known[track].pan.has_value(), inRange) << track;
+        EXPECT_EQ(known[track].pan.value_or(SessionPan{}).position, inRange ? 11 : 0) << track;
     }
     EXPECT_EQ(studio.hostOffset(), 0);
     EXPECT_EQ(studio.logged("✓ Captured auto/pan for visible range 11–50"), 1);
@@ -127,18 +127,18 @@ TEST(WalkOfManyBanks, GivesTheSurfacesBackWhenProToolsStandsStill) {
 
     studio.parts().visibleRange.refreshVisibleRange(100, 100);
     studio.run(1s);
-    EXPECT_FALSE(studio.state().bank.groupApplying); // it counts as gone by now
+    EXPECT_FALSE(studio.state().published.banksUsedBy == BankUser::walk); // it counts as gone by now
 }
 
 TEST(WalkOfManyBanks, KeepsSeeksAndScansAway) {
     WalkStudio studio(64);
     studio.parts().groups.groupSetFaders({{50, 1.0}});
     studio.run(200ms);
-    ASSERT_TRUE(studio.state().bank.groupApplying);
+    ASSERT_TRUE(studio.state().published.banksUsedBy == BankUser::walk);
     studio.parts().seekWorker.seekBank(30);
     studio.parts().calibration.calibrateBanks(true);
-    EXPECT_FALSE(studio.state().bank.seeking);
-    EXPECT_FALSE(studio.shown().calibrating);
+    EXPECT_FALSE(studio.state().published.banksUsedBy == BankUser::seek);
+    EXPECT_FALSE(studio.shown().calibrating());
     ASSERT_TRUE(studio.untilQuiet(30s));
     EXPECT_EQ(studio.hostOffset(), 0);
 }

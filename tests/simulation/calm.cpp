@@ -1,5 +1,6 @@
 #include "tests/simulation/calm.h"
 
+#include "model/testing/session_columns.h"
 #include "remote/command_builder.h"
 #include "tests/simulation/time_limits.h"
 
@@ -97,7 +98,7 @@ std::string Calm::wrongWithPeace() const {
         const HostView host = viewOf(*world.proTools);
         return "the bank offset " + std::to_string(world.model->published().bankOffset) + " is wrong, the host at " +
                std::to_string(host.offset) + " of" + listOf(host.names) + ", the map" +
-               listOf(world.model->published().trackMap);
+               listOf(displaysOf(world.model->published().session));
     }
     return {};
 }
@@ -123,13 +124,13 @@ bool Calm::positionIsRight() const {
     }
     const Names window = windowAt(host, host.offset);
     const PublishedState& published = world.model->published();
-    const int place = onlyPlaceOf(window, published.trackMap);
+    const int place = onlyPlaceOf(window, displaysOf(published.session));
     return published.bankOffset == place && (place >= 0 || mapIsRight() || isBlank(window));
 }
 
 bool Calm::mapIsRight() const {
-    if (isJudgedByTheHost()) return isRight(world.model->published().trackMap);
-    return rightMaps.contains(world.model->published().trackMap);
+    if (isJudgedByTheHost()) return isRight(displaysOf(world.model->published().session));
+    return rightMaps.contains(displaysOf(world.model->published().session));
 }
 
 // By the tracks that the host has. Where banks look alike it may be another map, as long as the position is unknown.
@@ -205,7 +206,7 @@ void Calm::awaitSources() {
     constexpr Duration limit = seconds(40);
     const auto mapIsTrue = [this] {
         const PublishedState& published = world.model->published();
-        return published.bankOffset >= 0 && published.trackMap == viewOf(*world.proTools).names;
+        return published.bankOffset >= 0 && displaysOf(published.session) == viewOf(*world.proTools).names;
     };
     const auto wrong = [this] { return wrongWithSources(world.scenario.sources, world.state(), *world.proTools); };
     if (!world.scenario.hostIsQuick() || !mapIsTrue()) return;
@@ -232,7 +233,7 @@ void Calm::refreshPicture() {
 }
 
 bool Calm::commentsAreTold() const {
-    const Names& comments = world.state().session.trackMapComments;
+    const Names comments = column(world.state().published.session, &Track::comment);
     return std::ranges::all_of(world.phone().picture().session, [&comments](const auto& numbered) {
         const auto& [index, track] = numbered;
         return !track.row || track.row->comment == (index < comments.size() ? comments[index] : std::string());

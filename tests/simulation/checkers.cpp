@@ -96,24 +96,24 @@ Violations checkPicture(const Evidence& evidence) {
     const PublishedState& model = evidence.model;
     expect(evidence.phoneIsConnected, "the phone is not connected");
     // A session without tracks is looked for again at every hello.
-    expect(!model.calibrating || evidence.host.shownTracks == 0, "the receiver still scans");
+    expect(!model.calibrating() || evidence.host.shownTracks == 0, "the receiver still scans");
     expect(model.huiConnected, "the receiver does not see the host");
     expect(picture.shownStrips == model.winW, "the client shows another number of strips");
     expect(picture.panRight == model.panRight, "the pan side differs");
     expect(picture.bankOffset.value_or(0xFFFF) == (model.bankOffset < 0 ? 0xFFFF : model.bankOffset),
            "the bank position differs");
-    expect(picture.trackCount == model.trackMap.size(), "the number of tracks differs");
+    expect(picture.trackCount == model.session.size(), "the number of tracks differs");
     expect(model.winW == 8 * static_cast<int>(evidence.host.surfaces.size()), "the window is not the host's");
     for (std::size_t i = 0; i < static_cast<std::size_t>(model.winW); ++i) {
         const remote::StripPicture& strip = picture.strips[i];
         const std::string where = " of strip " + std::to_string(i);
-        expect(strip.name == model.trackNames[i], "the name" + where + " differs");
-        expect(strip.fader == FaderValue::ofUnit(model.faders[i]), "the fader" + where + " differs");
-        expect((strip.lights.mute == remote::Light::on) == model.mutes[i], "the mute" + where + " differs");
-        expect(strip.lights.solo == model.solos[i], "the solo" + where + " differs");
-        expect(strip.select == model.selects[i], "the select" + where + " differs");
+        expect(strip.name == model.strips[i].name, "the name" + where + " differs");
+        expect(strip.fader == FaderValue::ofUnit(model.strips[i].fader), "the fader" + where + " differs");
+        expect((strip.lights.mute == remote::Light::on) == model.strips[i].mute.rawOn, "the mute" + where + " differs");
+        expect(strip.lights.solo == model.strips[i].solo, "the solo" + where + " differs");
+        expect(strip.select == model.strips[i].select, "the select" + where + " differs");
         if (i / 8 < evidence.host.surfaces.size())
-            expect(model.trackNames[i] == trimmed(evidence.host.surfaces[i / 8].strips[i % 8].display),
+            expect(model.strips[i].name == trimmed(evidence.host.surfaces[i / 8].strips[i % 8].display),
                    "the name" + where + " is not the host's");
     }
     return violations;

@@ -1,5 +1,7 @@
 #include "tests/simulation/job_watch.h"
 
+#include "model/testing/session_columns.h"
+
 #include <utility>
 
 namespace lumbrine::simulation {
@@ -16,9 +18,9 @@ JobWatch::JobWatch(Runtime& rt, const ReceiverState& receiverState, const Simula
 
 void JobWatch::look() {
     const TimePoint now = runtime.now();
-    const bool scanning = state.published.calibrating;
-    const bool seeking = state.bank.seeking;
-    const bool walking = state.bank.groupApplying;
+    const bool scanning = state.published.calibrating();
+    const bool seeking = state.published.banksUsedBy == BankUser::seek;
+    const bool walking = state.published.banksUsedBy == BankUser::walk;
     if (scanning + seeking + walking > 1)
         seen.violations.push_back("two jobs at once at " + std::to_string(inSeconds(now.time_since_epoch())) + " s");
     follow(Job::scan, scanning);
@@ -50,13 +52,13 @@ void JobWatch::follow(Job job, bool running) {
                      .width = state.published.winW,
                      .hostAtFirst = viewOf(proTools),
                      .hostAfter = {},
-                     .mapAtFirst = state.published.trackMap,
+                     .mapAtFirst = displaysOf(state.published.session),
                      .mapAfter = {}};
         if (state.published.bankOffset == lastOffset) run->origin = lastOffset;
     } else if (run) {
         run->after = now;
         run->hostAfter = viewOf(proTools);
-        run->mapAfter = state.published.trackMap;
+        run->mapAfter = displaysOf(state.published.session);
         seen.runs.push_back(*std::exchange(run, std::nullopt));
     }
 }
@@ -65,14 +67,16 @@ void JobWatch::sample() {
     look();
     const PublishedState& published = state.published;
     seen.presence.push_back({runtime.now(), published.huiConnected, published.iosConnected, published.winW});
-    if (state.bank.groupApplying) seen.hostOffsets.emplace_back(runtime.now(), proTools.snapshot().offset);
+    if (state.published.banksUsedBy == BankUser::walk)
+        seen.hostOffsets.emplace_back(runtime.now(), proTools.snapshot().offset);
 }
 
 void JobWatch::samplePosition() {
     const int known = state.published.bankOffset;
     if (known < 0 || !state.quiet()) return;
     const HostView host = viewOf(proTools);
-    if (host.names == state.published.trackMap) seen.positions.push_back({runtime.now(), known, host.offset});
+    if (host.names == displaysOf(state.published.session))
+        seen.positions.push_back({runtime.now(), known, host.offset});
 }
 
 void JobWatch::note(const std::string& line) {

@@ -1,5 +1,7 @@
 #include "tests/simulation/source_checkers.h"
 
+#include "model/testing/session_columns.h"
+
 #include <algorithm>
 
 namespace lumbrine::simulation {
@@ -62,10 +64,10 @@ Violations checkRows(const Evidence& evidence) {
     };
     const PublishedState& model = evidence.model;
     for (const auto& [index, track] : evidence.picture.session) {
-        if (!track.row || index >= model.trackMap.size()) continue;
-        const Names& names = index < model.trackMapFull.size() ? model.trackMapFull : model.trackMap;
+        if (!track.row || index >= model.session.size()) continue;
+        const Track& known = model.session.tracks[index];
         const std::string where = " of the client's row " + std::to_string(index + 1) + " differs";
-        if (track.row->name != at(names, index)) violations.push_back("the name" + where);
+        if (track.row->name != known.name.value_or(known.display)) violations.push_back("the name" + where);
         if (track.row->comment != at(evidence.comments, index)) violations.push_back("the comment" + where);
     }
     if (evidence.heldElements != 0) violations.emplace_back("elements of the screen are held at the end");

@@ -1,4 +1,5 @@
 // The checkers of names, colours and comments find what is wrong.
+#include "model/testing/session_columns.h"
 #include "tests/simulation/source_checkers.h"
 
 namespace lumbrine::simulation {
@@ -70,8 +71,8 @@ TEST(SourceCheckers, FindALossThatIsToldTwiceAndAServiceThatIsNotThere) {
 
 TEST(SourceCheckers, CompareTheClientsRows) {
     Evidence evidence;
-    evidence.model.trackMap = {"Kick", "Snar"};
-    evidence.model.trackMapFull = {"Kick In"};
+    evidence.model.session = Session::of({"Kick", "Snar"});
+    setColumn(evidence.model.session, &Track::name, {"Kick In"});
     evidence.comments = {"D112"};
     evidence.picture.session[0].row = remote::TrackRow{.index = 0, .name = "Kick In", .comment = "D112"};
     evidence.picture.session[1].row = remote::TrackRow{.index = 1, .name = "Snar"};
@@ -79,7 +80,7 @@ TEST(SourceCheckers, CompareTheClientsRows) {
     evidence.comments = {""};
     evidence.heldElements = 1;
     EXPECT_THAT(checkRows(evidence), SizeIs(2));
-    evidence.model.trackMapFull = {"Kick Out"};
+    setColumn(evidence.model.session, &Track::name, {"Kick Out"});
     EXPECT_THAT(checkRows(evidence), SizeIs(3));
 }
 

@@ -1,5 +1,7 @@
 #include "tests/simulation/source_truth.h"
 
+#include "model/testing/session_columns.h"
+
 #include <cstdlib>
 
 namespace lumbrine::simulation {
@@ -50,20 +52,18 @@ bool isCommentOn(int trackID, const std::string& comment) {
 
 std::string wrongWithSources(const Sources& sources, const ReceiverState& state, const SimulatedProTools& proTools) {
     const std::vector<HostTrack> tracks = tracksOf(proTools);
-    const PublishedState& published = state.published;
     const auto mixStrips = static_cast<std::size_t>(proTools.options.screen.mixStrips);
     const bool hasNames = sources.scripting || (sources.screen && !listsOthers(proTools));
     if (!hasNames) return {};
-    if (published.trackMapFull.size() != tracks.size()) return "there are no full names";
+    const std::vector<Track>& known = state.published.session.tracks;
+    if (namesOf(state.published.session).size() != tracks.size()) return "there are no full names";
     for (std::size_t i = 0; i < tracks.size(); ++i) {
         const std::string which = " of track " + std::to_string(i + 1);
-        if (published.trackMapFull[i] != tracks[i].name) return "the full name" + which + " is wrong";
+        if (known[i].name != tracks[i].name) return "the full name" + which + " is wrong";
         const auto color = sources.scripting ? std::optional(tracks[i].color) : std::nullopt;
-        if (published.trackMapColors[i] != color) return "the colour" + which + " is wrong";
+        if (known[i].color != color) return "the colour" + which + " is wrong";
         const std::string comment = sources.screen && i < mixStrips ? tracks[i].comment : "";
-        const Names& comments = state.session.trackMapComments;
-        if (i < mixStrips && (i < comments.size() ? comments[i] : "") != comment)
-            return "the comment" + which + " is wrong";
+        if (i < mixStrips && known[i].comment != comment) return "the comment" + which + " is wrong";
     }
     return {};
 }

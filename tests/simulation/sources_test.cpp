@@ -1,4 +1,5 @@
 // One session told in order: where names, colours and comments come from, and how lost MIDI ports come back.
+#include "model/testing/session_columns.h"
 #include "tests/simulation/source_checkers.h"
 #include "tests/simulation/world.h"
 
@@ -61,16 +62,17 @@ protected:
 TEST_F(SourcesTest, NamesComeFromTheScreenWhileTheServiceIsDownAndColoursGoUntilItIsBack) {
     EXPECT_TRUE(hasLogged("(full names via PTSL)"));
     EXPECT_FALSE(hasLogged("(full names via AX)"));
-    EXPECT_NE(published().trackMapColors.at(2), std::nullopt);
+    EXPECT_NE(column(published().session, &Track::color).at(2), std::nullopt);
 
     const HostTrack before = track(2);
     world.service->die();
     world.proTools->edit([&](SimulatedSession& session) { session.rename(before.id, before.name + " double"); });
     const auto hasColors = [this] {
-        return std::ranges::any_of(published().trackMapColors, [](const auto& color) { return color.has_value(); });
+        return std::ranges::any_of(column(published().session, &Track::color),
+                                   [](const auto& color) { return color.has_value(); });
     };
     EXPECT_TRUE(comesTrue(seconds(8), [&] { return hasLogged("(full names via AX)"); }));
-    EXPECT_EQ(published().trackMapFull.at(2), before.name + " double");
+    EXPECT_EQ(namesOf(published().session).at(2), before.name + " double");
     EXPECT_FALSE(hasColors());
     EXPECT_EQ(world.phone().picture().at(*Strip::of(2)).color, std::nullopt);
     EXPECT_TRUE(hasLogged("names are read from the screen, no colors shown"));
@@ -129,8 +131,9 @@ TEST_F(SourcesTest, CommentsGoWithTheirTracks) {
     const HostTrack moved = track(4);
     world.proTools->edit([&](SimulatedSession& session) { session.move(moved.id, 0); });
     world.phone().send(remote::recalibrateCommand());
-    EXPECT_TRUE(comesTrue(seconds(60), [&] { return published().trackMapFull.at(0) == moved.name && wrong().empty(); }))
-        << wrong();
+    EXPECT_TRUE(comesTrue(seconds(60), [&] {
+        return namesOf(published().session).at(0) == moved.name && wrong().empty();
+    })) << wrong();
     EXPECT_TRUE(comesTrue(seconds(3), [&] { return commentAtThePhone(0) == moved.comment; }));
 }
 
@@ -166,11 +169,11 @@ TEST(MiscountingService, GivesNoTrackANameByItsPlaceInTheList) {
         world.runtime.runFor(seconds(60));
         ASSERT_EQ(tracksOf(*world.proTools).size(), 24U);
         const PublishedState& published = world.model->published();
-        EXPECT_EQ(published.trackMap, displaysOf(tracksOf(*world.proTools)));
-        EXPECT_THAT(published.trackMapFull, testing::IsEmpty());
-        EXPECT_THAT(published.trackMapColors, testing::IsEmpty());
+        EXPECT_EQ(displaysOf(published.session), displaysOf(tracksOf(*world.proTools)));
+        EXPECT_THAT(namesOf(published.session), testing::IsEmpty());
+        EXPECT_THAT(column(published.session, &Track::color), testing::IsEmpty());
         for (const auto& [index, track] : world.phone().picture().session)
-            EXPECT_EQ(track.row.value_or(remote::TrackRow{}).name, published.trackMap.at(index));
+            EXPECT_EQ(track.row.value_or(remote::TrackRow{}).name, displaysOf(published.session).at(index));
 
         const std::string mismatch = mismatchWith(scenario.tracks + miscount);
         const auto tellsIt = [&](const auto& line) { return line.second.starts_with(mismatch); };

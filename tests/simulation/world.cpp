@@ -1,6 +1,7 @@
 #include "tests/simulation/world.h"
 
 #include "model/testing/model_bench.h"
+#include "model/testing/session_columns.h"
 #include "simulator/default_session.h"
 
 #include <array>
@@ -121,7 +122,7 @@ Evidence World::collect() {
     evidence.told = sources->take();
     sources.reset();
     evidence.tracks = tracksOf(*proTools);
-    evidence.comments = state().session.trackMapComments;
+    evidence.comments = column(state().published.session, &Track::comment);
     runtime.runUntil([this] { return proTools->screen().liveHandles() == 0; }, seconds(1)); // a read may be under way
     evidence.heldElements = proTools->screen().liveHandles();
     evidence.untimelySends = sends.violations();

@@ -1,10 +1,11 @@
 // Which track list is taken for the map, and what of it.
+#include "model/testing/session_columns.h"
 #include "tests/track_metadata/metadata_test.h"
 
 namespace lumbrine {
 namespace {
 
-using TrackList = TrackAdoption::TrackList;
+using TrackList = TrackMetadata::TrackList;
 
 TrackList listOf(std::size_t count) {
     TrackList tracks(count);
@@ -15,33 +16,32 @@ TrackList listOf(std::size_t count) {
 
 class TrackAdoptionTest : public MetadataTest {
 protected:
-    TrackAdoption& adoption = bench.parts().adoption;
-    SessionTable& session = bench.state().session;
+    TrackMetadata& adoption = bench.parts().metadata;
+    ReceiverState& state = bench.state();
 };
 
 class JapaneseTrackAdoptionTest : public JapaneseMetadataTest {};
 
 TEST_F(TrackAdoptionTest, TakesTheFirstListWithAsManyTracksAsTheMap) {
     adoption.adopt({listOf(2), listOf(3)}, "PTSL");
-    EXPECT_THAT(published.trackMapFull, ElementsAre("Track 1", "Track 2", "Track 3"));
+    EXPECT_THAT(namesOf(published.session), ElementsAre("Track 1", "Track 2", "Track 3"));
     TrackList others = listOf(3);
     others[0].name = "Other";
     adoption.adopt({others, listOf(3)}, "PTSL");
-    EXPECT_EQ(published.trackMapFull[0], "Other");
+    EXPECT_EQ(namesOf(published.session)[0], "Other");
 }
 
 TEST_F(TrackAdoptionTest, KeepsTheShortNamesWhenNoListHasTheRightCount) {
     bench.setTrackMap(Lines(12, "Trck"), 0);
     adoption.adopt({listOf(11), listOf(13)}, "PTSL");
-    EXPECT_THAT(published.trackMapFull, IsEmpty());
-    EXPECT_THAT(published.trackMapColors, IsEmpty());
-    EXPECT_THAT(session.sessMutes, IsEmpty());
-    EXPECT_FALSE(session.fullTableDirty);
+    EXPECT_THAT(namesOf(published.session), IsEmpty());
+    EXPECT_FALSE(published.session.listed);
+    EXPECT_FALSE(state.fullTableDirty);
     EXPECT_THAT(bench.lines, ElementsAre("Full names: count mismatch (11, 13 / HUI 12) → keeping 4-char names"));
 }
 
 TEST_F(JapaneseTrackAdoptionTest, LogsTheMismatchInJapanese) {
-    bench.parts().adoption.adopt({listOf(4)}, "AX");
+    bench.parts().metadata.adopt({listOf(4)}, "AX");
     EXPECT_THAT(bench.lines, ElementsAre("フルネーム: 件数不一致（4 / HUI 3）→ 4文字表示のまま"));
 }
 
@@ -55,13 +55,13 @@ TEST_F(TrackAdoptionTest, LogsEveryMismatch) {
 TEST_F(TrackAdoptionTest, KeepsWhatItHadWhenTheCountsDifferLater) {
     adoption.adopt({listOf(3)}, "PTSL");
     adoption.adopt({listOf(2)}, "PTSL");
-    EXPECT_THAT(published.trackMapFull, ElementsAre("Track 1", "Track 2", "Track 3"));
+    EXPECT_THAT(namesOf(published.session), ElementsAre("Track 1", "Track 2", "Track 3"));
 }
 
 TEST_F(TrackAdoptionTest, DoesNothingWithoutAMap) {
     bench.setTrackMap({}, -1);
     adoption.adopt({listOf(0), listOf(3)}, "PTSL");
-    EXPECT_THAT(published.trackMapFull, IsEmpty());
+    EXPECT_THAT(namesOf(published.session), IsEmpty());
     EXPECT_THAT(bench.lines, IsEmpty());
 }
 
@@ -77,7 +77,7 @@ TEST_F(TrackAdoptionTest, LogsNewNamesAndTheirSourceOnly) {
 }
 
 TEST_F(JapaneseTrackAdoptionTest, LogsNewNamesInJapanese) {
-    bench.parts().adoption.adopt({listOf(3)}, "PTSL");
+    bench.parts().metadata.adopt({listOf(3)}, "PTSL");
     EXPECT_THAT(bench.lines, ElementsAre("✓ トラック名を 3 件取得（フルネーム表示・PTSL）"));
 }
 
@@ -89,11 +89,11 @@ TEST_F(TrackAdoptionTest, TakesColoursAndStatesOfEachTrack) {
     tracks[2].isSoloed = true;
     tracks[0].isRecordEnabled = true;
     adoption.adopt({tracks}, "PTSL");
-    EXPECT_THAT(published.trackMapColors, ElementsAre(0x336699U, std::nullopt, std::nullopt));
-    EXPECT_THAT(published.trackMapInputMon, ElementsAre(true, false, false));
-    EXPECT_THAT(session.sessMutes, ElementsAre(false, true, false));
-    EXPECT_THAT(session.sessSolos, ElementsAre(false, false, true));
-    EXPECT_THAT(session.sessRecs, ElementsAre(true, false, false));
+    EXPECT_THAT(column(published.session, &Track::color), ElementsAre(0x336699U, std::nullopt, std::nullopt));
+    EXPECT_THAT(column(published.session, &Track::inputMonitor), ElementsAre(true, false, false));
+    EXPECT_THAT(column(published.session, &Track::mute), ElementsAre(false, true, false));
+    EXPECT_THAT(column(published.session, &Track::solo), ElementsAre(false, false, true));
+    EXPECT_THAT(column(published.session, &Track::record), ElementsAre(true, false, false));
 }
 
 TEST_F(TrackAdoptionTest, HasTheTableSentAgainWhenAnythingChangedAndOnlyThen) {
@@ -108,13 +108,13 @@ TEST_F(TrackAdoptionTest, HasTheTableSentAgainWhenAnythingChangedAndOnlyThen) {
     });
     for (const auto change : changes) {
         adoption.adopt({before}, "PTSL");
-        session.fullTableDirty = false;
+        state.fullTableDirty = false;
         adoption.adopt({before}, "PTSL");
-        EXPECT_FALSE(session.fullTableDirty);
+        EXPECT_FALSE(state.fullTableDirty);
         TrackList after = before;
         change(after[1]);
         adoption.adopt({after}, "PTSL");
-        EXPECT_TRUE(session.fullTableDirty);
+        EXPECT_TRUE(state.fullTableDirty);
     }
 }
 

@@ -1,4 +1,5 @@
 // The comments of the Mix window: whose they are, when they are read, and how they reach the client.
+#include "model/testing/session_columns.h"
 #include "tests/track_metadata/metadata_test.h"
 #include "tests/track_metadata/shown_windows.h"
 
@@ -15,9 +16,9 @@ protected:
         std::vector<PTSLTrack> tracks(names.size());
         for (std::size_t i = 0; i < names.size(); ++i)
             tracks[i].name = names[i];
-        bench.parts().adoption.adopt({tracks}, "PTSL");
+        bench.parts().metadata.adopt({tracks}, "PTSL");
         world.runtime.runUntilIdle();
-        session.fullTableDirty = false;
+        state.fullTableDirty = false;
     }
 
     void read() {
@@ -25,9 +26,9 @@ protected:
         world.runtime.runUntilIdle();
     }
 
-    const Lines& comments() const { return session.trackMapComments; }
+    Lines comments() { return column(state.published.session, &Track::comment); }
 
-    SessionTable& session = bench.state().session;
+    ReceiverState& state = bench.state();
     ShownWindows windows{bench.screen};
 };
 
@@ -35,7 +36,7 @@ TEST_F(CommentsTest, AreGivenToTheTracksByTheirFullNames) {
     windows.mix({{"Lead Vocals", "comp of takes 3, 5"}, {"Backing Vocals", ""}, {"Kick Drum", "D112"}});
     read();
     EXPECT_THAT(comments(), ElementsAre("D112", "comp of takes 3, 5", ""));
-    EXPECT_TRUE(session.fullTableDirty);
+    EXPECT_TRUE(state.fullTableDirty);
 }
 
 TEST_F(CommentsTest, AreReadWhenTheNamesAreNew) {
@@ -47,13 +48,13 @@ TEST_F(CommentsTest, AreReadWhenTheNamesAreNew) {
 TEST_F(CommentsTest, HaveTheTableSentAgainOnlyWhenTheyHaveChanged) {
     windows.mix({{"Kick Drum", "D112"}});
     read();
-    session.fullTableDirty = false;
+    state.fullTableDirty = false;
     read();
-    EXPECT_FALSE(session.fullTableDirty);
+    EXPECT_FALSE(state.fullTableDirty);
     windows.mix({{"Kick Drum", ""}});
     read();
     EXPECT_THAT(comments(), ElementsAre("", "", ""));
-    EXPECT_TRUE(session.fullTableDirty);
+    EXPECT_TRUE(state.fullTableDirty);
 }
 
 TEST_F(CommentsTest, OfStripsOutOfSightStayAsTheyWere) {
@@ -122,21 +123,11 @@ TEST_F(CommentsTest, AreNotLookedForByEmptyNames) {
 }
 
 TEST_F(CommentsTest, AreNotReadWithoutFullNames) {
-    bench.setTrackMap({}, -1);
-    published.trackMapFull.clear();
+    bench.setTrackMap({"Kick", "LdVo", "BkVo"}, 0);
     windows.mix({{"Kick Drum", "D112"}});
     const std::uint64_t before = bench.screen.reads();
     read();
     EXPECT_EQ(bench.screen.reads(), before);
-}
-
-TEST_F(CommentsTest, AreNotReadWhileTheFullNamesAreThoseOfAnotherMap) {
-    windows.mix({{"Kick Drum", "D112"}});
-    bench.setTrackMap({"Kick", "LdVo", "BkVo", "New"}, 0);
-    const std::uint64_t before = bench.screen.reads();
-    read();
-    EXPECT_EQ(bench.screen.reads(), before);
-    EXPECT_THAT(comments(), ElementsAre("", "", ""));
 }
 
 // The tracks change in the middle of a read: what has been found is not theirs for sure.
@@ -156,12 +147,12 @@ protected:
 };
 
 TEST_F(ChangedInBetweenTest, TheMap) {
-    readWith([this] { published.trackMap = {"LdVo", "Kick", "BkVo"}; });
+    readWith([this] { setColumn(published.session, &Track::display, {"LdVo", "Kick", "BkVo"}); });
     EXPECT_THAT(comments(), ElementsAre("", "", ""));
 }
 
 TEST_F(ChangedInBetweenTest, TheNames) {
-    readWith([this] { published.trackMapFull = {"Lead Vocals", "Kick Drum", "Backing Vocals"}; });
+    readWith([this] { setColumn(published.session, &Track::name, {"Lead Vocals", "Kick Drum", "Backing Vocals"}); });
     EXPECT_THAT(comments(), ElementsAre("", "", ""));
 }
 
@@ -232,9 +223,9 @@ TEST_F(CommentedClientTest, HasThemReadEveryTwelveSecondsButNotDuringAScan) {
     bench.run(30s);
     EXPECT_THAT(reads, ElementsAre("600 ms", // with the first names
                                    "12200 ms", "24200 ms"));
-    bench.state().published.calibrating = true;
+    bench.state().published.banksUsedBy = BankUser::scan;
     bench.run(10s);
-    bench.state().published.calibrating = false;
+    bench.state().published.banksUsedBy.reset();
     bench.run(10s);
     EXPECT_THAT(reads, testing::ElementsAre(testing::_, testing::_, testing::_, "48200 ms"));
 }

@@ -1,4 +1,5 @@
 // Muting and soloing members of a group by name.
+#include "model/testing/session_columns.h"
 #include "tests/track_metadata/metadata_test.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@ namespace {
 class GroupMuteSoloTest : public MetadataTest {
 protected:
     GroupMuteSoloTest() {
-        published.trackMapFull = {"Kick Drum", "Lead Vocals", ""};
+        setColumn(published.session, &Track::name, {"Kick Drum", "Lead Vocals", ""});
         serve(threeTracks);
     }
 
@@ -61,21 +62,31 @@ TEST_F(GroupMuteSoloTest, FailureIsLoggedOnceAndNothingElse) {
     set({0, 1}, true, true);
     EXPECT_THAT(bench.lines, ElementsAre("Track colors: unavailable (Cannot reach Pro Tools' PTSL (not running or "
                                          "disabled)) → names are read from the screen, no colors shown"));
-    EXPECT_THAT(bench.state().session.sessMutes, IsEmpty());
+    EXPECT_THAT(column(bench.state().published.session, &Track::mute), testing::Each(false));
 }
 
 TEST_F(GroupMuteSoloTest, NeverMovesTheSurfaces) {
     service.answer = [](service::ScriptedService::Call&) {}; // keeps the queue busy
     bench.parts().groupSwitches.groupSetMuteSolo({0}, false, true);
     bench.run(1s);
-    EXPECT_FALSE(bench.state().bank.groupApplying);
+    EXPECT_FALSE(bench.state().published.banksUsedBy == BankUser::walk);
     EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
+}
+
+// The folder that holds the kick has been closed: the client's row 0 is now the lead vocals'.
+TEST_F(GroupMuteSoloTest, MutesTheTrackThatIsThereAfterARescan) {
+    refresh();
+    bench.setTrackMap({"LdVo", "BkVo"}, 0);
+    refresh(); // still of three tracks
+    set({0}, false, true);
+    EXPECT_THAT(argumentsOf(muteCommand), IsEmpty()); // no name is known, so no track is muted
+    EXPECT_THAT(hex(bench.parts().table.buildTrackRow(0)), testing::EndsWith("04 4C 64 56 6F 00")); // "LdVo"
 }
 
 class JapaneseGroupMuteSoloTest : public JapaneseMetadataTest {};
 
 TEST_F(JapaneseGroupMuteSoloTest, IsLoggedInJapanese) {
-    published.trackMapFull = {"Kick Drum", "Lead Vocals", "Backing Vocals"};
+    setColumn(published.session, &Track::name, {"Kick Drum", "Lead Vocals", "Backing Vocals"});
     bench.parts().groupSwitches.groupSetMuteSolo({0, 1}, false, true);
     bench.parts().groupSwitches.groupSetMuteSolo({2}, true, false);
     world.runtime.runUntilIdle();
@@ -93,7 +104,7 @@ TEST_F(GroupMuteDatagramTest, MutesTheSessionTracksThatTheClientNames) {
     for (std::size_t i = 0; i < names.size(); ++i)
         names[i] = "T" + std::to_string(i);
     bench.setTrackMap(names, 0);
-    bench.state().published.trackMapFull = names;
+    setColumn(bench.state().published.session, &Track::name, {names.begin(), names.end()});
     phone->send({0x01, 0x21, 0x01, 0x02, 0x00, 0x05, 0x01, 0x00});
     settle();
     ASSERT_GE(service.requests.size(), 2U);
@@ -103,7 +114,7 @@ TEST_F(GroupMuteDatagramTest, MutesTheSessionTracksThatTheClientNames) {
 
 TEST_F(GroupMuteDatagramTest, SolosAndUnmutesByTheOtherMessagesOfItsKind) {
     bench.setTrackMap({"Kick", "LdVo"}, 0);
-    bench.state().published.trackMapFull = {"Kick Drum", "Lead Vocals"};
+    setColumn(bench.state().published.session, &Track::name, {"Kick Drum", "Lead Vocals"});
     const auto lastSwitch = [this] {
         settle();
         const auto isSwitch = [](const service::Request& request) { return request.command > 80; };
@@ -120,7 +131,7 @@ TEST_F(GroupMuteDatagramTest, SolosAndUnmutesByTheOtherMessagesOfItsKind) {
 
 TEST_F(GroupMuteDatagramTest, IgnoresOneThatIsTooShort) {
     bench.setTrackMap({"Kick"}, 0);
-    bench.state().published.trackMapFull = {"Kick Drum"};
+    setColumn(bench.state().published.session, &Track::name, {"Kick Drum"});
     phone->send({0x01, 0x21, 0x01, 0x02, 0x00, 0x00, 0x00});
     settle();
     EXPECT_THAT(service.requests, IsEmpty());

@@ -1,4 +1,5 @@
 // Flipping input monitoring of the track on a strip.
+#include "model/testing/session_columns.h"
 #include "tests/track_metadata/metadata_test.h"
 
 namespace lumbrine {
@@ -7,7 +8,7 @@ namespace {
 class InputMonitorTest : public MetadataTest {
 protected:
     InputMonitorTest() {
-        published.trackMapFull = {"Kick Drum", "Lead Vocals", "Backing Vocals"};
+        setColumn(published.session, &Track::name, {"Kick Drum", "Lead Vocals", "Backing Vocals"});
         serve(R"({"name":"Kick Drum"},)"
               R"({"name":"Lead Vocals","track_attributes":{"is_input_monitoring_on":"SetExplicitly"}})");
     }
@@ -24,7 +25,7 @@ TEST_F(InputMonitorTest, IsTurnedOnWhereItIsOff) {
 }
 
 TEST_F(InputMonitorTest, GoesByWhatProToolsHasNotByWhatIsKnown) {
-    published.trackMapInputMon = {false, false, false};
+    setColumn(published.session, &Track::inputMonitor, {false, false, false});
     toggle(1);
     EXPECT_THAT(argumentsOf(inputMonitorCommand), ElementsAre(R"({"enabled":false,"track_names":["Lead Vocals"]})"));
 }
@@ -40,7 +41,7 @@ TEST_F(InputMonitorTest, IsLeftAloneWhenTheTrackIsNotKnown) {
     published.bankOffset = -1;
     toggle(1);
     published.bankOffset = 0;
-    published.trackMapFull[0].clear();
+    published.session.tracks[0].name = "";
     toggle(0);
     EXPECT_THAT(service.requests, IsEmpty());
 }
@@ -70,7 +71,7 @@ protected:
             return service::reply(R"({"track_list":[{"name":"Kick Drum"},{"name":"Lead Vocals"}]})");
         };
         bench.setTrackMap({"Kick", "LdVo"}, 0);
-        bench.state().published.trackMapFull = {"Kick Drum", "Lead Vocals"};
+        setColumn(bench.state().published.session, &Track::name, {"Kick Drum", "Lead Vocals"});
     }
 
     service::EnvelopeService service{bench.streams};

@@ -1,5 +1,6 @@
 // Reading the track list: when it is read, what the receiver does with it, and what it logs.
 #include "model/testing/banking_host.h"
+#include "model/testing/session_columns.h"
 #include "ptsl/testing/service_frames.h"
 #include "tests/track_metadata/metadata_test.h"
 
@@ -17,21 +18,21 @@ class JapaneseRefreshTest : public JapaneseMetadataTest {};
 TEST_F(RefreshTest, GivesTheMapTheNamesAndColoursOfTheList) {
     serve(threeTracks);
     refresh();
-    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
-    EXPECT_THAT(published.trackMapColors, ElementsAre(0x102030U, std::nullopt, std::nullopt));
+    EXPECT_THAT(namesOf(published.session), ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+    EXPECT_THAT(column(published.session, &Track::color), ElementsAre(0x102030U, std::nullopt, std::nullopt));
     EXPECT_THAT(bench.lines, ElementsAre("✓ Got 3 track names (full names via PTSL)", connected));
 }
 
 TEST_F(RefreshTest, LeavesHiddenTracksOutWhenTheSurfacesDo) {
     serve(R"({"name":"A"},{"name":"H","track_attributes":{"is_hidden":"SetImplicitly"}},{"name":"B"},{"name":"C"})");
     refresh();
-    EXPECT_THAT(published.trackMapFull, ElementsAre("A", "B", "C"));
+    EXPECT_THAT(namesOf(published.session), ElementsAre("A", "B", "C"));
 }
 
 TEST_F(RefreshTest, CountsHiddenTracksWhenTheSurfacesDo) {
     serve(R"({"name":"A"},{"name":"H","track_attributes":{"is_hidden":"SetImplicitly"}},{"name":"B"})");
     refresh();
-    EXPECT_THAT(published.trackMapFull, ElementsAre("A", "H", "B"));
+    EXPECT_THAT(namesOf(published.session), ElementsAre("A", "H", "B"));
 }
 
 TEST_F(RefreshTest, LogsTheLossOfTheServiceOnceAndEachRecovery) {
@@ -72,7 +73,7 @@ TEST_F(RefreshTest, KeepsWhatItKnowsWhileTheServiceIsAway) {
     refresh();
     refuse(trackListCommand);
     refresh();
-    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+    EXPECT_THAT(namesOf(published.session), ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
 }
 
 TEST_F(RefreshTest, FollowsAScan) {
@@ -83,10 +84,10 @@ TEST_F(RefreshTest, FollowsAScan) {
     serve(threeTracks);
     bench.run(3s);
     bench.parts().calibration.calibrateBanks(true);
-    ASSERT_TRUE(world.runtime.runUntil([this] { return !published.calibrating; }, 10s));
+    ASSERT_TRUE(world.runtime.runUntil([this] { return !published.calibrating(); }, 10s));
     world.runtime.runUntilIdle();
-    EXPECT_THAT(published.trackMap, ElementsAre("Kick", "LdVo", "BkVo"));
-    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+    EXPECT_THAT(displaysOf(published.session), ElementsAre("Kick", "LdVo", "BkVo"));
+    EXPECT_THAT(namesOf(published.session), ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
 }
 
 TEST_F(RefreshTest, IsNotBegunWhileOneIsUnderWay) {
@@ -166,12 +167,12 @@ TEST_F(RefreshedClientTest, IsServedEvery1200MillisecondsWhileProToolsIsThere) {
 TEST_F(RefreshedClientTest, IsNotServedDuringAScanNorWithoutAMap) {
     bench.surfaceA.pingEverySecond();
     const auto stay = world.runtime.repeatOnMain(1s, [this] { sendNothing(); });
-    bench.state().published.calibrating = true;
+    bench.state().published.banksUsedBy = BankUser::scan;
     bench.run(3s);
     EXPECT_THAT(service.requests, IsEmpty());
     bench.setTrackMap({}, -1);
-    bench.state().bank.lastAutoCalibrationAt = world.runtime.now() + 1h; // no scan
-    bench.state().published.calibrating = false;
+    bench.state().scans.lastAutoCalibrationAt = world.runtime.now() + 1h; // no scan
+    bench.state().published.banksUsedBy.reset();
     bench.run(3s);
     EXPECT_THAT(service.requests, IsEmpty());
     bench.setTrackMap({"Kick", "LdVo"}, 0);

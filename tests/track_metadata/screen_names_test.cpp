@@ -1,4 +1,5 @@
 // Names from the screen while the scripting service does not answer.
+#include "model/testing/session_columns.h"
 #include "tests/track_metadata/metadata_test.h"
 #include "tests/track_metadata/shown_windows.h"
 
@@ -24,7 +25,7 @@ TEST_F(ScreenNamesTest, AreTakenWhenTheServiceFails) {
     windows.listTracks({"1. Kick Drum", "Lead Vocals", "Backing Vocals"});
     refuse(trackListCommand);
     refresh();
-    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+    EXPECT_THAT(namesOf(published.session), ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
     EXPECT_THAT(bench.takeLines(), ElementsAre("✓ Got 3 track names (full names via AX)"));
 }
 
@@ -32,14 +33,14 @@ TEST_F(ScreenNamesTest, AreTakenWhenTheServiceIsNotThere) {
     windows.listTracks({"Kick Drum", "Lead Vocals", "Backing Vocals"});
     bench.streams.stopListening(31416);
     refresh();
-    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+    EXPECT_THAT(namesOf(published.session), ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
 }
 
 TEST_F(JapaneseScreenNamesTest, AreLoggedInJapanese) {
     windows.listTracks({"1。 ドラム", "ボーカル", "コーラス"});
     refuse(trackListCommand);
     refresh();
-    EXPECT_THAT(published.trackMapFull, ElementsAre("ドラム", "ボーカル", "コーラス"));
+    EXPECT_THAT(namesOf(published.session), ElementsAre("ドラム", "ボーカル", "コーラス"));
     EXPECT_THAT(bench.takeLines(), ElementsAre("✓ トラック名を 3 件取得（フルネーム表示・AX）"));
 }
 
@@ -47,18 +48,18 @@ TEST_F(ScreenNamesTest, ComeWithNeutralColoursAndStates) {
     serve(R"({"name":"A","color":"#102030","track_attributes":{"is_muted":true,"is_soloed":true,)"
           R"("is_record_enabled":true,"is_input_monitoring_on":"SetExplicitly"}},{"name":"B"},{"name":"C"})");
     refresh();
-    ASSERT_EQ(bench.state().session.sessMutes, (std::vector<bool>{true, false, false}));
+    ASSERT_EQ(column(bench.state().published.session, &Track::mute), (std::vector<bool>{true, false, false}));
 
     windows.listTracks({"A", "B", "C"});
     refuse(trackListCommand);
-    bench.state().session.fullTableDirty = false;
+    bench.state().fullTableDirty = false;
     refresh();
-    EXPECT_THAT(published.trackMapColors, testing::Each(std::nullopt));
-    EXPECT_THAT(published.trackMapInputMon, testing::Each(false));
-    EXPECT_THAT(bench.state().session.sessMutes, testing::Each(false));
-    EXPECT_THAT(bench.state().session.sessSolos, testing::Each(false));
-    EXPECT_THAT(bench.state().session.sessRecs, testing::Each(false));
-    EXPECT_TRUE(bench.state().session.fullTableDirty);
+    EXPECT_THAT(column(published.session, &Track::color), testing::Each(std::nullopt));
+    EXPECT_THAT(column(published.session, &Track::inputMonitor), testing::Each(false));
+    EXPECT_THAT(column(bench.state().published.session, &Track::mute), testing::Each(false));
+    EXPECT_THAT(column(bench.state().published.session, &Track::solo), testing::Each(false));
+    EXPECT_THAT(column(bench.state().published.session, &Track::record), testing::Each(false));
+    EXPECT_TRUE(bench.state().fullTableDirty);
 }
 
 TEST_F(ScreenNamesTest, GiveWayToTheServiceWhenItIsBack) {
@@ -67,8 +68,8 @@ TEST_F(ScreenNamesTest, GiveWayToTheServiceWhenItIsBack) {
     refresh();
     serve(threeTracks);
     refresh();
-    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
-    EXPECT_THAT(published.trackMapColors, ElementsAre(0x102030U, std::nullopt, std::nullopt));
+    EXPECT_THAT(namesOf(published.session), ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+    EXPECT_THAT(column(published.session, &Track::color), ElementsAre(0x102030U, std::nullopt, std::nullopt));
     EXPECT_THAT(bench.takeLines(),
                 ElementsAre("✓ Got 3 track names (full names via AX)", "✓ Got 3 track names (full names via PTSL)",
                             "✓ Connected to Pro Tools' official API (track names and colors)"));
@@ -82,7 +83,7 @@ TEST_F(ScreenNamesTest, AreNotReadWhileTheServiceAnswers) {
         return true;
     });
     refresh();
-    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+    EXPECT_THAT(namesOf(published.session), ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
 }
 
 TEST_F(ScreenNamesTest, NeedTheUsersPermissionAndDoNotAskForIt) {
@@ -90,12 +91,12 @@ TEST_F(ScreenNamesTest, NeedTheUsersPermissionAndDoNotAskForIt) {
     bench.screen.setTrusted(false);
     refuse(trackListCommand);
     refresh();
-    EXPECT_THAT(published.trackMapFull, IsEmpty());
+    EXPECT_THAT(namesOf(published.session), IsEmpty());
     EXPECT_EQ(bench.screen.prompts(), 0);
     EXPECT_EQ(bench.screen.reads(), 0U);
     bench.screen.setTrusted(true);
     refresh();
-    EXPECT_THAT(published.trackMapFull, testing::SizeIs(3));
+    EXPECT_THAT(namesOf(published.session), testing::SizeIs(3));
 }
 
 TEST_F(ScreenNamesTest, AreNotTakenWhenTheyAreNotAsManyAsTheMapHas) {
@@ -105,7 +106,7 @@ TEST_F(ScreenNamesTest, AreNotTakenWhenTheyAreNotAsManyAsTheMapHas) {
     windows.listTracks({"Kick Drum", "Lead Vocals"});
     refuse(trackListCommand);
     refresh();
-    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+    EXPECT_THAT(namesOf(published.session), ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
     EXPECT_THAT(bench.takeLines(), ElementsAre("Full names: count mismatch (2 / HUI 3) → keeping 4-char names"));
 }
 
@@ -116,7 +117,7 @@ TEST_F(ScreenNamesTest, StayAsTheyWereWhenNothingCanBeRead) {
     bench.takeLines();
     bench.screen.quit(77);
     refresh();
-    EXPECT_THAT(published.trackMapFull, ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+    EXPECT_THAT(namesOf(published.session), ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
     EXPECT_THAT(bench.takeLines(), IsEmpty());
 }
 
@@ -134,7 +135,7 @@ TEST_F(ScreenNamesTest, AreReadOnTheQueueOfTheServiceWhichThenGoesOn) {
     bench.parts().metadata.refreshFullNames(); // the first one still reads
     bench.run(10s);
     EXPECT_EQ(service.requests.size(), requests);
-    EXPECT_THAT(published.trackMapFull, testing::SizeIs(3));
+    EXPECT_THAT(namesOf(published.session), testing::SizeIs(3));
     bench.screen.watchReads([](const MemoryScreen::Read&) { return true; });
     bench.parts().metadata.refreshFullNames();
     bench.run(1s);

@@ -2,19 +2,17 @@
 // everything sees Pro Tools' first fader follow.
 #pragma once
 
-#include "base/bilingual.h"
 #include "model/hands/surfaces.h"
-#include "model/state/activity_log.h"
 #include "model/state/jobs.h"
 
 namespace lumbrine {
 
-class TestSweep {
+class FaderSweep {
 public:
     static constexpr int steps = 20;                     // from one end to the other
     static constexpr Duration interval = seconds(0.035); // after each position
 
-    TestSweep(const Jobs& modelJobs, Surfaces& hostSurfaces, ActivityLog& activityLog, Bilingual bilingual);
+    FaderSweep(const Jobs& jobs, ActivityLog& log, Surfaces& surfaces);
 
     // Touches the fader, takes it through all positions up and the same ones down, and lets go one interval after the
     // last: 1.47 s, in the background. While one sweep runs, another does nothing. Main thread.
@@ -24,9 +22,8 @@ private:
     void sweep();
 
     const Jobs& jobs;
-    Surfaces& surfaces;
     ActivityLog& log;
-    const Bilingual text;
+    Surfaces& surfaces;
     bool running = false; // main thread
 };
 

@@ -12,7 +12,7 @@ protected:
         host.show();
         bench.setTrackMap(numbers(40), 0);
         state.published.huiConnected = true;
-        state.automation.lastAutoPollAll = world.runtime.now() + 1h; // no probes
+        state.lastAutoPollAll = world.runtime.now() + 1h; // no probes
         bench.run(2s);
         bench.mark();
     }
@@ -41,7 +41,7 @@ TEST_F(BankMovesTest, MoveByAChannelOrByABank) {
 
 TEST_F(BankMovesTest, AreSeeksWhereThePositionIsKnown) {
     bench.model->bankMove(3);
-    EXPECT_TRUE(state.bank.seeking);
+    EXPECT_TRUE(state.published.banksUsedBy == BankUser::seek);
 }
 
 TEST_F(BankMovesTest, MoveByTheWholeWindowOfTwoSurfaces) {
@@ -60,10 +60,10 @@ TEST_F(BankMovesTest, StayWithinTheSession) {
 
 TEST_F(BankMovesTest, PressTheButtonItselfWhereThePositionIsUnknown) {
     state.published.bankOffset = -1;
-    state.automation.autoModeCache[3] = 2;
+    state.published.strips[3].mode = 2;
     bench.model->bankMove(1);
-    EXPECT_FALSE(state.bank.seeking);
-    EXPECT_EQ(state.automation.autoModeCache[3], autoModeUnknown); // at once
+    EXPECT_FALSE(state.published.banksUsedBy == BankUser::seek);
+    EXPECT_EQ(state.published.strips[3].mode, autoModeUnknown); // at once
     bench.run(30ms);
     EXPECT_THAT(bench.heardOn(bench.surfaceA),
                 ElementsAre("0ms B0 0F 0A", "0ms B0 2F 41", "30ms B0 0F 0A", "30ms B0 2F 01"));

@@ -4,9 +4,9 @@
 namespace lumbrine {
 namespace {
 
-class TestSweepTest : public ModelTest {
+class FaderSweepTest : public ModelTest {
 protected:
-    TestSweepTest() { bench.start(); }
+    FaderSweepTest() { bench.start(); }
 
     Lines onTheWire() { return bench.heardOn(bench.surfaceA); }
 };
@@ -36,21 +36,21 @@ Lines expectedSweep() {
     return lines;
 }
 
-TEST_F(TestSweepTest, GoesUpAndDownAndLetsGo) {
+TEST_F(FaderSweepTest, GoesUpAndDownAndLetsGo) {
     bench.model->runDemo();
     bench.run(3s);
     EXPECT_EQ(onTheWire(), expectedSweep());
     EXPECT_THAT(bench.heardOn(bench.surfaceB), IsEmpty());
 }
 
-TEST_F(TestSweepTest, SaysSoAndNothingMore) {
+TEST_F(FaderSweepTest, SaysSoAndNothingMore) {
     bench.model->runDemo();
     EXPECT_THAT(bench.takeLines(), ElementsAre("▶ Test: sending track 1 sweep"));
     bench.run(3s);
     EXPECT_THAT(bench.takeLines(), IsEmpty());
 }
 
-TEST(TestSweepInJapanese, SaysSo) {
+TEST(FaderSweepInJapanese, SaysSo) {
     ModelWorld world;
     ModelBench bench(world, {.japanese = true});
     bench.start();
@@ -58,13 +58,13 @@ TEST(TestSweepInJapanese, SaysSo) {
     EXPECT_THAT(bench.takeLines(), ElementsAre("▶ テスト: トラック1 スイープ送信"));
 }
 
-TEST_F(TestSweepTest, DoesNotHoldUpWhoeverAskedForIt) {
+TEST_F(FaderSweepTest, DoesNotHoldUpWhoeverAskedForIt) {
     const TimePoint before = world.runtime.now();
     bench.model->runDemo();
     EXPECT_EQ(world.runtime.now(), before);
 }
 
-TEST_F(TestSweepTest, RunsOnceAtATime) {
+TEST_F(FaderSweepTest, RunsOnceAtATime) {
     bench.model->runDemo();
     bench.run(1469ms);
     bench.model->runDemo();
@@ -73,7 +73,7 @@ TEST_F(TestSweepTest, RunsOnceAtATime) {
     EXPECT_THAT(bench.takeLines(), testing::SizeIs(1));
 }
 
-TEST_F(TestSweepTest, CanBeRunAgainAfterwards) {
+TEST_F(FaderSweepTest, CanBeRunAgainAfterwards) {
     bench.model->runDemo();
     bench.run(1471ms);
     bench.mark();

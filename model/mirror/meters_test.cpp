@@ -4,9 +4,9 @@
 namespace lumbrine {
 namespace {
 
-TEST(MeterBank, KeepsALevelFor180MillisecondsAndThenLowersItByOneForEachStep) {
+TEST(Meters, KeepsALevelFor180MillisecondsAndThenLowersItByOneForEachStep) {
     ModelWorld world;
-    MeterBank meters(world.runtime);
+    Meters meters(world.runtime);
     meters.show(*Strip::of(2), 1, 12);
     world.runtime.runFor(180ms);
     EXPECT_EQ(meters.fall()[5], 12);
@@ -16,9 +16,9 @@ TEST(MeterBank, KeepsALevelFor180MillisecondsAndThenLowersItByOneForEachStep) {
     EXPECT_EQ(meters.fall()[5], 0);
 }
 
-TEST(MeterBank, HoldsALevelAnewEachTimeItIsShown) {
+TEST(Meters, HoldsALevelAnewEachTimeItIsShown) {
     ModelWorld world;
-    MeterBank meters(world.runtime);
+    Meters meters(world.runtime);
     meters.show(*Strip::of(0), 0, 5);
     world.runtime.runFor(180ms);
     meters.show(*Strip::of(0), 0, 5);
@@ -26,9 +26,9 @@ TEST(MeterBank, HoldsALevelAnewEachTimeItIsShown) {
     EXPECT_EQ(meters.fall()[0], 5);
 }
 
-TEST(MeterBank, TakesAnyLevelAboveTwelveForTwelve) {
+TEST(Meters, TakesAnyLevelAboveTwelveForTwelve) {
     ModelWorld world;
-    MeterBank meters(world.runtime);
+    Meters meters(world.runtime);
     meters.show(*Strip::of(15), 1, 13);
     meters.show(*Strip::of(15), 0, 15);
     EXPECT_EQ(meters.fall()[31], 12);
@@ -59,7 +59,7 @@ TEST_F(MeterStepTest, StreamsTheShownLevelsSixtyTimesASecond) {
 
 TEST_F(MeterStepTest, ALevelIsGoneTwelveFramesAfterItsHold) {
     bench.surfaceA.send({0xA0, 0x00, 0x0C});
-    bench.run(180ms + 12 * MeterStep::interval + 1ms);
+    bench.run(180ms + 12 * PeriodicTick::meterInterval + 1ms);
     EXPECT_THAT(levelsNow().front(), testing::HasSubstr(" 01 11 00 00"));
 }
 
@@ -73,12 +73,11 @@ TEST_F(MeterStepTest, StreamsSixteenStripsOfTheWiderWindow) {
 }
 
 TEST_F(MeterStepTest, StreamsNothingWhileTheBanksMove) {
-    for (bool* motion :
-         {&bench.state().bank.seeking, &bench.state().bank.groupApplying, &bench.state().published.calibrating}) {
-        *motion = true;
+    for (const BankUser user : {BankUser::seek, BankUser::scan, BankUser::walk}) {
+        bench.state().published.banksUsedBy = user;
         EXPECT_THAT(levelsNow(), IsEmpty());
-        *motion = false;
     }
+    bench.state().published.banksUsedBy.reset();
     EXPECT_THAT(levelsNow(), testing::SizeIs(1));
 }
 

@@ -1,4 +1,4 @@
-#include "model/hands/test_sweep.h"
+#include "model/hands/fader_sweep.h"
 
 #include <cassert>
 
@@ -10,21 +10,21 @@ constexpr int sweptStrip = 0; // of surface A
 
 } // namespace
 
-TestSweep::TestSweep(const Jobs& modelJobs, Surfaces& hostSurfaces, ActivityLog& activityLog, Bilingual bilingual)
-    : jobs(modelJobs), surfaces(hostSurfaces), log(activityLog), text(bilingual) {}
+FaderSweep::FaderSweep(const Jobs& jobs, ActivityLog& log, Surfaces& surfaces)
+    : jobs(jobs), log(log), surfaces(surfaces) {}
 
-void TestSweep::run() {
+void FaderSweep::run() {
     assert(jobs.runtime.onMain());
     if (running) return;
     running = true;
-    log.appendLog(text("▶ Test: sending track 1 sweep", "▶ テスト: トラック1 スイープ送信"));
+    log.say("▶ Test: sending track 1 sweep", "▶ テスト: トラック1 スイープ送信");
     jobs.inBackground(Priority::userInitiated, [this] {
         sweep();
         jobs.runOnMain([this] { running = false; });
     });
 }
 
-void TestSweep::sweep() {
+void FaderSweep::sweep() {
     HUIEngine& engine = surfaces.engine(SurfaceID::A);
     const auto show = [&](int step) {
         engine.sendFader(sweptStrip, static_cast<double>(step) / steps);

@@ -1,0 +1,61 @@
+#include "model/hands/pan.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstdlib>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr int lowestTarget = 1;
+constexpr int highestTarget = 11;
+
+// HUI does not say how many clicks one ring position takes. A large first burst covers most of the way, small ones
+// settle the rest.
+constexpr int firstClicksPerPosition = 9;
+constexpr int laterClicks = 3;
+
+} // namespace
+
+Pan::Pan(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Surfaces& surfaces, ClientMirror& mirror)
+    : jobs(jobs), state(state), log(log), surfaces(surfaces), mirror(mirror) {}
+
+void Pan::setPanMode(bool right) {
+    assert(jobs.runtime.onMain());
+    if (right == state.published.panRight) return;
+    state.published.panRight = right;
+    mirror.sendPanMode();
+    log.say(right ? "← Pan mode: Pan Right" : "← Pan mode: Pan Left",
+            right ? "← パンモード: Pan Right(右)" : "← パンモード: Pan Left(左)");
+    state.published.changed();
+}
+
+void Pan::seek(int strip, int target) {
+    const auto wanted = Strip::of(strip);
+    if (!wanted || target < lowestTarget || target > highestTarget) return;
+    state.published.strip(*wanted).panSeek = PanTarget{.position = target, .id = ++seeksBegun};
+    panSeekStep(*wanted);
+}
+
+void Pan::panSeekStep(Strip strip) {
+    assert(jobs.runtime.onMain());
+    StripState& shown = state.published.strip(strip);
+    if (!shown.panSeek) return;
+    const int current = shown.pan[state.published.panRight ? 1 : 0].position;
+    const int distance = shown.panSeek->position - current;
+    if (distance == 0 || shown.panSeek->steps >= maxSteps) {
+        shown.panSeek.reset();
+        return;
+    }
+    const int clicks = shown.panSeek->steps == 0 ? std::abs(distance) * firstClicksPerPosition : laterClicks;
+    for (int i = 0; i < clicks; ++i)
+        surfaces.engineOf(strip).sendVpotDelta(strip.engineStrip(), distance > 0 ? 1 : -1);
+    ++shown.panSeek->steps;
+    jobs.onMainAfter(stepInterval, [this, strip, id = shown.panSeek->id] {
+        const auto& now = state.published.strip(strip).panSeek;
+        if (now && now->id == id) panSeekStep(strip);
+    });
+}
+
+} // namespace lumbrine

@@ -1,0 +1,36 @@
+// Pans: which side of stereo pans the V-Pots show, as far as the receiver knows, and moving a pan to a ring position by
+// turning the V-Pot until Pro Tools shows that position. Main thread only.
+#pragma once
+
+#include "model/hands/surface_desk.h"
+#include "model/mirror/client_mirror.h"
+
+namespace lumbrine {
+
+class Pan {
+public:
+    static constexpr int maxSteps = 41;
+    static constexpr Duration stepInterval = seconds(0.035);
+
+    Pan(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Surfaces& surfaces, ClientMirror& mirror);
+
+    // Records and reports a side; presses nothing. Nothing happens when it is the side already.
+    void setPanMode(bool right);
+
+    // Begins a seek to ring position 1-11, in place of the strip's current one. Any other target, and any strip but
+    // 0-15, does nothing.
+    void seek(int strip, int target);
+
+    // Takes one step now and the next 35 ms later, until the target is reached, taken away or given up.
+    void panSeekStep(Strip strip);
+
+private:
+    const Jobs& jobs;
+    ReceiverState& state;
+    ActivityLog& log;
+    Surfaces& surfaces;
+    ClientMirror& mirror;
+    unsigned seeksBegun = 0;
+};
+
+} // namespace lumbrine

@@ -1,0 +1,64 @@
+// The one hand on the keys that change what the surfaces show: bank, channel, AUTO, mode and PAN. Surface A leads in
+// the banks; Pro Tools moves both.
+//
+// The banks have one user at a time, because two would spoil each other's work: a user takes them on the main thread,
+// works on a background thread, and gives them back.
+#pragma once
+
+#include "model/hands/surfaces.h"
+#include "model/state/jobs.h"
+#include "model/state/receiver_state.h"
+
+#include <functional>
+
+namespace lumbrine {
+
+// The ports of the four bank and channel keys.
+namespace bank_port {
+
+inline constexpr int channelBack = 0;
+inline constexpr int bankBack = 1;
+inline constexpr int channelForward = 2;
+inline constexpr int bankForward = 3;
+
+} // namespace bank_port
+
+class SurfaceDesk {
+public:
+    SurfaceDesk(const Jobs& jobs, ReceiverState& state, Surfaces& surfaces);
+
+    // ---- Who has the banks. Main thread.
+
+    // False when somebody else has them. A user that has them already keeps them.
+    bool take(BankUser user);
+
+    void giveBack();
+
+    // ---- Keys that the caller holds down: each returns when the key is up again. Off the main thread.
+
+    void pressBank(int port); // 30 ms
+
+    // Holds the strip's AUTO key for 0.15 s, or with an action for 0.05 s, the action and 0.15 s. Pro Tools writes the
+    // automation mode on the strip's display meanwhile.
+    void holdAuto(Strip strip, const std::function<void()>& whileHeld = {});
+
+    // A mode's button (0-5, surface/hui_engine.h) on the surface that shows the strip; 60 ms.
+    void pressMode(Strip strip, int port);
+
+    // Brings the V-Pots of a surface back to the left side of stereo pans; 0.18 s.
+    void resetPanSide(SurfaceID surface);
+
+    // ---- Keys that come up by themselves. Any thread; return at once.
+
+    void tapBank(int port); // 0-3; up after 30 ms
+
+    // Shows the other side of stereo pans; up after 60 ms.
+    void flipPanSide(SurfaceID surface);
+
+private:
+    const Jobs& jobs;
+    ReceiverState& state;
+    Surfaces& surfaces;
+};
+
+} // namespace lumbrine

@@ -1,0 +1,52 @@
+// The session, as far as the receiver knows it: one record for each track, in the order of the banks.
+#pragma once
+
+#include "base/rgb_color.h"
+#include "client_link/state_messages.h"
+#include "model/state/automation_mode.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace lumbrine {
+
+// What is known of one track. Absent, or neutral for switches and texts: nobody has said so far.
+struct Track {
+    std::string display;             // what the surfaces call it, at most four characters; from the scan
+    std::optional<std::string> name; // in full; from the scripting service or the screen, like the next six
+    std::optional<RGBColor> color;
+    bool mute = false;
+    bool solo = false;
+    bool record = false;
+    bool select = false;
+    bool inputMonitor = false;
+    std::optional<double> fader; // 0.0-1.0 nominally; seen while the track was on the surfaces, like the next two
+    std::optional<SessionPan> pan;
+    std::uint8_t mode = autoModeUnknown;
+    std::string comment; // from the Mix window
+};
+
+// A value: a scan makes a new one.
+struct Session {
+    std::vector<Track> tracks; // empty while there is no map of the session
+    bool listed = false;       // a track list has been adopted
+    bool surveyed = false;     // a walk has looked for modes and pans: the client gets the tables of both
+
+    // A session of which nothing but the tracks' display names is known.
+    static Session of(const std::vector<std::string>& displays);
+
+    bool empty() const { return tracks.empty(); }
+    std::size_t size() const { return tracks.size(); }
+};
+
+// Whether both have the same tracks in the same order, as far as their display names can tell.
+bool sameDisplays(const Session& left, const Session& right);
+
+// Gives a session that has just been scanned what was known before. Only a session whose display names are all the same
+// is taken for the same one: then every value is kept that the scan did not see itself. Of any other nothing is kept,
+// because four letters do not say which of its tracks is which.
+void carryOver(const Session& before, Session& scanned);
+
+} // namespace lumbrine
