@@ -7,7 +7,8 @@ decides the receiver's behaviour, if none is named. Each is built and tested in 
 build/mutants: the tests beside the source first, then the others, those first that have noticed most changes there and
 then the quickest, a few simulated sessions last, up to the first that fails. A test that takes ten times as long as it
 should has failed. A change that does not compile, or of which the compiler makes the same programs, is drawn again.
-Ends well when at least 97 % were noticed. Sources and tests are those of virtual_tests.py.
+Ends well when at least 97 % were noticed, and with what it has so far when it is interrupted. Sources and tests are
+those of virtual_tests.py.
 """
 import dataclasses
 import hashlib
@@ -237,18 +238,24 @@ def main():
     print(f"{count} of {len(drawn)} changes to {len(texts)} files, seed {seed}", flush=True)
 
     survivors, took, processor = [], [], processor_time()
-    for mutant in drawn:
-        if len(took) == count:
-            break
-        begin = time.monotonic()
-        with Planted(mutant, texts[mutant.path]):
-            killer = noticed_by(mutant.path, tests)
-        if killer is None:
-            continue
-        took.append(time.monotonic() - begin)
-        if not killer:
-            survivors.append(mutant)
-        print(f"{len(took):>4}  {killer or 'SURVIVED':<28}{mutant.told(texts[mutant.path])}", flush=True)
+    try:
+        for mutant in drawn:
+            if len(took) == count:
+                break
+            begin = time.monotonic()
+            with Planted(mutant, texts[mutant.path]):
+                killer = noticed_by(mutant.path, tests)
+            if killer is None:
+                continue
+            took.append(time.monotonic() - begin)
+            if not killer:
+                survivors.append(mutant)
+            print(f"{len(took):>4}{took[-1]:>5.0f} s  {killer or 'SURVIVED':<28}{mutant.told(texts[mutant.path])}",
+                  flush=True)
+    except KeyboardInterrupt:
+        print("\nended before its time", end="")
+    if not took:
+        sys.exit("\nnothing was tried")
 
     noticed = len(took) - len(survivors)
     print(f"\n{noticed} of {len(took)} noticed. {sum(took) / len(took):.1f} s each, half of them in at most "
