@@ -77,6 +77,34 @@ TEST_F(HUIOutput, SendsOneEdgeOfASwitch) {
     EXPECT_EQ(trace.sent, (Messages{{0xB0, 0x0F, 0x18}, {0xB0, 0x2F, 0x43}, {0xB0, 0x0F, 0x18}, {0xB0, 0x2F, 0x03}}));
 }
 
+TEST_F(HUIOutput, AddressesTheSwitchesOfAStripByTheirPorts) {
+    const std::vector<std::pair<int, std::uint8_t>> ports{{hui::touchPort, 0x40}, {hui::selectPort, 0x41},
+                                                          {hui::mutePort, 0x42},  {hui::soloPort, 0x43},
+                                                          {hui::autoPort, 0x44},  {hui::recArmPort, 0x47}};
+    for (const auto& [port, down] : ports) {
+        engine.switchEdge(5, port, true);
+        EXPECT_EQ(trace.sent.back(), (Bytes{0xB0, 0x2F, down}));
+    }
+}
+
+TEST_F(HUIOutput, AddressesTheKeysBesideTheStripsByTheirZones) {
+    engine.switchEdge(hui::bankZone, 0, true);
+    engine.switchEdge(hui::assignZone, hui::panAssignPort, true);
+    engine.switchEdge(hui::assignZone, hui::sendAAssignPort, true);
+    engine.switchEdge(hui::transportZone, 4, true);
+    engine.switchEdge(hui::autoModeZone, 5, true);
+    EXPECT_EQ(trace.sent, (Messages{{0xB0, 0x0F, 0x0A},
+                                    {0xB0, 0x2F, 0x40},
+                                    {0xB0, 0x0F, 0x0B},
+                                    {0xB0, 0x2F, 0x42},
+                                    {0xB0, 0x0F, 0x0B},
+                                    {0xB0, 0x2F, 0x47},
+                                    {0xB0, 0x0F, 0x0E},
+                                    {0xB0, 0x2F, 0x44},
+                                    {0xB0, 0x0F, 0x18},
+                                    {0xB0, 0x2F, 0x45}}));
+}
+
 TEST_F(HUIOutput, KeepsAnEdgeToSevenBitsOfZoneAndFourOfPort) {
     engine.switchEdge(0x83, 0x1F, true);
     engine.switchEdge(0x7F, 0xFF, false);
