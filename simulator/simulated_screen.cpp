@@ -120,7 +120,7 @@ void SimulatedScreen::showDialog(std::vector<std::string> lines) {
 }
 
 void SimulatedScreen::closeDialogs() {
-    std::erase_if(alerts, &Alert::modal);
+    std::erase_if(alerts, [](const Alert& alert) { return alert.modal; });
 }
 
 std::optional<std::string> SimulatedScreen::dialogText() const {
