@@ -25,28 +25,28 @@ public:
 
     // Reads the environment (QV_PORT, QV_NO_BONJOUR, QV_DEBUG); opens no port and no socket. Main thread.
     //
-    // Jobs that are under way keep the model alive until they end; it is destroyed on the main thread in any case.
+    // Running jobs keep the model alive until they end. It is always destroyed on the main thread.
     static std::shared_ptr<ReceiverModel> create(const ReceiverPlatform& platform, Bilingual bilingual,
                                                  LineSink sink = printLine);
     ReceiverModel(const ReceiverModel&) = delete;
     ReceiverModel& operator=(const ReceiverModel&) = delete;
 
-    // Opens the MIDI ports, starts the timers and the client link and announces them. What fails is told in the log and
-    // the rest goes on. Main thread; a second call does nothing.
+    // Opens the MIDI ports, starts the timers and the client link and announces them. Logs what fails and goes on with
+    // the rest. Main thread; a second call does nothing.
     void start();
 
-    // Reads this computer's address again, which `start` has read first; the network may be another one after a sleep.
-    // True when the address has changed. Main thread.
+    // Reads this computer's address, as `start` did: after a sleep the network may be another one. True when the
+    // address has changed. Main thread.
     bool readAddress();
 
-    // The only way to write to the log: one finished line, in the user's language. Any thread.
+    // Writes one finished line, in the user's language, to the log. Any thread.
     void appendLog(const std::string& line);
 
     // The four navigation buttons: 0 channel back, 1 bank back, 2 channel forward, 3 bank forward; others do nothing.
     // Any thread.
     void bankMove(int kind);
 
-    // Has Pro Tools take hold of the MIDI ports anew. Main thread.
+    // Makes Pro Tools reopen the MIDI ports. Main thread.
     void reconnectToPT();
 
     // The test sweep: takes the fader of strip 0 up and down once. Main thread.
@@ -55,15 +55,15 @@ public:
     // Main thread. The reference stays valid as long as the model.
     const PublishedState& published() const;
 
-    // Called on the main thread after every change of the published state, in the middle of the work that changed it:
-    // note it and look later.
+    // `observer` is called on the main thread after every change of the published state, in the middle of the work that
+    // changed it: it should note that and look later.
     void onChange(std::function<void()> observer);
 
     // The UDP port: QV_PORT or 52700.
     std::uint16_t port() const;
 
-    // Expires when the model has been destroyed: whoever lets go of it runs the main loop on until then, and only then
-    // takes the platform away.
+    // Expires when the model has been destroyed. After letting go of the model, run the main loop until then; only then
+    // may the platform go.
     std::weak_ptr<const void> lifetime() const { return life; }
 
 private:

@@ -6,6 +6,7 @@ namespace lumbrine {
 
 namespace {
 
+// A bank key leads to the next multiple of the width, wherever the surfaces are.
 BankStep unclampedStep(int current, int target, BankLayout layout) {
     const int width = layout.width;
     if (current < target) {

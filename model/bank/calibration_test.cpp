@@ -1,4 +1,4 @@
-// Scanning the banks: when, how, and what comes of it.
+// Scanning the banks: when, how, and with what result.
 #include "base/fader_value.h"
 #include "model/testing/banking_host.h"
 #include "model/testing/model_test.h"

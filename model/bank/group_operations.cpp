@@ -31,13 +31,14 @@ void GroupOperations::setFaders(std::vector<FaderEntry> entries) {
         return !entries.empty();
     });
     if (!begun) return;
-    // By member; entries of one member stay in their order.
+    // In the order of the session, so that the banks move one way. Entries of one member stay in their order.
     const std::multimap<int, double> ordered(entries.begin(), entries.end());
     for (const auto& [member, value] : ordered)
         if (const auto strip = bringOntoSurfaces(member, begun->session)) moveFader(*strip, value);
     parts.walk.end(*begun, [this, count = entries.size()] { reportFaders(count); });
 }
 
+// As a finger would: in Touch and Latch, Pro Tools records a move only while the fader is touched.
 void GroupOperations::moveFader(Strip strip, double value) {
     HUIEngine& engine = parts.surfaces.engineOf(strip);
     engine.touch(strip.engineStrip());

@@ -173,7 +173,7 @@ TEST_F(SeekTest, GoesOnFromWhereItShouldBeWhenTheDisplaysDoNotSay) {
     EXPECT_EQ(host.offset, 2);
 }
 
-// The worker ends 498 ms after the beginning; whoever comes at that instant, before or after, is heard.
+// The worker ends 498 ms after the beginning. A request at that very instant, before or after, is heard.
 TEST(Seek, LosesNoTargetThatComesAsItEnds) {
     for (std::uint64_t seed = 1; seed <= 20; ++seed) {
         ModelWorld world{.runtime = NotingRuntime({.seed = seed})};

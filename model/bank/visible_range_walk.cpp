@@ -34,6 +34,7 @@ void VisibleRangeWalk::captureRange(Range range, BankLayout session) {
         for (int i = 0; i < session.width; ++i)
             if (range.contains(shown + i)) captureTrack(*Strip::of(i), shown + i);
         const int next = shown + session.width;
+        // The surfaces have not advanced, or nobody is there to move them.
         if (next <= wanted || !connected()) {
             log.say("Aborted capturing the visible range (Pro Tools is not responding)",
                     "表示範囲の採取を中断しました（Pro Tools が応答しません）");

@@ -40,6 +40,7 @@ void TrackTable::sendRowsFrom(std::size_t first, Course course) {
     for (std::size_t track = first; track < end; ++track)
         course.send(buildTrackRow(track));
     if (end >= tracks) return course.then();
+    // A job of its own for the next rows lets what else waits for the main thread in between.
     jobs.runtime.postMain(
         jobs.guarded([this, end, course = std::move(course)]() mutable { sendRowsFrom(end, std::move(course)); }));
 }

@@ -15,6 +15,7 @@ bool PositionWatch::positionIsStuck() const {
            state.quiet() && !state.transportRunning() && std::ranges::any_of(parts.bankMap.window(), shown);
 }
 
+// A window that fits the map nowhere for so long is of another session, or of one that has changed.
 void PositionWatch::watchStuckPosition() {
     int& ticks = state.scans.locateStuckTicks;
     ticks = positionIsStuck() ? ticks + 1 : 0;

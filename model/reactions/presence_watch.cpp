@@ -16,6 +16,7 @@ void PresenceWatch::watchProTools() {
     if (connected) jobs.inBackgroundAfter(panResetDelay, [this] { resetPanSides(); });
 }
 
+// Pro Tools does not say which side its V-Pots show, so every connection begins with a known one.
 void PresenceWatch::resetPanSides() {
     parts.desk.resetPanSide(SurfaceID::A);
     if (jobs.runtime.syncMain([this] { return heardWithin(pingPeriod, state.presence.lastPingB); }))
@@ -46,6 +47,7 @@ void PresenceWatch::watchWindowWidth() {
     parts.mirror.sendBankPosToClient();
 }
 
+// Pro Tools connects surface B with its own idea of the side: brought to the left first, B can follow A.
 void PresenceWatch::followPanSide() {
     parts.desk.resetPanSide(SurfaceID::B);
     if (jobs.runtime.syncMain([this] { return state.published.panRight; })) parts.desk.flipPanSide(SurfaceID::B);

@@ -1,4 +1,4 @@
-// Whoever shows the published state is told when it changes.
+// The observer of the published state is called when it changes.
 #include "model/testing/banking_host.h"
 #include "model/testing/model_test.h"
 #include "model/testing/session_columns.h"

@@ -16,7 +16,7 @@ public:
     // Shows the first tracks at once. Names are at most four characters long.
     BankingHost(ModelBench& modelBench, std::vector<std::string> trackNames);
 
-    // The names of the strips anew, all of them.
+    // Sends the names of all strips again.
     void show();
 
     // By hand, on its own screen.

@@ -36,7 +36,7 @@ public:
     void sleepFor(Duration duration) override { VirtualRuntime::sleepFor(duration + oversleep); }
 
     Duration oversleep{};
-    std::vector<Priority> jobs; // in the background, without a delay; whoever looks takes them
+    std::vector<Priority> jobs; // of background jobs without a delay, since the last look
     std::map<std::string, Priority> queues;
 };
 

@@ -169,6 +169,7 @@ void TrackMetadata::toggle(PTSLClient& ptsl, const std::string& trackName) {
     };
     const auto tracks = ptsl.trackList();
     if (!tracks) return noteFailure(tracks.error());
+    // What the receiver knows may be older than the user's own click in Pro Tools.
     const auto track = std::ranges::find(*tracks, trackName, &PTSLTrack::name);
     if (track == tracks->end()) return;
     const auto set = ptsl.setInputMonitor(trackName, !track->isInputMonitoringOn);

@@ -40,6 +40,29 @@ TEST(TextShape, NoLineEndsInBlanks) {
         EXPECT_EQ(file.text.find(" \n"), std::string::npos) << file.path;
 }
 
+// Words that make a reader stop. They are looked for in comments only; texts for users may have them.
+const Pattern& archaicWords() {
+    static const Pattern words(R"((//|#) .*\b([Aa]new|[Ww]ho(m)?ever|[Cc]omes? of it)\b)");
+    return words;
+}
+
+TEST(TextShape, CommentsUseCurrentEnglish) {
+    for (const SourceFile& file : everything()) {
+        std::istringstream lines(file.text);
+        std::size_t number = 1;
+        for (std::string line; std::getline(lines, line); ++number)
+            EXPECT_FALSE(archaicWords().isIn(line)) << file.path << ":" << number << ": " << line;
+    }
+}
+
+TEST(TextShape, FindsArchaicWordsInCommentsOnly) {
+    const std::string word = std::string("ane") + "w"; // in two parts, or this line would be found
+    EXPECT_TRUE(archaicWords().isIn("    // Draws everything " + word));
+    EXPECT_TRUE(archaicWords().isIn("# Builds the map " + word + "."));
+    EXPECT_FALSE(archaicWords().isIn("const char* text = \"draw anew\";"));
+    EXPECT_FALSE(archaicWords().isIn("// A canewood desk."));
+}
+
 TEST(TextShape, CountsCharactersAndNotBytes) {
     EXPECT_EQ(widthOf("計測 scan"), 7);
 }
