@@ -54,7 +54,7 @@ public:
     std::function<void(const std::string&)> log; // one finished log line; any thread
 
     // Called for messages from Pro Tools, on the thread that calls handleIncoming.
-    std::function<void(int strip, double value)> onFaderFeedback;      // 0.0-1.0; above 1.0 if bytes exceeded 7 bits
+    std::function<void(int strip, double value)> onFaderFeedback;      // 0.0-1.0
     std::function<void(int strip, std::string_view text)> onTrackName; // four ASCII characters, untrimmed
     std::function<void(int strip, int side, int level)> onMeter;       // side 0 left, 1 right; level 0-15
     std::function<void(int zone, int port, bool on)> onLed;
@@ -96,15 +96,20 @@ public:
     // ---- Input. Only on the MIDI receive thread.
 
     // Decodes the bytes of one packet and answers pings. A SysEx message may continue in the next packet; a voice
-    // message may not. Decoding voice messages allocates nothing.
+    // message, with running status or without, may not. A status byte ends every unfinished message, except realtime
+    // bytes (F8-FF), which are skipped wherever they stand. Decoding voice messages allocates nothing.
     void handleIncoming(ByteView bytes);
+
+    // Forgets what is half received: an unfinished SysEx message, the high halves of faders and the selected zone. For
+    // ports that were lost, because the rest will not come.
+    void forgetIncoming();
 
     std::atomic<int> pingCount{0};       // pings answered; readable from any thread
     std::optional<TimePoint> lastPingAt; // receive thread only
 
 private:
     void sendPair(std::array<std::uint8_t, 3> first, std::array<std::uint8_t, 3> second) LUMBRINE_EXCLUDES(txLock);
-    std::size_t takeSysex(ByteView bytes); // returns how many of the bytes belong to the message
+    void takeSysexEdge(std::uint8_t status);
     void handleSysex(ByteView message);
     void handleVoice(std::uint8_t status, std::uint8_t data1, std::uint8_t data2);
     void handleController(std::uint8_t controller, std::uint8_t value);

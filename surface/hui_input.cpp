@@ -10,6 +10,10 @@ namespace lumbrine {
 
 namespace {
 
+constexpr std::uint8_t firstStatus = 0x80;
+constexpr std::uint8_t firstRealtime = 0xF8; // F8-FF may stand anywhere, also inside another message
+
+constexpr std::uint8_t noteOff = 0x80;
 constexpr std::uint8_t noteOn = 0x90;
 constexpr std::uint8_t polyPressure = 0xA0;
 constexpr std::uint8_t controlChangeStatus = 0xB0;
@@ -29,7 +33,7 @@ constexpr std::size_t maxReportedControllers = 24;
 constexpr std::array<std::uint8_t, 3> pingReply{noteOn, 0x00, 0x7F};
 
 constexpr bool isVoice(std::uint8_t status) {
-    return status == noteOn || status == polyPressure || status == controlChangeStatus;
+    return status == noteOff || status == noteOn || status == polyPressure || status == controlChangeStatus;
 }
 
 // The strip of a controller in the group of eight that starts at `groupBegin`; -1 when it is outside the group.
@@ -53,41 +57,43 @@ std::string threeDecimals(double value) {
 } // namespace
 
 void HUIEngine::handleIncoming(ByteView bytes) {
-    std::size_t i = 0;
-    while (i < bytes.size()) {
-        // Inside a SysEx message, status bytes are part of it: only F7 ends it.
-        if (bytes[i] == sysexBegin || !sysexBuf.empty()) {
-            i += takeSysex(bytes.subspan(i));
-        } else if (isVoice(bytes[i]) && i + 2 < bytes.size()) {
-            handleVoice(bytes[i], bytes[i + 1], bytes[i + 2]);
-            i += 3;
-        } else {
-            i += 1; // unknown: look for a message from the next byte on
+    // Of the voice message that is being read. It does not continue in the next packet, nor does its status.
+    std::uint8_t status = 0; // 0: data bytes belong to no message
+    std::array<std::uint8_t, 2> data{};
+    std::size_t dataCount = 0;
+    for (const std::uint8_t byte : bytes) {
+        if (byte >= firstRealtime) continue;
+        if (byte >= firstStatus) {
+            takeSysexEdge(byte);
+            status = isVoice(byte) ? byte : 0;
+            dataCount = 0;
+        } else if (!sysexBuf.empty()) {
+            sysexBuf.push_back(byte);
+        } else if (status != 0) {
+            data[dataCount++] = byte;
+            if (dataCount < data.size()) continue;
+            handleVoice(status, data[0], data[1]);
+            dataCount = 0;
         }
     }
+    // A message whose end was lost must not use memory without limit.
+    if (sysexBuf.size() > sysexLimit) sysexBuf.clear();
 }
 
-std::size_t HUIEngine::takeSysex(ByteView bytes) {
-    const auto end = std::ranges::find(bytes, sysexEnd);
-    if (end == bytes.end()) {
-        // A message whose end was lost is dropped when it gets too long. It must not use memory without limit.
-        if (sysexBuf.size() + bytes.size() > sysexLimit) {
-            sysexBuf.clear();
-        } else {
-            sysexBuf.insert(sysexBuf.end(), bytes.begin(), bytes.end());
-        }
-        return bytes.size();
-    }
+void HUIEngine::forgetIncoming() {
+    sysexBuf.clear();
+    pendingHi.fill(0);
+    rxZone = -1;
+}
 
-    const ByteView part(bytes.begin(), end + 1);
-    if (sysexBuf.empty()) {
-        handleSysex(part);
-    } else {
-        sysexBuf.insert(sysexBuf.end(), part.begin(), part.end());
+// Any status byte ends a SysEx message, but only F7 completes it: before any other, the rest of it was lost.
+void HUIEngine::takeSysexEdge(std::uint8_t status) {
+    if (status == sysexEnd && !sysexBuf.empty()) {
+        sysexBuf.push_back(status);
         handleSysex(sysexBuf);
-        sysexBuf.clear();
     }
-    return part.size();
+    sysexBuf.clear();
+    if (status == sysexBegin) sysexBuf.push_back(status);
 }
 
 void HUIEngine::handleSysex(ByteView message) {
@@ -115,7 +121,8 @@ void HUIEngine::handleVoice(std::uint8_t status, std::uint8_t data1, std::uint8_
         // Only the low nibble is the strip: 10-17 mean the same meters as 00-07.
         const int strip = data1 & 0x0F;
         if (strip < stripsPerSurface && onMeter) onMeter(strip, data2 >> 4 & 1, data2 & 0x0F);
-    } else if (data1 == 0 && data2 == 0) { // 90 00 00; the host sends it about once a second
+    } else if (data1 == 0 && (data2 == 0 || status == noteOff)) {
+        // 90 00 00, about once a second. On its way it may have become a note-off with any velocity.
         handlePing();
     }
 }

@@ -39,10 +39,20 @@ TEST_F(HUIInput, RepliesBeforeItLogsThePing) {
     EXPECT_EQ(order, (Texts{"reply", "log of 1"}));
 }
 
+// As it arrives where the host's MIDI has passed through other software.
+TEST_F(HUIInput, AnswersAPingThatHasBecomeANoteOff) {
+    receive({0x80, 0x00, 0x40});
+    receive({0x80, 0x00, 0x00});
+    EXPECT_EQ(trace.sent, (std::vector<Bytes>{{0x90, 0x00, 0x7F}, {0x90, 0x00, 0x7F}}));
+    EXPECT_EQ(engine.pingCount, 2);
+}
+
 TEST_F(HUIInput, IgnoresNotesThatAreNoPing) {
     receive({0x90, 0x00, 0x7F}); // another surface's answer
     receive({0x90, 0x00, 0x01});
     receive({0x90, 0x01, 0x00});
+    receive({0x80, 0x01, 0x00});
+    receive({0x91, 0x00, 0x00});
     EXPECT_TRUE(trace.sent.empty());
     EXPECT_EQ(engine.pingCount, 0);
     EXPECT_EQ(engine.lastPingAt, std::nullopt);
@@ -170,10 +180,10 @@ TEST_F(HUIInput, ReportsWhichSideOfThePanARingShows) {
 TEST_F(HUIInput, LogsAnUnknownControllerOnce) {
     receive({0xB0, 0x7A, 0x05});
     receive({0xB0, 0x7A, 0x06});
-    receive({0xB0, 0x08, 0xAB});
-    receive({0xB0, 0xFF, 0x00});
-    EXPECT_EQ(trace.lines, (Texts{"← unknown CC 0x7A (val 0x05) first seen", "← unknown CC 0x08 (val 0xAB) first seen",
-                                  "← unknown CC 0xFF (val 0x00) first seen"}));
+    receive({0xB0, 0x08, 0x6B});
+    receive({0xB0, 0x7F, 0x00});
+    EXPECT_EQ(trace.lines, (Texts{"← unknown CC 0x7A (val 0x05) first seen", "← unknown CC 0x08 (val 0x6B) first seen",
+                                  "← unknown CC 0x7F (val 0x00) first seen"}));
     EXPECT_EQ(trace.events, Texts{});
 }
 

@@ -1,7 +1,5 @@
 #include "surface/surface_wiring.h"
 
-#include <algorithm>
-#include <array>
 #include <optional>
 #include <utility>
 
@@ -16,11 +14,6 @@ void forStrip(const std::weak_ptr<SurfaceListener>& weak, SurfaceID surface, int
     const auto strip = Strip::of(surface, engineStrip);
     if (!strip) return;
     if (const auto listener = weak.lock()) call(*listener, *strip);
-}
-
-bool isPing(ByteView packet) {
-    constexpr std::array<std::uint8_t, 3> ping{0x90, 0x00, 0x00};
-    return packet.size() >= ping.size() && std::ranges::equal(packet.first(ping.size()), ping);
 }
 
 void wireLog(SurfaceID surface, HUIEngine& engine, const std::weak_ptr<SurfaceListener>& weak) {
@@ -65,9 +58,9 @@ void wireSurface(SurfaceID surface, const std::shared_ptr<HUIEngine>& engine, co
         const auto heldEngine = weakEngine.lock();
         const auto heldListener = weak.lock();
         if (!heldEngine || !heldListener) return;
-        // In this order: the engine counts the ping, and the listener gets that count.
+        const int before = heldEngine->pingCount;
         heldEngine->handleIncoming(packet);
-        if (isPing(packet)) heldListener->pingReceived(surface, heldEngine->pingCount);
+        if (const int count = heldEngine->pingCount; count != before) heldListener->pingReceived(surface, count);
     };
 }
 

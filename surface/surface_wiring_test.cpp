@@ -143,19 +143,21 @@ TEST_F(SurfaceWiring, AnswersAndReportsAPing) {
     EXPECT_EQ(b.services.sent, (Packets{{0x90, 0x00, 0x7F}}));
 }
 
-TEST_F(SurfaceWiring, ReportsAPacketThatBeginsWithAPingOnceAndAfterTheRest) {
-    a.receive({0x90, 0x00, 0x00, 0xA0, 0x01, 0x02, 0x90, 0x00, 0x00});
-    EXPECT_EQ(listener->heard, (Texts{"meter 1 side 0 at 2", "A ping 2"}));
+TEST_F(SurfaceWiring, ReportsTheLastPingOfAPacketAfterTheRest) {
+    a.receive({0x90, 0x00, 0x00, 0xA0, 0x01, 0x02, 0x90, 0x00, 0x00, 0xA0, 0x02, 0x03});
+    EXPECT_EQ(listener->heard, (Texts{"meter 1 side 0 at 2", "meter 2 side 0 at 3", "A ping 2"}));
 }
 
-TEST_F(SurfaceWiring, ReportsNoPingThatDoesNotBeginThePacket) {
-    a.receive({0xA0, 0x01, 0x02, 0x90, 0x00, 0x00});
+TEST_F(SurfaceWiring, ReportsEveryPingThatWasAnsweredAndNoOther) {
+    a.receive({0xA0, 0x01, 0x02, 0x90, 0x00, 0x00}); // after another message
     a.receive({0x90, 0x00});
     a.receive({0x90, 0x00, 0x7F});
     a.receive({0x90, 0x01, 0x00});
     a.receive({0xB0, 0x00, 0x00});
-    EXPECT_EQ(listener->heard, Texts{"meter 1 side 0 at 2"});
-    EXPECT_EQ(a.services.sent.size(), 1u); // answered all the same
+    a.receive({0xF0, 0x00, 0x00});
+    a.receive({0x80, 0x00, 0x40}); // ends the message before it
+    EXPECT_EQ(listener->heard, (Texts{"meter 1 side 0 at 2", "A ping 1", "A ping 2"}));
+    EXPECT_EQ(a.services.sent.size(), 2u);
 }
 
 TEST_F(SurfaceWiring, MarksTheLogOfTheSecondSurface) {
