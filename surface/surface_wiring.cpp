@@ -60,7 +60,8 @@ void wireSurface(SurfaceID surface, const std::shared_ptr<HUIEngine>& engine, co
         if (!heldEngine || !heldListener) return;
         const int before = heldEngine->pingCount;
         heldEngine->handleIncoming(packet);
-        if (const int count = heldEngine->pingCount; count != before) heldListener->pingReceived(surface, count);
+        if (const int count = heldEngine->pingCount; count != before)
+            heldListener->pingReceived(surface, count, *heldEngine->lastPingAt);
     };
 }
 

@@ -29,12 +29,14 @@ public:
         heard.push_back(of(surface) + " led " + std::to_string(zone) + "/" + std::to_string(port) +
                         (on ? " on" : " off"));
     }
-    void pingReceived(SurfaceID surface, int pingCount) override {
+    void pingReceived(SurfaceID surface, int pingCount, TimePoint at) override {
+        lastPingAt = at;
         heard.push_back(of(surface) + " ping " + std::to_string(pingCount));
     }
 
     Texts lines;
     Texts heard;
+    TimePoint lastPingAt{};
 
 private:
     static std::string of(Strip strip) { return std::to_string(strip.index()); }
@@ -136,8 +138,12 @@ TEST_F(SurfaceWiring, PassesLedsOfEveryZoneWithTheirSurface) {
 
 TEST_F(SurfaceWiring, AnswersAndReportsAPing) {
     a.receive({0x90, 0x00, 0x00});
+    runtime.time = TimePoint{seconds(12.5)};
     a.receive({0x90, 0x00, 0x00});
+    EXPECT_EQ(listener->lastPingAt, TimePoint{seconds(12.5)});
+    runtime.time = TimePoint{seconds(13)};
     b.receive({0x90, 0x00, 0x00});
+    EXPECT_EQ(listener->lastPingAt, TimePoint{seconds(13)});
     EXPECT_EQ(listener->heard, (Texts{"A ping 1", "A ping 2", "B ping 1"}));
     EXPECT_EQ(a.services.sent, (Packets{{0x90, 0x00, 0x7F}, {0x90, 0x00, 0x7F}}));
     EXPECT_EQ(b.services.sent, (Packets{{0x90, 0x00, 0x7F}}));

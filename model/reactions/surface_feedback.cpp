@@ -116,16 +116,15 @@ void SurfaceFeedback::showTransportLed(int port, bool on) {
 
 // ---- Pings
 
-void SurfaceFeedback::pingReceived(SurfaceID surface, int pingCount) {
-    jobs.runOnMain([this, surface, pingCount] { notePing(surface, pingCount); });
+void SurfaceFeedback::pingReceived(SurfaceID surface, int pingCount, TimePoint at) {
+    jobs.runOnMain([this, surface, pingCount, at] { notePing(surface, pingCount, at); });
 }
 
-void SurfaceFeedback::notePing(SurfaceID surface, int pingCount) {
+void SurfaceFeedback::notePing(SurfaceID surface, int pingCount, TimePoint at) {
     assert(jobs.runtime.onMain());
-    const TimePoint now = jobs.runtime.now();
     TimePoint& last = surface == SurfaceID::A ? state.presence.lastPing : state.presence.lastPingB;
-    if (now - last > pingPause) state.presence.firstPingAt = now;
-    last = now;
+    if (at - last > pingPause) state.presence.firstPingAt = at;
+    last = at;
     if (surface == SurfaceID::B) return;
     state.published.pingCount = pingCount;
     state.published.changed();

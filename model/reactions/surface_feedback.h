@@ -36,7 +36,7 @@ public:
     void meterShown(Strip strip, int side, int level) override;
     void vpotShown(Strip strip, int value, bool centre, bool rightSide) override;
     void ledShown(SurfaceID surface, int zone, int port, bool on) override;
-    void pingReceived(SurfaceID surface, int pingCount) override;
+    void pingReceived(SurfaceID surface, int pingCount, TimePoint at) override;
 
 private:
     void showFader(Strip strip, double value);
@@ -45,7 +45,7 @@ private:
     void showStripLed(Strip strip, int port, bool on);
     void showSelect(Strip strip, bool on);
     void showTransportLed(int port, bool on);
-    void notePing(SurfaceID surface, int pingCount);
+    void notePing(SurfaceID surface, int pingCount, TimePoint at);
 
     const Jobs& jobs;
     ReceiverState& state;

@@ -236,6 +236,7 @@ TEST_F(SurfaceFeedbackTest, WhatOtherThreadsWaitForDoesNotWaitForTheMainThread) 
     bench.surfaceA.send({0xA0, 0x02, 0x15}); // strip 2, right
     bench.surfaceA.name(1, "Wrt ");
     bench.surfaceA.ping();
+    const TimePoint sent = world.runtime.now();
     world.runtime.sleepFor(1ms); // runs no job of the main thread
     EXPECT_EQ(bench.parts().meters.fall()[5], 5);
     EXPECT_EQ(displays.endProbe(), 4);
@@ -245,6 +246,8 @@ TEST_F(SurfaceFeedbackTest, WhatOtherThreadsWaitForDoesNotWaitForTheMainThread) 
     EXPECT_EQ(state.published.strips[1].name, "");
     settle();
     EXPECT_EQ(state.published.pingCount, 1);
+    EXPECT_EQ(state.presence.lastPing, sent);
+    EXPECT_EQ(state.presence.firstPingAt, sent);
     EXPECT_EQ(state.published.strips[1].name, "Wrt");
 }
 
