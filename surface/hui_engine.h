@@ -87,6 +87,17 @@ public:
     // Turns a V-Pot by `delta` clicks, clockwise when positive, clamped to 63 in either direction. 0 sends nothing.
     void sendVpotDelta(int strip, int delta);
 
+    // ---- What is down: each switch and touch whose last edge went out as down. Any thread.
+
+    bool isDown(int zone, int port);
+
+    // Releases everything that is down, in the order of zones and then of ports. The timed releases of presses before
+    // this (pressSwitch, channelMove, resetPanAssignToLeft) then send nothing.
+    void letGo();
+
+    // Lets go, and from now on sends no edge of a switch or touch at all. For the end of the program.
+    void letGoForGood();
+
     // ---- Pan side: which side of stereo pans the V-Pots show. HUI does not report it, so the code that presses the
     // PAN key also calls flipPanSide. Any thread.
 
@@ -108,7 +119,17 @@ public:
     std::optional<TimePoint> lastPingAt; // receive thread only
 
 private:
-    void sendPair(std::array<std::uint8_t, 3> first, std::array<std::uint8_t, 3> second) LUMBRINE_EXCLUDES(txLock);
+    static constexpr int portsOfZone = 16;
+    using Switches = std::bitset<std::size_t{256} * portsOfZone>; // a bit for each port of each zone
+
+    static std::size_t switchAt(int zone, int port);
+
+    void sendPair(std::array<std::uint8_t, 3> first, std::array<std::uint8_t, 3> second) LUMBRINE_REQUIRES(txLock);
+    void sendEdge(int zone, int port, bool on) LUMBRINE_REQUIRES(txLock);
+    std::uint64_t press(int zone, int port); // returns the number for `endPress`
+    void endPress(int zone, int port, std::uint64_t number);
+    void pressAndWait(int zone, int port, Duration duration);
+    void releaseAll(Switches switches) LUMBRINE_REQUIRES(txLock);
     void takeSysexEdge(std::uint8_t status);
     void handleSysex(ByteView message);
     void handleVoice(std::uint8_t status, std::uint8_t data1, std::uint8_t data2);
@@ -123,6 +144,10 @@ private:
     const Bilingual text;
 
     Mutex txLock; // held while `send` gets the messages of one action; the back end may take its own lock inside
+    Switches down LUMBRINE_GUARDED_BY(txLock);
+    std::uint64_t timesLetGo LUMBRINE_GUARDED_BY(txLock) = 0;
+    bool ended LUMBRINE_GUARDED_BY(txLock) = false;
+
     Mutex panLock;
     bool panRightSide LUMBRINE_GUARDED_BY(panLock) = false;
 

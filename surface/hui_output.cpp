@@ -48,7 +48,6 @@ HUIEngine::HUIEngine(Runtime& rt, Bilingual bilingual)
 
 void HUIEngine::sendPair(std::array<std::uint8_t, 3> first, std::array<std::uint8_t, 3> second) {
     // A zone select of another thread between the two would send this port to the wrong zone.
-    const Lock lock(txLock);
     send(first);
     send(second);
 }
@@ -57,7 +56,20 @@ void HUIEngine::sendFader(int strip, double value) {
     assert(!std::isnan(value));
     if (!onThisSurface(strip)) return;
     const FaderValue fader = FaderValue::ofUnit(value);
+    const Lock lock(txLock);
     sendPair(controlChange(strip, fader.high()), controlChange(faderLow + strip, fader.low()));
+}
+
+// ---- Switches and touches
+
+std::size_t HUIEngine::switchAt(int zone, int port) {
+    return static_cast<std::size_t>((zone & 0xFF) * portsOfZone + (port & 0x0F));
+}
+
+void HUIEngine::sendEdge(int zone, int port, bool on) {
+    if (ended) return;
+    down.set(switchAt(zone, port), on);
+    sendPair(controlChange(zoneSelect, zone), controlChange(portState, portByte(port, on)));
 }
 
 void HUIEngine::touch(int strip) {
@@ -69,42 +81,77 @@ void HUIEngine::release(int strip) {
 }
 
 void HUIEngine::switchEdge(int zone, int port, bool on) {
-    sendPair(controlChange(zoneSelect, zone & 0x7F), controlChange(portState, portByte(port, on)));
+    const Lock lock(txLock);
+    sendEdge(zone & 0x7F, port, on);
+}
+
+std::uint64_t HUIEngine::press(int zone, int port) {
+    const Lock lock(txLock);
+    sendEdge(zone, port, true);
+    return timesLetGo;
+}
+
+void HUIEngine::endPress(int zone, int port, std::uint64_t number) {
+    const Lock lock(txLock);
+    if (number == timesLetGo) sendEdge(zone, port, false);
 }
 
 void HUIEngine::pressSwitch(int zone, int port) {
     assert(zone >= 0 && zone <= 0xFF);
-    sendPair(controlChange(zoneSelect, zone), controlChange(portState, portByte(port, true)));
+    const std::uint64_t number = press(zone, port);
     log("→ switch zone" + std::to_string(zone) + " port" + std::to_string(port) + text(" pressed", " 押下"));
-    runtime.backgroundAfter(pressDuration, [weak = weak_from_this(), zone, port] {
-        if (const auto engine = weak.lock())
-            engine->sendPair(controlChange(zoneSelect, zone), controlChange(portState, portByte(port, false)));
+    runtime.backgroundAfter(pressDuration, [weak = weak_from_this(), zone, port, number] {
+        if (const auto engine = weak.lock()) engine->endPress(zone, port, number);
     });
 }
 
+void HUIEngine::pressAndWait(int zone, int port, Duration duration) {
+    const std::uint64_t number = press(zone, port);
+    runtime.sleepFor(duration);
+    endPress(zone, port, number);
+}
+
 void HUIEngine::channelMove(int port) {
-    if (port < 0 || port >= bankPorts) return;
-    switchEdge(hui::bankZone, port, true);
-    runtime.sleepFor(bankPressDuration);
-    switchEdge(hui::bankZone, port, false);
+    if (port >= 0 && port < bankPorts) pressAndWait(hui::bankZone, port, bankPressDuration);
 }
 
 // Each press of PAN switches between the left and the right side, and the host does not report which one is shown.
 // After another assignment, the first press of PAN always shows the left side.
 void HUIEngine::resetPanAssignToLeft() {
-    switchEdge(hui::assignZone, hui::sendAAssignPort, true);
+    pressAndWait(hui::assignZone, hui::sendAAssignPort, pressDuration);
     runtime.sleepFor(pressDuration);
-    switchEdge(hui::assignZone, hui::sendAAssignPort, false);
-    runtime.sleepFor(pressDuration);
-    switchEdge(hui::assignZone, hui::panAssignPort, true);
-    runtime.sleepFor(pressDuration);
-    switchEdge(hui::assignZone, hui::panAssignPort, false);
+    pressAndWait(hui::assignZone, hui::panAssignPort, pressDuration);
     {
         const Lock lock(panLock);
         panRightSide = false;
     }
     log(text("→ pan mode force-reset to Pan Left (SEND A→PAN)", "→ パンモードを Pan Left へ強制リセット(SEND A→PAN)"));
 }
+
+bool HUIEngine::isDown(int zone, int port) {
+    const Lock lock(txLock);
+    return down.test(switchAt(zone, port));
+}
+
+void HUIEngine::letGo() {
+    const Lock lock(txLock);
+    releaseAll(down);
+}
+
+void HUIEngine::letGoForGood() {
+    const Lock lock(txLock);
+    releaseAll(down);
+    ended = true;
+}
+
+void HUIEngine::releaseAll(Switches switches) {
+    ++timesLetGo;
+    for (int zone = 0; zone <= 0xFF; ++zone)
+        for (int port = 0; port < portsOfZone; ++port)
+            if (switches.test(switchAt(zone, port))) sendEdge(zone, port, false);
+}
+
+// ---- V-Pots
 
 void HUIEngine::sendVpotDelta(int strip, int delta) {
     if (!onThisSurface(strip) || delta == 0) return;

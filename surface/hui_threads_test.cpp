@@ -65,5 +65,47 @@ TEST(HUIThreads, AnswerAPingWhileAnotherThreadSends) {
     EXPECT_TRUE(between);
 }
 
+using Switch = std::pair<int, int>; // zone and port
+
+std::set<Switch> downAtTheEndOf(const Messages& wire) {
+    std::set<Switch> down;
+    int zone = 0;
+    for (const Bytes& message : wire) {
+        if (message[1] == 0x0F) zone = message[2];
+        if (message[1] != 0x2F) continue;
+        const Switch pressed{zone, message[2] & 0x0F};
+        if ((message[2] & 0x40) != 0)
+            down.insert(pressed);
+        else
+            down.erase(pressed);
+    }
+    return down;
+}
+
+TEST(HUIThreads, LeaveNothingDownWhenOneLetsGoForGood) {
+    std::set<std::size_t> lengths;
+    for (std::uint64_t seed = 1; seed <= 100; ++seed) {
+        VirtualRuntime runtime({.seed = seed});
+        const auto engine = std::make_shared<HUIEngine>(runtime, Bilingual(false));
+        Messages wire;
+        engine->log = [](const std::string&) {};
+        engine->send = [&](ByteView message) {
+            wire.emplace_back(message.begin(), message.end());
+            runtime.yield("a message on the wire");
+        };
+        for (int thread = 0; thread < 4; ++thread)
+            runtime.background(Priority::normal, [&, thread] {
+                engine->touch(thread);
+                engine->pressSwitch(thread, hui::mutePort);
+                engine->channelMove(thread);
+            });
+        runtime.background(Priority::normal, [&] { engine->letGoForGood(); });
+        runtime.runFor(seconds(1));
+        EXPECT_EQ(downAtTheEndOf(wire), std::set<Switch>{}) << "seed " << seed;
+        lengths.insert(wire.size());
+    }
+    EXPECT_GT(lengths.size(), 5u);
+}
+
 } // namespace
 } // namespace lumbrine
