@@ -111,9 +111,11 @@ public:
     // bytes (F8-FF), which are skipped wherever they stand. Decoding voice messages allocates nothing.
     void handleIncoming(ByteView bytes);
 
-    // Forgets what is half received: an unfinished SysEx message, the high halves of faders and the selected zone. For
-    // ports that were lost, because the rest will not come.
-    void forgetIncoming();
+    // To be called when the ports were lost and are there again. Forgets what is half received, because the rest will
+    // not come: an unfinished SysEx message, the high halves of faders and the selected zone. The host may have missed
+    // any release. So with its next ping, which shows that it listens again, everything that has been down since the
+    // last such ping is released.
+    void portsAreBack();
 
     std::atomic<int> pingCount{0};       // pings answered; readable from any thread
     std::optional<TimePoint> lastPingAt; // receive thread only
@@ -130,6 +132,7 @@ private:
     void endPress(int zone, int port, std::uint64_t number);
     void pressAndWait(int zone, int port, Duration duration);
     void releaseAll(Switches switches) LUMBRINE_REQUIRES(txLock);
+    void releaseAllAgain();
     void takeSysexEdge(std::uint8_t status);
     void handleSysex(ByteView message);
     void handleVoice(std::uint8_t status, std::uint8_t data1, std::uint8_t data2);
@@ -145,6 +148,7 @@ private:
 
     Mutex txLock; // held while `send` gets the messages of one action; the back end may take its own lock inside
     Switches down LUMBRINE_GUARDED_BY(txLock);
+    Switches usedSinceReturn LUMBRINE_GUARDED_BY(txLock); // `down`, and what was down since the ports were lost last
     std::uint64_t timesLetGo LUMBRINE_GUARDED_BY(txLock) = 0;
     bool ended LUMBRINE_GUARDED_BY(txLock) = false;
 
@@ -155,6 +159,7 @@ private:
     std::array<std::uint8_t, 8> pendingHi{}; // last fader high byte for each strip
     Bytes sysexBuf;                          // the incomplete SysEx message; allocated once, in the constructor
     int rxZone = -1;                         // the zone that Pro Tools selected last; -1 before the first
+    bool hostMissedReleases = false;         // from the return of the ports to the next ping
     std::bitset<256> seenUnknownCC;
 };
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
+#include <utility>
 
 namespace lumbrine {
 
@@ -80,10 +81,11 @@ void HUIEngine::handleIncoming(ByteView bytes) {
     if (sysexBuf.size() > sysexLimit) sysexBuf.clear();
 }
 
-void HUIEngine::forgetIncoming() {
+void HUIEngine::portsAreBack() {
     sysexBuf.clear();
     pendingHi.fill(0);
     rxZone = -1;
+    hostMissedReleases = true;
 }
 
 // Any status byte ends a SysEx message, but only F7 completes it: before any other, the rest of it was lost.
@@ -166,6 +168,7 @@ void HUIEngine::handlePing() {
     // Without txLock: the answer to a ping must not wait for another thread that is sending. A single message cannot be
     // interleaved.
     send(pingReply);
+    if (std::exchange(hostMissedReleases, false)) releaseAllAgain();
     const int count = ++pingCount;
     lastPingAt = runtime.now();
     if (count == 1 || count % 10 == 0)

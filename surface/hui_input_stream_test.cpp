@@ -213,10 +213,10 @@ TEST_F(HUIInputStream, AnswersAPingWhereverItStandsInAPacket) {
     }
 }
 
-TEST_F(HUIInputStream, ForgetsWhatWasHalfReceived) {
+TEST_F(HUIInputStream, ForgetsWhatWasHalfReceivedWhenThePortsAreBack) {
     receive({0xB0, 0x0C, 0x03, 0xB0, 0x05, 0x7F});
     receive(displayText(1, kick));
-    engine.forgetIncoming();
+    engine.portsAreBack();
     receive(end);                                  // of the text
     receive({0xB0, 0x2C, 0x42, 0xB0, 0x25, 0x02}); // a port without its zone, and the low half of a fader
     EXPECT_EQ(trace.events, Texts{"fader 5 at 2"});

@@ -131,6 +131,32 @@ TEST_F(HUILetGo, ReleasesAPressOnceThoughTheSwitchWasPressedTwice) {
     EXPECT_EQ(sent(), Messages{});
 }
 
+// While the ports were lost, the host may have missed any release. It listens again when it pings.
+TEST_F(HUILetGo, ReleasesWhatWasDownAtTheFirstPingAfterTheReturnOfThePorts) {
+    const Bytes ping{0x90, 0x00, 0x00};
+    const Messages answer{{0x90, 0x00, 0x7F}};
+    engine->touch(6);
+    engine->touch(1);
+    engine->release(1);
+    sent();
+    engine->portsAreBack();
+    EXPECT_EQ(sent(), Messages{});
+    engine->pressSwitch(2, hui::mutePort);
+    sent();
+    engine->handleIncoming(ping);
+    EXPECT_EQ(sent(), answer + released(1, 0) + released(2, 2) + released(6, 0));
+    EXPECT_FALSE(engine->isDown(6, hui::touchPort));
+    runtime.runFor(milliseconds(1000));
+    engine->handleIncoming(ping);
+    EXPECT_EQ(sent(), answer);
+
+    engine->touch(3);
+    engine->portsAreBack();
+    sent();
+    engine->handleIncoming(ping);
+    EXPECT_EQ(sent(), answer + released(3, 0));
+}
+
 TEST_F(HUILetGo, LetsTheOwnerReleaseAgain) {
     engine->touch(1);
     engine->letGo();

@@ -69,6 +69,7 @@ std::size_t HUIEngine::switchAt(int zone, int port) {
 void HUIEngine::sendEdge(int zone, int port, bool on) {
     if (ended) return;
     down.set(switchAt(zone, port), on);
+    if (on) usedSinceReturn.set(switchAt(zone, port));
     sendPair(controlChange(zoneSelect, zone), controlChange(portState, portByte(port, on)));
 }
 
@@ -142,6 +143,12 @@ void HUIEngine::letGoForGood() {
     const Lock lock(txLock);
     releaseAll(down);
     ended = true;
+}
+
+void HUIEngine::releaseAllAgain() {
+    const Lock lock(txLock);
+    releaseAll(usedSinceReturn);
+    usedSinceReturn.reset();
 }
 
 void HUIEngine::releaseAll(Switches switches) {

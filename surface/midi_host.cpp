@@ -34,6 +34,10 @@ std::expected<void, MIDIError> MIDIHost::start() {
     if (!result) return result;
     source = newSource;
 
+    services.onReturn(client, [weak = weak_from_this()] {
+        const auto host = weak.lock();
+        if (host && host->onReturn) host->onReturn();
+    });
     // The services may call `read` until they end, which may be after this host is gone.
     auto read = [weak = weak_from_this()](ByteView packetList) {
         const auto host = weak.lock();

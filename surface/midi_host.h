@@ -31,6 +31,10 @@ public:
     // not change it afterwards.
     std::function<void(ByteView)> onIncoming;
 
+    // Called on the same thread when the ports were lost and are there again, before the first packet after that. Set it
+    // before `start`.
+    std::function<void()> onReturn;
+
     // Creates client, source and destination, in this order, then sets the unique IDs; their failure is ignored. When a
     // creation fails, the rest is not created and what exists stays. Call once, on any thread.
     std::expected<void, MIDIError> start();

@@ -128,6 +128,19 @@ TEST_F(MIDIHostTest, DropsWhatArrivesWhenNobodyListens) {
     EXPECT_EQ(services.lists, Packets{});
 }
 
+TEST_F(MIDIHostTest, TellsWhenItsPortsAreBackAfterALoss) {
+    int returns = 0;
+    host->onReturn = [&] { ++returns; };
+    ASSERT_TRUE(host->start());
+    services.portsAreBack();
+    EXPECT_EQ(returns, 1);
+    host->onReturn = nullptr;
+    services.portsAreBack();
+    host.reset();
+    services.portsAreBack();
+    EXPECT_EQ(returns, 1);
+}
+
 TEST_F(MIDIHostTest, DropsWhatArrivesWhenItIsGone) {
     int incoming = 0;
     host->onIncoming = [&](ByteView) { ++incoming; };

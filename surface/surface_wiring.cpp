@@ -54,6 +54,9 @@ void wireSurface(SurfaceID surface, const std::shared_ptr<HUIEngine>& engine, co
     engine->send = [host](ByteView message) { host->send(message); };
     wireLog(surface, *engine, listener);
     wireCallbacks(surface, *engine, listener);
+    host->onReturn = [weakEngine = std::weak_ptr(engine)] {
+        if (const auto heldEngine = weakEngine.lock()) heldEngine->portsAreBack();
+    };
     host->onIncoming = [surface, weakEngine = std::weak_ptr(engine), weak = std::move(listener)](ByteView packet) {
         const auto heldEngine = weakEngine.lock();
         const auto heldListener = weak.lock();

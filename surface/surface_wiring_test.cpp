@@ -166,6 +166,17 @@ TEST_F(SurfaceWiring, ReportsEveryPingThatWasAnsweredAndNoOther) {
     EXPECT_EQ(a.services.sent.size(), 2u);
 }
 
+TEST_F(SurfaceWiring, BeginsAnewWhenThePortsAreBack) {
+    a.engine->touch(1);
+    a.receive({0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x10, 0x03, 0x20, 0x41, 0x62, 0x20});
+    a.services.sent.clear();
+    a.services.portsAreBack();
+    a.receive({0xF7});
+    a.receive({0x90, 0x00, 0x00});
+    EXPECT_EQ(listener->heard, Texts{"A ping 1"});
+    EXPECT_EQ(a.services.sent, (Packets{{0x90, 0x00, 0x7F}, {0xB0, 0x0F, 0x01}, {0xB0, 0x2F, 0x00}}));
+}
+
 TEST_F(SurfaceWiring, MarksTheLogOfTheSecondSurface) {
     a.engine->log("← LED");
     b.engine->log("← LED");
@@ -192,6 +203,7 @@ TEST_F(SurfaceWiring, DropsWhatArrivesWhenNobodyListensAnyMore) {
 
 TEST_F(SurfaceWiring, DropsWhatArrivesWhenTheEngineIsGone) {
     a.engine.reset();
+    a.services.portsAreBack();
     a.receive({0x90, 0x00, 0x00});
     EXPECT_EQ(listener->heard, Texts{});
     EXPECT_EQ(a.services.sent, Packets{});

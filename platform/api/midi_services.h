@@ -27,6 +27,14 @@ public:
     virtual MIDIStatus createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
                                          MIDIEndpointRef& destination) = 0;
 
+    // `back` is called on the MIDI receive thread when the client's ports were lost with the system's MIDI service and
+    // are there again, before anything else arrives: what was under way in either direction never came. Call it before
+    // createDestination. Back ends that never lose their ports ignore it.
+    virtual void onReturn(MIDIClientRef client, std::function<void()> back) {
+        static_cast<void>(client);
+        static_cast<void>(back);
+    }
+
     // Gives the endpoint an ID by which other programs recognise it after a restart. Back ends without such IDs ignore
     // it.
     virtual MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) = 0;

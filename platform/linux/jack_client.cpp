@@ -45,8 +45,9 @@ JackOutput* JackClient::addOutput(const std::string& portName) {
     return add(std::move(port)) ? added : nullptr;
 }
 
-JackInput* JackClient::addInput(const std::string& portName, std::function<void(ByteView)> read) {
-    auto port = std::make_shared<JackInput>(portName, std::move(read));
+JackInput* JackClient::addInput(const std::string& portName, std::function<void(ByteView)> read,
+                                std::function<void()> isBack) {
+    auto port = std::make_shared<JackInput>(portName, std::move(read), std::move(isBack));
     JackInput* const added = port.get();
     if (!add(std::move(port))) return nullptr;
     if (!receiver) receiver = runtime.startThread("midi receive", [this] { receive(); });

@@ -43,7 +43,8 @@ public:
     // Adds a port, before or after `start`. Null when JACK refuses the name or does not answer, and when there are
     // maxPorts already. The port lives as long as the client. One thread at a time.
     JackOutput* addOutput(const std::string& portName);
-    JackInput* addInput(const std::string& portName, std::function<void(ByteView event)> read);
+    JackInput* addInput(const std::string& portName, std::function<void(ByteView event)> read,
+                        std::function<void()> isBack = {});
 
     // The number of events that were lost because a ring was full, in all ports since the start. Any thread.
     std::uint64_t dropped() const;

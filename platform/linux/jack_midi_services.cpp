@@ -40,9 +40,13 @@ MIDIStatus JackMIDIServices::createDestination(MIDIClientRef client, const std::
                                                MIDIEndpointRef& destination) {
     if (client == 0 || client > clientCount) return -EINVAL;
     auto readEvent = [read = std::move(read)](ByteView event) { readInPackets(event, read); };
-    if (destinations->addInput(name, std::move(readEvent)) == nullptr) return JackFailure;
+    if (destinations->addInput(name, std::move(readEvent), returns[client]) == nullptr) return JackFailure;
     destination = firstDestination + destinationCount++;
     return 0;
+}
+
+void JackMIDIServices::onReturn(MIDIClientRef client, std::function<void()> back) {
+    returns[client] = std::move(back);
 }
 
 MIDIStatus JackMIDIServices::setUniqueID(MIDIEndpointRef /*endpoint*/, std::int32_t /*uniqueID*/) {

@@ -11,6 +11,8 @@
 
 #include <array>
 #include <atomic>
+#include <functional>
+#include <map>
 #include <memory>
 
 namespace lumbrine {
@@ -30,6 +32,8 @@ public:
     MIDIStatus createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
                                  MIDIEndpointRef& destination) override;
 
+    void onReturn(MIDIClientRef client, std::function<void()> back) override;
+
     // Does nothing and succeeds: JACK identifies ports by their names only.
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override;
 
@@ -46,6 +50,7 @@ private:
     MIDIEndpointRef destinationCount = 0;
     std::array<std::atomic<JackOutput*>, JackClient::maxPorts + 1> outputs{}; // by source; 0 is none
     MIDIEndpointRef sourceCount = 0;
+    std::map<MIDIClientRef, std::function<void()>> returns;
 
     JackClient::Pointer sources;
     JackClient::Pointer destinations;

@@ -3,6 +3,8 @@
 #include <jack/jack.h>
 #include <jack/midiport.h>
 
+#include <utility>
+
 namespace lumbrine {
 
 bool JackPort::registerWith(jack_client_t* client) {
@@ -51,8 +53,9 @@ void JackOutput::forget() {
     ring.clear();
 }
 
-JackInput::JackInput(std::string portName, std::function<void(ByteView)> eventReader)
-    : JackPort(std::move(portName), JackPortIsInput), read(std::move(eventReader)), ring(jackPortCapacity) {}
+JackInput::JackInput(std::string portName, std::function<void(ByteView)> eventReader, std::function<void()> portIsBack)
+    : JackPort(std::move(portName), JackPortIsInput), read(std::move(eventReader)), isBack(std::move(portIsBack)),
+      ring(jackPortCapacity) {}
 
 bool JackInput::process(jack_nframes_t frames) {
     void* buffer = jack_port_get_buffer(port, frames);
@@ -66,11 +69,16 @@ bool JackInput::process(jack_nframes_t frames) {
 }
 
 void JackInput::deliver(std::span<std::uint8_t> scratch) {
+    if (returned.exchange(false) && isBack) isBack();
     while (const std::size_t size = ring.nextSize()) {
         const std::span<std::uint8_t> event = scratch.first(size);
         ring.pop(event);
         read(event);
     }
+}
+
+void JackInput::forget() {
+    if (std::exchange(registeredBefore, true)) returned = true;
 }
 
 } // namespace lumbrine

@@ -80,16 +80,20 @@ private:
 // Receives from the connected ports.
 class JackInput final : public JackPort {
 public:
-    // Calls `eventReader` with each event, on the client's receive thread.
-    JackInput(std::string portName, std::function<void(ByteView event)> eventReader);
+    // Calls `eventReader` with each event, and `portIsBack` before the first event after a restart of the server, both
+    // on the client's receive thread.
+    JackInput(std::string portName, std::function<void(ByteView event)> eventReader, std::function<void()> portIsBack);
 
     bool process(jack_nframes_t frames) override;
     void deliver(std::span<std::uint8_t> scratch) override;
 
 private:
-    void forget() override {}
+    void forget() override;
 
     const std::function<void(ByteView)> read;
+    const std::function<void()> isBack;
+    bool registeredBefore = false; // server thread only
+    std::atomic<bool> returned{false};
     EventRing ring;
 };
 

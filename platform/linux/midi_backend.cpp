@@ -86,6 +86,9 @@ public:
                                  MIDIEndpointRef& destination) override {
         return choice->made().createDestination(client, name, std::move(read), destination);
     }
+    void onReturn(MIDIClientRef client, std::function<void()> back) override {
+        choice->made().onReturn(client, std::move(back));
+    }
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override {
         return choice->made().setUniqueID(endpoint, uniqueID);
     }

@@ -38,6 +38,8 @@ public:
         return 0;
     }
 
+    void onReturn(MIDIClientRef, std::function<void()> back) override { portsAreBack = std::move(back); }
+
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override {
         calls.push_back("id of " + std::to_string(endpoint) + " is " + std::to_string(uniqueID));
         return uniqueIDStatus;
@@ -56,10 +58,11 @@ public:
     MIDIStatus destinationStatus = 0;
     MIDIStatus uniqueIDStatus = 0;
 
-    std::vector<std::string> calls;   // all but the sending, in order
-    std::vector<Bytes> lists;         // every packet list sent
-    std::vector<Bytes> sent;          // the packets in them
-    MIDIReadBlock deliver;            // what the destination does with a packet list
+    std::vector<std::string> calls; // all but the sending, in order
+    std::vector<Bytes> lists;       // every packet list sent
+    std::vector<Bytes> sent;        // the packets in them
+    MIDIReadBlock deliver;          // what the destination does with a packet list
+    std::function<void()> portsAreBack;
     std::function<void()> onReceived; // after each sending, when set
 };
 

@@ -111,6 +111,16 @@ TEST_P(JackRestart, BringsThePortsBackUnderTheirNamesAndConnectsThem) {
     EXPECT_TRUE(carriesBothWays(b, Bytes{0xB0, 0x0F, 0x00}, Bytes{0xB0, 0x0C, 0x01}));
 }
 
+TEST_P(JackRestart, ReportsTheReturnOfThePortsBeforeTheFirstEvent) {
+    EXPECT_EQ(a.returns, 0);
+    killServer();
+    jack.start();
+    ASSERT_TRUE(waitUntil([this] { return bothConnected(); }));
+    a.atReceiver.clear();
+    EXPECT_TRUE(carriesBothWays(a, Bytes{0x90, 0x00, 0x7F}, Bytes{0x90, 0x00, 0x00}));
+    EXPECT_EQ(a.returns, 1);
+}
+
 TEST_P(JackRestart, DeliversNothingLateThatWasSentWhileTheServerHungOrWasAway) {
     const Bytes whileItHung{0xFF};
     const Bytes lastWhileItHung{0xFE};

@@ -9,6 +9,7 @@
 #include "tests/interop/midi_recorder.h"
 #include "tests/interop/private_jack.h"
 
+#include <atomic>
 #include <memory>
 #include <string>
 
@@ -23,6 +24,7 @@ struct Surface {
     MIDIEndpointRef source = 0;
     MIDIEndpointRef destination = 0;
     MIDIRecorder atReceiver;
+    std::atomic<int> returns{0}; // of the ports after a loss
     MIDIRecorder atHost;
     std::unique_ptr<MIDIConnection> host;
 };
@@ -37,6 +39,7 @@ public:
         MIDIStatus status = services.createClient(surface.name, surface.client);
         if (status == 0) status = services.createSource(surface.client, surface.name, surface.source);
         if (status != 0) return status;
+        services.onReturn(surface.client, [&surface] { ++surface.returns; });
         return services.createDestination(surface.client, surface.name, surface.atReceiver.asReadBlock(),
                                           surface.destination);
     }
