@@ -22,12 +22,7 @@ inline constexpr auto notYet = std::to_array<NotYet>({
                         "datagram gets lost."},
     {"false-receiver", "A datagram that only a receiver sends makes its sender the client or is answered, also when it "
                        "comes from the receiver's own address."},
-    {"packed-messages", "A ping that does not begin its packet is answered and not counted: Pro Tools counts as gone."},
-    {"realtime-within", "A realtime byte in a message spoils it: displays, faders and LEDs are read wrongly."},
-    {"cut-sysex", "A SysEx without its end makes a surface deaf while Pro Tools counts as there."},
-    {"running-status", "Of controllers that share a status byte the first alone is read."},
     {"packed-displays", "Of several displays in one SysEx the first alone is read."},
-    {"ping-note-off", "A ping that arrives as a note-off is never answered."},
     {"fill-at-session-open", "Names that no bank move brings again stay unknown, as those of a session of one bank."},
     {"slow-host", "A host that needs more than 0.27 s counts as unmoved: scans go wrong and begin anew without end."},
     {"older-service", "Requests are of version 5 alone: a service before 2024.10 refuses all, and no names come."},
