@@ -27,6 +27,10 @@ JackClient::Pointer JackClient::make(Runtime& rt, JackServer& jackServer, std::s
 void JackClient::Ending::operator()(JackClient* client) const {
     // Shared with the job on the server thread: whichever of the two is last deletes the client.
     const std::shared_ptr<JackClient> ending(client, [](JackClient* last) { delete last; });
+    if (ending->live && ending->portCount > 0) {
+        ending->sendingLast = true;
+        ending->lastSent.waitFor(lastCyclesTime);
+    }
     if (ending->started) ending->server.remove(ending);
     ending->stopping = true;
     ending->arrivals.ring();
@@ -127,10 +131,16 @@ int JackClient::process(jack_nframes_t frames, void* self) {
     auto& me = *static_cast<JackClient*>(self);
     const std::size_t count = me.portCount.load(std::memory_order_acquire);
     bool arrived = false;
+    const bool isLast = me.sendingLast; // read before the rings, so that it finds all that was sent before
+    bool waiting = false;
     me.server.beginCycle();
-    for (std::size_t i = 0; i < count; ++i)
+    for (std::size_t i = 0; i < count; ++i) {
+        waiting |= me.ports[i]->hasWaiting();
         arrived |= me.ports[i]->process(frames);
+    }
     me.server.endCycle();
+    // The cycle before this one has taken the last events to their readers.
+    if (isLast && !waiting) me.lastSent.ring();
     if (arrived) me.arrivals.ring();
     // The first cycle shows that the server runs this client; the server thread waits for it.
     if (!me.hasRun.exchange(true)) me.server.look();

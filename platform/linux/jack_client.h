@@ -21,13 +21,15 @@ namespace lumbrine {
 class JackClient final : public JackServer::Client {
 public:
     static constexpr std::size_t maxPorts = 16;
+    static constexpr Duration lastCyclesTime = seconds(0.1);
 
     // Called on the server thread: with the open client after opening and whenever ports or connections of the server
     // have changed, and with null after closing. Returns false to be called again soon.
     using Reviewer = std::function<bool(jack_client_t*)>;
 
-    // Ends the client: removes its ports and waits for its readers. When the server thread does not close it in time
-    // (JackServer::remove), the object stays alive until it does, and the reviewer may be called once more.
+    // Ends the client: waits until the server has taken what was sent, but no longer than `lastCyclesTime`; removes the
+    // ports and waits for their readers. When the server thread does not close it in time (JackServer::remove), the
+    // object stays alive until it does, and the reviewer may be called once more.
     struct Ending {
         void operator()(JackClient* client) const;
     };
@@ -78,6 +80,9 @@ private:
     // Ports are never removed. Storing the count publishes a new port to the other threads.
     std::array<std::shared_ptr<JackPort>, maxPorts> ports;
     std::atomic<std::size_t> portCount{0};
+
+    std::atomic<bool> sendingLast{false};
+    Bell lastSent; // rung in a cycle that finds nothing to send, while sendingLast
 
     Bell arrivals;
     std::atomic<bool> stopping{false};

@@ -32,6 +32,9 @@ public:
     // The realtime thread's part of one cycle. Neither waits nor allocates. True when there are events to deliver.
     virtual bool process(jack_nframes_t frames) = 0;
 
+    // Whether events wait to be sent. On the realtime thread.
+    virtual bool hasWaiting() const { return false; }
+
     // The receive thread's part: passes the events that have arrived to the reader. `scratch` has room for the longest.
     virtual void deliver(std::span<std::uint8_t> scratch) = 0;
 
@@ -67,6 +70,7 @@ public:
     void send(ByteView event);
 
     bool process(jack_nframes_t frames) override;
+    bool hasWaiting() const override { return ring.nextSize() != 0; }
     void deliver(std::span<std::uint8_t> /*scratch*/) override {}
 
 private:
