@@ -19,6 +19,8 @@ void stopWhenGone(MainLoop& loop, const std::weak_ptr<const void>& model) {
 
 void endReceiver(MainLoop& loop, RealRuntime& runtime, StreamSockets& streams, std::shared_ptr<ReceiverModel>& model) {
     if (!model) return;
+    // While the ports are there, and before jobs end early: whatever they press from now on is not sent.
+    model->letGo();
     // First both shutdowns, so that no job holds the model in a sleep or in a call to the scripting service.
     runtime.shutDown();
     streams.shutDown();

@@ -11,8 +11,9 @@
 
 namespace lumbrine {
 
-// Wakes all sleeps and all waits on sockets, releases the model, and stops the loop when no job holds the model any
-// more. `model` is null afterwards. Call it on the main thread while the loop runs. A second call does nothing.
+// Lets go of what is down in Pro Tools, wakes all sleeps and all waits on sockets, releases the model, and stops the
+// loop when no job holds the model any more. `model` is null afterwards. Call it on the main thread while the loop
+// runs. A second call does nothing.
 void endReceiver(MainLoop& loop, RealRuntime& runtime, StreamSockets& streams, std::shared_ptr<ReceiverModel>& model);
 
 } // namespace lumbrine

@@ -71,6 +71,11 @@ void ReceiverModel::reconnectToPT() {
     parts->reconnection.reconnectToPT();
 }
 
+void ReceiverModel::letGo() {
+    assert(parts->jobs.runtime.onMain());
+    parts->surfaces.letGo();
+}
+
 void ReceiverModel::runDemo() {
     assert(parts->jobs.runtime.onMain());
     parts->faderSweep.run();

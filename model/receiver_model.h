@@ -52,6 +52,10 @@ public:
     // The test sweep: takes the fader of strip 0 up and down once. Main thread.
     void runDemo();
 
+    // For the end of the program, while the MIDI ports are still there: releases every switch and fader that is down in
+    // Pro Tools; afterwards nothing goes down any more. Main thread.
+    void letGo();
+
     // Main thread. The reference stays valid as long as the model.
     const PublishedState& published() const;
 

@@ -31,8 +31,8 @@ public:
     // not change it afterwards.
     std::function<void(ByteView)> onIncoming;
 
-    // Called on the same thread when the ports were lost and are there again, before the first packet after that. Set it
-    // before `start`.
+    // Called on the same thread when the ports were lost and are there again, before the first packet after that. Set
+    // it before `start`.
     std::function<void()> onReturn;
 
     // Creates client, source and destination, in this order, then sets the unique IDs; their failure is ignored. When a

@@ -14,6 +14,7 @@ NS_ASSUME_NONNULL_BEGIN
 @property std::function<void()> launched;      // the application is ready for its first window
 @property std::function<void()> reopened;      // the user has opened the running program again
 @property std::function<void()> windowChanged; // the window became visible or invisible
+@property std::function<void()> ending;        // the process is about to end
 @end
 
 namespace lumbrine {

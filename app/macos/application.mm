@@ -21,6 +21,10 @@
     return NO;
 }
 
+- (void)applicationWillTerminate:(NSNotification*)note {
+    self.ending();
+}
+
 - (void)windowDidChangeOcclusionState:(NSNotification*)note {
     self.windowChanged();
 }

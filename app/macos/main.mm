@@ -22,6 +22,7 @@
 #include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
+#include "platform/posix/termination_signals.h"
 
 #import <AppKit/AppKit.h>
 
@@ -62,6 +63,7 @@ public:
         delegate.launched = [this] { openWindow(); };
         delegate.reopened = [this] { openWindow(); };
         delegate.windowChanged = [this] { pace.changed(); };
+        delegate.ending = [this] { model->letGo(); };
     }
 
     LumbrineApplicationDelegate* const delegate = [[LumbrineApplicationDelegate alloc] init];
@@ -112,6 +114,10 @@ private:
 } // namespace lumbrine
 
 int main() {
+    // As Quit does: the program lets go of what is down in Pro Tools. Never destroyed, because `terminate:` ends the
+    // process.
+    const lumbrine::TerminationSignals signals(
+        [] { dispatch_async(dispatch_get_main_queue(), ^{ lumbrine::endEventLoop(); }); });
     @autoreleasepool {
         NSApplication* const application = NSApplication.sharedApplication;
         const auto receiver = std::make_unique<lumbrine::Application>();

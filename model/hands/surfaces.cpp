@@ -42,6 +42,11 @@ void Surfaces::announceSurfaceA() {
     midi->announcePresence(presenceCount);
 }
 
+void Surfaces::letGo() {
+    hui->letGoForGood();
+    huiB->letGoForGood();
+}
+
 void Surfaces::hwMute(int strip, int port) {
     if (const auto shown = Strip::of(strip)) engineOf(*shown).pressSwitch(shown->engineStrip(), port);
 }

@@ -31,6 +31,9 @@ public:
     // Presses the switch at that port of the strip (surface/hui_engine.h). A strip outside 0-15 does nothing.
     void hwMute(int strip, int port);
 
+    // Releases everything that is down; afterwards nothing goes down any more. For the end of the program.
+    void letGo();
+
     // Announces surface A to Pro Tools again.
     void announceSurfaceA();
 

@@ -116,6 +116,21 @@ TEST_F(SurfacesTest, AreAnnouncedThreeTimesEach) {
                                               "source Lumbrine B: FF", "source Lumbrine: FF", "source Lumbrine B: FF"));
 }
 
+TEST_F(SurfacesTest, LetGoOfWhatIsDownAndSendNothingDownAfterwards) {
+    start();
+    surfaces.engine(SurfaceID::A).touch(3);
+    surfaces.hwMute(9, hui::mutePort);
+    ports.sent.clear();
+    surfaces.letGo();
+    const auto releases = ElementsAre("source Lumbrine: B0 0F 03", "source Lumbrine: B0 2F 00",
+                                      "source Lumbrine B: B0 0F 01", "source Lumbrine B: B0 2F 02");
+    EXPECT_THAT(ports.sent, releases);
+    surfaces.engine(SurfaceID::A).touch(4);
+    surfaces.hwMute(10, hui::soloPort);
+    runtime.runFor(1s);
+    EXPECT_THAT(ports.sent, releases);
+}
+
 TEST(SurfacesPanSide, IsTurnedBeforeProToolsHearsOfIt) {
     StillRuntime runtime;
     Jobs jobs(runtime);

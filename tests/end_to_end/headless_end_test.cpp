@@ -7,6 +7,8 @@
 
 #include <csignal>
 #include <cstdio>
+#include <set>
+#include <utility>
 
 namespace lumbrine::end_to_end {
 namespace {
@@ -52,6 +54,39 @@ TEST_P(HeadlessEnd, ComesAtOnceDuringAScanForAClient) {
         };
         ASSERT_TRUE(waitUntil(scans)) << receiver.process.output();
     });
+}
+
+// The switches and touches that these events leave down, as zone and port.
+std::set<std::pair<int, int>> downAfter(const std::vector<HostPorts::Event>& events) {
+    std::set<std::pair<int, int>> down;
+    int zone = 0;
+    for (const HostPorts::Event& event : events) {
+        if (event.bytes.size() != 3 || event.bytes[0] != 0xB0) continue;
+        if (event.bytes[1] == 0x0F) zone = event.bytes[2];
+        if (event.bytes[1] != 0x2F) continue;
+        const std::pair place{zone, event.bytes[2] & 0x0F};
+        if ((event.bytes[2] & 0x40) != 0) {
+            down.insert(place);
+        } else {
+            down.erase(place);
+        }
+    }
+    return down;
+}
+
+TEST_P(HeadlessEnd, LeavesNothingDownInProTools) {
+    ReceiverProcess receiver;
+    const HostPorts a("Lumbrine"), b("Lumbrine B");
+    ClientSocket client(receiver.port);
+    client.send(Bytes{0x01, 0x02, 0x03}); // touch strip 3
+    client.send(Bytes{0x01, 0x02, 0x0C}); // touch strip 12
+    ASSERT_TRUE(a.hears({{0xB0, 0x0F, 0x03}, {0xB0, 0x2F, 0x40}}));
+    ASSERT_TRUE(b.hears({{0xB0, 0x0F, 0x04}, {0xB0, 0x2F, 0x40}}));
+    client.send(Bytes{0x01, 0x04, 0x02}); // mute strip 2
+    ASSERT_TRUE(a.hears({{0xB0, 0x0F, 0x02}, {0xB0, 0x2F, 0x42}}));
+    end(receiver);
+    EXPECT_EQ(downAfter(a.events()), (std::set<std::pair<int, int>>{})) << receiver.process.output();
+    EXPECT_EQ(downAfter(b.events()), (std::set<std::pair<int, int>>{})) << receiver.process.output();
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, HeadlessEnd, testing::Values(SIGINT, SIGTERM),

@@ -170,6 +170,7 @@ Ending World::end(const Evidence& before) {
 // In the order in which its programs end it (app/receiver_ending.h).
 void World::endReceiver() {
     if (!model) return;
+    model->letGo();
     receiverRuntime.shutDown();
     streams.shutDown();
     const std::weak_ptr<const void> gone = model->lifetime();
