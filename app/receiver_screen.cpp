@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ranges>
 
 namespace lumbrine {
 
@@ -19,10 +20,9 @@ std::string waiting(const Bilingual& text) {
 std::vector<TextRun> runsOf(const std::string& marked) {
     std::vector<TextRun> runs;
     bool bold = false;
-    for (std::size_t from = 0; from < marked.size(); bold = !bold) {
-        const std::size_t to = std::min(marked.find("**", from), marked.size());
-        runs.push_back({marked.substr(from, to - from), bold});
-        from = to + 2;
+    for (const auto part : std::views::split(marked, std::string_view("**"))) {
+        runs.push_back({std::string(part.begin(), part.end()), bold});
+        bold = !bold;
     }
     return runs;
 }
