@@ -148,6 +148,22 @@ TEST_F(WireDeadline, EndsACallThatTheServiceReadsTooSlowly) {
     EXPECT_EQ(now(), 6s);
 }
 
+TEST_F(WireDeadline, GivesALaterCallAsLongToBeSent) {
+    std::optional<VirtualLine> line;
+    scripted.greet = [&](VirtualLine& greeted) { line = greeted; };
+    EXPECT_TRUE(call());
+    runtime.sleepFor(60s);
+    line->stopReading();
+    for (int i = 1; i < 10; ++i) {
+        runtime.backgroundAfter(i * 2900ms, [&] {
+            line->readAgain();
+            line->stopReading();
+        });
+    }
+    EXPECT_EQ(errorOfCall(Bytes(1'000'000)), PTSLError::timedOut());
+    EXPECT_EQ(now(), 66s);
+}
+
 TEST_F(WireDeadline, BoundsACallThatIsHeldUpEverywhere) {
     streams.stopListening(ScriptedService::port);
     std::optional<VirtualLine> line;
