@@ -91,6 +91,7 @@ public:
     int setDualStack(int) override { return 0; }
     int bind(int, std::uint16_t) override { return 0; }
     int localPort(int) override { return 0; }
+    bool isOwnAddress(int, const PeerAddress&) override { return false; }
     bool resolve(const std::string&, std::uint16_t, PeerAddress&) override { return false; }
     void close(int) override {}
 

@@ -47,6 +47,7 @@ public:
     int setDualStack(int) override { return 0; }
     int bind(int, std::uint16_t) override { return 0; }
     int localPort(int) override { return 0; }
+    bool isOwnAddress(int, const PeerAddress&) override { return false; }
     int receive(int, std::span<std::uint8_t>, PeerAddress&) override { return 0; }
     int send(int, ByteView bytes, const PeerAddress&) override { return static_cast<int>(bytes.size()); }
     void name(const PeerAddress&, std::string& host, std::string& port) override {

@@ -31,6 +31,7 @@ public:
     int setDualStack(int fd) override { return real.setDualStack(fd); }
     int bind(int fd, std::uint16_t port) override { return real.bind(fd, port); }
     int localPort(int fd) override { return real.localPort(fd); }
+    bool isOwnAddress(int fd, const PeerAddress& address) override { return real.isOwnAddress(fd, address); }
     int receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) override {
         return real.receive(fd, buffer, from);
     }

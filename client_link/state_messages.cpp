@@ -217,6 +217,12 @@ Bytes pongMessage() {
     return begin(Type::pong, 0);
 }
 
+bool isFromReceiver(ByteView datagram) {
+    if (datagram.size() < headerSize || datagram[0] != protocolVersion) return false;
+    const Type type{datagram[1]};
+    return (type >= Type::trackName && type <= Type::sessPanChunk) || type == Type::busy || type == Type::pong;
+}
+
 std::vector<Bytes> sessAutoChunkMessages(std::span<const std::uint8_t> modes) {
     return chunkMessages(Type::sessAutoChunk, modes, 1,
                          [](Bytes& message, std::uint8_t mode) { message.push_back(mode); });

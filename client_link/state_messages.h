@@ -61,6 +61,9 @@ Bytes transportMessage(bool playing, bool recording);
 Bytes busyMessage();
 Bytes pongMessage();
 
+// True when the datagram is one that only a receiver sends, judged by its version and type.
+bool isFromReceiver(ByteView datagram);
+
 // One datagram for every 64 tracks; none for an empty session.
 std::vector<Bytes> sessAutoChunkMessages(std::span<const std::uint8_t> modes);
 std::vector<Bytes> sessPanChunkMessages(std::span<const SessionPan> pans);

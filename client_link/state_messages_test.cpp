@@ -320,6 +320,20 @@ TEST(Replies, AreHeadersAlone) {
     EXPECT_EQ(pongMessage(), (Bytes{0x01, 0x7F}));
 }
 
+TEST(ReceiverMessages, AreKnownByTheirType) {
+    const auto isOfReceiver = [](int type) { return (type >= 0x10 && type <= 0x1F) || type == 0x7D || type == 0x7F; };
+    for (int type = 0; type <= 0xFF; ++type)
+        EXPECT_EQ(isFromReceiver(Bytes{0x01, static_cast<std::uint8_t>(type)}), isOfReceiver(type)) << type;
+}
+
+TEST(ReceiverMessages, HaveThisVersionAndAType) {
+    EXPECT_FALSE(isFromReceiver({}));
+    EXPECT_FALSE(isFromReceiver(Bytes{0x01}));
+    EXPECT_FALSE(isFromReceiver(Bytes{0x7D}));
+    EXPECT_FALSE(isFromReceiver(Bytes{0x02, 0x7D}));
+    EXPECT_TRUE(isFromReceiver(trackRowMessage(3, {.name = "Kick"})));
+}
+
 // The reserved storage fits exactly: no second allocation, and nothing left over.
 TEST(StateMessages, AreWrittenInOnePiece) {
     const auto inOnePiece = [](const Bytes& message) { return message.capacity() == message.size(); };

@@ -89,7 +89,9 @@ void UDPServer::receiveLoop() {
 }
 
 void UDPServer::handleDatagram(ByteView bytes, const PeerAddress& from) {
+    if (isFromReceiver(bytes)) return;
     namePeer(from);
+    if (peer.isSelf) return;
     if (!deliverable(bytes, from)) {
         send(busyMessage(), peer.key);
         return;
@@ -103,6 +105,7 @@ void UDPServer::namePeer(const PeerAddress& from) {
     std::string& portText = peer.key; // reuses the key's storage
     sockets.name(from, peer.ip, portText);
     peer.key.insert(0, 1, ':').insert(0, peer.ip);
+    peer.isSelf = sockets.isOwnAddress(fd, from);
 }
 
 // Records the sender and decides who is the owner. Returns true when the owner is the sender.

@@ -71,6 +71,9 @@ public:
 
     // Handles one datagram, as the receive thread does: records the peer, decides who is the owner, then calls
     // onDatagram or answers "busy". Allocates nothing when the sender is the owner and sent the last datagram too.
+    //
+    // A datagram that can only come from a receiver, by its type or because its sender is this very socket, is ignored.
+    // Otherwise two receivers could answer each other for ever, or stream their state to each other as if to a client.
     void handleDatagram(ByteView bytes, const PeerAddress& from);
 
     const std::uint16_t port;
@@ -89,7 +92,8 @@ private:
     struct PeerName {
         PeerAddress addr;
         std::string ip;
-        std::string key; // "host:port"; empty before the first datagram
+        std::string key;     // "host:port"; empty before the first datagram
+        bool isSelf = false; // this server's own socket
     };
 
     void receiveLoop();

@@ -12,6 +12,7 @@ using testing::Pair;
 const std::string phone = "::ffff:192.168.1.20:50000";
 const std::string samePhone = "::ffff:192.168.1.20:50001"; // the same device after a restart
 const std::string tablet = "::ffff:192.168.1.30:50000";
+const std::string self = "::ffff:192.168.1.7:52700"; // the server's own socket
 
 Bytes helloWith(std::uint8_t token) {
     return {
@@ -33,6 +34,12 @@ protected:
         from(peer, bytes);
         EXPECT_THAT(takeDelivered(), IsEmpty());
         EXPECT_THAT(takeSent(), ElementsAre(Pair(peer, busy)));
+    }
+
+    void expectIgnored(const std::string& peer, const Bytes& bytes) {
+        from(peer, bytes);
+        EXPECT_THAT(takeDelivered(), IsEmpty());
+        EXPECT_THAT(takeSent(), IsEmpty());
     }
 };
 
@@ -253,6 +260,55 @@ TEST_F(UDPServerOwner, HasAnOldAddressForgottenWhenTheSameDeviceTakesOver) {
     expectRefused(samePhone, helloWith(5)); // the tablet is in control, and has another token
     expectDelivered(samePhone, takeOver);
     EXPECT_EQ(server.liveOwnerKey(), samePhone);
+}
+
+// ---- Other receivers
+
+class UDPServerOtherReceiver : public UDPServerOwner, public testing::WithParamInterface<int> {
+protected:
+    const Bytes message{0x01, static_cast<std::uint8_t>(GetParam()), 0x00};
+};
+
+INSTANTIATE_TEST_SUITE_P(Types, UDPServerOtherReceiver, testing::Values(0x10, 0x15, 0x1F, 0x7D, 0x7F));
+
+TEST_P(UDPServerOtherReceiver, DoesNotBecomeTheOwner) {
+    expectIgnored(tablet, message);
+    EXPECT_EQ(server.liveOwnerKey(), std::nullopt);
+    EXPECT_THAT(server.connectedIPs(), IsEmpty());
+}
+
+TEST_P(UDPServerOtherReceiver, IsNotRefused) {
+    expectDelivered(phone, touch);
+    expectIgnored(tablet, message);
+    expectIgnored(tablet, {0x01, message[1]});
+    server.send(touch, tablet);
+    EXPECT_THAT(takeSent(), IsEmpty()); // it is not in the table
+}
+
+TEST_P(UDPServerOtherReceiver, IsNoSignOfLifeOfTheOwner) {
+    expectDelivered(phone, touch);
+    pass(5.999);
+    expectIgnored(phone, message);
+    pass(0.001);
+    EXPECT_EQ(server.liveOwnerKey(), std::nullopt);
+}
+
+TEST_F(UDPServerOwner, IsNeverTheServerItself) {
+    sockets.ownAddress = self;
+    expectIgnored(self, touch);
+    expectIgnored(self, helloWith(5));
+    EXPECT_EQ(server.liveOwnerKey(), std::nullopt);
+    EXPECT_THAT(server.connectedIPs(), IsEmpty());
+
+    expectDelivered(phone, touch);
+    expectIgnored(self, {0xFF}); // would be answered for ever
+    expectIgnored(self, takeOver);
+    EXPECT_EQ(server.liveOwnerKey(), phone);
+}
+
+TEST_F(UDPServerOwner, MayHaveTheServersPortOnAnotherComputer) {
+    sockets.ownAddress = self;
+    expectDelivered("::ffff:192.168.1.20:52700", touch);
 }
 
 // ---- Without a callback

@@ -222,6 +222,24 @@ TEST_F(UDPServerReceiving, TakesNoNoticeOfAnEmptyDatagram) {
     EXPECT_THAT(delivered, ElementsAre(touch));
 }
 
+TEST_F(UDPServerReceiving, LetsAnotherReceiversRefusalRest) {
+    UDPServer other(runtime, network.host("192.168.1.8"), port);
+    ASSERT_TRUE(other.start().has_value());
+    network.forge("192.168.1.9", port, "192.168.1.8", port, touch); // both have a client
+    sendFrom(phone, touch);
+    network.forge("192.168.1.7", port, "192.168.1.8", port, touch);
+    runtime.runUntilIdle(); // would never be idle if each answered the other's refusal
+    EXPECT_THAT(server.connectedIPs(), ElementsAre("::ffff:192.168.1.20"));
+}
+
+TEST_F(UDPServerReceiving, DoesNotAnswerItself) {
+    sendFrom(phone, touch);
+    for (const char* host : {"192.168.1.7", "127.0.0.1"})
+        network.forge(host, port, "192.168.1.7", port, Bytes{0x01});
+    runtime.runUntilIdle();
+    EXPECT_THAT(server.connectedIPs(), ElementsAre("::ffff:192.168.1.20"));
+}
+
 TEST_F(UDPServerReceiving, AnswersFromTheCallback) {
     server.onDatagram = [this](ByteView, std::string_view key) { server.send(news, key); };
     sendFrom(phone, touch);

@@ -11,13 +11,23 @@ using namespace lumbrine;
 const Bytes busy{0x01, 0x7D};
 const Bytes news{0x01, 0x1D, 0x00, 0x00};
 
-// A datagram is delivered if its sender is then the owner; otherwise the sender gets one busy message.
+bool isReceiverMessage(const Bytes& datagram) {
+    if (datagram.size() < 2 || datagram[0] != 0x01) return false;
+    return datagram[1] >> 4 == 0x1 || datagram[1] == 0x7D || datagram[1] == 0x7F;
+}
+
+// A datagram is delivered if its sender is then the owner; otherwise the sender gets one busy message. What only a
+// receiver sends does nothing.
 void checkDatagram(ServedPeers& peers, const std::string& peer, const Bytes& datagram) {
     const auto ownerBefore = peers.server.liveOwnerKey();
     peers.from(peer, datagram);
     const auto delivered = peers.takeDelivered();
     const auto sent = peers.takeSent();
     const auto owner = peers.server.liveOwnerKey();
+    if (isReceiverMessage(datagram)) {
+        require(owner == ownerBefore && delivered.empty() && sent.empty());
+        return;
+    }
     require(owner.has_value());
     if (delivered.empty()) {
         require(owner == ownerBefore && owner != peer);

@@ -32,6 +32,7 @@ public:
 
     std::vector<Sent> sent;
     std::vector<std::string> calls; // all except receive, name and sends on the open socket
+    std::string ownAddress;         // "host:port" of the socket itself
     int nameCalls = 0;
     int openResult = descriptor;
     int bindResult = 0;
@@ -46,6 +47,9 @@ public:
     int setDualStack(int) override { return note("dual stack", optionResult); }
     int bind(int, std::uint16_t port) override { return note("bind " + std::to_string(port), bindResult); }
     int localPort(int) override { return -ENOTSUP; }
+    bool isOwnAddress(int, const PeerAddress& address) override {
+        return std::ranges::equal(std::span(address.storage).first(address.length), ownAddress);
+    }
     int receive(int, std::span<std::uint8_t>, PeerAddress&) override { return -ENOTSUP; }
 
     int send(int fd, ByteView bytes, const PeerAddress& to) override {

@@ -34,6 +34,9 @@ public:
     // Returns the port that the socket is bound to.
     virtual int localPort(int fd) = 0;
 
+    // True when the address is the socket's own: its port at any address of this computer. Any thread.
+    virtual bool isOwnAddress(int fd, const PeerAddress& address) = 0;
+
     // Waits for one datagram and returns the number of bytes stored: 0 for an empty datagram. A datagram that is longer
     // than the buffer is truncated. Any thread.
     virtual int receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) = 0;

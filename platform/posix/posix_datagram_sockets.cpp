@@ -28,11 +28,12 @@ const sockaddr* systemAddress(const PeerAddress& address) {
 }
 
 // On systems whose sockaddr has a length field, the field stays 0: the calls use their length argument.
-PeerAddress addressOf(const in6_addr& host, std::uint16_t port) {
+PeerAddress addressOf(const in6_addr& host, std::uint16_t port, std::uint32_t scope = 0) {
     sockaddr_in6 system{};
     system.sin6_family = AF_INET6;
     system.sin6_addr = host;
     system.sin6_port = htons(port);
+    system.sin6_scope_id = scope;
     PeerAddress address;
     std::memcpy(address.storage.data(), &system, sizeof system);
     address.length = sizeof system;
@@ -70,6 +71,21 @@ int PosixDatagramSockets::localPort(int fd) {
     socklen_t length = sizeof system;
     if (::getsockname(fd, reinterpret_cast<sockaddr*>(&system), &length) < 0) return -errno;
     return ntohs(system.sin6_port);
+}
+
+bool PosixDatagramSockets::isOwnAddress(int fd, const PeerAddress& address) {
+    sockaddr_in6 system{};
+    if (address.length != sizeof system) return false;
+    std::memcpy(&system, address.storage.data(), sizeof system);
+    if (ntohs(system.sin6_port) != localPort(fd)) return false;
+    // A socket can be bound to the addresses of this computer only.
+    const int probe = open();
+    if (probe < 0) return false;
+    setDualStack(probe);
+    const PeerAddress anyPort = addressOf(system.sin6_addr, 0, system.sin6_scope_id);
+    const bool isHere = ::bind(probe, systemAddress(anyPort), anyPort.length) == 0;
+    ::close(probe);
+    return isHere;
 }
 
 int PosixDatagramSockets::receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) {

@@ -17,6 +17,7 @@ public:
     int setDualStack(int fd) override;
     int bind(int fd, std::uint16_t port) override;
     int localPort(int fd) override;
+    bool isOwnAddress(int fd, const PeerAddress& address) override;
     int receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) override;
     int send(int fd, ByteView bytes, const PeerAddress& to) override;
     void name(const PeerAddress& address, std::string& host, std::string& port) override;

@@ -78,6 +78,19 @@ TEST_F(PosixDatagramSocketsTest, ReceivesFromIPv4AndIPv6PeersOnOneSocket) {
     EXPECT_EQ(receiver.senderName(), "::1:" + std::to_string(sender.port()));
 }
 
+TEST_F(PosixDatagramSocketsTest, KnowsItsOwnAddress) {
+    const auto isOwn = [&](const std::string& host, std::uint16_t port) {
+        PeerAddress address;
+        EXPECT_TRUE(sockets.resolve(host, port, address));
+        return sockets.isOwnAddress(receiver.fd, address);
+    };
+    EXPECT_TRUE(isOwn(ipv4Loopback, receiver.port()));
+    EXPECT_TRUE(isOwn(ipv6Loopback, receiver.port()));
+    EXPECT_FALSE(isOwn(ipv4Loopback, sender.port()));
+    EXPECT_FALSE(isOwn("192.0.2.1", receiver.port())); // for documentation: no computer has it
+    EXPECT_FALSE(isOwn("2001:db8::1", receiver.port()));
+}
+
 TEST_F(PosixDatagramSocketsTest, AnswersToTheAddressADatagramCameFrom) {
     sender.sendTo(receiver, ipv4Loopback, Bytes{1});
     receiver.receive();

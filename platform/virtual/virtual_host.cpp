@@ -67,6 +67,11 @@ int VirtualNetwork::Host::localPort(int fd) {
     return bound ? bound->port : -EBADF;
 }
 
+bool VirtualNetwork::Host::isOwnAddress(int fd, const PeerAddress& peer) {
+    const auto known = unpack(peer);
+    return known && known->port == localPort(fd) && (known->host == address || isLoopback(known->host));
+}
+
 int VirtualNetwork::Host::receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) {
     network.runtime.yield("a receive");
     if (const int error = injected(Call::receive); error != 0) return error;

@@ -31,6 +31,7 @@ public:
     int setDualStack(int fd) override;
     int bind(int fd, std::uint16_t port) override;
     int localPort(int fd) override;
+    bool isOwnAddress(int fd, const PeerAddress& peer) override;
     int receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) override;
     int send(int fd, ByteView bytes, const PeerAddress& to) override;
     void name(const PeerAddress& peer, std::string& host, std::string& port) override;

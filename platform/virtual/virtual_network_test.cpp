@@ -99,6 +99,19 @@ TEST_F(VirtualNetworkTest, ReachesTheSameMachineByTheLoopbackAddress) {
     end(fd);
 }
 
+TEST_F(VirtualNetworkTest, KnowsASocketsOwnAddress) {
+    const int fd = bound(desktop, serverPort);
+    const auto isOwn = [&](const std::string& host, std::uint16_t port) {
+        PeerAddress address;
+        EXPECT_TRUE(desktop.resolve(host, port, address));
+        return desktop.isOwnAddress(fd, address);
+    };
+    EXPECT_TRUE(isOwn("192.168.1.7", serverPort));
+    EXPECT_TRUE(isOwn("127.0.0.1", serverPort));
+    EXPECT_FALSE(isOwn("192.168.1.7", 50000));
+    EXPECT_FALSE(isOwn("192.168.1.20", serverPort));
+}
+
 TEST_F(VirtualNetworkTest, CutsADatagramToTheBuffer) {
     const int fd = bound(desktop, serverPort);
     serve(fd, 4);

@@ -122,11 +122,11 @@ Violations checkPicture(const Evidence& evidence) {
 namespace {
 
 // With the program's end, and without the faders that walks play.
-HandsEvidence handsOf(const Evidence& evidence, ReceiverDatagrams ofReceivers) {
+HandsEvidence handsOf(const Evidence& evidence) {
     HandsEvidence hands;
     std::vector<ReceivedDatagram> received = evidence.datagrams;
     received.insert(received.end(), evidence.ending.datagrams.begin(), evidence.ending.datagrams.end());
-    hands.acceptance = acceptedOf(received, ofReceivers);
+    hands.acceptance = acceptedOf(received);
     hands.runs = evidence.jobs.runs;
     hands.programEnd = evidence.ending.ended;
     hands.end = evidence.ending.ended + seconds(0.2);
@@ -179,9 +179,7 @@ void addByTracks(Violations& violations, const Scenario& scenario, const Evidenc
 } // namespace
 
 Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
-    const ReceiverDatagrams ofReceivers =
-        scenario.switches.isOn("false-receiver") ? ReceiverDatagrams::ignored : ReceiverDatagrams::counted;
-    const Acceptance acceptance = acceptedOf(evidence.datagrams, ofReceivers);
+    const Acceptance acceptance = acceptedOf(evidence.datagrams);
     const Requests requests = requestsIn(acceptance);
     Violations violations;
     const auto add = [&](std::string_view checker, const Violations& found) {
@@ -217,7 +215,7 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
     } else {
         add("modes-set", checkModesAreSet(wires, evidence.jobs, requests, acceptance));
     }
-    if (scenario.switches.isOn("hands")) add("hands", checkHands(handsOf(evidence, ofReceivers)));
+    if (scenario.switches.isOn("hands")) add("hands", checkHands(handsOf(evidence)));
     add("answers", checkAnswers(evidence.sent, acceptance));
     add("bounds", checkBounds(evidence.load));
     add("repeats", checkRepeats(evidence.lines));

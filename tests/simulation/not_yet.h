@@ -18,10 +18,6 @@ inline constexpr auto notYet = std::to_array<NotYet>({
     {"main-thread-stalls",
      "Pings and datagrams are stamped when the main thread gets round to them, so that Pro Tools and "
      "the client count as gone after 2 s and 5 s of its own absence."},
-    {"second-receiver", "Two receivers answer each other's refusals and take each other for clients, for as long as no "
-                        "datagram gets lost."},
-    {"false-receiver", "A datagram that only a receiver sends makes its sender the client or is answered, also when it "
-                       "comes from the receiver's own address."},
     {"packed-displays", "Of several displays in one SysEx the first alone is read."},
     {"fill-at-session-open", "Names that no bank move brings again stay unknown, as those of a session of one bank."},
     {"slow-host", "A host that needs more than 0.27 s counts as unmoved: scans go wrong and begin anew without end."},

@@ -15,6 +15,7 @@ bool isOfReceiver(const ReceivedDatagram& datagram) {
 }
 
 bool OwnerOracle::accept(const ReceivedDatagram& datagram) {
+    if (isOfReceiver(datagram)) return false;
     const Bytes& bytes = datagram.bytes;
     std::uint64_t token = 0;
     const bool versioned = bytes.size() >= 2 && bytes[0] == 1;
@@ -42,11 +43,10 @@ bool OwnerOracle::accept(const ReceivedDatagram& datagram) {
     return true;
 }
 
-Acceptance acceptedOf(const std::vector<ReceivedDatagram>& received, ReceiverDatagrams ofReceivers) {
+Acceptance acceptedOf(const std::vector<ReceivedDatagram>& received) {
     OwnerOracle oracle;
     Acceptance result;
     for (const ReceivedDatagram& datagram : received) {
-        if (ofReceivers == ReceiverDatagrams::ignored && isOfReceiver(datagram)) continue;
         const std::optional<std::string> before = oracle.owner();
         if (!oracle.accept(datagram)) continue;
         // An owner that returns after it had timed out counts as a new one, even if there was no other in between.

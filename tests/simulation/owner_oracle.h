@@ -15,11 +15,9 @@ namespace lumbrine::simulation {
 // What comes from the receiver's own address, or is of a type that only a receiver sends.
 bool isOfReceiver(const ReceivedDatagram& datagram);
 
-enum class ReceiverDatagrams { counted, ignored }; // by the rule
-
 class OwnerOracle {
 public:
-    // The next datagram; true when its sender is in control, so that it counts.
+    // The next datagram; true when its sender is in control, so that it counts. What only a receiver sends never does.
     bool accept(const ReceivedDatagram& datagram);
 
     const std::optional<std::string>& owner() const { return ownerKey; }
@@ -56,7 +54,6 @@ struct Acceptance {
     TimePoint endOf(int number) const;
 };
 
-Acceptance acceptedOf(const std::vector<ReceivedDatagram>& received,
-                      ReceiverDatagrams ofReceivers = ReceiverDatagrams::counted);
+Acceptance acceptedOf(const std::vector<ReceivedDatagram>& received);
 
 } // namespace lumbrine::simulation

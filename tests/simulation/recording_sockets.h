@@ -53,6 +53,7 @@ public:
     int setDualStack(int fd) override { return sockets.setDualStack(fd); }
     int bind(int fd, std::uint16_t port) override { return sockets.bind(fd, port); }
     int localPort(int fd) override { return sockets.localPort(fd); }
+    bool isOwnAddress(int fd, const PeerAddress& address) override { return sockets.isOwnAddress(fd, address); }
     int receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) override;
     int send(int fd, ByteView bytes, const PeerAddress& to) override;
     void name(const PeerAddress& address, std::string& host, std::string& port) override {
