@@ -92,8 +92,9 @@ void UDPServer::handleDatagram(ByteView bytes, const PeerAddress& from) {
     if (isFromReceiver(bytes)) return;
     namePeer(from);
     if (peer.isSelf) return;
-    if (!deliverable(bytes, from)) {
-        send(busyMessage(), peer.key);
+    const TimePoint now = runtime.now();
+    if (!deliverable(bytes, from, now)) {
+        if (refusals.allows(peer.ip, now)) send(busyMessage(), peer.key);
         return;
     }
     if (onDatagram) onDatagram(bytes, peer.key);
@@ -109,8 +110,7 @@ void UDPServer::namePeer(const PeerAddress& from) {
 }
 
 // Records the sender and decides who is the owner. Returns true when the owner is the sender.
-bool UDPServer::deliverable(ByteView bytes, const PeerAddress& from) {
-    const TimePoint now = runtime.now();
+bool UDPServer::deliverable(ByteView bytes, const PeerAddress& from, TimePoint now) {
     const Lock lock(clientLock);
     const Client& sender = noteClientLocked(bytes, from, now);
     if (ownerKey && *ownerKey == peer.key) return true;

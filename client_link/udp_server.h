@@ -6,6 +6,7 @@
 #pragma once
 
 #include "base/bytes.h"
+#include "client_link/refusal_limit.h"
 #include "platform/api/datagram_sockets.h"
 #include "platform/api/runtime.h"
 
@@ -70,7 +71,8 @@ public:
     std::optional<std::string> liveOwnerKey();
 
     // Handles one datagram, as the receive thread does: records the peer, decides who is the owner, then calls
-    // onDatagram or answers "busy". Allocates nothing when the sender is the owner and sent the last datagram too.
+    // onDatagram or answers "busy", the latter as often as RefusalLimit allows. Allocates nothing when the sender is the
+    // owner and sent the last datagram too.
     //
     // A datagram that can only come from a receiver, by its type or because its sender is this very socket, is ignored.
     // Otherwise two receivers could answer each other for ever, or stream their state to each other as if to a client.
@@ -98,7 +100,7 @@ private:
 
     void receiveLoop();
     void namePeer(const PeerAddress& from);
-    bool deliverable(ByteView bytes, const PeerAddress& from) LUMBRINE_EXCLUDES(clientLock);
+    bool deliverable(ByteView bytes, const PeerAddress& from, TimePoint now) LUMBRINE_EXCLUDES(clientLock);
     Client& noteClientLocked(ByteView bytes, const PeerAddress& from, TimePoint now) LUMBRINE_REQUIRES(clientLock);
     void makeRoomLocked(TimePoint now) LUMBRINE_REQUIRES(clientLock);
     bool ownerLiveLocked(TimePoint now) LUMBRINE_REQUIRES(clientLock);
@@ -114,7 +116,9 @@ private:
     Clients clients LUMBRINE_GUARDED_BY(clientLock);
     std::optional<std::string> ownerKey LUMBRINE_GUARDED_BY(clientLock);
 
-    PeerName peer; // the sender of the current datagram; receive thread only
+    // Receive thread only.
+    PeerName peer; // the sender of the current datagram
+    RefusalLimit refusals;
 
     std::unique_ptr<Thread> receiveThread;
 };

@@ -219,5 +219,38 @@ TEST_F(UDPServerTable, FreesThePlaceOfASilentOwnerInAFlood) {
     EXPECT_EQ(server.liveOwnerKey(), stranger(1024));
 }
 
+TEST_F(UDPServerTable, RefusesAHostFiftyTimesASecond) {
+    from(phonePeer, touch);
+    for (int i = 0; i < 60; ++i)
+        from("192.168.1.30:" + std::to_string(50000 + i), touch);
+    EXPECT_EQ(takeSent().size(), 50u);
+    pass(0.999);
+    from(tabletPeer, touch);
+    EXPECT_THAT(takeSent(), IsEmpty());
+    pass(0.001);
+    from(tabletPeer, touch);
+    EXPECT_THAT(takeSent(), ElementsAre(Pair(tabletPeer, busy)));
+}
+
+TEST_F(UDPServerTable, AnswersAThousandHostsASecond) {
+    from(phonePeer, touch);
+    for (int i = 0; i < 2000; ++i)
+        from("10.0." + std::to_string(i / 250) + "." + std::to_string(i % 250) + ":1", touch);
+    EXPECT_EQ(takeSent().size(), 1000u);
+    pass(1.0);
+    from(tabletPeer, touch);
+    EXPECT_EQ(takeSent().size(), 1u);
+}
+
+TEST_F(UDPServerTable, DeliversEveryDatagramOfTheOwnerBesideAFlood) {
+    for (int i = 0; i < 100; ++i) {
+        from(phonePeer, touch);
+        for (int j = 0; j < 100; ++j)
+            from(tabletPeer, touch);
+    }
+    EXPECT_EQ(takeDelivered().size(), 100u);
+    EXPECT_EQ(takeSent().size(), 50u);
+}
+
 } // namespace
 } // namespace lumbrine
