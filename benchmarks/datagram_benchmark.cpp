@@ -25,7 +25,7 @@ void datagramsOurs(benchmark::State& state) {
     std::uint64_t messages = 0;
     parts.surfaces.engine(SurfaceID::A).send = [&](ByteView) { ++messages; };
     UDPServer server(runtime, sockets, 0);
-    server.onDatagram = [&](ByteView bytes, std::string_view key) { parts.commands.handleUDP(bytes, key); };
+    server.onDatagram = [&](ByteView bytes, const Sender& sender) { parts.commands.handleUDP(bytes, sender); };
 
     const Bytes move{0x01, 0x01, 0x03, 0x20, 0x00};
     const Bytes turn{0x01, 0x07, 0x03, 0x02};

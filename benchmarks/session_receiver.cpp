@@ -92,7 +92,7 @@ SessionReceiver::SessionReceiver(std::vector<std::string> names)
     parts.jobs.bind(life);
     showFrom(0);
 
-    parts.endpoint.startUDPAndBonjour([](ByteView, std::string_view) {});
+    parts.endpoint.startUDPAndBonjour([](ByteView, const Sender&) {});
     PeerAddress receiver;
     sockets->setDualStack(phone);
     sockets->bind(phone, 0);

@@ -1,7 +1,5 @@
 #include "client_link/udp_server.h"
 
-#include "base/big_endian.h"
-#include "client_link/protocol_version.h"
 #include "client_link/state_messages.h"
 
 #include <algorithm>
@@ -14,22 +12,7 @@ namespace lumbrine {
 
 namespace {
 
-constexpr std::uint8_t hello = 0x00;
-constexpr std::uint8_t takeOver = 0x25;
-
 constexpr Duration retryDelay = seconds(0.001); // keeps a socket that fails at once from using a whole core
-
-bool hasHeader(ByteView bytes, std::uint8_t opcode) {
-    return bytes.size() >= 2 && bytes[0] == protocolVersion && bytes[1] == opcode;
-}
-
-// The device token of a hello; absent in other datagrams. Token 0 means that the device has none.
-std::optional<std::uint64_t> announcedToken(ByteView bytes) {
-    if (bytes.size() < 10 || !hasHeader(bytes, hello)) return std::nullopt;
-    const std::uint64_t token = readBigEndian64(bytes, 2);
-    if (token == 0) return std::nullopt;
-    return token;
-}
 
 bool sameAddress(const PeerAddress& one, const PeerAddress& other) {
     return one.length == other.length && std::memcmp(one.storage.data(), other.storage.data(), one.length) == 0;
@@ -43,7 +26,7 @@ UDPError err(std::string_view call, int result) {
 } // namespace
 
 UDPServer::UDPServer(Runtime& rt, DatagramSockets& datagramSockets, std::uint16_t portToBind)
-    : port(portToBind), runtime(rt), sockets(datagramSockets), clientLock(rt) {}
+    : port(portToBind), runtime(rt), sockets(datagramSockets), peersLock(rt) {}
 
 UDPServer::~UDPServer() {
     end();
@@ -89,89 +72,39 @@ void UDPServer::receiveLoop() {
 }
 
 void UDPServer::handleDatagram(ByteView bytes, const PeerAddress& from) {
+    const TimePoint arrived = runtime.now();
     if (isFromReceiver(bytes)) return;
     namePeer(from);
-    if (peer.isSelf) return;
-    const TimePoint now = runtime.now();
-    if (!deliverable(bytes, from, now)) {
-        if (refusals.allows(peer.ip, now)) send(busyMessage(), peer.key);
-        return;
+    if (peerIsSelf) return;
+    std::optional<Ownership> ownership;
+    {
+        const Lock lock(peersLock);
+        ownership = peers.admit(bytes, peer, arrived);
     }
-    if (onDatagram) onDatagram(bytes, peer.key);
+    if (!ownership) {
+        if (refusals.allows(peer.ip, arrived)) send(busyMessage(), peer.key);
+    } else if (onDatagram) {
+        onDatagram(bytes, {.key = peer.key, .ownership = *ownership, .arrived = arrived});
+    }
 }
 
 void UDPServer::namePeer(const PeerAddress& from) {
-    if (!peer.key.empty() && sameAddress(peer.addr, from)) return;
-    peer.addr = from;
+    if (!peer.key.empty() && sameAddress(peer.address, from)) return;
+    peer.address = from;
     std::string& portText = peer.key; // reuses the key's storage
     sockets.name(from, peer.ip, portText);
     peer.key.insert(0, 1, ':').insert(0, peer.ip);
-    peer.isSelf = sockets.isOwnAddress(fd, from);
-}
-
-// Records the sender and decides who is the owner. Returns true when the owner is the sender.
-bool UDPServer::deliverable(ByteView bytes, const PeerAddress& from, TimePoint now) {
-    const Lock lock(clientLock);
-    const Client& sender = noteClientLocked(bytes, from, now);
-    if (ownerKey && *ownerKey == peer.key) return true;
-    if (!ownerLiveLocked(now)) {
-        ownerKey = peer.key;
-        return true;
-    }
-    const auto owner = clients.find(*ownerKey);
-    // The same token at another address is the same device after an app restart or a change of network.
-    const bool sameDevice = sender.token && sender.token == owner->second.token;
-    if (!sameDevice && !hasHeader(bytes, takeOver)) return false;
-    if (sameDevice) clients.erase(owner);
-    ownerKey = peer.key;
-    return true;
-}
-
-UDPServer::Client& UDPServer::noteClientLocked(ByteView bytes, const PeerAddress& from, TimePoint now) {
-    auto record = clients.find(peer.key);
-    if (record == clients.end()) {
-        if (clients.size() >= maxClients) makeRoomLocked(now);
-        record = clients.try_emplace(peer.key).first;
-        record->second.ip = peer.ip;
-    }
-    Client& client = record->second;
-    client.addr = from;
-    client.lastSeen = now;
-    if (const auto token = announcedToken(bytes)) client.token = token;
-    return client;
-}
-
-void UDPServer::makeRoomLocked(TimePoint now) {
-    std::erase_if(clients, [&](const auto& entry) { return !isLive(entry.second, now); });
-    if (clients.size() < maxClients) return;
-
-    // A quarter at once, so that a flood pays for this search once in 256 new peers.
-    std::vector<Clients::iterator> candidates;
-    candidates.reserve(clients.size());
-    for (auto record = clients.begin(); record != clients.end(); ++record)
-        if (record->first != ownerKey) candidates.push_back(record);
-    const auto forgotten = candidates.begin() + maxClients / 4;
-    std::ranges::nth_element(candidates, forgotten, {}, [](const auto& record) { return record->second.lastSeen; });
-    for (auto candidate = candidates.begin(); candidate != forgotten; ++candidate)
-        clients.erase(*candidate);
-}
-
-bool UDPServer::ownerLiveLocked(TimePoint now) {
-    if (!ownerKey) return false;
-    const auto owner = clients.find(*ownerKey);
-    if (owner != clients.end() && isLive(owner->second, now)) return true;
-    ownerKey.reset();
-    return false;
+    peerIsSelf = sockets.isOwnAddress(fd, from);
 }
 
 void UDPServer::send(ByteView bytes, std::string_view key) {
     if (fd < 0) return;
     PeerAddress to;
     {
-        const Lock lock(clientLock);
-        const auto client = clients.find(key);
-        if (client == clients.end()) return;
-        to = client->second.addr;
+        const Lock lock(peersLock);
+        const PeerTable::Peer* const known = peers.find(key);
+        if (known == nullptr) return;
+        to = known->address;
     }
     sockets.send(fd, bytes, to);
 }
@@ -181,10 +114,11 @@ void UDPServer::broadcast(ByteView bytes) {
     const TimePoint now = runtime.now();
     PeerAddress to;
     {
-        const Lock lock(clientLock);
-        std::erase_if(clients, [&](const auto& entry) { return !isLive(entry.second, now); });
-        if (!ownerLiveLocked(now)) return;
-        to = clients.find(*ownerKey)->second.addr;
+        const Lock lock(peersLock);
+        peers.forgetSilent(now);
+        const PeerTable::Owner* const owner = peers.liveOwner(now);
+        if (owner == nullptr) return;
+        to = peers.find(owner->key)->address;
     }
     sockets.send(fd, bytes, to);
 }
@@ -193,9 +127,8 @@ std::vector<std::string> UDPServer::connectedIPs() {
     const TimePoint now = runtime.now();
     std::vector<std::string> ips;
     {
-        const Lock lock(clientLock);
-        for (const auto& [key, client] : clients)
-            if (isLive(client, now)) ips.push_back(client.ip);
+        const Lock lock(peersLock);
+        ips = peers.liveIPs(now);
     }
     std::ranges::sort(ips);
     const auto repeated = std::ranges::unique(ips);
@@ -205,16 +138,26 @@ std::vector<std::string> UDPServer::connectedIPs() {
 
 std::optional<std::string> UDPServer::ownerIP() {
     const TimePoint now = runtime.now();
-    const Lock lock(clientLock);
-    if (!ownerLiveLocked(now)) return std::nullopt;
-    return clients.find(*ownerKey)->second.ip;
+    const Lock lock(peersLock);
+    const PeerTable::Owner* const owner = peers.liveOwner(now);
+    if (owner == nullptr) return std::nullopt;
+    return peers.find(owner->key)->ip;
 }
 
 std::optional<std::string> UDPServer::liveOwnerKey() {
     const TimePoint now = runtime.now();
-    const Lock lock(clientLock);
-    if (!ownerLiveLocked(now)) return std::nullopt;
-    return ownerKey;
+    const Lock lock(peersLock);
+    const PeerTable::Owner* const owner = peers.liveOwner(now);
+    if (owner == nullptr) return std::nullopt;
+    return owner->key;
+}
+
+std::optional<Ownership> UDPServer::ownership() {
+    const TimePoint now = runtime.now();
+    const Lock lock(peersLock);
+    const PeerTable::Owner* const owner = peers.liveOwner(now);
+    if (owner == nullptr) return std::nullopt;
+    return owner->ownership;
 }
 
 } // namespace lumbrine

@@ -16,7 +16,7 @@ TEST(UDPServerAllocation, IsSeenByThisTest) {
 TEST(UDPServerAllocation, DeliversAndReadsTheOwnersFaderMovesWithoutOne) {
     ServedPeers peers;
     int moves = 0;
-    peers.server.onDatagram = [&moves](ByteView bytes, std::string_view) {
+    peers.server.onDatagram = [&moves](ByteView bytes, const Sender&) {
         const auto command = parseClientCommand(bytes);
         if (command && std::holds_alternative<FaderMove>(*command)) ++moves;
     };

@@ -144,9 +144,9 @@ private:
 class UDPServerReceiving : public testing::Test {
 protected:
     UDPServerReceiving() {
-        server.onDatagram = [this](ByteView bytes, std::string_view key) {
+        server.onDatagram = [this](ByteView bytes, const Sender& sender) {
             delivered.emplace_back(bytes.begin(), bytes.end());
-            lastKey = key;
+            lastKey = sender.key;
         };
         EXPECT_TRUE(server.start().has_value());
         runtime.runUntilIdle();
@@ -241,15 +241,15 @@ TEST_F(UDPServerReceiving, DoesNotAnswerItself) {
 }
 
 TEST_F(UDPServerReceiving, AnswersFromTheCallback) {
-    server.onDatagram = [this](ByteView, std::string_view key) { server.send(news, key); };
+    server.onDatagram = [this](ByteView, const Sender& sender) { server.send(news, sender.key); };
     sendFrom(phone, touch);
     EXPECT_THAT(phone.heard, ElementsAre(news));
 }
 
 TEST_F(UDPServerReceiving, EndsAfterTheCallbackThatIsUnderWayAndItsAnswer) {
-    server.onDatagram = [this](ByteView, std::string_view key) {
+    server.onDatagram = [this](ByteView, const Sender& sender) {
         runtime.sleepFor(seconds(0.5));
-        server.send(news, key);
+        server.send(news, sender.key);
     };
     sendFrom(phone, touch);
     const TimePoint before = runtime.now();
@@ -301,7 +301,7 @@ TEST(UDPServerErrors, TriesAgainEachMillisecondUntilItReceives) {
     sockets.failures = 3;
     UDPServer server(runtime, sockets, port);
     int delivered = 0;
-    server.onDatagram = [&delivered](ByteView, std::string_view) { ++delivered; };
+    server.onDatagram = [&delivered](ByteView, const Sender&) { ++delivered; };
     const TimePoint begin = runtime.now();
     ASSERT_TRUE(server.start().has_value());
 

@@ -14,7 +14,7 @@ namespace {
 
 using namespace lumbrine;
 
-constexpr std::size_t mostSources = 2 * UDPServer::maxClients; // per input, so that an input runs fast
+constexpr std::size_t mostSources = 2 * PeerTable::maxPeers; // per input, so that an input runs fast
 
 bool isTakeOver(const Bytes& datagram) {
     return datagram.size() >= 2 && datagram[0] == 0x01 && datagram[1] == 0x25;
@@ -65,7 +65,7 @@ public:
             if (!known) forgottenLast = std::max(forgottenLast, time);
             if (known && !owners.contains(keys[number])) keptFirst = std::min(keptFirst, time);
         }
-        require(kept <= UDPServer::maxClients);
+        require(kept <= PeerTable::maxPeers);
         require(kept == heardAt.size() || forgottenLast <= keptFirst);
         require(peers.server.connectedIPs().size() <= kept);
     }

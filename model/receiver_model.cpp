@@ -47,7 +47,7 @@ void ReceiverModel::start() {
     parts->surfaces.startSurfaces();
     parts->tick.startTimers();
     parts->endpoint.startUDPAndBonjour(
-        [&commands = parts->commands](ByteView bytes, std::string_view key) { commands.handleUDP(bytes, key); });
+        [&commands = parts->commands](ByteView bytes, const Sender& sender) { commands.handleUDP(bytes, sender); });
 }
 
 bool ReceiverModel::readAddress() {

@@ -5,6 +5,7 @@
 #include "client_link/udp_server.h"
 #include "platform/virtual/still_runtime.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -17,8 +18,10 @@ public:
     using Delivered = std::pair<std::string, Bytes>; // key, datagram
 
     ServedPeers() {
-        server.onDatagram = [this](ByteView bytes, std::string_view key) {
-            delivered.emplace_back(std::string(key), Bytes(bytes.begin(), bytes.end()));
+        server.onDatagram = [this](ByteView bytes, const Sender& sender) {
+            delivered.emplace_back(std::string(sender.key), Bytes(bytes.begin(), bytes.end()));
+            lastOwnership = sender.ownership;
+            lastArrival = sender.arrived;
         };
         started = server.start().has_value();
     }
@@ -36,6 +39,10 @@ public:
     RecordingSockets sockets;
     UDPServer server{runtime, sockets, 52700};
     bool started = false;
+
+    // Of the last datagram that was delivered.
+    std::optional<Ownership> lastOwnership;
+    TimePoint lastArrival = distantPast;
 
 private:
     std::vector<Delivered> delivered;

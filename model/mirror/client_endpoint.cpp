@@ -64,4 +64,8 @@ std::optional<std::string> ClientEndpoint::liveOwnerKey() {
     return udp ? udp->liveOwnerKey() : std::nullopt;
 }
 
+std::optional<Ownership> ClientEndpoint::ownership() {
+    return udp ? udp->ownership() : std::nullopt;
+}
+
 } // namespace lumbrine

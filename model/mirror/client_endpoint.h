@@ -13,7 +13,7 @@ namespace lumbrine {
 
 class ClientEndpoint {
 public:
-    using Handler = std::function<void(ByteView bytes, std::string_view key)>;
+    using Handler = std::function<void(ByteView bytes, const Sender& sender)>;
 
     ClientEndpoint(Runtime& runtime, DatagramSockets& sockets, ServiceAdvertiser& advertiser, const SystemInfo& system,
                    Configuration configuration, ActivityLog& log);
@@ -33,6 +33,7 @@ public:
     std::vector<std::string> connectedIPs();
     std::optional<std::string> ownerIP();
     std::optional<std::string> liveOwnerKey();
+    std::optional<Ownership> ownership();
 
     const std::uint16_t port;
 

@@ -20,7 +20,7 @@ protected:
 
 TEST_F(ClientEndpointTest, IsThereForTheDatagramInHandUntilItIsClosed) {
     std::optional<std::string> owner;
-    endpoint.startUDPAndBonjour([&](ByteView, std::string_view) {
+    endpoint.startUDPAndBonjour([&](ByteView, const Sender&) {
         world.runtime.sleepFor(10ms);
         owner = endpoint.liveOwnerKey();
     });
@@ -32,7 +32,7 @@ TEST_F(ClientEndpointTest, IsThereForTheDatagramInHandUntilItIsClosed) {
 
 TEST_F(ClientEndpointTest, NeitherReceivesNorSendsOnceItIsClosed) {
     int handled = 0;
-    endpoint.startUDPAndBonjour([&handled](ByteView, std::string_view) { ++handled; });
+    endpoint.startUDPAndBonjour([&handled](ByteView, const Sender&) { ++handled; });
     phone.send(touch);
     world.runtime.runUntilIdle();
     endpoint.close();
@@ -42,6 +42,18 @@ TEST_F(ClientEndpointTest, NeitherReceivesNorSendsOnceItIsClosed) {
     world.runtime.runUntilIdle();
     EXPECT_EQ(handled, 1);
     EXPECT_THAT(phone.tape.takeBytes(), IsEmpty());
+}
+
+TEST_F(ClientEndpointTest, KnowsTheOwnershipThatADatagramCameIn) {
+    EXPECT_EQ(endpoint.ownership(), std::nullopt);
+    std::optional<Ownership> ownership;
+    endpoint.startUDPAndBonjour([&](ByteView, const Sender& sender) { ownership = sender.ownership; });
+    EXPECT_EQ(endpoint.ownership(), std::nullopt);
+    phone.send(touch);
+    world.runtime.runUntilIdle();
+    ASSERT_TRUE(ownership.has_value());
+    EXPECT_EQ(endpoint.ownership(), ownership);
+    endpoint.close();
 }
 
 TEST_F(ClientEndpointTest, IsClosedWithoutHavingBeenOpened) {

@@ -171,9 +171,9 @@ private:
 ClientCommands::ClientCommands(const Jobs& jobs, ReceiverState& state, Parts parts)
     : jobs(jobs), state(state), parts(parts) {}
 
-void ClientCommands::handleUDP(ByteView bytes, std::string_view key) {
+void ClientCommands::handleUDP(ByteView bytes, const Sender& sender) {
     if (!isClientDatagram(bytes)) return;
-    const Execution execution(*this, key);
+    const Execution execution(*this, sender.key);
     if (const auto command = parseClientCommand(bytes)) {
         std::visit(execution, *command);
     } else {

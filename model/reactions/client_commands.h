@@ -2,6 +2,7 @@
 // once, whatever touches the state hops to the main thread.
 #pragma once
 
+#include "client_link/ownership.h"
 #include "model/bank/group_operations.h"
 #include "model/bank/seek_worker.h"
 #include "model/bank/visible_range_walk.h"
@@ -9,8 +10,6 @@
 #include "model/reactions/hello_response.h"
 #include "model/tracks/group_mute_solo.h"
 #include "model/tracks/track_metadata.h"
-
-#include <string_view>
 
 namespace lumbrine {
 
@@ -33,9 +32,9 @@ public:
 
     ClientCommands(const Jobs& jobs, ReceiverState& state, Parts parts);
 
-    // One datagram of the owner and the key to answer it with. A malformed one is dropped. Faders, touches and V-Pots
-    // go from here to the MIDI ports without allocation or log line.
-    void handleUDP(ByteView bytes, std::string_view key);
+    // One datagram of the owner, and its sender, to whom the answers go. A malformed one is dropped. Faders, touches
+    // and V-Pots go from here to the MIDI ports without allocation or log line.
+    void handleUDP(ByteView bytes, const Sender& sender);
 
 private:
     class Execution;

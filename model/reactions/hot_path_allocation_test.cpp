@@ -56,7 +56,7 @@ protected:
     // How many allocations the datagram makes on its way to the ports.
     int allocationsOf(const Bytes& datagram) {
         const int before = allocationCount();
-        parts.commands.handleUDP(datagram, "192.168.1.7:49152");
+        parts.commands.handleUDP(datagram, {.key = "192.168.1.7:49152", .ownership = {}, .arrived = {}});
         return allocationCount() - before;
     }
 

@@ -19,10 +19,10 @@ using remote::LinkState;
 class ClientControlTest : public ::testing::Test {
 protected:
     ClientControlTest() {
-        server.onDatagram = [this](ByteView bytes, std::string_view key) {
+        server.onDatagram = [this](ByteView bytes, const Sender& sender) {
             const auto command = parseClientCommand(bytes);
             if (!command) return;
-            if (std::holds_alternative<Hello>(*command)) server.send(pongMessage(), key);
+            if (std::holds_alternative<Hello>(*command)) server.send(pongMessage(), sender.key);
             if (const auto* mute = std::get_if<MutePress>(&*command)) muted.push_back(mute->strip);
         };
         EXPECT_TRUE(server.start().has_value());

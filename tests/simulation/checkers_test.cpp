@@ -49,6 +49,15 @@ TEST(OwnerOracle, NumbersOwnershipsByDevice) {
     EXPECT_EQ(acceptance.endOf(3), TimePoint::max());
 }
 
+TEST(OwnerOracle, KeepsTheOwnershipOfADeviceThroughSilence) {
+    const auto hello = [](const std::string& sender, double time) {
+        return from(sender, time, {0x01, 0x00, 0, 0, 0, 0, 0, 0, 0, 7});
+    };
+    const Acceptance acceptance =
+        acceptedOf({hello("a", 0), hello("c", 7), from("c", 14, move3), from("b", 21, move3)});
+    EXPECT_EQ(acceptance.numbers, (std::vector<int>{1, 1, 1, 2}));
+}
+
 TEST(SurfaceWire, ReadsWholeSequences) {
     const SurfaceWire wire = readWire({{at(0), {0xFF}},
                                        {at(1), {0xB0, 0x0F, 0x03}},

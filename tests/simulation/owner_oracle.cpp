@@ -31,7 +31,7 @@ bool OwnerOracle::accept(const ReceivedDatagram& datagram) {
     if (token != 0) sender.token = token;
 
     if (ownerKey == datagram.sender) return true;
-    const bool sameDevice = ownerIsLive && sender.token != 0 && sender.token == peers[*ownerKey].token;
+    const bool sameDevice = ownerKey && sender.token != 0 && sender.token == peers[*ownerKey].token;
     const bool takesOver = versioned && bytes[1] == 0x25;
     if (ownerIsLive && !sameDevice && !takesOver) return false;
     if (sameDevice) {

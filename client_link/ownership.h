@@ -1,0 +1,28 @@
+// Which client something comes from, and in which ownership.
+#pragma once
+
+#include "platform/api/time.h"
+
+#include <compare>
+#include <cstdint>
+#include <string_view>
+
+namespace lumbrine {
+
+// A period in which one device is in control. Each change of the device makes the number larger, so that A, B and A
+// again are three ownerships. A device keeps its ownership when its address changes, and through a silence in which no
+// other device takes control.
+struct Ownership {
+    std::uint64_t number = 0;
+
+    friend auto operator<=>(const Ownership&, const Ownership&) = default;
+};
+
+// The sender of one of the owner's datagrams.
+struct Sender {
+    std::string_view key; // "host:port", to answer to
+    Ownership ownership;
+    TimePoint arrived; // when the receive thread got the datagram, however late anybody handles it
+};
+
+} // namespace lumbrine

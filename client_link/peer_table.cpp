@@ -1,0 +1,95 @@
+#include "client_link/peer_table.h"
+
+#include "base/big_endian.h"
+#include "client_link/protocol_version.h"
+
+#include <algorithm>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr std::uint8_t hello = 0x00;
+constexpr std::uint8_t takeOver = 0x25;
+
+bool hasHeader(ByteView bytes, std::uint8_t opcode) {
+    return bytes.size() >= 2 && bytes[0] == protocolVersion && bytes[1] == opcode;
+}
+
+// The device token of a hello; absent in other datagrams. Token 0 means that the device has none.
+std::optional<std::uint64_t> announcedToken(ByteView bytes) {
+    if (bytes.size() < 10 || !hasHeader(bytes, hello)) return std::nullopt;
+    const std::uint64_t token = readBigEndian64(bytes, 2);
+    if (token == 0) return std::nullopt;
+    return token;
+}
+
+} // namespace
+
+std::optional<Ownership> PeerTable::admit(ByteView bytes, const PeerName& sender, TimePoint now) {
+    const std::optional<std::uint64_t> token = note(bytes, sender, now).token;
+    if (!owner || owner->key != sender.key) {
+        // The same token at another address is the same device after an app restart or a change of network.
+        const bool sameDevice = owner && token && token == owner->token;
+        if (!sameDevice && liveOwner(now) != nullptr && !hasHeader(bytes, takeOver)) return std::nullopt;
+        if (sameDevice) peers.erase(owner->key);
+        if (!owner) owner.emplace();
+        if (!sameDevice) ++owner->ownership.number;
+        owner->key = sender.key;
+    }
+    owner->token = token;
+    return owner->ownership;
+}
+
+PeerTable::Peer& PeerTable::note(ByteView bytes, const PeerName& sender, TimePoint now) {
+    auto record = peers.find(sender.key);
+    if (record == peers.end()) {
+        if (peers.size() >= maxPeers) makeRoom(now);
+        record = peers.try_emplace(sender.key).first;
+        record->second.ip = sender.ip;
+    }
+    Peer& peer = record->second;
+    peer.address = sender.address;
+    peer.lastSeen = now;
+    if (const auto token = announcedToken(bytes)) peer.token = token;
+    return peer;
+}
+
+void PeerTable::makeRoom(TimePoint now) {
+    forgetSilent(now);
+    if (peers.size() < maxPeers) return;
+
+    // A quarter at once, so that a flood pays for this search once in 256 new peers.
+    std::vector<Peers::iterator> candidates;
+    candidates.reserve(peers.size());
+    for (auto record = peers.begin(); record != peers.end(); ++record)
+        if (!owner || record->first != owner->key) candidates.push_back(record);
+    const auto forgotten = candidates.begin() + maxPeers / 4;
+    std::ranges::nth_element(candidates, forgotten, {}, [](const auto& record) { return record->second.lastSeen; });
+    for (auto candidate = candidates.begin(); candidate != forgotten; ++candidate)
+        peers.erase(*candidate);
+}
+
+void PeerTable::forgetSilent(TimePoint now) {
+    std::erase_if(peers, [&](const auto& entry) { return !isLive(entry.second, now); });
+}
+
+std::vector<std::string> PeerTable::liveIPs(TimePoint now) const {
+    std::vector<std::string> ips;
+    for (const auto& [key, peer] : peers)
+        if (isLive(peer, now)) ips.push_back(peer.ip);
+    return ips;
+}
+
+const PeerTable::Peer* PeerTable::find(std::string_view key) const {
+    const auto found = peers.find(key);
+    return found == peers.end() ? nullptr : &found->second;
+}
+
+const PeerTable::Owner* PeerTable::liveOwner(TimePoint now) const {
+    if (!owner) return nullptr;
+    const Peer* const peer = find(owner->key);
+    return peer != nullptr && isLive(*peer, now) ? &*owner : nullptr;
+}
+
+} // namespace lumbrine
