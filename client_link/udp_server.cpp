@@ -106,7 +106,7 @@ void UDPServer::send(ByteView bytes, std::string_view key) {
         if (known == nullptr) return;
         to = known->address;
     }
-    sockets.send(fd, bytes, to);
+    sendTo(to, bytes);
 }
 
 void UDPServer::broadcast(ByteView bytes) {
@@ -120,7 +120,11 @@ void UDPServer::broadcast(ByteView bytes) {
         if (owner == nullptr) return;
         to = peers.find(owner->key)->address;
     }
-    sockets.send(fd, bytes, to);
+    sendTo(to, bytes);
+}
+
+void UDPServer::sendTo(const PeerAddress& to, ByteView bytes) {
+    if (sockets.send(fd, bytes, to) < 0) ++unsent;
 }
 
 std::vector<std::string> UDPServer::connectedIPs() {

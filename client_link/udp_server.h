@@ -48,11 +48,14 @@ public:
     // Further calls do nothing.
     void end();
 
-    // Sends to the peer with this key, if it is in the table. Errors are ignored. Any thread.
+    // Sends to the peer with this key, if it is in the table. Never waits; a failure is counted. Any thread.
     void send(ByteView bytes, std::string_view key);
 
-    // Sends to the owner if it is live, and removes all peers that are no longer live. Errors are ignored. Any thread.
+    // Sends to the owner if it is live, and removes all peers that are no longer live. Otherwise like `send`.
     void broadcast(ByteView bytes);
+
+    // How many datagrams the system did not take, in most cases because its buffer was full. Any thread.
+    std::uint64_t unsentDatagrams() const { return unsent; }
 
     // The numeric hosts of all live peers, sorted, without duplicates. Any thread.
     std::vector<std::string> connectedIPs();
@@ -75,11 +78,13 @@ public:
 private:
     void receiveLoop();
     void namePeer(const PeerAddress& from);
+    void sendTo(const PeerAddress& to, ByteView bytes);
 
     Runtime& runtime;
     DatagramSockets& sockets;
     std::atomic<int> fd{-1};
     std::atomic<bool> running{false};
+    std::atomic<std::uint64_t> unsent{0};
 
     Mutex peersLock; // sends and the callback happen outside it
     PeerTable peers LUMBRINE_GUARDED_BY(peersLock);

@@ -118,6 +118,18 @@ TEST_F(UDPServerTable, KeepsRunningWhenSendingFails) {
     EXPECT_THAT(takeSent(), ElementsAre(Pair(phonePeer, news)));
 }
 
+TEST_F(UDPServerTable, CountsDatagramsThatAFullSocketDrops) {
+    from(phonePeer, touch);
+    sockets.sendResult = -EAGAIN;
+    server.broadcast(news);
+    server.send(news, phonePeer);
+    from(tabletPeer, touch); // its refusal
+    sockets.sendResult = 0;
+    server.broadcast(news);
+    server.send(news, "10.0.0.1:1"); // nobody
+    EXPECT_EQ(server.unsentDatagrams(), 3u);
+}
+
 // ---- Addresses
 
 TEST_F(UDPServerTable, ListsTheAddressOfEachLivePeerOnce) {

@@ -41,7 +41,8 @@ public:
     // than the buffer is truncated. Any thread.
     virtual int receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) = 0;
 
-    // Never waits for the peer. Any thread.
+    // Never waits, neither for the peer nor for the network: when the system's buffer is full, the datagram is dropped
+    // and the call fails. Any thread.
     virtual int send(int fd, ByteView bytes, const PeerAddress& to) = 0;
 
     // Writes the numeric host and the numeric port of an address. Both are empty when the system cannot format it.

@@ -103,7 +103,7 @@ int PosixDatagramSockets::receive(int fd, std::span<std::uint8_t> buffer, PeerAd
 
 int PosixDatagramSockets::send(int fd, ByteView bytes, const PeerAddress& to) {
     for (;;) {
-        const auto sent = ::sendto(fd, bytes.data(), bytes.size(), 0, systemAddress(to), to.length);
+        const auto sent = ::sendto(fd, bytes.data(), bytes.size(), MSG_DONTWAIT, systemAddress(to), to.length);
         if (sent >= 0) return static_cast<int>(sent);
         if (errno != EINTR) return -errno;
     }

@@ -1,12 +1,16 @@
 #include "platform/posix/posix_datagram_sockets.h"
 
 #include <pthread.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstring>
 #include <future>
 #include <optional>
 #include <thread>
@@ -254,6 +258,30 @@ TEST_F(PosixDatagramSocketsTest, ReceivesOnANewSocketThatGotTheNumberOfAClosedOn
     ASSERT_EQ(socket.fd, closed);
     sender.sendTo(socket, ipv6Loopback, Bytes{1});
     EXPECT_EQ(socket.receive(), Bytes{1});
+}
+
+// The network takes datagrams as fast as a test can send them. A local socket from which nobody receives does not.
+TEST_F(PosixDatagramSocketsTest, DropsADatagramInsteadOfWaitingForAFullBuffer) {
+    const std::string path = testing::TempDir() + "full-buffer-" + std::to_string(::getpid());
+    sockaddr_un system{};
+    system.sun_family = AF_UNIX;
+    ASSERT_LT(path.size(), sizeof system.sun_path);
+    path.copy(system.sun_path, path.size());
+    PeerAddress nobody;
+    std::memcpy(nobody.storage.data(), &system, sizeof system);
+    nobody.length = sizeof system;
+    const int slow = ::socket(AF_UNIX, SOCK_DGRAM, 0);
+    ASSERT_EQ(::bind(slow, reinterpret_cast<const sockaddr*>(&system), sizeof system), 0);
+    const int fast = ::socket(AF_UNIX, SOCK_DGRAM, 0);
+
+    int result = 0;
+    for (int i = 0; i < 100'000 && result >= 0; ++i)
+        result = sockets.send(fast, Bytes(100), nobody);
+    EXPECT_TRUE(result == -EAGAIN || result == -ENOBUFS) << result;
+
+    ::close(fast);
+    ::close(slow);
+    ::unlink(path.c_str());
 }
 
 } // namespace
