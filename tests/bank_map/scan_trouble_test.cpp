@@ -70,5 +70,23 @@ TEST(Scan, IsRepeatedWhereTheUserComesToWhatALostPressHasLeftOut) {
     EXPECT_EQ(studio.shown().bankOffset, 40);
 }
 
+TEST(Scan, AnewShowsAtOnceThatTheMapIsGoneAlsoWhereItHasBeenSaidAlreadyThatItWaits) {
+    Studio studio(numberedTracks(40), {.latency = 271ms}); // which is mapped in vain
+    const auto phone = studio.bench.phone("192.168.1.7");
+    ASSERT_TRUE(studio.mapSession(30s));
+    studio.proTools->edit([](SimulatedSession& session) { session.play(); });
+    studio.run(1s);
+    phone->send({0x01, 0x0C});
+    studio.run(100ms);
+    ASSERT_EQ(studio.logged("Scan: postponed while playing/recording (runs automatically after stop)"), 1);
+
+    std::vector<std::size_t> sizes; // of the map, whenever a change was announced
+    studio.bench.model->onChange([&] { sizes.push_back(studio.shown().session.size()); });
+    ASSERT_TRUE(studio.runUntil([&] { return studio.shown().session.empty(); }, 3s));
+    EXPECT_THAT(sizes, testing::Contains(0u));
+    EXPECT_EQ(studio.logged("Scan: postponed while playing/recording (runs automatically after stop)"), 1);
+    studio.bench.model->onChange({});
+}
+
 } // namespace
 } // namespace lumbrine
