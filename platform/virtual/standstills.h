@@ -18,6 +18,12 @@ struct Standstill {
     std::function<bool(std::string_view threadName)> meets = {}; // which threads pause; empty means all
 };
 
+// A stretch of time in which a thread or the whole machine did nothing.
+struct Pause {
+    TimePoint from;
+    TimePoint until;
+};
+
 // Decides when a thread pauses. It draws from its own random stream, so that pauses do not change other choices.
 class Standstills {
 public:

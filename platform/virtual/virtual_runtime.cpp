@@ -126,6 +126,10 @@ void VirtualRuntime::sleepMachine(Duration duration) {
     scheduler->jump(duration);
 }
 
+const std::vector<Pause>& VirtualRuntime::pauses() const {
+    return scheduler->pauses();
+}
+
 std::uint64_t VirtualRuntime::traceHash() const {
     return scheduler->traceHash();
 }

@@ -22,6 +22,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace lumbrine {
 
@@ -76,6 +77,9 @@ public:
     // The computer sleeps: the clock jumps by `duration`, and no thread runs meanwhile. Whatever was due in that time
     // is late afterwards. Main thread only.
     void sleepMachine(Duration duration);
+
+    // When a thread stood still by chance or the machine slept, in the order of their beginnings.
+    const std::vector<Pause>& pauses() const;
 
     // A hash of all choices and all jumps of time so far. The same seed and the same program give the same hash.
     std::uint64_t traceHash() const;

@@ -84,6 +84,7 @@ bool VirtualScheduler::standsStill(VirtualThread& thread) {
     if (stopped || (&thread == &main && !mainWorks)) return false;
     const auto length = (&thread == &main ? mainStandstills : standstills).at(time, thread.name, thread.pace);
     if (!length) return false;
+    seenPauses.push_back({time, after(*length)});
     block(thread, thread.waitsFor, after(*length), false);
     return true;
 }
@@ -94,6 +95,7 @@ void VirtualScheduler::endStandstills() {
 }
 
 void VirtualScheduler::jump(Duration duration) {
+    seenPauses.push_back({time, after(duration)});
     time = after(duration);
     mix(static_cast<std::uint64_t>(time.time_since_epoch().count()));
     steps = 0;

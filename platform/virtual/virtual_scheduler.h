@@ -115,6 +115,7 @@ public:
     };
 
     void endStandstills();
+    const std::vector<Pause>& pauses() const { return seenPauses; }
 
     // Moves the clock by `duration`. Jobs and deadlines in between are due now.
     void jump(Duration duration);
@@ -163,6 +164,7 @@ private:
     std::uint64_t draws;
     Standstills standstills;
     Standstills mainStandstills;
+    std::vector<Pause> seenPauses;
     std::uint64_t hash = 0xcbf29ce484222325;
     std::uint64_t steps = 0;
     TimePoint time{};

@@ -152,6 +152,9 @@ TEST(VirtualMachineSleep, LetsTheClockJumpAndMakesEverythingLate) {
     EXPECT_EQ(ticks, (std::vector{TimePoint{400ms}, TimePoint{10min + 500ms}}));
     runtime.runFor(300ms);
     EXPECT_EQ(ticks.size(), 3u);
+    ASSERT_EQ(runtime.pauses().size(), 1u);
+    EXPECT_EQ(runtime.pauses()[0].from, TimePoint{500ms});
+    EXPECT_EQ(runtime.pauses()[0].until, TimePoint{10min + 500ms});
 }
 
 } // namespace

@@ -43,11 +43,11 @@ struct PeerLimits {
 
 } // namespace
 
-Violations checkAnswers(const SentDatagrams& sent, const Acceptance& acceptance) {
+Violations checkAnswers(const SentDatagrams& sent, const Acceptance& acceptance, const Pauses& pauses) {
     Violations violations;
     std::vector<PeerLimits> limits(sent.peers.size());
     Limit allRefusals{1000, seconds(1)};
-    std::map<std::pair<TimePoint, std::string>, int> pongs;
+    std::map<std::string, std::vector<TimePoint>> pongs; // by whom they went to
     for (const SentDatagram& datagram : sent.list) {
         PeerLimits& peer = limits[datagram.peer];
         const std::string& name = sent.peers[datagram.peer];
@@ -68,16 +68,22 @@ Violations checkAnswers(const SentDatagrams& sent, const Acceptance& acceptance)
                 expect(peer.states.isExceededBy(datagram.at), "everything twice within 250 ms to " + name);
             break;
         case pong:
-            ++pongs[{datagram.at, name}];
+            pongs[name].push_back(datagram.at);
             break;
         default:
             break;
         }
     }
-    for (const ReceivedDatagram& hello : acceptance.accepted)
-        if (hello.bytes.size() > 1 && hello.bytes[0] == 1 && hello.bytes[1] == 0x00 &&
-            --pongs[{hello.at, hello.sender}] < 0)
+    for (const ReceivedDatagram& hello : acceptance.accepted) {
+        if (hello.bytes.size() < 2 || hello.bytes[0] != 1 || hello.bytes[1] != 0x00) continue;
+        std::vector<TimePoint>& times = pongs[hello.sender];
+        const auto answer = std::ranges::find_if(times, [&](TimePoint at) { return pauses.explain(hello.at, at); });
+        if (answer == times.end()) {
             violations.push_back("no pong for the hello of " + hello.sender + " at " + timeText(hello.at));
+        } else {
+            times.erase(answer);
+        }
+    }
     return violations;
 }
 

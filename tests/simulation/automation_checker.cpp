@@ -32,7 +32,8 @@ struct Probe {
 
 class ProbeReader {
 public:
-    ProbeReader(const std::vector<WireAction>& actions, int surfaceNumber) : wire(actions), surface(surfaceNumber) {}
+    ProbeReader(const std::vector<WireAction>& actions, int surfaceNumber, const Pauses& ofThreads)
+        : wire(actions), surface(surfaceNumber), pauses(ofThreads) {}
 
     void read(std::vector<Probe>& probes, TimePoint end, Violations& violations) {
         for (const WireAction& action : wire) {
@@ -47,15 +48,16 @@ public:
                 violations.push_back("a mode button out of place: " + action.text());
             }
         }
-        if (open && end - open->begin > setting) violations.push_back("held for ever: " + open->text());
+        if (open && end - open->begin > setting + pauses.within(open->begin, end))
+            violations.push_back("held for ever: " + open->text());
     }
 
 private:
     bool modeFits(const WireAction& action) {
         if (!open) return false;
-        const Duration since = action.at - open->begin;
-        if (action.value == 0) return open->modePort == action.port && since == settling + pressing;
-        if (open->modePort || since != settling) return false;
+        const auto isThen = [&](Duration after) { return pauses.mayTake(open->begin, after, action.at); };
+        if (action.value == 0) return open->modePort == action.port && isThen(settling + pressing);
+        if (open->modePort || !isThen(settling)) return false;
         open->modePort = action.port;
         return true;
     }
@@ -64,7 +66,7 @@ private:
         if (!open || open->strip != action.number + 8 * surface)
             return violations.push_back("an AUTO switch let go that was not held: " + action.text());
         open->end = action.at;
-        if (action.at - open->begin != (open->modePort ? setting : asking))
+        if (!pauses.mayTake(open->begin, open->modePort ? setting : asking, action.at))
             violations.push_back("not held for its time: " + open->text());
         probes.push_back(*open);
         open.reset();
@@ -72,13 +74,14 @@ private:
 
     const std::vector<WireAction>& wire;
     const int surface;
+    const Pauses& pauses;
     std::optional<Probe> open;
 };
 
 class ProbeChecker {
 public:
-    ProbeChecker(const JobRecord& jobRecord, const Requests& asked, const Acceptance& whoAsked)
-        : jobs(jobRecord), requests(asked), acceptance(whoAsked), open(asked.autoModes) {}
+    ProbeChecker(const JobRecord& jobRecord, const Requests& asked, const Acceptance& whoAsked, const Pauses& ofThreads)
+        : jobs(jobRecord), requests(asked), acceptance(whoAsked), pauses(ofThreads), open(asked.autoModes) {}
 
     void check(const Probe& probe, Violations& violations) {
         if (probe.modePort) {
@@ -86,9 +89,11 @@ public:
             return;
         }
         if (duringWalk(probe)) return;
-        const bool jobRuns = std::ranges::any_of(jobs.runs, [&](const JobRun& run) { return run.wasAt(probe.begin); });
+        const TimePoint decided = pauses.earliest(probe.begin);
+        const auto isThen = [&](const auto& stretch) { return stretch.first < decided && probe.begin < stretch.last; };
+        const bool jobRuns = std::ranges::any_of(jobs.runs, isThen);
         if (jobRuns) violations.push_back("asked while the banks are moved: " + probe.text());
-        if (std::ranges::any_of(jobs.transport, [&](const Stretch& run) { return run.holds(probe.begin); }))
+        if (std::ranges::any_of(jobs.transport, isThen))
             violations.push_back("asked while the transport runs: " + probe.text());
         if (isHeld(probe)) violations.push_back("asked while the fader is held: " + probe.text());
     }
@@ -144,6 +149,7 @@ private:
         bool held = false;
         TimePoint lastHeard;
         TimePoint changed = distantPast;
+        const TimePoint decided = pauses.earliest(probe.begin);
         for (const OwnerChange& change : acceptance.changes)
             if (change.at <= probe.begin) changed = change.at;
         for (const ReceivedDatagram& datagram : acceptance.accepted) {
@@ -152,7 +158,9 @@ private:
             lastHeard = datagram.at;
             const Bytes& bytes = datagram.bytes;
             if (bytes.size() < 3 || bytes[0] != 1 || bytes[2] != probe.strip) continue;
-            if (bytes[1] == 0x02 && datagram.at < probe.begin) held = datagram.at - changed > 2 * tick;
+            // The one who takes the datagram may stand still before anybody knows of the touch.
+            const bool isKnown = decided - datagram.at > pauses.within(datagram.at, decided);
+            if (bytes[1] == 0x02 && datagram.at < decided && isKnown) held = datagram.at - changed > 2 * tick;
             if (bytes[1] == 0x03) held = false;
         }
         return held && probe.begin - lastHeard < seconds(4.5);
@@ -161,17 +169,18 @@ private:
     const JobRecord& jobs;
     const Requests& requests;
     const Acceptance& acceptance;
+    const Pauses& pauses;
     std::vector<AutoModeRequest> open;
     std::vector<std::pair<int, int>> maybeOfWalks; // requests taken that a walk explains as well, by strip and mode
 };
 
 ProbeChecker checkProbes(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
-                         const Acceptance& acceptance, Violations& violations) {
+                         const Acceptance& acceptance, const Pauses& pauses, Violations& violations) {
     std::vector<Probe> probes;
     for (std::size_t surface = 0; surface < wires.size(); ++surface)
-        ProbeReader(wires[surface], static_cast<int>(surface)).read(probes, jobs.ended, violations);
+        ProbeReader(wires[surface], static_cast<int>(surface), pauses).read(probes, jobs.ended, violations);
     std::ranges::sort(probes, {}, &Probe::begin);
-    ProbeChecker checker(jobs, requests, acceptance);
+    ProbeChecker checker(jobs, requests, acceptance, pauses);
     for (std::size_t i = 0; i < probes.size(); ++i) {
         if (i > 0 && probes[i].begin < probes[i - 1].end)
             violations.push_back("two AUTO switches at once: " + probes[i].text());
@@ -183,16 +192,16 @@ ProbeChecker checkProbes(const SurfaceActions& wires, const JobRecord& jobs, con
 } // namespace
 
 Violations checkAutomation(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
-                           const Acceptance& acceptance) {
+                           const Acceptance& acceptance, const Pauses& pauses) {
     Violations violations;
-    checkProbes(wires, jobs, requests, acceptance, violations);
+    checkProbes(wires, jobs, requests, acceptance, pauses, violations);
     return violations;
 }
 
 Violations checkModesAreSet(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
-                            const Acceptance& acceptance) {
+                            const Acceptance& acceptance, const Pauses& pauses) {
     Violations ofProbes;
-    const ProbeChecker checker = checkProbes(wires, jobs, requests, acceptance, ofProbes);
+    const ProbeChecker checker = checkProbes(wires, jobs, requests, acceptance, pauses, ofProbes);
     Violations violations;
     checker.checkRest(8 * static_cast<int>(wires.size()), violations);
     return violations;

@@ -1,6 +1,7 @@
 #include "tests/simulation/button_checkers.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace lumbrine::simulation {
 
@@ -23,22 +24,36 @@ bool isInZone(const WireAction& action, int zone) {
     return action.kind == Kind::edge && action.number == zone;
 }
 
-// How often that edge is on the wire at that moment.
-long countOf(const std::vector<WireAction>& wire, TimePoint at, int zone, int port, int value) {
+bool isEdge(const WireAction& action, int zone, int port, int value) {
+    return isInZone(action, zone) && action.port == port && action.value == value;
+}
+
+// How often it is pressed for PAN so long after that time.
+long pansAfter(const std::vector<WireAction>& wire, TimePoint begin, Duration length, const Pauses& pauses) {
     return std::ranges::count_if(wire, [&](const WireAction& action) {
-        return isInZone(action, zone) && action.port == port && action.value == value && action.at == at;
+        return isEdge(action, assignZone, panPort, 1) && pauses.mayTake(begin, length, action.at);
     });
 }
 
 // Each press in the zone is let go after that time.
-void checkEnds(Violations& violations, const std::vector<WireAction>& wire, int zone, Duration length) {
-    for (const WireAction& action : wire) {
-        if (!isInZone(action, zone)) continue;
-        const TimePoint other = action.value == 1 ? action.at + length : action.at - length;
-        if (countOf(wire, other, zone, action.port, 1 - action.value) !=
-            countOf(wire, action.at, zone, action.port, action.value))
-            violations.push_back("not held for its time: " + action.text());
+void checkEnds(Violations& violations, const std::vector<WireAction>& wire, int zone, Duration length,
+               const Pauses& pauses) {
+    std::vector<WireAction> ends;
+    std::ranges::copy_if(wire, std::back_inserter(ends),
+                         [&](const WireAction& action) { return isInZone(action, zone) && action.value == 0; });
+    for (const WireAction& begin : wire) {
+        if (!isInZone(begin, zone) || begin.value == 0) continue;
+        const auto end = std::ranges::find_if(ends, [&](const WireAction& action) {
+            return action.port == begin.port && pauses.mayTake(begin.at, length, action.at);
+        });
+        if (end == ends.end()) {
+            violations.push_back("not held for its time: " + begin.text());
+        } else {
+            ends.erase(end);
+        }
     }
+    for (const WireAction& end : ends)
+        violations.push_back("not held for its time: " + end.text());
 }
 
 } // namespace
@@ -56,10 +71,11 @@ Violations checkZones(const SurfaceActions& wires) {
     return violations;
 }
 
-Violations checkBankButtons(const SurfaceActions& wires, const std::vector<JobRun>& runs, const Requests& requests) {
+Violations checkBankButtons(const SurfaceActions& wires, const std::vector<JobRun>& runs, const Requests& requests,
+                            const Pauses& pauses) {
     Violations violations;
     for (std::size_t surface = 0; surface < wires.size(); ++surface) {
-        checkEnds(violations, wires[surface], bankZone, bankPress);
+        checkEnds(violations, wires[surface], bankZone, bankPress, pauses);
         for (const WireAction& action : wires[surface]) {
             if (!isInZone(action, bankZone)) continue;
             if (surface != 0 || action.port > 3) violations.push_back("no bank button: " + action.text());
@@ -67,7 +83,7 @@ Violations checkBankButtons(const SurfaceActions& wires, const std::vector<JobRu
             const bool ofJob =
                 std::ranges::any_of(runs, [&](const JobRun& run) { return run.mayHaveBeenAt(action.at); });
             const bool ofClient = std::ranges::any_of(requests.bankMoves, [&](const BankMoveRequest& request) {
-                return request.at == action.at && request.button == action.port;
+                return pauses.explain(request.at, action.at) && request.button == action.port;
             });
             if (!ofJob && !ofClient) violations.push_back("a bank button for no reason: " + action.text());
         }
@@ -75,28 +91,32 @@ Violations checkBankButtons(const SurfaceActions& wires, const std::vector<JobRu
     return violations;
 }
 
-Violations checkAssignment(const SurfaceActions& wires, const Requests& requests) {
+Violations checkAssignment(const SurfaceActions& wires, const Requests& requests, const Pauses& pauses) {
     Violations violations;
     for (const auto& wire : wires) {
-        checkEnds(violations, wire, assignZone, step);
+        checkEnds(violations, wire, assignZone, step, pauses);
         for (const WireAction& action : wire) {
             if (!isInZone(action, assignZone) || action.value == 0) continue;
             // Forced to the left: send A, then pan; then pan once more on a surface that has to show the right.
             const auto sendAIsPressed = [&](int stepsAgo) {
-                return countOf(wire, action.at - stepsAgo * step, assignZone, sendAPort, 1) > 0;
+                return std::ranges::any_of(wire, [&](const WireAction& before) {
+                    return isEdge(before, assignZone, sendAPort, 1) &&
+                           pauses.mayTake(before.at, stepsAgo * step, action.at);
+                });
             };
             if (action.port == sendAPort) {
-                if (countOf(wire, action.at + 2 * step, assignZone, panPort, 1) == 0)
+                if (pansAfter(wire, action.at, 2 * step, pauses) == 0)
                     violations.push_back("left on send A: " + action.text());
             } else if (action.port != panPort) {
                 violations.push_back("another assignment: " + action.text());
-            } else if (std::ranges::count(requests.panSides, action.at) == 0 && !sendAIsPressed(2) &&
-                       !sendAIsPressed(3)) {
+            } else if (std::ranges::none_of(requests.panSides,
+                                            [&](TimePoint at) { return pauses.explain(at, action.at); }) &&
+                       !sendAIsPressed(2) && !sendAIsPressed(3)) {
                 violations.push_back("an assignment for no reason: " + action.text());
             }
         }
         for (const TimePoint at : requests.panSides)
-            if (countOf(wire, at, assignZone, panPort, 1) < std::ranges::count(requests.panSides, at))
+            if (pansAfter(wire, at, Duration::zero(), pauses) < std::ranges::count(requests.panSides, at))
                 violations.push_back("the pan side was not changed at " +
                                      std::to_string(inSeconds(at.time_since_epoch())) + " s");
     }

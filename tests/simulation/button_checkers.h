@@ -4,6 +4,7 @@
 
 #include "tests/simulation/job_watch.h"
 #include "tests/simulation/owner_oracle.h"
+#include "tests/simulation/pauses.h"
 #include "tests/simulation/requests.h"
 #include "tests/simulation/surface_wire.h"
 
@@ -17,19 +18,20 @@ std::vector<std::string> checkZones(const SurfaceActions& wires);
 
 // Bank and channel buttons are pressed on surface A, for 30 ms, by a job or at the moment a client presses one.
 std::vector<std::string> checkBankButtons(const SurfaceActions& wires, const std::vector<JobRun>& runs,
-                                          const Requests& requests);
+                                          const Requests& requests, const Pauses& pauses = {});
 
 // The V-Pots' assignment changes when a client asks for the other side, at once, and when a surface appears.
-std::vector<std::string> checkAssignment(const SurfaceActions& wires, const Requests& requests);
+std::vector<std::string> checkAssignment(const SurfaceActions& wires, const Requests& requests,
+                                         const Pauses& pauses = {});
 
 // One held AUTO switch at a time, for as long as its purpose takes, and for one of four: a client sets a mode, each
 // once; a walk sets modes; a walk looks at a range; or the receiver asks a strip by itself. That it does only
 // while nobody moves the banks, nothing plays, and the client does not hold that fader.
 std::vector<std::string> checkAutomation(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
-                                         const Acceptance& acceptance);
+                                         const Acceptance& acceptance, const Pauses& pauses = {});
 
 // Each mode that a client asked for is set, however long that takes. To go when "in-time" is on.
 std::vector<std::string> checkModesAreSet(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
-                                          const Acceptance& acceptance);
+                                          const Acceptance& acceptance, const Pauses& pauses = {});
 
 } // namespace lumbrine::simulation

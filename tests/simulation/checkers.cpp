@@ -51,23 +51,24 @@ Actions only(const Actions& actions, const std::function<bool(const WireAction&)
     return found;
 }
 
-void compare(Violations& violations, const std::string& what, const Actions& wire, const Actions& asked) {
+void compare(Violations& violations, const std::string& what, const Actions& wire, const Actions& asked,
+             const Pauses& pauses) {
     for (std::size_t i = 0; i < std::max(wire.size(), asked.size()); ++i) {
         if (i >= wire.size()) return violations.push_back(what + " lost: " + asked[i].text());
         if (i >= asked.size()) return violations.push_back(what + " that nobody asked for: " + wire[i].text());
         if (!wire[i].sameAs(asked[i]))
             return violations.push_back(what + ": asked " + asked[i].text() + ", sent " + wire[i].text());
-        if (wire[i].at != asked[i].at)
+        if (!pauses.explain(asked[i].at, wire[i].at))
             return violations.push_back(what + " late: asked " + asked[i].text() + ", sent " + wire[i].text());
     }
 }
 
 } // namespace
 
-Violations checkNothingLostNothingForged(const Actions& wire, const Actions& asked) {
+Violations checkNothingLostNothingForged(const Actions& wire, const Actions& asked, const Pauses& pauses) {
     Violations violations;
     const auto check = [&](const std::string& what, const std::function<bool(const WireAction&)>& wanted) {
-        compare(violations, what, only(wire, wanted), only(asked, wanted));
+        compare(violations, what, only(wire, wanted), only(asked, wanted), pauses);
     };
     check("fader move", [](const WireAction& action) { return action.kind == Kind::fader; });
     check("touch", isTouch);
@@ -75,15 +76,22 @@ Violations checkNothingLostNothingForged(const Actions& wire, const Actions& ask
     return violations;
 }
 
-Violations checkPressesEnd(const Actions& wire) {
+Violations checkPressesEnd(const Actions& wire, const Pauses& pauses) {
     Violations violations;
-    Actions ends;
-    for (WireAction expected : only(wire, isPress)) {
-        expected.at += press;
-        expected.value = 0;
-        ends.push_back(expected);
+    Actions ends = only(wire, isPressEnd);
+    for (const WireAction& begin : only(wire, isPress)) {
+        const auto end = std::ranges::find_if(ends, [&](const WireAction& action) {
+            return action.number == begin.number && action.port == begin.port &&
+                   pauses.mayTake(begin.at, press, action.at);
+        });
+        if (end == ends.end()) {
+            violations.push_back("end of a press lost: " + begin.text());
+        } else {
+            ends.erase(end);
+        }
     }
-    compare(violations, "end of a press", only(wire, isPressEnd), ends);
+    for (const WireAction& end : ends)
+        violations.push_back("end of a press that nobody began: " + end.text());
     return violations;
 }
 
@@ -128,6 +136,7 @@ HandsEvidence handsOf(const Evidence& evidence) {
     received.insert(received.end(), evidence.ending.datagrams.begin(), evidence.ending.datagrams.end());
     hands.acceptance = acceptedOf(received);
     hands.runs = evidence.jobs.runs;
+    hands.pauses = Pauses(evidence.pauses);
     hands.programEnd = evidence.ending.ended;
     hands.end = evidence.ending.ended + seconds(0.2);
     for (std::size_t i = 0; i < evidence.surfaces.size(); ++i) {
@@ -135,7 +144,7 @@ HandsEvidence handsOf(const Evidence& evidence) {
         Actions wire = readWire(evidence.surfaces[i]).actions;
         std::ranges::copy(readWire(evidence.ending.surfaces[i]).actions, std::back_inserter(wire));
         const Actions asked = askedOf(hands.acceptance.accepted, surface);
-        hands.wires.push_back(splitWire(wire, asked, hands.runs, surface).ofClient);
+        hands.wires.push_back(splitWire(wire, asked, hands.runs, surface, hands.pauses).ofClient);
     }
     return hands;
 }
@@ -144,10 +153,6 @@ HandsEvidence handsOf(const Evidence& evidence) {
 std::vector<Stretch> disturbancesIn(const Scenario& scenario, const Evidence& evidence) {
     if (scenario.host.restlessUserEvery > Duration::zero()) return {{evidence.begun, evidence.jobs.ended}};
     return evidence.disturbances;
-}
-
-bool isJudged(const Scenario& scenario, std::string_view checker) {
-    return scenario.switches.isOn(checker) && scenario.hardships.letsJudge(checker);
 }
 
 void addNamed(Violations& violations, std::string_view checker, const Violations& found) {
@@ -159,13 +164,13 @@ void addNamed(Violations& violations, std::string_view checker, const Violations
 void addByTracks(Violations& violations, const Scenario& scenario, const Evidence& evidence,
                  const Acceptance& acceptance, const Requests& requests, const SurfaceActions& wires) {
     const ShownTracks shown(evidence.sent, evidence.record, evidence.jobs.runs);
-    if (isJudged(scenario, "tracks-of-acts") || isJudged(scenario, "acts-of-newcomers")) {
+    if (scenario.switches.isOn("tracks-of-acts") || scenario.switches.isOn("acts-of-newcomers")) {
         const ActViolations acts = checkActs(evidence, shown, acceptance, requests);
-        if (isJudged(scenario, "tracks-of-acts")) addNamed(violations, "tracks-of-acts", acts.wrongTracks);
-        if (isJudged(scenario, "acts-of-newcomers")) addNamed(violations, "acts-of-newcomers", acts.ofNewcomers);
+        if (scenario.switches.isOn("tracks-of-acts")) addNamed(violations, "tracks-of-acts", acts.wrongTracks);
+        if (scenario.switches.isOn("acts-of-newcomers")) addNamed(violations, "acts-of-newcomers", acts.ofNewcomers);
     }
     const auto add = [&](std::string_view checker, const auto& check) {
-        if (isJudged(scenario, checker)) addNamed(violations, checker, check());
+        if (scenario.switches.isOn(checker)) addNamed(violations, checker, check());
     };
     add("tellings", [&] { return checkTellings(scenario, evidence, shown); });
     add("quiet-moments", [&] { return checkQuietMoments(scenario, evidence, acceptance); });
@@ -183,48 +188,49 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
     const Requests requests = requestsIn(acceptance);
     Violations violations;
     const auto add = [&](std::string_view checker, const Violations& found) {
-        if (isJudged(scenario, checker)) addNamed(violations, checker, found);
+        if (scenario.switches.isOn(checker)) addNamed(violations, checker, found);
     };
 
+    const Pauses pauses(evidence.pauses);
     SurfaceActions wires;
     std::vector<WalkedFader> walked;
     for (std::size_t i = 0; i < evidence.surfaces.size(); ++i) {
         const int surface = static_cast<int>(i);
         SurfaceWire wire = readWire(evidence.surfaces[i]);
         const Actions asked = askedOf(acceptance.accepted, surface);
-        const SplitWire split = splitWire(wire.actions, asked, evidence.jobs.runs, surface);
+        const SplitWire split = splitWire(wire.actions, asked, evidence.jobs.runs, surface, pauses);
         walked.insert(walked.end(), split.ofWalks.begin(), split.ofWalks.end());
         add("wire", wire.violations);
-        add("nothing-lost", checkNothingLostNothingForged(split.ofClient, asked));
-        add("turns", checkTurns(split.ofClient, asked, requests, surface));
-        add("presses-end", checkPressesEnd(split.ofClient));
+        add("nothing-lost", checkNothingLostNothingForged(split.ofClient, asked, pauses));
+        add("turns", checkTurns(split.ofClient, asked, requests, surface, pauses));
+        add("presses-end", checkPressesEnd(split.ofClient, pauses));
         if (!scenario.switches.isOn("hands"))
-            add("releases", checkReleases(split.ofClient, asked, acceptance, surface));
+            add("releases", checkReleases(split.ofClient, asked, acceptance, surface, pauses));
         wires.push_back(std::move(wire.actions));
     }
     add("walked-faders", checkWalkedFaders(walked, requests));
     add("zones", checkZones(wires));
-    add("bank-buttons", checkBankButtons(wires, evidence.jobs.runs, requests));
-    add("assignment", checkAssignment(wires, requests));
-    add("automation", checkAutomation(wires, evidence.jobs, requests, acceptance));
+    add("bank-buttons", checkBankButtons(wires, evidence.jobs.runs, requests, pauses));
+    add("assignment", checkAssignment(wires, requests, pauses));
+    add("automation", checkAutomation(wires, evidence.jobs, requests, acceptance, pauses));
     if (scenario.switches.isOn("in-time")) {
         add("in-time",
-            checkModesInTime(wires, evidence.jobs, requests, acceptance, disturbancesIn(scenario, evidence)));
-        add("in-time", checkWalksInTime(wires, walked, evidence.jobs, requests, acceptance));
-        add("in-time", checkSettersInTime(evidence.setters, requests, acceptance));
+            checkModesInTime(wires, evidence.jobs, requests, acceptance, disturbancesIn(scenario, evidence), pauses));
+        add("in-time", checkWalksInTime(wires, walked, evidence.jobs, requests, acceptance, pauses));
+        add("in-time", checkSettersInTime(evidence.setters, requests, acceptance, pauses));
     } else {
-        add("modes-set", checkModesAreSet(wires, evidence.jobs, requests, acceptance));
+        add("modes-set", checkModesAreSet(wires, evidence.jobs, requests, acceptance, pauses));
     }
     if (scenario.switches.isOn("hands")) add("hands", checkHands(handsOf(evidence)));
-    add("answers", checkAnswers(evidence.sent, acceptance));
+    add("answers", checkAnswers(evidence.sent, acceptance, pauses));
     add("bounds", checkBounds(evidence.load));
     add("repeats", checkRepeats(evidence.lines));
-    add("beginnings", checkBeginnings(evidence, requests));
-    add("lengths", checkLengths(evidence.jobs, requests));
+    add("beginnings", checkBeginnings(evidence, requests, pauses));
+    add("lengths", checkLengths(evidence.jobs, requests, pauses));
     add("positions", checkPositions(evidence));
     add("places", checkPlaces(scenario, evidence, requests, walked));
     addByTracks(violations, scenario, evidence, acceptance, requests, wires);
-    add("presence", checkPresence(evidence, acceptance));
+    add("presence", checkPresence(evidence, acceptance, pauses));
     add("sources", checkSources(scenario, evidence));
     add("strangers", checkStrangers(evidence));
     add("untimely-sends", evidence.untimelySends);

@@ -1,5 +1,7 @@
 #include "tests/simulation/deadline_checkers.h"
 
+#include "tests/simulation/time_limits.h"
+
 #include <algorithm>
 #include <map>
 #include <optional>
@@ -12,9 +14,6 @@ using Kind = WireAction::Kind;
 using Violations = std::vector<std::string>;
 
 constexpr Duration freeTimeLimit = seconds(1);
-constexpr Duration modeTime = seconds(2);
-constexpr Duration setterTime = seconds(3);
-constexpr Duration walkTime = seconds(10);
 constexpr Duration grace = seconds(0.1); // for what was begun when its time was over
 
 // A mode button pressed while an AUTO switch is down.
@@ -54,8 +53,9 @@ std::vector<Setting> settingsOn(const std::vector<WireAction>& wire, int surface
 class ModeChecker {
 public:
     ModeChecker(const SurfaceActions& wires, const JobRecord& jobRecord, const Requests& asked,
-                const Acceptance& whoAsked, const std::vector<Stretch>& disturbed)
-        : jobs(jobRecord), requests(asked), acceptance(whoAsked), disturbances(disturbed), open(asked.autoModes) {
+                const Acceptance& whoAsked, const std::vector<Stretch>& disturbed, const Pauses& ofThreads)
+        : jobs(jobRecord), requests(asked), acceptance(whoAsked), disturbances(disturbed), pauses(ofThreads),
+          open(asked.autoModes) {
         for (std::size_t surface = 0; surface < wires.size(); ++surface)
             for (const Setting& setting : settingsOn(wires[surface], static_cast<int>(surface)))
                 settings.push_back(setting);
@@ -88,9 +88,9 @@ private:
             if (isInTime(request, setting)) break;
         }
         if (best == nullptr) return; // somebody else's business
-        if (setting.begin - best->at > modeTime) {
+        if (ageOf(*best, setting.begin) > modeTime) {
             complain(setting, *best, "too late");
-        } else if (setting.pressed - grace > acceptance.endOf(best->number)) {
+        } else if (isOver(*best, setting.pressed)) {
             complain(setting, *best, "for a former owner");
         } else if (freeTime(best->at, setting.begin) > freeTimeLimit) {
             complain(setting, *best, "though the surfaces had been free for more than 1 s");
@@ -99,7 +99,15 @@ private:
     }
 
     bool isInTime(const AutoModeRequest& request, const Setting& setting) const {
-        return setting.begin - request.at <= modeTime && setting.pressed - grace <= acceptance.endOf(request.number);
+        return ageOf(request, setting.begin) <= modeTime && !isOver(request, setting.pressed);
+    }
+
+    Duration ageOf(const AutoModeRequest& request, TimePoint at) const {
+        return at - request.at - pauses.within(request.at, at);
+    }
+    bool isOver(const AutoModeRequest& request, TimePoint at) const {
+        const TimePoint end = acceptance.endOf(request.number);
+        return at - grace > end && at - grace - pauses.within(end, at) > end;
     }
 
     void complain(const Setting& setting, const AutoModeRequest& request, const std::string& what) {
@@ -120,15 +128,15 @@ private:
             if (stretch.first > time) free += stretch.first - time;
             time = std::max(time, stretch.last);
         }
-        return to > time ? free + (to - time) : free;
+        return (to > time ? free + (to - time) : free) - pauses.within(from, to);
     }
 
     // Alone among the commands, on surfaces that nobody takes or moves.
     bool couldBeSet(const AutoModeRequest& request) const {
         const TimePoint last = request.at + freeTimeLimit + grace;
         const auto meanwhile = [&](TimePoint at) { return request.at <= at && at <= last; };
-        return request.strip < strips && last < jobs.ended && acceptance.endOf(request.number) > last &&
-               freeTime(request.at, last) == last - request.at &&
+        return request.strip < strips && last < jobs.ended && pauses.within(request.at, last) == Duration::zero() &&
+               acceptance.endOf(request.number) > last && freeTime(request.at, last) == last - request.at &&
                std::ranges::none_of(requests.bankMoves, meanwhile, &BankMoveRequest::at) &&
                std::ranges::none_of(
                    requests.autoModes,
@@ -149,6 +157,7 @@ private:
     const Requests& requests;
     const Acceptance& acceptance;
     const std::vector<Stretch>& disturbances;
+    const Pauses& pauses;
     std::vector<AutoModeRequest> open;
     std::vector<Setting> settings;
     int strips = 0;
@@ -174,14 +183,15 @@ std::optional<TimePoint> lastActIn(const JobRun& run, const SurfaceActions& wire
 } // namespace
 
 Violations checkModesInTime(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
-                            const Acceptance& acceptance, const std::vector<Stretch>& disturbances) {
-    ModeChecker checker(wires, jobs, requests, acceptance, disturbances);
+                            const Acceptance& acceptance, const std::vector<Stretch>& disturbances,
+                            const Pauses& pauses) {
+    ModeChecker checker(wires, jobs, requests, acceptance, disturbances, pauses);
     checker.check();
     return std::move(checker.violations);
 }
 
 Violations checkWalksInTime(const SurfaceActions& wires, const std::vector<WalkedFader>& walked, const JobRecord& jobs,
-                            const Requests& requests, const Acceptance& acceptance) {
+                            const Requests& requests, const Acceptance& acceptance, const Pauses& pauses) {
     Violations violations;
     std::vector<WalkRequest> open = requests.walks;
     std::vector<JobRun> runs = jobs.runs;
@@ -191,8 +201,9 @@ Violations checkWalksInTime(const SurfaceActions& wires, const std::vector<Walke
         const std::string which = "the walk that began at " + timeText(run.first);
         // The oldest that may still be carried out; requests are in the order of their times.
         const auto request = std::ranges::find_if(open, [&](const WalkRequest& asked) {
-            return asked.at <= run.first && run.before <= asked.at + walkTime &&
-                   run.before <= acceptance.endOf(asked.number);
+            const TimePoint decided = pauses.earliest(run.before);
+            return asked.at <= run.first && decided <= asked.at + walkTime + pauses.within(asked.at, decided) &&
+                   decided <= acceptance.endOf(asked.number);
         });
         if (request == open.end()) {
             violations.push_back(which + " is for nobody, or nobody any more");
@@ -200,7 +211,7 @@ Violations checkWalksInTime(const SurfaceActions& wires, const std::vector<Walke
         }
         const TimePoint over = acceptance.endOf(request->number);
         const auto last = lastActIn(run, wires, walked);
-        if (run.first < over && last && *last - grace > over)
+        if (run.first < over && last && *last - grace > over && *last - grace - pauses.within(over, *last) > over)
             violations.push_back(which + " went on until " + timeText(*last) + ", its client replaced at " +
                                  timeText(over));
         open.erase(request);
@@ -209,7 +220,7 @@ Violations checkWalksInTime(const SurfaceActions& wires, const std::vector<Walke
 }
 
 Violations checkSettersInTime(const std::vector<ScriptingSetter>& setters, const Requests& requests,
-                              const Acceptance& acceptance) {
+                              const Acceptance& acceptance, const Pauses& pauses) {
     Violations violations;
     const std::map<std::int32_t, SetterRequest::Kind> kinds{
         {85, SetterRequest::Kind::mute}, {86, SetterRequest::Kind::solo}, {90, SetterRequest::Kind::inputMonitor}};
@@ -222,8 +233,9 @@ Violations checkSettersInTime(const std::vector<ScriptingSetter>& setters, const
                    std::ssize(setter.request.trackNames) <= request.tracks;
         };
         const auto isInTime = [&](const SetterRequest& request) {
-            return isFor(request) && setter.at <= request.at + setterTime + grace &&
-                   setter.at - grace <= acceptance.endOf(request.number);
+            const TimePoint at = pauses.earliest(setter.at);
+            return isFor(request) && at <= request.at + setterTime + grace + pauses.within(request.at, at) &&
+                   at - grace <= acceptance.endOf(request.number);
         };
         if (std::ranges::any_of(requests.setters, isInTime)) continue;
         const bool asked = std::ranges::any_of(requests.setters, isFor);

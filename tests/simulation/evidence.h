@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/state/published_state.h"
+#include "platform/virtual/standstills.h"
 #include "remote/session_picture.h"
 #include "simulator/host_record.h"
 #include "tests/simulation/job_watch.h"
@@ -44,6 +45,7 @@ struct Evidence {
     std::vector<Stretch> disturbances;      // of the host, with what they leave behind
     std::vector<std::string> untimelySends; // of state, while the surfaces moved
     Recovery recovery;
+    std::vector<Pause> pauses; // see pauses.h
 
     std::vector<ToldTracks> told;  // names, colours and comments
     std::vector<HostTrack> tracks; // of the host, at the end

@@ -142,12 +142,12 @@ private:
     void checkLength(const Key& key, const Hold& hold, std::optional<TimePoint> up) {
         const TimePoint last = up.value_or(evidence.end);
         const Gone gone = goneOf(key, hold, last);
-        if (last - lettingGo > gone.at)
+        if (last - lettingGo > gone.at && last - lettingGo > gone.at + evidence.pauses.within(gone.at, last))
             violations.push_back(text(key, hold) + " is still down 0.1 s after " + gone.why + " at " +
                                  timeText(gone.at));
         if (!key.isOfStrip() && key.zone != modeZone) return;
         const auto press = std::ranges::upper_bound(bankPresses, hold.down);
-        if (press != bankPresses.end() && *press < last)
+        if (press != bankPresses.end() && last > *press + evidence.pauses.within(hold.down, last))
             violations.push_back(text(key, hold) + " is down when the banks are moved at " + timeText(*press));
     }
 

@@ -3,6 +3,7 @@
 
 #include "tests/simulation/job_watch.h"
 #include "tests/simulation/owner_oracle.h"
+#include "tests/simulation/pauses.h"
 #include "tests/simulation/surface_wire.h"
 
 #include <string>
@@ -14,6 +15,7 @@ struct HandsEvidence {
     SurfaceActions wires; // without the faders that walks play
     Acceptance acceptance;
     std::vector<JobRun> runs;
+    Pauses pauses = {};
     TimePoint programEnd;
     TimePoint end; // of the record
 };

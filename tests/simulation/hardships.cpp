@@ -35,13 +35,6 @@ bool isOfTheReceiver(std::string_view threadName) {
 
 } // namespace
 
-bool Hardships::letsJudge(std::string_view checker) const {
-    constexpr auto punctual = std::to_array<std::string_view>(
-        {"beginnings", "nothing-lost", "turns", "presses-end", "releases", "walked-faders", "bank-buttons",
-         "assignment", "automation", "lengths", "presence", "hands", "in-time", "answers", "modes-set"});
-    return !(threadStandsStill || machineSleeps) || std::ranges::find(punctual, checker) == punctual.end();
-}
-
 std::string Hardships::text() const {
     std::string names;
     for (const Hardship& hardship : known)

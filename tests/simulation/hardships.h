@@ -29,10 +29,6 @@ struct Hardships {
     // Whether a datagram can come from somebody who takes the receiver for a client.
     bool strangers() const { return secondReceiver || falseReceiver; }
 
-    // Whether that checker can judge such a session. Many take it for granted that what is asked for happens at once,
-    // and that ticks are on time.
-    bool letsJudge(std::string_view checker) const;
-
     std::string text() const; // their names
 };
 

@@ -19,19 +19,21 @@ bool within(TimePoint at, TimePoint first, TimePoint last) {
     return first <= at && at <= last;
 }
 
-bool seekWasAsked(const JobRun& run, const Requests& requests) {
-    const auto atItsBeginning = [&run](const auto& request) { return within(request.at, run.before, run.first); };
+bool seekWasAsked(const JobRun& run, const Requests& requests, const Pauses& pauses) {
+    const TimePoint first = pauses.earliest(run.before);
+    const auto atItsBeginning = [&](const auto& request) { return within(request.at, first, run.first); };
     return std::ranges::any_of(requests.seeks, atItsBeginning) ||
            std::ranges::any_of(requests.bankMoves, atItsBeginning);
 }
 
 // The line that announces a scan is written at its beginning, so that is known exactly.
-bool scanHadAReason(const JobRun& scan, const Evidence& evidence, const Requests& requests) {
-    const auto isThen = [&scan](TimePoint at) { return at == scan.first; };
+bool scanHadAReason(const JobRun& scan, const Evidence& evidence, const Requests& requests, const Pauses& pauses) {
+    const auto isThen = [&](TimePoint at) { return pauses.explain(at, scan.first); };
     if (std::ranges::any_of(requests.scans, isThen) || std::ranges::any_of(requests.hellos, isThen)) return true;
-    if ((scan.first - evidence.begun) % seconds(0.4) == Duration::zero()) return true;
-    return std::ranges::any_of(evidence.jobs.runs, [&scan](const JobRun& other) {
-        return other.job == Job::scan && other.after + seconds(2) == scan.first;
+    const TimePoint lastTick = scan.first - (scan.first - evidence.begun) % seconds(0.4);
+    if (lastTick >= pauses.earliest(scan.first)) return true;
+    return std::ranges::any_of(evidence.jobs.runs, [&](const JobRun& other) {
+        return other.job == Job::scan && pauses.mayTake(other.after, seconds(2), scan.first);
     });
 }
 
@@ -62,16 +64,17 @@ std::optional<Walk> kindOf(const JobRun& walk, const JobRecord& jobs) {
     return std::nullopt;
 }
 
-Violations checkBeginnings(const Evidence& evidence, const Requests& requests) {
+Violations checkBeginnings(const Evidence& evidence, const Requests& requests, const Pauses& pauses) {
     Violations violations = evidence.jobs.violations;
     std::ptrdiff_t walks = 0;
     for (const JobRun& run : evidence.jobs.runs) {
         switch (run.job) {
         case Job::seek:
-            if (!seekWasAsked(run, requests)) violations.push_back("nobody asked for the " + describe(run));
+            if (!seekWasAsked(run, requests, pauses)) violations.push_back("nobody asked for the " + describe(run));
             break;
         case Job::scan:
-            if (!scanHadAReason(run, evidence, requests)) violations.push_back("no reason for the " + describe(run));
+            if (!scanHadAReason(run, evidence, requests, pauses))
+                violations.push_back("no reason for the " + describe(run));
             if (run.transportRan) violations.push_back("the transport ran before the " + describe(run));
             break;
         case Job::walk:
@@ -98,10 +101,10 @@ Duration lengthOf(const JobRun& run, const Requests& requests) {
     return run.last - begin;
 }
 
-Violations checkLengths(const JobRecord& jobs, const Requests& requests) {
+Violations checkLengths(const JobRecord& jobs, const Requests& requests, const Pauses& pauses) {
     Violations violations;
     for (const JobRun& run : jobs.runs)
-        if (lengthOf(run, requests) > limitOf(run, requests))
+        if (lengthOf(run, requests) > limitOf(run, requests) + pauses.within(run.first, run.last))
             violations.push_back("the " + describe(run) + " took " +
                                  std::to_string(inSeconds(lengthOf(run, requests))) + " s, more than " +
                                  std::to_string(inSeconds(limitOf(run, requests))) + " s");

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "tests/simulation/evidence.h"
+#include "tests/simulation/pauses.h"
 #include "tests/simulation/requests.h"
 #include "tests/simulation/scenario.h"
 #include "tests/simulation/walk_actions.h"
@@ -15,13 +16,13 @@ namespace lumbrine::simulation {
 
 // A seek begins at a client's request, a walk for one, a scan for one or by the clock; none but seeks and group faders
 // begins while the transport runs.
-std::vector<std::string> checkBeginnings(const Evidence& evidence, const Requests& requests);
+std::vector<std::string> checkBeginnings(const Evidence& evidence, const Requests& requests, const Pauses& pauses = {});
 
 // How long a job lasted, as far as a limit counts it: a seek from the last target on.
 Duration lengthOf(const JobRun& run, const Requests& requests);
 
 // Each ends within its limit (time_limits.h).
-std::vector<std::string> checkLengths(const JobRecord& jobs, const Requests& requests);
+std::vector<std::string> checkLengths(const JobRecord& jobs, const Requests& requests, const Pauses& pauses = {});
 
 // A bank offset that is known is true, as soon as the host has had the time to show where it is.
 std::vector<std::string> checkPositions(const Evidence& evidence);

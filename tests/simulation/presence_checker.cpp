@@ -17,12 +17,20 @@ bool anyBetween(const Times& times, TimePoint from, TimePoint to) {
 }
 
 // Counted as there for `period` after each time, as a tick at the latest notices it: surely there, or surely not.
-bool surelyThere(const Times& times, TimePoint at, Duration period) {
-    return anyBetween(times, at - period, at - tick);
-}
-bool maybeThere(const Times& times, TimePoint at, Duration period) {
-    return anyBetween(times, at - period - tick, at);
-}
+class Judge {
+public:
+    explicit Judge(const Pauses& ofThreads) : pauses(ofThreads) {}
+
+    bool surelyThere(const Times& times, TimePoint at, Duration period) const {
+        return anyBetween(times, at - period, pauses.before(at, tick));
+    }
+    bool maybeThere(const Times& times, TimePoint at, Duration period) const {
+        return anyBetween(times, pauses.before(at, period + tick), at);
+    }
+
+private:
+    const Pauses& pauses;
+};
 
 // A surface answers each ping at once.
 Times pingsOf(const std::vector<ReceivedPacket>& packets) {
@@ -41,25 +49,26 @@ Times signsOfLife(const Acceptance& acceptance) {
 
 } // namespace
 
-std::vector<std::string> checkPresence(const Evidence& evidence, const Acceptance& acceptance) {
+std::vector<std::string> checkPresence(const Evidence& evidence, const Acceptance& acceptance, const Pauses& pauses) {
     const Duration pingPeriod = seconds(2);
     const Duration clientPeriod = seconds(5);
     const Times pingsA = pingsOf(evidence.surfaces[0]);
     const Times pingsB = evidence.surfaces.size() > 1 ? pingsOf(evidence.surfaces[1]) : Times{};
     const Times signs = signsOfLife(acceptance);
 
+    const Judge judge(pauses);
     std::vector<std::string> violations;
     const auto expect = [&](bool holds, const std::string& what, TimePoint at) {
         if (!holds) violations.push_back(what + " at " + std::to_string(inSeconds(at.time_since_epoch())) + " s");
     };
     for (const PresenceSample& sample : evidence.jobs.presence) {
         const TimePoint at = sample.at;
-        expect(!sample.proTools || maybeThere(pingsA, at, pingPeriod), "Pro Tools counts as there", at);
-        expect(sample.proTools || !surelyThere(pingsA, at, pingPeriod), "Pro Tools counts as gone", at);
-        expect(!sample.client || maybeThere(signs, at, clientPeriod), "the client counts as there", at);
-        expect(sample.client || !surelyThere(signs, at, clientPeriod), "the client counts as gone", at);
-        const bool both = maybeThere(pingsA, at, pingPeriod) && maybeThere(pingsB, at, pingPeriod);
-        const bool surelyBoth = surelyThere(pingsA, at, pingPeriod) && surelyThere(pingsB, at, pingPeriod);
+        expect(!sample.proTools || judge.maybeThere(pingsA, at, pingPeriod), "Pro Tools counts as there", at);
+        expect(sample.proTools || !judge.surelyThere(pingsA, at, pingPeriod), "Pro Tools counts as gone", at);
+        expect(!sample.client || judge.maybeThere(signs, at, clientPeriod), "the client counts as there", at);
+        expect(sample.client || !judge.surelyThere(signs, at, clientPeriod), "the client counts as gone", at);
+        const bool both = judge.maybeThere(pingsA, at, pingPeriod) && judge.maybeThere(pingsB, at, pingPeriod);
+        const bool surelyBoth = judge.surelyThere(pingsA, at, pingPeriod) && judge.surelyThere(pingsB, at, pingPeriod);
         expect(sample.width == 8 || both, "16 strips", at);
         expect(sample.width == 16 || !surelyBoth, "8 strips", at);
     }

@@ -10,6 +10,7 @@ namespace lumbrine::simulation {
 namespace {
 
 constexpr Duration oneTick = seconds(0.4);
+constexpr Duration silence = seconds(4.5);
 
 bool isTouchEdge(const WireAction& action) {
     return action.kind == WireAction::Kind::edge && action.number < 8 && action.port == 0 && action.value == 1;
@@ -39,7 +40,7 @@ std::vector<Replaced> replacementsOf(const std::vector<WireAction>& asked, const
         TimePoint lastHeard = since;
         for (const ReceivedDatagram& datagram : acceptance.accepted) {
             if (datagram.at >= at) break;
-            if (datagram.at - lastHeard > seconds(4.5)) held.clear();
+            if (datagram.at - lastHeard > silence) held.clear();
             lastHeard = datagram.at;
             if (datagram.at < since) continue;
             for (const WireAction& action : asked) {
@@ -48,7 +49,7 @@ std::vector<Replaced> replacementsOf(const std::vector<WireAction>& asked, const
                 if (isReleaseEdge(action)) held.erase(action.number);
             }
         }
-        if (at - lastHeard < seconds(4.5) && !held.empty()) replacements.push_back({at, held});
+        if (at - lastHeard < silence && !held.empty()) replacements.push_back({at, held});
     }
     return replacements;
 }
@@ -56,15 +57,16 @@ std::vector<Replaced> replacementsOf(const std::vector<WireAction>& asked, const
 } // namespace
 
 Violations checkReleases(const std::vector<WireAction>& wire, const std::vector<WireAction>& asked,
-                         const Acceptance& acceptance, int surface) {
+                         const Acceptance& acceptance, int surface, const Pauses& pauses) {
     Violations violations;
     const std::string where = " on surface " + std::to_string(surface);
     std::vector<WireAction> extra;
     std::ranges::copy_if(wire, std::back_inserter(extra), isReleaseEdge);
     for (const WireAction& release : asked) {
         if (!isReleaseEdge(release)) continue;
-        const auto sent = std::ranges::find_if(
-            extra, [&](const WireAction& action) { return action.sameAs(release) && action.at == release.at; });
+        const auto sent = std::ranges::find_if(extra, [&](const WireAction& action) {
+            return action.sameAs(release) && pauses.explain(release.at, action.at);
+        });
         if (sent == extra.end()) {
             violations.push_back("release lost" + where + ": " + release.text());
         } else {
@@ -73,15 +75,18 @@ Violations checkReleases(const std::vector<WireAction>& wire, const std::vector<
     }
     for (const WireAction& release : extra) {
         const bool afterChange = std::ranges::any_of(acceptance.changes, [&](const OwnerChange& change) {
-            return release.at >= change.at && release.at <= change.at + oneTick;
+            return release.at >= change.at && release.at <= change.at + oneTick + pauses.within(change.at, release.at);
         });
-        if (!afterChange) violations.push_back("release that nobody asked for" + where + ": " + release.text());
+        // A machine that slept has not heard of its clients for as long.
+        const bool afterSilence = release.at - pauses.earliest(release.at) > silence;
+        if (!afterChange && !afterSilence)
+            violations.push_back("release that nobody asked for" + where + ": " + release.text());
     }
     for (const Replaced& replaced : replacementsOf(asked, acceptance)) {
         for (const int strip : replaced.held) {
             const bool released = std::ranges::any_of(wire, [&](const WireAction& action) {
                 return isReleaseEdge(action) && action.number == strip && action.at >= replaced.at &&
-                       action.at <= replaced.at + oneTick;
+                       action.at <= replaced.at + oneTick + pauses.within(replaced.at, action.at);
             });
             if (!released)
                 violations.push_back("fader " + std::to_string(strip) + where + " held for ever after a change at " +

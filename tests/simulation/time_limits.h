@@ -1,4 +1,5 @@
-// How long the jobs that move the surfaces may take: their loops counted, their waits at the longest.
+// How long commands may wait, and how long the jobs that move the surfaces may take: their loops counted, their waits
+// at the longest.
 #pragma once
 
 #include "platform/api/time.h"
@@ -11,6 +12,11 @@ struct SessionSize {
     int tracks;
     int strips;
 };
+
+// How old a command may be when it is carried out; an older one is dropped.
+constexpr Duration modeTime = seconds(2); // and every other act on the surfaces
+constexpr Duration setterTime = seconds(3);
+constexpr Duration walkTime = seconds(10);
 
 // From the last target on: the way there and two corrections.
 Duration seekLimit(SessionSize size);

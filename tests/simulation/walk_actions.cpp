@@ -31,20 +31,22 @@ std::optional<std::size_t> find(const std::vector<WireAction>& wire, const std::
 } // namespace
 
 SplitWire splitWire(const std::vector<WireAction>& wire, const std::vector<WireAction>& asked,
-                    const std::vector<JobRun>& runs, int surface) {
+                    const std::vector<JobRun>& runs, int surface, const Pauses& pauses) {
     SplitWire split;
     std::vector<bool> taken(wire.size());
     for (std::size_t touch = 0; touch < wire.size(); ++touch) {
         const WireAction& begin = wire[touch];
         if (!isTouch(begin) || !duringAWalk(runs, begin.at)) continue;
-        const auto wasAsked = [&](const WireAction& action) { return action.sameAs(begin) && action.at == begin.at; };
+        const auto wasAsked = [&](const WireAction& action) {
+            return action.sameAs(begin) && pauses.explain(action.at, begin.at);
+        };
         if (std::ranges::any_of(asked, wasAsked)) continue;
         const auto move = find(wire, taken, touch, [&](const WireAction& action) {
-            return action.kind == Kind::fader && action.number == begin.number && action.at == begin.at;
+            return action.kind == Kind::fader && action.number == begin.number && pauses.explain(begin.at, action.at);
         });
         const auto release = find(wire, taken, touch, [&](const WireAction& action) {
             return action.kind == Kind::edge && action.number == begin.number && action.port == 0 &&
-                   action.value == 0 && action.at == begin.at + held;
+                   action.value == 0 && pauses.mayTake(begin.at, held, action.at);
         });
         if (!move || !release) continue;
         taken[touch] = taken[*move] = taken[*release] = true;

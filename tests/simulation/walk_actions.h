@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/simulation/job_watch.h"
+#include "tests/simulation/pauses.h"
 #include "tests/simulation/requests.h"
 #include "tests/simulation/surface_wire.h"
 
@@ -23,7 +24,7 @@ struct SplitWire {
 
 // `asked`: what the client asked of this surface directly. What walks play is found while one may have been under way.
 SplitWire splitWire(const std::vector<WireAction>& wire, const std::vector<WireAction>& asked,
-                    const std::vector<JobRun>& runs, int surface);
+                    const std::vector<JobRun>& runs, int surface, const Pauses& pauses = {});
 
 // Each was asked for by the device in control, once.
 std::vector<std::string> checkWalkedFaders(const std::vector<WalkedFader>& walked, const Requests& requests);

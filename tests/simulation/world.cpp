@@ -141,6 +141,7 @@ Evidence World::collect() {
     evidence.virtualTime = runtime.now().time_since_epoch();
     evidence.ending = end(evidence);
     evidence.load = receiverRuntime.peak();
+    evidence.pauses = runtime.pauses();
     evidence.traceHash = runtime.traceHash();
     return evidence;
 }
