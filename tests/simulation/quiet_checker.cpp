@@ -52,6 +52,9 @@ private:
         const auto heard = std::ranges::upper_bound(acceptance.accepted, now, {}, &ReceivedDatagram::at);
         if (heard == acceptance.accepted.begin() || std::prev(heard)->at < since) return false;
         client = std::prev(heard)->sender;
+        // What was asked for may be on its way.
+        for (auto datagram = heard; datagram != acceptance.accepted.begin() && (--datagram)->at >= since;)
+            if (actionAskedBy(*datagram)) return false;
         // A new owner has yet to say hello.
         return std::ranges::none_of(acceptance.changes,
                                     [&](const OwnerChange& change) { return overlaps(change.at, change.at); });

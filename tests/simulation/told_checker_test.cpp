@@ -138,6 +138,14 @@ TEST_F(Told, MomentsAreNotQuietBesideJobsTroublesAndChanges) {
     EXPECT_THAT(quietMoments(), IsEmpty());
 }
 
+TEST_F(Told, MomentsAreNotQuietWhileWhatWasAskedForMayBeOnItsWay) {
+    tell(5, fader3(160));
+    EXPECT_FALSE(quietMoments().empty());
+    for (ReceivedDatagram& datagram : acceptance.accepted)
+        if (datagram.at >= at(4)) datagram.bytes = {0x01, 0x01, 0x03, 0x00, 0xA0}; // every second
+    EXPECT_THAT(quietMoments(), IsEmpty());
+}
+
 TEST_F(Told, RowsOfShownTracksAreTheHostsNow) {
     tell(1, {0x01, 0x16, 0x00, 0x00, 0x00, 0x05, 0x08});
     tell(1, row3(128));
