@@ -25,6 +25,10 @@ void HostRecorder::act(HostAct::Kind kind, int strip, int detail, int track) {
     record.acts.push_back({sent, runtime.now(), kind, strip, detail, track});
 }
 
+void HostRecorder::wish(std::int32_t command, bool enabled, int track) {
+    record.wishes.push_back({runtime.now(), command, enabled, track});
+}
+
 void HostRecorder::bank(int offset, const TracksOnStrips& tracks) {
     const bool pressed = std::exchange(bankIsPressed, false);
     if (tracks == tracksNow) return;

@@ -6,6 +6,7 @@
 #include "simulator/simulated_session.h"
 
 #include <array>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -22,6 +23,14 @@ struct HostAct {
     Kind kind;
     int strip = 0;
     int detail = 0; // move: 0-16383; press: the switch's port; turn: clicks; mode: the mode key's port
+    int track = 0;
+};
+
+// The scripting service switched something of this track.
+struct HostWish {
+    TimePoint at;
+    std::int32_t command = 0;
+    bool enabled = false;
     int track = 0;
 };
 
@@ -55,6 +64,7 @@ struct TrackState {
 
 struct HostRecord {
     std::vector<HostAct> acts;
+    std::vector<HostWish> wishes;
     std::vector<ShownTrack> shown;
     std::vector<BankChange> banks;
     std::vector<TrackList> lists;
@@ -72,6 +82,7 @@ public:
     void messagesLeft(TimePoint when) { sent = when; }
 
     void act(HostAct::Kind kind, int strip, int detail, int track);
+    void wish(std::int32_t command, bool enabled, int track);
     void bankPressed() { bankIsPressed = true; } // a surface has pressed a bank button; the next `bank` is its effect
     void bank(int offset, const TracksOnStrips& tracks);
     void show(int strip, int track, std::string text);

@@ -37,6 +37,9 @@ enum class DialogAnswer {
 // The error of a service that is busy.
 enum class BusyError { hostNotReady = 134, commandTimedOut = 137, hostIsBusy = 138 };
 
+// The status of a reply that is no result, by its number.
+enum class Unfinished { queued, pending, inProgress };
+
 struct ScriptingOptions {
     // ---- The form of replies.
     AttributeSpelling attributes = AttributeSpelling::names;
@@ -59,7 +62,8 @@ struct ScriptingOptions {
 
     // ---- Dialogs, and opening and saving of sessions.
     DialogAnswer inDialog = DialogAnswer::refusal;
-    bool answersInProgress = false; // while a session is opened or saved, replies have status 2 and an empty body
+    bool answersInProgress = false; // while a session is opened or saved, replies are unfinished and have an empty body
+    Unfinished unfinished = Unfinished::inProgress;
 
     // ---- Faults.
     int busyOneIn = 0; // about one request in N begins a burst of refusals; 0 for none

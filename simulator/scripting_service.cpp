@@ -61,9 +61,10 @@ bool isText(const ScriptingJSON& object, std::string_view key) {
 } // namespace
 
 ScriptingService::ScriptingService(const ScriptingOptions& chosen, std::uint64_t seed, EditSession editSession,
-                                   TimePoint start)
-    : options(chosen), edit(std::move(editSession)), registrations(seed, chosen.registrationOutlivesConnection),
-      chance(seed + 1), readyAt(start + chosen.readyAfter), busyOneIn(chosen.busyOneIn) {}
+                                   TimePoint start, NoteSwitch noteSwitch)
+    : options(chosen), edit(std::move(editSession)), note(std::move(noteSwitch)),
+      registrations(seed, chosen.registrationOutlivesConnection), chance(seed + 1), readyAt(start + chosen.readyAfter),
+      busyOneIn(chosen.busyOneIn) {}
 
 ScriptingReply ScriptingService::answer(const ScriptingRequest& request, std::string_view connection, TimePoint now) {
     ScriptingReply reply = replyTo(request);
@@ -95,7 +96,7 @@ ScriptingReply ScriptingService::refusal(const ScriptingRequest& request) const 
 
 ScriptingReply ScriptingService::inProgress(const ScriptingRequest& request) const {
     ScriptingReply reply = replyTo(request);
-    reply.status = ScriptingStatus::inProgress;
+    reply.status = static_cast<ScriptingStatus>(options.unfinished);
     reply.progress = 0;
     return reply;
 }
@@ -126,13 +127,13 @@ ScriptingService::Result ScriptingService::run(const ScriptingRequest& request, 
     case sessionNameCommand:
         return sessionName();
     case setMuteCommand:
-        return set(request.bodyJSON, &SimulatedTrack::mute);
+        return set(request, &SimulatedTrack::mute);
     case setSoloCommand:
-        return set(request.bodyJSON, &SimulatedTrack::solo);
+        return set(request, &SimulatedTrack::solo);
     case setRecordEnableCommand:
-        return set(request.bodyJSON, &SimulatedTrack::recordArmed);
+        return set(request, &SimulatedTrack::recordArmed);
     default:
-        return set(request.bodyJSON, &SimulatedTrack::inputMonitor);
+        return set(request, &SimulatedTrack::inputMonitor);
     }
 }
 
@@ -182,17 +183,20 @@ ScriptingService::Result ScriptingService::trackList(std::string_view body) cons
     return trackListJSON(*page, options);
 }
 
-ScriptingService::Result ScriptingService::set(std::string_view body, bool SimulatedTrack::* flag) const {
-    const std::optional<SetRequest> request = parseSetRequest(body);
-    if (!request) return invalidBody();
+ScriptingService::Result ScriptingService::set(const ScriptingRequest& request, bool SimulatedTrack::* flag) const {
+    const std::optional<SetRequest> wish = parseSetRequest(request.bodyJSON);
+    if (!wish) return invalidBody();
     Result result = noOpenSession();
     edit([&](SimulatedSession& session) {
         if (!session.isOpen()) return;
-        if (std::optional<ScriptingFailure> problem = setOnTracks(session, *request, flag)) {
+        if (std::optional<ScriptingFailure> problem = setOnTracks(session, *wish, flag)) {
             result = std::unexpected(std::move(*problem));
-        } else {
-            result = "{}";
+            return;
         }
+        result = "{}";
+        if (!note) return;
+        for (const std::string& name : wish->trackNames)
+            note(request.command, wish->enabled, session.findByName(name)->id);
     });
     return result;
 }

@@ -24,8 +24,12 @@ public:
     // Runs the given function on the session, then returns.
     using EditSession = std::function<void(const std::function<void(SimulatedSession&)>&)>;
 
+    // Called for each track that a command has switched, while the session is edited.
+    using NoteSwitch = std::function<void(std::int32_t command, bool enabled, int trackID)>;
+
     // Precondition: the options are valid (problemWith).
-    ScriptingService(const ScriptingOptions& chosen, std::uint64_t seed, EditSession editSession, TimePoint start);
+    ScriptingService(const ScriptingOptions& chosen, std::uint64_t seed, EditSession editSession, TimePoint start,
+                     NoteSwitch noteSwitch = {});
 
     // `connection` is a name for the connection of the request that no other connection has had; registrations depend
     // on it. `now` must not decrease.
@@ -56,10 +60,11 @@ private:
     Result registerApplication(std::string_view body, std::string_view connection);
     Result sessionName() const;
     Result trackList(std::string_view body) const;
-    Result set(std::string_view body, bool SimulatedTrack::* flag) const;
+    Result set(const ScriptingRequest& request, bool SimulatedTrack::* flag) const;
 
     const ScriptingOptions options;
     const EditSession edit;
+    const NoteSwitch note;
     ScriptingRegistrations registrations;
     SeededRandom chance;
     TimePoint readyAt;

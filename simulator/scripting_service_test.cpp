@@ -25,7 +25,9 @@ protected:
     explicit ScriptingServiceTest(ScriptingOptions chosen = {}) { start(chosen); }
 
     void start(const ScriptingOptions& options) {
-        service.emplace(options, 1, [this](const std::function<void(SimulatedSession&)>& body) { body(session); }, now);
+        service.emplace(
+            options, 1, [this](const std::function<void(SimulatedSession&)>& body) { body(session); }, now,
+            [this](std::int32_t command, bool enabled, int track) { switched.emplace_back(command, enabled, track); });
     }
 
     ScriptingReply ask(int command, std::string body = "", std::string sessionID = "") {
@@ -59,6 +61,7 @@ protected:
     SimulatedSession session = threeTracks();
     std::string connection = "first";
     TimePoint now{};
+    std::vector<std::tuple<std::int32_t, bool, int>> switched;
     std::optional<ScriptingService> service;
     std::string id;
 };
@@ -356,6 +359,13 @@ TEST_F(ScriptingServiceTest, HasAReplyForADialogAndOneForAJobInProgress) {
     EXPECT_EQ(reply.taskID, "task 9");
     EXPECT_EQ(reply.bodyJSON, "");
     EXPECT_EQ(reply.errorJSON, "");
+}
+
+TEST_F(ScriptingServiceTest, NotesWhichTracksWereSwitched) {
+    tell(setSolo, names(R"("Vox","Kick")", true));
+    tell(setSolo, names(R"("Nobody")", true));
+    EXPECT_THAT(switched, ElementsAre(std::tuple(setSolo, true, session.findByName("Vox")->id),
+                                      std::tuple(setSolo, true, session.findByName("Kick")->id)));
 }
 
 } // namespace

@@ -22,6 +22,9 @@ SimulatedProTools::SimulatedProTools(Runtime& rt, MIDIConnections& connections, 
       scriptingService(
           rt, options.scripting, options.seed,
           [this](const std::function<void(SimulatedSession&)>& body) { edit(body); },
+          [this](std::int32_t command, bool enabled, int track) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS {
+              if (recorder) recorder->wish(command, enabled, track);
+          },
           [this] {
               Lock lock(mutex);
               return ProgramState{stuckUntil, theScreen.dialogText().has_value(), inProgressUntil};

@@ -39,7 +39,8 @@ public:
 
     // Precondition: the options are valid (problemWith).
     SimulatedScripting(Runtime& rt, const ScriptingOptions& chosen, std::uint64_t seed,
-                       ScriptingService::EditSession edit, std::function<ProgramState()> programState);
+                       ScriptingService::EditSession edit, ScriptingService::NoteSwitch noteSwitch,
+                       std::function<ProgramState()> programState);
 
     // Call when the program has closed its last dialog.
     void dialogClosed();

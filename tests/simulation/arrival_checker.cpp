@@ -1,5 +1,6 @@
 #include "tests/simulation/arrival_checker.h"
 
+#include "tests/simulation/host_timeline.h"
 #include "tests/simulation/time_limits.h"
 
 #include <algorithm>
@@ -40,7 +41,7 @@ private:
         const ShownTracks::Tracks target = shown.inRow(datagram->sender, seek.target, seek.at);
         if (target.size() != 1 || !isAdmitted(seek.at)) return;
         const JobRun* run = runOf(seek.at);
-        const SessionSize size{.tracks = static_cast<int>(listAt(seek.at).size()), .strips = 8};
+        const SessionSize size{.tracks = static_cast<int>(listAt(evidence.record, seek.at).size()), .strips = 8};
         const TimePoint end = (run == nullptr ? seek.at + toBegin : run->after) + reaction();
         if (run != nullptr && run->after > seek.at + toBegin + seekLimit(size)) return; // the lengths' checker
         if (!isLeftAlone(seek.at, end) || hasArrived(target.front(), end)) return;
@@ -48,7 +49,8 @@ private:
                         "the seek to row " + std::to_string(seek.target) + " asked for at " +
                             std::to_string(inSeconds(seek.at.time_since_epoch())) + " s " +
                             (run == nullptr ? "did not begin" : "ended") + " with the bank at " +
-                            std::to_string(offsetAt(end)) + ", without track " + std::to_string(target.front())});
+                            std::to_string(offsetAt(evidence.record, end)) + ", without track " +
+                            std::to_string(target.front())});
     }
 
     // The host has acted on the last press.
@@ -90,24 +92,14 @@ private:
                });
     }
 
-    const std::vector<int>& listAt(TimePoint at) const {
-        static const std::vector<int> none;
-        const auto next = std::ranges::upper_bound(evidence.record.lists, at, {}, &TrackList::at);
-        return next == evidence.record.lists.begin() ? none : std::prev(next)->ids;
-    }
-
-    int offsetAt(TimePoint at) const {
-        const auto next = std::ranges::upper_bound(evidence.record.banks, at, {}, &BankChange::at);
-        return next == evidence.record.banks.begin() ? 0 : std::prev(next)->offset;
-    }
-
     bool hasArrived(int track, TimePoint at) const {
-        const std::vector<int>& list = listAt(at);
+        const std::vector<int>& list = listAt(evidence.record, at);
         const auto place = static_cast<int>(std::ranges::find(list, track) - list.begin());
         const int count = static_cast<int>(list.size());
         if (place == count) return true; // it is gone
         const int lastFull = std::max(count - scenario.strips(), 0);
-        return offsetAt(at) == place || (place > lastFull && offsetAt(at) == lastFull);
+        const int offset = offsetAt(evidence.record, at);
+        return offset == place || (place > lastFull && offset == lastFull);
     }
 
     std::string difficulty(const SeekRequest& seek, const std::string& client, const JobRun* run, TimePoint end) const {

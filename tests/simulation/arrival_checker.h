@@ -29,6 +29,11 @@ std::vector<LostSeek> checkArrivals(const Scenario& scenario, const Evidence& ev
                                     const Acceptance& acceptance, const Requests& requests,
                                     const SurfaceActions& wires);
 
+// Taps of the bank and channel buttons in quick succession lead where so many buttons of the host lead, or so many
+// banks and tracks on, also when they come faster than the host moves.
+std::vector<std::string> checkTaps(const Scenario& scenario, const Evidence& evidence, const Acceptance& acceptance,
+                                   const Requests& requests);
+
 // Scans disturb the user: one that ends with the same map as the one before, without a client's wish and without any
 // change at the host between them, may follow once, and not again.
 std::vector<std::string> checkScanRepeats(const Evidence& evidence, const Requests& requests);

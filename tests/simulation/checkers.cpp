@@ -7,6 +7,7 @@
 #include "tests/simulation/bounds_checkers.h"
 #include "tests/simulation/button_checkers.h"
 #include "tests/simulation/deadline_checkers.h"
+#include "tests/simulation/drop_checker.h"
 #include "tests/simulation/hands_checker.h"
 #include "tests/simulation/job_checkers.h"
 #include "tests/simulation/presence_checker.h"
@@ -16,6 +17,7 @@
 #include "tests/simulation/turn_checker.h"
 #include "tests/simulation/walk_actions.h"
 #include "tests/simulation/walk_checker.h"
+#include "tests/simulation/wish_checker.h"
 
 #include <algorithm>
 #include <functional>
@@ -176,6 +178,10 @@ void addByTracks(Violations& violations, const Scenario& scenario, const Evidenc
     add("quiet-moments", [&] { return checkQuietMoments(scenario, evidence, acceptance); });
     add("members", [&] { return checkMembers(evidence, shown, acceptance, requests); });
     add("returns", [&] { return checkReturns(evidence, requests); });
+    add("taps", [&] { return checkTaps(scenario, evidence, acceptance, requests); });
+    add("told-drops", [&] { return checkDropsAreTold(scenario, evidence, shown, acceptance, requests); });
+    add("tracks-of-wishes", [&] { return checkTracksOfWishes(evidence, shown, acceptance, requests); });
+    add("toggles", [&] { return checkToggles(evidence, shown, acceptance, requests); });
     add("scan-repeats", [&] { return checkScanRepeats(evidence, requests); });
     for (const LostSeek& lost : checkArrivals(scenario, evidence, shown, acceptance, requests, wires))
         add(lost.checker, [&lost] { return Violations{lost.text}; });

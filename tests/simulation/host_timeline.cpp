@@ -29,6 +29,17 @@ TimePoint lastBefore(const std::vector<TimePoint>& times, TimePoint at) {
 
 } // namespace
 
+const std::vector<int>& listAt(const HostRecord& record, TimePoint at) {
+    static const std::vector<int> none;
+    const auto last = lastUntil(record.lists, at, &TrackList::at);
+    return last == record.lists.end() ? none : last->ids;
+}
+
+int offsetAt(const HostRecord& record, TimePoint at) {
+    const auto last = lastUntil(record.banks, at, &BankChange::at);
+    return last == record.banks.end() ? 0 : last->offset;
+}
+
 HostTimeline::HostTimeline(const HostRecord& hostRecord, const SimulatorOptions& hostOptions)
     : record(hostRecord), options(hostOptions) {
     const auto noteTimes = [this](const auto& entries) {
@@ -59,12 +70,6 @@ const SimulatedTrack* HostTimeline::trackAt(int id, TimePoint at) const {
     if (found == states.end()) return nullptr;
     const auto last = lastUntil(found->second, at, timeOf<TrackState>);
     return last == found->second.end() ? nullptr : &(*last)->track;
-}
-
-const std::vector<int>& HostTimeline::listAt(TimePoint at) const {
-    static const std::vector<int> none;
-    const auto last = lastUntil(record.lists, at, &TrackList::at);
-    return last == record.lists.end() ? none : last->ids;
 }
 
 TimePoint HostTimeline::lastChangeBefore(TimePoint at) const {

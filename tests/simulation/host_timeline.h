@@ -10,6 +10,10 @@
 
 namespace lumbrine::simulation {
 
+// The tracks that banks go over at that time, and where the bank begins among them.
+const std::vector<int>& listAt(const HostRecord& record, TimePoint at);
+int offsetAt(const HostRecord& record, TimePoint at);
+
 class HostTimeline {
 public:
     // The record outlives it.
@@ -19,7 +23,7 @@ public:
     const ShownTrack* shownOn(int strip, TimePoint at) const;
 
     const SimulatedTrack* trackAt(int id, TimePoint at) const; // null when there was none yet
-    const std::vector<int>& listAt(TimePoint at) const;
+    const std::vector<int>& listAt(TimePoint at) const { return simulation::listAt(record, at); }
 
     // The last time before that anything of it changed: a track, the order, the banks, a strip's track. A display that
     // shows the mode of its track for a while is no change.

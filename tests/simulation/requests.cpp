@@ -35,7 +35,10 @@ std::optional<WalkRequest> range(TimePoint at, const Bytes& bytes) {
 
 std::optional<SetterRequest> groupSwitch(TimePoint at, const Bytes& bytes, SetterRequest::Kind kind) {
     if (bytes.size() < 4 || bytes.size() < 4 + 2 * static_cast<std::size_t>(bytes[3])) return std::nullopt;
-    return SetterRequest{.at = at, .kind = kind, .enabled = bytes[2] != 0, .tracks = bytes[3]};
+    SetterRequest request{.at = at, .kind = kind, .enabled = bytes[2] != 0, .tracks = bytes[3]};
+    for (std::size_t i = 0; i < bytes[3]; ++i)
+        request.members.push_back(word(bytes, 4 + 2 * i));
+    return request;
 }
 
 void addWithBody(Requests& requests, TimePoint at, const Bytes& bytes, int number) {
@@ -47,7 +50,7 @@ void addWithBody(Requests& requests, TimePoint at, const Bytes& bytes, int numbe
     const auto addSetter = [&](std::optional<SetterRequest> setter) {
         if (!setter) return;
         setter->number = number;
-        requests.setters.push_back(*setter);
+        requests.setters.push_back(*std::move(setter));
     };
     const bool long4 = bytes.size() >= 4;
     switch (bytes[1]) {
@@ -61,7 +64,8 @@ void addWithBody(Requests& requests, TimePoint at, const Bytes& bytes, int numbe
         if (long4) requests.seeks.push_back({at, word(bytes, 2)});
         break;
     case 0x0E:
-        if (bytes[2] < 16) addSetter(SetterRequest{.at = at, .kind = SetterRequest::Kind::inputMonitor});
+        if (bytes[2] < 16)
+            addSetter(SetterRequest{.at = at, .kind = SetterRequest::Kind::inputMonitor, .strip = bytes[2]});
         break;
     case 0x0F:
         if (long4 && bytes[2] < 16 && bytes[3] < 6) requests.autoModes.push_back({at, bytes[2], bytes[3], number});

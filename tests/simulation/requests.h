@@ -48,7 +48,9 @@ struct SetterRequest {
     Kind kind;
     bool enabled = false; // not of input monitoring, which is switched over
     int tracks = 1;
-    int number = 0; // of the ownership
+    int number = 0;                // of the ownership
+    int strip = -1;                // of input monitoring
+    std::vector<int> members = {}; // of the others
 };
 
 struct Requests {

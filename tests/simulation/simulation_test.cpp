@@ -10,6 +10,7 @@
 #include <ctime>
 #include <iostream>
 #include <map>
+#include <set>
 
 namespace lumbrine::simulation {
 namespace {
@@ -42,8 +43,31 @@ void tellAbout(const Scenario& scenario, const JobRecord& jobs) {
         std::printf("%9.3f  %s\n", inSeconds(at.time_since_epoch()), line.c_str());
 }
 
+// How many sessions each checker found something in.
+class Tally {
+public:
+    void add(const Violations& violations) {
+        std::set<std::string> names;
+        for (const std::string& violation : violations)
+            names.insert(violation.substr(0, violation.find(':')));
+        for (const std::string& name : names)
+            ++sessions[name];
+    }
+
+    std::string text() const {
+        std::string lines;
+        for (const auto& [name, count] : sessions)
+            lines += name + " finds something in " + std::to_string(count) + " sessions\n";
+        return lines;
+    }
+
+private:
+    std::map<std::string, int> sessions;
+};
+
 TEST(Simulation, EverySeededSessionHoldsItsPromises) {
     Summary summary;
+    Tally tally;
     const std::clock_t began = std::clock();
     for (std::uint64_t seed = firstSeed; seed <= lastSeed; ++seed) {
         const Scenario scenario = scenarioOf(seed, switches);
@@ -51,9 +75,10 @@ TEST(Simulation, EverySeededSessionHoldsItsPromises) {
         if (firstSeed == lastSeed) tellAbout(scenario, evidence.jobs);
         summary.add(seed, evidence);
         const Violations violations = checkAll(scenario, evidence);
+        tally.add(violations);
         if (!violations.empty()) ADD_FAILURE() << reportOf(scenario, violations);
     }
-    std::cout << summary.text(seconds(static_cast<double>(std::clock() - began) / CLOCKS_PER_SEC));
+    std::cout << summary.text(seconds(static_cast<double>(std::clock() - began) / CLOCKS_PER_SEC)) << tally.text();
 }
 
 TEST(Simulation, OneSeedGivesOneSession) {

@@ -1,5 +1,9 @@
 #include "tests/simulation/walk_checker.h"
 
+#include "tests/simulation/drop_checker.h"
+#include "tests/simulation/host_timeline.h"
+#include "tests/simulation/time_limits.h"
+
 #include <algorithm>
 #include <cctype>
 #include <set>
@@ -12,12 +16,8 @@ using Walk = WalkRequest::Kind;
 
 constexpr Duration longestWaitAndWalk = seconds(130);
 constexpr Duration nearby = seconds(30);
+constexpr Duration lineMayFollow = seconds(1);
 constexpr Duration reaction = seconds(1.5); // of a slow host to the last press
-
-bool tellsOfAnEnd(const std::string& line) {
-    constexpr std::array words{"ropped", "borted", "ancelled"};
-    return std::ranges::any_of(words, [&](const char* word) { return line.find(word) != std::string::npos; });
-}
 
 // The numbers of "n of m" in a line.
 std::optional<std::pair<std::size_t, std::size_t>> countsIn(const std::string& line) {
@@ -94,11 +94,31 @@ private:
         });
     }
 
+    // By a line about groups that comes by the end of the very walk.
     bool isAccountedFor(const WalkRequest& walk, std::size_t reached, std::size_t asked) const {
+        const TimePoint end = endOf(walk);
+        const TimePoint last = end == TimePoint::max() ? end : end + lineMayFollow;
         return std::ranges::any_of(evidence.jobs.lines, [&](const auto& line) {
-            if (line.first < walk.at || line.first > walk.at + longestWaitAndWalk) return false;
-            return tellsOfAnEnd(line.second) || countsIn(line.second) == std::pair(reached, asked);
+            if (line.first < walk.at || line.first > last || line.second.find("roup") == std::string::npos)
+                return false;
+            return tellsOfADrop(line.second) || countsIn(line.second) == std::pair(reached, asked);
         });
+    }
+
+    // Walks are carried out in the order of their commands; one that never begins is over when it is too old.
+    TimePoint endOf(const WalkRequest& walk) const {
+        TimePoint free = distantPast;
+        for (const WalkRequest& other : requests.walks) {
+            const auto isIts = [&](const JobRun& run) {
+                return run.job == Job::walk && run.first >= std::max(free, other.at) &&
+                       run.before <= other.at + walkTime;
+            };
+            const auto run = std::ranges::find_if(evidence.jobs.runs, isIts);
+            const bool begins = run != evidence.jobs.runs.end();
+            if (&other == &walk) return begins ? run->after : walk.at + walkTime;
+            if (begins) free = run->after;
+        }
+        return walk.at + walkTime;
     }
 
     const Evidence& evidence;
@@ -118,10 +138,6 @@ std::vector<std::string> checkMembers(const Evidence& evidence, const ShownTrack
 std::vector<std::string> checkReturns(const Evidence& evidence, const Requests& requests) {
     std::vector<std::string> violations;
     const std::vector<BankChange>& banks = evidence.record.banks;
-    const auto offsetAt = [&](TimePoint at) {
-        const auto next = std::ranges::upper_bound(banks, at, {}, &BankChange::at);
-        return next == banks.begin() ? 0 : std::prev(next)->offset;
-    };
     for (const JobRun& run : evidence.jobs.runs) {
         if (run.job != Job::walk || run.after == TimePoint::max()) continue;
         const TimePoint begin = run.before - reaction;
@@ -138,10 +154,10 @@ std::vector<std::string> checkReturns(const Evidence& evidence, const Requests& 
             std::ranges::any_of(evidence.jobs.runs, [&](const JobRun& other) {
                 return &other != &run && other.before <= end && other.after >= begin;
             });
-        if (others || offsetAt(end) == offsetAt(run.before)) continue;
+        if (others || offsetAt(evidence.record, end) == offsetAt(evidence.record, run.before)) continue;
         violations.push_back("the walk that began at " + std::to_string(inSeconds(run.first.time_since_epoch())) +
-                             " s left the surfaces at " + std::to_string(offsetAt(end)) + " instead of " +
-                             std::to_string(offsetAt(run.before)));
+                             " s left the surfaces at " + std::to_string(offsetAt(evidence.record, end)) +
+                             " instead of " + std::to_string(offsetAt(evidence.record, run.before)));
     }
     return violations;
 }

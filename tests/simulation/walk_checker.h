@@ -14,8 +14,8 @@ namespace lumbrine::simulation {
 
 // A member is reached when the host was asked to do to its track what was asked: this fader, this mode. Members that a
 // newer wish of the same kind names are the newer one's, and what a former owner asked for may be dropped. Accounted
-// for are members that were not reached by a line "n of m" with those numbers, or by one that tells of a drop or an
-// abort.
+// for are members that were not reached by a line about groups, by the end of that very walk: "n of m" with those
+// numbers, or one that tells of a drop or an abort.
 std::vector<std::string> checkMembers(const Evidence& evidence, const ShownTracks& shown, const Acceptance& acceptance,
                                       const Requests& requests);
 

@@ -70,9 +70,9 @@ TEST_F(Walked, MembersThatAreNotReachedAreCountedInTheLog) {
     evidence.record.acts.pop_back();
     evidence.jobs.lines = {{at(6), "✓ Applied faders to 2 group tracks outside the window"}};
     EXPECT_THAT(members(), SizeIs(1));
-    evidence.jobs.lines = {{at(6), "reached 2 of 2 members"}};
+    evidence.jobs.lines = {{at(6), "reached 2 of 2 group tracks"}};
     EXPECT_THAT(members(), SizeIs(1));
-    evidence.jobs.lines = {{at(6), "reached 1 of 2 members"}};
+    evidence.jobs.lines = {{at(6), "reached 1 of 2 group tracks"}};
     EXPECT_THAT(members(), IsEmpty());
 }
 
@@ -80,6 +80,17 @@ TEST_F(Walked, AGroupThatIsDroppedIsToldOf) {
     evidence.record.acts.clear();
     EXPECT_THAT(members(), SizeIs(1));
     evidence.jobs.lines = {{at(6), "Group faders dropped: the surfaces were busy"}};
+    EXPECT_THAT(members(), IsEmpty());
+}
+
+TEST_F(Walked, AnotherWalksEndTellsNothingOfThisOne) {
+    evidence.record.acts.clear();
+    evidence.jobs.lines = {{at(6), "Aborted capturing the visible range (Pro Tools is not responding)"}};
+    EXPECT_THAT(members(), SizeIs(1));
+    evidence.jobs.lines = {{at(7.1), "Group faders dropped: the surfaces were busy"}}; // the walk is over
+    EXPECT_THAT(members(), SizeIs(1));
+    evidence.jobs.runs.clear();
+    evidence.jobs.lines = {{at(11.5), "Group faders dropped: the surfaces were busy"}}; // it was too old to begin
     EXPECT_THAT(members(), IsEmpty());
 }
 
