@@ -32,6 +32,9 @@ public:
     void goAway() { service->end->goAway(); }
     void die() { service->end->die(); }
 
+    // As a program does that a dialog has held up for too long: no connection is taken any more, until it dies.
+    void takeNoConnections() { setListening(false); }
+
 private:
     struct Service {
         std::unique_ptr<InProcessScripting> end;

@@ -18,6 +18,17 @@ constexpr auto reactSlowly = [](SeededRandom& chance, SimulatorOptions& options)
     options.latency = seconds(0.5) + seconds(0.1) * static_cast<int>(chance.below(6));
 };
 
+// It needs its time to see a reply. A surface that it gives up cannot know that it has to ask for everything again.
+constexpr auto expectPromptReplies = [](SeededRandom& chance, SimulatorOptions& options) {
+    if (options.fill != Fill::replyAndReset) return;
+    options.hostTimeout = options.latency + seconds(0.1) * static_cast<int>(1 + chance.below(5));
+};
+
+constexpr auto beUnfinished = [](SeededRandom& chance, SimulatorOptions& options) {
+    options.scripting.answersInProgress = true;
+    options.scripting.unfinished = chance.oneIn(2) ? Unfinished::queued : Unfinished::pending;
+};
+
 constexpr auto flashUnevenly = [](SeededRandom& chance, SimulatorOptions& options) {
     options.ledOn = chance.oneIn(2) ? seconds(0.25) : seconds(0.8);
     options.ledOff = seconds(1.05) - options.ledOn;
@@ -70,6 +81,7 @@ const std::vector<HostHabit>& hostHabits() {
         {"fill-at-reset", 8, [](auto&, auto& options) { options.fill = Fill::reset; }},
         {"fill-at-session-open", 8, [](auto&, auto& options) { options.fill = Fill::sessionOpen; }},
         {"slow-host", 10, reactSlowly},
+        {"prompt-replies", 6, expectPromptReplies},
 
         // ---- Displays, LEDs and meters.
         {"mode-words", 6, [](auto&, auto& options) { options.trimWords = TrimWords::alone; }},
@@ -98,6 +110,8 @@ const std::vector<HostHabit>& hostHabits() {
 
         // ---- What the user does; see HostTroubles.
         {"status-in-progress", 6, [](auto&, auto& options) { options.scripting.answersInProgress = true; }},
+        {"status-queued", 8, beUnfinished},
+        {"deaf-service", 6, nullptr},
         {"session-closes", 8, nullptr},
         {"session-exchanges", 8, openSessions},
         {"session-templates", 8, openSessions},

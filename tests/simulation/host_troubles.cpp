@@ -27,7 +27,9 @@ HostTroubles::HostTroubles(World& simulatedWorld, std::function<void(Duration)> 
     add("session-exchanges", &HostTroubles::exchangeSession);
     add("session-templates", &HostTroubles::openSibling);
     add("status-in-progress", &HostTroubles::saveSession);
+    add("status-queued", &HostTroubles::saveSession);
     add("dialogs", &HostTroubles::showDialog);
+    if (world.service) add("deaf-service", &HostTroubles::deafenService);
 }
 
 void HostTroubles::add(std::string_view name, void (HostTroubles::*act)(SeededRandom&)) {
@@ -68,6 +70,7 @@ TimePoint HostTroubles::nextTime() const {
 
 void HostTroubles::end() {
     if (kinds.empty()) return;
+    if (serviceIsDeaf) world.service->die();
     world.proTools->rest();
     world.runtime.runFor(seconds(0.1));
     world.proTools->edit([](SimulatedSession& session) {
@@ -114,6 +117,19 @@ void HostTroubles::showDialog(SeededRandom& chance) {
     disturbed(duration + untilShown);
     world.proTools->openDialog("Save changes before closing?");
     afterwards.emplace_back(world.runtime.now() + duration, [this] { world.proTools->closeDialog(); });
+}
+
+// Nothing is answered and no connection is taken until the program is started again.
+void HostTroubles::deafenService(SeededRandom& chance) {
+    if (serviceIsDeaf) return;
+    const Duration duration = tenths(chance, 20, 300);
+    serviceIsDeaf = true;
+    world.service->takeNoConnections();
+    world.proTools->scripting().stall(duration);
+    afterwards.emplace_back(world.runtime.now() + duration, [this] {
+        serviceIsDeaf = false;
+        world.service->die();
+    });
 }
 
 } // namespace lumbrine::simulation

@@ -37,6 +37,7 @@ private:
     void openSibling(SeededRandom& chance);
     void saveSession(SeededRandom& chance);
     void showDialog(SeededRandom& chance);
+    void deafenService(SeededRandom& chance);
     void opensSoon();
     TimePoint nextTime() const;
 
@@ -44,6 +45,7 @@ private:
     const std::function<void(Duration)> disturbed;
     std::vector<Kind> kinds;
     TimePoint newestTracks = distantPast;
+    bool serviceIsDeaf = false;
     std::vector<std::pair<TimePoint, std::function<void()>>> afterwards; // what ends what has begun
 };
 
