@@ -17,9 +17,6 @@ inline constexpr auto notYet = std::to_array<NotYet>({
     {"unread-output",
      "Whoever does not read standard output stops all threads, each at its next line of the log, and the "
      "receiver does not end on SIGTERM."},
-    {"full-socket",
-     "Sends wait for room in the socket, for 3 s while neighbours do not answer, and nothing is received "
-     "meanwhile."},
 });
 
 // The finding of the test of this name; absent when the test must run.
