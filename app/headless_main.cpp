@@ -1,6 +1,7 @@
 // lumbrine-headless: the receiver without a window. Its log goes to standard output.
 #include "app/command_line.h"
 #include "app/receiver_ending.h"
+#include "app/standard_output.h"
 #include "model/receiver_model.h"
 #include "platform/linux/avahi_advertiser.h"
 #include "platform/linux/linux_system_info.h"
@@ -48,8 +49,10 @@ int run() {
     RunLoop loop;
     std::function<void()> end; // set before the loop runs
     const TerminationSignals signals([&] { loop.post([&] { end(); }); });
+    const LinuxSystemInfo system;
+    const Bilingual text(prefersJapanese(system.preferredLanguages()));
+    LineOutput output = standardOutput(text);
     RealRuntime runtime(loop);
-    LinuxSystemInfo system;
     std::shared_ptr<ReceiverModel> model;
     // The model starts when the MIDI system is known, because it creates its ports at once.
     const std::unique_ptr<MIDIServices> midi = backend.services(runtime, [&model] {
@@ -58,10 +61,10 @@ int run() {
     PosixDatagramSockets sockets;
     PosixStreamSockets streams;
     AvahiAdvertiser advertiser;
-    const Bilingual text(prefersJapanese(system.preferredLanguages()));
     NlohmannJSON json(text);
     NoAccessibility accessibility;
-    model = ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text);
+    model = ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text,
+                                  [&output](const std::string& line) { output.print(line); });
     end = [&] { endReceiver(loop, runtime, streams, model); };
     loop.run();
     return 0;

@@ -7,6 +7,7 @@
 #include "app/macos/receiver_window.h"
 #include "app/macos/status_icon.h"
 #include "app/receiver_app.h"
+#include "app/standard_output.h"
 #include "model/receiver_model.h"
 #include "platform/macos/accessibility_ax.h"
 #include "platform/macos/announcement_failure.h"
@@ -41,6 +42,7 @@ struct Mac {
     RealRuntime runtime{loop};
     MacSystemInfo system;
     const Bilingual text{prefersJapanese(system.preferredLanguages())};
+    LineOutput output = standardOutput(text);
     CoreMIDIServices midi;
     PosixDatagramSockets sockets;
     PosixStreamSockets streams;
@@ -94,10 +96,11 @@ private:
     }
 
     Mac mac;
-    LoginItem loginItem{mac.login, mac.text};
+    const std::function<void(const std::string&)> print = [this](const std::string& line) { mac.output.print(line); };
+    LoginItem loginItem{mac.login, mac.text, print};
     const std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
         {mac.runtime, mac.midi, mac.sockets, mac.advertiser, mac.system, mac.streams, mac.json, mac.accessibility},
-        mac.text);
+        mac.text, print);
     ReceiverApp app{model, loginItem, mac.text};
     Promptness promptness{[] { return std::make_shared<LatencyCriticalActivity>(); }};
     DrawPace pace{mac.runtime, [this] { draw(); }};

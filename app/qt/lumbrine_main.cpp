@@ -1,6 +1,7 @@
 // lumbrine: the receiver with its window and its status icon.
 #include "app/command_line.h"
 #include "app/qt/desktop_run.h"
+#include "app/standard_output.h"
 #include "platform/linux/avahi_advertiser.h"
 #include "platform/linux/linux_system_info.h"
 #include "platform/linux/midi_backend.h"
@@ -56,9 +57,11 @@ int run(int count, char** arguments) {
         std::fputs("lumbrine: it is running already, but does not answer\n", stderr);
         return 1;
     }
-    RealRuntime runtime(loop);
     const LinuxSystemInfo system;
     const Bilingual text(prefersJapanese(system.preferredLanguages()));
+    LineOutput output = standardOutput(text);
+    const auto print = [&output](const std::string& line) { output.print(line); };
+    RealRuntime runtime(loop);
     introduceProgram(identifier, text);
     const std::unique_ptr<MIDIServices> midi = backend.services(runtime, [&begin] { begin(); });
     PosixDatagramSockets sockets;
@@ -67,9 +70,9 @@ int run(int count, char** arguments) {
     NlohmannJSON json(text);
     NoAccessibility accessibility;
     XdgAutostart autostart(XdgAutostart::Place::of(system));
-    LoginItem loginItem(autostart, text);
+    LoginItem loginItem(autostart, text, print);
     ReceiverApp app(
-        ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text),
+        ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text, print),
         loginItem, text);
     DesktopRun{loop, runtime, streams, app, instance, identifier, begin, end}.run();
     return 0;

@@ -17,7 +17,7 @@ namespace lumbrine {
 // refuses a new one, jobs wait in order.
 class ThreadCache {
 public:
-    static constexpr std::size_t maxThreads = 8;
+    static constexpr std::size_t maxThreads = 7;
 
     ThreadCache() = default;
 
