@@ -27,9 +27,9 @@ struct PTSLAddress {
 // Not thread-safe: only one serial queue may call it. Every function blocks. When no service listens, a function
 // returns at once; when a service does not answer, after 6 seconds.
 //
-// When a command fails in transport, it is sent once more over a new connection. So it may reach the service twice; all
-// commands here are safe to repeat. A command takes at most 30 seconds, 60 when the client must register first, and a
-// track list, which may have to register again, 120.
+// A question (registering, the track list) that fails in transport is asked once more over a new connection, and so
+// takes at most 30 seconds; a track list, which may have to register before it and again after it, takes four times as
+// long. A setter is sent once: by the time of a repetition somebody may want the opposite.
 class PTSLClient {
 public:
     template <typename Value>
@@ -39,11 +39,15 @@ public:
     PTSLClient(Runtime& runtime, StreamSockets& sockets, JSON& systemJSON, Bilingual bilingual, std::string company,
                std::string application, const PTSLAddress& service = {});
 
-    // The first 1,000 tracks in the session's order. When the service refuses the command, as it does after a restart,
-    // the client registers again and repeats it once.
+    // Connects and registers where that has not been done yet, so that a setter that follows leaves at once.
+    Result<void> prepare();
+
+    // The first 1,000 tracks in the session's order. When the service no longer knows the client, as after a restart,
+    // the client registers again and repeats the command once.
     Result<std::vector<PTSLTrack>> trackList();
 
-    // Tracks are named by their full names.
+    // Tracks are named by their full names. When the service no longer knows the client, the command fails with
+    // PTSLRefusal::sessionID, and the next command registers again.
     Result<void> setMute(const std::vector<std::string>& trackNames, bool enabled);
     Result<void> setSolo(const std::vector<std::string>& trackNames, bool enabled);
     Result<void> setInputMonitor(const std::string& trackName, bool enabled);
@@ -51,15 +55,20 @@ public:
 private:
     Result<void> registerIfNeeded();
     Result<void> registerAnew();
+    bool isForgotten(const PTSLFailure& failure);
     Result<void> set(PTSLCommand command, const std::vector<std::string>& trackNames, bool enabled);
     Result<JSONValue::Object> run(PTSLCommand command, const JSONValue::Object& body);
-    std::expected<Bytes, PTSLError> callTwice(ByteView request);
-    Result<JSONValue::Object> replyIn(const ResponseEnvelope& response);
+    std::expected<Bytes, PTSLError> call(ByteView request, int attempts);
+    Result<JSONValue::Object> replyIn(PTSLCommand command, const ResponseEnvelope& response);
+    PTSLError refusedWith(const std::string& errorJSON);
+    void close();
 
     JSON& json;
     const Bilingual text;
     PTSLWire wire;
-    std::string sessionID; // empty while not registered
+    std::uint64_t version = newestVersion;
+    std::string sessionID;     // empty while not registered
+    bool sessionIsNew = false; // registered on this connection, and no command has succeeded since
     const std::string companyName;
     const std::string applicationName;
 };

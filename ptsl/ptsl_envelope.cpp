@@ -8,7 +8,7 @@ namespace lumbrine {
 
 namespace {
 
-constexpr std::uint64_t protocolVersion = 5;
+enum Status : std::uint64_t { queued = 0, pending = 1, inProgress = 2, failed = 4, waitingForUser = 5, badError = 7 };
 
 ByteView bytesOf(std::string_view text) {
     return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
@@ -47,15 +47,26 @@ std::expected<void, PTSLError> readHeader(Bytes header, const Bilingual& text, R
 
 } // namespace
 
-Bytes requestEnvelope(PTSLCommand command, std::string_view sessionID, std::string_view argumentsJSON) {
+Bytes requestEnvelope(PTSLCommand command, std::string_view sessionID, std::string_view argumentsJSON,
+                      std::uint64_t version) {
     Bytes header;
     appendNumber(header, 2, static_cast<std::uint64_t>(command));
-    appendNumber(header, 3, protocolVersion);
+    appendNumber(header, 3, version);
     appendBytes(header, 4, bytesOf(sessionID));
     Bytes request;
     appendBytes(request, 1, header);
     appendBytes(request, 2, bytesOf(argumentsJSON));
     return request;
+}
+
+bool ResponseEnvelope::hasFailed() const {
+    return status == Status::failed || status == Status::badError;
+}
+
+bool ResponseEnvelope::isUnfinished() const {
+    const bool mayHaveAResult = status != Status::queued && status != Status::pending && status != Status::inProgress &&
+                                status != Status::waitingForUser;
+    return !mayHaveAResult && replyJSON.empty();
 }
 
 std::expected<ResponseEnvelope, PTSLError> responseEnvelope(Bytes message, const Bilingual& text) {

@@ -16,6 +16,10 @@ TEST(RequestEnvelope, LeavesOutWhatIsEmpty) {
     EXPECT_EQ(requestEnvelope(PTSLCommand::registerClient, "", ""), (Bytes{0x0A, 0x04, 0x10, 0x46, 0x18, 0x05}));
 }
 
+TEST(RequestEnvelope, MayBeOfAnOlderVersion) {
+    EXPECT_EQ(requestEnvelope(PTSLCommand::registerClient, "", "", 3), (Bytes{0x0A, 0x04, 0x10, 0x46, 0x18, 0x03}));
+}
+
 TEST(RequestEnvelope, NumbersTheCommandsAsTheServiceDoes) {
     const auto number = [](PTSLCommand command) { return requestEnvelope(command, "", "").at(3); };
     EXPECT_EQ(number(PTSLCommand::trackList), 3);
@@ -78,6 +82,20 @@ TEST(ResponseEnvelope, LetsTheLastOfEqualFieldsCount) {
 TEST(ResponseEnvelope, RepairsTextThatIsNotUTF8) {
     EXPECT_EQ(responseEnvelope({0x12, 0x04, '"', 0xE3, 0x81, '"', 0x1A, 0x01, 0xFF}, english),
               (ResponseEnvelope{0, "\"\uFFFD\"", "\uFFFD"}));
+}
+
+TEST(ResponseEnvelope, IsAResultAFailureOrNeitherByItsStatus) {
+    const auto kindOf = [](std::uint64_t status) {
+        const ResponseEnvelope response{status, "", ""};
+        return response.hasFailed() ? "failure" : response.isUnfinished() ? "neither" : "result";
+    };
+    for (const std::uint64_t status : {0U, 1U, 2U, 5U})
+        EXPECT_STREQ(kindOf(status), "neither") << status;
+    for (const std::uint64_t status : {3U, 6U, 8U})
+        EXPECT_STREQ(kindOf(status), "result") << status;
+    for (const std::uint64_t status : {4U, 7U})
+        EXPECT_STREQ(kindOf(status), "failure") << status;
+    EXPECT_FALSE((ResponseEnvelope{0, "{}", ""}.isUnfinished()));
 }
 
 TEST(ResponseEnvelope, FailsWhenItOrItsHeaderIsMalformed) {

@@ -42,6 +42,8 @@ public:
     // When connecting fails, nothing is open afterwards.
     std::expected<void, PTSLError> open();
 
+    bool isOpen() const { return fd >= 0; }
+
     // Closes the connection. The next call opens a new one and begins with stream 1.
     void close();
 

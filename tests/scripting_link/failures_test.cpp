@@ -38,11 +38,25 @@ TEST_F(ClientFailures, AreRefusalsWithoutWords) {
     EXPECT_EQ(textsOfTrackList(), Texts("PTSL command failed: unknown reason", "PTSL コマンド失敗: 理由不明"));
 }
 
-TEST_F(ClientFailures, AreStatusFourAndNoOther) {
-    for (const std::uint64_t status : {0u, 1u, 2u, 3u, 5u, 6u, 7u}) {
-        answer(trackListCommand, failure("words", status));
-        EXPECT_TRUE(client.trackList()) << status;
+TEST_F(ClientFailures, AreRefusalsInOneLineHoweverLongTheyAre) {
+    answer(trackListCommand, failure("one\ntwo\r\x1B" + std::string(3'000'000, 'x')));
+    const Texts told = textsOfTrackList();
+    EXPECT_THAT(told.first, testing::StartsWith("PTSL command failed: one two  xxx"));
+    EXPECT_LE(told.first.size(), 500U);
+}
+
+TEST_F(ClientFailures, AreAlsoAnswersThatAreNoResult) {
+    const Texts words("PTSL gave no result yet", "PTSL の結果がまだ出ていない");
+    for (const std::uint64_t status : {0u, 1u, 2u, 5u}) {
+        answer(trackListCommand, failure("", status));
+        EXPECT_EQ(textsOfTrackList(), words) << status;
+        answer(muteCommand, failure("", status));
+        EXPECT_EQ(verdictOn(client.setMute({"Kick"}, true).error()), Verdict::unknown) << status;
     }
+    answer(trackListCommand, reply(""));
+    EXPECT_EQ(textsOfTrackList(), words);
+    answer(muteCommand, reply(""));
+    EXPECT_TRUE(client.setMute({"Kick"}, true));
 }
 
 TEST_F(ClientFailures, AreNotTriedAgainWhenNothingRuns) {
@@ -87,10 +101,26 @@ TEST_F(ClientFailures, OfTheSecondConnectionSayThatNothingRuns) {
 
 TEST_F(ClientFailures, LeaveTheNextCommandAFreshConnection) {
     answerWith([](std::uint32_t) { return goaway(); });
-    EXPECT_FALSE(client.setMute({"Kick"}, true));
+    EXPECT_FALSE(client.trackList());
     EXPECT_EQ(streams.openCount(), 0u);
     EXPECT_EQ(scripted.received.size(), 2u);
     EXPECT_EQ(scripted.frames(2).at(2).stream, 1u);
+}
+
+// The service may have carried it out, and by now somebody may want the opposite.
+TEST_F(ClientFailures, OfSettersAreNotTriedAgain) {
+    ASSERT_TRUE(client.prepare());
+    for (const auto& setter :
+         std::vector<std::function<bool()>>{[&] { return client.setMute({"Kick"}, true).has_value(); },
+                                            [&] { return client.setSolo({"Kick"}, true).has_value(); },
+                                            [&] { return client.setInputMonitor("Kick", true).has_value(); }}) {
+        const std::size_t before = scripted.requests.size();
+        streams.fail(SystemCall::receive, ECONNRESET, 1);
+        EXPECT_FALSE(setter());
+        EXPECT_EQ(streams.openCount(), 0u);
+        EXPECT_EQ(scripted.requests.size(), before + 1);
+        EXPECT_TRUE(setter());
+    }
 }
 
 TEST_F(ClientFailures, AreMalformedResponsesTriedOnceMore) {

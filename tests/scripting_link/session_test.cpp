@@ -82,16 +82,116 @@ TEST_F(Session, IsRenewedWhenTheTrackListIsRefused) {
     EXPECT_EQ(scripted.requests[4].session, "S-2");
 }
 
-TEST_F(Session, IsRenewedOnceOnlyForOneTrackList) {
-    answer(trackListCommand, failure("host is busy"));
-    EXPECT_EQ(errorOf(client.trackList()), "PTSL command failed: host is busy");
-    EXPECT_THAT(scripted.commands(), ElementsAre(registerCommand, trackListCommand, registerCommand, trackListCommand));
+std::string numbered(int number) {
+    return R"({"errors":[{"command_error_type":)" + std::to_string(number) + "}]}";
 }
+
+TEST_F(Session, IsRenewedOnceOnlyForOneTrackList) {
+    ASSERT_TRUE(client.trackList());
+    answer(trackListCommand, failure(numbered(126)));
+    EXPECT_FALSE(client.trackList());
+    EXPECT_FALSE(client.trackList()); // so it is not the session
+    EXPECT_THAT(scripted.commands(), ElementsAre(registerCommand, trackListCommand, trackListCommand, registerCommand,
+                                                 trackListCommand, trackListCommand));
+}
+
+TEST_F(Session, IsRenewedForEachNumberThatMayMeanThatItIsUnknown) {
+    for (const int number : {100, 126, 127, 403}) {
+        ASSERT_TRUE(client.trackList());
+        scripted.requests.clear();
+        answer(trackListCommand, failure(numbered(number)));
+        EXPECT_FALSE(client.trackList());
+        EXPECT_THAT(scripted.commands(), ElementsAre(trackListCommand, registerCommand, trackListCommand)) << number;
+        scripted.answers.erase(trackListCommand);
+    }
+}
+
+TEST_F(Session, IsNotRenewedBecauseTheHostIsBusy) {
+    ASSERT_TRUE(client.trackList());
+    for (const int number : {106, 107, 134, 137, 138}) {
+        answer(trackListCommand, failure(numbered(number)));
+        EXPECT_EQ(errorOf(client.trackList()), "PTSL command failed: " + numbered(number));
+    }
+    EXPECT_EQ(std::ranges::count(scripted.commands(), registerCommand), 1);
+}
+
+// Its connection may have ended before it was of any use.
+TEST_F(Session, IsRenewedOverAnotherConnectionHoweverNewItIs) {
+    giveNewSessions();
+    streams.fail(VirtualStreams::Call::send, EPIPE, 0);
+    ASSERT_TRUE(client.prepare());
+    current = "of the next connection";
+    streams.fail(VirtualStreams::Call::receive, ECONNRESET, 1);
+    EXPECT_TRUE(client.trackList());
+    EXPECT_EQ(std::ranges::count(scripted.commands(), registerCommand), 2);
+}
+
+TEST_F(Session, IsThereBeforeTheFirstSetterWhenItIsPrepared) {
+    ASSERT_TRUE(client.prepare());
+    ASSERT_TRUE(client.prepare());
+    EXPECT_THAT(scripted.commands(), ElementsAre(registerCommand));
+    streams.stopListening(ScriptedService::port);
+    streams.fail(VirtualStreams::Call::receive, ECONNRESET, 1);
+    EXPECT_FALSE(client.setMute({"Kick"}, true)); // and the connection is gone
+    EXPECT_EQ(errorOf(client.prepare()), "Cannot reach Pro Tools' PTSL (not running or disabled)");
+}
+
+// ---- Versions of the service
+
+class Version : public Session {
+protected:
+    // A service of that version refuses all that is of a later one.
+    void serveVersion(std::uint64_t newest) {
+        const auto refusing = [newest](const Bytes& message) {
+            return [newest, message](const Request& request) {
+                return request.version > newest ? failure(numbered(401)) : message;
+            };
+        };
+        scripted.answers[registerCommand] = refusing(reply(R"({"session_id":"S-1"})"));
+        scripted.answers[trackListCommand] = refusing(reply(R"({"track_list":[]})"));
+    }
+
+    std::vector<std::uint64_t> versions() const {
+        std::vector<std::uint64_t> all;
+        for (const Request& request : scripted.requests)
+            all.push_back(request.version);
+        return all;
+    }
+};
+
+TEST_F(Version, IsTheNewestThatTheServiceTakes) {
+    serveVersion(3);
+    ASSERT_TRUE(client.trackList());
+    ASSERT_TRUE(client.trackList());
+    EXPECT_THAT(versions(), ElementsAre(5, 4, 3, 3, 3));
+}
+
+TEST_F(Version, MayBeTheFirstThereWas) {
+    serveVersion(2);
+    ASSERT_TRUE(client.trackList());
+    EXPECT_THAT(versions(), ElementsAre(5, 4, 3, 1, 1));
+}
+
+TEST_F(Version, MustBeOneOfThose) {
+    serveVersion(0);
+    EXPECT_EQ(errorOf(client.trackList()), "PTSL command failed: " + numbered(401));
+    EXPECT_THAT(versions(), ElementsAre(5, 4, 3, 1));
+}
+
+TEST_F(Version, IsFoundAgainWhenAnOlderServiceTakesThePlace) {
+    ASSERT_TRUE(client.trackList());
+    scripted.requests.clear();
+    serveVersion(4);
+    EXPECT_TRUE(client.trackList());
+    EXPECT_THAT(versions(), ElementsAre(5, 5, 4, 4));
+}
+
+// ---- What it survives
 
 TEST_F(Session, IsGoneWhenItCannotBeRenewed) {
     ASSERT_TRUE(client.trackList());
     answer(trackListCommand, failure("unknown session"));
-    answer(registerCommand, failure("host not ready"));
+    answer(registerCommand, failure("host not ready")); // without a number
     EXPECT_EQ(errorOf(client.trackList()), "PTSL command failed: host not ready");
     answer(registerCommand, reply(R"({"session_id":"S-9"})"));
     ASSERT_TRUE(client.setMute({"Kick"}, true));
@@ -99,16 +199,28 @@ TEST_F(Session, IsGoneWhenItCannotBeRenewed) {
     EXPECT_EQ(scripted.requests.at(5).session, "S-9");
 }
 
-TEST_F(Session, IsNotRenewedByTheSetters) {
+TEST_F(Session, SurvivesARefusalOfASetter) {
     ASSERT_TRUE(client.trackList());
+    const std::string words = numbered(107);
     for (const std::uint64_t command : {muteCommand, soloCommand, inputMonitorCommand})
-        answer(command, failure("no such track"));
-    EXPECT_EQ(errorOf(client.setMute({"Kick"}, true)), "PTSL command failed: no such track");
-    EXPECT_EQ(errorOf(client.setSolo({"Kick"}, true)), "PTSL command failed: no such track");
-    EXPECT_EQ(errorOf(client.setInputMonitor("Kick", true)), "PTSL command failed: no such track");
+        answer(command, failure(words));
+    EXPECT_EQ(errorOf(client.setMute({"Kick"}, true)), "PTSL command failed: " + words);
+    EXPECT_EQ(errorOf(client.setSolo({"Kick"}, true)), "PTSL command failed: " + words);
+    EXPECT_EQ(errorOf(client.setInputMonitor("Kick", true)), "PTSL command failed: " + words);
     EXPECT_THAT(scripted.commands(),
                 ElementsAre(registerCommand, trackListCommand, muteCommand, soloCommand, inputMonitorCommand));
     EXPECT_EQ(scripted.requests.back().session, "S-1");
+}
+
+TEST_F(Session, IsRenewedBeforeTheNextCommandWhenASetterFindsItUnknown) {
+    ASSERT_TRUE(client.trackList());
+    answer(muteCommand, failure(numbered(127)));
+    const auto result = client.setMute({"Kick"}, true);
+    ASSERT_FALSE(result);
+    EXPECT_EQ(verdictOn(result.error()), Verdict::notYet);
+    EXPECT_EQ(verdictOn(client.setMute({"Kick"}, true).error()), Verdict::refused); // so that is what it meant
+    EXPECT_THAT(scripted.commands(),
+                ElementsAre(registerCommand, trackListCommand, muteCommand, registerCommand, muteCommand));
 }
 
 TEST_F(Session, SurvivesEveryOtherFailure) {
