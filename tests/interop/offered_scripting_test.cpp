@@ -1,13 +1,12 @@
 // The scripting service as programs offer it: the official gRPC server behind a wire with faults, for the scripting
 // link and for the official client.
-#include "platform/posix/posix_stream_relay.h"
 #include "platform/virtual/memory_midi.h"
 #include "simulator/default_session.h"
-#include "simulator/grpc/offered_scripting.h"
 #include "simulator/simulated_pro_tools.h"
 #include "tests/interop/link_rig.h"
 #include "tests/interop/official_client.h"
 #include "tests/interop/waiting.h"
+#include "tools/offered_scripting.h"
 
 namespace lumbrine::interop {
 namespace {
@@ -19,7 +18,7 @@ protected:
         SimulatorOptions options;
         options.scripting = scripting;
         proTools = std::make_unique<SimulatedProTools>(runtime, midi, options, defaultSession(tracks, 1));
-        offered = std::make_unique<OfferedScripting>(runtime, relays, proTools->scripting(), std::uint16_t{0});
+        offered = std::make_unique<OfferedScripting>(runtime, proTools->scripting(), std::uint16_t{0});
         ASSERT_TRUE(offered->port());
         link = clientOf(*offered->port());
     }
@@ -28,7 +27,6 @@ protected:
     WireFaults& faults() { return proTools->scripting().wireFaults(); }
 
     MemoryMIDI midi{runtime};
-    PosixStreamRelays relays;
     std::unique_ptr<SimulatedProTools> proTools;
     std::unique_ptr<OfferedScripting> offered;
     std::unique_ptr<PTSLClient> link;
@@ -41,7 +39,7 @@ TEST_F(OfferedScriptingTest, PrintsWhereItIs) {
         start(options);
         EXPECT_EQ(proTools->snapshot().scriptingPort, offered->port());
         EXPECT_EQ(faults().inUse(), options.faultyWire);
-        std::make_unique<OfferedScripting>(runtime, relays, proTools->scripting(), *offered->port());
+        std::make_unique<OfferedScripting>(runtime, proTools->scripting(), *offered->port());
         EXPECT_EQ(proTools->snapshot().scriptingPort, offered->port()); // the other one came too late
     }
 }

@@ -1,7 +1,5 @@
 // lumbrine-demo: the receiver and the simulated Pro Tools in one process, connected in memory. It needs no MIDI system
 // on the computer. Clients connect to it over the network as to any receiver.
-#include "app/demo_console.h"
-#include "app/demo_tour.h"
 #include "app/receiver_ending.h"
 #include "model/receiver_model.h"
 #include "platform/linux/avahi_advertiser.h"
@@ -9,15 +7,16 @@
 #include "platform/portable/nlohmann_json.h"
 #include "platform/posix/line_input.h"
 #include "platform/posix/posix_datagram_sockets.h"
-#include "platform/posix/posix_stream_relay.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 #include "platform/posix/termination_signals.h"
 #include "platform/virtual/memory_midi.h"
 #include "simulator/default_session.h"
-#include "simulator/grpc/offered_scripting.h"
 #include "simulator/simulated_pro_tools.h"
+#include "tools/demo_console.h"
+#include "tools/demo_tour.h"
+#include "tools/offered_scripting.h"
 
 #include <CLI/CLI.hpp>
 #include <unistd.h>
@@ -90,11 +89,11 @@ bool isReady(const std::shared_ptr<ReceiverModel>& model) {
 }
 
 // During the tour the scripting service also takes a free port; otherwise the port from the command line.
-std::unique_ptr<OfferedScripting> offerScripting(Runtime& runtime, StreamRelays& relays, SimulatedProTools& proTools,
+std::unique_ptr<OfferedScripting> offerScripting(Runtime& runtime, SimulatedProTools& proTools,
                                                  const DemoArguments& arguments) {
     if (!arguments.scripting) return nullptr;
     const std::uint16_t port = arguments.tour ? 0 : arguments.scriptingPort;
-    return std::make_unique<OfferedScripting>(runtime, relays, proTools.scripting(), port);
+    return std::make_unique<OfferedScripting>(runtime, proTools.scripting(), port);
 }
 
 std::string scriptingLine(const SimulatedProTools& proTools, const DemoArguments& arguments) {
@@ -126,8 +125,7 @@ int run(const DemoArguments& arguments) {
     options.portsLost = arguments.portsLost;
     auto proTools =
         std::make_unique<SimulatedProTools>(runtime, midi, options, defaultSession(arguments.tracks, options.seed));
-    PosixStreamRelays relays;
-    auto scripting = offerScripting(runtime, relays, *proTools, arguments);
+    auto scripting = offerScripting(runtime, *proTools, arguments);
     const PTSLAddress service{.port = proTools->snapshot().scriptingPort.value_or(arguments.scriptingPort)};
 
     const Bilingual text(prefersJapanese(system.preferredLanguages()));

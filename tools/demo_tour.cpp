@@ -1,4 +1,4 @@
-#include "app/demo_tour.h"
+#include "tools/demo_tour.h"
 
 #include <algorithm>
 #include <utility>

@@ -3,8 +3,8 @@
 // did, what came back, and how long that took.
 #pragma once
 
-#include "app/demo_programme.h"
-#include "app/demo_stage.h"
+#include "tools/demo_programme.h"
+#include "tools/demo_stage.h"
 
 #include <functional>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "app/simulator_arguments.h"
+#include "tools/simulator_arguments.h"
 
 #include "simulator/user_commands.h"
 

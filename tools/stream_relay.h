@@ -1,9 +1,9 @@
 // A relay of TCP connections on this computer, between clients and a service. It can read, change and cut off what they
-// send.
+// send. One thread serves all connections of a relay.
 #pragma once
 
 #include "base/bytes.h"
-#include "platform/api/time.h"
+#include "platform/api/runtime.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -43,19 +43,19 @@ struct RelaySetup {
     std::function<void()> died = {}; // called after End::die, on the relay's own thread
 };
 
-// Works until it is destroyed; then all its connections break.
+// Works until it is destroyed; then all its connections break. The runtime is the real one: sockets do not wait in
+// virtual time.
 class StreamRelay {
 public:
-    virtual ~StreamRelay() = default;
+    StreamRelay(Runtime& runtime, RelaySetup setup);
+    ~StreamRelay();
 
     // The port that clients connect to. Absent if it was taken; then nothing is relayed.
-    virtual std::optional<std::uint16_t> port() const = 0;
-};
+    std::optional<std::uint16_t> port() const;
 
-class StreamRelays {
-public:
-    virtual ~StreamRelays() = default;
-    virtual std::unique_ptr<StreamRelay> start(RelaySetup setup) = 0;
+private:
+    class Traffic;
+    const std::unique_ptr<Traffic> traffic;
 };
 
 } // namespace lumbrine

@@ -1,4 +1,4 @@
-#include "app/simulator_shell.h"
+#include "tools/simulator_shell.h"
 
 #include "simulator/status_line.h"
 #include "simulator/user_commands.h"

@@ -1,12 +1,14 @@
-#include "platform/posix/posix_stream_relay.h"
+#include "platform/posix/real_runtime.h"
+#include "platform/posix/run_loop.h"
 #include "platform/posix/stream_descriptor.h"
+#include "tools/stream_relay.h"
 
 #include <poll.h>
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
-#include <thread>
+#include <optional>
 
 namespace lumbrine {
 namespace {
@@ -27,9 +29,13 @@ public:
     }
 };
 
-bool readable(const StreamDescriptor& socket) {
-    pollfd waited{socket.number(), POLLIN, 0};
+bool becomes(short event, const StreamDescriptor& socket) {
+    pollfd waited{socket.number(), event, 0};
     return ::poll(&waited, 1, 10'000) == 1;
+}
+
+bool readable(const StreamDescriptor& socket) {
+    return becomes(POLLIN, socket);
 }
 
 // Reads until this many bytes have arrived. Returns fewer when the connection ends.
@@ -58,17 +64,17 @@ void say(const StreamDescriptor& socket, const Bytes& bytes) {
         const int count = socket.send(ByteView(bytes).subspan(sent));
         ASSERT_GE(count, 0);
         sent += static_cast<std::size_t>(count);
-        if (count == 0) std::this_thread::sleep_for(1ms);
+        ASSERT_TRUE(count > 0 || becomes(POLLOUT, socket));
     }
 }
 
-class PosixStreamRelayTest : public testing::Test {
+class StreamRelayTest : public testing::Test {
 protected:
     void start(RelaySetup setup = {}) {
         setup.service = service.localPort();
         setup.connected = [] { return std::make_unique<Passage>(); };
         setup.died = [this] { ++deaths; };
-        relay = relays.start(setup);
+        relay.emplace(runtime, setup);
         ASSERT_TRUE(relay->port());
     }
 
@@ -80,15 +86,16 @@ protected:
         ASSERT_TRUE(far.isOpen());
     }
 
-    PosixStreamRelays relays;
+    RunLoop loop;
+    RealRuntime runtime{loop};
     StreamDescriptor service = StreamDescriptor::listening(0);
     std::atomic<int> deaths = 0;
-    std::unique_ptr<StreamRelay> relay;
+    std::optional<StreamRelay> relay;
     StreamDescriptor client;
     StreamDescriptor far;
 };
 
-TEST_F(PosixStreamRelayTest, CarriesBytesBothWays) {
+TEST_F(StreamRelayTest, CarriesBytesBothWays) {
     start();
     connect();
     say(client, {'a', 'b'});
@@ -97,19 +104,18 @@ TEST_F(PosixStreamRelayTest, CarriesBytesBothWays) {
     EXPECT_EQ(hear(client, 1), Bytes{'c'});
 }
 
-TEST_F(PosixStreamRelayTest, CarriesMoreThanASlowReaderTakes) {
+TEST_F(StreamRelayTest, CarriesMoreThanASlowReaderTakes) {
     start();
     connect();
     Bytes much(8 * 1024 * 1024);
     for (std::size_t i = 0; i < much.size(); ++i)
         much[i] = static_cast<std::uint8_t>(i % 61);
-    std::thread sender([&] { say(far, much); });
-    std::this_thread::sleep_for(50ms);
+    const auto sender = runtime.startThread("sender", [&] { say(far, much); });
+    runtime.sleepFor(50ms);
     EXPECT_EQ(hear(client, much.size()), much);
-    sender.join();
 }
 
-TEST_F(PosixStreamRelayTest, CutsWhatClientsGetIntoPieces) {
+TEST_F(StreamRelayTest, CutsWhatClientsGetIntoPieces) {
     start({.bytesAtOnce = 1});
     connect();
     const Bytes text(5000, 'x');
@@ -117,7 +123,7 @@ TEST_F(PosixStreamRelayTest, CutsWhatClientsGetIntoPieces) {
     EXPECT_EQ(hear(client, text.size()), text);
 }
 
-TEST_F(PosixStreamRelayTest, EndsWithEitherSide) {
+TEST_F(StreamRelayTest, EndsWithEitherSide) {
     start();
     connect();
     say(far, {'a'});
@@ -129,7 +135,7 @@ TEST_F(PosixStreamRelayTest, EndsWithEitherSide) {
     EXPECT_LE(end(far), 0);
 }
 
-TEST_F(PosixStreamRelayTest, FinishesAfterWhatWasSaid) {
+TEST_F(StreamRelayTest, FinishesAfterWhatWasSaid) {
     start();
     connect();
     say(far, {'a', 'F'});
@@ -137,7 +143,7 @@ TEST_F(PosixStreamRelayTest, FinishesAfterWhatWasSaid) {
     EXPECT_EQ(end(client), 0);
 }
 
-TEST_F(PosixStreamRelayTest, BreaksAllConnectionsWhenItDiesAndComesBackOnTheSamePort) {
+TEST_F(StreamRelayTest, BreaksAllConnectionsWhenItDiesAndComesBackOnTheSamePort) {
     start({.downTime = 1s});
     connect();
     const StreamDescriptor first = std::move(client), firstFar = std::move(far);
@@ -149,7 +155,7 @@ TEST_F(PosixStreamRelayTest, BreaksAllConnectionsWhenItDiesAndComesBackOnTheSame
     client = StreamDescriptor::connected(*relay->port());
     EXPECT_FALSE(client.isOpen());
     while (!client.isOpen() || !readable(service)) {
-        std::this_thread::sleep_for(5ms);
+        runtime.sleepFor(5ms);
         client = StreamDescriptor::connected(*relay->port());
     }
     far = service.accept();
@@ -157,20 +163,19 @@ TEST_F(PosixStreamRelayTest, BreaksAllConnectionsWhenItDiesAndComesBackOnTheSame
     EXPECT_EQ(hear(client, 1), Bytes{'a'});
 }
 
-TEST_F(PosixStreamRelayTest, LeavesATakenPortAlone) {
+TEST_F(StreamRelayTest, LeavesATakenPortAlone) {
     start();
-    const auto late = relays.start({.port = *relay->port()});
-    EXPECT_EQ(late->port(), std::nullopt);
+    EXPECT_EQ(StreamRelay(runtime, {.port = *relay->port()}).port(), std::nullopt);
 }
 
-TEST_F(PosixStreamRelayTest, ClosesAClientWhoseServiceIsNotThere) {
+TEST_F(StreamRelayTest, ClosesAClientWhoseServiceIsNotThere) {
     start();
     service = {};
     const StreamDescriptor lonely = StreamDescriptor::connected(*relay->port());
     EXPECT_LE(end(lonely), 0);
 }
 
-TEST_F(PosixStreamRelayTest, BreaksItsConnectionsWhenItGoes) {
+TEST_F(StreamRelayTest, BreaksItsConnectionsWhenItGoes) {
     start();
     connect();
     relay.reset();

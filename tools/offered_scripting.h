@@ -3,11 +3,10 @@
 #pragma once
 
 #include "platform/api/runtime.h"
-#include "platform/api/stream_relay.h"
 #include "simulator/grpc/grpc_scripting_server.h"
+#include "tools/stream_relay.h"
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 
 namespace lumbrine {
@@ -16,7 +15,7 @@ class OfferedScripting {
 public:
     // Listens on 127.0.0.1; with port 0 the system chooses a free port. Everything passed by reference must outlive
     // this object.
-    OfferedScripting(Runtime& runtime, StreamRelays& relays, SimulatedScripting& served, std::uint16_t wantedPort);
+    OfferedScripting(Runtime& runtime, SimulatedScripting& served, std::uint16_t wantedPort);
     ~OfferedScripting();
     OfferedScripting(const OfferedScripting&) = delete;
     OfferedScripting& operator=(const OfferedScripting&) = delete;
@@ -27,7 +26,7 @@ public:
 private:
     SimulatedScripting& scripting;
     const GrpcScriptingServer server; // with a relay, on a free port behind it
-    std::unique_ptr<StreamRelay> relay;
+    std::optional<StreamRelay> relay;
 };
 
 } // namespace lumbrine

@@ -1,7 +1,7 @@
 // The steps of the demo's tour.
 #pragma once
 
-#include "app/demo_stage.h"
+#include "tools/demo_stage.h"
 
 #include <optional>
 #include <vector>

@@ -5,13 +5,12 @@
 #include "platform/linux/linux_system_info.h"
 #include "platform/portable/nlohmann_json.h"
 #include "platform/posix/posix_datagram_sockets.h"
-#include "platform/posix/posix_stream_relay.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/termination_signals.h"
 #include "platform/virtual/memory_midi.h"
 #include "simulator/default_session.h"
-#include "simulator/grpc/offered_scripting.h"
 #include "simulator/simulated_pro_tools.h"
+#include "tools/offered_scripting.h"
 
 #include <CLI/CLI.hpp>
 
@@ -61,9 +60,7 @@ int run(const DemoArguments& arguments, int count, char** values) {
     options.portsLost = arguments.portsLost;
     auto proTools =
         std::make_unique<SimulatedProTools>(runtime, midi, options, defaultSession(arguments.tracks, options.seed));
-    PosixStreamRelays relays;
-    auto scripting =
-        std::make_unique<OfferedScripting>(runtime, relays, proTools->scripting(), arguments.scriptingPort);
+    auto scripting = std::make_unique<OfferedScripting>(runtime, proTools->scripting(), arguments.scriptingPort);
     const PTSLAddress service{.port = proTools->snapshot().scriptingPort.value_or(arguments.scriptingPort)};
 
     NlohmannJSON json(text);

@@ -1,7 +1,8 @@
-#include "simulator/grpc/offered_scripting.h"
+#include "tools/offered_scripting.h"
 
 #include "simulator/wire/fault_filter.h"
 
+#include <memory>
 #include <utility>
 
 namespace lumbrine {
@@ -37,18 +38,17 @@ private:
 
 } // namespace
 
-OfferedScripting::OfferedScripting(Runtime& runtime, StreamRelays& relays, SimulatedScripting& served,
-                                   std::uint16_t wantedPort)
+OfferedScripting::OfferedScripting(Runtime& runtime, SimulatedScripting& served, std::uint16_t wantedPort)
     : scripting(served),
       server(runtime, served, needFaultyWire(served.wireFaults().options) ? std::uint16_t{0} : wantedPort) {
     WireFaults& faults = scripting.wireFaults();
     if (needFaultyWire(faults.options) && server.port()) {
-        relay = relays.start({.port = wantedPort,
-                              .service = *server.port(),
-                              .downTime = faults.options.downTime,
-                              .bytesAtOnce = faults.options.bytesAtOnce,
-                              .connected = [&faults] { return std::make_unique<FaultyConnection>(faults); },
-                              .died = [&served] { served.restart(); }});
+        relay.emplace(runtime, RelaySetup{.port = wantedPort,
+                                          .service = *server.port(),
+                                          .downTime = faults.options.downTime,
+                                          .bytesAtOnce = faults.options.bytesAtOnce,
+                                          .connected = [&faults] { return std::make_unique<FaultyConnection>(faults); },
+                                          .died = [&served] { served.restart(); }});
         faults.use();
     }
     if (port()) scripting.offeredOn(port());

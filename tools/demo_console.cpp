@@ -1,4 +1,4 @@
-#include "app/demo_console.h"
+#include "tools/demo_console.h"
 
 #include "simulator/user_commands.h"
 

@@ -1,14 +1,13 @@
 // lumbrine-simulator: the simulated Pro Tools as a program, with MIDI ports and a TCP port for its scripting service.
-#include "app/simulator_arguments.h"
-#include "app/simulator_shell.h"
 #include "platform/linux/midi_backend.h"
 #include "platform/posix/line_input.h"
-#include "platform/posix/posix_stream_relay.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 #include "platform/posix/termination_signals.h"
 #include "simulator/default_session.h"
-#include "simulator/grpc/offered_scripting.h"
+#include "tools/offered_scripting.h"
+#include "tools/simulator_arguments.h"
+#include "tools/simulator_shell.h"
 
 #include <unistd.h>
 
@@ -39,9 +38,8 @@ int simulate(const SimulatorArguments& arguments) {
         return noMIDI;
     }
 
-    PosixStreamRelays relays;
     std::optional<OfferedScripting> scripting;
-    if (arguments.scripting) scripting.emplace(runtime, relays, proTools.scripting(), arguments.scriptingPort);
+    if (arguments.scripting) scripting.emplace(runtime, proTools.scripting(), arguments.scriptingPort);
     if (scripting && !scripting->port())
         std::fprintf(stderr, "lumbrine-simulator: port %d is taken: there is no scripting service\n",
                      arguments.scriptingPort);

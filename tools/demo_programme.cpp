@@ -1,4 +1,4 @@
-#include "app/demo_programme.h"
+#include "tools/demo_programme.h"
 
 #include "remote/command_builder.h"
 #include "remote/message_line.h"

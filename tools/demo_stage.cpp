@@ -1,4 +1,4 @@
-#include "app/demo_stage.h"
+#include "tools/demo_stage.h"
 
 #include <cstdio>
 #include <utility>

@@ -1,7 +1,7 @@
-#include "app/simulator_shell.h"
 #include "platform/virtual/memory_midi.h"
 #include "platform/virtual/virtual_runtime.h"
 #include "simulator/default_session.h"
+#include "tools/simulator_shell.h"
 
 namespace lumbrine {
 namespace {

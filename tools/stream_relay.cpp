@@ -1,4 +1,4 @@
-#include "platform/posix/posix_stream_relay.h"
+#include "tools/stream_relay.h"
 
 #include "platform/posix/stream_descriptor.h"
 
@@ -9,7 +9,6 @@
 #include <array>
 #include <chrono>
 #include <list>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -17,7 +16,6 @@ namespace lumbrine {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
 using End = RelayedConnection::End;
 
 constexpr std::size_t readSize = 16'384;
@@ -61,23 +59,25 @@ struct Connection {
     bool over = false;
 };
 
-class PosixStreamRelay final : public StreamRelay {
+} // namespace
+
+class StreamRelay::Traffic {
 public:
-    explicit PosixStreamRelay(RelaySetup chosen) : setup(std::move(chosen)) {
-        listener = StreamDescriptor::listening(setup.port);
+    Traffic(Runtime& rt, RelaySetup chosen)
+        : runtime(rt), setup(std::move(chosen)), listener(StreamDescriptor::listening(setup.port)) {
         if (!listener.isOpen() || ::pipe(wakePipe.data()) != 0) return;
         boundPort = listener.localPort();
-        thread = std::thread([this] { run(); });
+        thread = runtime.startThread("stream relay", [this] { run(); });
     }
 
-    ~PosixStreamRelay() override {
-        if (!thread.joinable()) return;
+    ~Traffic() {
+        if (!thread) return;
         ::close(wakePipe[1]);
-        thread.join();
+        thread.reset();
         ::close(wakePipe[0]);
     }
 
-    std::optional<std::uint16_t> port() const override { return boundPort; }
+    std::optional<std::uint16_t> port() const { return boundPort; }
 
 private:
     void run() {
@@ -114,7 +114,7 @@ private:
 
     int untilBack() const {
         if (listener.isOpen()) return -1;
-        const auto left = std::chrono::ceil<std::chrono::milliseconds>(backAt - Clock::now()).count();
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(backAt - runtime.now()).count();
         return static_cast<int>(std::max<std::chrono::milliseconds::rep>(left, 0));
     }
 
@@ -166,31 +166,35 @@ private:
             connection.over = true;
         }
         listener = StreamDescriptor();
-        backAt = Clock::now() + setup.downTime;
+        backAt = runtime.now() + setup.downTime;
         setup.died();
     }
 
     // Listens again once the down time is over. If another program has taken the port, retries every 50 ms.
     void comeBack() {
         constexpr std::chrono::milliseconds pause{50};
-        if (listener.isOpen() || Clock::now() < backAt) return;
+        if (listener.isOpen() || runtime.now() < backAt) return;
         listener = StreamDescriptor::listening(*boundPort);
-        backAt = Clock::now() + pause;
+        backAt = runtime.now() + pause;
     }
 
+    Runtime& runtime;
     const RelaySetup setup;
     std::optional<std::uint16_t> boundPort;
     std::array<int, 2> wakePipe{-1, -1}; // the thread ends when the write end is closed
     StreamDescriptor listener;           // closed while the relay is down
-    Clock::time_point backAt;
+    TimePoint backAt;
     std::list<Connection> connections;
-    std::thread thread;
+    std::unique_ptr<Thread> thread;
 };
 
-} // namespace
+StreamRelay::StreamRelay(Runtime& runtime, RelaySetup setup)
+    : traffic(std::make_unique<Traffic>(runtime, std::move(setup))) {}
 
-std::unique_ptr<StreamRelay> PosixStreamRelays::start(RelaySetup setup) {
-    return std::make_unique<PosixStreamRelay>(std::move(setup));
+StreamRelay::~StreamRelay() = default;
+
+std::optional<std::uint16_t> StreamRelay::port() const {
+    return traffic->port();
 }
 
 } // namespace lumbrine
