@@ -1,4 +1,3 @@
-#include "base/midi_packet_list.h"
 #include "platform/virtual/memory_midi.h"
 #include "platform/virtual/virtual_runtime.h"
 #include "simulator/default_session.h"
@@ -23,14 +22,10 @@ public:
         services.createClient(name, client);
         services.createSource(client, name, source);
         MIDIEndpointRef destination = 0;
-        services.createDestination(client, name, [this](ByteView list) { arrived(list); }, destination);
+        services.createDestination(client, name, [this](ByteView packet) { arrived(packet); }, destination);
     }
 
-    void send(const Bytes& bytes) {
-        MIDIPacketList list;
-        list.add(bytes);
-        services.received(source, list.bytes());
-    }
+    void send(const Bytes& bytes) { services.received(source, bytes); }
 
     void setAnswering(bool answering) {
         Lock lock(mutex);
@@ -48,21 +43,19 @@ public:
     }
 
 private:
-    void arrived(ByteView list) {
-        forEachPacket(list, [this](ByteView bytes) {
-            bool answer = false;
-            {
-                Lock lock(mutex);
-                const Bytes packet(bytes.begin(), bytes.end());
-                if (packet == ping) {
-                    pings.push_back(runtime.now());
-                    answer = answers;
-                } else {
-                    packets.push_back(packet);
-                }
+    void arrived(ByteView bytes) {
+        bool answer = false;
+        {
+            Lock lock(mutex);
+            const Bytes packet(bytes.begin(), bytes.end());
+            if (packet == ping) {
+                pings.push_back(runtime.now());
+                answer = answers;
+            } else {
+                packets.push_back(packet);
             }
-            if (answer) send(reply);
-        });
+        }
+        if (answer) send(reply);
     }
 
     Runtime& runtime;

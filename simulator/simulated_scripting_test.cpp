@@ -1,5 +1,4 @@
 // The scripting service and the surfaces show one session.
-#include "base/midi_packet_list.h"
 #include "platform/virtual/memory_midi.h"
 #include "platform/virtual/virtual_runtime.h"
 #include "simulator/scripting_json.h"
@@ -52,11 +51,9 @@ protected:
     }
 
     void press(int strip, int port) {
-        MIDIPacketList list;
         const auto zone = static_cast<std::uint8_t>(strip);
-        list.add(Bytes{0xB0, 0x0F, zone, 0xB0, 0x2F, static_cast<std::uint8_t>(0x40 | port)});
-        list.add(Bytes{0xB0, 0x0F, zone, 0xB0, 0x2F, static_cast<std::uint8_t>(port)});
-        midi.received(source, list.bytes());
+        midi.received(source, Bytes{0xB0, 0x0F, zone, 0xB0, 0x2F, static_cast<std::uint8_t>(0x40 | port)});
+        midi.received(source, Bytes{0xB0, 0x0F, zone, 0xB0, 0x2F, static_cast<std::uint8_t>(port)});
         runtime.runFor(seconds(0.1));
     }
 

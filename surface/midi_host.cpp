@@ -1,7 +1,5 @@
 #include "surface/midi_host.h"
 
-#include "base/midi_packet_list.h"
-
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -39,9 +37,9 @@ std::expected<void, MIDIError> MIDIHost::start() {
         if (host && host->onReturn) host->onReturn();
     });
     // The services may call `read` until they end, which may be after this host is gone.
-    auto read = [weak = weak_from_this()](ByteView packetList) {
+    auto read = [weak = weak_from_this()](ByteView packet) {
         const auto host = weak.lock();
-        if (host && host->onIncoming) forEachPacket(packetList, host->onIncoming);
+        if (host && host->onIncoming) host->onIncoming(packet);
     };
     result =
         check(services.createDestination(client, name, std::move(read), destination), "MIDIDestinationCreateWithBlock");
@@ -54,9 +52,7 @@ std::expected<void, MIDIError> MIDIHost::start() {
 
 void MIDIHost::send(ByteView message) {
     const MIDIEndpointRef from = source;
-    if (from == 0 || message.empty()) return;
-    MIDIPacketList list;
-    if (list.add(message)) services.received(from, list.bytes());
+    if (from != 0 && !message.empty()) services.received(from, message);
 }
 
 void MIDIHost::announcePresence(int times) {

@@ -39,8 +39,8 @@ public:
     // creation fails, the rest is not created and what exists stays. Call once, on any thread.
     std::expected<void, MIDIError> start();
 
-    // Sends one complete MIDI message as one packet, at once. Drops it when it is empty, when it does not fit a
-    // 512-byte packet list (498 bytes of data), and while there is no source. Any thread.
+    // Sends one complete MIDI message as one packet, at once. Drops it when it is empty, and while there is no source.
+    // Any thread.
     void send(ByteView message);
 
     // Sends the single byte FF (system reset) max(times, 1) times from background jobs: the first at once, the others

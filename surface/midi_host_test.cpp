@@ -2,8 +2,6 @@
 #include "surface/midi_host.h"
 #include "surface/testing/recording_midi_services.h"
 
-#include <cstring>
-
 namespace lumbrine {
 namespace {
 
@@ -45,7 +43,7 @@ TEST_F(MIDIHostTest, CreatesNoDestinationAndSendsNothingWithoutASource) {
     EXPECT_EQ(services.calls, (Texts{"client Lumbrine", "source Lumbrine of 11"}));
 
     host->send(Bytes{0x90, 0x00, 0x7F});
-    EXPECT_EQ(services.lists, Packets{});
+    EXPECT_EQ(services.sent, Packets{});
 }
 
 TEST_F(MIDIHostTest, KeepsItsSourceWhenTheDestinationFails) {
@@ -66,66 +64,38 @@ TEST_F(MIDIHostTest, DoesNotMindThatIDsCannotBeSet) {
     EXPECT_EQ(services.calls.size(), 5u);
 }
 
-TEST_F(MIDIHostTest, SendsAMessageAsOnePacketForNow) {
+TEST_F(MIDIHostTest, SendsEachMessageFromItsOwnSource) {
     ASSERT_TRUE(host->start());
     host->send(Bytes{0xB0, 0x0F, 0x03});
-    Bytes expected(512, 0);
-    expected[0] = 1;  // one packet; its time stamp, 4-11, is 0
-    expected[12] = 3; // bytes in it
-    expected[14] = 0xB0;
-    expected[15] = 0x0F;
-    expected[16] = 0x03;
-    EXPECT_EQ(services.lists, Packets{expected});
-    EXPECT_EQ(services.calls.size(), 5u); // and from its own source
+    host->send(Bytes{0xFF});
+    EXPECT_EQ(services.sent, (Packets{{0xB0, 0x0F, 0x03}, {0xFF}}));
+    EXPECT_EQ(services.calls.size(), 5u);
 }
 
 TEST_F(MIDIHostTest, SendsNothingBeforeItIsStarted) {
     host->send(Bytes{0x90, 0x00, 0x7F});
-    EXPECT_EQ(services.lists, Packets{});
+    EXPECT_EQ(services.sent, Packets{});
 }
 
 TEST_F(MIDIHostTest, SendsNoEmptyMessage) {
     ASSERT_TRUE(host->start());
     host->send({});
-    EXPECT_EQ(services.lists, Packets{});
+    EXPECT_EQ(services.sent, Packets{});
 }
 
-TEST_F(MIDIHostTest, SendsWhatFitsAPacketList) {
-    ASSERT_TRUE(host->start());
-    host->send(Bytes(499, 0x11));
-    EXPECT_EQ(services.lists, Packets{});
-    host->send(Bytes(498, 0x11));
-    EXPECT_EQ(services.lists.size(), 1u);
-}
-
-// A packet list as the system delivers it, of any length.
-Bytes listOf(const Packets& packets) {
-    Bytes list(4);
-    list[0] = static_cast<std::uint8_t>(packets.size());
-    for (const Bytes& packet : packets) {
-        while (list.size() % 4 != 0)
-            list.push_back(0);
-        list.insert(list.end(), 8, 0);
-        const auto length = static_cast<std::uint16_t>(packet.size());
-        list.resize(list.size() + sizeof length);
-        std::memcpy(list.data() + list.size() - sizeof length, &length, sizeof length);
-        list.insert(list.end(), packet.begin(), packet.end());
-    }
-    return list;
-}
-
-TEST_F(MIDIHostTest, HandsOnEachPacketThatIsNotEmpty) {
+TEST_F(MIDIHostTest, HandsOnEachPacket) {
     Packets incoming;
     host->onIncoming = [&](ByteView bytes) { incoming.emplace_back(bytes.begin(), bytes.end()); };
     ASSERT_TRUE(host->start());
-    services.deliver(listOf({{0x90, 0x00, 0x00}, {}, {0xF0}, Bytes(257, 0x01), {0xF7}}));
-    EXPECT_EQ(incoming, (Packets{{0x90, 0x00, 0x00}, {0xF0}, Bytes(256, 0x01), {0xF7}}));
+    for (const Bytes& packet : Packets{{0x90, 0x00, 0x00}, {0xF0}, {0xF7}})
+        services.deliver(packet);
+    EXPECT_EQ(incoming, (Packets{{0x90, 0x00, 0x00}, {0xF0}, {0xF7}}));
 }
 
 TEST_F(MIDIHostTest, DropsWhatArrivesWhenNobodyListens) {
     ASSERT_TRUE(host->start());
-    services.deliver(listOf({{0x90, 0x00, 0x00}}));
-    EXPECT_EQ(services.lists, Packets{});
+    services.deliver(Bytes{0x90, 0x00, 0x00});
+    EXPECT_EQ(services.sent, Packets{});
 }
 
 TEST_F(MIDIHostTest, TellsWhenItsPortsAreBackAfterALoss) {
@@ -146,7 +116,7 @@ TEST_F(MIDIHostTest, DropsWhatArrivesWhenItIsGone) {
     host->onIncoming = [&](ByteView) { ++incoming; };
     ASSERT_TRUE(host->start());
     host.reset();
-    services.deliver(listOf({{0x90, 0x00, 0x00}}));
+    services.deliver(Bytes{0x90, 0x00, 0x00});
     EXPECT_EQ(incoming, 0);
 }
 

@@ -1,6 +1,5 @@
 // The two surfaces as the system sees them: under which names and identities their ports are made, and what becomes of
 // them when a port cannot be made.
-#include "base/midi_packet_list.h"
 #include "model/hands/surface_desk.h"
 #include "model/testing/model_test.h"
 #include "platform/virtual/still_runtime.h"
@@ -42,8 +41,8 @@ public:
         return 0;
     }
 
-    MIDIStatus received(MIDIEndpointRef source, ByteView packetList) override {
-        forEachPacket(packetList, [&](ByteView data) { sent.push_back(endpoints.at(source - 1) + ": " + hex(data)); });
+    MIDIStatus received(MIDIEndpointRef source, ByteView message) override {
+        sent.push_back(endpoints.at(source - 1) + ": " + hex(message));
         onSent();
         return 0;
     }

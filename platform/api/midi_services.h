@@ -13,9 +13,9 @@ using MIDIStatus = std::int32_t; // 0 is success, anything else the system's err
 using MIDIClientRef = std::uint32_t;
 using MIDIEndpointRef = std::uint32_t; // 0 is no endpoint
 
-// Called with one packet list (base/midi_packet_list.h) for each delivery, on the system's MIDI receive thread. The
-// bytes are valid during the call only.
-using MIDIReadBlock = std::function<void(ByteView packetList)>;
+// Called with the bytes of each packet that arrives, at least one byte, on the system's MIDI receive thread. The bytes
+// are valid during the call only.
+using MIDIReadBlock = std::function<void(ByteView packet)>;
 
 class MIDIServices {
 public:
@@ -39,9 +39,9 @@ public:
     // it.
     virtual MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) = 0;
 
-    // Delivers a packet list from a virtual source to every program that is connected to it. Without a listener, or
-    // while the system's MIDI service is away, the bytes are dropped. Never blocks. Any thread.
-    virtual MIDIStatus received(MIDIEndpointRef source, ByteView packetList) = 0;
+    // Delivers a message, as one packet, from a virtual source to every program that is connected to it. Without a
+    // listener, or while the system's MIDI service is away, the bytes are dropped. Never blocks. Any thread.
+    virtual MIDIStatus received(MIDIEndpointRef source, ByteView message) = 0;
 };
 
 } // namespace lumbrine

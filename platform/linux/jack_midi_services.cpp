@@ -1,8 +1,6 @@
 #include "platform/linux/jack_midi_services.h"
 
-#include "base/midi_packet_list.h"
 #include "platform/linux/midi_endpoint_numbers.h"
-#include "platform/linux/read_in_packets.h"
 
 #include <jack/types.h>
 
@@ -39,8 +37,7 @@ MIDIStatus JackMIDIServices::createSource(MIDIClientRef client, const std::strin
 MIDIStatus JackMIDIServices::createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
                                                MIDIEndpointRef& destination) {
     if (client == 0 || client > clientCount) return -EINVAL;
-    auto readEvent = [read = std::move(read)](ByteView event) { readInPackets(event, read); };
-    if (destinations->addInput(name, std::move(readEvent), returns[client]) == nullptr) return JackFailure;
+    if (destinations->addInput(name, std::move(read), returns[client]) == nullptr) return JackFailure;
     destination = firstDestination + destinationCount++;
     return 0;
 }
@@ -53,10 +50,10 @@ MIDIStatus JackMIDIServices::setUniqueID(MIDIEndpointRef /*endpoint*/, std::int3
     return 0;
 }
 
-MIDIStatus JackMIDIServices::received(MIDIEndpointRef source, ByteView packetList) {
+MIDIStatus JackMIDIServices::received(MIDIEndpointRef source, ByteView message) {
     JackOutput* const output = source < outputs.size() ? outputs[source].load() : nullptr;
     if (output == nullptr) return -EINVAL;
-    forEachPacket(packetList, [output](ByteView event) { output->send(event); });
+    output->send(message);
     return 0;
 }
 

@@ -38,7 +38,7 @@ public:
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override;
 
     // Each packet becomes one JACK event at the start of the next cycle.
-    MIDIStatus received(MIDIEndpointRef source, ByteView packetList) override;
+    MIDIStatus received(MIDIEndpointRef source, ByteView message) override;
 
     // The number of events lost to full rings, in both directions since the start.
     std::uint64_t dropped() const;

@@ -92,8 +92,8 @@ public:
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override {
         return choice->made().setUniqueID(endpoint, uniqueID);
     }
-    MIDIStatus received(MIDIEndpointRef source, ByteView packetList) override {
-        return choice->made().received(source, packetList);
+    MIDIStatus received(MIDIEndpointRef source, ByteView message) override {
+        return choice->made().received(source, message);
     }
 
 private:

@@ -1,8 +1,6 @@
 #include "platform/linux/rtmidi_services.h"
 
-#include "base/midi_packet_list.h"
 #include "platform/linux/midi_endpoint_numbers.h"
-#include "platform/linux/read_in_packets.h"
 #include "platform/linux/rtmidi_guard.h"
 
 #include <unistd.h>
@@ -42,7 +40,7 @@ public:
         in.ignoreTypes(false, false, false);
         in.setCallback(
             [](double /*time*/, std::vector<unsigned char>* message, void* self) {
-                if (message != nullptr) readInPackets(*message, static_cast<Destination*>(self)->read);
+                if (message != nullptr && !message->empty()) static_cast<Destination*>(self)->read(*message);
             },
             this);
     }
@@ -106,10 +104,10 @@ MIDIStatus RtMidiServices::setUniqueID(MIDIEndpointRef /*endpoint*/, std::int32_
     return 0;
 }
 
-MIDIStatus RtMidiServices::received(MIDIEndpointRef source, ByteView packetList) {
+MIDIStatus RtMidiServices::received(MIDIEndpointRef source, ByteView message) {
     if (source == 0 || source > sources.size()) return -EINVAL;
     Source& port = *sources[source - 1];
-    return guarded([&] { forEachPacket(packetList, [&port](ByteView message) { port.send(message); }); });
+    return guarded([&] { port.send(message); });
 }
 
 } // namespace lumbrine

@@ -37,7 +37,7 @@ public:
     // Does nothing and succeeds: RtMidi has no such IDs.
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override;
 
-    MIDIStatus received(MIDIEndpointRef source, ByteView packetList) override;
+    MIDIStatus received(MIDIEndpointRef source, ByteView message) override;
 
 private:
     class Source;

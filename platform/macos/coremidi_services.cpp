@@ -1,10 +1,11 @@
 #include "platform/macos/coremidi_services.h"
 
 #include "platform/macos/cf_text.h"
-#include "platform/macos/packet_batch.h"
 
 #include <CoreMIDI/CoreMIDI.h>
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <type_traits>
@@ -15,12 +16,13 @@ namespace lumbrine {
 namespace {
 
 static_assert(std::is_same_v<MIDIClientRef, ::MIDIClientRef> && std::is_same_v<MIDIEndpointRef, ::MIDIEndpointRef>);
-static_assert(offsetof(::MIDIPacketList, packet) == MIDIPacketList::headerSize);
-static_assert(offsetof(::MIDIPacket, data) == MIDIPacketList::packetHeaderSize);
 
-constexpr MIDIStatus badName = -50; // paramErr, the system's code for an invalid argument
+constexpr MIDIStatus badArgument = -50; // paramErr, the system's code for an invalid argument
+constexpr std::size_t longestPacket = 256;
+constexpr std::size_t listSize = 512;
 
-// On Intel processors packets are not aligned, so their fields are copied instead of read in place.
+// Packets begin at multiples of 4 bytes on Apple's processors. On Intel's each follows the one before at any address,
+// so their fields are copied instead of read in place.
 ByteView dataOf(const ::MIDIPacket* packet) {
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(packet);
     std::uint16_t length = 0;
@@ -29,13 +31,12 @@ ByteView dataOf(const ::MIDIPacket* packet) {
 }
 
 void handOn(const ::MIDIPacketList* list, const MIDIReadBlock& read) {
-    PacketBatch batch(read);
     const ::MIDIPacket* packet = &list->packet[0];
     for (std::uint32_t left = list->numPackets; left > 0; --left) {
-        batch.add(dataOf(packet));
+        const ByteView data = dataOf(packet);
+        if (!data.empty()) read(data.first(std::min(data.size(), longestPacket)));
         if (left > 1) packet = ::MIDIPacketNext(packet);
     }
-    batch.finish();
 }
 
 } // namespace
@@ -49,7 +50,7 @@ CoreMIDIServices::~CoreMIDIServices() {
 
 MIDIStatus CoreMIDIServices::createClient(const std::string& name, MIDIClientRef& client) {
     const auto text = cfString(name);
-    if (!text) return badName;
+    if (!text) return badArgument;
     MIDIClientRef made = 0;
     const MIDIStatus status = ::MIDIClientCreateWithBlock(text.get(), &made,
                                                           ^(const ::MIDINotification*){
@@ -62,7 +63,7 @@ MIDIStatus CoreMIDIServices::createClient(const std::string& name, MIDIClientRef
 
 MIDIStatus CoreMIDIServices::createSource(MIDIClientRef client, const std::string& name, MIDIEndpointRef& source) {
     const auto text = cfString(name);
-    if (!text) return badName;
+    if (!text) return badArgument;
     MIDIEndpointRef made = 0;
     const MIDIStatus status = ::MIDISourceCreate(client, text.get(), &made);
     if (status != 0) return status;
@@ -74,7 +75,7 @@ MIDIStatus CoreMIDIServices::createSource(MIDIClientRef client, const std::strin
 MIDIStatus CoreMIDIServices::createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
                                                MIDIEndpointRef& destination) {
     const auto text = cfString(name);
-    if (!text) return badName;
+    if (!text) return badArgument;
     const MIDIReadBlock receiver = std::move(read); // captured by copy: the block outlives this call
     MIDIEndpointRef made = 0;
     const MIDIStatus status =
@@ -91,8 +92,14 @@ MIDIStatus CoreMIDIServices::setUniqueID(MIDIEndpointRef endpoint, std::int32_t 
     return ::MIDIObjectSetIntegerProperty(endpoint, ::kMIDIPropertyUniqueID, uniqueID);
 }
 
-MIDIStatus CoreMIDIServices::received(MIDIEndpointRef source, ByteView packetList) {
-    return ::MIDIReceived(source, reinterpret_cast<const ::MIDIPacketList*>(packetList.data()));
+MIDIStatus CoreMIDIServices::received(MIDIEndpointRef source, ByteView message) {
+    alignas(::MIDIPacketList) std::array<std::uint8_t, listSize> memory{};
+    auto* const list = reinterpret_cast<::MIDIPacketList*>(memory.data());
+    constexpr ::MIDITimeStamp atOnce = 0;
+    ::MIDIPacket* const first = ::MIDIPacketListInit(list);
+    if (::MIDIPacketListAdd(list, listSize, first, atOnce, message.size(), message.data()) == nullptr)
+        return badArgument;
+    return ::MIDIReceived(source, list);
 }
 
 } // namespace lumbrine

@@ -7,7 +7,9 @@
 
 namespace lumbrine {
 
-// Creation calls: one thread at a time. Read blocks are called on CoreMIDI's high-priority thread.
+// Creation calls: one thread at a time. Read blocks are called on CoreMIDI's high-priority thread, with the first
+// 256 bytes of a longer packet. A message is refused when it does not fit a packet list of 512 bytes. Neither way
+// allocates.
 class CoreMIDIServices final : public MIDIServices {
 public:
     CoreMIDIServices() = default;
@@ -22,7 +24,7 @@ public:
     MIDIStatus createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
                                  MIDIEndpointRef& destination) override;
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override;
-    MIDIStatus received(MIDIEndpointRef source, ByteView packetList) override;
+    MIDIStatus received(MIDIEndpointRef source, ByteView message) override;
 
 private:
     std::vector<MIDIClientRef> clients;

@@ -1,4 +1,3 @@
-#include "base/midi_packet_list.h"
 #include "platform/macos/coremidi_services.h"
 #include "platform/macos/testing/core_midi_calls.h"
 
@@ -23,17 +22,13 @@ protected:
     // A destination whose packets end up in `arrived`.
     MIDIEndpointRef destination() {
         MIDIEndpointRef made = 0;
-        const auto read = [this](ByteView list) {
-            ++lists;
-            forEachPacket(list, [this](ByteView data) { arrived.emplace_back(data.begin(), data.end()); });
-        };
+        const auto read = [this](ByteView packet) { arrived.emplace_back(packet.begin(), packet.end()); };
         EXPECT_EQ(services->createDestination(1, "Lumbrine", read, made), 0);
         return made;
     }
 
     int objects = 0;
     std::unique_ptr<CoreMIDIServices> services = std::make_unique<CoreMIDIServices>();
-    int lists = 0;
     std::vector<Bytes> arrived;
 };
 
@@ -65,7 +60,7 @@ TEST_F(CoreMIDIServicesTest, HandsOnTheSystemsErrorsAndLeavesTheArgumentAlone) {
     EXPECT_EQ(services->createSource(1, "a", source), -10831);
     EXPECT_EQ(services->createDestination(1, "a", [](ByteView) {}, destination), -10832);
     EXPECT_EQ(services->setUniqueID(1, 2), -10843);
-    EXPECT_EQ(services->received(1, MIDIPacketList().bytes()), -10844);
+    EXPECT_EQ(services->received(1, Bytes{0xFE}), -10844);
     EXPECT_EQ(client, 7U);
     EXPECT_EQ(source, 8U);
     EXPECT_EQ(destination, 9U);
@@ -100,11 +95,22 @@ TEST_F(CoreMIDIServicesTest, TakesThePortsAwayBeforeTheirClientAndLetsGoOfTheBlo
     EXPECT_EQ(life.use_count(), 1);
 }
 
-TEST_F(CoreMIDIServicesTest, SendsAPacketListAsItIs) {
-    MIDIPacketList list;
-    list.add(Bytes{0x90, 0x00, 0x7F});
-    EXPECT_EQ(services->received(5, list.bytes()), 0);
-    EXPECT_EQ(coreMIDI().received, (std::vector<Bytes>{{0x90, 0x00, 0x7F}}));
+TEST_F(CoreMIDIServicesTest, SendsAMessageAsAListOfOnePacketForNow) {
+    EXPECT_EQ(services->received(5, Bytes{0xB0, 0x0F, 0x03}), 0);
+    Bytes expected(512, 0);
+    expected[0] = 1;  // one packet; its time stamp, 4-11, is 0
+    expected[12] = 3; // bytes in it
+    expected[14] = 0xB0;
+    expected[15] = 0x0F;
+    expected[16] = 0x03;
+    EXPECT_EQ(coreMIDI().received, std::vector<Bytes>{expected});
+}
+
+TEST_F(CoreMIDIServicesTest, RefusesAMessageThatDoesNotFitAList) {
+    EXPECT_EQ(services->received(5, Bytes(499, 0x11)), -50);
+    EXPECT_TRUE(coreMIDI().received.empty());
+    EXPECT_EQ(services->received(5, Bytes(498, 0x11)), 0);
+    EXPECT_EQ(coreMIDI().received.size(), 1U);
 }
 
 // The same on both kinds of processor.
@@ -121,12 +127,6 @@ TEST_P(Incoming, PacketsOfEveryLengthArriveInOrder) {
     EXPECT_EQ(arrived, sent);
 }
 
-TEST_P(Incoming, OneDeliveryIsOneListWhereItFits) {
-    fakes::deliver(destination(), {{0xB0, 0x00, 0x40}, {0xB0, 0x20, 0x00}, {0x90, 0x00, 0x00}});
-    EXPECT_EQ(lists, 1);
-    EXPECT_EQ(arrived.size(), 3U);
-}
-
 TEST_P(Incoming, APacketWithoutBytesIsPassedOverAndALongOneIsCut) {
     fakes::deliver(destination(), {{}, Bytes(1000, 7), {}, {0xFE}});
     EXPECT_EQ(arrived, (std::vector<Bytes>{Bytes(256, 7), {0xFE}}));
@@ -134,7 +134,7 @@ TEST_P(Incoming, APacketWithoutBytesIsPassedOverAndALongOneIsCut) {
 
 TEST_P(Incoming, AListWithoutPacketsIsNothing) {
     fakes::deliver(destination(), {});
-    EXPECT_EQ(lists, 0);
+    EXPECT_TRUE(arrived.empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(BothLayouts, Incoming, ::testing::Values(true, false),

@@ -49,8 +49,8 @@ MIDIStatus MemoryMIDI::setUniqueID(MIDIEndpointRef endpoint, std::int32_t) {
     return hub->setUniqueID(endpoint);
 }
 
-MIDIStatus MemoryMIDI::received(MIDIEndpointRef source, ByteView packetList) {
-    return hub->fromSource(source, packetList);
+MIDIStatus MemoryMIDI::received(MIDIEndpointRef source, ByteView message) {
+    return hub->fromSource(source, message);
 }
 
 std::unique_ptr<MIDIConnection> MemoryMIDI::connect(const std::string& portName,

@@ -1,8 +1,5 @@
 #include "platform/virtual/memory_midi_hub.h"
 
-#include "base/midi_packet_list.h"
-
-#include <algorithm>
 #include <utility>
 
 namespace lumbrine {
@@ -11,7 +8,6 @@ namespace {
 
 constexpr MIDIStatus invalidClient = -10830;
 constexpr MIDIStatus objectNotFound = -10842;
-constexpr std::size_t largestPacket = 256; // a reader of a packet list takes no more from one packet
 
 } // namespace
 
@@ -78,7 +74,7 @@ void MemoryMIDI::Hub::post(const std::shared_ptr<SerialQueue>& queue, Duration l
     }
 }
 
-MIDIStatus MemoryMIDI::Hub::fromSource(MIDIEndpointRef source, ByteView packetList) {
+MIDIStatus MemoryMIDI::Hub::fromSource(MIDIEndpointRef source, ByteView message) {
     std::shared_ptr<SerialQueue> queue;
     const std::string* name = nullptr; // stays valid: endpoints are never removed from the map
     {
@@ -88,12 +84,11 @@ MIDIStatus MemoryMIDI::Hub::fromSource(MIDIEndpointRef source, ByteView packetLi
         name = &endpoint->second;
         queue = pairNamed(*name).outward;
     }
-    post(queue, latency,
-         [this, name, list = Bytes(packetList.begin(), packetList.end())] { deliverOutward(*name, list); });
+    post(queue, latency, [this, name, bytes = Bytes(message.begin(), message.end())] { deliverOutward(*name, bytes); });
     return 0;
 }
 
-void MemoryMIDI::Hub::deliverOutward(const std::string& name, ByteView packetList) {
+void MemoryMIDI::Hub::deliverOutward(const std::string& name, ByteView message) {
     std::vector<std::shared_ptr<Listener>> listeners;
     {
         const Lock guard(lock);
@@ -107,7 +102,7 @@ void MemoryMIDI::Hub::deliverOutward(const std::string& name, ByteView packetLis
             if (!listener->wanted) continue;
             listener->inCallback = true;
         }
-        if (listener->incoming) forEachPacket(packetList, listener->incoming);
+        if (listener->incoming) listener->incoming(message);
         const Lock guard(lock);
         listener->inCallback = false;
     }
@@ -126,23 +121,13 @@ void MemoryMIDI::Hub::toDestination(const std::string& name, ByteView message) {
     post(queue, latency, [this, key, bytes = Bytes(message.begin(), message.end())] { deliverInward(*key, bytes); });
 }
 
-// Delivers the message in as many packet lists as it needs.
 void MemoryMIDI::Hub::deliverInward(const std::string& name, ByteView message) {
     std::shared_ptr<const MIDIReadBlock> read;
     {
         const Lock guard(lock);
         read = pairs[name].read;
     }
-    if (!read || !*read) return;
-    while (!message.empty()) {
-        MIDIPacketList list;
-        while (!message.empty()) {
-            const ByteView packet = message.first(std::min(message.size(), largestPacket));
-            if (!list.add(packet)) break;
-            message = message.subspan(packet.size());
-        }
-        (*read)(list.bytes());
-    }
+    if (read && *read && !message.empty()) (*read)(message);
 }
 
 bool MemoryMIDI::Hub::complete(const std::string& name) {

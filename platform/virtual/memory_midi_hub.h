@@ -28,7 +28,7 @@ public:
                                  MIDIEndpointRef& destination);
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint);
 
-    MIDIStatus fromSource(MIDIEndpointRef source, ByteView packetList);
+    MIDIStatus fromSource(MIDIEndpointRef source, ByteView message);
     void toDestination(const std::string& name, ByteView message);
     bool complete(const std::string& name);
 
@@ -52,7 +52,7 @@ private:
 
     MIDIStatus refusal(Call call, MIDIClientRef client) const;
     Pair& pairNamed(const std::string& name);
-    void deliverOutward(const std::string& name, ByteView packetList);
+    void deliverOutward(const std::string& name, ByteView message);
     void deliverInward(const std::string& name, ByteView message);
     static void post(const std::shared_ptr<SerialQueue>& queue, Duration latency, Task task);
 

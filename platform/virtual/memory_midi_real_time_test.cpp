@@ -1,5 +1,4 @@
 // The same ports on the threads of real time.
-#include "base/midi_packet_list.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 #include "platform/virtual/memory_midi.h"
@@ -16,7 +15,7 @@ TEST(MemoryMIDIInRealTime, CarriesBytesBothWaysInOrder) {
     MIDIEndpointRef destination = 0;
     midi.createClient("Lumbrine", client);
     midi.createSource(client, "Lumbrine", source);
-    midi.createDestination(client, "Lumbrine", [&](ByteView list) { midi.received(source, list); }, destination);
+    midi.createDestination(client, "Lumbrine", [&](ByteView packet) { midi.received(source, packet); }, destination);
     Bytes echoed;
     const auto connection = midi.connect("Lumbrine", [&](ByteView data) {
         echoed.push_back(data[0]);

@@ -1,4 +1,3 @@
-#include "base/midi_packet_list.h"
 #include "platform/virtual/memory_midi.h"
 #include "platform/virtual/virtual_runtime.h"
 
@@ -14,10 +13,9 @@ protected:
         MIDIEndpointRef destination = 0;
         ASSERT_EQ(midi.createClient(name, client), 0);
         ASSERT_EQ(midi.createSource(client, name, source), 0);
-        const auto read = [this](ByteView list) {
+        const auto read = [this](ByteView packet) {
             EXPECT_FALSE(runtime.onMain());
-            EXPECT_EQ(list.size(), 512u);
-            forEachPacket(list, [this](ByteView data) { atDestination.emplace_back(data.begin(), data.end()); });
+            atDestination.emplace_back(packet.begin(), packet.end());
         };
         ASSERT_EQ(midi.createDestination(client, name, read, destination), 0);
     }
@@ -26,11 +24,7 @@ protected:
         return midi.connect(name, [this](ByteView data) { atConnection.emplace_back(data.begin(), data.end()); });
     }
 
-    void sendFromSource(const Bytes& message) {
-        MIDIPacketList list;
-        ASSERT_TRUE(list.add(message));
-        ASSERT_EQ(midi.received(source, list.bytes()), 0);
-    }
+    void sendFromSource(const Bytes& message) { ASSERT_EQ(midi.received(source, message), 0); }
 
     std::vector<Bytes> atDestination;
     std::vector<Bytes> atConnection;
@@ -64,31 +58,13 @@ TEST_F(MemoryMIDITest, DeliversAfterItsLatency) {
     slow.createSource(client, "Slow", slowSource);
     slow.createDestination(client, "Slow", [&](ByteView) { atDestination.emplace_back(); }, destination);
     const auto connection = slow.connect("Slow", [&](ByteView) { atConnection.emplace_back(); });
-    MIDIPacketList list;
-    list.add(Bytes{0xFF});
-    slow.received(slowSource, list.bytes());
+    slow.received(slowSource, Bytes{0xFF});
     connection->send(Bytes{0xFF});
     runtime.runFor(3ms - 1ns);
     EXPECT_EQ(atConnection.size() + atDestination.size(), 0u);
     runtime.runFor(1ns);
     EXPECT_EQ(atConnection.size(), 1u);
     EXPECT_EQ(atDestination.size(), 1u);
-}
-
-TEST_F(MemoryMIDITest, SplitsWhatDoesNotFitOnePacketList) {
-    makePorts("Lumbrine");
-    const auto connection = connect("Lumbrine");
-    Bytes message(600);
-    for (std::size_t i = 0; i < message.size(); ++i)
-        message[i] = static_cast<std::uint8_t>(i % 251);
-    connection->send(message);
-    connection->send(Bytes{0xF7});
-    runtime.runUntilIdle();
-    Bytes joined;
-    for (const Bytes& packet : atDestination)
-        joined.insert(joined.end(), packet.begin(), packet.end());
-    message.push_back(0xF7);
-    EXPECT_EQ(joined, message);
 }
 
 TEST_F(MemoryMIDITest, IsConnectedOnceBothPortsOfTheNameAreThere) {
@@ -167,7 +143,7 @@ TEST_F(MemoryMIDITest, FailsTheChosenCallsUntilHealed) {
 TEST_F(MemoryMIDITest, RefusesWhatItDoesNotKnow) {
     MIDIEndpointRef endpoint = 0;
     EXPECT_NE(midi.createSource(5, "x", endpoint), 0);
-    EXPECT_NE(midi.received(99, Bytes(512)), 0);
+    EXPECT_NE(midi.received(99, Bytes{0xFF}), 0);
     EXPECT_NE(midi.setUniqueID(99, 1), 0);
 }
 

@@ -1,7 +1,6 @@
 // For tests: MIDI services that record every call and fail where the test asks for it.
 #pragma once
 
-#include "base/midi_packet_list.h"
 #include "platform/api/midi_services.h"
 
 #include <functional>
@@ -45,10 +44,9 @@ public:
         return uniqueIDStatus;
     }
 
-    MIDIStatus received(MIDIEndpointRef source, ByteView packetList) override {
+    MIDIStatus received(MIDIEndpointRef source, ByteView message) override {
         if (source != sourceRef) calls.push_back("received from " + std::to_string(source));
-        lists.emplace_back(packetList.begin(), packetList.end());
-        forEachPacket(packetList, [this](ByteView data) { sent.emplace_back(data.begin(), data.end()); });
+        sent.emplace_back(message.begin(), message.end());
         if (onReceived) onReceived();
         return 0;
     }
@@ -59,9 +57,8 @@ public:
     MIDIStatus uniqueIDStatus = 0;
 
     std::vector<std::string> calls; // all but the sending, in order
-    std::vector<Bytes> lists;       // every packet list sent
-    std::vector<Bytes> sent;        // the packets in them
-    MIDIReadBlock deliver;          // what the destination does with a packet list
+    std::vector<Bytes> sent;
+    MIDIReadBlock deliver; // what the destination does with a packet
     std::function<void()> portsAreBack;
     std::function<void()> onReceived; // after each sending, when set
 };

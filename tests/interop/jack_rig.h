@@ -1,7 +1,6 @@
 // For tests: both sides of the virtual MIDI ports on a real JACK server, the receiver's ports and connections to them.
 #pragma once
 
-#include "base/midi_packet_list.h"
 #include "platform/linux/jack_midi_connections.h"
 #include "platform/linux/jack_midi_services.h"
 #include "platform/posix/real_runtime.h"
@@ -40,7 +39,7 @@ public:
         if (status == 0) status = services.createSource(surface.client, surface.name, surface.source);
         if (status != 0) return status;
         services.onReturn(surface.client, [&surface] { ++surface.returns; });
-        return services.createDestination(surface.client, surface.name, surface.atReceiver.asReadBlock(),
+        return services.createDestination(surface.client, surface.name, surface.atReceiver.asReceiver(),
                                           surface.destination);
     }
 
@@ -49,11 +48,7 @@ public:
     }
 
     // Sends one message from the receiver's source.
-    MIDIStatus send(const Surface& surface, ByteView message) {
-        MIDIPacketList list;
-        list.add(message);
-        return services.received(surface.source, list.bytes());
-    }
+    MIDIStatus send(const Surface& surface, ByteView message) { return services.received(surface.source, message); }
 
     // Sends from both sides until both have received something. An asynchronous server may lose events.
     bool carriesBothWays(Surface& surface, ByteView toHost, ByteView toReceiver) {

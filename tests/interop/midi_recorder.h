@@ -2,7 +2,6 @@
 #pragma once
 
 #include "base/bytes.h"
-#include "base/midi_packet_list.h"
 #include "tests/interop/waiting.h"
 
 #include <functional>
@@ -45,9 +44,6 @@ public:
     // The callback for MIDIConnections and MIDIServices. The recorder must outlive them.
     std::function<void(ByteView)> asReceiver() {
         return [this](ByteView event) { add(event); };
-    }
-    std::function<void(ByteView)> asReadBlock() {
-        return [this](ByteView list) { forEachPacket(list, [this](ByteView packet) { add(packet); }); };
     }
 
 private:

@@ -36,11 +36,9 @@ public:
             EXPECT_EQ(services.createSource(surface->client, surface->name, surface->source), 0);
             EXPECT_EQ(services.createDestination(
                           surface->client, surface->name,
-                          [this, surface](ByteView list) {
-                              surface->atReceiver.asReadBlock()(list);
-                              forEachPacket(list, [&](ByteView packet) {
-                                  if (Bytes(packet.begin(), packet.end()) == ping) send(*surface, reply);
-                              });
+                          [this, surface](ByteView packet) {
+                              surface->atReceiver.add(packet);
+                              if (Bytes(packet.begin(), packet.end()) == ping) send(*surface, reply);
                           },
                           surface->destination),
                       0);

@@ -1,6 +1,5 @@
 #include "tests/simulation/trace.h"
 
-#include "base/midi_packet_list.h"
 #include "tests/simulation/studio.h"
 
 #include <array>
@@ -78,9 +77,9 @@ MIDIStatus TracedMIDI::createDestination(MIDIClientRef client, const std::string
                                          MIDIEndpointRef& destination) {
     return services.createDestination(
         client, name,
-        [this, what = "from MIDI " + name, read = std::move(read)](ByteView packetList) {
-            forEachPacket(packetList, [&](ByteView packet) { trace.note(runtime.now(), what, packet); });
-            read(packetList);
+        [this, what = "from MIDI " + name, read = std::move(read)](ByteView packet) {
+            trace.note(runtime.now(), what, packet);
+            read(packet);
         },
         destination);
 }
@@ -89,10 +88,9 @@ MIDIStatus TracedMIDI::setUniqueID(MIDIEndpointRef endpoint, std::int32_t unique
     return services.setUniqueID(endpoint, uniqueID);
 }
 
-MIDIStatus TracedMIDI::received(MIDIEndpointRef source, ByteView packetList) {
-    const std::string what = "to MIDI " + sources[source];
-    forEachPacket(packetList, [&](ByteView packet) { trace.note(runtime.now(), what, packet); });
-    return services.received(source, packetList);
+MIDIStatus TracedMIDI::received(MIDIEndpointRef source, ByteView message) {
+    trace.note(runtime.now(), "to MIDI " + sources[source], message);
+    return services.received(source, message);
 }
 
 Scenario traced(Scenario scenario) {

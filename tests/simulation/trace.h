@@ -44,7 +44,7 @@ public:
     MIDIStatus createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
                                  MIDIEndpointRef& destination) override;
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override;
-    MIDIStatus received(MIDIEndpointRef source, ByteView packetList) override;
+    MIDIStatus received(MIDIEndpointRef source, ByteView message) override;
 
 private:
     const Runtime& runtime;

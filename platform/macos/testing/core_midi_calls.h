@@ -9,6 +9,8 @@
 #include <vector>
 
 using OSStatus = std::int32_t;
+using ByteCount = unsigned long;
+using MIDITimeStamp = std::uint64_t;
 using MIDIObjectRef = std::uint32_t;
 using MIDIClientRef = MIDIObjectRef;
 using MIDIEndpointRef = MIDIObjectRef;
@@ -16,7 +18,7 @@ struct MIDINotification;
 
 #pragma pack(push, 4)
 struct MIDIPacket {
-    std::uint64_t timeStamp;
+    MIDITimeStamp timeStamp;
     std::uint16_t length;
     std::uint8_t data[256];
 };
@@ -41,6 +43,9 @@ OSStatus MIDIEndpointDispose(MIDIEndpointRef endpoint);
 OSStatus MIDIObjectSetIntegerProperty(MIDIObjectRef object, CFStringRef property, std::int32_t value);
 OSStatus MIDIReceived(MIDIEndpointRef source, const MIDIPacketList* list);
 MIDIPacket* MIDIPacketNext(const MIDIPacket* packet);
+MIDIPacket* MIDIPacketListInit(MIDIPacketList* list);
+MIDIPacket* MIDIPacketListAdd(MIDIPacketList* list, ByteCount listSize, MIDIPacket* packet, MIDITimeStamp time,
+                              ByteCount size, const std::uint8_t* data);
 }
 
 namespace lumbrine::fakes {
@@ -48,7 +53,7 @@ namespace lumbrine::fakes {
 // The state of the fake. Each test begins with newCoreMIDI().
 struct CoreMIDI {
     std::vector<std::string> calls;
-    std::vector<std::vector<std::uint8_t>> received; // the first packet of each list
+    std::vector<std::vector<std::uint8_t>> received; // the lists' memory, of 512 bytes each
     OSStatus clientStatus = 0;
     OSStatus sourceStatus = 0;
     OSStatus destinationStatus = 0;

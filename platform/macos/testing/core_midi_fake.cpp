@@ -127,9 +127,25 @@ OSStatus MIDIObjectSetIntegerProperty(MIDIObjectRef object, CFStringRef property
 }
 
 OSStatus MIDIReceived(MIDIEndpointRef, const MIDIPacketList* list) {
-    const MIDIPacket& first = list->packet[0];
-    coreMIDI().received.emplace_back(first.data, first.data + first.length);
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(list);
+    coreMIDI().received.emplace_back(bytes, bytes + 512);
     return coreMIDI().receivedStatus;
+}
+
+MIDIPacket* MIDIPacketListInit(MIDIPacketList* list) {
+    list->numPackets = 0;
+    return &list->packet[0];
+}
+
+// Of a list that is empty so far.
+MIDIPacket* MIDIPacketListAdd(MIDIPacketList* list, ByteCount listSize, MIDIPacket* packet, MIDITimeStamp time,
+                              ByteCount size, const std::uint8_t* data) {
+    if (offsetof(MIDIPacketList, packet) + offsetof(MIDIPacket, data) + size > listSize) return nullptr;
+    packet->timeStamp = time;
+    packet->length = static_cast<std::uint16_t>(size);
+    std::memcpy(reinterpret_cast<std::uint8_t*>(packet) + offsetof(MIDIPacket, data), data, size);
+    ++list->numPackets;
+    return packet;
 }
 
 MIDIPacket* MIDIPacketNext(const MIDIPacket* packet) {
