@@ -1,17 +1,11 @@
 #include "base/utf8.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
 namespace lumbrine {
 
 namespace {
-
-struct Sequence {
-    std::size_t length;
-    bool wellFormed;
-};
 
 // How many characters of one byte `text` begins with, at least.
 std::size_t plainLength(std::string_view text) {
@@ -24,34 +18,36 @@ std::size_t plainLength(std::string_view text) {
     return length;
 }
 
-// `text` is not empty.
-Sequence firstSequence(std::string_view text) {
+} // namespace
+
+UTF8Character firstCharacter(std::string_view text) {
     const auto byte = [&](std::size_t i) { return static_cast<std::uint8_t>(text[i]); };
     const std::uint8_t lead = byte(0);
-    if (lead < 0x80) return {1, true};
-    if (lead < 0xC2 || lead > 0xF4) return {1, false};
+    if (lead < 0x80) return {lead, 1};
+    if (lead < 0xC2 || lead > 0xF4) return {std::nullopt, 1};
     const std::size_t announced = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
     // After these leads the second byte alone tells overlong forms, surrogates and what is beyond the last character.
     int low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
     int high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    char32_t code = lead & (0x7FU >> announced);
     std::size_t length = 1;
     while (length < announced && length < text.size() && byte(length) >= low && byte(length) <= high) {
+        code = code << 6 | (byte(length) & 0x3FU);
         low = 0x80;
         high = 0xBF;
         ++length;
     }
-    return {length, length == announced};
+    if (length < announced) return {std::nullopt, length};
+    return {code, length};
 }
-
-} // namespace
 
 bool isUTF8(std::string_view text) {
     for (;;) {
         text.remove_prefix(plainLength(text));
         if (text.empty()) return true;
-        const Sequence sequence = firstSequence(text);
-        if (!sequence.wellFormed) return false;
-        text.remove_prefix(sequence.length);
+        const UTF8Character character = firstCharacter(text);
+        if (!character.code) return false;
+        text.remove_prefix(character.length);
     }
 }
 
@@ -60,11 +56,21 @@ std::string repairedUTF8(std::string_view text) {
     std::string repaired;
     repaired.reserve(text.size());
     while (!text.empty()) {
-        const Sequence sequence = firstSequence(text);
-        repaired += sequence.wellFormed ? text.substr(0, sequence.length) : "\xEF\xBF\xBD";
-        text.remove_prefix(sequence.length);
+        const UTF8Character character = firstCharacter(text);
+        repaired += character.code ? text.substr(0, character.length) : "\uFFFD";
+        text.remove_prefix(character.length);
     }
     return repaired;
+}
+
+std::string_view utf8Clamp(std::string_view text, std::size_t maxBytes) {
+    std::size_t kept = 0;
+    while (kept < text.size()) {
+        const std::size_t length = firstCharacter(text.substr(kept)).length;
+        if (kept + length > maxBytes) break;
+        kept += length;
+    }
+    return text.substr(0, kept);
 }
 
 } // namespace lumbrine

@@ -1,11 +1,55 @@
 #include "base/utf8.h"
 
 #include <array>
-#include <ios>
+#include <cstdint>
+#include <sstream>
 #include <string_view>
 
 namespace lumbrine {
 namespace {
+
+// What a text begins with, in words: "U+E9 in 2", or "no character in 1".
+std::string beginOf(std::string_view text) {
+    const auto [code, length] = firstCharacter(text);
+    std::ostringstream words;
+    if (code) {
+        words << "U+" << std::hex << std::uppercase << static_cast<std::uint32_t>(*code);
+    } else {
+        words << "no character";
+    }
+    words << " in " << std::dec << length;
+    return words.str();
+}
+
+TEST(FirstCharacter, HasItsCodePointAndItsBytes) {
+    EXPECT_EQ(beginOf(std::string_view("\0", 1)), "U+0 in 1");
+    EXPECT_EQ(beginOf("Kick"), "U+4B in 1");
+    EXPECT_EQ(beginOf("\x7F"), "U+7F in 1");
+    EXPECT_EQ(beginOf("\xC2\x80"), "U+80 in 2");
+    EXPECT_EQ(beginOf("\xDF\xBF"), "U+7FF in 2");
+    EXPECT_EQ(beginOf("\xE0\xA0\x80"), "U+800 in 3");
+    EXPECT_EQ(beginOf("ボーカル"), "U+30DC in 3");
+    EXPECT_EQ(beginOf("\xED\x9F\xBF"), "U+D7FF in 3");
+    EXPECT_EQ(beginOf("\xEF\xBF\xBF"), "U+FFFF in 3");
+    EXPECT_EQ(beginOf("\xF0\x90\x80\x80"), "U+10000 in 4");
+    EXPECT_EQ(beginOf("\xF4\x8F\xBF\xBF"), "U+10FFFF in 4");
+}
+
+TEST(FirstCharacter, IsNoneForOverlongFormsSurrogatesAndWhatIsBeyondTheLastOne) {
+    for (const char* text :
+         {"\xC0\x80", "\xC1\xBF", "\xE0\x80\x80", "\xE0\x9F\xBF", "\xF0\x80\x80\x80", "\xF0\x8F\xBF\xBF",
+          "\xED\xA0\x80", "\xED\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80", "\x80", "\xFF"})
+        EXPECT_EQ(beginOf(text), "no character in 1");
+}
+
+TEST(FirstCharacter, IsNoneWhereItBreaksOff) {
+    EXPECT_EQ(beginOf("\xC3"), "no character in 1");
+    EXPECT_EQ(beginOf("\xC3("), "no character in 1");
+    EXPECT_EQ(beginOf("\xE3\x81"), "no character in 2");
+    EXPECT_EQ(beginOf("\xE3\x81x"), "no character in 2");
+    EXPECT_EQ(beginOf("\xF0\x9F\x8E"), "no character in 3");
+    EXPECT_EQ(beginOf("\xF0\x9F\xF0\x9F"), "no character in 2");
+}
 
 TEST(UTF8, IsToldFromOtherBytes) {
     for (const char* text :
@@ -85,6 +129,46 @@ TEST(UTF8, GetsAReplacementForEachByteThatStartsNoCharacter) {
     EXPECT_EQ(repairedUTF8("\xC0\xAF"), "\uFFFD\uFFFD");
     EXPECT_EQ(repairedUTF8("\xED\xA0\x80"), "\uFFFD\uFFFD\uFFFD");
     EXPECT_EQ(repairedUTF8("\xE0\x80\xAF"), "\uFFFD\uFFFD\uFFFD");
+}
+
+TEST(UTF8Clamp, KeepsWholeCharactersOnly) {
+    std::string name;
+    for (int i = 0; i < 20; ++i)
+        name += "あ";
+    EXPECT_EQ(utf8Clamp(name, 48).size(), 48u);
+    EXPECT_EQ(utf8Clamp(name, 47).size(), 45u);
+}
+
+TEST(UTF8Clamp, StopsAtTheFirstCharacterThatDoesNotFit) {
+    EXPECT_EQ(utf8Clamp("aあb", 3), "a");
+}
+
+TEST(UTF8Clamp, LeavesShortTextAlone) {
+    EXPECT_EQ(utf8Clamp("Kick", 48), "Kick");
+    EXPECT_EQ(utf8Clamp("", 48), "");
+    EXPECT_EQ(utf8Clamp("Kick", 0), "");
+}
+
+TEST(UTF8Clamp, CountsFourByteCharacters) {
+    EXPECT_EQ(utf8Clamp("🎚🎚", 7), "🎚");
+}
+
+TEST(UTF8Clamp, CountsASequenceThatIsNotUTF8AsACharacter) {
+    EXPECT_EQ(utf8Clamp("\xE3\x81", 1), ""); // cut in the middle of a character
+    EXPECT_EQ(utf8Clamp("\xE3\x81", 2), "\xE3\x81");
+    EXPECT_EQ(utf8Clamp("\xE0\x80\x80", 2), "\xE0\x80"); // overlong: three bytes that start no character
+}
+
+TEST(UTF8Clamp, TakesBytesThatStartNoCharacterOneByOne) {
+    EXPECT_EQ(utf8Clamp("\xFF\xFE"
+                        "a",
+                        2),
+              "\xFF\xFE"); // no lead byte at all
+    EXPECT_EQ(utf8Clamp("\xE3"
+                        "abc",
+                        2),
+              "\xE3"
+              "a"); // a lead byte without its continuation
 }
 
 } // namespace

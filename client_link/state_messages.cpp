@@ -1,7 +1,7 @@
 #include "client_link/state_messages.h"
 
 #include "base/big_endian.h"
-#include "base/utf8_clamp.h"
+#include "base/utf8.h"
 #include "client_link/protocol_version.h"
 
 #include <algorithm>

@@ -1,7 +1,6 @@
 #include "ptsl/ptsl_client.h"
 
 #include "base/utf8.h"
-#include "base/utf8_clamp.h"
 
 #include <array>
 #include <variant>

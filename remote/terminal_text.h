@@ -9,7 +9,7 @@
 namespace lumbrine::remote {
 
 // The text with everything replaced by "?" that would not show as a character of its own: control characters, marks
-// that turn the direction of writing, invisible spaces. Bytes that are no UTF-8 become U+FFFD, one for each.
+// that turn the direction of writing, invisible spaces. A sequence that is not UTF-8 becomes one U+FFFD.
 std::string printable(std::string_view text);
 
 // What fills a cell of a terminal or two: a character and the marks that combine with it.

@@ -18,7 +18,7 @@ TEST(Printable, ReplacesBytesThatAreNoText) {
     EXPECT_EQ(printable("a\xFF"
                         "b"),
               "a\uFFFDb");
-    EXPECT_EQ(printable("\xE3\x81"), "\uFFFD\uFFFD"); // cut in the middle of a character
+    EXPECT_EQ(printable("\xE3\x81"), "\uFFFD");       // cut in the middle of a character
     EXPECT_EQ(printable("\xC0\xAF"), "\uFFFD\uFFFD"); // a longer form than needed
     EXPECT_EQ(printable("\xE0\x80\xAF"), "\uFFFD\uFFFD\uFFFD");
     EXPECT_EQ(printable("\xED\xA0\x80"), "\uFFFD\uFFFD\uFFFD");           // half of a pair
@@ -29,7 +29,11 @@ TEST(ColumnsOf, CountsWideCharactersTwiceAndMarksNotAtAll) {
     EXPECT_EQ(columnsOf("Kick"), 4);
     EXPECT_EQ(columnsOf("あい"), 4);
     EXPECT_EQ(columnsOf("e\u0301"), 1);
-    EXPECT_EQ(columnsOf("か\u3099"), 2); // a syllable with its sound mark apart
+    EXPECT_EQ(columnsOf("か\u3099"), 2);     // a syllable with its sound mark apart
+    EXPECT_EQ(columnsOf("\u0915\u0941"), 1); // Devanagari
+    EXPECT_EQ(columnsOf("\u0E01\u0E34"), 1); // Thai
+    EXPECT_EQ(columnsOf("\u05D0\u05B8"), 1); // Hebrew
+    EXPECT_EQ(columnsOf("\u0628\u0651"), 1); // Arabic
     EXPECT_EQ(columnsOf(""), 0);
 }
 

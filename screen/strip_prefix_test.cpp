@@ -77,7 +77,8 @@ TEST(StripPrefix, BytesThatAreNoTextAreBroughtThrough) {
     EXPECT_EQ(strip("\xFF. Kick"), "Kick");
     EXPECT_EQ(strip("12. K\xE3\x83"), "K\xE3\x83");
     EXPECT_EQ(strip("\xE3\x80"), "\xE3\x80");
-    EXPECT_EQ(strip("\x80\x80\x80\x80\x80\x80\x80\x80\x80. Kick"), "Kick");
+    EXPECT_EQ(strip("\x80\x80\x80\x80\x80\x80\x80. Kick"), "Kick");
+    EXPECT_EQ(strip("\x80\x80\x80\x80\x80\x80\x80\x80. Kick"), "\x80\x80\x80\x80\x80\x80\x80\x80. Kick");
     EXPECT_EQ(strip(std::string_view("1. a\0b", 6)), std::string("a\0b", 3));
     for (int lead = 0; lead < 256; ++lead)
         for (std::size_t length = 0; length < 12; ++length)

@@ -1,5 +1,7 @@
 #include "screen/track_name_text.h"
 
+#include "base/utf8.h"
+
 #include <algorithm>
 #include <array>
 
@@ -23,12 +25,10 @@ constexpr std::array<std::string_view, 18> blanks{
 } // namespace
 
 std::size_t offsetOfCharacter(std::string_view text, std::size_t number) {
-    std::size_t started = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool continues = (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80;
-        if (!continues && started++ == number) return i;
-    }
-    return text.size();
+    std::size_t offset = 0;
+    for (; number > 0 && offset < text.size(); --number)
+        offset += firstCharacter(text.substr(offset)).length;
+    return offset;
 }
 
 std::string_view trimmedOfBlanks(std::string_view text) {

@@ -6,8 +6,7 @@
 
 namespace lumbrine {
 
-// The offset in bytes of code point `number`, counted from 0; the size of the text when it has fewer. A byte that
-// starts no code point belongs to the previous one.
+// The offset in bytes of code point `number`, counted from 0; the size of the text when it has fewer.
 std::size_t offsetOfCharacter(std::string_view text, std::size_t number);
 
 // `text` without tabs and Unicode spaces at both ends. Line ends stay.

@@ -5,6 +5,7 @@
 #   GoogleTest      compiled
 #   nlohmann-json   the headers, since it has no compiled part
 #   nghttp2         the headers, and a list of its functions' names for the linker
+#   utf8proc        the same
 #   protobuf        the headers; its functions stay undefined until the program is loaded
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -14,7 +15,7 @@ prefix=$folder/usr
 
 rm -rf "$folder"
 mkdir -p "$prefix/include" "$prefix/lib/cmake/protobuf" "$prefix/lib/pkgconfig" "$prefix/share/cmake"
-ln -s /usr/include/{google,nghttp2,nlohmann} "$prefix/include/"
+ln -s /usr/include/{google,nghttp2,nlohmann,utf8proc.h} "$prefix/include/"
 cp -r /usr/share/cmake/nlohmann_json "$prefix/share/cmake/"
 
 cmake -G Ninja -S /usr/src/googletest -B "$folder/googletest" --toolchain "$PWD/cmake/macos-cross.cmake" \
@@ -22,24 +23,30 @@ cmake -G Ninja -S /usr/src/googletest -B "$folder/googletest" --toolchain "$PWD/
 cmake --build "$folder/googletest"
 cmake --install "$folder/googletest" --prefix "$prefix"
 
-nghttp2=/usr/lib/$(gcc -print-multiarch)/libnghttp2.so
-cat >"$prefix/lib/libnghttp2.tbd" <<TBD
+# linkable MODULE: a library without code, whose symbols are those of Debian's.
+linkable() {
+    local library
+    library=/usr/lib/$(gcc -print-multiarch)/$1.so
+    cat >"$prefix/lib/$1.tbd" <<TBD
 --- !tapi-tbd
 tbd-version:  4
 targets:      [ $LUMBRINE_MACOS_ARCH-macos ]
-install-name: '/usr/local/lib/libnghttp2.dylib'
+install-name: '/usr/local/lib/$1.dylib'
 exports:
   - targets:  [ $LUMBRINE_MACOS_ARCH-macos ]
-    symbols:  [ $(llvm-nm-19 --dynamic --defined-only --format=just-symbols "$nghttp2" | sed 's/^/_/; s/$/,/' | xargs) ]
+    symbols:  [ $(llvm-nm-19 --dynamic --defined-only --format=just-symbols "$library" | sed 's/^/_/; s/$/,/' | xargs) ]
 ...
 TBD
-cat >"$prefix/lib/pkgconfig/libnghttp2.pc" <<PC
-Name: libnghttp2
-Description: $nghttp2 as the linker sees it
-Version: $(env -u PKG_CONFIG_LIBDIR pkg-config --modversion libnghttp2)
-Libs: -L$prefix/lib -lnghttp2
+    cat >"$prefix/lib/pkgconfig/$1.pc" <<PC
+Name: $1
+Description: $library as the linker sees it
+Version: $(env -u PKG_CONFIG_LIBDIR pkg-config --modversion "$1")
+Libs: -L$prefix/lib -l${1#lib}
 Cflags: -I$prefix/include
 PC
+}
+linkable libnghttp2
+linkable libutf8proc
 
 cat >"$prefix/lib/cmake/protobuf/protobuf-config.cmake" <<CMAKE
 add_library(protobuf::libprotobuf INTERFACE IMPORTED)

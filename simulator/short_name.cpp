@@ -1,6 +1,6 @@
 #include "simulator/short_name.h"
 
-#include "base/utf8_clamp.h"
+#include "base/utf8.h"
 
 #include <algorithm>
 #include <array>
@@ -66,10 +66,7 @@ std::string withoutNumberAndSide(std::string name) {
 std::string asciiText(std::string_view text, NonASCIIRule nonASCII) {
     std::string ascii;
     while (!text.empty()) {
-        // Finds the length of the first character; UTF-8 uses at most four bytes for one.
-        std::size_t length = 1;
-        while (length < 4 && utf8Clamp(text, length).empty())
-            ++length;
+        const std::size_t length = firstCharacter(text).length;
         const char character = text.front();
         const std::string_view whole = text.substr(0, length);
         ascii += length == 1 && character >= ' ' && character <= '~' ? character : shownFor(whole, nonASCII);

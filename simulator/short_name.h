@@ -14,7 +14,7 @@ using DisplayText = std::array<char, 4>; // printable ASCII and the characters o
 inline constexpr DisplayText blankDisplay{' ', ' ', ' ', ' '};
 
 // Shortens a name to four characters by `rule`, and replaces each character that is not printable ASCII by `nonASCII`.
-// In malformed UTF-8, each byte counts as a character.
+// A sequence that is not UTF-8 counts as one character.
 DisplayText shortName(std::string_view name, ShortNameRule rule, NonASCIIRule nonASCII);
 
 // The whole text in a form that a surface can show, with one character for each original one.

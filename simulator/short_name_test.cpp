@@ -45,8 +45,8 @@ TEST(ShortName, ReplacesEachCharacterThatIsNotASCII) {
     EXPECT_EQ(shown("Vo\tx\x7F", ShortNameRule::cut), "Vo?x");
 }
 
-TEST(ShortName, TakesMalformedTextByteByByte) {
-    EXPECT_EQ(shown("\xE3\x81", ShortNameRule::cut), "??  ");
+TEST(ShortName, TakesASequenceThatIsNotUTF8ForACharacter) {
+    EXPECT_EQ(shown("\xE3\x81", ShortNameRule::cut), "?   ");
     EXPECT_EQ(shown("\xFFo", ShortNameRule::cut), "?o  ");
 }
 

@@ -1,6 +1,6 @@
 #include "platform/linux/service_names.h"
 
-#include "base/utf8_clamp.h"
+#include "base/utf8.h"
 
 namespace lumbrine {
 

@@ -31,19 +31,16 @@ const FakeCF& object(CFTypeRef reference) {
 // Of well-formed UTF-8.
 std::u16string unitsOf(std::string_view utf8) {
     std::u16string units;
-    for (std::size_t i = 0; i < utf8.size();) {
-        const auto lead = static_cast<std::uint8_t>(utf8[i]);
-        const std::size_t size = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-        std::uint32_t point = size == 1 ? lead : lead & (0xFFU >> (size + 1));
-        for (std::size_t k = 1; k < size; ++k)
-            point = point << 6 | (static_cast<std::uint8_t>(utf8[i + k]) & 0x3FU);
+    while (!utf8.empty()) {
+        const auto [code, length] = lumbrine::firstCharacter(utf8);
+        const char32_t point = *code;
         if (point >= 0x10000) {
             units += static_cast<char16_t>(0xD800 + ((point - 0x10000) >> 10));
             units += static_cast<char16_t>(0xDC00 + ((point - 0x10000) & 0x3FF));
         } else {
             units += static_cast<char16_t>(point);
         }
-        i += size;
+        utf8.remove_prefix(length);
     }
     return units;
 }
