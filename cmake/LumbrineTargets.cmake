@@ -77,15 +77,6 @@ function(lumbrine_program name)
     target_link_libraries(${name} PRIVATE ${ARG_DEPENDS})
 endfunction()
 
-# lumbrine_reads_command_line(FILE...): names the sources of a target that use the command-line library (CLI11). They
-# are compiled without optimisation: their code runs once, and optimising it takes the compiler two to three times as
-# long. Packages are optimised throughout.
-function(lumbrine_reads_command_line)
-    if(NOT LUMBRINE_PACKAGES)
-        set_source_files_properties(${ARGN} PROPERTIES SKIP_PRECOMPILE_HEADERS ON COMPILE_OPTIONS -O0)
-    endif()
-endfunction()
-
 # lumbrine_test_library(NAME SOURCES ... DEPENDS ...): a library that several tests share; built only with the tests.
 function(lumbrine_test_library name)
     if(LUMBRINE_TESTS)

@@ -2,7 +2,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
 #include <limits>
 #include <string>
 #include <utility>
@@ -19,7 +18,7 @@ class Builder {
 public:
     using string_t = Library::string_t;
 
-    explicit Builder(std::size_t deepestLevel) : usualSize(deepestLevel) { open.reserve(deepestLevel); }
+    explicit Builder(std::size_t deepest) : deepest(deepest) {}
 
     bool null() { return put<std::nullptr_t>(nullptr); }
     bool boolean(bool flag) { return put<bool>(flag); }
@@ -33,20 +32,12 @@ public:
     bool string(string_t& characters) { return put<std::string>(characters); } // copied: the parser reuses its memory
     bool binary(Library::binary_t&) { return false; }                          // not in JSON
 
-    bool start_object(std::size_t) {
-        if (!enter<JSONValue::Object>()) return false;
-        std::get<JSONValue::Object>(open.back()->content).reserve(usualSize[open.size() - 1]);
-        return true;
-    }
+    bool start_object(std::size_t) { return enter<JSONValue::Object>(); }
     bool key(string_t& name) {
         member = &std::get<JSONValue::Object>(open.back()->content).add(name);
         return true;
     }
-    bool end_object() {
-        const auto& closed = std::get<JSONValue::Object>(open.back()->content);
-        usualSize[open.size() - 1] = std::min(closed.members().size(), largestUsualSize);
-        return leave();
-    }
+    bool end_object() { return leave(); }
     bool start_array(std::size_t) { return enter<JSONValue::Array>(); }
     bool end_array() { return leave(); }
 
@@ -73,7 +64,7 @@ private:
 
     template <typename Container>
     bool enter() {
-        if (open.size() == usualSize.size()) return false;
+        if (open.size() == deepest) return false;
         JSONValue& container = place();
         container.content.emplace<Container>();
         open.push_back(&container);
@@ -85,11 +76,9 @@ private:
         return true;
     }
 
-    static constexpr std::size_t largestUsualSize = 32;
-
-    std::vector<JSONValue*> open;       // none of them grows while one that it holds is open
-    JSONValue* member = nullptr;        // whose name has come
-    std::vector<std::size_t> usualSize; // of the object before at each level
+    const std::size_t deepest;
+    std::vector<JSONValue*> open; // none of them grows while one that it holds is open
+    JSONValue* member = nullptr;  // whose name has come
 };
 
 } // namespace

@@ -1,4 +1,4 @@
-// Reads JSON with the nlohmann library's parser, in a file of its own that is compiled for speed.
+// Reads JSON with the nlohmann library's parser.
 #pragma once
 
 #include "base/json_value.h"
