@@ -1,9 +1,12 @@
 // From two datagrams in memory to three MIDI messages: owner check, decoding, HUI encoding. The peer is liblo, which
 // dispatches OSC messages with the same content.
 #include "base/testing/allocation_count.h"
-#include "benchmarks/null_platform.h"
 #include "client_link/udp_server.h"
 #include "model/receiver_parts.h"
+#include "platform/portable/nlohmann_json.h"
+#include "platform/portable/no_accessibility.h"
+#include "platform/virtual/null_platform.h"
+#include "platform/virtual/still_runtime.h"
 
 #include <benchmark/benchmark.h>
 #include <lo/lo.h>
@@ -14,9 +17,9 @@ namespace {
 void datagramsOurs(benchmark::State& state) {
     StillRuntime runtime;
     NullMIDI midi;
-    NullSockets sockets;
+    NullDatagrams sockets;
     NullAdvertiser advertiser;
-    NullSystemInfo system;
+    const NullComputer system{{{"QV_PORT", "0"}, {"QV_NO_BONJOUR", "1"}}};
     NullStreams streams;
     NlohmannJSON json{Bilingual(false)};
     NoAccessibility accessibility;

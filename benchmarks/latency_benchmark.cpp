@@ -2,11 +2,13 @@
 // sockets. The peer is a loop that only receives. Datagrams go to the two in turn. Prints one JSON object with the
 // medians in nanoseconds.
 #include "benchmarks/median.h"
-#include "benchmarks/null_platform.h"
 #include "model/receiver_model.h"
+#include "platform/portable/nlohmann_json.h"
+#include "platform/portable/no_accessibility.h"
 #include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
+#include "platform/virtual/null_platform.h"
 
 #include <array>
 #include <atomic>
@@ -39,8 +41,7 @@ struct Arrivals {
 
 class OurReceiver {
 public:
-    explicit OurReceiver(Arrivals& arrivals) : runtime(loop) {
-        midi.onMessage = [&arrivals] { arrivals.note(); };
+    explicit OurReceiver(Arrivals& arrivals) : runtime(loop), midi(arrivals) {
         model = ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json, accessibility},
                                       Bilingual(false), [](const std::string&) {});
         model->start();
@@ -54,26 +55,29 @@ public:
     void stop() { loop.stop(); }
 
 private:
-    class System final : public SystemInfo {
+    // Notes each message that is on its way to Pro Tools.
+    class Ports final : public NullMIDI {
     public:
-        std::optional<std::string> environment(const std::string& name) const override {
-            if (name == "QV_PORT") return std::to_string(ourPort);
-            return "1";
+        explicit Ports(Arrivals& arrivals) : arrivals(arrivals) {}
+
+        MIDIStatus received(MIDIEndpointRef, ByteView) override {
+            arrivals.note();
+            return 0;
         }
-        std::vector<std::string> preferredLanguages() const override { return {}; }
-        std::optional<std::string> computerName() const override { return std::nullopt; }
-        std::optional<std::string> primaryIPv4() const override { return std::nullopt; }
+
+    private:
+        Arrivals& arrivals;
     };
 
     RunLoop loop;
     RealRuntime runtime;
-    NullMIDI midi;
+    Ports midi;
     PosixDatagramSockets sockets;
     NullStreams streams;
     NlohmannJSON json{Bilingual(false)};
     NoAccessibility accessibility;
     NullAdvertiser advertiser;
-    System system;
+    const NullComputer system{{{"QV_PORT", std::to_string(ourPort)}, {"QV_NO_BONJOUR", "1"}}};
     std::shared_ptr<ReceiverModel> model;
 };
 

@@ -1,10 +1,12 @@
 // The longest job of the main queue in a session of 1,000 tracks on 16 strips with one client: scan, hellos, seeks,
 // group walks, all faders moving, scrolling, playback. The session runs in virtual time; the measure is processor time,
 // and datagrams to the client go through real sockets. Prints one JSON object, in nanoseconds.
-#include "benchmarks/null_platform.h"
 #include "model/receiver_model.h"
+#include "platform/portable/nlohmann_json.h"
+#include "platform/portable/no_accessibility.h"
 #include "platform/posix/posix_datagram_sockets.h"
 #include "platform/virtual/memory_midi.h"
+#include "platform/virtual/null_platform.h"
 #include "platform/virtual/virtual_runtime.h"
 #include "simulator/simulated_pro_tools.h"
 
@@ -57,7 +59,7 @@ protected:
 };
 
 // The receiver's sockets. It receives the datagrams of `say`, four a second; what it sends goes to a real socket.
-class ScriptedClient final : public DatagramSockets {
+class ScriptedClient final : public NullDatagrams {
 public:
     explicit ScriptedClient(Runtime& rt) : runtime(rt), sink(real.open()) {
         real.setDualStack(sink);
@@ -80,20 +82,7 @@ public:
         return static_cast<int>(next.size());
     }
     int send(int, ByteView bytes, const PeerAddress&) override { return real.send(sink, bytes, sinkAddress); }
-    void name(const PeerAddress&, std::string& host, std::string& port) override {
-        host = "::ffff:192.168.100.100";
-        port = "52701";
-    }
     void shutDown(int) override { ended = true; }
-
-    int open() override { return 3; }
-    int setReuseAddress(int) override { return 0; }
-    int setDualStack(int) override { return 0; }
-    int bind(int, std::uint16_t) override { return 0; }
-    int localPort(int) override { return 0; }
-    bool isOwnAddress(int, const PeerAddress&) override { return false; }
-    bool resolve(const std::string&, std::uint16_t, PeerAddress&) override { return false; }
-    void close(int) override {}
 
 private:
     Runtime& runtime;
@@ -126,7 +115,7 @@ double longestJob() {
     MemoryMIDI midi(runtime);
     ScriptedClient client(runtime);
     NullAdvertiser advertiser;
-    NullSystemInfo system;
+    const NullComputer system{{{"QV_PORT", "0"}, {"QV_NO_BONJOUR", "1"}}};
     SimulatorOptions options;
     options.surfaces = 2;
     auto proTools = std::make_unique<SimulatedProTools>(runtime, midi, options, longSession());

@@ -24,51 +24,20 @@ bool HandDrivenLoop::onMain() const {
 }
 
 // The system's sockets. While `tape` is set, everything sent is also recorded there.
-class SessionReceiver::Sockets final : public DatagramSockets {
+class SessionReceiver::Sockets final : public PosixDatagramSockets {
 public:
-    int open() override { return real.open(); }
-    int setReuseAddress(int fd) override { return real.setReuseAddress(fd); }
-    int setDualStack(int fd) override { return real.setDualStack(fd); }
-    int bind(int fd, std::uint16_t port) override { return real.bind(fd, port); }
-    int localPort(int fd) override { return real.localPort(fd); }
-    bool isOwnAddress(int fd, const PeerAddress& address) override { return real.isOwnAddress(fd, address); }
-    int receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) override {
-        return real.receive(fd, buffer, from);
-    }
     int send(int fd, ByteView bytes, const PeerAddress& to) override {
         if (tape != nullptr) tape->emplace_back(bytes.begin(), bytes.end());
-        return real.send(fd, bytes, to);
+        return PosixDatagramSockets::send(fd, bytes, to);
     }
-    void name(const PeerAddress& address, std::string& host, std::string& port) override {
-        real.name(address, host, port);
-    }
-    bool resolve(const std::string& host, std::uint16_t port, PeerAddress& address) override {
-        return real.resolve(host, port, address);
-    }
-    void shutDown(int fd) override { real.shutDown(fd); }
-    void close(int fd) override { real.close(fd); }
 
     std::vector<Bytes>* tape = nullptr;
-
-private:
-    PosixDatagramSockets real;
-};
-
-class SessionReceiver::System final : public SystemInfo {
-public:
-    std::optional<std::string> environment(const std::string& name) const override {
-        if (name == "QV_PORT") return std::to_string(receiverPort);
-        if (name == "QV_NO_BONJOUR") return "1";
-        return std::nullopt;
-    }
-    std::vector<std::string> preferredLanguages() const override { return {}; }
-    std::optional<std::string> computerName() const override { return std::nullopt; }
-    std::optional<std::string> primaryIPv4() const override { return std::nullopt; }
 };
 
 SessionReceiver::SessionReceiver(std::vector<std::string> names)
-    : runtime(loop), sockets(std::make_unique<Sockets>()), system(std::make_unique<System>()), phone(sockets->open()),
-      parts({runtime, midi, *sockets, advertiser, *system, streams, json, accessibility}, Configuration::read(*system),
+    : runtime(loop), sockets(std::make_unique<Sockets>()),
+      system({{"QV_PORT", std::to_string(receiverPort)}, {"QV_NO_BONJOUR", "1"}}), phone(sockets->open()),
+      parts({runtime, midi, *sockets, advertiser, system, streams, json, accessibility}, Configuration::read(system),
             Bilingual(false), [](const std::string&) {}) {
     PublishedState& published = parts.state.published;
     published.winW = stripCount;

@@ -2,10 +2,12 @@
 // thread. No timer runs, and the MIDI ports take everything and do nothing.
 #pragma once
 
-#include "benchmarks/null_platform.h"
 #include "model/receiver_parts.h"
 #include "platform/api/main_loop.h"
+#include "platform/portable/nlohmann_json.h"
+#include "platform/portable/no_accessibility.h"
 #include "platform/posix/real_runtime.h"
+#include "platform/virtual/null_platform.h"
 
 #include <deque>
 #include <memory>
@@ -53,7 +55,6 @@ public:
 
 private:
     class Sockets;
-    class System;
 
     const std::shared_ptr<const int> life = std::make_shared<int>(0); // the parts' jobs run only while this exists
     HandDrivenLoop loop;
@@ -64,7 +65,7 @@ private:
     NlohmannJSON json{Bilingual(false)};
     NoAccessibility accessibility;
     std::unique_ptr<Sockets> sockets;
-    std::unique_ptr<System> system;
+    const NullComputer system;
     int phone; // the client's socket; nothing is ever read from it
     PeerAddress phoneAddress;
     std::string phoneKey;

@@ -37,41 +37,22 @@ double nanosecondsSince(Clock::time_point begin) {
     return std::chrono::duration<double, std::nano>(Clock::now() - begin).count();
 }
 
-class RecordingStreams final : public StreamSockets {
+class RecordingStreams final : public PosixStreamSockets {
 public:
-    int open() override { return real.open(); }
-    int connect(int fd, const std::string& host, std::uint16_t port, Duration atMost) override {
-        return real.connect(fd, host, port, atMost);
-    }
-    int setReceiveTimeout(int fd, Duration atMost) override { return real.setReceiveTimeout(fd, atMost); }
-    int setSendTimeout(int fd, Duration atMost) override { return real.setSendTimeout(fd, atMost); }
-    int setNoDelay(int fd) override { return real.setNoDelay(fd); }
-    int setNoSignal(int fd) override { return real.setNoSignal(fd); }
-    int send(int fd, ByteView bytes) override { return real.send(fd, bytes); }
     int receive(int fd, std::span<std::uint8_t> buffer) override {
-        const int received = real.receive(fd, buffer);
+        const int received = PosixStreamSockets::receive(fd, buffer);
         if (received > 0) append(tape, buffer.first(static_cast<std::size_t>(received)));
         return received;
     }
-    void close(int fd) override { real.close(fd); }
-    void shutDown() override { real.shutDown(); }
 
     Bytes tape;
-
-private:
-    PosixStreamSockets real;
 };
 
-class PlayingStreams final : public StreamSockets {
+class PlayingStreams final : public NullStreams {
 public:
     explicit PlayingStreams(ByteView recorded) : left(recorded) {}
 
-    int open() override { return 0; }
     int connect(int, const std::string&, std::uint16_t, Duration) override { return 0; }
-    int setReceiveTimeout(int, Duration) override { return 0; }
-    int setSendTimeout(int, Duration) override { return 0; }
-    int setNoDelay(int) override { return 0; }
-    int setNoSignal(int) override { return 0; }
     int send(int, ByteView bytes) override { return static_cast<int>(bytes.size()); }
     int receive(int, std::span<std::uint8_t> buffer) override {
         const std::size_t size = std::min(buffer.size(), left.size());
@@ -79,8 +60,6 @@ public:
         left = left.subspan(size);
         return static_cast<int>(size);
     }
-    void close(int) override {}
-    void shutDown() override {}
 
 private:
     ByteView left;

@@ -1,4 +1,5 @@
 // Every call ends within its limits, whatever the service does.
+#include "platform/virtual/null_platform.h"
 #include "platform/virtual/still_runtime.h"
 #include "ptsl/testing/wire_test.h"
 
@@ -192,20 +193,13 @@ TEST_F(WireDeadline, BoundsACallThatIsHeldUpEverywhere) {
 }
 
 // Sockets whose every receive or send is interrupted after ten milliseconds.
-class InterruptedSockets final : public StreamSockets {
+class InterruptedSockets final : public NullStreams {
 public:
     InterruptedSockets(StillRuntime& still, bool sendsToo) : runtime(still), interruptsSends(sendsToo) {}
 
-    int open() override { return 7; }
     int connect(int, const std::string&, std::uint16_t, Duration) override { return 0; }
-    int setReceiveTimeout(int, Duration) override { return 0; }
-    int setSendTimeout(int, Duration) override { return 0; }
-    int setNoDelay(int) override { return 0; }
-    int setNoSignal(int) override { return 0; }
     int send(int, ByteView bytes) override { return interruptsSends ? interrupted() : static_cast<int>(bytes.size()); }
     int receive(int, std::span<std::uint8_t>) override { return interrupted(); }
-    void close(int) override {}
-    void shutDown() override {}
 
 private:
     int interrupted() {

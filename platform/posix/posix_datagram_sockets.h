@@ -10,7 +10,7 @@
 
 namespace lumbrine {
 
-class PosixDatagramSockets final : public DatagramSockets {
+class PosixDatagramSockets : public DatagramSockets {
 public:
     int open() override;
     int setReuseAddress(int fd) override;

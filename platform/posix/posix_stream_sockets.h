@@ -9,7 +9,7 @@
 
 namespace lumbrine {
 
-class PosixStreamSockets final : public StreamSockets {
+class PosixStreamSockets : public StreamSockets {
 public:
     int open() override;
     int connect(int fd, const std::string& host, std::uint16_t port, Duration limit) override;

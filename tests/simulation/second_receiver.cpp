@@ -4,6 +4,7 @@
 #include "platform/portable/nlohmann_json.h"
 #include "platform/portable/no_accessibility.h"
 #include "platform/virtual/memory_midi.h"
+#include "platform/virtual/null_platform.h"
 #include "platform/virtual/virtual_streams.h"
 #include "tests/simulation/phone.h"
 #include "tests/simulation/studio_computer.h"
@@ -26,7 +27,7 @@ struct SecondReceiver::Rig {
     VirtualStreams streams;
     NlohmannJSON json{Bilingual(false)};
     NoAccessibility accessibility;
-    QuietAdvertiser advertiser;
+    NullAdvertiser advertiser;
     StudioComputer computer{secondReceiverAddress};
     std::shared_ptr<ReceiverModel> model;
 };

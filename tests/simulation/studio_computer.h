@@ -1,21 +1,14 @@
-// The computer that a receiver runs on: its name, its address, and nobody who listens to announcements.
+// The computer that a receiver runs on: its name and its address.
 #pragma once
 
-#include "platform/api/service_discovery.h"
 #include "platform/api/system_info.h"
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace lumbrine::simulation {
-
-class QuietAdvertiser final : public ServiceAdvertiser {
-public:
-    std::unique_ptr<Advertisement> publish(AdvertisedService) override { return nullptr; }
-};
 
 class StudioComputer final : public SystemInfo {
 public:

@@ -6,6 +6,7 @@
 #include "platform/portable/nlohmann_json.h"
 #include "platform/portable/no_accessibility.h"
 #include "platform/virtual/memory_midi.h"
+#include "platform/virtual/null_platform.h"
 #include "platform/virtual/virtual_streams.h"
 #include "simulator/simulated_pro_tools.h"
 #include "simulator/testing/virtual_scripting.h"
@@ -52,7 +53,7 @@ struct World {
     NlohmannJSON json{Bilingual(false)};
     NoAccessibility noAccessibility;
     RecordingSockets sockets;
-    QuietAdvertiser advertiser;
+    NullAdvertiser advertiser;
     StudioComputer computer{receiverAddress};
     std::unique_ptr<SimulatedProTools> proTools;
     std::optional<VirtualScripting> service; // as the scenario has it

@@ -1,17 +1,26 @@
-// A platform whose calls succeed and do nothing, so that a benchmark measures only the receiver's own work.
+// Back ends that accept everything and do nothing, for tests, fuzzers and benchmarks of code that needs a platform and
+// does not look at it. A double that looks at one call derives from one of these and overrides that call. A runtime of
+// this kind is in still_runtime.h.
 #pragma once
 
-#include "model/state/receiver_platform.h"
-#include "platform/portable/nlohmann_json.h"
-#include "platform/portable/no_accessibility.h"
-#include "platform/virtual/still_runtime.h"
+#include "platform/api/datagram_sockets.h"
+#include "platform/api/midi_services.h"
+#include "platform/api/service_discovery.h"
+#include "platform/api/stream_socket.h"
+#include "platform/api/system_info.h"
 
 #include <cerrno>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace lumbrine {
 
-// Counts the messages that reach the source, and keeps the time of the last one if it was given a clock.
-class NullMIDI final : public MIDIServices {
+// Ports that nobody is connected to.
+class NullMIDI : public MIDIServices {
 public:
     MIDIStatus createClient(const std::string&, MIDIClientRef& client) override {
         client = 1;
@@ -27,20 +36,14 @@ public:
         return 0;
     }
     MIDIStatus setUniqueID(MIDIEndpointRef, std::int32_t) override { return 0; }
-    MIDIStatus received(MIDIEndpointRef, ByteView) override {
-        ++messages;
-        if (onMessage) onMessage();
-        return 0;
-    }
-
-    std::uint64_t messages = 0;
-    std::function<void()> onMessage;
+    MIDIStatus received(MIDIEndpointRef, ByteView) override { return 0; }
 
 private:
     MIDIEndpointRef endpoints = 0;
 };
 
-class NullSockets final : public DatagramSockets {
+// A socket to which nobody sends, and whose every peer has one address.
+class NullDatagrams : public DatagramSockets {
 public:
     int open() override { return 3; }
     int setReuseAddress(int) override { return 0; }
@@ -59,8 +62,8 @@ public:
     void close(int) override {}
 };
 
-// Every connection is refused, as if no scripting service ran.
-class NullStreams final : public StreamSockets {
+// Every connection is refused, as if no service ran.
+class NullStreams : public StreamSockets {
 public:
     int open() override { return 4; }
     int connect(int, const std::string&, std::uint16_t, Duration) override { return -ECONNREFUSED; }
@@ -74,22 +77,26 @@ public:
     void shutDown() override {}
 };
 
-class NullAdvertiser final : public ServiceAdvertiser {
+class NullAdvertiser : public ServiceAdvertiser {
 public:
     std::unique_ptr<Advertisement> publish(AdvertisedService) override { return nullptr; }
 };
 
-// Switches the service announcement off (QV_NO_BONJOUR) and lets the system choose a free port (QV_PORT=0).
-class NullSystemInfo final : public SystemInfo {
+// A computer about which nothing is known but its environment.
+class NullComputer : public SystemInfo {
 public:
-    std::optional<std::string> environment(const std::string& name) const override {
-        if (name == "QV_NO_BONJOUR") return "1";
-        if (name == "QV_PORT") return "0";
-        return std::nullopt;
+    explicit NullComputer(std::map<std::string, std::string> variables = {}) : variables(std::move(variables)) {}
+
+    std::optional<std::string> environment(const std::string& variable) const override {
+        const auto found = variables.find(variable);
+        return found == variables.end() ? std::nullopt : std::optional(found->second);
     }
     std::vector<std::string> preferredLanguages() const override { return {}; }
     std::optional<std::string> computerName() const override { return std::nullopt; }
     std::optional<std::string> primaryIPv4() const override { return std::nullopt; }
+
+private:
+    const std::map<std::string, std::string> variables;
 };
 
 } // namespace lumbrine
