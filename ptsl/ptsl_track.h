@@ -16,10 +16,10 @@ struct PTSLTrack {
     std::int64_t index = 0; // from 1
     std::string name = {};
     std::optional<RGBColor> color = {};
-    bool isSelected = false;
+    bool isSelected = false;          // not used by the receiver
     bool isInputMonitoringOn = false; // only when set on the track itself, not when implied by another setting
     bool isHidden = false;
-    bool isInactive = false;
+    bool isInactive = false; // not used by the receiver
     bool isMuted = false;
     bool isSoloed = false;
     bool isRecordEnabled = false;

@@ -9,7 +9,8 @@ struct Snapshot {
     std::vector<std::string> names; // of the rows with a readable name, in display order; never empty
 
     // The position of the first selected one of these rows among all children of the table. It is a position in `names`
-    // only if every child is a row with a readable name, so use it only when `names` has as many entries as tracks.
+    // only if every child is a row with a readable name, so use it only when `names` has as many entries as tracks. The
+    // receiver does not use it yet.
     std::optional<int> selectedIndex;
 };
 

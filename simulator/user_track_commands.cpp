@@ -7,7 +7,7 @@ namespace lumbrine::user_command {
 
 namespace {
 
-// Reads the number of a track and calls `edit` with its id and index.
+// Reads the number of a track and calls `edit` with the session and the ID of that track.
 template <typename Edit>
 Result editTrack(SimulatedProTools& proTools, Arguments& arguments, Edit edit) {
     Result result = wrong();
