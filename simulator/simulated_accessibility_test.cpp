@@ -8,7 +8,7 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class SimulatedAccessibilityTest : public ScreenTest {
+class SimulatedAccessibilityTest : public ScreenBench {
 protected:
     // Reads all attributes of the screen and returns their number.
     std::size_t walk(const ElementHandle& element, int depth = 0) {

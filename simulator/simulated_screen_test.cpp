@@ -11,7 +11,7 @@ using testing::IsEmpty;
 using testing::Not;
 using Texts = std::vector<std::string>;
 
-class SimulatedScreenTest : public ScreenTest {
+class SimulatedScreenTest : public ScreenBench {
 protected:
     void edit(const std::function<void(SimulatedSession&)>& change) { proTools->edit(change); }
 

@@ -12,7 +12,7 @@
 
 namespace lumbrine {
 
-class ScreenTest : public testing::Test {
+class ScreenBench : public testing::Test {
 protected:
     using Elements = std::vector<ElementHandle>;
 

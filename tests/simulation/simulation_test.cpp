@@ -1,7 +1,7 @@
 // Seeded sessions: simulation_tests --seeds N runs seeds 1 to N, --seed N runs that one and tells about it. --with NAME
 // (or "all") switches on what is off in not_yet.h. --traces FOLDER runs no test and writes the sessions' traffic there.
 #include "tests/simulation/checkers.h"
-#include "tests/simulation/studio.h"
+#include "tests/simulation/session_run.h"
 #include "tests/simulation/summary.h"
 #include "tests/simulation/trace.h"
 

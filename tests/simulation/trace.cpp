@@ -1,6 +1,6 @@
 #include "tests/simulation/trace.h"
 
-#include "tests/simulation/studio.h"
+#include "tests/simulation/session_run.h"
 
 #include <array>
 #include <cstdio>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "model/testing/model_test.h"
-#include "tests/scripting_link/envelope_service.h"
+#include "tests/ptsl_client/envelope_service.h"
 
 namespace lumbrine {
 

@@ -1,6 +1,6 @@
 // Scans that go wrong: hosts that are slow or stuck, presses that get lost.
 #include "model/testing/session_columns.h"
-#include "tests/bank_map/studio.h"
+#include "tests/studio/studio.h"
 
 #include <chrono>
 

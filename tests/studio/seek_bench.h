@@ -2,7 +2,7 @@
 // so its timers do not run and hours of seeking take seconds.
 #pragma once
 
-#include "tests/bank_map/studio.h"
+#include "tests/studio/studio.h"
 
 #include <memory>
 

@@ -1,5 +1,5 @@
 // The bytes in docs/scripting-link.md, held against what the link sends and understands.
-#include "tests/scripting_link/envelope_service.h"
+#include "tests/ptsl_client/envelope_service.h"
 
 #include <fstream>
 

@@ -1,6 +1,6 @@
 // The scan of the banks, against a simulated Pro Tools.
 #include "model/testing/session_columns.h"
-#include "tests/bank_map/studio.h"
+#include "tests/studio/studio.h"
 
 #include <chrono>
 

@@ -1,4 +1,4 @@
-#include "tests/bank_map/seek_bench.h"
+#include "tests/studio/seek_bench.h"
 
 #include <utility>
 

@@ -2,7 +2,7 @@
 // buttons move between multiples of the width. Found by a breadth-first search of all ways.
 #pragma once
 
-#include "tests/bank_map/studio.h"
+#include "tests/studio/studio.h"
 
 namespace lumbrine {
 

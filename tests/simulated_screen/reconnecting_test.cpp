@@ -9,7 +9,7 @@ using namespace std::chrono_literals;
 
 constexpr const char* done = "✓ Opened and closed the Peripherals dialog (PT will re-grab the MIDI ports)";
 
-class ReconnectingTest : public ScreenTest {
+class ReconnectingTest : public ScreenBench {
 protected:
     void TearDown() override { EXPECT_EQ(screen().liveHandles(), 0); }
 

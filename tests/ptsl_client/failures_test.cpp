@@ -1,6 +1,6 @@
 // What fails, how it is told, and what is tried again.
 #include "ptsl/testing/service_frames.h"
-#include "tests/scripting_link/envelope_service.h"
+#include "tests/ptsl_client/envelope_service.h"
 
 #include <cerrno>
 

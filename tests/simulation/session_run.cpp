@@ -1,4 +1,4 @@
-#include "tests/simulation/studio.h"
+#include "tests/simulation/session_run.h"
 
 #include "tests/simulation/calm.h"
 #include "tests/simulation/trouble.h"

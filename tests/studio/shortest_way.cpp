@@ -1,4 +1,4 @@
-#include "tests/bank_map/shortest_way.h"
+#include "tests/studio/shortest_way.h"
 
 #include "simulator/bank_rules.h"
 

@@ -1,5 +1,5 @@
 // Walks across the session, against a simulated Pro Tools: group faders, group automation modes, the visible range.
-#include "tests/bank_map/seek_bench.h"
+#include "tests/studio/seek_bench.h"
 
 #include <chrono>
 

@@ -1,4 +1,4 @@
-#include "tests/scripting/scripting_bench.h"
+#include "tests/simulated_scripting/scripting_bench.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 // Seeking, against a simulated Pro Tools.
-#include "tests/bank_map/seek_bench.h"
-#include "tests/bank_map/shortest_way.h"
+#include "tests/studio/seek_bench.h"
+#include "tests/studio/shortest_way.h"
 
 #include <chrono>
 #include <numeric>

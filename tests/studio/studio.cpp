@@ -1,4 +1,4 @@
-#include "tests/bank_map/studio.h"
+#include "tests/studio/studio.h"
 
 #include "model/testing/session_columns.h"
 

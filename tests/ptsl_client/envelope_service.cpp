@@ -1,4 +1,4 @@
-#include "tests/scripting_link/envelope_service.h"
+#include "tests/ptsl_client/envelope_service.h"
 
 #include <scripting.pb.h>
 

@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 using Names = std::vector<std::string>;
 using Comments = std::map<std::string, std::string>;
 
-class ReadingTest : public ScreenTest {
+class ReadingTest : public ScreenBench {
 protected:
     void TearDown() override { EXPECT_EQ(screen().liveHandles(), 0); }
 

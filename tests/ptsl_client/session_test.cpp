@@ -1,6 +1,6 @@
 // Registering, and what happens when the service no longer knows the session.
 #include "ptsl/testing/service_frames.h"
-#include "tests/scripting_link/envelope_service.h"
+#include "tests/ptsl_client/envelope_service.h"
 
 namespace lumbrine::service {
 namespace {

@@ -1,7 +1,7 @@
 // What a reply becomes.
 #include "base/testing/segmentations.h"
 #include "ptsl/testing/service_frames.h"
-#include "tests/scripting_link/envelope_service.h"
+#include "tests/ptsl_client/envelope_service.h"
 
 namespace lumbrine::service {
 namespace {
