@@ -4,8 +4,8 @@
 
 namespace lumbrine {
 
-LoginItem::LoginItem(LoginService& loginService, Bilingual bilingual, std::function<void(const std::string&)> print)
-    : service(loginService), text(bilingual), sink(std::move(print)) {}
+LoginItem::LoginItem(LoginService& service, Bilingual text, std::function<void(const std::string&)> sink)
+    : service(service), text(text), sink(std::move(sink)) {}
 
 void LoginItem::set(bool on) {
     const auto changed = on ? service.registerApplication() : service.unregisterApplication();

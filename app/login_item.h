@@ -13,9 +13,8 @@ namespace lumbrine {
 // Main thread only. The platform stores the registration, so call isEnabled after each change to get the real state.
 class LoginItem {
 public:
-    // `print` is called with a line for each failure. The line is for standard output, not for the activity log.
-    LoginItem(LoginService& loginService, Bilingual bilingual,
-              std::function<void(const std::string& line)> print = printLine);
+    // `sink` is called with a line for each failure. The line is for standard output, not for the activity log.
+    LoginItem(LoginService& service, Bilingual text, std::function<void(const std::string& line)> sink = printLine);
 
     // Registers or unregisters the application. A failure is printed and changes nothing.
     void set(bool on);

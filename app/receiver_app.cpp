@@ -22,8 +22,8 @@ int bankMoveKind(ScreenAction action) {
 
 } // namespace
 
-ReceiverApp::ReceiverApp(std::shared_ptr<ReceiverModel> receiverModel, LoginItem& item, Bilingual bilingual)
-    : text(bilingual), model(std::move(receiverModel)), loginItem(item), loginOn(item.isEnabled()) {}
+ReceiverApp::ReceiverApp(std::shared_ptr<ReceiverModel> model, LoginItem& loginItem, Bilingual text)
+    : text(text), model(std::move(model)), loginItem(loginItem), loginOn(loginItem.isEnabled()) {}
 
 ReceiverApp::~ReceiverApp() {
     release();

@@ -23,7 +23,7 @@ public:
     };
 
     // Does not start the model; windowAppeared does.
-    ReceiverApp(std::shared_ptr<ReceiverModel> receiverModel, LoginItem& item, Bilingual bilingual);
+    ReceiverApp(std::shared_ptr<ReceiverModel> model, LoginItem& loginItem, Bilingual text);
     ~ReceiverApp();
     ReceiverApp(const ReceiverApp&) = delete;
     ReceiverApp& operator=(const ReceiverApp&) = delete;

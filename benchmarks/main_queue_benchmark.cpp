@@ -61,7 +61,7 @@ protected:
 // The receiver's sockets. It receives the datagrams of `say`, four a second; what it sends goes to a real socket.
 class ScriptedClient final : public NullDatagrams {
 public:
-    explicit ScriptedClient(Runtime& rt) : runtime(rt), sink(real.open()) {
+    explicit ScriptedClient(Runtime& runtime) : runtime(runtime), sink(real.open()) {
         real.setDualStack(sink);
         real.bind(sink, 0);
         real.resolve("127.0.0.1", static_cast<std::uint16_t>(real.localPort(sink)), sinkAddress);

@@ -25,8 +25,8 @@ UDPError err(std::string_view call, int result) {
 
 } // namespace
 
-UDPServer::UDPServer(Runtime& rt, DatagramSockets& datagramSockets, std::uint16_t portToBind)
-    : port(portToBind), runtime(rt), sockets(datagramSockets), peersLock(rt) {}
+UDPServer::UDPServer(Runtime& runtime, DatagramSockets& sockets, std::uint16_t port)
+    : port(port), runtime(runtime), sockets(sockets), peersLock(runtime) {}
 
 UDPServer::~UDPServer() {
     end();

@@ -30,7 +30,7 @@ class UDPServer {
 public:
     static constexpr std::size_t maxDatagram = 2048; // the socket truncates longer datagrams
 
-    UDPServer(Runtime& rt, DatagramSockets& datagramSockets, std::uint16_t portToBind);
+    UDPServer(Runtime& runtime, DatagramSockets& sockets, std::uint16_t port);
 
     // Calls `end`.
     ~UDPServer();

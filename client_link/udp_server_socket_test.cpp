@@ -264,7 +264,7 @@ TEST_F(UDPServerReceiving, EndsAfterTheCallbackThatIsUnderWayAndItsAnswer) {
 // Sockets whose `receive` fails at once a given number of times and then waits for the end.
 class BrokenSockets : public RecordingSockets {
 public:
-    explicit BrokenSockets(VirtualRuntime& rt) : runtime(rt), ended(rt.makeSignal()) {}
+    explicit BrokenSockets(VirtualRuntime& runtime) : runtime(runtime), ended(runtime.makeSignal()) {}
 
     int receive(int, std::span<std::uint8_t> buffer, PeerAddress& from) override {
         receiveTimes.push_back(runtime.now());

@@ -29,7 +29,7 @@ public:
         bool operator==(const Field&) const = default;
     };
 
-    ProtoReader(Bytes message, Bilingual bilingual) : bytes(std::move(message)), text(bilingual) {}
+    ProtoReader(Bytes bytes, Bilingual text) : bytes(std::move(bytes)), text(text) {}
 
     // Reads one field; absent at the end of the message. Of 32-bit and 64-bit fields the value is skipped. Groups are
     // not supported and fail.

@@ -32,10 +32,10 @@ std::string textMember(const JSONValue::Object& object, std::string_view key) {
 
 } // namespace
 
-PTSLClient::PTSLClient(Runtime& runtime, StreamSockets& sockets, JSON& systemJSON, Bilingual bilingual,
-                       std::string company, std::string application, const PTSLAddress& service)
-    : json(systemJSON), text(bilingual), wire(runtime, sockets, bilingual, service.host, service.port, timeout),
-      companyName(std::move(company)), applicationName(std::move(application)) {}
+PTSLClient::PTSLClient(Runtime& runtime, StreamSockets& sockets, JSON& json, Bilingual text, std::string companyName,
+                       std::string applicationName, const PTSLAddress& service)
+    : json(json), text(text), wire(runtime, sockets, text, service.host, service.port, timeout),
+      companyName(std::move(companyName)), applicationName(std::move(applicationName)) {}
 
 PTSLClient::Result<void> PTSLClient::prepare() {
     if (!wire.isOpen())

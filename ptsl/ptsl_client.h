@@ -36,8 +36,8 @@ public:
     using Result = std::expected<Value, PTSLFailure>;
 
     // Connects at the first command. Everything passed by reference must outlive the client.
-    PTSLClient(Runtime& runtime, StreamSockets& sockets, JSON& systemJSON, Bilingual bilingual, std::string company,
-               std::string application, const PTSLAddress& service = {});
+    PTSLClient(Runtime& runtime, StreamSockets& sockets, JSON& json, Bilingual text, std::string companyName,
+               std::string applicationName, const PTSLAddress& service = {});
 
     // Connects and registers where that has not been done yet, so that a setter that follows leaves at once.
     Result<void> prepare();

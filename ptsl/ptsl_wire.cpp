@@ -24,10 +24,9 @@ bool isTimeout(int error) {
 
 } // namespace
 
-PTSLWire::PTSLWire(Runtime& rt, StreamSockets& streamSockets, Bilingual bilingual, std::string serviceHost,
-                   std::uint16_t servicePort, double timeoutInSeconds)
-    : runtime(rt), sockets(streamSockets), text(bilingual), host(std::move(serviceHost)), port(servicePort),
-      timeout(timeoutInSeconds) {}
+PTSLWire::PTSLWire(Runtime& runtime, StreamSockets& sockets, Bilingual text, std::string host, std::uint16_t port,
+                   double timeoutInSeconds)
+    : runtime(runtime), sockets(sockets), text(text), host(std::move(host)), port(port), timeout(timeoutInSeconds) {}
 
 PTSLWire::~PTSLWire() {
     close();

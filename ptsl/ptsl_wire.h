@@ -27,9 +27,9 @@ namespace lumbrine {
 // receive), and 3 when the peer is silent.
 class PTSLWire {
 public:
-    // Connects at the first call. `rt` and `streamSockets` must outlive the wire.
-    PTSLWire(Runtime& rt, StreamSockets& streamSockets, Bilingual bilingual, std::string serviceHost,
-             std::uint16_t servicePort, double timeoutInSeconds);
+    // Connects at the first call. `runtime` and `sockets` must outlive the wire.
+    PTSLWire(Runtime& runtime, StreamSockets& sockets, Bilingual text, std::string host, std::uint16_t port,
+             double timeoutInSeconds);
     ~PTSLWire();
     PTSLWire(const PTSLWire&) = delete;
     PTSLWire& operator=(const PTSLWire&) = delete;

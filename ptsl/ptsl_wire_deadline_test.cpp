@@ -195,7 +195,8 @@ TEST_F(WireDeadline, BoundsACallThatIsHeldUpEverywhere) {
 // Sockets whose every receive or send is interrupted after ten milliseconds.
 class InterruptedSockets final : public NullStreams {
 public:
-    InterruptedSockets(StillRuntime& still, bool sendsToo) : runtime(still), interruptsSends(sendsToo) {}
+    InterruptedSockets(StillRuntime& runtime, bool interruptsSends)
+        : runtime(runtime), interruptsSends(interruptsSends) {}
 
     int connect(int, const std::string&, std::uint16_t, Duration) override { return 0; }
     int send(int, ByteView bytes) override { return interruptsSends ? interrupted() : static_cast<int>(bytes.size()); }

@@ -47,7 +47,7 @@ TEST_F(PTSLWireTest, GreetsWithPrefaceSettingsAndWindow) {
 // Sockets that record the calls to them.
 class ObservedSockets final : public StreamSockets {
 public:
-    explicit ObservedSockets(StreamSockets& observed) : sockets(observed) {}
+    explicit ObservedSockets(StreamSockets& sockets) : sockets(sockets) {}
 
     int open() override { return note("open", sockets.open()); }
     int connect(int fd, const std::string& host, std::uint16_t port, Duration limit) override {

@@ -19,7 +19,7 @@ namespace lumbrine {
 // Padding of DATA is not supported: it counts as part of the body.
 class ResponseReader {
 public:
-    ResponseReader(std::uint32_t stream, Bilingual bilingual) : streamID(stream), text(bilingual) {}
+    ResponseReader(std::uint32_t streamID, Bilingual text) : streamID(streamID), text(text) {}
 
     struct Step {
         Bytes answer;                                           // a frame to send to the peer; may be empty

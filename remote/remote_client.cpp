@@ -97,8 +97,8 @@ private:
     std::uint64_t dropped LUMBRINE_GUARDED_BY(mutex) = 0;
 };
 
-RemoteClient::RemoteClient(Runtime& rt, DatagramSockets& datagramSockets, RemoteOptions remoteOptions)
-    : runtime(rt), sockets(datagramSockets), options(remoteOptions), inbox(std::make_shared<Inbox>(rt)) {}
+RemoteClient::RemoteClient(Runtime& runtime, DatagramSockets& sockets, RemoteOptions options)
+    : runtime(runtime), sockets(sockets), options(options), inbox(std::make_shared<Inbox>(runtime)) {}
 
 RemoteClient::~RemoteClient() {
     if (fd < 0) return;

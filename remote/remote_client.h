@@ -45,7 +45,7 @@ struct RemoteOptions {
 
 class RemoteClient {
 public:
-    RemoteClient(Runtime& rt, DatagramSockets& datagramSockets, RemoteOptions remoteOptions = {});
+    RemoteClient(Runtime& runtime, DatagramSockets& sockets, RemoteOptions options = {});
 
     // Releases the held faders and closes the socket.
     ~RemoteClient();

@@ -16,7 +16,7 @@ using Lines = std::vector<std::string>;
 // Reports the services that the test gives it, each on a separate thread.
 class FakeBrowser final : public ServiceBrowser {
 public:
-    explicit FakeBrowser(Runtime& rt) : runtime(rt) {}
+    explicit FakeBrowser(Runtime& runtime) : runtime(runtime) {}
 
     std::unique_ptr<ServiceSearch> browse(const std::string& type,
                                           std::function<void(const FoundService&)> found) override {

@@ -21,8 +21,8 @@ bool beginAlike(const std::string& a, const std::string& b) {
 
 } // namespace
 
-ScriptRunner::ScriptRunner(Runtime& rt, Script scriptToRun, std::function<void(const Bytes&)> sender)
-    : runtime(rt), script(std::move(scriptToRun)), send(std::move(sender)) {}
+ScriptRunner::ScriptRunner(Runtime& runtime, Script script, std::function<void(const Bytes&)> send)
+    : runtime(runtime), script(std::move(script)), send(std::move(send)) {}
 
 void ScriptRunner::start() {
     after(script.timeout, [this] {

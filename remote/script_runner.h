@@ -46,7 +46,7 @@ public:
     // runner.
     std::function<void(const std::string& failure)> onEnd;
 
-    ScriptRunner(Runtime& rt, Script scriptToRun, std::function<void(const Bytes&)> sender);
+    ScriptRunner(Runtime& runtime, Script script, std::function<void(const Bytes&)> send);
 
     // Starts the time-out for the receiver's first answer. Call once.
     void start();

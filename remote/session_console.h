@@ -12,7 +12,7 @@ namespace lumbrine::remote {
 
 class SessionConsole {
 public:
-    explicit SessionConsole(RemoteClient& remoteClient) : client(remoteClient) {}
+    explicit SessionConsole(RemoteClient& client) : client(client) {}
 
     // Sets the number of tracks that fit on the page.
     void setLines(int count);

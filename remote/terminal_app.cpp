@@ -6,8 +6,8 @@
 
 namespace lumbrine::remote {
 
-TerminalApp::TerminalApp(Runtime& rt, RemoteClient& remoteClient, Terminal& screen, std::function<void()> whenQuit)
-    : runtime(rt), client(remoteClient), terminal(screen), console(rt, remoteClient, std::move(whenQuit)) {
+TerminalApp::TerminalApp(Runtime& runtime, RemoteClient& client, Terminal& terminal, std::function<void()> whenQuit)
+    : runtime(runtime), client(client), terminal(terminal), console(runtime, client, std::move(whenQuit)) {
     timer = runtime.repeatOnMain(frame, [this] { tick(); });
 }
 

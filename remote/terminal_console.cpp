@@ -38,8 +38,8 @@ std::optional<AutoModeKey> autoModeKeyOf(char character) {
 
 } // namespace
 
-TerminalConsole::TerminalConsole(Runtime& rt, RemoteClient& remoteClient, std::function<void()> whenQuit)
-    : runtime(rt), client(remoteClient), quit(std::move(whenQuit)), session(remoteClient) {}
+TerminalConsole::TerminalConsole(Runtime& runtime, RemoteClient& client, std::function<void()> quit)
+    : runtime(runtime), client(client), quit(std::move(quit)), session(client) {}
 
 ViewState TerminalConsole::view() const {
     ViewState now = state;

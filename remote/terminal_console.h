@@ -23,8 +23,8 @@ public:
     static constexpr Duration holdTime = seconds(0.6);
     static constexpr Duration memoryOfPosition = seconds(1.0); // how long a lost bank position is still shown
 
-    // Main thread only. `whenQuit` is called inside `press`.
-    TerminalConsole(Runtime& rt, RemoteClient& remoteClient, std::function<void()> whenQuit);
+    // Main thread only. `quit` is called inside `press`.
+    TerminalConsole(Runtime& runtime, RemoteClient& client, std::function<void()> quit);
 
     void press(Key key);
 

@@ -30,7 +30,7 @@ public:
     // and 100 elements in each strip has half as many.
     static constexpr std::size_t elementLimit = 200'000;
 
-    explicit ElementAccess(Accessibility& accessibility) : screen(accessibility) {}
+    explicit ElementAccess(Accessibility& screen) : screen(screen) {}
 
     // The elements of a list attribute. Empty when the read fails or the value is not a list of elements.
     std::vector<ElementHandle> elementList(const ElementHandle& element, std::string_view attribute);

@@ -21,8 +21,8 @@ std::optional<ElementHandle> findMixWindow(ElementAccess& access, const ElementH
 
 class MixWindowWalk {
 public:
-    MixWindowWalk(ElementAccess& elements, const std::vector<std::string>& knownNames)
-        : access(elements), known(knownNames.begin(), knownNames.end()) {}
+    MixWindowWalk(ElementAccess& access, const std::vector<std::string>& knownNames)
+        : access(access), known(knownNames.begin(), knownNames.end()) {}
 
     void walk(const ElementHandle& element, int depth) {
         constexpr int deepest = 12; // ends the walk when elements form a circle

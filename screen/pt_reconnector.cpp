@@ -25,8 +25,8 @@ DescendantQuery midiControllersTab() {
 // One run. It keeps to the application that was running at its start.
 class PeripheralsVisit {
 public:
-    PeripheralsVisit(Accessibility& accessibility, Runtime& rt, const Bilingual& bilingual, ElementHandle application)
-        : access(accessibility), runtime(rt), text(bilingual), app(std::move(application)) {}
+    PeripheralsVisit(Accessibility& access, Runtime& runtime, const Bilingual& text, ElementHandle app)
+        : access(access), runtime(runtime), text(text), app(std::move(app)) {}
 
     std::string run() {
         dismissHUIDialogs(); // first: an open alert blocks the menu

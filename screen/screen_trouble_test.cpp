@@ -69,7 +69,7 @@ TEST_F(ScreenTroubleTest, ReadsThatAllFailFromOneOnEndEveryWork) {
 // Random elements with the roles, titles and values that the code searches for, and with others, linked at random.
 class RandomTree {
 public:
-    RandomTree(MemoryScreen& shown, std::uint32_t seed) : screen(shown), engine(seed) {
+    RandomTree(MemoryScreen& screen, std::uint32_t seed) : screen(screen), engine(seed) {
         const MemoryScreen::Element app = screen.launch("com.avid.ProTools", 501);
         elements.push_back(app);
         const std::uint32_t count = 5 + below(60);

@@ -30,9 +30,9 @@ public:
         selected,  // OPTION and SHIFT are down
     };
 
-    // `trackOn` returns the id of the track on a strip, 0 for none. Both arguments must outlive this object.
-    AutomationKeys(SimulatedSession& editedSession, std::function<int(Strip)> trackOn)
-        : session(editedSession), trackShownOn(std::move(trackOn)) {}
+    // `trackShownOn` returns the id of the track on a strip, 0 for none. Both arguments must outlive this object.
+    AutomationKeys(SimulatedSession& session, std::function<int(Strip)> trackShownOn)
+        : session(session), trackShownOn(std::move(trackShownOn)) {}
 
     // The order of the two presses does not matter. The trim key toggles trim instead of setting a mode.
     void autoSwitch(Strip strip, bool down, Scope scope);

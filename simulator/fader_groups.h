@@ -10,8 +10,8 @@ namespace lumbrine {
 
 class FaderGroups {
 public:
-    // When `linkedTracks` is false, there are no groups. The session must outlive this object.
-    FaderGroups(SimulatedSession& editedSession, bool linkedTracks) : session(editedSession), linked(linkedTracks) {}
+    // When `linked` is false, there are no groups. The session must outlive this object.
+    FaderGroups(SimulatedSession& session, bool linked) : session(session), linked(linked) {}
 
     void touch(int trackID);
     void release(int trackID); // the lead passes to the fader of the group that has been touched longest

@@ -14,8 +14,8 @@ std::string withoutBlanksAround(const std::string& text) {
 
 } // namespace
 
-HostRecorder::HostRecorder(const Runtime& rt, const SimulatedSession& recordedSession)
-    : runtime(rt), session(recordedSession) {
+HostRecorder::HostRecorder(const Runtime& runtime, const SimulatedSession& session)
+    : runtime(runtime), session(session) {
     noteList();
     for (const SimulatedTrack& track : session.tracks())
         noteState(track);

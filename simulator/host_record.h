@@ -76,7 +76,7 @@ class HostRecorder {
 public:
     using TracksOnStrips = std::array<int, 16>;
 
-    HostRecorder(const Runtime& rt, const SimulatedSession& recordedSession);
+    HostRecorder(const Runtime& runtime, const SimulatedSession& session);
 
     // Sets the time at which the surface sent the messages that the host handles next.
     void messagesLeft(TimePoint when) { sent = when; }

@@ -28,8 +28,8 @@ constexpr std::array globalLEDs{
 
 } // namespace
 
-HUISurfaceHost::HUISurfaceHost(SimulatorOptions simulatorOptions, std::uint64_t seed)
-    : options(std::move(simulatorOptions)), writer(options), chance(seed) {}
+HUISurfaceHost::HUISurfaceHost(const SimulatorOptions& options, std::uint64_t seed)
+    : options(options), writer(options), chance(seed) {}
 
 bool HUISurfaceHost::advance(TimePoint now, bool pinging) {
     // A host that does not ping cannot expect replies, so the time-out stops, too.

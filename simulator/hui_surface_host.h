@@ -18,7 +18,7 @@ public:
     using Meters = std::array<MeterLevels, hui_address::stripCountOfSurface>;
 
     // The seed decides which pings are late.
-    HUISurfaceHost(SimulatorOptions simulatorOptions, std::uint64_t seed);
+    HUISurfaceHost(const SimulatorOptions& options, std::uint64_t seed);
 
     // ---- Presence. A surface counts as answering from its first reply until a ping stays unanswered for the time-out.
 

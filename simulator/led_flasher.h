@@ -8,7 +8,7 @@ namespace lumbrine {
 // Runs only while something flashes, and begins with on.
 class LEDFlasher {
 public:
-    LEDFlasher(Duration onTime, Duration offTime) : onFor(onTime), offFor(offTime) {}
+    LEDFlasher(Duration onFor, Duration offFor) : onFor(onFor), offFor(offFor) {}
 
     // Advances the rhythm to `now`. Returns true when the LEDs must change.
     bool advance(TimePoint now, bool somethingFlashes) {

@@ -13,7 +13,7 @@ namespace lumbrine {
 class PacketMaker {
 public:
     // The seed decides where realtime bytes are inserted.
-    PacketMaker(const PacketOptions& chosen, std::uint64_t seed) : options(chosen), chance(seed) {}
+    PacketMaker(const PacketOptions& options, std::uint64_t seed) : options(options), chance(seed) {}
 
     // Keeps the order, except that pings may move to the back. Each SysEx is in a separate packet.
     std::vector<Bytes> packetsOf(std::vector<Bytes> messages);

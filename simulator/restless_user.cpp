@@ -4,10 +4,9 @@
 
 namespace lumbrine {
 
-RestlessUser::RestlessUser(SimulatedSession& editedSession, SimulatedHUIHost& bankedHost, Duration interval,
-                           std::uint64_t seed)
-    : session(editedSession), host(bankedHost), every(interval), chance(seed),
-      next(interval > Duration::zero() ? TimePoint::min() : TimePoint::max()) {}
+RestlessUser::RestlessUser(SimulatedSession& session, SimulatedHUIHost& host, Duration every, std::uint64_t seed)
+    : session(session), host(host), every(every), chance(seed),
+      next(every > Duration::zero() ? TimePoint::min() : TimePoint::max()) {}
 
 void RestlessUser::advance(TimePoint now) {
     if (every <= Duration::zero()) return;

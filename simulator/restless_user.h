@@ -10,9 +10,9 @@ namespace lumbrine {
 
 class RestlessUser {
 public:
-    // Acts again and again after 0.5 to 1.5 times `interval`; never when it is 0. Session and host must outlive the
+    // Acts again and again after 0.5 to 1.5 times `every`; never when it is 0. Session and host must outlive the
     // user.
-    RestlessUser(SimulatedSession& editedSession, SimulatedHUIHost& bankedHost, Duration interval, std::uint64_t seed);
+    RestlessUser(SimulatedSession& session, SimulatedHUIHost& host, Duration every, std::uint64_t seed);
 
     void advance(TimePoint now);
     void rest(); // stops acting for good

@@ -14,9 +14,9 @@ namespace lumbrine {
 class ScriptingRegistrations {
 public:
     // Identifiers derive from the seed and are never repeated. A registration is valid on the connection by which it
-    // was made, or on all connections when `outliveConnections` is true.
-    ScriptingRegistrations(std::uint64_t seed, bool outliveConnections)
-        : chance(seed), outliveConnection(outliveConnections) {}
+    // was made, or on all connections when `outliveConnection` is true.
+    ScriptingRegistrations(std::uint64_t seed, bool outliveConnection)
+        : chance(seed), outliveConnection(outliveConnection) {}
 
     // Adds a registration and returns its session identifier. Only the last few hundred registrations are kept.
     std::string add(std::string_view connection);

@@ -60,11 +60,11 @@ bool isText(const ScriptingJSON& object, std::string_view key) {
 
 } // namespace
 
-ScriptingService::ScriptingService(const ScriptingOptions& chosen, std::uint64_t seed, EditSession editSession,
-                                   TimePoint start, NoteSwitch noteSwitch)
-    : options(chosen), edit(std::move(editSession)), note(std::move(noteSwitch)),
-      registrations(seed, chosen.registrationOutlivesConnection), chance(seed + 1), readyAt(start + chosen.readyAfter),
-      busyOneIn(chosen.busyOneIn) {}
+ScriptingService::ScriptingService(const ScriptingOptions& options, std::uint64_t seed, EditSession edit,
+                                   TimePoint start, NoteSwitch note)
+    : options(options), edit(std::move(edit)), note(std::move(note)),
+      registrations(seed, options.registrationOutlivesConnection), chance(seed + 1),
+      readyAt(start + options.readyAfter), busyOneIn(options.busyOneIn) {}
 
 ScriptingReply ScriptingService::answer(const ScriptingRequest& request, std::string_view connection, TimePoint now) {
     ScriptingReply reply = replyTo(request);

@@ -28,8 +28,8 @@ public:
     using NoteSwitch = std::function<void(std::int32_t command, bool enabled, int trackID)>;
 
     // Precondition: the options are valid (problemWith).
-    ScriptingService(const ScriptingOptions& chosen, std::uint64_t seed, EditSession editSession, TimePoint start,
-                     NoteSwitch noteSwitch = {});
+    ScriptingService(const ScriptingOptions& options, std::uint64_t seed, EditSession edit, TimePoint start,
+                     NoteSwitch note = {});
 
     // `connection` is a name for the connection of the request that no other connection has had; registrations depend
     // on it. `now` must not decrease.

@@ -6,9 +6,9 @@ namespace lumbrine {
 
 class SimulatedAccessibility::Handle final : public AccessibleElement {
 public:
-    Handle(const ScreenElement& held, bool vanished, std::shared_ptr<std::atomic<int>> liveHandles)
-        : element(held), gone(vanished), handles(std::move(liveHandles)) {
-        ++*handles;
+    Handle(const ScreenElement& element, bool gone, std::shared_ptr<std::atomic<int>> handles)
+        : element(element), gone(gone), handles(std::move(handles)) {
+        ++*this->handles;
     }
     ~Handle() override { --*handles; }
     Handle(const Handle&) = delete;
@@ -21,10 +21,10 @@ private:
     const std::shared_ptr<std::atomic<int>> handles;
 };
 
-SimulatedAccessibility::SimulatedAccessibility(Runtime& rt, const ScreenOptions& options, std::uint64_t seed,
-                                               OnScreen lookAtScreen, OnScreen actOnScreen)
-    : look(std::move(lookAtScreen)), act(std::move(actOnScreen)), trustGiven(options.trusted),
-      failOneIn(options.failOneIn), vanishOneIn(options.vanishOneIn), mutex(rt), chance(seed + 4) {}
+SimulatedAccessibility::SimulatedAccessibility(Runtime& runtime, const ScreenOptions& options, std::uint64_t seed,
+                                               OnScreen look, OnScreen act)
+    : look(std::move(look)), act(std::move(act)), trustGiven(options.trusted), failOneIn(options.failOneIn),
+      vanishOneIn(options.vanishOneIn), mutex(runtime), chance(seed + 4) {}
 
 void SimulatedAccessibility::setFaults(int reads, int elements) {
     failOneIn = reads;

@@ -22,10 +22,10 @@ public:
     // Runs the given function on the screen under its lock, then returns. Does not run it while the program is stuck.
     using OnScreen = std::function<void(const std::function<void(SimulatedScreen&, TimePoint now)>&)>;
 
-    // Precondition: the options are valid (problemWith). `lookAtScreen` is for functions that change nothing,
-    // `actOnScreen` for the others.
-    SimulatedAccessibility(Runtime& rt, const ScreenOptions& options, std::uint64_t seed, OnScreen lookAtScreen,
-                           OnScreen actOnScreen);
+    // Precondition: the options are valid (problemWith). `look` is for functions that change nothing,
+    // `act` for the others.
+    SimulatedAccessibility(Runtime& runtime, const ScreenOptions& options, std::uint64_t seed, OnScreen look,
+                           OnScreen act);
 
     // ---- The user, and faults.
 

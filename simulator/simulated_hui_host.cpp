@@ -11,10 +11,10 @@ constexpr int clip = 12; // the meter level for clipping
 
 } // namespace
 
-SimulatedHUIHost::SimulatedHUIHost(const SimulatorOptions& simulatorOptions, SimulatedSession& shownSession)
-    : options(simulatorOptions), session(shownSession), groups(shownSession, simulatorOptions.groups),
-      automation(shownSession, [this](AutomationKeys::Strip strip) { return trackOn(strip.surface, strip.number); }),
-      flasher(simulatorOptions.ledOn, simulatorOptions.ledOff), chance(simulatorOptions.seed) {
+SimulatedHUIHost::SimulatedHUIHost(const SimulatorOptions& options, SimulatedSession& session)
+    : options(options), session(session), groups(session, options.groups),
+      automation(session, [this](AutomationKeys::Strip strip) { return trackOn(strip.surface, strip.number); }),
+      flasher(options.ledOn, options.ledOff), chance(options.seed) {
     // Each surface gets its own random sequence, so that what one does cannot change what happens to the other.
     for (int surface = 0; surface < options.surfaces; ++surface)
         surfaces.push_back(

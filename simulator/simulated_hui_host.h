@@ -31,7 +31,7 @@ namespace lumbrine {
 class SimulatedHUIHost {
 public:
     // The session must outlive the host. The host listens to the session, so it must live until the last edit.
-    SimulatedHUIHost(const SimulatorOptions& simulatorOptions, SimulatedSession& shownSession);
+    SimulatedHUIHost(const SimulatorOptions& options, SimulatedSession& session);
     SimulatedHUIHost(const SimulatedHUIHost&) = delete;
     SimulatedHUIHost& operator=(const SimulatedHUIHost&) = delete;
 

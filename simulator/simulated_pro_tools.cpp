@@ -11,16 +11,16 @@ const std::vector<std::string> lostHUI{"Lost communication with", "HUI"};
 
 } // namespace
 
-SimulatedProTools::SimulatedProTools(Runtime& rt, MIDIConnections& connections, SimulatorOptions simulatorOptions,
+SimulatedProTools::SimulatedProTools(Runtime& runtime, MIDIConnections& connections, const SimulatorOptions& options,
                                      const SimulatedSession& initialSession)
-    : options(std::move(simulatorOptions)), runtime(rt), mutex(rt), theSession(initialSession),
-      host(options, theSession), user(theSession, host, options.restlessUserEvery, options.seed),
+    : options(options), runtime(runtime), mutex(runtime), theSession(initialSession), host(options, theSession),
+      user(theSession, host, options.restlessUserEvery, options.seed),
       theScreen(options.screen, theSession,
                 [this](TimePoint now) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS { grabsPortsAt = now; }),
-      grabsPortsAt(options.portsLost ? TimePoint::max() : rt.now() + options.grabPortsAfter),
-      queue(rt.serialQueue("simulated Pro Tools", Priority::userInitiated)),
+      grabsPortsAt(options.portsLost ? TimePoint::max() : runtime.now() + options.grabPortsAfter),
+      queue(runtime.serialQueue("simulated Pro Tools", Priority::userInitiated)),
       scriptingService(
-          rt, options.scripting, options.seed,
+          runtime, options.scripting, options.seed,
           [this](const std::function<void(SimulatedSession&)>& body) { edit(body); },
           [this](std::int32_t command, bool enabled, int track) LUMBRINE_NO_THREAD_SAFETY_ANALYSIS {
               if (recorder) recorder->wish(command, enabled, track);
@@ -30,7 +30,7 @@ SimulatedProTools::SimulatedProTools(Runtime& rt, MIDIConnections& connections, 
               return ProgramState{stuckUntil, theScreen.dialogText().has_value(), inProgressUntil};
           }),
       screenAccess(
-          rt, options.screen, options.seed, [this](const auto& body) { lookAtScreen(body); },
+          runtime, options.screen, options.seed, [this](const auto& body) { lookAtScreen(body); },
           [this](const auto& body) { actOnScreen(body); }) {
     if (options.keepsRecord) host.recordTo(recorder.emplace(runtime, theSession));
     if (!options.opensSession) theSession.close();

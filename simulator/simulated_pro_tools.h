@@ -67,7 +67,7 @@ class SimulatedProTools {
 public:
     // Starts at once. Precondition: the options are valid (problemWith). Runtime and connections must outlive this
     // object.
-    SimulatedProTools(Runtime& rt, MIDIConnections& connections, SimulatorOptions simulatorOptions,
+    SimulatedProTools(Runtime& runtime, MIDIConnections& connections, const SimulatorOptions& options,
                       const SimulatedSession& initialSession);
     ~SimulatedProTools();
     SimulatedProTools(const SimulatedProTools&) = delete;

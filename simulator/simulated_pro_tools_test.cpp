@@ -17,7 +17,8 @@ const Bytes mutePress{0xB0, 0x0F, 0x00, 0xB0, 0x2F, 0x42, 0xB0, 0x0F, 0x00, 0xB0
 // The ports of a surface. Answers pings while the test wants it to, and keeps all other messages.
 class TestSurface {
 public:
-    TestSurface(Runtime& rt, MIDIServices& midi, const std::string& name) : runtime(rt), services(midi), mutex(rt) {
+    TestSurface(Runtime& runtime, MIDIServices& services, const std::string& name)
+        : runtime(runtime), services(services), mutex(runtime) {
         MIDIClientRef client = 0;
         services.createClient(name, client);
         services.createSource(client, name, source);

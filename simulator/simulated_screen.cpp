@@ -25,9 +25,9 @@ std::string inQuotes(std::string_view text) {
 
 } // namespace
 
-SimulatedScreen::SimulatedScreen(const ScreenOptions& chosen, const SimulatedSession& shownSession,
-                                 std::function<void(TimePoint)> applyPeripherals)
-    : options(chosen), session(shownSession), apply(std::move(applyPeripherals)) {}
+SimulatedScreen::SimulatedScreen(const ScreenOptions& options, const SimulatedSession& session,
+                                 std::function<void(TimePoint)> apply)
+    : options(options), session(session), apply(std::move(apply)) {}
 
 // ---- Tracks
 

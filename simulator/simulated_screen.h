@@ -19,10 +19,10 @@ namespace lumbrine {
 
 class SimulatedScreen {
 public:
-    // Calls `applyPeripherals` when the Peripherals dialog is closed with OK. The session must outlive the screen.
+    // Calls `apply` when the Peripherals dialog is closed with OK. The session must outlive the screen.
     // Precondition: the options are valid (problemWith).
-    SimulatedScreen(const ScreenOptions& chosen, const SimulatedSession& shownSession,
-                    std::function<void(TimePoint now)> applyPeripherals);
+    SimulatedScreen(const ScreenOptions& options, const SimulatedSession& session,
+                    std::function<void(TimePoint now)> apply);
 
     // ---- For other programs.
 

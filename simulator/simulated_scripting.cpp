@@ -12,12 +12,13 @@ constexpr std::size_t mostSetters = 1000;
 
 } // namespace
 
-SimulatedScripting::SimulatedScripting(Runtime& rt, const ScriptingOptions& chosen, std::uint64_t seed,
+SimulatedScripting::SimulatedScripting(Runtime& runtime, const ScriptingOptions& options, std::uint64_t seed,
                                        ScriptingService::EditSession edit, ScriptingService::NoteSwitch noteSwitch,
-                                       std::function<ProgramState()> programState)
-    : runtime(rt), options(chosen), program(std::move(programState)), faults(chosen, seed + 3), offeredPort(notOffered),
-      mutex(rt), service(chosen, seed, std::move(edit), rt.now(), std::move(noteSwitch)), chance(seed + 2),
-      owned(rt.serialQueue("simulated scripting service", Priority::normal)), queue(*owned) {}
+                                       std::function<ProgramState()> program)
+    : runtime(runtime), options(options), program(std::move(program)), faults(options, seed + 3),
+      offeredPort(notOffered), mutex(runtime),
+      service(options, seed, std::move(edit), runtime.now(), std::move(noteSwitch)), chance(seed + 2),
+      owned(runtime.serialQueue("simulated scripting service", Priority::normal)), queue(*owned) {}
 
 void SimulatedScripting::ask(ScriptingRequest request, std::string connection, Answer answer) {
     ++arrived;

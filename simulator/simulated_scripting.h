@@ -38,9 +38,9 @@ public:
     using Answer = std::function<void(ScriptingReply)>;
 
     // Precondition: the options are valid (problemWith).
-    SimulatedScripting(Runtime& rt, const ScriptingOptions& chosen, std::uint64_t seed,
+    SimulatedScripting(Runtime& runtime, const ScriptingOptions& options, std::uint64_t seed,
                        ScriptingService::EditSession edit, ScriptingService::NoteSwitch noteSwitch,
-                       std::function<ProgramState()> programState);
+                       std::function<ProgramState()> program);
 
     // Call when the program has closed its last dialog.
     void dialogClosed();

@@ -18,7 +18,7 @@ enum class WireFault {
 
 class WireFaults {
 public:
-    WireFaults(const ScriptingOptions& chosen, std::uint64_t seed) : options(chosen), firstSeed(seed) {}
+    WireFaults(const ScriptingOptions& options, std::uint64_t firstSeed) : options(options), firstSeed(firstSeed) {}
 
     // Returns the fault for a call that has just begun.
     WireFault draw();

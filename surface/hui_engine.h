@@ -46,7 +46,7 @@ inline constexpr int sendAAssignPort = 7;
 class HUIEngine : public std::enable_shared_from_this<HUIEngine> {
 public:
     // Until the callbacks are set, log lines go to standard output and messages go nowhere.
-    HUIEngine(Runtime& rt, Bilingual bilingual);
+    HUIEngine(Runtime& runtime, Bilingual text);
 
     // ---- Callbacks. Set all of them before the first byte arrives and do not change them afterwards.
 

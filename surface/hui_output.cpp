@@ -40,9 +40,9 @@ constexpr int portByte(int port, bool on) {
 
 } // namespace
 
-HUIEngine::HUIEngine(Runtime& rt, Bilingual bilingual)
-    : send([](ByteView) {}), log([](const std::string& line) { std::puts(line.c_str()); }), runtime(rt),
-      text(bilingual), txLock(rt, Nesting::overBackEnd), panLock(rt) {
+HUIEngine::HUIEngine(Runtime& runtime, Bilingual text)
+    : send([](ByteView) {}), log([](const std::string& line) { std::puts(line.c_str()); }), runtime(runtime),
+      text(text), txLock(runtime, Nesting::overBackEnd), panLock(runtime) {
     sysexBuf.reserve(sysexLimit + longestPacket);
 }
 

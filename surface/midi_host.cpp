@@ -19,9 +19,8 @@ std::expected<void, MIDIError> check(MIDIStatus status, std::string_view what) {
 
 } // namespace
 
-MIDIHost::MIDIHost(Runtime& rt, MIDIServices& midiServices, std::string portName, std::int32_t sourceID,
-                   std::int32_t destinationID)
-    : name(std::move(portName)), srcUID(sourceID), dstUID(destinationID), runtime(rt), services(midiServices) {}
+MIDIHost::MIDIHost(Runtime& runtime, MIDIServices& services, std::string name, std::int32_t srcUID, std::int32_t dstUID)
+    : name(std::move(name)), srcUID(srcUID), dstUID(dstUID), runtime(runtime), services(services) {}
 
 std::expected<void, MIDIError> MIDIHost::start() {
     auto result = check(services.createClient(name, client), "MIDIClientCreateWithBlock");

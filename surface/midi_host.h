@@ -24,8 +24,7 @@ struct MIDIError {
 class MIDIHost : public std::enable_shared_from_this<MIDIHost> {
 public:
     // Creates nothing in the system yet. Pro Tools recognises the ports by their unique IDs after a restart.
-    MIDIHost(Runtime& rt, MIDIServices& midiServices, std::string portName, std::int32_t sourceID,
-             std::int32_t destinationID);
+    MIDIHost(Runtime& runtime, MIDIServices& services, std::string name, std::int32_t srcUID, std::int32_t dstUID);
 
     // Called with the bytes of each incoming packet, on the system's MIDI receive thread. Set it before `start` and do
     // not change it afterwards.

@@ -13,10 +13,10 @@ const std::string reconnectHelp =
 
 } // namespace
 
-DemoConsole::DemoConsole(SimulatedProTools& simulated, std::function<void()> reconnectAction,
-                         std::function<void()> endAction, std::function<void(const std::string&)> printer)
-    : proTools(simulated), reconnect(std::move(reconnectAction)), end(std::move(endAction)), print(std::move(printer)) {
-    proTools.screen().onPress([print = print](const std::string& what) { print("Pro Tools: " + what); });
+DemoConsole::DemoConsole(SimulatedProTools& proTools, std::function<void()> reconnect, std::function<void()> end,
+                         std::function<void(const std::string&)> print)
+    : proTools(proTools), reconnect(std::move(reconnect)), end(std::move(end)), print(std::move(print)) {
+    proTools.screen().onPress([write = this->print](const std::string& what) { write("Pro Tools: " + what); });
 }
 
 void DemoConsole::handle(const std::string& line) const {

@@ -12,8 +12,8 @@ namespace lumbrine {
 class DemoConsole {
 public:
     // Prints from now on what is pressed on Pro Tools' screen.
-    DemoConsole(SimulatedProTools& simulated, std::function<void()> reconnectAction, std::function<void()> endAction,
-                std::function<void(const std::string& line)> printer);
+    DemoConsole(SimulatedProTools& proTools, std::function<void()> reconnect, std::function<void()> end,
+                std::function<void(const std::string& line)> print);
 
     void handle(const std::string& line) const;
 

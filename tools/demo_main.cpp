@@ -43,7 +43,7 @@ constexpr int tracksOfTour = 40; // more than the 16 strips, so that the tour ca
 // Prints the tour's lines, each with the seconds since the start.
 class TourPage {
 public:
-    explicit TourPage(const Runtime& rt) : runtime(rt), begin(rt.now()) {}
+    explicit TourPage(const Runtime& runtime) : runtime(runtime), begin(runtime.now()) {}
 
     void print(const std::string& line) const {
         std::array<char, 32> time{};
@@ -60,7 +60,7 @@ private:
 // disturb another receiver on this computer or network.
 class TourSystemInfo final : public SystemInfo {
 public:
-    TourSystemInfo(const SystemInfo& realSystem, std::uint16_t freePort) : real(realSystem), port(freePort) {}
+    TourSystemInfo(const SystemInfo& real, std::uint16_t port) : real(real), port(port) {}
 
     std::optional<std::string> environment(const std::string& name) const override {
         if (name == "QV_PORT") return std::to_string(port);

@@ -54,7 +54,7 @@ void askForTrack(DemoStage& stage, int track, const std::shared_ptr<const bool>&
 
 class Programme {
 public:
-    explicit Programme(DemoStage& demoStage) : stage(demoStage) {}
+    explicit Programme(DemoStage& stage) : stage(stage) {}
 
     std::vector<DemoStep> take() { return std::move(steps); }
 

@@ -24,11 +24,11 @@ std::string fixed(double value, int decimals) {
     return digits.data();
 }
 
-DemoStage::DemoStage(Given what) : given(std::move(what)) {
+DemoStage::DemoStage(Given given) : given(std::move(given)) {
     for (std::size_t i = 0; i < phones.size(); ++i) {
         remote::RemoteOptions options;
         options.token = firstToken + i;
-        phones[i] = std::make_unique<remote::RemoteClient>(given.runtime, given.sockets, options);
+        phones[i] = std::make_unique<remote::RemoteClient>(this->given.runtime, this->given.sockets, options);
     }
 }
 

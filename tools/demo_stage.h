@@ -31,7 +31,7 @@ public:
         std::function<void(const std::string& line)> print;
     };
 
-    explicit DemoStage(Given what);
+    explicit DemoStage(Given given);
 
     // ---- The phones. Strip and track numbers count from 1, as on the screen; the protocol counts from 0.
 

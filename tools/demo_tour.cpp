@@ -11,8 +11,8 @@ constexpr Duration pauseBetweenSteps = seconds(0.35);
 
 } // namespace
 
-DemoTour::DemoTour(DemoStage::Given given, std::function<void(bool succeeded)> whenDone)
-    : done(std::move(whenDone)), stage(std::move(given)), steps(demoProgramme(stage)) {
+DemoTour::DemoTour(DemoStage::Given given, std::function<void(bool succeeded)> done)
+    : done(std::move(done)), stage(std::move(given)), steps(demoProgramme(stage)) {
     for (const std::size_t phone : {DemoStage::phoneA, DemoStage::phoneB}) {
         stage.phone(phone).onMessage = [this, phone](const remote::ReceiverMessage& message) {
             if (std::holds_alternative<remote::Fader>(message)) ++stage.fadersHeard;

@@ -13,8 +13,8 @@ namespace lumbrine {
 
 class DemoTour {
 public:
-    // `whenDone` is called once, at the end.
-    DemoTour(DemoStage::Given given, std::function<void(bool succeeded)> whenDone);
+    // `done` is called once, at the end.
+    DemoTour(DemoStage::Given given, std::function<void(bool succeeded)> done);
 
     // Call it on the main thread. Returns at once; the tour goes on in jobs of the main queue.
     void start() { begin(); }

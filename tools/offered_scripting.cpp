@@ -38,9 +38,9 @@ private:
 
 } // namespace
 
-OfferedScripting::OfferedScripting(Runtime& runtime, SimulatedScripting& served, std::uint16_t wantedPort)
-    : scripting(served),
-      server(runtime, served, needFaultyWire(served.wireFaults().options) ? std::uint16_t{0} : wantedPort) {
+OfferedScripting::OfferedScripting(Runtime& runtime, SimulatedScripting& scripting, std::uint16_t wantedPort)
+    : scripting(scripting),
+      server(runtime, scripting, needFaultyWire(scripting.wireFaults().options) ? std::uint16_t{0} : wantedPort) {
     WireFaults& faults = scripting.wireFaults();
     if (needFaultyWire(faults.options) && server.port()) {
         relay.emplace(runtime, RelaySetup{.port = wantedPort,
@@ -48,7 +48,7 @@ OfferedScripting::OfferedScripting(Runtime& runtime, SimulatedScripting& served,
                                           .downTime = faults.options.downTime,
                                           .bytesAtOnce = faults.options.bytesAtOnce,
                                           .connected = [&faults] { return std::make_unique<FaultyConnection>(faults); },
-                                          .died = [&served] { served.restart(); }});
+                                          .died = [&scripting] { scripting.restart(); }});
         faults.use();
     }
     if (port()) scripting.offeredOn(port());

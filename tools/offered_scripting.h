@@ -15,7 +15,7 @@ class OfferedScripting {
 public:
     // Listens on 127.0.0.1; with port 0 the system chooses a free port. Everything passed by reference must outlive
     // this object.
-    OfferedScripting(Runtime& runtime, SimulatedScripting& served, std::uint16_t wantedPort);
+    OfferedScripting(Runtime& runtime, SimulatedScripting& scripting, std::uint16_t wantedPort);
     ~OfferedScripting();
     OfferedScripting(const OfferedScripting&) = delete;
     OfferedScripting& operator=(const OfferedScripting&) = delete;

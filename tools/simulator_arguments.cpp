@@ -65,7 +65,7 @@ const Names<DumpPart> dumpParts{{"ping", DumpPart::ping},        {"displays", Du
 // for the options that follow.
 class Reader {
 public:
-    Reader(CLI::App& parser, SimulatorOptions& chosen) : app(parser), options(chosen) {}
+    Reader(CLI::App& app, SimulatorOptions& options) : app(app), options(options) {}
 
     void group(const std::string& name) { groupName = name; }
 

@@ -13,9 +13,8 @@ constexpr std::string_view clearLine = "\r\x1B[K";
 
 } // namespace
 
-SimulatorShell::SimulatorShell(SimulatedProTools& simulated, bool onTerminal,
-                               std::function<void(std::string_view)> printer)
-    : proTools(simulated), terminal(onTerminal), print(std::move(printer)) {}
+SimulatorShell::SimulatorShell(SimulatedProTools& proTools, bool terminal, std::function<void(std::string_view)> print)
+    : proTools(proTools), terminal(terminal), print(std::move(print)) {}
 
 void SimulatorShell::tick() {
     const std::string status = statusLine(proTools.snapshot(), terminal);

@@ -14,7 +14,7 @@ namespace lumbrine {
 class SimulatorShell {
 public:
     // `print` gets text as it is to appear. The simulated Pro Tools outlives the shell.
-    SimulatorShell(SimulatedProTools& simulated, bool onTerminal, std::function<void(std::string_view)> printer);
+    SimulatorShell(SimulatedProTools& proTools, bool terminal, std::function<void(std::string_view)> print);
 
     // How often `tick` must be called: once a second on a terminal; elsewhere every 0.1 s, so that a log has most
     // changes.

@@ -63,8 +63,8 @@ struct Connection {
 
 class StreamRelay::Traffic {
 public:
-    Traffic(Runtime& rt, RelaySetup chosen)
-        : runtime(rt), setup(std::move(chosen)), listener(StreamDescriptor::listening(setup.port)) {
+    Traffic(Runtime& runtime, RelaySetup setup)
+        : runtime(runtime), setup(std::move(setup)), listener(StreamDescriptor::listening(this->setup.port)) {
         if (!listener.isOpen() || ::pipe(wakePipe.data()) != 0) return;
         boundPort = listener.localPort();
         thread = runtime.startThread("stream relay", [this] { run(); });

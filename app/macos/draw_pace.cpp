@@ -5,7 +5,7 @@
 
 namespace lumbrine {
 
-DrawPace::DrawPace(Runtime& rt, std::function<void()> drawNow) : runtime(rt), draw(std::move(drawNow)) {}
+DrawPace::DrawPace(Runtime& runtime, std::function<void()> draw) : runtime(runtime), draw(std::move(draw)) {}
 
 void DrawPace::changed() {
     if (std::exchange(planned, true)) return;

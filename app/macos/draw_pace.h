@@ -13,7 +13,7 @@ class DrawPace {
 public:
     static constexpr Duration interval = seconds(1.0 / 30);
 
-    DrawPace(Runtime& rt, std::function<void()> drawNow);
+    DrawPace(Runtime& runtime, std::function<void()> draw);
 
     // Reports a change; the drawing follows later, never inside this call and never after this object is destroyed.
     void changed();

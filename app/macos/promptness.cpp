@@ -4,7 +4,7 @@
 
 namespace lumbrine {
 
-Promptness::Promptness(std::function<Hold()> beginHold) : begin(std::move(beginHold)) {}
+Promptness::Promptness(std::function<Hold()> begin) : begin(std::move(begin)) {}
 
 void Promptness::follow(const PublishedState& published) {
     const bool needed = published.huiConnected || published.iosConnected;

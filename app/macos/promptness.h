@@ -8,12 +8,12 @@
 
 namespace lumbrine {
 
-// Holds the object that `beginHold` returns as long as Pro Tools or a client is connected. Main thread.
+// Holds the object that `begin` returns as long as Pro Tools or a client is connected. Main thread.
 class Promptness {
 public:
     using Hold = std::shared_ptr<void>; // the activity ends with the last copy
 
-    explicit Promptness(std::function<Hold()> beginHold);
+    explicit Promptness(std::function<Hold()> begin);
 
     void follow(const PublishedState& published);
 

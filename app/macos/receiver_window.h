@@ -14,7 +14,7 @@ namespace lumbrine {
 class ReceiverWindow {
 public:
     // Shows nothing until `show`. `target` gets the actions of the buttons; its owner must keep it alive.
-    ReceiverWindow(ReceiverApp& receiverApp, LumbrineActionTarget* _Nonnull target);
+    ReceiverWindow(ReceiverApp& app, LumbrineActionTarget* _Nonnull target);
 
     // Shows the window in front of all others, also those of other applications.
     void show();

@@ -59,8 +59,8 @@ NSView* space() {
 
 } // namespace
 
-ReceiverWindow::ReceiverWindow(ReceiverApp& receiverApp, LumbrineActionTarget* target)
-    : app(receiverApp), frame(makeWindow(app.view().windowTitle)), log(app.view().logHeading) {
+ReceiverWindow::ReceiverWindow(ReceiverApp& app, LumbrineActionTarget* target)
+    : app(app), frame(makeWindow(app.view().windowTitle)), log(app.view().logHeading) {
     arrange(app.view(), target);
 }
 

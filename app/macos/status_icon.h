@@ -16,7 +16,7 @@ namespace lumbrine {
 class StatusIcon {
 public:
     // `target` gets the actions of the menu items; its owner must keep it alive.
-    StatusIcon(ReceiverApp& receiverApp, LumbrineActionTarget* _Nonnull target);
+    StatusIcon(ReceiverApp& app, LumbrineActionTarget* _Nonnull target);
 
     // Draws the current icon and menu, also while the menu is open.
     void draw();

@@ -40,8 +40,8 @@ void show(const MenuItem& item, NSMenuItem* shown) {
 
 } // namespace
 
-StatusIcon::StatusIcon(ReceiverApp& receiverApp, LumbrineActionTarget* target)
-    : app(receiverApp), opening([[LumbrineMenuOpening alloc] initWithOpening:[this] { draw(); }]) {
+StatusIcon::StatusIcon(ReceiverApp& app, LumbrineActionTarget* target)
+    : app(app), opening([[LumbrineMenuOpening alloc] initWithOpening:[this] { draw(); }]) {
     const StatusMenu now = app.menu();
     NSImage* const image = symbolImage(symbolName(now.symbol));
     [image setTemplate:YES];

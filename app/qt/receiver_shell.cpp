@@ -10,15 +10,15 @@
 
 namespace lumbrine {
 
-ReceiverShell::ReceiverShell(ReceiverApp& receiverApp, Runtime& rt, std::function<void()> quit)
-    : app(receiverApp), runtime(rt), quitProgram(std::move(quit)),
+ReceiverShell::ReceiverShell(ReceiverApp& app, Runtime& runtime, std::function<void()> quitProgram)
+    : app(app), runtime(runtime), quitProgram(std::move(quitProgram)),
       window({.act = [this](ScreenAction action) { act(action); },
               .appeared = [this] { windowAppeared(); },
               .closed = [this] { windowClosed(); }}),
       icon([this](ScreenAction action) { act(action); }), statusArea([this] { icon.appear(); }) {
     app.connect({.openWindow = [this] { openWindow(); },
                  .refresh = [this] { refreshSoon(); },
-                 .quit = [this] { quitProgram(); }});
+                 .quit = [this] { this->quitProgram(); }});
     icon.display(app.menu());
 }
 

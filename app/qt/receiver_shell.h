@@ -19,8 +19,8 @@ class ReceiverShell {
 public:
     static constexpr Duration shortestRefresh = seconds(1.0 / 30);
 
-    // Shows nothing yet. `quit` must end the program after the current action has returned.
-    ReceiverShell(ReceiverApp& receiverApp, Runtime& rt, std::function<void()> quit);
+    // Shows nothing yet. `quitProgram` must end the program after the current action has returned.
+    ReceiverShell(ReceiverApp& app, Runtime& runtime, std::function<void()> quitProgram);
     ~ReceiverShell();
     ReceiverShell(const ReceiverShell&) = delete;
     ReceiverShell& operator=(const ReceiverShell&) = delete;

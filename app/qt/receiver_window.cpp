@@ -29,7 +29,9 @@ constexpr int lineSymbol = 18;
 // A symbol in the colour of the text beside it.
 class SymbolLabel final : public QWidget {
 public:
-    SymbolLabel(Symbol drawn, int size, QWidget* parent) : QWidget(parent), symbol(drawn) { setFixedSize(size, size); }
+    SymbolLabel(Symbol symbol, int size, QWidget* parent) : QWidget(parent), symbol(symbol) {
+        setFixedSize(size, size);
+    }
 
 protected:
     void paintEvent(QPaintEvent*) override {
@@ -53,8 +55,8 @@ QLabel* plainLabel(QWidget* parent) {
 
 } // namespace
 
-ReceiverWindow::ReceiverWindow(Listener windowListener)
-    : listener(std::move(windowListener)), heading(plainLabel(this)), proTools(new StatusRow(this)),
+ReceiverWindow::ReceiverWindow(Listener listener)
+    : listener(std::move(listener)), heading(plainLabel(this)), proTools(new StatusRow(this)),
       client(new StatusRow(this)), notice(new NoticeBox(this)), reconnect(makeButton("Alt+R")),
       test(makeButton("Alt+T")), addressTitle(plainLabel(this)), address(plainLabel(this)),
       moves{makeButton("Alt+Shift+Left"), makeButton("Alt+Left"), makeButton("Alt+Right"),

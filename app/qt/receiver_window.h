@@ -24,7 +24,7 @@ public:
         std::function<void()> closed;   // the user has closed, and so hidden, the window
     };
 
-    explicit ReceiverWindow(Listener windowListener);
+    explicit ReceiverWindow(Listener listener);
 
     void display(const ReceiverView& view, const std::vector<std::string>& logLines);
 

@@ -16,7 +16,7 @@ namespace lumbrine {
 class StatusIcon {
 public:
     // Shows nothing until `appear`.
-    explicit StatusIcon(std::function<void(ScreenAction)> act) : listener(std::move(act)) {}
+    explicit StatusIcon(std::function<void(ScreenAction)> listener) : listener(std::move(listener)) {}
 
     // Call once. Without a tray, the icon appears as soon as one does.
     void appear();

@@ -67,7 +67,7 @@ void paintPlay(QPainter& painter, const QColor& colour) {
 // Paints the symbol again for every size, scale and palette, where a QIcon would scale a picture.
 class SymbolEngine : public QIconEngine {
 public:
-    explicit SymbolEngine(Symbol drawn) : symbol(drawn) {}
+    explicit SymbolEngine(Symbol symbol) : symbol(symbol) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;

@@ -32,8 +32,8 @@ std::string numericHost(const AvahiAddress& address, AvahiIfIndex interface) {
 
 class AvahiSearch final : public ServiceSearch, private AvahiSession::User {
 public:
-    AvahiSearch(const std::string& serviceType, std::function<void(const FoundService&)> onFound)
-        : type(withoutFinalDot(serviceType)), found(std::move(onFound)), session(*this) {}
+    AvahiSearch(const std::string& serviceType, std::function<void(const FoundService&)> found)
+        : type(withoutFinalDot(serviceType)), found(std::move(found)), session(*this) {}
 
 private:
     // A pending request for the address of a service that was heard over one interface and protocol.

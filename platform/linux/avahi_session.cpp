@@ -25,7 +25,7 @@ bool AvahiSession::daemonAnswers() {
     return probe != nullptr;
 }
 
-AvahiSession::AvahiSession(User& sessionUser) : user(sessionUser), poll(avahi_threaded_poll_new()) {
+AvahiSession::AvahiSession(User& user) : user(user), poll(avahi_threaded_poll_new()) {
     assert(poll != nullptr);
     // The first client is created from a timer, like every later one, because connecting to the daemon blocks.
     const AvahiPoll* api = avahi_threaded_poll_get(poll);

@@ -28,8 +28,8 @@ public:
     // True when a daemon answers now.
     static bool daemonAnswers();
 
-    // Returns at once and connects in the background. `sessionUser` must outlive the session.
-    explicit AvahiSession(User& sessionUser);
+    // Returns at once and connects in the background. `user` must outlive the session.
+    explicit AvahiSession(User& user);
 
     // Destroys everything that was created from the client. No call follows.
     ~AvahiSession();

@@ -16,8 +16,8 @@ MIDIStatus statusOf(jack_status_t status) {
 
 } // namespace
 
-JackClient::JackClient(Runtime& rt, JackServer& jackServer, std::string clientName, Reviewer changeReviewer)
-    : runtime(rt), server(jackServer), name(std::move(clientName)), reviewer(std::move(changeReviewer)) {}
+JackClient::JackClient(Runtime& runtime, JackServer& server, std::string name, Reviewer reviewer)
+    : runtime(runtime), server(server), name(std::move(name)), reviewer(std::move(reviewer)) {}
 
 JackClient::Pointer JackClient::make(Runtime& rt, JackServer& jackServer, std::string clientName,
                                      Reviewer changeReviewer) {

@@ -58,7 +58,7 @@ public:
     bool review() override { return !reviewer || reviewer(client); }
 
 private:
-    JackClient(Runtime& rt, JackServer& jackServer, std::string clientName, Reviewer changeReviewer);
+    JackClient(Runtime& runtime, JackServer& server, std::string name, Reviewer reviewer);
     ~JackClient() override = default;
 
     static int process(jack_nframes_t frames, void* self);

@@ -29,7 +29,7 @@ enum class Link { absent, made, pending };
 // The state of a connection that the server thread uses. Shared, because it may outlive the connection.
 class Plugs {
 public:
-    explicit Plugs(std::string portName) : name(std::move(portName)) {}
+    explicit Plugs(std::string name) : name(std::move(name)) {}
 
     bool review(jack_client_t* opened) {
         if (opened == nullptr) {
@@ -72,10 +72,10 @@ private:
 
 class JackMIDIConnection final : public MIDIConnection {
 public:
-    JackMIDIConnection(Runtime& runtime, std::shared_ptr<JackServer> jackServer, const std::string& name,
+    JackMIDIConnection(Runtime& runtime, std::shared_ptr<JackServer> server, const std::string& name,
                        std::function<void(ByteView)> incoming)
-        : server(std::move(jackServer)), plugs(std::make_shared<Plugs>(name)),
-          client(JackClient::make(runtime, *server, name + " host",
+        : server(std::move(server)), plugs(std::make_shared<Plugs>(name)),
+          client(JackClient::make(runtime, *this->server, name + " host",
                                   [plugs = plugs](jack_client_t* opened) { return plugs->review(opened); })) {
         plugs->output = client->addOutput(name + " out");
         plugs->input = client->addInput(name + " in", std::move(incoming));
@@ -95,8 +95,8 @@ private:
 
 } // namespace
 
-JackMIDIConnections::JackMIDIConnections(Runtime& rt, std::shared_ptr<JackServer> jackServer)
-    : runtime(rt), server(std::move(jackServer)) {}
+JackMIDIConnections::JackMIDIConnections(Runtime& runtime, std::shared_ptr<JackServer> server)
+    : runtime(runtime), server(std::move(server)) {}
 
 std::unique_ptr<MIDIConnection> JackMIDIConnections::connect(const std::string& portName,
                                                              std::function<void(ByteView)> incoming) {

@@ -13,7 +13,7 @@ namespace lumbrine {
 class JackMIDIConnections final : public MIDIConnections {
 public:
     // All JACK clients of a process share one server object.
-    JackMIDIConnections(Runtime& rt, std::shared_ptr<JackServer> jackServer);
+    JackMIDIConnections(Runtime& runtime, std::shared_ptr<JackServer> server);
 
     // Calls `incoming` with each JACK event as a whole. Never null: without a server, the connection waits for one.
     std::unique_ptr<MIDIConnection> connect(const std::string& portName,

@@ -9,8 +9,8 @@
 
 namespace lumbrine {
 
-JackMIDIServices::JackMIDIServices(Runtime& rt, std::shared_ptr<JackServer> jackServer)
-    : runtime(rt), server(std::move(jackServer)) {}
+JackMIDIServices::JackMIDIServices(Runtime& runtime, std::shared_ptr<JackServer> server)
+    : runtime(runtime), server(std::move(server)) {}
 
 MIDIStatus JackMIDIServices::createClient(const std::string& name, MIDIClientRef& client) {
     if (!sources) {

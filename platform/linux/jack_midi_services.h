@@ -21,7 +21,7 @@ namespace lumbrine {
 class JackMIDIServices final : public MIDIServices {
 public:
     // All JACK clients of a process share one server object.
-    JackMIDIServices(Runtime& rt, std::shared_ptr<JackServer> jackServer);
+    JackMIDIServices(Runtime& runtime, std::shared_ptr<JackServer> server);
 
     // Creation calls: one thread at a time. They return JACK's status, or -EINVAL for an invalid client.
     MIDIStatus createClient(const std::string& name, MIDIClientRef& client) override;

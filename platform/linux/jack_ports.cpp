@@ -21,8 +21,8 @@ bool JackPort::isConnectedTo(const std::string& otherFullName) const {
     return jack_port_connected_to(port, otherFullName.c_str()) != 0;
 }
 
-JackOutput::JackOutput(Runtime& runtime, std::string portName, const std::atomic<bool>& live)
-    : JackPort(std::move(portName), JackPortIsOutput), serverIsThere(live), mutex(runtime, Nesting::inBackEnd),
+JackOutput::JackOutput(Runtime& runtime, std::string portName, const std::atomic<bool>& serverIsThere)
+    : JackPort(std::move(portName), JackPortIsOutput), serverIsThere(serverIsThere), mutex(runtime, Nesting::inBackEnd),
       ring(jackPortCapacity) {}
 
 void JackOutput::send(ByteView event) {
@@ -53,8 +53,8 @@ void JackOutput::forget() {
     ring.clear();
 }
 
-JackInput::JackInput(std::string portName, std::function<void(ByteView)> eventReader, std::function<void()> portIsBack)
-    : JackPort(std::move(portName), JackPortIsInput), read(std::move(eventReader)), isBack(std::move(portIsBack)),
+JackInput::JackInput(std::string portName, std::function<void(ByteView)> read, std::function<void()> isBack)
+    : JackPort(std::move(portName), JackPortIsInput), read(std::move(read)), isBack(std::move(isBack)),
       ring(jackPortCapacity) {}
 
 bool JackInput::process(jack_nframes_t frames) {

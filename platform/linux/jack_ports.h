@@ -21,7 +21,7 @@ inline constexpr std::size_t jackPortCapacity = std::size_t{256} * 1024;
 
 class JackPort {
 public:
-    JackPort(std::string portName, unsigned long portFlags) : name(std::move(portName)), flags(portFlags) {}
+    JackPort(std::string name, unsigned long flags) : name(std::move(name)), flags(flags) {}
     virtual ~JackPort() = default;
     JackPort(const JackPort&) = delete;
     JackPort& operator=(const JackPort&) = delete;
@@ -62,8 +62,8 @@ private:
 // Sends from this program to the connected ports.
 class JackOutput final : public JackPort {
 public:
-    // `live` is true while there is a server.
-    JackOutput(Runtime& runtime, std::string portName, const std::atomic<bool>& live);
+    // `serverIsThere` is true while there is a server.
+    JackOutput(Runtime& runtime, std::string portName, const std::atomic<bool>& serverIsThere);
 
     // Sends one event. Events leave in the order of the calls. Never waits for JACK: without a server the event is
     // dropped; when the ring is full it is dropped and counted. Any thread.
@@ -84,9 +84,9 @@ private:
 // Receives from the connected ports.
 class JackInput final : public JackPort {
 public:
-    // Calls `eventReader` with each event, and `portIsBack` before the first event after a restart of the server, both
-    // on the client's receive thread.
-    JackInput(std::string portName, std::function<void(ByteView event)> eventReader, std::function<void()> portIsBack);
+    // Calls `read` with each event, and `isBack` before the first event after a restart of the server, both on the
+    // client's receive thread.
+    JackInput(std::string portName, std::function<void(ByteView event)> read, std::function<void()> isBack);
 
     bool process(jack_nframes_t frames) override;
     void deliver(std::span<std::uint8_t> scratch) override;

@@ -34,7 +34,7 @@ std::shared_ptr<JackServer> JackServer::start(Runtime& rt) {
     return {server.get(), [server](JackServer* ending) { ending->end(); }};
 }
 
-JackServer::JackServer(Runtime& rt) : runtime(rt), mutex(rt) {
+JackServer::JackServer(Runtime& runtime) : runtime(runtime), mutex(runtime) {
     silenceLibrary();
 }
 

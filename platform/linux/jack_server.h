@@ -95,7 +95,7 @@ private:
         Bell done;
     };
 
-    explicit JackServer(Runtime& rt);
+    explicit JackServer(Runtime& runtime);
 
     void post(std::shared_ptr<Job> job);
     void end();

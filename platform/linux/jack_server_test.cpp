@@ -32,7 +32,7 @@ private:
 
 class FakeClient final : public JackServer::Client {
 public:
-    FakeClient(std::string clientName, Calls& noted) : name(std::move(clientName)), calls(noted) {}
+    FakeClient(std::string name, Calls& calls) : name(std::move(name)), calls(calls) {}
 
     MIDIStatus open() override {
         calls.note(name + " opens");

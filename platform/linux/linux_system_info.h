@@ -13,7 +13,7 @@ public:
     LinuxSystemInfo() = default;
 
     // For tests: reads this file instead of /etc/machine-info.
-    explicit LinuxSystemInfo(std::string machineInfoFile) : machineInfo(std::move(machineInfoFile)) {}
+    explicit LinuxSystemInfo(std::string machineInfo) : machineInfo(std::move(machineInfo)) {}
 
     std::optional<std::string> environment(const std::string& name) const override;
     std::vector<std::string> preferredLanguages() const override;

@@ -16,7 +16,7 @@ namespace {
 
 class AbsentMIDIServices final : public MIDIServices {
 public:
-    explicit AbsentMIDIServices(MIDIStatus why) : status(why) {}
+    explicit AbsentMIDIServices(MIDIStatus status) : status(status) {}
 
     MIDIStatus createClient(const std::string&, MIDIClientRef&) override { return status; }
     MIDIStatus createSource(MIDIClientRef, const std::string&, MIDIEndpointRef&) override { return status; }
@@ -33,7 +33,8 @@ private:
 // Chooses the services as soon as the JACK server has answered or its time is over. Main thread.
 class Choice {
 public:
-    Choice(Runtime& rt, Task whenFound) : runtime(rt), found(std::move(whenFound)), jack(JackServer::start(rt)) {}
+    Choice(Runtime& runtime, Task found)
+        : runtime(runtime), found(std::move(found)), jack(JackServer::start(runtime)) {}
 
     static std::shared_ptr<Choice> begin(Runtime& runtime, Task whenFound) {
         const auto choice = std::make_shared<Choice>(runtime, std::move(whenFound));
@@ -74,7 +75,7 @@ private:
 
 class ChosenMIDIServices final : public MIDIServices {
 public:
-    explicit ChosenMIDIServices(std::shared_ptr<Choice> begun) : choice(std::move(begun)) {}
+    explicit ChosenMIDIServices(std::shared_ptr<Choice> choice) : choice(std::move(choice)) {}
 
     MIDIStatus createClient(const std::string& name, MIDIClientRef& client) override {
         return choice->made().createClient(name, client);

@@ -24,10 +24,9 @@ std::optional<unsigned> findPort(RtMidi& object, const std::string& shortName) {
 class RtMidiConnection final : public MIDIConnection {
 public:
     // Throws RtMidiError.
-    RtMidiConnection(Runtime& runtime, RtMidiSystem system, std::string portName,
-                     std::function<void(ByteView)> receiver)
-        : name(std::move(portName)), incoming(std::move(receiver)), mutex(runtime),
-          in(apiOf(system), name + " host in"), out(apiOf(system), name + " host out") {
+    RtMidiConnection(Runtime& runtime, RtMidiSystem system, std::string name, std::function<void(ByteView)> incoming)
+        : name(std::move(name)), incoming(std::move(incoming)), mutex(runtime),
+          in(apiOf(system), this->name + " host in"), out(apiOf(system), this->name + " host out") {
         errors.listenTo(in);
         errors.listenTo(out);
         in.ignoreTypes(false, false, false);
@@ -88,7 +87,7 @@ private:
 
 } // namespace
 
-RtMidiConnections::RtMidiConnections(Runtime& rt, RtMidiSystem midiSystem) : runtime(rt), system(midiSystem) {}
+RtMidiConnections::RtMidiConnections(Runtime& runtime, RtMidiSystem system) : runtime(runtime), system(system) {}
 
 std::unique_ptr<MIDIConnection> RtMidiConnections::connect(const std::string& portName,
                                                            std::function<void(ByteView)> incoming) {

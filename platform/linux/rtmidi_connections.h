@@ -12,7 +12,7 @@ namespace lumbrine {
 // RtMidi does not report when ports appear or disappear, so each connection looks for them once a second.
 class RtMidiConnections final : public MIDIConnections {
 public:
-    explicit RtMidiConnections(Runtime& rt, RtMidiSystem midiSystem = RtMidiSystem::alsa);
+    explicit RtMidiConnections(Runtime& runtime, RtMidiSystem system = RtMidiSystem::alsa);
 
     // Null when the system cannot be opened.
     std::unique_ptr<MIDIConnection> connect(const std::string& portName,

@@ -34,8 +34,8 @@ private:
 
 class RtMidiServices::Destination {
 public:
-    Destination(RtMidiSystem system, const std::string& client, MIDIReadBlock reader)
-        : read(std::move(reader)), in(apiOf(system), client) {
+    Destination(RtMidiSystem system, const std::string& client, MIDIReadBlock read)
+        : read(std::move(read)), in(apiOf(system), client) {
         errors.listenTo(in);
         in.ignoreTypes(false, false, false);
         in.setCallback(
@@ -56,7 +56,7 @@ private:
     RtMidiIn in;
 };
 
-RtMidiServices::RtMidiServices(Runtime& rt, RtMidiSystem midiSystem) : runtime(rt), system(midiSystem) {}
+RtMidiServices::RtMidiServices(Runtime& runtime, RtMidiSystem system) : runtime(runtime), system(system) {}
 
 RtMidiServices::~RtMidiServices() = default;
 

@@ -18,7 +18,7 @@ enum class RtMidiSystem { alsa, jack };
 
 class RtMidiServices final : public MIDIServices {
 public:
-    explicit RtMidiServices(Runtime& rt, RtMidiSystem midiSystem = RtMidiSystem::alsa);
+    explicit RtMidiServices(Runtime& runtime, RtMidiSystem system = RtMidiSystem::alsa);
     ~RtMidiServices() override;
 
     // True when ALSA's sequencer can be opened.

@@ -128,7 +128,7 @@ using Values = std::map<std::string, std::string>;
 
 class Variables final : public SystemInfo {
 public:
-    explicit Variables(Values all) : variables(std::move(all)) {}
+    explicit Variables(Values variables) : variables(std::move(variables)) {}
     std::optional<std::string> environment(const std::string& name) const override {
         const auto found = variables.find(name);
         return found == variables.end() ? std::nullopt : std::optional(found->second);

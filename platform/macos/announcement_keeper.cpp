@@ -5,9 +5,9 @@
 
 namespace lumbrine {
 
-AnnouncementKeeper::AnnouncementKeeper(Runtime& rt, BeginAnnouncement beginAttempt, AdvertisedService announced,
-                                       std::function<void(int code)> refusedReport)
-    : runtime(rt), begin(std::move(beginAttempt)), service(std::move(announced)), refused(std::move(refusedReport)) {}
+AnnouncementKeeper::AnnouncementKeeper(Runtime& runtime, BeginAnnouncement begin, AdvertisedService service,
+                                       std::function<void(int code)> refused)
+    : runtime(runtime), begin(std::move(begin)), service(std::move(service)), refused(std::move(refused)) {}
 
 void AnnouncementKeeper::start() {
     attemptNow();

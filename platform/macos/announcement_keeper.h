@@ -35,10 +35,10 @@ public:
     static constexpr Duration afterFirstFailure = seconds(5);
     static constexpr Duration longestWait = seconds(60);
 
-    // `refusedReport` is called with the first error and whenever the code changes. After a successful announcement,
+    // `refused` is called with the first error and whenever the code changes. After a successful announcement,
     // the next error is reported again, whatever its code.
-    AnnouncementKeeper(Runtime& rt, BeginAnnouncement beginAttempt, AdvertisedService announced,
-                       std::function<void(int code)> refusedReport);
+    AnnouncementKeeper(Runtime& runtime, BeginAnnouncement begin, AdvertisedService service,
+                       std::function<void(int code)> refused);
 
     // Begins the first attempt. The keeper must be owned by a shared_ptr.
     void start();

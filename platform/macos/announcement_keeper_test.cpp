@@ -9,10 +9,10 @@ constexpr int collision = -72001;
 
 // Plays the system: records what is announced, and lets the test send reports.
 struct FakeSystem {
-    explicit FakeSystem(Runtime& rt) : runtime(rt) {}
+    explicit FakeSystem(Runtime& runtime) : runtime(runtime) {}
 
     struct Attempt final : AnnouncementAttempt {
-        explicit Attempt(FakeSystem& owner) : system(owner) { ++system.announced; }
+        explicit Attempt(FakeSystem& system) : system(system) { ++system.announced; }
         ~Attempt() override { --system.announced; }
         FakeSystem& system;
     };

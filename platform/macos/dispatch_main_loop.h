@@ -13,8 +13,8 @@ namespace lumbrine {
 // process; jobs posted after the event loop has ended never run.
 class DispatchMainLoop final : public MainLoop {
 public:
-    // `endEventLoop` makes the application's event loop return. It is called on the main thread.
-    explicit DispatchMainLoop(std::function<void()> endEventLoop) : end(std::move(endEventLoop)) {}
+    // `end` makes the application's event loop return. It is called on the main thread.
+    explicit DispatchMainLoop(std::function<void()> end) : end(std::move(end)) {}
 
     bool onMain() const override;
     void post(Task task) override;

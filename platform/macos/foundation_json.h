@@ -13,7 +13,7 @@ public:
     // The most levels of nesting in a document. Those of the scripting service have at most five.
     static constexpr int deepest = 100;
 
-    explicit FoundationJSON(Bilingual bilingual) : text(bilingual) {}
+    explicit FoundationJSON(Bilingual text) : text(text) {}
 
     std::expected<std::string, JSONError> serialise(const JSONValue::Object& object) override;
     std::expected<JSONValue, JSONError> parse(std::string_view document) override;

@@ -10,7 +10,7 @@ namespace lumbrine {
 // systems; there, isEnabled returns false and registering fails.
 class MainAppLoginService final : public LoginService {
 public:
-    explicit MainAppLoginService(Bilingual bilingual) : text(bilingual) {}
+    explicit MainAppLoginService(Bilingual text) : text(text) {}
 
     // False as long as the user has not approved the application in the system settings.
     bool isEnabled() override;

@@ -14,7 +14,7 @@ namespace lumbrine {
 // Main thread; its event loop delivers the system's reports. When a name is taken, the system appends a number.
 class NetServiceAdvertiser final : public ServiceAdvertiser {
 public:
-    explicit NetServiceAdvertiser(Runtime& rt) : runtime(rt) {}
+    explicit NetServiceAdvertiser(Runtime& runtime) : runtime(runtime) {}
 
     // Called with the code of each new failure (AnnouncementKeeper says which are new; announcement_failure.h has the
     // text for a code). Set it before the first `publish`.

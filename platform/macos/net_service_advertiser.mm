@@ -67,7 +67,7 @@ private:
 
 class KeptAdvertisement final : public Advertisement {
 public:
-    explicit KeptAdvertisement(std::shared_ptr<AnnouncementKeeper> shared) : keeper(std::move(shared)) {}
+    explicit KeptAdvertisement(std::shared_ptr<AnnouncementKeeper> keeper) : keeper(std::move(keeper)) {}
     ~KeptAdvertisement() override { keeper->end(); }
 
 private:

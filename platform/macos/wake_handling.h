@@ -24,7 +24,7 @@ public:
     // The times after waking at which the address is read. A network may come back after some seconds.
     static constexpr std::array<Duration, 5> looks{Duration::zero(), seconds(1), seconds(3), seconds(10), seconds(30)};
 
-    WakeHandling(Runtime& rt, Actions wakeActions) : runtime(rt), actions(std::move(wakeActions)) {}
+    WakeHandling(Runtime& runtime, Actions actions) : runtime(runtime), actions(std::move(actions)) {}
 
     // Cancels the remaining looks.
     void willSleep();

@@ -11,7 +11,7 @@ public:
     // The most levels of nesting in a document. Those of the scripting service have at most five.
     static constexpr int deepest = 100;
 
-    explicit NlohmannJSON(Bilingual bilingual) : text(bilingual) {}
+    explicit NlohmannJSON(Bilingual text) : text(text) {}
 
     std::expected<std::string, JSONError> serialise(const JSONValue::Object& object) override;
     std::expected<JSONValue, JSONError> parse(std::string_view document) override;

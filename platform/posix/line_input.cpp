@@ -12,8 +12,8 @@
 
 namespace lumbrine {
 
-LineInput::LineInput(int fileDescriptor, std::function<void(std::string)> line)
-    : input(fileDescriptor), callback(std::move(line)) {
+LineInput::LineInput(int fileDescriptor, std::function<void(std::string)> callback)
+    : input(fileDescriptor), callback(std::move(callback)) {
     if (pipe(wakePipe) != 0) return; // out of descriptors: without a way to end the thread, do not start it
     for (const int end : wakePipe)
         fcntl(end, F_SETFD, FD_CLOEXEC);

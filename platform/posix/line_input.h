@@ -9,12 +9,12 @@ namespace lumbrine {
 
 class LineInput {
 public:
-    // Calls `line` on the reader's thread with each line, without its newline. Text after the last newline counts as a
-    // line. Reading ends at the end of the input. The caller keeps the descriptor open; nothing else may read from it
-    // while this object lives.
-    LineInput(int fileDescriptor, std::function<void(std::string)> line);
+    // Calls `callback` on the reader's thread with each line, without its newline. Text after the last newline counts
+    // as a line. Reading ends at the end of the input. The caller keeps the descriptor open; nothing else may read from
+    // it while this object lives.
+    LineInput(int fileDescriptor, std::function<void(std::string)> callback);
 
-    // Ends the reading; no call follows. Must not be called from `line`.
+    // Ends the reading; no call follows. Must not be called from `callback`.
     ~LineInput();
 
     LineInput(const LineInput&) = delete;

@@ -21,9 +21,9 @@ OwnThread::~OwnThread() {
     }
 }
 
-OwnThreadQueue::OwnThreadQueue(std::string queueLabel, const std::atomic<bool>& stopping)
-    : name(std::move(queueLabel)), jobs(&stopping), thread([this] {
-          nameThisThread(std::string_view(name).substr(name.rfind('.') + 1));
+OwnThreadQueue::OwnThreadQueue(std::string name, const std::atomic<bool>& stopping)
+    : name(std::move(name)), jobs(&stopping), thread([this] {
+          nameThisThread(std::string_view(this->name).substr(this->name.rfind('.') + 1));
           jobs.run();
       }) {}
 

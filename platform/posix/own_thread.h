@@ -27,7 +27,7 @@ private:
 class OwnThreadQueue final : public SerialQueue {
 public:
     // Once `stopping` is true, no further job begins. `stopping` must outlive the queue.
-    OwnThreadQueue(std::string queueLabel, const std::atomic<bool>& stopping);
+    OwnThreadQueue(std::string name, const std::atomic<bool>& stopping);
     ~OwnThreadQueue() override;
 
     void post(Task task) override;

@@ -27,7 +27,7 @@ const std::string ipv6Loopback = "::1";
 // A socket bound to a free port, and one datagram at a time out of it.
 class BoundSocket {
 public:
-    explicit BoundSocket(PosixDatagramSockets& system) : sockets(system), fd(system.open()) {
+    explicit BoundSocket(PosixDatagramSockets& sockets) : sockets(sockets), fd(sockets.open()) {
         EXPECT_GE(fd, 0);
         EXPECT_EQ(sockets.setReuseAddress(fd), 0);
         EXPECT_EQ(sockets.setDualStack(fd), 0);

@@ -7,8 +7,7 @@
 
 namespace lumbrine {
 
-RealRuntime::RealRuntime(MainLoop& mainLoop)
-    : loop(mainLoop), delays(std::make_unique<OwnThreadQueue>("delays", stopping)) {}
+RealRuntime::RealRuntime(MainLoop& loop) : loop(loop), delays(std::make_unique<OwnThreadQueue>("delays", stopping)) {}
 
 RealRuntime::~RealRuntime() {
     shutDown();
@@ -48,7 +47,7 @@ void RealRuntime::postMainAfter(Duration delay, Task task) {
 
 // Shared between the caller and the job, because the job may still be in the main queue when the caller has given up.
 struct RealRuntime::Hop {
-    explicit Hop(Task hopJob) : job(std::move(hopJob)) {}
+    explicit Hop(Task job) : job(std::move(job)) {}
 
     Task job;
     enum class State { waiting, running, done, abandoned } state = State::waiting;

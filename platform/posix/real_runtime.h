@@ -22,7 +22,7 @@ namespace lumbrine {
 class RealRuntime final : public Runtime {
 public:
     // The loop must outlive the runtime.
-    explicit RealRuntime(MainLoop& mainLoop);
+    explicit RealRuntime(MainLoop& loop);
     ~RealRuntime() override;
 
     // Begins the end of the program. From now on sleeps return at once, syncMain returns without running its function,

@@ -13,8 +13,8 @@ namespace {
 // Shared by the timer object and by the posted tick, so it lives until both are gone.
 class Repetition : public std::enable_shared_from_this<Repetition> {
 public:
-    Repetition(std::function<void(TimePoint, Task)> postToLoop, Duration timerInterval, std::function<void()> timerTick)
-        : postAt(std::move(postToLoop)), interval(std::max(timerInterval, Duration{1})), tick(std::move(timerTick)),
+    Repetition(std::function<void(TimePoint, Task)> postAt, Duration timerInterval, std::function<void()> tick)
+        : postAt(std::move(postAt)), interval(std::max(timerInterval, Duration{1})), tick(std::move(tick)),
           due(TimedJobs::now()) {}
 
     // Posts the next tick for the first multiple of the interval in the future, so that late ticks do not pile up.
@@ -41,7 +41,7 @@ private:
 
 class LoopTimer final : public RepeatingTimer {
 public:
-    explicit LoopTimer(std::shared_ptr<Repetition> shared) : repetition(std::move(shared)) {}
+    explicit LoopTimer(std::shared_ptr<Repetition> repetition) : repetition(std::move(repetition)) {}
     ~LoopTimer() override { repetition->end(); }
 
 private:

@@ -19,7 +19,7 @@ sigset_t terminationSet() {
 
 } // namespace
 
-TerminationSignals::TerminationSignals(std::function<void()> arrived) : callback(std::move(arrived)) {
+TerminationSignals::TerminationSignals(std::function<void()> callback) : callback(std::move(callback)) {
     const sigset_t set = terminationSet();
     pthread_sigmask(SIG_BLOCK, &set, nullptr);
     thread = std::thread([this] { wait(); });

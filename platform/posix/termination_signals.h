@@ -11,11 +11,11 @@ namespace lumbrine {
 // that. The signals stay blocked after its destruction, so that a late signal does not kill a program that is ending.
 class TerminationSignals {
 public:
-    // Calls `arrived` for each signal, on a thread for this purpose. The callback may call anything, for example
+    // Calls `callback` for each signal, on a thread for this purpose. The callback may call anything, for example
     // RunLoop::stop; it is not a signal handler.
-    explicit TerminationSignals(std::function<void()> arrived);
+    explicit TerminationSignals(std::function<void()> callback);
 
-    // No call follows. Must not be called from `arrived`.
+    // No call follows. Must not be called from `callback`.
     ~TerminationSignals();
 
     TerminationSignals(const TerminationSignals&) = delete;

@@ -17,9 +17,9 @@ namespace lumbrine {
 // allocates nothing once the queue has reached its usual length. While no job is due, the thread sleeps.
 class TimedJobs {
 public:
-    // While `dropping` is true, jobs are dropped instead of run; null means never. It must outlive this object.
-    explicit TimedJobs(const std::atomic<bool>* dropping = nullptr, TimerOrder timerOrder = TimerOrder::whenSeen)
-        : dropsAll(dropping), order(timerOrder) {}
+    // While `dropsAll` is true, jobs are dropped instead of run; null means never. It must outlive this object.
+    explicit TimedJobs(const std::atomic<bool>* dropsAll = nullptr, TimerOrder order = TimerOrder::whenSeen)
+        : dropsAll(dropsAll), order(order) {}
 
     static TimePoint now();
 

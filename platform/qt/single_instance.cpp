@@ -88,7 +88,7 @@ bool SingleInstance::handOver() {
 
 class BusPresence::Object final : public QDBusVirtualObject {
 public:
-    explicit Object(std::function<void()> raise) : callback(std::move(raise)) {}
+    explicit Object(std::function<void()> callback) : callback(std::move(callback)) {}
 
     QString introspect(const QString&) const override {
         return QStringLiteral("<interface name=\"org.freedesktop.Application\">"
@@ -110,8 +110,8 @@ private:
     const std::function<void()> callback;
 };
 
-BusPresence::BusPresence(const QString& identifier, std::function<void()> raise)
-    : name(identifier), object(std::make_unique<Object>(std::move(raise))) {
+BusPresence::BusPresence(const QString& name, std::function<void()> raise)
+    : name(name), object(std::make_unique<Object>(std::move(raise))) {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
     bus.registerVirtualObject("/" + QString(name).replace('.', '/'), object.get());

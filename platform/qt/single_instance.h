@@ -41,7 +41,7 @@ private:
 // (org.freedesktop.Application). Without a bus it does nothing.
 class BusPresence {
 public:
-    BusPresence(const QString& identifier, std::function<void()> raise);
+    BusPresence(const QString& name, std::function<void()> raise);
     ~BusPresence();
     BusPresence(const BusPresence&) = delete;
     BusPresence& operator=(const BusPresence&) = delete;

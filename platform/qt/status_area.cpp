@@ -78,7 +78,7 @@ private:
     QTimer* const timer = new QTimer;
 };
 
-StatusAreaWait::StatusAreaWait(std::function<void()> over) : callback(std::move(over)) {
+StatusAreaWait::StatusAreaWait(std::function<void()> callback) : callback(std::move(callback)) {
     if (!QDBusConnection::sessionBus().isConnected() || isThere()) {
         end();
     } else {

@@ -12,14 +12,14 @@ class StatusAreaWait {
 public:
     static constexpr int longestMs = 15'000; // after that, the desktop counts as having none for now
 
-    // Calls `over` once. Calls it at once when there is a status area, and when there is no message bus on which one
-    // could appear; otherwise as soon as one appears or the time is up.
-    explicit StatusAreaWait(std::function<void()> over);
+    // Calls `callback` once. Calls it at once when there is a status area, and when there is no message bus on which
+    // one could appear; otherwise as soon as one appears or the time is up.
+    explicit StatusAreaWait(std::function<void()> callback);
     ~StatusAreaWait();
     StatusAreaWait(const StatusAreaWait&) = delete;
     StatusAreaWait& operator=(const StatusAreaWait&) = delete;
 
-    // Stops waiting. Calls `over` if that has not happened yet.
+    // Stops waiting. Calls `callback` if that has not happened yet.
     void end();
 
 private:

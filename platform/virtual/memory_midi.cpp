@@ -8,8 +8,8 @@ namespace lumbrine {
 
 class MemoryMIDI::Connection final : public MIDIConnection {
 public:
-    Connection(std::shared_ptr<Hub> midiHub, std::string portName, std::function<void(ByteView)> incoming)
-        : hub(std::move(midiHub)), name(std::move(portName)), listener(hub->listen(name, std::move(incoming))) {}
+    Connection(std::shared_ptr<Hub> hub, std::string name, std::function<void(ByteView)> incoming)
+        : hub(std::move(hub)), name(std::move(name)), listener(this->hub->listen(this->name, std::move(incoming))) {}
 
     ~Connection() override { hub->stopListening(name, listener); }
 

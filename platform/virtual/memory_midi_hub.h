@@ -19,7 +19,7 @@ public:
         bool inCallback = false;
     };
 
-    Hub(Runtime& rt, Duration deliveryLatency) : runtime(rt), latency(deliveryLatency), lock(rt, Nesting::inBackEnd) {}
+    Hub(Runtime& runtime, Duration latency) : runtime(runtime), latency(latency), lock(runtime, Nesting::inBackEnd) {}
 
     void fail(Call call, MIDIStatus status);
     MIDIStatus createClient(MIDIClientRef& client);

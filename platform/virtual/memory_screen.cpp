@@ -7,8 +7,8 @@ namespace lumbrine {
 
 class MemoryScreen::Hold final : public AccessibleElement {
 public:
-    Hold(Element held, std::shared_ptr<HandleCount> handleCount) : element(held), count(std::move(handleCount)) {
-        ++*count;
+    Hold(Element element, std::shared_ptr<HandleCount> count) : element(element), count(std::move(count)) {
+        ++*this->count;
     }
     ~Hold() override { --*count; }
     Hold(const Hold&) = delete;

@@ -33,7 +33,7 @@ public:
         std::uint64_t pointsLeft = 0;  // how many switching points it passes after that time before it pauses
     };
 
-    Standstills(std::uint64_t seed, Standstill kind) : how(std::move(kind)), draws(seed) {}
+    Standstills(std::uint64_t seed, Standstill how) : how(std::move(how)), draws(seed) {}
 
     // Called at each switching point of a thread. Returns how long the thread pauses here; absent when it goes on.
     std::optional<Duration> at(TimePoint now, std::string_view threadName, Pace& pace);

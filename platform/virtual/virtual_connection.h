@@ -19,7 +19,7 @@ struct VirtualConnection {
         std::size_t received = 0;
     };
 
-    explicit VirtualConnection(VirtualRuntime& rt) : runtime(rt), changed(rt.makeSignal()) {}
+    explicit VirtualConnection(VirtualRuntime& runtime) : runtime(runtime), changed(runtime.makeSignal()) {}
 
     // Schedules bytes for the near end, never before those that are already on their way.
     void arrive(Bytes bytes, Duration delay) {

@@ -13,8 +13,8 @@ constexpr std::size_t largestDatagram = 65507; // bytes of UDP payload: 65535 le
 
 } // namespace
 
-VirtualNetwork::Host::Host(VirtualNetwork& virtualNetwork, std::string hostAddress)
-    : network(virtualNetwork), address(std::move(hostAddress)) {}
+VirtualNetwork::Host::Host(VirtualNetwork& network, std::string address)
+    : network(network), address(std::move(address)) {}
 
 void VirtualNetwork::Host::fail(Call call, int error) {
     failures[static_cast<std::size_t>(call)] = error;

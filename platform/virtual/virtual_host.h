@@ -15,7 +15,7 @@ namespace lumbrine {
 
 class VirtualNetwork::Host final : public DatagramSockets {
 public:
-    Host(VirtualNetwork& virtualNetwork, std::string hostAddress);
+    Host(VirtualNetwork& network, std::string address);
 
     void fail(Call call, int error);
     void cutOff(bool isCutOff) { reachable = !isCutOff; }

@@ -14,7 +14,7 @@ struct VirtualMainQueue::Repetition {
 
 class VirtualMainQueue::Timer final : public RepeatingTimer {
 public:
-    explicit Timer(std::shared_ptr<Repetition> shared) : repetition(std::move(shared)) {}
+    explicit Timer(std::shared_ptr<Repetition> repetition) : repetition(std::move(repetition)) {}
     ~Timer() override { repetition->wanted = false; }
 
 private:

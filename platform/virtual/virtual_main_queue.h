@@ -13,8 +13,7 @@ namespace lumbrine {
 
 class VirtualMainQueue final : private VirtualScheduler::Sink {
 public:
-    VirtualMainQueue(VirtualScheduler& virtualScheduler, TimerOrder timerOrder)
-        : scheduler(virtualScheduler), order(timerOrder) {}
+    VirtualMainQueue(VirtualScheduler& scheduler, TimerOrder order) : scheduler(scheduler), order(order) {}
 
     // Jobs posted after the scheduler has stopped are dropped.
     void post(Task task);

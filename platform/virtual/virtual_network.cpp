@@ -7,7 +7,7 @@
 
 namespace lumbrine {
 
-VirtualNetwork::VirtualNetwork(VirtualRuntime& rt) : runtime(rt) {}
+VirtualNetwork::VirtualNetwork(VirtualRuntime& runtime) : runtime(runtime) {}
 
 VirtualNetwork::~VirtualNetwork() = default;
 

@@ -24,7 +24,7 @@ public:
         Duration detour = Duration::zero(); // the longest extra delay, on top of latency and jitter
     };
 
-    explicit VirtualNetwork(VirtualRuntime& rt);
+    explicit VirtualNetwork(VirtualRuntime& runtime);
     ~VirtualNetwork();
 
     // Sets the faults for datagrams that are sent from now on.

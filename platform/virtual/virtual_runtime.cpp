@@ -14,7 +14,7 @@ namespace lumbrine {
 // The state of all mutexes. A Mutex itself has none in virtual time: this object and the threads record what is held.
 class VirtualRuntime::Locks final : public Runtime::LockHooks {
 public:
-    explicit Locks(VirtualScheduler& virtualScheduler) : scheduler(virtualScheduler) {}
+    explicit Locks(VirtualScheduler& scheduler) : scheduler(scheduler) {}
 
     void lock(Mutex& mutex) override {
         VirtualThread& self = scheduler.self();
@@ -57,7 +57,7 @@ private:
 
 class VirtualRuntime::Background final : public VirtualScheduler::Sink {
 public:
-    explicit Background(VirtualScheduler& virtualScheduler) : scheduler(virtualScheduler) {}
+    explicit Background(VirtualScheduler& scheduler) : scheduler(scheduler) {}
     void accept(Task task) override { scheduler.launch({}, std::move(task), false); }
 
 private:
@@ -68,7 +68,7 @@ namespace {
 
 class VirtualSignal final : public VirtualRuntime::Signal {
 public:
-    explicit VirtualSignal(VirtualScheduler& virtualScheduler) : scheduler(virtualScheduler) {}
+    explicit VirtualSignal(VirtualScheduler& scheduler) : scheduler(scheduler) {}
 
     bool wait(std::string_view what, std::optional<TimePoint> deadline) override {
         scheduler.expectNoMutexHeld("waits for a signal");

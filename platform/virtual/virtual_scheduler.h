@@ -103,8 +103,8 @@ public:
     // two runs never pauses.
     class MainAtWork {
     public:
-        explicit MainAtWork(VirtualScheduler& virtualScheduler)
-            : scheduler(virtualScheduler), before(std::exchange(virtualScheduler.mainWorks, true)) {}
+        explicit MainAtWork(VirtualScheduler& scheduler)
+            : scheduler(scheduler), before(std::exchange(scheduler.mainWorks, true)) {}
         ~MainAtWork() { scheduler.mainWorks = before; }
         MainAtWork(const MainAtWork&) = delete;
         MainAtWork& operator=(const MainAtWork&) = delete;

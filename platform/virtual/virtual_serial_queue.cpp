@@ -2,8 +2,8 @@
 
 namespace lumbrine {
 
-VirtualSerialQueue::VirtualSerialQueue(VirtualScheduler& virtualScheduler, std::string queueLabel)
-    : scheduler(virtualScheduler), name(std::move(queueLabel)) {}
+VirtualSerialQueue::VirtualSerialQueue(VirtualScheduler& scheduler, std::string name)
+    : scheduler(scheduler), name(std::move(name)) {}
 
 VirtualSerialQueue::~VirtualSerialQueue() {
     if (runner == &scheduler.self()) scheduler.fail("the queue " + name + " is destroyed from one of its own jobs");
@@ -48,8 +48,8 @@ void VirtualSerialQueue::runAll() {
         scheduler.wake(*waiting);
 }
 
-VirtualNamedThread::VirtualNamedThread(VirtualScheduler& virtualScheduler, const std::string& name, Task body)
-    : scheduler(virtualScheduler), course(std::make_shared<Course>()) {
+VirtualNamedThread::VirtualNamedThread(VirtualScheduler& scheduler, const std::string& name, Task body)
+    : scheduler(scheduler), course(std::make_shared<Course>()) {
     course->body = std::move(body);
     scheduler.launch(
         name,

@@ -13,7 +13,7 @@ namespace lumbrine {
 
 class VirtualSerialQueue final : public SerialQueue, private VirtualScheduler::Sink {
 public:
-    VirtualSerialQueue(VirtualScheduler& virtualScheduler, std::string queueLabel);
+    VirtualSerialQueue(VirtualScheduler& scheduler, std::string name);
     ~VirtualSerialQueue() override;
 
     void post(Task task) override;
@@ -34,7 +34,7 @@ private:
 
 class VirtualNamedThread final : public Thread {
 public:
-    VirtualNamedThread(VirtualScheduler& virtualScheduler, const std::string& name, Task body);
+    VirtualNamedThread(VirtualScheduler& scheduler, const std::string& name, Task body);
     ~VirtualNamedThread() override;
 
 private:

@@ -20,7 +20,7 @@ std::optional<TimePoint> deadlineAfter(const VirtualRuntime& runtime, std::optio
 
 } // namespace
 
-VirtualStreams::VirtualStreams(VirtualRuntime& rt) : runtime(rt) {}
+VirtualStreams::VirtualStreams(VirtualRuntime& runtime) : runtime(runtime) {}
 
 VirtualStreams::~VirtualStreams() = default;
 

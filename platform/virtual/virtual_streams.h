@@ -3,7 +3,7 @@
 //
 //     class Echo : public StreamPeer {
 //     public:
-//         explicit Echo(VirtualLine l) : line(std::move(l)) {}
+//         explicit Echo(VirtualLine line) : line(std::move(line)) {}
 //         void received(ByteView bytes) override { line.send(bytes, 5ms); }
 //         VirtualLine line;
 //     };
@@ -29,7 +29,7 @@ struct VirtualConnection;
 // connection is gone, every call does nothing.
 class VirtualLine {
 public:
-    explicit VirtualLine(std::weak_ptr<VirtualConnection> held) : connection(std::move(held)) {}
+    explicit VirtualLine(std::weak_ptr<VirtualConnection> connection) : connection(std::move(connection)) {}
 
     // Sends bytes to the near end. They arrive `delay` from now, but never before bytes that were sent earlier. The
     // near end receives each piece separately, never two in one call.
@@ -68,7 +68,7 @@ class VirtualStreams final : public StreamSockets {
 public:
     static constexpr std::size_t stalledCapacity = 65'536;
 
-    explicit VirtualStreams(VirtualRuntime& rt);
+    explicit VirtualStreams(VirtualRuntime& runtime);
     ~VirtualStreams() override;
 
     // Accepts connections to 127.0.0.1 and this port, `latency` after connect was called, and serves them. Other ports

@@ -13,7 +13,7 @@ class VirtualStreamsTest : public testing::Test {
 protected:
     class Recorder final : public StreamPeer {
     public:
-        Recorder(VirtualStreamsTest& owner, VirtualLine held) : test(owner) { test.line = std::move(held); }
+        Recorder(VirtualStreamsTest& test, VirtualLine held) : test(test) { test.line = std::move(held); }
         ~Recorder() override { ++test.goneCount; }
         void received(ByteView bytes) override { test.atFarEnd.emplace_back(bytes.begin(), bytes.end()); }
 

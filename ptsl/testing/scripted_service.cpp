@@ -37,10 +37,10 @@ bool endsRequest(const SentFrame& frame) {
 
 class ScriptedService::Peer final : public StreamPeer {
 public:
-    Peer(ScriptedService& its, VirtualLine held) : service(its), line(std::move(held)) {
+    Peer(ScriptedService& service, VirtualLine line) : service(service), line(std::move(line)) {
         service.received.emplace_back();
         connection = service.received.size();
-        if (service.greet) service.greet(line);
+        if (service.greet) service.greet(this->line);
     }
 
     void received(ByteView bytes) override {
@@ -64,8 +64,8 @@ private:
     std::size_t seen = prefaceSize;
 };
 
-ScriptedService::ScriptedService(VirtualStreams& virtualStreams, std::uint16_t atPort)
-    : streams(virtualStreams), listeningPort(atPort) {
+ScriptedService::ScriptedService(VirtualStreams& streams, std::uint16_t listeningPort)
+    : streams(streams), listeningPort(listeningPort) {
     streams.listen(listeningPort, [this](VirtualLine line) { return std::make_unique<Peer>(*this, std::move(line)); });
 }
 

@@ -33,7 +33,7 @@ public:
         std::size_t connection; // from 1
     };
 
-    explicit ScriptedService(VirtualStreams& virtualStreams, std::uint16_t atPort = port);
+    explicit ScriptedService(VirtualStreams& streams, std::uint16_t listeningPort = port);
     ~ScriptedService();
     ScriptedService(const ScriptedService&) = delete;
     ScriptedService& operator=(const ScriptedService&) = delete;

@@ -15,8 +15,8 @@ namespace lumbrine::remote {
 
 class ScriptedReceiver {
 public:
-    ScriptedReceiver(Runtime& rt, DatagramSockets& datagramSockets, std::uint16_t port)
-        : runtime(rt), sockets(datagramSockets), fd(sockets.open()), mutex(rt) {
+    ScriptedReceiver(Runtime& runtime, DatagramSockets& sockets, std::uint16_t port)
+        : runtime(runtime), sockets(sockets), fd(sockets.open()), mutex(runtime) {
         sockets.setDualStack(fd);
         sockets.bind(fd, port);
         thread = runtime.startThread("scripted receiver", [this] { receiveLoop(); });

@@ -12,7 +12,7 @@ using Element = MemoryScreen::Element;
 
 class TreeReader {
 public:
-    explicit TreeReader(MemoryScreen& shown) : screen(shown) {}
+    explicit TreeReader(MemoryScreen& screen) : screen(screen) {}
 
     std::expected<ElementLabels, std::string> read(std::string_view text) {
         while (!text.empty()) {

@@ -35,7 +35,7 @@ private:
 
 class Service final : public ::ptsl::PTSL::CallbackService {
 public:
-    Service(Runtime& runtime, SimulatedScripting& served) : scripting(served), calls(runtime) {}
+    Service(Runtime& runtime, SimulatedScripting& scripting) : scripting(scripting), calls(runtime) {}
 
     grpc::ServerUnaryReactor* SendGrpcRequest(grpc::CallbackServerContext* context, const ::ptsl::Request* request,
                                               ::ptsl::Response* response) override {

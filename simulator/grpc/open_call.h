@@ -18,7 +18,7 @@ class OpenCall {
 public:
     using End = std::function<void(const std::optional<ScriptingReply>&)>;
 
-    explicit OpenCall(End endCall) : callback(std::move(endCall)) {}
+    explicit OpenCall(End callback) : callback(std::move(callback)) {}
     ~OpenCall() { end(std::nullopt); }
     OpenCall(const OpenCall&) = delete;
     OpenCall& operator=(const OpenCall&) = delete;

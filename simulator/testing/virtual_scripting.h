@@ -16,10 +16,10 @@ namespace lumbrine {
 
 class VirtualScripting {
 public:
-    // `virtualStreams` and `scripting` must outlive this object.
-    VirtualScripting(VirtualRuntime& runtime, VirtualStreams& virtualStreams, SimulatedScripting& scripting,
-                     std::uint16_t servedPort = 31416)
-        : streams(virtualStreams), port(servedPort), service(std::make_shared<Service>()) {
+    // `streams` and `scripting` must outlive this object.
+    VirtualScripting(VirtualRuntime& runtime, VirtualStreams& streams, SimulatedScripting& scripting,
+                     std::uint16_t port = 31416)
+        : streams(streams), port(port), service(std::make_shared<Service>()) {
         service->end = std::make_unique<InProcessScripting>(runtime, scripting,
                                                             [this](bool listening) { setListening(listening); });
     }
@@ -42,7 +42,7 @@ private:
 
     class Line final : public ScriptingLine {
     public:
-        explicit Line(VirtualLine held) : line(std::move(held)) {}
+        explicit Line(VirtualLine line) : line(std::move(line)) {}
         void send(ByteView bytes) override { line.send(bytes); }
         void finish() override { line.finish(); }
         void breakOff() override { line.reset(); }
@@ -53,7 +53,7 @@ private:
 
     class Peer final : public StreamPeer {
     public:
-        explicit Peer(std::unique_ptr<ScriptingConnection> held) : connection(std::move(held)) {}
+        explicit Peer(std::unique_ptr<ScriptingConnection> connection) : connection(std::move(connection)) {}
         void received(ByteView bytes) override {
             if (connection) connection->received(bytes);
         }

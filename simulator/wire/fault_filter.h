@@ -12,8 +12,8 @@ namespace lumbrine::wire {
 
 class FaultFilter {
 public:
-    // `draw` returns the fault of each new call.
-    explicit FaultFilter(std::function<WireFault()> draw) : fateOfCall(std::move(draw)) {}
+    // `fateOfCall` returns the fault of each new call.
+    explicit FaultFilter(std::function<WireFault()> fateOfCall) : fateOfCall(std::move(fateOfCall)) {}
 
     // Returns the bytes for the service: whole frames. In the client's first SETTINGS it sets the header table size to
     // 0, so that the service does not compress headers by earlier ones, which a fault may have removed.

@@ -26,11 +26,11 @@ class InProcessScripting::Connections : public std::enable_shared_from_this<Conn
 public:
     class One;
 
-    Connections(Runtime& rt, SimulatedScripting& served, std::function<void(bool)> listening)
-        : runtime(rt), scripting(served), setListening(std::move(listening)),
-          queue(rt.serialQueue("simulated scripting wire", Priority::normal)) {
+    Connections(Runtime& runtime, SimulatedScripting& scripting, std::function<void(bool)> setListening)
+        : runtime(runtime), scripting(scripting), setListening(std::move(setListening)),
+          queue(runtime.serialQueue("simulated scripting wire", Priority::normal)) {
         scripting.wireFaults().use();
-        setListening(true);
+        this->setListening(true);
     }
 
     std::unique_ptr<ScriptingConnection> accept(std::unique_ptr<ScriptingLine> line);
@@ -52,8 +52,9 @@ private:
 
 class InProcessScripting::Connections::One : public std::enable_shared_from_this<One> {
 public:
-    One(std::weak_ptr<Connections> owner, WireFaults& wireFaults, std::unique_ptr<ScriptingLine> held, std::string key)
-        : connections(std::move(owner)), line(std::move(held)), name(std::move(key)),
+    One(std::weak_ptr<Connections> connections, WireFaults& wireFaults, std::unique_ptr<ScriptingLine> line,
+        std::string name)
+        : connections(std::move(connections)), line(std::move(line)), name(std::move(name)),
           piece(wireFaults.options.bytesAtOnce), filter([&wireFaults] { return wireFaults.draw(); }) {}
 
     void received(ByteView bytes) {
@@ -143,7 +144,7 @@ namespace {
 template <typename One>
 class Held final : public ScriptingConnection {
 public:
-    explicit Held(std::shared_ptr<One> held) : connection(std::move(held)) {}
+    explicit Held(std::shared_ptr<One> connection) : connection(std::move(connection)) {}
     void received(ByteView bytes) override { connection->received(bytes); }
 
 private:

@@ -27,8 +27,8 @@ const std::string title = "Lumbrine — Receiver";
 // Everything of a program that has shown its window.
 class RunningProgram {
 public:
-    explicit RunningProgram(Desktop& shownOn)
-        : desktop(shownOn), environment(environmentOf(folder)), process({program}, {.environment = environment}) {}
+    explicit RunningProgram(Desktop& desktop)
+        : desktop(desktop), environment(environmentOf(folder)), process({program}, {.environment = environment}) {}
 
     bool isShown() const {
         return waitUntil([this] { return desktop.window(title).has_value(); });

@@ -38,8 +38,8 @@ Bytes RandomDatagrams::next() {
     return bytes;
 }
 
-Flooder::Flooder(std::uint16_t receiverPort, Pace chosenPace, std::uint32_t seed)
-    : port(receiverPort), pace(chosenPace), datagrams(seed), thread([this] { run(); }) {}
+Flooder::Flooder(std::uint16_t port, Pace pace, std::uint32_t seed)
+    : port(port), pace(pace), datagrams(seed), thread([this] { run(); }) {}
 
 Flooder::~Flooder() {
     stopping = true;

@@ -33,7 +33,7 @@ public:
         unlimited
     };
 
-    Flooder(std::uint16_t receiverPort, Pace chosenPace, std::uint32_t seed);
+    Flooder(std::uint16_t port, Pace pace, std::uint32_t seed);
     ~Flooder();
     Flooder(const Flooder&) = delete;
     Flooder& operator=(const Flooder&) = delete;

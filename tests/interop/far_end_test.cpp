@@ -20,7 +20,7 @@ using Lines = std::vector<std::string>;
 // One connection to a service, and what it says to it: frames as words.
 class Client {
 public:
-    Client(StreamSockets& streamSockets, std::uint16_t port) : sockets(streamSockets), fd(sockets.open()) {
+    Client(StreamSockets& sockets, std::uint16_t port) : sockets(sockets), fd(sockets.open()) {
         sockets.setReceiveTimeout(fd, seconds(20));
         EXPECT_EQ(sockets.connect(fd, "127.0.0.1", port, seconds(20)), 0);
     }

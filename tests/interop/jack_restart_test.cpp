@@ -42,7 +42,7 @@ INSTANTIATE_TEST_SUITE_P(Servers, JackRestart, testing::Values(JackMode::synchro
 // Sends from a thread of its own and notes how long the longest call took.
 class RestlessSender {
 public:
-    explicit RestlessSender(std::function<void()> sendOne) : send(std::move(sendOne)), thread([this] { run(); }) {}
+    explicit RestlessSender(std::function<void()> send) : send(std::move(send)), thread([this] { run(); }) {}
     ~RestlessSender() {
         stopping = true;
         thread.join();

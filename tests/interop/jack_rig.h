@@ -16,7 +16,7 @@ namespace lumbrine::interop {
 
 // The two ports of one surface, and the connection to them.
 struct Surface {
-    explicit Surface(std::string portName) : name(std::move(portName)) {}
+    explicit Surface(std::string name) : name(std::move(name)) {}
 
     const std::string name;
     MIDIClientRef client = 0;

@@ -74,8 +74,8 @@ bool isListenedAt(const std::filesystem::path& socket) {
 LocalServer::LocalServer(std::function<void(int connection)> serve)
     : LocalServer(listeningSocket(), std::move(serve)) {}
 
-LocalServer::LocalServer(int listening, std::function<void(int connection)> serve)
-    : port(portOf(listening)), serveOne(std::move(serve)), listener(listening), thread([this] { run(); }) {}
+LocalServer::LocalServer(int listener, std::function<void(int connection)> serveOne)
+    : port(portOf(listener)), serveOne(std::move(serveOne)), listener(listener), thread([this] { run(); }) {}
 
 LocalServer::~LocalServer() {
     ::shutdown(listener, SHUT_RDWR);

@@ -29,7 +29,7 @@ public:
     std::atomic<int> accepted{0};
 
 private:
-    LocalServer(int listening, std::function<void(int connection)> serve);
+    LocalServer(int listener, std::function<void(int connection)> serveOne);
     void run();
 
     std::function<void(int)> serveOne;

@@ -28,7 +28,7 @@ constexpr const char* serverName = "lumbrine-private";
 
 } // namespace
 
-PrivateJack::PrivateJack(Options chosen) : options(chosen) {
+PrivateJack::PrivateJack(Options options) : options(options) {
     ::setenv("JACK_DEFAULT_SERVER", serverName, 1);
     ::setenv("JACK_NO_START_SERVER", "1", 1);
     ::setenv("XDG_RUNTIME_DIR", runtimeFolder.path.c_str(), 1);

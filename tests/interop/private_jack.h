@@ -40,7 +40,7 @@ public:
     // Sets JACK_DEFAULT_SERVER, JACK_NO_START_SERVER and XDG_RUNTIME_DIR of this process for good: create the object
     // before other threads run.
     PrivateJack() : PrivateJack(Options{}) {}
-    explicit PrivateJack(Options chosen);
+    explicit PrivateJack(Options options);
     ~PrivateJack();
 
     // Starts the server and returns when it answers. Precondition: it does not run.

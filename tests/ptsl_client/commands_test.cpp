@@ -105,7 +105,7 @@ TEST_F(Commands, AreNotSentWhenTheirArgumentsAreNoText) {
 // A system whose JSON is no text.
 class BrokenJSON final : public JSON {
 public:
-    explicit BrokenJSON(JSON& sound) : reader(sound) {}
+    explicit BrokenJSON(JSON& reader) : reader(reader) {}
     std::expected<std::string, JSONError> serialise(const JSONValue::Object&) override { return "{\"a\":\"\xFF\"}"; }
     std::expected<JSONValue, JSONError> parse(std::string_view text) override { return reader.parse(text); }
 

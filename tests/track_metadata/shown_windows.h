@@ -13,8 +13,7 @@ class ShownWindows {
 public:
     using Element = MemoryScreen::Element;
 
-    explicit ShownWindows(MemoryScreen& memoryScreen)
-        : screen(memoryScreen), app(screen.launch("com.avid.ProTools", 77)) {}
+    explicit ShownWindows(MemoryScreen& screen) : screen(screen), app(screen.launch("com.avid.ProTools", 77)) {}
 
     // Sets the rows of the track list.
     void listTracks(const std::vector<std::string>& names) {
