@@ -1,6 +1,8 @@
 // Pro Tools and its two surfaces come and go.
 #include "model/testing/model_test.h"
 #include "model/testing/session_columns.h"
+#include "remote/command_builder.h"
+#include "remote/testing/in_words.h"
 #include "tests/studio/studio.h"
 
 namespace lumbrine {
@@ -114,7 +116,7 @@ TEST(SurfaceB, DoesNothingAlone) {
     studio.proTools->silence(0, 60s);
     const auto phone = studio.bench.phone("192.168.1.7");
     for (int i = 0; i < 60; ++i) {
-        phone->send({0x01, 0x00});
+        phone->send(remote::helloCommand(std::nullopt));
         studio.run(1s);
         EXPECT_FALSE(studio.shown().huiConnected);
         EXPECT_EQ(studio.shown().winW, 8);
@@ -122,7 +124,8 @@ TEST(SurfaceB, DoesNothingAlone) {
     EXPECT_THAT(studio.bench.surfaceA.tape.takeBytes(), IsEmpty());
     EXPECT_THAT(studio.bench.surfaceB.tape.takeBytes(), IsEmpty());
     EXPECT_THAT(displaysOf(studio.shown().session), IsEmpty());
-    EXPECT_THAT(studio.bench.heardBy(*phone, 0x16), testing::Each(testing::EndsWith("01 16 FF FF 00 00 08")));
+    EXPECT_THAT(remote::inWords(studio.bench.heardBy(*phone, 0x16)),
+                testing::Each(testing::EndsWith("bank first=unknown tracks=0 strips=8")));
     EXPECT_EQ(studio.logged("✓ Second surface connected → 16-ch window"), 0);
 
     ASSERT_TRUE(studio.mapSession(30s)); // A has come

@@ -1,5 +1,7 @@
 // A client that falls silent: what it holds and for how long, and who may follow it.
 #include "model/testing/model_test.h"
+#include "remote/command_builder.h"
+#include "remote/testing/in_words.h"
 
 #include <algorithm>
 
@@ -11,8 +13,8 @@ class SilentClientTest : public OwnedModelTest {
 protected:
     // Its last datagram is from the origin; ticks follow at 200 ms, 600 ms and so on.
     SilentClientTest() {
-        phone->send({0x01, 0x02, 0x03});
-        phone->send({0x01, 0x02, 0x0E});
+        phone->send(remote::faderTouchCommand(onA));
+        phone->send(remote::faderTouchCommand(onB));
         settle();
         markAll();
     }
@@ -28,6 +30,8 @@ protected:
         return static_cast<std::size_t>(std::ranges::count(bench.state().published.strips, true, &StripState::touched));
     }
 
+    const Strip onA = *Strip::of(3);
+    const Strip onB = *Strip::of(14);
     const Lines releases{"B0 0F 03", "B0 2F 00", "B0 0F 06", "B0 2F 00"};
     static Lines at(const std::string& time, const Lines& bytes) {
         Lines lines;
@@ -46,8 +50,8 @@ TEST_F(SilentClientTest, For4900MillisecondsHoldsItsFaders) {
     EXPECT_THAT(onBoth(), IsEmpty());
     EXPECT_EQ(held(), 2u);
     EXPECT_FALSE(everGone);
-    phone->send({0x01, 0x03, 0x03});
-    phone->send({0x01, 0x03, 0x0E});
+    phone->send(remote::faderReleaseCommand(onA));
+    phone->send(remote::faderReleaseCommand(onB));
     settle();
     EXPECT_EQ(onBoth(), at("9800ms", releases));
 }
@@ -59,12 +63,12 @@ TEST_F(SilentClientTest, For5100MillisecondsHoldsNothingButIsStillTheOwner) {
     EXPECT_EQ(held(), 0u);
     EXPECT_FALSE(bench.model->published().iosConnected);
     bench.run(100ms);
-    phone->send({0x01, 0x01, 0x03, 0x20, 0x00});
+    phone->send(remote::faderMoveCommand(onA, FaderValue::ofRaw(0x2000)));
     bench.run(300ms);
     EXPECT_THAT(onBoth(), ElementsAre("5100ms B0 03 40", "5100ms B0 23 00")); // and no release
     EXPECT_TRUE(bench.model->published().iosConnected);
-    phone->send({0x01, 0x03, 0x03});
-    phone->send({0x01, 0x03, 0x0E});
+    phone->send(remote::faderReleaseCommand(onA));
+    phone->send(remote::faderReleaseCommand(onB));
     settle();
     EXPECT_EQ(onBoth(), at("5400ms", releases));
 }
@@ -72,11 +76,11 @@ TEST_F(SilentClientTest, For5100MillisecondsHoldsNothingButIsStillTheOwner) {
 TEST_F(SilentClientTest, For6SecondsMakesRoomForAnother) {
     const auto other = bench.phone("192.168.1.8");
     bench.run(5999ms);
-    other->send({0x01, 0x02, 0x01});
+    other->send(remote::faderTouchCommand(*Strip::of(1)));
     settle();
-    EXPECT_THAT(other->tape.takeBytes(), ElementsAre("01 7D"));
+    EXPECT_THAT(remote::inWords(other->tape.takeBytes()), ElementsAre("busy"));
     bench.run(1ms);
-    other->send({0x01, 0x02, 0x01});
+    other->send(remote::faderTouchCommand(*Strip::of(1)));
     bench.run(2s);
     // The touch of the new owner, and no release of what the old one held a second ago.
     EXPECT_THAT(onBoth(), ElementsAre("6000ms B0 0F 01", "6000ms B0 2F 40", "6200ms B0 0F 01", "6200ms B0 2F 00"));
@@ -85,7 +89,7 @@ TEST_F(SilentClientTest, For6SecondsMakesRoomForAnother) {
 TEST_F(SilentClientTest, IsReleasedWhenAnotherTakesOverInTime) {
     const auto other = bench.phone("192.168.1.8");
     bench.run(4900ms);
-    other->send({0x01, 0x25});
+    other->send(remote::takeOverCommand());
     bench.run(5s);
     EXPECT_EQ(onBoth(), at("5000ms", releases)); // with the next tick
     EXPECT_EQ(held(), 0u);
@@ -97,7 +101,7 @@ TEST_F(SilentClientTest, StillGetsTheStateWith4900MillisecondsOfSilence) {
     bench.run(4899ms);
     phone->tape.clear();
     bench.run(1ms); // a third tick
-    EXPECT_THAT(heard(0x1C), ElementsAre("5400ms 01 1C 00 00 00 00 00 00 00 00"));
+    EXPECT_THAT(remote::inWords(heard(0x1C)), ElementsAre(testing::StartsWith("5400ms automation 1=")));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // The comments of the Mix window: whose they are, when they are read, and how they reach the client.
 #include "model/testing/session_columns.h"
+#include "remote/testing/in_words.h"
 #include "tests/track_metadata/metadata_test.h"
 #include "tests/track_metadata/shown_windows.h"
 
@@ -206,9 +207,9 @@ protected:
 TEST_F(CommentedClientTest, GetsThemWithTheTable) {
     bench.parts().metadata.refreshFullNames();
     bench.run(700ms);
-    EXPECT_THAT(heard(0x1B),
-                ElementsAre("600ms 01 1B 00 00 00 00 00 00 00 00 00 00 00 00 00 00 09 4B 69 63 6B 20 44 72 "
-                            "75 6D 04 44 31 31 32"));
+    EXPECT_THAT(remote::inWords(heard(0x1B)),
+                ElementsAre("600ms row 1 fader=unknown mute=off solo=off record=off color=none monitor=off select=off "
+                            "name=Kick Drum comment=D112"));
 }
 
 TEST_F(CommentedClientTest, HasThemReadEveryTwelveSecondsButNotDuringAScan) {

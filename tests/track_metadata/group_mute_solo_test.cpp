@@ -1,11 +1,14 @@
 // Muting and soloing members of a group by name.
 #include "model/testing/session_columns.h"
+#include "remote/command_builder.h"
 #include "tests/track_metadata/metadata_test.h"
 
 #include <algorithm>
 
 namespace lumbrine {
 namespace {
+
+using Members = std::vector<remote::Member>;
 
 class GroupMuteSoloTest : public MetadataTest {
 protected:
@@ -105,7 +108,7 @@ TEST_F(GroupMuteDatagramTest, MutesTheSessionTracksThatTheClientNames) {
         names[i] = "T" + std::to_string(i);
     bench.setTrackMap(names, 0);
     setColumn(bench.state().published.session, &Track::name, {names.begin(), names.end()});
-    phone->send({0x01, 0x21, 0x01, 0x02, 0x00, 0x05, 0x01, 0x00});
+    phone->send(remote::groupMuteCommand(true, Members{5, 256}));
     settle();
     ASSERT_GE(service.requests.size(), 2U);
     EXPECT_EQ(service.requests[1].command, 85U);
@@ -121,11 +124,11 @@ TEST_F(GroupMuteDatagramTest, SolosAndUnmutesByTheOtherMessagesOfItsKind) {
         const auto last = std::ranges::find_if(service.requests.rbegin(), service.requests.rend(), isSwitch);
         return last == service.requests.rend() ? "" : std::to_string(last->command) + " " + last->json;
     };
-    phone->send({0x01, 0x22, 0x01, 0x01, 0x00, 0x01});
+    phone->send(remote::groupSoloCommand(true, Members{1}));
     EXPECT_EQ(lastSwitch(), R"(86 {"enabled":true,"track_names":["Lead Vocals"]})");
-    phone->send({0x01, 0x22, 0x00, 0x01, 0x00, 0x01});
+    phone->send(remote::groupSoloCommand(false, Members{1}));
     EXPECT_EQ(lastSwitch(), R"(86 {"enabled":false,"track_names":["Lead Vocals"]})");
-    phone->send({0x01, 0x21, 0x00, 0x01, 0x00, 0x00});
+    phone->send(remote::groupMuteCommand(false, Members{0}));
     EXPECT_EQ(lastSwitch(), R"(85 {"enabled":false,"track_names":["Kick Drum"]})");
 }
 

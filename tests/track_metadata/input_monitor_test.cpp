@@ -1,5 +1,6 @@
 // Flipping input monitoring of the track on a strip.
 #include "model/testing/session_columns.h"
+#include "remote/command_builder.h"
 #include "tests/track_metadata/metadata_test.h"
 
 namespace lumbrine {
@@ -78,7 +79,7 @@ protected:
 };
 
 TEST_F(InputMonitorDatagramTest, FlipsTheTrackOnTheClientsStrip) {
-    phone->send({0x01, 0x0E, 0x01});
+    phone->send(remote::inputMonitorToggleCommand(*Strip::of(1)));
     settle();
     ASSERT_FALSE(service.requests.empty());
     EXPECT_EQ(service.requests.back().command, 90U);

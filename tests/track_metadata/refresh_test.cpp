@@ -2,6 +2,7 @@
 #include "model/testing/banking_host.h"
 #include "model/testing/session_columns.h"
 #include "ptsl/testing/service_frames.h"
+#include "remote/testing/in_words.h"
 #include "tests/track_metadata/metadata_test.h"
 
 namespace lumbrine {
@@ -135,22 +136,22 @@ protected:
 TEST_F(RefreshedClientTest, HearsOfNamesColoursAndMonitorsAtOnce) {
     bench.parts().metadata.refreshFullNames();
     world.runtime.runUntilIdle();
-    const Lines everything = phone->tape.take(bench.origin);
-    EXPECT_THAT(everything, testing::Contains("0ms 01 18 00 4B 69 63 6B 20 44 72 75 6D"));
-    EXPECT_THAT(everything, testing::Contains("0ms 01 18 01 4C 65 61 64 20 56 6F 63 61 6C 73"));
-    EXPECT_THAT(everything, testing::Contains(testing::StartsWith("0ms 01 19 01 10 20 30 00 00 00 00")));
-    EXPECT_THAT(everything, testing::Contains(testing::StartsWith("0ms 01 1A 00 01 00")));
+    const Lines everything = remote::inWords(phone->tape.take(bench.origin));
+    EXPECT_THAT(everything, testing::Contains("0ms full-name 1 Kick Drum"));
+    EXPECT_THAT(everything, testing::Contains("0ms full-name 2 Lead Vocals"));
+    EXPECT_THAT(everything, testing::Contains(testing::StartsWith("0ms colors 1=#102030 2=none")));
+    EXPECT_THAT(everything, testing::Contains(testing::StartsWith("0ms monitors 1=off 2=on 3=off")));
 }
 
 TEST_F(RefreshedClientTest, GetsTheTableWithTheNextResend) {
     bench.parts().metadata.refreshFullNames();
     bench.run(700ms);
-    // Fader unknown; mute; colour; name.
-    EXPECT_THAT(heard(0x1B),
-                ElementsAre("600ms 01 1B 00 00 00 00 00 01 00 00 01 10 20 30 00 00 09 4B 69 63 6B 20 44 72 "
-                            "75 6D 00",
-                            "600ms 01 1B 00 01 00 00 00 00 00 00 00 00 00 00 01 00 0B 4C 65 61 64 20 56 6F "
-                            "63 61 6C 73 00"));
+    EXPECT_THAT(
+        remote::inWords(heard(0x1B)),
+        ElementsAre("600ms row 1 fader=unknown mute=on solo=off record=off color=#102030 monitor=off select=off "
+                    "name=Kick Drum comment=",
+                    "600ms row 2 fader=unknown mute=off solo=off record=off color=none monitor=on select=off "
+                    "name=Lead Vocals comment="));
 }
 
 TEST_F(RefreshedClientTest, IsServedEvery1200MillisecondsWhileProToolsIsThere) {
