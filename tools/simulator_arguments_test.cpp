@@ -1,5 +1,8 @@
 #include "tools/simulator_arguments.h"
 
+#include <iterator>
+#include <sstream>
+
 namespace lumbrine {
 namespace {
 
@@ -7,6 +10,16 @@ using testing::HasSubstr;
 
 std::expected<SimulatorArguments, SimulatorArgumentsAnswer> read(std::vector<const char*> words) {
     return readSimulatorArguments(words);
+}
+
+// The words of a command line, with one blank between them.
+std::expected<SimulatorArguments, SimulatorArgumentsAnswer> readLine(const std::string& line) {
+    std::istringstream stream(line);
+    const std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
+    std::vector<const char*> pointers;
+    for (const std::string& word : words)
+        pointers.push_back(word.c_str());
+    return read(pointers);
 }
 
 TEST(SimulatorArguments, AreWhatTheOptionsAreWhenNothingIsSaid) {
@@ -21,70 +34,17 @@ TEST(SimulatorArguments, AreWhatTheOptionsAreWhenNothingIsSaid) {
 }
 
 TEST(SimulatorArguments, ReachEachOption) {
-    const auto arguments = read({"--tracks",
-                                 "200",
-                                 "--surfaces=2",
-                                 "--seed",
-                                 "7",
-                                 "--port-a",
-                                 "X",
-                                 "--port-b",
-                                 "Y",
-                                 "--ping-ms",
-                                 "500",
-                                 "--host-timeout-ms",
-                                 "1500",
-                                 "--no-ping-without-session",
-                                 "--dump-order",
-                                 "counter,globals,strips,rings,faders,displays,ping",
-                                 "--latency-ms",
-                                 "2.5",
-                                 "--fader-echo",
-                                 "released",
-                                 "--fader-bits",
-                                 "9",
-                                 "--no-groups",
-                                 "--short-names",
-                                 "colliding",
-                                 "--non-ascii",
-                                 "blank",
-                                 "--displays-per-sysex",
-                                 "8",
-                                 "--mode-shown-ms",
-                                 "300",
-                                 "--no-main-display",
-                                 "--no-counter",
-                                 "--zone-select-once",
-                                 "--running-status",
-                                 "--auto-led",
-                                 "34",
-                                 "--led-on-ms",
-                                 "250",
-                                 "--led-off-ms",
-                                 "750",
-                                 "--pan-picture",
-                                 "spread",
-                                 "--clicks-per-position",
-                                 "4",
-                                 "--meter-rate",
-                                 "30",
-                                 "--end-of-session",
-                                 "blank",
-                                 "--bank-left",
-                                 "plain",
-                                 "--bank-right",
-                                 "aligned",
-                                 "--redraw",
-                                 "changed",
-                                 "--bank-width",
-                                 "configured",
-                                 "--grab-ports-after-ms",
-                                 "9000",
-                                 "--drop-one-press-in",
-                                 "12",
-                                 "--restless-user-ms",
-                                 "4000",
-                                 "--no-session"});
+    const auto arguments =
+        readLine("--tracks 200 --surfaces=2 --seed 7 --port-a X --port-b Y --ping-ms 500 "
+                 "--host-timeout-ms 1500 --no-ping-without-session --dump-order "
+                 "counter,globals,strips,rings,faders,displays,ping --latency-ms 2.5 --fader-echo "
+                 "released --fader-bits 9 --no-groups --short-names colliding --non-ascii blank "
+                 "--displays-per-sysex 8 --mode-shown-ms 300 --no-main-display --no-counter "
+                 "--zone-select-once --running-status --auto-led 34 --led-on-ms 250 --led-off-ms 750 "
+                 "--pan-picture spread --clicks-per-position 4 --meter-rate 30 --end-of-session blank "
+                 "--bank-left plain --bank-right aligned --redraw changed --bank-width configured "
+                 "--grab-ports-after-ms 9000 --drop-one-press-in 12 --restless-user-ms 4000 "
+                 "--no-session");
     ASSERT_TRUE(arguments) << arguments.error().error;
     const SimulatorOptions& options = arguments->options;
     EXPECT_EQ(arguments->tracks, 200);

@@ -96,24 +96,6 @@ TEST(Seek, CorrectsWhatItsPressesDidNotDo) {
     EXPECT_THAT(studio.pressesTo(8), ElementsAre(bankRight, bankLeft));
 }
 
-TEST(Seek, IsKeptWithinTheSession) {
-    SeekStudio studio(20);
-    studio.seek(100);
-    ASSERT_TRUE(studio.untilQuiet(10s));
-    EXPECT_EQ(studio.hostOffset(), 12);
-    studio.seek(-5);
-    ASSERT_TRUE(studio.untilQuiet(10s));
-    EXPECT_EQ(studio.hostOffset(), 0);
-}
-
-TEST(Seek, DoesNothingInASessionThatFits) {
-    SeekStudio studio(8);
-    studio.seek(1);
-    EXPECT_TRUE(studio.state().quiet());
-    studio.run(1s);
-    EXPECT_THAT(studio.presses(), IsEmpty());
-}
-
 // ---- Many requests
 
 class StormOfTargets : public testing::TestWithParam<std::pair<int, int>> {};
