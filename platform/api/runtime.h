@@ -99,7 +99,8 @@ public:
         }
     }
 
-    // Runs a job on another thread, concurrently with everything else. The job may block and sleep.
+    // Runs a job on another thread, concurrently with everything else. The job may block and sleep; where as many as
+    // there may be threads do so, further jobs wait in order for the first that ends.
     virtual void background(Priority priority, Task task) = 0;
     virtual void backgroundAfter(Duration delay, Task task) = 0;
 
