@@ -16,7 +16,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       reconnection(jobs, state, log, platform.accessibility, surfaces), faderSweep(jobs, log, surfaces),
 
       scripting(jobs, state, log, platform), metadata(jobs, state, log, platform.accessibility, scripting, mirror),
-      groupSwitches(jobs, state, log, scripting, metadata),
+      wishes(jobs, state, log, {endpoint, mirror, scripting, metadata}),
 
       bankMap(state, log, mirror, configuration.debug), moves(platform.runtime, state, bankMap, desk, displays),
       walk(jobs, state, desk, moves, bankMap, mirror),
@@ -29,8 +29,8 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       feedback(jobs, state, log, {mirror, switches, bankMap, meters, displays}),
       hello(platform.runtime, state, log, {endpoint, mirror, table, calibration, automation}),
       commands(jobs, state,
-               {surfaces, mirror, hello, desk, pan, seekWorker, calibration, metadata, automation, groups,
-                groupSwitches, visibleRange}),
+               {surfaces, mirror, hello, desk, pan, seekWorker, calibration, metadata, wishes, automation, groups,
+                visibleRange}),
       presence(jobs, state, log, {desk, mirror, bankMap, pan}),
       position(platform.runtime, state, log, {bankMap, calibration}), owner(state, text, endpoint, surfaces),
       refresh(state, {mirror, table, automation, metadata}),

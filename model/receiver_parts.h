@@ -38,7 +38,7 @@ struct ReceiverParts {
     // tracks/
     ScriptingLink scripting;
     TrackMetadata metadata;
-    GroupMuteSolo groupSwitches;
+    TrackWishes wishes;
 
     // bank/
     BankMap bankMap;

@@ -96,6 +96,7 @@ std::optional<RGBColor> parseColor(std::string_view text) {
 PTSLTrack trackFrom(const JSONValue::Object& object, std::int64_t position) {
     PTSLTrack track;
     track.index = wholeNumber(object.find("index")).value_or(position + 1);
+    track.id = textOf(object.find("id"));
     track.name = textOf(object.find("name"));
     track.color = parseColor(textOf(object.find("color")));
     const auto* attributes = objectOf(object.find("track_attributes"));

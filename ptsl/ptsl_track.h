@@ -23,6 +23,7 @@ struct PTSLTrack {
     bool isMuted = false;
     bool isSoloed = false;
     bool isRecordEnabled = false;
+    std::string id = {}; // stays the same when the name changes; empty in versions without ids
 
     bool operator==(const PTSLTrack&) const = default;
 };

@@ -28,6 +28,7 @@ TEST(PTSLTrack, IsReadFromItsObject) {
     const PTSLTrack track = trackFrom({{"index", 7},
                                        {"name", "ボーカル"},
                                        {"color", "#ff2a2a2a"},
+                                       {"id", "track-9"},
                                        {"type", "Audio"},
                                        {"track_attributes", Object{{"is_selected", "SetExplicitly"},
                                                                    {"is_input_monitoring_on", "SetExplicitly"},
@@ -38,7 +39,7 @@ TEST(PTSLTrack, IsReadFromItsObject) {
                                                                    {"is_record_enabled", true},
                                                                    {"is_frozen", true}}}},
                                       0);
-    EXPECT_EQ(track, (PTSLTrack{7, "ボーカル", 0x2A2A2A, true, true, true, true, true, true, true}));
+    EXPECT_EQ(track, (PTSLTrack{7, "ボーカル", 0x2A2A2A, true, true, true, true, true, true, true, "track-9"}));
 }
 
 TEST(PTSLTrack, IsReadInCamelCaseToo) {
@@ -50,7 +51,7 @@ TEST(PTSLTrack, IsReadInCamelCaseToo) {
                                                                   {"isSoloed", true},
                                                                   {"isRecordEnabled", true}}}},
                                       0);
-    EXPECT_EQ(track, (PTSLTrack{1, "", std::nullopt, true, true, true, true, true, true, true}));
+    EXPECT_EQ(track, (PTSLTrack{1, "", std::nullopt, true, true, true, true, true, true, true, ""}));
 }
 
 TEST(PTSLTrack, SetsEachFlagFromItsOwnAttribute) {

@@ -148,6 +148,7 @@ void ClientMirror::sendVisibleInputMons() {
     for (std::size_t i = 0; i < inputMons.size(); ++i) {
         const Track* track = shownTrack(i);
         inputMons[i] = track && track->inputMonitor;
+        toldMonitors[i] = {.track = track ? track->identity() : TrackIdentity{}, .on = inputMons[i]};
     }
     emit(inputMonsMessage(std::span(inputMons).first(state.published.shownStrips().size())));
 }

@@ -18,6 +18,13 @@
 
 namespace lumbrine {
 
+// What the client was last told of the input monitor on a strip, and of which track. The name is empty where no track
+// was shown, or none of which the full name is known.
+struct ToldMonitor {
+    TrackIdentity track = {};
+    bool on = false;
+};
+
 class ClientMirror {
 public:
     ClientMirror(Runtime& runtime, const ReceiverState& state, ClientEndpoint& endpoint);
@@ -54,6 +61,7 @@ public:
     void sendVisibleFullNames();
     void sendVisibleColors();
     void sendVisibleInputMons();
+    const ToldMonitor& toldMonitor(Strip strip) const { return toldMonitors[strip.slot()]; }
 
     void sendAllAutoModes();
     void sendAutoModesIfChanged();
@@ -78,6 +86,7 @@ private:
     ClientEndpoint& endpoint;
     std::optional<std::string> snapshotTarget;
 
+    PerStrip<ToldMonitor> toldMonitors;
     Bytes lastSentSwitches;
     Bytes lastSentAutoModes;
     bool lastSentPlaying = false;

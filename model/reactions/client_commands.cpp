@@ -10,18 +10,18 @@ namespace lumbrine {
 // One command under way: an overload for each message.
 class ClientCommands::Execution {
 public:
-    Execution(const ClientCommands& commands, std::string_view key)
-        : jobs(commands.jobs), state(commands.state), parts(commands.parts), key(key) {}
+    Execution(const ClientCommands& commands, const Sender& sender)
+        : jobs(commands.jobs), state(commands.state), parts(commands.parts), sender(sender) {}
 
     void noteArrival() const {
         onMain([](ReceiverState&, TimePoint) {});
     }
 
     void operator()(const Hello&) const {
-        parts.hello.pong(key);
-        if (!parts.hello.claimFollowUp(key)) return noteArrival();
+        parts.hello.pong(sender.key);
+        if (!parts.hello.claimFollowUp(sender.key)) return noteArrival();
         onMain(
-            [&hello = parts.hello, sender = std::string(key)](ReceiverState&, TimePoint) { hello.followUp(sender); });
+            [&hello = parts.hello, key = std::string(sender.key)](ReceiverState&, TimePoint) { hello.followUp(key); });
     }
 
     // ---- Faders
@@ -107,9 +107,10 @@ public:
     // ---- Tracks and groups
 
     void operator()(const InputMonitorToggle& command) const {
-        onMain([strip = Strip::of(command.strip), &metadata = parts.metadata](ReceiverState&, TimePoint) {
-            if (strip) metadata.toggleInputMonitor(*strip);
-        });
+        onMain(
+            [strip = Strip::of(command.strip), &wishes = parts.wishes, origin = origin()](ReceiverState&, TimePoint) {
+                if (strip) wishes.toggleInputMonitor(*strip, origin);
+            });
     }
 
     void operator()(const SetAutoMode& command) const {
@@ -124,12 +125,12 @@ public:
 
     void operator()(const GroupMute& command) const {
         noteArrival();
-        parts.groupSwitches.groupSetMuteSolo(command.members, false, command.enabled);
+        parts.wishes.setGroup(TrackSwitch::mute, command.members, command.enabled, origin());
     }
 
     void operator()(const GroupSolo& command) const {
         noteArrival();
-        parts.groupSwitches.groupSetMuteSolo(command.members, true, command.enabled);
+        parts.wishes.setGroup(TrackSwitch::solo, command.members, command.enabled, origin());
     }
 
     void operator()(const GroupFaders& command) const {
@@ -149,6 +150,8 @@ private:
         });
     }
 
+    WishOrigin origin() const { return {.owner = sender.ownership, .arrived = sender.arrived}; }
+
     void press(std::uint8_t strip, int port) const {
         noteArrival();
         parts.surfaces.hwMute(strip, port);
@@ -165,7 +168,7 @@ private:
     const Jobs& jobs;
     ReceiverState& state;
     const Parts& parts;
-    const std::string_view key;
+    const Sender& sender;
 };
 
 ClientCommands::ClientCommands(const Jobs& jobs, ReceiverState& state, Parts parts)
@@ -173,7 +176,7 @@ ClientCommands::ClientCommands(const Jobs& jobs, ReceiverState& state, Parts par
 
 void ClientCommands::handleUDP(ByteView bytes, const Sender& sender) {
     if (!isClientDatagram(bytes)) return;
-    const Execution execution(*this, sender.key);
+    const Execution execution(*this, sender);
     if (const auto command = parseClientCommand(bytes)) {
         std::visit(execution, *command);
     } else {

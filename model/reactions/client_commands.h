@@ -8,8 +8,8 @@
 #include "model/bank/visible_range_walk.h"
 #include "model/hands/pan.h"
 #include "model/reactions/hello_response.h"
-#include "model/tracks/group_mute_solo.h"
 #include "model/tracks/track_metadata.h"
+#include "model/tracks/track_wishes.h"
 
 namespace lumbrine {
 
@@ -24,9 +24,9 @@ public:
         SeekWorker& seekWorker;
         Calibration& calibration;
         TrackMetadata& metadata;
+        TrackWishes& wishes;
         AutomationModes& automation;
         GroupOperations& groups;
-        GroupMuteSolo& groupSwitches;
         VisibleRangeWalk& visibleRange;
     };
 

@@ -5,13 +5,41 @@
 
 namespace lumbrine {
 
+namespace {
+
+constexpr Duration longest = seconds(60);
+constexpr std::size_t mostTold = 100; // lines; more kinds than there are
+
+} // namespace
+
 ActivityLog::ActivityLog(const Jobs& jobs, PublishedState& published, Bilingual language,
                          std::function<void(const std::string&)> sink)
-    : text(language), jobs(jobs), published(published), sink(std::move(sink)) {}
+    : text(language), jobs(jobs), published(published), sink(std::move(sink)), toldLock(jobs.runtime) {}
 
 void ActivityLog::appendLog(const std::string& line) {
     sink(line);
     jobs.runOnMain([this, line] { show(line); });
+}
+
+void ActivityLog::sayOnceAMinute(std::string_view english, std::string_view japanese) {
+    sayUnlessToldWithin(longest, text(english, japanese));
+}
+
+void ActivityLog::sayOnceARun(std::string_view english, std::string_view japanese) {
+    sayUnlessToldWithin(seconds(10), text(english, japanese));
+}
+
+void ActivityLog::sayUnlessToldWithin(Duration pause, const std::string& line) {
+    const TimePoint now = jobs.runtime.now();
+    {
+        const Lock lock(toldLock);
+        std::erase_if(told, [now](const auto& entry) { return now - entry.second >= longest; });
+        const auto last = told.find(line);
+        if (last != told.end() && now - last->second < pause) return;
+        if (told.size() >= mostTold) told.clear();
+        told[line] = now;
+    }
+    appendLog(line);
 }
 
 void ActivityLog::show(const std::string& line) {

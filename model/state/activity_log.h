@@ -6,6 +6,7 @@
 #include "model/state/published_state.h"
 
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -24,17 +25,27 @@ public:
     // The line in the user's language. Any thread.
     void say(std::string_view english, std::string_view japanese) { appendLog(text(english, japanese)); }
 
+    // The same, for lines that may come again and again. A line that says how something stands is logged at most once a
+    // minute; one that says that something was dropped once in ten seconds, because then it may be about something
+    // else. Any thread.
+    void sayOnceAMinute(std::string_view english, std::string_view japanese);
+    void sayOnceARun(std::string_view english, std::string_view japanese);
+
     // To standard output only, for diagnostics. Any thread.
     void print(const std::string& line) const { sink(line); }
 
     const Bilingual text; // for lines that are put together
 
 private:
+    void sayUnlessToldWithin(Duration pause, const std::string& line);
     void show(const std::string& line);
 
     const Jobs& jobs;
     PublishedState& published;
     const std::function<void(const std::string&)> sink;
+
+    Mutex toldLock;
+    std::map<std::string, TimePoint> told LUMBRINE_GUARDED_BY(toldLock); // the lines that may come again
 };
 
 } // namespace lumbrine

@@ -5,6 +5,11 @@
 
 namespace lumbrine {
 
+bool isSame(const TrackIdentity& left, const TrackIdentity& right) {
+    if (!left.id.empty() && !right.id.empty()) return left.id == right.id;
+    return left.name == right.name && (left.index == right.index || left.index == 0 || right.index == 0);
+}
+
 Session Session::of(const std::vector<std::string>& displays) {
     Session session;
     session.tracks.reserve(displays.size());

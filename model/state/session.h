@@ -12,6 +12,18 @@
 
 namespace lumbrine {
 
+// By what Pro Tools' scripting service knows a track. A name can be changed; an id cannot, but not every version of the
+// service has them.
+struct TrackIdentity {
+    std::string id = {};    // empty: unknown
+    std::string name = {};  // in full
+    std::int64_t index = 0; // in the service's list, from 1; 0: unknown
+};
+
+// By the ids where both are known. Otherwise both must have the same name, and the same index where both are known:
+// then it is hardly another track that was given the name of the first.
+bool isSame(const TrackIdentity& left, const TrackIdentity& right);
+
 // What is known of one track. Absent, or neutral for switches and texts: nobody has said so far.
 struct Track {
     std::string display;             // what the surfaces call it, at most four characters; from the scan
@@ -26,6 +38,10 @@ struct Track {
     std::optional<SessionPan> pan;
     std::uint8_t mode = autoModeUnknown;
     std::string comment; // from the Mix window
+    std::string id = {}; // of the scripting service, like the next one; empty and 0 while unknown
+    std::int64_t listIndex = 0;
+
+    TrackIdentity identity() const { return {.id = id, .name = name.value_or(""), .index = listIndex}; }
 };
 
 // A value: a scan makes a new one.

@@ -53,15 +53,31 @@ void TrackMetadata::refresh(PTSLClient& ptsl) {
         if (accessibility.isTrusted()) refreshFromScreen();
         return;
     }
+    jobs.runOnMain([this, tracks = *std::move(tracks)]() mutable { takeList(std::move(tracks)); });
+}
+
+void TrackMetadata::takeList(TrackList tracks) {
+    newest = std::move(tracks);
     // The banks leave hidden tracks out as a rule, so the visible ones are tried first.
     std::vector<TrackList> candidates(2);
-    std::ranges::copy_if(*tracks, std::back_inserter(candidates[0]),
+    std::ranges::copy_if(newest, std::back_inserter(candidates[0]),
                          [](const PTSLTrack& track) { return !track.isHidden; });
-    candidates[1] = *std::move(tracks);
-    jobs.runOnMain([this, candidates = std::move(candidates)] {
-        adopt(candidates, "PTSL");
-        scripting.notePTSLSuccess();
+    candidates[1] = newest;
+    adopt(candidates, "PTSL");
+    scripting.notePTSLSuccess();
+}
+
+const PTSLTrack* TrackMetadata::listed(const TrackIdentity& track) const {
+    const auto found = std::ranges::find_if(newest, [&](const PTSLTrack& candidate) {
+        return isSame(track, {.id = candidate.id, .name = candidate.name, .index = candidate.index});
     });
+    return found == newest.end() ? nullptr : &*found;
+}
+
+std::optional<std::string> TrackMetadata::currentName(const TrackIdentity& track) const {
+    if (newest.empty()) return track.name;
+    const PTSLTrack* const found = listed(track);
+    return found == nullptr ? std::nullopt : std::optional(found->name);
 }
 
 void TrackMetadata::refreshFromScreen() {
@@ -82,6 +98,7 @@ void TrackMetadata::adopt(const std::vector<TrackList>& candidates, std::string_
     if (chosen == candidates.end()) return reportMismatch(candidates);
     // The first list of a session is news even where it says what was assumed.
     const bool first = !std::exchange(state.published.session.listed, true);
+    adoptIdentities(*chosen);
     adoptNames(*chosen, source);
     adoptColors(*chosen, first);
     adoptInputMonitors(*chosen, first);
@@ -93,8 +110,18 @@ void TrackMetadata::reportMismatch(const std::vector<TrackList>& candidates) con
     for (const TrackList& candidate : candidates)
         counts += (counts.empty() ? "" : ", ") + std::to_string(candidate.size());
     counts += " / HUI " + std::to_string(state.published.session.size());
-    log.say("Full names: count mismatch (" + counts + ") → keeping 4-char names",
-            "フルネーム: 件数不一致（" + counts + "）→ 4文字表示のまま");
+    log.sayOnceAMinute("Full names: count mismatch (" + counts + ") → keeping 4-char names",
+                       "フルネーム: 件数不一致（" + counts + "）→ 4文字表示のまま");
+}
+
+// A list from the screen has no ids. A track that keeps its name is taken for the same one.
+void TrackMetadata::adoptIdentities(const TrackList& list) {
+    std::vector<Track>& tracks = state.published.session.tracks;
+    for (std::size_t i = 0; i < tracks.size(); ++i) {
+        if (list[i].id.empty() && list[i].index == 0 && tracks[i].name == list[i].name) continue;
+        tracks[i].id = list[i].id;
+        tracks[i].listIndex = list[i].index;
+    }
 }
 
 void TrackMetadata::adoptNames(const TrackList& list, std::string_view source) {
@@ -150,30 +177,6 @@ void TrackMetadata::readComments() {
     const auto read = PTMixComments::read(accessibility, wanted.names);
     if (!read) return;
     jobs.runOnMain([this, wanted, found = *read] { comments.adopt(wanted, found); });
-}
-
-// ---- Input monitoring
-
-void TrackMetadata::toggleInputMonitor(Strip strip) {
-    assert(jobs.runtime.onMain());
-    const auto track = state.published.trackOn(strip.slot());
-    if (!track) return;
-    const auto& name = state.published.session.tracks[*track].name;
-    if (!name || name->empty()) return;
-    scripting.onQueue([this, name = *name](PTSLClient& ptsl) { toggle(ptsl, name); });
-}
-
-void TrackMetadata::toggle(PTSLClient& ptsl, const std::string& trackName) {
-    const auto noteFailure = [this](const PTSLFailure& error) {
-        jobs.runOnMain([this, error] { scripting.notePTSLFailure(error); });
-    };
-    const auto tracks = ptsl.trackList();
-    if (!tracks) return noteFailure(tracks.error());
-    // What the receiver knows may be older than the user's own click in Pro Tools.
-    const auto track = std::ranges::find(*tracks, trackName, &PTSLTrack::name);
-    if (track == tracks->end()) return;
-    const auto set = ptsl.setInputMonitor(trackName, !track->isInputMonitoringOn);
-    if (!set) noteFailure(set.error());
 }
 
 } // namespace lumbrine

@@ -3,13 +3,14 @@
 // Pro Tools' windows: comments always, names while the service does not answer.
 #pragma once
 
-#include "base/strip.h"
 #include "model/mirror/client_mirror.h"
 #include "model/tracks/scripting_link.h"
 #include "model/tracks/track_comments.h"
 #include "platform/api/accessibility.h"
 #include "ptsl/ptsl_track.h"
 
+#include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -37,20 +38,27 @@ public:
     // What cannot be read stays as it was. Main thread; returns at once.
     void refreshComments();
 
-    // Flips input monitoring of the track on the strip, from the state that Pro Tools has now. Nothing happens while
-    // the track's full name is not known, or when Pro Tools has none of that name. Main thread.
-    void toggleInputMonitor(Strip strip);
+    // Takes a list that the scripting service has sent: remembers it and adopts it. Main thread.
+    void takeList(TrackList tracks);
+
+    // That track in the newest list of the scripting service; null when it is not there. Valid until the next one.
+    // Main thread.
+    const PTSLTrack* listed(const TrackIdentity& track) const;
+
+    // What the track is called in that list; absent when it is not there. While the service has sent no list, the name
+    // that the track had. Main thread.
+    std::optional<std::string> currentName(const TrackIdentity& track) const;
 
 private:
     // On the scripting queue
     void refresh(PTSLClient& ptsl);
     void refreshFromScreen();
     void readComments();
-    void toggle(PTSLClient& ptsl, const std::string& trackName);
 
     // On the main thread
     void reportMismatch(const std::vector<TrackList>& candidates) const;
     void adoptNames(const TrackList& list, std::string_view source);
+    void adoptIdentities(const TrackList& list);
     void adoptColors(const TrackList& list, bool first);
     void adoptInputMonitors(const TrackList& list, bool first);
     void adoptStates(const TrackList& list);
@@ -63,6 +71,7 @@ private:
     ClientMirror& mirror;
     TrackComments comments;
     bool commentsReadWaits = false; // main thread only
+    TrackList newest;               // of the scripting service; main thread only
 
     Mutex namesRefreshInFlight;
     bool namesRefreshRunning LUMBRINE_GUARDED_BY(namesRefreshInFlight) = false;

@@ -30,7 +30,7 @@ const std::string threeTracks = R"({"track_list":[
   {"name":"Aux"}],"pagination_response":{"total":3,"limit":1000,"offset":0}})";
 
 const std::vector<PTSLTrack> threeExpected{
-    {.index = 1, .name = "Kick", .color = 0x336699, .isSelected = true, .isMuted = true},
+    {.index = 1, .name = "Kick", .color = 0x336699, .isSelected = true, .isMuted = true, .id = "{1}"},
     {.index = 2, .name = "ボーカル", .isInputMonitoringOn = true, .isHidden = true, .isRecordEnabled = true},
     {.index = 3, .name = "Aux"}};
 

@@ -45,11 +45,17 @@ TEST_F(JapaneseTrackAdoptionTest, LogsTheMismatchInJapanese) {
     EXPECT_THAT(bench.lines, ElementsAre("フルネーム: 件数不一致（4 / HUI 3）→ 4文字表示のまま"));
 }
 
-TEST_F(TrackAdoptionTest, LogsEveryMismatch) {
+TEST_F(TrackAdoptionTest, LogsTheSameMismatchOnceAMinute) {
     const std::string mismatch = "Full names: count mismatch (4, 4 / HUI 3) → keeping 4-char names";
     adoption.adopt({listOf(4), listOf(4)}, "PTSL");
+    bench.run(59'999ms);
     adoption.adopt({listOf(4), listOf(4)}, "PTSL");
-    EXPECT_THAT(bench.takeLines(), ElementsAre(mismatch, mismatch));
+    EXPECT_THAT(bench.takeLines(), ElementsAre(mismatch));
+    bench.run(1ms);
+    adoption.adopt({listOf(4), listOf(4)}, "PTSL");
+    EXPECT_THAT(bench.takeLines(), ElementsAre(mismatch));
+    adoption.adopt({listOf(5), listOf(6)}, "PTSL");
+    EXPECT_EQ(bench.takeLines().size(), 1U);
 }
 
 TEST_F(TrackAdoptionTest, KeepsWhatItHadWhenTheCountsDifferLater) {

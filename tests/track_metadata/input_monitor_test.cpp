@@ -1,4 +1,4 @@
-// Flipping input monitoring of the track on a strip.
+// Switching input monitoring of the track on a strip over.
 #include "model/testing/session_columns.h"
 #include "remote/command_builder.h"
 #include "tests/track_metadata/metadata_test.h"
@@ -6,63 +6,81 @@
 namespace lumbrine {
 namespace {
 
+// The client has been told that the lead vocals are monitored, on strip 1.
 class InputMonitorTest : public MetadataTest {
 protected:
     InputMonitorTest() {
-        setColumn(published.session, &Track::name, {"Kick Drum", "Lead Vocals", "Backing Vocals"});
         serve(R"({"name":"Kick Drum"},)"
-              R"({"name":"Lead Vocals","track_attributes":{"is_input_monitoring_on":"SetExplicitly"}})");
+              R"({"name":"Lead Vocals","track_attributes":{"is_input_monitoring_on":"SetExplicitly"}},)"
+              R"({"name":"Backing Vocals"})");
+        refresh();
+        bench.lines.clear();
     }
 
     void toggle(int strip) {
-        bench.parts().metadata.toggleInputMonitor(*Strip::of(strip));
+        bench.parts().wishes.toggleInputMonitor(*Strip::of(strip), origin());
         world.runtime.runUntilIdle();
     }
 };
 
-TEST_F(InputMonitorTest, IsTurnedOnWhereItIsOff) {
+TEST_F(InputMonitorTest, AsksForTheOppositeOfWhatTheClientWasTold) {
     toggle(0);
-    EXPECT_THAT(argumentsOf(inputMonitorCommand), ElementsAre(R"({"enabled":true,"track_names":["Kick Drum"]})"));
+    toggle(1);
+    EXPECT_THAT(argumentsOf(inputMonitorCommand), ElementsAre(R"({"enabled":true,"track_names":["Kick Drum"]})",
+                                                              R"({"enabled":false,"track_names":["Lead Vocals"]})"));
 }
 
-TEST_F(InputMonitorTest, GoesByWhatProToolsHasNotByWhatIsKnown) {
+// The user at the computer has just switched it over; the client wants what it does not see.
+TEST_F(InputMonitorTest, GoesByWhatTheClientWasToldNotByWhatIsKnownSince) {
     setColumn(published.session, &Track::inputMonitor, {false, false, false});
     toggle(1);
     EXPECT_THAT(argumentsOf(inputMonitorCommand), ElementsAre(R"({"enabled":false,"track_names":["Lead Vocals"]})"));
 }
 
-TEST_F(InputMonitorTest, IsThatOfTheTrackOnTheStrip) {
-    published.bankOffset = 1;
+TEST_F(InputMonitorTest, TwiceBeforeTheClientIsToldAsksForTheSameTwice) {
+    service.answers.erase(trackListCommand); // so nothing is told
+    toggle(0);
+    toggle(0);
+    EXPECT_THAT(argumentsOf(inputMonitorCommand), ElementsAre(R"({"enabled":true,"track_names":["Kick Drum"]})",
+                                                              R"({"enabled":true,"track_names":["Kick Drum"]})"));
+}
+
+TEST_F(InputMonitorTest, IsThatOfTheTrackThatTheClientWasShown) {
+    published.bankOffset = 1; // a walk passes by
+    toggle(0);
+    EXPECT_THAT(argumentsOf(inputMonitorCommand), ElementsAre(R"({"enabled":true,"track_names":["Kick Drum"]})"));
+    published.banksUsedBy.reset();
+    bench.parts().mirror.send(occasion::bankView);
+    service.requests.clear();
     toggle(0);
     EXPECT_THAT(argumentsOf(inputMonitorCommand), ElementsAre(R"({"enabled":false,"track_names":["Lead Vocals"]})"));
 }
 
-TEST_F(InputMonitorTest, IsLeftAloneWhenTheTrackIsNotKnown) {
-    toggle(3); // beyond the session
-    published.bankOffset = -1;
-    toggle(1);
-    published.bankOffset = 0;
-    published.session.tracks[0].name = "";
+TEST_F(InputMonitorTest, IsShownToTheClientAtOnce) {
+    service.requests.clear();
     toggle(0);
-    EXPECT_THAT(service.requests, IsEmpty());
-}
-
-TEST_F(InputMonitorTest, IsLeftAloneWhenProToolsHasNoTrackOfThatName) {
-    toggle(2);
-    EXPECT_THAT(argumentsOf(inputMonitorCommand), IsEmpty());
+    EXPECT_EQ(service.requests.back().command, trackListCommand);
     EXPECT_THAT(bench.lines, IsEmpty());
 }
 
-TEST_F(InputMonitorTest, FailureIsLoggedLikeAnyOtherOfTheService) {
-    refuse(inputMonitorCommand);
+TEST_F(InputMonitorTest, IsDroppedWhereNoTrackIsShown) {
+    service.requests.clear();
+    toggle(3); // beyond the session
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped input monitor: the track's full name is not known"));
+    EXPECT_THAT(service.requests, IsEmpty());
+}
+
+TEST_F(InputMonitorTest, IsDroppedWhenTheServiceRefuses) {
+    refuse(inputMonitorCommand, 130);
     toggle(0);
-    EXPECT_THAT(
-        bench.takeLines(),
-        ElementsAre("Track colors: unavailable (PTSL command failed: {\"errors\":[]}) → names are read from the "
-                    "screen, no colors shown"));
-    refuse(trackListCommand);
-    toggle(0);
-    EXPECT_THAT(bench.takeLines(), IsEmpty());
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped input monitor: Pro Tools refused it"));
+}
+
+class JapaneseInputMonitorTest : public JapaneseMetadataTest {};
+
+TEST_F(JapaneseInputMonitorTest, IsLoggedInJapanese) {
+    bench.parts().wishes.toggleInputMonitor(*Strip::of(0), origin());
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ 入力モニターの切り替えを中止（トラックのフルネームが不明なため）"));
 }
 
 class InputMonitorDatagramTest : public OwnedModelTest {
@@ -72,18 +90,20 @@ protected:
             return service::reply(R"({"track_list":[{"name":"Kick Drum"},{"name":"Lead Vocals"}]})");
         };
         bench.setTrackMap({"Kick", "LdVo"}, 0);
-        setColumn(bench.state().published.session, &Track::name, {"Kick Drum", "Lead Vocals"});
+        bench.parts().metadata.refreshFullNames();
+        settle();
+        service.requests.clear();
     }
 
     service::EnvelopeService service{bench.streams};
 };
 
-TEST_F(InputMonitorDatagramTest, FlipsTheTrackOnTheClientsStrip) {
+TEST_F(InputMonitorDatagramTest, SwitchesTheTrackOnTheClientsStripOver) {
     phone->send(remote::inputMonitorToggleCommand(*Strip::of(1)));
     settle();
     ASSERT_FALSE(service.requests.empty());
-    EXPECT_EQ(service.requests.back().command, 90U);
-    EXPECT_EQ(service.requests.back().json, R"({"enabled":true,"track_names":["Lead Vocals"]})");
+    EXPECT_EQ(service.requests.front().command, 90U);
+    EXPECT_EQ(service.requests.front().json, R"({"enabled":true,"track_names":["Lead Vocals"]})");
 }
 
 TEST_F(InputMonitorDatagramTest, LeavesStripsAloneThatAreNone) {

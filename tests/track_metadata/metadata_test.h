@@ -9,6 +9,7 @@ namespace lumbrine {
 class MetadataTest : public ::testing::Test {
 protected:
     static constexpr std::uint64_t trackListCommand = 3;
+    static constexpr std::uint64_t registerCommand = 70;
     static constexpr std::uint64_t muteCommand = 85;
     static constexpr std::uint64_t soloCommand = 86;
     static constexpr std::uint64_t inputMonitorCommand = 90;
@@ -27,6 +28,13 @@ protected:
     void refuse(std::uint64_t command) {
         service.answers[command] = [](const service::Request&) { return service::failure("{\"errors\":[]}"); };
     }
+    void refuse(std::uint64_t command, int number) {
+        const std::string error = R"({"errors":[{"command_error_type":)" + std::to_string(number) + "}]}";
+        service.answers[command] = [error](const service::Request&) { return service::failure(error); };
+    }
+
+    // Of a wish whose datagram arrives now. Nobody is in control, so nobody else is.
+    WishOrigin origin() const { return {.owner = {}, .arrived = world.runtime.now()}; }
 
     void refresh() {
         bench.parts().metadata.refreshFullNames();
@@ -34,6 +42,16 @@ protected:
     }
 
     // The arguments of the requests with that command.
+    // The commands that the service got since the last look, without registering and lists.
+    Lines takeSetters() {
+        Lines setters;
+        for (const service::Request& request : service.requests)
+            if (request.command != trackListCommand && request.command != registerCommand)
+                setters.push_back(std::to_string(request.command) + " " + request.json);
+        service.requests.clear();
+        return setters;
+    }
+
     Lines argumentsOf(std::uint64_t command) const {
         Lines arguments;
         for (const service::Request& request : service.requests)

@@ -1,4 +1,4 @@
-// Muting and soloing members of a group by name.
+// Muting and soloing members of a group by name: what is asked of the service, and what is logged.
 #include "model/testing/session_columns.h"
 #include "remote/command_builder.h"
 #include "tests/track_metadata/metadata_test.h"
@@ -10,26 +10,26 @@ namespace {
 
 using Members = std::vector<remote::Member>;
 
-class GroupMuteSoloTest : public MetadataTest {
+class GroupWishesTest : public MetadataTest {
 protected:
-    GroupMuteSoloTest() {
+    GroupWishesTest() {
         setColumn(published.session, &Track::name, {"Kick Drum", "Lead Vocals", ""});
         serve(threeTracks);
     }
 
     void set(const std::vector<int>& members, bool isSolo, bool enabled) {
-        bench.parts().groupSwitches.groupSetMuteSolo(members, isSolo, enabled);
+        bench.parts().wishes.setGroup(isSolo ? TrackSwitch::solo : TrackSwitch::mute, members, enabled, origin());
         world.runtime.runUntilIdle();
     }
 };
 
-TEST_F(GroupMuteSoloTest, MutesByFullNameInTheGroupsOrder) {
+TEST_F(GroupWishesTest, MutesByFullNameInTheGroupsOrder) {
     set({1, 0}, false, true);
     EXPECT_THAT(argumentsOf(muteCommand), ElementsAre(R"({"enabled":true,"track_names":["Lead Vocals","Kick Drum"]})"));
     EXPECT_EQ(bench.lines[0], "✓ Group: mute ON for 2 tracks");
 }
 
-TEST_F(GroupMuteSoloTest, EachCombinationHasItsCommandAndItsLine) {
+TEST_F(GroupWishesTest, EachCombinationHasItsCommandAndItsLine) {
     set({0}, false, false);
     EXPECT_THAT(argumentsOf(muteCommand), ElementsAre(R"({"enabled":false,"track_names":["Kick Drum"]})"));
     EXPECT_EQ(bench.takeLines()[0], "✓ Group: mute OFF for 1 tracks");
@@ -40,44 +40,66 @@ TEST_F(GroupMuteSoloTest, EachCombinationHasItsCommandAndItsLine) {
     EXPECT_EQ(argumentsOf(soloCommand).size(), 2U);
 }
 
-TEST_F(GroupMuteSoloTest, LeavesOutMembersWithoutAFullName) {
-    set({2, 7, -1, 0}, true, true);
+TEST_F(GroupWishesTest, TellsHowManyMembersWereReached) {
+    set({2, 7, -1, 0, 0}, true, true);
     EXPECT_THAT(argumentsOf(soloCommand), ElementsAre(R"({"enabled":true,"track_names":["Kick Drum"]})"));
-    EXPECT_EQ(bench.lines[0], "✓ Group: solo ON for 1 tracks");
+    EXPECT_EQ(bench.lines[0], "✓ Group: solo ON for 1 of 4 tracks");
 }
 
-TEST_F(GroupMuteSoloTest, DoesNothingWhenNobodyIsLeft) {
+TEST_F(GroupWishesTest, TellsThatNobodyCanBeReached) {
     set({2, 9}, false, true);
     set({}, true, true);
     EXPECT_THAT(service.requests, IsEmpty());
-    EXPECT_THAT(bench.lines, IsEmpty());
+    EXPECT_THAT(bench.lines, ElementsAre("✗ Dropped group mute: the track's full name is not known"));
 }
 
-TEST_F(GroupMuteSoloTest, ReadsTheListAgainAfterwards) {
+// The service refuses a command for several tracks as a whole.
+TEST_F(GroupWishesTest, ReachesTheOthersWhereOneTrackCannotBeMuted) {
+    setColumn(published.session, &Track::name, {"Kick Drum", "Picture", "Lead Vocals"});
+    serve(R"({"name":"Kick Drum"},{"name":"Picture"},{"name":"Lead Vocals"})");
+    service.answers[muteCommand] = [](const service::Request& request) {
+        return request.json.find("Picture") == std::string::npos
+                   ? service::reply("{}")
+                   : service::failure(R"({"errors":[{"command_error_type":130}]})");
+    };
+    set({0, 1, 2}, false, true);
+    EXPECT_THAT(argumentsOf(muteCommand),
+                ElementsAre(testing::HasSubstr(R"(["Kick Drum","Picture","Lead Vocals"])"),
+                            testing::HasSubstr(R"(["Kick Drum"])"), testing::HasSubstr(R"(["Picture","Lead Vocals"])"),
+                            testing::HasSubstr(R"(["Picture"])"), testing::HasSubstr(R"(["Lead Vocals"])")));
+    EXPECT_EQ(bench.takeLines()[0], "✓ Group: mute ON for 2 of 3 tracks");
+    set({1}, false, true);
+    EXPECT_EQ(bench.takeLines()[0], "✗ Dropped group mute: Pro Tools refused it");
+}
+
+TEST_F(GroupWishesTest, ReadsTheListAgainAfterwards) {
     set({0}, false, true);
     ASSERT_FALSE(service.requests.empty());
     EXPECT_EQ(service.requests.back().command, trackListCommand);
 }
 
-TEST_F(GroupMuteSoloTest, FailureIsLoggedOnceAndNothingElse) {
+TEST_F(GroupWishesTest, FailureIsLoggedAndNothingElse) {
     bench.streams.stopListening(31416);
     set({0, 1}, false, true);
     set({0, 1}, true, true);
+    bench.run(3s);
     EXPECT_THAT(bench.lines, ElementsAre("Track colors: unavailable (Cannot reach Pro Tools' PTSL (not running or "
-                                         "disabled)) → names are read from the screen, no colors shown"));
+                                         "disabled)) → names are read from the screen, no colors shown",
+                                         "✗ Dropped group mute: Pro Tools did not answer",
+                                         "✗ Dropped group solo: Pro Tools did not answer"));
     EXPECT_THAT(column(bench.state().published.session, &Track::mute), testing::Each(false));
 }
 
-TEST_F(GroupMuteSoloTest, NeverMovesTheSurfaces) {
+TEST_F(GroupWishesTest, NeverMovesTheSurfaces) {
     service.answer = [](service::ScriptedService::Call&) {}; // keeps the queue busy
-    bench.parts().groupSwitches.groupSetMuteSolo({0}, false, true);
+    bench.parts().wishes.setGroup(TrackSwitch::mute, {0}, true, origin());
     bench.run(1s);
     EXPECT_FALSE(bench.state().published.banksUsedBy == BankUser::walk);
     EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
 }
 
 // The folder that holds the kick has been closed: the client's row 0 is now the lead vocals'.
-TEST_F(GroupMuteSoloTest, MutesTheTrackThatIsThereAfterARescan) {
+TEST_F(GroupWishesTest, MutesTheTrackThatIsThereAfterARescan) {
     refresh();
     bench.setTrackMap({"LdVo", "BkVo"}, 0);
     refresh(); // still of three tracks
@@ -86,14 +108,21 @@ TEST_F(GroupMuteSoloTest, MutesTheTrackThatIsThereAfterARescan) {
     EXPECT_THAT(hex(bench.parts().table.buildTrackRow(0)), testing::EndsWith("04 4C 64 56 6F 00")); // "LdVo"
 }
 
-class JapaneseGroupMuteSoloTest : public JapaneseMetadataTest {};
+class JapaneseGroupWishesTest : public JapaneseMetadataTest {};
 
-TEST_F(JapaneseGroupMuteSoloTest, IsLoggedInJapanese) {
+TEST_F(JapaneseGroupWishesTest, IsLoggedInJapanese) {
     setColumn(published.session, &Track::name, {"Kick Drum", "Lead Vocals", "Backing Vocals"});
-    bench.parts().groupSwitches.groupSetMuteSolo({0, 1}, false, true);
-    bench.parts().groupSwitches.groupSetMuteSolo({2}, true, false);
-    world.runtime.runUntilIdle();
+    const auto set = [this](TrackSwitch which, const std::vector<int>& members, bool enabled) {
+        bench.parts().wishes.setGroup(which, members, enabled, origin());
+        world.runtime.runUntilIdle();
+    };
+    set(TrackSwitch::mute, {0, 1}, true);
+    set(TrackSwitch::solo, {2}, false);
+    set(TrackSwitch::mute, {1, 5, 6}, false);
+    set(TrackSwitch::solo, {6}, false);
     EXPECT_THAT(bench.lines, testing::Contains("✓ グループ 2 本をミュートON"));
+    EXPECT_THAT(bench.lines, testing::Contains("✓ グループ 3 本中 1 本をミュートOFF"));
+    EXPECT_THAT(bench.lines, testing::Contains("✗ グループのソロを中止（トラックのフルネームが不明なため）"));
     EXPECT_THAT(bench.lines, testing::Contains("✓ グループ 1 本をソロOFF"));
 }
 
