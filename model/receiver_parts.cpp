@@ -26,7 +26,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       groups(jobs, state, log, {surfaces, moves, walk, automation, mirror}),
 
       switches(platform.runtime, state, log, mirror),
-      feedback(jobs, state, log, {mirror, switches, bankMap, meters, displays}),
+      feedback(jobs, state, log, {mirror, switches, bankMap, metadata, meters, displays}),
       hello(platform.runtime, state, log, {endpoint, mirror, table, calibration, automation}),
       commands(jobs, state,
                {surfaces, mirror, hello, desk, pan, seekWorker, calibration, metadata, wishes, automation, groups,

@@ -46,10 +46,15 @@ std::string description(const PTSLFailure& failure, const Bilingual& text) {
     return std::get<JSONError>(failure).text;
 }
 
+bool isNotRunning(const PTSLFailure& failure) {
+    const auto* const error = std::get_if<PTSLError>(&failure);
+    return error != nullptr && error->kind == PTSLError::Case::notRunning;
+}
+
 Verdict verdictOn(const PTSLFailure& failure) {
+    if (isNotRunning(failure)) return Verdict::notYet;
     const auto* const error = std::get_if<PTSLError>(&failure);
     if (error == nullptr) return Verdict::unknown; // an answer that nobody can read
-    if (error->kind == PTSLError::Case::notRunning) return Verdict::notYet;
     if (error->kind != PTSLError::Case::commandFailed) return Verdict::unknown;
     switch (error->refusal) {
     case PTSLRefusal::noOpenSession: // also while a dialog is shown, after which the command may be carried out

@@ -52,6 +52,9 @@ using PTSLFailure = std::variant<PTSLError, JSONError>;
 
 std::string description(const PTSLFailure& failure, const Bilingual& text);
 
+// Nothing listens where the service should be.
+bool isNotRunning(const PTSLFailure& failure);
+
 // What is known of a command that failed.
 enum class Verdict {
     refused, // the service will not carry it out, however often it is asked

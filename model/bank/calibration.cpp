@@ -28,15 +28,15 @@ void Calibration::calibrateBanks(bool force) {
 
 bool Calibration::admitted(bool force) {
     if (!state.published.huiConnected) {
-        if (force) log.say("Scan: aborted (Pro Tools not connected)", "計測: Pro Tools 未接続のため中止");
+        if (force) log.sayOnceAMinute("Scan: aborted (Pro Tools not connected)", "計測: Pro Tools 未接続のため中止");
         return false;
     }
     if (!state.quiet()) return false;
     if (!force && !state.published.session.empty()) return false;
     if (state.transportRunning()) {
         if (!std::exchange(state.scans.warnedTransportSkip, true))
-            log.say("Scan: postponed while playing/recording (runs automatically after stop)",
-                    "計測: 再生/録音中のため見送り（停止後に自動で行います）");
+            log.sayOnceAMinute("Scan: postponed while playing/recording (runs automatically after stop)",
+                               "計測: 再生/録音中のため見送り（停止後に自動で行います）");
         return false;
     }
     state.scans.warnedTransportSkip = false;
@@ -146,11 +146,11 @@ void Calibration::finish() {
 
 void Calibration::retryOrGiveUp() {
     if (std::exchange(state.scans.calibrationRetried, true)) {
-        log.say("Cannot determine bank position (map does not match the display)",
-                "位置を特定できません（地図と表示が合いません）");
+        log.sayOnceAMinute("Cannot determine bank position (map does not match the display)",
+                           "位置を特定できません（地図と表示が合いません）");
         return;
     }
-    log.say("Cannot determine bank position, rescanning…", "位置を特定できないため測り直します…");
+    log.sayOnceAMinute("Cannot determine bank position, rescanning…", "位置を特定できないため測り直します…");
     jobs.onMainAfter(retryDelay, [this] { scanAnew(); });
 }
 

@@ -78,6 +78,7 @@ TEST_F(ScanTest, IsPostponedOncePerStretchOfPlaying) {
     EXPECT_THAT(bench.takeLines(), ElementsAre(postponed));
     EXPECT_FALSE(state.published.calibrating());
 
+    bench.run(60s); // no line is told twice within a minute
     state.transportPlaying = false;
     EXPECT_TRUE(scanBegins(true));
     ASSERT_TRUE(scanEnds(10s));
@@ -103,6 +104,7 @@ TEST_F(ScanTest, ThatComesTooEarlyStillEndsTheStretchOfPlaying) {
     state.transportPlaying = true;
     scan.calibrateBanks(true);
     state.transportPlaying = false;
+    bench.run(60s);
     state.presence.firstPingAt = world.runtime.now();
     EXPECT_FALSE(scanBegins(false));
     state.transportPlaying = true;
@@ -447,6 +449,7 @@ TEST_F(FailedScanTest, MayBeRepeatedAgainAfterASuccess) {
     scanInVain("a");
     bench.run(2s);
     ASSERT_TRUE(scanEnds(20s));
+    bench.run(60s);
     state.published.session = {};
     scan.calibrateBanks(false);
     scanInVain("b");

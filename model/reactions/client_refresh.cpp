@@ -21,7 +21,7 @@ void ClientRefresh::refresh() {
     if (resyncTick % ticksPerResend == 0) {
         parts.mirror.send(occasion::resend);
         if (hasMap) resendTableIfDirty();
-        if (hasMap && connected && !scanning) parts.metadata.refreshFullNames();
+        if (hasMap && connected && !scanning) parts.metadata.refreshRegularly();
     }
     if (resyncTick % ticksPerResend == 1) pollNextAutoMode();
     if (resyncTick % ticksPerCommentRead == 2 && hasMap && connected && !scanning && !state.transportRunning())

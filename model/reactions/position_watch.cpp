@@ -21,8 +21,8 @@ void PositionWatch::watchStuckPosition() {
     ticks = positionIsStuck() ? ticks + 1 : 0;
     if (ticks < stuckTickLimit) return;
     ticks = 0;
-    log.say("⚠ Position match keeps failing — rebuilding the track map",
-            "⚠ 位置照合が復帰しないため、トラック地図を作り直します");
+    log.sayOnceAMinute("⚠ Position match keeps failing — rebuilding the track map",
+                       "⚠ 位置照合が復帰しないため、トラック地図を作り直します");
     parts.calibration.forgetMap();
     scan();
 }

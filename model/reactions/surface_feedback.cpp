@@ -58,6 +58,7 @@ void SurfaceFeedback::showName(Strip strip, const std::string& name) {
     state.published.changed();
     parts.mirror.sendTrackNameToClient(strip, name);
     parts.bankMap.relocalize();
+    parts.metadata.somethingHappened();
 }
 
 // ---- Meters and V-Pot rings

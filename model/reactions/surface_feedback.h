@@ -7,6 +7,7 @@
 #include "model/mirror/meters.h"
 #include "model/reactions/switch_tracker.h"
 #include "model/state/jobs.h"
+#include "model/tracks/track_metadata.h"
 #include "surface/surface_wiring.h"
 
 namespace lumbrine {
@@ -24,6 +25,7 @@ public:
         ClientMirror& mirror;
         SwitchTracker& switches;
         BankMap& bankMap;
+        TrackMetadata& metadata;
         Meters& meters;
         DisplayWatch& displays;
     };

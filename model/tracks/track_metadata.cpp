@@ -46,17 +46,41 @@ void TrackMetadata::refreshFullNames() {
     });
 }
 
+void TrackMetadata::refreshRegularly() {
+    assert(jobs.runtime.onMain());
+    if (patience.mayAsk()) refreshFullNames();
+}
+
+void TrackMetadata::somethingHappened() {
+    if (patience.mayAskAtOnce(jobs.runtime.now())) refreshFullNames();
+}
+
 void TrackMetadata::refresh(PTSLClient& ptsl) {
+    const TimePoint asked = jobs.runtime.now();
     auto tracks = ptsl.trackList();
     if (!tracks) {
-        jobs.runOnMain([this, error = tracks.error()] { scripting.notePTSLFailure(error); });
-        if (accessibility.isTrusted()) refreshFromScreen();
+        const bool isAway = jobs.runtime.syncMain([&] { return noteFailure(tracks.error(), asked); });
+        if (isAway && accessibility.isTrusted()) refreshFromScreen();
         return;
     }
     jobs.runOnMain([this, tracks = *std::move(tracks)]() mutable { takeList(std::move(tracks)); });
 }
 
+// True when the names are to come from elsewhere.
+bool TrackMetadata::noteFailure(const PTSLFailure& failure, TimePoint asked) {
+    const TimePoint now = jobs.runtime.now();
+    if (patience.failed(asked, now, !isNotRunning(failure)))
+        jobs.onMainAfter(ServicePatience::grace - (now - asked), [this] {
+            if (patience.isAway(jobs.runtime.now())) refreshFullNames();
+        });
+    const bool hasSaidNothing = !state.published.session.listed || !isFromService;
+    if (!hasSaidNothing && !patience.isAway(now)) return false;
+    scripting.notePTSLFailure(failure);
+    return true;
+}
+
 void TrackMetadata::takeList(TrackList tracks) {
+    patience.answered();
     newest = std::move(tracks);
     // The banks leave hidden tracks out as a rule, so the visible ones are tried first.
     std::vector<TrackList> candidates(2);
@@ -98,6 +122,7 @@ void TrackMetadata::adopt(const std::vector<TrackList>& candidates, std::string_
     if (chosen == candidates.end()) return reportMismatch(candidates);
     // The first list of a session is news even where it says what was assumed.
     const bool first = !std::exchange(state.published.session.listed, true);
+    isFromService = source == "PTSL";
     adoptIdentities(*chosen);
     adoptNames(*chosen, source);
     adoptColors(*chosen, first);

@@ -5,6 +5,7 @@
 
 #include "model/mirror/client_mirror.h"
 #include "model/tracks/scripting_link.h"
+#include "model/tracks/service_patience.h"
 #include "model/tracks/track_comments.h"
 #include "platform/api/accessibility.h"
 #include "ptsl/ptsl_track.h"
@@ -23,10 +24,17 @@ public:
     TrackMetadata(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Accessibility& accessibility,
                   ScriptingLink& scripting, ClientMirror& mirror);
 
-    // Reads the track list and adopts what it says. When the scripting service fails, the names come from Pro Tools'
-    // window if the user lets this process read it; what the window does not show, colours and states, is then neutral.
-    // While a refresh is under way, another one is not begun. Any thread; returns at once.
+    // Reads the track list and adopts what it says. Once the scripting service has been failing for 10 s, or while it
+    // has said nothing of this session, the names come from Pro Tools' window if the user lets this process read it;
+    // what the window does not show, colours and states, is then neutral. While a refresh is under way, another one is
+    // not begun. Any thread; returns at once.
     void refreshFullNames();
+
+    // The same every 1.2 s, but more and more seldom while the service is busy or silent. Main thread.
+    void refreshRegularly();
+
+    // Pro Tools shows that it is alive: a service that failed may be back. Main thread.
+    void somethingHappened();
 
     // Gives the session's tracks what a list says of them. The displays' names are abbreviations, so a list is matched
     // by position, and only one that has as many tracks as the session. The first such list counts; if there is none,
@@ -53,6 +61,7 @@ private:
     // On the scripting queue
     void refresh(PTSLClient& ptsl);
     void refreshFromScreen();
+    bool noteFailure(const PTSLFailure& failure, TimePoint asked); // main thread
     void readComments();
 
     // On the main thread
@@ -72,6 +81,8 @@ private:
     TrackComments comments;
     bool commentsReadWaits = false; // main thread only
     TrackList newest;               // of the scripting service; main thread only
+    bool isFromService = false;     // what was adopted last; main thread only
+    ServicePatience patience;       // main thread only
 
     Mutex namesRefreshInFlight;
     bool namesRefreshRunning LUMBRINE_GUARDED_BY(namesRefreshInFlight) = false;

@@ -68,10 +68,7 @@ void TrackWishes::serveSoon() {
 void TrackWishes::serve(PTSLClient& ptsl) {
     const auto ready = ptsl.prepare();
     if (!ready) {
-        jobs.runOnMain([this, failure = ready.error()] {
-            parts.scripting.notePTSLFailure(failure);
-            putOff();
-        });
+        jobs.runOnMain([this] { putOff(); });
     } else if (const auto attempt = jobs.runtime.syncMain([this] { return begin(); })) {
         if (attempt->wish.inDoubt) {
             look(ptsl, *attempt);
@@ -150,7 +147,6 @@ void TrackWishes::set(PTSLClient& ptsl, const Attempt& attempt, std::size_t firs
 }
 
 void TrackWishes::end(const Attempt& attempt, const Outcome& outcome) {
-    if (outcome.failure) parts.scripting.notePTSLFailure(*outcome.failure);
     if (!outcome.reached.empty()) parts.metadata.refreshFullNames();
     Wish* const wish = wishes.find(attempt.wish.number);
     if (wish == nullptr) return;
@@ -174,8 +170,6 @@ void TrackWishes::look(PTSLClient& ptsl, const Attempt& attempt) {
         if (list) {
             parts.metadata.takeList(*list);
             settle(attempt);
-        } else {
-            parts.scripting.notePTSLFailure(list.error());
         }
         Wish* const wish = wishes.find(attempt.wish.number);
         if (wish == nullptr) return;

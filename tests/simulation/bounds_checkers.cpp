@@ -15,7 +15,7 @@ constexpr Duration longAgo = seconds(60);
 
 bool tellsOfAnEvent(std::string_view line) {
     constexpr auto beginnings =
-        std::to_array<std::string_view>({"[", "←", "→", "✓", "▶", "iOS connected", "Second surface lost"});
+        std::to_array<std::string_view>({"[", "←", "→", "✓", "✗ Dropped", "▶", "iOS connected", "Second surface lost"});
     return std::ranges::any_of(beginnings, [line](std::string_view begin) { return line.starts_with(begin); });
 }
 

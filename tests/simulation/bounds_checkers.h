@@ -14,7 +14,7 @@ namespace lumbrine::simulation {
 std::vector<std::string> checkBounds(const Load& load);
 
 // A line of the log that says how something stands is not told again within a minute. Lines that tell of an event of
-// their own, something that came on, went away or was done, are.
+// their own, something that came on, went away, was done or dropped, are.
 std::vector<std::string> checkRepeats(const std::vector<std::pair<TimePoint, std::string>>& lines);
 
 } // namespace lumbrine::simulation

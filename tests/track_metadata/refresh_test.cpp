@@ -165,6 +165,49 @@ TEST_F(RefreshedClientTest, IsServedEvery1200MillisecondsWhileProToolsIsThere) {
     EXPECT_EQ(service.requests.size(), 7U);
 }
 
+// The client stays, and Pro Tools is there. The next tick that asks for the list comes at once.
+class PatientRefreshTest : public RefreshedClientTest {
+protected:
+    PatientRefreshTest() {
+        bench.surfaceA.pingEverySecond();
+        bench.run(599ms);
+        service.requests.clear();
+    }
+
+    void answerLists(const Bytes& answer) {
+        service.answers[3] = [this, answer](const service::Request&) {
+            asked.push_back(std::chrono::duration_cast<std::chrono::milliseconds>(world.runtime.now() - bench.origin));
+            return answer;
+        };
+    }
+
+    const std::unique_ptr<RepeatingTimer> stay = world.runtime.repeatOnMain(1s, [this] { sendNothing(); });
+    std::vector<std::chrono::milliseconds> asked;
+};
+
+TEST_F(PatientRefreshTest, AsksABusyHostMoreAndMoreSeldom) {
+    answerLists(service::failure(R"({"errors":[{"command_error_type":138}]})"));
+    bench.run(100s);
+    ASSERT_FALSE(asked.empty());
+    std::vector<std::chrono::milliseconds> pauses;
+    for (std::size_t i = 1; i < asked.size(); ++i)
+        pauses.push_back(asked[i] - asked[i - 1]);
+    EXPECT_THAT(pauses, ElementsAre(1200ms, 2400ms, 4800ms, 1600ms, // 10 s after the first one
+                                    18800ms, 30000ms, 30000ms));
+}
+
+TEST_F(PatientRefreshTest, AsksAtOnceWhenANameChanges) {
+    answerLists(service::failure(R"({"errors":[{"command_error_type":138}]})"));
+    bench.run(30s);
+    asked.clear();
+    bench.surfaceA.name(0, "Kik ");
+    bench.run(1ms);
+    EXPECT_EQ(asked.size(), 1U);
+    bench.surfaceA.name(0, "Kick");
+    bench.run(1ms);
+    EXPECT_EQ(asked.size(), 1U); // the tick asks soon enough
+}
+
 TEST_F(RefreshedClientTest, IsNotServedDuringAScanNorWithoutAMap) {
     bench.surfaceA.pingEverySecond();
     const auto stay = world.runtime.repeatOnMain(1s, [this] { sendNothing(); });

@@ -44,6 +44,54 @@ TEST_F(JapaneseScreenNamesTest, AreLoggedInJapanese) {
     EXPECT_THAT(bench.takeLines(), ElementsAre("✓ トラック名を 3 件取得（フルネーム表示・AX）"));
 }
 
+TEST_F(ScreenNamesTest, ComeTenSecondsAfterTheServiceWasLost) {
+    serve(R"({"name":"A","color":"#102030","track_attributes":{"is_muted":true}},{"name":"B"},{"name":"C"})");
+    refresh();
+    bench.takeLines();
+    windows.listTracks({"A", "B", "C too"});
+    refuse(trackListCommand, 138);
+    refresh();
+    bench.run(9'999ms);
+    refresh();
+    EXPECT_EQ(published.session.tracks[0].color, 0x102030U);
+    EXPECT_TRUE(published.session.tracks[0].mute);
+    EXPECT_EQ(published.session.tracks[2].name, "C");
+    EXPECT_THAT(bench.takeLines(), IsEmpty());
+    bench.run(1ms);
+    EXPECT_EQ(published.session.tracks[0].color, std::nullopt);
+    EXPECT_EQ(published.session.tracks[2].name, "C too");
+}
+
+TEST_F(ScreenNamesTest, DoNotComeWhenTheServiceIsBackInTime) {
+    serve(R"({"name":"A","color":"#102030"},{"name":"B"},{"name":"C"})");
+    refresh();
+    windows.listTracks({"A", "B", "C too"});
+    for (int i = 0; i < 3; ++i) {
+        refuse(trackListCommand, 138);
+        refresh();
+        bench.run(9'999ms);
+        serve(R"({"name":"A","color":"#102030"},{"name":"B"},{"name":"C"})");
+        refresh();
+    }
+    bench.run(1s);
+    EXPECT_EQ(published.session.tracks[0].color, 0x102030U);
+    EXPECT_EQ(published.session.tracks[2].name, "C");
+}
+
+// An answer that is no result counts like none.
+TEST_F(ScreenNamesTest, DoNotComeWhileASessionOpens) {
+    serve(R"({"name":"A","color":"#102030"},{"name":"B"},{"name":"C"})");
+    refresh();
+    bench.takeLines();
+    windows.listTracks({"A", "B", "C too"});
+    for (const Bytes& none : {service::failure("", 2), service::reply("")}) {
+        service.answers[trackListCommand] = [none](const service::Request&) { return none; };
+        refresh();
+        EXPECT_EQ(published.session.tracks[0].color, 0x102030U);
+        EXPECT_THAT(bench.takeLines(), IsEmpty());
+    }
+}
+
 TEST_F(ScreenNamesTest, ComeWithNeutralColoursAndStates) {
     serve(R"({"name":"A","color":"#102030","track_attributes":{"is_muted":true,"is_soloed":true,)"
           R"("is_record_enabled":true,"is_input_monitoring_on":"SetExplicitly"}},{"name":"B"},{"name":"C"})");
@@ -54,6 +102,7 @@ TEST_F(ScreenNamesTest, ComeWithNeutralColoursAndStates) {
     refuse(trackListCommand);
     bench.state().fullTableDirty = false;
     refresh();
+    bench.run(10s);
     EXPECT_THAT(column(published.session, &Track::color), testing::Each(std::nullopt));
     EXPECT_THAT(column(published.session, &Track::inputMonitor), testing::Each(false));
     EXPECT_THAT(column(bench.state().published.session, &Track::mute), testing::Each(false));
@@ -106,6 +155,7 @@ TEST_F(ScreenNamesTest, AreNotTakenWhenTheyAreNotAsManyAsTheMapHas) {
     windows.listTracks({"Kick Drum", "Lead Vocals"});
     refuse(trackListCommand);
     refresh();
+    bench.run(10s);
     EXPECT_THAT(namesOf(published.session), ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
     EXPECT_THAT(bench.takeLines(), ElementsAre("Full names: count mismatch (2 / HUI 3) → keeping 4-char names"));
 }
@@ -133,7 +183,7 @@ TEST_F(ScreenNamesTest, AreReadOnTheQueueOfTheServiceWhichThenGoesOn) {
     bench.run(50ms);
     const std::size_t requests = service.requests.size();
     bench.parts().metadata.refreshFullNames(); // the first one still reads
-    bench.run(10s);
+    bench.run(9s);
     EXPECT_EQ(service.requests.size(), requests);
     EXPECT_THAT(namesOf(published.session), testing::SizeIs(3));
     bench.screen.watchReads([](const MemoryScreen::Read&) { return true; });
