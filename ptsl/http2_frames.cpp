@@ -7,6 +7,7 @@ namespace lumbrine {
 namespace {
 
 constexpr std::size_t headerSize = 9;
+constexpr std::size_t mostInAFrame = 16'384;
 constexpr std::uint32_t streamMask = 0x7FFFFFFF;    // clears the reserved bit
 constexpr std::uint32_t lastStreamID = 0xFFFFFFFD;  // adding 2 does not overflow yet
 constexpr std::size_t keptCapacity = 64UL * 1024UL; // a larger buffer is freed when it is empty
@@ -36,6 +37,14 @@ Bytes writeFrame(http2::FrameType type, std::uint8_t flags, std::uint32_t stream
     frame.insert(frame.end(), stream.begin(), stream.end());
     frame.insert(frame.end(), payload.begin(), payload.end());
     return frame;
+}
+
+Bytes writeBody(std::uint32_t streamID, ByteView body) {
+    Bytes frames;
+    for (; body.size() > mostInAFrame; body = body.subspan(mostInAFrame))
+        append(frames, writeFrame(http2::FrameType::data, 0, streamID, body.first(mostInAFrame)));
+    append(frames, writeFrame(http2::FrameType::data, http2::endStream, streamID, body));
+    return frames;
 }
 
 std::uint32_t takeStreamID(std::uint32_t& nextStreamID) {

@@ -55,6 +55,11 @@ std::uint32_t be32(std::span<const std::uint8_t, 4> bytes);
 // Returns one frame as bytes. The payload is never split; only the low 24 bits of its length are written.
 Bytes writeFrame(http2::FrameType type, std::uint8_t flags, std::uint32_t streamID, ByteView payload);
 
+// Returns a request's body as DATA frames of at most 16,384 bytes, the last one with END_STREAM. Larger frames need the
+// peer's leave, which begins with its settings and our acknowledgement of them (RFC 9113, section 4.2); this size is
+// always allowed.
+Bytes writeBody(std::uint32_t streamID, ByteView body);
+
 // Returns the stream for the next request and advances `nextStreamID` to the one after it. Ends the program when the
 // numbers are used up.
 std::uint32_t takeStreamID(std::uint32_t& nextStreamID);

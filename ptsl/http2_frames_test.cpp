@@ -51,6 +51,30 @@ TEST(HTTP2Frames, AreNeverSplit) {
     EXPECT_EQ(frame.size(), 9u + 0x012345);
 }
 
+TEST(HTTP2Frames, OfABodyHave16384BytesAtMost) {
+    const auto framesOf = [](std::size_t size) {
+        std::vector<std::pair<std::size_t, std::uint8_t>> frames; // sizes and flags
+        Bytes whole;
+        Bytes body(size);
+        for (std::size_t i = 0; i < size; ++i)
+            body[i] = static_cast<std::uint8_t>(i * 7);
+        for (const Seen& frame : framesIn({writeBody(5, body)})) {
+            EXPECT_EQ(frame.type, FrameType::data);
+            EXPECT_EQ(frame.streamID, 5U);
+            frames.emplace_back(frame.payload.size(), frame.flags);
+            whole.insert(whole.end(), frame.payload.begin(), frame.payload.end());
+        }
+        EXPECT_EQ(whole, body);
+        return frames;
+    };
+    using testing::ElementsAre;
+    using testing::Pair;
+    EXPECT_THAT(framesOf(0), ElementsAre(Pair(0, 1)));
+    EXPECT_THAT(framesOf(16'384), ElementsAre(Pair(16'384, 1)));
+    EXPECT_THAT(framesOf(16'385), ElementsAre(Pair(16'384, 0), Pair(1, 1)));
+    EXPECT_THAT(framesOf(40'000), ElementsAre(Pair(16'384, 0), Pair(16'384, 0), Pair(7'232, 1)));
+}
+
 TEST(HTTP2Frames, AreReadHoweverTheyArrive) {
     const Bytes stream{0, 0, 0, 4,    0,    0,    0, 0, 0,          // SETTINGS, empty
                        0, 0, 3, 0,    1,    0x80, 0, 0, 5, 7, 8, 9, // DATA on stream 5, reserved bit set

@@ -86,9 +86,9 @@ std::expected<Bytes, PTSLError> PTSLWire::call(std::string_view path, ByteView m
     }
     const std::uint32_t streamID = takeStreamID(nextStreamID);
     const Bytes headers = headerBlock(path, host + ":" + std::to_string(port));
-    // Both frames in one piece, so that the service wakes up once and finds the whole request.
+    // All frames in one piece, so that the service wakes up once and finds the whole request.
     Bytes request = writeFrame(http2::FrameType::headers, http2::endHeaders, streamID, headers);
-    append(request, writeFrame(http2::FrameType::data, http2::endStream, streamID, grpcMessage(message)));
+    append(request, writeBody(streamID, grpcMessage(message)));
     if (const auto sent = sendAll(request); !sent) return std::unexpected(sent.error());
     return readResponse(streamID);
 }

@@ -47,12 +47,11 @@ public:
         Bytes& all = service.received[connection - 1];
         all.insert(all.end(), bytes.begin(), bytes.end());
         for (const SentFrame& frame : framesIn(all, seen)) {
+            constexpr std::uint8_t dataType = 0;
+            if (frame.type == dataType) body.insert(body.end(), frame.payload.begin(), frame.payload.end());
             if (!endsRequest(frame)) continue;
-            Call call{line,
-                      frame.stream,
-                      {frame.payload.begin() + prefixSize, frame.payload.end()},
-                      ++service.callCount,
-                      connection};
+            const Bytes whole = std::exchange(body, {}); // one call at a time
+            Call call{line, frame.stream, {whole.begin() + prefixSize, whole.end()}, ++service.callCount, connection};
             if (service.answer) service.answer(call);
         }
     }
@@ -62,6 +61,7 @@ private:
     VirtualLine line;
     std::size_t connection = 0;
     std::size_t seen = prefaceSize;
+    Bytes body; // of the request, as far as it has come
 };
 
 ScriptedService::ScriptedService(VirtualStreams& streams, std::uint16_t listeningPort)

@@ -46,7 +46,8 @@ protected:
                               .isInactive = track.inactive,
                               .isMuted = track.mute,
                               .isSoloed = track.solo,
-                              .isRecordEnabled = track.recordArmed});
+                              .isRecordEnabled = track.recordArmed,
+                              .id = "track-" + std::to_string(track.id)});
         return tracks;
     }
 
@@ -112,6 +113,17 @@ TEST_F(GrpcLink, ReadsAnEmptySessionInBothSpellings) {
         ASSERT_TRUE(tracks) << errorOf(tracks);
         EXPECT_TRUE(tracks->empty());
     }
+}
+
+// The first requests of a connection: the service takes no frame of more than 16,384 bytes yet.
+TEST_F(GrpcLink, SetsHundredsOfTracksBeforeAnythingElse) {
+    start({}, 1000, {.japaneseNames = true});
+    std::vector<std::string> names;
+    const SimulatedSession session = proTools->session();
+    for (const SimulatedTrack& track : session.tracks())
+        names.push_back(track.name);
+    EXPECT_EQ(errorOf(clientOf(port)->setMute(names, true)), "no error");
+    EXPECT_TRUE(std::ranges::all_of(proTools->session().tracks(), &SimulatedTrack::mute));
 }
 
 TEST_F(GrpcLink, ListsAndSetsHundredsOfTracks) {

@@ -38,19 +38,20 @@ TEST_F(PythonService, ListsAndSetsTracks) {
     const auto client = clientOf(port);
     const auto before = client->trackList();
     ASSERT_TRUE(before) << errorOf(before);
-    EXPECT_EQ(*before, (std::vector<PTSLTrack>{{.index = 1, .name = "トラック 1", .color = 0x336699},
-                                               {.index = 2, .name = "トラック 2", .color = 0x336699},
-                                               {.index = 3, .name = "トラック 3", .color = 0x336699}}));
+    EXPECT_EQ(*before, (std::vector<PTSLTrack>{{.index = 1, .name = "トラック 1", .color = 0x336699, .id = "{1}"},
+                                               {.index = 2, .name = "トラック 2", .color = 0x336699, .id = "{2}"},
+                                               {.index = 3, .name = "トラック 3", .color = 0x336699, .id = "{3}"}}));
     EXPECT_EQ(errorOf(client->setMute({"トラック 1", "トラック 2"}, true)), "no error");
     EXPECT_EQ(errorOf(client->setSolo({"トラック 2"}, true)), "no error");
     EXPECT_EQ(errorOf(client->setInputMonitor("トラック 3", true)), "no error");
     EXPECT_EQ(errorOf(client->setMute({"トラック 1"}, false)), "no error");
     const auto after = client->trackList();
     ASSERT_TRUE(after) << errorOf(after);
-    EXPECT_EQ(*after, (std::vector<PTSLTrack>{
-                          {.index = 1, .name = "トラック 1", .color = 0x336699},
-                          {.index = 2, .name = "トラック 2", .color = 0x336699, .isMuted = true, .isSoloed = true},
-                          {.index = 3, .name = "トラック 3", .color = 0x336699, .isInputMonitoringOn = true}}));
+    EXPECT_EQ(*after,
+              (std::vector<PTSLTrack>{
+                  {.index = 1, .name = "トラック 1", .color = 0x336699, .id = "{1}"},
+                  {.index = 2, .name = "トラック 2", .color = 0x336699, .isMuted = true, .isSoloed = true, .id = "{2}"},
+                  {.index = 3, .name = "トラック 3", .color = 0x336699, .isInputMonitoringOn = true, .id = "{3}"}}));
 }
 
 TEST_F(PythonService, ListsAndMutesAThousandTracks) {
@@ -120,6 +121,7 @@ TEST_F(PythonService, RefusesASessionOfAnotherProcessInItsOwnWords) {
     ASSERT_TRUE(client->trackList());
     kill();
     start();
+    EXPECT_FALSE(client->setMute({"トラック 1"}, true)); // the connection is gone
     EXPECT_EQ(errorOf(client->setMute({"トラック 1"}, true)),
               "PTSL command failed: {\"errors\":[{\"command_error_message\":\"unknown session\"}]}");
 }

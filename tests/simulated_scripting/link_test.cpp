@@ -58,7 +58,18 @@ TEST_F(ScriptingTest, SetsAndSeesWhatOthersSet) {
     EXPECT_TRUE(tracks[15].isMuted);
 }
 
-// One frame of more than 16,384 bytes, which a service takes once its settings are acknowledged.
+// More than one frame. Before its settings are acknowledged, a service takes none of more than 16,384 bytes.
+TEST_F(ScriptingTest, SetsManyTracksAtOnceByTheFirstCommandOfAConnection) {
+    start({.registrationOutlivesConnection = true}, 255, {.japaneseNames = true});
+    ASSERT_EQ(list(), "done");
+    std::vector<std::string> all;
+    for (int i = 0; i < 600; ++i)
+        all.push_back(tracks[static_cast<std::size_t>(i) % tracks.size()].name);
+    service->goAway();
+    EXPECT_NE(mute("Kick In", true), "done"); // the connection is gone
+    EXPECT_EQ(run([&](PTSLClient& ptsl) { return ptsl.setSolo(all, true); }), "done");
+}
+
 TEST_F(ScriptingTest, SetsManyTracksAtOnceAfterItHasListedThem) {
     start({}, 1000, {.japaneseNames = true});
     ASSERT_EQ(list(), "done");

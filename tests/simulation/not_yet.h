@@ -21,7 +21,6 @@ inline constexpr auto notYet = std::to_array<NotYet>({
     {"packed-displays", "Of several displays in one SysEx the first alone is read."},
     {"fill-at-session-open", "Names that no bank move brings again stay unknown, as those of a session of one bank."},
     {"slow-host", "A host that needs more than 0.27 s counts as unmoved: scans go wrong and begin anew without end."},
-    {"older-service", "Requests are of version 5 alone: a service before 2024.10 refuses all, and no names come."},
     {"answers",
      "More than 50 refusals a second to one address, or everything twice within 250 ms, or more than 264 rows "
      "within 100 ms, in 198 of 500 sessions."},
@@ -29,7 +28,6 @@ inline constexpr auto notYet = std::to_array<NotYet>({
     {"hands", "Faders, switches and AUTO switches are down while the banks move, after another owner, after silence or "
               "after the program's end, and a new owner is let go of at the tick, in 412 of 500 sessions."},
     {"in-time", "Modes are set later than 2 s or for a former owner, and walks go on for one, in 80 of 500 sessions."},
-    {"repeats", "Most often that the counts of full names differ, again within a minute, in 273 of 500 sessions."},
     {"storms", "A trouble: what was asked for is still carried out long after the calm, in 10 of 500 sessions."},
     {"tracks-of-acts",
      "In 274 of 500 sessions a move, turn, press or mode comes to a track that its client was not shown, "
