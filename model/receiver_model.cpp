@@ -28,6 +28,10 @@ std::shared_ptr<ReceiverModel> ReceiverModel::create(const ReceiverPlatform& pla
     std::shared_ptr<ReceiverModel> model(new ReceiverModel(platform, bilingual, std::move(sink)), destroyOnMain);
     model->parts->jobs.bind(model);
     model->parts->surfaces.wire(std::shared_ptr<SurfaceListener>(model, &model->parts->feedback));
+    platform.midi.onService([weak = std::weak_ptr(model)](bool isThere) {
+        const auto held = weak.lock();
+        if (held && held->started) held->parts->surfaces.serviceChanged(isThere);
+    });
     return model;
 }
 

@@ -103,6 +103,41 @@ TEST(ReceiverModel, GoesOnWithoutItsPorts) {
     }
 }
 
+TEST(ReceiverModel, OpensItsPortsWhenTheMIDIServiceIsThereAtLast) {
+    for (const bool japanese : {false, true}) {
+        ModelWorld world;
+        ModelBench bench(world, {.japanese = japanese});
+        bench.midi.serviceChanged(true);
+        bench.run(1s);
+        EXPECT_THAT(bench.lines, IsEmpty()); // it is not started yet
+        bench.midi.fail(MemoryMIDI::Call::createClient, -19);
+        bench.start();
+        bench.midi.fail(MemoryMIDI::Call::createClient, 0);
+        bench.mark();
+        bench.midi.serviceChanged(true);
+        bench.run(1s);
+        EXPECT_THAT(bench.takeLines(),
+                    ElementsAre(japanese ? "✓ 仮想MIDI 'Lumbrine' + 'Lumbrine B' 生成（8ch＋9〜16ch）"
+                                         : "✓ Virtual MIDI 'Lumbrine' + 'Lumbrine B' created (ch 1-8 + 9-16)"));
+        EXPECT_THAT(bench.surfaceA.presence.take(bench.origin), ElementsAre("0ms FF", "120ms FF", "240ms FF"));
+    }
+}
+
+TEST(ReceiverModel, SaysThatTheMIDIServiceIsLostAndBack) {
+    for (const bool japanese : {false, true}) {
+        ModelWorld world;
+        ModelBench bench(world, {.japanese = japanese});
+        bench.start();
+        bench.midi.serviceChanged(false);
+        bench.midi.serviceChanged(true);
+        EXPECT_THAT(bench.takeLines(), ElementsAre(japanese ? "⚠️ MIDI サーバー切断" : "⚠️ MIDI server lost",
+                                                   japanese ? "✓ MIDI サーバー復帰" : "✓ MIDI server back"));
+        bench.model.reset();
+        bench.midi.serviceChanged(false);
+        EXPECT_THAT(bench.lines, IsEmpty());
+    }
+}
+
 TEST(ReceiverModel, StartsOnce) {
     ModelWorld world;
     ModelBench bench(world);

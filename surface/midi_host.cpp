@@ -23,13 +23,17 @@ MIDIHost::MIDIHost(Runtime& runtime, MIDIServices& services, std::string name, s
     : name(std::move(name)), srcUID(srcUID), dstUID(dstUID), runtime(runtime), services(services) {}
 
 std::expected<void, MIDIError> MIDIHost::start() {
-    auto result = check(services.createClient(name, client), "MIDIClientCreateWithBlock");
-    if (!result) return result;
-
-    MIDIEndpointRef newSource = 0;
-    result = check(services.createSource(client, name, newSource), "MIDISourceCreate");
-    if (!result) return result;
-    source = newSource;
+    if (client == 0) {
+        auto result = check(services.createClient(name, client), "MIDIClientCreateWithBlock");
+        if (!result) return result;
+    }
+    if (source == 0) {
+        MIDIEndpointRef newSource = 0;
+        auto result = check(services.createSource(client, name, newSource), "MIDISourceCreate");
+        if (!result) return result;
+        source = newSource;
+    }
+    if (destination != 0) return {};
 
     services.onReturn(client, [weak = weak_from_this()] {
         const auto host = weak.lock();
@@ -40,7 +44,7 @@ std::expected<void, MIDIError> MIDIHost::start() {
         const auto host = weak.lock();
         if (host && host->onIncoming) host->onIncoming(packet);
     };
-    result =
+    auto result =
         check(services.createDestination(client, name, std::move(read), destination), "MIDIDestinationCreateWithBlock");
     if (!result) return result;
 

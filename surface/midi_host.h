@@ -35,7 +35,8 @@ public:
     std::function<void()> onReturn;
 
     // Creates client, source and destination, in this order, then sets the unique IDs; their failure is ignored. When a
-    // creation fails, the rest is not created and what exists stays. Call once, on any thread.
+    // creation fails, the rest is not created and what exists stays; another call creates the rest. One thread at a
+    // time.
     std::expected<void, MIDIError> start();
 
     // Sends one complete MIDI message as one packet, at once. Drops it when it is empty, and while there is no source.

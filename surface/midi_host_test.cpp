@@ -58,6 +58,21 @@ TEST_F(MIDIHostTest, KeepsItsSourceWhenTheDestinationFails) {
     EXPECT_EQ(services.sent, (Packets{{0x90, 0x00, 0x7F}}));
 }
 
+TEST_F(MIDIHostTest, CreatesWhatIsMissingWhenItIsStartedAgain) {
+    services.clientStatus = -19;
+    EXPECT_FALSE(host->start());
+    services.clientStatus = 0;
+    services.destinationStatus = 7;
+    EXPECT_FALSE(host->start());
+    services.destinationStatus = 0;
+    services.calls.clear();
+    EXPECT_TRUE(host->start());
+    EXPECT_EQ(services.calls,
+              (Texts{"destination Lumbrine of 11", "id of 22 is 1282232915", "id of 33 is 1282232900"}));
+    EXPECT_TRUE(host->start());
+    EXPECT_EQ(services.calls.size(), 3u);
+}
+
 TEST_F(MIDIHostTest, DoesNotMindThatIDsCannotBeSet) {
     services.uniqueIDStatus = -1;
     EXPECT_TRUE(host->start());

@@ -1,5 +1,7 @@
 #include "model/hands/surfaces.h"
 
+#include <utility>
+
 namespace lumbrine {
 
 namespace {
@@ -28,14 +30,26 @@ void Surfaces::startSurfaces() {
     for (MIDIHost* host : {midi.get(), midiB.get()}) {
         if (const auto started = host->start(); !started) {
             const std::string& why = started.error().description;
+            if (std::exchange(failure, why) == why) return;
             log.say("✗ MIDI failed: " + why, "✗ MIDI 失敗: " + why);
             return;
         }
     }
+    created = true;
     log.say("✓ Virtual MIDI 'Lumbrine' + 'Lumbrine B' created (ch 1-8 + 9-16)",
             "✓ 仮想MIDI 'Lumbrine' + 'Lumbrine B' 生成（8ch＋9〜16ch）");
     announceSurfaceA();
     midiB->announcePresence(presenceCount);
+}
+
+void Surfaces::serviceChanged(bool isThere) {
+    if (!created) {
+        if (isThere) startSurfaces();
+    } else if (isThere) {
+        log.say("✓ MIDI server back", "✓ MIDI サーバー復帰");
+    } else {
+        log.say("⚠️ MIDI server lost", "⚠️ MIDI サーバー切断");
+    }
 }
 
 void Surfaces::announceSurfaceA() {

@@ -10,6 +10,7 @@
 #include "surface/surface_wiring.h"
 
 #include <memory>
+#include <string>
 
 namespace lumbrine {
 
@@ -22,6 +23,10 @@ public:
 
     // Creates the ports of A, then those of B, and announces both; logs the result. Main thread, once.
     void startSurfaces();
+
+    // The system's MIDI service is lost, or there again (MIDIServices::onService). Creates the ports that are missing.
+    // Main thread.
+    void serviceChanged(bool isThere);
 
     // The rest: any thread.
 
@@ -39,6 +44,8 @@ public:
 
 private:
     ActivityLog& log;
+    bool created = false; // both surfaces' ports
+    std::string failure;  // as logged last
     std::shared_ptr<MIDIHost> midi;
     std::shared_ptr<MIDIHost> midiB;
     std::shared_ptr<HUIEngine> hui;

@@ -108,6 +108,37 @@ TEST_F(SurfacesTest, KeepTheFirstWhenTheSecondCannotBeMade) {
     EXPECT_THAT(ports.sent, ElementsAre("source Lumbrine: B0 0F 03", "source Lumbrine: B0 2F 40"));
 }
 
+TEST_F(SurfacesTest, AreCompletedWhenTheMIDIServiceIsThereAtLast) {
+    ports.failing = "Lumbrine B";
+    start();
+    ports.failing.clear();
+    ports.made.clear();
+    lines.clear();
+    surfaces.serviceChanged(true);
+    runtime.runFor(1s);
+    EXPECT_THAT(ports.made, ElementsAre("source Lumbrine B", "destination Lumbrine B", "source Lumbrine B is LmSB",
+                                        "destination Lumbrine B is LmDB"));
+    EXPECT_THAT(lines, ElementsAre("✓ Virtual MIDI 'Lumbrine' + 'Lumbrine B' created (ch 1-8 + 9-16)"));
+    EXPECT_THAT(ports.sent, testing::SizeIs(6));
+}
+
+TEST_F(SurfacesTest, SayOnceWhyTheyCannotBeMade) {
+    ports.failing = "Lumbrine";
+    start();
+    surfaces.serviceChanged(false);
+    surfaces.serviceChanged(true);
+    EXPECT_THAT(lines, ElementsAre("✗ MIDI failed: MIDISourceCreate failed: -10830"));
+}
+
+TEST_F(SurfacesTest, SayThatTheMIDIServiceIsLostAndBack) {
+    start();
+    lines.clear();
+    surfaces.serviceChanged(false);
+    surfaces.serviceChanged(true);
+    EXPECT_THAT(lines, ElementsAre("⚠️ MIDI server lost", "✓ MIDI server back"));
+    EXPECT_THAT(ports.made, testing::SizeIs(10)); // as at the start
+}
+
 TEST_F(SurfacesTest, AreAnnouncedThreeTimesEach) {
     start();
     EXPECT_THAT(ports.sent,

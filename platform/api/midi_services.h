@@ -35,6 +35,11 @@ public:
         static_cast<void>(back);
     }
 
+    // `changed` is called on the main thread: with false when the system's MIDI service is lost, with all ports; with
+    // true when it is there again, or there at last after a creation failed without it: then create what is missing.
+    // Back ends whose service is always there ignore it.
+    virtual void onService(std::function<void(bool isThere)> changed) { static_cast<void>(changed); }
+
     // Gives the endpoint an ID by which other programs recognise it after a restart. Back ends without such IDs ignore
     // it.
     virtual MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) = 0;

@@ -14,6 +14,12 @@ namespace {
 constexpr Duration betweenAttempts = seconds(1);
 constexpr Duration betweenReviews = seconds(0.02); // about a cycle: a new connection is live after one of the next
 
+bool serverAnswers() {
+    jack_client_t* client = jack_client_open("lumbrine-probe", JackNoStartServer, nullptr);
+    if (client != nullptr) jack_client_close(client);
+    return client != nullptr;
+}
+
 void ignoreMessage(const char* /*message*/) {}
 
 // Otherwise libjack writes to standard error for every failed attempt.
@@ -47,12 +53,13 @@ void JackServer::end() {
     if (served) thread.reset();
 }
 
-void JackServer::ask(std::function<void(bool)> tell) {
+void JackServer::watch(std::function<void(bool)> observer) {
     const auto job = std::make_shared<Job>();
-    job->work = [this, tell = std::move(tell)] {
-        jack_client_t* client = jack_client_open("lumbrine-probe", JackNoStartServer, nullptr);
-        if (client != nullptr) jack_client_close(client);
-        if (!stopping) tell(client != nullptr);
+    job->work = [this, observer = std::move(observer)] {
+        tell = observer;
+        away = !serverAnswers();
+        nextAttempt = runtime.now() + betweenAttempts;
+        if (!stopping) tell(!away);
     };
     post(job);
 }
@@ -62,6 +69,7 @@ MIDIStatus JackServer::add(Client& client) {
     run(
         [this, &client, status] {
             const MIDIStatus opened = client.open();
+            if (opened != 0) report(false);
             entries.push_back({&client, opened == 0, runtime.now()});
             nextAttempt = runtime.now() + betweenAttempts;
             *status = opened;
@@ -107,6 +115,7 @@ void JackServer::serve() {
         runJobs();
         if (stopping) break;
         reopen();
+        lookForServer();
         reviewSoon = false;
         for (const Entry& entry : entries)
             if (entry.open && !entry.client->review()) reviewSoon = true;
@@ -122,6 +131,7 @@ void JackServer::waitForSomething() {
         if (!entry.open && !waits) noLaterThan(nextAttempt);
         if (entry.open && !entry.client->runs()) noLaterThan(entry.opened + firstCycleTime);
     }
+    if (away && entries.empty()) noLaterThan(nextAttempt);
     if (reviewSoon) noLaterThan(runtime.now() + betweenReviews);
     if (!until) {
         bell.wait();
@@ -157,6 +167,7 @@ void JackServer::closeAllWhenLost() {
         if (std::exchange(entry.open, false)) entry.client->close();
     }
     nextAttempt = runtime.now() + betweenAttempts;
+    report(false);
 }
 
 void JackServer::closeThoseThatNeverRan() {
@@ -166,6 +177,7 @@ void JackServer::closeThoseThatNeverRan() {
         entry.open = false;
         entry.client->close();
         nextAttempt = runtime.now() + betweenAttempts;
+        report(false);
     }
 }
 
@@ -181,6 +193,22 @@ void JackServer::reopen() {
         if (!entry.open) return;
         entry.opened = runtime.now();
     }
+}
+
+void JackServer::lookForServer() {
+    if (!away) return;
+    if (!entries.empty()) {
+        if (std::ranges::all_of(entries, [](const Entry& entry) { return entry.open && entry.client->runs(); }))
+            report(true);
+    } else if (runtime.now() >= nextAttempt) {
+        nextAttempt = runtime.now() + betweenAttempts;
+        if (serverAnswers()) report(true);
+    }
+}
+
+void JackServer::report(bool isThere) {
+    if (std::exchange(away, !isThere) == !isThere) return;
+    if (tell && !stopping) tell(isThere);
 }
 
 } // namespace lumbrine

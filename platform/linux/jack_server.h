@@ -59,8 +59,10 @@ public:
     // for at most `closingTime`. If libjack blocks the thread for longer, thread and object stay until libjack returns.
     static std::shared_ptr<JackServer> start(Runtime& rt);
 
-    // Checks whether a server answers and calls `tell` on the server thread. Never starts a server.
-    void ask(std::function<void(bool answers)> tell);
+    // Checks whether a server answers and calls `tell` with the result, then again whenever that changes, always on the
+    // server thread. A server is lost when it has removed a client, and back when all clients run. Without clients a
+    // server is looked for once a second. Never starts a server. Call once.
+    void watch(std::function<void(bool isThere)> tell);
 
     // Opens the client and returns 0, or the status when that fails, or -ETIMEDOUT when the server thread has not
     // finished within `openingTime`. In each case the client stays in the list, and opening is tried again.
@@ -107,6 +109,8 @@ private:
     void closeThoseThatNeverRan();
     bool waitsForAFirstCycle() const;
     void reopen();
+    void lookForServer();
+    void report(bool isThere);
 
     Runtime& runtime;
     Bell bell;
@@ -118,6 +122,8 @@ private:
 
     // Server thread only.
     std::vector<Entry> entries;
+    std::function<void(bool)> tell;
+    bool away = false; // as reported last
     TimePoint nextAttempt{};
     bool reviewSoon = false;
 

@@ -3,6 +3,8 @@
 #include "platform/posix/run_loop.h"
 
 #include <cerrno>
+#include <cstdlib>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -113,6 +115,55 @@ TEST(JackServerTest, OpensAClientThatNeverRanAgainAndTheNextOneOnceItRuns) {
         seconds(20));
     bothAreOpen.wait();
     EXPECT_EQ(calls.taken(), (std::vector<std::string>{"A opens", "B opens", "A closes", "A opens", "B opens"}));
+    EXPECT_TRUE(server->remove(a));
+    EXPECT_TRUE(server->remove(b));
+}
+
+// What the server thread tells, in order.
+class Told {
+public:
+    std::function<void(bool)> listener() {
+        return [this](bool isThere) {
+            calls.note(isThere ? "there" : "lost");
+            news.ring();
+        };
+    }
+    std::string next() {
+        while (waiting.empty()) {
+            news.wait();
+            for (std::string& call : calls.taken())
+                waiting.push_back(std::move(call));
+        }
+        std::string first = std::move(waiting.front());
+        waiting.pop_front();
+        return first;
+    }
+
+private:
+    Calls calls;
+    Bell news;
+    std::deque<std::string> waiting;
+};
+
+TEST(JackServerTest, TellsOnceThatTheServerIsLostAndOnceThatAllClientsRunAgain) {
+    ::setenv("JACK_DEFAULT_SERVER", "lumbrine-absent", 1);
+    RunLoop loop;
+    RealRuntime runtime(loop);
+    Calls calls;
+    Told told;
+    const auto a = std::make_shared<FakeClient>("A", calls);
+    const auto b = std::make_shared<FakeClient>("B", calls);
+    const auto server = JackServer::start(runtime);
+    server->watch(told.listener());
+    EXPECT_EQ(told.next(), "lost");
+    EXPECT_EQ(server->add(*a), 0);
+    EXPECT_EQ(server->add(*b), 0);
+    EXPECT_EQ(told.next(), "there");
+
+    server->run([&] { a->isLost = b->isLost = true; }, seconds(20));
+    server->look();
+    EXPECT_EQ(told.next(), "lost");
+    EXPECT_EQ(told.next(), "there");
     EXPECT_TRUE(server->remove(a));
     EXPECT_TRUE(server->remove(b));
 }

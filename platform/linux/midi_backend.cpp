@@ -30,7 +30,8 @@ private:
     const MIDIStatus status;
 };
 
-// Chooses the services as soon as the JACK server has answered or its time is over. Main thread.
+// Chooses the services as soon as the JACK server has answered or its time is over. Where that finds no MIDI system, it
+// chooses JACK once a server is there. Main thread.
 class Choice {
 public:
     Choice(Runtime& runtime, Task found)
@@ -39,9 +40,9 @@ public:
     static std::shared_ptr<Choice> begin(Runtime& runtime, Task whenFound) {
         const auto choice = std::make_shared<Choice>(runtime, std::move(whenFound));
         const std::weak_ptr<Choice> open = choice;
-        choice->jack->ask([&runtime, open](bool answers) {
-            runtime.postMain([open, answers] {
-                if (const auto waiting = open.lock()) waiting->make(answers ? 0 : -ENODEV);
+        choice->jack->watch([&runtime, open](bool isThere) {
+            runtime.postMain([open, isThere] {
+                if (const auto held = open.lock()) held->hear(isThere);
             });
         });
         runtime.postMainAfter(JackServer::openingTime, [open] {
@@ -52,23 +53,38 @@ public:
 
     MIDIServices& made() { return *services; }
 
+    std::function<void(bool isThere)> changed = [](bool) {};
+
 private:
+    void hear(bool isThere) {
+        if (!isMade) {
+            make(isThere ? 0 : -ENODEV);
+        } else {
+            if (isThere) takeJack();
+            changed(isThere);
+        }
+    }
+
     void make(MIDIStatus ofJack) {
         if (std::exchange(isMade, true)) return;
         if (ofJack == 0) {
-            services = std::make_unique<JackMIDIServices>(runtime, std::move(jack));
+            takeJack();
         } else if (RtMidiServices::alsaAnswers()) {
             services = std::make_unique<RtMidiServices>(runtime);
+            jack.reset();
         } else {
             services = std::make_unique<AbsentMIDIServices>(ofJack);
         }
-        jack.reset();
         found();
+    }
+
+    void takeJack() {
+        if (jack) services = std::make_unique<JackMIDIServices>(runtime, std::move(jack));
     }
 
     Runtime& runtime;
     Task found;
-    std::shared_ptr<JackServer> jack;
+    std::shared_ptr<JackServer> jack; // until it is in use, or ALSA is
     bool isMade = false;
     std::unique_ptr<MIDIServices> services = std::make_unique<AbsentMIDIServices>(-ENODEV);
 };
@@ -90,6 +106,7 @@ public:
     void onReturn(MIDIClientRef client, std::function<void()> back) override {
         choice->made().onReturn(client, std::move(back));
     }
+    void onService(std::function<void(bool)> changed) override { choice->changed = std::move(changed); }
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override {
         return choice->made().setUniqueID(endpoint, uniqueID);
     }
@@ -126,7 +143,7 @@ std::unique_ptr<MIDIConnections> MIDIBackend::connections(Runtime& runtime) cons
     };
     const auto answer = std::make_shared<Answer>();
     std::shared_ptr<JackServer> jack = JackServer::start(runtime);
-    jack->ask([answer](bool answers) {
+    jack->watch([answer](bool answers) {
         answer->yes = answers;
         answer->came.ring();
     });

@@ -5,7 +5,10 @@
 #include "platform/api/midi_services.h"
 #include "platform/api/runtime.h"
 
+#include <functional>
 #include <memory>
+#include <string>
+#include <utility>
 
 namespace lumbrine {
 
@@ -25,11 +28,15 @@ public:
     MIDIStatus createSource(MIDIClientRef client, const std::string& name, MIDIEndpointRef& source) override;
     MIDIStatus createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
                                  MIDIEndpointRef& destination) override;
+    void onService(std::function<void(bool isThere)> changed) override { serviceChanged = std::move(changed); }
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override;
     MIDIStatus received(MIDIEndpointRef source, ByteView message) override;
 
     std::unique_ptr<MIDIConnection> connect(const std::string& portName,
                                             std::function<void(ByteView)> incoming) override;
+
+    // For tests to say that the MIDI service is lost or there; the ports do not change.
+    std::function<void(bool isThere)> serviceChanged = [](bool) {};
 
 private:
     class Hub;
