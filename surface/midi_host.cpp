@@ -55,7 +55,7 @@ std::expected<void, MIDIError> MIDIHost::start() {
 
 void MIDIHost::send(ByteView message) {
     const MIDIEndpointRef from = source;
-    if (from != 0 && !message.empty()) services.received(from, message);
+    if (from != 0 && !message.empty() && services.received(from, message) != 0) ++droppedCount;
 }
 
 void MIDIHost::announcePresence(int times) {

@@ -43,6 +43,9 @@ public:
     // Any thread.
     void send(ByteView message);
 
+    // The number of messages that the source could not send, since the start. Any thread.
+    std::uint64_t dropped() const { return droppedCount; }
+
     // Sends the single byte FF (system reset) max(times, 1) times from background jobs: the first at once, the others
     // 0.12 s apart. A HUI sends it when it is switched on. A byte that falls due while there is no source is dropped.
     void announcePresence(int times);
@@ -57,6 +60,7 @@ private:
     MIDIClientRef client = 0;
     std::atomic<MIDIEndpointRef> source{0}; // 0 until `start` has created it
     MIDIEndpointRef destination = 0;
+    std::atomic<std::uint64_t> droppedCount{0};
 };
 
 } // namespace lumbrine

@@ -87,6 +87,16 @@ TEST_F(MIDIHostTest, SendsEachMessageFromItsOwnSource) {
     EXPECT_EQ(services.calls.size(), 5u);
 }
 
+TEST_F(MIDIHostTest, CountsTheMessagesThatCannotBeSent) {
+    ASSERT_TRUE(host->start());
+    services.receivedStatus = -11;
+    host->send(Bytes{0xB0, 0x0F, 0x03});
+    host->send(Bytes{0xB0, 0x2F, 0x40});
+    services.receivedStatus = 0;
+    host->send(Bytes{0xFF});
+    EXPECT_EQ(host->dropped(), 2u);
+}
+
 TEST_F(MIDIHostTest, SendsNothingBeforeItIsStarted) {
     host->send(Bytes{0x90, 0x00, 0x7F});
     EXPECT_EQ(services.sent, Packets{});

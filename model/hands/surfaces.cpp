@@ -52,6 +52,15 @@ void Surfaces::serviceChanged(bool isThere) {
     }
 }
 
+void Surfaces::reportDropped() {
+    const std::uint64_t dropped = midi->dropped() + midiB->dropped();
+    if (std::exchange(droppedBefore, dropped) != dropped || droppedLogged == dropped) return;
+    const std::uint64_t count = dropped - std::exchange(droppedLogged, dropped);
+    const std::string number = std::to_string(count);
+    log.say("⚠️ MIDI: " + number + (count == 1 ? " message dropped" : " messages dropped"),
+            "⚠️ MIDI: メッセージ " + number + " 件を送れませんでした");
+}
+
 void Surfaces::announceSurfaceA() {
     midi->announcePresence(presenceCount);
 }

@@ -9,6 +9,7 @@
 #include "model/state/activity_log.h"
 #include "surface/surface_wiring.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -28,6 +29,10 @@ public:
     // Main thread.
     void serviceChanged(bool isThere);
 
+    // Logs how many messages could not be sent, once for each run of them: when none has been added since the last
+    // call. Main thread.
+    void reportDropped();
+
     // The rest: any thread.
 
     HUIEngine& engine(SurfaceID surface) { return surface == SurfaceID::A ? *hui : *huiB; }
@@ -46,6 +51,8 @@ private:
     ActivityLog& log;
     bool created = false; // both surfaces' ports
     std::string failure;  // as logged last
+    std::uint64_t droppedBefore = 0;
+    std::uint64_t droppedLogged = 0;
     std::shared_ptr<MIDIHost> midi;
     std::shared_ptr<MIDIHost> midiB;
     std::shared_ptr<HUIEngine> hui;

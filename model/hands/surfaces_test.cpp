@@ -16,6 +16,7 @@ public:
     Lines made; // "source Lumbrine", "Lumbrine is LmRS"
     Lines sent; // "Lumbrine: FF"
     std::string failing;
+    MIDIStatus sentStatus = 0;
     std::function<void()> onSent = [] {};
 
     MIDIStatus createClient(const std::string& name, MIDIClientRef& client) override {
@@ -44,7 +45,7 @@ public:
     MIDIStatus received(MIDIEndpointRef source, ByteView message) override {
         sent.push_back(endpoints.at(source - 1) + ": " + hex(message));
         onSent();
-        return 0;
+        return sentStatus;
     }
 
 private:
@@ -144,6 +145,25 @@ TEST_F(SurfacesTest, AreAnnouncedThreeTimesEach) {
     EXPECT_THAT(ports.sent,
                 testing::UnorderedElementsAre("source Lumbrine: FF", "source Lumbrine B: FF", "source Lumbrine: FF",
                                               "source Lumbrine B: FF", "source Lumbrine: FF", "source Lumbrine B: FF"));
+}
+
+TEST_F(SurfacesTest, SayOnceHowManyMessagesOfARunCouldNotBeSent) {
+    start();
+    lines.clear();
+    ports.sentStatus = -11;
+    surfaces.engine(SurfaceID::A).touch(3);
+    surfaces.reportDropped();
+    surfaces.engine(SurfaceID::B).touch(3);
+    surfaces.reportDropped();
+    EXPECT_THAT(lines, IsEmpty()); // the run goes on
+    surfaces.reportDropped();
+    surfaces.reportDropped();
+    EXPECT_THAT(lines, ElementsAre("⚠️ MIDI: 4 messages dropped"));
+    surfaces.announceSurfaceA();
+    runtime.runFor(seconds(0.1));
+    surfaces.reportDropped();
+    surfaces.reportDropped();
+    EXPECT_THAT(lines, ElementsAre("⚠️ MIDI: 4 messages dropped", "⚠️ MIDI: 1 message dropped"));
 }
 
 TEST_F(SurfacesTest, LetGoOfWhatIsDownAndSendNothingDownAfterwards) {

@@ -20,6 +20,7 @@ void PeriodicTick::tick() {
     parts.position.watchMissingMap();
     if (state.published.iosConnected) parts.refresh.refresh();
     parts.owner.forgetTouches();
+    parts.surfaces.reportDropped();
 }
 
 // Levels fall also while nobody is sent them.

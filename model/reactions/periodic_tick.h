@@ -2,6 +2,7 @@
 // step of the meters sixty times a second.
 #pragma once
 
+#include "model/hands/surfaces.h"
 #include "model/mirror/meters.h"
 #include "model/reactions/client_refresh.h"
 #include "model/reactions/owner_watch.h"
@@ -25,6 +26,7 @@ public:
         PositionWatch& position;
         OwnerWatch& owner;
         ClientRefresh& refresh;
+        Surfaces& surfaces;
     };
 
     PeriodicTick(const Jobs& jobs, const ReceiverState& state, Parts parts);

@@ -45,7 +45,8 @@ public:
     virtual MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) = 0;
 
     // Delivers a message, as one packet, from a virtual source to every program that is connected to it. Without a
-    // listener, or while the system's MIDI service is away, the bytes are dropped. Never blocks. Any thread.
+    // listener, or while the system's MIDI service is away, the bytes are dropped. Fails when there is no room for the
+    // message. Never blocks. Any thread.
     virtual MIDIStatus received(MIDIEndpointRef source, ByteView message) = 0;
 };
 

@@ -53,8 +53,7 @@ MIDIStatus JackMIDIServices::setUniqueID(MIDIEndpointRef /*endpoint*/, std::int3
 MIDIStatus JackMIDIServices::received(MIDIEndpointRef source, ByteView message) {
     JackOutput* const output = source < outputs.size() ? outputs[source].load() : nullptr;
     if (output == nullptr) return -EINVAL;
-    output->send(message);
-    return 0;
+    return output->send(message) ? 0 : -EAGAIN;
 }
 
 std::uint64_t JackMIDIServices::dropped() const {

@@ -25,9 +25,11 @@ JackOutput::JackOutput(Runtime& runtime, std::string portName, const std::atomic
     : JackPort(std::move(portName), JackPortIsOutput), serverIsThere(serverIsThere), mutex(runtime, Nesting::inBackEnd),
       ring(jackPortCapacity) {}
 
-void JackOutput::send(ByteView event) {
+bool JackOutput::send(ByteView event) {
     const Lock lock(mutex);
-    if (serverIsThere && !event.empty() && !ring.push(event)) ++droppedCount;
+    if (!serverIsThere || event.empty() || ring.push(event)) return true;
+    ++droppedCount;
+    return false;
 }
 
 bool JackOutput::process(jack_nframes_t frames) {

@@ -66,8 +66,8 @@ public:
     JackOutput(Runtime& runtime, std::string portName, const std::atomic<bool>& serverIsThere);
 
     // Sends one event. Events leave in the order of the calls. Never waits for JACK: without a server the event is
-    // dropped; when the ring is full it is dropped and counted. Any thread.
-    void send(ByteView event);
+    // dropped; when the ring is full it is dropped and counted, and the result is false. Any thread.
+    bool send(ByteView event);
 
     bool process(jack_nframes_t frames) override;
     bool hasWaiting() const override { return ring.nextSize() != 0; }

@@ -48,13 +48,14 @@ public:
         if (source != sourceRef) calls.push_back("received from " + std::to_string(source));
         sent.emplace_back(message.begin(), message.end());
         if (onReceived) onReceived();
-        return 0;
+        return receivedStatus;
     }
 
     MIDIStatus clientStatus = 0;
     MIDIStatus sourceStatus = 0;
     MIDIStatus destinationStatus = 0;
     MIDIStatus uniqueIDStatus = 0;
+    MIDIStatus receivedStatus = 0;
 
     std::vector<std::string> calls; // all but the sending, in order
     std::vector<Bytes> sent;

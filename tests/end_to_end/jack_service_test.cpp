@@ -1,4 +1,5 @@
 // lumbrine-headless beside a JACK server that starts late, ends and comes back.
+#include "tests/end_to_end/client_socket.h"
 #include "tests/end_to_end/host_ports.h"
 #include "tests/end_to_end/receiver_process.h"
 #include "tests/interop/private_jack.h"
@@ -72,6 +73,24 @@ TEST_P(JackService, IsReportedOnceWhenItIsLostAndOnceWhenItIsBack) {
     EXPECT_TRUE(answersPings()) << receiver.process.output();
     EXPECT_THAT(midiLog(receiver), ElementsAre("✓ 仮想MIDI 'Lumbrine' + 'Lumbrine B' 生成（8ch＋9〜16ch）",
                                                "⚠️ MIDI サーバー切断", "✓ MIDI サーバー復帰"));
+}
+
+TEST_P(JackService, LosesNoMessageWithoutAWordWhileItHangs) {
+    jack.start();
+    const ReceiverProcess receiver;
+    ASSERT_TRUE(receiver.logs("✓ Virtual MIDI"));
+    jack.freeze();
+    ClientSocket owner(receiver.port);
+    for (int move = 0; move < 25'000; ++move) { // more than a port holds
+        owner.send(
+            Bytes{0x01, 0x01, 0x03, static_cast<std::uint8_t>(move >> 8 & 0x3F), static_cast<std::uint8_t>(move)});
+        if (move % 100 != 0) continue;
+        owner.send(Bytes{0x01, 0x00});
+        ASSERT_TRUE(owner.hears({0x01, 0x7F})) << receiver.process.output(); // not faster than they are read
+    }
+    EXPECT_TRUE(receiver.logs(" messages dropped")) << receiver.process.output();
+    jack.thaw();
+    EXPECT_TRUE(answersPings()) << receiver.process.output();
 }
 
 INSTANTIATE_TEST_SUITE_P(Servers, JackService, testing::Values(JackMode::synchronous, JackMode::asynchronous),
