@@ -93,7 +93,7 @@ MIDIStatus JackClient::open() {
     }
     // Callbacks must be set before jack_activate. `live` first, because the shutdown callback clears it.
     live = true;
-    hasRun = false;
+    cycleCount = 0;
     setCallbacks();
     if (jack_activate(client) == 0) return 0;
     close();
@@ -127,6 +127,11 @@ void JackClient::close() {
     if (reviewer) reviewer(nullptr);
 }
 
+void JackClient::askServer() {
+    // Any question will do that only the server can answer. The answer is ignored on purpose.
+    jack_free(jack_get_uuid_for_client_name(client, name.c_str()));
+}
+
 int JackClient::process(jack_nframes_t frames, void* self) {
     auto& me = *static_cast<JackClient*>(self);
     const std::size_t count = me.portCount.load(std::memory_order_acquire);
@@ -143,7 +148,7 @@ int JackClient::process(jack_nframes_t frames, void* self) {
     if (isLast && !waiting) me.lastSent.ring();
     if (arrived) me.arrivals.ring();
     // The first cycle shows that the server runs this client; the server thread waits for it.
-    if (!me.hasRun.exchange(true)) me.server.look();
+    if (me.cycleCount.fetch_add(1) == 0) me.server.look();
     return 0;
 }
 

@@ -54,7 +54,8 @@ public:
     MIDIStatus open() override;
     void close() override;
     bool lost() const override { return !live; }
-    bool runs() const override { return hasRun; }
+    std::uint64_t cycles() const override { return cycleCount; }
+    void askServer() override;
     bool review() override { return !reviewer || reviewer(client); }
 
 private:
@@ -75,7 +76,7 @@ private:
 
     jack_client_t* client = nullptr; // server thread only
     std::atomic<bool> live{false};   // open, and the server has not shut down since
-    std::atomic<bool> hasRun{false}; // a cycle since it was opened
+    std::atomic<std::uint64_t> cycleCount{0};
 
     // Ports are never removed. Storing the count publishes a new port to the other threads.
     std::array<std::shared_ptr<JackPort>, maxPorts> ports;

@@ -70,7 +70,7 @@ MIDIStatus JackServer::add(Client& client) {
         [this, &client, status] {
             const MIDIStatus opened = client.open();
             if (opened != 0) report(false);
-            entries.push_back({&client, opened == 0, runtime.now()});
+            entries.push_back({.client = &client, .open = opened == 0, .opened = runtime.now()});
             nextAttempt = runtime.now() + betweenAttempts;
             *status = opened;
         },
@@ -112,6 +112,7 @@ void JackServer::serve() {
         standsStill = false;
         closeAllWhenLost();
         closeThoseThatNeverRan();
+        closeThoseThatStandStill();
         runJobs();
         if (stopping) break;
         reopen();
@@ -129,7 +130,7 @@ void JackServer::waitForSomething() {
     const bool waits = waitsForAFirstCycle();
     for (const Entry& entry : entries) {
         if (!entry.open && !waits) noLaterThan(nextAttempt);
-        if (entry.open && !entry.client->runs()) noLaterThan(entry.opened + firstCycleTime);
+        if (entry.open) noLaterThan(runs(entry) ? nextLook : entry.opened + firstCycleTime);
     }
     if (away && entries.empty()) noLaterThan(nextAttempt);
     if (reviewSoon) noLaterThan(runtime.now() + betweenReviews);
@@ -141,7 +142,7 @@ void JackServer::waitForSomething() {
 }
 
 bool JackServer::waitsForAFirstCycle() const {
-    return std::ranges::any_of(entries, [](const Entry& entry) { return entry.open && !entry.client->runs(); });
+    return std::ranges::any_of(entries, [](const Entry& entry) { return entry.open && !runs(entry); });
 }
 
 void JackServer::runJobs() {
@@ -163,22 +164,39 @@ void JackServer::runJobs() {
 void JackServer::closeAllWhenLost() {
     const auto isLost = [](const Entry& entry) { return entry.open && entry.client->lost(); };
     if (std::ranges::none_of(entries, isLost)) return;
-    for (Entry& entry : entries) {
-        if (std::exchange(entry.open, false)) entry.client->close();
-    }
-    nextAttempt = runtime.now() + betweenAttempts;
-    report(false);
+    for (Entry& entry : entries)
+        if (entry.open) close(entry);
 }
 
 void JackServer::closeThoseThatNeverRan() {
     const TimePoint now = runtime.now();
     for (Entry& entry : entries) {
-        if (!entry.open || entry.client->runs() || now < entry.opened + firstCycleTime) continue;
-        entry.open = false;
-        entry.client->close();
-        nextAttempt = runtime.now() + betweenAttempts;
-        report(false);
+        if (entry.open && !runs(entry) && now >= entry.opened + firstCycleTime) close(entry);
     }
+}
+
+void JackServer::closeThoseThatStandStill() {
+    if (runtime.now() < nextLook) return;
+    for (Entry& entry : entries) {
+        if (!runs(entry)) continue;
+        const std::uint64_t cycles = entry.client->cycles();
+        if (std::exchange(entry.cycles, cycles) != cycles) {
+            entry.stoodStill = false;
+        } else if (std::exchange(entry.stoodStill, true)) {
+            close(entry);
+        } else {
+            entry.client->askServer();
+        }
+    }
+    nextLook = runtime.now() + betweenLooks; // from the server's answer on
+}
+
+void JackServer::close(Entry& entry) {
+    report(false); // first, because a server that runs a client no more may take seconds to close it
+    entry.open = false;
+    entry.stoodStill = false;
+    entry.client->close();
+    nextAttempt = runtime.now() + betweenAttempts;
 }
 
 void JackServer::reopen() {
@@ -198,8 +216,7 @@ void JackServer::reopen() {
 void JackServer::lookForServer() {
     if (!away) return;
     if (!entries.empty()) {
-        if (std::ranges::all_of(entries, [](const Entry& entry) { return entry.open && entry.client->runs(); }))
-            report(true);
+        if (std::ranges::all_of(entries, runs)) report(true);
     } else if (runtime.now() >= nextAttempt) {
         nextAttempt = runtime.now() + betweenAttempts;
         if (serverAnswers()) report(true);

@@ -2,8 +2,7 @@
 // of the server.
 //
 // All calls into libjack are made on one thread, the server thread, except those inside process callbacks. It sleeps
-// until something happens. While clients are not open, it also wakes up once a second to open them, and a second after
-// each opening to see whether the client runs.
+// until something happens, but wakes up once a second to see whether the open clients run and to open the others.
 //
 // While a JACK server hangs, libjack blocks the server thread. No other thread waits for that: every wait here has a
 // limit.
@@ -36,6 +35,12 @@ public:
     // cycle.
     static constexpr Duration firstCycleTime = seconds(1);
 
+    // After the crash of another program's client, the server may stop waking one of ours for good. So the clients'
+    // cycles are compared at this interval. One that had none in one interval, and none in the next although the server
+    // answered in between, is closed and opened again. A server that hangs does not answer: its clients keep their
+    // ports and connections.
+    static constexpr Duration betweenLooks = seconds(1);
+
     // A JACK client. All its functions are called on the server thread.
     class Client {
     public:
@@ -48,8 +53,11 @@ public:
         // True when the server has ended or has removed the open client.
         virtual bool lost() const = 0;
 
-        // Whether it has had a cycle since it was opened.
-        virtual bool runs() const = 0;
+        // The number of cycles since it was opened.
+        virtual std::uint64_t cycles() const = 0;
+
+        // Returns when the server has answered or has ended. Only while it is open.
+        virtual void askServer() = 0;
 
         // Looks for changed ports and connections of the server. Returns false to be called again in 20 ms.
         virtual bool review() = 0;
@@ -90,6 +98,8 @@ private:
         Client* client;
         bool open;
         TimePoint opened{};
+        std::uint64_t cycles = 0; // at the last look
+        bool stoodStill = false;  // between the last two looks, and the server has answered since
     };
     struct Job {
         std::function<void()> work;
@@ -107,6 +117,9 @@ private:
     void runJobs();
     void closeAllWhenLost(); // if any client is lost
     void closeThoseThatNeverRan();
+    void closeThoseThatStandStill();
+    void close(Entry& entry);
+    static bool runs(const Entry& entry) { return entry.open && entry.client->cycles() != 0; }
     bool waitsForAFirstCycle() const;
     void reopen();
     void lookForServer();
@@ -125,6 +138,7 @@ private:
     std::function<void(bool)> tell;
     bool away = false; // as reported last
     TimePoint nextAttempt{};
+    TimePoint nextLook{};
     bool reviewSoon = false;
 
     std::atomic<bool> served{false};

@@ -45,16 +45,23 @@ public:
         isLost = false;
     }
     bool lost() const override { return isLost; }
-    bool runs() const override { return isRunning; }
+    std::uint64_t cycles() const override { return isRunning ? cycleCount += isWoken ? 1 : 0 : 0; }
+    void askServer() override {
+        calls.note(name + " asks");
+        onAsk();
+    }
     bool review() override { return true; }
 
     std::function<MIDIStatus()> onOpen = [] { return 0; };
     bool isLost = false;
     bool isRunning = true;
+    bool isWoken = true; // each look finds another cycle
+    std::function<void()> onAsk = [] {};
 
 private:
     const std::string name;
     Calls& calls;
+    mutable std::uint64_t cycleCount = 1;
 };
 
 // libjack would free such a client, and closing it would free it again. The next attempt comes after a second.
@@ -117,6 +124,58 @@ TEST(JackServerTest, OpensAClientThatNeverRanAgainAndTheNextOneOnceItRuns) {
     EXPECT_EQ(calls.taken(), (std::vector<std::string>{"A opens", "B opens", "A closes", "A opens", "B opens"}));
     EXPECT_TRUE(server->remove(a));
     EXPECT_TRUE(server->remove(b));
+}
+
+TEST(JackServerTest, OpensAClientAgainThatTheServerNoLongerWakes) {
+    RunLoop loop;
+    RealRuntime runtime(loop);
+    Calls calls;
+    Bell openAgain;
+    const auto a = std::make_shared<FakeClient>("A", calls);
+    const auto b = std::make_shared<FakeClient>("B", calls);
+    const auto server = JackServer::start(runtime);
+    EXPECT_EQ(server->add(*a), 0);
+    EXPECT_EQ(server->add(*b), 0);
+    server->run(
+        [&] {
+            b->isWoken = false;
+            b->onOpen = [&] {
+                b->isWoken = true;
+                openAgain.ring();
+                return 0;
+            };
+        },
+        seconds(20));
+    openAgain.wait();
+    EXPECT_EQ(calls.taken(), (std::vector<std::string>{"A opens", "B opens", "B asks", "B closes", "B opens"}));
+    EXPECT_TRUE(server->remove(a));
+    EXPECT_TRUE(server->remove(b));
+}
+
+TEST(JackServerTest, LeavesAClientOpenThatStoodStillUntilTheServerAnswered) {
+    RunLoop loop;
+    RealRuntime runtime(loop);
+    Calls calls;
+    Bell asked;
+    Bell goOn;
+    const auto a = std::make_shared<FakeClient>("A", calls);
+    const auto server = JackServer::start(runtime);
+    EXPECT_EQ(server->add(*a), 0);
+    server->run(
+        [&] {
+            a->isWoken = false;
+            a->onAsk = [&] {
+                asked.ring();
+                goOn.wait();
+                a->isWoken = true;
+            };
+        },
+        seconds(20));
+    asked.wait();
+    goOn.ring();
+    runtime.sleepFor(seconds(2.5));
+    EXPECT_EQ(calls.taken(), (std::vector<std::string>{"A opens", "A asks"}));
+    EXPECT_TRUE(server->remove(a));
 }
 
 // What the server thread tells, in order.

@@ -75,6 +75,16 @@ TEST_P(JackService, IsReportedOnceWhenItIsLostAndOnceWhenItIsBack) {
                                                "⚠️ MIDI サーバー切断", "✓ MIDI サーバー復帰"));
 }
 
+TEST_P(JackService, IsHeardAgainByAReceiverThatItHadCutOff) {
+    jack.start();
+    const ReceiverProcess receiver;
+    ASSERT_TRUE(receiver.logs("✓ Virtual MIDI"));
+    ASSERT_TRUE(answersPings());
+    jack.cutOff("Lumbrine-01"); // the client of the destinations
+    ASSERT_TRUE(receiver.logs("✓ MIDI server back")) << receiver.process.output();
+    EXPECT_TRUE(answersPings()) << receiver.process.output();
+}
+
 TEST_P(JackService, LosesNoMessageWithoutAWordWhileItHangs) {
     jack.start();
     const ReceiverProcess receiver;

@@ -65,6 +65,20 @@ TEST_P(StoppedJack, DoesNotHoldUpTheEndOfAReceiverThatHasItsPorts) {
     expectItEndsAtOnce(receiver.process);
 }
 
+TEST_P(StoppedJack, HoldsUpNeitherTheClientNorTheEndOfAReceiverThatHasAskedIt) {
+    ReceiverProcess receiver;
+    ASSERT_TRUE(receiver.logs("✓ Virtual MIDI")) << receiver.process.output();
+    jack.freeze();
+    ClientSocket client(receiver.port);
+    const auto answers = [&] {
+        client.send(Bytes{0x01, 0x00});
+        return client.hears({0x01, 0x7F}, std::chrono::seconds(1));
+    };
+    // It looks once a second whether the server runs its clients, and asks the server when it does not.
+    EXPECT_TRUE(interop::holdsFor(std::chrono::milliseconds(2500), answers));
+    expectItEndsAtOnce(receiver.process);
+}
+
 TEST_P(StoppedJack, DoesNotHoldUpTheEndOfTheSimulatedProTools) {
     SimulatorProcess proTools({"--surfaces", "2", "--tracks", "8", "--no-scripting"});
     ASSERT_TRUE(proTools.prints("stopped |")) << proTools.output(); // its ports are there then

@@ -3,6 +3,7 @@
 #include "tests/interop/waiting.h"
 
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
@@ -66,6 +67,17 @@ void PrivateJack::freeze() {
 
 void PrivateJack::thaw() {
     server->signal(SIGCONT);
+}
+
+void PrivateJack::cutOff(const std::string& client) {
+    // Server and client share a futex and, behind it, whether only threads of one process use it: then the server's
+    // wake-ups stay in its own process.
+    const std::string futex =
+        "/dev/shm/jack_sem." + std::to_string(::getuid()) + "_" + std::string(serverName) + "_" + client;
+    std::fstream shared(futex, std::ios::binary | std::ios::in | std::ios::out);
+    constexpr std::streamoff isPrivate = 4;
+    shared.seekp(isPrivate).put(1).flush();
+    if (!shared) throw std::runtime_error("no client " + client);
 }
 
 void PrivateJack::stop() {

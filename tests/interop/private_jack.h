@@ -55,6 +55,9 @@ public:
     void freeze();
     void thaw();
 
+    // The server's wake-ups no longer reach this client, as may happen after the crash of another one.
+    void cutOff(const std::string& client);
+
     // The full names ("Lumbrine:Lumbrine") that jack_lsp prints; empty when no server answers.
     std::vector<std::string> ports() const;
     bool hasPort(const std::string& fullName) const;
