@@ -12,6 +12,7 @@ namespace lumbrine {
 namespace {
 
 constexpr Duration betweenAttempts = seconds(1);
+constexpr Duration betweenSearches = seconds(2);   // libjack wakes up five times in each
 constexpr Duration betweenReviews = seconds(0.02); // about a cycle: a new connection is live after one of the next
 
 bool serverAnswers() {
@@ -218,7 +219,7 @@ void JackServer::lookForServer() {
     if (!entries.empty()) {
         if (std::ranges::all_of(entries, runs)) report(true);
     } else if (runtime.now() >= nextAttempt) {
-        nextAttempt = runtime.now() + betweenAttempts;
+        nextAttempt = runtime.now() + betweenSearches;
         if (serverAnswers()) report(true);
     }
 }

@@ -69,7 +69,7 @@ public:
 
     // Checks whether a server answers and calls `tell` with the result, then again whenever that changes, always on the
     // server thread. A server is lost when it has removed a client, and back when all clients run. Without clients a
-    // server is looked for once a second. Never starts a server. Call once.
+    // server is looked for every two seconds. Never starts a server. Call once.
     void watch(std::function<void(bool isThere)> tell);
 
     // Opens the client and returns 0, or the status when that fails, or -ETIMEDOUT when the server thread has not
