@@ -16,7 +16,7 @@ namespace lumbrine::remote {
 class ScriptedReceiver {
 public:
     ScriptedReceiver(Runtime& runtime, DatagramSockets& sockets, std::uint16_t port)
-        : runtime(runtime), sockets(sockets), fd(sockets.open()), mutex(runtime) {
+        : sockets(sockets), fd(sockets.open()), mutex(runtime) {
         sockets.setDualStack(fd);
         sockets.bind(fd, port);
         thread = runtime.startThread("scripted receiver", [this] { receiveLoop(); });
@@ -59,7 +59,6 @@ private:
         }
     }
 
-    Runtime& runtime;
     DatagramSockets& sockets;
     const int fd;
     Mutex mutex;
