@@ -83,7 +83,7 @@ TEST_F(NGHTTP2Server, ReadsPathsOfEveryLength) {
 // A server that has not announced more takes 16,384 bytes in one frame.
 TEST_F(NGHTTP2Server, TakesRequestsOfSeveralFrames) {
     start({"--echo-upload"});
-    for (const std::size_t size : {16'384 - 5, 16'384 - 4, 2 * 16'384 - 4, 50'000}) {
+    for (const std::size_t size : {16'384u - 5, 16'384u - 4, 2 * 16'384u - 4, 50'000u}) {
         const auto wire = wireTo(port);
         const Bytes message = patternOf(size);
         EXPECT_EQ(wire->call(path, message), message) << size;
