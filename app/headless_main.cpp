@@ -9,6 +9,7 @@
 #include "platform/portable/nlohmann_json.h"
 #include "platform/portable/no_accessibility.h"
 #include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/posix_process_end.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
@@ -48,7 +49,11 @@ int run() {
     const MIDIBackend backend;
     RunLoop loop;
     std::function<void()> end; // set before the loop runs
-    const TerminationSignals signals([&] { loop.post([&] { end(); }); });
+    PosixProcessEnd process;
+    const TerminationSignals signals([&] {
+        process.within(endingTime);
+        loop.post([&] { end(); });
+    });
     const LinuxSystemInfo system;
     const Bilingual text(prefersJapanese(system.preferredLanguages()));
     LineOutput output = standardOutput(text);
@@ -65,7 +70,7 @@ int run() {
     NoAccessibility accessibility;
     model = ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text,
                                   [&output](const std::string& line) { output.print(line); });
-    end = [&] { endReceiver(loop, runtime, streams, model); };
+    end = [&] { endReceiver(loop, runtime, process, streams, model); };
     loop.run();
     return 0;
 }

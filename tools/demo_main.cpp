@@ -7,6 +7,7 @@
 #include "platform/portable/nlohmann_json.h"
 #include "platform/posix/line_input.h"
 #include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/posix_process_end.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
@@ -106,7 +107,11 @@ std::string scriptingLine(const SimulatedProTools& proTools, const DemoArguments
 int run(const DemoArguments& arguments) {
     RunLoop loop;
     std::function<void()> end; // set before the loop runs
-    const TerminationSignals signals([&] { loop.post([&] { end(); }); });
+    PosixProcessEnd process;
+    const TerminationSignals signals([&] {
+        process.within(endingTime);
+        loop.post([&] { end(); });
+    });
     RealRuntime runtime(loop);
     MemoryMIDI midi(runtime, seconds(0.0005));
     PosixDatagramSockets sockets;
@@ -138,7 +143,7 @@ int run(const DemoArguments& arguments) {
     int status = 0;
     end = [&] {
         tour.reset();
-        endReceiver(loop, runtime, streams, model);
+        endReceiver(loop, runtime, process, streams, model);
     };
 
     loop.post([&] {

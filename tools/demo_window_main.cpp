@@ -1,10 +1,12 @@
 // lumbrine-demo-window: the receiver with its window and the simulated Pro Tools in one process, connected in memory.
 #include "app/qt/desktop_run.h"
+#include "app/receiver_ending.h"
 #include "model/receiver_model.h"
 #include "platform/linux/avahi_advertiser.h"
 #include "platform/linux/linux_system_info.h"
 #include "platform/portable/nlohmann_json.h"
 #include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/posix_process_end.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/termination_signals.h"
 #include "platform/virtual/memory_midi.h"
@@ -42,7 +44,11 @@ const QString identifier = QStringLiteral("com.tarnwick.lumbrine.demo");
 int run(const DemoArguments& arguments, int count, char** values) {
     QtMainLoop loop;
     std::function<void()> end = [] {};
-    const TerminationSignals terminationSignals([&] { loop.post([&] { end(); }); });
+    PosixProcessEnd process;
+    const TerminationSignals terminationSignals([&] {
+        process.within(endingTime);
+        loop.post([&] { end(); });
+    });
     const QApplication application(count, values);
     SingleInstance instance(identifier);
     if (!instance.isFirst()) return instance.handOver() ? 0 : 1;
@@ -74,7 +80,7 @@ int run(const DemoArguments& arguments, int count, char** values) {
     ReceiverApp app(std::move(model), loginItem, text);
     std::function<void()> begin = [] {};
     loop.post([&begin] { begin(); });
-    DesktopRun{loop, runtime, streams, app, instance, identifier, begin, end}.run();
+    DesktopRun{loop, runtime, process, streams, app, instance, identifier, begin, end}.run();
     scripting.reset();
     proTools.reset();
     return 0;

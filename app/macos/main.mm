@@ -7,6 +7,7 @@
 #include "app/macos/receiver_window.h"
 #include "app/macos/status_icon.h"
 #include "app/receiver_app.h"
+#include "app/receiver_ending.h"
 #include "app/standard_output.h"
 #include "model/receiver_model.h"
 #include "platform/macos/accessibility_ax.h"
@@ -21,6 +22,7 @@
 #include "platform/macos/power_observer.h"
 #include "platform/macos/wake_handling.h"
 #include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/posix_process_end.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/termination_signals.h"
@@ -119,8 +121,11 @@ private:
 int main() {
     // As Quit does: the program lets go of what is down in Pro Tools. Never destroyed, because `terminate:` ends the
     // process.
-    const lumbrine::TerminationSignals signals(
-        [] { dispatch_async(dispatch_get_main_queue(), ^{ lumbrine::endEventLoop(); }); });
+    lumbrine::PosixProcessEnd process;
+    const lumbrine::TerminationSignals signals([&process] {
+        process.within(lumbrine::endingTime);
+        dispatch_async(dispatch_get_main_queue(), ^{ lumbrine::endEventLoop(); });
+    });
     @autoreleasepool {
         NSApplication* const application = NSApplication.sharedApplication;
         const auto receiver = std::make_unique<lumbrine::Application>();

@@ -14,7 +14,7 @@ void DesktopRun::run() {
     end = [&] {
         shell.hide();
         std::shared_ptr<ReceiverModel> model = app.release();
-        endReceiver(loop, runtime, streams, model);
+        endReceiver(loop, runtime, process, streams, model);
     };
     const auto raise = [this] { app.perform(ScreenAction::showWindow); };
     instance.onStartOfAnother(raise);

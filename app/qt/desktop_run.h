@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/receiver_app.h"
+#include "platform/api/process_end.h"
 #include "platform/api/stream_socket.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/qt/qt_main_loop.h"
@@ -14,6 +15,7 @@ namespace lumbrine {
 struct DesktopRun {
     QtMainLoop& loop;
     RealRuntime& runtime;
+    ProcessEnd& process;
     StreamSockets& streams;
     ReceiverApp& app;
     SingleInstance& instance;

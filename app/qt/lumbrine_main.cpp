@@ -1,6 +1,7 @@
 // lumbrine: the receiver with its window and its status icon.
 #include "app/command_line.h"
 #include "app/qt/desktop_run.h"
+#include "app/receiver_ending.h"
 #include "app/standard_output.h"
 #include "platform/linux/avahi_advertiser.h"
 #include "platform/linux/linux_system_info.h"
@@ -9,6 +10,7 @@
 #include "platform/portable/nlohmann_json.h"
 #include "platform/portable/no_accessibility.h"
 #include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/posix_process_end.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/termination_signals.h"
 
@@ -49,7 +51,11 @@ int run(int count, char** arguments) {
     QtMainLoop loop;
     std::function<void()> begin = [] {};
     std::function<void()> end = [] {};
-    const TerminationSignals terminationSignals([&] { loop.post([&] { end(); }); });
+    PosixProcessEnd process;
+    const TerminationSignals terminationSignals([&] {
+        process.within(endingTime);
+        loop.post([&] { end(); });
+    });
     const QApplication application(count, arguments);
     SingleInstance instance(identifier);
     if (!instance.isFirst()) {
@@ -74,7 +80,7 @@ int run(int count, char** arguments) {
     ReceiverApp app(
         ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text, print),
         loginItem, text);
-    DesktopRun{loop, runtime, streams, app, instance, identifier, begin, end}.run();
+    DesktopRun{loop, runtime, process, streams, app, instance, identifier, begin, end}.run();
     return 0;
 }
 
