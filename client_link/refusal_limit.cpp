@@ -4,13 +4,15 @@ namespace lumbrine {
 
 bool RefusalLimit::allows(std::string_view host, TimePoint now) {
     forgetBefore(now);
-    if (recent.size() >= inAll) return false;
+    const auto counted = hosts.find(host);
+    return recent.size() < inAll && (counted == hosts.end() || counted->second < perHost);
+}
+
+void RefusalLimit::count(std::string_view host, TimePoint now) {
     auto counted = hosts.find(host);
     if (counted == hosts.end()) counted = hosts.try_emplace(std::string(host), 0).first;
-    if (counted->second >= perHost) return false;
     ++counted->second;
     recent.emplace_back(now, counted);
-    return true;
 }
 
 void RefusalLimit::forgetBefore(TimePoint now) {

@@ -21,8 +21,12 @@ public:
     static constexpr std::size_t perHost = 50; // within any period
     static constexpr std::size_t inAll = 1000;
 
-    // True when one more refusal may go to this numeric host now; it is counted then.
+    // True when one more refusal may go to this numeric host now.
     bool allows(std::string_view host, TimePoint now);
+
+    // A refusal that was allowed has been sent. Only now does it count, because a thread may stand still between being
+    // allowed to send and sending.
+    void count(std::string_view host, TimePoint now);
 
 private:
     using Hosts = std::map<std::string, std::size_t, std::less<>>; // refusals in the last period, never 0

@@ -1,15 +1,22 @@
 #include "client_link/refusal_limit.h"
 
+#include <chrono>
+
 namespace lumbrine {
 namespace {
+
+using namespace std::chrono_literals;
 
 class RefusalLimitTest : public testing::Test {
 protected:
     // How many of so many refusals to a host are allowed at that second.
     int allowed(int count, const std::string& host, double at) {
         int yes = 0;
-        for (int i = 0; i < count; ++i)
-            yes += limit.allows(host, TimePoint() + seconds(at)) ? 1 : 0;
+        for (int i = 0; i < count; ++i) {
+            if (!limit.allows(host, TimePoint() + seconds(at))) continue;
+            limit.count(host, TimePoint() + seconds(at));
+            ++yes;
+        }
         return yes;
     }
 
@@ -46,6 +53,15 @@ TEST_F(RefusalLimitTest, DoesNotCountWhatItForbade) {
     EXPECT_EQ(allowed(1000, "10.0.0.1", 0), 50);
     EXPECT_EQ(allowed(1000, "10.0.0.1", 0.5), 0);
     EXPECT_EQ(allowed(1000, "10.0.0.1", 1.0), 50);
+}
+
+TEST_F(RefusalLimitTest, CountsFromTheSendingAndNotFromThePermission) {
+    for (int i = 0; i < 50; ++i) {
+        EXPECT_TRUE(limit.allows("10.0.0.1", TimePoint()));
+        limit.count("10.0.0.1", TimePoint() + 300ms); // the thread stood still
+    }
+    EXPECT_EQ(allowed(1, "10.0.0.1", 1.299), 0);
+    EXPECT_EQ(allowed(1, "10.0.0.1", 1.3), 1);
 }
 
 TEST_F(RefusalLimitTest, CountsEachHostByItself) {

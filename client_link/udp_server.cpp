@@ -82,10 +82,16 @@ void UDPServer::handleDatagram(ByteView bytes, const PeerAddress& from) {
         ownership = peers.admit(bytes, peer, arrived);
     }
     if (!ownership) {
-        if (refusals.allows(peer.ip, arrived)) send(busyMessage(), peer.key);
+        refuse();
     } else if (onDatagram) {
         onDatagram(bytes, {.key = peer.key, .ownership = *ownership, .arrived = arrived});
     }
+}
+
+void UDPServer::refuse() {
+    if (!refusals.allows(peer.ip, runtime.now())) return;
+    send(busyMessage(), peer.key);
+    refusals.count(peer.ip, runtime.now());
 }
 
 void UDPServer::namePeer(const PeerAddress& from) {

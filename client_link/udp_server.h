@@ -77,6 +77,7 @@ public:
 
 private:
     void receiveLoop();
+    void refuse();
     void namePeer(const PeerAddress& from);
     void sendTo(const PeerAddress& to, ByteView bytes);
 
