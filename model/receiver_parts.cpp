@@ -27,7 +27,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
 
       switches(platform.runtime, state, log, mirror),
       feedback(jobs, state, log, {mirror, switches, bankMap, metadata, meters, displays}),
-      hello(platform.runtime, state, log, {endpoint, mirror, table, calibration, automation}),
+      hello(jobs, state, log, {endpoint, mirror, table, calibration, automation}),
       commands(jobs, state,
                {surfaces, mirror, hello, desk, pan, seekWorker, calibration, metadata, wishes, automation, groups,
                 visibleRange}),

@@ -2,7 +2,6 @@
 
 #include "client_link/state_messages.h"
 
-#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -24,25 +23,73 @@ Bytes TrackTable::buildTrackRow(std::size_t index) const {
                                                      .comment = track.comment});
 }
 
-void TrackTable::sendAllRowsTo(const std::string& key, std::function<void()> then) {
-    sendRowsFrom(0, {[this, key](ByteView row) { endpoint.send(row, key); }, std::move(then)});
-}
-
-void TrackTable::broadcastAllRows() {
-    sendRowsFrom(0, {[this](ByteView row) { endpoint.broadcast(row); }, [] {}});
-}
-
-// The session may be another one than for the rows before, and shorter.
-void TrackTable::sendRowsFrom(std::size_t first, Course course) {
+void TrackTable::sendAllRowsTo(const std::string& key, std::function<void()> whenSent) {
     assert(jobs.runtime.onMain());
-    const std::size_t tracks = state.published.session.size();
-    const std::size_t end = std::min(first + rowsOfAJob, tracks);
-    for (std::size_t track = first; track < end; ++track)
-        course.send(buildTrackRow(track));
-    if (end >= tracks) return course.then();
-    // A job of its own for the next rows lets what else waits for the main thread in between.
-    jobs.runtime.postMain(
-        jobs.guarded([this, end, course = std::move(course)]() mutable { sendRowsFrom(end, std::move(course)); }));
+    readBy(key);
+    for (std::size_t track = 0; track < state.published.session.size(); ++track)
+        due.insert(due.end(), track);
+    then = std::move(whenSent);
+    sendInTime();
+}
+
+void TrackTable::sendChangedRows() {
+    assert(jobs.runtime.onMain());
+    const auto owner = endpoint.liveOwnerKey();
+    if (!owner) return;
+    readBy(*owner);
+    lastSent.resize(state.published.session.size());
+    for (std::size_t track = 0; track < lastSent.size(); ++track)
+        if (buildTrackRow(track) != lastSent[track]) due.insert(track);
+    if (!due.empty()) sendInTime();
+}
+
+void TrackTable::readBy(const std::string& key) {
+    if (std::exchange(reader, key) == key) return;
+    lastSent.clear();
+    due.clear();
+    next = 0;
+    then = [] {};
+}
+
+void TrackTable::sendInTime() {
+    if (batchIsPosted) return;
+    const TimePoint now = jobs.runtime.now();
+    if (now < nextBatchAt) {
+        sendAfter(nextBatchAt - now);
+    } else {
+        sendBatch();
+    }
+}
+
+void TrackTable::sendAfter(Duration delay) {
+    batchIsPosted = true;
+    jobs.onMainAfter(delay, [this] {
+        batchIsPosted = false;
+        sendBatch();
+    });
+}
+
+void TrackTable::sendBatch() {
+    lastSent.resize(state.published.session.size());
+    due.erase(due.lower_bound(lastSent.size()), due.end()); // the session may have become shorter
+    for (std::size_t row = 0; row < rowsOfABatch && !due.empty(); ++row)
+        sendNextDue();
+    nextBatchAt = jobs.runtime.now() + batchInterval;
+    if (due.empty()) {
+        std::exchange(then, [] {})();
+    } else {
+        sendAfter(batchInterval);
+    }
+}
+
+void TrackTable::sendNextDue() {
+    auto row = due.lower_bound(next);
+    if (row == due.end()) row = due.begin();
+    Bytes& sent = lastSent[*row];
+    sent = buildTrackRow(*row);
+    endpoint.send(sent, reader);
+    next = *row + 1;
+    due.erase(row);
 }
 
 } // namespace lumbrine

@@ -1,6 +1,7 @@
 // The session's tracks as rows for the client. Main thread only.
 //
-// A long session's rows go out in several jobs of the main queue, so that nobody else waits for all of them.
+// Rows go out a few at a time, so that neither the network nor other work has to wait for a long session. A row has the
+// values of the time when it is sent.
 #pragma once
 
 #include "base/bytes.h"
@@ -9,34 +10,49 @@
 #include "model/state/receiver_state.h"
 
 #include <functional>
+#include <set>
 #include <string>
+#include <vector>
 
 namespace lumbrine {
 
 class TrackTable {
 public:
-    static constexpr std::size_t rowsOfAJob = 64;
+    // Together at most 2,000 rows a second.
+    static constexpr std::size_t rowsOfABatch = 8;
+    static constexpr Duration batchInterval = seconds(0.004);
 
     TrackTable(const Jobs& jobs, const ReceiverState& state, ClientEndpoint& endpoint);
 
     // The row of one track of the session, as a datagram. What is not known of the track is left neutral.
     Bytes buildTrackRow(std::size_t index) const;
 
-    // The first rows go out before it returns. `then` is called once after the last one, by the same job.
+    // Sends all rows to the peer with that key, from now on the table's reader, and nothing more to an earlier one.
+    // `then` is called once, by the job that sends the last row; a later call before that replaces it.
     void sendAllRowsTo(const std::string& key, std::function<void()> then);
-    void broadcastAllRows();
+
+    // Sends the rows that differ from what the owner was sent last.
+    void sendChangedRows();
 
 private:
-    struct Course {
-        std::function<void(ByteView row)> send;
-        std::function<void()> then;
-    };
-
-    void sendRowsFrom(std::size_t first, Course course);
+    void readBy(const std::string& key);
+    void sendInTime();
+    void sendAfter(Duration delay);
+    void sendBatch();
+    void sendNextDue();
 
     const Jobs& jobs;
     const ReceiverState& state;
     ClientEndpoint& endpoint;
+
+    std::string reader;          // who is sent the rows
+    std::vector<Bytes> lastSent; // row by row what the reader was sent last; empty where nothing
+    std::set<std::size_t> due;   // the rows to be sent
+    std::size_t next = 0;        // due rows are sent in a circle, so that none waits for ever
+    std::function<void()> then = [] {};
+
+    TimePoint nextBatchAt = distantPast;
+    bool batchIsPosted = false;
 };
 
 } // namespace lumbrine

@@ -6,8 +6,9 @@ namespace {
 
 class TrackTableTest : public OwnedModelTest {
 protected:
-    std::string row(std::size_t index) { return hex(bench.parts().table.buildTrackRow(index)); }
+    std::string row(std::size_t index) { return hex(table.buildTrackRow(index)); }
     ReceiverState& state = bench.state();
+    TrackTable& table = bench.parts().table;
 };
 
 TEST_F(TrackTableTest, ARowTellsEverythingOfATrack) {
@@ -36,30 +37,89 @@ TEST_F(TrackTableTest, ATrackWithoutFullNameHasItsShortOne) {
     EXPECT_THAT(row(1), testing::EndsWith("03 53 6E 72 00"));
 }
 
-TEST_F(TrackTableTest, AllRowsGoToTheOwner) {
-    bench.setTrackMap({"a", "b", "c"}, 0);
-    bench.parts().table.broadcastAllRows();
-    EXPECT_THAT(heard(0x1B), testing::SizeIs(3));
+TEST_F(TrackTableTest, SendsAtMost2000RowsASecond) {
+    bench.setTrackMap(std::vector<std::string>(20, "a"), 0);
+    table.sendAllRowsTo(phone->key(), [] {});
+    bench.run(4ms);
+    table.sendAllRowsTo(phone->key(), [] {}); // begins no faster than the first went on
+    bench.run(20ms);
+    std::map<std::string, int> rowsAt;
+    for (const std::string& row : bench.heardBy(*phone, 0x1B))
+        ++rowsAt[row.substr(0, row.find(' '))];
+    EXPECT_THAT(rowsAt, ElementsAre(testing::Pair("0ms", 8), testing::Pair("12ms", 8), testing::Pair("16ms", 4),
+                                    testing::Pair("4ms", 8), testing::Pair("8ms", 8)));
 }
 
-TEST_F(TrackTableTest, TheRowsOfALongSessionLeaveRoomForOtherWork) {
+TEST_F(TrackTableTest, SaysOnceWhenTheLastRowIsSent) {
+    bench.setTrackMap(std::vector<std::string>(9, "a"), 0);
+    int told = 0;
+    table.sendAllRowsTo(phone->key(), [&] { ++told; });
+    bench.run(3999us);
+    EXPECT_EQ(told, 0);
+    bench.run(1us);
+    EXPECT_EQ(told, 1);
+    bench.run(100ms);
+    EXPECT_EQ(told, 1);
+}
+
+TEST_F(TrackTableTest, ARowHasTheValuesOfTheTimeWhenItIsSent) {
     bench.setTrackMap(std::vector<std::string>(130, "a"), 0);
-    bench.parts().table.broadcastAllRows();
-    world.runtime.postMain([this] { bench.setTrackMap(std::vector<std::string>(130, "b"), 0); });
-    const Lines rows = heard(0x1B);
+    table.sendAllRowsTo(phone->key(), [] {});
+    bench.setTrackMap(std::vector<std::string>(130, "b"), 0);
+    bench.run(100ms);
+    const Lines rows = bench.heardBy(*phone, 0x1B);
     ASSERT_THAT(rows, testing::SizeIs(130));
     const auto ofB = [](const std::string& row) { return row.ends_with(" 01 62 00"); };
-    EXPECT_EQ(std::ranges::find_if(rows, ofB) - rows.begin(), 128); // the second 64 were waiting before it
+    EXPECT_EQ(std::ranges::find_if(rows, ofB) - rows.begin(), TrackTable::rowsOfABatch);
 }
 
 TEST_F(TrackTableTest, TheRowsStopWhereTheMapEndsByThen) {
     bench.setTrackMap(std::vector<std::string>(200, "a"), 0);
     bool told = false;
-    bench.parts().table.sendAllRowsTo(phone->key(), [&] { told = true; });
-    EXPECT_FALSE(told);
+    table.sendAllRowsTo(phone->key(), [&] { told = true; });
     bench.setTrackMap({"b"}, 0);
-    EXPECT_THAT(heard(0x1B), testing::SizeIs(64));
+    bench.run(4ms);
+    EXPECT_THAT(bench.heardBy(*phone, 0x1B), testing::SizeIs(TrackTable::rowsOfABatch));
     EXPECT_TRUE(told);
+}
+
+TEST_F(TrackTableTest, SendsOnlyTheRowsThatHaveChanged) {
+    bench.setTrackMap({"a", "b", "c"}, 0);
+    table.sendAllRowsTo(phone->key(), [] {});
+    bench.run(4ms);
+    bench.mark();
+    phone->tape.clear();
+    state.published.session.tracks[1].mute = true;
+    table.sendChangedRows();
+    EXPECT_THAT(heard(0x1B), ElementsAre("0ms " + row(1)));
+    bench.run(4ms);
+    table.sendChangedRows();
+    EXPECT_THAT(heard(0x1B), IsEmpty());
+}
+
+TEST_F(TrackTableTest, SendsEveryRowToAnotherOwner) {
+    bench.setTrackMap({"a", "b", "c"}, 0);
+    table.sendAllRowsTo(phone->key(), [] {});
+    const auto other = bench.phone("192.168.1.8");
+    other->send({0x01, 0x25}); // takes over
+    bench.run(4ms);
+    table.sendChangedRows();
+    bench.run(4ms);
+    EXPECT_THAT(bench.heardBy(*other, 0x1B), testing::SizeIs(3));
+}
+
+TEST_F(TrackTableTest, SendsAFormerReaderNothingMore) {
+    bench.setTrackMap(std::vector<std::string>(20, "a"), 0);
+    bool told = false;
+    table.sendAllRowsTo(phone->key(), [&] { told = true; });
+    const auto other = bench.phone("192.168.1.8");
+    other->send({0x01, 0x25}); // takes over
+    settle();
+    table.sendAllRowsTo(other->key(), [] {});
+    bench.run(100ms);
+    EXPECT_THAT(bench.heardBy(*phone, 0x1B), testing::SizeIs(TrackTable::rowsOfABatch));
+    EXPECT_THAT(bench.heardBy(*other, 0x1B), testing::SizeIs(20));
+    EXPECT_FALSE(told);
 }
 
 } // namespace

@@ -19,9 +19,8 @@ public:
 
     void operator()(const Hello&) const {
         parts.hello.pong(sender.key);
-        if (!parts.hello.claimFollowUp(sender.key)) return noteArrival();
-        onMain(
-            [&hello = parts.hello, key = std::string(sender.key)](ReceiverState&, TimePoint) { hello.followUp(key); });
+        if (!parts.hello.claimFollowUp()) return noteArrival();
+        onMain([&hello = parts.hello](ReceiverState&, TimePoint) { hello.followUp(); });
     }
 
     // ---- Faders

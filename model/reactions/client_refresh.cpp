@@ -37,7 +37,7 @@ void ClientRefresh::pollNextAutoMode() {
 void ClientRefresh::resendTableIfDirty() {
     if (!state.fullTableDirty) return;
     state.fullTableDirty = false;
-    parts.table.broadcastAllRows();
+    parts.table.sendChangedRows();
 }
 
 } // namespace lumbrine

@@ -6,27 +6,32 @@
 
 namespace lumbrine {
 
-HelloResponse::HelloResponse(Runtime& runtime, const ReceiverState& state, ActivityLog& log, Parts parts)
-    : state(state), log(log), parts(parts), awaitedLock(runtime) {}
+HelloResponse::HelloResponse(const Jobs& jobs, const ReceiverState& state, ActivityLog& log, Parts parts)
+    : jobs(jobs), state(state), log(log), parts(parts) {}
 
 void HelloResponse::pong(std::string_view key) {
     parts.endpoint.send(pongMessage(), key);
 }
 
-bool HelloResponse::claimFollowUp(std::string_view key) {
-    const Lock lock(awaitedLock);
-    return awaited.emplace(key).second;
+void HelloResponse::followUp() {
+    const TimePoint now = jobs.runtime.now();
+    if (now < nextStateAt) {
+        jobs.onMainAfter(nextStateAt - now, [this] { sendState(); });
+    } else {
+        sendState();
+    }
 }
 
-void HelloResponse::followUp(const std::string& key) {
-    {
-        const Lock lock(awaitedLock);
-        awaited.erase(key);
-    }
+// To the present owner: the hello of a former one is not answered any more.
+void HelloResponse::sendState() {
+    claimed = false;
+    const auto key = parts.endpoint.liveOwnerKey();
+    if (!key) return;
+    nextStateAt = jobs.runtime.now() + statePeriod;
     logArrival();
-    parts.mirror.sendTo(key, occasion::hello);
-    parts.table.sendAllRowsTo(key, [this, key] {
-        parts.mirror.sendTo(key, occasion::session);
+    parts.mirror.sendTo(*key, occasion::hello);
+    parts.table.sendAllRowsTo(*key, [this, key] {
+        parts.mirror.sendTo(*key, occasion::session);
         fillGaps();
     });
 }

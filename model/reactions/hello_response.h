@@ -1,6 +1,7 @@
 // The answer to a client that says hello: a pong at once, then everything the receiver knows, to that client alone.
 //
-// The full state is expensive: a burst of hellos from one client gets a pong each but one reply, begun after the last.
+// The full state is hundreds of times as long as a hello: hellos get a pong each, but the state is sent at most once in
+// `statePeriod`, after the last of them.
 #pragma once
 
 #include "model/bank/calibration.h"
@@ -10,7 +11,7 @@
 #include "model/mirror/track_table.h"
 #include "model/state/activity_log.h"
 
-#include <set>
+#include <atomic>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,8 @@ namespace lumbrine {
 
 class HelloResponse {
 public:
+    static constexpr Duration statePeriod = seconds(0.25);
+
     struct Parts {
         ClientEndpoint& endpoint;
         ClientMirror& mirror;
@@ -26,28 +29,29 @@ public:
         AutomationModes& automation;
     };
 
-    HelloResponse(Runtime& runtime, const ReceiverState& state, ActivityLog& log, Parts parts);
+    HelloResponse(const Jobs& jobs, const ReceiverState& state, ActivityLog& log, Parts parts);
 
     // Any thread.
     void pong(std::string_view key);
 
-    // Claims the follow-up to a hello; false while another one to that client is claimed and has not begun. Any thread.
-    bool claimFollowUp(std::string_view key);
+    // Claims the follow-up to a hello; false while another one is claimed and has not begun. Any thread.
+    bool claimFollowUp() { return !claimed.exchange(true); }
 
-    // Sends the state in full, then starts finding out what is unknown. Main thread; a long session goes on in further
-    // jobs (TrackTable).
-    void followUp(const std::string& key);
+    // Sends the state in full to the owner, as soon as the last time is long enough ago, then starts finding out what
+    // is unknown. Main thread; a long session goes on in further jobs (TrackTable).
+    void followUp();
 
 private:
+    void sendState();
     void logArrival();
     void fillGaps();
 
+    const Jobs& jobs;
     const ReceiverState& state;
     ActivityLog& log;
     const Parts parts;
-
-    Mutex awaitedLock;
-    std::set<std::string, std::less<>> awaited LUMBRINE_GUARDED_BY(awaitedLock); // follow-ups that have not begun
+    std::atomic<bool> claimed{false};
+    TimePoint nextStateAt = distantPast; // main thread
 };
 
 } // namespace lumbrine
