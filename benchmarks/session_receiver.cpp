@@ -34,7 +34,26 @@ public:
     std::vector<Bytes>* tape = nullptr;
 };
 
-SessionReceiver::SessionReceiver(std::vector<std::string> names)
+Session detailedSession(const std::vector<std::string>& names) {
+    Session session;
+    for (const std::string& name : names)
+        session.tracks.push_back({.display = name,
+                                  .name = "Track with a name of its own, " + name,
+                                  .color = 0x8040C0,
+                                  .mute = true,
+                                  .solo = true,
+                                  .record = true,
+                                  .select = true,
+                                  .inputMonitor = true,
+                                  .fader = 0.5,
+                                  .pan = std::nullopt,
+                                  .comment = "A comment of an ordinary length, 日本語も"});
+    session.listed = true;
+    session.surveyed = true;
+    return session;
+}
+
+SessionReceiver::SessionReceiver(const std::vector<std::string>& names)
     : runtime(loop), sockets(std::make_unique<Sockets>()),
       system({{"QV_PORT", std::to_string(receiverPort)}, {"QV_NO_BONJOUR", "1"}}), phone(sockets->open()),
       parts({runtime, midi, *sockets, advertiser, system, streams, json, accessibility}, Configuration::read(system),
@@ -42,20 +61,7 @@ SessionReceiver::SessionReceiver(std::vector<std::string> names)
     PublishedState& published = parts.state.published;
     published.winW = stripCount;
     published.iosClientDesc = "a phone";
-    for (const std::string& name : names)
-        published.session.tracks.push_back({.display = name,
-                                            .name = "Track with a name of its own, " + name,
-                                            .color = 0x8040C0,
-                                            .mute = true,
-                                            .solo = true,
-                                            .record = true,
-                                            .select = true,
-                                            .inputMonitor = true,
-                                            .fader = 0.5,
-                                            .pan = std::nullopt,
-                                            .comment = "A comment of an ordinary length, 日本語も"});
-    published.session.listed = true;
-    published.session.surveyed = true;
+    published.session = detailedSession(names);
     for (StripState& strip : published.strips)
         strip.mode = 1;
     parts.jobs.bind(life);
@@ -89,12 +95,12 @@ void SessionReceiver::showFrom(std::size_t track) {
 }
 
 void SessionReceiver::answerHello() {
-    parts.hello.followUp(phoneKey);
+    parts.hello.followUp();
     loop.drain();
 }
 
 void SessionReceiver::resendTable() {
-    parts.table.broadcastAllRows();
+    parts.table.sendAllRowsTo(phoneKey, [] {});
     loop.drain();
 }
 

@@ -16,14 +16,14 @@
 
 namespace lumbrine {
 
-// A main queue whose jobs run inside drain(). Not thread-safe: use it from one thread only.
+// A main queue whose jobs run inside drain(), without their delays. Not thread-safe: use it from one thread only.
 class HandDrivenLoop final : public MainLoop {
 public:
     void drain();
 
     bool onMain() const override;
     void post(Task task) override { jobs.push_back(std::move(task)); }
-    void postAfter(Duration, Task) override {}
+    void postAfter(Duration, Task task) override { post(std::move(task)); }
     std::unique_ptr<RepeatingTimer> repeat(Duration, std::function<void()>) override { return nullptr; }
     void stop() override {}
 
@@ -31,11 +31,14 @@ private:
     std::deque<Task> jobs;
 };
 
+// Tracks with these names on the strips, 4 characters each. Each track also has a full name, a colour, a comment, a
+// fader position and flags, so that every message of the table has content.
+Session detailedSession(const std::vector<std::string>& names);
+
 class SessionReceiver {
 public:
-    // `names` are the tracks' names on the strips, 4 characters each. Each track also gets a full name, a colour, a
-    // comment, a fader position and flags, so that every message of the table has content.
-    explicit SessionReceiver(std::vector<std::string> names);
+    // The session is that of `detailedSession`.
+    explicit SessionReceiver(const std::vector<std::string>& names);
     ~SessionReceiver();
     SessionReceiver(const SessionReceiver&) = delete;
     SessionReceiver& operator=(const SessionReceiver&) = delete;
