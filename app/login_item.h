@@ -2,7 +2,6 @@
 #pragma once
 
 #include "base/bilingual.h"
-#include "model/receiver_model.h"
 #include "platform/api/login_service.h"
 
 #include <functional>
@@ -14,7 +13,7 @@ namespace lumbrine {
 class LoginItem {
 public:
     // `sink` is called with a line for each failure. The line is for standard output, not for the activity log.
-    LoginItem(LoginService& service, Bilingual text, std::function<void(const std::string& line)> sink = printLine);
+    LoginItem(LoginService& service, Bilingual text, std::function<void(const std::string& line)> sink);
 
     // Registers or unregisters the application. A failure is printed and changes nothing.
     void set(bool on);

@@ -3,17 +3,9 @@
 #include "model/receiver_parts.h"
 
 #include <cassert>
-#include <cstdio>
 #include <utility>
 
 namespace lumbrine {
-
-void printLine(const std::string& line) {
-    // One write, so that lines of different threads do not mix.
-    const std::string whole = line + "\n";
-    std::fwrite(whole.data(), 1, whole.size(), stdout);
-    std::fflush(stdout);
-}
 
 std::shared_ptr<ReceiverModel> ReceiverModel::create(const ReceiverPlatform& platform, Bilingual bilingual,
                                                      LineSink sink) {

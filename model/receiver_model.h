@@ -15,9 +15,6 @@ namespace lumbrine {
 
 struct ReceiverParts;
 
-// Prints the line and a newline to standard output, and flushes.
-void printLine(const std::string& line);
-
 class ReceiverModel {
 public:
     // Gets each line of the log, and diagnostic lines, as they are written; on any thread, maybe several at once.
@@ -27,7 +24,7 @@ public:
     //
     // Running jobs keep the model alive until they end. It is always destroyed on the main thread.
     static std::shared_ptr<ReceiverModel> create(const ReceiverPlatform& platform, Bilingual bilingual,
-                                                 LineSink sink = printLine);
+                                                 LineSink sink);
     ReceiverModel(const ReceiverModel&) = delete;
     ReceiverModel& operator=(const ReceiverModel&) = delete;
 

@@ -219,14 +219,6 @@ TEST(ReceiverModel, TakesLogLinesFromAnyThread) {
     EXPECT_THAT(bench.model->published().logLines, ElementsAre("from elsewhere"));
 }
 
-TEST(ReceiverModel, PrintsEachLineOfTheLogByItself) {
-    ::testing::internal::CaptureStdout();
-    printLine("✓ one");
-    printLine("");
-    printLine("two");
-    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "✓ one\n\ntwo\n");
-}
-
 TEST(ReceiverModel, PrintsALineOfTheLogBeforeItIsShown) {
     Lines printedWhenShown;
     ModelWorld world;

@@ -1,6 +1,7 @@
 // lumbrine-demo: the receiver and the simulated Pro Tools in one process, connected in memory. It needs no MIDI system
 // on the computer. Clients connect to it over the network as to any receiver.
 #include "app/receiver_ending.h"
+#include "app/standard_output.h"
 #include "model/receiver_model.h"
 #include "platform/linux/avahi_advertiser.h"
 #include "platform/linux/linux_system_info.h"
@@ -44,16 +45,17 @@ constexpr int tracksOfTour = 40; // more than the 16 strips, so that the tour ca
 // Prints the tour's lines, each with the seconds since the start.
 class TourPage {
 public:
-    explicit TourPage(const Runtime& runtime) : runtime(runtime), begin(runtime.now()) {}
+    TourPage(const Runtime& runtime, LineOutput& output) : runtime(runtime), output(output), begin(runtime.now()) {}
 
     void print(const std::string& line) const {
         std::array<char, 32> time{};
         std::snprintf(time.data(), time.size(), "%6.2f s  ", inSeconds(runtime.now() - begin));
-        printLine(time.data() + line);
+        output.print(time.data() + line);
     }
 
 private:
     const Runtime& runtime;
+    LineOutput& output;
     const TimePoint begin;
 };
 
@@ -112,18 +114,21 @@ int run(const DemoArguments& arguments) {
         process.within(endingTime);
         loop.post([&] { end(); });
     });
+    const LinuxSystemInfo computer;
+    const Bilingual text(prefersJapanese(computer.preferredLanguages()));
+    LineOutput output = standardOutput(text);
+    const auto print = [&output](const std::string& line) { output.print(line); };
     RealRuntime runtime(loop);
     MemoryMIDI midi(runtime, seconds(0.0005));
     PosixDatagramSockets sockets;
     PosixStreamSockets streams;
     AvahiAdvertiser advertiser;
-    const LinuxSystemInfo computer;
     const TourSystemInfo tourComputer(computer, arguments.tour ? freePort(sockets) : 0);
     const SystemInfo& system = arguments.tour ? static_cast<const SystemInfo&>(tourComputer) : computer;
 
-    const TourPage page(runtime);
+    const TourPage page(runtime, output);
     const auto printReceiver = [&](const std::string& line) {
-        arguments.tour ? page.print("receiver   " + line) : printLine(line);
+        arguments.tour ? page.print("receiver   " + line) : print(line);
     };
     SimulatorOptions options;
     options.surfaces = arguments.surfaces;
@@ -133,11 +138,10 @@ int run(const DemoArguments& arguments) {
     auto scripting = offerScripting(runtime, *proTools, arguments);
     const PTSLAddress service{.port = proTools->snapshot().scriptingPort.value_or(arguments.scriptingPort)};
 
-    const Bilingual text(prefersJapanese(system.preferredLanguages()));
     NlohmannJSON json(text);
     std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
         {runtime, midi, sockets, advertiser, system, streams, json, proTools->screen(), service}, text, printReceiver);
-    const DemoConsole console(*proTools, [&] { model->reconnectToPT(); }, [&] { loop.post(end); }, printLine);
+    const DemoConsole console(*proTools, [&] { model->reconnectToPT(); }, [&] { loop.post(end); }, print);
     std::optional<LineInput> input;
     std::unique_ptr<DemoTour> tour;
     int status = 0;
@@ -148,15 +152,14 @@ int run(const DemoArguments& arguments) {
 
     loop.post([&] {
         if (!model) return;
-        printLine("Simulated session: " + std::to_string(arguments.tracks) + " tracks on " +
-                  std::to_string(arguments.surfaces) + " HUI surfaces");
-        printLine(scriptingLine(*proTools, arguments));
+        print("Simulated session: " + std::to_string(arguments.tracks) + " tracks on " +
+              std::to_string(arguments.surfaces) + " HUI surfaces");
+        print(scriptingLine(*proTools, arguments));
         model->start();
         if (!arguments.tour) {
-            printLine("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()) +
-                      "   (Ctrl-C ends)");
-            printLine(arguments.portsLost ? "Pro Tools does not use the MIDI ports; type: reconnect"
-                                          : "What Pro Tools' user may do can be typed here; help lists it");
+            print("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()) + "   (Ctrl-C ends)");
+            print(arguments.portsLost ? "Pro Tools does not use the MIDI ports; type: reconnect"
+                                      : "What Pro Tools' user may do can be typed here; help lists it");
             // A background job of a shell gets SIGTTIN, which stops it, when it reads from the terminal. If the signal
             // is ignored, the read fails instead and the demo goes on.
             std::signal(SIGTTIN, SIG_IGN);

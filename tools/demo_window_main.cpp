@@ -1,6 +1,7 @@
 // lumbrine-demo-window: the receiver with its window and the simulated Pro Tools in one process, connected in memory.
 #include "app/qt/desktop_run.h"
 #include "app/receiver_ending.h"
+#include "app/standard_output.h"
 #include "model/receiver_model.h"
 #include "platform/linux/avahi_advertiser.h"
 #include "platform/linux/linux_system_info.h"
@@ -52,9 +53,11 @@ int run(const DemoArguments& arguments, int count, char** values) {
     const QApplication application(count, values);
     SingleInstance instance(identifier);
     if (!instance.isFirst()) return instance.handOver() ? 0 : 1;
-    RealRuntime runtime(loop);
     const LinuxSystemInfo system;
     const Bilingual text(prefersJapanese(system.preferredLanguages()));
+    LineOutput output = standardOutput(text);
+    const auto print = [&output](const std::string& line) { output.print(line); };
+    RealRuntime runtime(loop);
     introduceProgram(identifier, text);
     MemoryMIDI midi(runtime, seconds(0.0005));
     PosixDatagramSockets sockets;
@@ -71,12 +74,12 @@ int run(const DemoArguments& arguments, int count, char** values) {
 
     NlohmannJSON json(text);
     NoLoginService login;
-    LoginItem loginItem(login, text);
+    LoginItem loginItem(login, text, print);
     auto model = ReceiverModel::create(
-        {runtime, midi, sockets, advertiser, system, streams, json, proTools->screen(), service}, text);
-    printLine("Simulated session: " + std::to_string(arguments.tracks) + " tracks on " +
-              std::to_string(arguments.surfaces) + " HUI surfaces");
-    printLine("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()));
+        {runtime, midi, sockets, advertiser, system, streams, json, proTools->screen(), service}, text, print);
+    print("Simulated session: " + std::to_string(arguments.tracks) + " tracks on " +
+          std::to_string(arguments.surfaces) + " HUI surfaces");
+    print("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()));
     ReceiverApp app(std::move(model), loginItem, text);
     std::function<void()> begin = [] {};
     loop.post([&begin] { begin(); });
