@@ -116,8 +116,7 @@ TEST_F(AutomationModesTest, AFingerOnAnotherFaderDoesNotMatter) {
 
 TEST_F(AutomationModesTest, AllStripsAreProbedOneAfterAnother) {
     state.published.winW = 16;
-    state.presence.lastPingB = state.presence.lastPing + 10s;
-    state.presence.lastPing += 10s;
+    state.presence.lastPing = state.presence.lastPingB = state.presence.lastPing.load() + 10s;
     automation.pollAllAutoModes();
     bench.run(16 * 150ms);
     const Lines a = heardOnA();

@@ -13,14 +13,10 @@ public:
     Execution(const ClientCommands& commands, const Sender& sender)
         : jobs(commands.jobs), state(commands.state), parts(commands.parts), sender(sender) {}
 
-    void noteArrival() const {
-        onMain([](ReceiverState&, TimePoint) {});
-    }
-
     void operator()(const Hello&) const {
         parts.hello.pong(sender.key);
-        if (!parts.hello.claimFollowUp()) return noteArrival();
-        onMain([&hello = parts.hello](ReceiverState&, TimePoint) { hello.followUp(); });
+        if (parts.hello.claimFollowUp())
+            onMain([&hello = parts.hello](ReceiverState&, TimePoint) { hello.followUp(); });
     }
 
     // ---- Faders
@@ -28,22 +24,22 @@ public:
     void operator()(const FaderMove& command) const {
         const double value = command.value.unit();
         engineFor(command.strip).sendFader(engineStripFor(command.strip), value);
-        onMain([strip = Strip::of(command.strip), value](ReceiverState& known, TimePoint now) {
+        onMain([strip = Strip::of(command.strip), value](ReceiverState& known, TimePoint arrived) {
             if (!strip) return;
             StripState& moved = known.published.strip(*strip);
             moved.fader = value;
-            moved.movedByClient = now;
+            moved.movedByClient = arrived;
             known.published.changed();
         });
     }
 
     void operator()(const FaderTouch& command) const {
         engineFor(command.strip).touch(engineStripFor(command.strip));
-        onMain([strip = Strip::of(command.strip)](ReceiverState& known, TimePoint now) {
+        onMain([strip = Strip::of(command.strip)](ReceiverState& known, TimePoint arrived) {
             if (!strip) return;
             StripState& held = known.published.strip(*strip);
             held.touched = true;
-            held.movedByClient = now;
+            held.movedByClient = arrived;
         });
     }
 
@@ -68,7 +64,6 @@ public:
 
     void operator()(const VpotDelta& command) const {
         engineFor(command.strip).sendVpotDelta(engineStripFor(command.strip), command.delta);
-        noteArrival();
     }
 
     void operator()(const PanModeToggle&) const {
@@ -83,15 +78,9 @@ public:
 
     // ---- Banks
 
-    void operator()(const BankMove& command) const {
-        noteArrival();
-        parts.seekWorker.bankMove(command.kind);
-    }
+    void operator()(const BankMove& command) const { parts.seekWorker.bankMove(command.kind); }
 
-    void operator()(const SeekBank& command) const {
-        noteArrival();
-        parts.seekWorker.seekBank(command.target);
-    }
+    void operator()(const SeekBank& command) const { parts.seekWorker.seekBank(command.target); }
 
     void operator()(const Recalibrate&) const {
         onMain([&calibration = parts.calibration](ReceiverState&, TimePoint) { calibration.calibrateBanks(true); });
@@ -99,7 +88,6 @@ public:
     }
 
     void operator()(const VisibleRange& command) const {
-        noteArrival();
         parts.visibleRange.refreshVisibleRange(command.start, command.count);
     }
 
@@ -113,48 +101,34 @@ public:
     }
 
     void operator()(const SetAutoMode& command) const {
-        noteArrival();
         if (const auto strip = Strip::of(command.strip)) parts.automation.setAutoMode(*strip, command.mode);
     }
 
     void operator()(const GroupAutoMode& command) const {
-        noteArrival();
         parts.groups.groupSetAutoMode(command.members, command.huiPort);
     }
 
     void operator()(const GroupMute& command) const {
-        noteArrival();
         parts.wishes.setGroup(TrackSwitch::mute, command.members, command.enabled, origin());
     }
 
     void operator()(const GroupSolo& command) const {
-        noteArrival();
         parts.wishes.setGroup(TrackSwitch::solo, command.members, command.enabled, origin());
     }
 
-    void operator()(const GroupFaders& command) const {
-        noteArrival();
-        parts.groups.groupSetFaders(command.entries);
-    }
+    void operator()(const GroupFaders& command) const { parts.groups.groupSetFaders(command.entries); }
 
 private:
-    // Notes on the main thread that the client is alive, and does the rest of the command there: one job for both,
-    // small enough to be posted without allocation.
+    // The part of a command that needs the state, as a job small enough to be posted without allocation. It gets the
+    // time when the datagram arrived, however late the main thread comes to it.
     template <typename Rest>
     void onMain(Rest rest) const {
-        jobs.runOnMain([&runtime = jobs.runtime, &known = state, rest = std::move(rest)] {
-            const TimePoint now = runtime.now();
-            known.presence.lastUDP = now;
-            rest(known, now);
-        });
+        jobs.runOnMain([&known = state, arrived = sender.arrived, rest = std::move(rest)] { rest(known, arrived); });
     }
 
     WishOrigin origin() const { return {.owner = sender.ownership, .arrived = sender.arrived}; }
 
-    void press(std::uint8_t strip, int port) const {
-        noteArrival();
-        parts.surfaces.hwMute(strip, port);
-    }
+    void press(std::uint8_t strip, int port) const { parts.surfaces.hwMute(strip, port); }
 
     // Any strip number: those beyond 15 reach surface B's engine as one of its own beyond 7, which it ignores.
     HUIEngine& engineFor(std::uint8_t strip) const {
@@ -175,12 +149,8 @@ ClientCommands::ClientCommands(const Jobs& jobs, ReceiverState& state, Parts par
 
 void ClientCommands::handleUDP(ByteView bytes, const Sender& sender) {
     if (!isClientDatagram(bytes)) return;
-    const Execution execution(*this, sender);
-    if (const auto command = parseClientCommand(bytes)) {
-        std::visit(execution, *command);
-    } else {
-        execution.noteArrival();
-    }
+    state.presence.lastUDP = sender.arrived;
+    if (const auto command = parseClientCommand(bytes)) std::visit(Execution(*this, sender), *command);
 }
 
 } // namespace lumbrine

@@ -299,7 +299,7 @@ TEST_F(ClientCommandsTest, EveryDatagramOfTheProtocolIsASignOfLife) {
     for (const Bytes& datagram : datagrams) {
         bench.run(1ms);
         send(datagram);
-        EXPECT_EQ(bench.state().presence.lastUDP, now()) << hex(datagram);
+        EXPECT_EQ(bench.state().presence.lastUDP.load(), now()) << hex(datagram);
     }
 }
 
@@ -307,7 +307,7 @@ TEST_F(ClientCommandsTest, AForeignDatagramIsNoSignOfLife) {
     const TimePoint before = bench.state().presence.lastUDP;
     for (const Bytes& datagram : std::vector<Bytes>{{0x02, 0x00}, {0x00, 0x01, 0x00, 0x00, 0x00}, {0x01}})
         send(datagram);
-    EXPECT_EQ(bench.state().presence.lastUDP, before);
+    EXPECT_EQ(bench.state().presence.lastUDP.load(), before);
 }
 
 TEST_F(ClientCommandsTest, ACommandOfAPhoneThatIsNotTheOwnerDoesNothing) {

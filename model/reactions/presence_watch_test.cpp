@@ -37,6 +37,18 @@ TEST_F(PresenceWatchTest, AClientIsThereForFiveSecondsAfterADatagram) {
     EXPECT_FALSE(state.published.iosConnected);
 }
 
+TEST_F(PresenceWatchTest, PingsAndDatagramsCountBeforeTheMainThreadComesToThem) {
+    bench.start();
+    const auto phone = bench.phone("192.168.1.7");
+    bench.surfaceA.ping();
+    phone->send({0x01, 0x07, 0x00, 0x00});
+    world.runtime.sleepFor(1ms); // runs no job of the main thread
+    watch.watchProTools();
+    watch.watchClient();
+    EXPECT_TRUE(state.published.huiConnected);
+    EXPECT_TRUE(state.published.iosConnected);
+}
+
 TEST_F(PresenceWatchTest, PublishesChangesOnly) {
     int changes = 0;
     bench.model->onChange([&changes] { ++changes; });

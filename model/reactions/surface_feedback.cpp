@@ -118,14 +118,14 @@ void SurfaceFeedback::showTransportLed(int port, bool on) {
 // ---- Pings
 
 void SurfaceFeedback::pingReceived(SurfaceID surface, int pingCount, TimePoint at) {
-    jobs.runOnMain([this, surface, pingCount, at] { notePing(surface, pingCount, at); });
+    std::atomic<TimePoint>& last = surface == SurfaceID::A ? state.presence.lastPing : state.presence.lastPingB;
+    const TimePoint before = last.exchange(at);
+    jobs.runOnMain([this, surface, pingCount, at, before] { notePing(surface, pingCount, at, before); });
 }
 
-void SurfaceFeedback::notePing(SurfaceID surface, int pingCount, TimePoint at) {
+void SurfaceFeedback::notePing(SurfaceID surface, int pingCount, TimePoint at, TimePoint before) {
     assert(jobs.runtime.onMain());
-    TimePoint& last = surface == SurfaceID::A ? state.presence.lastPing : state.presence.lastPingB;
-    if (at - last > pingPause) state.presence.firstPingAt = at;
-    last = at;
+    if (at - before > pingPause) state.presence.firstPingAt = at;
     if (surface == SurfaceID::B) return;
     state.published.pingCount = pingCount;
     state.published.changed();

@@ -47,7 +47,7 @@ private:
     void showStripLed(Strip strip, int port, bool on);
     void showSelect(Strip strip, bool on);
     void showTransportLed(int port, bool on);
-    void notePing(SurfaceID surface, int pingCount, TimePoint at);
+    void notePing(SurfaceID surface, int pingCount, TimePoint at, TimePoint before);
 
     const Jobs& jobs;
     ReceiverState& state;

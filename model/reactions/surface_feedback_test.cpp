@@ -197,18 +197,18 @@ TEST_F(SurfaceFeedbackTest, APingIsAnsweredAndCounted) {
     settle();
     EXPECT_THAT(bench.surfaceA.presence.takeBytes(), ElementsAre("90 00 7F"));
     EXPECT_EQ(state.published.pingCount, 1);
-    EXPECT_EQ(state.presence.lastPing, world.runtime.now());
+    EXPECT_EQ(state.presence.lastPing.load(), world.runtime.now());
     EXPECT_EQ(state.presence.firstPingAt, world.runtime.now());
-    EXPECT_EQ(state.presence.lastPingB, distantPast);
+    EXPECT_EQ(state.presence.lastPingB.load(), distantPast);
 }
 
 TEST_F(SurfaceFeedbackTest, APingOfTheSecondSurfaceIsNotCounted) {
     bench.surfaceB.ping();
     settle();
     EXPECT_EQ(state.published.pingCount, 0);
-    EXPECT_EQ(state.presence.lastPingB, world.runtime.now());
+    EXPECT_EQ(state.presence.lastPingB.load(), world.runtime.now());
     EXPECT_EQ(state.presence.firstPingAt, world.runtime.now());
-    EXPECT_EQ(state.presence.lastPing, distantPast);
+    EXPECT_EQ(state.presence.lastPing.load(), distantPast);
 }
 
 TEST_F(SurfaceFeedbackTest, APauseOfMoreThanTwoSecondsBeginsANewRunOfPings) {
@@ -246,7 +246,7 @@ TEST_F(SurfaceFeedbackTest, WhatOtherThreadsWaitForDoesNotWaitForTheMainThread) 
     EXPECT_EQ(state.published.strips[1].name, "");
     settle();
     EXPECT_EQ(state.published.pingCount, 1);
-    EXPECT_EQ(state.presence.lastPing, sent);
+    EXPECT_EQ(state.presence.lastPing.load(), sent);
     EXPECT_EQ(state.presence.firstPingAt, sent);
     EXPECT_EQ(state.published.strips[1].name, "Wrt");
 }

@@ -1,18 +1,21 @@
-// Everything the receiver knows about Pro Tools and the client. Main thread only; what other threads must see lives in
-// small classes with a lock of their own (Meters, DisplayWatch) or an atomic (SurfaceDesk).
+// Everything the receiver knows about Pro Tools and the client. Main thread only, except the atomic fields; what other
+// threads must see lives in small classes with a lock of their own (Meters, DisplayWatch) or an atomic (SurfaceDesk).
 #pragma once
 
 #include "model/state/published_state.h"
 #include "platform/api/time.h"
 
+#include <atomic>
+
 namespace lumbrine {
 
-// When somebody was last heard.
+// When somebody was last heard. The times of arrival are written where pings and datagrams arrive: nobody may count as
+// gone because the main thread is late.
 struct Presence {
-    TimePoint firstPingAt = distantPast; // start of the current run of pings, on either surface
-    TimePoint lastPing = distantPast;    // surface A
-    TimePoint lastPingB = distantPast;
-    TimePoint lastUDP = distantPast;
+    TimePoint firstPingAt = distantPast;          // start of the current run of pings, on either surface
+    std::atomic<TimePoint> lastPing{distantPast}; // surface A
+    std::atomic<TimePoint> lastPingB{distantPast};
+    std::atomic<TimePoint> lastUDP{distantPast};
 };
 
 // What decides when the next scan comes, and what the log has said about it.
