@@ -63,6 +63,32 @@ std::string repairedUTF8(std::string_view text) {
     return repaired;
 }
 
+namespace {
+
+// Also the line and paragraph separators of Unicode.
+bool breaksTheLine(char32_t code) {
+    return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x2028 || code == 0x2029;
+}
+
+} // namespace
+
+std::string onOneLine(std::string_view text) {
+    std::string line;
+    line.reserve(text.size());
+    for (bool broken = false; !text.empty();) {
+        const UTF8Character character = firstCharacter(text);
+        const bool breaks = character.code && breaksTheLine(*character.code);
+        if (!breaks) {
+            line += character.code ? text.substr(0, character.length) : "\uFFFD";
+        } else if (!broken) {
+            line += ' ';
+        }
+        broken = breaks;
+        text.remove_prefix(character.length);
+    }
+    return line;
+}
+
 std::string_view utf8Clamp(std::string_view text, std::size_t maxBytes) {
     std::size_t kept = 0;
     while (kept < text.size()) {

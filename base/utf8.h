@@ -26,6 +26,10 @@ bool isUTF8(std::string_view text);
 // `text` with one U+FFFD in the place of each sequence that is not UTF-8. The result is always UTF-8.
 std::string repairedUTF8(std::string_view text);
 
+// `text` on one line: each run of line breaks and other control characters becomes one blank. Otherwise like
+// `repairedUTF8`.
+std::string onOneLine(std::string_view text);
+
 // The longest run of characters from the start of `text` that fits `maxBytes`. Stops at the first character that does
 // not fit, even if a later, shorter one would. A sequence that is not UTF-8 counts as a character. The result is a part
 // of `text`.

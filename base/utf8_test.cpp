@@ -171,5 +171,21 @@ TEST(UTF8Clamp, TakesBytesThatStartNoCharacterOneByOne) {
               "a"); // a lead byte without its continuation
 }
 
+TEST(OnOneLine, LeavesOrdinaryTextAlone) {
+    EXPECT_EQ(onOneLine("✓ Kick é ボーカル 🎚"), "✓ Kick é ボーカル 🎚");
+    EXPECT_EQ(onOneLine(""), "");
+}
+
+TEST(OnOneLine, PutsOneBlankForEachRunOfControlCharacters) {
+    EXPECT_EQ(onOneLine("one\r\ntwo\tthree"), "one two three");
+    EXPECT_EQ(onOneLine("\x1B[31mred\x7F"), " [31mred ");
+    EXPECT_EQ(onOneLine("a\u0085b\u2028c\u2029d"), "a b c d");
+    EXPECT_EQ(onOneLine(std::string("nul\0nul", 7)), "nul nul");
+}
+
+TEST(OnOneLine, RepairsWhatIsNotUTF8) {
+    EXPECT_EQ(onOneLine("a\xFF\nb"), "a\uFFFD b");
+}
+
 } // namespace
 } // namespace lumbrine

@@ -228,6 +228,17 @@ TEST(ReceiverModel, PrintsALineOfTheLogBeforeItIsShown) {
     EXPECT_THAT(printedWhenShown, ElementsAre("one"));
 }
 
+TEST(ReceiverModel, KeepsTextsFromOutsideToOneLineOf500Bytes) {
+    ModelWorld world;
+    ModelBench bench(world);
+    bench.model->appendLog("✗ the service says:\r\n\x1B[2Jno");
+    bench.model->appendLog(std::string(498, 'x') + "ボ");
+    bench.model->appendLog(std::string(497, 'x') + "ボ");
+    EXPECT_THAT(bench.lines,
+                ElementsAre("✗ the service says: [2Jno", std::string(498, 'x'), std::string(497, 'x') + "ボ"));
+    EXPECT_EQ(bench.model->published().logLines, bench.lines);
+}
+
 TEST(ReceiverModel, TellsItsObserverOfEachChange) {
     ModelWorld world;
     ModelBench bench(world);

@@ -1,5 +1,7 @@
 #include "model/state/activity_log.h"
 
+#include "base/utf8.h"
+
 #include <cassert>
 #include <utility>
 
@@ -10,6 +12,10 @@ namespace {
 constexpr Duration longest = seconds(60);
 constexpr std::size_t mostTold = 100; // lines; more kinds than there are
 
+std::string cleaned(const std::string& line) {
+    return std::string(utf8Clamp(onOneLine(line), ActivityLog::maxLine));
+}
+
 } // namespace
 
 ActivityLog::ActivityLog(const Jobs& jobs, PublishedState& published, Bilingual language,
@@ -17,8 +23,13 @@ ActivityLog::ActivityLog(const Jobs& jobs, PublishedState& published, Bilingual 
     : text(language), jobs(jobs), published(published), sink(std::move(sink)), toldLock(jobs.runtime) {}
 
 void ActivityLog::appendLog(const std::string& line) {
-    sink(line);
-    jobs.runOnMain([this, line] { show(line); });
+    std::string clean = cleaned(line);
+    sink(clean);
+    jobs.runOnMain([this, clean = std::move(clean)] { show(clean); });
+}
+
+void ActivityLog::print(const std::string& line) const {
+    sink(cleaned(line));
 }
 
 void ActivityLog::sayOnceAMinute(std::string_view english, std::string_view japanese) {

@@ -1,4 +1,7 @@
 // The activity log: each line goes to standard output at once and to the visible list on the main thread.
+//
+// Lines contain texts from outside, such as track names and errors of the scripting service. Whatever they contain, it
+// stays one line of at most `maxLine` bytes, without control characters.
 #pragma once
 
 #include "base/bilingual.h"
@@ -15,6 +18,7 @@ namespace lumbrine {
 class ActivityLog {
 public:
     static constexpr std::size_t visibleLines = 120;
+    static constexpr std::size_t maxLine = 500;
 
     ActivityLog(const Jobs& jobs, PublishedState& published, Bilingual language,
                 std::function<void(const std::string&)> sink);
@@ -32,7 +36,7 @@ public:
     void sayOnceARun(std::string_view english, std::string_view japanese);
 
     // To standard output only, for diagnostics. Any thread.
-    void print(const std::string& line) const { sink(line); }
+    void print(const std::string& line) const;
 
     const Bilingual text; // for lines that are put together
 
