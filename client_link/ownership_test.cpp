@@ -31,6 +31,22 @@ TEST_F(OwnershipTest, IsAbsentWithoutALiveOwner) {
     EXPECT_EQ(server.ownership(), std::nullopt);
 }
 
+TEST_F(OwnershipTest, IsReportedWhenItIsTakenFromALiveClient) {
+    std::vector<std::string> taken;
+    server.onTakeOver = [&](const std::string& by, const std::string& from) { taken.push_back(by + " from " + from); };
+    from(phone, helloWith(1));
+    from(tablet, touch); // refused
+    from(phone, takeOver);
+    from(samePhone, helloWith(1));
+    EXPECT_THAT(taken, testing::IsEmpty());
+    from(tablet, takeOver);
+    from(tablet, touch);
+    EXPECT_THAT(taken, testing::ElementsAre("::ffff:192.168.1.30 from ::ffff:192.168.1.20"));
+    pass(6.0);
+    from(phone, takeOver); // from nobody
+    EXPECT_THAT(taken, testing::SizeIs(1));
+}
+
 TEST_F(OwnershipTest, ComesWithEachDatagramOfTheOwner) {
     const auto first = deliveredIn(phone, touch);
     ASSERT_TRUE(first.has_value());

@@ -28,10 +28,13 @@ std::optional<std::uint64_t> announcedToken(ByteView bytes) {
 
 std::optional<Ownership> PeerTable::admit(ByteView bytes, const PeerName& sender, TimePoint now) {
     const std::optional<std::uint64_t> token = note(bytes, sender, now).token;
+    displacedIP.reset();
     if (!owner || owner->key != sender.key) {
         // The same token at another address is the same device after an app restart or a change of network.
         const bool sameDevice = owner && token && token == owner->token;
-        if (!sameDevice && liveOwner(now) != nullptr && !hasHeader(bytes, takeOver)) return std::nullopt;
+        const bool isTaken = !sameDevice && liveOwner(now) != nullptr;
+        if (isTaken && !hasHeader(bytes, takeOver)) return std::nullopt;
+        if (isTaken) displacedIP = find(owner->key)->ip;
         if (sameDevice) peers.erase(owner->key);
         if (!owner) owner.emplace();
         if (!sameDevice) ++owner->ownership.number;

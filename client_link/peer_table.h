@@ -55,6 +55,9 @@ public:
     // the sender, nothing when the datagram is refused. Allocates nothing when the sender is known and the owner.
     std::optional<Ownership> admit(ByteView bytes, const PeerName& sender, TimePoint now);
 
+    // The numeric host of the live owner that the last `admit` replaced by another device; absent when it did not.
+    const std::optional<std::string>& displaced() const { return displacedIP; }
+
     // Removes the peers that are no longer live.
     void forgetSilent(TimePoint now);
 
@@ -75,6 +78,7 @@ private:
 
     Peers peers;
     std::optional<Owner> owner; // the last one, live or not
+    std::optional<std::string> displacedIP;
 };
 
 } // namespace lumbrine

@@ -39,6 +39,10 @@ public:
     // the call only. Set it before `start`.
     std::function<void(ByteView bytes, const Sender& sender)> onDatagram;
 
+    // Called when a client has taken control from another one that was live, with the numeric hosts of both, before
+    // onDatagram. On the receive thread, with no lock held. Set it before `start`.
+    std::function<void(const std::string& by, const std::string& from)> onTakeOver;
+
     // Opens, configures and binds the socket and starts the receive thread. After a failure, the server neither
     // receives nor sends. Call once.
     std::expected<void, UDPError> start();

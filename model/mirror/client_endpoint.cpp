@@ -24,6 +24,7 @@ void ClientEndpoint::startUDPAndBonjour(Handler handler) {
 void ClientEndpoint::listen(Handler handler) {
     udp = std::make_unique<UDPServer>(runtime, sockets, port);
     udp->onDatagram = std::move(handler);
+    udp->onTakeOver = [this](const std::string& by, const std::string& from) { logTakeOver(by, from); };
     if (const auto started = udp->start()) {
         const std::string where = std::to_string(port);
         log.say("✓ UDP listening on :" + where, "✓ UDP 受信開始 :" + where);
@@ -31,6 +32,13 @@ void ClientEndpoint::listen(Handler handler) {
         const std::string& why = started.error().description;
         log.say("✗ UDP failed: " + why, "✗ UDP 失敗: " + why);
     }
+}
+
+void ClientEndpoint::logTakeOver(const std::string& by, const std::string& from) {
+    const TimePoint now = runtime.now();
+    if (now - takeOverLoggedAt < betweenTakeOvers) return;
+    takeOverLoggedAt = now;
+    log.say("→ " + by + " took over from " + from, "→ 操作権が " + from + " から " + by + " に移りました");
 }
 
 void ClientEndpoint::advertise() {

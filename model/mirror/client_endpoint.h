@@ -13,6 +13,9 @@ namespace lumbrine {
 
 class ClientEndpoint {
 public:
+    // Take-overs are logged at most once in this time: datagrams with forged addresses can bring any number.
+    static constexpr Duration betweenTakeOvers = seconds(1.0);
+
     using Handler = std::function<void(ByteView bytes, const Sender& sender)>;
 
     ClientEndpoint(Runtime& runtime, DatagramSockets& sockets, ServiceAdvertiser& advertiser, const SystemInfo& system,
@@ -39,6 +42,7 @@ public:
 
 private:
     void listen(Handler handler);
+    void logTakeOver(const std::string& by, const std::string& from);
     void advertise();
 
     Runtime& runtime;
@@ -48,6 +52,7 @@ private:
     const bool noBonjour;
     ActivityLog& log;
     std::unique_ptr<UDPServer> udp;
+    TimePoint takeOverLoggedAt = distantPast; // receive thread
     std::unique_ptr<Advertisement> bonjour;
 };
 

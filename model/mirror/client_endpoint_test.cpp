@@ -12,7 +12,8 @@ protected:
     FakeComputer computer;
     Jobs jobs{world.runtime};
     PublishedState published;
-    ActivityLog log{jobs, published, Bilingual(false), [](const std::string&) {}};
+    Lines lines;
+    ActivityLog log{jobs, published, Bilingual(false), [this](const std::string& line) { lines.push_back(line); }};
     ClientEndpoint endpoint{world.runtime, world.network.host("192.168.1.2"), computer,
                             computer,      Configuration::read(computer),     log};
     Phone phone{world, "192.168.1.7", "192.168.1.2", endpoint.port};
@@ -53,6 +54,25 @@ TEST_F(ClientEndpointTest, KnowsTheOwnershipThatADatagramCameIn) {
     world.runtime.runUntilIdle();
     ASSERT_TRUE(ownership.has_value());
     EXPECT_EQ(endpoint.ownership(), ownership);
+    endpoint.close();
+}
+
+TEST_F(ClientEndpointTest, LogsWhoTookOverFromWhomOnceASecond) {
+    endpoint.startUDPAndBonjour([](ByteView, const Sender&) {});
+    Phone tablet{world, "192.168.1.8", "192.168.1.2", endpoint.port};
+    lines.clear();
+    const auto takesOver = [&](Phone& client) {
+        client.send(takeOver);
+        world.runtime.runUntilIdle();
+    };
+    takesOver(phone);
+    EXPECT_THAT(lines, IsEmpty()); // from nobody
+    takesOver(tablet);
+    takesOver(phone);
+    EXPECT_THAT(lines, ElementsAre("→ ::ffff:192.168.1.8 took over from ::ffff:192.168.1.7"));
+    world.runtime.runFor(1s);
+    takesOver(tablet);
+    EXPECT_THAT(lines, testing::SizeIs(2));
     endpoint.close();
 }
 
