@@ -40,18 +40,15 @@ void makeNetwork() {
 
 } // namespace
 
-Neighbours::Neighbours() {
-    makeNetwork();
-    fd = ::socket(AF_INET, SOCK_RAW | SOCK_CLOEXEC, IPPROTO_RAW);
+ForgedDatagrams::ForgedDatagrams() : fd(::socket(AF_INET, SOCK_RAW | SOCK_CLOEXEC, IPPROTO_RAW)) {
     if (fd < 0) throw std::runtime_error("no raw socket");
 }
 
-Neighbours::~Neighbours() {
+ForgedDatagrams::~ForgedDatagrams() {
     ::close(fd);
-    interop::runCommand({"ip", "link", "delete", "near"});
 }
 
-void Neighbours::send(int neighbour, std::uint16_t port, ByteView datagram) {
+void ForgedDatagrams::send(UDPPlace from, UDPPlace to, ByteView datagram) {
     constexpr std::size_t headers = sizeof(iphdr) + sizeof(udphdr);
     iphdr ip{};
     ip.version = 4;
@@ -59,21 +56,34 @@ void Neighbours::send(int neighbour, std::uint16_t port, ByteView datagram) {
     ip.ttl = 64;
     ip.protocol = IPPROTO_UDP;
     ip.tot_len = htons(static_cast<std::uint16_t>(headers + datagram.size()));
-    ip.saddr = htonl(ownAddress + 1 + static_cast<std::uint32_t>(neighbour));
-    ip.daddr = htonl(ownAddress);
+    ip.saddr = htonl(from.host);
+    ip.daddr = htonl(to.host);
     udphdr udp{};
-    udp.source = htons(50000);
-    udp.dest = htons(port);
+    udp.source = htons(from.port);
+    udp.dest = htons(to.port);
     udp.len = htons(static_cast<std::uint16_t>(sizeof udp + datagram.size()));
 
     Bytes packet(headers);
     std::copy_n(reinterpret_cast<const std::uint8_t*>(&ip), sizeof ip, packet.begin());
     std::copy_n(reinterpret_cast<const std::uint8_t*>(&udp), sizeof udp, packet.begin() + sizeof ip);
     packet.insert(packet.end(), datagram.begin(), datagram.end());
-    sockaddr_in to{};
-    to.sin_family = AF_INET;
-    to.sin_addr.s_addr = ip.daddr;
-    ::sendto(fd, packet.data(), packet.size(), 0, reinterpret_cast<const sockaddr*>(&to), sizeof to);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = ip.daddr;
+    ::sendto(fd, packet.data(), packet.size(), 0, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+}
+
+Neighbours::Neighbours() {
+    makeNetwork();
+}
+
+Neighbours::~Neighbours() {
+    interop::runCommand({"ip", "link", "delete", "near"});
+}
+
+void Neighbours::send(int neighbour, std::uint16_t port, ByteView datagram) {
+    const std::uint32_t host = ownAddress + 1 + static_cast<std::uint32_t>(neighbour);
+    datagrams.send({host, 50000}, {ownAddress, port}, datagram);
 }
 
 } // namespace lumbrine::end_to_end

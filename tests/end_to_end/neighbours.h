@@ -1,4 +1,4 @@
-// For tests: a local network with no other computer on it, and datagrams that seem to come from its other addresses.
+// For tests: datagrams with forged senders, and a local network with no other computer on it.
 #pragma once
 
 #include "base/bytes.h"
@@ -6,6 +6,31 @@
 #include <cstdint>
 
 namespace lumbrine::end_to_end {
+
+// An IPv4 address in the order of the host, and a port.
+struct UDPPlace {
+    std::uint32_t host;
+    std::uint16_t port;
+};
+
+constexpr UDPPlace onThisComputer(std::uint16_t port) {
+    return {0x7F000001, port};
+}
+
+// Only as root.
+class ForgedDatagrams {
+public:
+    // Throws std::runtime_error when the system does not allow it.
+    ForgedDatagrams();
+    ~ForgedDatagrams();
+    ForgedDatagrams(const ForgedDatagrams&) = delete;
+    ForgedDatagrams& operator=(const ForgedDatagrams&) = delete;
+
+    void send(UDPPlace from, UDPPlace to, ByteView datagram);
+
+private:
+    const int fd;
+};
 
 // Only in a private world (interop::inOwnWorld). Datagrams to a neighbour wait for an address resolution that never
 // ends.
@@ -23,7 +48,7 @@ public:
     void send(int neighbour, std::uint16_t port, ByteView datagram);
 
 private:
-    int fd = -1;
+    ForgedDatagrams datagrams;
 };
 
 } // namespace lumbrine::end_to_end
