@@ -34,6 +34,6 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       presence(jobs, state, log, {desk, mirror, bankMap, pan}),
       position(platform.runtime, state, log, {bankMap, calibration}), owner(state, text, endpoint, surfaces),
       refresh(state, {mirror, table, automation, metadata}),
-      tick(jobs, state, {endpoint, meters, presence, position, owner, refresh, surfaces}) {}
+      tick(jobs, state, {endpoint, meters, feedback, presence, position, owner, refresh, surfaces}) {}
 
 } // namespace lumbrine

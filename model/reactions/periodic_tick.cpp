@@ -7,12 +7,13 @@ PeriodicTick::PeriodicTick(const Jobs& jobs, const ReceiverState& state, Parts p
 
 void PeriodicTick::startTimers() {
     timer = jobs.runtime.repeatOnMain(interval, jobs.guarded([this] { tick(); }));
-    meterTimer = jobs.runtime.repeatOnMain(meterInterval, jobs.guarded([this] { meterStep(); }));
+    parts.feedback.onMetersMove = [this] { runMeters(); };
 }
 
 void PeriodicTick::tick() {
     parts.presence.watchProTools();
     parts.presence.watchClient();
+    runMeters();
     parts.presence.watchWindowWidth();
     parts.position.watchStuckPosition();
     parts.owner.watchOwner();
@@ -23,10 +24,17 @@ void PeriodicTick::tick() {
     parts.surfaces.reportDropped();
 }
 
-// Levels fall also while nobody is sent them.
+void PeriodicTick::runMeters() {
+    if (!state.published.iosConnected || parts.meters.atRest()) {
+        meterTimer.reset();
+    } else if (!meterTimer) {
+        meterTimer = jobs.runtime.repeatOnMain(Meters::step, jobs.guarded([this] { meterStep(); }));
+    }
+}
+
 void PeriodicTick::meterStep() {
     const Meters::Levels levels = parts.meters.fall();
-    if (!state.published.iosConnected || !state.quiet()) return;
+    if (!state.quiet()) return;
     parts.endpoint.broadcast(metersMessage(std::span(levels).first(state.published.shownStrips().size() * 2)));
 }
 

@@ -1,5 +1,5 @@
 // The two timers that keep the receiver going without any event: a tick every 0.4 s, its steps in a fixed order, and a
-// step of the meters sixty times a second.
+// step of the meters sixty times a second, as long as a client has something to see on them.
 #pragma once
 
 #include "model/hands/surfaces.h"
@@ -8,6 +8,7 @@
 #include "model/reactions/owner_watch.h"
 #include "model/reactions/position_watch.h"
 #include "model/reactions/presence_watch.h"
+#include "model/reactions/surface_feedback.h"
 #include "model/state/jobs.h"
 
 #include <memory>
@@ -17,11 +18,11 @@ namespace lumbrine {
 class PeriodicTick {
 public:
     static constexpr Duration interval = seconds(0.4);
-    static constexpr Duration meterInterval = seconds(1.0 / 60);
 
     struct Parts {
         ClientEndpoint& endpoint;
         Meters& meters;
+        SurfaceFeedback& feedback;
         PresenceWatch& presence;
         PositionWatch& position;
         OwnerWatch& owner;
@@ -36,13 +37,14 @@ public:
 
 private:
     void tick();
+    void runMeters();
     void meterStep();
 
     const Jobs& jobs;
     const ReceiverState& state;
     const Parts parts;
     std::unique_ptr<RepeatingTimer> timer;
-    std::unique_ptr<RepeatingTimer> meterTimer;
+    std::unique_ptr<RepeatingTimer> meterTimer; // null while there is nothing to see
 };
 
 } // namespace lumbrine

@@ -64,7 +64,7 @@ void SurfaceFeedback::showName(Strip strip, const std::string& name) {
 // ---- Meters and V-Pot rings
 
 void SurfaceFeedback::meterShown(Strip strip, int side, int level) {
-    parts.meters.show(strip, side, level);
+    if (parts.meters.show(strip, side, level)) jobs.runOnMain([this] { onMetersMove(); });
 }
 
 void SurfaceFeedback::vpotShown(Strip strip, int value, bool centre, bool rightSide) {

@@ -10,6 +10,8 @@
 #include "model/tracks/track_metadata.h"
 #include "surface/surface_wiring.h"
 
+#include <functional>
+
 namespace lumbrine {
 
 class SurfaceFeedback final : public SurfaceListener {
@@ -39,6 +41,9 @@ public:
     void vpotShown(Strip strip, int value, bool centre, bool rightSide) override;
     void ledShown(SurfaceID surface, int zone, int port, bool on) override;
     void pingReceived(SurfaceID surface, int pingCount, TimePoint at) override;
+
+    // Called on the main thread when a level ends a rest of the meters.
+    std::function<void()> onMetersMove = [] {};
 
 private:
     void showFader(Strip strip, double value);

@@ -18,7 +18,8 @@
 
 namespace lumbrine {
 
-// Virtual time that notes how urgent the work is that it is given, and whose sleeps may last longer than was asked.
+// Virtual time that notes how urgent the work is that it is given, counts the ticks of all timers, and whose sleeps may
+// last longer than was asked.
 class NotingRuntime final : public VirtualRuntime {
 public:
     using VirtualRuntime::VirtualRuntime;
@@ -33,9 +34,17 @@ public:
         return VirtualRuntime::serialQueue(std::move(label), priority);
     }
 
+    std::unique_ptr<RepeatingTimer> repeatOnMain(Duration interval, std::function<void()> tick) override {
+        return VirtualRuntime::repeatOnMain(interval, [this, tick = std::move(tick)] {
+            ++ticks;
+            tick();
+        });
+    }
+
     void sleepFor(Duration duration) override { VirtualRuntime::sleepFor(duration + oversleep); }
 
     Duration oversleep{};
+    int ticks = 0;
     std::vector<Priority> jobs; // of background jobs without a delay, since the last look
     std::map<std::string, Priority> queues;
 };

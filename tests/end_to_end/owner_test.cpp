@@ -63,8 +63,9 @@ TEST_F(Owner, FollowsItsTokenToAnotherPort) {
 TEST_F(Owner, AloneGetsTheMessages) {
     ASSERT_TRUE(answersWith(first, hello, pong));
     ASSERT_TRUE(answersWith(second, hello, busy));
-    const auto isMeters = [](const Bytes& datagram) { return datagram.size() == 18 && datagram[1] == 0x11; };
-    EXPECT_TRUE(first.receive(isMeters).has_value());
+    const auto isSwitches = [](const Bytes& datagram) { return datagram.size() == 26 && datagram[1] == 0x13; };
+    EXPECT_TRUE(first.receive(isSwitches).has_value()); // with the answer to its hello
+    EXPECT_TRUE(first.receive(isSwitches).has_value()); // and regularly
     EXPECT_FALSE(second.receive(milliseconds(100)).has_value());
 }
 
