@@ -52,6 +52,7 @@ PeerTable::Peer& PeerTable::note(ByteView bytes, const PeerName& sender, TimePoi
         record->second.ip = sender.ip;
     }
     Peer& peer = record->second;
+    if (!isLive(peer, now)) peer.token.reset(); // the record is as good as removed
     peer.address = sender.address;
     peer.lastSeen = now;
     if (const auto token = announcedToken(bytes)) peer.token = token;
@@ -74,7 +75,8 @@ void PeerTable::makeRoom(TimePoint now) {
 }
 
 void PeerTable::forgetSilent(TimePoint now) {
-    std::erase_if(peers, [&](const auto& entry) { return !isLive(entry.second, now); });
+    std::erase_if(
+        peers, [&](const auto& entry) { return !isLive(entry.second, now) && (!owner || entry.first != owner->key); });
 }
 
 std::vector<std::string> PeerTable::liveIPs(TimePoint now) const {

@@ -58,7 +58,8 @@ public:
     // The numeric host of the live owner that the last `admit` replaced by another device; absent when it did not.
     const std::optional<std::string>& displaced() const { return displacedIP; }
 
-    // Removes the peers that are no longer live.
+    // Removes the peers that are no longer live, but not the last owner: a datagram that arrived while it was live may
+    // still be on its way to `admit`.
     void forgetSilent(TimePoint now);
 
     // The numeric host of each live peer.

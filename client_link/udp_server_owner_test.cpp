@@ -206,6 +206,16 @@ TEST_F(UDPServerOwner, KeepsTheTokenOfAnEarlierHello) {
     expectDelivered(samePhone, helloWith(5));
 }
 
+TEST_F(UDPServerOwner, DoesNotKeepTheTokenOfAPeerThroughSixSecondsOfSilence) {
+    expectDelivered(phone, helloWith(4));
+    expectRefused(tablet, helloWith(5));
+    pass(3.0);
+    expectDelivered(phone, touch);
+    pass(3.0);
+    expectDelivered(phone, helloWith(5));
+    expectRefused(tablet, touch); // although nothing was sent that would have removed its record
+}
+
 TEST_F(UDPServerOwner, TakesTheNewestTokenOfAPeer) {
     expectDelivered(phone, helloWith(5));
     expectDelivered(phone, helloWith(6));

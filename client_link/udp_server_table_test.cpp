@@ -84,6 +84,7 @@ TEST_F(UDPServerTable, BroadcastsUntilTheOwnerIsSilentForSixSeconds) {
 }
 
 TEST_F(UDPServerTable, ForgetsSilentPeersInABroadcast) {
+    from(phonePeer, touch);
     from(tabletPeer, touch);
     pass(2.0);
     from(phonePeer, touch);
@@ -93,8 +94,22 @@ TEST_F(UDPServerTable, ForgetsSilentPeersInABroadcast) {
     EXPECT_TRUE(knows(tabletPeer));
     pass(0.001);
     server.broadcast(news);
+    takeSent();
     EXPECT_FALSE(knows(tabletPeer));
     EXPECT_TRUE(knows(phonePeer));
+}
+
+// A thread that received a datagram in time may come to it late.
+TEST_F(UDPServerTable, KnowsTheLastOwnerUntilThereIsAnother) {
+    from(phonePeer, touch);
+    pass(6.0);
+    server.broadcast(news);
+    EXPECT_TRUE(knows(phonePeer));
+    EXPECT_THAT(server.connectedIPs(), IsEmpty());
+    from(tabletPeer, touch);
+    server.broadcast(news);
+    takeSent();
+    EXPECT_FALSE(knows(phonePeer));
 }
 
 TEST_F(UDPServerTable, ForgetsTheTokenWithThePeer) {
