@@ -11,6 +11,8 @@ namespace {
 using Violations = std::vector<std::string>;
 using Walk = WalkRequest::Kind;
 
+constexpr Duration answerPeriod = seconds(0.25); // the full state is sent at most once in this time
+
 std::string describe(const JobRun& run) {
     return nameOf(run.job) + " that began at " + std::to_string(inSeconds(run.first.time_since_epoch())) + " s";
 }
@@ -29,7 +31,11 @@ bool seekWasAsked(const JobRun& run, const Requests& requests, const Pauses& pau
 // The line that announces a scan is written at its beginning, so that is known exactly.
 bool scanHadAReason(const JobRun& scan, const Evidence& evidence, const Requests& requests, const Pauses& pauses) {
     const auto isThen = [&](TimePoint at) { return pauses.explain(at, scan.first); };
-    if (std::ranges::any_of(requests.scans, isThen) || std::ranges::any_of(requests.hellos, isThen)) return true;
+    const auto isAnsweredThen = [&](TimePoint hello) { // at once, or when the last answer is long enough ago
+        return hello <= scan.first && scan.first - hello <= answerPeriod + pauses.within(hello, scan.first);
+    };
+    if (std::ranges::any_of(requests.scans, isThen) || std::ranges::any_of(requests.hellos, isAnsweredThen))
+        return true;
     const TimePoint lastTick = scan.first - (scan.first - evidence.begun) % seconds(0.4);
     if (lastTick >= pauses.earliest(scan.first)) return true;
     return std::ranges::any_of(evidence.jobs.runs, [&](const JobRun& other) {

@@ -13,6 +13,7 @@ std::string nameOf(Job job) {
 
 JobWatch::JobWatch(Runtime& rt, const ReceiverState& receiverState, const SimulatedProTools& host)
     : runtime(rt), state(receiverState), proTools(host), lastLook(rt.now()),
+      lookTimer(rt.repeatOnMain(seconds(1.0 / 60), [this] { look(); })),
       timer(rt.repeatOnMain(seconds(0.05), [this] { sample(); })),
       positionTimer(rt.repeatOnMain(seconds(0.4), [this] { samplePosition(); })) {}
 

@@ -80,7 +80,7 @@ class JobWatch {
 public:
     JobWatch(Runtime& rt, const ReceiverState& receiverState, const SimulatedProTools& host);
 
-    // Looks now. The watch also looks by itself every 50 ms; others call this where more may have changed.
+    // Looks now. The watch also looks by itself sixty times a second; others call this where more may have changed.
     void look();
 
     void note(const std::string& line); // of the log
@@ -105,6 +105,7 @@ private:
     TimePoint lastLook;
     int lastOffset = -1;
     bool lastTransport = false;
+    std::unique_ptr<RepeatingTimer> lookTimer;
     std::unique_ptr<RepeatingTimer> timer;
     std::unique_ptr<RepeatingTimer> positionTimer;
 };

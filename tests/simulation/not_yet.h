@@ -21,9 +21,6 @@ inline constexpr auto notYet = std::to_array<NotYet>({
     {"packed-displays", "Of several displays in one SysEx the first alone is read."},
     {"fill-at-session-open", "Names that no bank move brings again stay unknown, as those of a session of one bank."},
     {"slow-host", "A host that needs more than 0.27 s counts as unmoved: scans go wrong and begin anew without end."},
-    {"answers",
-     "More than 50 refusals a second to one address, or everything twice within 250 ms, or more than 264 rows "
-     "within 100 ms, in 198 of 500 sessions."},
     {"bounds", "More than 32 jobs wait in the automation queue in 6 of 500 sessions, and in many under storms."},
     {"hands", "Faders, switches and AUTO switches are down while the banks move, after another owner, after silence or "
               "after the program's end, and a new owner is let go of at the tick, in 412 of 500 sessions."},

@@ -3,6 +3,7 @@
 #include "tests/simulation/trace.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace lumbrine::simulation {
 
@@ -17,7 +18,8 @@ bool isMeters(ByteView datagram) {
 int RecordingSockets::receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) {
     const int length = sockets.receive(fd, buffer, from);
     if (length <= 0) return length;
-    record.push_back({runtime.now(), nameOf(from), Bytes(buffer.begin(), buffer.begin() + length)});
+    std::string sender = nameOf(from); // first: threads may stand still in it
+    record.push_back({runtime.now(), std::move(sender), Bytes(buffer.begin(), buffer.begin() + length)});
     if (trace != nullptr)
         trace->traffic.note(runtime.now(), "from client " + record.back().sender, record.back().bytes);
     return length;

@@ -37,10 +37,6 @@ SplitWire splitWire(const std::vector<WireAction>& wire, const std::vector<WireA
     for (std::size_t touch = 0; touch < wire.size(); ++touch) {
         const WireAction& begin = wire[touch];
         if (!isTouch(begin) || !duringAWalk(runs, begin.at)) continue;
-        const auto wasAsked = [&](const WireAction& action) {
-            return action.sameAs(begin) && pauses.explain(action.at, begin.at);
-        };
-        if (std::ranges::any_of(asked, wasAsked)) continue;
         const auto move = find(wire, taken, touch, [&](const WireAction& action) {
             return action.kind == Kind::fader && action.number == begin.number && pauses.explain(begin.at, action.at);
         });
@@ -49,6 +45,10 @@ SplitWire splitWire(const std::vector<WireAction>& wire, const std::vector<WireA
                    action.value == 0 && pauses.mayTake(begin.at, held, action.at);
         });
         if (!move || !release) continue;
+        const auto isItsMove = [&](const WireAction& action) {
+            return action.sameAs(wire[*move]) && pauses.explain(action.at, wire[*move].at);
+        };
+        if (std::ranges::any_of(asked, isItsMove)) continue; // a client may touch the same strip at that time
         taken[touch] = taken[*move] = taken[*release] = true;
         split.ofWalks.push_back({begin.at, begin.number + 8 * surface, wire[*move].value});
     }
