@@ -38,7 +38,7 @@ void ClientEndpoint::logTakeOver(const std::string& by, const std::string& from)
     const TimePoint now = runtime.now();
     if (now - takeOverLoggedAt < betweenTakeOvers) return;
     takeOverLoggedAt = now;
-    log.say("→ " + by + " took over from " + from, "→ 操作権が " + from + " から " + by + " に移りました");
+    log.say("→ " + by + " took over from " + from, "→ 操作が " + from + " から " + by + " に移りました");
 }
 
 void ClientEndpoint::advertise() {
