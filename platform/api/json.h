@@ -25,7 +25,8 @@ public:
     virtual std::expected<std::string, JSONError> serialise(const JSONValue::Object& object) = 0;
 
     // Parses one whole document with at most white space around it. When members share a key, the last one counts.
-    // Fails when the text is not JSON, and when it is nested deeper than the back end allows (at least 100 levels).
+    // Fails when the text is not JSON, and when it is larger than the back end allows: at least 100 levels of nesting
+    // and 100,000 values.
     virtual std::expected<JSONValue, JSONError> parse(std::string_view text) = 0;
 };
 

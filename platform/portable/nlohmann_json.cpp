@@ -61,11 +61,17 @@ std::expected<std::string, JSONError> NlohmannJSON::serialise(const JSONValue::O
 }
 
 std::expected<JSONValue, JSONError> NlohmannJSON::parse(std::string_view document) {
-    auto value = readJSON(document, deepest);
+    auto value = readJSON(document, {.levels = deepest, .values = mostValues});
     if (value) return *std::move(value);
-    if (value.error() == 0)
+    switch (value.error().kind) {
+    case JSONReadError::Kind::tooDeep:
         return std::unexpected(JSONError{text("JSON is nested too deeply", "JSON の入れ子が深すぎる")});
-    const std::string position = std::to_string(value.error());
+    case JSONReadError::Kind::tooManyValues:
+        return std::unexpected(JSONError{text("JSON has too many values", "JSON の値が多すぎる")});
+    case JSONReadError::Kind::notJSON:
+        break;
+    }
+    const std::string position = std::to_string(value.error().position);
     return std::unexpected(
         JSONError{text("not valid JSON at byte " + position, "JSON として読めない (" + position + " バイト目)")});
 }

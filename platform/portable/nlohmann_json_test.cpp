@@ -90,6 +90,23 @@ TEST_F(NlohmannJSONTest, FollowsADocumentToAHundredLevelsOnly) {
     EXPECT_EQ(errorOf(objects), "JSON is nested too deeply");
 }
 
+// Eight bytes of text can become a hundred in memory.
+TEST_F(NlohmannJSONTest, ReadsAHundredThousandValuesOnly) {
+    const auto zeros = [](std::size_t count) {
+        std::string list = "[0";
+        for (std::size_t i = 1; i < count; ++i)
+            list += ",0";
+        return list + "]";
+    };
+    EXPECT_TRUE(json.parse(zeros(NlohmannJSON::mostValues - 1))); // and the list itself
+    EXPECT_EQ(errorOf(zeros(NlohmannJSON::mostValues)), "JSON has too many values");
+    std::string objects = "[{}";
+    for (std::size_t i = 1; i < NlohmannJSON::mostValues; ++i)
+        objects += ",{}";
+    EXPECT_EQ(errorOf(objects + "]"), "JSON has too many values");
+    EXPECT_EQ(japanese.parse(zeros(NlohmannJSON::mostValues)).error().text, "JSON の値が多すぎる");
+}
+
 TEST_F(NlohmannJSONTest, SaysWhatIsWrongInTheUsersLanguage) {
     EXPECT_EQ(japanese.parse("[1,]").error().text, "JSON として読めない (4 バイト目)");
     EXPECT_EQ(japanese.parse(nested(101)).error().text, "JSON の入れ子が深すぎる");

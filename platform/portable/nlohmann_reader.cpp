@@ -18,7 +18,9 @@ class Builder {
 public:
     using string_t = Library::string_t;
 
-    explicit Builder(std::size_t deepest) : deepest(deepest) {}
+    explicit Builder(const JSONLimits& limits) : limits(limits) {}
+
+    using Problem = JSONReadError::Kind;
 
     bool null() { return put<std::nullptr_t>(nullptr); }
     bool boolean(bool flag) { return put<bool>(flag); }
@@ -42,16 +44,17 @@ public:
     bool end_array() { return leave(); }
 
     bool parse_error(std::size_t position, const std::string&, const nlohmann::detail::exception&) {
-        errorPosition = position;
+        error.position = position;
         return false;
     }
 
     JSONValue document;
-    std::size_t errorPosition = 0;
+    JSONReadError error{Problem::notJSON};
 
 private:
     template <typename Kind>
     bool put(const Kind& content) {
+        if (++values > limits.values) return refuse(Problem::tooManyValues);
         place().content.emplace<Kind>(content);
         return true;
     }
@@ -64,11 +67,17 @@ private:
 
     template <typename Container>
     bool enter() {
-        if (open.size() == deepest) return false;
+        if (open.size() == limits.levels) return refuse(Problem::tooDeep);
+        if (++values > limits.values) return refuse(Problem::tooManyValues);
         JSONValue& container = place();
         container.content.emplace<Container>();
         open.push_back(&container);
         return true;
+    }
+
+    bool refuse(Problem problem) {
+        error.kind = problem;
+        return false;
     }
 
     bool leave() {
@@ -76,18 +85,20 @@ private:
         return true;
     }
 
-    const std::size_t deepest;
+    const JSONLimits limits;
+    std::size_t values = 0;
     std::vector<JSONValue*> open; // none of them grows while one that it holds is open
     JSONValue* member = nullptr;  // whose name has come
 };
 
 } // namespace
 
-std::expected<JSONValue, std::size_t> readJSON(std::string_view document, std::size_t deepest) {
-    Builder builder(deepest);
-    if (!Library::sax_parse(document.begin(), document.end(), &builder)) return std::unexpected(builder.errorPosition);
+std::expected<JSONValue, JSONReadError> readJSON(std::string_view document, const JSONLimits& limits) {
+    Builder builder(limits);
+    if (!Library::sax_parse(document.begin(), document.end(), &builder)) return std::unexpected(builder.error);
     // The parser takes a zero for the end of the text, whatever follows it.
-    if (const std::size_t zero = document.find('\0'); zero != std::string_view::npos) return std::unexpected(zero + 1);
+    if (const std::size_t zero = document.find('\0'); zero != std::string_view::npos)
+        return std::unexpected(JSONReadError{JSONReadError::Kind::notJSON, zero + 1});
     return std::move(builder.document);
 }
 

@@ -9,7 +9,19 @@
 
 namespace lumbrine {
 
-// Else the byte, from 1, at which the text is no JSON document; 0 when it is nested more deeply than `deepest` levels.
-std::expected<JSONValue, std::size_t> readJSON(std::string_view document, std::size_t deepest);
+struct JSONLimits {
+    std::size_t levels; // of nesting
+    std::size_t values; // in the whole document, containers included
+};
+
+struct JSONReadError {
+    enum class Kind { notJSON, tooDeep, tooManyValues };
+
+    Kind kind;
+    std::size_t position = 0; // for notJSON: the byte, from 1
+};
+
+// Stops at the first thing that is wrong, so a document beyond the limits takes no more memory than one within them.
+std::expected<JSONValue, JSONReadError> readJSON(std::string_view document, const JSONLimits& limits);
 
 } // namespace lumbrine
