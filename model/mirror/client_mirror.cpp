@@ -144,13 +144,15 @@ void ClientMirror::sendVisibleColors() {
 }
 
 void ClientMirror::sendVisibleInputMons() {
+    const std::size_t shownStrips = state.published.shownStrips().size();
     PerStrip<bool> inputMons{};
-    for (std::size_t i = 0; i < inputMons.size(); ++i) {
+    toldMonitors.fill({});
+    for (std::size_t i = 0; i < shownStrips; ++i) {
         const Track* track = shownTrack(i);
         inputMons[i] = track && track->inputMonitor;
-        toldMonitors[i] = {.track = track ? track->identity() : TrackIdentity{}, .on = inputMons[i]};
+        if (track) toldMonitors[i] = {.track = track->identity(), .on = inputMons[i]};
     }
-    emit(inputMonsMessage(std::span(inputMons).first(state.published.shownStrips().size())));
+    emit(inputMonsMessage(std::span(inputMons).first(shownStrips)));
 }
 
 // ---- Automation modes, transport

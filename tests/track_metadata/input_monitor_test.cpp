@@ -70,6 +70,17 @@ TEST_F(InputMonitorTest, IsDroppedWhereNoTrackIsShown) {
     EXPECT_THAT(service.requests, IsEmpty());
 }
 
+TEST_F(InputMonitorTest, IsDroppedOnStripsThatTheClientDoesNotSee) {
+    const Lines names(12, "Trk");
+    bench.setTrackMap(names, 0);
+    setColumn(published.session, &Track::name, {names.begin(), names.end()});
+    bench.parts().mirror.send(occasion::bankView); // eight of them
+    service.requests.clear();
+    toggle(8);
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped input monitor: the track's full name is not known"));
+    EXPECT_THAT(service.requests, IsEmpty());
+}
+
 TEST_F(InputMonitorTest, IsDroppedWhenTheServiceRefuses) {
     refuse(inputMonitorCommand, 130);
     toggle(0);
