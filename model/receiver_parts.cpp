@@ -16,7 +16,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       reconnection(jobs, state, log, platform.accessibility, surfaces), faderSweep(jobs, log, surfaces),
 
       scripting(jobs, state, log, platform), metadata(jobs, state, log, platform.accessibility, scripting, mirror),
-      wishes(jobs, state, log, {endpoint, mirror, scripting, metadata}),
+      wishes(jobs, log, {endpoint, mirror, table, scripting, metadata}),
 
       bankMap(state, log, mirror, configuration.debug), moves(platform.runtime, state, bankMap, desk, displays),
       walk(jobs, state, desk, moves, bankMap, mirror),

@@ -146,13 +146,18 @@ void ClientMirror::sendVisibleColors() {
 void ClientMirror::sendVisibleInputMons() {
     const std::size_t shownStrips = state.published.shownStrips().size();
     PerStrip<bool> inputMons{};
-    toldMonitors.fill({});
+    toldMonitors.fill(std::nullopt);
+    toldTo = endpoint.ownership();
     for (std::size_t i = 0; i < shownStrips; ++i) {
         const Track* track = shownTrack(i);
         inputMons[i] = track && track->inputMonitor;
-        if (track) toldMonitors[i] = {.track = track->identity(), .on = inputMons[i]};
+        if (track) toldMonitors[i] = ToldMonitor{.track = track->identity(), .on = inputMons[i]};
     }
     emit(inputMonsMessage(std::span(inputMons).first(shownStrips)));
+}
+
+std::optional<ToldMonitor> ClientMirror::toldMonitor(Strip strip, Ownership owner) const {
+    return toldTo == owner ? toldMonitors[strip.slot()] : std::nullopt;
 }
 
 // ---- Automation modes, transport

@@ -18,8 +18,8 @@
 
 namespace lumbrine {
 
-// What the client was last told of the input monitor on a strip, and of which track. The name is empty where no track
-// was shown, or none of which the full name is known.
+// What the client was last told of the input monitor on a strip, and of which track. The name is empty where the full
+// name of the track is not known.
 struct ToldMonitor {
     TrackIdentity track = {};
     bool on = false;
@@ -61,7 +61,7 @@ public:
     void sendVisibleFullNames();
     void sendVisibleColors();
     void sendVisibleInputMons();
-    const ToldMonitor& toldMonitor(Strip strip) const { return toldMonitors[strip.slot()]; }
+    std::optional<ToldMonitor> toldMonitor(Strip strip, Ownership owner) const; // absent when no track was shown to it
 
     void sendAllAutoModes();
     void sendAutoModesIfChanged();
@@ -86,7 +86,8 @@ private:
     ClientEndpoint& endpoint;
     std::optional<std::string> snapshotTarget;
 
-    PerStrip<ToldMonitor> toldMonitors;
+    PerStrip<std::optional<ToldMonitor>> toldMonitors;
+    std::optional<Ownership> toldTo; // the client of these
     Bytes lastSentSwitches;
     Bytes lastSentAutoModes;
     bool lastSentPlaying = false;

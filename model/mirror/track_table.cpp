@@ -38,15 +38,22 @@ void TrackTable::sendChangedRows() {
     if (!owner) return;
     readBy(*owner);
     lastSent.resize(state.published.session.size());
-    for (std::size_t track = 0; track < lastSent.size(); ++track)
-        if (buildTrackRow(track) != lastSent[track]) due.insert(track);
+    for (std::size_t track = 0; track < lastSent.size(); ++track) {
+        if (buildTrackRow(track) != lastSent[track]) {
+            due.insert(track);
+        } else {
+            note(track); // a row that says the same of another track stands for that one
+        }
+    }
     if (!due.empty()) sendInTime();
 }
 
 void TrackTable::readBy(const std::string& key) {
+    toldTo = endpoint.ownership();
     if (std::exchange(reader, key) == key) return;
     lastSent.clear();
     due.clear();
+    toldRows.clear();
     next = 0;
     then = [] {};
 }
@@ -88,8 +95,23 @@ void TrackTable::sendNextDue() {
     Bytes& sent = lastSent[*row];
     sent = buildTrackRow(*row);
     endpoint.send(sent, reader);
+    note(*row);
     next = *row + 1;
     due.erase(row);
+}
+
+void TrackTable::note(std::size_t row) {
+    const Track& track = state.published.session.tracks[row];
+    if (toldRows.size() <= row) toldRows.resize(row + 1);
+    toldRows[row] = {.track = track.identity(), .display = track.display};
+}
+
+std::optional<TrackIdentity> TrackTable::told(std::size_t row, Ownership owner) const {
+    if (owner != toldTo || row >= toldRows.size()) return std::nullopt;
+    const std::vector<Track>& tracks = state.published.session.tracks;
+    const Told& told = toldRows[row];
+    const bool hasItsNameSince = told.track.name.empty() && row < tracks.size() && tracks[row].display == told.display;
+    return hasItsNameSince ? tracks[row].identity() : told.track;
 }
 
 } // namespace lumbrine

@@ -10,6 +10,7 @@
 #include "model/state/receiver_state.h"
 
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -34,12 +35,22 @@ public:
     // Sends the rows that differ from what the owner was sent last.
     void sendChangedRows();
 
+    // The track that the row stood for when it was last sent in that ownership; absent while it was not. A row that was
+    // sent under the display's name stands for the session's track as long as that has the same one.
+    std::optional<TrackIdentity> told(std::size_t row, Ownership owner) const;
+
 private:
+    struct Told {
+        TrackIdentity track;
+        std::string display;
+    };
+
     void readBy(const std::string& key);
     void sendInTime();
     void sendAfter(Duration delay);
     void sendBatch();
     void sendNextDue();
+    void note(std::size_t row);
 
     const Jobs& jobs;
     const ReceiverState& state;
@@ -47,8 +58,10 @@ private:
 
     std::string reader;          // who is sent the rows
     std::vector<Bytes> lastSent; // row by row what the reader was sent last; empty where nothing
-    std::set<std::size_t> due;   // the rows to be sent
-    std::size_t next = 0;        // due rows are sent in a circle, so that none waits for ever
+    std::vector<Told> toldRows;  // what these rows stand for
+    std::optional<Ownership> toldTo;
+    std::set<std::size_t> due; // the rows to be sent
+    std::size_t next = 0;      // due rows are sent in a circle, so that none waits for ever
     std::function<void()> then = [] {};
 
     TimePoint nextBatchAt = distantPast;

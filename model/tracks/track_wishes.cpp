@@ -7,36 +7,37 @@
 
 namespace lumbrine {
 
-TrackWishes::TrackWishes(const Jobs& jobs, const ReceiverState& state, ActivityLog& log, Parts parts)
-    : jobs(jobs), state(state), log(log), parts(parts) {}
+TrackWishes::TrackWishes(const Jobs& jobs, ActivityLog& log, Parts parts) : jobs(jobs), log(log), parts(parts) {}
 
 // ---- What is asked for
 
 void TrackWishes::setGroup(TrackSwitch which, std::vector<int> members, bool enabled, WishOrigin origin) {
     jobs.runOnMain([this, which, members = std::move(members), enabled, origin] {
-        const std::vector<Track>& tracks = state.published.session.tracks;
         Wish wish{.which = which, .enabled = enabled, .owner = origin.owner, .arrived = origin.arrived};
         std::set<int> known;
+        bool isShown = false;
         for (const int member : members) {
             if (!known.insert(member).second) continue;
-            ++wish.asked;
-            if (member < 0 || member >= std::ssize(tracks)) continue;
-            const Track& track = tracks[static_cast<std::size_t>(member)];
-            if (track.name && !track.name->empty()) wish.open.push_back(track.identity());
+            const auto track = parts.table.told(static_cast<std::size_t>(member), origin.owner);
+            isShown = isShown || track;
+            if (track && !track->name.empty()) wish.open.push_back(*track);
         }
+        wish.asked = known.size();
+        if (wish.asked > 0 && !isShown) return logDrop(wish, Reason::notShown);
         if (wish.asked > 0) add(std::move(wish));
     });
 }
 
 void TrackWishes::toggleInputMonitor(Strip strip, WishOrigin origin) {
     assert(jobs.runtime.onMain());
-    const ToldMonitor told = parts.mirror.toldMonitor(strip);
+    const auto told = parts.mirror.toldMonitor(strip, origin.owner);
     Wish wish{.which = TrackSwitch::inputMonitor,
-              .enabled = !told.on,
+              .enabled = told && !told->on,
               .owner = origin.owner,
               .arrived = origin.arrived,
               .asked = 1};
-    if (!told.track.name.empty()) wish.open.push_back(told.track);
+    if (!told) return logDrop(wish, Reason::notShown);
+    if (!told->track.name.empty()) wish.open.push_back(told->track);
     add(std::move(wish));
 }
 
@@ -277,6 +278,8 @@ void TrackWishes::logDrop(const Wish& wish, Reason reason) {
             return {"another device has taken control", "別の端末に操作が移ったため"};
         case Reason::trackGone:
             return {"the track is gone", "トラックがなくなったため"};
+        case Reason::notShown:
+            return {"no track was shown yet", "トラックがまだ表示されていないため"};
         case Reason::nameUnknown:
             return {"the track's full name is not known", "トラックのフルネームが不明なため"};
         case Reason::refused:

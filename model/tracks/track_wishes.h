@@ -10,6 +10,7 @@
 #include "base/strip.h"
 #include "model/mirror/client_endpoint.h"
 #include "model/mirror/client_mirror.h"
+#include "model/mirror/track_table.h"
 #include "model/tracks/scripting_link.h"
 #include "model/tracks/track_metadata.h"
 #include "model/tracks/wish_list.h"
@@ -35,14 +36,15 @@ public:
     struct Parts {
         ClientEndpoint& endpoint;
         const ClientMirror& mirror;
+        const TrackTable& table;
         ScriptingLink& scripting;
         TrackMetadata& metadata;
     };
 
-    TrackWishes(const Jobs& jobs, const ReceiverState& state, ActivityLog& log, Parts parts);
+    TrackWishes(const Jobs& jobs, ActivityLog& log, Parts parts);
 
-    // Members are session indices. Those whose full name is not known cannot be reached, since a display's name may
-    // stand for another track. Any thread; returns at once.
+    // Members are rows of the client's table, and meant are the tracks that it was sent in them. Those whose full name
+    // is not known cannot be reached, since a display's name may stand for another track. Any thread; returns at once.
     void setGroup(TrackSwitch which, std::vector<int> members, bool enabled, WishOrigin origin);
 
     // Asks for the opposite of what the client was last told of the track on that strip. Main thread; returns at once.
@@ -50,7 +52,7 @@ public:
 
 private:
     // Why a wish is dropped.
-    enum class Reason { unanswered, otherOwner, trackGone, nameUnknown, refused, tooMany };
+    enum class Reason { unanswered, otherOwner, trackGone, notShown, nameUnknown, refused, tooMany };
 
     // A wish as the scripting queue gets it.
     struct Attempt {
@@ -89,7 +91,6 @@ private:
     bool isFormer(const Wish& wish) const; // any thread
 
     const Jobs& jobs;
-    const ReceiverState& state;
     ActivityLog& log;
     const Parts parts;
 

@@ -7,7 +7,7 @@ namespace lumbrine {
 namespace {
 
 // The client has been told that the lead vocals are monitored, on strip 1.
-class InputMonitorTest : public MetadataTest {
+class InputMonitorTest : public WishTest {
 protected:
     InputMonitorTest() {
         serve(R"({"name":"Kick Drum"},)"
@@ -66,7 +66,7 @@ TEST_F(InputMonitorTest, IsShownToTheClientAtOnce) {
 TEST_F(InputMonitorTest, IsDroppedWhereNoTrackIsShown) {
     service.requests.clear();
     toggle(3); // beyond the session
-    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped input monitor: the track's full name is not known"));
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped input monitor: no track was shown yet"));
     EXPECT_THAT(service.requests, IsEmpty());
 }
 
@@ -77,7 +77,7 @@ TEST_F(InputMonitorTest, IsDroppedOnStripsThatTheClientDoesNotSee) {
     bench.parts().mirror.send(occasion::bankView); // eight of them
     service.requests.clear();
     toggle(8);
-    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped input monitor: the track's full name is not known"));
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped input monitor: no track was shown yet"));
     EXPECT_THAT(service.requests, IsEmpty());
 }
 
@@ -87,9 +87,13 @@ TEST_F(InputMonitorTest, IsDroppedWhenTheServiceRefuses) {
     EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped input monitor: Pro Tools refused it"));
 }
 
-class JapaneseInputMonitorTest : public JapaneseMetadataTest {};
+class JapaneseInputMonitorTest : public WishTest {
+protected:
+    JapaneseInputMonitorTest() : WishTest(true) {}
+};
 
 TEST_F(JapaneseInputMonitorTest, IsLoggedInJapanese) {
+    tell();
     bench.parts().wishes.toggleInputMonitor(*Strip::of(0), origin());
     EXPECT_THAT(bench.takeLines(), ElementsAre("✗ 入力モニターの切り替えを中止（トラックのフルネームが不明なため）"));
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/testing/model_test.h"
+#include "remote/command_builder.h"
 #include "tests/ptsl_client/envelope_service.h"
 
 namespace lumbrine {
@@ -33,9 +34,6 @@ protected:
         service.answers[command] = [error](const service::Request&) { return service::failure(error); };
     }
 
-    // Of a wish whose datagram arrives now. Nobody is in control, so nobody else is.
-    WishOrigin origin() const { return {.owner = {}, .arrived = world.runtime.now()}; }
-
     void refresh() {
         bench.parts().metadata.refreshFullNames();
         world.runtime.runUntilIdle();
@@ -66,6 +64,32 @@ protected:
     ModelBench bench;
     service::EnvelopeService service{bench.streams};
     PublishedState& published = bench.state().published;
+};
+
+// The same beside a phone in control.
+class WishTest : public MetadataTest {
+protected:
+    explicit WishTest(bool japanese = false) : MetadataTest(japanese) {
+        bench.start();
+        phone = bench.phone("192.168.1.7");
+        phone->send(remote::vpotDeltaCommand(*Strip::of(0), 0));
+        bench.run(1ms);
+        owner = bench.parts().endpoint.ownership().value();
+    }
+
+    // Tells the phone what is known of the tracks.
+    void tell() {
+        bench.parts().table.sendChangedRows();
+        bench.parts().mirror.send(occasion::bankView);
+        bench.run(25ms); // 2,000 rows a second
+        bench.lines.clear();
+    }
+
+    // Of a wish whose datagram arrives now.
+    WishOrigin origin() const { return {.owner = owner, .arrived = world.runtime.now()}; }
+
+    std::unique_ptr<Phone> phone;
+    Ownership owner;
 };
 
 class JapaneseMetadataTest : public MetadataTest {

@@ -8,12 +8,12 @@ namespace {
 
 constexpr const char* muteDropped = "✗ Dropped group mute: Pro Tools did not answer";
 
-class WishTimeTest : public MetadataTest {
+class WishTimeTest : public WishTest {
 protected:
     WishTimeTest() {
         serve(threeTracks);
         refresh();
-        bench.lines.clear();
+        tell();
         service.requests.clear();
     }
 
@@ -85,7 +85,7 @@ TEST_F(WishTimeTest, AreCarriedOutInTheirLastMomentToo) {
 TEST_F(WishTimeTest, AreCountedFromTheArrivalOfTheDatagram) {
     refuse(muteCommand, 138);
     bench.parts().wishes.setGroup(TrackSwitch::mute, {0}, true,
-                                  {.owner = {}, .arrived = world.runtime.now() - 2s}); // main was busy
+                                  {.owner = owner, .arrived = world.runtime.now() - 2s}); // main was busy
     bench.run(999ms);
     EXPECT_EQ(std::ranges::count(bench.lines, muteDropped), 0);
     bench.run(1ms);
@@ -162,8 +162,8 @@ TEST_F(WishTimeTest, AreAtMostThirtyTwo) {
         list += (list.empty() ? "{\"name\":\"" : ",{\"name\":\"") + name + "\"}";
     serve(list);
     refresh();
+    tell();
     refuse(muteCommand, 138);
-    bench.lines.clear();
     for (int i = 0; i < 40; ++i)
         mute({i});
     EXPECT_THAT(bench.lines, ElementsAre("✗ Dropped group mute: too many at once"));
@@ -231,6 +231,7 @@ protected:
     OwnedWishTest() {
         bench.setTrackMap({"Kick", "LdVo"}, 0);
         setColumn(bench.state().published.session, &Track::name, {"Kick Drum", "Lead Vocals"});
+        bench.parts().table.sendChangedRows();
         service.answers[85] = [](const service::Request&) {
             return service::failure(R"({"errors":[{"command_error_type":138}]})");
         };

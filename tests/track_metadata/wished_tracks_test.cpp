@@ -5,7 +5,7 @@
 namespace lumbrine {
 namespace {
 
-class WishedTracksTest : public MetadataTest {
+class WishedTracksTest : public WishTest {
 protected:
     WishedTracksTest() {
         list(R"({"id":"a","name":"Kick Drum"},{"id":"b","name":"Lead Vocals"},{"id":"c","name":"Bass"})");
@@ -20,6 +20,7 @@ protected:
 
     // A wish for the members that has to wait because the host is busy.
     void askOf(const std::vector<int>& members) {
+        tell();
         refuse(muteCommand, 138);
         bench.parts().wishes.setGroup(TrackSwitch::mute, members, true, origin());
         world.runtime.runUntilIdle();
@@ -50,6 +51,14 @@ TEST_F(WishedTracksTest, AreNotReplacedByOthersOfTheirNames) {
     list(R"({"id":"d","name":"Kick Drum"},{"id":"b","name":"Lead Vocals"},{"id":"c","name":"Bass"})");
     EXPECT_THAT(setters(), IsEmpty());
     EXPECT_THAT(bench.lines, ElementsAre("✗ Dropped group mute: the track is gone"));
+}
+
+// The client's row says of the new track what it said of the old one, so it is not sent again.
+TEST_F(WishedTracksTest, AreTheOthersOfTheirNamesOnceTheClientIsUpToDate) {
+    tell();
+    list(R"({"id":"d","name":"Kick Drum"},{"id":"b","name":"Lead Vocals"},{"id":"c","name":"Bass"})");
+    askOf({0});
+    EXPECT_THAT(setters(), ElementsAre(R"(85 {"enabled":true,"track_names":["Kick Drum"]})"));
 }
 
 TEST_F(WishedTracksTest, AreReachedWithoutThoseThatAreGone) {
