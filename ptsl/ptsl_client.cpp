@@ -77,11 +77,12 @@ PTSLClient::Result<void> PTSLClient::set(PTSLCommand command, const std::vector<
     return std::unexpected(PTSLError::commandFailed(std::get<PTSLError>(reply.error()).detail, PTSLRefusal::sessionID));
 }
 
-// Services differ in the number for a session they do not know. Where the session has just been registered, each of
-// them means what it says; to register again would only fill the service with sessions.
-bool PTSLClient::isForgotten(const PTSLFailure& failure) {
+namespace {
+
+// Services differ in the number for a session they do not know.
+bool mayMeanAnUnknownSession(const PTSLFailure& failure) {
     const auto* const error = std::get_if<PTSLError>(&failure);
-    if (error == nullptr || error->kind != PTSLError::Case::commandFailed || sessionIsNew) return false;
+    if (error == nullptr || error->kind != PTSLError::Case::commandFailed) return false;
     switch (error->refusal) {
     case PTSLRefusal::none:
     case PTSLRefusal::unknownError:
@@ -89,11 +90,20 @@ bool PTSLClient::isForgotten(const PTSLFailure& failure) {
     case PTSLRefusal::forbidden:
     case PTSLRefusal::sessionID:
     case PTSLRefusal::versionMismatch: // another Pro Tools, older than the one before
-        sessionID.clear();
         return true;
     default:
         return false;
     }
+}
+
+} // namespace
+
+// Where the session has just been registered, each number means what it says; to register again would only fill the
+// service with sessions.
+bool PTSLClient::isForgotten(const PTSLFailure& failure) {
+    if (sessionIsNew || !mayMeanAnUnknownSession(failure)) return false;
+    sessionID.clear();
+    return true;
 }
 
 PTSLClient::Result<void> PTSLClient::registerIfNeeded() {
@@ -132,7 +142,7 @@ PTSLClient::Result<JSONValue::Object> PTSLClient::run(PTSLCommand command, const
     const auto response = responseEnvelope(*std::move(message), text);
     if (!response) return std::unexpected(response.error());
     auto reply = replyIn(command, *response);
-    if (reply) sessionIsNew = false;
+    if (reply || !mayMeanAnUnknownSession(reply.error())) sessionIsNew = false;
     return reply;
 }
 

@@ -68,7 +68,7 @@ private:
     PTSLWire wire;
     std::uint64_t version = newestVersion;
     std::string sessionID;     // empty while not registered
-    bool sessionIsNew = false; // registered on this connection, and no command has succeeded since
+    bool sessionIsNew = false; // registered on this connection, and no answer has shown since that it is known
     const std::string companyName;
     const std::string applicationName;
 };

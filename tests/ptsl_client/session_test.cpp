@@ -115,6 +115,14 @@ TEST_F(Session, IsNotRenewedBecauseTheHostIsBusy) {
     EXPECT_EQ(std::ranges::count(scripted.commands(), registerCommand), 1);
 }
 
+TEST_F(Session, IsRenewedAlsoWhenNoCommandHasSucceededBefore) {
+    answer(trackListCommand, failure(numbered(106))); // but the session is known
+    EXPECT_FALSE(client.trackList());
+    giveNewSessions(); // by now it is forgotten
+    EXPECT_TRUE(client.trackList());
+    EXPECT_EQ(std::ranges::count(scripted.commands(), registerCommand), 2);
+}
+
 // Its connection may have ended before it was of any use.
 TEST_F(Session, IsRenewedOverAnotherConnectionHoweverNewItIs) {
     giveNewSessions();
