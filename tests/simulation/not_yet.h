@@ -15,9 +15,6 @@ struct NotYet {
 };
 
 inline constexpr auto notYet = std::to_array<NotYet>({
-    {"main-thread-stalls",
-     "Pings and datagrams are stamped when the main thread gets round to them, so that Pro Tools and "
-     "the client count as gone after 2 s and 5 s of its own absence."},
     {"packed-displays", "Of several displays in one SysEx the first alone is read."},
     {"fill-at-session-open", "Names that no bank move brings again stay unknown, as those of a session of one bank."},
     {"slow-host", "A host that needs more than 0.27 s counts as unmoved: scans go wrong and begin anew without end."},
