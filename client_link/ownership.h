@@ -18,11 +18,19 @@ struct Ownership {
     friend auto operator<=>(const Ownership&, const Ownership&) = default;
 };
 
+// Whose wish something is, and since when.
+struct Asked {
+    Ownership owner;
+    TimePoint at;
+};
+
 // The sender of one of the owner's datagrams.
 struct Sender {
     std::string_view key; // "host:port", to answer to
     Ownership ownership;
     TimePoint arrived; // when the receive thread got the datagram, however late anybody handles it
+
+    Asked asked() const { return {.owner = ownership, .at = arrived}; }
 };
 
 } // namespace lumbrine

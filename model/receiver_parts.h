@@ -19,6 +19,7 @@ struct ReceiverParts {
     Jobs jobs;
     ReceiverState state;
     ActivityLog log;
+    DroppedCommands drops;
 
     // mirror/
     ClientEndpoint endpoint;
@@ -29,6 +30,7 @@ struct ReceiverParts {
     // hands/
     Surfaces surfaces;
     SurfaceDesk desk;
+    DeskQueue queue;
     DisplayWatch displays;
     AutomationModes automation;
     Pan pan;
@@ -42,6 +44,7 @@ struct ReceiverParts {
 
     // bank/
     BankMap bankMap;
+    FaderCapture capture;
     SurfaceMoves moves;
     SurfaceWalk walk;
     Calibration calibration;

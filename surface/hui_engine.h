@@ -6,6 +6,7 @@
 
 #include "base/bilingual.h"
 #include "base/bytes.h"
+#include "base/strip.h"
 #include "platform/api/runtime.h"
 
 #include <array>
@@ -87,6 +88,25 @@ public:
     // Turns a V-Pot by `delta` clicks, clockwise when positive, clamped to 63 in either direction. 0 sends nothing.
     void sendVpotDelta(int strip, int delta);
 
+    // ---- The client's hands, which act on what the client was shown. As touch, release, sendFader, pressSwitch and
+    // sendVpotDelta, unless the surface is closed to hands: then nothing is sent, and they return false. A finger that
+    // was on a fader when the surface was closed, or was put there since, moves nothing until it touches again. Any
+    // thread.
+
+    bool touchByHand(int strip);
+    bool releaseByHand(int strip);
+    bool moveByHand(int strip, double value);
+    bool pressByHand(int zone, int port);
+    bool turnByHand(int strip, int delta);
+
+    // Closing comes before anything that makes the surface show other tracks. It releases what hands have touched and
+    // pressed.
+    void closeToHands();
+    void openToHands();
+
+    // Releases the faders that hands have touched.
+    void letHandsGo();
+
     // ---- What is down: each switch and touch whose last edge went out as down. Any thread.
 
     bool isDown(int zone, int port);
@@ -128,7 +148,10 @@ private:
 
     void sendPair(std::array<std::uint8_t, 3> first, std::array<std::uint8_t, 3> second) LUMBRINE_REQUIRES(txLock);
     void sendEdge(int zone, int port, bool on) LUMBRINE_REQUIRES(txLock);
-    std::uint64_t press(int zone, int port); // returns the number for `endPress`
+    void sendFaderPair(int strip, double value) LUMBRINE_REQUIRES(txLock);
+    void sendTurn(int strip, int delta) LUMBRINE_REQUIRES(txLock);
+    std::uint64_t press(int zone, int port) LUMBRINE_REQUIRES(txLock); // returns the number for `endPress`
+    void endPressLater(int zone, int port, std::uint64_t number);
     void endPress(int zone, int port, std::uint64_t number);
     void pressAndWait(int zone, int port, Duration duration);
     void releaseAll(Switches switches) LUMBRINE_REQUIRES(txLock);
@@ -150,7 +173,11 @@ private:
     Switches down LUMBRINE_GUARDED_BY(txLock);
     Switches usedSinceReturn LUMBRINE_GUARDED_BY(txLock); // `down`, and what was down since the ports were lost last
     std::uint64_t timesLetGo LUMBRINE_GUARDED_BY(txLock) = 0;
+    std::uint64_t timesHandsLetGo LUMBRINE_GUARDED_BY(txLock) = 0;
     bool ended LUMBRINE_GUARDED_BY(txLock) = false;
+    bool closed LUMBRINE_GUARDED_BY(txLock) = false;                        // to hands
+    std::bitset<stripsPerSurface> inHand LUMBRINE_GUARDED_BY(txLock);       // touched by hand, and down
+    std::bitset<stripsPerSurface> strayFingers LUMBRINE_GUARDED_BY(txLock); // on faders that show other tracks since
 
     Mutex panLock;
     bool panRightSide LUMBRINE_GUARDED_BY(panLock) = false;

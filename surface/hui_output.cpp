@@ -30,6 +30,11 @@ constexpr bool onThisSurface(int strip) {
     return strip >= 0 && strip < stripsPerSurface;
 }
 
+// Of a strip, all but AUTO, which only jobs hold.
+constexpr bool isHandSwitch(int zone, int port) {
+    return onThisSurface(zone) && port != hui::autoPort;
+}
+
 constexpr std::array<std::uint8_t, 3> controlChange(int controller, int value) {
     return {0xB0, static_cast<std::uint8_t>(controller), static_cast<std::uint8_t>(value)};
 }
@@ -53,10 +58,14 @@ void HUIEngine::sendPair(std::array<std::uint8_t, 3> first, std::array<std::uint
 }
 
 void HUIEngine::sendFader(int strip, double value) {
-    assert(!std::isnan(value));
     if (!onThisSurface(strip)) return;
-    const FaderValue fader = FaderValue::ofUnit(value);
     const Lock lock(txLock);
+    sendFaderPair(strip, value);
+}
+
+void HUIEngine::sendFaderPair(int strip, double value) {
+    assert(!std::isnan(value));
+    const FaderValue fader = FaderValue::ofUnit(value);
     sendPair(controlChange(strip, fader.high()), controlChange(faderLow + strip, fader.low()));
 }
 
@@ -70,6 +79,7 @@ void HUIEngine::sendEdge(int zone, int port, bool on) {
     if (ended) return;
     down.set(switchAt(zone, port), on);
     if (on) usedSinceReturn.set(switchAt(zone, port));
+    if (!on && onThisSurface(zone) && port == hui::touchPort) inHand.reset(static_cast<std::size_t>(zone));
     sendPair(controlChange(zoneSelect, zone), controlChange(portState, portByte(port, on)));
 }
 
@@ -87,19 +97,27 @@ void HUIEngine::switchEdge(int zone, int port, bool on) {
 }
 
 std::uint64_t HUIEngine::press(int zone, int port) {
-    const Lock lock(txLock);
     sendEdge(zone, port, true);
-    return timesLetGo;
+    return isHandSwitch(zone, port) ? timesHandsLetGo : timesLetGo;
 }
 
 void HUIEngine::endPress(int zone, int port, std::uint64_t number) {
     const Lock lock(txLock);
-    if (number == timesLetGo) sendEdge(zone, port, false);
+    const std::uint64_t now = isHandSwitch(zone, port) ? timesHandsLetGo : timesLetGo;
+    if (number == now) sendEdge(zone, port, false);
 }
 
 void HUIEngine::pressSwitch(int zone, int port) {
     assert(zone >= 0 && zone <= 0xFF);
-    const std::uint64_t number = press(zone, port);
+    std::uint64_t number = 0;
+    {
+        const Lock lock(txLock);
+        number = press(zone, port);
+    }
+    endPressLater(zone, port, number);
+}
+
+void HUIEngine::endPressLater(int zone, int port, std::uint64_t number) {
     log("→ switch zone" + std::to_string(zone) + " port" + std::to_string(port) + text(" pressed", " 押下"));
     runtime.backgroundAfter(pressDuration, [weak = weak_from_this(), zone, port, number] {
         if (const auto engine = weak.lock()) engine->endPress(zone, port, number);
@@ -107,7 +125,11 @@ void HUIEngine::pressSwitch(int zone, int port) {
 }
 
 void HUIEngine::pressAndWait(int zone, int port, Duration duration) {
-    const std::uint64_t number = press(zone, port);
+    std::uint64_t number = 0;
+    {
+        const Lock lock(txLock);
+        number = press(zone, port);
+    }
     runtime.sleepFor(duration);
     endPress(zone, port, number);
 }
@@ -153,6 +175,7 @@ void HUIEngine::releaseAllAgain() {
 
 void HUIEngine::releaseAll(Switches switches) {
     ++timesLetGo;
+    ++timesHandsLetGo;
     for (int zone = 0; zone <= 0xFF; ++zone)
         for (int port = 0; port < portsOfZone; ++port)
             if (switches.test(switchAt(zone, port))) sendEdge(zone, port, false);
@@ -161,11 +184,88 @@ void HUIEngine::releaseAll(Switches switches) {
 // ---- V-Pots
 
 void HUIEngine::sendVpotDelta(int strip, int delta) {
-    if (!onThisSurface(strip) || delta == 0) return;
+    if (!onThisSurface(strip)) return;
+    const Lock lock(txLock); // keeps this message out of the pairs of other threads
+    sendTurn(strip, delta);
+}
+
+void HUIEngine::sendTurn(int strip, int delta) {
+    if (delta == 0) return;
     const int clicks = std::clamp(delta, -maxVpotClicks, maxVpotClicks);
-    // The lock keeps this message out of the pairs of other threads. Bit 6 of the value means clockwise.
+    send(controlChange(vpot + strip, clicks > 0 ? 0x40 + clicks : -clicks)); // bit 6: clockwise
+}
+
+// ---- Hands
+
+bool HUIEngine::touchByHand(int strip) {
+    if (!onThisSurface(strip)) return true;
+    const auto fader = static_cast<std::size_t>(strip);
     const Lock lock(txLock);
-    send(controlChange(vpot + strip, clicks > 0 ? 0x40 + clicks : -clicks));
+    strayFingers.set(fader, closed);
+    if (closed) return false;
+    inHand.set(fader);
+    sendEdge(strip, hui::touchPort, true);
+    return true;
+}
+
+bool HUIEngine::releaseByHand(int strip) {
+    if (!onThisSurface(strip)) return true;
+    const auto fader = static_cast<std::size_t>(strip);
+    const Lock lock(txLock);
+    const bool stray = strayFingers.test(fader);
+    strayFingers.reset(fader);
+    if (closed || stray) return false;
+    sendEdge(strip, hui::touchPort, false);
+    return true;
+}
+
+bool HUIEngine::moveByHand(int strip, double value) {
+    if (!onThisSurface(strip)) return true;
+    const Lock lock(txLock);
+    if (closed || strayFingers.test(static_cast<std::size_t>(strip))) return false;
+    sendFaderPair(strip, value);
+    return true;
+}
+
+bool HUIEngine::pressByHand(int zone, int port) {
+    std::uint64_t number = 0;
+    {
+        const Lock lock(txLock);
+        if (closed) return false;
+        number = press(zone, port);
+    }
+    endPressLater(zone, port, number);
+    return true;
+}
+
+bool HUIEngine::turnByHand(int strip, int delta) {
+    if (!onThisSurface(strip)) return true;
+    const Lock lock(txLock);
+    if (closed) return false;
+    sendTurn(strip, delta);
+    return true;
+}
+
+void HUIEngine::closeToHands() {
+    const Lock lock(txLock);
+    closed = true;
+    strayFingers |= inHand;
+    ++timesHandsLetGo;
+    for (int zone = 0; zone < stripsPerSurface; ++zone)
+        for (int port = 0; port < portsOfZone; ++port)
+            if (isHandSwitch(zone, port) && down.test(switchAt(zone, port))) sendEdge(zone, port, false);
+}
+
+void HUIEngine::openToHands() {
+    const Lock lock(txLock);
+    closed = false;
+}
+
+void HUIEngine::letHandsGo() {
+    const Lock lock(txLock);
+    for (int strip = 0; strip < stripsPerSurface; ++strip)
+        if (inHand.test(static_cast<std::size_t>(strip))) sendEdge(strip, hui::touchPort, false);
+    strayFingers.reset();
 }
 
 bool HUIEngine::showsRightPan() {

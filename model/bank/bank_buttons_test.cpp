@@ -52,6 +52,40 @@ TEST_F(BankMovesTest, MoveByTheWholeWindowOfTwoSurfaces) {
     EXPECT_EQ(state.published.bankOffset, 16);
 }
 
+TEST_F(BankMovesTest, ThreeQuickTapsGoThreeBanks) {
+    for (int tap = 0; tap < 3; ++tap) {
+        bench.model->bankMove(3);
+        bench.run(20ms);
+    }
+    bench.run(3s);
+    EXPECT_EQ(host.offset, 24);
+    bench.model->bankMove(3);
+    bench.run(250ms); // the surfaces are there, and the seek is about to look
+    bench.model->bankMove(0);
+    bench.run(3s);
+    EXPECT_EQ(host.offset, 31);
+}
+
+TEST_F(BankMovesTest, ThreeQuickTapsGoThreeBanksWhereThePositionIsUnknown) {
+    bench.setTrackMap({}, -1);
+    for (int tap = 0; tap < 3; ++tap) {
+        bench.model->bankMove(3);
+        bench.run(20ms);
+    }
+    bench.run(300ms);
+    EXPECT_EQ(host.offset, 24);
+}
+
+TEST_F(BankMovesTest, AreToldAsDroppedDuringAScan) {
+    bench.parts().calibration.calibrateBanks(true);
+    bench.run(1s);
+    bench.takeLines();
+    bench.model->bankMove(3);
+    bench.parts().seekWorker.seekBank(3);
+    bench.run(1s);
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped bank move: the surfaces were busy"));
+}
+
 TEST_F(BankMovesTest, StayWithinTheSession) {
     move(1);
     EXPECT_EQ(host.offset, 0);

@@ -13,8 +13,8 @@ std::string bracketed(const TrackNames& names) {
 
 } // namespace
 
-BankMap::BankMap(ReceiverState& state, ActivityLog& log, ClientMirror& mirror, bool debug)
-    : state(state), log(log), mirror(mirror), debug(debug) {}
+BankMap::BankMap(const Jobs& jobs, ReceiverState& state, ActivityLog& log, ClientMirror& mirror, bool debug)
+    : jobs(jobs), state(state), log(log), mirror(mirror), debug(debug) {}
 
 TrackNames BankMap::window() const {
     TrackNames names;
@@ -27,11 +27,34 @@ void BankMap::relocalize() {
     if (state.published.session.empty() || state.published.banksUsedBy == BankUser::seek) return;
     const TrackNames shown = window();
     const int position = locate(state.published.session.tracks, shown);
+    if (position < 0 && isOverwritten(shown)) return;
+    overwrittenSince.reset();
     if (position < 0 && debug) printDiagnosis(shown);
     if (position == state.published.bankOffset) return;
     state.published.bankOffset = position;
     state.published.changed();
     mirror.send(occasion::bankView);
+}
+
+bool BankMap::isSure() const {
+    const auto user = state.published.banksUsedBy;
+    return user != BankUser::seek && user != BankUser::scan && state.published.bankOffset >= 0 &&
+           locate(state.published.session.tracks, window()) == state.published.bankOffset;
+}
+
+// One strip differs from the last position, and has not for long.
+bool BankMap::isOverwritten(const TrackNames& shown) {
+    int others = 0;
+    for (std::size_t slot = 0; slot < shown.size(); ++slot)
+        if (const auto track = state.published.trackOn(slot))
+            others += shown[slot] == state.published.session.tracks[*track].display ? 0 : 1;
+    if (state.published.bankOffset < 0 || others != 1) return false;
+    const TimePoint now = jobs.runtime.now();
+    if (!overwrittenSince) {
+        overwrittenSince = now;
+        jobs.onMainAfter(overwritten, [this] { relocalize(); });
+    }
+    return now - *overwrittenSince < overwritten;
 }
 
 void BankMap::printDiagnosis(const TrackNames& shown) const {

@@ -4,13 +4,20 @@
 #include "model/bank/track_window.h"
 #include "model/mirror/client_mirror.h"
 #include "model/state/activity_log.h"
+#include "model/state/jobs.h"
+
+#include <optional>
 
 namespace lumbrine {
 
 class BankMap {
 public:
+    // For so long one strip may show something else than a name, as when Pro Tools shows a value, and the position
+    // stays.
+    static constexpr Duration overwritten = seconds(1.0);
+
     // `debug`: print why a window could not be found.
-    BankMap(ReceiverState& state, ActivityLog& log, ClientMirror& mirror, bool debug);
+    BankMap(const Jobs& jobs, ReceiverState& state, ActivityLog& log, ClientMirror& mirror, bool debug);
 
     // The names on the shown strips.
     TrackNames window() const;
@@ -19,16 +26,22 @@ public:
     // a map, or during a seek, which knows the position better than names that lag.
     void relocalize();
 
+    // The shown names tell the position, and it is not a seek's or a scan's.
+    bool isSure() const;
+
     // The strips are about to show other tracks.
     void resetForBankMove();
 
 private:
+    bool isOverwritten(const TrackNames& shown);
     void printDiagnosis(const TrackNames& shown) const;
 
+    const Jobs& jobs;
     ReceiverState& state;
     ActivityLog& log;
     ClientMirror& mirror;
     const bool debug;
+    std::optional<TimePoint> overwrittenSince;
 };
 
 } // namespace lumbrine

@@ -45,6 +45,27 @@ TEST_F(BankMapTest, ALostPositionIsTold) {
     EXPECT_THAT(heard(0x16), ElementsAre("0ms 01 16 FF FF 00 03 08"));
 }
 
+TEST_F(BankMapTest, AValueOverOneNameForLessThanASecondChangesNoPosition) {
+    bench.setTrackMap({"A", "B", "C"}, 0);
+    show({"A", "B", "C"});
+    bench.surfaceA.name(1, "-6.2");
+    bench.run(999ms);
+    bench.surfaceA.name(1, "B   ");
+    bench.run(1s);
+    EXPECT_EQ(state.published.bankOffset, 0);
+    EXPECT_THAT(heard(0x16), IsEmpty());
+}
+
+TEST_F(BankMapTest, AnotherNameOnOneStripForASecondLosesThePosition) {
+    bench.setTrackMap({"A", "B", "C"}, 0);
+    show({"A", "B", "C"});
+    bench.surfaceA.name(1, "New ");
+    bench.run(999ms);
+    EXPECT_EQ(state.published.bankOffset, 0);
+    bench.run(1ms);
+    EXPECT_EQ(state.published.bankOffset, -1);
+}
+
 TEST_F(BankMapTest, NothingIsFoundWithoutAMap) {
     show({"A"});
     bankMap.relocalize();
@@ -60,8 +81,8 @@ TEST_F(BankMapTest, ASeekIsNotDisturbed) {
 }
 
 TEST_F(BankMapTest, OnlyTheShownStripsAreTheWindow) {
-    bench.setTrackMap({"A", "B", "C", "D", "E", "F", "G", "H", "I"}, -1);
-    show({"A", "B", "C", "D", "E", "F", "G", "H", "X"});
+    bench.setTrackMap({"A", "B", "C", "D", "E", "F", "G", "H", "I", "J"}, -1);
+    show({"A", "B", "C", "D", "E", "F", "G", "H", "X", "Y"});
     bankMap.relocalize();
     EXPECT_EQ(state.published.bankOffset, 0);
     state.published.winW = 16;

@@ -18,12 +18,27 @@ Calibration::Calibration(const Jobs& jobs, ReceiverState& state, ActivityLog& lo
 
 // ---- Beginning
 
-void Calibration::calibrateBanks(bool force) {
+void Calibration::calibrateBanks(bool force, std::optional<Asked> asked) {
     assert(jobs.runtime.onMain());
-    if (!admitted(force) || !parts.desk.take(BankUser::scan)) return;
-    log.say("▶ Scanning all tracks… (PT's display will move briefly)",
-            "▶ トラック全体を計測中…（PT の表示が一瞬動きます）");
-    jobs.inBackground(Priority::userInitiated, [this] { scan(); });
+    if (state.published.calibrating() || (!asked && !state.quiet()) || !admitted(force)) return;
+    DeskJob job{
+        .kind = DeskJob::Kind::scan,
+        .name = command_name::scan,
+        .begin =
+            [this, force] {
+                if (!admitted(force)) return false;
+                log.say("▶ Scanning all tracks… (PT's display will move briefly)",
+                        "▶ トラック全体を計測中…（PT の表示が一瞬動きます）");
+                return true;
+            },
+        .work = [this] { scan(); },
+        .end = [this] { finish(); },
+    };
+    if (asked) {
+        job.owner = asked->owner;
+        job.until = asked->at + patience;
+    }
+    parts.queue.request(std::move(job));
 }
 
 bool Calibration::admitted(bool force) {
@@ -31,8 +46,7 @@ bool Calibration::admitted(bool force) {
         if (force) log.sayOnceAMinute("Scan: aborted (Pro Tools not connected)", "計測: Pro Tools 未接続のため中止");
         return false;
     }
-    if (!state.quiet()) return false;
-    if (!force && !state.published.session.empty()) return false;
+    if (!force && (!state.published.session.empty() || state.handsOn(jobs.runtime.now()))) return false;
     if (state.transportRunning()) {
         if (!std::exchange(state.scans.warnedTransportSkip, true))
             log.sayOnceAMinute("Scan: postponed while playing/recording (runs automatically after stop)",
@@ -61,7 +75,6 @@ void Calibration::scan() {
     const int startOffset = locate(scanned.tracks, start);
     jobs.runtime.syncMain([this, &scanned] { commit(std::move(scanned)); });
     parts.moves.moveWindow(std::max(startOffset, 0));
-    jobs.runOnMain([this] { finish(); });
 }
 
 void Calibration::rewind() {
@@ -120,6 +133,7 @@ void Calibration::commit(Session scanned) {
     forgetMap();
     carryOver(forgotten, scanned);
     const bool otherTracks = !forgotten.empty() && !sameDisplays(forgotten, scanned);
+    if (forgotten.empty() || otherTracks) ++state.mapNumber;
     forgotten = {};
     const std::string tracks = std::to_string(scanned.size());
     state.published.session = std::move(scanned);
@@ -132,10 +146,10 @@ void Calibration::commit(Session scanned) {
 
 void Calibration::finish() {
     assert(jobs.runtime.onMain());
-    parts.desk.giveBack();
     state.published.changed();
     parts.bankMap.relocalize();
     parts.mirror.sendBankPosToClient();
+    parts.capture.allShown();
     parts.metadata.refreshFullNames();
     if (state.published.bankOffset < 0) {
         retryOrGiveUp();
@@ -157,6 +171,7 @@ void Calibration::retryOrGiveUp() {
 void Calibration::scanAnew() {
     // A job that has taken the surfaces meanwhile goes by the map that is there.
     if (!state.quiet()) return;
+    if (state.handsOn(jobs.runtime.now())) return jobs.onMainAfter(retryDelay, [this] { scanAnew(); });
     forgetMap();
     calibrateBanks(true);
 }

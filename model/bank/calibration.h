@@ -6,9 +6,12 @@
 // walked either way: sessions of up to 520 tracks fit 8 strips, of up to 1,040 tracks 16.
 #pragma once
 
+#include "model/bank/fader_capture.h"
 #include "model/bank/surface_moves.h"
+#include "model/hands/desk_queue.h"
 #include "model/tracks/track_metadata.h"
 
+#include <optional>
 #include <vector>
 
 namespace lumbrine {
@@ -20,19 +23,23 @@ public:
     static constexpr int maxBanks = 64; // each way
 
     struct Parts {
-        SurfaceDesk& desk;
+        DeskQueue& queue;
         SurfaceMoves& moves;
         BankMap& bankMap;
+        FaderCapture& capture;
         ClientMirror& mirror;
         TrackMetadata& metadata;
     };
 
     Calibration(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts);
 
-    // Starts a scan unless something speaks against it: Pro Tools not connected or only just, its transport running,
-    // somebody else moving the banks, or, unless `force`, a map that is there. A scan whose map does not fit the
+    static constexpr Duration patience = seconds(10.0);
+
+    // Asks for a scan unless something speaks against it: Pro Tools not connected or only just, its transport running,
+    // a scan under way, or, unless `force`, somebody else moving the banks, a map that is there or the client's hand on
+    // a fader. One that the client asked for waits for its turn, at most `patience`. A scan whose map does not fit the
     // displays in the end is repeated once, unless the banks are being moved then. Main thread.
-    void calibrateBanks(bool force);
+    void calibrateBanks(bool force, std::optional<Asked> asked = {});
 
     // The map does not fit the displays any more. Main thread.
     void forgetMap();

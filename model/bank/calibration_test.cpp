@@ -61,6 +61,17 @@ TEST_F(ScanTest, IsRefusedSilentlyWhileTheBanksAreBeingMoved) {
     EXPECT_THAT(bench.lines, IsEmpty());
 }
 
+TEST_F(ScanTest, BeginsNotOfItsOwnAccordUnderTheClientsHand) {
+    state.published.strips[9].touched = true;
+    scan.calibrateBanks(false);
+    EXPECT_FALSE(state.published.calibrating());
+    state.published.strips[9].touched = false;
+    state.published.strips[9].movedByClient = world.runtime.now() - 1499ms;
+    scan.calibrateBanks(false);
+    EXPECT_FALSE(state.published.calibrating());
+    EXPECT_THAT(bench.lines, IsEmpty());
+}
+
 TEST_F(ScanTest, OnlyAForcedOneReplacesAMap) {
     bench.setTrackMap({"a"}, 0);
     state.transportPlaying = true;

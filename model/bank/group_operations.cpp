@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
-#include <map>
+#include <memory>
 
 namespace lumbrine {
 
@@ -14,71 +14,119 @@ constexpr Duration faderTime = seconds(0.03);
 
 } // namespace
 
+// "3 of 5", or "5" when all were reached.
+std::string GroupOperations::Reached::inEnglish() const {
+    return (members < of ? std::to_string(members) + " of " : "") + std::to_string(of);
+}
+
+std::string GroupOperations::Reached::inJapanese() const {
+    return std::to_string(of) + (members < of ? " 本中 " + std::to_string(members) : "");
+}
+
 GroupOperations::GroupOperations(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts)
     : jobs(jobs), state(state), log(log), parts(parts) {}
 
 // ---- Faders
 
-void GroupOperations::groupSetFaders(std::vector<FaderEntry> entries) {
-    jobs.onQueue(parts.automation.queue(),
-                 [this, entries = std::move(entries)]() mutable { setFaders(std::move(entries)); });
+void GroupOperations::groupSetFaders(std::vector<FaderEntry> entries, Asked asked) {
+    jobs.runOnMain([this, entries = std::move(entries), asked] { requestFaders(entries, asked); });
 }
 
-void GroupOperations::setFaders(std::vector<FaderEntry> entries) {
-    const auto begun = parts.walk.begin([&entries](const SurfaceWalk::Start& start) {
-        std::erase_if(entries,
-                      [&](const FaderEntry& entry) { return entry.first < 0 || entry.first >= start.session.tracks; });
-        return !entries.empty();
+void GroupOperations::requestFaders(const std::vector<FaderEntry>& entries, Asked asked) {
+    for (const auto& [member, value] : entries)
+        if (isInSession(member)) faders.insert_or_assign(member, value);
+    if (faders.empty()) return;
+    const auto work = std::make_shared<Faders>();
+    const auto reached = std::make_shared<Reached>();
+    parts.walk.request({
+        .purpose = SurfaceWalk::Purpose::faders,
+        .name = command_name::faderWalk,
+        .asked = asked,
+        .wanted =
+            [this, work](const SurfaceWalk::Start&) {
+                *work = std::exchange(faders, {});
+                std::erase_if(*work, [this](const auto& entry) { return !isInSession(entry.first); });
+                return !work->empty();
+            },
+        .steps =
+            [this, work, reached, asked](const SurfaceWalk::Start& start) {
+                reached->of = work->size();
+                for (const auto& [member, value] : *work)
+                    if (parts.walk.goesOn(asked) && moveFader(member, value, asked, start.session)) ++reached->members;
+            },
+        .report = [this, reached] { reportFaders(*reached); },
+        .dropped = [this] { faders.clear(); },
     });
-    if (!begun) return;
-    // In the order of the session, so that the banks move one way. Entries of one member stay in their order.
-    const std::multimap<int, double> ordered(entries.begin(), entries.end());
-    for (const auto& [member, value] : ordered)
-        if (const auto strip = bringOntoSurfaces(member, begun->session)) moveFader(*strip, value);
-    parts.walk.end(*begun, [this, count = entries.size()] { reportFaders(count); });
 }
 
 // As a finger would: in Touch and Latch, Pro Tools records a move only while the fader is touched.
-void GroupOperations::moveFader(Strip strip, double value) {
-    HUIEngine& engine = parts.surfaces.engineOf(strip);
-    engine.touch(strip.engineStrip());
-    engine.sendFader(strip.engineStrip(), value);
+bool GroupOperations::moveFader(int member, double value, const Asked& asked, BankLayout session) {
+    const auto strip = bringOntoSurfaces(member, session);
+    if (!strip || !parts.walk.goesOn(asked)) return false;
+    HUIEngine& engine = parts.surfaces.engineOf(*strip);
+    engine.touch(strip->engineStrip());
+    engine.sendFader(strip->engineStrip(), value);
     jobs.runtime.sleepFor(faderTime);
-    engine.release(strip.engineStrip());
+    engine.release(strip->engineStrip());
+    parts.capture.captureNow();
+    return true;
 }
 
-void GroupOperations::reportFaders(std::size_t count) {
+void GroupOperations::reportFaders(Reached reached) {
     parts.mirror.sendAllAutoModes();
-    const std::string tracks = std::to_string(count);
-    log.say("✓ Applied faders to " + tracks + " group tracks outside the window",
-            "✓ グループ窓外 " + tracks + " 本のフェーダーを反映しました");
+    log.say("✓ Applied faders to " + reached.inEnglish() + " group tracks outside the window",
+            "✓ グループ窓外 " + reached.inJapanese() + " 本のフェーダーを反映しました");
 }
 
 // ---- Automation modes
 
-void GroupOperations::groupSetAutoMode(std::vector<int> members, int huiPort) {
+void GroupOperations::groupSetAutoMode(std::vector<int> members, int huiPort, Asked asked) {
     if (huiPort < 0 || huiPort >= modePorts) return;
-    jobs.onQueue(parts.automation.queue(),
-                 [this, members = std::move(members), huiPort]() mutable { setAutoMode(std::move(members), huiPort); });
+    jobs.runOnMain([this, members = std::move(members), huiPort, asked] { requestModes(members, huiPort, asked); });
 }
 
-void GroupOperations::setAutoMode(std::vector<int> members, int huiPort) {
-    const auto begun = parts.walk.begin([&members](const SurfaceWalk::Start& start) {
-        std::erase_if(members, [&](int member) { return member < 0 || member >= start.session.tracks; });
-        return !start.transportRunning && !members.empty();
-    });
-    if (!begun) return;
-    std::ranges::sort(members);
-    members.erase(std::ranges::unique(members).begin(), members.end());
+void GroupOperations::requestModes(const std::vector<int>& members, int huiPort, Asked asked) {
     for (const int member : members)
-        if (const auto strip = bringOntoSurfaces(member, begun->session)) pressMode(*strip, huiPort, member);
-    parts.walk.end(*begun, [this, count = members.size()] { reportModes(count); });
+        if (isInSession(member)) modes.insert_or_assign(member, huiPort);
+    if (modes.empty()) return;
+    const auto work = std::make_shared<Modes>();
+    const auto reached = std::make_shared<Reached>();
+    parts.walk.request({
+        .purpose = SurfaceWalk::Purpose::modes,
+        .name = command_name::modeWalk,
+        .asked = asked,
+        .wanted =
+            [this, work](const SurfaceWalk::Start& start) {
+                *work = std::exchange(modes, {});
+                std::erase_if(*work, [this](const auto& entry) { return !isInSession(entry.first); });
+                return !start.transportRunning && !work->empty();
+            },
+        .steps =
+            [this, work, reached, asked](const SurfaceWalk::Start& start) {
+                reached->of = work->size();
+                for (const auto& [member, port] : *work)
+                    if (parts.walk.goesOn(asked) && pressMode(member, port, asked, start.session)) ++reached->members;
+            },
+        .report = [this, reached] { reportModes(*reached); },
+        .dropped = [this] { modes.clear(); },
+    });
 }
 
-void GroupOperations::pressMode(Strip strip, int huiPort, int member) {
-    const std::uint8_t shown = parts.automation.pressMode(strip, huiPort);
-    if (shown == autoModeUnknown) return;
-    jobs.runOnMain([this, strip, member, shown] { storeMode(strip, member, shown); });
+bool GroupOperations::pressMode(int member, int huiPort, const Asked& asked, BankLayout session) {
+    const auto strip = bringOntoSurfaces(member, session);
+    if (!strip) return false;
+    bool isPressed = false;
+    const std::uint8_t shown = parts.automation.pressMode(*strip, huiPort, [&] {
+        isPressed = parts.walk.goesOn(asked) && stripShowing(member, session) == strip;
+        return isPressed;
+    });
+    if (shown != autoModeUnknown)
+        jobs.runOnMain([this, strip = *strip, member, shown] { storeMode(strip, member, shown); });
+    return isPressed;
+}
+
+bool GroupOperations::isInSession(int member) const {
+    return member >= 0 && static_cast<std::size_t>(member) < state.published.session.size();
 }
 
 void GroupOperations::storeMode(Strip strip, int member, std::uint8_t mode) {
@@ -90,12 +138,11 @@ void GroupOperations::storeMode(Strip strip, int member, std::uint8_t mode) {
     if (track < session.size()) session.tracks[track].mode = mode;
 }
 
-void GroupOperations::reportModes(std::size_t count) {
+void GroupOperations::reportModes(Reached reached) {
     parts.mirror.sendAllAutoModes();
     parts.automation.pollAllAutoModes();
-    const std::string tracks = std::to_string(count);
-    log.say("✓ Applied automation mode to " + tracks + " group tracks",
-            "✓ グループ " + tracks + " 本にオートモードを適用しました");
+    log.say("✓ Applied automation mode to " + reached.inEnglish() + " group tracks",
+            "✓ グループ " + reached.inJapanese() + " 本にオートモードを適用しました");
 }
 
 // ---- Finding members

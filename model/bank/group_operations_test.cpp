@@ -49,7 +49,7 @@ protected:
 // ---- Faders
 
 TEST_F(GroupTest, AFaderIsTouchedMovedAndReleasedAfter30Milliseconds) {
-    groups.groupSetFaders({{2, 0.5}});
+    groups.groupSetFaders({{2, 0.5}}, bench.asked());
     bench.run(30ms);
     EXPECT_THAT(bench.heardOn(bench.surfaceA), ElementsAre("0ms B0 0F 02", "0ms B0 2F 40", "0ms B0 02 3F",
                                                            "0ms B0 22 7F", "30ms B0 0F 02", "30ms B0 2F 00"));
@@ -59,7 +59,7 @@ TEST_F(GroupTest, AFaderIsTouchedMovedAndReleasedAfter30Milliseconds) {
 }
 
 TEST_F(GroupTest, FadersAreSetInSessionOrderAndTheViewIsPutBack) {
-    groups.groupSetFaders({{13, 1.0}, {2, 0.0}});
+    groups.groupSetFaders({{13, 1.0}, {2, 0.0}}, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_THAT(acts(), ElementsAre("B0 0F 02", "B0 2F 40", "B0 02 00", "B0 22 00", "B0 0F 02", "B0 2F 00",
                                     // the fourth strip
@@ -69,12 +69,11 @@ TEST_F(GroupTest, FadersAreSetInSessionOrderAndTheViewIsPutBack) {
     EXPECT_THAT(bench.lines, ElementsAre("✓ Applied faders to 2 group tracks outside the window"));
 }
 
-TEST_F(GroupTest, AMemberThatIsGivenTwiceGetsBothValuesInTheirOrder) {
-    groups.groupSetFaders({{2, 1.0}, {2, 0.0}});
+TEST_F(GroupTest, AMemberThatIsGivenTwiceGetsTheLaterValue) {
+    groups.groupSetFaders({{2, 1.0}, {2, 0.0}}, bench.asked());
     ASSERT_TRUE(ends());
-    EXPECT_THAT(acts(), ElementsAre("B0 0F 02", "B0 2F 40", "B0 02 7F", "B0 22 7F", "B0 0F 02", "B0 2F 00", //
-                                    "B0 0F 02", "B0 2F 40", "B0 02 00", "B0 22 00", "B0 0F 02", "B0 2F 00"));
-    EXPECT_THAT(bench.lines, ElementsAre("✓ Applied faders to 2 group tracks outside the window"));
+    EXPECT_THAT(acts(), ElementsAre("B0 0F 02", "B0 2F 40", "B0 02 00", "B0 22 00", "B0 0F 02", "B0 2F 00"));
+    EXPECT_THAT(bench.lines, ElementsAre("✓ Applied faders to 1 group tracks outside the window"));
 }
 
 TEST_F(GroupTest, TheLastTrackOnTheSurfacesNeedsNoMoveAndTheOneBehindItDoes) {
@@ -82,17 +81,17 @@ TEST_F(GroupTest, TheLastTrackOnTheSurfacesNeedsNoMoveAndTheOneBehindItDoes) {
         const Lines heard = bench.heardOn(bench.surfaceA);
         return std::ranges::count_if(heard, [](const std::string& line) { return line.ends_with("B0 0F 0A"); });
     };
-    groups.groupSetFaders({{7, 1.0}});
+    groups.groupSetFaders({{7, 1.0}}, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_EQ(bankPresses(), 0);
-    groups.groupSetFaders({{8, 1.0}});
+    groups.groupSetFaders({{8, 1.0}}, bench.asked());
     ASSERT_TRUE(world.runtime.runUntil([this] { return host.offset == 5; }, 5s)); // on the fourth strip
     ASSERT_TRUE(ends());
     EXPECT_GT(bankPresses(), 0);
 }
 
 TEST_F(GroupTest, AMemberNearTheEndIsReachedWithAFullWindow) {
-    groups.groupSetFaders({{19, 0.0}});
+    groups.groupSetFaders({{19, 0.0}}, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_THAT(acts(), testing::Contains("B0 07 00")); // at offset 12
 }
@@ -100,62 +99,57 @@ TEST_F(GroupTest, AMemberNearTheEndIsReachedWithAFullWindow) {
 TEST_F(GroupTest, AMemberNearTheBeginningIsReachedFromTheTop) {
     host.scrollTo(12);
     bench.run(1s);
-    groups.groupSetFaders({{1, 0.0}});
+    groups.groupSetFaders({{1, 0.0}}, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_THAT(acts(), testing::Contains("B0 01 00"));
     EXPECT_EQ(host.offset, 12);
 }
 
 TEST_F(GroupTest, MembersOutsideTheSessionAreLeftOut) {
-    groups.groupSetFaders({{-1, 0.5}, {3, 0.5}, {20, 0.5}});
+    groups.groupSetFaders({{-1, 0.5}, {3, 0.5}, {20, 0.5}}, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_THAT(acts(), testing::SizeIs(6));
     EXPECT_THAT(bench.takeLines(), ElementsAre("✓ Applied faders to 1 group tracks outside the window"));
 
-    groups.groupSetFaders({{-1, 0.5}, {20, 0.5}});
-    groups.groupSetFaders({});
-    groups.groupSetAutoMode({20, 65535}, 2);
+    groups.groupSetFaders({{-1, 0.5}, {20, 0.5}}, bench.asked());
+    groups.groupSetFaders({}, bench.asked());
+    groups.groupSetAutoMode({20, 65535}, 2, bench.asked());
     bench.run(1s);
     EXPECT_THAT(acts(), IsEmpty());
     EXPECT_THAT(bench.lines, IsEmpty());
 }
 
-TEST_F(GroupTest, NothingHappensWithoutProToolsOrAMapOrWhileOthersMoveTheBanks) {
+TEST_F(GroupTest, NothingHappensWithoutProToolsOrAMap) {
     const auto refused = [this] {
-        groups.groupSetFaders({{3, 0.5}});
-        groups.groupSetAutoMode({3}, 2);
+        groups.groupSetFaders({{3, 0.5}}, bench.asked());
+        groups.groupSetAutoMode({3}, 2, bench.asked());
         bench.run(1s);
         return acts().empty() && bench.takeLines().empty();
     };
     state.published.huiConnected = false;
     EXPECT_TRUE(refused());
     state.published.huiConnected = true;
-    for (const BankUser user : {BankUser::seek, BankUser::scan}) {
-        state.published.banksUsedBy = user;
-        EXPECT_TRUE(refused());
-    }
-    state.published.banksUsedBy.reset();
     bench.setTrackMap({}, -1);
     EXPECT_TRUE(refused());
 }
 
 TEST_F(GroupTest, FadersMoveWhileTheTransportRuns) {
     state.transportPlaying = true;
-    groups.groupSetFaders({{3, 0.5}});
+    groups.groupSetFaders({{3, 0.5}}, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_THAT(acts(), testing::SizeIs(6));
 }
 
 TEST_F(GroupTest, TheSurfacesStayWhereTheLastMemberPutThemWhenTheStartWasUnknown) {
     state.published.bankOffset = -1; // though the names are there to be found
-    groups.groupSetFaders({{15, 0.5}});
+    groups.groupSetFaders({{15, 0.5}}, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_EQ(host.offset, 12);
     EXPECT_EQ(state.published.bankOffset, 12);
 }
 
 TEST_F(GroupTest, ThePositionIsLookedForAgainInTheEnd) {
-    groups.groupSetFaders({{2, 0.5}});
+    groups.groupSetFaders({{2, 0.5}}, bench.asked());
     bench.run(100ms);
     ASSERT_TRUE(state.published.banksUsedBy == BankUser::walk);
     state.published.bankOffset = 5; // though the first tracks are shown
@@ -163,27 +157,41 @@ TEST_F(GroupTest, ThePositionIsLookedForAgainInTheEnd) {
     EXPECT_EQ(state.published.bankOffset, 0);
 }
 
-TEST_F(GroupTest, AMemberThatDoesNotComeIsLeftOut) {
-    host.deaf = true;
-    groups.groupSetFaders({{15, 0.5}});
-    ASSERT_TRUE(ends(5s));
-    EXPECT_THAT(acts(), IsEmpty());
+TEST_F(GroupTest, StopsForAFormerOwnerAndReturnsTheView) {
+    groups.groupSetFaders({{2, 0.5}, {12, 0.5}, {17, 0.5}}, bench.asked());
+    bench.run(100ms);
+    bench.parts().queue.newOwner({.number = 2});
+    ASSERT_TRUE(ends());
+    bench.run(3s);
+    EXPECT_EQ(host.offset, 0);
+    EXPECT_THAT(acts(), testing::SizeIs(6)); // the first alone
+    EXPECT_THAT(bench.lines, ElementsAre("✗ Dropped group faders: another device has taken control"));
 }
 
-TEST_F(GroupTest, WalksFollowEachOther) {
-    groups.groupSetFaders({{13, 0.0}});
-    groups.groupSetFaders({{14, 0.0}});
-    groups.groupSetFaders({{15, 0.0}});
+TEST_F(GroupTest, AMemberThatDoesNotComeIsLeftOut) {
+    host.deaf = true;
+    groups.groupSetFaders({{15, 0.5}}, bench.asked());
+    ASSERT_TRUE(ends(5s));
+    EXPECT_THAT(acts(), IsEmpty());
+    EXPECT_THAT(bench.lines, ElementsAre("✓ Applied faders to 0 of 1 group tracks outside the window"));
+}
+
+TEST_F(GroupTest, WhatComesDuringAWalkIsDoneByOneWalkAfterItWithTheNewestValues) {
+    groups.groupSetFaders({{13, 0.0}}, bench.asked());
+    bench.run(50ms);
+    groups.groupSetFaders({{14, 0.0}}, bench.asked());
+    groups.groupSetFaders({{15, 0.0}, {14, 1.0}}, bench.asked());
     bench.run(20s);
     EXPECT_FALSE(state.published.banksUsedBy == BankUser::walk);
     EXPECT_THAT(acts(), testing::SizeIs(3 * 6));
-    EXPECT_THAT(bench.lines, testing::SizeIs(3));
+    EXPECT_THAT(bench.lines, ElementsAre("✓ Applied faders to 1 group tracks outside the window",
+                                         "✓ Applied faders to 2 group tracks outside the window"));
 }
 
 // ---- Automation modes
 
 TEST_F(GroupTest, AModeIsPressedWhileTheStripsSwitchIsHeld) {
-    groups.groupSetAutoMode({2}, 5);
+    groups.groupSetAutoMode({2}, 5, bench.asked());
     bench.run(260ms);
     EXPECT_THAT(bench.heardOn(bench.surfaceA), ElementsAre("0ms B0 0F 02", "0ms B0 2F 44",     // hold
                                                            "50ms B0 0F 18", "50ms B0 2F 45",   // the mode's button
@@ -196,7 +204,7 @@ TEST_F(GroupTest, AModeIsPressedWhileTheStripsSwitchIsHeld) {
 }
 
 TEST_F(GroupTest, WhatTheDisplaysShowIsKeptForTheSession) {
-    groups.groupSetAutoMode({13, 2, 13}, 5);
+    groups.groupSetAutoMode({13, 2, 13}, 5, bench.asked());
     ASSERT_TRUE(ends());
     ASSERT_THAT(column(state.published.session, &Track::mode), testing::SizeIs(20));
     EXPECT_EQ(state.published.session.tracks[2].mode, 1);
@@ -210,14 +218,14 @@ TEST_F(GroupTest, AModeThatIsNotShownIsNotStored) {
     host.modes.clear();
     bench.state().published.session.surveyed = true;
     state.published.session.tracks[2].mode = 4;
-    groups.groupSetAutoMode({2}, 5);
+    groups.groupSetAutoMode({2}, 5, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_EQ(state.published.session.tracks[2].mode, 4);
 }
 
 TEST_F(GroupTest, ThereAreSixModes) {
-    groups.groupSetAutoMode({2}, 6);
-    groups.groupSetAutoMode({2}, -1);
+    groups.groupSetAutoMode({2}, 6, bench.asked());
+    groups.groupSetAutoMode({2}, -1, bench.asked());
     bench.run(1s);
     EXPECT_THAT(acts(), IsEmpty());
     EXPECT_THAT(bench.lines, IsEmpty());
@@ -226,7 +234,7 @@ TEST_F(GroupTest, ThereAreSixModes) {
 TEST_F(GroupTest, ModesAreLeftAloneWhileTheTransportRuns) {
     for (bool* running : {&state.transportPlaying, &state.transportRecording}) {
         *running = true;
-        groups.groupSetAutoMode({2}, 5);
+        groups.groupSetAutoMode({2}, 5, bench.asked());
         bench.run(1s);
         *running = false;
     }
@@ -236,7 +244,7 @@ TEST_F(GroupTest, ModesAreLeftAloneWhileTheTransportRuns) {
 
 TEST_F(GroupTest, TheModesShownAreAskedForInTheEnd) {
     state.lastAutoPollAll = distantPast;
-    groups.groupSetAutoMode({2}, 5);
+    groups.groupSetAutoMode({2}, 5, bench.asked());
     ASSERT_TRUE(ends());
     acts();
     bench.run(1ms);
@@ -249,8 +257,8 @@ TEST_F(GroupTest, StripsOfTheSecondSurfaceAreItsOwn) {
     for (int strip = 0; strip < 8; ++strip)
         bench.surfaceB.name(strip, (strip < 1 ? "0" : "") + std::to_string(strip + 9) + "  ");
     world.runtime.runUntilIdle();
-    groups.groupSetFaders({{11, 1.0}});
-    groups.groupSetAutoMode({11}, 2);
+    groups.groupSetFaders({{11, 1.0}}, bench.asked());
+    groups.groupSetAutoMode({11}, 2, bench.asked());
     bench.run(20s);
     EXPECT_THAT(acts(), IsEmpty());
     EXPECT_THAT(bench.surfaceB.tape.takeBytes(),
@@ -264,11 +272,13 @@ TEST(GroupInJapanese, TellsWhatWasDone) {
     ModelBench bench(world, {.japanese = true});
     bench.parts().surfaces.startSurfaces();
     bench.setTrackMap(numbers(8), 0);
+    BankingHost host(bench, numbers(8));
+    host.show();
     bench.state().published.huiConnected = true;
     bench.run(1s);
     bench.takeLines();
-    bench.parts().groups.groupSetFaders({{1, 0.5}, {2, 0.5}});
-    bench.parts().groups.groupSetAutoMode({1, 2, 3}, 0);
+    bench.parts().groups.groupSetFaders({{1, 0.5}, {2, 0.5}}, bench.asked());
+    bench.parts().groups.groupSetAutoMode({1, 2, 3}, 0, bench.asked());
     bench.run(20s);
     EXPECT_THAT(bench.lines, ElementsAre("✓ グループ窓外 2 本のフェーダーを反映しました",
                                          "✓ グループ 3 本にオートモードを適用しました"));
@@ -315,7 +325,7 @@ protected:
 };
 
 TEST_F(ToldGroupTest, AWalkIsToldToTheClientWhenItIsOver) {
-    bench.parts().groups.groupSetFaders({{1, 0.5}});
+    bench.parts().groups.groupSetFaders({{1, 0.5}}, bench.asked());
     ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().published.banksUsedBy == BankUser::walk; }, 1s));
     bench.surfaceA.fader(1, 0.5); // the echo is not shown
     bench.run(1ms);
@@ -324,7 +334,7 @@ TEST_F(ToldGroupTest, AWalkIsToldToTheClientWhenItIsOver) {
 }
 
 TEST_F(ToldGroupTest, AWalkForModesIsToldLikewise) {
-    bench.parts().groups.groupSetAutoMode({1}, 2);
+    bench.parts().groups.groupSetAutoMode({1}, 2, bench.asked());
     ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().published.banksUsedBy == BankUser::walk; }, 1s));
     expectToldInTheEnd();
 }

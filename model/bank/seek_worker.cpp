@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
+#include <cstdlib>
 #include <utility>
 
 namespace lumbrine {
@@ -19,38 +20,93 @@ SeekWorker::SeekWorker(const Jobs& jobs, ReceiverState& state, Parts parts)
 
 // ---- Requests
 
-void SeekWorker::seekBank(int target) {
-    jobs.runOnMain([this, target] { request(target); });
+void SeekWorker::seekBank(int target, std::optional<Ownership> owner) {
+    jobs.runOnMain([this, target, owner] { request(target, owner); });
 }
 
-void SeekWorker::request(int target) {
+void SeekWorker::request(int target, std::optional<Ownership> owner) {
     const PublishedState& published = state.published;
     if (!published.huiConnected) return;
     const BankLayout session{.tracks = static_cast<int>(published.session.size()), .width = published.winW};
-    if (session.maxOffset() == 0 || !parts.desk.take(BankUser::seek)) return;
-    if (!hireWorker(std::clamp(target, 0, session.maxOffset()))) return;
-    jobs.inBackground(Priority::userInitiated, [this] { run(); });
+    if (session.maxOffset() == 0) return;
+    if (!state.quiet() && published.banksUsedBy != BankUser::seek)
+        return parts.drops.tell(command_name::bankMove, DropReason::surfacesBusy);
+    if (!hireWorker(std::clamp(target, 0, session.maxOffset()), owner)) return;
+    parts.queue.request({
+        .kind = DeskJob::Kind::seek,
+        .begin = [] { return true; },
+        .work = [this] { run(); },
+        .end = [this] { finish(); },
+    });
 }
 
-bool SeekWorker::hireWorker(int target) {
+bool SeekWorker::hireWorker(int target, std::optional<Ownership> owner) {
     const Lock lock(seekLock);
     seekTarget = target;
+    seeker = owner;
     return !std::exchange(seekWorkerRunning, true);
 }
 
-void SeekWorker::bankMove(int kind) {
+void SeekWorker::bankMove(int kind, std::optional<Ownership> owner) {
     if (kind < 0 || kind > 3) return;
-    jobs.runOnMain([this, kind] { move(kind); });
+    jobs.runOnMain([this, kind, owner] { move(kind, owner); });
 }
 
-void SeekWorker::move(int kind) {
+void SeekWorker::move(int kind, std::optional<Ownership> owner) {
     const PublishedState& published = state.published;
     if (published.shownStrips().size() < published.session.size() && published.bankOffset >= 0) {
         const std::array<int, 4> distances{-1, -published.winW, 1, published.winW};
-        return seekBank(published.bankOffset + distances[static_cast<std::size_t>(kind)]);
+        return request(destination() + distances[static_cast<std::size_t>(kind)], owner);
     }
-    parts.desk.tapBank(kind);
-    parts.bankMap.resetForBankMove();
+    if (!state.quiet()) return parts.drops.tell(command_name::bankMove, DropReason::surfacesBusy);
+    tap(kind);
+}
+
+// Where the surfaces will be, by all that was asked for.
+int SeekWorker::destination() {
+    const Lock lock(seekLock);
+    if (seekTarget) return *seekTarget;
+    return seekWorkerRunning && lastTarget ? *lastTarget : state.published.bankOffset;
+}
+
+// ---- Keys
+
+void SeekWorker::tap(int kind) {
+    {
+        const Lock lock(seekLock);
+        if (taps.size() == maxTaps) return parts.drops.tell(command_name::bankMove, DropReason::tooMany);
+        taps.push_back(kind);
+    }
+    parts.queue.request({
+        .kind = DeskJob::Kind::tap,
+        .begin =
+            [this] {
+                parts.bankMap.resetForBankMove();
+                return true;
+            },
+        .work = [this] { pressTaps(); },
+        .end = [] {},
+    });
+}
+
+void SeekWorker::pressTaps() {
+    const auto anotherTap = [this] {
+        const Lock lock(seekLock);
+        return !taps.empty();
+    };
+    do {
+        while (const auto key = nextTap())
+            parts.moves.press(*key);
+        parts.moves.shortQuietWait(anotherTap);
+    } while (anotherTap());
+}
+
+std::optional<int> SeekWorker::nextTap() {
+    const Lock lock(seekLock);
+    if (taps.empty()) return std::nullopt;
+    const int key = taps.front();
+    taps.erase(taps.begin());
+    return key;
 }
 
 // ---- The worker
@@ -59,52 +115,71 @@ void SeekWorker::move(int kind) {
 void SeekWorker::run() {
     const BankLayout session = parts.moves.layout();
     int current = startOffset(); // where the surfaces are by all that was pressed
-    std::optional<int> last;     // the target that was pressed for last
-    if (current < 0) dismiss();
+    if (current < 0) {
+        dismiss();
+        parts.drops.tell(command_name::bankMove, DropReason::positionUnknown);
+    }
+    bool byChannels = false;
     for (int corrections = 0; current >= 0;) {
+        const int start = current;
+        bool byBanks = false;
         while (const auto target = wanted(session)) {
-            last = target;
             if (*target != current) {
-                current = step(current, *target, session);
+                const BankStep pressed = step(current, *target, session, byChannels);
+                current = pressed.predicted;
+                byBanks |= pressed.byBank();
             } else if (stays(current, session)) {
                 break;
             }
         }
         parts.moves.shortQuietWait();
-        const int actual = parts.moves.shownOffset();
-        const bool arrived = !last || actual < 0 || actual == *last;
+        const int actual = parts.moves.recognizedOffset();
         const Lock lock(seekLock);
+        const bool arrived = !lastTarget || actual < 0 || actual == *lastTarget;
         if (!seekTarget) {
             if (arrived || corrections == maxCorrections) {
-                seekWorkerRunning = false;
+                endWork();
                 break;
             }
             ++corrections;
-            seekTarget = last;
+            seekTarget = lastTarget;
         }
         if (actual >= 0) current = actual;
+        // Lost presses are made again. But where a bank button has led elsewhere, Pro Tools counts otherwise than
+        // nextBankStep, and would again.
+        byChannels = !arrived && byBanks && actual != start;
     }
-    jobs.runOnMain([this] { finish(); });
 }
 
 int SeekWorker::startOffset() const {
     const int known = jobs.runtime.syncMain([this] { return state.published.bankOffset; });
     if (known >= 0) return known;
     parts.moves.shortQuietWait();
-    return parts.moves.shownOffset();
+    return parts.moves.recognizedOffset();
 }
 
 void SeekWorker::dismiss() {
     const Lock lock(seekLock);
+    endWork();
+}
+
+void SeekWorker::endWork() {
     seekTarget.reset();
+    lastTarget.reset();
     seekWorkerRunning = false;
 }
 
-// The target, within what the session's end allows: the window may have become wider since it was set.
+// The target, within what the session's end allows: the window may have become wider since it was set. None any more
+// when the client that asked for it has lost control.
 std::optional<int> SeekWorker::wanted(BankLayout session) {
     const Lock lock(seekLock);
+    if (!parts.queue.isWanted(seeker)) {
+        seekTarget.reset();
+        lastTarget.reset();
+    }
     if (!seekTarget) return std::nullopt;
-    return std::min(*seekTarget, session.maxOffset());
+    lastTarget = std::min(*seekTarget, session.maxOffset());
+    return lastTarget;
 }
 
 // Waits at the target. True when no other one has come, and none is left then.
@@ -116,8 +191,10 @@ bool SeekWorker::stays(int target, BankLayout session) {
     return true;
 }
 
-int SeekWorker::step(int current, int target, BankLayout session) {
-    const BankStep step = nextBankStep(current, target, session);
+BankStep SeekWorker::step(int current, int target, BankLayout session, bool byChannels) {
+    const bool near = std::abs(target - current) <= session.width;
+    const BankStep step =
+        byChannels && near ? nextChannelStep(current, target) : nextBankStep(current, target, session);
     parts.moves.press(step.port);
     jobs.runOnMain([this, offset = step.predicted] { showProgress(offset); });
     if (step.byBank()) {
@@ -125,7 +202,7 @@ int SeekWorker::step(int current, int target, BankLayout session) {
     } else {
         jobs.runtime.sleepFor(afterSeekPress);
     }
-    return step.predicted;
+    return step;
 }
 
 // ---- What the client sees of it
@@ -139,15 +216,11 @@ void SeekWorker::showProgress(int offset) {
 
 void SeekWorker::finish() {
     assert(jobs.runtime.onMain());
-    {
-        // Another worker may have been hired since this one ended.
-        const Lock lock(seekLock);
-        if (!seekWorkerRunning) parts.desk.giveBack();
-    }
     parts.bankMap.resetForBankMove();
     parts.bankMap.relocalize();
     parts.mirror.send(occasion::bankView);
     parts.mirror.send(occasion::afterSeek);
+    parts.capture.allShown();
     parts.automation.pollAllAutoModes();
 }
 

@@ -5,48 +5,60 @@
 // displays and goes on from where they are, at most twice, should that be somewhere else.
 #pragma once
 
+#include "model/bank/fader_capture.h"
 #include "model/bank/surface_moves.h"
 #include "model/hands/automation_modes.h"
+#include "model/hands/desk_queue.h"
 
 #include <optional>
+#include <vector>
 
 namespace lumbrine {
 
 class SeekWorker {
 public:
     static constexpr int maxCorrections = 2;
+    static constexpr std::size_t maxTaps = 8;
 
     struct Parts {
-        SurfaceDesk& desk;
+        DeskQueue& queue;
         SurfaceMoves& moves;
         BankMap& bankMap;
+        FaderCapture& capture;
         ClientMirror& mirror;
         AutomationModes& automation;
+        DroppedCommands& drops;
     };
 
     SeekWorker(const Jobs& jobs, ReceiverState& state, Parts parts);
 
     // Requests that the track with this session index come to strip 0, or as near as the session's end allows. Ignored
-    // without Pro Tools, while a scan or a walk has the surfaces, and when they show the whole session. Any thread.
-    void seekBank(int target);
+    // without Pro Tools and when the surfaces show the whole session; dropped while a scan or a walk has them. Any
+    // thread. `owner`: absent for somebody at this computer.
+    void seekBank(int target, std::optional<Ownership> owner = {});
 
     // The four navigation buttons: 0 channel back, 1 bank back, 2 channel forward, 3 bank forward; others do nothing. A
-    // seek by that distance when the position is known and the session is longer than the surfaces; else the key
-    // itself. Any thread.
-    void bankMove(int kind);
+    // seek by that distance, from where the seek under way leads, when the position is known and the session is longer
+    // than the surfaces; else the key itself. Any thread.
+    void bankMove(int kind, std::optional<Ownership> owner = {});
 
 private:
-    void request(int target);
-    bool hireWorker(int target) LUMBRINE_EXCLUDES(seekLock);
-    void move(int kind);
+    void request(int target, std::optional<Ownership> owner);
+    bool hireWorker(int target, std::optional<Ownership> owner) LUMBRINE_EXCLUDES(seekLock);
+    void move(int kind, std::optional<Ownership> owner);
+    void tap(int kind);
+    int destination() LUMBRINE_EXCLUDES(seekLock);
 
-    // On a background thread
+    // On the desk's thread
     void run();
+    void pressTaps();
     int startOffset() const;
+    std::optional<int> nextTap() LUMBRINE_EXCLUDES(seekLock);
     void dismiss() LUMBRINE_EXCLUDES(seekLock);
+    void endWork() LUMBRINE_REQUIRES(seekLock);
     std::optional<int> wanted(BankLayout session) LUMBRINE_EXCLUDES(seekLock);
     bool stays(int target, BankLayout session) LUMBRINE_EXCLUDES(seekLock);
-    int step(int current, int target, BankLayout session);
+    BankStep step(int current, int target, BankLayout session, bool byChannels);
 
     // On the main thread
     void showProgress(int offset);
@@ -58,7 +70,10 @@ private:
 
     Mutex seekLock;
     std::optional<int> seekTarget LUMBRINE_GUARDED_BY(seekLock);
+    std::optional<int> lastTarget LUMBRINE_GUARDED_BY(seekLock); // of the worker, which may still have to arrive there
+    std::optional<Ownership> seeker LUMBRINE_GUARDED_BY(seekLock);
     bool seekWorkerRunning LUMBRINE_GUARDED_BY(seekLock) = false;
+    std::vector<int> taps LUMBRINE_GUARDED_BY(seekLock); // keys that wait
 };
 
 } // namespace lumbrine

@@ -14,6 +14,8 @@ constexpr Duration quietNames = seconds(0.08);
 constexpr Duration quietAtLeast = seconds(0.1);
 
 constexpr Duration stillPoll = seconds(0.05);
+constexpr Duration recognitionLimit = seconds(1.0);
+constexpr Duration stillForGood = seconds(0.3); // names that have not changed for so long are all there
 constexpr Duration windowSample = seconds(0.12);
 
 // Time for Pro Tools to follow a press before the next one: a bank redraws every strip.
@@ -64,9 +66,20 @@ int SurfaceMoves::shownOffset() const {
     return offset.value_or(-1);
 }
 
-void SurfaceMoves::shortQuietWait() {
+int SurfaceMoves::recognizedOffset() {
+    int offset = shownOffset();
+    for (auto polls = pollsWithin(recognitionLimit, stillPoll);
+         polls > 0 && offset < 0 && displays.age() < stillForGood; --polls) {
+        runtime.sleepFor(stillPoll);
+        offset = shownOffset();
+    }
+    return offset;
+}
+
+void SurfaceMoves::shortQuietWait(const std::function<bool()>& enough) {
     const TimePoint begin = runtime.now();
     for (auto polls = pollsWithin(quietLimit, quietPoll); polls > 0 && runtime.now() - begin < quietLimit; --polls) {
+        if (enough()) return;
         runtime.sleepFor(quietPoll);
         if (displays.age() > quietNames && runtime.now() - begin > quietAtLeast) return;
     }

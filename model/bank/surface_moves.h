@@ -9,6 +9,8 @@
 #include "model/bank/bank_step.h"
 #include "model/hands/display_watch.h"
 
+#include <functional>
+
 namespace lumbrine {
 
 class SurfaceMoves {
@@ -33,8 +35,12 @@ public:
     // The index of the track on strip 0 by the shown names; -1 when they do not tell.
     int shownOffset() const;
 
-    // Returns once no display text has come for 0.08 s: after 0.12 s at the earliest, and always within half a second.
-    void shortQuietWait();
+    // The same, but gives names that tell nothing up to 1 s while they still change.
+    int recognizedOffset();
+
+    // Returns once no display text has come for 0.08 s: after 0.12 s at the earliest, and always within half a second;
+    // or as soon as `enough` says so.
+    void shortQuietWait(const std::function<bool()>& enough = [] { return false; });
 
     // Returns once no display text has come for longer than `still`, and after `limit` in any case.
     void waitForStillNames(Duration still, Duration limit);

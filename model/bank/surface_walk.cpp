@@ -1,38 +1,59 @@
 #include "model/bank/surface_walk.h"
 
+#include <cassert>
+#include <memory>
 #include <utility>
 
 namespace lumbrine {
 
-SurfaceWalk::SurfaceWalk(const Jobs& jobs, ReceiverState& state, SurfaceDesk& desk, SurfaceMoves& moves,
-                         BankMap& bankMap, ClientMirror& mirror)
-    : jobs(jobs), state(state), desk(desk), moves(moves), bankMap(bankMap), mirror(mirror) {}
+SurfaceWalk::SurfaceWalk(const Jobs& jobs, ReceiverState& state, Parts parts)
+    : jobs(jobs), state(state), parts(parts) {}
 
-std::optional<SurfaceWalk::Start> SurfaceWalk::begin(const std::function<bool(const Start&)>& wanted) {
-    return jobs.runtime.syncMain([this, &wanted] { return take(wanted); });
+void SurfaceWalk::request(Plan asked) {
+    assert(jobs.runtime.onMain());
+    struct Walk {
+        Plan plan;
+        Start start;
+    };
+    const auto walk = std::make_shared<Walk>(Walk{.plan = std::move(asked), .start = {}});
+    parts.queue.request({
+        .kind = DeskJob::Kind::walk,
+        .name = walk->plan.name,
+        .subject = static_cast<int>(walk->plan.purpose),
+        .owner = walk->plan.asked.owner,
+        .until = walk->plan.asked.at + patience,
+        .begin =
+            [this, walk] {
+                walk->start = start();
+                return state.published.huiConnected && !state.published.session.empty() &&
+                       walk->plan.wanted(walk->start);
+            },
+        .work =
+            [this, walk] {
+                walk->plan.steps(walk->start);
+                if (walk->start.offset >= 0) parts.moves.moveWindowReliably(walk->start.offset);
+            },
+        .end = [this, walk] { end(walk->plan); },
+        .dropped = [walk] { walk->plan.dropped(); },
+    });
 }
 
-std::optional<SurfaceWalk::Start> SurfaceWalk::take(const std::function<bool(const Start&)>& wanted) {
+SurfaceWalk::Start SurfaceWalk::start() const {
     const PublishedState& published = state.published;
-    if (!published.huiConnected || published.session.empty() || !state.quiet()) return std::nullopt;
-    const Start start{
+    return {
         .transportRunning = state.transportRunning(),
         .session = {.tracks = static_cast<int>(published.session.size()), .width = published.winW},
         .offset = published.bankOffset,
     };
-    if (!wanted(start) || !desk.take(BankUser::walk)) return std::nullopt;
-    return start;
 }
 
-void SurfaceWalk::end(const Start& start, std::function<void()> rest) {
-    if (start.offset >= 0) moves.moveWindowReliably(start.offset);
-    jobs.runOnMain([this, rest = std::move(rest)] {
-        desk.giveBack();
-        bankMap.resetForBankMove();
-        bankMap.relocalize();
-        mirror.send(occasion::afterWalk);
-        rest();
-    });
+void SurfaceWalk::end(const Plan& plan) {
+    parts.bankMap.resetForBankMove();
+    parts.bankMap.relocalize();
+    parts.mirror.send(occasion::afterWalk);
+    parts.capture.allShown();
+    if (!goesOn(plan.asked)) return parts.drops.tell(plan.name, DropReason::ownerChanged);
+    plan.report();
 }
 
 } // namespace lumbrine

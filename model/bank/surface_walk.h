@@ -1,13 +1,15 @@
 // Taking the surfaces across the session to act on tracks that they do not show, and giving them back. Meanwhile no
 // scan and no seek begins, and the client is not shown what passes by.
 //
-// Walks run on the automation queue, so there is one at a time.
+// A walk waits for its turn at the surfaces until they are free and no finger is on a fader, at most `patience` after
+// it was asked for the last time. Of walks of one kind one waits.
 #pragma once
 
+#include "model/bank/fader_capture.h"
 #include "model/bank/surface_moves.h"
+#include "model/hands/desk_queue.h"
 
 #include <functional>
-#include <optional>
 
 namespace lumbrine {
 
@@ -19,26 +21,46 @@ public:
         int offset = -1; // of the user's view, -1 when it is unknown
     };
 
-    SurfaceWalk(const Jobs& jobs, ReceiverState& state, SurfaceDesk& desk, SurfaceMoves& moves, BankMap& bankMap,
-                ClientMirror& mirror);
+    enum class Purpose { range, faders, modes };
 
-    // Takes the surfaces if Pro Tools is there, the session has tracks, nobody else moves the banks, and `wanted`,
-    // which is called on the main thread, agrees. The caller that gets a start calls `end`. On the automation queue.
-    std::optional<Start> begin(const std::function<bool(const Start&)>& wanted);
+    static constexpr Duration patience = seconds(10.0);
 
-    // Moves back to the user's view, if it was known, and gives the surfaces back: the client is sent what they show,
-    // then `rest` is called on the main thread. On the automation queue.
-    void end(const Start& start, std::function<void()> rest);
+    struct Plan {
+        Purpose purpose;
+        CommandName name;
+        Asked asked;
+        std::function<bool(const Start&)> wanted; // main thread; false when there is nothing to do
+        std::function<void(const Start&)> steps;  // on the desk's thread: what is done on the way
+        std::function<void()> report;             // main thread, after the client has been sent what the surfaces
+                                                  // show, unless somebody else has taken control
+        std::function<void()> dropped = [] {};    // main thread, in place of the other three
+    };
+
+    struct Parts {
+        DeskQueue& queue;
+        SurfaceMoves& moves;
+        BankMap& bankMap;
+        FaderCapture& capture;
+        ClientMirror& mirror;
+        DroppedCommands& drops;
+    };
+
+    SurfaceWalk(const Jobs& jobs, ReceiverState& state, Parts parts);
+
+    // Begins if Pro Tools is there and the session has tracks by then, and returns to the user's view in the end, if it
+    // was known. Main thread.
+    void request(Plan plan);
+
+    // Whether to take another step: nobody else has taken control. Any thread.
+    bool goesOn(const Asked& asked) const { return parts.queue.isWanted(asked.owner); }
 
 private:
-    std::optional<Start> take(const std::function<bool(const Start&)>& wanted);
+    Start start() const;
+    void end(const Plan& plan);
 
     const Jobs& jobs;
     ReceiverState& state;
-    SurfaceDesk& desk;
-    SurfaceMoves& moves;
-    BankMap& bankMap;
-    ClientMirror& mirror;
+    const Parts parts;
 };
 
 } // namespace lumbrine

@@ -2,37 +2,43 @@
 
 #include <algorithm>
 #include <cassert>
+#include <memory>
 
 namespace lumbrine {
 
 VisibleRangeWalk::VisibleRangeWalk(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts)
     : jobs(jobs), state(state), log(log), parts(parts) {}
 
-void VisibleRangeWalk::refreshVisibleRange(int start, int count) {
-    jobs.onQueue(parts.automation.queue(), [this, start, count] { walkOver(start, count); });
+void VisibleRangeWalk::refreshVisibleRange(int start, int count, Asked asked) {
+    jobs.runOnMain([this, start, count, asked] { request(start, count, asked); });
 }
 
-void VisibleRangeWalk::walkOver(int start, int count) {
-    Range range;
-    const auto begun = parts.walk.begin([&](const SurfaceWalk::Start& at) {
-        range = {.begin = std::max(start, 0), .end = std::min(start + std::max(count, 1), at.session.tracks)};
-        if (at.transportRunning || range.begin >= range.end) return false;
-        state.published.session.surveyed = true;
-        return true;
+void VisibleRangeWalk::request(int start, int count, Asked asked) {
+    const auto range = std::make_shared<Range>();
+    parts.walk.request({
+        .purpose = SurfaceWalk::Purpose::range,
+        .name = command_name::rangeWalk,
+        .asked = asked,
+        .wanted =
+            [this, start, count, range](const SurfaceWalk::Start& at) {
+                *range = {.begin = std::max(start, 0), .end = std::min(start + std::max(count, 1), at.session.tracks)};
+                if (at.transportRunning || range->begin >= range->end) return false;
+                state.published.session.surveyed = true;
+                return true;
+            },
+        .steps = [this, range, asked](const SurfaceWalk::Start& at) { captureRange(*range, asked, at.session); },
+        .report = [this, range] { report(*range); },
     });
-    if (!begun) return;
-    captureRange(range, begun->session);
-    parts.walk.end(*begun, [this, range] { report(range); });
 }
 
-void VisibleRangeWalk::captureRange(Range range, BankLayout session) {
+void VisibleRangeWalk::captureRange(Range range, const Asked& asked, BankLayout session) {
     int wanted = range.begin;
-    while (true) {
+    while (parts.walk.goesOn(asked)) {
         parts.moves.moveWindowReliably(std::min(wanted, session.maxOffset()));
         const int shown = parts.moves.shownOffset();
         if (shown < 0) return;
         for (int i = 0; i < session.width; ++i)
-            if (range.contains(shown + i)) captureTrack(*Strip::of(i), shown + i);
+            if (range.contains(shown + i) && parts.walk.goesOn(asked)) captureTrack(*Strip::of(i), shown + i);
         const int next = shown + session.width;
         // The surfaces have not advanced, or nobody is there to move them.
         if (next <= wanted || !connected()) {

@@ -18,9 +18,9 @@ public:
 
     VisibleRangeWalk(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts);
 
-    // Queues a walk over `count` tracks, at least one, from session index `start`; what lies outside the session is
-    // left out. Nothing happens while the transport runs. Any thread.
-    void refreshVisibleRange(int start, int count);
+    // Asks for a walk over `count` tracks, at least one, from session index `start`; what lies outside the session is
+    // left out. Nothing happens while the transport runs. The newest range counts. Any thread.
+    void refreshVisibleRange(int start, int count, Asked asked);
 
 private:
     struct Range {
@@ -30,13 +30,13 @@ private:
         bool contains(int track) const { return begin <= track && track < end; }
     };
 
-    // On the automation queue
-    void walkOver(int start, int count);
-    void captureRange(Range range, BankLayout session);
+    // On the desk's thread
+    void captureRange(Range range, const Asked& asked, BankLayout session);
     void captureTrack(Strip strip, int track);
     bool connected() const;
 
     // On the main thread
+    void request(int start, int count, Asked asked);
     void store(Strip strip, std::size_t track, std::uint8_t mode);
     void report(Range range);
 

@@ -45,7 +45,7 @@ protected:
 };
 
 TEST_F(VisibleRangeTest, EveryTrackOfTheRangeIsProbedAndTheViewPutBack) {
-    walk.refreshVisibleRange(5, 9);
+    walk.refreshVisibleRange(5, 9, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_THAT(known(), ElementsAre(5u, 6u, 7u, 8u, 9u, 10u, 11u, 12u, 13u));
     EXPECT_THAT(column(state.published.session, &Track::mode),
@@ -57,7 +57,7 @@ TEST_F(VisibleRangeTest, EveryTrackOfTheRangeIsProbedAndTheViewPutBack) {
 }
 
 TEST_F(VisibleRangeTest, AProbeHoldsTheAutoSwitchFor150Milliseconds) {
-    walk.refreshVisibleRange(0, 1);
+    walk.refreshVisibleRange(0, 1, bench.asked());
     ASSERT_TRUE(ends());
     // It is where it should be, which takes two quiet waits to see.
     EXPECT_THAT(bench.heardOn(bench.surfaceA),
@@ -65,7 +65,7 @@ TEST_F(VisibleRangeTest, AProbeHoldsTheAutoSwitchFor150Milliseconds) {
 }
 
 TEST_F(VisibleRangeTest, TheEndOfTheSessionIsReachedWithAFullWindow) {
-    walk.refreshVisibleRange(17, 200);
+    walk.refreshVisibleRange(17, 200, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_THAT(known(), ElementsAre(17u, 18u, 19u));
     EXPECT_THAT(bench.lines, ElementsAre("✓ Captured auto/pan for visible range 18–20"));
@@ -73,30 +73,30 @@ TEST_F(VisibleRangeTest, TheEndOfTheSessionIsReachedWithAFullWindow) {
 }
 
 TEST_F(VisibleRangeTest, ARangeOfNoneIsOneOfOne) {
-    walk.refreshVisibleRange(4, 0);
+    walk.refreshVisibleRange(4, 0, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_THAT(known(), ElementsAre(4u));
     EXPECT_THAT(bench.lines, ElementsAre("✓ Captured auto/pan for visible range 5–5"));
 }
 
 TEST_F(VisibleRangeTest, ARangeThatBeginsBeforeTheSessionBeginsWithIt) {
-    walk.refreshVisibleRange(-3, 5);
+    walk.refreshVisibleRange(-3, 5, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_THAT(known(), ElementsAre(0u, 1u));
     EXPECT_THAT(bench.lines, ElementsAre("✓ Captured auto/pan for visible range 1–2"));
 }
 
 TEST_F(VisibleRangeTest, ARangeOutsideTheSessionIsNone) {
-    walk.refreshVisibleRange(20, 5);
+    walk.refreshVisibleRange(20, 5, bench.asked());
     bench.run(1s);
     EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
     EXPECT_THAT(bench.lines, IsEmpty());
     EXPECT_FALSE(state.published.session.surveyed);
 }
 
-TEST_F(VisibleRangeTest, NothingHappensWithoutProToolsOrAMapOrWhileOthersAreAtIt) {
+TEST_F(VisibleRangeTest, NothingHappensWithoutProToolsOrAMapOrWhileTheTransportRuns) {
     const auto refused = [this] {
-        walk.refreshVisibleRange(0, 8);
+        walk.refreshVisibleRange(0, 8, bench.asked());
         bench.run(1s);
         return bench.heardOn(bench.surfaceA).empty() && bench.takeLines().empty();
     };
@@ -105,11 +105,6 @@ TEST_F(VisibleRangeTest, NothingHappensWithoutProToolsOrAMapOrWhileOthersAreAtIt
         EXPECT_TRUE(refused());
         *running = false;
     }
-    for (const BankUser user : {BankUser::seek, BankUser::scan}) {
-        state.published.banksUsedBy = user;
-        EXPECT_TRUE(refused());
-    }
-    state.published.banksUsedBy.reset();
     state.published.huiConnected = false;
     EXPECT_TRUE(refused());
     state.published.huiConnected = true;
@@ -121,7 +116,7 @@ TEST_F(VisibleRangeTest, AModeThatIsNotShownLeavesTheOneThatWasKnown) {
     bench.state().published.session.surveyed = true;
     state.published.session.tracks[2].mode = 4;
     host.modes.clear();
-    walk.refreshVisibleRange(2, 1);
+    walk.refreshVisibleRange(2, 1, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_EQ(state.published.session.tracks[2].mode, 4);
     EXPECT_THAT(known(), ElementsAre(2u));
@@ -131,7 +126,7 @@ TEST_F(VisibleRangeTest, ThePanIsThatOfTheSideWhichTheVPotsShow) {
     bench.surfaceA.ring(2, 9, false);
     bench.surfaceA.ring(3, 6, true);
     world.runtime.runUntilIdle();
-    walk.refreshVisibleRange(0, 4);
+    walk.refreshVisibleRange(0, 4, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_EQ(pan(2).position, 9);
     EXPECT_FALSE(pan(2).centre);
@@ -142,7 +137,7 @@ TEST_F(VisibleRangeTest, ThePanIsThatOfTheSideWhichTheVPotsShow) {
     state.published.panRight = true;
     bench.surfaceA.ring(2, 4, false);
     world.runtime.runUntilIdle();
-    walk.refreshVisibleRange(0, 4);
+    walk.refreshVisibleRange(0, 4, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_EQ(pan(2).position, 4);
     EXPECT_EQ(pan(2).side, 1);
@@ -152,7 +147,7 @@ TEST_F(VisibleRangeTest, ThePanIsThatOfTheSideWhichTheVPotsShow) {
 
 TEST_F(VisibleRangeTest, ItIsAbortedWhenTheSurfacesStandStill) {
     host.deaf = true;
-    walk.refreshVisibleRange(6, 8);
+    walk.refreshVisibleRange(6, 8, bench.asked());
     ASSERT_TRUE(ends(10s));
     EXPECT_THAT(known(), ElementsAre(6u, 7u)); // which are shown all the same
     EXPECT_THAT(bench.lines, ElementsAre("Aborted capturing the visible range (Pro Tools is not responding)",
@@ -160,7 +155,7 @@ TEST_F(VisibleRangeTest, ItIsAbortedWhenTheSurfacesStandStill) {
 }
 
 TEST_F(VisibleRangeTest, ItIsAbortedWhenProToolsGoesAway) {
-    walk.refreshVisibleRange(0, 20);
+    walk.refreshVisibleRange(0, 20, bench.asked());
     bench.run(500ms);
     state.published.huiConnected = false;
     ASSERT_TRUE(ends());
@@ -169,7 +164,7 @@ TEST_F(VisibleRangeTest, ItIsAbortedWhenProToolsGoesAway) {
 }
 
 TEST_F(VisibleRangeTest, ItIsAbortedOnItsLastBankToo) {
-    walk.refreshVisibleRange(0, 8);
+    walk.refreshVisibleRange(0, 8, bench.asked());
     bench.run(500ms);
     state.published.huiConnected = false;
     ASSERT_TRUE(ends());
@@ -180,7 +175,7 @@ TEST_F(VisibleRangeTest, ItIsAbortedOnItsLastBankToo) {
 
 TEST_F(VisibleRangeTest, TheDisplaysSayWhichTracksAreRead) {
     state.published.bankOffset = 5; // the displays show the first tracks
-    walk.refreshVisibleRange(0, 2);
+    walk.refreshVisibleRange(0, 2, bench.asked());
     ASSERT_TRUE(ends());
     EXPECT_THAT(known(), ElementsAre(0u, 1u));
     EXPECT_EQ(bench.heardOn(bench.surfaceA).at(1), "240ms B0 2F 44"); // nothing moved before
@@ -189,7 +184,7 @@ TEST_F(VisibleRangeTest, TheDisplaysSayWhichTracksAreRead) {
 TEST_F(VisibleRangeTest, ItGoesNoFurtherWhenThePositionIsLost) {
     bench.surfaceA.name(3, "????");
     world.runtime.runUntilIdle();
-    walk.refreshVisibleRange(0, 20);
+    walk.refreshVisibleRange(0, 20, bench.asked());
     ASSERT_TRUE(ends(10s));
     EXPECT_THAT(known(), IsEmpty());
     EXPECT_THAT(bench.lines, ElementsAre("✓ Captured auto/pan for visible range 1–20"));
@@ -205,7 +200,7 @@ TEST(VisibleRangeInJapanese, TellsWhatCameOfIt) {
     bench.run(1s);
     bench.takeLines();
     host.deaf = true;
-    bench.parts().visibleRange.refreshVisibleRange(0, 20);
+    bench.parts().visibleRange.refreshVisibleRange(0, 20, bench.asked());
     bench.run(20s);
     EXPECT_THAT(bench.lines, ElementsAre("表示範囲の採取を中断しました（Pro Tools が応答しません）",
                                          "✓ 表示範囲 1–20 の auto/pan を採取しました"));
@@ -223,7 +218,7 @@ TEST_F(ToldVisibleRangeTest, ACapturedRangeIsToldWithTheWholeSession) {
     bench.setTrackMap(numbers(8), 0);
     bench.run(10ms);
     markAll();
-    bench.parts().visibleRange.refreshVisibleRange(0, 1);
+    bench.parts().visibleRange.refreshVisibleRange(0, 1, bench.asked());
     ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().published.banksUsedBy == BankUser::walk; }, 1s));
     ASSERT_TRUE(
         world.runtime.runUntil([this] { return !(bench.state().published.banksUsedBy == BankUser::walk); }, 2s));

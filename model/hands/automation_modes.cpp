@@ -2,7 +2,9 @@
 
 #include "model/hands/automation_mode_text.h"
 
+#include <algorithm>
 #include <cassert>
+#include <memory>
 
 namespace lumbrine {
 
@@ -12,30 +14,62 @@ constexpr Duration pollAllInterval = seconds(3.0);
 
 } // namespace
 
-AutomationModes::AutomationModes(const Jobs& jobs, ReceiverState& state, ActivityLog& log, SurfaceDesk& desk,
-                                 DisplayWatch& displays, ClientMirror& mirror)
-    : jobs(jobs), state(state), log(log), desk(desk), displays(displays), mirror(mirror),
-      autoQueue(jobs.runtime.serialQueue("com.tarnwick.lumbrine.automode", Priority::userInitiated)) {}
+AutomationModes::AutomationModes(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts)
+    : jobs(jobs), state(state), log(log), parts(parts) {}
 
 // ---- Reading
 
 std::uint8_t AutomationModes::autoProbe(Strip strip, const std::function<void()>& whileHeld) {
-    displays.beginProbe(strip);
-    desk.holdAuto(strip, whileHeld);
-    return displays.endProbe();
+    parts.displays.beginProbe(strip);
+    parts.desk.holdAuto(strip, whileHeld);
+    const std::uint8_t mode = parts.displays.endProbe();
+    if (mode != autoModeUnknown)
+        jobs.onMainAfter(DisplayWatch::nameReturns, [this, strip] { parts.displays.settle(strip); });
+    return mode;
 }
 
 void AutomationModes::pollAutoMode(Strip strip) {
-    jobs.onQueue(queue(), [this, strip] {
-        if (jobs.runtime.syncMain([this, strip] { return mayProbe(strip); })) autoModeUpdate(strip, autoProbe(strip));
+    jobs.runOnMain([this, strip] {
+        if (std::ranges::find(toPoll, strip) == toPoll.end()) toPoll.push_back(strip);
+        requestPoll();
     });
 }
 
-// A probe under the client's finger would end its touch in some modes; one while the banks move asks a track that is
-// gone before it answers.
-bool AutomationModes::mayProbe(Strip strip) const {
+// One strip a job, so that whatever is more urgent comes next.
+void AutomationModes::requestPoll() {
+    struct Poll {
+        std::optional<TrackOnStrip> track;
+        std::uint8_t mode = autoModeUnknown;
+    };
+    const auto poll = std::make_shared<Poll>();
+    parts.queue.request({
+        .kind = DeskJob::Kind::poll,
+        .begin =
+            [this, poll] {
+                if (!mayProbe()) toPoll.clear();
+                if (toPoll.empty()) return false;
+                poll->track = state.shownOn(toPoll.front());
+                toPoll.erase(toPoll.begin());
+                return true;
+            },
+        .work = [this, poll] { poll->mode = autoProbe(poll->track->strip); },
+        .end =
+            [this, poll] {
+                if (isStillOn(*poll->track, poll->track->strip)) autoModeUpdate(poll->track->strip, poll->mode);
+                if (!toPoll.empty()) requestPoll();
+            },
+    });
+}
+
+// While the banks move, the track may be gone before it answers.
+bool AutomationModes::mayProbe() const {
     return state.published.huiConnected && state.quiet() && !state.transportRunning() &&
-           !state.published.strip(strip).touched;
+           !state.handsOn(jobs.runtime.now());
+}
+
+// Within a job. Of a track whose place in the session is not known, the name does not tell: a mode may stand there.
+bool AutomationModes::isStillOn(const TrackOnStrip& track, Strip strip) const {
+    return !track.index || state.stripShowing(track) == strip;
 }
 
 void AutomationModes::pollAllAutoModes() {
@@ -50,20 +84,52 @@ void AutomationModes::pollAllAutoModes() {
 void AutomationModes::autoModeUpdate(Strip strip, std::uint8_t code) {
     if (code == autoModeUnknown) return;
     jobs.runOnMain([this, strip, code] {
-        if (std::exchange(state.published.strip(strip).mode, code) != code) mirror.sendAutoModesIfChanged();
+        if (std::exchange(state.published.strip(strip).mode, code) != code) parts.mirror.sendAutoModesIfChanged();
     });
 }
 
 // ---- Setting
 
-std::uint8_t AutomationModes::pressMode(Strip strip, int modePort) {
-    return autoProbe(strip, [this, strip, modePort] { desk.pressMode(strip, modePort); });
+std::uint8_t AutomationModes::pressMode(Strip strip, int modePort, const std::function<bool()>& isThere) {
+    return autoProbe(strip, [&] {
+        if (jobs.runtime.syncMain([&] { return isThere(); })) parts.desk.pressMode(strip, modePort);
+    });
 }
 
-void AutomationModes::setAutoMode(Strip strip, int modePort) {
-    jobs.onQueue(queue(), [this, strip, modePort] {
-        autoModeUpdate(strip, pressMode(strip, modePort));
-        jobs.runOnMain([this, strip] { logMode(strip); });
+void AutomationModes::setAutoMode(Strip strip, int modePort, Asked asked) {
+    jobs.runOnMain([this, strip, modePort, asked] { requestMode(state.shownOn(strip), modePort, asked); });
+}
+
+void AutomationModes::requestMode(const TrackOnStrip& track, int modePort, Asked asked) {
+    struct Setting {
+        std::optional<Strip> strip;
+        std::uint8_t mode = autoModeUnknown;
+    };
+    const auto setting = std::make_shared<Setting>();
+    parts.queue.request({
+        .kind = DeskJob::Kind::mode,
+        .name = command_name::mode,
+        .subject = track.strip.index(),
+        .owner = asked.owner,
+        .until = asked.at + parts.queue.patience(),
+        .begin =
+            [this, setting, track] {
+                setting->strip = state.stripShowing(track);
+                if (!setting->strip) parts.drops.tell(command_name::mode, DropReason::trackGone);
+                return setting->strip.has_value();
+            },
+        .work =
+            [this, setting, track, modePort] {
+                setting->mode = pressMode(*setting->strip, modePort,
+                                          [this, &setting, &track] { return isStillOn(track, *setting->strip); });
+            },
+        .end =
+            [this, setting, track] {
+                if (!isStillOn(track, *setting->strip))
+                    return parts.drops.tell(command_name::mode, DropReason::trackGone);
+                autoModeUpdate(*setting->strip, setting->mode);
+                logMode(*setting->strip);
+            },
     });
 }
 

@@ -1,58 +1,65 @@
 // Reading and setting automation modes. HUI has no message for them: while a strip's AUTO key is held, Pro Tools writes
 // the mode on the strip's display, and a mode button that is pressed meanwhile sets it.
 //
-// Every probe runs on one serial queue, because only one strip can be asked at a time.
+// Every probe is a job of DeskQueue or within one, because only one strip can be asked at a time.
 #pragma once
 
+#include "model/hands/desk_queue.h"
 #include "model/hands/display_watch.h"
 #include "model/hands/surface_desk.h"
 #include "model/mirror/client_mirror.h"
 
 #include <functional>
-#include <memory>
+#include <vector>
 
 namespace lumbrine {
 
 class AutomationModes {
 public:
-    AutomationModes(const Jobs& jobs, ReceiverState& state, ActivityLog& log, SurfaceDesk& desk, DisplayWatch& displays,
-                    ClientMirror& mirror);
+    struct Parts {
+        SurfaceDesk& desk;
+        DeskQueue& queue;
+        DisplayWatch& displays;
+        ClientMirror& mirror;
+        DroppedCommands& drops;
+    };
 
-    // Probes the strip; returns the mode that its display showed, or unknown. Blocks; on the automation queue only.
+    AutomationModes(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts);
+
+    // Probes the strip; returns the mode that its display showed, or unknown. Blocks; on the desk's thread only.
     std::uint8_t autoProbe(Strip strip, const std::function<void()>& whileHeld = {});
 
-    // Presses a mode's button (0-5, surface/hui_engine.h) within a probe of the strip; returns the mode that was shown
-    // then, or unknown. Blocks; on the automation queue only.
-    std::uint8_t pressMode(Strip strip, int modePort);
+    // Presses a mode's button (0-5, surface/hui_engine.h) within a probe of the strip, if `isThere`, which is called on
+    // the main thread, says that the strip still shows the track when Pro Tools waits for the button. Returns the mode
+    // that was shown then, or unknown. Blocks; on the desk's thread only.
+    std::uint8_t pressMode(Strip strip, int modePort, const std::function<bool()>& isThere);
 
-    // Queues a probe. It is not made if something else needs the surfaces by then: a job that moves the banks, the
-    // running transport, the client's finger on that strip's fader. Any thread.
+    // Asks for a probe. It is not made if something else needs the surfaces by then: a job that moves the banks, the
+    // running transport, the client's hand on a fader. Any thread.
     void pollAutoMode(Strip strip);
 
-    // Queues a probe of every shown strip, unless that was done within the last 3.0 s. Main thread.
+    // Asks for a probe of every shown strip, unless that was done within the last 3.0 s. Main thread.
     void pollAllAutoModes();
 
     // Stores a mode that was read; unknown is not stored. Any thread.
     void autoModeUpdate(Strip strip, std::uint8_t code);
 
-    // Queues the setting of a mode by its button (0-5, surface/hui_engine.h); logs the mode that Pro Tools then shows.
-    // Any thread.
-    void setAutoMode(Strip strip, int modePort);
-
-    // The queue that probes run on, for jobs that must not run beside one.
-    SerialQueue& queue() { return *autoQueue; }
+    // Asks for the setting of a mode by its button (0-5, surface/hui_engine.h), of the track that the strip shows now;
+    // logs the mode that Pro Tools then shows. The newest wish for a strip counts. Any thread.
+    void setAutoMode(Strip strip, int modePort, Asked asked);
 
 private:
-    bool mayProbe(Strip strip) const;
+    bool mayProbe() const;
+    bool isStillOn(const TrackOnStrip& track, Strip strip) const;
+    void requestPoll();
+    void requestMode(const TrackOnStrip& track, int modePort, Asked asked);
     void logMode(Strip strip);
 
     const Jobs& jobs;
     ReceiverState& state;
     ActivityLog& log;
-    SurfaceDesk& desk;
-    DisplayWatch& displays;
-    ClientMirror& mirror;
-    std::unique_ptr<SerialQueue> autoQueue;
+    const Parts parts;
+    std::vector<Strip> toPoll; // in the order in which they were asked for; main thread
 };
 
 } // namespace lumbrine

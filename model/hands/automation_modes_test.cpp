@@ -1,4 +1,5 @@
 // Reading and setting automation modes through the strips' displays.
+#include "model/testing/banking_host.h"
 #include "model/testing/model_test.h"
 
 #include <algorithm>
@@ -76,8 +77,41 @@ TEST_F(AutomationModesTest, ATextAfterTheProbeIsTooLate) {
     EXPECT_EQ(state.published.strips[3].mode, 0);
 }
 
-TEST_F(AutomationModesTest, ProbesRunOnTheQueueOfThatName) {
-    EXPECT_EQ(automation.queue().label(), "com.tarnwick.lumbrine.automode");
+// ---- The mode in the place of the name
+
+TEST_F(AutomationModesTest, AProbeChangesNoName) {
+    bench.surfaceA.name(3, "Kick");
+    settle();
+    markAll();
+    automation.pollAutoMode(*Strip::of(3));
+    bench.run(50ms);
+    bench.surfaceA.name(3, "Read");
+    bench.run(100ms); // AUTO comes up
+    bench.surfaceA.name(3, "Kick");
+    bench.run(300ms); // until shortly before the heartbeat
+    EXPECT_EQ(state.published.strips[3].name, "Kick");
+    EXPECT_EQ(state.published.strips[3].mode, 1);
+    EXPECT_THAT(heard(0x10), IsEmpty());
+}
+
+TEST_F(AutomationModesTest, AModeThatStaysFor300MillisecondsAfterAProbeIsAName) {
+    bench.surfaceA.name(3, "Kick");
+    settle();
+    automation.pollAutoMode(*Strip::of(3));
+    bench.run(50ms);
+    bench.surfaceA.name(3, "Read"); // what the track is called from now on
+    bench.run(399ms);
+    EXPECT_EQ(state.published.strips[3].name, "Kick");
+    bench.run(1ms);
+    EXPECT_EQ(state.published.strips[3].name, "Read");
+}
+
+TEST_F(AutomationModesTest, AModeOnAStripThatIsNotProbedIsAName) {
+    automation.pollAutoMode(*Strip::of(3));
+    bench.run(50ms);
+    bench.surfaceA.name(4, "Read");
+    settle();
+    EXPECT_EQ(state.published.strips[4].name, "Read");
 }
 
 // ---- When probing is not allowed
@@ -98,6 +132,26 @@ TEST_F(AutomationModesTest, NothingIsProbedWhileSomethingElseNeedsTheSurfaces) {
     }
 }
 
+// Another fader than the strip's, too: a probe shows a mode where a name was, and Pro Tools is busy with it.
+TEST_F(AutomationModesTest, NothingIsProbedWhileTheClientsHandIsOnAFader) {
+    StripState& other = state.published.strips[9];
+    other.touched = true;
+    automation.pollAutoMode(*Strip::of(3));
+    settle();
+    EXPECT_THAT(heardOnA(), IsEmpty());
+    other.touched = false;
+
+    other.movedByClient = world.runtime.now() - 1499ms;
+    automation.pollAutoMode(*Strip::of(3));
+    settle();
+    EXPECT_THAT(heardOnA(), IsEmpty());
+
+    other.movedByClient = world.runtime.now() - 1500ms;
+    automation.pollAutoMode(*Strip::of(3));
+    settle();
+    EXPECT_THAT(heardOnA(), testing::SizeIs(2)); // AUTO goes down
+}
+
 TEST_F(AutomationModesTest, NothingIsProbedWithoutProTools) {
     state.published.huiConnected = false;
     automation.pollAutoMode(*Strip::of(3));
@@ -105,11 +159,11 @@ TEST_F(AutomationModesTest, NothingIsProbedWithoutProTools) {
     EXPECT_THAT(heardOnA(), IsEmpty());
 }
 
-TEST_F(AutomationModesTest, AFingerOnAnotherFaderDoesNotMatter) {
+TEST_F(AutomationModesTest, NothingIsProbedUnderAFingerOnAnotherFader) {
     state.published.strips[4].touched = true;
     automation.pollAutoMode(*Strip::of(3));
     settle();
-    EXPECT_THAT(heardOnA(), testing::SizeIs(2));
+    EXPECT_THAT(heardOnA(), IsEmpty());
 }
 
 // ---- All strips
@@ -188,6 +242,49 @@ TEST_F(AutomationModesTest, SettingsWaitForEachOther) {
     EXPECT_EQ(presses[15], "520ms B0 2F 04");
 }
 
+TEST_F(AutomationModesTest, TheNewestSettingOfAStripCounts) {
+    phone->send({0x01, 0x0F, 0x00, 0x01});
+    for (const std::uint8_t mode : Bytes{2, 3, 4})
+        phone->send({0x01, 0x0F, 0x01, mode});
+    bench.run(520ms);
+    const Lines presses = heardOnA();
+    EXPECT_THAT(presses, testing::SizeIs(16));
+    EXPECT_THAT(presses, testing::Contains("310ms B0 2F 44"));
+}
+
+TEST_F(AutomationModesTest, ASettingComesBeforeThePollsThatWait) {
+    state.lastAutoPollAll = distantPast;
+    automation.pollAllAutoModes();
+    bench.run(10ms);
+    phone->send({0x01, 0x0F, 0x05, 0x01});
+    bench.run(1s);
+    const Lines presses = heardOnA();
+    ASSERT_GT(presses.size(), 8U);
+    EXPECT_EQ(presses[4], "150ms B0 0F 05");
+    EXPECT_EQ(presses[7], "200ms B0 2F 41");
+}
+
+TEST_F(AutomationModesTest, AModeIsNotSetWhenTheUserHasMovedTheBanksMeanwhile) {
+    bench.setTrackMap(numbers(20), 0);
+    phone->send({0x01, 0x0F, 0x05, 0x01});
+    bench.run(30ms);
+    bench.setTrackMap(numbers(20), 8);
+    bench.run(500ms);
+    EXPECT_THAT(heardOnA(), ElementsAre("0ms B0 0F 05", "0ms B0 2F 44", "200ms B0 0F 05", "200ms B0 2F 04"));
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped automation mode: its track is no longer shown"));
+}
+
+TEST_F(AutomationModesTest, AModeIsSetWhereTheTrackHasGone) {
+    bench.setTrackMap(numbers(20), 0);
+    bench.parts().queue.request({.kind = DeskJob::Kind::seek,
+                                 .begin = [] { return true; },
+                                 .work = [this] { world.runtime.sleepFor(500ms); },
+                                 .end = [this] { bench.setTrackMap(numbers(20), 3); }});
+    phone->send({0x01, 0x0F, 0x05, 0x01});
+    bench.run(2s);
+    EXPECT_THAT(heardOnA(), testing::Contains("500ms B0 0F 02"));
+}
+
 TEST_F(AutomationModesTest, AStripOrAModeOutOfRangeSetsNothing) {
     phone->send({0x01, 0x0F, 0x10, 0x00});
     phone->send({0x01, 0x0F, 0x00, 0x06});
@@ -201,7 +298,7 @@ TEST(AutomationModesInJapanese, NamesTheModeInTheLog) {
     ModelWorld world;
     ModelBench bench(world, {.japanese = true});
     bench.start();
-    bench.parts().automation.setAutoMode(*Strip::of(0), 1);
+    bench.parts().automation.setAutoMode(*Strip::of(0), 1, bench.asked());
     bench.run(260ms);
     EXPECT_THAT(bench.takeLines(), ElementsAre("← auto ch1 モード変更 → 不明"));
 }

@@ -6,14 +6,22 @@
 
 namespace lumbrine {
 
-void DisplayWatch::shown(Strip strip, std::string_view text) {
-    if (const auto mode = parseAutoModeText(text)) {
-        const Lock lock(autoProbeLock);
-        if (autoProbeStrip == strip) autoProbeResult = *mode;
-    }
+bool DisplayWatch::shown(Strip strip, std::string_view text) {
+    if (takeForMode(strip, text)) return true;
     const TimePoint now = runtime.now();
     const Lock lock(nameClock);
     lastNameChange = now;
+    return false;
+}
+
+bool DisplayWatch::takeForMode(Strip strip, std::string_view text) {
+    const auto mode = parseAutoModeText(text);
+    const Lock lock(autoProbeLock);
+    takenForMode[strip.slot()].reset();
+    if (!mode || autoProbeStrip != strip) return false;
+    autoProbeResult = *mode;
+    takenForMode[strip.slot()] = std::string(text);
+    return true;
 }
 
 Duration DisplayWatch::age() {
@@ -32,6 +40,15 @@ std::uint8_t DisplayWatch::endProbe() {
     const Lock lock(autoProbeLock);
     autoProbeStrip.reset();
     return autoProbeResult;
+}
+
+void DisplayWatch::settle(Strip strip) {
+    std::optional<std::string> name;
+    {
+        const Lock lock(autoProbeLock);
+        if (autoProbeStrip != strip) name = std::exchange(takenForMode[strip.slot()], std::nullopt);
+    }
+    if (name) onNameAfterAll(strip, *name);
 }
 
 } // namespace lumbrine

@@ -6,29 +6,43 @@
 #include "model/state/automation_mode.h"
 #include "platform/api/runtime.h"
 
+#include <array>
+#include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace lumbrine {
 
 class DisplayWatch {
 public:
+    // How long after a probe Pro Tools may take to write the strip's name over the mode.
+    static constexpr Duration nameReturns = seconds(0.3);
+
     explicit DisplayWatch(Runtime& runtime) : runtime(runtime), nameClock(runtime), autoProbeLock(runtime) {}
 
-    // A text came. Any thread.
-    void shown(Strip strip, std::string_view text);
+    // A text came. True when it is the mode that a probe of the strip waits for: then it is no name, and the clock of
+    // names does not count it. Any thread.
+    bool shown(Strip strip, std::string_view text);
 
     // How long no text has come: how the jobs that move the banks know that the surfaces have settled. Any thread.
     Duration age();
 
-    // One probe at a time: all of them run on the automation queue.
+    // One probe at a time: all of them run on the desk's thread.
 
     void beginProbe(Strip strip);
 
     // Returns the mode that was shown last since the probe began, or unknown.
     std::uint8_t endProbe();
 
+    // To be called `nameReturns` after a probe. If no other text has come for the strip since its mode, that text was a
+    // name after all, of a track that is called "Read": `onNameAfterAll` is called with it. Main thread.
+    void settle(Strip strip);
+    std::function<void(Strip strip, const std::string& text)> onNameAfterAll; // set before the first probe
+
 private:
+    bool takeForMode(Strip strip, std::string_view text) LUMBRINE_EXCLUDES(autoProbeLock);
+
     Runtime& runtime;
 
     Mutex nameClock;
@@ -37,6 +51,7 @@ private:
     Mutex autoProbeLock;
     std::optional<Strip> autoProbeStrip LUMBRINE_GUARDED_BY(autoProbeLock);
     std::uint8_t autoProbeResult LUMBRINE_GUARDED_BY(autoProbeLock) = autoModeUnknown;
+    std::array<std::optional<std::string>, stripCount> takenForMode LUMBRINE_GUARDED_BY(autoProbeLock);
 };
 
 } // namespace lumbrine

@@ -18,8 +18,9 @@ constexpr int laterClicks = 3;
 
 } // namespace
 
-Pan::Pan(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Surfaces& surfaces, ClientMirror& mirror)
-    : jobs(jobs), state(state), log(log), surfaces(surfaces), mirror(mirror) {}
+Pan::Pan(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Surfaces& surfaces, DeskQueue& queue,
+         ClientMirror& mirror)
+    : jobs(jobs), state(state), log(log), surfaces(surfaces), queue(queue), mirror(mirror) {}
 
 void Pan::setPanMode(bool right) {
     assert(jobs.runtime.onMain());
@@ -31,11 +32,19 @@ void Pan::setPanMode(bool right) {
     state.published.changed();
 }
 
-void Pan::seek(int strip, int target) {
+void Pan::seek(int strip, int target, Asked asked) {
     const auto wanted = Strip::of(strip);
     if (!wanted || target < lowestTarget || target > highestTarget) return;
-    state.published.strip(*wanted).panSeek = PanTarget{.position = target, .id = ++seeksBegun};
-    panSeekStep(*wanted);
+    if (!queue.isClosed()) return begin(*wanted, target);
+    queue.performLater({.name = command_name::pan,
+                        .track = state.shownOn(*wanted),
+                        .asked = asked,
+                        .perform = [this, target](Strip shown) { begin(shown, target); }});
+}
+
+void Pan::begin(Strip strip, int target) {
+    state.published.strip(strip).panSeek = PanTarget{.position = target, .id = ++seeksBegun};
+    panSeekStep(strip);
 }
 
 void Pan::panSeekStep(Strip strip) {
@@ -50,7 +59,7 @@ void Pan::panSeekStep(Strip strip) {
     }
     const int clicks = shown.panSeek->steps == 0 ? std::abs(distance) * firstClicksPerPosition : laterClicks;
     for (int i = 0; i < clicks; ++i)
-        surfaces.engineOf(strip).sendVpotDelta(strip.engineStrip(), distance > 0 ? 1 : -1);
+        surfaces.engineOf(strip).turnByHand(strip.engineStrip(), distance > 0 ? 1 : -1);
     ++shown.panSeek->steps;
     jobs.onMainAfter(stepInterval, [this, strip, id = shown.panSeek->id] {
         const auto& now = state.published.strip(strip).panSeek;

@@ -2,7 +2,7 @@
 // turning the V-Pot until Pro Tools shows that position. Main thread only.
 #pragma once
 
-#include "model/hands/surface_desk.h"
+#include "model/hands/desk_queue.h"
 #include "model/mirror/client_mirror.h"
 
 namespace lumbrine {
@@ -12,23 +12,27 @@ public:
     static constexpr int maxSteps = 41;
     static constexpr Duration stepInterval = seconds(0.035);
 
-    Pan(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Surfaces& surfaces, ClientMirror& mirror);
+    Pan(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Surfaces& surfaces, DeskQueue& queue,
+        ClientMirror& mirror);
 
     // Records and reports a side; presses nothing. Nothing happens when it is the side already.
     void setPanMode(bool right);
 
-    // Begins a seek to ring position 1-11, in place of the strip's current one. Any other target, and any strip but
-    // 0-15, does nothing.
-    void seek(int strip, int target);
+    // Begins a seek to ring position 1-11, in place of the strip's current one; while the banks are moved, later. Any
+    // other target, and any strip but 0-15, does nothing.
+    void seek(int strip, int target, Asked asked);
 
     // Takes one step now and the next 35 ms later, until the target is reached, taken away or given up.
     void panSeekStep(Strip strip);
 
 private:
+    void begin(Strip strip, int target);
+
     const Jobs& jobs;
     ReceiverState& state;
     ActivityLog& log;
     Surfaces& surfaces;
+    DeskQueue& queue;
     ClientMirror& mirror;
     unsigned seeksBegun = 0;
 };

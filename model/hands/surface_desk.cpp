@@ -8,39 +8,15 @@ namespace {
 
 constexpr Duration settleBeforeAction = seconds(0.05); // Pro Tools takes a mode's button only after it saw AUTO go down
 constexpr Duration modePressTime = seconds(0.06);
-constexpr Duration tapTime = seconds(0.03);
 constexpr Duration displayTime = seconds(0.15); // in which Pro Tools has written the mode on the display
 
 } // namespace
 
-SurfaceDesk::SurfaceDesk(const Jobs& jobs, ReceiverState& state, Surfaces& surfaces)
-    : jobs(jobs), state(state), surfaces(surfaces) {}
-
-// ---- Who has the banks
-
-bool SurfaceDesk::take(BankUser user) {
-    assert(jobs.runtime.onMain());
-    if (state.published.banksUsedBy && *state.published.banksUsedBy != user) return false;
-    state.published.banksUsedBy = user;
-    return true;
-}
-
-void SurfaceDesk::giveBack() {
-    assert(jobs.runtime.onMain());
-    state.published.banksUsedBy.reset();
-}
-
-// ---- Keys
+SurfaceDesk::SurfaceDesk(const Jobs& jobs, Surfaces& surfaces) : jobs(jobs), surfaces(surfaces) {}
 
 void SurfaceDesk::pressBank(int port) {
     assert(!jobs.runtime.onMain());
     surfaces.engine(SurfaceID::A).channelMove(port);
-}
-
-void SurfaceDesk::tapBank(int port) {
-    HUIEngine& engine = surfaces.engine(SurfaceID::A);
-    engine.switchEdge(hui::bankZone, port, true);
-    jobs.inBackgroundAfter(tapTime, [&engine, port] { engine.switchEdge(hui::bankZone, port, false); });
 }
 
 void SurfaceDesk::holdAuto(Strip strip, const std::function<void()>& whileHeld) {

@@ -1,13 +1,9 @@
-// The one hand on the keys that change what the surfaces show: bank, channel, AUTO, mode and PAN. Surface A leads in
-// the banks; Pro Tools moves both.
-//
-// The banks have one user at a time, because two would spoil each other's work: a user takes them on the main thread,
-// works on a background thread, and gives them back.
+// The keys that change what the surfaces show: bank, channel, AUTO, mode and PAN. Surface A leads in the banks; Pro
+// Tools moves both. Whose turn it is to press them, DeskQueue says.
 #pragma once
 
 #include "model/hands/surfaces.h"
 #include "model/state/jobs.h"
-#include "model/state/receiver_state.h"
 
 #include <functional>
 
@@ -25,14 +21,7 @@ inline constexpr int bankForward = 3;
 
 class SurfaceDesk {
 public:
-    SurfaceDesk(const Jobs& jobs, ReceiverState& state, Surfaces& surfaces);
-
-    // ---- Who has the banks. Main thread.
-
-    // False when somebody else has them. A user that has them already keeps them.
-    bool take(BankUser user);
-
-    void giveBack();
+    SurfaceDesk(const Jobs& jobs, Surfaces& surfaces);
 
     // ---- Keys that the caller holds down: each returns when the key is up again. Off the main thread.
 
@@ -48,16 +37,11 @@ public:
     // Brings the V-Pots of a surface back to the left side of stereo pans; 0.18 s.
     void resetPanSide(SurfaceID surface);
 
-    // ---- Keys that come up by themselves. Any thread; return at once.
-
-    void tapBank(int port); // 0-3; up after 30 ms
-
-    // Shows the other side of stereo pans; up after 60 ms.
+    // Shows the other side of stereo pans; returns at once, and the key is up after 60 ms. Any thread.
     void flipPanSide(SurfaceID surface);
 
 private:
     const Jobs& jobs;
-    ReceiverState& state;
     Surfaces& surfaces;
 };
 

@@ -70,8 +70,24 @@ void Surfaces::letGo() {
     huiB->letGoForGood();
 }
 
-void Surfaces::hwMute(int strip, int port) {
-    if (const auto shown = Strip::of(strip)) engineOf(*shown).pressSwitch(shown->engineStrip(), port);
+bool Surfaces::hwMute(int strip, int port) {
+    const auto shown = Strip::of(strip);
+    return !shown || engineOf(*shown).pressByHand(shown->engineStrip(), port);
+}
+
+void Surfaces::closeToHands() {
+    hui->closeToHands();
+    huiB->closeToHands();
+}
+
+void Surfaces::openToHands() {
+    hui->openToHands();
+    huiB->openToHands();
+}
+
+void Surfaces::letHandsGo() {
+    hui->letHandsGo();
+    huiB->letHandsGo();
 }
 
 } // namespace lumbrine

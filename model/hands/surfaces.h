@@ -38,8 +38,14 @@ public:
     HUIEngine& engine(SurfaceID surface) { return surface == SurfaceID::A ? *hui : *huiB; }
     HUIEngine& engineOf(Strip strip) { return engine(strip.surface()); }
 
-    // Presses the switch at that port of the strip (surface/hui_engine.h). A strip outside 0-15 does nothing.
-    void hwMute(int strip, int port);
+    // Presses, as the client's hand, the switch at that port of the strip (surface/hui_engine.h). False while the
+    // surfaces are closed to hands. A strip outside 0-15 does nothing.
+    bool hwMute(int strip, int port);
+
+    // The client's hands on both surfaces (surface/hui_engine.h).
+    void closeToHands();
+    void openToHands();
+    void letHandsGo();
 
     // Releases everything that is down; afterwards nothing goes down any more. For the end of the program.
     void letGo();

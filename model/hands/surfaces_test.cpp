@@ -195,7 +195,7 @@ TEST(SurfacesPanSide, IsTurnedBeforeProToolsHearsOfIt) {
         sides.emplace_back(surfaces.engine(SurfaceID::A).showsRightPan(),
                            surfaces.engine(SurfaceID::B).showsRightPan());
     };
-    SurfaceDesk desk(jobs, state, surfaces);
+    SurfaceDesk desk(jobs, surfaces);
     for (const SurfaceID surface : {SurfaceID::A, SurfaceID::B})
         desk.flipPanSide(surface);
     EXPECT_THAT(sides, ElementsAre(std::pair(true, false), std::pair(true, false), //

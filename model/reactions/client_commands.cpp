@@ -11,10 +11,10 @@ namespace lumbrine {
 class ClientCommands::Execution {
 public:
     Execution(const ClientCommands& commands, const Sender& sender)
-        : jobs(commands.jobs), state(commands.state), parts(commands.parts), sender(sender) {}
+        : jobs(commands.jobs), state(commands.state), parts(commands.parts), key(sender.key), asked(sender.asked()) {}
 
     void operator()(const Hello&) const {
-        parts.hello.pong(sender.key);
+        parts.hello.pong(key);
         if (parts.hello.claimFollowUp())
             onMain([&hello = parts.hello](ReceiverState&, TimePoint) { hello.followUp(); });
     }
@@ -23,28 +23,30 @@ public:
 
     void operator()(const FaderMove& command) const {
         const double value = command.value.unit();
-        engineFor(command.strip).sendFader(engineStripFor(command.strip), value);
-        onMain([strip = Strip::of(command.strip), value](ReceiverState& known, TimePoint arrived) {
+        const bool moved = engineFor(command.strip).moveByHand(engineStripFor(command.strip), value);
+        onMain([strip = Strip::of(command.strip), value, moved](ReceiverState& known, TimePoint arrived) {
             if (!strip) return;
-            StripState& moved = known.published.strip(*strip);
-            moved.fader = value;
-            moved.movedByClient = arrived;
+            StripState& shown = known.published.strip(*strip);
+            shown.movedByClient = arrived;
+            if (!moved) return;
+            shown.fader = value;
             known.published.changed();
         });
     }
 
     void operator()(const FaderTouch& command) const {
-        engineFor(command.strip).touch(engineStripFor(command.strip));
-        onMain([strip = Strip::of(command.strip)](ReceiverState& known, TimePoint arrived) {
+        engineFor(command.strip).touchByHand(engineStripFor(command.strip));
+        onMain([strip = Strip::of(command.strip), &surfaces = parts.surfaces](ReceiverState& known, TimePoint arrived) {
             if (!strip) return;
             StripState& held = known.published.strip(*strip);
-            held.touched = true;
+            // A job that has taken the surfaces since has let it go.
+            held.touched = surfaces.engineOf(*strip).isDown(strip->engineStrip(), hui::touchPort);
             held.movedByClient = arrived;
         });
     }
 
     void operator()(const FaderRelease& command) const {
-        engineFor(command.strip).release(engineStripFor(command.strip));
+        engineFor(command.strip).releaseByHand(engineStripFor(command.strip));
         onMain([strip = Strip::of(command.strip), &mirror = parts.mirror](ReceiverState& known, TimePoint) {
             if (!strip) return;
             StripState& left = known.published.strip(*strip);
@@ -63,7 +65,10 @@ public:
     // ---- Pan
 
     void operator()(const VpotDelta& command) const {
-        engineFor(command.strip).sendVpotDelta(engineStripFor(command.strip), command.delta);
+        if (engineFor(command.strip).turnByHand(engineStripFor(command.strip), command.delta)) return;
+        later(command_name::pan, command.strip, [&surfaces = parts.surfaces, delta = command.delta](Strip strip) {
+            surfaces.engineOf(strip).turnByHand(strip.engineStrip(), delta);
+        });
     }
 
     void operator()(const PanModeToggle&) const {
@@ -73,62 +78,78 @@ public:
     }
 
     void operator()(const PanSeek& command) const {
-        onMain([&pan = parts.pan, command](ReceiverState&, TimePoint) { pan.seek(command.strip, command.target); });
+        onMain([&pan = parts.pan, command, asked = asked](ReceiverState&, TimePoint) {
+            pan.seek(command.strip, command.target, asked);
+        });
     }
 
     // ---- Banks
 
-    void operator()(const BankMove& command) const { parts.seekWorker.bankMove(command.kind); }
+    void operator()(const BankMove& command) const { parts.seekWorker.bankMove(command.kind, asked.owner); }
 
-    void operator()(const SeekBank& command) const { parts.seekWorker.seekBank(command.target); }
+    void operator()(const SeekBank& command) const { parts.seekWorker.seekBank(command.target, asked.owner); }
 
     void operator()(const Recalibrate&) const {
-        onMain([&calibration = parts.calibration](ReceiverState&, TimePoint) { calibration.calibrateBanks(true); });
+        onMain([&calibration = parts.calibration, asked = asked](ReceiverState&, TimePoint) {
+            calibration.calibrateBanks(true, asked);
+        });
         parts.metadata.refreshFullNames();
     }
 
     void operator()(const VisibleRange& command) const {
-        parts.visibleRange.refreshVisibleRange(command.start, command.count);
+        parts.visibleRange.refreshVisibleRange(command.start, command.count, asked);
     }
 
     // ---- Tracks and groups
 
     void operator()(const InputMonitorToggle& command) const {
-        onMain(
-            [strip = Strip::of(command.strip), &wishes = parts.wishes, origin = origin()](ReceiverState&, TimePoint) {
-                if (strip) wishes.toggleInputMonitor(*strip, origin);
-            });
+        onMain([strip = Strip::of(command.strip), &wishes = parts.wishes, asked = asked](ReceiverState&, TimePoint) {
+            if (strip) wishes.toggleInputMonitor(*strip, asked);
+        });
     }
 
     void operator()(const SetAutoMode& command) const {
-        if (const auto strip = Strip::of(command.strip)) parts.automation.setAutoMode(*strip, command.mode);
+        if (const auto strip = Strip::of(command.strip)) parts.automation.setAutoMode(*strip, command.mode, asked);
     }
 
     void operator()(const GroupAutoMode& command) const {
-        parts.groups.groupSetAutoMode(command.members, command.huiPort);
+        parts.groups.groupSetAutoMode(command.members, command.huiPort, asked);
     }
 
     void operator()(const GroupMute& command) const {
-        parts.wishes.setGroup(TrackSwitch::mute, command.members, command.enabled, origin());
+        parts.wishes.setGroup(TrackSwitch::mute, command.members, command.enabled, asked);
     }
 
     void operator()(const GroupSolo& command) const {
-        parts.wishes.setGroup(TrackSwitch::solo, command.members, command.enabled, origin());
+        parts.wishes.setGroup(TrackSwitch::solo, command.members, command.enabled, asked);
     }
 
-    void operator()(const GroupFaders& command) const { parts.groups.groupSetFaders(command.entries); }
+    void operator()(const GroupFaders& command) const { parts.groups.groupSetFaders(command.entries, asked); }
 
 private:
     // The part of a command that needs the state, as a job small enough to be posted without allocation. It gets the
     // time when the datagram arrived, however late the main thread comes to it.
     template <typename Rest>
     void onMain(Rest rest) const {
-        jobs.runOnMain([&known = state, arrived = sender.arrived, rest = std::move(rest)] { rest(known, arrived); });
+        jobs.runOnMain([&known = state, arrived = asked.at, rest = std::move(rest)] { rest(known, arrived); });
     }
 
-    WishOrigin origin() const { return {.owner = sender.ownership, .arrived = sender.arrived}; }
+    void press(std::uint8_t strip, int port) const {
+        if (parts.surfaces.hwMute(strip, port)) return;
+        later(command_name::press, strip,
+              [&surfaces = parts.surfaces, port](Strip shown) { surfaces.hwMute(shown.index(), port); });
+    }
 
-    void press(std::uint8_t strip, int port) const { parts.surfaces.hwMute(strip, port); }
+    // For when the surfaces are closed to hands.
+    template <typename Act>
+    void later(CommandName name, std::uint8_t number, Act act) const {
+        const auto strip = Strip::of(number);
+        if (!strip) return;
+        jobs.runOnMain(
+            [&queue = parts.queue, &known = state, name, strip = *strip, asked = asked, act = std::move(act)] {
+                queue.performLater({.name = name, .track = known.shownOn(strip), .asked = asked, .perform = act});
+            });
+    }
 
     // Any strip number: those beyond 15 reach surface B's engine as one of its own beyond 7, which it ignores.
     HUIEngine& engineFor(std::uint8_t strip) const {
@@ -141,7 +162,8 @@ private:
     const Jobs& jobs;
     ReceiverState& state;
     const Parts& parts;
-    const Sender& sender;
+    const std::string_view key;
+    const Asked asked;
 };
 
 ClientCommands::ClientCommands(const Jobs& jobs, ReceiverState& state, Parts parts)
@@ -150,7 +172,21 @@ ClientCommands::ClientCommands(const Jobs& jobs, ReceiverState& state, Parts par
 void ClientCommands::handleUDP(ByteView bytes, const Sender& sender) {
     if (!isClientDatagram(bytes)) return;
     state.presence.lastUDP = sender.arrived;
+    if (sender.ownership != current) takeControl(sender.ownership);
     if (const auto command = parseClientCommand(bytes)) std::visit(Execution(*this, sender), *command);
+}
+
+// Here and not on the main thread, so that what the new owner touches next stays.
+void ClientCommands::takeControl(Ownership owner) {
+    current = owner;
+    parts.surfaces.letHandsGo();
+    jobs.runOnMain([this, owner] {
+        for (StripState& strip : state.published.strips) {
+            strip.touched = false;
+            strip.panSeek.reset();
+        }
+        parts.queue.newOwner(owner);
+    });
 }
 
 } // namespace lumbrine

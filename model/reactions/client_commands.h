@@ -20,6 +20,7 @@ public:
         ClientMirror& mirror;
         HelloResponse& hello;
         SurfaceDesk& desk;
+        DeskQueue& queue;
         Pan& pan;
         SeekWorker& seekWorker;
         Calibration& calibration;
@@ -39,9 +40,12 @@ public:
 private:
     class Execution;
 
+    void takeControl(Ownership owner);
+
     const Jobs& jobs;
     ReceiverState& state;
     const Parts parts;
+    Ownership current; // receive thread
 };
 
 } // namespace lumbrine

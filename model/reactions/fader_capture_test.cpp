@@ -7,8 +7,21 @@ namespace {
 
 class FaderCaptureTest : public ModelTest {
 protected:
-    // What strip i shows from now on.
-    void show(int i, double value) { bench.parts().feedback.faderFeedback(*Strip::of(i), value); }
+    // What strip i shows from now on; names are still.
+    void show(int i, double value) {
+        bench.parts().feedback.faderFeedback(*Strip::of(i), value);
+        bench.run(FaderCapture::stillness);
+    }
+
+    void setSession(const std::vector<std::string>& names, int offset) {
+        bench.setTrackMap(names, offset);
+        for (std::size_t slot = 0; offset >= 0 && slot < stripCount; ++slot) {
+            const std::size_t track = static_cast<std::size_t>(offset) + slot;
+            state.published.strips[slot].name = track < names.size() ? names[track] : "";
+        }
+    }
+
+    void name(int i, std::string_view text) { bench.parts().feedback.trackNameShown(*Strip::of(i), text); }
 
     std::vector<std::optional<double>> kept() { return column(state.published.session, &Track::fader); }
 
@@ -16,14 +29,14 @@ protected:
 };
 
 TEST_F(FaderCaptureTest, KeepsAFaderForTheTrackThatTheStripShows) {
-    bench.setTrackMap({"a", "b", "c"}, 1);
+    setSession({"a", "b", "c"}, 1);
     show(1, 0.5);
     EXPECT_THAT(kept(), ElementsAre(std::nullopt, std::nullopt, 0.5));
     EXPECT_TRUE(state.fullTableDirty);
 }
 
 TEST_F(FaderCaptureTest, ChangesNothingForTheSameValue) {
-    bench.setTrackMap({"a"}, 0);
+    setSession({"a"}, 0);
     show(0, 0.5);
     state.fullTableDirty = false;
     show(0, 0.5);
@@ -33,13 +46,13 @@ TEST_F(FaderCaptureTest, ChangesNothingForTheSameValue) {
 }
 
 TEST_F(FaderCaptureTest, KeepsNothingBeyondTheLastTrack) {
-    bench.setTrackMap({"a", "b"}, 1);
+    setSession({"a", "b"}, 1);
     show(1, 0.5);
     EXPECT_FALSE(state.fullTableDirty);
 }
 
 TEST_F(FaderCaptureTest, KeepsNothingWhileThePositionIsNotSure) {
-    bench.setTrackMap({"a"}, -1);
+    setSession({"a"}, -1);
     show(1, 0.5);
     state.published.bankOffset = 0;
     for (const BankUser user : {BankUser::seek, BankUser::scan}) {
@@ -50,11 +63,26 @@ TEST_F(FaderCaptureTest, KeepsNothingWhileThePositionIsNotSure) {
     EXPECT_FALSE(state.fullTableDirty);
 }
 
-TEST_F(FaderCaptureTest, KeepsFadersDuringAWalk) {
-    bench.setTrackMap({"a"}, 0);
-    state.published.banksUsedBy = BankUser::walk;
-    show(0, 0.5);
-    EXPECT_THAT(kept(), ElementsAre(0.5));
+TEST_F(FaderCaptureTest, KeepsNothingUntilNamesAreStill) {
+    setSession({"a", "b"}, 0);
+    bench.parts().feedback.faderFeedback(*Strip::of(0), 0.5); // of the track whose name comes next
+    bench.run(149ms);
+    name(0, "b");
+    name(1, "");
+    bench.run(149ms);
+    EXPECT_THAT(kept(), ElementsAre(std::nullopt, std::nullopt));
+    bench.run(151ms);
+    EXPECT_THAT(kept(), ElementsAre(std::nullopt, 0.5));
+}
+
+TEST_F(FaderCaptureTest, KeepsWhatIsShownWhenAValueStandsInAName) {
+    setSession({"a", "b", "c"}, 0);
+    name(1, "-6.2");
+    show(1, 0.5);
+    EXPECT_THAT(kept(), ElementsAre(std::nullopt, std::nullopt, std::nullopt));
+    name(1, "b");
+    bench.run(300ms);
+    EXPECT_THAT(kept(), ElementsAre(std::nullopt, 0.5, std::nullopt));
 }
 
 } // namespace

@@ -9,14 +9,14 @@ OwnerWatch::OwnerWatch(ReceiverState& state, Bilingual text, ClientEndpoint& end
     : state(state), text(text), endpoint(endpoint), surfaces(surfaces) {}
 
 void OwnerWatch::watchOwner() {
-    auto owner = endpoint.liveOwnerKey();
-    if (owner == prevOwnerID) return;
-    prevOwnerID = std::move(owner);
-    for (int i = 0; i < stripCount; ++i) {
-        const Strip strip = *Strip::of(i);
-        if (std::exchange(state.published.strip(strip).touched, false))
-            surfaces.engineOf(strip).release(strip.engineStrip());
-    }
+    const bool anybody = endpoint.liveOwnerKey().has_value();
+    if (std::exchange(ownerThere, anybody) && !anybody) letGo();
+}
+
+void OwnerWatch::letGo() {
+    surfaces.letHandsGo();
+    for (StripState& strip : state.published.strips)
+        strip.touched = false;
 }
 
 void OwnerWatch::describeClients() {
@@ -38,9 +38,7 @@ std::string OwnerWatch::description() {
 }
 
 void OwnerWatch::forgetTouches() {
-    if (state.published.iosConnected) return;
-    for (StripState& strip : state.published.strips)
-        strip.touched = false;
+    if (!state.published.iosConnected) letGo();
 }
 
 } // namespace lumbrine

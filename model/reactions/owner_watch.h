@@ -1,5 +1,5 @@
-// Follows who owns the client link, and releases the faders that a former owner left touched. Called by the periodic
-// tick. Main thread only.
+// Releases what a client has left touched that is not heard any more (when another one takes control, ClientCommands
+// does). Called by the periodic tick. Main thread only.
 #pragma once
 
 #include "base/bilingual.h"
@@ -7,7 +7,6 @@
 #include "model/mirror/client_endpoint.h"
 #include "model/state/receiver_state.h"
 
-#include <optional>
 #include <string>
 
 namespace lumbrine {
@@ -16,23 +15,24 @@ class OwnerWatch {
 public:
     OwnerWatch(ReceiverState& state, Bilingual text, ClientEndpoint& endpoint, Surfaces& surfaces);
 
-    // When the owner has changed or gone, releases every touched fader on its surface.
+    // When the owner has gone, releases what it has touched.
     void watchOwner();
 
     // The clients in words, for the shell.
     void describeClients();
 
-    // Without a client nothing counts as touched. Sends nothing.
+    // A client that has fallen silent, with a finger down maybe, holds nothing: releases every touched fader.
     void forgetTouches();
 
 private:
+    void letGo();
     std::string description();
 
     ReceiverState& state;
     const Bilingual text;
     ClientEndpoint& endpoint;
     Surfaces& surfaces;
-    std::optional<std::string> prevOwnerID;
+    bool ownerThere = false;
 };
 
 } // namespace lumbrine

@@ -17,17 +17,36 @@ TEST_F(OwnerWatchTest, ATakeOverReleasesWhatTheOldOwnerHolds) {
     markAll();
     const auto other = bench.phone("192.168.1.8");
     other->send({0x01, 0x25});
-    bench.run(199ms);
-    EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
-    bench.run(1ms);
-    EXPECT_THAT(bench.heardOn(bench.surfaceA), ElementsAre("200ms B0 0F 03", "200ms B0 2F 00"));
-    EXPECT_THAT(bench.heardOn(bench.surfaceB), ElementsAre("200ms B0 0F 06", "200ms B0 2F 00"));
+    settle();
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), ElementsAre("0ms B0 0F 03", "0ms B0 2F 00"));
+    EXPECT_THAT(bench.heardOn(bench.surfaceB), ElementsAre("0ms B0 0F 06", "0ms B0 2F 00"));
     EXPECT_THAT(bench.state().published.strips, testing::Each(testing::Field(&StripState::touched, false)));
-    other->send({0x01, 0x02, 0x01});
+}
+
+TEST_F(OwnerWatchTest, WhatTheNewOwnerTouchesAtOnceStays) {
+    phone->send({0x01, 0x02, 0x03});
+    settle();
+    const auto other = bench.phone("192.168.1.8");
+    other->send({0x01, 0x25});
+    other->send({0x01, 0x02, 0x03});
     settle();
     bench.mark();
     tick();
     EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
+    EXPECT_TRUE(bench.state().published.strips[3].touched);
+}
+
+TEST_F(OwnerWatchTest, TwoChangesWithinATickLetGoTwice) {
+    const auto other = bench.phone("192.168.1.8");
+    phone->send({0x01, 0x02, 0x03});
+    other->send({0x01, 0x25});
+    other->send({0x01, 0x02, 0x04});
+    phone->send({0x01, 0x25});
+    settle();
+    bench.run(400ms);
+    EXPECT_THAT(bench.state().published.strips, testing::Each(testing::Field(&StripState::touched, false)));
+    EXPECT_FALSE(bench.parts().surfaces.engine(SurfaceID::A).isDown(3, hui::touchPort));
+    EXPECT_FALSE(bench.parts().surfaces.engine(SurfaceID::A).isDown(4, hui::touchPort));
 }
 
 TEST_F(OwnerWatchTest, AnOwnerThatStaysKeepsItsFaders) {
@@ -42,15 +61,16 @@ TEST_F(OwnerWatchTest, AnOwnerThatStaysKeepsItsFaders) {
     EXPECT_TRUE(bench.state().published.strips[3].touched);
 }
 
-TEST_F(OwnerWatchTest, ASilentClientHoldsNothingAnyMore) {
+TEST_F(OwnerWatchTest, WhatASilentClientHoldsIsReleased) {
     phone->send({0x01, 0x02, 0x03});
     settle();
     bench.mark();
     bench.run(4999ms);
     EXPECT_TRUE(bench.state().published.strips[3].touched);
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
     bench.run(1ms); // the tick at 5000 ms
     EXPECT_FALSE(bench.state().published.strips[3].touched);
-    EXPECT_THAT(bench.heardOn(bench.surfaceA), IsEmpty());
+    EXPECT_THAT(bench.heardOn(bench.surfaceA), ElementsAre("5000ms B0 0F 03", "5000ms B0 2F 00"));
 }
 
 // ---- The description

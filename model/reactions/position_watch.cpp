@@ -19,7 +19,7 @@ bool PositionWatch::positionIsStuck() const {
 void PositionWatch::watchStuckPosition() {
     int& ticks = state.scans.locateStuckTicks;
     ticks = positionIsStuck() ? ticks + 1 : 0;
-    if (ticks < stuckTickLimit) return;
+    if (ticks < stuckTickLimit || state.handsOn(runtime.now())) return;
     ticks = 0;
     log.sayOnceAMinute("⚠ Position match keeps failing — rebuilding the track map",
                        "⚠ 位置照合が復帰しないため、トラック地図を作り直します");
@@ -29,8 +29,8 @@ void PositionWatch::watchStuckPosition() {
 
 void PositionWatch::watchMissingMap() {
     const bool scanning = state.published.calibrating();
-    if (!state.published.huiConnected || !state.published.session.empty() || scanning) return;
     const TimePoint now = runtime.now();
+    if (!state.published.huiConnected || !state.published.session.empty() || scanning || state.handsOn(now)) return;
     if (now - state.presence.firstPingAt > pingRunBeforeScan && now - state.scans.lastAutoCalibrationAt > betweenScans)
         scan();
 }

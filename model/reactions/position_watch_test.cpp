@@ -46,6 +46,18 @@ TEST_F(PositionWatchTest, AnyTickThatIsNotStuckStartsTheCountAnew) {
     EXPECT_THAT(bench.lines, IsEmpty());
 }
 
+// A scan would take the tracks away from under the finger.
+TEST_F(PositionWatchTest, AStuckPositionWaitsForTheClientsHand) {
+    state.published.strips[3].movedByClient = world.runtime.now() - 1499ms;
+    watchTimes(20);
+    EXPECT_THAT(bench.lines, IsEmpty());
+    EXPECT_FALSE(state.published.session.empty());
+    state.published.strips[3].movedByClient = world.runtime.now() - 1500ms;
+    watchTimes(1);
+    EXPECT_FALSE(bench.lines.empty());
+    EXPECT_TRUE(state.published.session.empty());
+}
+
 TEST_F(PositionWatchTest, APositionIsNotStuckWhileItCannotBeKnown) {
     for (bool* running : {&state.transportPlaying, &state.transportRecording}) {
         *running = true;

@@ -3,6 +3,7 @@
 
 #include "model/bank/bank_map.h"
 #include "model/hands/pan.h"
+#include "model/hands/surface_desk.h"
 #include "model/hands/surfaces.h"
 #include "model/mirror/client_mirror.h"
 #include "model/state/activity_log.h"

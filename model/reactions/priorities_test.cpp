@@ -33,8 +33,6 @@ protected:
 };
 
 TEST_F(PrioritiesTest, WhatSomebodyWaitsForIsUrgent) {
-    EXPECT_THAT(begunBy([this] { parts.seekWorker.seekBank(8); }), ElementsAre(Priority::userInitiated));
-    EXPECT_THAT(begunBy([this] { parts.calibration.calibrateBanks(true); }), ElementsAre(Priority::userInitiated));
     EXPECT_THAT(begunBy([this] { parts.faderSweep.run(); }), ElementsAre(Priority::userInitiated));
     state.published.huiConnected = false;
     EXPECT_THAT(begunBy([this] { parts.reconnection.reconnectToPT(); }), testing::Contains(Priority::userInitiated));

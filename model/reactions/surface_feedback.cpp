@@ -15,7 +15,11 @@ constexpr int recordPort = 5;
 } // namespace
 
 SurfaceFeedback::SurfaceFeedback(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts)
-    : jobs(jobs), state(state), log(log), parts(parts) {}
+    : jobs(jobs), state(state), log(log), parts(parts) {
+    parts.displays.onNameAfterAll = [this](Strip strip, const std::string& text) {
+        showName(strip, std::string(trimSpaces(text)));
+    };
+}
 
 void SurfaceFeedback::surfaceLog(const std::string& line) {
     log.appendLog(line);
@@ -34,21 +38,13 @@ void SurfaceFeedback::showFader(Strip strip, double value) {
     state.published.changed();
     const bool ownEcho = shown.touched && jobs.runtime.now() - shown.movedByClient < echoSilence;
     if (!ownEcho) parts.mirror.sendFaderToClient(strip, value);
-    captureSess(strip, value);
-}
-
-// Keeps the value for when the track is no longer shown. During a seek or a scan the position runs ahead of the names.
-void SurfaceFeedback::captureSess(Strip strip, double value) {
-    const auto track = state.published.trackOn(strip.slot());
-    if (!track || state.published.banksUsedBy == BankUser::seek || state.published.calibrating()) return;
-    std::optional<double>& fader = state.published.session.tracks[*track].fader;
-    if (std::exchange(fader, value) != value) state.fullTableDirty = true;
+    parts.capture.faderShown(strip);
 }
 
 // ---- Names
 
 void SurfaceFeedback::trackNameShown(Strip strip, std::string_view text) {
-    parts.displays.shown(strip, text);
+    if (parts.displays.shown(strip, text)) return;
     jobs.runOnMain([this, strip, name = std::string(trimSpaces(text))] { showName(strip, name); });
 }
 

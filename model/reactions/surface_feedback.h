@@ -2,7 +2,7 @@
 // threads; what touches the state hops to the main thread.
 #pragma once
 
-#include "model/bank/bank_map.h"
+#include "model/bank/fader_capture.h"
 #include "model/hands/display_watch.h"
 #include "model/mirror/meters.h"
 #include "model/reactions/switch_tracker.h"
@@ -27,6 +27,7 @@ public:
         ClientMirror& mirror;
         SwitchTracker& switches;
         BankMap& bankMap;
+        FaderCapture& capture;
         TrackMetadata& metadata;
         Meters& meters;
         DisplayWatch& displays;
@@ -47,7 +48,6 @@ public:
 
 private:
     void showFader(Strip strip, double value);
-    void captureSess(Strip strip, double value);
     void showName(Strip strip, const std::string& name);
     void showStripLed(Strip strip, int port, bool on);
     void showSelect(Strip strip, bool on);

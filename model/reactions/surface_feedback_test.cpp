@@ -55,10 +55,12 @@ TEST_F(SurfaceFeedbackTest, AFaderThatIsNotHeldIsAlwaysEchoed) {
 
 TEST_F(SurfaceFeedbackTest, AnEchoThatIsKeptBackStillEntersTheSessionTable) {
     bench.setTrackMap({"a", "b", "c", "d", "e"}, 1);
+    for (int strip = 0; strip < 4; ++strip)
+        bench.surfaceA.name(strip, std::string(1, static_cast<char>('b' + strip)) + "   ");
     phone->send({0x01, 0x02, 0x03});
     settle();
     bench.surfaceA.fader(3, 1.0);
-    settle();
+    bench.run(150ms);
     EXPECT_EQ(state.published.session.tracks[4].fader, 1.0);
     EXPECT_TRUE(state.fullTableDirty);
 }
@@ -240,7 +242,6 @@ TEST_F(SurfaceFeedbackTest, WhatOtherThreadsWaitForDoesNotWaitForTheMainThread) 
     world.runtime.sleepFor(1ms); // runs no job of the main thread
     EXPECT_EQ(bench.parts().meters.fall()[5], 5);
     EXPECT_EQ(displays.endProbe(), 4);
-    EXPECT_EQ(displays.age(), 1ms);
     EXPECT_THAT(bench.surfaceA.presence.takeBytes(), ElementsAre("90 00 7F"));
     EXPECT_EQ(state.published.pingCount, 0);
     EXPECT_EQ(state.published.strips[1].name, "");
@@ -248,7 +249,16 @@ TEST_F(SurfaceFeedbackTest, WhatOtherThreadsWaitForDoesNotWaitForTheMainThread) 
     EXPECT_EQ(state.published.pingCount, 1);
     EXPECT_EQ(state.presence.lastPing.load(), sent);
     EXPECT_EQ(state.presence.firstPingAt, sent);
-    EXPECT_EQ(state.published.strips[1].name, "Wrt");
+    EXPECT_EQ(state.published.strips[1].name, ""); // a mode is no name
+}
+
+TEST_F(SurfaceFeedbackTest, TheAgeOfNamesDoesNotWaitForTheMainThread) {
+    bench.surfaceA.name(1, "Kick");
+    world.runtime.sleepFor(1ms); // runs no job of the main thread
+    EXPECT_EQ(bench.parts().displays.age(), 1ms);
+    EXPECT_EQ(state.published.strips[1].name, "");
+    settle();
+    EXPECT_EQ(state.published.strips[1].name, "Kick");
 }
 
 // ---- Log lines

@@ -36,7 +36,7 @@ struct PublishedState {
 
     Session session;
     int bankOffset = -1;                 // index of the track on strip 0; -1 while unknown
-    std::optional<BankUser> banksUsedBy; // written by SurfaceDesk alone
+    std::optional<BankUser> banksUsedBy; // written by DeskQueue alone
 
     std::vector<std::string> logLines; // oldest first, at most 120
     std::string localIP = "127.0.0.1";

@@ -67,7 +67,7 @@ TEST_F(PublishedStateTest, IsToldOfEachStepOfASeek) {
     settle();
     host.deaf = true;
     bench.parts().seekWorker.seekBank(8);
-    bench.run(30ms);
+    bench.run(150ms + 30ms); // a poll may come to its end
     EXPECT_EQ(seen.bankOffset, 8);
 }
 
@@ -76,6 +76,7 @@ TEST_F(PublishedStateTest, IsToldOfTheBeginningOfAScanItsMapAndItsEnd) {
     bench.run(2s);
     BankingHost host(bench, numbers(20));
     bench.parts().calibration.calibrateBanks(true);
+    bench.run(150ms); // a poll may come to its end
     EXPECT_TRUE(seen.calibrating());
     ASSERT_TRUE(world.runtime.runUntil([this] { return !state.published.session.empty(); }, 20s));
     EXPECT_EQ(displaysOf(seen.session), numbers(20));

@@ -1,13 +1,26 @@
 // Everything the receiver knows about Pro Tools and the client. Main thread only, except the atomic fields; what other
-// threads must see lives in small classes with a lock of their own (Meters, DisplayWatch) or an atomic (SurfaceDesk).
+// threads must see lives in small classes with a lock of their own (Meters, DisplayWatch).
 #pragma once
 
 #include "model/state/published_state.h"
 #include "platform/api/time.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cstdint>
+#include <optional>
+#include <string>
 
 namespace lumbrine {
+
+// What a strip showed at some moment, to find it again after the surfaces have moved.
+struct TrackOnStrip {
+    Strip strip;
+    std::string name;
+    std::optional<std::size_t> index; // in the session; absent while the position was unknown, and beyond the window
+    std::uint64_t map;                // number of the session
+    std::uint64_t move;               // `bankMoves` then
+};
 
 // When somebody was last heard. The times of arrival are written where pings and datagrams arrive: nobody may count as
 // gone because the main thread is late.
@@ -33,10 +46,15 @@ struct ScriptingState {
 };
 
 struct ReceiverState {
+    static constexpr Duration handRest = seconds(1.5); // for so long after a move the hand counts as there
+
     PublishedState published;
     Presence presence;
     ScanState scans;
     ScriptingState scripting;
+
+    std::uint64_t mapNumber = 0; // a new one for each session that is not the one before
+    std::uint64_t bankMoves = 0; // changes when a job takes the banks, and when it gives them back
 
     bool transportPlaying = false;
     bool transportRecording = false;
@@ -45,6 +63,25 @@ struct ReceiverState {
 
     // Nobody is moving the banks, so what the surfaces show is what the user chose.
     bool quiet() const { return !published.banksUsedBy; }
+    TrackOnStrip shownOn(Strip strip) const {
+        return {.strip = strip,
+                .name = published.strip(strip).name,
+                .index = strip.index() < published.winW ? published.trackOn(strip.slot()) : std::nullopt,
+                .map = mapNumber,
+                .move = bankMoves};
+    }
+
+    // The strip that shows that track now; absent when none does, or when it is not sure.
+    std::optional<Strip> stripShowing(const TrackOnStrip& track) const;
+
+    // A finger is on a fader, or has just moved one. What the receiver does of its own accord waits for it: it would
+    // move the tracks away from under the finger.
+    bool handsOn(TimePoint now) const {
+        return std::ranges::any_of(published.strips, [now](const StripState& strip) {
+            return strip.touched || now - strip.movedByClient < handRest;
+        });
+    }
+
     bool transportRunning() const { return transportPlaying || transportRecording; }
 };
 

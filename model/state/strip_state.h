@@ -33,7 +33,7 @@ struct Ring {
 };
 
 struct PanTarget {
-    int position;    // ring position, 1-11
+    int position;  // ring position, 1-11
     int steps = 0; // taken so far
     unsigned id;   // of this seek: a step that an earlier seek has planned is not taken
 };

@@ -55,6 +55,9 @@ public:
     // What a model knows beyond what it publishes.
     static const ReceiverState& stateOf(const ReceiverModel& model) { return model.parts->state; }
 
+    // By a client in control, now.
+    Asked asked() const { return {.owner = {.number = 1}, .at = world.runtime.now()}; }
+
     ReceiverState& state() { return model->parts->state; }
     ReceiverParts& parts() { return *model->parts; }
 

@@ -11,9 +11,9 @@ TrackWishes::TrackWishes(const Jobs& jobs, ActivityLog& log, Parts parts) : jobs
 
 // ---- What is asked for
 
-void TrackWishes::setGroup(TrackSwitch which, std::vector<int> members, bool enabled, WishOrigin origin) {
+void TrackWishes::setGroup(TrackSwitch which, std::vector<int> members, bool enabled, Asked origin) {
     jobs.runOnMain([this, which, members = std::move(members), enabled, origin] {
-        Wish wish{.which = which, .enabled = enabled, .owner = origin.owner, .arrived = origin.arrived};
+        Wish wish{.which = which, .enabled = enabled, .owner = origin.owner, .arrived = origin.at};
         std::set<int> known;
         bool isShown = false;
         for (const int member : members) {
@@ -28,13 +28,13 @@ void TrackWishes::setGroup(TrackSwitch which, std::vector<int> members, bool ena
     });
 }
 
-void TrackWishes::toggleInputMonitor(Strip strip, WishOrigin origin) {
+void TrackWishes::toggleInputMonitor(Strip strip, Asked origin) {
     assert(jobs.runtime.onMain());
     const auto told = parts.mirror.toldMonitor(strip, origin.owner);
     Wish wish{.which = TrackSwitch::inputMonitor,
               .enabled = told && !told->on,
               .owner = origin.owner,
-              .arrived = origin.arrived,
+              .arrived = origin.at,
               .asked = 1};
     if (!told) return logDrop(wish, Reason::notShown);
     if (!told->track.name.empty()) wish.open.push_back(told->track);

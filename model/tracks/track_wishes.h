@@ -22,12 +22,6 @@
 
 namespace lumbrine {
 
-// Of a wish: in which ownership it came, and when its datagram arrived.
-struct WishOrigin {
-    Ownership owner;
-    TimePoint arrived;
-};
-
 class TrackWishes {
 public:
     // How long after an attempt that failed the service is asked again.
@@ -45,10 +39,10 @@ public:
 
     // Members are rows of the client's table, and meant are the tracks that it was sent in them. Those whose full name
     // is not known cannot be reached, since a display's name may stand for another track. Any thread; returns at once.
-    void setGroup(TrackSwitch which, std::vector<int> members, bool enabled, WishOrigin origin);
+    void setGroup(TrackSwitch which, std::vector<int> members, bool enabled, Asked origin);
 
     // Asks for the opposite of what the client was last told of the track on that strip. Main thread; returns at once.
-    void toggleInputMonitor(Strip strip, WishOrigin origin);
+    void toggleInputMonitor(Strip strip, Asked origin);
 
 private:
     // Why a wish is dropped.

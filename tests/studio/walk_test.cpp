@@ -47,7 +47,7 @@ TEST_P(Walk, SetsFadersAllOverTheSession) {
         entries.emplace_back(member, 0.5);
         expected[static_cast<std::size_t>(member)] = 8191;
     }
-    studio.parts().groups.groupSetFaders(entries);
+    studio.parts().groups.groupSetFaders(entries, studio.bench.asked());
     ASSERT_TRUE(studio.untilWalked(30s));
     studio.run(100ms);
     EXPECT_EQ(studio.hostFaders(), expected);
@@ -59,7 +59,7 @@ TEST_P(Walk, SetsAutomationModesAllOverTheSession) {
     WalkStudio studio(64, {.surfaces = GetParam(), .modeShown = 100ms});
     studio.proTools->scrollTo(20);
     studio.run(2s);
-    studio.parts().groups.groupSetAutoMode({63, 2, 17, 40, 41, 5}, touchButton);
+    studio.parts().groups.groupSetAutoMode({63, 2, 17, 40, 41, 5}, touchButton, studio.bench.asked());
     ASSERT_TRUE(studio.untilWalked(60s));
     studio.run(200ms);
     EXPECT_THAT(studio.tracksIn(Automation::touch), ElementsAre(2, 5, 17, 40, 41, 63));
@@ -69,7 +69,7 @@ TEST_P(Walk, SetsAutomationModesAllOverTheSession) {
 // While a mode stands in a display the position is unknown, which may use up the attempts to reach the next member.
 TEST_P(Walk, ChangesNoOtherTrackThoughAModeStaysInTheDisplayForLong) {
     WalkStudio studio(64, {.surfaces = GetParam(), .modeShown = 3s});
-    studio.parts().groups.groupSetAutoMode({2, 17, 63}, touchButton);
+    studio.parts().groups.groupSetAutoMode({2, 17, 63}, touchButton, studio.bench.asked());
     ASSERT_TRUE(studio.untilWalked(60s));
     EXPECT_THAT(std::vector({2, 17, 63}), IsSupersetOf(studio.tracksIn(Automation::touch)));
     EXPECT_THAT(studio.tracksIn(Automation::touch), Contains(2));
@@ -85,7 +85,7 @@ TEST_P(Walk, ReadsAutomationModesAndPansOfARange) {
         });
     });
     studio.run(2s);
-    studio.parts().visibleRange.refreshVisibleRange(10, 40);
+    studio.parts().visibleRange.refreshVisibleRange(10, 40, studio.bench.asked());
     ASSERT_TRUE(studio.untilWalked(60s));
     const std::vector<Track>& known = studio.state().published.session.tracks;
     for (std::size_t track = 0; track < 64; ++track) {
@@ -106,7 +106,7 @@ TEST(WalkOfManyBanks, ReachesItsMembersThoughOnePressInTenIsLost) {
     for (int member = 190; member > 0; member -= 19)
         entries.emplace_back(member, 1.0);
     bench.bench.run(1s);
-    bench.parts.groups.groupSetFaders(entries);
+    bench.parts.groups.groupSetFaders(entries, bench.bench.asked());
     bench.bench.run(1ms);
     ASSERT_TRUE(bench.world.runtime.runUntil([&bench] { return bench.parts.state.quiet(); }, 60s));
     bench.bench.run(100ms);
@@ -120,19 +120,19 @@ TEST(WalkOfManyBanks, ReachesItsMembersThoughOnePressInTenIsLost) {
 TEST(WalkOfManyBanks, GivesTheSurfacesBackWhenProToolsStandsStill) {
     WalkStudio studio(200);
     studio.proTools->stick(300s);
-    studio.parts().groups.groupSetFaders({{50, 1.0}, {100, 1.0}, {150, 1.0}});
+    studio.parts().groups.groupSetFaders({{50, 1.0}, {100, 1.0}, {150, 1.0}}, studio.bench.asked());
     const auto taken = studio.untilWalked(60s);
     ASSERT_TRUE(taken);
     EXPECT_LT(*taken, 50s);
 
-    studio.parts().visibleRange.refreshVisibleRange(100, 100);
+    studio.parts().visibleRange.refreshVisibleRange(100, 100, studio.bench.asked());
     studio.run(1s);
     EXPECT_FALSE(studio.state().published.banksUsedBy == BankUser::walk); // it counts as gone by now
 }
 
 TEST(WalkOfManyBanks, KeepsSeeksAndScansAway) {
     WalkStudio studio(64);
-    studio.parts().groups.groupSetFaders({{50, 1.0}});
+    studio.parts().groups.groupSetFaders({{50, 1.0}}, studio.bench.asked());
     studio.run(200ms);
     ASSERT_TRUE(studio.state().published.banksUsedBy == BankUser::walk);
     studio.parts().seekWorker.seekBank(30);

@@ -86,7 +86,7 @@ protected:
     }
 
     // Of a wish whose datagram arrives now.
-    WishOrigin origin() const { return {.owner = owner, .arrived = world.runtime.now()}; }
+    Asked origin() const { return {.owner = owner, .at = world.runtime.now()}; }
 
     std::unique_ptr<Phone> phone;
     Ownership owner;

@@ -85,7 +85,7 @@ TEST_F(WishTimeTest, AreCarriedOutInTheirLastMomentToo) {
 TEST_F(WishTimeTest, AreCountedFromTheArrivalOfTheDatagram) {
     refuse(muteCommand, 138);
     bench.parts().wishes.setGroup(TrackSwitch::mute, {0}, true,
-                                  {.owner = owner, .arrived = world.runtime.now() - 2s}); // main was busy
+                                  {.owner = owner, .at = world.runtime.now() - 2s}); // main was busy
     bench.run(999ms);
     EXPECT_EQ(std::ranges::count(bench.lines, muteDropped), 0);
     bench.run(1ms);
