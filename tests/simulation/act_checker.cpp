@@ -16,6 +16,7 @@ using Tracks = ShownTracks::Tracks;
 constexpr Duration longestWait = seconds(2);
 constexpr Duration wholePanSeek = seconds(1.5); // 41 clicks, one in 35 ms
 constexpr Duration longestWalk = seconds(120);  // a mode may wait for one
+constexpr Duration stuckHost = seconds(1);      // to carry out a bank button: one that nobody can wait for
 constexpr Duration touchIsForgotten = seconds(5);
 
 // What a datagram asks for, and the tracks that may be meant.
@@ -192,7 +193,8 @@ private:
     bool couldNotBeKnown(const HostAct& act, const Asked& request) const {
         const std::vector<BankChange>& banks = evidence.record.banks;
         const auto ownBank = [&](const BankChange& bank) {
-            return bank.pressed && *bank.pressed < act.sent && bank.at > act.sent && bank.at <= act.at;
+            return bank.pressed && *bank.pressed < act.sent && bank.at > act.sent && bank.at <= act.at &&
+                   bank.at - *bank.pressed < stuckHost;
         };
         if (std::ranges::any_of(banks, ownBank)) return false;
         // What was shown at that very moment may have come too late.

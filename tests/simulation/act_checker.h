@@ -10,7 +10,7 @@
 //
 // What nobody can know is nobody's fault: that the host's user or another cause of the host's own put another track on
 // the strip which the host had not shown when the act went out. A bank button of the receiver's own that was on its
-// way before the act is no such cause.
+// way before the act is no such cause, unless the host was stuck.
 #pragma once
 
 #include "tests/simulation/evidence.h"

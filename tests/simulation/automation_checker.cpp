@@ -1,7 +1,10 @@
 // The part of the button checkers that is about AUTO switches.
 #include "tests/simulation/button_checkers.h"
+#include "tests/simulation/closings.h"
+#include "tests/simulation/time_limits.h"
 
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <utility>
 
@@ -16,6 +19,7 @@ constexpr Duration asking = seconds(0.15);
 constexpr Duration settling = seconds(0.05); // before the mode button
 constexpr Duration pressing = seconds(0.06);
 constexpr Duration setting = settling + pressing + asking;
+constexpr Duration givingUp = settling + asking; // its track has gone meanwhile
 
 // One AUTO switch held, and the mode button pressed meanwhile.
 struct Probe {
@@ -23,6 +27,8 @@ struct Probe {
     TimePoint end;
     int strip; // 0-15
     std::optional<int> modePort;
+    bool mayBeQuestion = false;
+    bool mayBeGivenUp = false;
 
     std::string text() const {
         return "AUTO of strip " + std::to_string(strip) + " at " + std::to_string(inSeconds(begin.time_since_epoch())) +
@@ -41,7 +47,8 @@ public:
             const bool hold = action.kind == Kind::edge && action.number < 8 && action.port == autoPort;
             if (hold && action.value == 1) {
                 if (open) violations.push_back("two AUTO switches at once: " + open->text());
-                open = Probe{action.at, action.at, action.number + 8 * surface, std::nullopt};
+                open =
+                    Probe{.begin = action.at, .end = action.at, .strip = action.number + 8 * surface, .modePort = {}};
             } else if (hold) {
                 close(action, probes, violations);
             } else if (mode && !modeFits(action)) {
@@ -66,7 +73,10 @@ private:
         if (!open || open->strip != action.number + 8 * surface)
             return violations.push_back("an AUTO switch let go that was not held: " + action.text());
         open->end = action.at;
-        if (!pauses.mayTake(open->begin, open->modePort ? setting : asking, action.at))
+        open->mayBeQuestion = !open->modePort && pauses.mayTake(open->begin, asking, action.at);
+        open->mayBeGivenUp = !open->modePort && pauses.mayTake(open->begin, givingUp, action.at);
+        if (open->modePort ? !pauses.mayTake(open->begin, setting, action.at)
+                           : !open->mayBeQuestion && !open->mayBeGivenUp)
             violations.push_back("not held for its time: " + open->text());
         probes.push_back(*open);
         open.reset();
@@ -80,8 +90,12 @@ private:
 
 class ProbeChecker {
 public:
-    ProbeChecker(const JobRecord& jobRecord, const Requests& asked, const Acceptance& whoAsked, const Pauses& ofThreads)
-        : jobs(jobRecord), requests(asked), acceptance(whoAsked), pauses(ofThreads), open(asked.autoModes) {}
+    ProbeChecker(const SurfaceActions& surfaceWires, const JobRecord& jobRecord, const Requests& asked,
+                 const Pauses& ofThreads)
+        : wires(surfaceWires), jobs(jobRecord), requests(asked), pauses(ofThreads), closings(jobs.runs, ofThreads),
+          open(asked.autoModes) {
+        std::erase_if(open, [&](const AutoModeRequest& request) { return request.strip >= 8 * std::ssize(wires); });
+    }
 
     void check(const Probe& probe, Violations& violations) {
         if (probe.modePort) {
@@ -89,22 +103,20 @@ public:
             return;
         }
         if (duringWalk(probe)) return;
+        if (probe.mayBeGivenUp) {
+            if (!takeRequest(probe) && !probe.mayBeQuestion)
+                violations.push_back("not held for its time: " + probe.text());
+            return;
+        }
+        if (!probe.mayBeQuestion) return;
         const TimePoint decided = pauses.earliest(probe.begin);
         const auto isThen = [&](const auto& stretch) { return stretch.first < decided && probe.begin < stretch.last; };
         const bool jobRuns = std::ranges::any_of(jobs.runs, isThen);
         if (jobRuns) violations.push_back("asked while the banks are moved: " + probe.text());
         if (std::ranges::any_of(jobs.transport, isThen))
             violations.push_back("asked while the transport runs: " + probe.text());
-        if (isHeld(probe)) violations.push_back("asked while the fader is held: " + probe.text());
-    }
-
-    // A mode that was asked for on a strip of those surfaces and never set.
-    void checkRest(int strips, Violations& violations) const {
-        for (const AutoModeRequest& request : open)
-            if (request.strip < strips)
-                violations.push_back("mode " + std::to_string(request.modePort) + " of strip " +
-                                     std::to_string(request.strip) + ", asked for at " +
-                                     std::to_string(inSeconds(request.at.time_since_epoch())) + " s, was never set");
+        if (const auto hand = handOn(decided, probe.begin))
+            violations.push_back("asked while a hand is on a fader: " + probe.text() + ", " + hand->text());
     }
 
 private:
@@ -122,10 +134,13 @@ private:
         return true;
     }
 
-    // Requests are carried out in their order, so the first that fits has to be the oldest of those surfaces.
+    // The oldest that still may be set. One that met a job is set on whichever strip shows its track then.
     bool takeRequest(const Probe& probe) {
         const auto request = std::ranges::find_if(open, [&](const AutoModeRequest& asked) {
-            return asked.at <= probe.begin && asked.strip == probe.strip && asked.modePort == *probe.modePort;
+            return asked.at <= probe.begin &&
+                   probe.begin <= asked.at + modeTime + pauses.within(asked.at, probe.begin) &&
+                   (asked.strip == probe.strip || closings.mayMeet(asked.at)) &&
+                   (!probe.modePort || asked.modePort == *probe.modePort);
         });
         if (request == open.end()) return false;
         open.erase(request);
@@ -143,67 +158,46 @@ private:
                });
     }
 
-    // By a device that has been in control for a while and was heard all the time; its hold is forgotten otherwise.
-    bool isHeld(const Probe& probe) const {
-        const Duration tick = seconds(0.4);
-        bool held = false;
-        TimePoint lastHeard;
-        TimePoint changed = distantPast;
-        const TimePoint decided = pauses.earliest(probe.begin);
-        for (const OwnerChange& change : acceptance.changes)
-            if (change.at <= probe.begin) changed = change.at;
-        for (const ReceivedDatagram& datagram : acceptance.accepted) {
-            if (datagram.at > probe.begin) break; // what comes at the same moment may have come before
-            if (datagram.at - lastHeard > seconds(4.5)) held = false;
-            lastHeard = datagram.at;
-            const Bytes& bytes = datagram.bytes;
-            if (bytes.size() < 3 || bytes[0] != 1 || bytes[2] != probe.strip) continue;
-            // The one who takes the datagram may stand still before anybody knows of the touch.
-            const bool isKnown = decided - datagram.at > pauses.within(datagram.at, decided);
-            if (bytes[1] == 0x02 && datagram.at < decided && isKnown) held = datagram.at - changed > 2 * tick;
-            if (bytes[1] == 0x03) held = false;
+    // A client's finger that is on a fader, or a move less than 1.5 s ago.
+    std::optional<WireAction> handOn(TimePoint decided, TimePoint begin) const {
+        for (const std::vector<WireAction>& wire : wires) {
+            std::map<int, WireAction> touched; // by strip
+            for (const WireAction& action : wire) {
+                if (action.at > begin) break;
+                if (action.isTouchEnd()) touched.erase(action.number);
+                if (action.at >= decided) continue;
+                if (action.kind == Kind::fader && begin - action.at < handRest) return action;
+                if (action.isTouch()) touched.emplace(action.number, action);
+            }
+            if (!touched.empty()) return touched.begin()->second;
         }
-        return held && probe.begin - lastHeard < seconds(4.5);
+        return std::nullopt;
     }
 
+    const SurfaceActions& wires;
     const JobRecord& jobs;
     const Requests& requests;
-    const Acceptance& acceptance;
     const Pauses& pauses;
+    const Closings closings;
     std::vector<AutoModeRequest> open;
     std::vector<std::pair<int, int>> maybeOfWalks; // requests taken that a walk explains as well, by strip and mode
 };
 
-ProbeChecker checkProbes(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
-                         const Acceptance& acceptance, const Pauses& pauses, Violations& violations) {
+} // namespace
+
+Violations checkAutomation(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
+                           const Pauses& pauses) {
+    Violations violations;
     std::vector<Probe> probes;
     for (std::size_t surface = 0; surface < wires.size(); ++surface)
         ProbeReader(wires[surface], static_cast<int>(surface), pauses).read(probes, jobs.ended, violations);
     std::ranges::sort(probes, {}, &Probe::begin);
-    ProbeChecker checker(jobs, requests, acceptance, pauses);
+    ProbeChecker checker(wires, jobs, requests, pauses);
     for (std::size_t i = 0; i < probes.size(); ++i) {
         if (i > 0 && probes[i].begin < probes[i - 1].end)
             violations.push_back("two AUTO switches at once: " + probes[i].text());
         checker.check(probes[i], violations);
     }
-    return checker;
-}
-
-} // namespace
-
-Violations checkAutomation(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
-                           const Acceptance& acceptance, const Pauses& pauses) {
-    Violations violations;
-    checkProbes(wires, jobs, requests, acceptance, pauses, violations);
-    return violations;
-}
-
-Violations checkModesAreSet(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
-                            const Acceptance& acceptance, const Pauses& pauses) {
-    Violations ofProbes;
-    const ProbeChecker checker = checkProbes(wires, jobs, requests, acceptance, pauses, ofProbes);
-    Violations violations;
-    checker.checkRest(8 * static_cast<int>(wires.size()), violations);
     return violations;
 }
 

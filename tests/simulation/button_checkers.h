@@ -16,7 +16,7 @@ namespace lumbrine::simulation {
 // Nothing but the buttons below, and the strips' own that a client presses.
 std::vector<std::string> checkZones(const SurfaceActions& wires);
 
-// Bank and channel buttons are pressed on surface A, for 30 ms, by a job or at the moment a client presses one.
+// Bank and channel buttons are pressed on surface A, for 30 ms, by a job; those of a tap are what clients asked for.
 std::vector<std::string> checkBankButtons(const SurfaceActions& wires, const std::vector<JobRun>& runs,
                                           const Requests& requests, const Pauses& pauses = {});
 
@@ -24,14 +24,11 @@ std::vector<std::string> checkBankButtons(const SurfaceActions& wires, const std
 std::vector<std::string> checkAssignment(const SurfaceActions& wires, const Requests& requests,
                                          const Pauses& pauses = {});
 
-// One held AUTO switch at a time, for as long as its purpose takes, and for one of four: a client sets a mode, each
-// once; a walk sets modes; a walk looks at a range; or the receiver asks a strip by itself. That it does only
-// while nobody moves the banks, nothing plays, and the client does not hold that fader.
+// One held AUTO switch at a time, for as long as its purpose takes, and for one of four: a client sets a mode, each at
+// most once and within 2 s, where it may be given up before the mode button is pressed; a walk sets modes; a walk looks
+// at a range; or the receiver asks a strip by itself. That it does only while nobody moves the banks, nothing plays,
+// and no hand of a client's is on any fader. `wires` without what walks play.
 std::vector<std::string> checkAutomation(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
-                                         const Acceptance& acceptance, const Pauses& pauses = {});
-
-// Each mode that a client asked for is set, however long that takes. To go when "in-time" is on.
-std::vector<std::string> checkModesAreSet(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
-                                          const Acceptance& acceptance, const Pauses& pauses = {});
+                                         const Pauses& pauses = {});
 
 } // namespace lumbrine::simulation

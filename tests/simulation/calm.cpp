@@ -46,6 +46,7 @@ void Calm::endTrouble() {
     rightMaps = mapsOfScans(host, world.scenario.host);
     world.runtime.runFor(seconds(2));
     world.phones.resize(1);
+    world.phones.front()->rest(); // it may have been out of the network just before
     world.proTools->edit([](SimulatedSession& session) {
         session.changeAll([](SimulatedTrack& track) { track.solo = track.mute = track.recordArmed = false; });
     });
@@ -76,6 +77,7 @@ void Calm::recover() {
 // What changed elsewhere in the session the receiver cannot know.
 void Calm::askForScan() {
     recovery.mapWasStale = true;
+    world.phones.front()->rest();
     world.phone().send(remote::recalibrateCommand());
     world.runtime.runFor(look);
     world.runtime.runUntil([this] { return !world.watch->anyJob(); }, longestScan);

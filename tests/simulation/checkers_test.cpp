@@ -1,6 +1,6 @@
-// The checkers see what they are there for.
-#include "tests/simulation/actions.h"
-#include "tests/simulation/checkers.h"
+// Who is in control, and what is on a wire.
+#include "tests/simulation/owner_oracle.h"
+#include "tests/simulation/surface_wire.h"
 #include "tests/simulation/testing/wire_actions.h"
 
 namespace lumbrine::simulation {
@@ -10,8 +10,6 @@ ReceivedDatagram from(const std::string& sender, double time, Bytes bytes) {
     return {at(time), sender, std::move(bytes)};
 }
 
-const Bytes touch3{0x01, 0x02, 0x03};
-const Bytes release3{0x01, 0x03, 0x03};
 const Bytes move3{0x01, 0x01, 0x03, 0x20, 0x00};
 const Bytes takeOver{0x01, 0x25};
 
@@ -75,37 +73,6 @@ TEST(SurfaceWire, ComplainsOfTornSequences) {
     EXPECT_FALSE(readWire({{at(0), {0xB0, 0x2F, 0x40}}}).violations.empty());
     EXPECT_FALSE(readWire({{at(0), {0xB0, 0x0F, 0x03}}}).violations.empty());
     EXPECT_FALSE(readWire({{at(0), {0xB0, 0x03, 0x40}}, {at(0), {0xB0, 0x24, 0x00}}}).violations.empty());
-}
-
-TEST(NothingLostNothingForged, NoticesAMoveThatIsMissingExtraOrLate) {
-    const std::vector<WireAction> asked = askedOf({from("a", 1, move3)}, 0);
-    ASSERT_EQ(asked.size(), 1u);
-    std::vector<WireAction> late = asked;
-    late[0].at += seconds(0.001);
-    EXPECT_TRUE(checkNothingLostNothingForged(asked, asked).empty());
-    EXPECT_FALSE(checkNothingLostNothingForged({}, asked).empty());
-    EXPECT_FALSE(checkNothingLostNothingForged(asked, {}).empty());
-    EXPECT_FALSE(checkNothingLostNothingForged(late, asked).empty());
-}
-
-TEST(PressesEnd, NoticesASwitchThatIsHeldTooLongOrForEver) {
-    EXPECT_TRUE(checkPressesEnd({edge(1, 2, 2, 1), edge(1.06, 2, 2, 0)}).empty());
-    EXPECT_FALSE(checkPressesEnd({edge(1, 2, 2, 1), edge(1.07, 2, 2, 0)}).empty());
-    EXPECT_FALSE(checkPressesEnd({edge(1, 2, 2, 1)}).empty());
-}
-
-TEST(Releases, AreDueWhenADeviceIsReplaced) {
-    const Acceptance acceptance = acceptedOf({from("a", 0, move3), from("a", 1, touch3), from("b", 2, takeOver)});
-    const std::vector<WireAction> asked = askedOf(acceptance.accepted, 0);
-    EXPECT_FALSE(checkReleases({edge(1, 3, 0, 1)}, asked, acceptance, 0).empty());
-    EXPECT_TRUE(checkReleases({edge(1, 3, 0, 1), edge(2.4, 3, 0, 0)}, asked, acceptance, 0).empty());
-    EXPECT_FALSE(checkReleases({edge(1, 3, 0, 1), edge(2.5, 3, 0, 0)}, asked, acceptance, 0).empty());
-}
-
-TEST(Releases, AreNotDueForAFaderThatWasLetGo) {
-    const Acceptance acceptance = acceptedOf({from("a", 1, touch3), from("a", 1.5, release3), from("b", 2, takeOver)});
-    const std::vector<WireAction> asked = askedOf(acceptance.accepted, 0);
-    EXPECT_TRUE(checkReleases({edge(1, 3, 0, 1), edge(1.5, 3, 0, 0)}, asked, acceptance, 0).empty());
 }
 
 } // namespace

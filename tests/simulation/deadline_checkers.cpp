@@ -1,5 +1,6 @@
 #include "tests/simulation/deadline_checkers.h"
 
+#include "tests/simulation/closings.h"
 #include "tests/simulation/time_limits.h"
 
 #include <algorithm>
@@ -55,7 +56,7 @@ public:
     ModeChecker(const SurfaceActions& wires, const JobRecord& jobRecord, const Requests& asked,
                 const Acceptance& whoAsked, const std::vector<Stretch>& disturbed, const Pauses& ofThreads)
         : jobs(jobRecord), requests(asked), acceptance(whoAsked), disturbances(disturbed), pauses(ofThreads),
-          open(asked.autoModes) {
+          closings(jobs.runs, pauses), open(asked.autoModes) {
         for (std::size_t surface = 0; surface < wires.size(); ++surface)
             for (const Setting& setting : settingsOn(wires[surface], static_cast<int>(surface)))
                 settings.push_back(setting);
@@ -79,8 +80,9 @@ private:
     void checkSetting(const Setting& setting) {
         const AutoModeRequest* best = nullptr;
         const auto isFor = [&](const AutoModeRequest& request) {
-            return request.strip == setting.strip && request.modePort == setting.modePort &&
-                   request.at <= setting.pressed;
+            if (request.modePort != setting.modePort || request.at > setting.pressed) return false;
+            // What met a job is set on whichever strip shows its track then.
+            return request.strip == setting.strip || (closings.mayMeet(request.at) && isInTime(request, setting));
         };
         for (const AutoModeRequest& request : open) {
             if (!isFor(request)) continue;
@@ -158,6 +160,7 @@ private:
     const Acceptance& acceptance;
     const std::vector<Stretch>& disturbances;
     const Pauses& pauses;
+    const Closings closings;
     std::vector<AutoModeRequest> open;
     std::vector<Setting> settings;
     int strips = 0;

@@ -31,6 +31,7 @@ struct Ending {
     TimePoint ended;                                   // the program was told to end
     std::vector<ReceivedDatagram> datagrams;           // as the receiver got them
     std::vector<std::vector<ReceivedPacket>> surfaces; // as the host got them
+    std::vector<JobRun> runs;                          // of jobs
 };
 
 struct Evidence {

@@ -1,5 +1,8 @@
 #include "tests/simulation/hands_checker.h"
 
+#include "tests/simulation/closings.h"
+#include "tests/simulation/time_limits.h"
+
 #include <algorithm>
 #include <map>
 #include <optional>
@@ -12,8 +15,6 @@ namespace {
 using Kind = WireAction::Kind;
 
 constexpr Duration lettingGo = seconds(0.1);
-constexpr Duration silence = seconds(5);          // of a client whose touches are forgotten
-constexpr Duration noticedSilence = seconds(5.4); // by the next tick
 
 constexpr int touchPort = 0;
 constexpr int nobody = 0; // the receiver itself
@@ -71,7 +72,7 @@ int opcodeOf(const Key& key) {
 
 class HandsChecker {
 public:
-    explicit HandsChecker(const HandsEvidence& given) : evidence(given) {
+    explicit HandsChecker(const HandsEvidence& given) : evidence(given), closings(evidence.runs, evidence.pauses) {
         for (const ReceivedDatagram& datagram : evidence.acceptance.accepted)
             if (!datagram.bytes.empty() && datagram.bytes[0] == 1) heard.push_back(datagram.at);
         if (evidence.wires.empty()) return;
@@ -88,7 +89,7 @@ public:
             checkLength(key, hold, std::nullopt);
     }
 
-    std::vector<std::string> violations;
+    HandsViolations violations;
 
 private:
     void follow(const Key& key, const WireAction& action) {
@@ -108,17 +109,19 @@ private:
     int ownerOf(const Key& key, TimePoint at) const {
         if (key.zone == modeZone) return ownerOfMode(key, at);
         const int opcode = opcodeOf(key);
-        return opcode == 0
-                   ? nobody
-                   : newest(at, [&](const Bytes& bytes) { return bytes[1] == opcode && bytes[2] == key.strip(); });
+        return opcode == 0 ? nobody : newest(at, [&](const ReceivedDatagram& datagram) {
+            return datagram.bytes[1] == opcode && datagram.bytes[2] == key.strip();
+        });
     }
 
-    // Of the strip whose AUTO switch is down, or of a group.
+    // Of the strip whose AUTO switch is down, or of a group. What met a job is for whichever strip shows its track.
     int ownerOfMode(const Key& key, TimePoint at) const {
-        return newest(at, [&](const Bytes& bytes) {
+        return newest(at, [&](const ReceivedDatagram& datagram) {
+            const Bytes& bytes = datagram.bytes;
             if (bytes[1] == 0x20) return bytes[2] == key.port;
             return bytes[1] == 0x0F && bytes.size() > 3 && bytes[3] == key.port &&
-                   holds.contains({key.surface, bytes[2] - 8 * key.surface, autoPort});
+                   (closings.mayMeet(datagram.at) ||
+                    holds.contains({key.surface, bytes[2] - 8 * key.surface, autoPort}));
         });
     }
 
@@ -134,21 +137,25 @@ private:
                                           acceptance.accepted.begin());
         while (i-- > 0) {
             const Bytes& bytes = acceptance.accepted[i].bytes;
-            if (bytes.size() > 2 && bytes[0] == 1 && wanted(bytes)) return acceptance.numbers[i];
+            if (bytes.size() > 2 && bytes[0] == 1 && wanted(acceptance.accepted[i])) return acceptance.numbers[i];
         }
         return nobody;
+    }
+
+    void complain(const Key& key, std::string what) {
+        const bool isOfAuto = key.zone == modeZone || (key.isOfStrip() && key.port == autoPort);
+        (isOfAuto ? violations.ofAuto : violations.ofClients).push_back(std::move(what));
     }
 
     void checkLength(const Key& key, const Hold& hold, std::optional<TimePoint> up) {
         const TimePoint last = up.value_or(evidence.end);
         const Gone gone = goneOf(key, hold, last);
         if (last - lettingGo > gone.at && last - lettingGo > gone.at + evidence.pauses.within(gone.at, last))
-            violations.push_back(text(key, hold) + " is still down 0.1 s after " + gone.why + " at " +
-                                 timeText(gone.at));
+            complain(key, text(key, hold) + " is still down 0.1 s after " + gone.why + " at " + timeText(gone.at));
         if (!key.isOfStrip() && key.zone != modeZone) return;
         const auto press = std::ranges::upper_bound(bankPresses, hold.down);
         if (press != bankPresses.end() && last > *press + evidence.pauses.within(hold.down, last))
-            violations.push_back(text(key, hold) + " is down when the banks are moved at " + timeText(*press));
+            complain(key, text(key, hold) + " is down when the banks are moved at " + timeText(*press));
     }
 
     Gone goneOf(const Key& key, const Hold& hold, TimePoint last) const {
@@ -166,10 +173,22 @@ private:
         return gone;
     }
 
+    // After its touch, where that came at the same moment.
+    std::vector<ReceivedDatagram>::const_iterator afterTouch(const Key& key, const Hold& hold) const {
+        const auto moment =
+            std::ranges::equal_range(evidence.acceptance.accepted, hold.down, {}, &ReceivedDatagram::at);
+        auto after = moment.begin();
+        for (auto datagram = moment.begin(); datagram != moment.end(); ++datagram) {
+            const Bytes& bytes = datagram->bytes;
+            if (bytes.size() > 2 && bytes[0] == 1 && bytes[1] == 0x02 && bytes[2] == key.strip()) after = datagram + 1;
+        }
+        return after;
+    }
+
     std::optional<TimePoint> releaseAfter(const Key& key, const Hold& hold, TimePoint last) const {
         const Acceptance& acceptance = evidence.acceptance;
-        auto datagram = std::ranges::lower_bound(acceptance.accepted, hold.down, {}, &ReceivedDatagram::at);
-        for (; datagram != acceptance.accepted.end() && datagram->at <= last; ++datagram) {
+        for (auto datagram = afterTouch(key, hold); datagram != acceptance.accepted.end() && datagram->at <= last;
+             ++datagram) {
             const Bytes& bytes = datagram->bytes;
             const auto i = static_cast<std::size_t>(datagram - acceptance.accepted.begin());
             if (bytes.size() > 2 && bytes[0] == 1 && bytes[1] == 0x03 && bytes[2] == key.strip() &&
@@ -190,11 +209,12 @@ private:
     void checkReason(const Key& key, const Hold& hold, TimePoint up) {
         if (hold.owner == nobody || up >= evidence.programEnd || up >= evidence.acceptance.endOf(hold.owner)) return;
         if (releaseAfter(key, hold, up) || isSilentAt(up) || banksMoveAt(up)) return;
-        violations.push_back(text(key, hold) + " is lifted by nobody at " + timeText(up));
+        complain(key, text(key, hold) + " is lifted by nobody at " + timeText(up));
     }
 
+    // What comes at the moment of the tick that notices may come after it, also when the machine slept.
     bool isSilentAt(TimePoint time) const {
-        const auto next = std::ranges::upper_bound(heard, time);
+        const auto next = std::ranges::lower_bound(heard, evidence.pauses.earliest(time));
         return next == heard.begin() || time - *std::prev(next) >= silence;
     }
 
@@ -205,6 +225,7 @@ private:
     }
 
     const HandsEvidence& evidence;
+    const Closings closings;
     std::vector<TimePoint> heard; // times of the datagrams with our protocol version from the client in control
     std::vector<TimePoint> bankPresses;
     std::map<Key, Hold> holds;
@@ -212,7 +233,7 @@ private:
 
 } // namespace
 
-std::vector<std::string> checkHands(const HandsEvidence& evidence) {
+HandsViolations checkHands(const HandsEvidence& evidence) {
     HandsChecker checker(evidence);
     checker.check();
     return std::move(checker.violations);

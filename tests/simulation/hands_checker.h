@@ -20,10 +20,15 @@ struct HandsEvidence {
     TimePoint end; // of the record
 };
 
+struct HandsViolations {
+    std::vector<std::string> ofClients; // touches and switches
+    std::vector<std::string> ofAuto;    // AUTO switches and mode buttons
+};
+
 // No switch, touch, AUTO switch or mode button is down 0.1 s after its hand has gone: after the release; after the
 // device in control was replaced by another; for a touch, after its client has been silent for as long as makes the
 // receiver forget it; after the end of the program. None is down when the banks begin to move. And none of these ever
 // lifts a hand that is still there: what the new owner touched before anybody noticed the old one's end stays down.
-std::vector<std::string> checkHands(const HandsEvidence& evidence);
+HandsViolations checkHands(const HandsEvidence& evidence);
 
 } // namespace lumbrine::simulation

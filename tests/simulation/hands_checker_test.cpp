@@ -2,6 +2,9 @@
 #include "tests/simulation/hands_checker.h"
 #include "tests/simulation/testing/wire_actions.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace lumbrine::simulation {
 namespace {
 
@@ -29,11 +32,13 @@ protected:
 
     // A session of ten seconds in which that was received and sent.
     std::vector<std::string> check(const std::vector<ReceivedDatagram>& received, std::vector<WireAction> wire) {
-        return checkHands({.wires = {std::move(wire)},
-                           .acceptance = acceptedOf(received),
-                           .runs = runs,
-                           .programEnd = at(10),
-                           .end = at(10.2)});
+        HandsViolations found = checkHands({.wires = {std::move(wire)},
+                                            .acceptance = acceptedOf(received),
+                                            .runs = runs,
+                                            .programEnd = at(10),
+                                            .end = at(10.2)});
+        std::ranges::move(found.ofAuto, std::back_inserter(found.ofClients));
+        return std::move(found.ofClients);
     }
 
     std::vector<JobRun> runs;

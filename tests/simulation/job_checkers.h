@@ -3,9 +3,11 @@
 #pragma once
 
 #include "tests/simulation/evidence.h"
+#include "tests/simulation/owner_oracle.h"
 #include "tests/simulation/pauses.h"
 #include "tests/simulation/requests.h"
 #include "tests/simulation/scenario.h"
+#include "tests/simulation/surface_wire.h"
 #include "tests/simulation/walk_actions.h"
 
 #include <optional>
@@ -14,9 +16,16 @@
 
 namespace lumbrine::simulation {
 
-// A seek begins at a client's request, a walk for one, a scan for one or by the clock; none but seeks and group faders
-// begins while the transport runs.
-std::vector<std::string> checkBeginnings(const Evidence& evidence, const Requests& requests, const Pauses& pauses = {});
+// A seek and a tap begin within a second of a client's request, a walk for one, a scan within ten seconds of one or by
+// the clock: at a tick, at a hello, or two seconds after a scan; or as soon as what it had to wait for is over. None but
+// seeks, taps and group faders begins while the transport runs.
+std::vector<std::string> checkBeginnings(const Evidence& evidence, const SurfaceActions& wires,
+                                         const Acceptance& acceptance, const Requests& requests,
+                                         const Pauses& pauses = {});
+
+// No scan or walk begins under a finger, or less than 1.5 s after a fader was moved. `wires` without what walks play.
+std::vector<std::string> checkHandsRest(const std::vector<JobRun>& runs, const SurfaceActions& wires,
+                                        const Acceptance& acceptance, const Pauses& pauses = {});
 
 // How long a job lasted, as far as a limit counts it: a seek from the last target on.
 Duration lengthOf(const JobRun& run, const Requests& requests);

@@ -43,26 +43,60 @@ Evidence with(const JobRun& run) {
 
 // ---- Beginnings
 
-TEST(Beginnings, OfSeeksAreRequests) {
+TEST(Beginnings, OfSeeksAndTapsAreRequestsWithinASecond) {
     const Evidence evidence = with(walkOf(Job::seek, 5, 6));
     Requests requests;
-    EXPECT_THAT(checkBeginnings(evidence, requests), SizeIs(1));
-    requests.seeks.push_back({at(4), 7});
-    EXPECT_THAT(checkBeginnings(evidence, requests), SizeIs(1));
-    requests.bankMoves.push_back({at(5), 1});
-    EXPECT_THAT(checkBeginnings(evidence, requests), IsEmpty());
+    EXPECT_THAT(checkBeginnings(evidence, {}, {}, requests), SizeIs(1));
+    requests.seeks = {{at(3.9), 7}};
+    EXPECT_THAT(checkBeginnings(evidence, {}, {}, requests), SizeIs(1));
+    requests.seeks = {{at(4.1), 7}};
+    EXPECT_THAT(checkBeginnings(evidence, {}, {}, requests), IsEmpty());
+    EXPECT_THAT(checkBeginnings(with(walkOf(Job::tap, 5, 6)), {}, {}, requests), SizeIs(1));
+    requests.bankMoves = {{at(5), 1}};
+    EXPECT_THAT(checkBeginnings(with(walkOf(Job::tap, 5, 6)), {}, {}, requests), IsEmpty());
 }
 
 TEST(Beginnings, OfScansAreRequestsTicksOrASecondAttempt) {
     Requests requests;
-    EXPECT_THAT(checkBeginnings(with(walkOf(Job::scan, 5.2, 6)), requests), IsEmpty()); // the 13th tick
-    EXPECT_THAT(checkBeginnings(with(walkOf(Job::scan, 5.3, 6)), requests), SizeIs(1));
-    requests.scans.push_back(at(5.3));
-    EXPECT_THAT(checkBeginnings(with(walkOf(Job::scan, 5.3, 6)), requests), IsEmpty());
+    EXPECT_THAT(checkBeginnings(with(walkOf(Job::scan, 5.2, 6)), {}, {}, requests), IsEmpty()); // the 13th tick
+    EXPECT_THAT(checkBeginnings(with(walkOf(Job::scan, 5.3, 6)), {}, {}, requests), SizeIs(1));
+    requests.scans = {at(5.3)};
+    EXPECT_THAT(checkBeginnings(with(walkOf(Job::scan, 5.3, 6)), {}, {}, requests), IsEmpty());
+    EXPECT_THAT(checkBeginnings(with(walkOf(Job::scan, 15.5, 16)), {}, {}, requests), SizeIs(1));
 
     Evidence twice = with(walkOf(Job::scan, 5.2, 6.29));
     twice.jobs.runs.push_back(walkOf(Job::scan, 8.3, 9));
-    EXPECT_THAT(checkBeginnings(twice, {}), IsEmpty());
+    EXPECT_THAT(checkBeginnings(twice, {}, {}, {}), IsEmpty());
+}
+
+TEST(Beginnings, OfScansMayWaitForHandsForProbesAndForJobs) {
+    const Evidence scan = with(walkOf(Job::scan, 5.3, 6));
+    Acceptance acceptance;
+    acceptance.accepted = {{at(3.8), "a", {0x01, 0x02, 0x03}}, {at(4), "a", {0x01, 0x03, 0x03}}};
+    EXPECT_THAT(checkBeginnings(scan, {}, acceptance, {}), IsEmpty());
+    acceptance.accepted.erase(acceptance.accepted.begin());
+    EXPECT_THAT(checkBeginnings(scan, {}, acceptance, {}), SizeIs(1));
+    EXPECT_THAT(checkBeginnings(scan, {{edge(5.15, 3, 4, 1), edge(5.3, 3, 4, 0)}}, {}, {}), IsEmpty());
+    EXPECT_THAT(checkBeginnings(scan, {{edge(4.95, 3, 4, 1), edge(5.1, 3, 4, 0)}}, {}, {}), SizeIs(1));
+
+    Evidence later = scan;
+    later.jobs.runs.push_back(walkOf(Job::seek, 4.5, 5.295));
+    Requests requests;
+    requests.seeks = {{at(4.5), 7}};
+    EXPECT_THAT(checkBeginnings(later, {}, {}, requests), IsEmpty());
+}
+
+TEST(HandsRest, BeforeAScanOrAWalk) {
+    const SurfaceActions moved{{{at(4), WireAction::Kind::fader, 3, 0, 777}}};
+    EXPECT_THAT(checkHandsRest({walkOf(Job::scan, 5.2, 6)}, moved, {}), SizeIs(1));
+    EXPECT_THAT(checkHandsRest({walkOf(Job::scan, 5.6, 6)}, moved, {}), IsEmpty());
+    EXPECT_THAT(checkHandsRest({walkOf(Job::seek, 5.2, 6)}, moved, {}), IsEmpty());
+    const SurfaceActions touched{{edge(1, 3, 0, 1)}};
+    EXPECT_THAT(checkHandsRest({walkOf(Job::walk, 5, 6)}, touched, {}), SizeIs(1));
+    EXPECT_THAT(checkHandsRest({walkOf(Job::walk, 5, 6)}, {{edge(1, 3, 0, 1), edge(2, 3, 0, 0)}}, {}), IsEmpty());
+    Acceptance acceptance;
+    acceptance.accepted = {{at(4.995), "a", {0x01, 0x03, 0x03}}};
+    EXPECT_THAT(checkHandsRest({walkOf(Job::walk, 5, 6)}, touched, acceptance), IsEmpty());
 }
 
 TEST(Beginnings, OfWalksAreRequestsEachForOne) {
@@ -70,9 +104,9 @@ TEST(Beginnings, OfWalksAreRequestsEachForOne) {
     evidence.jobs.runs.push_back(walkOf(Job::walk, 7, 8));
     Requests requests;
     requests.walks.push_back({.at = at(4), .kind = Walk::faders, .steps = 1, .modePort = -1, .faders = {}});
-    EXPECT_THAT(checkBeginnings(evidence, requests), SizeIs(1));
+    EXPECT_THAT(checkBeginnings(evidence, {}, {}, requests), SizeIs(1));
     requests.walks.push_back(requests.walks.front());
-    EXPECT_THAT(checkBeginnings(evidence, requests), IsEmpty());
+    EXPECT_THAT(checkBeginnings(evidence, {}, {}, requests), IsEmpty());
 }
 
 TEST(Beginnings, WhileTheTransportRunsAreOnlyThoseOfSeeksAndGroupFaders) {
@@ -83,14 +117,14 @@ TEST(Beginnings, WhileTheTransportRunsAreOnlyThoseOfSeeksAndGroupFaders) {
     requests.seeks.push_back({at(5.2), 7});
     Evidence evidence = with(walk);
     evidence.jobs.lines = {{at(6), "✓ Applied faders to 1 group tracks outside the window"}};
-    EXPECT_THAT(checkBeginnings(evidence, requests), IsEmpty());
+    EXPECT_THAT(checkBeginnings(evidence, {}, {}, requests), IsEmpty());
     evidence.jobs.lines = {{at(6), "✓ Applied automation mode to 1 group tracks"}};
-    EXPECT_THAT(checkBeginnings(evidence, requests), SizeIs(1));
+    EXPECT_THAT(checkBeginnings(evidence, {}, {}, requests), SizeIs(1));
 
     evidence.jobs.runs[0].job = Job::seek;
-    EXPECT_THAT(checkBeginnings(evidence, requests), IsEmpty());
+    EXPECT_THAT(checkBeginnings(evidence, {}, {}, requests), IsEmpty());
     evidence.jobs.runs[0].job = Job::scan;
-    EXPECT_THAT(checkBeginnings(evidence, requests), SizeIs(1));
+    EXPECT_THAT(checkBeginnings(evidence, {}, {}, requests), SizeIs(1));
 }
 
 // ---- Lengths

@@ -7,7 +7,7 @@
 namespace lumbrine::simulation {
 
 std::string nameOf(Job job) {
-    constexpr std::array names{"scan", "seek", "walk"};
+    constexpr std::array names{"scan", "seek", "walk", "tap"};
     return names[static_cast<std::size_t>(job)];
 }
 
@@ -24,9 +24,12 @@ void JobWatch::look() {
     const bool walking = state.published.banksUsedBy == BankUser::walk;
     if (scanning + seeking + walking > 1)
         seen.violations.push_back("two jobs at once at " + std::to_string(inSeconds(now.time_since_epoch())) + " s");
+    const bool taken = state.bankMoves % 2 == 1; // one taking, one return
     follow(Job::scan, scanning);
     follow(Job::seek, seeking);
     follow(Job::walk, walking);
+    follow(Job::tap, taken && state.quiet());
+    lastTaking = state.bankMoves;
 
     const bool transport = state.transportRunning();
     if (transport) {
@@ -41,6 +44,12 @@ void JobWatch::look() {
 void JobWatch::follow(Job job, bool running) {
     auto& run = underWay[static_cast<std::size_t>(job)];
     const TimePoint now = runtime.now();
+    if (run && (!running || state.bankMoves != lastTaking)) {
+        run->after = now;
+        run->hostAfter = viewOf(proTools);
+        run->mapAfter = displaysOf(state.published.session);
+        seen.runs.push_back(*std::exchange(run, std::nullopt));
+    }
     if (running && run) {
         run->last = now;
     } else if (running) {
@@ -56,11 +65,6 @@ void JobWatch::follow(Job job, bool running) {
                      .mapAtFirst = displaysOf(state.published.session),
                      .mapAfter = {}};
         if (state.published.bankOffset == lastOffset) run->origin = lastOffset;
-    } else if (run) {
-        run->after = now;
-        run->hostAfter = viewOf(proTools);
-        run->mapAfter = displaysOf(state.published.session);
-        seen.runs.push_back(*std::exchange(run, std::nullopt));
     }
 }
 

@@ -1,5 +1,5 @@
 // Which jobs moved the surfaces, and when, as far as somebody can tell who looks often: the receiver's flags for a
-// scan, a seek and a walk, with the host's truth at both ends.
+// scan, a seek and a walk, and its count of takings of the banks, with the host's truth at both ends.
 #pragma once
 
 #include "model/state/receiver_state.h"
@@ -14,8 +14,8 @@
 
 namespace lumbrine::simulation {
 
-enum class Job { scan, seek, walk };
-inline constexpr std::size_t jobCount = 3;
+enum class Job { scan, seek, walk, tap }; // tap: of bank buttons, where nobody can count banks
+inline constexpr std::size_t jobCount = 4;
 
 std::string nameOf(Job job); // "scan"
 
@@ -104,6 +104,7 @@ private:
 
     TimePoint lastLook;
     int lastOffset = -1;
+    std::uint64_t lastTaking = 0;
     bool lastTransport = false;
     std::unique_ptr<RepeatingTimer> lookTimer;
     std::unique_ptr<RepeatingTimer> timer;

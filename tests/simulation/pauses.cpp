@@ -39,4 +39,9 @@ TimePoint Pauses::earliest(TimePoint happened) const {
     return pause != united.end() ? std::min(happened, pause->from) : happened;
 }
 
+TimePoint Pauses::latest(TimePoint due) const {
+    const auto pause = std::ranges::lower_bound(united, due, {}, &Pause::until);
+    return pause != united.end() && pause->from <= due ? pause->until : due;
+}
+
 } // namespace lumbrine::simulation

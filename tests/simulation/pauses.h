@@ -29,6 +29,9 @@ public:
     // The earliest time that what happened then may have been decided at.
     TimePoint earliest(TimePoint happened) const;
 
+    // The latest time that what was due then may have happened at.
+    TimePoint latest(TimePoint due) const;
+
 private:
     std::vector<Pause> united; // they neither overlap nor touch
 };

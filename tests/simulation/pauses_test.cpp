@@ -39,6 +39,8 @@ TEST(Pauses, MayLieBetweenADecisionAndWhatComesOfIt) {
     EXPECT_EQ(pauses.earliest(at(2)), at(1));
     EXPECT_EQ(pauses.earliest(at(2.5)), at(2.5));
     EXPECT_EQ(pauses.earliest(at(4)), at(4));
+    EXPECT_EQ(pauses.latest(at(1.5)), at(2));
+    EXPECT_EQ(pauses.latest(at(2.5)), at(2.5));
 }
 
 } // namespace

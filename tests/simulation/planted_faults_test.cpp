@@ -62,9 +62,9 @@ TEST_F(PlantedFaults, ALostReleaseIsFound) {
 }
 
 TEST_F(PlantedFaults, ALostModeIsFound) {
-    EXPECT_THAT(violationsOf("in-time"), IsEmpty());
+    EXPECT_THAT(violationsOf("modes-in-time"), IsEmpty());
     lose({0xB0, 0x0F, 0x18}, {0xB0, 0x2F, 0x42});
-    EXPECT_THAT(violationsOf("in-time"), Contains(HasSubstr("never set")));
+    EXPECT_THAT(violationsOf("modes-in-time"), Contains(HasSubstr("never set")));
 }
 
 TEST_F(PlantedFaults, ALostPongIsFound) {

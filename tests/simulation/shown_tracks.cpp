@@ -47,10 +47,27 @@ private:
     TimePoint end = distantPast;
 };
 
+std::map<std::string, std::string> devicesIn(const std::vector<ReceivedDatagram>& received) {
+    std::map<std::string, std::string> devices;
+    for (const ReceivedDatagram& datagram : received) {
+        const Bytes& bytes = datagram.bytes;
+        if (bytes.size() < 10 || bytes[0] != 1 || bytes[1] != 0) continue;
+        std::string token(bytes.begin() + 2, bytes.begin() + 10);
+        if (token != std::string(8, '\0')) devices.emplace(datagram.sender, std::move(token));
+    }
+    return devices;
+}
+
+std::string deviceOf(const std::map<std::string, std::string>& devices, const std::string& address) {
+    const auto device = devices.find(address);
+    return device == devices.end() ? address : device->second;
+}
+
 } // namespace
 
-ShownTracks::ShownTracks(const SentDatagrams& sent, const HostRecord& record, const std::vector<JobRun>& runs)
-    : host(record) {
+ShownTracks::ShownTracks(const SentDatagrams& sent, const HostRecord& record, const std::vector<JobRun>& runs,
+                         const std::vector<ReceivedDatagram>& received)
+    : host(record), devices(devicesIn(received)) {
     for (const TrackState& state : host.states)
         called[state.track.name].push_back({state.at, state.track.id});
     for (const ShownTrack& display : host.shown)
@@ -68,9 +85,14 @@ ShownTracks::ShownTracks(const SentDatagrams& sent, const HostRecord& record, co
     };
     for (const SentDatagram& datagram : sent.list) {
         showUntil(datagram.at);
-        tell(clients[sent.peers[datagram.peer]], datagram, jobs.holds(datagram.at));
+        tell(clients[deviceOf(devices, sent.peers[datagram.peer])], datagram, jobs.holds(datagram.at));
     }
     showUntil(TimePoint::max());
+}
+
+const ShownTracks::Client* ShownTracks::find(const std::string& address) const {
+    const auto client = clients.find(deviceOf(devices, address));
+    return client == clients.end() ? nullptr : &client->second;
 }
 
 void ShownTracks::display(const ShownTrack& shown, bool byJob) {
@@ -128,18 +150,18 @@ void ShownTracks::tellRow(Client& client, int index, const std::string& name, Ti
 
 Tracks ShownTracks::onStrip(const std::string& client, int strip, TimePoint at) const {
     Tracks tracks;
-    const auto found = clients.find(client);
-    if (found == clients.end()) return tracks;
-    forEachAt(found->second.strips[static_cast<std::size_t>(strip)], at, &Shown::from,
+    const Client* const found = find(client);
+    if (found == nullptr) return tracks;
+    forEachAt(found->strips[static_cast<std::size_t>(strip)], at, &Shown::from,
               [&](const Shown& shown) { unite(tracks, shown.tracks); });
     return tracks;
 }
 
 Tracks ShownTracks::underFinger(const std::string& client, int strip, TimePoint touched, TimePoint at) const {
     Tracks tracks = onStrip(client, strip, touched);
-    const auto found = clients.find(client);
-    if (found == clients.end()) return tracks;
-    const auto& entries = found->second.strips[static_cast<std::size_t>(strip)];
+    const Client* const found = find(client);
+    if (found == nullptr) return tracks;
+    const auto& entries = found->strips[static_cast<std::size_t>(strip)];
     auto entry = std::ranges::upper_bound(entries, touched, {}, &Shown::from);
     if (entry == entries.begin()) return tracks;
     for (const std::string& text = std::prev(entry)->text;
@@ -150,9 +172,9 @@ Tracks ShownTracks::underFinger(const std::string& client, int strip, TimePoint 
 
 Tracks ShownTracks::byPosition(const std::string& client, int strip, TimePoint at) const {
     Tracks tracks;
-    const auto found = clients.find(client);
-    if (found == clients.end()) return tracks;
-    forEachAt(found->second.positions, at, &Position::from, [&](const Position& position) {
+    const Client* const found = find(client);
+    if (found == nullptr) return tracks;
+    forEachAt(found->positions, at, &Position::from, [&](const Position& position) {
         if (!position.offset) return;
         forEachAt(host.lists, at, &TrackList::at, [&](const TrackList& list) {
             const auto index = static_cast<std::size_t>(*position.offset + strip);
@@ -164,17 +186,17 @@ Tracks ShownTracks::byPosition(const std::string& client, int strip, TimePoint a
 
 Tracks ShownTracks::inRow(const std::string& client, int index, TimePoint at) const {
     Tracks tracks;
-    const auto found = clients.find(client);
-    if (found == clients.end() || !found->second.rows.contains(index)) return tracks;
-    forEachAt(found->second.rows.at(index), at, &Shown::from, [&](const Shown& shown) { unite(tracks, shown.tracks); });
+    const Client* const found = find(client);
+    if (found == nullptr || !found->rows.contains(index)) return tracks;
+    forEachAt(found->rows.at(index), at, &Shown::from, [&](const Shown& shown) { unite(tracks, shown.tracks); });
     return tracks;
 }
 
 bool ShownTracks::wasToldNames(const std::string& client, TimePoint from, TimePoint until) const {
-    const auto found = clients.find(client);
-    if (found == clients.end()) return false;
-    const auto first = std::ranges::lower_bound(found->second.named, from);
-    return first != found->second.named.end() && *first <= until;
+    const Client* const found = find(client);
+    if (found == nullptr) return false;
+    const auto first = std::ranges::lower_bound(found->named, from);
+    return first != found->named.end() && *first <= until;
 }
 
 } // namespace lumbrine::simulation

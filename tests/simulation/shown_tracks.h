@@ -23,7 +23,9 @@ class ShownTracks {
 public:
     using Tracks = std::vector<int>; // ids; more than one where a text does not tell
 
-    ShownTracks(const SentDatagrams& sent, const HostRecord& host, const std::vector<JobRun>& runs);
+    // `received` tells which addresses are one device's, which was shown what any of them was.
+    ShownTracks(const SentDatagrams& sent, const HostRecord& host, const std::vector<JobRun>& runs,
+                const std::vector<ReceivedDatagram>& received = {});
 
     // By the strip's name. What was told at that very moment may have come before or after it.
     Tracks onStrip(const std::string& client, int strip, TimePoint at) const;
@@ -57,13 +59,15 @@ private:
         std::vector<TimePoint> named; // when names were sent
     };
 
+    const Client* find(const std::string& address) const; // null when it was sent nothing
     void display(const ShownTrack& shown, bool byJob);
     void tell(Client& client, const SentDatagram& datagram, bool duringJob);
     void tellName(Client& client, int strip, std::string text, TimePoint at, bool duringJob);
     void tellRow(Client& client, int index, const std::string& name, TimePoint at) const;
 
     const HostRecord& host;
-    std::map<std::string, Client> clients;
+    std::map<std::string, std::string> devices; // by address: the token of its hellos
+    std::map<std::string, Client> clients;      // by device, or by address where there is none
     std::array<std::vector<const ShownTrack*>, 16> displays;
     std::map<std::string, std::vector<std::pair<TimePoint, int>>> called; // tracks by name or display, and since when
 };

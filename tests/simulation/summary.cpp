@@ -48,7 +48,7 @@ std::string Summary::text(Duration spent) const {
                         " times real time on one core\n";
     lines += "worst recovery " + recovery.text() + "; " + std::to_string(staleMaps) +
              " sessions needed a scan that the client asked for\n";
-    for (const Job job : {Job::scan, Job::seek, Job::walk}) {
+    for (const Job job : {Job::scan, Job::seek, Job::walk, Job::tap}) {
         const auto index = static_cast<std::size_t>(job);
         lines += "longest " + nameOf(job) + " of " + std::to_string(runs[index]) + ": " + jobs[index].text() + "\n";
     }

@@ -23,6 +23,10 @@ struct WireAction {
     int port = 0;   // of an edge
     int value = 0;  // fader 0-16383; edge 0 or 1; V-Pot byte
 
+    bool isOfStrip() const { return kind == Kind::edge && number < 8; }
+    bool isTouch() const { return isOfStrip() && port == 0 && value == 1; }
+    bool isTouchEnd() const { return isOfStrip() && port == 0 && value == 0; }
+
     // Whether all fields except the time are equal.
     bool sameAs(const WireAction& other) const;
     std::string text() const;

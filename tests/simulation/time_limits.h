@@ -18,6 +18,13 @@ constexpr Duration modeTime = seconds(2); // and every other act on the surfaces
 constexpr Duration setterTime = seconds(3);
 constexpr Duration walkTime = seconds(10);
 
+// How long after the last move of a fader there still is a hand on it.
+constexpr Duration handRest = seconds(1.5);
+
+// Of a client whose touches are forgotten then, at the latest by the next tick.
+constexpr Duration silence = seconds(5);
+constexpr Duration noticedSilence = seconds(5.4);
+
 // From the last target on: the way there and two corrections.
 Duration seekLimit(SessionSize size);
 

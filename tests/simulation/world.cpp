@@ -158,7 +158,10 @@ std::vector<Item> since(const std::vector<Item>& items, std::size_t count) {
 Ending World::end(const Evidence& before) {
     Ending ending;
     ending.begun = runtime.now();
+    watch = std::make_unique<JobWatch>(runtime, state(), *proTools);
     runtime.runFor(phones.front()->actLast());
+    ending.runs = watch->takeRecord().runs;
+    watch.reset();
     ending.ended = runtime.now();
     endReceiver();
     runtime.runFor(seconds(0.2));
