@@ -198,10 +198,10 @@ private:
         return std::nullopt;
     }
 
-    // At the latest.
+    // At the latest. While the machine slept nobody was silent.
     TimePoint forgottenAfter(TimePoint time) const {
         auto next = std::ranges::upper_bound(heard, time);
-        for (; next != heard.end() && *next - time < noticedSilence; ++next)
+        for (; next != heard.end() && *next - time - evidence.pauses.within(time, *next) < noticedSilence; ++next)
             time = *next;
         return time + noticedSilence;
     }

@@ -4,7 +4,6 @@
 #include "tests/simulation/drop_checker.h"
 
 #include <algorithm>
-#include <iterator>
 
 namespace lumbrine::simulation {
 
@@ -149,24 +148,32 @@ Violations checkTurns(const SurfaceActions& wires, const Acceptance& acceptance,
 }
 
 Violations checkPressesEnd(const std::vector<WireAction>& wire, const Closings& closings, const Pauses& pauses) {
+    struct End {
+        WireAction action;
+        bool isOfJob = false; // it ends all presses of its switch
+    };
     Violations violations;
-    std::vector<WireAction> ends;
-    std::ranges::copy_if(wire, std::back_inserter(ends), isPressEnd);
+    std::vector<End> ends;
+    for (const WireAction& action : wire)
+        if (isPressEnd(action)) ends.push_back({action});
     for (const WireAction& begin : wire) {
         if (!isPress(begin)) continue;
-        const auto end = std::ranges::find_if(ends, [&](const WireAction& action) {
+        const auto end = std::ranges::find_if(ends, [&](const End& other) {
+            const WireAction& action = other.action;
             if (action.number != begin.number || action.port != begin.port || action.at < begin.at) return false;
-            return pauses.mayTake(begin.at, press, action.at) ||
+            return (!other.isOfJob && pauses.mayTake(begin.at, press, action.at)) ||
                    (action.at < begin.at + press && closings.mayBeginAt(action.at));
         });
         if (end == ends.end()) {
             violations.push_back("end of a press lost: " + begin.text());
+        } else if (end->action.at < begin.at + press) {
+            end->isOfJob = true;
         } else {
             ends.erase(end);
         }
     }
-    for (const WireAction& end : ends)
-        violations.push_back("end of a press that nobody began: " + end.text());
+    for (const End& end : ends)
+        if (!end.isOfJob) violations.push_back("end of a press that nobody began: " + end.action.text());
     return violations;
 }
 

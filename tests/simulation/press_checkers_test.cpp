@@ -113,6 +113,10 @@ TEST_F(WaitingPresses, EndAfter60MillisecondsOrWithTheBeginningOfAJob) {
     EXPECT_THAT(ends(), SizeIs(2));
     job(1.03, 2);
     EXPECT_THAT(ends(), IsEmpty());
+    wires = {{edge(1, 2, 2, 1), edge(1, 2, 2, 1), edge(1.03, 2, 2, 0)}};
+    EXPECT_THAT(ends(), IsEmpty());
+    wires = {{edge(1, 2, 2, 1), edge(1.04, 2, 2, 1), edge(1.03, 2, 2, 0)}};
+    EXPECT_THAT(ends(), SizeIs(1));
 }
 
 } // namespace
