@@ -23,6 +23,7 @@ public:
 
     void operator()(const FaderMove& command) const {
         const double value = command.value.unit();
+        state.presence.lastHand = jobs.runtime.now();
         const bool moved = engineFor(command.strip).moveByHand(engineStripFor(command.strip), value);
         onMain([strip = Strip::of(command.strip), value, moved](ReceiverState& known, TimePoint arrived) {
             if (!strip) return;
@@ -35,6 +36,7 @@ public:
     }
 
     void operator()(const FaderTouch& command) const {
+        state.presence.lastHand = jobs.runtime.now();
         engineFor(command.strip).touchByHand(engineStripFor(command.strip));
         onMain([strip = Strip::of(command.strip), &surfaces = parts.surfaces](ReceiverState& known, TimePoint arrived) {
             if (!strip) return;

@@ -38,7 +38,8 @@ std::string OwnerWatch::description() {
 }
 
 void OwnerWatch::forgetTouches() {
-    if (!state.published.iosConnected) letGo();
+    const bool silent = !state.published.iosConnected;
+    if (!std::exchange(isForgotten, silent) && silent) letGo();
 }
 
 } // namespace lumbrine

@@ -33,6 +33,7 @@ private:
     ClientEndpoint& endpoint;
     Surfaces& surfaces;
     bool ownerThere = false;
+    bool isForgotten = false;
 };
 
 } // namespace lumbrine

@@ -29,6 +29,7 @@ struct Presence {
     std::atomic<TimePoint> lastPing{distantPast}; // surface A
     std::atomic<TimePoint> lastPingB{distantPast};
     std::atomic<TimePoint> lastUDP{distantPast};
+    std::atomic<TimePoint> lastHand{distantPast}; // on a fader
 };
 
 // What decides when the next scan comes, and what the log has said about it.
@@ -77,9 +78,10 @@ struct ReceiverState {
     // A finger is on a fader, or has just moved one. What the receiver does of its own accord waits for it: it would
     // move the tracks away from under the finger.
     bool handsOn(TimePoint now) const {
-        return std::ranges::any_of(published.strips, [now](const StripState& strip) {
-            return strip.touched || now - strip.movedByClient < handRest;
-        });
+        return now - presence.lastHand.load() < handRest ||
+               std::ranges::any_of(published.strips, [now](const StripState& strip) {
+                   return strip.touched || now - strip.movedByClient < handRest;
+               });
     }
 
     bool transportRunning() const { return transportPlaying || transportRecording; }

@@ -33,7 +33,7 @@ long pansAfter(const std::vector<WireAction>& wire, TimePoint begin, Duration le
     });
 }
 
-// Each press in the zone is let go after that time.
+// Each press in the zone is let go after that time; or at once at the end of a pause, when lost ports may be back.
 void checkEnds(Violations& violations, const std::vector<WireAction>& wire, int zone, Duration length,
                const Pauses& pauses) {
     std::vector<WireAction> ends;
@@ -42,7 +42,8 @@ void checkEnds(Violations& violations, const std::vector<WireAction>& wire, int 
     for (const WireAction& begin : wire) {
         if (!isInZone(begin, zone) || begin.value == 0) continue;
         const auto end = std::ranges::find_if(ends, [&](const WireAction& action) {
-            return action.port == begin.port && pauses.mayTake(begin.at, length, action.at);
+            return action.port == begin.port && (pauses.mayTake(begin.at, length, action.at) ||
+                                                 (action.at == begin.at && pauses.earliest(begin.at) < begin.at));
         });
         if (end == ends.end()) {
             violations.push_back("not held for its time: " + begin.text());

@@ -17,8 +17,8 @@
 namespace lumbrine::simulation {
 
 // A seek and a tap begin within a second of a client's request, a walk for one, a scan within ten seconds of one or by
-// the clock: at a tick, at a hello, or two seconds after a scan; or as soon as what it had to wait for is over. None but
-// seeks, taps and group faders begins while the transport runs.
+// the clock: at a tick, at a hello, or two seconds after a scan; or as soon as what it had to wait for is over. None
+// but seeks, taps and group faders begins while the transport runs.
 std::vector<std::string> checkBeginnings(const Evidence& evidence, const SurfaceActions& wires,
                                          const Acceptance& acceptance, const Requests& requests,
                                          const Pauses& pauses = {});
