@@ -22,13 +22,13 @@ public:
     // What went out at that time went out of closed surfaces.
     bool surelyWas(TimePoint sent) const;
 
-    // They may have been closed again for what went out or came since the first time and until the second.
+    // Another job may have closed them after the first time, before what came at the second was carried out.
     bool mayHaveBegun(TimePoint since, TimePoint came) const;
 
     // What went out at that time may be of a job that took the surfaces.
     bool mayBeginAt(TimePoint sent) const;
 
-    // They surely were closed again between what went out and what went out later.
+    // Another job surely closed them between what went out and what went out later.
     bool surelyBegan(TimePoint sent, TimePoint later) const;
 
 private:
