@@ -166,7 +166,7 @@ private:
                 if (action.at > begin) break;
                 if (action.isTouchEnd()) touched.erase(action.number);
                 if (action.at >= decided) continue;
-                if (action.kind == Kind::fader && begin - action.at < handRest) return action;
+                if (action.kind == Kind::fader && begin - pauses.earliest(action.at) < handRest) return action;
                 if (action.isTouch()) touched.emplace(action.number, action);
             }
             if (!touched.empty()) return touched.begin()->second;

@@ -214,7 +214,7 @@ Violations checkHandsRest(const std::vector<JobRun>& runs, const SurfaceActions&
                 if (action.at > run.before) break;
                 if (action.isTouchEnd()) touched.erase(action.number);
                 if (action.at >= decided) continue;
-                if (action.kind == WireAction::Kind::fader && run.first - action.at < handRest)
+                if (action.kind == WireAction::Kind::fader && run.first - pauses.earliest(action.at) < handRest)
                     violations.push_back("the " + describe(run) + " moves away from " + action.text());
                 if (action.isTouch()) touched[action.number] = action.at;
             }
