@@ -33,7 +33,7 @@ long pansAfter(const std::vector<WireAction>& wire, TimePoint begin, Duration le
     });
 }
 
-// Each press in the zone is let go after that time; or at once at the end of a pause, when lost ports may be back.
+// Each press in the zone is let go after that time.
 void checkEnds(Violations& violations, const std::vector<WireAction>& wire, int zone, Duration length,
                const Pauses& pauses) {
     std::vector<WireAction> ends;
@@ -42,8 +42,10 @@ void checkEnds(Violations& violations, const std::vector<WireAction>& wire, int 
     for (const WireAction& begin : wire) {
         if (!isInZone(begin, zone) || begin.value == 0) continue;
         const auto end = std::ranges::find_if(ends, [&](const WireAction& action) {
-            return action.port == begin.port && (pauses.mayTake(begin.at, length, action.at) ||
-                                                 (action.at == begin.at && pauses.earliest(begin.at) < begin.at));
+            // What stood still before it was pressed may be let go as soon as that is over.
+            return action.port == begin.port && action.at >= begin.at &&
+                   (pauses.mayTake(begin.at, length, action.at) ||
+                    pauses.mayTake(pauses.earliest(begin.at), length, action.at));
         });
         if (end == ends.end()) {
             violations.push_back("not held for its time: " + begin.text());
