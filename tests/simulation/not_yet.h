@@ -34,8 +34,6 @@ inline constexpr auto notYet = std::to_array<NotYet>({
      "In 283 of 500 sessions a client at rest has pans, faders, selects, names or a position that are not the host's."},
     {"members", "In 7 of 500 sessions a group's members are not reached and the log does not tell."},
     {"told-drops", "In 2 of 500 sessions a mode comes to nothing and the log does not tell."},
-    {"tracks-of-wishes",
-     "In 3 of 500 sessions a group is muted or soloed whose rows its client had not been told yet."},
     {"arrivals-with-lost-presses", "In 1 of 500 sessions a seek misses when the host loses a press."},
     {"arrivals-beside-a-user", "In 1 of 500 sessions a seek misses beside a user who left its target defined."},
     {"arrivals-on-unaligned-banks", "In 5 of 500 sessions a seek misses where bank buttons count from where they are."},
