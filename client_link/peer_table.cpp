@@ -28,7 +28,7 @@ std::optional<std::uint64_t> announcedToken(ByteView bytes) {
 
 std::optional<Ownership> PeerTable::admit(ByteView bytes, const PeerName& sender, TimePoint now) {
     const std::optional<std::uint64_t> token = note(bytes, sender, now).token;
-    displacedIP.reset();
+    displacedIP.clear();
     if (!owner || owner->key != sender.key) {
         // The same token at another address is the same device after an app restart or a change of network.
         const bool sameDevice = owner && token && token == owner->token;

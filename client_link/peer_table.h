@@ -55,8 +55,8 @@ public:
     // the sender, nothing when the datagram is refused. Allocates nothing when the sender is known and the owner.
     std::optional<Ownership> admit(ByteView bytes, const PeerName& sender, TimePoint now);
 
-    // The numeric host of the live owner that the last `admit` replaced by another device; absent when it did not.
-    const std::optional<std::string>& displaced() const { return displacedIP; }
+    // The numeric host of the live owner that the last `admit` replaced by another device; empty when it did not.
+    const std::string& displaced() const { return displacedIP; }
 
     // Removes the peers that are no longer live, but not the last owner: a datagram that arrived while it was live may
     // still be on its way to `admit`.
@@ -79,7 +79,7 @@ private:
 
     Peers peers;
     std::optional<Owner> owner; // the last one, live or not
-    std::optional<std::string> displacedIP;
+    std::string displacedIP;
 };
 
 } // namespace lumbrine

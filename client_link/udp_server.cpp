@@ -77,13 +77,12 @@ void UDPServer::handleDatagram(ByteView bytes, const PeerAddress& from) {
     namePeer(from);
     if (peerIsSelf) return;
     std::optional<Ownership> ownership;
-    std::optional<std::string> displaced;
     {
         const Lock lock(peersLock);
         ownership = peers.admit(bytes, peer, arrived);
         displaced = peers.displaced();
     }
-    if (displaced && onTakeOver) onTakeOver(peer.ip, *displaced);
+    if (!displaced.empty() && onTakeOver) onTakeOver(peer.ip, displaced);
     if (!ownership) {
         refuse();
     } else if (onDatagram) {

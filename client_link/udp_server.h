@@ -98,6 +98,7 @@ private:
     // stream of datagrams from one peer allocates nothing.
     PeerName peer;           // the sender of the current datagram; empty before the first
     bool peerIsSelf = false; // it is this server's own socket
+    std::string displaced;   // whom it took control from; empty for nobody
     RefusalLimit refusals;
 
     std::unique_ptr<Thread> receiveThread;

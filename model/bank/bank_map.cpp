@@ -24,7 +24,9 @@ TrackNames BankMap::window() const {
 }
 
 void BankMap::relocalize() {
-    if (state.published.session.empty() || state.published.banksUsedBy == BankUser::seek) return;
+    if (state.published.session.empty() || state.published.banksUsedBy == BankUser::seek ||
+        state.published.calibrating())
+        return;
     const TrackNames shown = window();
     const int position = locate(state.published.session.tracks, shown);
     if (position < 0 && isOverwritten(shown)) return;

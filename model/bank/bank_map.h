@@ -23,7 +23,7 @@ public:
     TrackNames window() const;
 
     // Finds the position by the shown names, and tells the client when it has changed or is lost. Does nothing without
-    // a map, or during a seek, which knows the position better than names that lag.
+    // a map, or during a seek, which knows the position better than names that lag, or a scan, which passes by.
     void relocalize();
 
     // The shown names tell the position, and it is not a seek's or a scan's.

@@ -26,11 +26,6 @@ int BankLayout::maxOffset() const {
     return std::max(tracks - width, 0);
 }
 
-BankStep nextChannelStep(int current, int target) {
-    if (current < target) return {bank_port::channelForward, current + 1};
-    return {bank_port::channelBack, current - 1};
-}
-
 BankStep nextBankStep(int current, int target, BankLayout layout) {
     BankStep step = unclampedStep(current, target, layout);
     step.predicted = std::clamp(step.predicted, 0, std::max(layout.maxOffset(), current));

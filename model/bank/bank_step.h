@@ -27,7 +27,4 @@ struct BankStep {
 // the rest. Each step leads nearer, so a way of `d` tracks takes at most d / width + width of them.
 BankStep nextBankStep(int current, int target, BankLayout layout);
 
-// The same by channel buttons alone, which Pro Tools counts in one way only, whatever its bank buttons do.
-BankStep nextChannelStep(int current, int target);
-
 } // namespace lumbrine

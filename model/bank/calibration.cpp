@@ -138,9 +138,10 @@ void Calibration::commit(Session scanned) {
     const std::string tracks = std::to_string(scanned.size());
     state.published.session = std::move(scanned);
     state.fullTableDirty = true;
-    const int position = state.published.bankOffset;
-    parts.bankMap.relocalize();
-    if (otherTracks && state.published.bankOffset == position) parts.mirror.send(occasion::bankView);
+    if (otherTracks) {
+        state.published.bankOffset = -1; // until the surfaces are back where the user was
+        parts.mirror.send(occasion::bankView);
+    }
     log.say("✓ Mapped all " + tracks + " tracks", "✓ 全 " + tracks + " トラックを把握しました");
 }
 

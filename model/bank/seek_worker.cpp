@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
-#include <cstdlib>
 #include <utility>
 
 namespace lumbrine {
@@ -119,15 +118,10 @@ void SeekWorker::run() {
         dismiss();
         parts.drops.tell(command_name::bankMove, DropReason::positionUnknown);
     }
-    bool byChannels = false;
     for (int corrections = 0; current >= 0;) {
-        const int start = current;
-        bool byBanks = false;
         while (const auto target = wanted(session)) {
             if (*target != current) {
-                const BankStep pressed = step(current, *target, session, byChannels);
-                current = pressed.predicted;
-                byBanks |= pressed.byBank();
+                current = step(current, *target, session);
             } else if (stays(current, session)) {
                 break;
             }
@@ -145,9 +139,6 @@ void SeekWorker::run() {
             seekTarget = lastTarget;
         }
         if (actual >= 0) current = actual;
-        // Lost presses are made again. But where a bank button has led elsewhere, Pro Tools counts otherwise than
-        // nextBankStep, and would again.
-        byChannels = !arrived && byBanks && actual != start;
     }
 }
 
@@ -191,10 +182,8 @@ bool SeekWorker::stays(int target, BankLayout session) {
     return true;
 }
 
-BankStep SeekWorker::step(int current, int target, BankLayout session, bool byChannels) {
-    const bool near = std::abs(target - current) <= session.width;
-    const BankStep step =
-        byChannels && near ? nextChannelStep(current, target) : nextBankStep(current, target, session);
+int SeekWorker::step(int current, int target, BankLayout session) {
+    const BankStep step = nextBankStep(current, target, session);
     parts.moves.press(step.port);
     jobs.runOnMain([this, offset = step.predicted] { showProgress(offset); });
     if (step.byBank()) {
@@ -202,7 +191,7 @@ BankStep SeekWorker::step(int current, int target, BankLayout session, bool byCh
     } else {
         jobs.runtime.sleepFor(afterSeekPress);
     }
-    return step;
+    return step.predicted;
 }
 
 // ---- What the client sees of it

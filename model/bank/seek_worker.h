@@ -58,7 +58,7 @@ private:
     void endWork() LUMBRINE_REQUIRES(seekLock);
     std::optional<int> wanted(BankLayout session) LUMBRINE_EXCLUDES(seekLock);
     bool stays(int target, BankLayout session) LUMBRINE_EXCLUDES(seekLock);
-    BankStep step(int current, int target, BankLayout session, bool byChannels);
+    int step(int current, int target, BankLayout session);
 
     // On the main thread
     void showProgress(int offset);

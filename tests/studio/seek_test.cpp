@@ -75,6 +75,7 @@ public:
 
     std::vector<Press> pressesTo(int target) {
         seek(target);
+        run(150ms); // a poll may come to its end
         EXPECT_TRUE(untilQuiet(10s));
         EXPECT_EQ(hostOffset(), target);
         EXPECT_EQ(shown().bankOffset, target);
@@ -133,6 +134,7 @@ TEST(Seek, IsWhatTheNavigationButtonsDo) {
     SeekStudio studio(40);
     for (const int kind : {3, 3, 2, 0, 1}) {
         studio.bench.model->bankMove(kind);
+        studio.run(150ms); // a poll may come to its end
         ASSERT_TRUE(studio.untilQuiet(10s));
     }
     EXPECT_EQ(studio.hostOffset(), 8);
