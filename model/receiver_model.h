@@ -23,8 +23,7 @@ public:
     // Reads the environment (QV_PORT, QV_NO_BONJOUR, QV_DEBUG); opens no port and no socket. Main thread.
     //
     // Running jobs keep the model alive until they end. It is always destroyed on the main thread.
-    static std::shared_ptr<ReceiverModel> create(const ReceiverPlatform& platform, Bilingual bilingual,
-                                                 LineSink sink);
+    static std::shared_ptr<ReceiverModel> create(const ReceiverPlatform& platform, Bilingual bilingual, LineSink sink);
     ReceiverModel(const ReceiverModel&) = delete;
     ReceiverModel& operator=(const ReceiverModel&) = delete;
 

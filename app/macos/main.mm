@@ -124,7 +124,9 @@ int main() {
     lumbrine::PosixProcessEnd process;
     const lumbrine::TerminationSignals signals([&process] {
         process.within(lumbrine::endingTime);
-        dispatch_async(dispatch_get_main_queue(), ^{ lumbrine::endEventLoop(); });
+        dispatch_async(dispatch_get_main_queue(), ^{
+          lumbrine::endEventLoop();
+        });
     });
     @autoreleasepool {
         NSApplication* const application = NSApplication.sharedApplication;

@@ -79,9 +79,9 @@ struct ReceiverState {
     // move the tracks away from under the finger.
     bool handsOn(TimePoint now) const {
         return now - presence.lastHand.load() < handRest ||
-               std::ranges::any_of(published.strips, [now](const StripState& strip) {
-                   return strip.touched || now - strip.movedByClient < handRest;
-               });
+               std::ranges::any_of(
+                   published.strips,
+                   [now](const StripState& strip) { return strip.touched || now - strip.movedByClient < handRest; });
     }
 
     bool transportRunning() const { return transportPlaying || transportRecording; }
