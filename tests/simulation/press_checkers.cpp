@@ -49,9 +49,8 @@ public:
                 if (!isWanted(action)) continue;
                 if (closings.surelyWas(action.at)) complain("while a job has the surfaces", action);
                 action.number += 8 * surface;
-                rest.push_back(action);
+                rest.insert(std::ranges::upper_bound(rest, action.at, {}, &WireAction::at), action);
             }
-        std::ranges::stable_sort(rest, {}, &WireAction::at);
     }
 
     void check(const Acceptance& acceptance, const LogLines& lines) {
