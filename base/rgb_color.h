@@ -8,7 +8,7 @@ namespace lumbrine {
 class RGBColor {
 public:
     // 0xRRGGBB; what stands above those 24 bits is dropped.
-    constexpr RGBColor(std::uint32_t rrggbb) : value(rrggbb & 0xFFFFFF) {}
+    constexpr explicit(false) RGBColor(std::uint32_t rrggbb) : value(rrggbb & 0xFFFFFF) {}
 
     constexpr std::uint8_t red() const { return static_cast<std::uint8_t>(value >> 16); }
     constexpr std::uint8_t green() const { return static_cast<std::uint8_t>(value >> 8); }

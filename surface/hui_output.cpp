@@ -72,7 +72,7 @@ void HUIEngine::sendFaderPair(int strip, double value) {
 // ---- Switches and touches
 
 std::size_t HUIEngine::switchAt(int zone, int port) {
-    return static_cast<std::size_t>((zone & 0xFF) * portsOfZone + (port & 0x0F));
+    return static_cast<std::size_t>(zone & 0xFF) * portsOfZone + static_cast<std::size_t>(port & 0x0F);
 }
 
 void HUIEngine::sendEdge(int zone, int port, bool on) {

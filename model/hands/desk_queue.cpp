@@ -75,12 +75,12 @@ void DeskQueue::newOwner(Ownership owner) {
         former.push_back(std::move(job));
         return true;
     });
-    for (DeskJob& job : former)
-        drop(std::move(job), DropReason::ownerChanged);
+    for (const DeskJob& job : former)
+        drop(job, DropReason::ownerChanged);
     dropActs([&](const HandAct& act) { return isFormer(act.asked.owner); }, DropReason::ownerChanged);
 }
 
-void DeskQueue::drop(DeskJob job, DropReason reason) {
+void DeskQueue::drop(const DeskJob& job, DropReason reason) {
     if (job.owner) drops.tell(job.name, reason);
     job.dropped();
 }
@@ -124,9 +124,9 @@ void DeskQueue::dropOld() {
         old.push_back(std::move(job));
         return true;
     });
-    for (DeskJob& job : old) {
+    for (const DeskJob& job : old) {
         const bool held = !running && mustWait(job);
-        drop(std::move(job), held ? DropReason::faderHeld : DropReason::surfacesBusy);
+        drop(job, held ? DropReason::faderHeld : DropReason::surfacesBusy);
     }
     dropActs([now](const HandAct& act) { return now >= act.asked.at + HandAct::patience; }, DropReason::surfacesBusy);
 }

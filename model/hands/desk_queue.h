@@ -73,7 +73,7 @@ public:
 private:
     void consider();
     void considerAt(TimePoint at);
-    void drop(DeskJob job, DropReason reason);
+    void drop(const DeskJob& job, DropReason reason);
     void dropOld();
     void dropActs(const std::function<bool(const HandAct&)>& isDropped, DropReason reason);
     void performActs();

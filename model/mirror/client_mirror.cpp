@@ -193,6 +193,7 @@ void ClientMirror::sendTransportIfChanged() {
 void ClientMirror::sendSessAutoModes() {
     if (!state.published.session.surveyed) return;
     std::vector<std::uint8_t> modes;
+    modes.reserve(state.published.session.size());
     for (const Track& track : state.published.session.tracks)
         modes.push_back(track.mode);
     for (const Bytes& chunk : sessAutoChunkMessages(modes))
@@ -202,6 +203,7 @@ void ClientMirror::sendSessAutoModes() {
 void ClientMirror::sendSessPan() {
     if (!state.published.session.surveyed) return;
     std::vector<SessionPan> pans;
+    pans.reserve(state.published.session.size());
     for (const Track& track : state.published.session.tracks)
         pans.push_back(track.pan.value_or(SessionPan{}));
     for (const Bytes& chunk : sessPanChunkMessages(pans))

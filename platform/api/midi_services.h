@@ -30,15 +30,14 @@ public:
     // `back` is called on the MIDI receive thread when the client's ports were lost with the system's MIDI service and
     // are there again, before anything else arrives: what was under way in either direction never came. Call it before
     // createDestination. Back ends that never lose their ports ignore it.
-    virtual void onReturn(MIDIClientRef client, std::function<void()> back) {
-        static_cast<void>(client);
-        static_cast<void>(back);
-    }
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): by value for those that keep it
+    virtual void onReturn(MIDIClientRef /*client*/, std::function<void()> /*back*/) {}
 
     // `changed` is called on the main thread: with false when the system's MIDI service is lost, with all ports; with
     // true when it is there again, or there at last after a creation failed without it: then create what is missing.
     // Back ends whose service is always there ignore it.
-    virtual void onService(std::function<void(bool isThere)> changed) { static_cast<void>(changed); }
+    // NOLINTNEXTLINE(performance-unnecessary-value-param): by value for those that keep it
+    virtual void onService(std::function<void(bool isThere)> /*changed*/) {}
 
     // Gives the endpoint an ID by which other programs recognise it after a restart. Back ends without such IDs ignore
     // it.
