@@ -47,7 +47,7 @@ public:
 private:
     bool admitted(bool force);
 
-    // On a background thread
+    // On the desk's thread
     void scan();
     void rewind();
     Session walk();

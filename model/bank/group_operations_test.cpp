@@ -133,6 +133,16 @@ TEST_F(GroupTest, NothingHappensWithoutProToolsOrAMap) {
     EXPECT_TRUE(refused());
 }
 
+TEST_F(GroupTest, WhatWasAskedForWithoutProToolsIsNotDoneLater) {
+    state.published.huiConnected = false;
+    groups.groupSetFaders({{3, 0.5}}, bench.asked());
+    bench.run(100ms);
+    state.published.huiConnected = true;
+    groups.groupSetFaders({{5, 0.5}}, bench.asked());
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(acts(), ElementsAre("B0 0F 05", "B0 2F 40", "B0 05 3F", "B0 25 7F", "B0 0F 05", "B0 2F 00"));
+}
+
 TEST_F(GroupTest, FadersMoveWhileTheTransportRuns) {
     state.transportPlaying = true;
     groups.groupSetFaders({{3, 0.5}}, bench.asked());

@@ -1,7 +1,7 @@
 // Moving the surfaces over the session by presses, and knowing when they have settled. Pro Tools confirms nothing: all
 // there is to see are the display texts that it sends some time after a press.
 //
-// Every routine blocks and is for the background thread of a job that has the banks (SurfaceDesk::take). It reads the
+// Every routine blocks and is for the work of a job that moves the banks (model/hands/desk_queue.h). It reads the
 // state in hops to the main thread.
 #pragma once
 

@@ -25,8 +25,10 @@ void SurfaceWalk::request(Plan asked) {
         .begin =
             [this, walk] {
                 walk->start = start();
-                return state.published.huiConnected && !state.published.session.empty() &&
-                       walk->plan.wanted(walk->start);
+                if (state.published.huiConnected && !state.published.session.empty())
+                    return walk->plan.wanted(walk->start);
+                walk->plan.dropped();
+                return false;
             },
         .work =
             [this, walk] {
