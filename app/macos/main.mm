@@ -57,7 +57,7 @@ struct Mac {
 // Everything in the program. It lives until the process ends: `terminate:` exits without returning to `main`.
 class Application {
 public:
-    Application() {
+    explicit Application(ProcessEnd& process) : process(process) {
         mac.advertiser.onRefused = [this](int code) {
             app.tell(mac.text("✗ Bonjour failed: ", "✗ Bonjour 失敗: ") + announcementFailureText(code, mac.text));
         };
@@ -67,7 +67,11 @@ public:
         delegate.launched = [this] { openWindow(); };
         delegate.reopened = [this] { openWindow(); };
         delegate.windowChanged = [this] { pace.changed(); };
-        delegate.ending = [this] { model->letGo(); };
+        delegate.ending = [this] {
+            process.within(endingTime);
+            model->letGo();
+            mac.output.flush();
+        };
     }
 
     LumbrineApplicationDelegate* const delegate = [[LumbrineApplicationDelegate alloc] init];
@@ -97,6 +101,7 @@ private:
         shell->icon.draw();
     }
 
+    ProcessEnd& process;
     Mac mac;
     const std::function<void(const std::string&)> print = [this](const std::string& line) { mac.output.print(line); };
     LoginItem loginItem{mac.login, mac.text, print};
@@ -130,7 +135,7 @@ int main() {
     });
     @autoreleasepool {
         NSApplication* const application = NSApplication.sharedApplication;
-        const auto receiver = std::make_unique<lumbrine::Application>();
+        const auto receiver = std::make_unique<lumbrine::Application>(process);
         application.delegate = receiver->delegate;
         application.mainMenu = receiver->keys();
         [application run];

@@ -34,6 +34,11 @@ void LineOutput::print(const std::string& line) {
     changed.notify_one();
 }
 
+void LineOutput::flush() {
+    std::unique_lock lock(mutex);
+    written.wait(lock, [this] { return waiting.empty() && !writing; });
+}
+
 void LineOutput::noteMissing() {
     if (missing > 0) waiting.push(missingLine(std::exchange(missing, 0)));
 }
@@ -51,11 +56,14 @@ void LineOutput::work() {
         changed.wait(lock, [this] { return ending || !waiting.empty(); });
         if (waiting.empty()) return;
         std::string line = waiting.pop();
+        writing = true;
         lock.unlock();
         line += '\n'; // one write for each line, so that those of other programs do not mix with it
         write(line);
         lock.lock();
+        writing = false;
         if (waiting.empty()) noteMissing();
+        if (waiting.empty()) written.notify_all();
     }
 }
 

@@ -33,6 +33,10 @@ public:
     // Adds a line, without its newline. Never waits for the reader. Any thread.
     void print(const std::string& line);
 
+    // Waits until the lines that were added before are written, however long the reader takes. For a program that ends
+    // without destructors. Any thread but the writer's.
+    void flush();
+
 private:
     void work();
     void noteMissing(); // caller holds the lock
@@ -42,9 +46,11 @@ private:
     const std::function<std::string(std::size_t)> missingLine;
 
     std::mutex mutex;
-    std::condition_variable changed;
+    std::condition_variable changed; // a line waits, or the end has come
+    std::condition_variable written; // no line waits, and none is being written
     RingQueue<std::string> waiting;
     std::size_t missing = 0; // dropped since the newest of those that wait
+    bool writing = false;
     bool ending = false;
 
     std::thread thread;

@@ -1,5 +1,6 @@
 #include "platform/posix/line_output.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <optional>
@@ -66,6 +67,15 @@ TEST_F(LineOutputTest, WritesLinesInTheirOrder) {
     output->print("");
     output->print("二");
     EXPECT_THAT(readLines(3), testing::ElementsAre("✓ one", "", "二"));
+}
+
+TEST_F(LineOutputTest, FlushesWhatWaits) {
+    for (int i = 0; i < 500; ++i) // fits into the pipe
+        output->print(padding);
+    output->flush();
+    int written = 0;
+    ioctl(ends[0], FIONREAD, &written);
+    EXPECT_EQ(written, 500 * static_cast<int>(padding.size() + 1));
 }
 
 TEST_F(LineOutputTest, WaitsForNobodyAndTellsHowManyLinesWereDropped) {
