@@ -150,12 +150,25 @@ TEST_F(GroupTest, FadersMoveWhileTheTransportRuns) {
     EXPECT_THAT(acts(), testing::SizeIs(6));
 }
 
-TEST_F(GroupTest, TheSurfacesStayWhereTheLastMemberPutThemWhenTheStartWasUnknown) {
-    state.published.bankOffset = -1; // though the names are there to be found
+TEST_F(GroupTest, ReturnsToAViewOfWhichOnlyTheNamesTellThePosition) {
+    host.scrollTo(3);
+    world.runtime.runUntilIdle();
+    state.published.bankOffset = -1;
     groups.groupSetFaders({{15, 0.5}}, bench.asked());
     ASSERT_TRUE(ends());
-    EXPECT_EQ(host.offset, 12);
-    EXPECT_EQ(state.published.bankOffset, 12);
+    EXPECT_EQ(host.offset, 3);
+    EXPECT_EQ(state.published.bankOffset, 3);
+}
+
+TEST_F(GroupTest, ReturnsToTheViewThatAValueCoveredWhenItBegan) {
+    bench.surfaceA.name(2, "-6.0");
+    bench.run(1200ms);
+    ASSERT_EQ(state.published.bankOffset, -1);
+    groups.groupSetFaders({{15, 0.5}}, bench.asked());
+    bench.run(300ms);
+    host.show();
+    ASSERT_TRUE(ends());
+    EXPECT_EQ(host.offset, 0);
 }
 
 TEST_F(GroupTest, ThePositionIsLookedForAgainInTheEnd) {

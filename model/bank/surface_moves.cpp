@@ -15,7 +15,6 @@ constexpr Duration quietAtLeast = seconds(0.1);
 
 constexpr Duration stillPoll = seconds(0.05);
 constexpr Duration recognitionLimit = seconds(1.0);
-constexpr Duration stillForGood = seconds(0.3); // names that have not changed for so long are all there
 constexpr Duration windowSample = seconds(0.12);
 
 // Time for Pro Tools to follow a press before the next one: a bank redraws every strip.
@@ -66,14 +65,14 @@ int SurfaceMoves::shownOffset() const {
     return offset.value_or(-1);
 }
 
-int SurfaceMoves::recognizedOffset() {
-    int offset = shownOffset();
-    for (auto polls = pollsWithin(recognitionLimit, stillPoll);
-         polls > 0 && offset < 0 && displays.age() < stillForGood; --polls) {
+int SurfaceMoves::recognizedOffset(Duration still) {
+    for (auto polls = pollsWithin(recognitionLimit, stillPoll); polls > 0; --polls) {
+        const bool allThere = displays.age() >= still; // asked first: the main thread may take its time to look
+        const int offset = shownOffset();
+        if (offset >= 0 || allThere) return offset;
         runtime.sleepFor(stillPoll);
-        offset = shownOffset();
     }
-    return offset;
+    return shownOffset();
 }
 
 void SurfaceMoves::shortQuietWait(const std::function<bool()>& enough) {

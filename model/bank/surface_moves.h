@@ -15,9 +15,10 @@ namespace lumbrine {
 
 class SurfaceMoves {
 public:
-    static constexpr int maxPresses = 200;        // of one moveWindow
-    static constexpr int maxAttempts = 4;         // of one moveWindowReliably
-    static constexpr int stableWindowSamples = 6; // 0.12 s apart
+    static constexpr int maxPresses = 200;                 // of one moveWindow
+    static constexpr int maxAttempts = 4;                  // of one moveWindowReliably
+    static constexpr int stableWindowSamples = 6;          // 0.12 s apart
+    static constexpr Duration stillForGood = seconds(0.3); // names that have not changed for so long are all there
 
     SurfaceMoves(Runtime& runtime, const ReceiverState& state, const BankMap& bankMap, SurfaceDesk& desk,
                  DisplayWatch& displays);
@@ -35,8 +36,8 @@ public:
     // The index of the track on strip 0 by the shown names; -1 when they do not tell.
     int shownOffset() const;
 
-    // The same, but gives names that tell nothing up to 1 s while they still change.
-    int recognizedOffset();
+    // The same, but gives names that tell nothing up to 1 s while they still change: while one has come within `still`.
+    int recognizedOffset(Duration still = stillForGood);
 
     // Returns once no display text has come for 0.08 s: after 0.12 s at the earliest, and always within half a second;
     // or as soon as `enough` says so.

@@ -6,6 +6,12 @@
 
 namespace lumbrine {
 
+namespace {
+
+constexpr Duration valueOverName = seconds(2.0);
+
+} // namespace
+
 SurfaceWalk::SurfaceWalk(const Jobs& jobs, ReceiverState& state, Parts parts)
     : jobs(jobs), state(state), parts(parts) {}
 
@@ -32,6 +38,8 @@ void SurfaceWalk::request(Plan asked) {
             },
         .work =
             [this, walk] {
+                // A value over a name goes after a second or so, and then the view can be returned to.
+                if (walk->start.offset < 0) walk->start.offset = parts.moves.recognizedOffset(valueOverName);
                 walk->plan.steps(walk->start);
                 if (walk->start.offset >= 0) parts.moves.moveWindowReliably(walk->start.offset);
             },
