@@ -27,6 +27,7 @@ void Calibration::calibrateBanks(bool force, std::optional<Asked> asked) {
         .begin =
             [this, force] {
                 if (!admitted(force)) return false;
+                parts.metadata.refreshFullNames(); // what the scan sees is laid over the list
                 log.say("▶ Scanning all tracks… (PT's display will move briefly)",
                         "▶ トラック全体を計測中…（PT の表示が一瞬動きます）");
                 return true;
@@ -87,31 +88,18 @@ void Calibration::rewind() {
 }
 
 Session Calibration::walk() {
-    struct Seen {
-        std::size_t offset;
-        std::vector<double> faders;
-    };
     const auto width = static_cast<std::size_t>(parts.moves.layout().width);
-    TrackNames map = trimTrailingEmpty(parts.moves.stableWindow());
-    std::vector<Seen> banksSeen{{.offset = 0, .faders = shownFaders(width)}};
+    TrackSurvey survey(width, jobs.runtime.syncMain([this] { return parts.metadata.bankedNames(); }));
+    survey.add({.names = parts.moves.stableWindow(), .faders = shownFaders(width)});
     for (int banks = 0; banks < maxBanks; ++banks) {
         const TrackNames before = parts.moves.stableWindow();
         parts.moves.press(bank_port::bankForward);
         parts.moves.shortQuietWait();
-        const TrackNames after = parts.moves.stableWindow();
-        if (after == before) break; // the end of the session
-        const TrackNames shown = trimTrailingEmpty(after);
-        map = mergeWindow(std::move(map), shown);
-        banksSeen.push_back({.offset = map.size() - shown.size(), .faders = shownFaders(width)});
-        if (shown.size() < after.size()) break; // the last bank, not filled
+        TrackNames shown = parts.moves.stableWindow();
+        if (shown == before && !survey.expectsAnother()) break;
+        survey.add({.names = std::move(shown), .faders = shownFaders(width)});
     }
-
-    Session session = Session::of(map);
-    // In the order of the banks: where two overlap, the later one counts.
-    for (const Seen& seen : banksSeen)
-        for (std::size_t strip = 0; strip < width && seen.offset + strip < session.size(); ++strip)
-            session.tracks[seen.offset + strip].fader = seen.faders[strip];
-    return session;
+    return survey.session();
 }
 
 std::vector<double> Calibration::shownFaders(std::size_t width) const {

@@ -25,6 +25,12 @@ bool take(std::vector<Track>& tracks, const TrackMetadata::TrackList& list, Valu
     return changed;
 }
 
+std::vector<std::string> namesOf(const TrackMetadata::TrackList& list) {
+    std::vector<std::string> names;
+    std::ranges::transform(list, std::back_inserter(names), &PTSLTrack::name);
+    return names;
+}
+
 } // namespace
 
 TrackMetadata::TrackMetadata(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Accessibility& accessibility,
@@ -87,6 +93,7 @@ void TrackMetadata::takeList(TrackList tracks) {
     std::ranges::copy_if(newest, std::back_inserter(candidates[0]),
                          [](const PTSLTrack& track) { return !track.isHidden; });
     candidates[1] = newest;
+    banked = namesOf(candidates[0]);
     adopt(candidates, "PTSL");
     scripting.notePTSLSuccess();
 }
@@ -110,7 +117,10 @@ void TrackMetadata::refreshFromScreen() {
     TrackList tracks(shown->names.size());
     for (std::size_t i = 0; i < tracks.size(); ++i)
         tracks[i].name = std::move(shown->names[i]);
-    jobs.runOnMain([this, candidates = std::vector<TrackList>{std::move(tracks)}] { adopt(candidates, "AX"); });
+    jobs.runOnMain([this, candidates = std::vector<TrackList>{std::move(tracks)}] {
+        banked = namesOf(candidates[0]);
+        adopt(candidates, "AX");
+    });
 }
 
 // ---- Adopting a list

@@ -53,6 +53,10 @@ public:
     // Main thread.
     const PTSLTrack* listed(const TrackIdentity& track) const;
 
+    // The full names of the tracks that the banks should show, by the newest list; empty while there is none. Main
+    // thread.
+    const std::vector<std::string>& bankedNames() const { return banked; }
+
     // What the track is called in that list; absent when it is not there. While the service has sent no list, the name
     // that the track had. Main thread.
     std::optional<std::string> currentName(const TrackIdentity& track) const;
@@ -81,6 +85,7 @@ private:
     TrackComments comments;
     bool commentsReadWaits = false; // main thread only
     TrackList newest;               // of the scripting service; main thread only
+    std::vector<std::string> banked; // main thread only
     bool isFromService = false;     // what was adopted last; main thread only
     ServicePatience patience;       // main thread only
 

@@ -132,7 +132,8 @@ bool Calm::positionIsRight() const {
 
 bool Calm::mapIsRight() const {
     if (isJudgedByTheHost()) return isRight(displaysOf(world.model->published().session));
-    return rightMaps.contains(displaysOf(world.model->published().session));
+    const Names map = displaysOf(world.model->published().session);
+    return rightMaps.contains(map) || isMapOf(viewOf(*world.proTools), map);
 }
 
 // By the tracks that the host has. Where banks look alike it may be another map, as long as the position is unknown.

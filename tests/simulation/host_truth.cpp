@@ -46,15 +46,17 @@ void join(Names& map, const Names& window) {
 }
 
 Names mapFrom(int offset, const HostView& host, const SimulatorOptions& options) {
-    Names map = withoutBlankEnd(windowAt(host, offset));
+    std::vector<Names> windows{windowAt(host, offset)};
     for (int bank = 0; bank < mostBanks; ++bank) {
-        const Names before = windowAt(host, offset);
         offset = after(BankButton::bankRight, offset, host, options);
-        const Names shown = windowAt(host, offset);
-        if (shown == before) break;
-        join(map, withoutBlankEnd(shown));
-        if (shown.back().empty()) break;
+        Names shown = windowAt(host, offset);
+        if (shown == windows.back()) break;
+        windows.push_back(std::move(shown));
     }
+    windows.back() = withoutBlankEnd(std::move(windows.back()));
+    Names map;
+    for (const Names& window : windows)
+        join(map, window);
     return map;
 }
 

@@ -126,12 +126,11 @@ TEST(Scan, PutsTheViewBackFromALastBankWithBlankStrips) {
     }
 }
 
-TEST(Scan, TakesABankWithBlankStripsForTheLast) {
+TEST(Scan, TakesABankWithBlankStripsForTheLastWhenAPressChangesNothing) {
     using enum Press;
     Studio studio(numberedTracks(20), {.endOfSession = EndOfSession::blank});
     ASSERT_TRUE(studio.mapSession(30s));
-    EXPECT_THAT(studio.presses(), testing::ElementsAre(bankLeft, bankRight, bankRight, // and none that does nothing
-                                                       bankLeft, bankLeft));
+    EXPECT_THAT(studio.presses(), testing::ElementsAre(bankLeft, bankRight, bankRight, bankRight, bankLeft, bankLeft));
 }
 
 TEST(Scan, PutsAViewThatWasPartlyBlankBackToTheLastFullOne) {

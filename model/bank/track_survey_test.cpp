@@ -1,0 +1,138 @@
+#include "model/bank/track_survey.h"
+#include "model/testing/session_columns.h"
+
+#include <span>
+
+namespace lumbrine {
+namespace {
+
+using testing::ElementsAre;
+using Names = TrackNames;
+
+TEST(Display, ShowsTheNameCut) {
+    EXPECT_TRUE(mayShow("Kick", "Kick In"));
+    EXPECT_TRUE(mayShow("Kick", "Kick"));
+    EXPECT_TRUE(mayShow("OH", "OH"));
+    EXPECT_TRUE(mayShow("FX", " FX 1"));
+}
+
+TEST(Display, ShowsTheNameWithoutVowelsBlanksAndNumbers) {
+    EXPECT_TRUE(mayShow("LdVx", "Lead Vox"));
+    EXPECT_TRUE(mayShow("Tom", "Tom 12"));
+    EXPECT_TRUE(mayShow("Snr2", "Snare 2"));
+}
+
+TEST(Display, ShowsNoOtherName) {
+    EXPECT_FALSE(mayShow("Kick", "Snare Top"));
+    EXPECT_FALSE(mayShow("Snr2", "Snare 3"));
+    EXPECT_FALSE(mayShow("ick", "Kick"));
+    EXPECT_FALSE(mayShow("kick", "Kick"));
+    EXPECT_FALSE(mayShow("Kcik", "Kick In"));
+    EXPECT_FALSE(mayShow("Kick", ""));
+}
+
+TEST(Display, ShowsBlanksOrQuestionMarksForWhatIsNotASCII) {
+    EXPECT_TRUE(mayShow("", "ギターソロ"));
+    EXPECT_TRUE(mayShow("????", "ギターソロ"));
+    EXPECT_TRUE(mayShow("2", "ギター2"));
+    EXPECT_TRUE(mayShow("?2", "声2"));
+    EXPECT_TRUE(mayShow("", ""));
+}
+
+TEST(Display, IsBlankForNoNameThatBeginsWithASCII) {
+    EXPECT_FALSE(mayShow("", "Kick"));
+    EXPECT_FALSE(mayShow("", "A.ギター"));
+    EXPECT_FALSE(mayShow("????", "Kick"));
+}
+
+// ---- Joining. The surfaces have four strips here.
+
+constexpr std::size_t width = 4;
+
+Session surveyed(const std::vector<Names>& windows, Names listed = {}) {
+    TrackSurvey survey(width, std::move(listed));
+    double fader = 0.0;
+    for (const Names& window : windows) {
+        survey.add({.names = window, .faders = {fader + 0.1, fader + 0.2, fader + 0.3, fader + 0.4}});
+        fader += 0.4;
+    }
+    return survey.session();
+}
+
+Names displays(const Session& session) {
+    return displaysOf(session);
+}
+
+TEST(TrackSurvey, JoinsBanksWhereTheyOverlap) {
+    EXPECT_EQ(displays(surveyed({{"A", "B", "C", "D"}, {"C", "D", "E", "F"}})), (Names{"A", "B", "C", "D", "E", "F"}));
+    EXPECT_EQ(displays(surveyed({{"A", "B", "C", "D"}, {"E", "", "", ""}})), (Names{"A", "B", "C", "D", "E"}));
+}
+
+TEST(TrackSurvey, KeepsTheBlankEndOfABankThatIsNotTheLast) {
+    EXPECT_EQ(displays(surveyed({{"A", "B", "C", ""}, {"E", "F", "G", ""}})),
+              (Names{"A", "B", "C", "", "E", "F", "G"}));
+}
+
+TEST(TrackSurvey, LeavesOutPressesThatChangedNothing) {
+    EXPECT_EQ(displays(surveyed({{"A", "B", "C", "D"}, {"A", "B", "C", "D"}, {"E", "F", "", ""}})),
+              (Names{"A", "B", "C", "D", "E", "F"}));
+}
+
+TEST(TrackSurvey, HasAsManyTracksAsTheListThatItAgreesWith) {
+    EXPECT_EQ(displays(surveyed({{"", "", "", ""}, {"", "", "", ""}}, {"声", "声二", "歌", "鼓", "弦", "笛"})).size(),
+              6U);
+    EXPECT_EQ(displays(surveyed({{"A", "B", "C", "D"}, {"E", "", "", ""}}, {"A", "B", "C", "D", "E", "声"})),
+              (Names{"A", "B", "C", "D", "E", ""}));
+}
+
+TEST(TrackSurvey, KeepsTwoTracksOfOneNameThatMeetWhereTheListHasBoth) {
+    EXPECT_EQ(
+        displays(surveyed({{"A", "B", "C", "X"}, {"X", "D", "E", "F"}}, {"A", "B", "C", "X1", "X2", "D", "E", "F"})),
+        (Names{"A", "B", "C", "X", "X", "D", "E", "F"}));
+}
+
+TEST(TrackSurvey, GoesByTheSurfacesWhereTheListDisagrees) {
+    const std::vector<Names> windows{{"A", "B", "C", "D"}, {"C", "D", "E", "F"}};
+    const Names seen{"A", "B", "C", "D", "E", "F"};
+    EXPECT_EQ(displays(surveyed(windows, {"A", "B", "C", "D", "E"})), seen);           // lags
+    EXPECT_EQ(displays(surveyed(windows, {"A", "B", "C", "D", "X", "F"})), seen);      // of another session
+    EXPECT_EQ(displays(surveyed(windows, {"A", "B", "C", "D", "E", "F", "G"})), seen); // with hidden tracks
+}
+
+TEST(TrackSurvey, ByTheListALostPressLeavesNoTrackOut) {
+    EXPECT_EQ(displays(surveyed({{"A", "B", "C", "D"}, {"A", "B", "C", "D"}, {"E", "F", "", ""}},
+                                {"A", "B", "C", "D", "E", "F"})),
+              (Names{"A", "B", "C", "D", "E", "F"}));
+}
+
+TEST(TrackSurvey, TakesTheLastBankAsFilledWhereNamesOrFadersSaySo) {
+    const Names listed{"声", "声", "声", "声", "声", "声"};
+    const std::vector<Names> windows{{"", "", "", ""}, {"", "", "", ""}};
+    TrackSurvey filled(width, listed);
+    filled.add({.names = windows[0], .faders = {0.1, 0.2, 0.3, 0.4}});
+    filled.add({.names = windows[1], .faders = {0.3, 0.4, 0.5, 0.6}});
+    EXPECT_THAT(column(filled.session(), &Track::fader), ElementsAre(0.1, 0.2, 0.3, 0.4, 0.5, 0.6));
+
+    TrackSurvey unfilled(width, listed);
+    unfilled.add({.names = windows[0], .faders = {0.1, 0.2, 0.3, 0.4}});
+    unfilled.add({.names = windows[1], .faders = {0.5, 0.6, 0.0, 0.0}});
+    EXPECT_THAT(column(unfilled.session(), &Track::fader), ElementsAre(0.1, 0.2, 0.3, 0.4, 0.5, 0.6));
+}
+
+TEST(TrackSurvey, ExpectsAnotherBankWhileTheListThatAgreesHasOne) {
+    TrackSurvey survey(width, {"声", "声", "声", "声", "声"});
+    const SurveyedBank bank{.names = {"", "", "", ""}, .faders = {0.0, 0.0, 0.0, 0.0}};
+    survey.add(bank);
+    EXPECT_TRUE(survey.expectsAnother());
+    survey.add(bank);
+    EXPECT_FALSE(survey.expectsAnother());
+}
+
+TEST(TrackSurvey, ExpectsNothingByAListThatDisagrees) {
+    TrackSurvey survey(width, {"Kick", "声", "声", "声", "声"});
+    survey.add({.names = {"", "", "", ""}, .faders = {0.0, 0.0, 0.0, 0.0}});
+    EXPECT_FALSE(survey.expectsAnother());
+}
+
+} // namespace
+} // namespace lumbrine
