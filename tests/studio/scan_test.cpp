@@ -144,15 +144,6 @@ TEST(Scan, PutsAViewThatWasPartlyBlankBackToTheLastFullOne) {
 
 // ---- Names
 
-SimulatedSession tracksNamed(const std::vector<std::string>& names) {
-    std::vector<SimulatedTrack> tracks;
-    for (const std::string& name : names) {
-        tracks.emplace_back();
-        tracks.back().name = name;
-    }
-    return SimulatedSession("Names", std::move(tracks));
-}
-
 TEST(Scan, TakesTwoTracksOfOneNameOnEitherSideOfABankForOne) {
     Studio studio(tracksNamed({"Kick", "Snar", "Hat", "Tom1", "Tom2", "OH L", "OH R", "Vox", // the first bank
                                "Vox", "Bass", "Gtr1", "Gtr2", "Key1", "Key2", "Str", "FX"}));

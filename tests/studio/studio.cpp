@@ -7,13 +7,16 @@
 namespace lumbrine {
 
 SimulatedSession numberedTracks(int count) {
-    const std::vector<std::string> names = displayNames(count);
+    return tracksNamed(displayNames(count));
+}
+
+SimulatedSession tracksNamed(const std::vector<std::string>& names) {
     std::vector<SimulatedTrack> tracks(names.size());
     for (std::size_t i = 0; i < tracks.size(); ++i) {
         tracks[i].name = names[i];
         tracks[i].fader = FaderValue::ofRaw(static_cast<std::uint16_t>(16 * i));
     }
-    return SimulatedSession("Numbers", std::move(tracks));
+    return SimulatedSession("Session", std::move(tracks));
 }
 
 std::vector<std::string> displayNames(int count) {

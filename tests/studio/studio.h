@@ -14,7 +14,10 @@ namespace lumbrine {
 // `count` tracks with different displays, "0001", "0002" and so on, and different faders.
 SimulatedSession numberedTracks(int count);
 
-// The displays of these tracks, as the receiver stores them.
+// The same with these names.
+SimulatedSession tracksNamed(const std::vector<std::string>& names);
+
+// The displays of the numbered tracks, as the receiver stores them.
 std::vector<std::string> displayNames(int count);
 
 // These tests are about times of seconds, so threads need not be interrupted often.
