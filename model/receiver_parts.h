@@ -56,6 +56,7 @@ struct ReceiverParts {
     SwitchTracker switches;
     SurfaceFeedback feedback;
     HelloResponse hello;
+    Fingers fingers;
     ClientCommands commands;
     PresenceWatch presence;
     PositionWatch position;

@@ -103,10 +103,7 @@ RemoteClient::RemoteClient(Runtime& runtime, DatagramSockets& sockets, RemoteOpt
 RemoteClient::~RemoteClient() {
     if (fd < 0) return;
     // Otherwise the receiver would hold the faders as touched until another client takes over.
-    for (int i = 0; i < stripCount; ++i) {
-        const Strip strip = *Strip::of(i);
-        if (held[strip.slot()]) release(strip);
-    }
+    faders.releaseAll();
     timer.reset();
     inbox->end();
     sockets.shutDown(fd);
@@ -120,7 +117,8 @@ bool RemoteClient::connect(const std::string& host, std::uint16_t port) {
     if (!sockets.resolve(host, port, address)) return false;
     receiver = address;
     inbox->listenTo(address, nameOf(sockets, address));
-    held.fill(false);
+    faders.forget();
+    wantsControl = false;
     sessionPicture = {};
     enter(LinkState::searching);
     sayHello();
@@ -173,10 +171,11 @@ void RemoteClient::take(const ReceiverMessage& message) {
     lastHeard = runtime.now();
     if (std::holds_alternative<Busy>(message)) {
         // Another client is in control; the receiver has released our faders.
-        held.fill(false);
+        faders.forget();
         if (linkState == LinkState::connected) enter(LinkState::takenOver);
         if (linkState == LinkState::searching || linkState == LinkState::lost) enter(LinkState::busy);
     } else if (std::holds_alternative<Pong>(message)) {
+        wantsControl = false;
         if (linkState != LinkState::connected) answered();
     } else if (linkState == LinkState::searching || linkState == LinkState::lost) {
         // The pong may have been lost, or these messages continue after a pause: ask for the full state.
@@ -190,6 +189,13 @@ void RemoteClient::take(const ReceiverMessage& message) {
 void RemoteClient::answered() {
     sessionPicture = {};
     enter(LinkState::connected);
+}
+
+// What was held and wished for is too old when the receiver is back: it may show other tracks by then.
+void RemoteClient::lose() {
+    faders.forget();
+    wantsControl = false;
+    enter(LinkState::lost);
 }
 
 void RemoteClient::enter(LinkState state) {
@@ -210,8 +216,7 @@ void RemoteClient::sayHello() {
 }
 
 void RemoteClient::touch(Strip strip) {
-    held[strip.slot()] = true;
-    send(faderTouchCommand(strip));
+    faders.touch(strip);
 }
 
 void RemoteClient::move(Strip strip, FaderValue value) {
@@ -220,11 +225,11 @@ void RemoteClient::move(Strip strip, FaderValue value) {
 }
 
 void RemoteClient::release(Strip strip) {
-    held[strip.slot()] = false;
-    send(faderReleaseCommand(strip));
+    faders.release(strip);
 }
 
 void RemoteClient::takeOver() {
+    wantsControl = linkState != LinkState::connected;
     send(takeOverCommand());
     // A take-over is not answered; the hello brings a pong and the full state.
     sayHello();
@@ -234,10 +239,10 @@ void RemoteClient::takeOver() {
 void RemoteClient::tick() {
     const TimePoint now = runtime.now();
     const bool silent = now - lastHeard >= options.silence;
-    if (silent && linkState != LinkState::searching) enter(LinkState::lost);
+    if (silent && linkState != LinkState::searching) lose();
     if (linkState != LinkState::connected) {
-        if (now - lastHello >= options.keepAlive) sayHello();
-        return;
+        if (now - lastHello < options.keepAlive) return;
+        return wantsControl ? takeOver() : sayHello();
     }
     // A hello is answered with a pong, so it finds out whether a quiet receiver is still there.
     const bool quiet = now - lastHeard >= 2 * options.keepAlive && now - lastHello >= options.keepAlive;

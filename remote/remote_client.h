@@ -7,10 +7,10 @@
 
 #include "platform/api/datagram_sockets.h"
 #include "platform/api/runtime.h"
+#include "remote/held_faders.h"
 #include "remote/receiver_message.h"
 #include "remote/session_picture.h"
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -67,13 +67,15 @@ public:
     // Sends any datagram. Does nothing before `connect`. Errors are ignored, like losses in the network.
     void send(ByteView datagram);
 
-    // A fader is held from `touch` to `release`; the destructor releases held faders. `move` changes the picture at
-    // once, because the receiver does not echo the moves of a held fader.
+    // A fader is held from `touch` to `release`; touches and releases are repeated as HeldFaders says, and the
+    // destructor releases held faders. Once another client is in control, or the receiver is lost, no fader is held.
+    // `move` changes the picture at once, because the receiver does not echo the moves of a held fader.
     void touch(Strip strip);
     void move(Strip strip, FaderValue value);
     void release(Strip strip);
 
-    // Takes control from another client.
+    // Takes control from another client. Repeated with each hello for as long as the receiver refuses this client, but
+    // not after it was in control, and not once the receiver is lost.
     void takeOver();
 
     // Asks for the full state. The client also does this by itself: see RemoteOptions::refresh.
@@ -96,6 +98,7 @@ private:
     void take(const ReceiverMessage& message);
     void enter(LinkState state);
     void answered();
+    void lose();
     void sayHello();
     void tick();
 
@@ -110,7 +113,8 @@ private:
 
     LinkState linkState = LinkState::searching;
     SessionPicture sessionPicture;
-    std::array<bool, stripCount> held{};
+    HeldFaders faders{runtime, [this](ByteView datagram) { send(datagram); }};
+    bool wantsControl = false; // since `takeOver`
     TimePoint lastHeard = distantPast;
     TimePoint lastSent = distantPast;
     TimePoint lastHello = distantPast;

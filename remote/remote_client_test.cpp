@@ -199,6 +199,30 @@ TEST_F(RemoteClientTest, TakesOverAndSaysHello) {
     EXPECT_EQ(heardIn(0s), (Datagrams{{0x01, 0x25}, hello}));
 }
 
+TEST_F(RemoteClientTest, RepeatsATakeOverWhileItIsRefusedAndNeverAfterwards) {
+    const Datagrams both{{0x01, 0x25}, hello};
+    connectAndAnswer();
+    say(busyAnswer);
+    client->takeOver();
+    EXPECT_EQ(heardIn(999ms), both);
+    say(busyAnswer);
+    EXPECT_EQ(heardIn(1ms), both);
+    say(pong);
+    say(busyAnswer); // another one has taken over since
+    EXPECT_EQ(heardIn(2s), Datagrams(2, hello));
+}
+
+TEST_F(RemoteClientTest, ForgetsATakeOverWhenTheReceiverIsLost) {
+    connectAndAnswer();
+    say(busyAnswer);
+    client->takeOver();
+    runtime.runFor(4s);
+    ASSERT_EQ(client->state(), LinkState::lost);
+    receiver.taken();
+    say(busyAnswer);
+    EXPECT_EQ(heardIn(1s), Datagrams{hello});
+}
+
 TEST_F(RemoteClientTest, TouchesMovesAndReleasesAFaderAndFollowsItItself) {
     connectAndAnswer();
     client->touch(strip(3));
@@ -206,6 +230,45 @@ TEST_F(RemoteClientTest, TouchesMovesAndReleasesAFaderAndFollowsItItself) {
     client->release(strip(3));
     EXPECT_EQ(heardIn(0s), (Datagrams{{0x01, 0x02, 0x03}, {0x01, 0x01, 0x03, 0x12, 0x34}, {0x01, 0x03, 0x03}}));
     EXPECT_EQ(client->picture().at(strip(3)).fader, FaderValue::ofRaw(0x1234));
+}
+
+TEST_F(RemoteClientTest, RepeatsATouchEveryHalfSecondUntilTheRelease) {
+    const Bytes touch{0x01, 0x02, 0x03};
+    const Bytes release{0x01, 0x03, 0x03};
+    connectAndAnswer();
+    client->touch(strip(3));
+    EXPECT_EQ(heardIn(499ms), Datagrams{touch});
+    EXPECT_EQ(heardIn(1ms), Datagrams{touch});
+    EXPECT_EQ(heardIn(499ms), Datagrams{});
+    EXPECT_EQ(heardIn(1ms), Datagrams{touch});
+    client->release(strip(3));
+    EXPECT_EQ(heardIn(49ms), Datagrams{release});
+    EXPECT_EQ(heardIn(1ms), Datagrams{release});
+    EXPECT_EQ(heardIn(50ms), Datagrams{release});
+    EXPECT_EQ(heardIn(899ms), Datagrams{});
+}
+
+TEST_F(RemoteClientTest, RepeatsNoReleaseAfterTheNextTouch) {
+    connectAndAnswer();
+    client->touch(strip(3));
+    client->release(strip(3));
+    client->touch(strip(3));
+    EXPECT_EQ(heardIn(499ms), (Datagrams{{0x01, 0x02, 0x03}, {0x01, 0x03, 0x03}, {0x01, 0x02, 0x03}}));
+}
+
+TEST_F(RemoteClientTest, RepeatsNoPress) {
+    connectAndAnswer();
+    client->send(mutePressCommand(strip(3)));
+    EXPECT_EQ(heardIn(999ms), (Datagrams{{0x01, 0x04, 0x03}}));
+}
+
+TEST_F(RemoteClientTest, RepeatsNoTouchOnceTheReceiverIsLost) {
+    connectAndAnswer();
+    client->touch(strip(3));
+    runtime.runFor(4s);
+    ASSERT_EQ(client->state(), LinkState::lost);
+    receiver.taken();
+    EXPECT_EQ(heardIn(1s), Datagrams{hello});
 }
 
 TEST_F(RemoteClientTest, ReleasesWhatIsStillHeldWhenItGoes) {
@@ -223,6 +286,7 @@ TEST_F(RemoteClientTest, HoldsNothingAnyMoreOnceItIsRefused) {
     client->touch(strip(3));
     say(busyAnswer);
     heardIn(0s);
+    EXPECT_EQ(heardIn(1s), Datagrams{hello});
     client.reset();
     EXPECT_EQ(heardIn(0s), Datagrams{});
 }

@@ -57,14 +57,15 @@ TEST_F(TerminalConsoleTest, MovesThroughTheSession) {
               (Sent{{0x01, 0x0A, 0}, {0x01, 0x0A, 1}, {0x01, 0x0A, 2}, {0x01, 0x0A, 3}, {0x01, 0x0C}}));
 }
 
-TEST_F(TerminalConsoleTest, TouchesAFaderOnceMovesItAndReleasesItAMomentAfterTheLastKey) {
+TEST_F(TerminalConsoleTest, HoldsAFaderWhileItMovesItAndReleasesItAMomentAfterTheLastKey) {
     say(halfway);
     EXPECT_EQ(sentFor(SpecialKey::up), (Sent{{0x01, 0x02, 0}, {0x01, 0x01, 0, 0x21, 0x47}})); // 8519
     EXPECT_TRUE(console.view().held[0]);
     runtime.runFor(599ms);
+    EXPECT_EQ(receiver.taken(), (Sent{{0x01, 0x02, 0}}));         // it is still held
     EXPECT_EQ(sentFor('-'), (Sent{{0x01, 0x01, 0, 0x21, 0x26}})); // 8486
     runtime.runFor(599ms);
-    EXPECT_EQ(receiver.taken(), Sent{});
+    EXPECT_EQ(receiver.taken(), (Sent{{0x01, 0x02, 0}}));
     runtime.runFor(1ms);
     EXPECT_EQ(receiver.taken(), (Sent{{0x01, 0x03, 0}}));
     EXPECT_FALSE(console.view().held[0]);

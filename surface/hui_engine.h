@@ -94,6 +94,10 @@ public:
     // thread.
 
     bool touchByHand(int strip);
+
+    // The finger is still there since `touchByHand`. As that, unless it was on the fader when the surface was closed.
+    bool holdByHand(int strip);
+
     bool releaseByHand(int strip);
     bool moveByHand(int strip, double value);
     bool pressByHand(int zone, int port);
@@ -104,8 +108,11 @@ public:
     void closeToHands();
     void openToHands();
 
-    // Releases the faders that hands have touched.
+    // Releases the faders that hands have touched, as if the fingers had never been there.
     void letHandsGo();
+
+    // Releases them too, but the fingers may still be there.
+    void loseTouch();
 
     // ---- What is down: each switch and touch whose last edge went out as down. Any thread.
 
@@ -146,6 +153,8 @@ private:
 
     static std::size_t switchAt(int zone, int port);
 
+    bool putFinger(int strip) LUMBRINE_REQUIRES(txLock);
+    void liftFingers() LUMBRINE_REQUIRES(txLock);
     void sendPair(std::array<std::uint8_t, 3> first, std::array<std::uint8_t, 3> second) LUMBRINE_REQUIRES(txLock);
     void sendEdge(int zone, int port, bool on) LUMBRINE_REQUIRES(txLock);
     void sendFaderPair(int strip, double value) LUMBRINE_REQUIRES(txLock);
@@ -176,7 +185,7 @@ private:
     std::uint64_t timesHandsLetGo LUMBRINE_GUARDED_BY(txLock) = 0;
     bool ended LUMBRINE_GUARDED_BY(txLock) = false;
     bool closed LUMBRINE_GUARDED_BY(txLock) = false;                        // to hands
-    std::bitset<stripsPerSurface> inHand LUMBRINE_GUARDED_BY(txLock);       // touched by hand, and down
+    std::bitset<stripsPerSurface> fingers LUMBRINE_GUARDED_BY(txLock);      // put down and not lifted
     std::bitset<stripsPerSurface> strayFingers LUMBRINE_GUARDED_BY(txLock); // on faders that show other tracks since
 
     Mutex panLock;

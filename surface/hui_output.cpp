@@ -79,7 +79,6 @@ void HUIEngine::sendEdge(int zone, int port, bool on) {
     if (ended) return;
     down.set(switchAt(zone, port), on);
     if (on) usedSinceReturn.set(switchAt(zone, port));
-    if (!on && onThisSurface(zone) && port == hui::touchPort) inHand.reset(static_cast<std::size_t>(zone));
     sendPair(controlChange(zoneSelect, zone), controlChange(portState, portByte(port, on)));
 }
 
@@ -199,11 +198,21 @@ void HUIEngine::sendTurn(int strip, int delta) {
 
 bool HUIEngine::touchByHand(int strip) {
     if (!onThisSurface(strip)) return true;
-    const auto fader = static_cast<std::size_t>(strip);
     const Lock lock(txLock);
+    return putFinger(strip);
+}
+
+bool HUIEngine::holdByHand(int strip) {
+    if (!onThisSurface(strip)) return true;
+    const Lock lock(txLock);
+    return !strayFingers.test(static_cast<std::size_t>(strip)) && putFinger(strip);
+}
+
+bool HUIEngine::putFinger(int strip) {
+    const auto fader = static_cast<std::size_t>(strip);
+    fingers.set(fader);
     strayFingers.set(fader, closed);
     if (closed) return false;
-    inHand.set(fader);
     sendEdge(strip, hui::touchPort, true);
     return true;
 }
@@ -213,6 +222,7 @@ bool HUIEngine::releaseByHand(int strip) {
     const auto fader = static_cast<std::size_t>(strip);
     const Lock lock(txLock);
     const bool stray = strayFingers.test(fader);
+    fingers.reset(fader);
     strayFingers.reset(fader);
     if (closed || stray) return false;
     sendEdge(strip, hui::touchPort, false);
@@ -249,7 +259,7 @@ bool HUIEngine::turnByHand(int strip, int delta) {
 void HUIEngine::closeToHands() {
     const Lock lock(txLock);
     closed = true;
-    strayFingers |= inHand;
+    strayFingers |= fingers;
     ++timesHandsLetGo;
     for (int zone = 0; zone < stripsPerSurface; ++zone)
         for (int port = 0; port < portsOfZone; ++port)
@@ -263,9 +273,22 @@ void HUIEngine::openToHands() {
 
 void HUIEngine::letHandsGo() {
     const Lock lock(txLock);
-    for (int strip = 0; strip < stripsPerSurface; ++strip)
-        if (inHand.test(static_cast<std::size_t>(strip))) sendEdge(strip, hui::touchPort, false);
+    liftFingers();
+    fingers.reset();
     strayFingers.reset();
+}
+
+void HUIEngine::loseTouch() {
+    const Lock lock(txLock);
+    liftFingers();
+}
+
+void HUIEngine::liftFingers() {
+    for (int strip = 0; strip < stripsPerSurface; ++strip) {
+        const auto fader = static_cast<std::size_t>(strip);
+        const bool byHand = fingers.test(fader) && !strayFingers.test(fader);
+        if (byHand && down.test(switchAt(strip, hui::touchPort))) sendEdge(strip, hui::touchPort, false);
+    }
 }
 
 bool HUIEngine::showsRightPan() {

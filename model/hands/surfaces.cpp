@@ -90,4 +90,9 @@ void Surfaces::letHandsGo() {
     huiB->letHandsGo();
 }
 
+void Surfaces::loseTouch() {
+    hui->loseTouch();
+    huiB->loseTouch();
+}
+
 } // namespace lumbrine

@@ -46,6 +46,7 @@ public:
     void closeToHands();
     void openToHands();
     void letHandsGo();
+    void loseTouch();
 
     // Releases everything that is down; afterwards nothing goes down any more. For the end of the program.
     void letGo();

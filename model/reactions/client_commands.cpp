@@ -36,25 +36,11 @@ public:
     }
 
     void operator()(const FaderTouch& command) const {
-        state.presence.lastHand = jobs.runtime.now();
-        engineFor(command.strip).touchByHand(engineStripFor(command.strip));
-        onMain([strip = Strip::of(command.strip), &surfaces = parts.surfaces](ReceiverState& known, TimePoint arrived) {
-            if (!strip) return;
-            StripState& held = known.published.strip(*strip);
-            // A job that has taken the surfaces since has let it go.
-            held.touched = surfaces.engineOf(*strip).isDown(strip->engineStrip(), hui::touchPort);
-            held.movedByClient = arrived;
-        });
+        if (const auto strip = Strip::of(command.strip)) parts.fingers.touch(*strip, asked.at);
     }
 
     void operator()(const FaderRelease& command) const {
-        engineFor(command.strip).releaseByHand(engineStripFor(command.strip));
-        onMain([strip = Strip::of(command.strip), &mirror = parts.mirror](ReceiverState& known, TimePoint) {
-            if (!strip) return;
-            StripState& left = known.published.strip(*strip);
-            left.touched = false;
-            mirror.sendFaderToClient(*strip, left.fader);
-        });
+        if (const auto strip = Strip::of(command.strip)) parts.fingers.release(*strip);
     }
 
     // ---- Switches
@@ -178,10 +164,9 @@ void ClientCommands::handleUDP(ByteView bytes, const Sender& sender) {
     if (const auto command = parseClientCommand(bytes)) std::visit(Execution(*this, sender), *command);
 }
 
-// Here and not on the main thread, so that what the new owner touches next stays.
 void ClientCommands::takeControl(Ownership owner) {
     current = owner;
-    parts.surfaces.letHandsGo();
+    parts.fingers.newOwner();
     jobs.runOnMain([this, owner] {
         for (StripState& strip : state.published.strips) {
             strip.touched = false;

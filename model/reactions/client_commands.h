@@ -7,6 +7,7 @@
 #include "model/bank/seek_worker.h"
 #include "model/bank/visible_range_walk.h"
 #include "model/hands/pan.h"
+#include "model/reactions/fingers.h"
 #include "model/reactions/hello_response.h"
 #include "model/tracks/track_metadata.h"
 #include "model/tracks/track_wishes.h"
@@ -19,6 +20,7 @@ public:
         Surfaces& surfaces;
         ClientMirror& mirror;
         HelloResponse& hello;
+        Fingers& fingers;
         SurfaceDesk& desk;
         DeskQueue& queue;
         Pan& pan;

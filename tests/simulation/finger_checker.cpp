@@ -2,6 +2,7 @@
 
 #include "tests/simulation/actions.h"
 #include "tests/simulation/time_limits.h"
+#include "tests/simulation/touch_repeats.h"
 
 #include <algorithm>
 #include <iterator>
@@ -38,8 +39,9 @@ public:
     }
 
     void check(const Acceptance& acceptance) {
+        const TouchRepeats repeats(acceptance, pauses);
         for (std::size_t i = 0; i < acceptance.accepted.size(); ++i)
-            follow(acceptance.accepted[i], acceptance.numbers[i]);
+            follow(acceptance.accepted[i], acceptance.numbers[i], {repeats.mayRepeat(i), repeats.surelyRepeats(i)});
         for (; next < sent.size(); ++next)
             complain(sent[next], "that nobody asked for");
     }
@@ -47,7 +49,13 @@ public:
     std::vector<std::string> violations;
 
 private:
-    void follow(const ReceivedDatagram& datagram, int number) {
+    // Whether a touch is of a finger that is down already.
+    struct Repeat {
+        bool maybe;
+        bool surely;
+    };
+
+    void follow(const ReceivedDatagram& datagram, int number, Repeat repeat) {
         if (number != owner) fingers.clear();
         owner = number;
         hear(datagram);
@@ -57,7 +65,7 @@ private:
         if (isRelease(*asked)) {
             release(*asked);
         } else if (isMoveOrTouch(*asked)) {
-            look(*asked);
+            look(*asked, repeat);
         }
     }
 
@@ -71,17 +79,18 @@ private:
         lastHeard = datagram.at;
     }
 
-    void look(const WireAction& asked) {
+    void look(const WireAction& asked, Repeat repeat) {
         const auto out = take(asked);
         const auto finger = fingers.find(asked.number);
         const bool isMove = asked.kind == Kind::fader;
-        const bool there = isMove && finger != fingers.end();
-        const bool mayBeHeld = closings.mayMeet(asked.at) || (there && mayBeStray(finger->second, asked.at));
+        const bool there = finger != fingers.end();
+        const bool mayBeHeld =
+            closings.mayMeet(asked.at) || (there && (isMove || repeat.maybe) && mayBeStray(finger->second, asked.at));
         if (!out) {
             if (!mayBeHeld) complain(asked, "lost");
         } else if (closings.surelyWas(*out)) {
             complain(asked, "while a job has the surfaces");
-        } else if (there && isStray(finger->second, *out)) {
+        } else if (there && (isMove || repeat.surely) && isStray(finger->second, *out)) {
             complain(asked, "of a finger that a job has met");
         }
         if (!isMove) fingers[asked.number] = {.since = out.value_or(asked.at), .isDown = out || !mayBeHeld};

@@ -17,7 +17,7 @@ namespace lumbrine::simulation {
 //
 // But nothing goes out while a job has the surfaces; and a finger that was on a fader when one took them, or was put
 // there meanwhile, moves nothing more until it touches again, another device is in control, or its client has been
-// silent for so long that its touches are forgotten.
+// silent for so long that its touches are forgotten. The repeated touch of a resting finger is no new one.
 //
 // `wire` without what walks play.
 std::vector<std::string> checkFingers(const std::vector<WireAction>& wire, int surface, const Acceptance& acceptance,

@@ -6,6 +6,7 @@ namespace lumbrine::simulation {
 namespace {
 
 using testing::Contains;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -61,6 +62,18 @@ TEST_F(Fingers, TouchAndLetGo) {
     touch(1);
     release(2);
     EXPECT_THAT(check(), IsEmpty());
+}
+
+TEST_F(Fingers, ThatAJobHasMetAreNotTouchedAnewByARepeatedTouch) {
+    askTouch(1);
+    touch(1);
+    askTouch(1.5);
+    touch(1.5);
+    job(1.7, 1.9);
+    askTouch(2);
+    EXPECT_THAT(check(), IsEmpty());
+    touch(2);
+    EXPECT_THAT(check(), ElementsAre(HasSubstr("of a finger that a job has met")));
 }
 
 TEST_F(Fingers, AreExcusedBesideAJobAlone) {

@@ -2,6 +2,7 @@
 
 #include "tests/simulation/closings.h"
 #include "tests/simulation/time_limits.h"
+#include "tests/simulation/touch_repeats.h"
 
 #include <algorithm>
 #include <map>
@@ -72,7 +73,8 @@ int opcodeOf(const Key& key) {
 
 class HandsChecker {
 public:
-    explicit HandsChecker(const HandsEvidence& given) : evidence(given), closings(evidence.runs, evidence.pauses) {
+    explicit HandsChecker(const HandsEvidence& given)
+        : evidence(given), closings(evidence.runs, evidence.pauses), repeats(evidence.acceptance, evidence.pauses) {
         for (const ReceivedDatagram& datagram : evidence.acceptance.accepted)
             if (!datagram.bytes.empty() && datagram.bytes[0] == 1) heard.push_back(datagram.at);
         if (evidence.wires.empty()) return;
@@ -168,7 +170,7 @@ private:
         if (hold.owner != nobody) consider(evidence.acceptance.endOf(hold.owner), "another owner");
         if (key.isTouch()) {
             if (const auto release = releaseAfter(key, hold, last)) consider(*release, "its release");
-            consider(forgottenAfter(hold.down), "its client's silence");
+            consider(forgottenAfter(hold), "its client's silence");
         }
         return gone;
     }
@@ -199,25 +201,30 @@ private:
     }
 
     // At the latest. While the machine slept nobody was silent.
-    TimePoint forgottenAfter(TimePoint time) const {
+    TimePoint forgottenAfter(const Hold& hold) const {
+        TimePoint time = hold.down;
         auto next = std::ranges::upper_bound(heard, time);
-        for (; next != heard.end() && *next - time - evidence.pauses.within(time, *next) < noticedSilence; ++next)
+        const auto limit = [&] {
+            const bool soon = repeats.longestSilence(hold.owner, time) == repeatedSilence;
+            return soon ? repeatedSilence : noticedSilence;
+        };
+        for (; next != heard.end() && *next - time - evidence.pauses.within(time, *next) < limit(); ++next)
             time = *next;
-        return time + noticedSilence;
+        return time + limit();
     }
 
     void checkReason(const Key& key, const Hold& hold, TimePoint up) {
         if (hold.owner == nobody || up >= evidence.programEnd || up >= evidence.acceptance.endOf(hold.owner)) return;
-        if (releaseAfter(key, hold, up) || isSilentAt(up) || banksMoveAt(up)) return;
+        if (releaseAfter(key, hold, up) || isSilentAt(up, hold.owner) || banksMoveAt(up)) return;
         // A walk that presses no bank button is not seen at the moment when it begins.
         if (key.isTouch() && up == hold.down) return;
         complain(key, text(key, hold) + " is lifted by nobody at " + timeText(up));
     }
 
     // What comes at the moment of the tick that notices may come after it, also when the machine slept.
-    bool isSilentAt(TimePoint time) const {
+    bool isSilentAt(TimePoint time, int owner) const {
         const auto next = std::ranges::lower_bound(heard, evidence.pauses.earliest(time));
-        return next == heard.begin() || time - *std::prev(next) >= silence;
+        return next == heard.begin() || time - *std::prev(next) >= repeats.shortestSilence(owner, time);
     }
 
     bool banksMoveAt(TimePoint time) const {
@@ -228,6 +235,7 @@ private:
 
     const HandsEvidence& evidence;
     const Closings closings;
+    const TouchRepeats repeats;
     std::vector<TimePoint> heard; // times of the datagrams with our protocol version from the client in control
     std::vector<TimePoint> bankPresses;
     std::map<Key, Hold> holds;

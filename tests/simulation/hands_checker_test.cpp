@@ -87,6 +87,19 @@ TEST_F(Hands, OfASilentClientAreForgottenAfterFiveSecondsAndNotBefore) {
     EXPECT_THAT(check(received, {edge(1, 3, 0, 1), edge(6.9, 3, 0, 0)}), ElementsAre(HasSubstr("lifted by nobody")));
 }
 
+TEST_F(Hands, OfASilentClientThatRepeatsTouchesAreForgottenAfterOneAndAHalfSecondsAndNotBefore) {
+    const std::vector<ReceivedDatagram> received{touch("a", 1), touch("a", 1.5)};
+    const std::vector<WireAction> touched{edge(1, 3, 0, 1), edge(1.5, 3, 0, 1)};
+    const auto releasedAt = [&](double time) {
+        std::vector<WireAction> wire = touched;
+        wire.push_back(edge(time, 3, 0, 0));
+        return wire;
+    };
+    EXPECT_THAT(check(received, releasedAt(3)), IsEmpty());
+    EXPECT_THAT(check(received, releasedAt(2.999)), ElementsAre(HasSubstr("lifted by nobody")));
+    EXPECT_THAT(check(received, releasedAt(3.2)), ElementsAre(HasSubstr("after its client's silence")));
+}
+
 TEST_F(Hands, AreGoneBeforeTheBanksMove) {
     const std::vector<ReceivedDatagram> received{touch("a", 1), datagram("a", 3, {0x01, 0x07, 0x00, 0x00}),
                                                  datagram("a", 6, {0x01, 0x07, 0x00, 0x00}), release("a", 9)};

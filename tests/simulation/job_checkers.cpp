@@ -145,6 +145,16 @@ bool isLetGo(int strip, int surface, const Acceptance& acceptance, TimePoint fir
                                [&](const OwnerChange& change) { return within(change.at, first, last); });
 }
 
+// For the silence of its client, while the job began.
+bool isForgotten(int strip, const std::vector<WireAction>& wire, const Acceptance& acceptance, TimePoint first,
+                 TimePoint last) {
+    return std::ranges::any_of(wire, [&](const WireAction& action) {
+        if (!action.isTouchEnd() || action.number != strip || !within(action.at, first, last)) return false;
+        const auto next = std::ranges::lower_bound(acceptance.accepted, action.at, {}, &ReceivedDatagram::at);
+        return next == acceptance.accepted.begin() || action.at - std::prev(next)->at >= repeatedSilence;
+    });
+}
+
 SessionSize sizeOf(const JobRun& run) {
     return {.tracks = static_cast<int>(std::max(run.mapAtFirst.size(), run.mapAfter.size())), .strips = run.width};
 }
@@ -219,7 +229,8 @@ Violations checkHandsRest(const std::vector<JobRun>& runs, const SurfaceActions&
                 if (action.isTouch()) touched[action.number] = action.at;
             }
             for (const auto& [strip, since] : touched)
-                if (!isLetGo(strip, static_cast<int>(surface), acceptance, decided, run.first))
+                if (!isLetGo(strip, static_cast<int>(surface), acceptance, decided, run.first) &&
+                    !isForgotten(strip, wires[surface], acceptance, decided, run.first))
                     violations.push_back("the " + describe(run) + " begins under the finger on strip " +
                                          std::to_string(strip + 8 * static_cast<int>(surface)) + " since " +
                                          timeText(since));

@@ -22,6 +22,7 @@ remote::RemoteOptions optionsOf(int number) {
 Phone::Phone(VirtualRuntime& rt, VirtualNetwork& virtualNetwork, const Scenario& decided, int phoneNumber)
     : runtime(rt), network(virtualNetwork), scenario(decided),
       ownAddress(std::make_shared<std::string>("192.168.1." + std::to_string(100 + phoneNumber))), number(phoneNumber),
+      repeatsTouches(chanceOf(decided.seed, "repeats touches " + std::to_string(number)).oneIn(2)),
       chance(decided.seed * 31 + static_cast<unsigned>(number)),
       roaming(chanceOf(decided.seed, "phones-move " + std::to_string(number))),
       remote(std::make_unique<remote::RemoteClient>(rt, virtualNetwork.host(address()), optionsOf(number))) {
@@ -38,7 +39,7 @@ void Phone::rest() {
     resting = true;
     network.fail(address(), VirtualNetwork::Call::send, 0);
     for (int i = 0; i < stripCount; ++i)
-        remote->release(*Strip::of(i));
+        release(*Strip::of(i));
 }
 
 Duration Phone::actLast() {
@@ -50,7 +51,7 @@ Duration Phone::actLast() {
     };
     const auto strip = [&] { return *Strip::of(static_cast<int>(last.below(stripCount))); };
     for (std::uint64_t hands = 1 + last.below(3); hands > 0; --hands)
-        later([this, held = strip()] { remote->touch(held); });
+        later([this, held = strip()] { touch(held); });
     for (std::uint64_t presses = last.below(3); presses > 0; --presses)
         later([this, pressed = strip()] { remote->send(remote::mutePressCommand(pressed)); });
     if (last.oneIn(2)) later([this, asked = strip()] { remote->send(remote::setAutoModeCommand(asked, anyMode())); });
@@ -71,7 +72,7 @@ void Phone::doIt(Act act) {
     const Strip strip = anyStrip();
     switch (act) {
     case Act::playFader:
-        remote->touch(strip);
+        touch(strip);
         return gesture(strip, 1 + static_cast<int>(chance.below(20)));
     case Act::pressSwitch:
         return press(strip);
@@ -121,7 +122,23 @@ void Phone::gesture(Strip strip, int movesLeft) {
     if (movesLeft > 1) {
         runtime.postMainAfter(seconds(0.02), [this, strip, movesLeft] { gesture(strip, movesLeft - 1); });
     } else if (!chance.oneIn(8)) {
+        release(strip);
+    }
+}
+
+void Phone::touch(Strip strip) {
+    if (repeatsTouches) {
+        remote->touch(strip);
+    } else {
+        remote->send(remote::faderTouchCommand(strip));
+    }
+}
+
+void Phone::release(Strip strip) {
+    if (repeatsTouches) {
         remote->release(strip);
+    } else {
+        remote->send(remote::faderReleaseCommand(strip));
     }
 }
 

@@ -38,6 +38,8 @@ private:
     Act nextAct();
     void doIt(Act act);
     bool mayAskFor(TimePoint& next, Duration pause);
+    void touch(Strip strip);
+    void release(Strip strip);
     void gesture(Strip strip, int movesLeft);
     void press(Strip strip);
     void storm(int seeksLeft);
@@ -58,6 +60,7 @@ private:
     const Scenario& scenario;
     const std::shared_ptr<std::string> ownAddress; // as it is at the moment
     const int number;
+    const bool repeatsTouches; // or sends each touch and release once
     SeededRandom chance;
     SeededRandom roaming;
     int moves = 0;

@@ -20,14 +20,14 @@ Scenario quietScenario() {
 
 class PlantedFaults : public testing::Test {
 protected:
-    // A phone that plays a fader and sets a mode.
+    // A phone that plays a fader, repeats no release and sets a mode.
     PlantedFaults() {
         World world(scenario);
         world.runtime.runFor(seconds(20)); // until the first scan has ended
-        world.phone().touch(strip);
+        world.phone().send(remote::faderTouchCommand(strip));
         world.phone().move(strip, FaderValue::ofRaw(8000));
         world.runtime.runFor(seconds(0.5));
-        world.phone().release(strip);
+        world.phone().send(remote::faderReleaseCommand(strip));
         world.phone().send(remote::setAutoModeCommand(strip, remote::AutoModeKey::read));
         world.runtime.runFor(seconds(3));
         evidence = world.collect();

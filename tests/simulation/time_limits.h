@@ -25,6 +25,11 @@ constexpr Duration handRest = seconds(1.5);
 constexpr Duration silence = seconds(5);
 constexpr Duration noticedSilence = seconds(5.4);
 
+// Of a client that repeats the touches of resting fingers; so long after the first touch comes the second.
+constexpr Duration repeatedSilence = seconds(1.5);
+constexpr Duration shortestRepeat = seconds(0.25);
+constexpr Duration longestRepeat = seconds(0.75);
+
 // From the last target on: the way there and two corrections.
 Duration seekLimit(SessionSize size);
 
