@@ -167,6 +167,7 @@ private:
     void releaseAllAgain();
     void takeSysexEdge(std::uint8_t status);
     void handleSysex(ByteView message);
+    void reportDisplay(int display, ByteView text);
     void handleVoice(std::uint8_t status, std::uint8_t data1, std::uint8_t data2);
     void handleController(std::uint8_t controller, std::uint8_t value);
     void handlePing();

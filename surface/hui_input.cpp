@@ -21,12 +21,10 @@ constexpr std::uint8_t controlChangeStatus = 0xB0;
 constexpr std::uint8_t sysexBegin = 0xF0;
 constexpr std::uint8_t sysexEnd = 0xF7;
 
-// Manufacturer 00 00 66 (Mackie), product 05 (HUI), device 00, command 10: the text of one small display.
+// Manufacturer 00 00 66 (Mackie), product 05 (HUI), device 00, command 10: the texts of small displays.
 constexpr std::array<std::uint8_t, 7> displayHeader{sysexBegin, 0x00, 0x00, 0x66, 0x05, 0x00, 0x10};
-constexpr std::size_t displayNumberAt = 7;
-constexpr std::size_t displayTextAt = 8;
 constexpr std::size_t displayTextLength = 4;
-constexpr std::size_t displayMinimum = 13;
+constexpr std::size_t displayFieldLength = 1 + displayTextLength;
 constexpr int selectAssignDisplay = 8;
 
 // A host that sends many controllers we do not know must not fill the log.
@@ -98,17 +96,21 @@ void HUIEngine::takeSysexEdge(std::uint8_t status) {
     if (status == sysexBegin) sysexBuf.push_back(status);
 }
 
+// A display field is its number and four characters. Pro Tools sends one in a message, other hosts send several.
 void HUIEngine::handleSysex(ByteView message) {
-    if (message.size() < displayMinimum) return;
+    if (message.size() <= displayHeader.size()) return;
     if (!std::ranges::equal(message.first(displayHeader.size()), displayHeader)) return;
+    ByteView fields = message.subspan(displayHeader.size(), message.size() - displayHeader.size() - 1); // without F7
+    for (; fields.size() >= displayFieldLength; fields = fields.subspan(displayFieldLength))
+        reportDisplay(fields[0], fields.subspan(1, displayTextLength));
+}
 
+void HUIEngine::reportDisplay(int display, ByteView text) {
     std::array<char, displayTextLength> characters{};
-    std::ranges::transform(
-        message.subspan(displayTextAt, displayTextLength), characters.begin(),
-        [](std::uint8_t byte) { return byte >= 0x20 && byte <= 0x7E ? static_cast<char>(byte) : ' '; });
+    std::ranges::transform(text, characters.begin(), [](std::uint8_t byte) {
+        return byte >= 0x20 && byte <= 0x7E ? static_cast<char>(byte) : ' ';
+    });
     const std::string_view shown(characters.data(), characters.size());
-
-    const int display = message[displayNumberAt];
     if (display < stripsPerSurface) {
         if (onTrackName) onTrackName(display, shown);
     } else if (display == selectAssignDisplay) {

@@ -63,9 +63,12 @@ TEST_F(HUIInputStream, ShowsWhatIsNotPrintableAsBlanks) {
     EXPECT_EQ(trace.events, (Texts{"name 0 '  ~ '", "name 1 'A   '"}));
 }
 
-TEST_F(HUIInputStream, ReadsTheFirstFieldOnly) {
-    receive(displayText(3, kick) + Bytes{0x04} + kick + end);
-    EXPECT_EQ(trace.events, Texts{"name 3 'Kick'"});
+TEST_F(HUIInputStream, ReadsEveryDisplayOfAMessage) {
+    const Bytes bass{0x42, 0x61, 0x73, 0x73};
+    const Bytes stream =
+        displayText(3, kick) + Bytes{0x04} + bass + Bytes{0x09} + kick + Bytes{0x08} + bass + Bytes{0x05, 0x4B} + end;
+    for (const auto& packets : segmentationsOf(stream))
+        EXPECT_EQ(decoded(packets), (Texts{"name 3 'Kick'", "name 4 'Bass'", "assign 'Bass'"}));
 }
 
 TEST_F(HUIInputStream, IgnoresADisplayMessageThatIsTooShort) {

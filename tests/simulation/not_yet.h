@@ -15,7 +15,6 @@ struct NotYet {
 };
 
 inline constexpr auto notYet = std::to_array<NotYet>({
-    {"packed-displays", "Of several displays in one SysEx the first alone is read."},
     {"fill-at-session-open", "Names that no bank move brings again stay unknown, as those of a session of one bank."},
     {"slow-host", "A host that needs more than 0.27 s counts as unmoved: scans go wrong and begin anew without end."},
     {"hands-on-auto",
