@@ -196,6 +196,13 @@ TEST_F(PatientRefreshTest, AsksABusyHostMoreAndMoreSeldom) {
                                     18800ms, 30000ms, 30000ms));
 }
 
+TEST_F(PatientRefreshTest, AsksAgainAfterAnAnswerThatIsNoResult) {
+    answerLists(service::failure("", 2)); // in progress
+    bench.run(1300ms);
+    ASSERT_EQ(asked.size(), 2U);
+    EXPECT_EQ(asked[1] - asked[0], 1200ms);
+}
+
 TEST_F(PatientRefreshTest, AsksAtOnceWhenANameChanges) {
     answerLists(service::failure(R"({"errors":[{"command_error_type":138}]})"));
     bench.run(30s);

@@ -192,6 +192,18 @@ TEST_F(WishTimeTest, AreRepeatedWhereTheListShowsThatTheyWereNotCarriedOut) {
     }
 }
 
+TEST_F(WishTimeTest, AreRepeatedAfterAnAnswerThatIsNoResultWhereTheListShowsThatTheyWereNotCarriedOut) {
+    serveKick(false);
+    service.answers[muteCommand] = [](const service::Request&) { return service::failure("", 2); }; // in progress
+    mute({0});
+    world.runtime.runUntilIdle();
+    EXPECT_THAT(service.commands(), ElementsAre(muteCommand, trackListCommand));
+    service.answers.erase(muteCommand);
+    service.requests.clear();
+    bench.run(250ms);
+    EXPECT_THAT(takeSetters(), ElementsAre(muteOf("Kick Drum")));
+}
+
 TEST_F(WishTimeTest, AreNotRepeatedWhereTheListShowsThatTheyWereCarriedOut) {
     serveKick(true);
     bench.streams.fail(VirtualStreams::Call::receive, ECONNRESET, 1); // the answer is lost
