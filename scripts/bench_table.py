@@ -19,6 +19,7 @@ GOALS = {
     "first scripting call (p50)": 0.4,
     "of which parsing JSON": 1.0,
     "HUI decoding per byte": 0.5,
+    "probes in 10 min at rest, LEDs lit or dark": 0.1,
     **{f"resend after a hello, {size} tracks": 1.5 for size in SIZES},
     **{f"resend of the table, {size} tracks": 1.5 for size in SIZES},
 }
