@@ -43,6 +43,7 @@ public:
         require(surface == delivering && zone >= 0 && zone <= 127 && port >= 0 && port <= 15);
         heard.emplace_back(6, zone * 16 + port, on, "");
     }
+    void autoLedShown(Strip strip, AutoLedColour colour) override { note(8, strip, static_cast<int>(colour), {}); }
     void pingReceived(SurfaceID surface, int pingCount, TimePoint) override {
         require(surface == delivering && pingCount > answeredBefore);
         answeredBefore = pingCount;

@@ -28,13 +28,13 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       groups(jobs, state, log, {surfaces, moves, walk, capture, automation, mirror}),
 
       switches(platform.runtime, state, log, mirror),
-      feedback(jobs, state, log, {mirror, switches, bankMap, capture, metadata, meters, displays}),
+      feedback(jobs, state, log, {mirror, switches, bankMap, capture, metadata, meters, displays, automation}),
       hello(jobs, state, log, {endpoint, mirror, table, calibration, automation}),
       fingers(jobs, state, surfaces, mirror),
       commands(jobs, state,
                {surfaces, mirror, hello, fingers, desk, queue, pan, seekWorker, calibration, metadata, wishes,
                 automation, groups, visibleRange}),
-      presence(jobs, state, log, {desk, mirror, bankMap, pan}),
+      presence(jobs, state, log, {desk, mirror, bankMap, pan, automation}),
       position(platform.runtime, state, log, {bankMap, calibration}), owner(state, text, endpoint, surfaces),
       refresh(state, {mirror, table, automation, metadata}),
       tick(jobs, state, {endpoint, meters, feedback, presence, position, owner, refresh, surfaces}) {}

@@ -8,6 +8,7 @@
 #include "base/bytes.h"
 #include "base/strip.h"
 #include "platform/api/runtime.h"
+#include "surface/auto_led_colour.h"
 
 #include <array>
 #include <atomic>
@@ -59,6 +60,7 @@ public:
     std::function<void(int strip, std::string_view text)> onTrackName; // four ASCII characters, untrimmed
     std::function<void(int strip, int side, int level)> onMeter;       // side 0 left, 1 right; level 0-15
     std::function<void(int zone, int port, bool on)> onLed;
+    std::function<void(int strip, AutoLedColour colour)> onAutoLed;                // beside onLed
     std::function<void(int strip, int value, bool centre, bool rightSide)> onVpot; // ring value 0-15
     std::function<void(std::string_view text, std::optional<bool> flag)> onSelectAssign;
 

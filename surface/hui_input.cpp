@@ -145,7 +145,10 @@ void HUIEngine::handleController(std::uint8_t controller, std::uint8_t value) {
         // 0C/2C is the host's pair of controllers for a zone and a port. 0F/2F, the surface's pair, means the same.
         rxZone = value;
     } else if (controller == 0x2C || controller == 0x2F) {
-        if (rxZone >= 0 && onLed) onLed(rxZone, value & 0x0F, flag);
+        const int port = value & 0x0F;
+        if (rxZone >= 0 && onLed) onLed(rxZone, port, flag);
+        if (stripOf(static_cast<std::uint8_t>(rxZone), 0) >= 0 && port == hui::autoPort && onAutoLed)
+            onAutoLed(rxZone, autoLedColourOf(value));
     } else {
         reportUnknownController(controller, value);
     }

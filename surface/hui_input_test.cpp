@@ -151,6 +151,17 @@ TEST_F(HUIInput, TakesThePortFromTheLowNibbleAndTheStateFromBitSix) {
     EXPECT_EQ(trace.events, (Texts{"led 0/15 on", "led 0/15 off"}));
 }
 
+TEST_F(HUIInput, ReportsTheColourOfAnAutoLedBesideItsState) {
+    std::vector<std::pair<int, AutoLedColour>> colours;
+    engine.onAutoLed = [&](int strip, AutoLedColour colour) { colours.emplace_back(strip, colour); };
+    engine.handleIncoming(Bytes{0xB0, 0x0C, 0x05, 0x2C, 0x04, 0x2C, 0x24, 0x2C, 0x34, 0x2C, 0x64, 0x2C, 0x44});
+    engine.handleIncoming(Bytes{0xB0, 0x2C, 0x42, 0x0C, 0x08, 0x2C, 0x64});
+    using enum AutoLedColour;
+    EXPECT_EQ(colours,
+              (std::vector<std::pair<int, AutoLedColour>>{{5, dark}, {5, green}, {5, green}, {5, orange}, {5, red}}));
+    EXPECT_EQ(trace.events.size(), 7u);
+}
+
 TEST_F(HUIInput, KeepsTheZoneForLaterPorts) {
     receive({0xB0, 0x0C, 0x0A});
     receive({0xB0, 0x2C, 0x40, 0xB0, 0x2F, 0x41});

@@ -18,6 +18,7 @@ public:
     void meterShown(Strip, int, int) override {}
     void vpotShown(Strip, int, bool, bool) override {}
     void ledShown(SurfaceID, int, int, bool) override {}
+    void autoLedShown(Strip, AutoLedColour) override {}
     void pingReceived(SurfaceID surface, int pingCount, TimePoint) override { pings.emplace_back(surface, pingCount); }
 
     std::vector<std::pair<SurfaceID, int>> pings;

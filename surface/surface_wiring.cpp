@@ -41,6 +41,10 @@ void wireCallbacks(SurfaceID surface, HUIEngine& engine, const std::weak_ptr<Sur
         forStrip(weak, surface, engineStrip,
                  [&](SurfaceListener& listener, Strip strip) { listener.vpotShown(strip, value, centre, rightSide); });
     };
+    engine.onAutoLed = [surface, weak](int engineStrip, AutoLedColour colour) {
+        forStrip(weak, surface, engineStrip,
+                 [&](SurfaceListener& listener, Strip strip) { listener.autoLedShown(strip, colour); });
+    };
     engine.onLed = [surface, weak](int zone, int port, bool on) {
         if (const auto listener = weak.lock()) listener->ledShown(surface, zone, port, on);
     };

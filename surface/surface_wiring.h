@@ -23,6 +23,7 @@ public:
     virtual void meterShown(Strip strip, int side, int level) = 0;       // side 0 left, 1 right; level 0-15
     virtual void vpotShown(Strip strip, int value, bool centre, bool rightSide) = 0;
     virtual void ledShown(SurfaceID surface, int zone, int port, bool on) = 0;
+    virtual void autoLedShown(Strip strip, AutoLedColour colour) = 0; // beside ledShown
 
     // The engine's count, this ping included, and the time at which it arrived.
     virtual void pingReceived(SurfaceID surface, int pingCount, TimePoint at) = 0;

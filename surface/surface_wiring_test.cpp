@@ -29,6 +29,9 @@ public:
         heard.push_back(of(surface) + " led " + std::to_string(zone) + "/" + std::to_string(port) +
                         (on ? " on" : " off"));
     }
+    void autoLedShown(Strip strip, AutoLedColour colour) override {
+        heard.push_back("auto led " + of(strip) + " " + std::to_string(static_cast<int>(colour)));
+    }
     void pingReceived(SurfaceID surface, int pingCount, TimePoint at) override {
         lastPingAt = at;
         heard.push_back(of(surface) + " ping " + std::to_string(pingCount));

@@ -30,6 +30,7 @@ std::uint8_t AutomationModes::autoProbe(Strip strip, const std::function<void()>
 
 void AutomationModes::pollAutoMode(Strip strip) {
     jobs.runOnMain([this, strip] {
+        if (leds.confirms(strip, knownMode(strip), jobs.runtime.now())) return;
         if (std::ranges::find(toPoll, strip) == toPoll.end()) toPoll.push_back(strip);
         requestPoll();
     });
@@ -55,7 +56,11 @@ void AutomationModes::requestPoll() {
         .work = [this, poll] { poll->mode = autoProbe(poll->track->strip); },
         .end =
             [this, poll] {
-                if (isStillOn(*poll->track, poll->track->strip)) autoModeUpdate(poll->track->strip, poll->mode);
+                const Strip strip = poll->track->strip;
+                if (isStillOn(*poll->track, strip)) {
+                    leds.answered(strip, poll->mode, jobs.runtime.now());
+                    autoModeUpdate(strip, poll->mode);
+                }
                 if (!toPoll.empty()) requestPoll();
             },
     });
@@ -79,6 +84,19 @@ void AutomationModes::pollAllAutoModes() {
     state.lastAutoPollAll = now;
     for (int i = 0; i < state.published.winW; ++i)
         pollAutoMode(*Strip::of(i));
+}
+
+void AutomationModes::ledShown(Strip strip, AutoLedColour colour) {
+    leds.shown(strip, colour, jobs.runtime.now());
+    if (ledChecks.test(strip.slot()) || leds.confirms(strip, knownMode(strip), jobs.runtime.now())) return;
+    ledChecks.set(strip.slot());
+    jobs.onMainAfter(AutoLeds::flash, [this, strip] { checkLed(strip); });
+}
+
+// By now it is sure whether the LED flashes, and the client's own change of the mode is over.
+void AutomationModes::checkLed(Strip strip) {
+    ledChecks.reset(strip.slot());
+    if (leds.contradicts(strip, knownMode(strip), jobs.runtime.now())) pollAutoMode(strip);
 }
 
 void AutomationModes::autoModeUpdate(Strip strip, std::uint8_t code) {

@@ -4,11 +4,13 @@
 // Every probe is a job of DeskQueue or within one, because only one strip can be asked at a time.
 #pragma once
 
+#include "model/hands/auto_leds.h"
 #include "model/hands/desk_queue.h"
 #include "model/hands/display_watch.h"
 #include "model/hands/surface_desk.h"
 #include "model/mirror/client_mirror.h"
 
+#include <bitset>
 #include <functional>
 #include <vector>
 
@@ -34,12 +36,19 @@ public:
     // that was shown then, or unknown. Blocks; on the desk's thread only.
     std::uint8_t pressMode(Strip strip, int modePort, const std::function<bool()>& isThere);
 
-    // Asks for a probe. It is not made if something else needs the surfaces by then: a job that moves the banks, the
-    // running transport, the client's hand on a fader. Any thread.
+    // Asks for a probe. It is not made if the strip's LED tells the mode (auto_leds.h), or if something else needs the
+    // surfaces by then: a job that moves the banks, the running transport, the client's hand on a fader. Any thread.
     void pollAutoMode(Strip strip);
 
     // Asks for a probe of every shown strip, unless that was done within the last 3.0 s. Main thread.
     void pollAllAutoModes();
+
+    // The LED of the strip's AUTO key has this colour. A change that contradicts the known mode is followed by one
+    // probe. Main thread.
+    void ledShown(Strip strip, AutoLedColour colour);
+
+    // Main thread.
+    void surfaceGone(SurfaceID surface) { leds.forget(surface); }
 
     // Stores a mode that was read; unknown is not stored. Any thread.
     void autoModeUpdate(Strip strip, std::uint8_t code);
@@ -51,6 +60,8 @@ public:
 private:
     bool mayProbe() const;
     bool isStillOn(const TrackOnStrip& track, Strip strip) const;
+    std::uint8_t knownMode(Strip strip) const { return state.published.strip(strip).mode; }
+    void checkLed(Strip strip);
     void requestPoll();
     void requestMode(const TrackOnStrip& track, int modePort, Asked asked);
     void logMode(Strip strip);
@@ -59,7 +70,9 @@ private:
     ReceiverState& state;
     ActivityLog& log;
     const Parts parts;
-    std::vector<Strip> toPoll; // in the order in which they were asked for; main thread
+    AutoLeds leds;
+    std::bitset<stripCount> ledChecks; // to come
+    std::vector<Strip> toPoll;         // in the order in which they were asked for; main thread
 };
 
 } // namespace lumbrine

@@ -201,6 +201,81 @@ TEST_F(AutomationModesTest, AskingTwiceQueuesTheProbesOnce) {
     EXPECT_EQ(std::ranges::count_if(heardOnA(), ofStripZero), 2); // down and up
 }
 
+// ---- The LEDs of the AUTO keys
+
+class AutoLedModesTest : public AutomationModesTest {
+protected:
+    AutoLedModesTest() {
+        bench.surfaceA.pingEverySecond();
+        light(green);
+        automation.pollAutoMode(third);
+        bench.run(100ms);
+        bench.surfaceA.name(third.engineStrip(), "Read");
+        bench.run(100ms);
+        bench.surfaceA.name(third.engineStrip(), "Kick");
+        run(1s);
+    }
+
+    // With a client that is there.
+    void run(Duration time) {
+        for (; time > 1s; time -= 1s) {
+            sendNothing();
+            bench.run(1s);
+        }
+        bench.run(time);
+        markAll();
+    }
+
+    void light(std::uint8_t colour) { bench.surfaceA.send({0xB0, 0x0C, 0x03, 0xB0, 0x2C, colour}); }
+
+    std::ptrdiff_t probesIn(Duration time) {
+        std::ptrdiff_t probes = 0;
+        for (; time > Duration::zero(); time -= 1s) {
+            sendNothing();
+            bench.run(std::min<Duration>(time, 1s));
+            const auto isProbe = [](const std::string& line) { return line.ends_with("B0 2F 44"); };
+            const Lines lines = heardOnA();
+            for (std::size_t i = 1; i < lines.size(); ++i)
+                probes += isProbe(lines[i]) && lines[i - 1].ends_with("B0 0F 03");
+        }
+        return probes;
+    }
+
+    static constexpr std::uint8_t green = 0x24;
+    static constexpr std::uint8_t orange = 0x64;
+    static constexpr std::uint8_t dark = 0x04;
+    const Strip third = *Strip::of(3);
+};
+
+TEST_F(AutoLedModesTest, PausePollsOfAStripWhoseModeTheyTell) {
+    EXPECT_EQ(probesIn(60s), 0);
+    automation.pollAutoMode(third);
+    EXPECT_EQ(probesIn(1s), 0);
+}
+
+TEST_F(AutoLedModesTest, AreFollowedByOneProbeWhenTheyContradict) {
+    bench.run(6s); // no client, no other polls
+    light(orange);
+    settle();
+    markAll();
+    bench.run(1499ms);
+    EXPECT_THAT(heardOnA(), testing::Not(testing::Contains(testing::EndsWith("B0 0F 03"))));
+    bench.run(1ms);
+    EXPECT_THAT(heardOnA(), testing::IsSupersetOf({"1500ms B0 0F 03", "1500ms B0 2F 44"}));
+    bench.surfaceA.name(third.engineStrip(), "Tch ");
+    bench.run(200ms);
+    EXPECT_EQ(state.published.strip(third).mode, 2);
+    bench.surfaceA.name(third.engineStrip(), "Kick");
+    heardOnA();
+    EXPECT_EQ(probesIn(20s), 0);
+}
+
+TEST_F(AutoLedModesTest, ThatNeverAgreeLeaveThePollsAsTheyAre) {
+    automation.surfaceGone(SurfaceID::A);
+    light(dark);
+    EXPECT_GE(probesIn(20s), 2); // each strip every 9.6 s
+}
+
 // ---- Setting
 
 TEST_F(AutomationModesTest, AModeIsSetWhileTheAutoSwitchIsHeld) {

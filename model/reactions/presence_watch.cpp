@@ -13,6 +13,7 @@ void PresenceWatch::watchProTools() {
     if (connected == state.published.huiConnected) return;
     state.published.huiConnected = connected;
     state.published.changed();
+    if (!connected) parts.automation.surfaceGone(SurfaceID::A);
     if (connected) jobs.inBackgroundAfter(panResetDelay, [this] { resetPanSides(); });
 }
 
@@ -36,6 +37,7 @@ void PresenceWatch::watchWindowWidth() {
     const int width = both ? stripCount : stripsPerSurface;
     if (width == state.published.winW) return;
     state.published.winW = width;
+    if (!both) parts.automation.surfaceGone(SurfaceID::B);
     state.published.changed();
     if (both) {
         log.say("✓ Second surface connected → 16-ch window", "✓ 2台目サーフェス接続 → 16ch 窓に拡大");

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/bank/bank_map.h"
+#include "model/hands/automation_modes.h"
 #include "model/hands/pan.h"
 #include "model/hands/surface_desk.h"
 #include "model/hands/surfaces.h"
@@ -21,6 +22,7 @@ public:
         ClientMirror& mirror;
         BankMap& bankMap;
         Pan& pan;
+        AutomationModes& automation;
     };
 
     PresenceWatch(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts);

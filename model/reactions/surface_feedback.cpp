@@ -80,6 +80,10 @@ void SurfaceFeedback::ledShown(SurfaceID surface, int zone, int port, bool on) {
     }
 }
 
+void SurfaceFeedback::autoLedShown(Strip strip, AutoLedColour colour) {
+    jobs.runOnMain([this, strip, colour] { parts.automation.ledShown(strip, colour); });
+}
+
 void SurfaceFeedback::showStripLed(Strip strip, int port, bool on) {
     switch (port) {
     case hui::selectPort:

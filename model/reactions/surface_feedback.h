@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/bank/fader_capture.h"
+#include "model/hands/automation_modes.h"
 #include "model/hands/display_watch.h"
 #include "model/mirror/meters.h"
 #include "model/reactions/switch_tracker.h"
@@ -31,6 +32,7 @@ public:
         TrackMetadata& metadata;
         Meters& meters;
         DisplayWatch& displays;
+        AutomationModes& automation;
     };
 
     SurfaceFeedback(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts);
@@ -41,6 +43,7 @@ public:
     void meterShown(Strip strip, int side, int level) override;
     void vpotShown(Strip strip, int value, bool centre, bool rightSide) override;
     void ledShown(SurfaceID surface, int zone, int port, bool on) override;
+    void autoLedShown(Strip strip, AutoLedColour colour) override;
     void pingReceived(SurfaceID surface, int pingCount, TimePoint at) override;
 
     // Called on the main thread when a level ends a rest of the meters.
