@@ -1,14 +1,8 @@
 // The time from sending a fader move to the last MIDI message that it causes, through the whole receiver and real
-// sockets. The peer is a loop that only receives. Datagrams go to the two in turn. Prints one JSON object with the
-// medians in nanoseconds.
+// sockets. The peer is a loop that only receives; datagrams go to the two in turn. And the same beside a flood of
+// datagrams from a stranger, whose peer is the receiver without the flood. Prints a JSON list, in nanoseconds.
 #include "benchmarks/median.h"
-#include "model/receiver_model.h"
-#include "platform/portable/nlohmann_json.h"
-#include "platform/portable/no_accessibility.h"
-#include "platform/posix/posix_datagram_sockets.h"
-#include "platform/posix/real_runtime.h"
-#include "platform/posix/run_loop.h"
-#include "platform/virtual/null_platform.h"
+#include "benchmarks/real_receiver.h"
 
 #include <array>
 #include <atomic>
@@ -24,6 +18,9 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int warmUp = 2000;
 constexpr int rounds = 30000;
+constexpr int floodRounds = 2000;
+constexpr int floodTurns = 5; // with the flood and without it
+constexpr int floodASecond = 100'000;
 constexpr auto settling = std::chrono::microseconds(150);
 constexpr std::uint16_t ourPort = 52811;
 constexpr std::uint16_t barePort = 52812;
@@ -37,48 +34,6 @@ struct Arrivals {
         last.store(Clock::now().time_since_epoch().count(), std::memory_order_relaxed);
         count.fetch_add(1, std::memory_order_release);
     }
-};
-
-class OurReceiver {
-public:
-    explicit OurReceiver(Arrivals& arrivals) : runtime(loop), midi(arrivals) {
-        model = ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json, accessibility},
-                                      Bilingual(false), [](const std::string&) {});
-        model->start();
-    }
-
-    void run() {
-        loop.run();
-        runtime.shutDown();
-        model.reset();
-    }
-    void stop() { loop.stop(); }
-
-private:
-    // Notes each message that is on its way to Pro Tools.
-    class Ports final : public NullMIDI {
-    public:
-        explicit Ports(Arrivals& arrivals) : arrivals(arrivals) {}
-
-        MIDIStatus received(MIDIEndpointRef, ByteView) override {
-            arrivals.note();
-            return 0;
-        }
-
-    private:
-        Arrivals& arrivals;
-    };
-
-    RunLoop loop;
-    RealRuntime runtime;
-    Ports midi;
-    PosixDatagramSockets sockets;
-    NullStreams streams;
-    NlohmannJSON json{Bilingual(false)};
-    NoAccessibility accessibility;
-    NullAdvertiser advertiser;
-    const NullComputer system{{{"QV_PORT", std::to_string(ourPort)}, {"QV_NO_BONJOUR", "1"}}};
-    std::shared_ptr<ReceiverModel> model;
 };
 
 // The peer, and the lower limit: no receiver can react before recvfrom returns.
@@ -114,6 +69,9 @@ public:
     }
     ~Sender() { sockets.close(fd); }
 
+    // A datagram may be lost beside a flood; it counts as one that took so long.
+    static constexpr auto lost = std::chrono::milliseconds(20);
+
     // Waits until the work of the previous datagram is over. A receiver wakes sooner on a core that is still busy, so
     // without this wait the one measured second would have an advantage.
     static void settle() {
@@ -129,8 +87,11 @@ public:
         const int wanted = arrivals.count.load() + messages;
         const auto sent = Clock::now().time_since_epoch().count();
         sockets.send(fd, move, to);
-        while (arrivals.count.load(std::memory_order_acquire) < wanted)
+        const auto tooLate = Clock::now() + lost;
+        while (arrivals.count.load(std::memory_order_acquire) < wanted) {
+            if (Clock::now() >= tooLate) return std::chrono::nanoseconds(lost).count();
             std::this_thread::yield();
+        }
         return static_cast<double>(arrivals.last.load(std::memory_order_relaxed) - sent);
     }
 
@@ -142,26 +103,80 @@ private:
     int fd;
 };
 
-void compare() {
-    Arrivals ourArrivals;
+// Somebody who is not in control and sends as fast as that.
+class Stranger {
+public:
+    Stranger() : fd(sockets.open()) {
+        sockets.resolve("127.0.0.1", ourPort, receiver);
+        thread = std::thread([this] { run(); });
+    }
+    ~Stranger() {
+        ended = true;
+        thread.join();
+        sockets.close(fd);
+    }
+
+    long sent = 0;
+
+private:
+    // A few datagrams at a time: a sleep is not exact.
+    void run() {
+        const Bytes press{0x01, 0x04, 0x03};
+        const auto begin = Clock::now();
+        while (!ended) {
+            const double passed = std::chrono::duration<double>(Clock::now() - begin).count();
+            for (; static_cast<double>(sent) < passed * floodASecond; ++sent)
+                sockets.send(fd, press, receiver);
+            std::this_thread::sleep_for(std::chrono::microseconds(50));
+        }
+    }
+
+    PosixDatagramSockets sockets;
+    const int fd;
+    PeerAddress receiver;
+    std::atomic<bool> ended{false};
+    std::thread thread;
+};
+
+void compareWithBareLoop(Sender& sender, Arrivals& ourArrivals) {
     Arrivals bareArrivals;
-    OurReceiver receiver(ourArrivals);
     const BareLoop bareLoop(bareArrivals);
+    std::vector<double> ours;
+    std::vector<double> bare;
+    for (int i = 0; i < warmUp + rounds; ++i) {
+        const double first = sender.measure(sender.ours, ourArrivals, 2);
+        const double second = sender.measure(sender.bare, bareArrivals, 1);
+        if (i < warmUp) continue;
+        ours.push_back(first);
+        bare.push_back(second);
+    }
+    std::printf("[{\"name\": \"datagram sent to last MIDI byte (p50)\", \"ours\": %.0f, \"peer\": %.0f},\n",
+                median(ours), median(bare));
+}
+
+void compareWithFlood(Sender& sender, Arrivals& arrivals) {
+    std::vector<double> quiet;
+    std::vector<double> flooded;
+    for (int turn = 0; turn < floodTurns; ++turn) {
+        for (int i = 0; i < floodRounds; ++i)
+            quiet.push_back(sender.measure(sender.ours, arrivals, 2));
+        const Stranger stranger;
+        for (int i = 0; i < floodRounds; ++i)
+            flooded.push_back(sender.measure(sender.ours, arrivals, 2));
+    }
+    std::printf(" {\"name\": \"the same beside 100,000 hostile a second (p99)\", \"ours\": %.0f, \"peer\": %.0f}]\n",
+                percentile(flooded, 99), percentile(quiet, 99));
+}
+
+void compare() {
+    Arrivals arrivals;
+    RealReceiver receiver(ourPort, [&arrivals] { arrivals.note(); });
     std::thread driver([&] {
         Sender sender;
         // The receiver sends MIDI messages when it starts; let them pass before counting.
         std::this_thread::sleep_for(std::chrono::milliseconds(400));
-        std::vector<double> ours;
-        std::vector<double> bare;
-        for (int i = 0; i < warmUp + rounds; ++i) {
-            const double first = sender.measure(sender.ours, ourArrivals, 2);
-            const double second = sender.measure(sender.bare, bareArrivals, 1);
-            if (i < warmUp) continue;
-            ours.push_back(first);
-            bare.push_back(second);
-        }
-        std::printf("{\"name\": \"datagram sent to last MIDI byte (p50)\", \"ours\": %.0f, \"peer\": %.0f}\n",
-                    median(ours), median(bare));
+        compareWithBareLoop(sender, arrivals);
+        compareWithFlood(sender, arrivals);
         receiver.stop();
     });
     receiver.run();

@@ -9,15 +9,16 @@ mkdir -p build
 "$bin/lumbrine-benchmarks" --benchmark_repetitions=9 --benchmark_min_time=0.1 \
     --benchmark_enable_random_interleaving=true --benchmark_out=build/bench-raw.json --benchmark_out_format=json \
     >build/bench.log 2>&1 || { cat build/bench.log; exit 1; }
+"$bin/feedback_benchmark" >build/bench-feedback.json
 "$bin/hello_benchmark" >build/bench-hello.json
 "$bin/latency_benchmark" >build/bench-latency.json
 "$bin/main_queue_benchmark" >build/bench-main-queue.json
 "$bin/scripting_call_benchmark" >build/bench-scripting-call.json
 "$bin/studio_benchmark" >build/bench-studio.json
 "$bin/track_list_benchmark" >build/bench-track-list.json
-/usr/bin/python3 scripts/bench_table.py build/bench-raw.json build/bench-hello.json build/bench-latency.json \
-    build/bench-main-queue.json build/bench-scripting-call.json build/bench-studio.json build/bench-track-list.json \
-    build/bench.json
+/usr/bin/python3 scripts/bench_table.py build/bench-raw.json build/bench-feedback.json build/bench-hello.json \
+    build/bench-latency.json build/bench-main-queue.json build/bench-scripting-call.json \
+    build/bench-studio.json build/bench-track-list.json build/bench.json
 "$bin/virtual_time_bench"
 /usr/bin/python3 scripts/bench_idle.py "$bin"
 /usr/bin/python3 scripts/bench_window.py "$bin"

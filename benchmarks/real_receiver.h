@@ -1,0 +1,63 @@
+// A whole receiver on real sockets and threads, between MIDI ports that a benchmark watches and feeds.
+#pragma once
+
+#include "model/receiver_model.h"
+#include "platform/portable/nlohmann_json.h"
+#include "platform/portable/no_accessibility.h"
+#include "platform/posix/posix_datagram_sockets.h"
+#include "platform/posix/real_runtime.h"
+#include "platform/posix/run_loop.h"
+#include "platform/virtual/null_platform.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace lumbrine {
+
+class RealReceiver {
+public:
+    // `onMessage` is called for each MIDI message on its way to Pro Tools.
+    RealReceiver(std::uint16_t port, std::function<void()> onMessage);
+
+    void run(); // the main thread, until `stop`
+    void stop() { loop.stop(); }
+
+    // Bytes from Pro Tools to the first surface, on the thread that stands for the MIDI system's.
+    void feed(ByteView packet) { midi.read(packet); }
+
+private:
+    class Ports final : public NullMIDI {
+    public:
+        explicit Ports(std::function<void()> onMessage) : onMessage(std::move(onMessage)) {}
+
+        MIDIStatus createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock block,
+                                     MIDIEndpointRef& destination) override {
+            if (!read) read = block;
+            return NullMIDI::createDestination(client, name, std::move(block), destination);
+        }
+        MIDIStatus received(MIDIEndpointRef, ByteView) override {
+            onMessage();
+            return 0;
+        }
+
+        MIDIReadBlock read; // of the first surface
+
+    private:
+        const std::function<void()> onMessage;
+    };
+
+    RunLoop loop;
+    RealRuntime runtime;
+    Ports midi;
+    PosixDatagramSockets sockets;
+    NullStreams streams;
+    NlohmannJSON json{Bilingual(false)};
+    NoAccessibility accessibility;
+    NullAdvertiser advertiser;
+    const NullComputer system;
+    std::shared_ptr<ReceiverModel> model;
+};
+
+} // namespace lumbrine
