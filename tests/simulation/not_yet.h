@@ -15,7 +15,8 @@ struct NotYet {
 };
 
 inline constexpr auto notYet = std::to_array<NotYet>({
-    {"fill-at-session-open", "Names that no bank move brings again stay unknown, as those of a session of one bank."},
+    {"fill-at-session-open",
+     "In 3 of 500 sessions names and a transport that the host does not tell again stay as they were."},
     {"slow-host", "A host that needs more than 0.27 s counts as unmoved: scans go wrong and begin anew without end."},
     {"hands-on-auto",
      "In 3 of 500 sessions the AUTO switch of a mode is down for more than 0.1 s after another owner."},
