@@ -23,6 +23,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       moves(platform.runtime, state, bankMap, desk, displays),
       walk(jobs, state, {queue, moves, bankMap, capture, mirror, drops}),
       calibration(jobs, state, log, {queue, moves, bankMap, capture, mirror, metadata}),
+      mender(jobs, state, log, {bankMap, capture, mirror, metadata}),
       seekWorker(jobs, state, {queue, moves, bankMap, capture, mirror, automation, drops}),
       visibleRange(jobs, state, log, {moves, walk, automation, mirror}),
       groups(jobs, state, log, {surfaces, moves, walk, capture, automation, mirror}),
@@ -37,6 +38,6 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       presence(jobs, state, log, {desk, mirror, bankMap, pan, automation}),
       position(platform.runtime, state, log, {bankMap, calibration}), owner(state, text, endpoint, surfaces),
       refresh(state, {mirror, table, automation, metadata}),
-      tick(jobs, state, {endpoint, meters, feedback, presence, position, owner, refresh, surfaces}) {}
+      tick(jobs, state, {endpoint, meters, feedback, presence, mender, position, owner, refresh, surfaces}) {}
 
 } // namespace lumbrine

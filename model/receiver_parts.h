@@ -48,6 +48,7 @@ struct ReceiverParts {
     SurfaceMoves moves;
     SurfaceWalk walk;
     Calibration calibration;
+    MapMender mender;
     SeekWorker seekWorker;
     VisibleRangeWalk visibleRange;
     GroupOperations groups;

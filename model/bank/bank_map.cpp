@@ -1,5 +1,7 @@
 #include "model/bank/bank_map.h"
 
+#include <utility>
+
 namespace lumbrine {
 
 namespace {
@@ -32,6 +34,7 @@ void BankMap::relocalize() {
     if (position < 0 && isOverwritten(shown)) return;
     overwrittenSince.reset();
     if (position < 0 && debug) printDiagnosis(shown);
+    if (position >= 0) learn(shown, static_cast<std::size_t>(position));
     if (position == state.published.bankOffset) return;
     state.published.bankOffset = position;
     state.published.changed();
@@ -44,12 +47,23 @@ bool BankMap::isSure() const {
            locate(state.published.session.tracks, window()) == state.published.bankOffset;
 }
 
+void BankMap::learn(const TrackNames& shown, std::size_t position) {
+    std::vector<Track>& tracks = state.published.session.tracks;
+    for (std::size_t slot = 0; slot < shown.size() && position + slot < tracks.size(); ++slot) {
+        Track& track = tracks[position + slot];
+        if (std::exchange(track.displayKnown, true)) continue;
+        track.display = shown[slot];
+        state.published.changed();
+        state.fullTableDirty = true;
+    }
+}
+
 // One strip differs from the last position, and has not for long.
 bool BankMap::isOverwritten(const TrackNames& shown) {
     int others = 0;
     for (std::size_t slot = 0; slot < shown.size(); ++slot)
         if (const auto track = state.published.trackOn(slot))
-            others += shown[slot] == state.published.session.tracks[*track].display ? 0 : 1;
+            others += isShownAs(state.published.session.tracks[*track], shown[slot]) ? 0 : 1;
     if (state.published.bankOffset < 0 || others != 1) return false;
     const TimePoint now = jobs.runtime.now();
     if (!overwrittenSince) {

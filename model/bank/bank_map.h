@@ -33,6 +33,7 @@ public:
     void resetForBankMove();
 
 private:
+    void learn(const TrackNames& shown, std::size_t position);
     bool isOverwritten(const TrackNames& shown);
     void printDiagnosis(const TrackNames& shown) const;
 

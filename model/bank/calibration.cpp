@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <iterator>
 #include <utility>
 
 namespace lumbrine {
@@ -89,7 +90,7 @@ void Calibration::rewind() {
 
 Session Calibration::walk() {
     const auto width = static_cast<std::size_t>(parts.moves.layout().width);
-    TrackSurvey survey(width, jobs.runtime.syncMain([this] { return parts.metadata.bankedNames(); }));
+    TrackSurvey survey(width, jobs.runtime.syncMain([this] { return listedNames(); }));
     survey.add({.names = parts.moves.stableWindow(), .faders = shownFaders(width)});
     for (int banks = 0; banks < maxBanks; ++banks) {
         const TrackNames before = parts.moves.stableWindow();
@@ -100,6 +101,12 @@ Session Calibration::walk() {
         survey.add({.names = std::move(shown), .faders = shownFaders(width)});
     }
     return survey.session();
+}
+
+std::vector<std::string> Calibration::listedNames() const {
+    std::vector<std::string> names;
+    std::ranges::transform(parts.metadata.banked(), std::back_inserter(names), &TrackIdentity::name);
+    return names;
 }
 
 std::vector<double> Calibration::shownFaders(std::size_t width) const {

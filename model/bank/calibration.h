@@ -56,6 +56,7 @@ private:
     std::vector<double> shownFaders(std::size_t width) const;
 
     // On the main thread
+    std::vector<std::string> listedNames() const;
     void commit(Session scanned);
     void finish();
     void retryOrGiveUp();

@@ -2,6 +2,7 @@
 
 #include "base/blank_text.h"
 #include "base/strip.h"
+#include "model/state/display_name.h"
 
 #include <algorithm>
 #include <array>
@@ -9,11 +10,11 @@
 
 namespace lumbrine {
 
+namespace {
+
 // The search of Knuth, Morris and Pratt: no track is looked at again for another place, however alike the names are,
 // because what has fitted so far rules places out.
-int locate(std::span<const Track> tracks, std::span<const std::string> window) {
-    assert(window.size() <= stripCount);
-    if (std::ranges::all_of(window, isBlank)) return -1;
+int locateAmongKnown(std::span<const Track> tracks, std::span<const std::string> window) {
     // How many names at the end of the window's first i + 1 are also its beginning.
     std::array<std::size_t, stripCount> borders{};
     for (std::size_t i = 1, same = 0; i < window.size(); ++i) {
@@ -34,6 +35,33 @@ int locate(std::span<const Track> tracks, std::span<const std::string> window) {
         if (found >= 0) return -1;
         found = static_cast<int>(i + 1 - window.size());
         same = borders[same - 1];
+    }
+    return found;
+}
+
+bool showsAt(std::span<const Track> tracks, std::size_t offset, std::span<const std::string> window) {
+    for (std::size_t strip = 0; strip < window.size(); ++strip) {
+        const std::size_t track = offset + strip;
+        if (track >= tracks.size() ? !window[strip].empty() : !isShownAs(tracks[track], window[strip])) return false;
+    }
+    return true;
+}
+
+} // namespace
+
+bool isShownAs(const Track& track, std::string_view display) {
+    return track.displayKnown ? track.display == display : mayShow(display, track.name.value_or(""));
+}
+
+int locate(std::span<const Track> tracks, std::span<const std::string> window) {
+    assert(window.size() <= stripCount);
+    if (std::ranges::all_of(window, isBlank)) return -1;
+    if (std::ranges::all_of(tracks, &Track::displayKnown)) return locateAmongKnown(tracks, window);
+    int found = -1;
+    for (std::size_t offset = 0; offset <= tracks.size(); ++offset) {
+        if (!showsAt(tracks, offset, window)) continue;
+        if (found >= 0) return -1;
+        found = static_cast<int>(offset);
     }
     return found;
 }

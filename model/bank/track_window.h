@@ -15,9 +15,13 @@ namespace lumbrine {
 
 using TrackNames = std::vector<std::string>;
 
-// Where the window, of at most 16 names, lies among the tracks. Blank strips may follow the last track. -1 when it lies
-// nowhere or at more than one place, and when all of it is blank. Takes about as many comparisons as there are tracks,
-// and no allocation.
+// Whether a strip that shows the track has that text.
+bool isShownAs(const Track& track, std::string_view display);
+
+// Where the window, of at most 16 names, lies among the tracks. Blank strips may follow the last track. A track whose
+// display is unknown may show whatever its name allows. -1 when the window lies nowhere or at more than one place, and
+// when all of it is blank. If all displays are known, it takes about as many comparisons as there are tracks, and no
+// allocation.
 int locate(std::span<const Track> tracks, std::span<const std::string> window);
 
 // The map followed by the window, without the largest overlap of the map's end with the window's start. Two different

@@ -15,6 +15,7 @@ void PeriodicTick::tick() {
     parts.presence.watchClient();
     runMeters();
     parts.presence.watchWindowWidth();
+    parts.mender.watchTrackList();
     parts.position.watchStuckPosition();
     parts.owner.watchOwner();
     parts.owner.describeClients();

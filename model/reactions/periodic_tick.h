@@ -2,6 +2,7 @@
 // step of the meters sixty times a second, as long as a client has something to see on them.
 #pragma once
 
+#include "model/bank/map_mender.h"
 #include "model/hands/surfaces.h"
 #include "model/mirror/meters.h"
 #include "model/reactions/client_refresh.h"
@@ -24,6 +25,7 @@ public:
         Meters& meters;
         SurfaceFeedback& feedback;
         PresenceWatch& presence;
+        MapMender& mender;
         PositionWatch& position;
         OwnerWatch& owner;
         ClientRefresh& refresh;

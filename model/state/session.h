@@ -27,6 +27,7 @@ bool isSame(const TrackIdentity& left, const TrackIdentity& right);
 // What is known of one track. Absent, or neutral for switches and texts: nobody has said so far.
 struct Track {
     std::string display;             // what the surfaces call it, at most four characters; from the scan
+    bool displayKnown = true;        // false: it has been listed, and no strip has shown it yet
     std::optional<std::string> name; // in full; from the scripting service or the screen, like the next six
     std::optional<RGBColor> color;
     bool mute = false;
@@ -56,6 +57,10 @@ struct Session {
     bool empty() const { return tracks.empty(); }
     std::size_t size() const { return tracks.size(); }
 };
+
+// The session after its track list has changed: one track for each of the list. A track that was there before keeps
+// what is known of it; of one that is new or has another name, the display is unknown.
+Session followed(const Session& before, const std::vector<TrackIdentity>& listed);
 
 // Whether both have the same tracks in the same order, as far as their display names can tell.
 bool sameDisplays(const Session& left, const Session& right);

@@ -25,10 +25,14 @@ bool take(std::vector<Track>& tracks, const TrackMetadata::TrackList& list, Valu
     return changed;
 }
 
-std::vector<std::string> namesOf(const TrackMetadata::TrackList& list) {
-    std::vector<std::string> names;
-    std::ranges::transform(list, std::back_inserter(names), &PTSLTrack::name);
-    return names;
+TrackIdentity identityOf(const PTSLTrack& track) {
+    return {.id = track.id, .name = track.name, .index = track.index};
+}
+
+std::vector<TrackIdentity> identitiesOf(const TrackMetadata::TrackList& list) {
+    std::vector<TrackIdentity> identities;
+    std::ranges::transform(list, std::back_inserter(identities), identityOf);
+    return identities;
 }
 
 } // namespace
@@ -93,15 +97,13 @@ void TrackMetadata::takeList(TrackList tracks) {
     std::ranges::copy_if(newest, std::back_inserter(candidates[0]),
                          [](const PTSLTrack& track) { return !track.isHidden; });
     candidates[1] = newest;
-    banked = namesOf(candidates[0]);
     adopt(candidates, "PTSL");
     scripting.notePTSLSuccess();
 }
 
 const PTSLTrack* TrackMetadata::listed(const TrackIdentity& track) const {
-    const auto found = std::ranges::find_if(newest, [&](const PTSLTrack& candidate) {
-        return isSame(track, {.id = candidate.id, .name = candidate.name, .index = candidate.index});
-    });
+    const auto found =
+        std::ranges::find_if(newest, [&](const PTSLTrack& candidate) { return isSame(track, identityOf(candidate)); });
     return found == newest.end() ? nullptr : &*found;
 }
 
@@ -117,27 +119,36 @@ void TrackMetadata::refreshFromScreen() {
     TrackList tracks(shown->names.size());
     for (std::size_t i = 0; i < tracks.size(); ++i)
         tracks[i].name = std::move(shown->names[i]);
-    jobs.runOnMain([this, candidates = std::vector<TrackList>{std::move(tracks)}] {
-        banked = namesOf(candidates[0]);
-        adopt(candidates, "AX");
-    });
+    jobs.runOnMain([this, candidates = std::vector<TrackList>{std::move(tracks)}] { adopt(candidates, "AX"); });
 }
 
 // ---- Adopting a list
 
 void TrackMetadata::adopt(const std::vector<TrackList>& candidates, std::string_view source) {
     const std::size_t wanted = state.published.session.size();
-    if (wanted == 0) return;
     const auto chosen = std::ranges::find(candidates, wanted, &TrackList::size);
+    if (chosen != candidates.end()) showsHidden = chosen != candidates.begin();
+    bankedTracks = identitiesOf(candidates[showsHidden && candidates.size() > 1 ? 1 : 0]);
+    if (wanted == 0) return;
     if (chosen == candidates.end()) return reportMismatch(candidates);
+    if (hasOtherOrder(*chosen)) return; // adopted once the map has followed
     // The first list of a session is news even where it says what was assumed.
     const bool first = !std::exchange(state.published.session.listed, true);
     isFromService = source == "PTSL";
+    forgetDisplays(*chosen);
     adoptIdentities(*chosen);
     adoptNames(*chosen, source);
     adoptColors(*chosen, first);
     adoptInputMonitors(*chosen, first);
     adoptStates(*chosen);
+}
+
+// By ids, which tell a track that was moved from one that was given another name.
+bool TrackMetadata::hasOtherOrder(const TrackList& list) const {
+    const std::vector<Track>& tracks = state.published.session.tracks;
+    const bool hasIDs = std::ranges::none_of(tracks, [](const Track& track) { return track.id.empty(); });
+    return hasIDs && !std::ranges::equal(tracks, list, {}, &Track::id, &PTSLTrack::id) &&
+           std::ranges::is_permutation(tracks, list, {}, &Track::id, &PTSLTrack::id);
 }
 
 void TrackMetadata::reportMismatch(const std::vector<TrackList>& candidates) const {
@@ -147,6 +158,14 @@ void TrackMetadata::reportMismatch(const std::vector<TrackList>& candidates) con
     counts += " / HUI " + std::to_string(state.published.session.size());
     log.sayOnceAMinute("Full names: count mismatch (" + counts + ") → keeping 4-char names",
                        "フルネーム: 件数不一致（" + counts + "）→ 4文字表示のまま");
+}
+
+// Of tracks that were given another name.
+void TrackMetadata::forgetDisplays(const TrackList& list) {
+    std::vector<Track>& tracks = state.published.session.tracks;
+    for (std::size_t i = 0; i < tracks.size(); ++i)
+        if (!tracks[i].id.empty() && tracks[i].id == list[i].id && tracks[i].name != list[i].name)
+            tracks[i].displayKnown = false;
 }
 
 // A list from the screen has no ids. A track that keeps its name is taken for the same one.

@@ -53,9 +53,8 @@ public:
     // Main thread.
     const PTSLTrack* listed(const TrackIdentity& track) const;
 
-    // The full names of the tracks that the banks should show, by the newest list; empty while there is none. Main
-    // thread.
-    const std::vector<std::string>& bankedNames() const { return banked; }
+    // The tracks that the banks should show, by the newest list; empty while there is none. Main thread.
+    const std::vector<TrackIdentity>& banked() const { return bankedTracks; }
 
     // What the track is called in that list; absent when it is not there. While the service has sent no list, the name
     // that the track had. Main thread.
@@ -69,8 +68,10 @@ private:
     void readComments();
 
     // On the main thread
+    bool hasOtherOrder(const TrackList& list) const;
     void reportMismatch(const std::vector<TrackList>& candidates) const;
     void adoptNames(const TrackList& list, std::string_view source);
+    void forgetDisplays(const TrackList& list);
     void adoptIdentities(const TrackList& list);
     void adoptColors(const TrackList& list, bool first);
     void adoptInputMonitors(const TrackList& list, bool first);
@@ -83,11 +84,12 @@ private:
     ScriptingLink& scripting;
     ClientMirror& mirror;
     TrackComments comments;
-    bool commentsReadWaits = false; // main thread only
-    TrackList newest;               // of the scripting service; main thread only
-    std::vector<std::string> banked; // main thread only
-    bool isFromService = false;     // what was adopted last; main thread only
-    ServicePatience patience;       // main thread only
+    bool commentsReadWaits = false;          // main thread only
+    TrackList newest;                        // of the scripting service; main thread only
+    std::vector<TrackIdentity> bankedTracks; // main thread only, like the next
+    bool showsHidden = false;                // the banks had as many tracks as the list with the hidden ones
+    bool isFromService = false;              // what was adopted last; main thread only
+    ServicePatience patience;                // main thread only
 
     Mutex namesRefreshInFlight;
     bool namesRefreshRunning LUMBRINE_GUARDED_BY(namesRefreshInFlight) = false;

@@ -135,7 +135,8 @@ TEST_F(SourcesTest, CommentsGoWithTheirTracks) {
     world.proTools->edit([&](SimulatedSession& session) { session.move(moved.id, 0); });
     world.phone().send(remote::recalibrateCommand());
     EXPECT_TRUE(comesTrue(seconds(60), [&] {
-        return namesOf(published().session).at(0) == moved.name && wrong().empty();
+        const Session& session = published().session;
+        return !session.empty() && session.tracks.front().name == moved.name && wrong().empty();
     })) << wrong();
     EXPECT_TRUE(comesTrue(seconds(3), [&] { return commentAtThePhone(0) == moved.comment; }));
 }

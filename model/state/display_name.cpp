@@ -1,0 +1,52 @@
+#include "model/state/display_name.h"
+
+#include "base/blank_text.h"
+#include "base/utf8.h"
+
+#include <algorithm>
+#include <string>
+
+namespace lumbrine {
+
+namespace {
+
+// Stands for any character that is not printable ASCII.
+constexpr char other = '\0';
+
+std::string shownCharacters(std::string_view name) {
+    std::string characters;
+    while (!name.empty()) {
+        const std::size_t length = firstCharacter(name).length;
+        const char character = name.front();
+        characters += length == 1 && character >= ' ' && character <= '~' ? character : other;
+        name.remove_prefix(length);
+    }
+    return characters;
+}
+
+bool mayStandFor(char shown, char character) {
+    return shown == character || (shown == '?' && character == other);
+}
+
+constexpr std::size_t displayLength = 4;
+
+} // namespace
+
+bool mayShow(std::string_view display, std::string_view name) {
+    const std::string characters(trimSpaces(shownCharacters(name)));
+    if (isBlank(display)) {
+        const auto start = std::string_view(characters).substr(0, displayLength);
+        return std::ranges::all_of(start, [](char character) { return character == other || character == ' '; });
+    }
+    if (characters.empty() || (characters.front() != other && characters.front() != display.front())) return false;
+    std::size_t from = 0;
+    for (const char shown : display) {
+        if (shown == ' ') continue; // a blank of the name, or a character that is not ASCII
+        while (from < characters.size() && !mayStandFor(shown, characters[from]))
+            ++from;
+        if (from++ >= characters.size()) return false;
+    }
+    return true;
+}
+
+} // namespace lumbrine
