@@ -1,5 +1,5 @@
-// The HUI protocol, as the control surface speaks it. Output (hui_output.cpp) turns calls into MIDI messages; input
-// (hui_input.cpp) turns Pro Tools' bytes into callbacks. One engine serves one surface of 8 strips, numbered 0-7.
+// The HUI protocol, as the control surface speaks it. Output (hui_output.cpp, hui_hands.cpp) turns calls into messages;
+// input (hui_input.cpp) turns Pro Tools' bytes into callbacks. One engine serves one surface of 8 strips, numbered 0-7.
 //
 // All messages are on MIDI channel 1. A zone and a port together address a switch and its LED; strip n is zone n.
 #pragma once

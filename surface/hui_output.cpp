@@ -1,6 +1,7 @@
 #include "base/fader_value.h"
 #include "base/strip.h"
 #include "surface/hui_engine.h"
+#include "surface/hui_switches.h"
 
 #include <algorithm>
 #include <cassert>
@@ -25,15 +26,6 @@ constexpr std::uint8_t portState = 0x2F;
 constexpr std::uint8_t faderLow = 0x20; // first controller of the low halves; the high halves start at 0
 constexpr std::uint8_t vpot = 0x40;
 constexpr int switchOn = 0x40;
-
-constexpr bool onThisSurface(int strip) {
-    return strip >= 0 && strip < stripsPerSurface;
-}
-
-// Of a strip, all but AUTO, which only jobs hold.
-constexpr bool isHandSwitch(int zone, int port) {
-    return onThisSurface(zone) && port != hui::autoPort;
-}
 
 constexpr std::array<std::uint8_t, 3> controlChange(int controller, int value) {
     return {0xB0, static_cast<std::uint8_t>(controller), static_cast<std::uint8_t>(value)};
@@ -194,102 +186,7 @@ void HUIEngine::sendTurn(int strip, int delta) {
     send(controlChange(vpot + strip, clicks > 0 ? 0x40 + clicks : -clicks)); // bit 6: clockwise
 }
 
-// ---- Hands
-
-bool HUIEngine::touchByHand(int strip) {
-    if (!onThisSurface(strip)) return true;
-    const Lock lock(txLock);
-    return putFinger(strip);
-}
-
-bool HUIEngine::holdByHand(int strip) {
-    if (!onThisSurface(strip)) return true;
-    const Lock lock(txLock);
-    return !strayFingers.test(static_cast<std::size_t>(strip)) && putFinger(strip);
-}
-
-bool HUIEngine::putFinger(int strip) {
-    const auto fader = static_cast<std::size_t>(strip);
-    fingers.set(fader);
-    strayFingers.set(fader, closed);
-    if (closed) return false;
-    sendEdge(strip, hui::touchPort, true);
-    return true;
-}
-
-bool HUIEngine::releaseByHand(int strip) {
-    if (!onThisSurface(strip)) return true;
-    const auto fader = static_cast<std::size_t>(strip);
-    const Lock lock(txLock);
-    const bool stray = strayFingers.test(fader);
-    fingers.reset(fader);
-    strayFingers.reset(fader);
-    if (closed || stray) return false;
-    sendEdge(strip, hui::touchPort, false);
-    return true;
-}
-
-bool HUIEngine::moveByHand(int strip, double value) {
-    if (!onThisSurface(strip)) return true;
-    const Lock lock(txLock);
-    if (closed || strayFingers.test(static_cast<std::size_t>(strip))) return false;
-    sendFaderPair(strip, value);
-    return true;
-}
-
-bool HUIEngine::pressByHand(int zone, int port) {
-    std::uint64_t number = 0;
-    {
-        const Lock lock(txLock);
-        if (closed) return false;
-        number = press(zone, port);
-    }
-    endPressLater(zone, port, number);
-    return true;
-}
-
-bool HUIEngine::turnByHand(int strip, int delta) {
-    if (!onThisSurface(strip)) return true;
-    const Lock lock(txLock);
-    if (closed) return false;
-    sendTurn(strip, delta);
-    return true;
-}
-
-void HUIEngine::closeToHands() {
-    const Lock lock(txLock);
-    closed = true;
-    strayFingers |= fingers;
-    ++timesHandsLetGo;
-    for (int zone = 0; zone < stripsPerSurface; ++zone)
-        for (int port = 0; port < portsOfZone; ++port)
-            if (isHandSwitch(zone, port) && down.test(switchAt(zone, port))) sendEdge(zone, port, false);
-}
-
-void HUIEngine::openToHands() {
-    const Lock lock(txLock);
-    closed = false;
-}
-
-void HUIEngine::letHandsGo() {
-    const Lock lock(txLock);
-    liftFingers();
-    fingers.reset();
-    strayFingers.reset();
-}
-
-void HUIEngine::loseTouch() {
-    const Lock lock(txLock);
-    liftFingers();
-}
-
-void HUIEngine::liftFingers() {
-    for (int strip = 0; strip < stripsPerSurface; ++strip) {
-        const auto fader = static_cast<std::size_t>(strip);
-        const bool byHand = fingers.test(fader) && !strayFingers.test(fader);
-        if (byHand && down.test(switchAt(strip, hui::touchPort))) sendEdge(strip, hui::touchPort, false);
-    }
-}
+// ---- Pan side
 
 bool HUIEngine::showsRightPan() {
     const Lock lock(panLock);
