@@ -38,6 +38,6 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       presence(jobs, state, log, {desk, mirror, bankMap, pan, automation}),
       position(platform.runtime, state, log, {bankMap, calibration}), owner(state, text, endpoint, surfaces),
       refresh(state, {mirror, table, automation, metadata}),
-      tick(jobs, state, {endpoint, meters, feedback, presence, mender, position, owner, refresh, surfaces}) {}
+      tick(jobs, state, {endpoint, meters, feedback, pan, presence, mender, position, owner, refresh, surfaces}) {}
 
 } // namespace lumbrine

@@ -82,8 +82,10 @@ void BankMap::printDiagnosis(const TrackNames& shown) const {
 }
 
 void BankMap::resetForBankMove() {
-    for (StripState& strip : state.published.strips)
+    for (StripState& strip : state.published.strips) {
         strip.forgetTrack();
+        strip.forgetHiddenPan(state.published.panRight);
+    }
 }
 
 } // namespace lumbrine

@@ -109,12 +109,12 @@ std::vector<std::string> Calibration::listedNames() const {
     return names;
 }
 
-std::vector<double> Calibration::shownFaders(std::size_t width) const {
+std::vector<std::optional<double>> Calibration::shownFaders(std::size_t width) const {
     // Nothing comes back while the runtime is being shut down.
-    std::vector<double> faders = jobs.runtime.syncMain([this] {
-        std::vector<double> all;
+    std::vector<std::optional<double>> faders = jobs.runtime.syncMain([this] {
+        std::vector<std::optional<double>> all;
         for (const StripState& strip : state.published.strips)
-            all.push_back(strip.fader);
+            all.push_back(strip.shownFader);
         return all;
     });
     faders.resize(width);

@@ -53,7 +53,7 @@ private:
     void scan();
     void rewind();
     Session walk();
-    std::vector<double> shownFaders(std::size_t width) const;
+    std::vector<std::optional<double>> shownFaders(std::size_t width) const;
 
     // On the main thread
     std::vector<std::string> listedNames() const;

@@ -1,5 +1,6 @@
 #include "model/bank/fader_capture.h"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -10,18 +11,21 @@ FaderCapture::FaderCapture(const Jobs& jobs, ReceiverState& state, const BankMap
 
 void FaderCapture::faderShown(Strip strip) {
     assert(jobs.runtime.onMain());
-    fresh.set(strip.slot());
+    fresh[strip.slot()] = jobs.runtime.now();
     captureSoon();
 }
 
 void FaderCapture::allShown() {
-    fresh.set();
+    const TimePoint now = jobs.runtime.now();
+    fresh.fill(now);
+    for (StripState& strip : state.published.strips)
+        if (!strip.handOn(now)) strip.believeShownFader();
     captureSoon();
 }
 
 void FaderCapture::captureNow() {
     jobs.runOnMain([this] {
-        if (isSure()) capture();
+        if (isSure()) capture(jobs.runtime.now());
     });
 }
 
@@ -29,9 +33,11 @@ void FaderCapture::captureSoon() {
     if (std::exchange(looking, true)) return;
     jobs.onMainAfter(stillness, [this] {
         looking = false;
-        if (isSure()) return capture();
+        const bool sure = isSure();
+        if (sure) capture(jobs.runtime.now() - stillness);
+        if (std::ranges::none_of(fresh, &std::optional<TimePoint>::has_value)) return;
         // With an unknown position, or a job under way, what changes that asks again.
-        if (state.quiet() && state.published.bankOffset >= 0) captureSoon();
+        if (sure || (state.quiet() && state.published.bankOffset >= 0)) captureSoon();
     });
 }
 
@@ -39,15 +45,16 @@ bool FaderCapture::isSure() const {
     return displays.age() >= stillness && bankMap.isSure();
 }
 
-void FaderCapture::capture() {
-    for (std::size_t slot = 0; slot < state.published.shownStrips().size(); ++slot) {
-        const auto track = state.published.trackOn(slot);
-        if (!fresh.test(slot) || !track) continue;
+void FaderCapture::capture(TimePoint shownUntil) {
+    for (std::size_t slot = 0; slot < fresh.size(); ++slot) {
+        if (!fresh[slot] || *fresh[slot] > shownUntil) continue;
+        fresh[slot].reset();
+        const StripState& strip = state.published.strips[slot];
+        const auto track = slot < state.published.shownStrips().size() ? state.published.trackOn(slot) : std::nullopt;
+        if (!track || strip.faderUnsure || !strip.shownFader) continue;
         std::optional<double>& fader = state.published.session.tracks[*track].fader;
-        const double value = state.published.strips[slot].fader;
-        if (std::exchange(fader, value) != value) state.fullTableDirty = true;
+        if (std::exchange(fader, strip.shownFader) != strip.shownFader) state.fullTableDirty = true;
     }
-    fresh.reset();
 }
 
 } // namespace lumbrine

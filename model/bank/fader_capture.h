@@ -1,13 +1,14 @@
 // Keeping the last fader value that Pro Tools showed of each track, for when the track is no longer shown. Pro Tools
-// may send the faders of other tracks before it sends their names; so a value counts for a track only once names have
-// been still, and while the shown names tell the position.
+// may send the faders of other tracks before it sends their names; so a value counts for a track only once it and the
+// names have been still, and while the shown names tell the position.
 #pragma once
 
 #include "model/bank/bank_map.h"
 #include "model/hands/display_watch.h"
 #include "model/state/jobs.h"
 
-#include <bitset>
+#include <array>
+#include <optional>
 
 namespace lumbrine {
 
@@ -28,14 +29,14 @@ public:
 
 private:
     void captureSoon();
-    void capture();
+    void capture(TimePoint shownUntil);
     bool isSure() const;
 
     const Jobs& jobs;
     ReceiverState& state;
     const BankMap& bankMap;
     DisplayWatch& displays;
-    std::bitset<stripCount> fresh; // main thread, like the next
+    std::array<std::optional<TimePoint>, stripCount> fresh; // since when; main thread, like the next
     bool looking = false;
 };
 

@@ -317,6 +317,8 @@ protected:
         bench.state().published.huiConnected = true;
         bench.state().lastAutoPollAll = world.runtime.now() + 1h;
         host.emplace(bench, numbers(8));
+        host->faders.assign(8, 0.5);
+        host->show();
         bench.setTrackMap(numbers(8), 0);
         bench.run(10ms);
         markAll();

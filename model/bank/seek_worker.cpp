@@ -205,11 +205,11 @@ void SeekWorker::showProgress(int offset) {
 
 void SeekWorker::finish() {
     assert(jobs.runtime.onMain());
+    parts.capture.allShown();
     parts.bankMap.resetForBankMove();
     parts.bankMap.relocalize();
     parts.mirror.send(occasion::bankView);
     parts.mirror.send(occasion::afterSeek);
-    parts.capture.allShown();
     parts.automation.pollAllAutoModes();
 }
 

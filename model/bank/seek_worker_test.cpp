@@ -298,6 +298,7 @@ TEST_F(ToldSeekTest, AStepIsToldWithAllThatThePositionDecides) {
 }
 
 TEST_F(ToldSeekTest, TheEndIsToldWithEverythingThatIsShown) {
+    host.faders.assign(20, 0.5);
     bench.parts().seekWorker.seekBank(1);
     bench.run(221ms);
     types();

@@ -94,6 +94,11 @@ void SurfaceMoves::waitForStillNames(Duration still, Duration limit) {
 
 // ---- Moving
 
+void SurfaceMoves::press(int port) {
+    displays.expectNames();
+    desk.pressBank(port);
+}
+
 void SurfaceMoves::moveWindow(int target) {
     const BankLayout session = layout();
     if (session.tracks <= 0) return;

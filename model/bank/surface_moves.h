@@ -48,7 +48,7 @@ public:
 
     // ---- Moving
 
-    void press(int port) { desk.pressBank(port); }
+    void press(int port);
 
     // Presses its way to the target, or as near as the session's end allows, without looking at the displays in
     // between. Does nothing when the shown names do not tell where the surfaces are.

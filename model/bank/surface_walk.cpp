@@ -58,10 +58,10 @@ SurfaceWalk::Start SurfaceWalk::start() const {
 }
 
 void SurfaceWalk::end(const Plan& plan) {
+    parts.capture.allShown();
     parts.bankMap.resetForBankMove();
     parts.bankMap.relocalize();
     parts.mirror.send(occasion::afterWalk);
-    parts.capture.allShown();
     if (!goesOn(plan.asked)) return parts.drops.tell(plan.name, DropReason::ownerChanged);
     plan.report();
 }

@@ -6,6 +6,7 @@
 #include "model/bank/track_window.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,7 @@ namespace lumbrine {
 
 struct SurveyedBank {
     TrackNames names; // of all strips, from the left
-    std::vector<double> faders;
+    std::vector<std::optional<double>> faders;
 };
 
 class TrackSurvey {

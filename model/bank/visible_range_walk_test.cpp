@@ -215,6 +215,8 @@ TEST_F(ToldVisibleRangeTest, ACapturedRangeIsToldWithTheWholeSession) {
     bench.run(1100ms);
     bench.state().published.huiConnected = true;
     BankingHost host(bench, numbers(8));
+    host.faders.assign(8, 0.5);
+    host.show();
     bench.setTrackMap(numbers(8), 0);
     bench.run(10ms);
     markAll();

@@ -23,8 +23,7 @@ std::uint8_t AutomationModes::autoProbe(Strip strip, const std::function<void()>
     parts.displays.beginProbe(strip);
     parts.desk.holdAuto(strip, whileHeld);
     const std::uint8_t mode = parts.displays.endProbe();
-    if (mode != autoModeUnknown)
-        jobs.onMainAfter(DisplayWatch::nameReturns, [this, strip] { parts.displays.settle(strip); });
+    jobs.onMainAfter(DisplayWatch::nameReturns, [this, strip] { parts.displays.settle(strip); });
     return mode;
 }
 

@@ -94,6 +94,46 @@ TEST_F(AutomationModesTest, AProbeChangesNoName) {
     EXPECT_THAT(heard(0x10), IsEmpty());
 }
 
+TEST_F(AutomationModesTest, AModeThatComesSoonAfterAProbeChangesNoName) {
+    bench.surfaceA.name(3, "Kick");
+    settle();
+    for (const std::string mode : {"Read", "T/L "}) {
+        markAll();
+        automation.pollAutoMode(*Strip::of(3));
+        bench.run(200ms); // AUTO came up after 150 ms
+        bench.surfaceA.name(3, mode);
+        bench.run(150ms);
+        bench.surfaceA.name(3, "Kick");
+        bench.run(10ms);
+        EXPECT_EQ(state.published.strips[3].name, "Kick");
+        EXPECT_THAT(heard(0x10), testing::Each(testing::EndsWith("01 10 03 4B 69 63 6B"))); // of a resend
+    }
+}
+
+TEST_F(AutomationModesTest, AWordThatIsNoKnownModeIsNoNameWhileAutoIsHeld) {
+    bench.surfaceA.name(3, "Kick");
+    settle();
+    markAll();
+    automation.pollAutoMode(*Strip::of(3));
+    bench.run(50ms);
+    bench.surfaceA.name(3, "Trim");
+    bench.run(100ms);
+    bench.surfaceA.name(3, "Kick");
+    settle();
+    EXPECT_THAT(heard(0x10), IsEmpty());
+}
+
+TEST_F(AutomationModesTest, ANameAfterTheModeOfAProbeIsShownAtOnce) {
+    bench.surfaceA.name(3, "Kick");
+    settle();
+    automation.pollAutoMode(*Strip::of(3));
+    bench.run(50ms);
+    bench.surfaceA.name(3, "Read");
+    bench.surfaceA.name(3, "Snr "); // the user has moved the banks
+    settle();
+    EXPECT_EQ(state.published.strips[3].name, "Snr");
+}
+
 TEST_F(AutomationModesTest, AModeThatStaysFor300MillisecondsAfterAProbeIsAName) {
     bench.surfaceA.name(3, "Kick");
     settle();

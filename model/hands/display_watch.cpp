@@ -1,5 +1,6 @@
 #include "model/hands/display_watch.h"
 
+#include "base/blank_text.h"
 #include "model/hands/automation_mode_text.h"
 
 #include <utility>
@@ -7,21 +8,34 @@
 namespace lumbrine {
 
 bool DisplayWatch::shown(Strip strip, std::string_view text) {
-    if (takeForMode(strip, text)) return true;
-    const TimePoint now = runtime.now();
-    const Lock lock(nameClock);
-    lastNameChange = now;
+    if (holdBack(strip, trimSpaces(text))) return true;
+    noteName();
     return false;
 }
 
-bool DisplayWatch::takeForMode(Strip strip, std::string_view text) {
+bool DisplayWatch::holdBack(Strip strip, std::string_view text) {
     const auto mode = parseAutoModeText(text);
+    const TimePoint now = runtime.now();
     const Lock lock(autoProbeLock);
-    takenForMode[strip.slot()].reset();
-    if (!mode || autoProbeStrip != strip) return false;
-    autoProbeResult = *mode;
-    takenForMode[strip.slot()] = std::string(text);
-    return true;
+    Display& display = shownTexts[strip.slot()];
+    const bool isProbed = autoProbeStrip == strip;
+    if (mode && isProbed) autoProbeResult = *mode;
+    const bool mayBeMode = mode || (!text.empty() && !display.held && !display.namesCome);
+    if (mayBeMode && (isProbed || now < display.heldUntil) && text != display.name) {
+        display.held = text;
+        return true;
+    }
+    // The name is back after the mode.
+    if (display.held && !isProbed) display.heldUntil = now;
+    display.held.reset();
+    display.name = text;
+    return false;
+}
+
+void DisplayWatch::noteName() {
+    const TimePoint now = runtime.now();
+    const Lock lock(nameClock);
+    lastNameChange = now;
 }
 
 Duration DisplayWatch::age() {
@@ -34,21 +48,36 @@ void DisplayWatch::beginProbe(Strip strip) {
     const Lock lock(autoProbeLock);
     autoProbeStrip = strip;
     autoProbeResult = autoModeUnknown;
+    shownTexts[strip.slot()].namesCome = false;
+}
+
+void DisplayWatch::expectNames() {
+    const Lock lock(autoProbeLock);
+    for (Display& display : shownTexts)
+        display.namesCome = true;
 }
 
 std::uint8_t DisplayWatch::endProbe() {
+    const TimePoint now = runtime.now();
     const Lock lock(autoProbeLock);
+    if (autoProbeStrip) shownTexts[autoProbeStrip->slot()].heldUntil = now + nameReturns;
     autoProbeStrip.reset();
     return autoProbeResult;
 }
 
 void DisplayWatch::settle(Strip strip) {
+    const TimePoint now = runtime.now();
     std::optional<std::string> name;
     {
         const Lock lock(autoProbeLock);
-        if (autoProbeStrip != strip) name = std::exchange(takenForMode[strip.slot()], std::nullopt);
+        Display& display = shownTexts[strip.slot()];
+        if (autoProbeStrip == strip || now < display.heldUntil) return;
+        name = std::exchange(display.held, std::nullopt);
+        if (name) display.name = *name;
     }
-    if (name) onNameAfterAll(strip, *name);
+    if (!name) return;
+    noteName();
+    onNameAfterAll(strip, *name);
 }
 
 } // namespace lumbrine

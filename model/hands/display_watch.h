@@ -1,5 +1,8 @@
-// What background threads need to know of the display texts, which come on the MIDI threads: when the last one came,
-// and which automation mode it spelled on the strip that is being probed.
+// What background threads need to know of the display texts, which come on the MIDI threads: when the last name came,
+// and which automation mode Pro Tools wrote on the strip that is being probed.
+//
+// A probe is not seen: the first text that comes in it, or soon after it, is the strip's mode, perhaps in words that the
+// receiver does not know. It is held back, and is a name after all when no other text follows.
 #pragma once
 
 #include "base/strip.h"
@@ -21,8 +24,7 @@ public:
 
     explicit DisplayWatch(Runtime& runtime) : runtime(runtime), nameClock(runtime), autoProbeLock(runtime) {}
 
-    // A text came. True when it is the mode that a probe of the strip waits for: then it is no name, and the clock of
-    // names does not count it. Any thread.
+    // A text came. True when it is held back because of a probe: then the clock of names does not count it. Any thread.
     bool shown(Strip strip, std::string_view text);
 
     // How long no text has come: how the jobs that move the banks know that the surfaces have settled. Any thread.
@@ -35,13 +37,24 @@ public:
     // Returns the mode that was shown last since the probe began, or unknown.
     std::uint8_t endProbe();
 
-    // To be called `nameReturns` after a probe. If no other text has come for the strip since its mode, that text was a
-    // name after all, of a track that is called "Read": `onNameAfterAll` is called with it. Main thread.
+    // The banks are about to move, so that names come: from now on only known modes are held back. Any thread.
+    void expectNames();
+
+    // To be called `nameReturns` after a probe. If no other text has come for the strip since the one that is held back,
+    // that was a name after all, as of a track that is called "Read": `onNameAfterAll` is called with it. Main thread.
     void settle(Strip strip);
     std::function<void(Strip strip, const std::string& text)> onNameAfterAll; // set before the first probe
 
 private:
-    bool takeForMode(Strip strip, std::string_view text) LUMBRINE_EXCLUDES(autoProbeLock);
+    struct Display {
+        std::string name;                // without spaces at the ends
+        std::optional<std::string> held; // likewise
+        TimePoint heldUntil = distantPast;
+        bool namesCome = false; // so a word that is no known mode is a name
+    };
+
+    void noteName() LUMBRINE_EXCLUDES(nameClock);
+    bool holdBack(Strip strip, std::string_view text) LUMBRINE_EXCLUDES(autoProbeLock);
 
     Runtime& runtime;
 
@@ -51,7 +64,7 @@ private:
     Mutex autoProbeLock;
     std::optional<Strip> autoProbeStrip LUMBRINE_GUARDED_BY(autoProbeLock);
     std::uint8_t autoProbeResult LUMBRINE_GUARDED_BY(autoProbeLock) = autoModeUnknown;
-    std::array<std::optional<std::string>, stripCount> takenForMode LUMBRINE_GUARDED_BY(autoProbeLock);
+    std::array<Display, stripCount> shownTexts LUMBRINE_GUARDED_BY(autoProbeLock);
 };
 
 } // namespace lumbrine

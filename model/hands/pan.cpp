@@ -26,10 +26,24 @@ void Pan::setPanMode(bool right) {
     assert(jobs.runtime.onMain());
     if (right == state.published.panRight) return;
     state.published.panRight = right;
+    sideSince = jobs.runtime.now();
     mirror.sendPanMode();
     log.say(right ? "← Pan mode: Pan Right" : "← Pan mode: Pan Left",
             right ? "← パンモード: Pan Right(右)" : "← パンモード: Pan Left(左)");
     state.published.changed();
+}
+
+void Pan::believeRings() {
+    assert(jobs.runtime.onMain());
+    if (jobs.runtime.now() - sideSince < sideFollows) return;
+    const int side = state.published.panRight ? 1 : 0;
+    for (int i = 0; i < stripCount; ++i) {
+        StripState& strip = state.published.strip(*Strip::of(i));
+        Ring& ring = strip.pan[static_cast<std::size_t>(side)];
+        if (!strip.shownRing || ring == *strip.shownRing) continue;
+        ring = *strip.shownRing;
+        if (i < state.published.winW) mirror.sendPan(*Strip::of(i), side);
+    }
 }
 
 void Pan::seek(int strip, int target, Asked asked) {

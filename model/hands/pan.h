@@ -11,12 +11,17 @@ class Pan {
 public:
     static constexpr int maxSteps = 41;
     static constexpr Duration stepInterval = seconds(0.035);
+    static constexpr Duration sideFollows = seconds(0.5); // in which Pro Tools has sent the rings of another side
 
     Pan(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Surfaces& surfaces, DeskQueue& queue,
         ClientMirror& mirror);
 
     // Records and reports a side; presses nothing. Nothing happens when it is the side already.
     void setPanMode(bool right);
+
+    // To be called from time to time: rings that Pro Tools did not send again after a change of side are the same on
+    // both.
+    void believeRings();
 
     // Begins a seek to ring position 1-11, in place of the strip's current one; while the banks are moved, later. Any
     // other target, and any strip but 0-15, does nothing.
@@ -35,6 +40,7 @@ private:
     DeskQueue& queue;
     ClientMirror& mirror;
     unsigned seeksBegun = 0;
+    TimePoint sideSince = distantPast;
 };
 
 } // namespace lumbrine

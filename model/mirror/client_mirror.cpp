@@ -41,6 +41,7 @@ std::vector<Value> ClientMirror::shown(ValueOf valueOf) const {
 // ---- Names, faders
 
 void ClientMirror::sendTrackNameToClient(Strip strip, std::string_view name) {
+    named.set(strip.slot());
     emit(trackNameMessage(strip.index(), name));
 }
 
@@ -48,12 +49,12 @@ void ClientMirror::sendShownTrackNames() {
     for (int i = 0; i < state.published.winW; ++i) {
         const Strip strip = *Strip::of(i);
         const std::string& name = state.published.strip(strip).name;
-        if (!name.empty()) sendTrackNameToClient(strip, name);
+        if (!name.empty() || named.test(strip.slot())) sendTrackNameToClient(strip, name);
     }
 }
 
 void ClientMirror::sendFaderToClient(Strip strip, double value) {
-    if (state.quiet()) emit(faderMessage(strip.index(), value));
+    if (state.quiet() && state.published.strip(strip).faderIsKnown()) emit(faderMessage(strip.index(), value));
 }
 
 void ClientMirror::sendShownFaders() {

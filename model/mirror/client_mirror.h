@@ -10,6 +10,7 @@
 #include "model/state/receiver_state.h"
 
 #include <array>
+#include <bitset>
 #include <optional>
 #include <span>
 #include <string>
@@ -45,7 +46,7 @@ public:
     // ---- One by one
 
     void sendTrackNameToClient(Strip strip, std::string_view name);
-    void sendShownTrackNames(); // those that are not empty
+    void sendShownTrackNames(); // also that a strip has none any more
     void sendFaderToClient(Strip strip, double value);
     void sendShownFaders();
 
@@ -86,6 +87,7 @@ private:
     ClientEndpoint& endpoint;
     std::optional<std::string> snapshotTarget;
 
+    std::bitset<stripCount> named; // strips that a client was ever told a name of
     PerStrip<std::optional<ToldMonitor>> toldMonitors;
     std::optional<Ownership> toldTo; // the client of these
     Bytes lastSentSwitches;

@@ -63,6 +63,16 @@ TEST_F(FaderCaptureTest, KeepsNothingWhileThePositionIsNotSure) {
     EXPECT_FALSE(state.fullTableDirty);
 }
 
+// Pro Tools may not have got it, or not have followed.
+TEST_F(FaderCaptureTest, KeepsNoMoveOfTheClientThatProToolsHasNotShown) {
+    setSession({"a"}, 0);
+    show(0, 0.5);
+    state.published.strips[0].fader = 0.9; // by the client
+    bench.parts().capture.allShown();
+    bench.run(FaderCapture::stillness);
+    EXPECT_THAT(kept(), ElementsAre(0.5));
+}
+
 TEST_F(FaderCaptureTest, KeepsNothingUntilNamesAreStill) {
     setSession({"a", "b"}, 0);
     bench.parts().feedback.faderFeedback(*Strip::of(0), 0.5); // of the track whose name comes next

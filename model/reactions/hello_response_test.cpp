@@ -56,6 +56,8 @@ TEST_F(HelloTest, HasItsPongEvenWhileTheMainThreadIsBusy) {
 TEST_F(HelloTest, IsAnsweredWithEverythingInItsOrder) {
     bench.state().published.strips[0].name = "Kick";
     bench.state().published.strips[2].name = "Gt";
+    for (StripState& strip : bench.state().published.strips)
+        strip.shownFader = 0.5;
     bench.setTrackMap({"Kick", "Snr"}, 0);
     bench.state().published.session.surveyed = true;
     const Lines messages = hello();

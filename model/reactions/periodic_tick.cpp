@@ -20,6 +20,8 @@ void PeriodicTick::tick() {
     parts.owner.watchOwner();
     parts.owner.describeClients();
     parts.position.watchMissingMap();
+    parts.feedback.believeFaders();
+    parts.pan.believeRings();
     if (state.published.iosConnected) parts.refresh.refresh();
     parts.owner.forgetTouches();
     parts.surfaces.reportDropped();

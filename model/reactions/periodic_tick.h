@@ -3,6 +3,7 @@
 #pragma once
 
 #include "model/bank/map_mender.h"
+#include "model/hands/pan.h"
 #include "model/hands/surfaces.h"
 #include "model/mirror/meters.h"
 #include "model/reactions/client_refresh.h"
@@ -24,6 +25,7 @@ public:
         ClientEndpoint& endpoint;
         Meters& meters;
         SurfaceFeedback& feedback;
+        Pan& pan;
         PresenceWatch& presence;
         MapMender& mender;
         PositionWatch& position;

@@ -35,10 +35,24 @@ void SurfaceFeedback::showFader(Strip strip, double value) {
     assert(jobs.runtime.onMain());
     StripState& shown = state.published.strip(strip);
     shown.fader = value;
+    shown.shownFader = value;
+    shown.faderUnsure = false;
     state.published.changed();
     const bool ownEcho = shown.touched && jobs.runtime.now() - shown.movedByClient < echoSilence;
     if (!ownEcho) parts.mirror.sendFaderToClient(strip, value);
     parts.capture.faderShown(strip);
+}
+
+void SurfaceFeedback::believeFaders() {
+    assert(jobs.runtime.onMain());
+    for (int i = 0; i < stripCount; ++i) {
+        const Strip strip = *Strip::of(i);
+        StripState& shown = state.published.strip(strip);
+        if (shown.handOn(jobs.runtime.now()) || !shown.believeShownFader()) continue;
+        state.published.changed();
+        if (i < state.published.winW) parts.mirror.sendFaderToClient(strip, shown.fader);
+        parts.capture.faderShown(strip);
+    }
 }
 
 // ---- Names
@@ -50,7 +64,11 @@ void SurfaceFeedback::trackNameShown(Strip strip, std::string_view text) {
 
 void SurfaceFeedback::showName(Strip strip, const std::string& name) {
     assert(jobs.runtime.onMain());
-    if (std::exchange(state.published.strip(strip).name, name) == name) return;
+    StripState& changed = state.published.strip(strip);
+    if (std::exchange(changed.name, name) == name) return;
+    changed.forgetHiddenPan(state.published.panRight);
+    for (StripState& any : state.published.strips)
+        any.mayHaveAnotherTrack(jobs.runtime.now());
     state.published.changed();
     parts.mirror.sendTrackNameToClient(strip, name);
     parts.bankMap.relocalize();
@@ -65,7 +83,9 @@ void SurfaceFeedback::meterShown(Strip strip, int side, int level) {
 
 void SurfaceFeedback::vpotShown(Strip strip, int value, bool centre, bool rightSide) {
     jobs.runOnMain([this, strip, value, centre, side = rightSide ? 1 : 0] {
-        state.published.strip(strip).pan[static_cast<std::size_t>(side)] = {.position = value, .centre = centre};
+        StripState& shown = state.published.strip(strip);
+        shown.shownRing = {.position = value, .centre = centre};
+        shown.pan[static_cast<std::size_t>(side)] = *shown.shownRing;
         parts.mirror.sendPan(strip, side);
     });
 }

@@ -53,6 +53,44 @@ TEST_F(SurfaceFeedbackTest, AFaderThatIsNotHeldIsAlwaysEchoed) {
     EXPECT_THAT(heard(0x12), ElementsAre("0ms 01 12 03 1F FF"));
 }
 
+TEST_F(SurfaceFeedbackTest, AMoveThatProToolsDoesNotFollowIsTakenBackOnceTheHandRests) {
+    bench.surfaceA.fader(3, 0.5);
+    phone->send({0x01, 0x01, 0x03, 0x3F, 0xFF});
+    bench.run(1400ms);
+    EXPECT_EQ(state.published.strips[3].fader, 1.0);
+    phone->tape.clear();
+    bench.run(600ms);
+    EXPECT_EQ(state.published.strips[3].fader, 8191 / 16383.0);
+    EXPECT_THAT(bench.heardBy(*phone, 0x12), testing::Contains(testing::EndsWith("01 12 03 1F FF")));
+}
+
+// Pro Tools may keep the fader of another track back while it is touched.
+TEST_F(SurfaceFeedbackTest, AHeldFaderIsNotToldForAnotherTrack) {
+    bench.surfaceA.name(3, "Kick");
+    bench.surfaceA.fader(3, 0.5);
+    phone->send({0x01, 0x02, 0x03});
+    phone->send({0x01, 0x01, 0x03, 0x3F, 0xFF});
+    settle();
+    bench.surfaceA.name(2, "Snr "); // whoever moved the banks: strip 3 may have another "Kick"
+    settle();
+    phone->tape.clear();
+    bench.run(1200ms); // with a resend of everything
+    EXPECT_THAT(bench.heardBy(*phone, 0x12), testing::Each(testing::Not(testing::HasSubstr("01 12 03"))));
+    phone->tape.clear();
+    bench.surfaceA.fader(3, 0.25);
+    settle();
+    EXPECT_EQ(state.published.strips[3].fader, 4095 / 16383.0);
+    EXPECT_FALSE(state.published.strips[3].faderUnsure);
+}
+
+TEST_F(SurfaceFeedbackTest, AFaderThatNobodyHasShownIsNotToldBesideAName) {
+    bench.surfaceA.name(3, "Kick");
+    settle();
+    phone->tape.clear();
+    bench.run(1200ms);
+    EXPECT_THAT(bench.heardBy(*phone, 0x12), testing::Each(testing::Not(testing::HasSubstr("01 12 03"))));
+}
+
 TEST_F(SurfaceFeedbackTest, AnEchoThatIsKeptBackStillEntersTheSessionTable) {
     bench.setTrackMap({"a", "b", "c", "d", "e"}, 1);
     for (int strip = 0; strip < 4; ++strip)
@@ -88,6 +126,16 @@ TEST_F(SurfaceFeedbackTest, ABlankNameReplacesAnother) {
     bench.surfaceA.name(0, "    ");
     EXPECT_THAT(heard(0x10), ElementsAre("0ms 01 10 00 4B 69 63 6B", "0ms 01 10 00 20 20 20 20"));
     EXPECT_EQ(state.published.strips[0].name, "");
+}
+
+// A client that was away, or lost a datagram, would go on showing the former one.
+TEST_F(SurfaceFeedbackTest, ANameThatIsGoneIsToldAgain) {
+    bench.surfaceA.name(0, "Kick");
+    bench.surfaceA.name(0, "    ");
+    settle();
+    phone->tape.clear();
+    bench.run(1200ms);
+    EXPECT_THAT(bench.heardBy(*phone, 0x10), ElementsAre(testing::EndsWith("01 10 00 20 20 20 20")));
 }
 
 TEST_F(SurfaceFeedbackTest, ANewNameShowsWhereTheSurfacesAre) {
@@ -145,6 +193,30 @@ TEST_F(SurfaceFeedbackTest, ARingIsShownToTheClient) {
     EXPECT_THAT(heard(0x14), ElementsAre("0ms 01 14 02 00 06 01", "0ms 01 14 02 00 0B 00"));
     EXPECT_EQ(state.published.strips[2].pan[0].position, 15);
     EXPECT_FALSE(state.published.strips[2].pan[0].centre);
+}
+
+TEST_F(SurfaceFeedbackTest, AnotherNameLeavesTheHiddenPanUnknown) {
+    bench.surfaceA.name(2, "Kick");
+    bench.surfaceA.ring(2, 3, false);
+    settle();
+    phone->send({0x01, 0x08}); // right
+    settle();
+    bench.surfaceA.ring(2, 9, false);
+    settle();
+    EXPECT_EQ(state.published.strips[2].pan[0].position, 3);
+    bench.surfaceA.name(2, "Snr ");
+    settle();
+    EXPECT_EQ(state.published.strips[2].pan[0].position, 0);
+    EXPECT_EQ(state.published.strips[2].pan[1].position, 9);
+}
+
+TEST_F(SurfaceFeedbackTest, ARingThatIsNotSentAgainAfterAChangeOfSideIsTheSameOnBoth) {
+    bench.surfaceA.ring(2, 3, false);
+    settle();
+    phone->send({0x01, 0x08});
+    bench.run(1s);
+    EXPECT_EQ(state.published.strips[2].pan[1].position, 3);
+    EXPECT_THAT(bench.heardBy(*phone, 0x14), testing::Contains(testing::EndsWith("01 14 02 01 03 00")));
 }
 
 TEST_F(SurfaceFeedbackTest, ARingIsKeptButNotShownWhileTheBanksMove) {

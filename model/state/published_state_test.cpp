@@ -60,9 +60,9 @@ TEST_F(PublishedStateTest, IsToldOfThePosition) {
 }
 
 TEST_F(PublishedStateTest, IsToldOfEachStepOfASeek) {
+    BankingHost host(bench, numbers(20));
     bench.surfaceA.pingEverySecond();
     bench.run(1s);
-    BankingHost host(bench, numbers(20));
     bench.setTrackMap(numbers(20), 0);
     settle();
     host.deaf = true;

@@ -47,8 +47,6 @@ struct ScriptingState {
 };
 
 struct ReceiverState {
-    static constexpr Duration handRest = seconds(1.5); // for so long after a move the hand counts as there
-
     PublishedState published;
     Presence presence;
     ScanState scans;
@@ -78,10 +76,8 @@ struct ReceiverState {
     // A finger is on a fader, or has just moved one. What the receiver does of its own accord waits for it: it would
     // move the tracks away from under the finger.
     bool handsOn(TimePoint now) const {
-        return now - presence.lastHand.load() < handRest ||
-               std::ranges::any_of(
-                   published.strips,
-                   [now](const StripState& strip) { return strip.touched || now - strip.movedByClient < handRest; });
+        return now - presence.lastHand.load() < StripState::handRest ||
+               std::ranges::any_of(published.strips, [now](const StripState& strip) { return strip.handOn(now); });
     }
 
     bool transportRunning() const { return transportPlaying || transportRecording; }

@@ -42,6 +42,12 @@ struct Track {
     std::string id = {}; // of the scripting service, like the next one; empty and 0 while unknown
     std::int64_t listIndex = 0;
 
+    void forgetShown() {
+        fader.reset();
+        pan.reset();
+        mode = autoModeUnknown;
+    }
+
     TrackIdentity identity() const { return {.id = id, .name = name.value_or(""), .index = listIndex}; }
 };
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace lumbrine {
 
@@ -30,6 +31,8 @@ struct FlashingLed {
 struct Ring {
     int position = 0; // 0-15, as received
     bool centre = false;
+
+    bool operator==(const Ring&) const = default;
 };
 
 struct PanTarget {
@@ -39,18 +42,48 @@ struct PanTarget {
 };
 
 struct StripState {
+    static constexpr Duration handRest = seconds(1.5); // for so long after a move the hand counts as there
+
     std::string name; // without spaces at the ends
-    double fader = 0; // 0.0-1.0, or more where somebody has sent more
+    double fader = 0; // 0.0-1.0, or more where somebody has sent more; Pro Tools' or the client's last word
+    std::optional<double> shownFader; // Pro Tools' last word, of whichever track was here then; absent: none yet
+    bool faderUnsure = false;         // the strip may have got another track whose fader Pro Tools keeps back
     FlashingLed mute;
     FlashingLed record;
     bool solo = false;
     bool select = false;
-    std::array<Ring, 2> pan; // left, right side of a stereo pan
+    std::array<Ring, 2> pan;       // left, right side of a stereo pan; position 0: unknown
+    std::optional<Ring> shownRing; // Pro Tools' last word, of whichever side and track; absent: none yet
     std::uint8_t mode = autoModeUnknown;
 
     bool touched = false;                  // the client's finger is on the fader
     TimePoint movedByClient = distantPast; // or touched
     std::optional<PanTarget> panSeek;
+
+    bool handOn(TimePoint now) const { return touched || now - movedByClient < handRest; }
+
+    // A value that was told for another track, or by nobody, is not told for this one.
+    bool faderIsKnown() const { return !faderUnsure && (shownFader || name.empty()); }
+
+    // Where no hand is, Pro Tools keeps nothing back. True when the fader has become known, or another value.
+    bool believeShownFader() {
+        const double before = fader;
+        fader = shownFader.value_or(fader);
+        return std::exchange(faderUnsure, false) || fader != before;
+    }
+
+    // Some strip shows another name, so this one may show another track, of the same name too. A client's move was for
+    // the former one, and while a hand is on a fader Pro Tools may wait with the value of the new one.
+    void mayHaveAnotherTrack(TimePoint now) {
+        if (handOn(now)) {
+            faderUnsure = true;
+        } else {
+            believeShownFader();
+        }
+    }
+
+    // The side that the V-Pots do not show was the former track's.
+    void forgetHiddenPan(bool panRight) { pan[panRight ? 0 : 1] = {}; }
 
     // The strip is about to show another track. Its LED histories, mode and pan seek were the old track's.
     void forgetTrack() {

@@ -168,11 +168,14 @@ void TrackMetadata::forgetDisplays(const TrackList& list) {
             tracks[i].displayKnown = false;
 }
 
-// A list from the screen has no ids. A track that keeps its name is taken for the same one.
+// A list from the screen has no ids. A track that keeps its name is taken for the same one. Where another track is now,
+// what the surfaces showed was the former one's.
 void TrackMetadata::adoptIdentities(const TrackList& list) {
     std::vector<Track>& tracks = state.published.session.tracks;
     for (std::size_t i = 0; i < tracks.size(); ++i) {
         if (list[i].id.empty() && list[i].index == 0 && tracks[i].name == list[i].name) continue;
+        const TrackIdentity now{.id = list[i].id, .name = list[i].name, .index = list[i].index};
+        if (tracks[i].name && !isSame(tracks[i].identity(), now)) tracks[i].forgetShown();
         tracks[i].id = list[i].id;
         tracks[i].listIndex = list[i].index;
     }
