@@ -19,8 +19,9 @@ void SimulatedHUIHost::recordBank() {
     recorder->bank(bankOffset, tracks);
 }
 
+// While a dialog is on the screen the displays keep what they had before, whatever the strips have now.
 void SimulatedHUIHost::recordShown(int surface, const SurfacePicture& picture) {
-    if (recorder == nullptr) return;
+    if (recorder == nullptr || dialog) return;
     for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip) {
         const DisplayText& text = picture.displays[static_cast<std::size_t>(strip)];
         recorder->show(surface * hui_address::stripCountOfSurface + strip, trackOn(surface, strip),

@@ -50,6 +50,9 @@ public:
             }
         for (const auto& wire : wires)
             noteTouches(wire);
+        // The receiver has two surfaces, however many the host has.
+        for (std::size_t surface = wires.size(); surface < 2; ++surface)
+            noteTouches(askedOf(acceptance.accepted, static_cast<int>(surface)));
     }
 
     // A hand may have been on a fader.

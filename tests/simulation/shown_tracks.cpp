@@ -157,6 +157,12 @@ Tracks ShownTracks::onStrip(const std::string& client, int strip, TimePoint at) 
     return tracks;
 }
 
+bool ShownTracks::changedAt(const std::string& client, int strip, TimePoint at) const {
+    const Client* const found = find(client);
+    return found != nullptr &&
+           std::ranges::binary_search(found->strips[static_cast<std::size_t>(strip)], at, {}, &Shown::from);
+}
+
 Tracks ShownTracks::underFinger(const std::string& client, int strip, TimePoint touched, TimePoint at) const {
     Tracks tracks = onStrip(client, strip, touched);
     const Client* const found = find(client);

@@ -30,6 +30,9 @@ public:
     // By the strip's name. What was told at that very moment may have come before or after it.
     Tracks onStrip(const std::string& client, int strip, TimePoint at) const;
 
+    // What the strip's name stands for changed at that very moment.
+    bool changedAt(const std::string& client, int strip, TimePoint at) const;
+
     // By the strip's name since a finger was put on it, as long as the display did not change its text.
     Tracks underFinger(const std::string& client, int strip, TimePoint touched, TimePoint at) const;
 

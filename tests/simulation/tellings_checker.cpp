@@ -6,6 +6,7 @@
 #include "tests/simulation/told_checker.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 
 namespace lumbrine::simulation {
@@ -59,17 +60,39 @@ private:
     void look(const remote::Fader& fader) {
         const int strip = fader.strip.index();
         const int value = fader.value.raw();
-        const Tracks tracks = shown.onStrip(client(), strip, telling->at);
+        const Tracks tracks = namedOnStrip(strip);
         if (tracks.empty() || std::ranges::find(tracks, 0) != tracks.end() || isJustShown(strip)) return;
         if (anyEverWas(tracks, [&](const SimulatedTrack& track) { return host.faderOf(track) == value; })) return;
         if (isItsOwn(strip, value, tracks)) return;
         complain("the fader of strip " + std::to_string(strip) + " told as " + std::to_string(value), tracks);
     }
 
-    // Names and faders of one burst come one after the other.
+    // By its name; and where a position is told, that one of this name which is there: a job may have gone on from one
+    // track to another of the same name.
+    Tracks namedOnStrip(int strip) const {
+        Tracks tracks = shown.onStrip(client(), strip, telling->at);
+        const auto displayAt = [&](int track) {
+            const SimulatedTrack* const found = host.trackAt(track, telling->at);
+            return found == nullptr ? std::string() : host.displayOf(*found);
+        };
+        const Tracks there = shown.byPosition(client(), strip, telling->at);
+        std::ranges::copy_if(there, std::back_inserter(tracks), [&, named = tracks](int track) {
+            return std::ranges::find(named, displayAt(track), displayAt) != named.end();
+        });
+        return tracks;
+    }
+
+    // Names and faders of one burst come one after the other, from the host and to the client.
     bool isJustShown(int strip) const {
+        if (shown.changedAt(client(), strip, telling->at)) return true;
         const ShownTrack* display = host.shownOn(strip, telling->at);
-        return display != nullptr && display->at == telling->at;
+        return display != nullptr && (display->at == telling->at || !isNameOf(*display));
+    }
+
+    // Another text than the track's name, as its mode or a value, does not tell which track it is.
+    bool isNameOf(const ShownTrack& display) const {
+        const SimulatedTrack* const track = host.trackAt(display.track, telling->at);
+        return track == nullptr || host.displayOf(*track) == display.text;
     }
 
     // What the client asked for itself, for that track.
@@ -106,8 +129,19 @@ private:
         }
     }
 
+    // Where the row has no full name, what the displays call its track may be several tracks' name.
+    Tracks namedInRow(const remote::TrackRow& row) const {
+        Tracks tracks = shown.inRow(client(), row.index, telling->at);
+        for (const ShownTrack& display : evidence.record.shown)
+            if (display.at <= telling->at && display.text == row.name) tracks.push_back(display.track);
+        std::ranges::sort(tracks);
+        const auto repeated = std::ranges::unique(tracks);
+        tracks.erase(repeated.begin(), repeated.end());
+        return tracks;
+    }
+
     void look(const remote::TrackRow& row) {
-        const Tracks tracks = shown.inRow(client(), row.index, telling->at);
+        const Tracks tracks = namedInRow(row);
         const std::string which = " in row " + std::to_string(row.index) + ", " + row.name;
         const auto expect = [&](const std::string& what, auto isSo) {
             if (!anyEverWas(tracks, isSo)) complain(what + which, tracks);
