@@ -1,8 +1,8 @@
 // What background threads need to know of the display texts, which come on the MIDI threads: when the last name came,
 // and which automation mode Pro Tools wrote on the strip that is being probed.
 //
-// A probe is not seen: the first text that comes in it, or soon after it, is the strip's mode, perhaps in words that the
-// receiver does not know. It is held back, and is a name after all when no other text follows.
+// A probe is not seen: the first text that comes in it, or soon after it, is the strip's mode, perhaps in words that
+// the receiver does not know. It is held back, and is a name after all when no other text follows.
 #pragma once
 
 #include "base/strip.h"
@@ -40,8 +40,9 @@ public:
     // The banks are about to move, so that names come: from now on only known modes are held back. Any thread.
     void expectNames();
 
-    // To be called `nameReturns` after a probe. If no other text has come for the strip since the one that is held back,
-    // that was a name after all, as of a track that is called "Read": `onNameAfterAll` is called with it. Main thread.
+    // To be called `nameReturns` after a probe. If no other text has come for the strip since the one that is held
+    // back, that was a name after all, as of a track that is called "Read": `onNameAfterAll` is called with it. Main
+    // thread.
     void settle(Strip strip);
     std::function<void(Strip strip, const std::string& text)> onNameAfterAll; // set before the first probe
 

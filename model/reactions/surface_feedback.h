@@ -46,8 +46,8 @@ public:
     void autoLedShown(Strip strip, AutoLedColour colour) override;
     void pingReceived(SurfaceID surface, int pingCount, TimePoint at) override;
 
-    // To be called from time to time: a fader that the client has let go of is where Pro Tools last showed it, also when
-    // Pro Tools did not follow the client. Main thread.
+    // To be called from time to time: a fader that the client has let go of is where Pro Tools last showed it, also
+    // when Pro Tools did not follow the client. Main thread.
     void believeFaders();
 
     // Called on the main thread when a level ends a rest of the meters.

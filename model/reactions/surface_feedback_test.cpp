@@ -71,7 +71,7 @@ TEST_F(SurfaceFeedbackTest, AHeldFaderIsNotToldForAnotherTrack) {
     phone->send({0x01, 0x02, 0x03});
     phone->send({0x01, 0x01, 0x03, 0x3F, 0xFF});
     settle();
-    bench.surfaceA.name(2, "Snr "); // whoever moved the banks: strip 3 may have another "Kick"
+    bench.surfaceA.name(2, "Snr "); // with other banks, strip 3 may have another "Kick"
     settle();
     phone->tape.clear();
     bench.run(1200ms); // with a resend of everything
