@@ -31,6 +31,20 @@ TEST_F(TrackAdoptionTest, TakesTheFirstListWithAsManyTracksAsTheMap) {
     EXPECT_EQ(namesOf(published.session)[0], "Other");
 }
 
+TEST_F(TrackAdoptionTest, ForgetsWhatTheSurfacesShowedOfATrackThatIsElsewhereNow) {
+    adoption.adopt({listOf(3)}, "PTSL");
+    for (Track& track : published.session.tracks) {
+        track.fader = 0.5;
+        track.mode = 1;
+    }
+    TrackList others = listOf(3);
+    others[0].name = "Other";
+    adoption.adopt({others}, "PTSL");
+    EXPECT_EQ(published.session.tracks[0].fader, std::nullopt);
+    EXPECT_EQ(published.session.tracks[0].mode, autoModeUnknown);
+    EXPECT_EQ(published.session.tracks[1].fader, 0.5);
+}
+
 TEST_F(TrackAdoptionTest, KeepsTheShortNamesWhenNoListHasTheRightCount) {
     bench.setTrackMap(Lines(12, "Trck"), 0);
     adoption.adopt({listOf(11), listOf(13)}, "PTSL");
