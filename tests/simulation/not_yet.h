@@ -29,9 +29,9 @@ inline constexpr auto notYet = std::to_array<NotYet>({
      "mostly because the host puts another one under a finger, or because no name was told yet."},
     {"acts-of-newcomers",
      "In 131 of 500 sessions a client that has just become the owner acts on tracks that it was never told of."},
-    {"tellings", "In 213 of 500 sessions a row or a strip has another track's fader, full name or colour."},
-    {"quiet-moments",
-     "In 283 of 500 sessions a client at rest has pans, faders, selects, names or a position that are not the host's."},
+    {"tellings", "In 103 of 500 sessions a row or a strip has another track's fader, full name or colour."},
+    {"quiet-moments", "In 111 of 500 sessions a client at rest has modes, pans, faders, selects, names or a position "
+                      "that are not the host's."},
     {"members", "In 7 of 500 sessions a group's members are not reached and the log does not tell."},
     {"told-drops", "In 2 of 500 sessions a mode comes to nothing and the log does not tell."},
     {"arrivals-with-lost-presses", "In 1 of 500 sessions a seek misses when the host loses a press."},
