@@ -6,18 +6,17 @@ namespace lumbrine {
 
 namespace {
 
-// A bank key leads to the next multiple of the width, wherever the surfaces are.
+int afterBankPress(int port, int current, int width, bool aligns) {
+    const int below = current / width * width;
+    if (port == bank_port::bankForward) return (aligns ? below : current) + width;
+    return aligns && current != below ? below : std::max(current - width, 0);
+}
+
 BankStep unclampedStep(int current, int target, BankLayout layout) {
-    const int width = layout.width;
-    if (current < target) {
-        const int nextBank = (current / width + 1) * width;
-        const int lastBank = (layout.tracks - 1) / width * width;
-        if (nextBank <= target && nextBank <= lastBank) return {bank_port::bankForward, nextBank};
-        return {bank_port::channelForward, current + 1};
-    }
-    const int prevBank = current % width == 0 ? current - width : current / width * width;
-    if (target <= prevBank && prevBank >= 0) return {bank_port::bankBack, prevBank};
-    return {bank_port::channelBack, current - 1};
+    const int port = current < target ? bank_port::bankForward : bank_port::bankBack;
+    const int next = afterBankPress(port, current, layout.width, layout.rule.of(port).value_or(true));
+    const bool leadsPast = current < target ? next > target : next < target;
+    return leadsPast ? nextChannelStep(current, target) : BankStep{port, next};
 }
 
 } // namespace
@@ -30,6 +29,21 @@ BankStep nextBankStep(int current, int target, BankLayout layout) {
     BankStep step = unclampedStep(current, target, layout);
     step.predicted = std::clamp(step.predicted, 0, std::max(layout.maxOffset(), current));
     return step;
+}
+
+BankStep nextChannelStep(int current, int target) {
+    if (current < target) return {bank_port::channelForward, current + 1};
+    return {bank_port::channelBack, current - 1};
+}
+
+std::optional<bool> alignsBy(int port, int from, int to, BankLayout layout) {
+    const int aligned = afterBankPress(port, from, layout.width, true);
+    const int unaligned = afterBankPress(port, from, layout.width, false);
+    const int filled = std::min(unaligned, std::max(layout.maxOffset(), from)); // where the last bank has no blanks
+    if (aligned == unaligned || aligned == filled) return std::nullopt;
+    if (to == aligned) return true;
+    if (to == unaligned || to == filled) return false;
+    return std::nullopt;
 }
 
 } // namespace lumbrine

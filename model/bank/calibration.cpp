@@ -83,8 +83,7 @@ void Calibration::rewind() {
     for (int banks = 0; banks < maxBanks; ++banks) {
         const TrackNames before = parts.moves.stableWindow();
         parts.moves.press(bank_port::bankBack);
-        parts.moves.shortQuietWait();
-        if (parts.moves.stableWindow() == before) return;
+        if (parts.moves.windowAfterPress(before) == before) return;
     }
 }
 
@@ -95,8 +94,7 @@ Session Calibration::walk() {
     for (int banks = 0; banks < maxBanks; ++banks) {
         const TrackNames before = parts.moves.stableWindow();
         parts.moves.press(bank_port::bankForward);
-        parts.moves.shortQuietWait();
-        TrackNames shown = parts.moves.stableWindow();
+        TrackNames shown = parts.moves.windowAfterPress(before);
         if (shown == before && !survey.expectsAnother()) break;
         survey.add({.names = std::move(shown), .faders = shownFaders(width)});
     }

@@ -20,6 +20,7 @@ protected:
         bench.setTrackMap(numbers(20), 0);
         state.published.huiConnected = true;
         state.lastAutoPollAll = world.runtime.now() + 1h; // no probes
+        bench.learnThatTheHostIsQuick();
         bench.run(2s);
         bench.mark();
         bench.takeLines();

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
+#include <cstdlib>
 #include <utility>
 
 namespace lumbrine {
@@ -11,6 +12,23 @@ namespace {
 
 constexpr Duration linger = seconds(0.06); // at a target: the next one of a wheel or a held button comes that soon
 constexpr Duration afterSeekPress = seconds(0.012);
+
+// A seek goes on while corrections bring the surfaces nearer: presses may get lost.
+class Corrections {
+public:
+    bool another(int from, int target) {
+        const int distance = std::abs(target - from);
+        if (target == last && distance >= nearest) ++vain;
+        nearest = target == last ? std::min(nearest, distance) : distance;
+        last = target;
+        return vain < SeekWorker::maxVainCorrections;
+    }
+
+private:
+    int last = -1; // target
+    int nearest = 0;
+    int vain = 0;
+};
 
 } // namespace
 
@@ -112,33 +130,36 @@ std::optional<int> SeekWorker::nextTap() {
 
 // When this ends no target is left: one that comes later hires another worker.
 void SeekWorker::run() {
-    const BankLayout session = parts.moves.layout();
+    BankLayout session = parts.moves.layout();
     int current = startOffset(); // where the surfaces are by all that was pressed
+    Corrections corrections;
+    int from = current;    // where this attempt began
+    bool hasMoved = false; // in the one before: then its bank buttons may have led elsewhere
     if (current < 0) {
         dismiss();
         parts.drops.tell(command_name::bankMove, DropReason::positionUnknown);
     }
-    for (int corrections = 0; current >= 0;) {
+    while (current >= 0) {
         while (const auto target = wanted(session)) {
             if (*target != current) {
-                current = step(current, *target, session);
+                current = step(current, *target, session, hasMoved);
             } else if (stays(current, session)) {
                 break;
             }
         }
-        parts.moves.shortQuietWait();
-        const int actual = parts.moves.recognizedOffset();
+        int actual = parts.moves.arrival(current, [this] { return isAskedForMore(); });
+        if (actual < 0 && !isAskedForMore()) actual = parts.moves.recognizedOffset();
         const Lock lock(seekLock);
         const bool arrived = !lastTarget || actual < 0 || actual == *lastTarget;
         if (!seekTarget) {
-            if (arrived || corrections == maxCorrections) {
+            if (arrived || !corrections.another(actual, *lastTarget)) {
                 endWork();
                 break;
             }
-            ++corrections;
             seekTarget = lastTarget;
         }
         if (actual >= 0) current = actual;
+        hasMoved = std::exchange(from, current) != current;
     }
 }
 
@@ -146,7 +167,7 @@ int SeekWorker::startOffset() const {
     const int known = jobs.runtime.syncMain([this] { return state.published.bankOffset; });
     if (known >= 0) return known;
     parts.moves.shortQuietWait();
-    return parts.moves.recognizedOffset();
+    return parts.moves.recognizedOffset(BankMap::overwritten);
 }
 
 void SeekWorker::dismiss() {
@@ -182,16 +203,20 @@ bool SeekWorker::stays(int target, BankLayout session) {
     return true;
 }
 
-int SeekWorker::step(int current, int target, BankLayout session) {
-    const BankStep step = nextBankStep(current, target, session);
-    parts.moves.press(step.port);
+bool SeekWorker::isAskedForMore() {
+    const Lock lock(seekLock);
+    return seekTarget.has_value();
+}
+
+int SeekWorker::step(int current, int target, BankLayout& session, bool isCorrection) {
+    const BankStep step = parts.moves.stepTowards(target, current, session, isCorrection);
     jobs.runOnMain([this, offset = step.predicted] { showProgress(offset); });
     if (step.byBank()) {
         parts.moves.shortQuietWait();
     } else {
         jobs.runtime.sleepFor(afterSeekPress);
     }
-    return step.predicted;
+    return parts.moves.ledTo(current, step, session);
 }
 
 // ---- What the client sees of it

@@ -2,7 +2,8 @@
 // stream of requests changes the goal of the one worker and never builds up a queue.
 //
 // The client is told of each step before Pro Tools has confirmed it. When the worker has arrived it looks at the
-// displays and goes on from where they are, at most twice, should that be somewhere else.
+// displays and goes on from where they are, should that be somewhere else, until three corrections have brought it no
+// nearer.
 #pragma once
 
 #include "model/bank/fader_capture.h"
@@ -17,7 +18,7 @@ namespace lumbrine {
 
 class SeekWorker {
 public:
-    static constexpr int maxCorrections = 2;
+    static constexpr int maxVainCorrections = 3;
     static constexpr std::size_t maxTaps = 8;
 
     struct Parts {
@@ -58,7 +59,8 @@ private:
     void endWork() LUMBRINE_REQUIRES(seekLock);
     std::optional<int> wanted(BankLayout session) LUMBRINE_EXCLUDES(seekLock);
     bool stays(int target, BankLayout session) LUMBRINE_EXCLUDES(seekLock);
-    int step(int current, int target, BankLayout session);
+    bool isAskedForMore() LUMBRINE_EXCLUDES(seekLock);
+    int step(int current, int target, BankLayout& session, bool isCorrection);
 
     // On the main thread
     void showProgress(int offset);

@@ -16,6 +16,7 @@ protected:
         bench.setTrackMap(numbers(20), 0);
         state.published.huiConnected = true;
         state.lastAutoPollAll = world.runtime.now() + 1h; // no probes
+        bench.learnThatTheHostIsQuick();
         bench.run(2s);
         bench.mark();
     }
@@ -75,6 +76,17 @@ TEST_F(SeekTest, FindsTheSurfacesWhenThePositionWasUnknown) {
     ASSERT_TRUE(ends());
     EXPECT_THAT(presses(), ElementsAre("120ms B0 2F 43"));
     EXPECT_EQ(state.published.bankOffset, 8);
+}
+
+TEST_F(SeekTest, WaitsForAValueOverANameToGo) {
+    state.published.bankOffset = -1;
+    bench.surfaceA.name(0, "-3.5");
+    bench.run(10ms);
+    worker.seekBank(8);
+    bench.run(900ms);
+    host.show();
+    ASSERT_TRUE(ends());
+    EXPECT_EQ(host.offset, 8);
 }
 
 TEST_F(SeekTest, IsGivenUpWhenTheSurfacesCannotBeFound) {
@@ -169,7 +181,7 @@ TEST_F(SeekTest, GoesOnFromWhereItShouldBeWhenTheDisplaysDoNotSay) {
     bench.surfaceA.name(0, "????");
     worker.seekBank(2);
     ASSERT_TRUE(ends());
-    EXPECT_THAT(presses(), ElementsAre("0ms B0 2F 42", "492ms B0 2F 42"));
+    EXPECT_THAT(presses(), ElementsAre("0ms B0 2F 42", "242ms B0 2F 42"));
     EXPECT_EQ(host.offset, 2);
 }
 
@@ -206,11 +218,11 @@ TEST_F(SeekTest, CorrectsALostPress) {
     EXPECT_THAT(presses(), ElementsAre("0ms B0 2F 43", "330ms B0 2F 43"));
 }
 
-TEST_F(SeekTest, CorrectsAtMostTwice) {
+TEST_F(SeekTest, CorrectsAtMostThreeTimesInVain) {
     host.deaf = true;
     worker.seekBank(8);
     ASSERT_TRUE(ends());
-    EXPECT_THAT(presses(), ElementsAre("0ms B0 2F 43", "330ms B0 2F 43", "660ms B0 2F 43"));
+    EXPECT_THAT(presses(), ElementsAre("0ms B0 2F 43", "330ms B0 2F 43", "660ms B0 2F 43", "990ms B0 2F 43"));
     EXPECT_EQ(state.published.bankOffset, 0); // back to what the displays show
 }
 
@@ -225,10 +237,11 @@ TEST_F(SeekTest, CorrectsAPositionThatWasBelievedWrongly) {
 TEST_F(SeekTest, DoesNotCorrectMoreOftenBecauseANewTargetComes) {
     host.deaf = true;
     worker.seekBank(8);
-    bench.run(900ms); // in the look at the displays that follows the second correction
+    bench.run(1230ms); // in the look at the displays that follows the third correction
     worker.seekBank(8);
     ASSERT_TRUE(ends());
-    EXPECT_THAT(presses(), ElementsAre("0ms B0 2F 43", "330ms B0 2F 43", "660ms B0 2F 43", "990ms B0 2F 43"));
+    EXPECT_THAT(presses(),
+                ElementsAre("0ms B0 2F 43", "330ms B0 2F 43", "660ms B0 2F 43", "990ms B0 2F 43", "1320ms B0 2F 43"));
 }
 
 TEST_F(SeekTest, LeavesItAtThatWhenThePositionIsLost) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cstdlib>
 #include <optional>
 
 namespace lumbrine {
@@ -30,6 +31,8 @@ constexpr Duration::rep pollsWithin(Duration limit, Duration poll) {
     return limit / poll + 1;
 }
 
+constexpr auto reactionPolls = pollsWithin(HostReaction::longest, quietPoll);
+
 } // namespace
 
 SurfaceMoves::SurfaceMoves(Runtime& runtime, const ReceiverState& state, const BankMap& bankMap, SurfaceDesk& desk,
@@ -40,7 +43,8 @@ SurfaceMoves::SurfaceMoves(Runtime& runtime, const ReceiverState& state, const B
 
 BankLayout SurfaceMoves::layout() const {
     return runtime.syncMain([this] {
-        return BankLayout{.tracks = static_cast<int>(state.published.session.size()), .width = state.published.winW};
+        return BankLayout{
+            .tracks = static_cast<int>(state.published.session.size()), .width = state.published.winW, .rule = rule};
     });
 }
 
@@ -95,29 +99,85 @@ void SurfaceMoves::waitForStillNames(Duration still, Duration limit) {
 // ---- Moving
 
 void SurfaceMoves::press(int port) {
-    displays.expectNames();
+    displays.pressed();
+    lastPress = runtime.now();
     desk.pressBank(port);
 }
 
-void SurfaceMoves::moveWindow(int target) {
-    const BankLayout session = layout();
+BankStep SurfaceMoves::stepTowards(int target, int current, BankLayout session, bool channels) {
+    const bool isNear = std::abs(target - current) < session.width;
+    const BankStep step =
+        channels && isNear ? nextChannelStep(current, target) : nextBankStep(current, target, session);
+    press(step.port);
+    return step;
+}
+
+int SurfaceMoves::ledTo(int from, BankStep step, BankLayout& session) {
+    if (!step.byBank() || from % session.width == 0) return step.predicted;
+    int shown = shownOffset();
+    const auto mayBeLate = [&] { return !rule.of(step.port) && (shown == from || shown < 0); };
+    for (auto polls = reactionPolls; polls > 0 && mayBeLate() && sincePress() < displays.longestReaction(); --polls) {
+        runtime.sleepFor(quietPoll);
+        shown = shownOffset();
+    }
+    const auto aligns = alignsBy(step.port, from, shown, session);
+    if (!aligns) return step.predicted;
+    rule.of(step.port) = aligns;
+    session.rule = rule;
+    return shown;
+}
+
+int SurfaceMoves::arrival(int target, const std::function<bool()>& enough) {
+    shortQuietWait();
+    int shown = shownOffset();
+    const auto isOpen = [&] {
+        const Duration mayTake =
+            shown == target ? displays.usualReaction() + HostReaction::margin : displays.longestReaction();
+        return sincePress() < mayTake;
+    };
+    for (auto polls = reactionPolls; polls > 0 && isOpen(); --polls) {
+        if (enough()) return -1;
+        runtime.sleepFor(quietPoll);
+        shown = shownOffset();
+    }
+    return shown;
+}
+
+TrackNames SurfaceMoves::windowAfterPress(const TrackNames& before) {
+    shortQuietWait();
+    TrackNames after = stableWindow();
+    const auto isOpen = [&] { return after == before && sincePress() < HostReaction::longest; };
+    for (auto polls = reactionPolls; polls > 0 && isOpen(); --polls) {
+        runtime.sleepFor(quietPoll);
+        if (snapshotWindow() == before) continue;
+        shortQuietWait();
+        after = stableWindow();
+    }
+    return after;
+}
+
+void SurfaceMoves::moveWindow(int target, bool isCorrection) {
+    BankLayout session = layout();
     if (session.tracks <= 0) return;
     target = std::clamp(target, 0, session.maxOffset());
     shortQuietWait();
     int current = shownOffset();
-    for (int presses = 0; current >= 0 && current != target && presses < maxPresses; ++presses) {
-        const BankStep step = nextBankStep(current, target, session);
-        press(step.port);
-        current = step.predicted;
+    if (current < 0 || current == target) return shortQuietWait();
+    for (int presses = 0; current != target && presses < maxPresses; ++presses) {
+        const BankStep step = stepTowards(target, current, session, isCorrection);
         runtime.sleepFor(step.byBank() ? afterBankPress : afterChannelPress);
+        current = ledTo(current, step, session);
     }
-    shortQuietWait();
+    arrival(target);
 }
 
 void SurfaceMoves::moveWindowReliably(int target) {
     target = std::clamp(target, 0, layout().maxOffset());
+    int before = -1;
     for (int attempt = 0; attempt < maxAttempts; ++attempt) {
-        moveWindow(target);
+        const bool hasMoved = before >= 0 && shownOffset() != before;
+        before = shownOffset();
+        moveWindow(target, hasMoved);
         waitForStillNames(arrivedStill, arrivedLimit);
         if (shownOffset() == target) return;
         runtime.sleepFor(beforeNextAttempt);

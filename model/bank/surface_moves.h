@@ -50,19 +50,39 @@ public:
 
     void press(int port);
 
-    // Presses its way to the target, or as near as the session's end allows, without looking at the displays in
-    // between. Does nothing when the shown names do not tell where the surfaces are.
-    void moveWindow(int target);
+    // One press on the way; corrections of less than a bank take `channels` alone.
+    BankStep stepTowards(int target, int current, BankLayout session, bool channels);
+
+    // Where a step from there has led. As predicted, unless it was a bank button and the displays show that it does not
+    // lead to multiples, or does; which is remembered. To be called once Pro Tools has had time to show it.
+    int ledTo(int from, BankStep step, BankLayout& session);
+
+    // Where the presses on the way to `target` have led, -1 when the displays do not tell. Returns once all presses
+    // should have shown their effect, by Pro Tools' usual time at the target and by the longest one elsewhere; or as
+    // soon as `enough` says so, with -1.
+    int arrival(int target, const std::function<bool()>& enough = [] { return false; });
+
+    // The stable window after a press, once it is another one than before; the same one after 1.1 s, whatever Pro Tools'
+    // usual time: it counts as the end of the session.
+    TrackNames windowAfterPress(const TrackNames& before);
+
+    // Presses its way to the target, or as near as the session's end allows. Does nothing when the shown names do not
+    // tell where the surfaces are.
+    void moveWindow(int target, bool isCorrection = false);
 
     // The same, and looks afterwards; tries again when the surfaces are elsewhere.
     void moveWindowReliably(int target);
 
 private:
+    Duration sincePress() const { return runtime.now() - lastPress; }
+
     Runtime& runtime;
     const ReceiverState& state;
     const BankMap& bankMap;
     SurfaceDesk& desk;
     DisplayWatch& displays;
+    TimePoint lastPress = distantPast; // on the desk's thread, like the next
+    BankRule rule;
 };
 
 } // namespace lumbrine

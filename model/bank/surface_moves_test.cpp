@@ -36,6 +36,12 @@ protected:
         world.runtime.postMainAfter(delay, [this] { bench.surfaceA.name(0, "Kick"); });
     }
 
+    void pressAndLook() {
+        const TrackNames before = moves.snapshotWindow();
+        moves.press(bank_port::bankForward);
+        seen = moves.windowAfterPress(before);
+    }
+
     // What was pressed and let go, without the zones.
     Lines ports() {
         Lines lines;
@@ -45,6 +51,7 @@ protected:
     }
 
     SurfaceMoves& moves = bench.parts().moves;
+    TrackNames seen;
     std::unique_ptr<RepeatingTimer> changes;
 };
 
@@ -109,6 +116,13 @@ TEST_F(SurfaceMovesTest, AWindowThatNeverRestsIsTakenAfterSixLooks) {
     EXPECT_EQ(window[0], bench.state().published.strips[0].name);
 }
 
+TEST_F(SurfaceMovesTest, APressMayShowItsEffectFor1100Milliseconds) {
+    EXPECT_EQ(timed([this] { pressAndLook(); }), 1110ms); // looked at every 20 ms
+    nameAfter(1050ms);
+    EXPECT_EQ(timed([this] { pressAndLook(); }), 1310ms); // a quiet wait and a stable window after it
+    EXPECT_EQ(seen[0], "Kick");
+}
+
 TEST_F(SurfaceMovesTest, TheWindowHasAStripForEachThatIsShown) {
     timed([this] { EXPECT_THAT(moves.snapshotWindow(), testing::SizeIs(8)); });
     bench.state().published.winW = 16;
@@ -121,6 +135,7 @@ class MoveWindowTest : public SurfaceMovesTest {
 protected:
     MoveWindowTest() {
         bench.setTrackMap(numbers(20), -1); // where the surfaces are is seen by the names
+        bench.learnThatTheHostIsQuick();
         bench.run(1s);
         bench.mark();
     }

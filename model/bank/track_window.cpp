@@ -2,6 +2,7 @@
 
 #include "base/blank_text.h"
 #include "base/strip.h"
+#include "model/hands/automation_mode_text.h"
 #include "model/state/display_name.h"
 
 #include <algorithm>
@@ -11,6 +12,9 @@
 namespace lumbrine {
 
 namespace {
+
+constexpr int nowhere = -1;
+constexpr int atSeveral = -2;
 
 // The search of Knuth, Morris and Pratt: no track is looked at again for another place, however alike the names are,
 // because what has fitted so far rules places out.
@@ -25,26 +29,44 @@ int locateAmongKnown(std::span<const Track> tracks, std::span<const std::string>
     }
 
     const std::string blank;
-    int found = -1;
+    int found = nowhere;
     for (std::size_t i = 0, same = 0; i < tracks.size() + window.size(); ++i) {
         const std::string& name = i < tracks.size() ? tracks[i].display : blank;
         while (same > 0 && name != window[same])
             same = borders[same - 1];
         if (name == window[same]) ++same;
         if (same < window.size()) continue;
-        if (found >= 0) return -1;
+        if (found >= 0) return atSeveral;
         found = static_cast<int>(i + 1 - window.size());
         same = borders[same - 1];
     }
     return found;
 }
 
-bool showsAt(std::span<const Track> tracks, std::size_t offset, std::span<const std::string> window) {
+// "Trim" stands for whatever mode a track has with trim.
+bool isMode(const std::string& text) {
+    return parseAutoModeText(text).has_value() || text == "Trim";
+}
+
+enum class Modes { areNames, mayHideNames };
+
+bool showsAt(std::span<const Track> tracks, std::size_t offset, std::span<const std::string> window, Modes modes) {
     for (std::size_t strip = 0; strip < window.size(); ++strip) {
         const std::size_t track = offset + strip;
+        if (track < tracks.size() && modes == Modes::mayHideNames && isMode(window[strip])) continue;
         if (track >= tracks.size() ? !window[strip].empty() : !isShownAs(tracks[track], window[strip])) return false;
     }
     return true;
+}
+
+int locateAmongAll(std::span<const Track> tracks, std::span<const std::string> window, Modes modes) {
+    int found = nowhere;
+    for (std::size_t offset = 0; offset <= tracks.size(); ++offset) {
+        if (!showsAt(tracks, offset, window, modes)) continue;
+        if (found >= 0) return atSeveral;
+        found = static_cast<int>(offset);
+    }
+    return found;
 }
 
 } // namespace
@@ -56,14 +78,12 @@ bool isShownAs(const Track& track, std::string_view display) {
 int locate(std::span<const Track> tracks, std::span<const std::string> window) {
     assert(window.size() <= stripCount);
     if (std::ranges::all_of(window, isBlank)) return -1;
-    if (std::ranges::all_of(tracks, &Track::displayKnown)) return locateAmongKnown(tracks, window);
-    int found = -1;
-    for (std::size_t offset = 0; offset <= tracks.size(); ++offset) {
-        if (!showsAt(tracks, offset, window)) continue;
-        if (found >= 0) return -1;
-        found = static_cast<int>(offset);
-    }
-    return found;
+    int place = std::ranges::all_of(tracks, &Track::displayKnown) ? locateAmongKnown(tracks, window)
+                                                                  : locateAmongAll(tracks, window, Modes::areNames);
+    const auto tellsNothing = [](const std::string& text) { return isBlank(text) || isMode(text); };
+    if (place == nowhere && std::ranges::any_of(window, isMode) && !std::ranges::all_of(window, tellsNothing))
+        place = locateAmongAll(tracks, window, Modes::mayHideNames);
+    return std::max(place, nowhere);
 }
 
 TrackNames mergeWindow(TrackNames map, std::span<const std::string> window) {

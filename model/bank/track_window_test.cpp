@@ -69,6 +69,19 @@ TEST(TrackWindow, IsComparedExactly) {
     EXPECT_EQ(locate(Names{"Kick", "Snr"}, Names{"Kick "}), -1);
 }
 
+TEST(TrackWindow, IsFoundByTheOtherStripsWhereSomeShowAnAutomationMode) {
+    const Names map{"Kick", "Snr", "Hat", "Tom", "Read", "Bass"};
+    EXPECT_EQ(locate(map, Names{"Snr", "Tch", "Tom"}), 1);
+    EXPECT_EQ(locate(map, Names{"Tch", "Read", "Tom"}), 1);
+    EXPECT_EQ(locate(map, Names{"Tom", "Read", "Bass"}), 3); // which is a name
+    EXPECT_EQ(locate(map, Names{"Tch", "Bass", ""}), 4);
+    EXPECT_EQ(locate(map, Names{"Kick", "Trim", "Hat"}), 0);
+    EXPECT_EQ(locate(map, Names{"Bass", "Tch", ""}), -1); // there is no track on that strip
+    EXPECT_EQ(locate(map, Names{"Tch", "Ltch", ""}), -1);
+    EXPECT_EQ(locate(map, Names{"Hat", "Tch", "Bass"}), -1);
+    EXPECT_EQ(locate(Names{"Kick", "A", "Kick", "B"}, Names{"Kick", "Tch"}), -1);
+}
+
 TEST(TrackWindow, IsMergedOverTheLargestOverlap) {
     EXPECT_EQ(mergeWindow({"A", "B", "C", "D"}, Names{"C", "D", "E", "F"}), (Names{"A", "B", "C", "D", "E", "F"}));
     EXPECT_EQ(mergeWindow({"A", "A", "A"}, Names{"A", "A", "B"}), (Names{"A", "A", "A", "B"}));

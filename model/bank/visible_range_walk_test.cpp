@@ -19,6 +19,7 @@ protected:
             host.modes.emplace_back(track % 2 == 0 ? "Read" : "Ltch");
         bench.setTrackMap(numbers(20), 0);
         state.published.huiConnected = true;
+        bench.learnThatTheHostIsQuick();
         bench.run(2s);
         bench.mark();
         bench.takeLines();

@@ -10,6 +10,9 @@ namespace lumbrine {
 bool DisplayWatch::shown(Strip strip, std::string_view text) {
     if (holdBack(strip, trimSpaces(text))) return true;
     noteName();
+    const TimePoint now = runtime.now();
+    const Lock lock(nameClock);
+    reaction.shown(now);
     return false;
 }
 
@@ -42,6 +45,23 @@ Duration DisplayWatch::age() {
     const TimePoint now = runtime.now();
     const Lock lock(nameClock);
     return now - lastNameChange;
+}
+
+void DisplayWatch::pressed() {
+    expectNames();
+    const TimePoint now = runtime.now();
+    const Lock lock(nameClock);
+    reaction.pressed(now);
+}
+
+Duration DisplayWatch::usualReaction() {
+    const Lock lock(nameClock);
+    return reaction.usual();
+}
+
+Duration DisplayWatch::longestReaction() {
+    const Lock lock(nameClock);
+    return reaction.patience();
 }
 
 void DisplayWatch::beginProbe(Strip strip) {

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "base/strip.h"
+#include "model/hands/host_reaction.h"
 #include "model/state/automation_mode.h"
 #include "platform/api/runtime.h"
 
@@ -30,15 +31,20 @@ public:
     // How long no text has come: how the jobs that move the banks know that the surfaces have settled. Any thread.
     Duration age();
 
+    // A bank or channel key goes down, so that names come: from now on only known modes are held back. Any thread, like
+    // the next two.
+    void pressed();
+
+    // How long after a press its effect usually shows, and how long it may take (HostReaction).
+    Duration usualReaction();
+    Duration longestReaction();
+
     // One probe at a time: all of them run on the desk's thread.
 
     void beginProbe(Strip strip);
 
     // Returns the mode that was shown last since the probe began, or unknown.
     std::uint8_t endProbe();
-
-    // The banks are about to move, so that names come: from now on only known modes are held back. Any thread.
-    void expectNames();
 
     // To be called `nameReturns` after a probe. If no other text has come for the strip since the one that is held
     // back, that was a name after all, as of a track that is called "Read": `onNameAfterAll` is called with it. Main
@@ -54,6 +60,7 @@ private:
         bool namesCome = false; // so a word that is no known mode is a name
     };
 
+    void expectNames() LUMBRINE_EXCLUDES(autoProbeLock);
     void noteName() LUMBRINE_EXCLUDES(nameClock);
     bool holdBack(Strip strip, std::string_view text) LUMBRINE_EXCLUDES(autoProbeLock);
 
@@ -61,6 +68,7 @@ private:
 
     Mutex nameClock;
     TimePoint lastNameChange LUMBRINE_GUARDED_BY(nameClock) = distantPast;
+    HostReaction reaction LUMBRINE_GUARDED_BY(nameClock);
 
     Mutex autoProbeLock;
     std::optional<Strip> autoProbeStrip LUMBRINE_GUARDED_BY(autoProbeLock);

@@ -59,4 +59,12 @@ void ModelBench::setTrackMap(const std::vector<std::string>& names, int bankOffs
     state().published.bankOffset = bankOffset;
 }
 
+void ModelBench::learnThatTheHostIsQuick() {
+    for (int press = 0; press < HostReaction::enough; ++press) {
+        parts().displays.pressed();
+        parts().displays.shown(*Strip::of(0), "");
+        run(seconds(1));
+    }
+}
+
 } // namespace lumbrine

@@ -64,6 +64,9 @@ public:
     // The session as a scan would have left it, its first tracks on the surfaces.
     void setTrackMap(const std::vector<std::string>& names, int bankOffset);
 
+    // Pro Tools has been seen to react to bank buttons at once.
+    void learnThatTheHostIsQuick();
+
     ModelWorld& world;
     FakeComputer computer;
     MemoryMIDI midi;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <string_view>
 
 namespace lumbrine::simulation {
 
@@ -12,6 +13,8 @@ namespace {
 
 constexpr Duration toBegin = seconds(1.2); // a command is carried out within a second
 constexpr Duration modeIsShown = seconds(3.5);
+constexpr Duration runOfDrops = seconds(10); // which is logged once
+constexpr std::string_view dropped = "✗ Dropped bank move";
 
 class ArrivalChecker {
 public:
@@ -44,7 +47,7 @@ private:
         const SessionSize size{.tracks = static_cast<int>(listAt(evidence.record, seek.at).size()), .strips = 8};
         const TimePoint end = (run == nullptr ? seek.at + toBegin : run->after) + reaction();
         if (run != nullptr && run->after > seek.at + toBegin + seekLimit(size)) return; // the lengths' checker
-        if (!isLeftAlone(seek.at, end) || hasArrived(target.front(), end)) return;
+        if (!isLeftAlone(seek.at, end) || hasArrived(target.front(), end) || isGivenUp(seek, run, end)) return;
         lost.push_back({difficulty(seek, datagram->sender, run, end),
                         "the seek to row " + std::to_string(seek.target) + " asked for at " +
                             std::to_string(inSeconds(seek.at.time_since_epoch())) + " s " +
@@ -89,6 +92,14 @@ private:
                    [&](const Stretch& trouble) { return trouble.first <= end && trouble.last >= before; }) &&
                std::ranges::none_of(evidence.jobs.runs, [&](const JobRun& run) {
                    return run.job != Job::seek && run.before <= end && run.after >= begin;
+               });
+    }
+
+    // Its map is not the session's, so it cannot know where the surfaces are, and tells.
+    bool isGivenUp(const SeekRequest& seek, const JobRun* run, TimePoint end) const {
+        return run != nullptr && !isMapOf(run->hostAtFirst, run->mapAtFirst) &&
+               std::ranges::any_of(evidence.lines, [&](const auto& line) {
+                   return line.first >= seek.at - runOfDrops && line.first <= end && line.second.starts_with(dropped);
                });
     }
 

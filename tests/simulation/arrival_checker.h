@@ -4,7 +4,8 @@
 //
 // Admitted is a wish that meets no scan and no walk and is for a row that the client was told. The newest wish wins, so
 // that one followed by another move of the banks is the other's; and where the host was disturbed or its user moved the
-// banks or the tracks, there is nothing to arrive at.
+// banks or the tracks, there is nothing to arrive at. Nor where the receiver's map is not the session's, because tracks
+// have changed or share names, and the log tells that the move was dropped.
 #pragma once
 
 #include "tests/simulation/evidence.h"

@@ -90,6 +90,17 @@ TEST_F(Arrivals, AreNotDueWhenSomebodyElseMovedTheBanks) {
     EXPECT_THAT(check(), IsEmpty());
 }
 
+TEST_F(Arrivals, AreNotDueWhereTheMapIsNotTheSessionsAndTheLogTellsIt) {
+    arrive(5.5, 8);
+    evidence.jobs.runs[0].hostAtFirst.names = {"A", "B"};
+    evidence.jobs.runs[0].mapAtFirst = {"A"};
+    EXPECT_THAT(check(), SizeIs(1));
+    evidence.lines = {{at(5.1), "✗ Dropped bank move: the bank position is unknown"}};
+    EXPECT_THAT(check(), IsEmpty());
+    evidence.jobs.runs[0].mapAtFirst = {"A", "B"};
+    EXPECT_THAT(check(), SizeIs(1));
+}
+
 TEST_F(Arrivals, AreDueOfTheNewestWishAlone) {
     ask(5.3, 9);
     arrive(5.5, 9);

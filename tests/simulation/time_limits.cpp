@@ -61,7 +61,7 @@ Duration walkLimit(const WalkRequest& walk, SessionSize size) {
 }
 
 Duration recoveryLimit(SessionSize size) {
-    return seconds(60) + seconds(3) * banksOf(size);
+    return seconds(75) + seconds(3) * banksOf(size);
 }
 
 } // namespace lumbrine::simulation

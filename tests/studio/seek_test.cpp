@@ -3,7 +3,7 @@
 #include "tests/studio/shortest_way.h"
 
 #include <chrono>
-#include <numeric>
+#include <tuple>
 
 namespace lumbrine {
 namespace {
@@ -16,48 +16,85 @@ using enum Press;
 
 // ---- From everywhere to everywhere
 
-struct Setting {
-    int surfaces;
-    EndOfSession endOfSession;
-    std::vector<int> offsets; // every one that leaves no strip blank
-};
+using Host = std::tuple<int, int, EndOfSession, bool, bool>; // surfaces, tracks, end, bank left and right align
 
-std::vector<int> firstOffsets(int count) {
-    std::vector<int> offsets(static_cast<std::size_t>(count));
-    std::iota(offsets.begin(), offsets.end(), 0);
-    return offsets;
+SimulatorOptions optionsOf(const Host& host) {
+    const auto [surfaces, tracks, endOfSession, leftAligns, rightAligns] = host;
+    return {.surfaces = surfaces,
+            .endOfSession = endOfSession,
+            .bankLeftAligns = leftAligns,
+            .bankRightAligns = rightAligns};
 }
 
-class SeekIn40Tracks : public testing::TestWithParam<Setting> {};
+class SeekOnEveryHost : public testing::TestWithParam<Host> {
+protected:
+    explicit SeekOnEveryHost(Duration latency = 20ms)
+        : bench(tracks, [latency] {
+              SimulatorOptions options = optionsOf(GetParam());
+              options.latency = latency;
+              return options;
+          }()) {}
 
-TEST_P(SeekIn40Tracks, LeadsFromAnyOffsetToAnyOtherByItsStepsAndCorrections) {
-    SeekBench bench(40, {.surfaces = GetParam().surfaces, .endOfSession = GetParam().endOfSession});
-    const auto expectToReach = [&bench](int target) {
-        const int from = bench.hostOffset();
-        ASSERT_TRUE(bench.reaches(target)) << target << " from " << from;
-        ASSERT_TRUE(areStepsAndCorrections(bench.presses(), from, target, bench.proTools->options, 40));
-    };
-    const std::vector<int>& offsets = GetParam().offsets;
-    for (std::size_t i = 0; i < offsets.size(); ++i)
-        for (std::size_t j = i + 1; j < offsets.size(); ++j) {
-            ASSERT_NO_FATAL_FAILURE(expectToReach(offsets[i]));
-            ASSERT_NO_FATAL_FAILURE(expectToReach(offsets[j]));
+    const int tracks = std::get<1>(GetParam());
+    const int width = stripsPerSurface * std::get<0>(GetParam());
+    const int last = tracks - width; // offset that leaves no strip blank
+    SeekBench bench;
+};
+
+TEST_P(SeekOnEveryHost, ArrivesFromAnywhereAnywhere) {
+    for (int from = 0; from <= last; from += 3)
+        for (int to = from + 1; to <= last; ++to) {
+            ASSERT_TRUE(bench.reaches(from));
+            ASSERT_TRUE(bench.reaches(to)) << to << " from " << from;
         }
 }
 
-INSTANTIATE_TEST_SUITE_P(Offsets, SeekIn40Tracks,
-                         testing::Values(Setting{1, EndOfSession::fill, firstOffsets(33)},
-                                         Setting{2, EndOfSession::fill, firstOffsets(25)},
-                                         Setting{1, EndOfSession::blank, firstOffsets(33)},
-                                         Setting{2, EndOfSession::blank, firstOffsets(25)}));
+TEST_P(SeekOnEveryHost, TakesTheFewestPressesOnceItHasSeenWhereTheBankButtonsLead) {
+    const BankButtons buttons{.width = width,
+                              .leftAligns = bench.proTools->options.bankLeftAligns,
+                              .rightAligns = bench.proTools->options.bankRightAligns};
+    for (const int target : {1, width + 1, 1})
+        bench.reaches(target);
+    bench.presses();
+    for (int from = 0; from <= last; from += 5)
+        for (int to = last; to >= 0; to -= 3) {
+            ASSERT_TRUE(bench.reaches(from));
+            bench.presses();
+            ASSERT_TRUE(bench.reaches(to));
+            ASSERT_EQ(static_cast<int>(bench.presses().size()), fewestPresses(from, to, buttons))
+                << to << " from " << from;
+        }
+}
+
+const auto everyHost =
+    testing::Combine(testing::Values(1, 2), testing::Values(35, 48),
+                     testing::Values(EndOfSession::fill, EndOfSession::blank), testing::Bool(), testing::Bool());
+
+INSTANTIATE_TEST_SUITE_P(Hosts, SeekOnEveryHost, everyHost);
+
+class SeekOnEverySlowHost : public SeekOnEveryHost {
+protected:
+    SeekOnEverySlowHost() : SeekOnEveryHost(1s) {}
+};
+
+TEST_P(SeekOnEverySlowHost, Arrives) {
+    for (const int target : {1, 0, 8, 9, 24, 3, 11, 23, 7, 6, 0}) {
+        const int within = std::min(target, last);
+        ASSERT_TRUE(bench.reaches(within)) << within;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Hosts, SeekOnEverySlowHost, everyHost);
 
 TEST(FewestPresses, AreOneForEachBankAndOneForEachTrackThatIsLeft) {
-    EXPECT_EQ(fewestPresses(0, 12, 8), 5); // one bank, four channels
-    EXPECT_EQ(fewestPresses(12, 0, 8), 2); // to the multiple below, and a bank
-    EXPECT_EQ(fewestPresses(5, 17, 8), 3); // 8, 16, 17
-    EXPECT_EQ(fewestPresses(0, 7, 8), 7);  // a bank would lead past it
-    EXPECT_EQ(fewestPresses(3, 19, 16), 4);
-    EXPECT_EQ(fewestPresses(6, 6, 8), 0);
+    EXPECT_EQ(fewestPresses(0, 12, {}), 5); // one bank, four channels
+    EXPECT_EQ(fewestPresses(12, 0, {}), 2); // to the multiple below, and a bank
+    EXPECT_EQ(fewestPresses(5, 17, {}), 3); // 8, 16, 17
+    EXPECT_EQ(fewestPresses(0, 7, {}), 7);  // a bank would lead past it
+    EXPECT_EQ(fewestPresses(3, 19, {.width = 16}), 4);
+    EXPECT_EQ(fewestPresses(6, 6, {}), 0);
+    EXPECT_EQ(fewestPresses(5, 17, {.rightAligns = false}), 5); // 13, four channels
+    EXPECT_EQ(fewestPresses(12, 0, {.leftAligns = false}), 2);  // 4, and to the beginning
 }
 
 // ---- Presses
@@ -90,11 +127,14 @@ TEST(Seek, PressesBanksAndThenChannels) {
     EXPECT_THAT(studio.pressesTo(0), IsEmpty());
 }
 
-TEST(Seek, CorrectsWhatItsPressesDidNotDo) {
-    // From 4 the bank button leads to 12, where 8 was expected.
+TEST(Seek, LearnsWhereABankButtonLeads) {
+    // From 4 it leads to 12, where 8 was expected.
     SeekStudio studio(40);
     EXPECT_THAT(studio.pressesTo(4), SizeIs(4));
     EXPECT_THAT(studio.pressesTo(8), ElementsAre(bankRight, bankLeft));
+    EXPECT_THAT(studio.pressesTo(4), SizeIs(4));
+    EXPECT_THAT(studio.pressesTo(8), SizeIs(4));
+    EXPECT_THAT(studio.pressesTo(17), ElementsAre(bankRight, channelRight));
 }
 
 // ---- Many requests
@@ -146,36 +186,9 @@ TEST(Seek, IsWhatTheNavigationButtonsDo) {
 
 TEST(Seek, GetsThereThoughOnePressInTenIsLost) {
     SeekBench bench(40, {.dropOnePressIn = 10});
-    int reached = 0;
-    for (int i = 0; i < 50; ++i) {
-        reached += bench.reaches(i * 13 % 33) ? 1 : 0;
-        ASSERT_EQ(bench.knownOffset(), bench.hostOffset());
-    }
-    EXPECT_GE(bench.proTools->snapshot().droppedPresses, 20u);
-    EXPECT_GE(reached, 48); // the others needed more than two corrections
-}
-
-TEST(Seek, PressesNoMoreThanItsStepsAndTwoCorrectionsThoughPressesAreLost) {
-    SeekBench bench(40, {.bankRightAligns = true, .dropOnePressIn = 10});
-    std::uint64_t dropped = 0;
-    for (int i = 0; i < 50; ++i) {
-        const int from = bench.hostOffset();
-        const int to = i * 13 % 33;
-        bench.seek(to);
-        ASSERT_TRUE(bench.ends());
-        const auto presses = static_cast<int>(bench.presses().size());
-        const std::uint64_t before = std::exchange(dropped, bench.proTools->snapshot().droppedPresses);
-        const bool noneLost = dropped == before;
-        if (noneLost) {
-            EXPECT_EQ(presses, fewestPresses(from, to, 8));
-            continue;
-        }
-        int longest = 0; // way that a correction has to go: the surfaces are somewhere between
-        for (int offset = std::min(from, to); offset <= std::max(from, to); ++offset)
-            longest = std::max(longest, fewestPresses(offset, to, 8));
-        EXPECT_LE(presses, fewestPresses(from, to, 8) + 2 * longest) << "from " << from << " to " << to;
-    }
-    EXPECT_GE(dropped, 10u);
+    for (int i = 0; i < 500; ++i)
+        ASSERT_TRUE(bench.reaches(i * 13 % 33)) << i;
+    EXPECT_GE(bench.proTools->snapshot().droppedPresses, 200u);
 }
 
 TEST(Seek, CorrectsWhatTheUserDidMeanwhile) {
@@ -206,20 +219,9 @@ TEST(Seek, GivesUpOnAHostThatStandsStill) {
     studio.seek(32);
     const auto taken = studio.untilQuiet(10s);
     ASSERT_TRUE(taken);
-    EXPECT_LT(*taken, 3s);
-    EXPECT_THAT(studio.presses(), SizeIs(3 * 4)); // and two corrections
+    EXPECT_LT(*taken, 4s);
+    EXPECT_THAT(studio.presses(), SizeIs(4 * 4)); // and three corrections
     EXPECT_EQ(studio.shown().bankOffset, 0);
-}
-
-// Where the bank buttons lead elsewhere than to multiples of the width a seek may miss, but never without knowing it.
-TEST(Seek, KnowsWhereItEndsWhateverTheBankButtonsDo) {
-    SeekBench bench(40, {.bankLeftAligns = false});
-    for (int i = 0; i < 50; ++i) {
-        bench.seek(i * 13 % 33);
-        ASSERT_TRUE(bench.ends());
-        bench.bench.run(100ms);
-        ASSERT_EQ(bench.knownOffset(), bench.hostOffset());
-    }
 }
 
 class SeekOnAHostWithLatency : public testing::TestWithParam<int> {};
@@ -230,18 +232,8 @@ TEST_P(SeekOnAHostWithLatency, EndsWhereItWasAskedTo) {
         ASSERT_TRUE(bench.reaches(target)) << target;
 }
 
-INSTANTIATE_TEST_SUITE_P(Milliseconds, SeekOnAHostWithLatency, testing::Values(0, 1, 50, 100, 200, 221));
-
-// It is looked at too early then, and pressed too often; that it has come elsewhere shows as soon as it has.
-TEST(Seek, IsKnownToMissOnAHostThatTakes300Milliseconds) {
-    SeekBench bench(40, {.latency = 300ms});
-    for (const int target : {1, 0, 8, 9, 32, 3, 11, 24, 7, 6, 0}) {
-        bench.seek(target);
-        ASSERT_TRUE(bench.ends());
-        bench.bench.run(1s);
-        ASSERT_EQ(bench.knownOffset(), bench.hostOffset());
-    }
-}
+INSTANTIATE_TEST_SUITE_P(Milliseconds, SeekOnAHostWithLatency,
+                         testing::Values(0, 1, 50, 100, 200, 221, 300, 500, 1000));
 
 } // namespace
 } // namespace lumbrine

@@ -1,16 +1,17 @@
-// The fewest presses from one offset of the surfaces to another that never go past the target, on a host whose bank
-// buttons move between multiples of the width. Found by a breadth-first search of all ways.
+// The fewest presses from one offset of the surfaces to another that never go past the target, by the host's bank
+// buttons. Found by a breadth-first search of all ways.
 #pragma once
 
 #include "tests/studio/studio.h"
 
 namespace lumbrine {
 
-int fewestPresses(int from, int to, int width);
+struct BankButtons {
+    int width = stripsPerSurface;
+    bool leftAligns = true; // to multiples of the width
+    bool rightAligns = true;
+};
 
-// Checks that a seek on a host with these options may make these presses: first the fewest that should lead to the
-// target; then up to two corrections, each with the fewest presses from the offset really reached; none at the target.
-testing::AssertionResult areStepsAndCorrections(const std::vector<Press>& presses, int from, int to,
-                                                const SimulatorOptions& options, int tracks);
+int fewestPresses(int from, int to, BankButtons buttons);
 
 } // namespace lumbrine
