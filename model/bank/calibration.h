@@ -2,7 +2,7 @@
 // takes the user's view away for a while, so it runs when there is no map, when the map proves wrong, and when the
 // client asks for it.
 //
-// A bank that has not changed within about 0.25 s of a press counts as the end of the session, unless Pro Tools' track
+// A bank that has not changed within 1.1 s of a press counts as the end of the session, unless Pro Tools' track
 // list has more tracks. At most 64 banks are walked either way: sessions of up to 520 tracks fit 8 strips, of up to
 // 1,040 tracks 16.
 #pragma once

@@ -62,8 +62,8 @@ public:
     // soon as `enough` says so, with -1.
     int arrival(int target, const std::function<bool()>& enough = [] { return false; });
 
-    // The stable window after a press, once it is another one than before; the same one after 1.1 s, whatever Pro Tools'
-    // usual time: it counts as the end of the session.
+    // The stable window after a press, once it is another one than before; the same one after 1.1 s, whatever the usual
+    // time: then it counts as the end of the session.
     TrackNames windowAfterPress(const TrackNames& before);
 
     // Presses its way to the target, or as near as the session's end allows. Does nothing when the shown names do not
