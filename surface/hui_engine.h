@@ -9,6 +9,7 @@
 #include "base/strip.h"
 #include "platform/api/runtime.h"
 #include "surface/auto_led_colour.h"
+#include "surface/strip_label.h"
 
 #include <array>
 #include <atomic>
@@ -90,10 +91,25 @@ public:
     // Turns a V-Pot by `delta` clicks, clockwise when positive, clamped to 63 in either direction. 0 sends nothing.
     void sendVpotDelta(int strip, int delta);
 
+    // ---- What the client was shown. Any thread.
+
+    // The display of a strip says this (StripLabel). Another name may be another track: a finger on its fader is let
+    // go. True when it is another name.
+    bool showLabel(int strip, std::string_view text, bool isName);
+
+    // The client of that ownership was told this name. Waits for nobody.
+    void tellLabel(int strip, std::string_view text, std::uint64_t owner);
+
+    // The number of the name, while the client in control knows it.
+    std::optional<std::uint64_t> toldLabel(int strip);
+
+    // The hands are those of another client. Releases the faders that hands have touched.
+    void newOwner(std::uint64_t owner);
+
     // ---- The client's hands, which act on what the client was shown. As touch, release, sendFader, pressSwitch and
-    // sendVpotDelta, unless the surface is closed to hands: then nothing is sent, and they return false. A finger that
-    // was on a fader when the surface was closed, or was put there since, moves nothing until it touches again. Any
-    // thread.
+    // sendVpotDelta, unless the surface is closed to hands, or the client was not told what the strip shows: then
+    // nothing is sent, and they return false. A finger that was on a fader when the surface was closed, or when the
+    // strip got another name, or was put there since, moves nothing until it touches again. Any thread.
 
     bool touchByHand(int strip);
 
@@ -167,6 +183,8 @@ private:
     void pressAndWait(int zone, int port, Duration duration);
     void releaseAll(Switches switches) LUMBRINE_REQUIRES(txLock);
     void releaseAllAgain();
+    bool isOpen(int strip) const LUMBRINE_REQUIRES(txLock);
+    void liftFinger(int strip) LUMBRINE_REQUIRES(txLock);
     void takeSysexEdge(std::uint8_t status);
     void handleSysex(ByteView message);
     void reportDisplay(int display, ByteView text);
@@ -190,6 +208,8 @@ private:
     bool closed LUMBRINE_GUARDED_BY(txLock) = false;                        // to hands
     std::bitset<stripsPerSurface> fingers LUMBRINE_GUARDED_BY(txLock);      // put down and not lifted
     std::bitset<stripsPerSurface> strayFingers LUMBRINE_GUARDED_BY(txLock); // on faders that show other tracks since
+    std::array<StripLabel, stripsPerSurface> labels;                        // but for telling: under txLock
+    std::uint64_t handsOwner LUMBRINE_GUARDED_BY(txLock) = 0;
 
     Mutex panLock;
     bool panRightSide LUMBRINE_GUARDED_BY(panLock) = false;

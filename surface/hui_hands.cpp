@@ -1,8 +1,45 @@
-// The client's hands on a surface that may be closed to them.
+// The client's hands: what they may do, and when they are let go.
 #include "surface/hui_engine.h"
 #include "surface/hui_switches.h"
 
 namespace lumbrine {
+
+// ---- What the client was shown
+
+bool HUIEngine::showLabel(int strip, std::string_view text, bool isName) {
+    if (!onThisSurface(strip)) return false;
+    const auto fader = static_cast<std::size_t>(strip);
+    const Lock lock(txLock);
+    if (!labels[fader].show(text, isName)) return false;
+    liftFinger(strip);
+    if (fingers.test(fader)) strayFingers.set(fader);
+    return true;
+}
+
+void HUIEngine::tellLabel(int strip, std::string_view text, std::uint64_t owner) {
+    if (onThisSurface(strip)) labels[static_cast<std::size_t>(strip)].tell(text, owner);
+}
+
+std::optional<std::uint64_t> HUIEngine::toldLabel(int strip) {
+    if (!onThisSurface(strip)) return std::nullopt;
+    const Lock lock(txLock);
+    const StripLabel& label = labels[static_cast<std::size_t>(strip)];
+    return label.isTold(handsOwner) ? std::optional(label.number()) : std::nullopt;
+}
+
+void HUIEngine::newOwner(std::uint64_t owner) {
+    const Lock lock(txLock);
+    liftFingers();
+    fingers.reset();
+    strayFingers.reset();
+    handsOwner = owner;
+}
+
+bool HUIEngine::isOpen(int strip) const {
+    return !closed && labels[static_cast<std::size_t>(strip)].isTold(handsOwner);
+}
+
+// ---- Acts
 
 bool HUIEngine::touchByHand(int strip) {
     if (!onThisSurface(strip)) return true;
@@ -18,11 +55,11 @@ bool HUIEngine::holdByHand(int strip) {
 
 bool HUIEngine::putFinger(int strip) {
     const auto fader = static_cast<std::size_t>(strip);
+    const bool open = isOpen(strip);
     fingers.set(fader);
-    strayFingers.set(fader, closed);
-    if (closed) return false;
-    sendEdge(strip, hui::touchPort, true);
-    return true;
+    strayFingers.set(fader, !open);
+    if (open) sendEdge(strip, hui::touchPort, true);
+    return open;
 }
 
 bool HUIEngine::releaseByHand(int strip) {
@@ -39,8 +76,9 @@ bool HUIEngine::releaseByHand(int strip) {
 
 bool HUIEngine::moveByHand(int strip, double value) {
     if (!onThisSurface(strip)) return true;
+    const auto fader = static_cast<std::size_t>(strip);
     const Lock lock(txLock);
-    if (closed || strayFingers.test(static_cast<std::size_t>(strip))) return false;
+    if (closed || strayFingers.test(fader) || (!fingers.test(fader) && !isOpen(strip))) return false;
     sendFaderPair(strip, value);
     return true;
 }
@@ -49,7 +87,7 @@ bool HUIEngine::pressByHand(int zone, int port) {
     std::uint64_t number = 0;
     {
         const Lock lock(txLock);
-        if (closed) return false;
+        if (closed || (onThisSurface(zone) && !isOpen(zone))) return false;
         number = press(zone, port);
     }
     endPressLater(zone, port, number);
@@ -59,7 +97,7 @@ bool HUIEngine::pressByHand(int zone, int port) {
 bool HUIEngine::turnByHand(int strip, int delta) {
     if (!onThisSurface(strip)) return true;
     const Lock lock(txLock);
-    if (closed) return false;
+    if (!isOpen(strip)) return false;
     sendTurn(strip, delta);
     return true;
 }
@@ -92,11 +130,14 @@ void HUIEngine::loseTouch() {
 }
 
 void HUIEngine::liftFingers() {
-    for (int strip = 0; strip < stripsPerSurface; ++strip) {
-        const auto fader = static_cast<std::size_t>(strip);
-        const bool byHand = fingers.test(fader) && !strayFingers.test(fader);
-        if (byHand && down.test(switchAt(strip, hui::touchPort))) sendEdge(strip, hui::touchPort, false);
-    }
+    for (int strip = 0; strip < stripsPerSurface; ++strip)
+        liftFinger(strip);
+}
+
+void HUIEngine::liftFinger(int strip) {
+    const auto fader = static_cast<std::size_t>(strip);
+    const bool byHand = fingers.test(fader) && !strayFingers.test(fader);
+    if (byHand && down.test(switchAt(strip, hui::touchPort))) sendEdge(strip, hui::touchPort, false);
 }
 
 } // namespace lumbrine

@@ -192,7 +192,7 @@ void DeskQueue::performActs() {
     std::vector<HandAct> left;
     for (HandAct& act : std::exchange(acts, {})) {
         if (const auto strip = state.stripShowing(act.track)) {
-            act.perform(*strip);
+            if (!act.perform(*strip)) drops.tell(act.name, DropReason::trackGone);
         } else if (state.published.bankOffset < 0) {
             left.push_back(std::move(act)); // it may become known in time
         } else {

@@ -44,7 +44,7 @@ struct HandAct {
     CommandName name;
     TrackOnStrip track;
     Asked asked;
-    std::function<void(Strip)> perform; // gets the strip that shows the track by then
+    std::function<bool(Strip)> perform; // gets the strip that shows the track by then; false when it came to nothing
 };
 
 class DeskQueue {

@@ -53,7 +53,10 @@ void Pan::seek(int strip, int target, Asked asked) {
     queue.performLater({.name = command_name::pan,
                         .track = state.shownOn(*wanted),
                         .asked = asked,
-                        .perform = [this, target](Strip shown) { begin(shown, target); }});
+                        .perform = [this, target](Strip shown) {
+                            begin(shown, target);
+                            return true;
+                        }});
 }
 
 void Pan::begin(Strip strip, int target) {
@@ -72,8 +75,9 @@ void Pan::panSeekStep(Strip strip) {
         return;
     }
     const int clicks = shown.panSeek->steps == 0 ? std::abs(distance) * firstClicksPerPosition : laterClicks;
-    for (int i = 0; i < clicks; ++i)
-        surfaces.engineOf(strip).turnByHand(strip.engineStrip(), distance > 0 ? 1 : -1);
+    for (int i = 0; i < clicks && shown.panSeek; ++i)
+        if (!surfaces.engineOf(strip).turnByHand(strip.engineStrip(), distance > 0 ? 1 : -1)) shown.panSeek.reset();
+    if (!shown.panSeek) return;
     ++shown.panSeek->steps;
     jobs.onMainAfter(stepInterval, [this, strip, id = shown.panSeek->id] {
         const auto& now = state.published.strip(strip).panSeek;

@@ -75,6 +75,23 @@ bool Surfaces::hwMute(int strip, int port) {
     return !shown || engineOf(*shown).pressByHand(shown->engineStrip(), port);
 }
 
+bool Surfaces::showLabel(Strip strip, std::string_view text, bool isName) {
+    return engineOf(strip).showLabel(strip.engineStrip(), text, isName);
+}
+
+void Surfaces::tellLabel(Strip strip, std::string_view text, Ownership owner) {
+    engineOf(strip).tellLabel(strip.engineStrip(), text, owner.number);
+}
+
+std::optional<std::uint64_t> Surfaces::toldLabel(Strip strip) {
+    return engineOf(strip).toldLabel(strip.engineStrip());
+}
+
+void Surfaces::newOwner(Ownership owner) {
+    hui->newOwner(owner.number);
+    huiB->newOwner(owner.number);
+}
+
 void Surfaces::closeToHands() {
     hui->closeToHands();
     huiB->closeToHands();

@@ -6,12 +6,15 @@
 #pragma once
 
 #include "base/strip.h"
+#include "client_link/ownership.h"
 #include "model/state/activity_log.h"
 #include "surface/surface_wiring.h"
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 
 namespace lumbrine {
 
@@ -41,6 +44,12 @@ public:
     // Presses, as the client's hand, the switch at that port of the strip (surface/hui_engine.h). False while the
     // surfaces are closed to hands. A strip outside 0-15 does nothing.
     bool hwMute(int strip, int port);
+
+    // What the client was shown of a strip (surface/hui_engine.h).
+    bool showLabel(Strip strip, std::string_view text, bool isName);
+    void tellLabel(Strip strip, std::string_view text, Ownership owner);
+    std::optional<std::uint64_t> toldLabel(Strip strip);
+    void newOwner(Ownership owner);
 
     // The client's hands on both surfaces (surface/hui_engine.h).
     void closeToHands();

@@ -42,7 +42,10 @@ std::vector<Value> ClientMirror::shown(ValueOf valueOf) const {
 
 void ClientMirror::sendTrackNameToClient(Strip strip, std::string_view name) {
     named.set(strip.slot());
+    const auto owner = endpoint.ownership();
+    const bool toOwner = !snapshotTarget || snapshotTarget == endpoint.liveOwnerKey();
     emit(trackNameMessage(strip.index(), name));
+    if (owner && toOwner && onNameTold) onNameTold(strip, name, *owner);
 }
 
 void ClientMirror::sendShownTrackNames() {

@@ -11,6 +11,7 @@
 
 #include <array>
 #include <bitset>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -46,6 +47,7 @@ public:
     // ---- One by one
 
     void sendTrackNameToClient(Strip strip, std::string_view name);
+    std::function<void(Strip strip, std::string_view name, Ownership owner)> onNameTold; // set before the first
     void sendShownTrackNames(); // also that a strip has none any more
     void sendFaderToClient(Strip strip, double value);
     void sendShownFaders();

@@ -55,7 +55,7 @@ public:
     void operator()(const VpotDelta& command) const {
         if (engineFor(command.strip).turnByHand(engineStripFor(command.strip), command.delta)) return;
         later(command_name::pan, command.strip, [&surfaces = parts.surfaces, delta = command.delta](Strip strip) {
-            surfaces.engineOf(strip).turnByHand(strip.engineStrip(), delta);
+            return surfaces.engineOf(strip).turnByHand(strip.engineStrip(), delta);
         });
     }
 
@@ -66,9 +66,8 @@ public:
     }
 
     void operator()(const PanSeek& command) const {
-        onMain([&pan = parts.pan, command, asked = asked](ReceiverState&, TimePoint) {
-            pan.seek(command.strip, command.target, asked);
-        });
+        onTrack(command_name::pan, command.strip,
+                [&pan = parts.pan, command, asked = asked](Strip) { pan.seek(command.strip, command.target, asked); });
     }
 
     // ---- Banks
@@ -97,7 +96,10 @@ public:
     }
 
     void operator()(const SetAutoMode& command) const {
-        if (const auto strip = Strip::of(command.strip)) parts.automation.setAutoMode(*strip, command.mode, asked);
+        onTrack(command_name::mode, command.strip,
+                [&automation = parts.automation, mode = command.mode, asked = asked](Strip strip) {
+                    automation.setAutoMode(strip, mode, asked);
+                });
     }
 
     void operator()(const GroupAutoMode& command) const {
@@ -125,18 +127,27 @@ private:
     void press(std::uint8_t strip, int port) const {
         if (parts.surfaces.hwMute(strip, port)) return;
         later(command_name::press, strip,
-              [&surfaces = parts.surfaces, port](Strip shown) { surfaces.hwMute(shown.index(), port); });
+              [&surfaces = parts.surfaces, port](Strip shown) { return surfaces.hwMute(shown.index(), port); });
     }
 
     // For when the surfaces are closed to hands.
     template <typename Act>
     void later(CommandName name, std::uint8_t number, Act act) const {
+        onTrack(name, number, [&queue = parts.queue, &known = state, name, asked = asked, act](Strip strip) {
+            queue.performLater({.name = name, .track = known.shownOn(strip), .asked = asked, .perform = act});
+        });
+    }
+
+    // On the main thread, if the strip has the name by then that the client was told when the datagram came.
+    template <typename Act>
+    void onTrack(CommandName name, std::uint8_t number, Act act) const {
         const auto strip = Strip::of(number);
         if (!strip) return;
-        jobs.runOnMain(
-            [&queue = parts.queue, &known = state, name, strip = *strip, asked = asked, act = std::move(act)] {
-                queue.performLater({.name = name, .track = known.shownOn(strip), .asked = asked, .perform = act});
-            });
+        const auto told = parts.surfaces.toldLabel(*strip);
+        jobs.runOnMain([&surfaces = parts.surfaces, &drops = parts.drops, name, strip = *strip, told, act] {
+            if (!told || told != surfaces.toldLabel(strip)) return drops.tell(name, DropReason::trackGone);
+            act(strip);
+        });
     }
 
     // Any strip number: those beyond 15 reach surface B's engine as one of its own beyond 7, which it ignores.
@@ -167,6 +178,7 @@ void ClientCommands::handleUDP(ByteView bytes, const Sender& sender) {
 void ClientCommands::takeControl(Ownership owner) {
     current = owner;
     parts.fingers.newOwner();
+    parts.surfaces.newOwner(owner);
     jobs.runOnMain([this, owner] {
         for (StripState& strip : state.published.strips) {
             strip.touched = false;

@@ -31,6 +31,7 @@ public:
         AutomationModes& automation;
         GroupOperations& groups;
         VisibleRangeWalk& visibleRange;
+        DroppedCommands& drops;
     };
 
     ClientCommands(const Jobs& jobs, ReceiverState& state, Parts parts);

@@ -1,6 +1,7 @@
 #include "model/reactions/surface_feedback.h"
 
 #include "base/blank_text.h"
+#include "model/hands/display_text.h"
 
 #include <cassert>
 #include <utility>
@@ -16,8 +17,9 @@ constexpr int recordPort = 5;
 
 SurfaceFeedback::SurfaceFeedback(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts)
     : jobs(jobs), state(state), log(log), parts(parts) {
-    parts.displays.onNameAfterAll = [this](Strip strip, const std::string& text) {
-        showName(strip, std::string(trimSpaces(text)));
+    parts.displays.onNameAfterAll = [this](Strip strip, const std::string& text) { noteName(strip, trimSpaces(text)); };
+    parts.mirror.onNameTold = [&surfaces = parts.surfaces](Strip strip, std::string_view name, Ownership owner) {
+        surfaces.tellLabel(strip, name, owner);
     };
 }
 
@@ -59,7 +61,22 @@ void SurfaceFeedback::believeFaders() {
 
 void SurfaceFeedback::trackNameShown(Strip strip, std::string_view text) {
     if (parts.displays.shown(strip, text)) return;
-    jobs.runOnMain([this, strip, name = std::string(trimSpaces(text))] { showName(strip, name); });
+    noteName(strip, trimSpaces(text));
+}
+
+// The hands are let go at once: the main thread may be late.
+void SurfaceFeedback::noteName(Strip strip, std::string_view name) {
+    const bool isOther = parts.surfaces.showLabel(strip, name, isNameOnDisplay(name));
+    jobs.runOnMain([this, strip, name = std::string(name), isOther] {
+        if (isOther) endHands(strip);
+        showName(strip, name);
+    });
+}
+
+void SurfaceFeedback::endHands(Strip strip) {
+    StripState& shown = state.published.strip(strip);
+    shown.touched = shown.touched && parts.surfaces.engineOf(strip).isDown(strip.engineStrip(), hui::touchPort);
+    shown.panSeek.reset();
 }
 
 void SurfaceFeedback::showName(Strip strip, const std::string& name) {

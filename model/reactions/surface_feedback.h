@@ -5,6 +5,7 @@
 #include "model/bank/fader_capture.h"
 #include "model/hands/automation_modes.h"
 #include "model/hands/display_watch.h"
+#include "model/hands/surfaces.h"
 #include "model/mirror/meters.h"
 #include "model/reactions/switch_tracker.h"
 #include "model/state/jobs.h"
@@ -33,6 +34,7 @@ public:
         Meters& meters;
         DisplayWatch& displays;
         AutomationModes& automation;
+        Surfaces& surfaces;
     };
 
     SurfaceFeedback(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts);
@@ -55,7 +57,9 @@ public:
 
 private:
     void showFader(Strip strip, double value);
+    void noteName(Strip strip, std::string_view name);
     void showName(Strip strip, const std::string& name);
+    void endHands(Strip strip);
     void showStripLed(Strip strip, int port, bool on);
     void showSelect(Strip strip, bool on);
     void showTransportLed(int port, bool on);

@@ -108,7 +108,7 @@ public:
     ActViolations check() {
         const std::vector<HostAct>& acts = evidence.record.acts;
         for (std::size_t i = 0; i < acts.size(); ++i) {
-            if (acts[i].track == 0 || isMeant(acts[i])) continue;
+            if (acts[i].track == 0 || isBeforeAllNames(acts[i]) || isMeant(acts[i])) continue;
             // A walk touches what it moves, and its moves are looked at next.
             if (acts[i].kind == ActKind::touch && i + 1 < acts.size() && acts[i + 1].kind == ActKind::move &&
                 acts[i + 1].strip == acts[i].strip && acts[i + 1].sent == acts[i].sent &&
@@ -167,6 +167,9 @@ private:
         for (const int member : walk.members)
             add(ActKind::mode, member, walk.modePort);
     }
+
+    // Of a strip that has had no name so far, as on a host that sends none, its client means the strip itself.
+    bool isBeforeAllNames(const HostAct& act) const { return act.sent <= shown.firstNamed(act.strip); }
 
     bool isMeant(const HostAct& act) {
         const auto end = std::ranges::upper_bound(asked, act.sent, {}, &Asked::at);

@@ -91,6 +91,7 @@ HandsEvidence handsOf(const Evidence& evidence) {
     hands.runs = evidence.jobs.runs;
     hands.runs.insert(hands.runs.end(), evidence.ending.runs.begin(), evidence.ending.runs.end());
     hands.pauses = Pauses(evidence.pauses);
+    hands.gaps = NameGaps(evidence.sent, evidence.record, hands.acceptance, hands.pauses);
     hands.programEnd = evidence.ending.ended;
     hands.end = evidence.ending.ended + seconds(0.2);
     for (std::size_t i = 0; i < evidence.surfaces.size(); ++i) {
@@ -151,6 +152,7 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
 
     const Pauses pauses(evidence.pauses);
     const Closings closings(evidence.jobs.runs, pauses);
+    const NameGaps gaps(evidence.sent, evidence.record, acceptance, pauses);
     SurfaceActions wires;
     SurfaceActions ofClient; // without what walks play
     std::vector<WalkedFader> walked;
@@ -161,13 +163,13 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
         SplitWire split = splitWire(wire.actions, asked, evidence.jobs.runs, surface, pauses);
         walked.insert(walked.end(), split.ofWalks.begin(), split.ofWalks.end());
         add("wire", wire.violations);
-        add("nothing-lost", checkFingers(split.ofClient, surface, acceptance, closings, pauses));
+        add("nothing-lost", checkFingers(split.ofClient, surface, acceptance, closings, pauses, gaps));
         add("presses-end", checkPressesEnd(split.ofClient, closings, pauses));
         wires.push_back(std::move(wire.actions));
         ofClient.push_back(std::move(split.ofClient));
     }
-    add("nothing-lost", checkPresses(ofClient, acceptance, closings, evidence.jobs.lines, pauses));
-    add("turns", checkTurns(ofClient, acceptance, requests, closings, evidence.jobs.lines, pauses));
+    add("nothing-lost", checkPresses(ofClient, acceptance, closings, evidence.jobs.lines, pauses, gaps));
+    add("turns", checkTurns(ofClient, acceptance, requests, closings, evidence.jobs.lines, pauses, gaps));
     add("walked-faders", checkWalkedFaders(walked, requests));
     add("zones", checkZones(wires));
     add("bank-buttons", checkBankButtons(wires, evidence.jobs.runs, requests, pauses));

@@ -78,17 +78,7 @@ public:
 
 private:
     void checkSetting(const Setting& setting) {
-        const AutoModeRequest* best = nullptr;
-        const auto isFor = [&](const AutoModeRequest& request) {
-            if (request.modePort != setting.modePort || request.at > setting.pressed) return false;
-            // What met a job is set on whichever strip shows its track then.
-            return request.strip == setting.strip || (closings.mayMeet(request.at) && isInTime(request, setting));
-        };
-        for (const AutoModeRequest& request : open) {
-            if (!isFor(request)) continue;
-            best = &request;
-            if (isInTime(request, setting)) break;
-        }
+        const AutoModeRequest* const best = requestFor(setting);
         if (best == nullptr) return; // somebody else's business
         if (ageOf(*best, setting.begin) > modeTime) {
             complain(setting, *best, "too late");
@@ -98,6 +88,23 @@ private:
             complain(setting, *best, "though the surfaces had been free for more than 1 s");
         }
         open.erase(open.begin() + (best - open.data()));
+    }
+
+    // For its strip, if there is one in time. What met a job is set on whichever strip shows its track then.
+    const AutoModeRequest* requestFor(const Setting& setting) const {
+        const AutoModeRequest* late = nullptr;
+        const AutoModeRequest* elsewhere = nullptr;
+        for (const AutoModeRequest& request : open) {
+            if (request.modePort != setting.modePort || request.at > setting.pressed) continue;
+            if (request.strip != setting.strip) {
+                if (!elsewhere && closings.mayMeet(request.at) && isInTime(request, setting)) elsewhere = &request;
+            } else if (isInTime(request, setting)) {
+                return &request;
+            } else {
+                late = &request;
+            }
+        }
+        return elsewhere ? elsewhere : late;
     }
 
     bool isInTime(const AutoModeRequest& request, const Setting& setting) const {

@@ -32,8 +32,8 @@ struct Finger {
 class FingerChecker {
 public:
     FingerChecker(const std::vector<WireAction>& wire, int surfaceNumber, const Closings& ofSurfaces,
-                  const Pauses& ofThreads)
-        : surface(surfaceNumber), closings(ofSurfaces), pauses(ofThreads) {
+                  const Pauses& ofThreads, const NameGaps& ofNames)
+        : surface(surfaceNumber), closings(ofSurfaces), pauses(ofThreads), gaps(ofNames) {
         std::ranges::copy_if(wire, std::back_inserter(sent), isMoveOrTouch);
         std::ranges::copy_if(wire, std::back_inserter(releases), isRelease);
     }
@@ -84,8 +84,8 @@ private:
         const auto finger = fingers.find(asked.number);
         const bool isMove = asked.kind == Kind::fader;
         const bool there = finger != fingers.end();
-        const bool mayBeHeld =
-            closings.mayMeet(asked.at) || (there && (isMove || repeat.maybe) && mayBeStray(finger->second, asked.at));
+        const bool mayBeHeld = mayMeetClosed(asked) || (there && (isMove || repeat.maybe) &&
+                                                        mayBeStray(asked.number, finger->second, asked.at));
         if (!out) {
             if (!mayBeHeld) complain(asked, "lost");
         } else if (closings.surelyWas(*out)) {
@@ -101,14 +101,18 @@ private:
         const auto out = std::ranges::find_if(releases, [&](const WireAction& action) {
             return action.sameAs(asked) && pauses.explain(asked.at, action.at);
         });
-        const bool mayBeUp = finger == fingers.end() || mayBeStray(finger->second, asked.at);
-        if (out == releases.end() && !mayBeUp && !closings.mayMeet(asked.at)) complain(asked, "lost");
+        const bool mayBeUp = finger == fingers.end() || mayBeStray(asked.number, finger->second, asked.at);
+        if (out == releases.end() && !mayBeUp && !mayMeetClosed(asked)) complain(asked, "lost");
         if (out != releases.end()) releases.erase(out);
         if (finger != fingers.end()) fingers.erase(finger);
     }
 
-    bool mayBeStray(const Finger& finger, TimePoint at) const {
-        return !finger.isDown || closings.mayHaveBegun(finger.since, at);
+    bool mayMeetClosed(const WireAction& asked) const {
+        return closings.mayMeet(asked.at) || gaps.mayBeUntold(owner, 8 * surface + asked.number, asked.at);
+    }
+    bool mayBeStray(int strip, const Finger& finger, TimePoint at) const {
+        return !finger.isDown || closings.mayHaveBegun(finger.since, at) ||
+               gaps.mayHaveChanged(8 * surface + strip, finger.since, at);
     }
     bool isStray(const Finger& finger, TimePoint sentAt) const {
         return !finger.maybeForgotten && (!finger.isDown || closings.surelyBegan(finger.since, sentAt));
@@ -131,6 +135,7 @@ private:
     const int surface;
     const Closings& closings;
     const Pauses& pauses;
+    const NameGaps& gaps;
     std::vector<WireAction> sent; // moves and touches
     std::size_t next = 0;         // of them
     std::vector<WireAction> releases;
@@ -142,8 +147,8 @@ private:
 } // namespace
 
 std::vector<std::string> checkFingers(const std::vector<WireAction>& wire, int surface, const Acceptance& acceptance,
-                                      const Closings& closings, const Pauses& pauses) {
-    FingerChecker checker(wire, surface, closings, pauses);
+                                      const Closings& closings, const Pauses& pauses, const NameGaps& gaps) {
+    FingerChecker checker(wire, surface, closings, pauses, gaps);
     checker.check(acceptance);
     return std::move(checker.violations);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/simulation/closings.h"
+#include "tests/simulation/name_gaps.h"
 #include "tests/simulation/owner_oracle.h"
 #include "tests/simulation/pauses.h"
 #include "tests/simulation/surface_wire.h"
@@ -19,8 +20,10 @@ namespace lumbrine::simulation {
 // there meanwhile, moves nothing more until it touches again, another device is in control, or its client has been
 // silent for so long that its touches are forgotten. The repeated touch of a resting finger is no new one.
 //
+// The same holds for one strip while its client may not have been told its name, and after it got another one.
+//
 // `wire` without what walks play.
 std::vector<std::string> checkFingers(const std::vector<WireAction>& wire, int surface, const Acceptance& acceptance,
-                                      const Closings& closings, const Pauses& pauses = {});
+                                      const Closings& closings, const Pauses& pauses = {}, const NameGaps& gaps = {});
 
 } // namespace lumbrine::simulation

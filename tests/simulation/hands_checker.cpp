@@ -216,6 +216,7 @@ private:
     void checkReason(const Key& key, const Hold& hold, TimePoint up) {
         if (hold.owner == nobody || up >= evidence.programEnd || up >= evidence.acceptance.endOf(hold.owner)) return;
         if (releaseAfter(key, hold, up) || isSilentAt(up, hold.owner) || banksMoveAt(up)) return;
+        if (evidence.gaps.mayHaveChanged(key.strip(), hold.down, up)) return;
         // A walk that presses no bank button is not seen at the moment when it begins.
         if (key.isTouch() && up == hold.down) return;
         complain(key, text(key, hold) + " is lifted by nobody at " + timeText(up));

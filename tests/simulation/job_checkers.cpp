@@ -41,6 +41,9 @@ public:
         for (const auto& wire : wires)
             for (const WireAction& action : wire)
                 if (action.isOfStrip() && action.port == autoPort && action.value == 0) ends.push_back(action.at);
+        for (const auto& [at, line] :
+             evidence.jobs.lines) // a host of one surface does not see the AUTO keys of the other
+            if (line.starts_with("← auto ch")) ends.push_back(at);
         for (int surface = 0; surface < 2; ++surface)
             for (const WireAction& action : askedOf(acceptance.accepted, surface)) {
                 if (action.isTouchEnd()) ends.push_back(action.at);

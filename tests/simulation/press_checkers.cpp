@@ -41,9 +41,9 @@ using IsWanted = bool (*)(const WireAction&);
 class WaitingActs {
 public:
     WaitingActs(const char* ofKind, IsWanted wanted, const SurfaceActions& wires, const Closings& ofSurfaces,
-                const Pauses& ofThreads)
+                const Pauses& ofThreads, const NameGaps& ofNames)
         : kind(ofKind), isWanted(wanted), surfaces(static_cast<int>(wires.size())), closings(ofSurfaces),
-          pauses(ofThreads) {
+          pauses(ofThreads), gaps(ofNames) {
         for (int surface = 0; surface < surfaces; ++surface)
             for (WireAction action : wires[static_cast<std::size_t>(surface)]) {
                 if (!isWanted(action)) continue;
@@ -54,16 +54,20 @@ public:
     }
 
     void check(const Acceptance& acceptance, const LogLines& lines) {
-        std::vector<WireAction> late;
-        for (const ReceivedDatagram& datagram : acceptance.accepted) {
-            const auto asked = actionAskedBy(datagram);
+        struct Late {
+            WireAction asked;
+            int owner;
+        };
+        std::vector<Late> late;
+        for (std::size_t i = 0; i < acceptance.accepted.size(); ++i) {
+            const auto asked = actionAskedBy(acceptance.accepted[i]);
             if (!asked || asked->number >= 8 * surfaces) continue;
             WireAction onSurface = *asked;
             onSurface.number %= 8;
-            if (isWanted(onSurface) && !takeAtOnce(*asked)) late.push_back(*asked);
+            if (isWanted(onSurface) && !takeAtOnce(*asked)) late.push_back({*asked, acceptance.numbers[i]});
         }
-        for (const WireAction& asked : late) {
-            if (!closings.mayMeet(asked.at)) {
+        for (const auto& [asked, owner] : late) {
+            if (!closings.mayMeet(asked.at) && !gaps.mayBeUntold(owner, asked.number, asked.at)) {
                 complain("lost", asked);
             } else if (!takeLater(asked) && !isTold(asked.at, lines)) {
                 complain("dropped without a word", asked);
@@ -117,22 +121,23 @@ private:
     const int surfaces;
     const Closings& closings;
     const Pauses& pauses;
+    const NameGaps& gaps;
     std::vector<WireAction> rest; // of what went out
 };
 
 } // namespace
 
 Violations checkPresses(const SurfaceActions& wires, const Acceptance& acceptance, const Closings& closings,
-                        const LogLines& lines, const Pauses& pauses) {
-    WaitingActs presses("press", isPress, wires, closings, pauses);
+                        const LogLines& lines, const Pauses& pauses, const NameGaps& gaps) {
+    WaitingActs presses("press", isPress, wires, closings, pauses, gaps);
     presses.check(acceptance, lines);
     presses.checkRest([](const WireAction&) { return false; });
     return std::move(presses.violations);
 }
 
 Violations checkTurns(const SurfaceActions& wires, const Acceptance& acceptance, const Requests& requests,
-                      const Closings& closings, const LogLines& lines, const Pauses& pauses) {
-    WaitingActs turns("turn", isTurn, wires, closings, pauses);
+                      const Closings& closings, const LogLines& lines, const Pauses& pauses, const NameGaps& gaps) {
+    WaitingActs turns("turn", isTurn, wires, closings, pauses, gaps);
     turns.check(acceptance, lines);
     turns.checkRest([&](const WireAction& turn) {
         return isSingleClick(turn) && std::ranges::any_of(requests.panSeeks, [&](const PanSeekRequest& request) {

@@ -70,8 +70,9 @@ ShownTracks::ShownTracks(const SentDatagrams& sent, const HostRecord& record, co
     : host(record), devices(devicesIn(received)) {
     for (const TrackState& state : host.states)
         called[state.track.name].push_back({state.at, state.track.id});
+    first.fill(TimePoint::max());
     for (const ShownTrack& display : host.shown)
-        called[display.text].push_back({display.at, display.track});
+        called[trimmed(display.text)].push_back({display.at, display.track});
     JobTimes jobs(runs);
     auto shown = host.shown.begin();
     auto bank = host.banks.begin();
@@ -80,7 +81,7 @@ ShownTracks::ShownTracks(const SentDatagrams& sent, const HostRecord& record, co
         for (; shown != host.shown.end() && shown->at <= end; ++shown) {
             for (; bank != host.banks.end() && bank->at <= shown->at; ++bank)
                 pressed = bank->pressed.has_value();
-            display(*shown, pressed && jobs.holds(shown->at));
+            display({shown->at, shown->strip, shown->track, trimmed(shown->text)}, pressed && jobs.holds(shown->at));
         }
     };
     for (const SentDatagram& datagram : sent.list) {
@@ -97,7 +98,7 @@ const ShownTracks::Client* ShownTracks::find(const std::string& address) const {
 
 void ShownTracks::display(const ShownTrack& shown, bool byJob) {
     const auto strip = static_cast<std::size_t>(shown.strip);
-    displays[strip].push_back(&shown);
+    displays[strip].push_back(shown);
     if (byJob) return;
     for (auto& [key, client] : clients) {
         std::vector<Shown>& entries = client.strips[strip];
@@ -122,13 +123,15 @@ void ShownTracks::tell(Client& client, const SentDatagram& datagram, bool during
 
 void ShownTracks::tellName(Client& client, int strip, std::string text, TimePoint at, bool duringJob) {
     client.named.push_back(at);
+    TimePoint& firstTime = first[static_cast<std::size_t>(strip)];
+    if (!text.empty()) firstTime = std::min(firstTime, at);
     std::vector<Shown>& entries = client.strips[static_cast<std::size_t>(strip)];
     const bool same = !entries.empty() && entries.back().text == text;
     if (same && duringJob) return;
     Tracks tracks;
     const auto& shown = displays[static_cast<std::size_t>(strip)];
-    const auto last = std::find_if(shown.rbegin(), shown.rend(), [&](const auto* now) { return now->text == text; });
-    if (last != shown.rend()) tracks.push_back((*last)->track);
+    const auto last = std::find_if(shown.rbegin(), shown.rend(), [&](const auto& now) { return now.text == text; });
+    if (last != shown.rend()) tracks.push_back(last->track);
     if (!same || entries.back().tracks != tracks) entries.push_back({at, std::move(text), std::move(tracks)});
 }
 

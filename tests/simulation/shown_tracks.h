@@ -42,6 +42,9 @@ public:
     // By the name in the row of that session index.
     Tracks inRow(const std::string& client, int index, TimePoint at) const;
 
+    // When a name of that strip was first sent to anybody; the end of time when none was.
+    TimePoint firstNamed(int strip) const { return first[static_cast<std::size_t>(strip)]; }
+
     // A strip's name was sent to it in that time.
     bool wasToldNames(const std::string& client, TimePoint from, TimePoint until) const;
 
@@ -69,9 +72,10 @@ private:
     void tellRow(Client& client, int index, const std::string& name, TimePoint at) const;
 
     const HostRecord& host;
-    std::map<std::string, std::string> devices; // by address: the token of its hellos
-    std::map<std::string, Client> clients;      // by device, or by address where there is none
-    std::array<std::vector<const ShownTrack*>, 16> displays;
+    std::map<std::string, std::string> devices;       // by address: the token of its hellos
+    std::map<std::string, Client> clients;            // by device, or by address where there is none
+    std::array<std::vector<ShownTrack>, 16> displays; // with the texts as the receiver reads them
+    std::array<TimePoint, 16> first;
     std::map<std::string, std::vector<std::pair<TimePoint, int>>> called; // tracks by name or display, and since when
 };
 

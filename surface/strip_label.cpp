@@ -1,0 +1,31 @@
+#include "surface/strip_label.h"
+
+#include <algorithm>
+
+namespace lumbrine {
+
+StripLabel::Text StripLabel::onDisplay(std::string_view text) {
+    Text display = blank;
+    std::ranges::copy(text.substr(0, display.size()), display.begin());
+    return display;
+}
+
+void StripLabel::tell(std::string_view text, std::uint64_t owner) {
+    told = Told{.text = onDisplay(text), .owner = static_cast<std::uint32_t>(owner)};
+}
+
+bool StripLabel::show(std::string_view text, bool isName) {
+    shown = onDisplay(text);
+    if (!isName || shown == name) return false;
+    name = shown;
+    ++names;
+    return true;
+}
+
+bool StripLabel::isTold(std::uint64_t owner) const {
+    if (shown == blank) return true;
+    const Told last = told;
+    return last.owner == static_cast<std::uint32_t>(owner) && (last.text == shown || last.text == name);
+}
+
+} // namespace lumbrine

@@ -1,0 +1,49 @@
+// What one strip's display says, and what the client was told of it. Hands act on a strip only while the client knows
+// which track is there.
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <string_view>
+
+namespace lumbrine {
+
+class StripLabel {
+public:
+    // The client of that ownership was told this name. Any thread; waits for nobody.
+    void tell(std::string_view text, std::uint64_t owner);
+
+    // The rest is not thread-safe.
+
+    // The display says this now. `isName`: false for what stands over a name for a moment, as a value or a mode. True
+    // when it is another name than before, so that another track may be there.
+    bool show(std::string_view text, bool isName);
+
+    // That client was told what the display says. So it was, too, where nothing can be told: before the first text, and
+    // of a blank display.
+    bool isTold(std::uint64_t owner) const;
+
+    // Another one for each name that follows another.
+    std::uint64_t number() const { return names; }
+
+private:
+    using Text = std::array<char, 4>; // as a display has it
+
+    struct Told {
+        Text text;
+        std::uint32_t owner;
+    };
+    static_assert(std::atomic<Told>::is_always_lock_free);
+
+    static Text onDisplay(std::string_view text);
+
+    static constexpr Text blank{' ', ' ', ' ', ' '};
+
+    Text shown = blank;
+    Text name = blank; // the last one that is no value
+    std::atomic<Told> told = Told{.text = blank, .owner = 0};
+    std::uint64_t names = 0;
+};
+
+} // namespace lumbrine
