@@ -97,8 +97,8 @@ public:
     // go. True when it is another name.
     bool showLabel(int strip, std::string_view text, bool isName);
 
-    // The client of that ownership was told this name. Waits for nobody.
-    void tellLabel(int strip, std::string_view text, std::uint64_t owner);
+    // The client of that ownership was told this. On one thread; waits for nobody.
+    void tellLabel(int strip, std::string_view text, bool isName, std::uint64_t owner);
 
     // The number of the name, while the client in control knows it.
     std::optional<std::uint64_t> toldLabel(int strip);

@@ -16,8 +16,8 @@ bool HUIEngine::showLabel(int strip, std::string_view text, bool isName) {
     return true;
 }
 
-void HUIEngine::tellLabel(int strip, std::string_view text, std::uint64_t owner) {
-    if (onThisSurface(strip)) labels[static_cast<std::size_t>(strip)].tell(text, owner);
+void HUIEngine::tellLabel(int strip, std::string_view text, bool isName, std::uint64_t owner) {
+    if (onThisSurface(strip)) labels[static_cast<std::size_t>(strip)].tell(text, isName, owner);
 }
 
 std::optional<std::uint64_t> HUIEngine::toldLabel(int strip) {

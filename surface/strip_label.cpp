@@ -10,8 +10,9 @@ StripLabel::Text StripLabel::onDisplay(std::string_view text) {
     return display;
 }
 
-void StripLabel::tell(std::string_view text, std::uint64_t owner) {
-    told = Told{.text = onDisplay(text), .owner = static_cast<std::uint32_t>(owner)};
+void StripLabel::tell(std::string_view text, bool isName, std::uint64_t owner) {
+    const auto number = static_cast<std::uint32_t>(owner);
+    if (isName || told.load().owner != number) told = Told{.text = onDisplay(text), .owner = number};
 }
 
 bool StripLabel::show(std::string_view text, bool isName) {

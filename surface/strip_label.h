@@ -11,13 +11,13 @@ namespace lumbrine {
 
 class StripLabel {
 public:
-    // The client of that ownership was told this name. Any thread; waits for nobody.
-    void tell(std::string_view text, std::uint64_t owner);
+    // The client of that ownership was told this. `isName`: false for what stands over a name for a moment, as a value
+    // or a mode; then the name that it was told before stays. On one thread; waits for nobody.
+    void tell(std::string_view text, bool isName, std::uint64_t owner);
 
     // The rest is not thread-safe.
 
-    // The display says this now. `isName`: false for what stands over a name for a moment, as a value or a mode. True
-    // when it is another name than before, so that another track may be there.
+    // The display says this now. True when it is another name than before, so that another track may be there.
     bool show(std::string_view text, bool isName);
 
     // That client was told what the display says. So it was, too, where nothing can be told: before the first text, and

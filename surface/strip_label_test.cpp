@@ -18,44 +18,43 @@ TEST(StripLabel, IsToldWhenTheClientWasToldWhatTheDisplaySays) {
     StripLabel label;
     label.show("Bass", true);
     EXPECT_FALSE(label.isTold(owner));
-    label.tell("Bass", owner);
+    label.tell("Bass", true, owner);
     EXPECT_TRUE(label.isTold(owner));
     label.show("Vox", true);
     EXPECT_FALSE(label.isTold(owner));
-    label.tell("Bass", owner);
+    label.tell("Bass", true, owner);
     EXPECT_FALSE(label.isTold(owner));
-    label.tell("Vox", owner);
+    label.tell("Vox", true, owner);
     EXPECT_TRUE(label.isTold(owner));
 }
 
 TEST(StripLabel, IsNotToldToAnotherClient) {
     StripLabel label;
     label.show("Bass", true);
-    label.tell("Bass", owner);
+    label.tell("Bass", true, owner);
     EXPECT_FALSE(label.isTold(owner + 1));
 }
 
 TEST(StripLabel, StaysTheSameUnderAValue) {
     StripLabel label;
     EXPECT_TRUE(label.show("Bass", true));
-    label.tell("Bass", owner);
+    label.tell("Bass", true, owner);
     const std::uint64_t number = label.number();
     EXPECT_FALSE(label.show("-3.5", false));
     EXPECT_TRUE(label.isTold(owner));
-    label.tell("-3.5", owner);
+    label.tell("-3.5", false, owner);
+    label.show("-3.4", false);
     EXPECT_TRUE(label.isTold(owner));
     EXPECT_FALSE(label.show("Bass", true));
-    label.tell("Bass", owner);
     EXPECT_TRUE(label.isTold(owner));
     EXPECT_EQ(label.number(), number);
 }
 
 TEST(StripLabel, OfATrackThatIsCalledLikeAValueCanBeToldToo) {
     StripLabel label;
-    label.show("Bass", true);
     label.show("-3.5", false);
     EXPECT_FALSE(label.isTold(owner));
-    label.tell("-3.5", owner);
+    label.tell("-3.5", false, owner);
     EXPECT_TRUE(label.isTold(owner));
 }
 

@@ -79,8 +79,8 @@ bool Surfaces::showLabel(Strip strip, std::string_view text, bool isName) {
     return engineOf(strip).showLabel(strip.engineStrip(), text, isName);
 }
 
-void Surfaces::tellLabel(Strip strip, std::string_view text, Ownership owner) {
-    engineOf(strip).tellLabel(strip.engineStrip(), text, owner.number);
+void Surfaces::tellLabel(Strip strip, std::string_view text, bool isName, Ownership owner) {
+    engineOf(strip).tellLabel(strip.engineStrip(), text, isName, owner.number);
 }
 
 std::optional<std::uint64_t> Surfaces::toldLabel(Strip strip) {

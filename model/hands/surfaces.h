@@ -47,7 +47,7 @@ public:
 
     // What the client was shown of a strip (surface/hui_engine.h).
     bool showLabel(Strip strip, std::string_view text, bool isName);
-    void tellLabel(Strip strip, std::string_view text, Ownership owner);
+    void tellLabel(Strip strip, std::string_view text, bool isName, Ownership owner);
     std::optional<std::uint64_t> toldLabel(Strip strip);
     void newOwner(Ownership owner);
 

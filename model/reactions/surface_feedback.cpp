@@ -19,7 +19,7 @@ SurfaceFeedback::SurfaceFeedback(const Jobs& jobs, ReceiverState& state, Activit
     : jobs(jobs), state(state), log(log), parts(parts) {
     parts.displays.onNameAfterAll = [this](Strip strip, const std::string& text) { noteName(strip, trimSpaces(text)); };
     parts.mirror.onNameTold = [&surfaces = parts.surfaces](Strip strip, std::string_view name, Ownership owner) {
-        surfaces.tellLabel(strip, name, owner);
+        surfaces.tellLabel(strip, name, isNameOnDisplay(name), owner);
     };
 }
 

@@ -139,7 +139,8 @@ private:
         const auto request = std::ranges::find_if(open, [&](const AutoModeRequest& asked) {
             return asked.at <= probe.begin &&
                    probe.begin <= asked.at + modeTime + pauses.within(asked.at, probe.begin) &&
-                   (asked.strip == probe.strip || closings.mayMeet(asked.at)) &&
+                   (asked.strip == probe.strip || closings.mayMeet(asked.at) ||
+                    closings.mayHaveBegun(asked.at, probe.begin)) &&
                    (!probe.modePort || asked.modePort == *probe.modePort);
         });
         if (request == open.end()) return false;

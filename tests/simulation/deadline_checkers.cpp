@@ -97,7 +97,9 @@ private:
         for (const AutoModeRequest& request : open) {
             if (request.modePort != setting.modePort || request.at > setting.pressed) continue;
             if (request.strip != setting.strip) {
-                if (!elsewhere && closings.mayMeet(request.at) && isInTime(request, setting)) elsewhere = &request;
+                const bool mayMeetJob =
+                    closings.mayMeet(request.at) || closings.mayHaveBegun(request.at, setting.begin);
+                if (!elsewhere && mayMeetJob && isInTime(request, setting)) elsewhere = &request;
             } else if (isInTime(request, setting)) {
                 return &request;
             } else {

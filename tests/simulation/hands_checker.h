@@ -30,7 +30,8 @@ struct HandsViolations {
 // No switch, touch, AUTO switch or mode button is down 0.1 s after its hand has gone: after the release; after the
 // device in control was replaced by another; for a touch, after its client has been silent for as long as makes the
 // receiver forget it; after the end of the program. None is down when the banks begin to move. And none of these ever
-// lifts a hand that is still there, unless the strip got another name: what the new owner touched before anybody noticed the old one's end stays down.
+// lifts a hand that is still there, unless the strip got another name: what the new owner touched before anybody
+// noticed the old one's end stays down.
 HandsViolations checkHands(const HandsEvidence& evidence);
 
 } // namespace lumbrine::simulation

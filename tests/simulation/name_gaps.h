@@ -37,7 +37,7 @@ private:
     static void add(Texts& texts, TimePoint at, std::string text);
 
     std::array<Texts, 16> names;                 // of displays
-    std::array<Texts, 16> told;                  // whoever it was told to, when it changed
+    std::array<Texts, 16> told;                  // to any client, when it changed
     std::map<std::pair<int, int>, Texts> toldTo; // by owner and strip
     Pauses pauses;
 };
