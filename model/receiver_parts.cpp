@@ -29,8 +29,8 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       groups(jobs, state, log, {surfaces, moves, walk, capture, automation, mirror}),
 
       switches(platform.runtime, state, log, mirror),
-      feedback(jobs, state, log, {mirror, switches, bankMap, capture, metadata, meters, displays,
-                                    automation, surfaces}),
+      feedback(jobs, state, log,
+               {mirror, switches, bankMap, capture, metadata, meters, displays, automation, surfaces}),
       hello(jobs, state, log, {endpoint, mirror, table, calibration, automation}),
       fingers(jobs, state, surfaces, mirror),
       commands(jobs, state,
