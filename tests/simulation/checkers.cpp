@@ -177,7 +177,7 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
     add("automation", checkAutomation(ofClient, evidence.jobs, requests, pauses));
     const bool isTrimAWord = scenario.host.trimWords == TrimWords::alone;
     add(isTrimAWord ? "modes-beside-trim" : "modes-in-time",
-        checkModesInTime(wires, evidence.jobs, requests, acceptance, disturbancesIn(scenario, evidence), pauses));
+        checkModesInTime(wires, evidence.jobs, requests, acceptance, disturbancesIn(scenario, evidence), pauses, gaps));
     add("walks-in-time", checkWalksInTime(wires, walked, evidence.jobs, requests, acceptance, pauses));
     add("wishes-in-time", checkSettersInTime(evidence.setters, requests, acceptance, pauses));
     const HandsViolations hands = checkHands(handsOf(evidence));

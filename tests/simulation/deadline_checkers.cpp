@@ -54,9 +54,10 @@ std::vector<Setting> settingsOn(const std::vector<WireAction>& wire, int surface
 class ModeChecker {
 public:
     ModeChecker(const SurfaceActions& wires, const JobRecord& jobRecord, const Requests& asked,
-                const Acceptance& whoAsked, const std::vector<Stretch>& disturbed, const Pauses& ofThreads)
+                const Acceptance& whoAsked, const std::vector<Stretch>& disturbed, const Pauses& ofThreads,
+                const NameGaps& ofNames)
         : jobs(jobRecord), requests(asked), acceptance(whoAsked), disturbances(disturbed), pauses(ofThreads),
-          closings(jobs.runs, pauses), open(asked.autoModes) {
+          gaps(ofNames), closings(jobs.runs, pauses), open(asked.autoModes) {
         for (std::size_t surface = 0; surface < wires.size(); ++surface)
             for (const Setting& setting : settingsOn(wires[surface], static_cast<int>(surface)))
                 settings.push_back(setting);
@@ -142,12 +143,14 @@ private:
         return (to > time ? free + (to - time) : free) - pauses.within(from, to);
     }
 
-    // Alone among the commands, on surfaces that nobody takes or moves.
+    // Alone among the commands, for a name that its client was told, on surfaces that nobody takes or moves.
     bool couldBeSet(const AutoModeRequest& request) const {
         const TimePoint last = request.at + freeTimeLimit + grace;
         const auto meanwhile = [&](TimePoint at) { return request.at <= at && at <= last; };
         return request.strip < strips && last < jobs.ended && pauses.within(request.at, last) == Duration::zero() &&
-               acceptance.endOf(request.number) > last && freeTime(request.at, last) == last - request.at &&
+               acceptance.endOf(request.number) > last &&
+               !gaps.mayBeUntold(request.number, request.strip, request.at) &&
+               freeTime(request.at, last) == last - request.at &&
                std::ranges::none_of(requests.bankMoves, meanwhile, &BankMoveRequest::at) &&
                std::ranges::none_of(
                    requests.autoModes,
@@ -169,6 +172,7 @@ private:
     const Acceptance& acceptance;
     const std::vector<Stretch>& disturbances;
     const Pauses& pauses;
+    const NameGaps& gaps;
     const Closings closings;
     std::vector<AutoModeRequest> open;
     std::vector<Setting> settings;
@@ -196,8 +200,8 @@ std::optional<TimePoint> lastActIn(const JobRun& run, const SurfaceActions& wire
 
 Violations checkModesInTime(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
                             const Acceptance& acceptance, const std::vector<Stretch>& disturbances,
-                            const Pauses& pauses) {
-    ModeChecker checker(wires, jobs, requests, acceptance, disturbances, pauses);
+                            const Pauses& pauses, const NameGaps& gaps) {
+    ModeChecker checker(wires, jobs, requests, acceptance, disturbances, pauses, gaps);
     checker.check();
     return std::move(checker.violations);
 }

@@ -3,6 +3,7 @@
 
 #include "simulator/simulated_scripting.h"
 #include "tests/simulation/job_watch.h"
+#include "tests/simulation/name_gaps.h"
 #include "tests/simulation/owner_oracle.h"
 #include "tests/simulation/pauses.h"
 #include "tests/simulation/requests.h"
@@ -18,7 +19,7 @@ namespace lumbrine::simulation {
 // client is in control. A mode that could be set is set, unless the host was disturbed meanwhile.
 std::vector<std::string> checkModesInTime(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
                                           const Acceptance& acceptance, const std::vector<Stretch>& disturbances,
-                                          const Pauses& pauses = {});
+                                          const Pauses& pauses = {}, const NameGaps& gaps = {});
 
 // A walk begins within 10 s of a command for it, while the client that sent it is in control; no other one follows from
 // that command. When its client is replaced under way, it asks, sets and plays nothing more.
