@@ -6,18 +6,18 @@ namespace lumbrine {
 
 // ---- What the client was shown
 
-bool HUIEngine::showLabel(int strip, std::string_view text, bool isName) {
+bool HUIEngine::showLabel(int strip, std::string_view shown, bool isName) {
     if (!onThisSurface(strip)) return false;
     const auto fader = static_cast<std::size_t>(strip);
     const Lock lock(txLock);
-    if (!labels[fader].show(text, isName)) return false;
+    if (!labels[fader].show(shown, isName)) return false;
     liftFinger(strip);
     if (fingers.test(fader)) strayFingers.set(fader);
     return true;
 }
 
-void HUIEngine::tellLabel(int strip, std::string_view text, bool isName, std::uint64_t owner) {
-    if (onThisSurface(strip)) labels[static_cast<std::size_t>(strip)].tell(text, isName, owner);
+void HUIEngine::tellLabel(int strip, std::string_view told, bool isName, std::uint64_t owner) {
+    if (onThisSurface(strip)) labels[static_cast<std::size_t>(strip)].tell(told, isName, owner);
 }
 
 std::optional<std::uint64_t> HUIEngine::toldLabel(int strip) {

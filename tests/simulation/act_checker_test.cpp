@@ -22,7 +22,7 @@ protected:
     Acts() {
         evidence.sent.peers = {"phone"};
         show(0, 4, "Bass");
-        for (const std::uint8_t strip : {0, 1, 2, 4, 5, 6, 7}) // have names, too
+        for (const std::uint8_t strip : Bytes{0, 1, 2, 4, 5, 6, 7}) // have names, too
             tell(0.1, {0x01, 0x10, strip, 'E', 'l', 's', 'e'});
         tell(0.1, {0x01, 0x10, 0x03, 'B', 'a', 's', 's'});
         evidence.record.lists = {{at(0), {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}}};

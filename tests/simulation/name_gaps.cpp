@@ -64,9 +64,9 @@ bool NameGaps::mayBeUntold(int owner, int strip, TimePoint came) const {
     const auto [displays, noneShown] = within(names[static_cast<std::size_t>(strip)], from, until);
     const auto entry = toldTo.find({owner, strip});
     const auto [texts, noneTold] = within(entry == toldTo.end() ? Texts{} : entry->second, from, until);
-    return std::ranges::any_of(displays, [&texts = texts, noTexts = noneTold](const std::string& display) {
+    return std::ranges::any_of(displays, [&heard = texts, noneHeard = noneTold](const std::string& display) {
         return !display.empty() &&
-               (noTexts || std::ranges::any_of(texts, [&](const std::string& text) { return text != display; }));
+               (noneHeard || std::ranges::any_of(heard, [&](const std::string& name) { return name != display; }));
     });
 }
 
