@@ -27,7 +27,7 @@ int BankLayout::maxOffset() const {
 
 BankStep nextBankStep(int current, int target, BankLayout layout) {
     BankStep step = unclampedStep(current, target, layout);
-    step.predicted = std::clamp(step.predicted, 0, std::max(layout.maxOffset(), current));
+    step.predicted = std::clamp(step.predicted, 0, std::max({layout.maxOffset(), current, target}));
     return step;
 }
 

@@ -34,9 +34,9 @@ struct BankStep {
     bool byBank() const { return port == bank_port::bankBack || port == bank_port::bankForward; }
 };
 
-// The next press on the way to `target`, which is another offset than `current` and 0 to maxOffset. Bank buttons are
-// used while they do not lead past the target; channel buttons do the rest. Each step leads nearer, so a way of `d`
-// tracks takes at most d / width + width of them.
+// The next press on the way to `target`, which is another offset than `current`: 0 to maxOffset, or one that Pro Tools
+// has shown. Bank buttons are used while they do not lead past the target; channel buttons do the rest. Each step leads
+// nearer, so a way of `d` tracks takes at most d / width + width of them.
 BankStep nextBankStep(int current, int target, BankLayout layout);
 
 // The same with channel buttons alone, which lead where they should on every host.

@@ -156,10 +156,13 @@ TrackNames SurfaceMoves::windowAfterPress(const TrackNames& before) {
     return after;
 }
 
-void SurfaceMoves::moveWindow(int target, bool isCorrection) {
+void SurfaceMoves::moveWindow(int target) {
+    moveOnce(std::clamp(target, 0, layout().maxOffset()), false);
+}
+
+void SurfaceMoves::moveOnce(int target, bool isCorrection) {
     BankLayout session = layout();
     if (session.tracks <= 0) return;
-    target = std::clamp(target, 0, session.maxOffset());
     shortQuietWait();
     int current = shownOffset();
     if (current < 0 || current == target) return shortQuietWait();
@@ -172,14 +175,17 @@ void SurfaceMoves::moveWindow(int target, bool isCorrection) {
 }
 
 void SurfaceMoves::moveWindowReliably(int target) {
-    target = std::clamp(target, 0, layout().maxOffset());
+    returnTo(std::clamp(target, 0, layout().maxOffset()));
+}
+
+void SurfaceMoves::returnTo(int view) {
     int before = -1;
     for (int attempt = 0; attempt < maxAttempts; ++attempt) {
         const bool hasMoved = before >= 0 && shownOffset() != before;
         before = shownOffset();
-        moveWindow(target, hasMoved);
+        moveOnce(view, hasMoved);
         waitForStillNames(arrivedStill, arrivedLimit);
-        if (shownOffset() == target) return;
+        if (shownOffset() == view) return;
         runtime.sleepFor(beforeNextAttempt);
     }
 }

@@ -68,12 +68,16 @@ public:
 
     // Presses its way to the target, or as near as the session's end allows. Does nothing when the shown names do not
     // tell where the surfaces are.
-    void moveWindow(int target, bool isCorrection = false);
+    void moveWindow(int target);
 
     // The same, and looks afterwards; tries again when the surfaces are elsewhere.
     void moveWindowReliably(int target);
 
+    // The same to a view that Pro Tools has shown, perhaps with blank strips behind the last track.
+    void returnTo(int view);
+
 private:
+    void moveOnce(int target, bool isCorrection);
     Duration sincePress() const { return runtime.now() - lastPress; }
 
     Runtime& runtime;

@@ -41,7 +41,7 @@ void SurfaceWalk::request(Plan asked) {
                 // A value over a name goes after a second or so, and then the view can be returned to.
                 if (walk->start.offset < 0) walk->start.offset = parts.moves.recognizedOffset(valueOverName);
                 walk->plan.steps(walk->start);
-                if (walk->start.offset >= 0) parts.moves.moveWindowReliably(walk->start.offset);
+                if (walk->start.offset >= 0) parts.moves.returnTo(walk->start.offset);
             },
         .end = [this, walk] { end(walk->plan); },
         .dropped = [walk] { walk->plan.dropped(); },

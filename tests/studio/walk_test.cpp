@@ -55,6 +55,18 @@ TEST_P(Walk, SetsFadersAllOverTheSession) {
     EXPECT_EQ(studio.shown().bankOffset, 0);
 }
 
+TEST_P(Walk, ReturnsToALastBankWithBlankStrips) {
+    WalkStudio studio(60, {.surfaces = GetParam(), .endOfSession = EndOfSession::blank});
+    const int last = 60 / (8 * GetParam()) * 8 * GetParam();
+    studio.proTools->scrollTo(last);
+    studio.run(1s);
+    studio.parts().groups.groupSetFaders({{2, 0.5}}, studio.bench.asked());
+    ASSERT_TRUE(studio.untilWalked(30s));
+    studio.run(100ms);
+    EXPECT_EQ(studio.hostOffset(), last);
+    EXPECT_EQ(studio.shown().bankOffset, last);
+}
+
 TEST_P(Walk, SetsAutomationModesAllOverTheSession) {
     WalkStudio studio(64, {.surfaces = GetParam(), .modeShown = 100ms});
     studio.proTools->scrollTo(20);
