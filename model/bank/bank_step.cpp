@@ -6,7 +6,7 @@ namespace lumbrine {
 
 namespace {
 
-int afterBankPress(int port, int current, int width, bool aligns) {
+int offsetAfterBankKey(int port, int current, int width, bool aligns) {
     const int below = current / width * width;
     if (port == bank_port::bankForward) return (aligns ? below : current) + width;
     return aligns && current != below ? below : std::max(current - width, 0);
@@ -14,7 +14,7 @@ int afterBankPress(int port, int current, int width, bool aligns) {
 
 BankStep unclampedStep(int current, int target, BankLayout layout) {
     const int port = current < target ? bank_port::bankForward : bank_port::bankBack;
-    const int next = afterBankPress(port, current, layout.width, layout.rule.of(port).value_or(true));
+    const int next = offsetAfterBankKey(port, current, layout.width, layout.rule.of(port).value_or(true));
     const bool leadsPast = current < target ? next > target : next < target;
     return leadsPast ? nextChannelStep(current, target) : BankStep{port, next};
 }
@@ -37,8 +37,8 @@ BankStep nextChannelStep(int current, int target) {
 }
 
 std::optional<bool> alignsBy(int port, int from, int to, BankLayout layout) {
-    const int aligned = afterBankPress(port, from, layout.width, true);
-    const int unaligned = afterBankPress(port, from, layout.width, false);
+    const int aligned = offsetAfterBankKey(port, from, layout.width, true);
+    const int unaligned = offsetAfterBankKey(port, from, layout.width, false);
     const int filled = std::min(unaligned, std::max(layout.maxOffset(), from)); // where the last bank has no blanks
     if (aligned == unaligned || aligned == filled) return std::nullopt;
     if (to == aligned) return true;
