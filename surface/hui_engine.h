@@ -187,7 +187,7 @@ private:
     void liftFinger(int strip) LUMBRINE_REQUIRES(txLock);
     void takeSysexEdge(std::uint8_t status);
     void handleSysex(ByteView message);
-    void reportDisplay(int display, ByteView text);
+    void reportDisplay(int display, ByteView bytes);
     void handleVoice(std::uint8_t status, std::uint8_t data1, std::uint8_t data2);
     void handleController(std::uint8_t controller, std::uint8_t value);
     void handlePing();

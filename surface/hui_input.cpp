@@ -105,9 +105,9 @@ void HUIEngine::handleSysex(ByteView message) {
         reportDisplay(fields[0], fields.subspan(1, displayTextLength));
 }
 
-void HUIEngine::reportDisplay(int display, ByteView text) {
+void HUIEngine::reportDisplay(int display, ByteView bytes) {
     std::array<char, displayTextLength> characters{};
-    std::ranges::transform(text, characters.begin(), [](std::uint8_t byte) {
+    std::ranges::transform(bytes, characters.begin(), [](std::uint8_t byte) {
         return byte >= 0x20 && byte <= 0x7E ? static_cast<char>(byte) : ' ';
     });
     const std::string_view shown(characters.data(), characters.size());

@@ -57,7 +57,7 @@ struct Mac {
 // Everything in the program. It lives until the process ends: `terminate:` exits without returning to `main`.
 class Application {
 public:
-    explicit Application(ProcessEnd& process) : process(process) {
+    explicit Application(ProcessEnd& processEnd) : process(processEnd) {
         mac.advertiser.onRefused = [this](int code) {
             app.tell(mac.text("✗ Bonjour failed: ", "✗ Bonjour 失敗: ") + announcementFailureText(code, mac.text));
         };

@@ -35,7 +35,7 @@ void FaderCapture::captureSoon() {
         looking = false;
         const bool sure = isSure();
         if (sure) capture(jobs.runtime.now() - stillness);
-        if (std::ranges::none_of(fresh, &std::optional<TimePoint>::has_value)) return;
+        if (std::ranges::none_of(fresh, [](const auto& shown) { return shown.has_value(); })) return;
         // With an unknown position, or a job under way, what changes that asks again.
         if (sure || (state.quiet() && state.published.bankOffset >= 0)) captureSoon();
     });
