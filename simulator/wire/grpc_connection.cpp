@@ -125,8 +125,10 @@ GrpcConnection::GrpcConnection() {
 }
 
 void GrpcConnection::receive(ByteView bytes) {
-    if (unreadable) return;
-    unreadable = nghttp2_session_mem_recv(session.get(), bytes.data(), bytes.size()) < 0;
+    // One by one, because after a client's GOAWAY the library still reads the piece in which that came, but no other:
+    // what a client is answered would depend on how its bytes were cut.
+    for (const std::uint8_t& byte : bytes)
+        unreadable = unreadable || nghttp2_session_mem_recv(session.get(), &byte, 1) < 0;
 }
 
 void GrpcConnection::completed(std::int32_t id) {
