@@ -55,15 +55,18 @@ public:
     }
 
     // The table is bounded, and a full table forgets the peer that has been silent longest. Peers that have owned
-    // control may be kept longer.
+    // control may be kept longer, or forgotten earlier: when their device sends from another address.
     void checkTable() {
         std::size_t kept = 0;
         TimePoint forgottenLast{}, keptFirst = TimePoint::max();
         for (const auto& [number, time] : heardAt) {
             const bool known = isKnown(keys[number]);
             kept += known;
-            if (!known) forgottenLast = std::max(forgottenLast, time);
-            if (known && !owners.contains(keys[number])) keptFirst = std::min(keptFirst, time);
+            if (owners.contains(keys[number])) continue;
+            if (known)
+                keptFirst = std::min(keptFirst, time);
+            else
+                forgottenLast = std::max(forgottenLast, time);
         }
         require(kept <= PeerTable::maxPeers);
         require(kept == heardAt.size() || forgottenLast <= keptFirst);
