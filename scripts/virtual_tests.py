@@ -14,8 +14,8 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 # A path belongs to the first of these that it begins with.
 FOLDERS = ("base", "client_link", "surface", "ptsl", "screen", "model", "app/receiver_")
 UNIT_TESTS = ("base", "client_link", "surface", "ptsl", "screen", "model", "app")
-SPANNING_TESTS = ("fuzz", "tests/client_protocol", "tests/studio", "tests/track_metadata", "tests/ptsl_client",
-                  "tests/simulated_scripting", "tests/simulated_screen", "tests/simulation")
+SPANNING_TESTS = ("fuzz", "tests/bank_map", "tests/client_protocol", "tests/studio", "tests/track_metadata",
+                  "tests/ptsl_client", "tests/simulated_scripting", "tests/simulated_screen", "tests/simulation")
 
 SIMULATED_SESSIONS = "25"
 MEMORY = 8 << 30  # bytes; an endless loop harms nobody else
