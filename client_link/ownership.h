@@ -14,6 +14,7 @@ namespace lumbrine {
 // other device takes control.
 struct Ownership {
     std::uint64_t number = 0;
+    bool isNewcomers = false; // the device has not been in control before, as far as is remembered
 
     friend auto operator<=>(const Ownership&, const Ownership&) = default;
 };

@@ -11,6 +11,7 @@ protected:
     const std::string samePhone = "::ffff:192.168.1.20:50001"; // the same device after a restart
     const std::string tablet = "::ffff:192.168.1.30:50000";
 
+    static std::string deviceAt(int number) { return "::ffff:192.168.1.40:" + std::to_string(50000 + number); }
     static Bytes helloWith(std::uint8_t token) { return {0x01, 0x00, 0, 0, 0, 0, 0, 0, 0, token}; }
 
     // The ownership in which the peer's datagram was delivered; absent when it was refused.
@@ -117,6 +118,24 @@ TEST_F(OwnershipTest, GoesByTheNewestTokenOfTheOwner) {
     const auto second = deliveredIn(samePhone, helloWith(5));
     EXPECT_GT(second, first);
     EXPECT_EQ(deliveredIn(tablet, helloWith(5)), second);
+}
+
+TEST_F(OwnershipTest, IsANewcomersUntilTheDeviceHasLostControlOnce) {
+    EXPECT_TRUE(deliveredIn(phone, helloWith(1))->isNewcomers);
+    EXPECT_TRUE(deliveredIn(samePhone, helloWith(1))->isNewcomers); // the same ownership
+    EXPECT_TRUE(deliveredIn(tablet, takeOver)->isNewcomers);
+    EXPECT_FALSE(deliveredIn(samePhone, takeOver)->isNewcomers);
+    EXPECT_FALSE(deliveredIn(tablet, takeOver)->isNewcomers);
+    pass(3600.0);
+    EXPECT_FALSE(deliveredIn(phone, helloWith(1))->isNewcomers); // known by its token
+    EXPECT_TRUE(deliveredIn(deviceAt(1), takeOver)->isNewcomers);
+}
+
+TEST_F(OwnershipTest, IsNoNewcomersOfTheLatestDevices) {
+    for (int device = 0; device <= static_cast<int>(PeerTable::maxFormer) + 1; ++device)
+        from(deviceAt(device), takeOver);
+    EXPECT_FALSE(deliveredIn(deviceAt(1), takeOver)->isNewcomers);
+    EXPECT_TRUE(deliveredIn(deviceAt(0), takeOver)->isNewcomers); // forgotten
 }
 
 TEST_F(OwnershipTest, ComesWithTheTimeOfArrival) {

@@ -27,7 +27,8 @@ std::optional<std::uint64_t> announcedToken(ByteView bytes) {
 } // namespace
 
 std::optional<Ownership> PeerTable::admit(ByteView bytes, const PeerName& sender, TimePoint now) {
-    const std::optional<std::uint64_t> token = note(bytes, sender, now).token;
+    const Peer& peer = note(bytes, sender, now);
+    const std::optional<std::uint64_t> token = peer.token;
     displacedIP.clear();
     if (!owner || owner->key != sender.key) {
         // The same token at another address is the same device after an app restart or a change of network.
@@ -36,12 +37,24 @@ std::optional<Ownership> PeerTable::admit(ByteView bytes, const PeerName& sender
         if (isTaken && !hasHeader(bytes, takeOver)) return std::nullopt;
         if (isTaken) displacedIP = find(owner->key)->ip;
         if (sameDevice) peers.erase(owner->key);
-        if (!owner) owner.emplace();
-        if (!sameDevice) ++owner->ownership.number;
-        owner->key = sender.key;
+        const Ownership ownership = sameDevice ? owner->ownership : nextOwnership(peer, sender.key);
+        if (owner) rememberOwner();
+        owner = {.key = sender.key, .token = token, .ownership = ownership};
     }
     owner->token = token;
     return owner->ownership;
+}
+
+Ownership PeerTable::nextOwnership(const Peer& device, const std::string& key) const {
+    const bool isFormer = std::ranges::any_of(
+        former, [&](const Owner& each) { return each.key == key || (each.token && each.token == device.token); });
+    return {.number = owner ? owner->ownership.number + 1 : 1, .isNewcomers = !isFormer};
+}
+
+void PeerTable::rememberOwner() {
+    std::erase_if(former, [this](const Owner& each) { return each.key == owner->key; });
+    former.push_back(*owner);
+    if (former.size() > maxFormer) former.erase(former.begin());
 }
 
 PeerTable::Peer& PeerTable::note(ByteView bytes, const PeerName& sender, TimePoint now) {

@@ -55,6 +55,9 @@ public:
     // the sender, nothing when the datagram is refused. Allocates nothing when the sender is known and the owner.
     std::optional<Ownership> admit(ByteView bytes, const PeerName& sender, TimePoint now);
 
+    // So many owners are remembered that another device or another address has replaced, the latest ones.
+    static constexpr std::size_t maxFormer = 32;
+
     // The numeric host of the live owner that the last `admit` replaced by another device; empty when it did not.
     const std::string& displaced() const { return displacedIP; }
 
@@ -73,12 +76,15 @@ private:
     using Peers = std::map<std::string, Peer, std::less<>>;
 
     Peer& note(ByteView bytes, const PeerName& sender, TimePoint now);
+    Ownership nextOwnership(const Peer& device, const std::string& key) const;
+    void rememberOwner();
     void makeRoom(TimePoint now);
 
     static bool isLive(const Peer& peer, TimePoint now) { return now - peer.lastSeen < livePeriod; }
 
     Peers peers;
     std::optional<Owner> owner; // the last one, live or not
+    std::vector<Owner> former;  // in the order in which they lost control or left an address
     std::string displacedIP;
 };
 

@@ -101,15 +101,16 @@ public:
     void tellLabel(int strip, std::string_view text, bool isName, std::uint64_t owner);
 
     // The number of the name, while the client in control knows it.
-    std::optional<std::uint64_t> toldLabel(int strip);
+    std::optional<std::uint64_t> knownLabel(int strip);
 
     // The hands are those of another client. Releases the faders that hands have touched.
-    void newOwner(std::uint64_t owner);
+    void newOwner(HandsOwner owner);
 
     // ---- The client's hands, which act on what the client was shown. As touch, release, sendFader, pressSwitch and
-    // sendVpotDelta, unless the surface is closed to hands, or the client was not told what the strip shows: then
-    // nothing is sent, and they return false. A finger that was on a fader when the surface was closed, or when the
-    // strip got another name, or was put there since, moves nothing until it touches again. Any thread.
+    // sendVpotDelta, unless the surface is closed to hands, or the client does not know what the strip shows
+    // (StripLabel): then nothing is sent, and they return false. A finger that was on a fader when the surface was
+    // closed, or when the strip got another name, or was put there since, moves nothing until it touches again. Any
+    // thread.
 
     bool touchByHand(int strip);
 
@@ -209,7 +210,7 @@ private:
     std::bitset<stripsPerSurface> fingers LUMBRINE_GUARDED_BY(txLock);      // put down and not lifted
     std::bitset<stripsPerSurface> strayFingers LUMBRINE_GUARDED_BY(txLock); // on faders that show other tracks since
     std::array<StripLabel, stripsPerSurface> labels;                        // but for telling: under txLock
-    std::uint64_t handsOwner LUMBRINE_GUARDED_BY(txLock) = 0;
+    HandsOwner handsOwner LUMBRINE_GUARDED_BY(txLock);
 
     Mutex panLock;
     bool panRightSide LUMBRINE_GUARDED_BY(panLock) = false;

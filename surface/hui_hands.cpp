@@ -20,14 +20,14 @@ void HUIEngine::tellLabel(int strip, std::string_view told, bool isName, std::ui
     if (onThisSurface(strip)) labels[static_cast<std::size_t>(strip)].tell(told, isName, owner);
 }
 
-std::optional<std::uint64_t> HUIEngine::toldLabel(int strip) {
+std::optional<std::uint64_t> HUIEngine::knownLabel(int strip) {
     if (!onThisSurface(strip)) return std::nullopt;
     const Lock lock(txLock);
     const StripLabel& label = labels[static_cast<std::size_t>(strip)];
-    return label.isTold(handsOwner) ? std::optional(label.number()) : std::nullopt;
+    return label.isKnownTo(handsOwner) ? std::optional(label.number()) : std::nullopt;
 }
 
-void HUIEngine::newOwner(std::uint64_t owner) {
+void HUIEngine::newOwner(HandsOwner owner) {
     const Lock lock(txLock);
     liftFingers();
     fingers.reset();
@@ -36,7 +36,7 @@ void HUIEngine::newOwner(std::uint64_t owner) {
 }
 
 bool HUIEngine::isOpen(int strip) const {
-    return !closed && labels[static_cast<std::size_t>(strip)].isTold(handsOwner);
+    return !closed && labels[static_cast<std::size_t>(strip)].isKnownTo(handsOwner);
 }
 
 // ---- Acts

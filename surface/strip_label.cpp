@@ -23,10 +23,11 @@ bool StripLabel::show(std::string_view text, bool isName) {
     return true;
 }
 
-bool StripLabel::isTold(std::uint64_t owner) const {
+bool StripLabel::isKnownTo(HandsOwner owner) const {
     if (shown == blank) return true;
     const Told last = told;
-    return last.owner == static_cast<std::uint32_t>(owner) && (last.text == shown || last.text == name);
+    if (last.owner != static_cast<std::uint32_t>(owner.number)) return owner.isNewcomer;
+    return last.text == shown || last.text == name;
 }
 
 } // namespace lumbrine

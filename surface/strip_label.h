@@ -9,6 +9,12 @@
 
 namespace lumbrine {
 
+// The client in control.
+struct HandsOwner {
+    std::uint64_t number = 0; // of its ownership
+    bool isNewcomer = false;  // it was never told anything before that ownership
+};
+
 class StripLabel {
 public:
     // The client of that ownership was told this. `isName`: false for what stands over a name for a moment, as a value
@@ -20,9 +26,10 @@ public:
     // The display says this now. True when it is another name than before, so that another track may be there.
     bool show(std::string_view text, bool isName);
 
-    // That client was told what the display says. So it was, too, where nothing can be told: before the first text, and
-    // of a blank display.
-    bool isTold(std::uint64_t owner) const;
+    // That client knows what the display says, so it means what is there: it was told so, or there is nothing to tell,
+    // as before the first text and on a blank display. A newcomer that was told nothing of the strip yet cannot mean
+    // another track either: clients may act before they are told anything.
+    bool isKnownTo(HandsOwner owner) const;
 
     // Another one for each name that follows another.
     std::uint64_t number() const { return names; }

@@ -6,33 +6,48 @@ namespace lumbrine {
 namespace {
 
 constexpr std::uint64_t owner = 1;
+constexpr HandsOwner theOwner{.number = owner};
+constexpr HandsOwner newcomer{.number = owner, .isNewcomer = true};
 
-TEST(StripLabel, IsToldWhileNothingCanBe) {
+TEST(StripLabel, IsKnownWhileNothingCanBeTold) {
     StripLabel label;
-    EXPECT_TRUE(label.isTold(owner));
+    EXPECT_TRUE(label.isKnownTo(theOwner));
     label.show("", true);
-    EXPECT_TRUE(label.isTold(owner));
+    EXPECT_TRUE(label.isKnownTo(theOwner));
 }
 
-TEST(StripLabel, IsToldWhenTheClientWasToldWhatTheDisplaySays) {
+TEST(StripLabel, IsKnownWhenTheClientWasToldWhatTheDisplaySays) {
     StripLabel label;
     label.show("Bass", true);
-    EXPECT_FALSE(label.isTold(owner));
+    EXPECT_FALSE(label.isKnownTo(theOwner));
     label.tell("Bass", true, owner);
-    EXPECT_TRUE(label.isTold(owner));
+    EXPECT_TRUE(label.isKnownTo(theOwner));
     label.show("Vox", true);
-    EXPECT_FALSE(label.isTold(owner));
+    EXPECT_FALSE(label.isKnownTo(theOwner));
     label.tell("Bass", true, owner);
-    EXPECT_FALSE(label.isTold(owner));
+    EXPECT_FALSE(label.isKnownTo(theOwner));
     label.tell("Vox", true, owner);
-    EXPECT_TRUE(label.isTold(owner));
+    EXPECT_TRUE(label.isKnownTo(theOwner));
 }
 
-TEST(StripLabel, IsNotToldToAnotherClient) {
+TEST(StripLabel, IsNotKnownToAnotherClient) {
     StripLabel label;
     label.show("Bass", true);
     label.tell("Bass", true, owner);
-    EXPECT_FALSE(label.isTold(owner + 1));
+    EXPECT_FALSE(label.isKnownTo({.number = owner + 1}));
+}
+
+TEST(StripLabel, IsWhateverItIsToANewcomerUntilThatIsToldAnything) {
+    StripLabel label;
+    label.show("Bass", true);
+    label.tell("Bass", true, owner - 1); // to the client before
+    EXPECT_TRUE(label.isKnownTo(newcomer));
+    label.show("Vox", true);
+    EXPECT_TRUE(label.isKnownTo(newcomer));
+    label.tell("Bass", true, owner);
+    EXPECT_FALSE(label.isKnownTo(newcomer));
+    label.tell("Vox", true, owner);
+    EXPECT_TRUE(label.isKnownTo(newcomer));
 }
 
 TEST(StripLabel, StaysTheSameUnderAValue) {
@@ -41,21 +56,21 @@ TEST(StripLabel, StaysTheSameUnderAValue) {
     label.tell("Bass", true, owner);
     const std::uint64_t number = label.number();
     EXPECT_FALSE(label.show("-3.5", false));
-    EXPECT_TRUE(label.isTold(owner));
+    EXPECT_TRUE(label.isKnownTo(theOwner));
     label.tell("-3.5", false, owner);
     label.show("-3.4", false);
-    EXPECT_TRUE(label.isTold(owner));
+    EXPECT_TRUE(label.isKnownTo(theOwner));
     EXPECT_FALSE(label.show("Bass", true));
-    EXPECT_TRUE(label.isTold(owner));
+    EXPECT_TRUE(label.isKnownTo(theOwner));
     EXPECT_EQ(label.number(), number);
 }
 
 TEST(StripLabel, OfATrackThatIsCalledLikeAValueCanBeToldToo) {
     StripLabel label;
     label.show("-3.5", false);
-    EXPECT_FALSE(label.isTold(owner));
+    EXPECT_FALSE(label.isKnownTo(theOwner));
     label.tell("-3.5", false, owner);
-    EXPECT_TRUE(label.isTold(owner));
+    EXPECT_TRUE(label.isKnownTo(theOwner));
 }
 
 TEST(StripLabel, HasANumberForEachName) {

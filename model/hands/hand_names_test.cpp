@@ -45,11 +45,14 @@ TEST_F(HandNamesTest, AFingerStaysUnderAValueThatStandsOverTheName) {
     EXPECT_THAT(heardOnA(), testing::SizeIs(2));
 }
 
-TEST_F(HandNamesTest, ActsOnStripsWhoseNamesTheNewOwnerWasNotToldComeToNothing) {
+TEST_F(HandNamesTest, ActsOfAFormerOwnerComeToNothingUntilItIsToldTheNames) {
+    const Bytes takeOver{0x01, 0x25};
+    const auto other = bench.phone("192.168.1.8");
+    other->send(takeOver);
+    phone->send(takeOver);
     BankingHost host(bench, numbers(20));
     settle();
-    const auto other = bench.phone("192.168.1.8");
-    other->send({0x01, 0x25});
+    other->send(takeOver);
     markAll();
     other->send({0x01, 0x02, 0x03});
     other->send({0x01, 0x01, 0x03, 0x20, 0x00});

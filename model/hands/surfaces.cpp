@@ -83,13 +83,14 @@ void Surfaces::tellLabel(Strip strip, std::string_view text, bool isName, Owners
     engineOf(strip).tellLabel(strip.engineStrip(), text, isName, owner.number);
 }
 
-std::optional<std::uint64_t> Surfaces::toldLabel(Strip strip) {
-    return engineOf(strip).toldLabel(strip.engineStrip());
+std::optional<std::uint64_t> Surfaces::knownLabel(Strip strip) {
+    return engineOf(strip).knownLabel(strip.engineStrip());
 }
 
 void Surfaces::newOwner(Ownership owner) {
-    hui->newOwner(owner.number);
-    huiB->newOwner(owner.number);
+    const HandsOwner hands{.number = owner.number, .isNewcomer = owner.isNewcomers};
+    hui->newOwner(hands);
+    huiB->newOwner(hands);
 }
 
 void Surfaces::closeToHands() {

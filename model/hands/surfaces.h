@@ -48,7 +48,7 @@ public:
     // What the client was shown of a strip (surface/hui_engine.h).
     bool showLabel(Strip strip, std::string_view text, bool isName);
     void tellLabel(Strip strip, std::string_view text, bool isName, Ownership owner);
-    std::optional<std::uint64_t> toldLabel(Strip strip);
+    std::optional<std::uint64_t> knownLabel(Strip strip);
     void newOwner(Ownership owner);
 
     // The client's hands on both surfaces (surface/hui_engine.h).

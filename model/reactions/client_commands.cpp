@@ -138,14 +138,14 @@ private:
         });
     }
 
-    // On the main thread, if the strip has the name by then that the client was told when the datagram came.
+    // On the main thread, if the strip has the name by then that the client meant when the datagram came.
     template <typename Act>
     void onTrack(CommandName name, std::uint8_t number, Act act) const {
         const auto strip = Strip::of(number);
         if (!strip) return;
-        const auto told = parts.surfaces.toldLabel(*strip);
-        jobs.runOnMain([&surfaces = parts.surfaces, &drops = parts.drops, name, strip = *strip, told, act] {
-            if (!told || told != surfaces.toldLabel(strip)) return drops.tell(name, DropReason::trackGone);
+        const auto meant = parts.surfaces.knownLabel(*strip);
+        jobs.runOnMain([&surfaces = parts.surfaces, &drops = parts.drops, name, strip = *strip, meant, act] {
+            if (!meant || meant != surfaces.knownLabel(strip)) return drops.tell(name, DropReason::trackGone);
             act(strip);
         });
     }

@@ -15,15 +15,19 @@ using std::chrono::milliseconds;
 const Bytes ping{0x90, 0x00, 0x00};
 const Bytes signOfLife{0x01, 0x07, 0x00, 0x00};
 
-class HeadlessHUI : public testing::Test {
+// No client has been heard yet.
+class HeadlessHUIAlone : public testing::Test {
 protected:
-    HeadlessHUI() { client.send(signOfLife); }
-
     interop::PrivateJack jack;
     ReceiverProcess receiver;
     HostPorts a{"Lumbrine"};
     HostPorts b{"Lumbrine B"};
     ClientSocket client{receiver.port};
+};
+
+class HeadlessHUI : public HeadlessHUIAlone {
+protected:
+    HeadlessHUI() { client.send(signOfLife); }
 };
 
 bool isOfType(const Bytes& datagram, std::uint8_t type) {
@@ -150,6 +154,17 @@ TEST_F(HeadlessHUI, AnswersAHelloAtOnceAndThenSendsItsWholeState) {
     for (const std::uint8_t type : types)
         EXPECT_TRUE(client.receive([&](const Bytes& datagram) { return isOfType(datagram, type); }))
             << std::hex << int{type};
+}
+
+TEST_F(HeadlessHUIAlone, PlaysTheFirstDatagramsOfAClientThatSaysNoHello) {
+    a.send(Bytes{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x10, 0x00, 0x4B, 0x69, 0x63, 0x6B, 0xF7}); // Kick
+    a.send(ping);
+    ASSERT_TRUE(a.hears({{0x90, 0x00, 0x7F}}));
+    client.send(Bytes{0x01, 0x04, 0x00}); // mute strip 0
+    client.send(Bytes{0x01, 0x01, 0x00, 0x3F, 0xFF});
+    EXPECT_TRUE(a.hears({{0xB0, 0x0F, 0x00}, {0xB0, 0x2F, 0x42}, {0xB0, 0x00, 0x7F}, {0xB0, 0x20, 0x7F}}));
+    EXPECT_TRUE(receiver.logs("→ switch zone0 port2 pressed"));
+    EXPECT_THAT(receiver.log(), testing::Not(testing::Contains(testing::HasSubstr("Dropped"))));
 }
 
 } // namespace

@@ -135,15 +135,17 @@ private:
         if (request->kind == ActKind::touch) fingers[strip] = datagram.at;
         if (request->kind == ActKind::move && fingers.contains(strip)) {
             request->tracks = shown.underFinger(datagram.sender, strip, fingers[strip], datagram.at);
+            add(request->tracks, shown.unseen(datagram.sender, strip, fingers[strip]));
         } else {
             request->tracks = shown.onStrip(datagram.sender, strip, datagram.at);
+            add(request->tracks, shown.unseen(datagram.sender, strip, datagram.at));
         }
-        if (request->kind != ActKind::move && request->kind != ActKind::touch) {
-            const Tracks there = shown.byPosition(datagram.sender, strip, datagram.at);
-            request->tracks.insert(request->tracks.end(), there.begin(), there.end());
-        }
+        if (request->kind != ActKind::move && request->kind != ActKind::touch)
+            add(request->tracks, shown.byPosition(datagram.sender, strip, datagram.at));
         asked.push_back(*std::move(request));
     }
+
+    static void add(Tracks& tracks, const Tracks& more) { tracks.insert(tracks.end(), more.begin(), more.end()); }
 
     void liftFinger(const ReceivedDatagram& datagram) {
         if (const auto action = actionAskedBy(datagram); action && action->kind == WireAction::Kind::edge)

@@ -175,10 +175,36 @@ TEST_F(Acts, OfAWalkAreOnTheTracksOfItsRows) {
 TEST_F(Acts, OfNewcomersAreToldApart) {
     acceptance.changes.push_back({at(1), "phone", "other"});
     ask(1, mute3, "other");
-    done(1, ActKind::press, mutePort, 4);
+    job(0.9, 2);
+    bank(1.01, 0.99);
+    show(1.01, 12, "Vox");
+    done(1, ActKind::press, mutePort, 12);
     const ActViolations found = check();
     EXPECT_THAT(found.wrongTracks, IsEmpty());
     EXPECT_THAT(found.ofNewcomers, SizeIs(1));
+}
+
+TEST_F(Acts, OfAClientThatWasToldNothingAreForWhatIsThere) {
+    acceptance.changes.push_back({at(1), "phone", "other"});
+    show(1.5, 12, "Vox");
+    ask(2, touch3, "other");
+    ask(2, mute3, "other");
+    tell(2.5, {0x01, 0x10, 0x03, 'V', 'o', 'x', ' '});
+    ask(3, move3, "other");
+    done(2, ActKind::touch, 0, 12);
+    done(2, ActKind::press, mutePort, 12);
+    done(3, ActKind::move, 8192, 12);
+    EXPECT_THAT(check().ofNewcomers, IsEmpty());
+    EXPECT_THAT(check().wrongTracks, IsEmpty());
+}
+
+TEST_F(Acts, OfAFormerOwnerAreForWhatItWasTold) {
+    show(1.5, 12, "Vox");
+    acceptance.changes.push_back({at(1), "phone", "other"});
+    acceptance.changes.push_back({at(2), "other", "phone"});
+    ask(2, mute3);
+    done(2, ActKind::press, mutePort, 12);
+    EXPECT_THAT(check().ofNewcomers, SizeIs(1));
 }
 
 } // namespace

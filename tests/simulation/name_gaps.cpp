@@ -40,6 +40,8 @@ NameGaps::NameGaps(const SentDatagrams& sent, const HostRecord& host, const Acce
         Texts& texts = names[static_cast<std::size_t>(shown.strip)];
         add(texts, shown.at, trimmed(shown.text));
     }
+    for (const OwnerChange& each : acceptance.changes)
+        if (each.isNewcomers) newcomers.insert(each.number);
     auto change = acceptance.changes.begin();
     int owner = 0;
     for (const SentDatagram& datagram : sent.list) {
@@ -64,9 +66,10 @@ bool NameGaps::mayBeUntold(int owner, int strip, TimePoint came) const {
     const auto [displays, noneShown] = within(names[static_cast<std::size_t>(strip)], from, until);
     const auto entry = toldTo.find({owner, strip});
     const auto [texts, noneTold] = within(entry == toldTo.end() ? Texts{} : entry->second, from, until);
-    return std::ranges::any_of(displays, [&heard = texts, noneHeard = noneTold](const std::string& display) {
+    const bool blocked = noneTold && !newcomers.contains(owner);
+    return std::ranges::any_of(displays, [&heard = texts, blocked](const std::string& display) {
         return !display.empty() &&
-               (noneHeard || std::ranges::any_of(heard, [&](const std::string& name) { return name != display; }));
+               (blocked || std::ranges::any_of(heard, [&](const std::string& name) { return name != display; }));
     });
 }
 

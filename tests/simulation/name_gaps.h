@@ -9,6 +9,7 @@
 
 #include <array>
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,7 +21,8 @@ public:
     NameGaps() = default; // there are none
     NameGaps(const SentDatagrams& sent, const HostRecord& host, const Acceptance& acceptance, const Pauses& ofThreads);
 
-    // That ownership's client may not have been told what the strip showed when its datagram came.
+    // That ownership's client may not have been told what the strip showed when its datagram came. One that has never
+    // been in control before may act on what it was told nothing of.
     bool mayBeUntold(int owner, int strip, TimePoint came) const;
 
     // Another name may have come since, before what came at the second time was carried out. Where a host repeats its
@@ -39,6 +41,7 @@ private:
     std::array<Texts, 16> names;                 // of displays
     std::array<Texts, 16> told;                  // to any client, when it changed
     std::map<std::pair<int, int>, Texts> toldTo; // by owner and strip
+    std::set<int> newcomers;                     // ownerships of devices that had none before
     Pauses pauses;
 };
 

@@ -30,7 +30,10 @@ bool OwnerOracle::accept(const ReceivedDatagram& datagram) {
     sender.lastSeen = datagram.at;
     if (token != 0) sender.token = token;
 
-    if (ownerKey == datagram.sender) return true;
+    if (ownerKey == datagram.sender) {
+        tokensInControl.insert(sender.token);
+        return true;
+    }
     const bool sameDevice = ownerKey && sender.token != 0 && sender.token == peers[*ownerKey].token;
     const bool takesOver = versioned && bytes[1] == 0x25;
     if (ownerIsLive && !sameDevice && !takesOver) return false;
@@ -38,8 +41,12 @@ bool OwnerOracle::accept(const ReceivedDatagram& datagram) {
         peers.erase(*ownerKey);
     } else {
         ++ownerNumber;
+        newcomer =
+            !keysInControl.contains(datagram.sender) && (sender.token == 0 || !tokensInControl.contains(sender.token));
     }
     ownerKey = datagram.sender;
+    keysInControl.insert(datagram.sender);
+    tokensInControl.insert(sender.token);
     return true;
 }
 
@@ -52,7 +59,7 @@ Acceptance acceptedOf(const std::vector<ReceivedDatagram>& received) {
         // An owner that returns after it had timed out counts as a new one, even if there was no other in between.
         const bool back = !result.accepted.empty() && datagram.at - result.accepted.back().at >= seconds(6);
         if (before != oracle.owner() || back)
-            result.changes.push_back({datagram.at, before, *oracle.owner(), oracle.number()});
+            result.changes.push_back({datagram.at, before, *oracle.owner(), oracle.number(), oracle.isNewcomer()});
         result.accepted.push_back(datagram);
         result.numbers.push_back(oracle.number());
     }

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,9 @@ public:
 
     const std::optional<std::string>& owner() const { return ownerKey; }
 
+    // The device in control has not been so before.
+    bool isNewcomer() const { return newcomer; }
+
     // Of the ownership: every change of the device in control makes it one more, and another address of the same device
     // does not.
     int number() const { return ownerNumber; }
@@ -35,6 +39,9 @@ private:
     std::map<std::string, Peer> peers;
     std::optional<std::string> ownerKey;
     int ownerNumber = 0;
+    bool newcomer = false;
+    std::set<std::string> keysInControl; // so far, like the next
+    std::set<std::uint64_t> tokensInControl;
 };
 
 // A change of control at a moment.
@@ -43,6 +50,7 @@ struct OwnerChange {
     std::optional<std::string> from; // none when there was nobody, or nobody any more
     std::string to;
     int number = 0; // of the ownership from now on
+    bool isNewcomers = false;
 };
 
 struct Acceptance {

@@ -160,6 +160,15 @@ Tracks ShownTracks::onStrip(const std::string& client, int strip, TimePoint at) 
     return tracks;
 }
 
+Tracks ShownTracks::unseen(const std::string& client, int strip, TimePoint at) const {
+    Tracks tracks;
+    const auto i = static_cast<std::size_t>(strip);
+    const Client* const found = find(client);
+    if (found != nullptr && !found->strips[i].empty() && found->strips[i].front().from < at) return tracks;
+    forEachAt(displays[i], at, &ShownTrack::at, [&](const ShownTrack& shown) { unite(tracks, {shown.track}); });
+    return tracks;
+}
+
 bool ShownTracks::changedAt(const std::string& client, int strip, TimePoint at) const {
     const Client* const found = find(client);
     return found != nullptr &&

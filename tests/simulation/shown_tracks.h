@@ -30,6 +30,9 @@ public:
     // By the strip's name. What was told at that very moment may have come before or after it.
     Tracks onStrip(const std::string& client, int strip, TimePoint at) const;
 
+    // Of a strip that the client was never told of, what is there: what the host's display showed last.
+    Tracks unseen(const std::string& client, int strip, TimePoint at) const;
+
     // What the strip's name stands for changed at that very moment.
     bool changedAt(const std::string& client, int strip, TimePoint at) const;
 
