@@ -1,6 +1,7 @@
 #include "remote/remote_program.h"
 
 #include "remote/message_line.h"
+#include "remote/words.h"
 
 #include <utility>
 
@@ -39,6 +40,8 @@ void RemoteProgram::start() {
             surroundings.end(failure.empty() ? 0 : 1);
         };
         runner->start();
+    } else if (arguments.plain()) {
+        endWithoutAnswer();
     } else if (surroundings.terminal != nullptr) {
         view.emplace(surroundings.runtime, client, *surroundings.terminal, [this] { surroundings.end(0); });
     }
@@ -69,6 +72,15 @@ void RemoteProgram::connectTo(const HostAndPort& receiver, const std::string& sh
 void RemoteProgram::hear(const std::string& line) {
     if (arguments.watch) surroundings.print(line);
     if (runner) runner->hear(line);
+}
+
+// For a watch. A script's runner notices by itself, and the view shows that it is searching.
+void RemoteProgram::endWithoutAnswer() {
+    const Duration timeout = arguments.script.timeout;
+    surroundings.runtime.postMainAfter(timeout, [this, timeout, program = std::weak_ptr(alive)] {
+        if (!program.expired() && client.state() == LinkState::searching)
+            fail("nothing answered within " + inWords(timeout));
+    });
 }
 
 void RemoteProgram::fail(const std::string& why) {

@@ -39,13 +39,15 @@ public:
     RemoteProgram(const RemoteProgram&) = delete;
     RemoteProgram& operator=(const RemoteProgram&) = delete;
 
-    // Call once. Calls `end` with status 1 when there is no receiver to connect to, or when the script fails.
+    // Call once. Calls `end` with status 1 when there is no receiver to connect to, when none answers although the output
+    // is lines, or when the script fails.
     void start();
 
 private:
     void search();
     void connectTo(const HostAndPort& receiver, const std::string& shownAs);
     void hear(const std::string& line);
+    void endWithoutAnswer();
     void fail(const std::string& why);
 
     const RemoteSurroundings surroundings;

@@ -115,6 +115,29 @@ TEST_F(RemoteProgramTest, PrintsALineForEachMessageWhenWatching) {
     EXPECT_TRUE(endings.empty());
 }
 
+TEST_F(RemoteProgramTest, EndsAWatchThatNothingAnswers) {
+    run({"192.168.1.2:52700", "--watch", "--timeout", "0.5"});
+    runtime.runFor(499ms);
+    EXPECT_TRUE(endings.empty());
+    runtime.runFor(1ms);
+    EXPECT_EQ(endings, std::vector<int>{1});
+    EXPECT_EQ(complaints, Lines{"nothing answered within 0.5 s"});
+    EXPECT_TRUE(printed.empty());
+}
+
+TEST_F(RemoteProgramTest, EndsAWatchThatFindsNoReceiver) {
+    run({"--watch"});
+    runtime.runFor(2s);
+    EXPECT_EQ(endings, std::vector<int>{1});
+    EXPECT_EQ(complaints, Lines{"nothing answered within 2 s"});
+}
+
+TEST_F(RemoteProgramTest, WatchesAReceiverThatRefusesIt) {
+    run({"192.168.1.2:52700", "--watch"});
+    say(busyAnswer, 10s);
+    EXPECT_TRUE(endings.empty());
+}
+
 TEST_F(RemoteProgramTest, TakesTheFirstReceiverThatItFinds) {
     browser.services = {{"Studio", "192.168.1.2", 52700}, {"Other", "192.168.1.9", 52700}};
     ScriptedReceiver other(runtime, network.host("192.168.1.9"), 52700);

@@ -2,18 +2,10 @@
 
 #include "remote/words.h"
 
-#include <array>
-#include <cstdio>
 #include <utility>
 
 namespace lumbrine::remote {
 namespace {
-
-std::string inWords(Duration duration) {
-    std::array<char, 32> text{};
-    std::snprintf(text.data(), text.size(), "%g s", inSeconds(duration));
-    return text.data();
-}
 
 bool beginAlike(const std::string& a, const std::string& b) {
     return wordsOf(a).front() == wordsOf(b).front();

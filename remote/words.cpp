@@ -1,6 +1,8 @@
 #include "remote/words.h"
 
+#include <array>
 #include <charconv>
+#include <cstdio>
 
 namespace lumbrine::remote {
 
@@ -22,6 +24,12 @@ std::optional<int> wholeNumber(std::string_view word, int smallest, int largest)
     if (error != std::errc{} || end != word.data() + word.size()) return std::nullopt;
     if (value < smallest || value > largest) return std::nullopt;
     return value;
+}
+
+std::string inWords(Duration duration) {
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%g s", inSeconds(duration));
+    return text.data();
 }
 
 } // namespace lumbrine::remote
