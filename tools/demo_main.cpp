@@ -99,13 +99,6 @@ std::unique_ptr<OfferedScripting> offerScripting(Runtime& runtime, SimulatedProT
     return std::make_unique<OfferedScripting>(runtime, proTools.scripting(), port);
 }
 
-std::string scriptingLine(const SimulatedProTools& proTools, const DemoArguments& arguments) {
-    if (const auto port = proTools.snapshot().scriptingPort)
-        return "Scripting service on 127.0.0.1:" + std::to_string(*port);
-    if (!arguments.scripting) return "No scripting service";
-    return "Port " + std::to_string(arguments.scriptingPort) + " is taken: there is no scripting service";
-}
-
 int run(const DemoArguments& arguments) {
     RunLoop loop;
     std::function<void()> end; // set before the loop runs
@@ -136,7 +129,7 @@ int run(const DemoArguments& arguments) {
     auto proTools =
         std::make_unique<SimulatedProTools>(runtime, midi, options, defaultSession(arguments.tracks, options.seed));
     auto scripting = offerScripting(runtime, *proTools, arguments);
-    const PTSLAddress service{.port = proTools->snapshot().scriptingPort.value_or(arguments.scriptingPort)};
+    const PTSLAddress service{.port = portForReceiver(scripting.get())};
 
     NlohmannJSON json(text);
     std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
@@ -154,7 +147,7 @@ int run(const DemoArguments& arguments) {
         if (!model) return;
         print("Simulated session: " + std::to_string(arguments.tracks) + " tracks on " +
               std::to_string(arguments.surfaces) + " HUI surfaces");
-        print(scriptingLine(*proTools, arguments));
+        print(scripting ? scripting->line() : "No scripting service");
         model->start();
         if (!arguments.tour) {
             print("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()) + "   (Ctrl-C ends)");

@@ -70,7 +70,7 @@ int run(const DemoArguments& arguments, int count, char** values) {
     auto proTools =
         std::make_unique<SimulatedProTools>(runtime, midi, options, defaultSession(arguments.tracks, options.seed));
     auto scripting = std::make_unique<OfferedScripting>(runtime, proTools->scripting(), arguments.scriptingPort);
-    const PTSLAddress service{.port = proTools->snapshot().scriptingPort.value_or(arguments.scriptingPort)};
+    const PTSLAddress service{.port = portForReceiver(scripting.get())};
 
     NlohmannJSON json(text);
     NoLoginService login;
@@ -79,6 +79,7 @@ int run(const DemoArguments& arguments, int count, char** values) {
         {runtime, midi, sockets, advertiser, system, streams, json, proTools->screen(), service}, text, print);
     print("Simulated session: " + std::to_string(arguments.tracks) + " tracks on " +
           std::to_string(arguments.surfaces) + " HUI surfaces");
+    print(scripting->line());
     print("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()));
     ReceiverApp app(std::move(model), loginItem, text);
     std::function<void()> begin = [] {};

@@ -39,7 +39,7 @@ private:
 } // namespace
 
 OfferedScripting::OfferedScripting(Runtime& runtime, SimulatedScripting& scripting, std::uint16_t wantedPort)
-    : scripting(scripting),
+    : scripting(scripting), wantedPort(wantedPort),
       server(runtime, scripting, needFaultyWire(scripting.wireFaults().options) ? std::uint16_t{0} : wantedPort) {
     WireFaults& faults = scripting.wireFaults();
     if (needFaultyWire(faults.options) && server.port()) {
@@ -60,6 +60,15 @@ OfferedScripting::~OfferedScripting() {
 
 std::optional<std::uint16_t> OfferedScripting::port() const {
     return relay ? relay->port() : server.port();
+}
+
+std::string OfferedScripting::line() const {
+    if (const auto offered = port()) return "Scripting service on 127.0.0.1:" + std::to_string(*offered);
+    return "Port " + std::to_string(wantedPort) + " is taken: there is no scripting service";
+}
+
+std::uint16_t portForReceiver(const OfferedScripting* offered) {
+    return offered != nullptr ? offered->port().value_or(0) : 0;
 }
 
 } // namespace lumbrine

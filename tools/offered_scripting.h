@@ -8,8 +8,15 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace lumbrine {
+
+class OfferedScripting;
+
+// Where a receiver finds the service of its own demo, and no other program's when the demo offers none: nobody can
+// listen on port 0.
+std::uint16_t portForReceiver(const OfferedScripting* offered);
 
 class OfferedScripting {
 public:
@@ -23,8 +30,12 @@ public:
     // Absent when the port was taken; then nothing is offered.
     std::optional<std::uint16_t> port() const;
 
+    // Tells the user where the service is, or that its port is taken.
+    std::string line() const;
+
 private:
     SimulatedScripting& scripting;
+    const std::uint16_t wantedPort;
     const GrpcScriptingServer server; // with a relay, on a free port behind it
     std::optional<StreamRelay> relay;
 };

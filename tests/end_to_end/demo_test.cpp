@@ -5,6 +5,10 @@
 #include "tests/interop/child_process.h"
 #include "tests/interop/waiting.h"
 
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <csignal>
 
 namespace lumbrine::end_to_end {
@@ -23,6 +27,36 @@ ChildProcess::Setup onPort(std::uint16_t port) {
 bool prints(const ChildProcess& demo, const std::string& text) {
     return waitUntil([&] { return demo.output().find(text) != std::string::npos; });
 }
+
+// A TCP port of this computer on which another program listens.
+class ServiceOfAnother {
+public:
+    ServiceOfAnother() : fd(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0)) {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t length = sizeof address;
+        EXPECT_EQ(::bind(fd, reinterpret_cast<sockaddr*>(&address), length), 0);
+        EXPECT_EQ(::listen(fd, 4), 0);
+        EXPECT_EQ(::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &length), 0);
+        number = ntohs(address.sin_port);
+    }
+    ServiceOfAnother(const ServiceOfAnother&) = delete;
+    ServiceOfAnother& operator=(const ServiceOfAnother&) = delete;
+    ~ServiceOfAnother() { ::close(fd); }
+
+    std::uint16_t port() const { return number; }
+
+    bool wasCalled() const {
+        const int caller = ::accept4(fd, nullptr, nullptr, SOCK_CLOEXEC);
+        if (caller >= 0) ::close(caller);
+        return caller >= 0;
+    }
+
+private:
+    const int fd;
+    std::uint16_t number = 0;
+};
 
 TEST(Demo, PlaysItsTourByItselfAndEnds) {
     ChildProcess demo({program, "--tour"}, onPort(freePort()));
@@ -73,6 +107,14 @@ TEST(Demo, BeginsWithoutItsPortsAndReconnectsWhenAskedTo) {
     keyboard.type("quit");
     EXPECT_EQ(demo.wait(interop::patience), 0) << demo.output();
     EXPECT_THAT(demo.output(), testing::Not(HasSubstr("Still not connected")));
+}
+
+TEST(Demo, KeepsAwayFromAnotherProgramOnItsScriptingPort) {
+    const ServiceOfAnother other;
+    ChildProcess demo({program, "--tracks", "5", "--scripting-port", std::to_string(other.port())}, onPort(freePort()));
+    EXPECT_TRUE(prints(demo, "Port " + std::to_string(other.port()) + " is taken: there is no scripting service\n"));
+    EXPECT_TRUE(prints(demo, "Track colors: unavailable (")) << demo.output();
+    EXPECT_FALSE(other.wasCalled());
 }
 
 TEST(Demo, EndsInTheMiddleOfItsTour) {
