@@ -45,6 +45,20 @@ TEST(HUIHostChoices, FillASurfaceThatAnswersOnlyAtItsReset) {
     EXPECT_GT(bench.take().size(), 100u);
 }
 
+TEST(HUIHostChoices, FillASurfaceThatComesBackAfterItsGoodbyeByAReset) {
+    SimulatorOptions options;
+    options.fill = Fill::reset;
+    options.resetIsGoodbye = true;
+    HostBench bench(numberedSession(3), options);
+    bench.runFor(Duration::zero());
+    bench.receive(0, reply);
+    bench.clear();
+    bench.receive(0, resetByte);
+    EXPECT_THAT(bench.take(), ElementsAre(ping));
+    bench.receive(0, reply);
+    EXPECT_GT(bench.take().size(), 100u);
+}
+
 TEST(HUIHostChoices, FillASurfaceOnlyWhenASessionOpensAndElseSendItWhatChanges) {
     SimulatorOptions options;
     options.fill = Fill::sessionOpen;

@@ -35,7 +35,9 @@ void SimulatedHUIHost::act(int surface, const from_surface::Reset&, TimePoint no
 
 void SimulatedHUIHost::act(int surface, const from_surface::PingReply&, TimePoint) {
     if (!at(surface).port.replied()) return;
-    if (options.fill == Fill::replyAndReset) {
+    // A reset that is a goodbye ends with the next reply.
+    const bool endsReset = options.fill == Fill::reset && options.resetIsGoodbye;
+    if (options.fill == Fill::replyAndReset || endsReset) {
         at(surface).port.forget();
     } else {
         believeShown(surface);
