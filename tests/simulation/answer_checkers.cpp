@@ -12,7 +12,7 @@ namespace {
 
 using Violations = std::vector<std::string>;
 
-enum AnswerType : std::uint8_t { trackRow = 0x1B, transport = 0x1D, busy = 0x7D, pong = 0x7F };
+enum AnswerType : std::uint8_t { panMode = 0x15, bankPosition = 0x16, trackRow = 0x1B, busy = 0x7D, pong = 0x7F };
 
 // How much there may be within any stretch of that length; tells of the first time that there is more.
 class Limit {
@@ -38,7 +38,7 @@ struct PeerLimits {
     Limit refusals{50, seconds(1)};
     Limit states{1, seconds(0.25)};
     Limit rows{200 + 64, seconds(0.1)};
-    Bytes lastTransport;
+    std::uint8_t lastType = 0;
 };
 
 } // namespace
@@ -62,9 +62,9 @@ Violations checkAnswers(const SentDatagrams& sent, const Acceptance& acceptance,
         case trackRow:
             expect(peer.rows.isExceededBy(datagram.at), "rows faster than 2000 a second to " + name);
             break;
-        case transport:
-            // Sent when it changes, and as a part of everything.
-            if (std::exchange(peer.lastTransport, datagram.bytes) == datagram.bytes)
+        case bankPosition:
+            // Next to each other only as a part of everything.
+            if (peer.lastType == panMode)
                 expect(peer.states.isExceededBy(datagram.at), "everything twice within 250 ms to " + name);
             break;
         case pong:
@@ -73,6 +73,7 @@ Violations checkAnswers(const SentDatagrams& sent, const Acceptance& acceptance,
         default:
             break;
         }
+        peer.lastType = datagram.type();
     }
     for (const ReceivedDatagram& hello : acceptance.accepted) {
         if (hello.bytes.size() < 2 || hello.bytes[0] != 1 || hello.bytes[1] != 0x00) continue;

@@ -9,8 +9,9 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
+constexpr std::uint8_t panMode = 0x15;
+constexpr std::uint8_t bankPosition = 0x16;
 constexpr std::uint8_t row = 0x1B;
-constexpr std::uint8_t transport = 0x1D;
 constexpr std::uint8_t busy = 0x7D;
 constexpr std::uint8_t pong = 0x7F;
 
@@ -65,12 +66,18 @@ TEST_F(Answers, HaveAPace) {
 }
 
 TEST_F(Answers, AreEverythingOnceInAQuarterOfASecond) {
-    send(4, 0, 0.25, transport);
+    for (const double time : {0.0, 0.25, 0.5}) {
+        send(time, panMode);
+        send(time, bankPosition);
+    }
+    send(0.6, bankPosition); // it has changed
+    send(0.6, panMode);
     EXPECT_THAT(check(), IsEmpty());
-    send(1.1, transport, 1); // another client
+    send(0.7, panMode, 1); // to another client
+    send(0.7, bankPosition, 1);
     EXPECT_THAT(check(), IsEmpty());
-    send(0.9, transport);
-    sent.list.push_back({at(0.9), 0, {0x01, transport, 0x01, 0x00}}); // it has changed
+    send(0.7, panMode);
+    send(0.7, bankPosition);
     EXPECT_THAT(check(), ElementsAre(HasSubstr("everything twice")));
 }
 
