@@ -50,7 +50,7 @@ int run(const DemoArguments& arguments, int count, char** values) {
         process.within(endingTime);
         loop.post([&] { end(); });
     });
-    const QApplication application(count, values);
+    const auto application = openDisplay("lumbrine-demo-window", count, values);
     SingleInstance instance(identifier);
     if (!instance.isFirst()) return instance.handOver() ? 0 : 1;
     const LinuxSystemInfo system;

@@ -6,8 +6,31 @@
 #include "app/receiver_ending.h"
 
 #include <QApplication>
+#include <cstdio>
+#include <cstdlib>
 
 namespace lumbrine {
+
+namespace {
+
+std::string programName;
+
+// Qt aborts where it finds no display, after lines about its plugins.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext& /*where*/, const QString& /*text*/) {
+    if (type != QtFatalMsg) return;
+    std::fprintf(stderr, "%s: no display; lumbrine-headless needs none\n", programName.c_str());
+    std::_Exit(1);
+}
+
+} // namespace
+
+std::unique_ptr<QApplication> openDisplay(const std::string& program, int& count, char** arguments) {
+    programName = program;
+    const QtMessageHandler before = qInstallMessageHandler(endWithoutDisplay);
+    auto application = std::make_unique<QApplication>(count, arguments);
+    qInstallMessageHandler(before);
+    return application;
+}
 
 void DesktopRun::run() {
     ReceiverShell shell(app, runtime, [this] { loop.post([this] { end(); }); });

@@ -56,7 +56,7 @@ int run(int count, char** arguments) {
         process.within(endingTime);
         loop.post([&] { end(); });
     });
-    const QApplication application(count, arguments);
+    const auto application = openDisplay(std::string(program.name), count, arguments);
     SingleInstance instance(identifier);
     if (!instance.isFirst()) {
         if (instance.handOver()) return 0;

@@ -207,6 +207,13 @@ TEST(LumbrineOnADesktop, ShowsItsWindowAndEndsBesideAJACKServerThatStandsStill) 
     jack.kill();
 }
 
+TEST(Lumbrine, SaysThatThereIsNoDisplay) {
+    const CommandResult result = runCommand(
+        {"env", "-u", "DISPLAY", "-u", "WAYLAND_DISPLAY", "-u", "QT_QPA_PLATFORM", "DISPLAY=:4711", program});
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, "lumbrine: no display; lumbrine-headless needs none\n");
+}
+
 TEST(Lumbrine, AnswersQuestionsAboutItselfWithoutADesktop) {
     const CommandResult help = runCommand({program, "--help"});
     EXPECT_EQ(help.status, 0);
