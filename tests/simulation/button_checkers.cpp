@@ -29,7 +29,7 @@ bool isEdge(const WireAction& action, int zone, int port, int value) {
 // How often it is pressed for PAN so long after that time.
 long pansAfter(const std::vector<WireAction>& wire, TimePoint begin, Duration length, const Pauses& pauses) {
     return std::ranges::count_if(wire, [&](const WireAction& action) {
-        return isEdge(action, assignZone, panPort, 1) && pauses.mayTake(begin, length, action.at);
+        return isEdge(action, assignZone, panPort, 1) && pauses.mayFollow(begin, length, action.at);
     });
 }
 
@@ -43,9 +43,7 @@ void checkEnds(Violations& violations, const std::vector<WireAction>& wire, int 
         if (!isInZone(begin, zone) || begin.value == 0) continue;
         const auto end = std::ranges::find_if(ends, [&](const WireAction& action) {
             // What stood still before it was pressed may be let go as soon as that is over.
-            return action.port == begin.port && action.at >= begin.at &&
-                   (pauses.mayTake(begin.at, length, action.at) ||
-                    pauses.mayTake(pauses.earliest(begin.at), length, action.at));
+            return action.port == begin.port && action.at >= begin.at && pauses.mayFollow(begin.at, length, action.at);
         });
         if (end == ends.end()) {
             violations.push_back("not held for its time: " + begin.text());
@@ -115,7 +113,7 @@ Violations checkAssignment(const SurfaceActions& wires, const Requests& requests
             const auto sendAIsPressed = [&](int stepsAgo) {
                 return std::ranges::any_of(wire, [&](const WireAction& before) {
                     return isEdge(before, assignZone, sendAPort, 1) &&
-                           pauses.mayTake(before.at, stepsAgo * step, action.at);
+                           pauses.mayFollow(before.at, stepsAgo * step, action.at);
                 });
             };
             if (action.port == sendAPort) {

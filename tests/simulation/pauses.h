@@ -23,6 +23,11 @@ public:
     // Whether what was due then may have happened at the other time.
     bool explain(TimePoint due, TimePoint happened) const { return mayTake(due, Duration::zero(), happened); }
 
+    // Whether one thing may have happened so long after another. That may have been decided earlier than it happened.
+    bool mayFollow(TimePoint first, Duration length, TimePoint second) const {
+        return mayTake(first, length, second) || mayTake(earliest(first), length, second);
+    }
+
     // So much time before, in which nobody stood still.
     TimePoint before(TimePoint at, Duration time) const;
 

@@ -28,6 +28,13 @@ TEST(Pauses, MayComeAtAnyTimeOfWhatTakesSomeTime) {
     EXPECT_FALSE(pauses.mayTake(at(0.75), seconds(1.5), at(2.125)));
 }
 
+TEST(Pauses, MayBringWhatWasDecidedApartCloserTogether) {
+    EXPECT_TRUE(pauses.mayFollow(at(2), seconds(0.5), at(2.25))); // decided at 1.75
+    EXPECT_TRUE(pauses.mayFollow(at(2), seconds(0.5), at(2.5)));
+    EXPECT_FALSE(pauses.mayFollow(at(2), seconds(0.5), at(2.75)));
+    EXPECT_FALSE(pauses.mayFollow(at(2.25), seconds(0.5), at(2.5)));
+}
+
 TEST(Pauses, AreLeftOutOfTheTimeBefore) {
     EXPECT_EQ(pauses.before(at(2.75), seconds(0.5)), at(2.25));
     EXPECT_EQ(pauses.before(at(2.5), seconds(1)), at(0.5));
