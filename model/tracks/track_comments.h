@@ -32,6 +32,9 @@ public:
     // To be called when the full names have changed.
     void followNames();
 
+    // The name stands for another track than before; `followNames` is to be called next.
+    void forget(const std::string& name) { known.erase(name); }
+
 private:
     void publish();
 

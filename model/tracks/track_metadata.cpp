@@ -169,16 +169,26 @@ void TrackMetadata::forgetDisplays(const TrackList& list) {
 }
 
 // A list from the screen has no ids. A track that keeps its name is taken for the same one. Where another track is now,
-// what the surfaces showed was the former one's.
+// what the surfaces showed was the former one's, and so was the comment beside its name.
 void TrackMetadata::adoptIdentities(const TrackList& list) {
     std::vector<Track>& tracks = state.published.session.tracks;
+    bool hasNamesake = false;
     for (std::size_t i = 0; i < tracks.size(); ++i) {
         if (list[i].id.empty() && list[i].index == 0 && tracks[i].name == list[i].name) continue;
         const TrackIdentity now{.id = list[i].id, .name = list[i].name, .index = list[i].index};
-        if (tracks[i].name && !isSame(tracks[i].identity(), now)) tracks[i].forgetShown();
+        if (tracks[i].name && !isSame(tracks[i].identity(), now)) {
+            tracks[i].forgetShown();
+            if (tracks[i].name == list[i].name) {
+                comments.forget(list[i].name);
+                hasNamesake = true;
+            }
+        }
         tracks[i].id = list[i].id;
         tracks[i].listIndex = list[i].index;
     }
+    if (!hasNamesake) return;
+    comments.followNames();
+    refreshComments();
 }
 
 void TrackMetadata::adoptNames(const TrackList& list, std::string_view source) {

@@ -111,6 +111,26 @@ TEST_F(CommentsTest, OfATrackWhoseNameAnotherTakesTooAreForgotten) {
     EXPECT_THAT(comments(), ElementsAre("", "", ""));
 }
 
+TEST_F(CommentsTest, OfAnotherSessionsTrackWithTheSameNameAreForgotten) {
+    const auto list = [](const std::string& id) {
+        const std::array names{"Kick Drum", "Lead Vocals", "Backing Vocals"};
+        std::vector<PTSLTrack> tracks(names.size());
+        for (std::size_t i = 0; i < tracks.size(); ++i) {
+            tracks[i].name = names[i];
+            tracks[i].id = id + std::to_string(i);
+        }
+        return tracks;
+    };
+    windows.mix({{"Kick Drum", "D112"}, {"Lead Vocals", "U87"}});
+    bench.parts().metadata.adopt({list("a")}, "PTSL");
+    read();
+    windows.mix({{"Lead Vocals", "C800"}});
+    bench.parts().metadata.adopt({list("b")}, "PTSL");
+    world.runtime.runUntilIdle();
+    EXPECT_THAT(comments(), ElementsAre("", "C800", ""));
+    EXPECT_TRUE(state.fullTableDirty);
+}
+
 TEST_F(CommentsTest, NeedTheExactName) {
     windows.mix({{"kick drum", "a"}, {" Lead Vocals", "b"}, {"Backing Vocals ", "c"}});
     read();
