@@ -116,8 +116,8 @@ bool GroupOperations::pressMode(int member, int huiPort, const Asked& asked, Ban
     const auto strip = bringOntoSurfaces(member, session);
     if (!strip) return false;
     bool isPressed = false;
-    const std::uint8_t shown = parts.automation.pressMode(*strip, huiPort, [&] {
-        isPressed = parts.walk.goesOn(asked) && stripShowing(member, session) == strip;
+    const std::uint8_t shown = parts.automation.pressMode(*strip, huiPort, asked.owner, [&] {
+        isPressed = stripShowing(member, session) == strip;
         return isPressed;
     });
     if (shown != autoModeUnknown)

@@ -76,7 +76,7 @@ void SeekWorker::move(int kind, std::optional<Ownership> owner) {
         return request(destination() + distances[static_cast<std::size_t>(kind)], owner);
     }
     if (!state.quiet()) return parts.drops.tell(command_name::bankMove, DropReason::surfacesBusy);
-    tap(kind);
+    tap(kind, owner);
 }
 
 // Where the surfaces will be, by all that was asked for.
@@ -88,11 +88,11 @@ int SeekWorker::destination() {
 
 // ---- Keys
 
-void SeekWorker::tap(int kind) {
+void SeekWorker::tap(int kind, std::optional<Ownership> owner) {
     {
         const Lock lock(seekLock);
         if (taps.size() == maxTaps) return parts.drops.tell(command_name::bankMove, DropReason::tooMany);
-        taps.push_back(kind);
+        taps.push_back({.key = kind, .owner = owner});
     }
     parts.queue.request({
         .kind = DeskJob::Kind::tap,
@@ -119,10 +119,17 @@ void SeekWorker::pressTaps() {
 }
 
 std::optional<int> SeekWorker::nextTap() {
-    const Lock lock(seekLock);
-    if (taps.empty()) return std::nullopt;
-    const int key = taps.front();
-    taps.erase(taps.begin());
+    std::size_t former = 0;
+    std::optional<int> key;
+    {
+        const Lock lock(seekLock);
+        former = std::erase_if(taps, [this](const Tap& tap) { return !parts.queue.isWanted(tap.owner); });
+        if (!taps.empty()) {
+            key = taps.front().key;
+            taps.erase(taps.begin());
+        }
+    }
+    if (former > 0) parts.drops.tell(command_name::bankMove, DropReason::ownerChanged);
     return key;
 }
 

@@ -44,10 +44,15 @@ public:
     void bankMove(int kind, std::optional<Ownership> owner = {});
 
 private:
+    struct Tap {
+        int key;
+        std::optional<Ownership> owner;
+    };
+
     void request(int target, std::optional<Ownership> owner);
     bool hireWorker(int target, std::optional<Ownership> owner) LUMBRINE_EXCLUDES(seekLock);
     void move(int kind, std::optional<Ownership> owner);
-    void tap(int kind);
+    void tap(int kind, std::optional<Ownership> owner);
     int destination() LUMBRINE_EXCLUDES(seekLock);
 
     // On the desk's thread
@@ -75,7 +80,7 @@ private:
     std::optional<int> lastTarget LUMBRINE_GUARDED_BY(seekLock); // of the worker, which may still have to arrive there
     std::optional<Ownership> seeker LUMBRINE_GUARDED_BY(seekLock);
     bool seekWorkerRunning LUMBRINE_GUARDED_BY(seekLock) = false;
-    std::vector<int> taps LUMBRINE_GUARDED_BY(seekLock); // keys that wait
+    std::vector<Tap> taps LUMBRINE_GUARDED_BY(seekLock); // that wait
 };
 
 } // namespace lumbrine

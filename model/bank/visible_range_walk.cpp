@@ -38,7 +38,7 @@ void VisibleRangeWalk::captureRange(Range range, const Asked& asked, BankLayout 
         const int shown = parts.moves.shownOffset();
         if (shown < 0) return;
         for (int i = 0; i < session.width; ++i)
-            if (range.contains(shown + i) && parts.walk.goesOn(asked)) captureTrack(*Strip::of(i), shown + i);
+            if (range.contains(shown + i) && parts.walk.goesOn(asked)) captureTrack(*Strip::of(i), shown + i, asked);
         const int next = shown + session.width;
         // The surfaces have not advanced, or nobody is there to move them.
         if (next <= wanted || !connected()) {
@@ -51,8 +51,8 @@ void VisibleRangeWalk::captureRange(Range range, const Asked& asked, BankLayout 
     }
 }
 
-void VisibleRangeWalk::captureTrack(Strip strip, int track) {
-    const std::uint8_t mode = parts.automation.autoProbe(strip);
+void VisibleRangeWalk::captureTrack(Strip strip, int track, const Asked& asked) {
+    const std::uint8_t mode = parts.automation.autoProbe(strip, asked.owner);
     jobs.runtime.syncMain([this, strip, track, mode] { store(strip, static_cast<std::size_t>(track), mode); });
 }
 

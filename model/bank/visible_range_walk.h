@@ -32,7 +32,7 @@ private:
 
     // On the desk's thread
     void captureRange(Range range, const Asked& asked, BankLayout session);
-    void captureTrack(Strip strip, int track);
+    void captureTrack(Strip strip, int track, const Asked& asked);
     bool connected() const;
 
     // On the main thread

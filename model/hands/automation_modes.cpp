@@ -19,9 +19,10 @@ AutomationModes::AutomationModes(const Jobs& jobs, ReceiverState& state, Activit
 
 // ---- Reading
 
-std::uint8_t AutomationModes::autoProbe(Strip strip, const std::function<void()>& whileHeld) {
+std::uint8_t AutomationModes::autoProbe(Strip strip, const std::optional<Ownership>& owner,
+                                        const std::function<void()>& whileHeld) {
     parts.displays.beginProbe(strip);
-    parts.desk.holdAuto(strip, whileHeld);
+    parts.desk.holdAuto(strip, [&] { return parts.queue.isWanted(owner); }, whileHeld);
     const std::uint8_t mode = parts.displays.endProbe();
     jobs.onMainAfter(DisplayWatch::nameReturns, [this, strip] { parts.displays.settle(strip); });
     return mode;
@@ -52,7 +53,7 @@ void AutomationModes::requestPoll() {
                 toPoll.erase(toPoll.begin());
                 return true;
             },
-        .work = [this, poll] { poll->mode = autoProbe(poll->track->strip); },
+        .work = [this, poll] { poll->mode = autoProbe(poll->track->strip, {}); },
         .end =
             [this, poll] {
                 const Strip strip = poll->track->strip;
@@ -107,9 +108,11 @@ void AutomationModes::autoModeUpdate(Strip strip, std::uint8_t code) {
 
 // ---- Setting
 
-std::uint8_t AutomationModes::pressMode(Strip strip, int modePort, const std::function<bool()>& isThere) {
-    return autoProbe(strip, [&] {
-        if (jobs.runtime.syncMain([&] { return isThere(); })) parts.desk.pressMode(strip, modePort);
+std::uint8_t AutomationModes::pressMode(Strip strip, int modePort, Ownership owner,
+                                        const std::function<bool()>& isThere) {
+    return autoProbe(strip, owner, [&] {
+        if (jobs.runtime.syncMain([&] { return parts.queue.isWanted(owner) && isThere(); }))
+            parts.desk.pressMode(strip, modePort);
     });
 }
 
@@ -120,6 +123,7 @@ void AutomationModes::setAutoMode(Strip strip, int modePort, Asked asked) {
 void AutomationModes::requestMode(const TrackOnStrip& track, int modePort, Asked asked) {
     struct Setting {
         std::optional<Strip> strip;
+        bool isPressed = false;
         std::uint8_t mode = autoModeUnknown;
     };
     const auto setting = std::make_shared<Setting>();
@@ -136,12 +140,15 @@ void AutomationModes::requestMode(const TrackOnStrip& track, int modePort, Asked
                 return setting->strip.has_value();
             },
         .work =
-            [this, setting, track, modePort] {
-                setting->mode = pressMode(*setting->strip, modePort,
-                                          [this, &setting, &track] { return isStillOn(track, *setting->strip); });
+            [this, setting, track, modePort, owner = asked.owner] {
+                setting->mode = pressMode(*setting->strip, modePort, owner, [this, &setting, &track] {
+                    return setting->isPressed = isStillOn(track, *setting->strip);
+                });
             },
         .end =
-            [this, setting, track] {
+            [this, setting, track, owner = asked.owner] {
+                if (!setting->isPressed && !parts.queue.isWanted(owner))
+                    return parts.drops.tell(command_name::mode, DropReason::ownerChanged);
                 if (!isStillOn(track, *setting->strip))
                     return parts.drops.tell(command_name::mode, DropReason::trackGone);
                 autoModeUpdate(*setting->strip, setting->mode);

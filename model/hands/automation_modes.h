@@ -28,13 +28,15 @@ public:
 
     AutomationModes(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts);
 
-    // Probes the strip; returns the mode that its display showed, or unknown. Blocks; on the desk's thread only.
-    std::uint8_t autoProbe(Strip strip, const std::function<void()>& whileHeld = {});
+    // Probes the strip; returns the mode that its display showed, or unknown. Ends early when `owner` has lost control.
+    // Blocks; on the desk's thread only.
+    std::uint8_t autoProbe(Strip strip, const std::optional<Ownership>& owner,
+                           const std::function<void()>& whileHeld = {});
 
     // Presses a mode's button (0-5, surface/hui_engine.h) within a probe of the strip, if `isThere`, which is called on
-    // the main thread, says that the strip still shows the track when Pro Tools waits for the button. Returns the mode
-    // that was shown then, or unknown. Blocks; on the desk's thread only.
-    std::uint8_t pressMode(Strip strip, int modePort, const std::function<bool()>& isThere);
+    // the main thread, says that the strip still shows the track when Pro Tools waits for the button, and if the owner
+    // is still in control. Returns the mode that was shown then, or unknown. Blocks; on the desk's thread only.
+    std::uint8_t pressMode(Strip strip, int modePort, Ownership owner, const std::function<bool()>& isThere);
 
     // Asks for a probe. It is not made if the strip's LED tells the mode (auto_leds.h), or if something else needs the
     // surfaces by then: a job that moves the banks, the running transport, the client's hand on a fader. Any thread.

@@ -367,6 +367,39 @@ TEST_F(AutomationModesTest, TheNewestSettingOfAStripCounts) {
     EXPECT_THAT(presses, testing::Contains("310ms B0 2F 44"));
 }
 
+TEST_F(AutomationModesTest, ASettingThatHasNotPressedItsModeIsDroppedWhenAnotherDeviceTakesControl) {
+    const auto tablet = bench.phone("192.168.1.8");
+    phone->send({0x01, 0x0F, 0x02, 0x05});
+    bench.run(10ms);
+    tablet->send({0x01, 0x25});
+    bench.run(300ms);
+    EXPECT_THAT(heardOnA(), ElementsAre("0ms B0 0F 02", "0ms B0 2F 44", "30ms B0 0F 02", "30ms B0 2F 04"));
+    EXPECT_THAT(bench.takeLines(), testing::Contains("✗ Dropped automation mode: another device has taken control"));
+}
+
+TEST_F(AutomationModesTest, ASettingLetsTheAutoKeyGoSoonWhenAnotherDeviceTakesControl) {
+    const auto tablet = bench.phone("192.168.1.8");
+    phone->send({0x01, 0x0F, 0x02, 0x05});
+    bench.run(150ms);
+    tablet->send({0x01, 0x25});
+    bench.run(300ms);
+    const Lines presses = heardOnA();
+    ASSERT_THAT(presses, testing::SizeIs(8));
+    EXPECT_EQ(presses[7], "170ms B0 2F 04");
+    EXPECT_THAT(bench.takeLines(), testing::Not(testing::Contains(testing::HasSubstr("Dropped"))));
+}
+
+TEST_F(AutomationModesTest, AModeIsNotPressedForAFormerOwnerWhoseLossTheMainThreadHasNotHeardOf) {
+    bool isAsked = false;
+    bench.parts().queue.ownerIs({.number = 2});
+    world.runtime.background(Priority::normal, [&] {
+        automation.pressMode(*Strip::of(2), 5, {.number = 1}, [&] { return isAsked = true; });
+    });
+    bench.run(300ms);
+    EXPECT_FALSE(isAsked);
+    EXPECT_THAT(heardOnA(), IsEmpty());
+}
+
 TEST_F(AutomationModesTest, ASettingComesBeforeThePollsThatWait) {
     state.lastAutoPollAll = distantPast;
     automation.pollAllAutoModes();

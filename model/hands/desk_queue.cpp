@@ -65,9 +65,15 @@ Duration DeskQueue::patience() const {
     return closed ? HandAct::patience : soon;
 }
 
+void DeskQueue::ownerIs(Ownership owner) {
+    std::uint64_t before = current;
+    while (before < owner.number && !current.compare_exchange_weak(before, owner.number)) {
+    }
+}
+
 void DeskQueue::newOwner(Ownership owner) {
     assert(jobs.runtime.onMain());
-    current = owner.number;
+    ownerIs(owner);
     const auto isFormer = [&owner](const std::optional<Ownership>& asker) { return asker && *asker < owner; };
     std::vector<DeskJob> former;
     std::erase_if(waiting, [&](DeskJob& job) {

@@ -64,7 +64,10 @@ public:
     // How long a command that acts on one strip may wait for its turn.
     Duration patience() const;
 
-    // Somebody else is in control: what others have asked for is dropped.
+    // Somebody else is in control: work for others that is under way ends. Any thread.
+    void ownerIs(Ownership owner);
+
+    // The same, and what others have asked for is dropped.
     void newOwner(Ownership owner);
 
     // Whether a job goes on that somebody has asked for. Any thread.

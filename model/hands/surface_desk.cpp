@@ -1,5 +1,6 @@
 #include "model/hands/surface_desk.h"
 
+#include <algorithm>
 #include <cassert>
 
 namespace lumbrine {
@@ -19,15 +20,21 @@ void SurfaceDesk::pressBank(int port) {
     surfaces.engine(SurfaceID::A).channelMove(port);
 }
 
-void SurfaceDesk::holdAuto(Strip strip, const std::function<void()>& whileHeld) {
+void SurfaceDesk::holdAuto(Strip strip, const std::function<bool()>& goesOn, const std::function<void()>& whileHeld) {
+    if (!goesOn()) return;
     HUIEngine& engine = surfaces.engineOf(strip);
     engine.switchEdge(strip.engineStrip(), hui::autoPort, true);
     if (whileHeld) {
-        jobs.runtime.sleepFor(settleBeforeAction);
-        whileHeld();
+        wait(settleBeforeAction, goesOn);
+        if (goesOn()) whileHeld();
     }
-    jobs.runtime.sleepFor(displayTime);
+    wait(displayTime, goesOn);
     engine.switchEdge(strip.engineStrip(), hui::autoPort, false);
+}
+
+void SurfaceDesk::wait(Duration time, const std::function<bool()>& goesOn) {
+    for (Duration left = time; left > Duration::zero() && goesOn(); left -= holdLook)
+        jobs.runtime.sleepFor(std::min(left, holdLook));
 }
 
 void SurfaceDesk::pressMode(Strip strip, int port) {

@@ -28,8 +28,10 @@ public:
     void pressBank(int port); // 30 ms
 
     // Holds the strip's AUTO key for 0.15 s, or with an action for 0.05 s, the action and 0.15 s. Pro Tools writes the
-    // automation mode on the strip's display meanwhile.
-    void holdAuto(Strip strip, const std::function<void()>& whileHeld = {});
+    // automation mode on the strip's display meanwhile. Once `goesOn`, which is called on this thread, says no, the key
+    // comes up within `holdLook`, or does not go down.
+    void holdAuto(Strip strip, const std::function<bool()>& goesOn, const std::function<void()>& whileHeld = {});
+    static constexpr Duration holdLook = seconds(0.03);
 
     // A mode's button (0-5, surface/hui_engine.h) on the surface that shows the strip; 60 ms.
     void pressMode(Strip strip, int port);
@@ -41,6 +43,8 @@ public:
     void flipPanSide(SurfaceID surface);
 
 private:
+    void wait(Duration time, const std::function<bool()>& goesOn);
+
     const Jobs& jobs;
     Surfaces& surfaces;
 };

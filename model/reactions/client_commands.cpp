@@ -179,6 +179,7 @@ void ClientCommands::takeControl(Ownership owner) {
     current = owner;
     parts.fingers.newOwner();
     parts.surfaces.newOwner(owner);
+    parts.queue.ownerIs(owner);
     jobs.runOnMain([this, owner] {
         for (StripState& strip : state.published.strips) {
             strip.touched = false;

@@ -171,6 +171,17 @@ TEST_F(ClientCommandsTest, ABankMoveWithoutAMapPressesTheButton) {
     EXPECT_THAT(heardOnB(), IsEmpty());
 }
 
+TEST_F(ClientCommandsTest, BankButtonsOfAFormerOwnerAreNotPressedAnyMore) {
+    const auto tablet = bench.phone("192.168.1.8");
+    for (int tap = 0; tap < 3; ++tap)
+        phone->send({0x01, 0x0A, 0x03});
+    bench.run(10ms);
+    tablet->send({0x01, 0x25});
+    bench.run(1s);
+    EXPECT_THAT(heardOnA(), ElementsAre("0ms B0 0F 0A", "0ms B0 2F 43", "30ms B0 0F 0A", "30ms B0 2F 03"));
+    EXPECT_THAT(bench.lines, testing::Contains("✗ Dropped bank move: another device has taken control"));
+}
+
 TEST_F(ClientCommandsTest, ABankMoveOfAnotherKindDoesNothing) {
     bench.state().published.strips[0].mode = 1;
     send({0x01, 0x0A, 0x04});

@@ -29,6 +29,7 @@ struct Probe {
     std::optional<int> modePort;
     bool mayBeQuestion = false;
     bool mayBeGivenUp = false;
+    bool mayBeCutShort = false; // another device had taken control
 
     std::string text() const {
         return "AUTO of strip " + std::to_string(strip) + " at " + std::to_string(inSeconds(begin.time_since_epoch())) +
@@ -38,8 +39,9 @@ struct Probe {
 
 class ProbeReader {
 public:
-    ProbeReader(const std::vector<WireAction>& actions, int surfaceNumber, const Pauses& ofThreads)
-        : wire(actions), surface(surfaceNumber), pauses(ofThreads) {}
+    ProbeReader(const std::vector<WireAction>& actions, int surfaceNumber, const Acceptance& whoAsked,
+                const Pauses& ofThreads)
+        : wire(actions), surface(surfaceNumber), acceptance(whoAsked), pauses(ofThreads) {}
 
     void read(std::vector<Probe>& probes, TimePoint end, Violations& violations) {
         for (const WireAction& action : wire) {
@@ -75,15 +77,26 @@ private:
         open->end = action.at;
         open->mayBeQuestion = !open->modePort && pauses.mayTake(open->begin, asking, action.at);
         open->mayBeGivenUp = !open->modePort && pauses.mayTake(open->begin, givingUp, action.at);
-        if (open->modePort ? !pauses.mayTake(open->begin, setting, action.at)
-                           : !open->mayBeQuestion && !open->mayBeGivenUp)
-            violations.push_back("not held for its time: " + open->text());
+        open->mayBeCutShort = isCutShort(action.at);
+        const bool held = open->modePort ? pauses.mayTake(open->begin, setting, action.at)
+                                         : open->mayBeQuestion || open->mayBeGivenUp;
+        if (!held && !open->mayBeCutShort) violations.push_back("not held for its time: " + open->text());
         probes.push_back(*open);
         open.reset();
     }
 
+    // Once the button is up, if it was pressed.
+    bool isCutShort(TimePoint up) const {
+        const Duration whole = open->modePort ? setting : givingUp;
+        return up - open->begin <= whole + pauses.within(open->begin, up) &&
+               std::ranges::any_of(acceptance.changes, [&](const OwnerChange& change) {
+                   return pauses.earliest(open->begin) <= change.at && change.at <= up;
+               });
+    }
+
     const std::vector<WireAction>& wire;
     const int surface;
+    const Acceptance& acceptance;
     const Pauses& pauses;
     std::optional<Probe> open;
 };
@@ -108,7 +121,10 @@ public:
                 violations.push_back("not held for its time: " + probe.text());
             return;
         }
-        if (!probe.mayBeQuestion) return;
+        if (!probe.mayBeQuestion) {
+            if (probe.mayBeCutShort && !takeRequest(probe)) violations.push_back("nobody asked for " + probe.text());
+            return;
+        }
         const TimePoint decided = pauses.earliest(probe.begin);
         const auto isThen = [&](const auto& stretch) { return stretch.first < decided && probe.begin < stretch.last; };
         const bool jobRuns = std::ranges::any_of(jobs.runs, isThen);
@@ -187,11 +203,11 @@ private:
 } // namespace
 
 Violations checkAutomation(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
-                           const Pauses& pauses) {
+                           const Acceptance& acceptance, const Pauses& pauses) {
     Violations violations;
     std::vector<Probe> probes;
     for (std::size_t surface = 0; surface < wires.size(); ++surface)
-        ProbeReader(wires[surface], static_cast<int>(surface), pauses).read(probes, jobs.ended, violations);
+        ProbeReader(wires[surface], static_cast<int>(surface), acceptance, pauses).read(probes, jobs.ended, violations);
     std::ranges::sort(probes, {}, &Probe::begin);
     ProbeChecker checker(wires, jobs, requests, pauses);
     for (std::size_t i = 0; i < probes.size(); ++i) {

@@ -27,8 +27,9 @@ std::vector<std::string> checkAssignment(const SurfaceActions& wires, const Requ
 // One held AUTO switch at a time, for as long as its purpose takes, and for one of four: a client sets a mode, each at
 // most once and within 2 s, where it may be given up before the mode button is pressed; a walk sets modes; a walk looks
 // at a range; or the receiver asks a strip by itself. That it does only while nobody moves the banks, nothing plays,
-// and no hand of a client's is on any fader. `wires` without what walks play.
+// and no hand of a client's is on any fader. What is for a client is held shorter when another device takes control.
+// `wires` without what walks play.
 std::vector<std::string> checkAutomation(const SurfaceActions& wires, const JobRecord& jobs, const Requests& requests,
-                                         const Pauses& pauses = {});
+                                         const Acceptance& acceptance, const Pauses& pauses = {});
 
 } // namespace lumbrine::simulation

@@ -75,10 +75,13 @@ class AutomationChecker : public testing::Test {
 protected:
     AutomationChecker() { jobs.ended = at(100); }
 
-    std::vector<std::string> check(const SurfaceActions& wires) { return checkAutomation(wires, jobs, requests); }
+    std::vector<std::string> check(const SurfaceActions& wires) {
+        return checkAutomation(wires, jobs, requests, acceptance);
+    }
 
     JobRecord jobs;
     Requests requests;
+    Acceptance acceptance;
 };
 
 TEST_F(AutomationChecker, LetsTheReceiverAskWhenNothingSpeaksAgainstIt) {
@@ -121,6 +124,20 @@ TEST_F(AutomationChecker, LetsAModeBeGivenUp) {
     EXPECT_THAT(check({givenUp}), SizeIs(1));
     requests.autoModes = {{at(0.9), 3, 2}};
     EXPECT_THAT(check({givenUp}), IsEmpty());
+}
+
+TEST_F(AutomationChecker, LetsAModeBeCutShortWhenAnotherDeviceTakesControl) {
+    const std::vector<WireAction> unpressed{edge(1, 3, 4, 1), edge(1.03, 3, 4, 0)};
+    std::vector<WireAction> pressed = setting;
+    pressed.back() = edge(1.14, 3, 4, 0);
+    requests.autoModes = {{at(0.9), 3, 2}};
+    EXPECT_THAT(check({unpressed}), SizeIs(1));
+    EXPECT_THAT(check({pressed}), SizeIs(1));
+    acceptance.changes = {{at(1.02), "phone", "other", 2}};
+    EXPECT_THAT(check({unpressed}), IsEmpty());
+    EXPECT_THAT(check({pressed}), IsEmpty());
+    requests.autoModes.clear(); // the receiver's own question
+    EXPECT_THAT(check({unpressed}), SizeIs(1));
 }
 
 TEST_F(AutomationChecker, LetsWalksSetTheModeThatWasAskedFor) {

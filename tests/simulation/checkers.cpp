@@ -174,7 +174,7 @@ Violations checkAll(const Scenario& scenario, const Evidence& evidence) {
     add("zones", checkZones(wires));
     add("bank-buttons", checkBankButtons(wires, evidence.jobs.runs, requests, pauses));
     add("assignment", checkAssignment(wires, requests, pauses));
-    add("automation", checkAutomation(ofClient, evidence.jobs, requests, pauses));
+    add("automation", checkAutomation(ofClient, evidence.jobs, requests, acceptance, pauses));
     const bool isTrimAWord = scenario.host.trimWords == TrimWords::alone;
     add(isTrimAWord ? "modes-beside-trim" : "modes-in-time",
         checkModesInTime(wires, evidence.jobs, requests, acceptance, disturbancesIn(scenario, evidence), pauses, gaps));
