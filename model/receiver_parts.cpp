@@ -26,7 +26,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       mender(jobs, state, log, {bankMap, capture, mirror, metadata}),
       seekWorker(jobs, state, {queue, moves, bankMap, capture, mirror, automation, drops}),
       visibleRange(jobs, state, log, {moves, walk, automation, mirror}),
-      groups(jobs, state, log, {surfaces, moves, walk, capture, automation, mirror}),
+      groups(jobs, state, log, {surfaces, moves, walk, capture, automation, mirror, table, drops}),
 
       switches(platform.runtime, state, log, mirror),
       feedback(jobs, state, log,

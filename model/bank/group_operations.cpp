@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cassert>
 #include <memory>
+#include <utility>
 
 namespace lumbrine {
 
@@ -33,9 +34,7 @@ void GroupOperations::groupSetFaders(std::vector<FaderEntry> entries, Asked aske
 }
 
 void GroupOperations::requestFaders(const std::vector<FaderEntry>& entries, Asked asked) {
-    for (const auto& [member, value] : entries)
-        if (isInSession(member)) faders.insert_or_assign(member, value);
-    if (faders.empty()) return;
+    if (!add(faders, command_name::faderWalk, entries, asked)) return;
     const auto work = std::make_shared<Faders>();
     const auto reached = std::make_shared<Reached>();
     parts.walk.request({
@@ -43,16 +42,14 @@ void GroupOperations::requestFaders(const std::vector<FaderEntry>& entries, Aske
         .name = command_name::faderWalk,
         .asked = asked,
         .wanted =
-            [this, work](const SurfaceWalk::Start&) {
-                *work = std::exchange(faders, {});
-                std::erase_if(*work, [this](const auto& entry) { return !isInSession(entry.first); });
+            [this, work, reached](const SurfaceWalk::Start&) {
+                *work = take(faders, command_name::faderWalk, *reached);
                 return !work->empty();
             },
         .steps =
             [this, work, reached, asked](const SurfaceWalk::Start& start) {
-                reached->of = work->size();
-                for (const auto& [member, value] : *work)
-                    if (parts.walk.goesOn(asked) && moveFader(member, value, asked, start.session)) ++reached->members;
+                for (const auto& [place, wish] : *work)
+                    if (parts.walk.goesOn(asked) && moveFader(wish, asked, start.session)) ++reached->members;
             },
         .report = [this, reached] { reportFaders(*reached); },
         .dropped = [this] { faders.clear(); },
@@ -60,12 +57,12 @@ void GroupOperations::requestFaders(const std::vector<FaderEntry>& entries, Aske
 }
 
 // As a finger would: in Touch and Latch, Pro Tools records a move only while the fader is touched.
-bool GroupOperations::moveFader(int member, double value, const Asked& asked, BankLayout session) {
-    const auto strip = bringOntoSurfaces(member, session);
+bool GroupOperations::moveFader(const Wish<double>& wish, const Asked& asked, BankLayout session) {
+    const auto strip = bringOntoSurfaces(wish.track, session);
     if (!strip || !parts.walk.goesOn(asked)) return false;
     HUIEngine& engine = parts.surfaces.engineOf(*strip);
     engine.touch(strip->engineStrip());
-    engine.sendFader(strip->engineStrip(), value);
+    engine.sendFader(strip->engineStrip(), wish.value);
     jobs.runtime.sleepFor(faderTime);
     engine.release(strip->engineStrip());
     parts.capture.captureNow();
@@ -86,9 +83,10 @@ void GroupOperations::groupSetAutoMode(std::vector<int> members, int huiPort, As
 }
 
 void GroupOperations::requestModes(const std::vector<int>& members, int huiPort, Asked asked) {
+    std::vector<std::pair<int, int>> entries;
     for (const int member : members)
-        if (isInSession(member)) modes.insert_or_assign(member, huiPort);
-    if (modes.empty()) return;
+        entries.emplace_back(member, huiPort);
+    if (!add(modes, command_name::modeWalk, entries, asked)) return;
     const auto work = std::make_shared<Modes>();
     const auto reached = std::make_shared<Reached>();
     parts.walk.request({
@@ -96,46 +94,39 @@ void GroupOperations::requestModes(const std::vector<int>& members, int huiPort,
         .name = command_name::modeWalk,
         .asked = asked,
         .wanted =
-            [this, work](const SurfaceWalk::Start& start) {
-                *work = std::exchange(modes, {});
-                std::erase_if(*work, [this](const auto& entry) { return !isInSession(entry.first); });
+            [this, work, reached](const SurfaceWalk::Start& start) {
+                *work = take(modes, command_name::modeWalk, *reached);
                 return !start.transportRunning && !work->empty();
             },
         .steps =
             [this, work, reached, asked](const SurfaceWalk::Start& start) {
-                reached->of = work->size();
-                for (const auto& [member, port] : *work)
-                    if (parts.walk.goesOn(asked) && pressMode(member, port, asked, start.session)) ++reached->members;
+                for (const auto& [place, wish] : *work)
+                    if (parts.walk.goesOn(asked) && pressMode(wish, asked, start.session)) ++reached->members;
             },
         .report = [this, reached] { reportModes(*reached); },
         .dropped = [this] { modes.clear(); },
     });
 }
 
-bool GroupOperations::pressMode(int member, int huiPort, const Asked& asked, BankLayout session) {
-    const auto strip = bringOntoSurfaces(member, session);
+bool GroupOperations::pressMode(const Wish<int>& wish, const Asked& asked, BankLayout session) {
+    const auto strip = bringOntoSurfaces(wish.track, session);
     if (!strip) return false;
     bool isPressed = false;
-    const std::uint8_t shown = parts.automation.pressMode(*strip, huiPort, asked.owner, [&] {
-        isPressed = stripShowing(member, session) == strip;
+    const std::uint8_t shown = parts.automation.pressMode(*strip, wish.value, asked.owner, [&] {
+        isPressed = stripShowing(wish.track, session) == strip;
         return isPressed;
     });
     if (shown != autoModeUnknown)
-        jobs.runOnMain([this, strip = *strip, member, shown] { storeMode(strip, member, shown); });
+        jobs.runOnMain([this, strip = *strip, track = wish.track, shown] { storeMode(strip, track, shown); });
     return isPressed;
 }
 
-bool GroupOperations::isInSession(int member) const {
-    return member >= 0 && static_cast<std::size_t>(member) < state.published.session.size();
-}
-
-void GroupOperations::storeMode(Strip strip, int member, std::uint8_t mode) {
+void GroupOperations::storeMode(Strip strip, const TrackRef& track, std::uint8_t mode) {
     assert(jobs.runtime.onMain());
     state.published.strip(strip).mode = mode;
     Session& session = state.published.session;
     session.surveyed = true;
-    const auto track = static_cast<std::size_t>(member);
-    if (track < session.size()) session.tracks[track].mode = mode;
+    if (const auto place = state.placeOf(track)) session.tracks[*place].mode = mode;
 }
 
 void GroupOperations::reportModes(Reached reached) {
@@ -145,20 +136,54 @@ void GroupOperations::reportModes(Reached reached) {
             "✓ グループ " + reached.inJapanese() + " 本にオートモードを適用しました");
 }
 
-// ---- Finding members
+// ---- Members
 
-// On the fourth strip, where the session allows; absent when the surfaces did not follow.
-std::optional<Strip> GroupOperations::bringOntoSurfaces(int member, BankLayout session) {
-    if (const auto strip = stripShowing(member, session)) return strip;
-    parts.moves.moveWindowReliably(std::clamp(member - stripsBefore, 0, session.maxOffset()));
-    return stripShowing(member, session);
+// The wishes for what the client means by its rows. False when there are none to carry out.
+template <typename Value>
+bool GroupOperations::add(Wishes<Value>& wishes, CommandName name, const std::vector<std::pair<int, Value>>& entries,
+                          const Asked& asked) {
+    bool isShown = false;
+    bool isInSession = false;
+    for (const auto& [member, value] : entries) {
+        if (member < 0 || static_cast<std::size_t>(member) >= state.published.session.size()) continue;
+        isInSession = true;
+        const auto track = parts.table.meant(static_cast<std::size_t>(member), asked.owner);
+        isShown = isShown || track;
+        if (const auto place = track ? state.placeOf(*track) : std::nullopt)
+            wishes.insert_or_assign(*place, Wish<Value>{.track = *track, .value = value});
+    }
+    if (wishes.empty() && isInSession) parts.drops.tell(name, isShown ? DropReason::otherTracks : DropReason::notShown);
+    return !wishes.empty();
 }
 
-std::optional<Strip> GroupOperations::stripShowing(int member, BankLayout session) const {
-    const std::optional<int> offset =
-        jobs.runtime.syncMain([this] { return std::optional<int>(state.published.bankOffset); });
-    if (!offset || *offset < 0 || member < *offset || member >= *offset + session.width) return std::nullopt;
-    return Strip::of(member - *offset);
+// What waits, by the places of the tracks that are still there.
+template <typename Value>
+GroupOperations::Wishes<Value> GroupOperations::take(Wishes<Value>& wishes, CommandName name, Reached& reached) {
+    Wishes<Value> taken;
+    reached.of = wishes.size();
+    for (auto& [was, wish] : std::exchange(wishes, {}))
+        if (const auto place = state.placeOf(wish.track)) taken.insert_or_assign(*place, std::move(wish));
+    if (taken.empty()) parts.drops.tell(name, DropReason::otherTracks);
+    return taken;
+}
+
+// On the fourth strip, where the session allows; absent when the surfaces did not follow.
+std::optional<Strip> GroupOperations::bringOntoSurfaces(const TrackRef& track, BankLayout session) {
+    if (const auto strip = stripShowing(track, session)) return strip;
+    const auto place = jobs.runtime.syncMain([&] { return state.placeOf(track); });
+    if (!place) return std::nullopt;
+    parts.moves.moveWindowReliably(std::clamp(static_cast<int>(*place) - stripsBefore, 0, session.maxOffset()));
+    return stripShowing(track, session);
+}
+
+std::optional<Strip> GroupOperations::stripShowing(const TrackRef& track, BankLayout session) const {
+    return jobs.runtime.syncMain([&]() -> std::optional<Strip> {
+        const auto place = state.placeOf(track);
+        const int offset = state.published.bankOffset;
+        if (!place || offset < 0) return std::nullopt;
+        const int slot = static_cast<int>(*place) - offset;
+        return slot >= 0 && slot < session.width ? Strip::of(slot) : std::nullopt;
+    });
 }
 
 } // namespace lumbrine

@@ -144,6 +144,37 @@ TEST_F(GroupTest, WhatWasAskedForWithoutProToolsIsNotDoneLater) {
     EXPECT_THAT(acts(), ElementsAre("B0 0F 05", "B0 2F 40", "B0 05 3F", "B0 25 7F", "B0 0F 05", "B0 2F 00"));
 }
 
+TEST_F(GroupTest, MembersAreTheTracksThatTheRowsStoodForWhenTheyWereAskedFor) {
+    for (Track& track : state.published.session.tracks)
+        track.name = track.display;
+    state.presence.lastHand = world.runtime.now(); // the walk waits
+    groups.groupSetFaders({{3, 0.5}, {4, 0.5}}, bench.asked());
+    bench.run(100ms);
+    Lines names = host.names;
+    names.erase(names.begin() + 3);
+    names.insert(names.begin(), {"New1", "New2"});
+    host.names = names;
+    host.show();
+    bench.setTrackMap(names, 0);
+    for (Track& track : state.published.session.tracks)
+        track.name = track.display;
+    ++state.mapNumber;
+    bench.run(1500ms);
+    ASSERT_TRUE(ends());
+    EXPECT_THAT(acts(), ElementsAre("B0 0F 05", "B0 2F 40", "B0 05 3F", "B0 25 7F", "B0 0F 05", "B0 2F 00"));
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✓ Applied faders to 1 of 2 group tracks outside the window"));
+}
+
+TEST_F(GroupTest, NothingHappensForAFormerOwnerThatWasShownNoRowsSince) {
+    const Asked former{.owner = {.number = 1}, .at = world.runtime.now()};
+    groups.groupSetFaders({{3, 0.5}}, former);
+    groups.groupSetAutoMode({3}, 2, former);
+    bench.run(1s);
+    EXPECT_THAT(acts(), IsEmpty());
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped group faders: no track was shown yet",
+                                               "✗ Dropped group automation mode: no track was shown yet"));
+}
+
 TEST_F(GroupTest, FadersMoveWhileTheTransportRuns) {
     state.transportPlaying = true;
     groups.groupSetFaders({{3, 0.5}}, bench.asked());

@@ -153,15 +153,22 @@ void ClientMirror::sendVisibleInputMons() {
     toldMonitors.fill(std::nullopt);
     toldTo = endpoint.ownership();
     for (std::size_t i = 0; i < shownStrips; ++i) {
-        const Track* track = shownTrack(i);
-        inputMons[i] = track && track->inputMonitor;
-        if (track) toldMonitors[i] = ToldMonitor{.track = track->identity(), .on = inputMons[i]};
+        toldMonitors[i] = monitorOn(i);
+        inputMons[i] = toldMonitors[i] && toldMonitors[i]->on;
     }
     emit(inputMonsMessage(std::span(inputMons).first(shownStrips)));
 }
 
 std::optional<ToldMonitor> ClientMirror::toldMonitor(Strip strip, Ownership owner) const {
-    return toldTo == owner ? toldMonitors[strip.slot()] : std::nullopt;
+    if (toldTo == owner) return toldMonitors[strip.slot()];
+    const bool isShown = strip.slot() < state.published.shownStrips().size();
+    return owner.isNewcomers && isShown ? monitorOn(strip.slot()) : std::nullopt;
+}
+
+std::optional<ToldMonitor> ClientMirror::monitorOn(std::size_t slot) const {
+    const Track* track = shownTrack(slot);
+    if (!track) return std::nullopt;
+    return ToldMonitor{.track = track->identity(), .on = track->inputMonitor};
 }
 
 // ---- Automation modes, transport

@@ -64,7 +64,10 @@ public:
     void sendVisibleFullNames();
     void sendVisibleColors();
     void sendVisibleInputMons();
-    std::optional<ToldMonitor> toldMonitor(Strip strip, Ownership owner) const; // absent when no track was shown to it
+
+    // What the client of that ownership was told; a newcomer that was told nothing yet means what is there. Absent
+    // where no track was shown to it.
+    std::optional<ToldMonitor> toldMonitor(Strip strip, Ownership owner) const;
 
     void sendAllAutoModes();
     void sendAutoModesIfChanged();
@@ -81,6 +84,7 @@ private:
     std::vector<Value> shown(ValueOf valueOf) const;
 
     const Track* shownTrack(std::size_t slot) const; // null where no known track is shown
+    std::optional<ToldMonitor> monitorOn(std::size_t slot) const;
     Bytes buildSwitchPayload() const;
     Bytes buildAutoModes() const;
 

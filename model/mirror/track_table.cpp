@@ -101,17 +101,21 @@ void TrackTable::sendNextDue() {
 }
 
 void TrackTable::note(std::size_t row) {
-    const Track& track = state.published.session.tracks[row];
     if (toldRows.size() <= row) toldRows.resize(row + 1);
-    toldRows[row] = {.track = track.identity(), .display = track.display};
+    toldRows[row] = state.trackAt(row);
 }
 
-std::optional<TrackIdentity> TrackTable::told(std::size_t row, Ownership owner) const {
-    if (owner != toldTo || row >= toldRows.size()) return std::nullopt;
-    const std::vector<Track>& tracks = state.published.session.tracks;
-    const Told& told = toldRows[row];
-    const bool hasItsNameSince = told.track.name.empty() && row < tracks.size() && tracks[row].display == told.display;
-    return hasItsNameSince ? tracks[row].identity() : told.track;
+std::optional<TrackRef> TrackTable::meant(std::size_t row, Ownership owner) const {
+    if (owner == toldTo && row < toldRows.size() && toldRows[row]) return toldRows[row];
+    const bool isThere = row < state.published.session.size();
+    return owner.isNewcomers && isThere ? std::optional(state.trackAt(row)) : std::nullopt;
+}
+
+std::optional<TrackIdentity> TrackTable::identityMeant(std::size_t row, Ownership owner) const {
+    const auto track = meant(row, owner);
+    if (!track) return std::nullopt;
+    const auto place = track->track.name.empty() ? state.placeOf(*track) : std::nullopt;
+    return place ? state.published.session.tracks[*place].identity() : track->track;
 }
 
 } // namespace lumbrine

@@ -35,16 +35,14 @@ public:
     // Sends the rows that differ from what the owner was sent last.
     void sendChangedRows();
 
-    // The track that the row stood for when it was last sent in that ownership; absent while it was not. A row that was
-    // sent under the display's name stands for the session's track as long as that has the same one.
-    std::optional<TrackIdentity> told(std::size_t row, Ownership owner) const;
+    // The track that the client of that ownership means by the row: the one that the row stood for when it was last
+    // sent to it. A newcomer that was not sent the row means what is there. Absent when it can mean none.
+    std::optional<TrackRef> meant(std::size_t row, Ownership owner) const;
+
+    // The same by what the scripting service knows it, if the name that it was sent under was a display's.
+    std::optional<TrackIdentity> identityMeant(std::size_t row, Ownership owner) const;
 
 private:
-    struct Told {
-        TrackIdentity track;
-        std::string display;
-    };
-
     void readBy(const std::string& key);
     void sendInTime();
     void sendAfter(Duration delay);
@@ -56,9 +54,9 @@ private:
     const ReceiverState& state;
     ClientEndpoint& endpoint;
 
-    std::string reader;          // who is sent the rows
-    std::vector<Bytes> lastSent; // row by row what the reader was sent last; empty where nothing
-    std::vector<Told> toldRows;  // what these rows stand for
+    std::string reader;                            // who is sent the rows
+    std::vector<Bytes> lastSent;                   // row by row what the reader was sent last; empty where nothing
+    std::vector<std::optional<TrackRef>> toldRows; // what these rows stand for
     std::optional<Ownership> toldTo;
     std::set<std::size_t> due; // the rows to be sent
     std::size_t next = 0;      // due rows are sent in a circle, so that none waits for ever

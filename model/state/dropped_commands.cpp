@@ -14,6 +14,10 @@ CommandName inWords(DropReason why) {
         return {"a fader was in use", "フェーダー操作中のため"};
     case DropReason::trackGone:
         return {"its track is no longer shown", "トラックが表示されていないため"};
+    case DropReason::otherTracks:
+        return {"the session has other tracks now", "セッションのトラックが変わったため"};
+    case DropReason::notShown:
+        return {"no track was shown yet", "トラックがまだ表示されていないため"};
     case DropReason::positionUnknown:
         return {"the bank position is unknown", "バンク位置が不明なため"};
     case DropReason::ownerChanged:

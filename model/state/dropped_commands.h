@@ -11,6 +11,8 @@ enum class DropReason {
     surfacesBusy,    // a seek, scan or walk took too long
     faderHeld,       // a walk or scan would have moved the track away from under a finger
     trackGone,       // the surfaces do not show the track any more
+    otherTracks,     // the session has none of the tracks any more
+    notShown,        // the client was not told of any of the tracks since it is in control
     positionUnknown, // nobody knows where the surfaces are
     ownerChanged,    // another client is in control
     tooMany,         // at once

@@ -22,6 +22,14 @@ struct TrackOnStrip {
     std::uint64_t move;               // `bankMoves` then
 };
 
+// A track of the session, to find it again when the session has changed.
+struct TrackRef {
+    std::size_t index; // in the session then
+    TrackIdentity track;
+    std::string display;
+    std::uint64_t map; // number of the session then
+};
+
 // When somebody was last heard. The times of arrival are written where pings and datagrams arrive: nobody may count as
 // gone because the main thread is late.
 struct Presence {
@@ -69,6 +77,12 @@ struct ReceiverState {
                 .map = mapNumber,
                 .move = bankMoves};
     }
+
+    // `index` is one of the session's.
+    TrackRef trackAt(std::size_t index) const;
+
+    // Where in the session that track is now; absent when it has gone, or when it is not sure.
+    std::optional<std::size_t> placeOf(const TrackRef& track) const;
 
     // The strip that shows that track now; absent when none does, or when it is not sure.
     std::optional<Strip> stripShowing(const TrackOnStrip& track) const;

@@ -55,8 +55,8 @@ public:
     // What a model knows beyond what it publishes.
     static const ReceiverState& stateOf(const ReceiverModel& model) { return model.parts->state; }
 
-    // By a client in control, now.
-    Asked asked() const { return {.owner = {.number = 1}, .at = world.runtime.now()}; }
+    // By a client in control, now, which was told nothing yet.
+    Asked asked() const { return {.owner = {.number = 1, .isNewcomers = true}, .at = world.runtime.now()}; }
 
     ReceiverState& state() { return model->parts->state; }
     ReceiverParts& parts() { return *model->parts; }

@@ -18,7 +18,7 @@ void TrackWishes::setGroup(TrackSwitch which, std::vector<int> members, bool ena
         bool isShown = false;
         for (const int member : members) {
             if (!known.insert(member).second) continue;
-            const auto track = parts.table.told(static_cast<std::size_t>(member), origin.owner);
+            const auto track = parts.table.identityMeant(static_cast<std::size_t>(member), origin.owner);
             isShown = isShown || track;
             if (track && !track->name.empty()) wish.open.push_back(*track);
         }

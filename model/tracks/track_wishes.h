@@ -37,7 +37,7 @@ public:
 
     TrackWishes(const Jobs& jobs, ActivityLog& log, Parts parts);
 
-    // Members are rows of the client's table, and meant are the tracks that it was sent in them. Those whose full name
+    // Members are rows of the client's table (TrackTable::identityMeant). Those whose full name
     // is not known cannot be reached, since a display's name may stand for another track. Any thread; returns at once.
     void setGroup(TrackSwitch which, std::vector<int> members, bool enabled, Asked origin);
 

@@ -155,7 +155,7 @@ private:
     void addMembers(const WalkRequest& walk) {
         const auto datagram = std::ranges::find(acceptance.accepted, walk.at, &ReceivedDatagram::at);
         if (datagram == acceptance.accepted.end()) return;
-        const auto add = [&](ActKind kind, int member, int detail) {
+        const auto addMember = [&](ActKind kind, int member, int detail) {
             members.push_back({.at = walk.at,
                                .until = walk.at + longestWalk,
                                .kind = kind,
@@ -163,11 +163,12 @@ private:
                                .detail = detail,
                                .tracks = shown.inRow(datagram->sender, member, walk.at)});
             members.back().ofNewcomer = members.back().tracks.empty();
+            add(members.back().tracks, shown.unseenInRow(datagram->sender, member, walk.at));
         };
         for (const auto& [member, value] : walk.faders)
-            add(ActKind::move, member, value);
+            addMember(ActKind::move, member, value);
         for (const int member : walk.members)
-            add(ActKind::mode, member, walk.modePort);
+            addMember(ActKind::mode, member, walk.modePort);
     }
 
     // Of a strip that has had no name so far, as on a host that sends none, its client means the strip itself.

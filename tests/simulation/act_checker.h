@@ -4,7 +4,7 @@
 // - A touch, a fader move without a finger, a press, a turn, a pan seek and a mode are for the track that the strip's
 //   name stood for when the datagram came; presses, turns, pan seeks and modes may be for that of the position, too,
 //   where the receiver tells where a seek is going before the host has moved.
-// - A client that was never told of the strip means what is there.
+// - A client that was never told of the strip, or of the row, means what is there.
 // - A fader move under a finger is for the track that the finger was put on.
 // - What a walk plays is for the tracks in the rows of its members.
 // - What waits goes out within two seconds, on whichever strip shows the track by then.

@@ -210,6 +210,17 @@ Tracks ShownTracks::inRow(const std::string& client, int index, TimePoint at) co
     return tracks;
 }
 
+Tracks ShownTracks::unseenInRow(const std::string& client, int index, TimePoint at) const {
+    Tracks tracks;
+    const Client* const found = find(client);
+    if (found != nullptr && found->rows.contains(index) && found->rows.at(index).front().from < at) return tracks;
+    forEachAt(host.lists, at, &TrackList::at, [&](const TrackList& list) {
+        if (static_cast<std::size_t>(index) < list.ids.size())
+            unite(tracks, {list.ids[static_cast<std::size_t>(index)]});
+    });
+    return tracks;
+}
+
 bool ShownTracks::wasToldNames(const std::string& client, TimePoint from, TimePoint until) const {
     const Client* const found = find(client);
     if (found == nullptr) return false;

@@ -45,6 +45,9 @@ public:
     // By the name in the row of that session index.
     Tracks inRow(const std::string& client, int index, TimePoint at) const;
 
+    // Of a row that the client was never sent, what is there: the track in that place of the session.
+    Tracks unseenInRow(const std::string& client, int index, TimePoint at) const;
+
     // When a name of that strip was first sent to anybody; the end of time when none was.
     TimePoint firstNamed(int strip) const { return first[static_cast<std::size_t>(strip)]; }
 
