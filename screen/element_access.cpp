@@ -1,5 +1,7 @@
 #include "screen/element_access.h"
 
+#include "base/composed_text.h"
+
 #include <algorithm>
 #include <deque>
 #include <utility>
@@ -15,24 +17,68 @@ std::optional<ElementHandle> proToolsApplication(Accessibility& accessibility) {
 namespace {
 
 template <typename Kind>
-std::optional<Kind> readAs(Accessibility& screen, const ElementHandle& element, std::string_view attribute) {
-    std::optional<AttributeValue> value = screen.attribute(element, attribute);
+std::optional<Kind> as(std::optional<AttributeValue> value) {
     if (!value || !std::holds_alternative<Kind>(*value)) return std::nullopt;
-    return std::get<Kind>(std::move(*value));
+    return std::get<Kind>(*std::move(value));
 }
 
 } // namespace
 
-std::vector<ElementHandle> ElementAccess::elementList(const ElementHandle& element, std::string_view attribute) {
-    if (elementsLeft == 0) return {};
-    auto list = readAs<std::vector<ElementHandle>>(screen, element, attribute);
-    if (!list) return {};
+std::optional<std::string> asText(std::optional<AttributeValue> value) {
+    return as<std::string>(std::move(value));
+}
+
+std::optional<bool> asFlag(const std::optional<AttributeValue>& value) {
+    return as<bool>(value);
+}
+
+std::optional<ElementHandle> asElement(std::optional<AttributeValue> value) {
+    return as<ElementHandle>(std::move(value));
+}
+
+std::vector<ElementHandle> asList(std::optional<AttributeValue> value) {
+    return as<std::vector<ElementHandle>>(std::move(value)).value_or(std::vector<ElementHandle>());
+}
+
+void ElementAccess::ask(const ElementHandle& element, std::span<const std::string_view> names,
+                        std::span<std::optional<AttributeValue>> values) {
+    if (!end && runtime.now() >= deadline) end = NoReading::tooLong;
+    if (end) {
+        ++unansweredCount;
+        return;
+    }
+    auto answer = screen.attributes(element, names);
+    if (!answer) return noteFailure(answer.error());
+    lastWasUnanswered = false;
+    std::ranges::move(*answer, values.begin());
+    for (std::optional<AttributeValue>& value : values)
+        takeIn(value);
+}
+
+void ElementAccess::noteFailure(ScreenFailure failure) {
+    ++unansweredCount;
+    if (failure == ScreenFailure::refused) {
+        end = screen.isTrusted() ? NoReading::refused : NoReading::nothingShown;
+    } else if (std::exchange(lastWasUnanswered, true)) {
+        end = NoReading::noAnswer;
+    }
+}
+
+void ElementAccess::takeIn(std::optional<AttributeValue>& value) {
+    if (!value) return;
+    if (auto* text = std::get_if<std::string>(&*value)) *text = composed(*text);
+    auto* const list = std::get_if<std::vector<ElementHandle>>(&*value);
+    if (list == nullptr) return;
     if (list->size() > elementsLeft) {
         elementsLeft = 0; // every later list is empty too
-        return {};
+        list->clear();
     }
     elementsLeft -= list->size();
-    return std::move(*list);
+}
+
+std::vector<ElementHandle> ElementAccess::elementList(const ElementHandle& element, std::string_view attribute) {
+    if (elementsLeft == 0) return {};
+    return asList(read(element, {attribute})[0]);
 }
 
 std::vector<ElementHandle> ElementAccess::windows(const ElementHandle& application) {
@@ -43,33 +89,22 @@ std::vector<ElementHandle> ElementAccess::children(const ElementHandle& element)
     return elementList(element, "AXChildren");
 }
 
-std::optional<std::string> ElementAccess::stringAttr(const ElementHandle& element, std::string_view attribute) {
-    return readAs<std::string>(screen, element, attribute);
-}
-
 std::string ElementAccess::textAttr(const ElementHandle& element, std::string_view attribute) {
-    return stringAttr(element, attribute).value_or(std::string());
-}
-
-std::string ElementAccess::role(const ElementHandle& element) {
-    return textAttr(element, "AXRole");
+    return asText(read(element, {attribute})[0]).value_or(std::string());
 }
 
 std::string ElementAccess::title(const ElementHandle& element) {
     return textAttr(element, "AXTitle");
 }
 
-std::optional<bool> ElementAccess::boolAttr(const ElementHandle& element, std::string_view attribute) {
-    return readAs<bool>(screen, element, attribute);
-}
-
 std::optional<ElementHandle> ElementAccess::element(const ElementHandle& of, std::string_view attribute) {
-    return readAs<ElementHandle>(screen, of, attribute);
+    return asElement(read(of, {attribute})[0]);
 }
 
 bool ElementAccess::matches(const ElementHandle& element, const DescendantQuery& query) {
-    if (role(element) != query.role) return false;
-    const std::string name = title(element);
+    auto [role, shown] = read(element, {"AXRole", "AXTitle"});
+    if (asText(std::move(role)).value_or("") != query.role) return false;
+    const std::string name = asText(std::move(shown)).value_or("");
     const auto isContained = [&](std::string_view part) { return name.find(part) != std::string::npos; };
     return std::ranges::any_of(query.nameContainsAny, isContained) ||
            std::ranges::find(query.nameIs, name) != query.nameIs.end();

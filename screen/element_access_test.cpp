@@ -12,7 +12,7 @@ protected:
         return found ? access.textAttr(*found, "AXHelp") : "";
     }
 
-    ElementAccess access{screen};
+    ElementAccess access{screen, clock, std::chrono::seconds(10)};
 };
 
 TEST_F(ElementAccessTest, FindsTheFirstRunningProTools) {
@@ -47,17 +47,17 @@ TEST_F(ElementAccessTest, AStringAFlagAndAnElementAreThereOnlyAsWhatTheyAre) {
     show("application com.avid.ProTools 501\n"
          "  - &self AXText=\"\" AXTrue=true AXFalse=false AXElement=@self AXList=[@self] AXOther=?\n");
     const ElementHandle element = access.children(app()).at(0);
-    EXPECT_EQ(access.stringAttr(element, "AXText"), "");
-    EXPECT_EQ(access.boolAttr(element, "AXTrue"), true);
-    EXPECT_EQ(access.boolAttr(element, "AXFalse"), false);
+    EXPECT_EQ(asText(access.read(element, {"AXText"})[0]), "");
+    EXPECT_EQ(asFlag(access.read(element, {"AXTrue"})[0]), true);
+    EXPECT_EQ(asFlag(access.read(element, {"AXFalse"})[0]), false);
     EXPECT_TRUE(access.element(element, "AXElement"));
     for (const char* attribute : {"AXTrue", "AXElement", "AXList", "AXOther", "AXNothing"})
-        EXPECT_EQ(access.stringAttr(element, attribute), std::nullopt) << attribute;
+        EXPECT_EQ(asText(access.read(element, {attribute})[0]), std::nullopt) << attribute;
     for (const char* attribute : {"AXText", "AXElement", "AXList", "AXOther", "AXNothing"})
-        EXPECT_EQ(access.boolAttr(element, attribute), std::nullopt) << attribute;
+        EXPECT_EQ(asFlag(access.read(element, {attribute})[0]), std::nullopt) << attribute;
     for (const char* attribute : {"AXText", "AXTrue", "AXList", "AXOther", "AXNothing"})
         EXPECT_EQ(access.element(element, attribute), std::nullopt) << attribute;
-    EXPECT_EQ(access.role(element), "");
+    EXPECT_EQ(access.textAttr(element, "AXRole"), "");
     EXPECT_EQ(access.title(element), "");
 }
 
@@ -131,7 +131,7 @@ TEST_F(ElementAccessTest, ACircleEndsAtTheDepth) {
          "  AXGroup &a AXChildren=[@b]\n"
          "  AXGroup &b AXChildren=[@a @b]\n");
     EXPECT_EQ(find({.role = "AXButton", .nameIs = {"OK"}, .maxDepth = 3}), "");
-    // The application's list; then role and list of 2 elements and of 3, and the roles of 5.
+    // The application's list; then role with title, and list, of 2 elements and of 3, and the roles of 5.
     EXPECT_EQ(screen.reads(), 1u + 2 * 2 + 2 * 3 + 5);
 }
 
@@ -157,11 +157,11 @@ TEST_F(ElementAccessTest, TheLimitIsForAllListsTogetherAndNoListIsCutShort) {
         EXPECT_EQ(access.children(three[2]).size(), 1u); // the last one
         EXPECT_TRUE(access.children(three[2]).empty());
     }
-    ElementAccess another(screen);
+    ElementAccess another(screen, clock, std::chrono::seconds(10));
     const std::vector<ElementHandle> three = another.children(app());
     EXPECT_TRUE(another.children(three[1]).empty());
     EXPECT_TRUE(another.children(three[2]).empty());
-    EXPECT_EQ(another.role(three[2]), "");
+    EXPECT_EQ(another.title(three[2]), "");
 }
 
 TEST_F(ElementAccessTest, PressingIsAnActionEvenIfItFails) {

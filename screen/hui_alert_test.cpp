@@ -131,7 +131,7 @@ TEST_F(HUIAlertTest, AScreenWithoutAlertsIsLookedThroughOnce) {
     showAlerts({alert("OK", {"other"})});
     int looks = 0;
     screen.watchReads([&](const MemoryScreen::Read& read) {
-        if (read.attribute == "AXSubrole") ++looks;
+        if (read.asksFor("AXSubrole")) ++looks;
         return true;
     });
     EXPECT_EQ(run(), noMenuItem);

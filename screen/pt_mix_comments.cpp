@@ -1,8 +1,9 @@
 #include "screen/pt_mix_comments.h"
 
+#include "base/composed_text.h"
 #include "screen/element_access.h"
 
-#include <unordered_set>
+#include <unordered_map>
 #include <utility>
 
 namespace lumbrine {
@@ -21,55 +22,74 @@ std::optional<ElementHandle> findMixWindow(ElementAccess& access, const ElementH
 
 class MixWindowWalk {
 public:
-    MixWindowWalk(ElementAccess& access, const std::vector<std::string>& knownNames)
-        : access(access), known(knownNames.begin(), knownNames.end()) {}
+    MixWindowWalk(ElementAccess& access, const std::vector<std::string>& knownNames) : access(access) {
+        for (const std::string& name : knownNames)
+            known.emplace(composed(name), name);
+    }
 
-    void walk(const ElementHandle& element, int depth) {
+    // Looks at the children of an element of that depth.
+    void walk(const std::vector<ElementHandle>& kids, int depth) {
         constexpr int deepest = 12; // ends the walk when elements form a circle
-        if (depth > deepest) return;
-        const std::vector<ElementHandle> kids = access.children(element);
-        if (takeStrip(kids)) return;
-        for (const ElementHandle& kid : kids)
-            walk(kid, depth + 1);
+        if (access.ended()) return;
+        std::vector<std::vector<ElementHandle>> below;
+        if (takeStrip(kids, below) || depth == deepest) return;
+        for (const std::vector<ElementHandle>& grandchildren : below)
+            walk(grandchildren, depth + 1);
     }
 
     Comments found;
 
 private:
-    // Stores the comment and returns true when the elements are the children of one strip.
-    bool takeStrip(const std::vector<ElementHandle>& kids) {
-        std::optional<std::string> name;
+    // What the elements show, if they are the children of one strip.
+    struct Strip {
+        const std::string* name = nullptr; // of a track
+        bool hasTwoNames = false;
         std::optional<std::string> comment;
+    };
+
+    // Stores the comment and returns true when the elements are the children of one strip. Otherwise `below` has the
+    // children of each.
+    bool takeStrip(const std::vector<ElementHandle>& kids, std::vector<std::vector<ElementHandle>>& below) {
+        const std::uint64_t unanswered = access.unanswered();
+        Strip strip;
         for (const ElementHandle& kid : kids) {
-            const std::string role = access.role(kid);
-            if (role == "AXPopUpButton") {
-                std::optional<std::string> shown = access.stringAttr(kid, "AXValue");
-                if (shown && known.contains(*shown)) name = std::move(shown);
-            } else if (role == "AXTextField" && !comment) {
-                comment = access.textAttr(kid, "AXValue");
-            }
+            auto [role, value, children] = access.read(kid, {"AXRole", "AXValue", "AXChildren"});
+            below.push_back(asList(std::move(children)));
+            look(strip, asText(std::move(role)).value_or(""), asText(std::move(value)));
         }
-        if (!name || !comment) return false;
-        found.insert_or_assign(std::move(*name), std::move(*comment));
+        if (strip.name == nullptr || !strip.comment) return false;
+        if (!strip.hasTwoNames && access.unanswered() == unanswered)
+            found.insert_or_assign(*strip.name, *std::move(strip.comment));
         return true;
     }
 
+    void look(Strip& strip, std::string_view role, std::optional<std::string> value) const {
+        if (role == "AXTextField" && !strip.comment) {
+            strip.comment = std::move(value).value_or("");
+        } else if (role == "AXPopUpButton" && value) {
+            const auto name = known.find(*value);
+            if (name == known.end()) return;
+            if (strip.name != nullptr && strip.name != &name->second) strip.hasTwoNames = true;
+            strip.name = &name->second;
+        }
+    }
+
     ElementAccess& access;
-    const std::unordered_set<std::string> known;
+    std::unordered_map<std::string, std::string> known; // by composed form
 };
 
 } // namespace
 
-std::optional<Comments> PTMixComments::read(Accessibility& accessibility, const std::vector<std::string>& knownNames) {
-    if (knownNames.empty() || !accessibility.isTrusted()) return std::nullopt;
+std::expected<Comments, NoReading> PTMixComments::read(Accessibility& accessibility, Runtime& runtime,
+                                                       const std::vector<std::string>& knownNames) {
+    if (knownNames.empty() || !accessibility.isTrusted()) return std::unexpected(NoReading::nothingShown);
     const std::optional<ElementHandle> app = proToolsApplication(accessibility);
-    if (!app) return std::nullopt;
-    ElementAccess access(accessibility);
-    const std::optional<ElementHandle> mix = findMixWindow(access, *app);
-    if (!mix) return std::nullopt;
+    if (!app) return std::unexpected(NoReading::nothingShown);
+    ElementAccess access(accessibility, runtime, timeLimit);
     MixWindowWalk comments(access, knownNames);
-    comments.walk(*mix, 0);
-    if (comments.found.empty()) return std::nullopt;
+    if (const std::optional<ElementHandle> mix = findMixWindow(access, *app)) comments.walk(access.children(*mix), 0);
+    const NoReading end = access.ended().value_or(NoReading::nothingShown);
+    if (comments.found.empty() || end == NoReading::noAnswer || end == NoReading::refused) return std::unexpected(end);
     return std::move(comments.found);
 }
 

@@ -4,12 +4,13 @@
 namespace lumbrine {
 namespace {
 
+using namespace std::chrono_literals;
 using Comments = std::map<std::string, std::string>;
 
 class PTMixCommentsTest : public ScreenTest {
 protected:
     std::optional<Comments> read(const std::vector<std::string>& known = {"Kick", "Snare", "Vocals"}) {
-        return PTMixComments::read(screen, known);
+        return broughtBy(PTMixComments::read(screen, clock, known));
     }
 
     // A Mix window with these lines in it.
@@ -18,6 +19,34 @@ protected:
              "  AXWindows:\n"
              "    AXWindow &mix AXTitle=\"Mix: Song\"\n" +
              lines);
+    }
+
+    std::expected<Comments, NoReading> reading() {
+        return PTMixComments::read(screen, clock, {"Kick", "Snare", "Vocals"});
+    }
+
+    // 15 messages: windows, title, the window's list, the strips, what is in them.
+    void showThreeStrips() {
+        showMix("      AXGroup\n"
+                "        AXPopUpButton AXValue=\"Kick\"\n"
+                "        AXTextField AXValue=\"tight\"\n"
+                "      AXGroup\n"
+                "        AXPopUpButton AXValue=\"Snare\"\n"
+                "        AXTextField AXValue=\"loose\"\n"
+                "        AXButton\n"
+                "        AXPopUpButton AXValue=\"Output\"\n"
+                "      AXGroup\n"
+                "        AXPopUpButton AXValue=\"Vocals\"\n"
+                "        AXTextField AXValue=\"loud\"\n"
+                "        AXButton\n");
+    }
+
+    // From the message with this number on, so many go unanswered.
+    void hang(std::uint64_t first, std::uint64_t count) {
+        screen.watchReads([this, first = screen.reads() + first, count](const MemoryScreen::Read& read) {
+            screen.answerAfter(clock, read.number >= first && read.number < first + count ? 6s : 0s);
+            return true;
+        });
     }
 
     // A strip with this name and comment, this many groups below the window.
@@ -71,14 +100,41 @@ TEST_F(PTMixCommentsTest, TheFirstFieldIsTheComment) {
     EXPECT_EQ(read(), (Comments{{"Kick", "first"}}));
 }
 
-TEST_F(PTMixCommentsTest, TheLastPopUpThatShowsAKnownNameIsTheName) {
+TEST_F(PTMixCommentsTest, ThePopUpThatShowsAKnownNameIsTheName) {
     showMix("      AXGroup\n"
-            "        AXPopUpButton AXValue=\"Kick\"\n"
+            "        AXPopUpButton AXValue=\"Input 1\"\n"
             "        AXTextField AXValue=\"comment\"\n"
+            "        AXPopUpButton AXValue=\"Snare\"\n"
             "        AXPopUpButton AXValue=\"Snare\"\n"
             "        AXPopUpButton AXValue=\"Output 1-2\"\n"
             "        AXPopUpButton AXValue=?\n");
     EXPECT_EQ(read(), (Comments{{"Snare", "comment"}}));
+}
+
+// An output that is routed to a track has the track's name. Which pop-up is the strip's own is not known.
+TEST_F(PTMixCommentsTest, AStripThatShowsTwoKnownNamesHasNoComment) {
+    showMix("      AXGroup\n"
+            "        AXPopUpButton AXValue=\"Kick\"\n"
+            "        AXTextField AXValue=\"whose?\"\n"
+            "        AXPopUpButton AXValue=\"Snare\"\n"
+            "        AXGroup\n"
+            "          AXPopUpButton AXValue=\"Snare\"\n"
+            "          AXTextField AXValue=\"inside\"\n"
+            "      AXGroup\n"
+            "        AXPopUpButton AXValue=\"Vocals\"\n"
+            "        AXTextField AXValue=\"loud\"\n");
+    EXPECT_EQ(read(), (Comments{{"Vocals", "loud"}}));
+}
+
+TEST_F(PTMixCommentsTest, NamesAreComparedInComposedFormAndReturnedAsTheyAreKnown) {
+    showMix("      AXGroup\n"
+            "        AXPopUpButton AXValue=\"Zoe\u0308\"\n"
+            "        AXTextField AXValue=\"cafe\u0301\"\n"
+            "      AXGroup\n"
+            "        AXPopUpButton AXValue=\"\u30D9\u30B9\"\n"
+            "        AXTextField AXValue=\"DI\"\n");
+    EXPECT_EQ(read({"Zo\u00EB", "\u30D8\u3099\u30B9"}),
+              (Comments{{"Zo\u00EB", "caf\u00E9"}, {"\u30D8\u3099\u30B9", "DI"}}));
 }
 
 TEST_F(PTMixCommentsTest, APopUpWithAnUnknownNameMakesNoStripAndTheWalkGoesOnInside) {
@@ -116,8 +172,8 @@ TEST_F(PTMixCommentsTest, InsideAStripNothingIsLookedAt) {
             "        AXPopUpButton AXValue=\"Kick\"\n"
             "        AXTextField AXValue=\"outside\"\n");
     EXPECT_EQ(read(), (Comments{{"Kick", "outside"}}));
-    // Windows and title; lists of the window and the group; roles of the group and its three; two values.
-    EXPECT_EQ(screen.reads(), 2u + 2 + 4 + 2);
+    // Windows, title and the window's list; the group and its three.
+    EXPECT_EQ(screen.reads(), 3u + 4);
 }
 
 TEST_F(PTMixCommentsTest, TheWindowItselfMayBeAStrip) {
@@ -233,7 +289,7 @@ TEST_F(PTMixCommentsTest, ReadsGrowWithTheElementsAndNotFaster) {
     showMix("      AXGroup &strips\n");
     std::vector<std::string> known;
     // Five elements a strip, of which one slider and one button are of no interest.
-    for (const auto& [strips, reads] : std::map<std::size_t, std::uint64_t>{{20, 165}, {200, 1'605}, {4'000, 32'005}}) {
+    for (const auto& [strips, reads] : std::map<std::size_t, std::uint64_t>{{20, 104}, {200, 1'004}, {4'000, 20'004}}) {
         for (; known.size() < strips; known.push_back("Audio " + std::to_string(known.size())))
             screen.append(at("strips"), "AXChildren", strip("Audio " + std::to_string(known.size()), "comment", 2));
         const std::uint64_t before = screen.reads();
@@ -249,9 +305,9 @@ TEST_F(PTMixCommentsTest, ReadsGrowWithTheElementsThatAreNoStripsToo) {
         other.append(other.launch("com.avid.ProTools", process), "AXWindows", window);
         for (int i = 0; i < elements; ++i)
             other.append(window, "AXChildren", other.add({{"AXRole", "AXGroup"}}));
-        EXPECT_EQ(PTMixComments::read(other, {"Kick"}), std::nullopt);
-        // Windows, title and the window's list; role and list of each element.
-        EXPECT_EQ(other.reads(), 3u + 2 * static_cast<unsigned>(elements));
+        EXPECT_FALSE(PTMixComments::read(other, clock, {"Kick"}));
+        // Windows, title and the window's list; each element.
+        EXPECT_EQ(other.reads(), 3u + static_cast<unsigned>(elements));
     }
 }
 
@@ -265,15 +321,11 @@ TEST_F(PTMixCommentsTest, AReadThatFailsNeverPutsACommentOnAnotherTrack) {
             "          AXTextField AXValue=\"loose\"\n");
     const Comments kick{{"Kick", "tight"}};
     const Comments snare{{"Snare", "loose"}};
-    const Comments both{{"Kick", "tight"}, {"Snare", "loose"}};
-    const Comments withoutKicks{{"Kick", ""}, {"Snare", "loose"}};
-    const Comments withoutSnares{{"Kick", "tight"}, {"Snare", ""}};
     const std::vector<std::optional<Comments>> outcomes{
-        {},    {},    {},                          // windows, title, the window's list
-        both,  {},                                 // role and list of the group
-        both,  both,                               // roles of the strips
-        snare, snare, snare, snare, withoutKicks,  // first strip: list, role, value, role, value
-        kick,  kick,  kick,  kick,  withoutSnares, // second strip
+        {},    {},    {}, {}, // windows, title, the window's list, the group
+        snare, kick,          // the strips
+        snare, snare,         // pop-up and field of the first
+        kick,  kick,          // of the second
     };
     for (std::size_t i = 0; i < outcomes.size(); ++i) {
         failReads([failing = screen.reads() + 1 + i](std::uint64_t number) { return number == failing; });
@@ -289,24 +341,57 @@ TEST_F(PTMixCommentsTest, AStripThatVanishesWhileItReadsIsAbsent) {
             "        AXPopUpButton AXValue=\"Snare\"\n"
             "        AXTextField AXValue=\"loose\"\n");
     screen.watchReads([&](const MemoryScreen::Read& read) {
-        if (read.number == 7) screen.remove(at("kick")); // its pop-up's role is asked for
+        if (read.number == 6) screen.remove(at("kick")); // its pop-up
         return true;
     });
     EXPECT_EQ(read(), (Comments{{"Snare", "loose"}}));
 }
 
-TEST_F(PTMixCommentsTest, PermissionWithdrawnInTheMiddleLeavesWhatWasRead) {
-    showMix("      AXGroup\n"
-            "        AXPopUpButton AXValue=\"Kick\"\n"
-            "        AXTextField AXValue=\"tight\"\n"
-            "      AXGroup &snare\n"
-            "        AXPopUpButton AXValue=\"Snare\"\n"
-            "        AXTextField AXValue=\"loose\"\n");
+TEST_F(PTMixCommentsTest, AReadThatIsRefusedInTheMiddleEndsIt) {
+    showThreeStrips();
     screen.watchReads([&](const MemoryScreen::Read& read) {
-        if (read.element == at("snare") && read.attribute == "AXChildren") screen.setTrusted(false);
+        if (read.number == 10) screen.setRefusing(true);
         return true;
     });
-    EXPECT_EQ(read(), (Comments{{"Kick", "tight"}}));
+    EXPECT_EQ(reading(), std::unexpected(NoReading::refused));
+    EXPECT_EQ(screen.reads(), 10U);
+}
+
+TEST_F(PTMixCommentsTest, AStripWithAnUnansweredMessageHasNoComment) {
+    showThreeStrips();
+    for (const std::uint64_t pause : {7U, 9U, 12U}) { // pop-up of the first, pop-up and output of the second
+        hang(pause, 1);
+        const TimePoint began = clock.now();
+        EXPECT_EQ(read(), (pause < 8 ? Comments{{"Snare", "loose"}, {"Vocals", "loud"}}
+                                     : Comments{{"Kick", "tight"}, {"Vocals", "loud"}}))
+            << pause;
+        EXPECT_EQ(clock.now() - began, 1s);
+    }
+}
+
+TEST_F(PTMixCommentsTest, TwoUnansweredMessagesInARowEndTheRead) {
+    showThreeStrips();
+    const std::uint64_t whole = 15;
+    for (std::uint64_t first = 1; first < whole; ++first) {
+        hang(first, 2);
+        const std::uint64_t before = screen.reads();
+        const TimePoint began = clock.now();
+        const auto found = reading();
+        EXPECT_LE(clock.now() - began, 2s);
+        if (found) continue; // after the first unanswered message there was nothing more to ask
+        EXPECT_EQ(found.error(), first <= 3 ? found.error() : NoReading::noAnswer) << first;
+        EXPECT_LE(screen.reads() - before, first + 1);
+    }
+}
+
+TEST_F(PTMixCommentsTest, WhatWasReadInTimeCounts) {
+    showMix("      AXGroup &strips\n");
+    std::vector<std::string> known;
+    for (; known.size() < 50; known.push_back("Audio " + std::to_string(known.size())))
+        screen.append(at("strips"), "AXChildren", strip("Audio " + std::to_string(known.size()), "comment"));
+    screen.answerAfter(clock, 100ms); // 4 messages and one for each strip; then two for each
+    EXPECT_EQ(read(known).value_or(Comments()).size(), 23U);
+    EXPECT_EQ(clock.now() - TimePoint{}, 10s);
 }
 
 TEST_F(PTMixCommentsTest, AWindowInItselfComesToAnEndAndItsStripsAreFound) {

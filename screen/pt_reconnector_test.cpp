@@ -206,7 +206,7 @@ TEST_F(PTReconnectorTest, ADialogThatClosesBetweenTwoLooksIsWaitedFor) {
     showWindows(openDialog);
     screen.watchReads([&, windows = 0](const MemoryScreen::Read& read) mutable {
         // The first look at the windows is for alerts, the second finds the dialog, the third is to press in it.
-        if (read.attribute == "AXWindows" && ++windows == 3) screen.remove(at("dialog"));
+        if (read.asksFor("AXWindows") && ++windows == 3) screen.remove(at("dialog"));
         return true;
     });
     EXPECT_EQ(run(), notOpen);
@@ -218,6 +218,76 @@ TEST_F(PTReconnectorTest, AProToolsThatQuitsInTheMiddleIsADialogThatDoesNotOpen)
     whenPressed = [&](Element) { runtime.postMainAfter(1s, [&] { screen.quit(process); }); };
     EXPECT_EQ(run(), notOpen);
     EXPECT_EQ(took, 5s);
+}
+
+TEST_F(PTReconnectorTest, AProToolsThatHangsIsGivenUpAfterTwoMessages) {
+    showMenuBar();
+    screen.stopAnswering(runtime);
+    EXPECT_EQ(run(), noAnswer);
+    EXPECT_EQ(took, 2s);
+}
+
+TEST_F(PTReconnectorTest, APressThatIsNotAnsweredInTimeHasItsEffect) {
+    showMenuBar();
+    whenPressed = [&](Element pressed) {
+        if (pressed != at("item")) return;
+        screen.set(at("app"), "AXWindows", std::vector{closedDialog()});
+        screen.answerAfter(runtime, 6s);
+        runtime.postMainAfter(999ms, [&] { screen.answerAfter(runtime, 0s); });
+    };
+    EXPECT_EQ(run(), success);
+    EXPECT_EQ(took, 1s + 600ms);
+}
+
+// From the press of the menu item on, it hangs for so long; then it shows the dialog.
+class SlowDialogTest : public PTReconnectorTest {
+protected:
+    void showDialogAfter(Duration delay) {
+        showMenuBar();
+        whenPressed = [this, delay](Element pressed) {
+            if (pressed != at("item")) return;
+            screen.answerAfter(runtime, 6s);
+            runtime.postMainAfter(delay, [this] {
+                screen.answerAfter(runtime, 0s);
+                screen.set(at("app"), "AXWindows", std::vector{closedDialog()});
+            });
+        };
+    }
+};
+
+TEST_F(SlowDialogTest, IsAwaited) {
+    showDialogAfter(4s);
+    EXPECT_EQ(run(), success);
+    // The press, three looks, and 0.6 s after the tab.
+    EXPECT_EQ(took, 1s + 3 * 1200ms + 600ms);
+}
+
+TEST_F(SlowDialogTest, IsAwaitedForFiveSeconds) {
+    showDialogAfter(1min);
+    EXPECT_EQ(run(), noAnswer);
+    EXPECT_EQ(took, 1s + 5 * 1200ms); // the last look begins before that
+}
+
+TEST_F(PTReconnectorTest, ARefusedReadIsToldAsWhatItIs) {
+    showMenuBar();
+    screen.setRefusing(true);
+    EXPECT_EQ(run(), refused);
+    EXPECT_TRUE(lastOutcome->refused);
+    EXPECT_EQ(screen.reads(), 1U);
+}
+
+TEST_F(PTReconnectorTest, TheSlowestProToolsIsLeftInTime) {
+    for (const Duration delay : {300ms, 600ms, 999ms, 1000ms}) {
+        showWindows("");
+        const Element told = screen.add({{"AXRole", "AXStaticText"}, {"AXValue", "HUI"}});
+        const Element ok = screen.add({{"AXRole", "AXButton"}, {"AXTitle", "OK"}});
+        const Element alert = screen.add({{"AXSubrole", "AXDialog"}, {"AXChildren", std::vector{told, ok}}});
+        screen.set(at("app"), "AXWindows", std::vector(60, alert));
+        screen.answerAfter(runtime, delay);
+        run();
+        EXPECT_LE(took, PTReconnector::longest);
+        screen.quit(process);
+    }
 }
 
 TEST_F(PTReconnectorTest, PermissionWithdrawnWhileTheTabOpensIsAnOKThatIsNotFound) {

@@ -2,6 +2,10 @@
 #pragma once
 
 #include "platform/api/accessibility.h"
+#include "platform/api/runtime.h"
+#include "screen/no_reading.h"
+
+#include <expected>
 
 namespace lumbrine {
 
@@ -14,15 +18,16 @@ struct Snapshot {
     std::optional<int> selectedIndex;
 };
 
-// Stateless: any thread except the main thread, also several at once. A read asks Pro Tools five or six times for each
-// row, so do not repeat it without need.
+// Stateless: any thread except the main thread, also several at once. A read asks Pro Tools three times for each row,
+// so do not repeat it without need.
 struct PTTrackList {
-    // Absent without the user's permission (the user is not asked), without Pro Tools, without the table, and when no
-    // name can be read. A row whose name cannot be read is left out.
-    static std::optional<Snapshot> read(Accessibility& accessibility);
+    // How long a read may take. Then it has brought nothing: the list would be too short.
+    static constexpr Duration timeLimit = seconds(10);
 
-    // The first table with the description "Track List" among the direct children of the application's windows.
-    static std::optional<ElementHandle> findTrackListTable(Accessibility& accessibility, const ElementHandle& app);
+    // Nothing is shown without the user's permission (the user is not asked), without Pro Tools, without a table with
+    // the description "Track List" in one of its windows, and when no name can be read. A row whose name cannot be read
+    // is left out. Names are in composed form (base/composed_text.h).
+    static std::expected<Snapshot, NoReading> read(Accessibility& accessibility, Runtime& runtime);
 
     // Removes the number that Pro Tools may show before a name ("12. Vocals", "1。 ドラム") and the blanks at both ends.
     // Everything before the first full stop and space counts as the number, if the full stop is among the first 8 code

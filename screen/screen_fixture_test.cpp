@@ -23,12 +23,12 @@ protected:
     // What is read of the session, with the names in the track list as those that are known.
     std::string session() {
         std::ostringstream told;
-        const Snapshot snapshot = PTTrackList::read(screen).value_or(Snapshot());
+        const Snapshot snapshot = broughtBy(PTTrackList::read(screen, runtime)).value_or(Snapshot());
         told << "tracks: " << snapshot.names.size() << "\n";
         for (const std::string& name : snapshot.names)
             told << "  " << name << "\n";
         told << "selected: " << (snapshot.selectedIndex ? std::to_string(*snapshot.selectedIndex) : "none") << "\n";
-        const auto comments = PTMixComments::read(screen, snapshot.names);
+        const auto comments = broughtBy(PTMixComments::read(screen, runtime, snapshot.names));
         told << "comments: " << (comments ? std::to_string(comments->size()) : "none") << "\n";
         for (const auto& [name, comment] : comments.value_or(std::map<std::string, std::string>()))
             told << "  " << name << ": \"" << comment << "\"\n";

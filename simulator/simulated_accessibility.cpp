@@ -23,8 +23,8 @@ private:
 
 SimulatedAccessibility::SimulatedAccessibility(Runtime& runtime, const ScreenOptions& options, std::uint64_t seed,
                                                OnScreen look, OnScreen act)
-    : look(std::move(look)), act(std::move(act)), trustGiven(options.trusted), failOneIn(options.failOneIn),
-      vanishOneIn(options.vanishOneIn), mutex(runtime), chance(seed + 4) {}
+    : runtime(runtime), look(std::move(look)), act(std::move(act)), trustGiven(options.trusted),
+      failOneIn(options.failOneIn), vanishOneIn(options.vanishOneIn), mutex(runtime), chance(seed + 4) {}
 
 void SimulatedAccessibility::setFaults(int reads, int elements) {
     failOneIn = reads;
@@ -60,23 +60,40 @@ ElementHandle SimulatedAccessibility::applicationElement(std::int32_t process) {
     return hold({ScreenElement::Kind::application}, process != processIdentifier);
 }
 
-std::optional<AttributeValue> SimulatedAccessibility::attribute(const ElementHandle& element, std::string_view name) {
-    if (!trustGiven || !programRuns) return std::nullopt;
+std::expected<std::vector<std::optional<AttributeValue>>, ScreenFailure>
+SimulatedAccessibility::attributes(const ElementHandle& element, std::span<const std::string_view> names) {
+    std::vector<std::optional<AttributeValue>> values(names.size());
+    if (!trustGiven) return std::unexpected(ScreenFailure::refused);
+    if (!programRuns) return values;
     const std::uint64_t number = ++readCount;
     if (readObserver) readObserver(number);
+    if (!trustGiven) return std::unexpected(ScreenFailure::refused);
     const auto& held = static_cast<const Handle&>(*element);
-    if (!trustGiven || held.gone || happens(failOneIn)) return std::nullopt;
-    std::optional<ScreenValue> value;
-    look([&](const SimulatedScreen& screen, TimePoint now) { value = screen.attribute(held.element, name, now); });
-    if (!value) return std::nullopt;
-    return handOut(*std::move(value));
+    if (held.gone || happens(failOneIn)) return values;
+    std::vector<std::optional<ScreenValue>> shown;
+    look([&](const SimulatedScreen& screen, TimePoint now) {
+        for (const std::string_view name : names)
+            shown.push_back(screen.attribute(held.element, name, now));
+    });
+    if (shown.empty()) {
+        runtime.sleepFor(answerTime);
+        return std::unexpected(ScreenFailure::noAnswer);
+    }
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (shown[i]) values[i] = handOut(*std::move(shown[i]));
+    return values;
 }
 
 bool SimulatedAccessibility::perform(const ElementHandle& element, std::string_view action) {
     const auto& held = static_cast<const Handle&>(*element);
     if (!trustGiven || !programRuns || action != "AXPress" || held.gone || happens(failOneIn)) return false;
+    bool isAnswered = false;
     std::optional<std::string> pressed;
-    act([&](SimulatedScreen& screen, TimePoint now) { pressed = screen.press(held.element, now); });
+    act([&](SimulatedScreen& screen, TimePoint now) {
+        isAnswered = true;
+        pressed = screen.press(held.element, now);
+    });
+    if (!isAnswered) runtime.sleepFor(answerTime);
     if (pressed && pressObserver) pressObserver(*pressed);
     return pressed.has_value();
 }

@@ -19,7 +19,8 @@ class SimulatedAccessibility final : public Accessibility {
 public:
     static constexpr std::int32_t processIdentifier = 4242;
 
-    // Runs the given function on the screen under its lock, then returns. Does not run it while the program is stuck.
+    // Runs the given function on the screen under its lock, then returns. Does not run it while the program is stuck;
+    // such a message goes unanswered, which takes `answerTime`.
     using OnScreen = std::function<void(const std::function<void(SimulatedScreen&, TimePoint now)>&)>;
 
     // Precondition: the options are valid (problemWith). `look` is for functions that change nothing,
@@ -53,7 +54,8 @@ public:
     bool isTrustedOrPrompt() override;
     std::optional<std::int32_t> runningApplication(std::string_view bundleIdentifier) override;
     ElementHandle applicationElement(std::int32_t process) override;
-    std::optional<AttributeValue> attribute(const ElementHandle& element, std::string_view name) override;
+    std::expected<std::vector<std::optional<AttributeValue>>, ScreenFailure>
+    attributes(const ElementHandle& element, std::span<const std::string_view> names) override;
     bool perform(const ElementHandle& element, std::string_view action) override;
 
 private:
@@ -63,6 +65,7 @@ private:
     ElementHandle hold(const ScreenElement& element, bool vanishes);
     AttributeValue handOut(ScreenValue value);
 
+    Runtime& runtime;
     const OnScreen look;
     const OnScreen act;
     std::function<void(std::uint64_t)> readObserver;

@@ -1,5 +1,6 @@
 #include "model/hands/reconnection.h"
 
+#include "model/state/screen_permission.h"
 #include "screen/pt_reconnector.h"
 
 #include <cassert>
@@ -44,12 +45,19 @@ void Reconnection::begin() {
             "→ PT のペリフェラル画面を開閉して、ポートを掴み直させます…");
     surfaces.announceSurfaceA();
     jobs.inBackground(Priority::userInitiated, [this] {
-        const std::string outcome = PTReconnector::run(accessibility, jobs.runtime, log.text);
+        const PTReconnector::Outcome outcome = PTReconnector::run(accessibility, jobs.runtime, log.text);
         jobs.runOnMain([this, outcome] {
-            log.appendLog(outcome);
+            log.appendLog(outcome.line);
+            if (outcome.refused) explainRefusal();
             awaitPings(jobs.runtime.now() + patience);
         });
     });
+}
+
+void Reconnection::explainRefusal() {
+    if (!accessibility.isTrusted()) return askForPermission(); // withdrawn since
+    sayThatTheScreenIsRefused(log);
+    accessibility.isTrustedOrPrompt();
 }
 
 void Reconnection::awaitPings(TimePoint deadline) {

@@ -26,7 +26,8 @@ public:
     // - Else surface A announces itself and the dialog is opened and closed on a background thread. The log then says
     //   how that went, and, if Pro Tools has not pinged within `patience` after it, what to set by hand. The
     //   announcements alone can bring Pro Tools back, so the pings count whatever became of the dialog. Until they have
-    //   come or the patience is over, another call does nothing.
+    //   come or the patience is over, another call does nothing. When the system refuses to let the screen be read
+    //   although it says that this is allowed, the log says how to mend that, and the system shows where.
     //
     // Main thread.
     void reconnectToPT();
@@ -34,6 +35,7 @@ public:
 private:
     void askForPermission();
     void begin();
+    void explainRefusal();
     void awaitPings(TimePoint deadline);
 
     const Jobs& jobs;

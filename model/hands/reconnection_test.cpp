@@ -229,6 +229,16 @@ TEST_F(ReconnectionTest, FindsNothingOnceThePermissionIsWithdrawn) {
     EXPECT_EQ(presses, 0);
 }
 
+TEST_F(ReconnectionTest, SaysWhatToDoWhenTheSystemRefusesWhatItSaysIsAllowed) {
+    startProTools();
+    bench.screen.setRefusing(true);
+    press();
+    EXPECT_THAT(linesOf(1s), ElementsAre(opening, "✗ macOS does not let Lumbrine read Pro Tools' windows",
+                                         testing::StartsWith(
+                                             "⚠️ The system does not let Lumbrine read Pro Tools' windows although")));
+    EXPECT_EQ(bench.screen.reads(), 1U);
+}
+
 TEST_F(ReconnectionTest, NeverReadsTheScreenOnTheMainThread) {
     startProTools();
     int readsOnMain = 0;

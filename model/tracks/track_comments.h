@@ -2,7 +2,7 @@
 //
 // The Mix window shows a comment beside a name, never beside a position. So a comment is given only to a track whose
 // full name no other track of the session has. It follows that name when the tracks change places and is forgotten with
-// it.
+// it, and when the scripting service has another id for that name: then it is a track of another session.
 #pragma once
 
 #include "model/state/receiver_state.h"
@@ -39,7 +39,11 @@ private:
     void publish();
 
     ReceiverState& state;
-    std::map<std::string, std::string> known; // by full name
+    struct Known {
+        std::string comment;
+        std::string id; // of the track; empty while the service had told none
+    };
+    std::map<std::string, Known> known; // by full name
 };
 
 } // namespace lumbrine

@@ -40,7 +40,7 @@ std::vector<TrackIdentity> identitiesOf(const TrackMetadata::TrackList& list) {
 TrackMetadata::TrackMetadata(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Accessibility& accessibility,
                              ScriptingLink& scripting, ClientMirror& mirror)
     : jobs(jobs), state(state), log(log), accessibility(accessibility), scripting(scripting), mirror(mirror),
-      comments(state), namesRefreshInFlight(jobs.runtime) {}
+      screen(jobs, log), comments(state), namesRefreshInFlight(jobs.runtime) {}
 
 // ---- The track list
 
@@ -69,8 +69,9 @@ void TrackMetadata::refresh(PTSLClient& ptsl) {
     const TimePoint asked = jobs.runtime.now();
     auto tracks = ptsl.trackList();
     if (!tracks) {
-        const bool isAway = jobs.runtime.syncMain([&] { return noteFailure(tracks.error(), asked); });
-        if (isAway && accessibility.isTrusted()) refreshFromScreen();
+        jobs.runtime.syncMain([&] {
+            if (noteFailure(tracks.error(), asked)) refreshFromScreen();
+        });
         return;
     }
     jobs.runOnMain([this, tracks = *std::move(tracks)]() mutable { takeList(std::move(tracks)); });
@@ -114,12 +115,17 @@ std::optional<std::string> TrackMetadata::currentName(const TrackIdentity& track
 }
 
 void TrackMetadata::refreshFromScreen() {
-    auto shown = PTTrackList::read(accessibility);
-    if (!shown) return;
-    TrackList tracks(shown->names.size());
-    for (std::size_t i = 0; i < tracks.size(); ++i)
-        tracks[i].name = std::move(shown->names[i]);
-    jobs.runOnMain([this, candidates = std::vector<TrackList>{std::move(tracks)}] { adopt(candidates, "AX"); });
+    screen.wish(ScreenReading::Kind::names, [this]() -> std::optional<NoReading> {
+        auto shown = PTTrackList::read(accessibility, jobs.runtime);
+        if (!shown) return shown.error();
+        TrackList tracks(shown->names.size());
+        for (std::size_t i = 0; i < tracks.size(); ++i)
+            tracks[i].name = std::move(shown->names[i]);
+        jobs.runOnMain([this, candidates = std::vector<TrackList>{std::move(tracks)}] {
+            if (patience.isFailing()) adopt(candidates, "AX"); // otherwise the service knows better by now
+        });
+        return std::nullopt;
+    });
 }
 
 // ---- Adopting a list
@@ -230,20 +236,13 @@ void TrackMetadata::adoptStates(const TrackList& list) {
 // ---- Comments
 
 void TrackMetadata::refreshComments() {
-    assert(jobs.runtime.onMain());
-    if (std::exchange(commentsReadWaits, true)) return;
-    scripting.onQueue([this](PTSLClient&) { readComments(); });
-}
-
-void TrackMetadata::readComments() {
-    const TrackComments::Wanted wanted = jobs.runtime.syncMain([this] {
-        commentsReadWaits = false;
-        return comments.wanted();
+    screen.wish(ScreenReading::Kind::comments, [this]() -> std::optional<NoReading> {
+        const TrackComments::Wanted wanted = jobs.runtime.syncMain([this] { return comments.wanted(); });
+        auto read = PTMixComments::read(accessibility, jobs.runtime, wanted.names);
+        if (!read) return read.error();
+        jobs.runOnMain([this, wanted, found = *std::move(read)] { comments.adopt(wanted, found); });
+        return std::nullopt;
     });
-    if (wanted.names.empty()) return;
-    const auto read = PTMixComments::read(accessibility, wanted.names);
-    if (!read) return;
-    jobs.runOnMain([this, wanted, found = *read] { comments.adopt(wanted, found); });
 }
 
 } // namespace lumbrine

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "model/mirror/client_mirror.h"
+#include "model/tracks/screen_reading.h"
 #include "model/tracks/scripting_link.h"
 #include "model/tracks/service_patience.h"
 #include "model/tracks/track_comments.h"
@@ -42,8 +43,8 @@ public:
     // Main thread.
     void adopt(const std::vector<TrackList>& candidates, std::string_view source);
 
-    // Reads the comments that the Mix window shows. At most one read waits for its turn while another is under way.
-    // What cannot be read stays as it was. Main thread; returns at once.
+    // Reads the comments that the Mix window shows, when the screen may be read again. What cannot be read stays as it
+    // was. Main thread; returns at once.
     void refreshComments();
 
     // Takes a list that the scripting service has sent: remembers it and adopts it. Main thread.
@@ -63,11 +64,10 @@ public:
 private:
     // On the scripting queue
     void refresh(PTSLClient& ptsl);
-    void refreshFromScreen();
-    bool noteFailure(const PTSLFailure& failure, TimePoint asked); // main thread
-    void readComments();
 
     // On the main thread
+    bool noteFailure(const PTSLFailure& failure, TimePoint asked);
+    void refreshFromScreen();
     bool hasOtherOrder(const TrackList& list) const;
     void reportMismatch(const std::vector<TrackList>& candidates) const;
     void adoptNames(const TrackList& list, std::string_view source);
@@ -83,8 +83,8 @@ private:
     Accessibility& accessibility;
     ScriptingLink& scripting;
     ClientMirror& mirror;
+    ScreenReading screen;
     TrackComments comments;
-    bool commentsReadWaits = false;          // main thread only
     TrackList newest;                        // of the scripting service; main thread only
     std::vector<TrackIdentity> bankedTracks; // main thread only, like the next
     bool showsHidden = false;                // the banks had as many tracks as the list with the hidden ones

@@ -6,7 +6,9 @@
 
 #include <ApplicationServices/ApplicationServices.h>
 
+#include <algorithm>
 #include <array>
+#include <chrono>
 #include <utility>
 
 namespace lumbrine {
@@ -55,6 +57,9 @@ std::optional<AttributeValue> valueOf(CFTypeRef value) {
     return std::nullopt;
 }
 
+// With options, one attribute that cannot be read would cost all others.
+constexpr AXCopyMultipleAttributeOptions noOptions{};
+
 bool askTheUser() {
     const std::array<const void*, 1> keys{kAXTrustedCheckOptionPrompt};
     const std::array<const void*, 1> values{kCFBooleanTrue};
@@ -66,18 +71,22 @@ bool askTheUser() {
 
 } // namespace
 
+AccessibilityAX::AccessibilityAX() {
+    const AutoreleaseScope scope;
+    // A time that is set for one element holds for that element alone; this one holds for all.
+    const auto all = CFHolder<AXUIElementRef>::takingOver(AXUIElementCreateSystemWide());
+    AXUIElementSetMessagingTimeout(all.get(), std::chrono::duration<float>(answerTime).count());
+}
+
 bool AccessibilityAX::isTrusted() {
     const AutoreleaseScope scope;
-    return trust.judge(AXIsProcessTrusted());
+    return AXIsProcessTrusted();
 }
 
 bool AccessibilityAX::isTrustedOrPrompt() {
     const AutoreleaseScope scope;
-    const bool trusted = trust.judge(askTheUser());
-    if (trust.isStale()) {
-        openAccessibilitySettings();
-        trust.userWasAsked();
-    }
+    const bool trusted = askTheUser();
+    if (wasRefused.exchange(false) && trusted) openAccessibilitySettings();
     return trusted;
 }
 
@@ -92,21 +101,31 @@ ElementHandle AccessibilityAX::applicationElement(std::int32_t processIdentifier
 }
 
 bool AccessibilityAX::worked(std::int32_t error) {
-    // Other errors, such as a missing attribute or a program that hangs, say nothing about trust.
-    if (error == kAXErrorSuccess) trust.attempted(ScreenTrust::Outcome::allowed);
-    if (error == kAXErrorAPIDisabled) trust.attempted(ScreenTrust::Outcome::refused);
+    // Other errors, such as a missing element or a program that hangs, say nothing about trust.
+    if (error == kAXErrorSuccess) wasRefused = false;
+    if (error == kAXErrorAPIDisabled) wasRefused = true;
     return error == kAXErrorSuccess;
 }
 
-std::optional<AttributeValue> AccessibilityAX::attribute(const ElementHandle& element, std::string_view name) {
+std::expected<std::vector<std::optional<AttributeValue>>, ScreenFailure>
+AccessibilityAX::attributes(const ElementHandle& element, std::span<const std::string_view> names) {
     const AutoreleaseScope scope;
-    const auto attributeName = cfString(name);
-    if (!attributeName) return std::nullopt;
-    CFTypeRef copied = nullptr;
-    const AXError error = AXUIElementCopyAttributeValue(systemElement(element), attributeName.get(), &copied);
-    const auto value = CFHolder<CFTypeRef>::takingOver(copied);
-    if (!worked(error) || !value) return std::nullopt;
-    return valueOf(value.get());
+    std::vector<std::optional<AttributeValue>> values(names.size());
+    const CFHolder<CFArrayRef> wanted = cfStrings(names);
+    if (!wanted) return values;
+    CFArrayRef copied = nullptr;
+    const AXError error =
+        AXUIElementCopyMultipleAttributeValues(systemElement(element), wanted.get(), noOptions, &copied);
+    const auto answer = CFHolder<CFArrayRef>::takingOver(copied);
+    const bool isAnswered = worked(error);
+    if (error == kAXErrorCannotComplete) return std::unexpected(ScreenFailure::noAnswer);
+    if (error == kAXErrorAPIDisabled) return std::unexpected(ScreenFailure::refused);
+    if (!isAnswered || !answer) return values;
+    const auto count = std::min(values.size(), static_cast<std::size_t>(CFArrayGetCount(answer.get())));
+    for (std::size_t i = 0; i < count; ++i) // in the place of one that cannot be read there is an error, as a value
+        if (const CFTypeRef value = CFArrayGetValueAtIndex(answer.get(), static_cast<CFIndex>(i)))
+            values[i] = valueOf(value);
+    return values;
 }
 
 bool AccessibilityAX::perform(const ElementHandle& element, std::string_view action) {

@@ -2,28 +2,34 @@
 #pragma once
 
 #include "platform/api/accessibility.h"
-#include "platform/macos/screen_trust.h"
+
+#include <atomic>
 
 namespace lumbrine {
 
 // Any thread, except isTrustedOrPrompt, which needs the main thread.
 class AccessibilityAX final : public Accessibility {
 public:
+    // Sets how long this process waits for the answer to any accessibility message.
+    AccessibilityAX();
+
     bool isTrusted() override;
 
-    // When macOS reports trust but refuses every read (see ScreenTrust), it shows no prompt. Then this opens the
-    // settings instead.
+    // The system's answer may be stale: after a program that the user has allowed is replaced by another build, macOS
+    // may still report trust but refuse every read, and then it shows no prompt. When the last message was refused,
+    // this opens the settings instead.
     bool isTrustedOrPrompt() override;
 
     std::optional<std::int32_t> runningApplication(std::string_view bundleIdentifier) override;
     ElementHandle applicationElement(std::int32_t processIdentifier) override;
-    std::optional<AttributeValue> attribute(const ElementHandle& element, std::string_view name) override;
+    std::expected<std::vector<std::optional<AttributeValue>>, ScreenFailure>
+    attributes(const ElementHandle& element, std::span<const std::string_view> names) override;
     bool perform(const ElementHandle& element, std::string_view action) override;
 
 private:
     bool worked(std::int32_t error);
 
-    ScreenTrust trust;
+    std::atomic<bool> wasRefused{false}; // the last message
 };
 
 } // namespace lumbrine

@@ -5,6 +5,7 @@ namespace lumbrine {
 namespace {
 
 using fakes::screen;
+using Values = std::vector<std::optional<AttributeValue>>;
 
 CFStringRef text(std::u16string units) {
     return new FakeCFString(std::move(units));
@@ -39,9 +40,14 @@ protected:
         return accessibility.attribute(application, name);
     }
 
+    std::expected<Values, ScreenFailure> readAll(std::vector<std::string_view> names) {
+        application = accessibility.applicationElement(42);
+        return accessibility.attributes(application, names);
+    }
+
     int objects = 0;
     FakeElement* element = nullptr; // the application's
-    AccessibilityAX accessibility;
+    AccessibilityAX accessibility{};
     ElementHandle application;
 };
 
@@ -116,7 +122,28 @@ TEST_F(AccessibilityAXTest, ReadsNothingThatIsNotThereOrFails) {
     element->errors["AXTitle"] = kAXErrorCannotComplete;
     EXPECT_EQ(read("AXTitle"), std::nullopt);
     EXPECT_EQ(read("\xFF"), std::nullopt);
-    EXPECT_TRUE(accessibility.isTrusted());
+}
+
+TEST_F(AccessibilityAXTest, ReadsSeveralAttributesByOneMessageEachInItsPlace) {
+    element->set("AXRole", text(u"AXTextField"));
+    element->set("AXSelected", kCFBooleanTrue);
+    EXPECT_EQ(readAll({"AXSelected", "AXValue", "AXRole"}),
+              (Values{AttributeValue(true), std::nullopt, AttributeValue("AXTextField")}));
+    EXPECT_EQ(screen().messages, 1);
+}
+
+TEST_F(AccessibilityAXTest, TellsAnElementThatIsGoneFromAProgramThatDoesNotAnswerAndFromARefusal) {
+    element->error = kAXErrorInvalidUIElement;
+    EXPECT_EQ(readAll({"AXRole"}), Values(1));
+    element->error = kAXErrorCannotComplete;
+    EXPECT_EQ(readAll({"AXRole"}), std::unexpected(ScreenFailure::noAnswer));
+    element->error = kAXErrorAPIDisabled;
+    EXPECT_EQ(readAll({"AXRole"}), std::unexpected(ScreenFailure::refused));
+}
+
+TEST_F(AccessibilityAXTest, WaitsASecondForAnyAnswer) {
+    const AccessibilityAX another;
+    EXPECT_EQ(screen().messagingTimeout, 1.0F);
 }
 
 TEST_F(AccessibilityAXTest, KnowsNothingOfAProcessThatIsNotThere) {
@@ -148,21 +175,27 @@ TEST_F(AccessibilityAXTest, AsksTheSystemForTrustEachTime) {
     EXPECT_EQ(screen().settingsOpened, 0);
 }
 
-TEST_F(AccessibilityAXTest, IsNotTrustedWhenReadsAreRefusedThoughTheSystemSaysYes) {
-    element->errors["AXWindows"] = kAXErrorAPIDisabled;
+TEST_F(AccessibilityAXTest, OpensTheSettingsWhenReadsAreRefusedThoughTheSystemSaysYes) {
+    element->error = kAXErrorAPIDisabled;
     EXPECT_EQ(read("AXWindows"), std::nullopt);
-    EXPECT_FALSE(accessibility.isTrusted());
-    EXPECT_FALSE(accessibility.isTrustedOrPrompt());
+    EXPECT_TRUE(accessibility.isTrusted()); // so that it is tried again
+    EXPECT_TRUE(accessibility.isTrustedOrPrompt());
     EXPECT_EQ(screen().prompts, 0);
     EXPECT_EQ(screen().settingsOpened, 1);
+}
 
-    // The user has repaired the permission: the next read decides.
-    EXPECT_TRUE(accessibility.isTrusted());
-    element->errors.clear();
-    element->set("AXWindows", arrayOf({}));
-    EXPECT_TRUE(read("AXWindows").has_value());
+TEST_F(AccessibilityAXTest, LeavesTheSettingsClosedWhenReadsWorkAgainOrTheSystemSaysNo) {
+    element->error = kAXErrorAPIDisabled;
+    read("AXWindows");
+    screen().trusted = false;
+    EXPECT_FALSE(accessibility.isTrustedOrPrompt());
+    EXPECT_EQ(screen().prompts, 1);
+    screen().trusted = true;
+    read("AXWindows");
+    element->error = kAXErrorSuccess;
+    read("AXWindows");
     EXPECT_TRUE(accessibility.isTrustedOrPrompt());
-    EXPECT_EQ(screen().settingsOpened, 1);
+    EXPECT_EQ(screen().settingsOpened, 0);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 namespace lumbrine {
 
@@ -9,6 +10,18 @@ CFHolder<CFStringRef> cfString(std::string_view utf8) {
     return CFHolder<CFStringRef>::takingOver(
         CFStringCreateWithBytes(kCFAllocatorDefault, reinterpret_cast<const std::uint8_t*>(utf8.data()),
                                 static_cast<CFIndex>(utf8.size()), kCFStringEncodingUTF8, false));
+}
+
+CFHolder<CFArrayRef> cfStrings(std::span<const std::string_view> utf8) {
+    std::vector<CFHolder<CFStringRef>> strings;
+    std::vector<const void*> values;
+    for (const std::string_view text : utf8) {
+        strings.push_back(cfString(text));
+        if (!strings.back()) return {};
+        values.push_back(strings.back().get());
+    }
+    return CFHolder<CFArrayRef>::takingOver(
+        CFArrayCreate(kCFAllocatorDefault, values.data(), static_cast<CFIndex>(values.size()), &kCFTypeArrayCallBacks));
 }
 
 std::string utf8Of(CFStringRef string) {

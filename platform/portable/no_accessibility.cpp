@@ -18,8 +18,9 @@ ElementHandle NoAccessibility::applicationElement(std::int32_t) {
     return std::make_shared<const AccessibleElement>();
 }
 
-std::optional<AttributeValue> NoAccessibility::attribute(const ElementHandle&, std::string_view) {
-    return std::nullopt;
+std::expected<std::vector<std::optional<AttributeValue>>, ScreenFailure>
+NoAccessibility::attributes(const ElementHandle&, std::span<const std::string_view>) {
+    return std::unexpected(ScreenFailure::refused);
 }
 
 bool NoAccessibility::perform(const ElementHandle&, std::string_view) {

@@ -100,6 +100,24 @@ void MemoryScreen::setTrusted(bool isSo) {
     trusted = isSo;
 }
 
+void MemoryScreen::setRefusing(bool refuses) {
+    const std::scoped_lock held(lock);
+    refusing = refuses;
+}
+
+void MemoryScreen::answerAfter(Runtime& runtime, Duration delay) {
+    const std::scoped_lock held(lock);
+    manner = {.runtime = &runtime, .delay = delay};
+}
+
+void MemoryScreen::Manner::wait() const {
+    if (delay > Duration::zero()) runtime->sleepFor(std::min(delay, answerTime));
+}
+
+bool MemoryScreen::Read::asksFor(std::string_view attribute) const {
+    return std::ranges::find(attributes, attribute) != attributes.end();
+}
+
 void MemoryScreen::watchReads(std::function<bool(const Read&)> watcher) {
     auto shared = std::make_shared<const std::function<bool(const Read&)>>(std::move(watcher));
     const std::scoped_lock held(lock);
@@ -159,7 +177,8 @@ ElementHandle MemoryScreen::applicationElement(std::int32_t processIdentifier) {
     return hold(found == applications.end() ? Element{} : found->root);
 }
 
-std::optional<AttributeValue> MemoryScreen::attribute(const ElementHandle& handle, std::string_view name) {
+std::expected<std::vector<std::optional<AttributeValue>>, ScreenFailure>
+MemoryScreen::attributes(const ElementHandle& handle, std::span<const std::string_view> names) {
     const Element element = Hold::elementOf(handle);
     std::uint64_t number = 0;
     std::shared_ptr<const std::function<bool(const Read&)>> watcher;
@@ -170,13 +189,27 @@ std::optional<AttributeValue> MemoryScreen::attribute(const ElementHandle& handl
         watcher = readWatcher;
     }
     // Without the lock, because the watcher may change the screen. The copy keeps it alive if it is replaced meanwhile.
-    if (watcher && *watcher && !(*watcher)({element, name, number})) return std::nullopt;
+    const bool succeeds = !watcher || !*watcher || (*watcher)({element, names, number});
 
+    Manner answering;
+    {
+        const std::scoped_lock held(lock);
+        if (!trusted || refusing) return std::unexpected(ScreenFailure::refused);
+        answering = manner;
+    }
+    answering.wait();
+    if (!answering.answers()) return std::unexpected(ScreenFailure::noAnswer);
+    std::vector<std::optional<AttributeValue>> values(names.size());
     const std::scoped_lock held(lock);
     const auto found = elements.find(element.number);
-    if (!trusted || found == elements.end()) return std::nullopt;
-    const auto position = found->second.find(name);
-    if (position == found->second.end()) return std::nullopt;
+    if (!succeeds || found == elements.end()) return values;
+    std::ranges::transform(names, values.begin(), [&](std::string_view name) { return valueOf(found->second, name); });
+    return values;
+}
+
+std::optional<AttributeValue> MemoryScreen::valueOf(const Attributes& held, std::string_view name) const {
+    const auto position = held.find(name);
+    if (position == held.end()) return std::nullopt;
     const Value& value = position->second;
     if (const auto* one = std::get_if<Element>(&value)) return handOut(*one);
     if (const auto* list = std::get_if<std::vector<Element>>(&value)) return handOut(*list);
@@ -188,13 +221,22 @@ std::optional<AttributeValue> MemoryScreen::attribute(const ElementHandle& handl
 bool MemoryScreen::perform(const ElementHandle& handle, std::string_view action) {
     const Element element = Hold::elementOf(handle);
     std::shared_ptr<const std::function<bool(Element, std::string_view)>> watcher;
+    bool acts = false;
     {
         const std::scoped_lock held(lock);
         ++callCount;
-        if (!trusted || !elements.contains(element.number)) return false;
+        if (!trusted || refusing || !elements.contains(element.number)) return false;
         watcher = actionWatcher;
+        acts = manner.everActs();
     }
-    return !watcher || !*watcher || (*watcher)(element, action); // without the lock, as in `attribute`
+    const bool accepted = acts && (!watcher || !*watcher || (*watcher)(element, action)); // without the lock, as above
+    Manner answering;
+    {
+        const std::scoped_lock held(lock);
+        answering = manner;
+    }
+    answering.wait();
+    return accepted && answering.answers();
 }
 
 ElementHandle MemoryScreen::hold(Element element) const {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/api/accessibility.h"
+#include "platform/api/runtime.h"
 
 #include <atomic>
 #include <compare>
@@ -56,14 +57,27 @@ public:
 
     void setTrusted(bool trusted);
 
+    // Makes the system refuse every read and action although it says that this process is trusted.
+    void setRefusing(bool refuses);
+
+    // Makes every read and every action take so long. Those that take longer than `answerTime` are carried out, but
+    // count as unanswered after that time. 0 is what a new screen has.
+    void answerAfter(Runtime& runtime, Duration delay);
+
+    // Makes every read and every action go unanswered, without effect, until `answerAfter` is called.
+    void stopAnswering(Runtime& runtime) { answerAfter(runtime, Duration::max()); }
+
+    // One message that asks for attributes.
     struct Read {
         Element element;
-        std::string_view attribute;
+        std::span<const std::string_view> attributes;
         std::uint64_t number; // 1 is the first read of this screen
+
+        bool asksFor(std::string_view attribute) const;
     };
 
     // Sets a function that is called before each read, on the reading thread and with no lock held. When it returns
-    // false, the read fails. It may change the tree, sleep, or withdraw the trust.
+    // false, the read finds no values. It may change the tree, sleep, or withdraw the trust.
     void watchReads(std::function<bool(const Read&)> watcher);
 
     // Sets a function that is called for each action on an existing element, on the acting thread and with no lock
@@ -71,7 +85,7 @@ public:
     void watchActions(std::function<bool(Element, std::string_view action)> watcher);
 
     std::uint64_t calls() const; // of all functions of the seam
-    std::uint64_t reads() const; // of attributes
+    std::uint64_t reads() const; // messages that asked for attributes
     int prompts() const;         // how often the system's request for trust was shown to the user
     int liveHandles() const;     // handles that exist; copies of one handle count once
 
@@ -79,7 +93,8 @@ public:
     bool isTrustedOrPrompt() override;
     std::optional<std::int32_t> runningApplication(std::string_view bundleIdentifier) override;
     ElementHandle applicationElement(std::int32_t processIdentifier) override;
-    std::optional<AttributeValue> attribute(const ElementHandle& element, std::string_view name) override;
+    std::expected<std::vector<std::optional<AttributeValue>>, ScreenFailure>
+    attributes(const ElementHandle& element, std::span<const std::string_view> names) override;
     bool perform(const ElementHandle& element, std::string_view action) override;
 
 private:
@@ -92,6 +107,17 @@ private:
     using Elements = std::unordered_map<std::uint64_t, Attributes>;
     using HandleCount = std::atomic<int>;
 
+    // How the program answers messages.
+    struct Manner {
+        Runtime* runtime = nullptr;
+        Duration delay{};
+
+        bool answers() const { return delay <= answerTime; }
+        bool everActs() const { return delay != Duration::max(); }
+        void wait() const; // for the answer, or until it counts as none
+    };
+
+    std::optional<AttributeValue> valueOf(const Attributes& held, std::string_view name) const;
     void removeAllBehind(Element first, bool childrenOnly);
     ElementHandle hold(Element element) const;
     AttributeValue handOut(const Element& element) const;
@@ -105,6 +131,8 @@ private:
     std::vector<Application> applications;
     std::uint64_t lastNumber = 0;
     bool trusted = true;
+    bool refusing = false;
+    Manner manner;
     std::uint64_t callCount = 0;
     std::uint64_t readCount = 0;
     int promptCount = 0;

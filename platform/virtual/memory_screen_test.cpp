@@ -1,6 +1,9 @@
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 #include "platform/virtual/memory_screen.h"
+#include "platform/virtual/still_runtime.h"
+
+#include <array>
 
 namespace lumbrine {
 namespace {
@@ -113,7 +116,7 @@ TEST_F(MemoryScreenTest, TheWatcherOfReadsChoosesWhichFailAndMayChangeTheTree) {
     screen.set(root, "AXTitle", "app");
     screen.watchReads([&](const MemoryScreen::Read& read) {
         if (read.number == 3) screen.set(child, "AXTitle", "two");
-        return read.attribute != "AXTitle" || read.element != root;
+        return !read.asksFor("AXTitle") || read.element != root;
     });
     EXPECT_EQ(screen.attribute(app(), "AXTitle"), std::nullopt);
     const ElementHandle handle = only(app(), "AXChildren");
@@ -133,6 +136,47 @@ TEST_F(MemoryScreenTest, TheWatcherOfActionsIsCalledAndAnswers) {
     EXPECT_FALSE(screen.perform(app(), "AXShowMenu"));
     const std::string number = std::to_string(root.number);
     EXPECT_EQ(told, (std::vector<std::string>{number + " AXPress", number + " AXShowMenu"}));
+}
+
+TEST_F(MemoryScreenTest, AnswersSeveralAttributesByOneRead) {
+    screen.set(root, "AXTitle", "Pro Tools");
+    screen.set(root, "AXHidden", false);
+    const auto values = screen.attributes(app(), std::array<std::string_view, 3>{"AXHidden", "AXRole", "AXTitle"});
+    ASSERT_TRUE(values);
+    EXPECT_EQ(*values, (std::vector<std::optional<AttributeValue>>{false, std::nullopt, "Pro Tools"}));
+    EXPECT_EQ(screen.reads(), 1u);
+}
+
+TEST_F(MemoryScreenTest, ASlowProgramAnswersLateOrTooLate) {
+    screen.set(root, "AXTitle", "Pro Tools");
+    int actions = 0;
+    screen.watchActions([&](Element, std::string_view) { return ++actions > 0; });
+    StillRuntime clock;
+    const auto title = [&] { return screen.attributes(app(), std::array<std::string_view, 1>{"AXTitle"}); };
+
+    screen.answerAfter(clock, Accessibility::answerTime);
+    EXPECT_TRUE(title());
+    EXPECT_TRUE(screen.perform(app(), "AXPress"));
+    EXPECT_EQ(clock.now() - TimePoint{}, 2 * Accessibility::answerTime);
+
+    screen.answerAfter(clock, seconds(6));
+    EXPECT_EQ(title(), std::unexpected(ScreenFailure::noAnswer));
+    EXPECT_FALSE(screen.perform(app(), "AXPress"));
+    EXPECT_EQ(actions, 2);
+
+    screen.stopAnswering(clock);
+    EXPECT_EQ(title(), std::unexpected(ScreenFailure::noAnswer));
+    EXPECT_FALSE(screen.perform(app(), "AXPress"));
+    EXPECT_EQ(actions, 2);
+    EXPECT_EQ(clock.now() - TimePoint{}, 6 * Accessibility::answerTime);
+}
+
+TEST_F(MemoryScreenTest, ASystemThatRefusesSaysAllTheSameThatItIsTrusted) {
+    screen.setRefusing(true);
+    EXPECT_TRUE(screen.isTrusted());
+    EXPECT_EQ(screen.attributes(app(), std::array<std::string_view, 1>{"AXTitle"}),
+              std::unexpected(ScreenFailure::refused));
+    EXPECT_FALSE(screen.perform(app(), "AXPress"));
 }
 
 TEST_F(MemoryScreenTest, CountsCallsReadsAndTheHandlesThatAreHeld) {

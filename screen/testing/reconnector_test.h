@@ -24,14 +24,15 @@ protected:
 
     // Runs it and returns the line for the log. `took` is the exact duration, `presses` lists what was pressed.
     std::string run(bool japanese = false) {
-        lastLine.reset();
+        lastOutcome.reset();
         presses.clear();
         began = runtime.now();
-        runtime.background(Priority::userInitiated,
-                           [this, japanese] { lastLine = PTReconnector::run(screen, runtime, Bilingual(japanese)); });
-        EXPECT_TRUE(runtime.runUntil([&] { return lastLine.has_value(); }, std::chrono::minutes(5)));
+        runtime.background(Priority::userInitiated, [this, japanese] {
+            lastOutcome = PTReconnector::run(screen, runtime, Bilingual(japanese));
+        });
+        EXPECT_TRUE(runtime.runUntil([&] { return lastOutcome.has_value(); }, std::chrono::minutes(5)));
         took = runtime.now() - began;
-        return lastLine.value_or("no end");
+        return lastOutcome ? lastOutcome->line : "no end";
     }
 
     // A menu bar with the menu item, and no windows.
@@ -76,6 +77,8 @@ protected:
         "✓ Opened and closed the Peripherals dialog (PT will re-grab the MIDI ports)";
     static constexpr const char* notOpen = "✗ The Peripherals dialog did not open";
     static constexpr const char* noMenuItem = "✗ \"Peripherals\" menu item not found (unexpected PT menu layout)";
+    static constexpr const char* noAnswer = "✗ Pro Tools does not answer (it may be busy); try again when it does";
+    static constexpr const char* refused = "✗ macOS does not let Lumbrine read Pro Tools' windows";
     static constexpr const char* noButton =
         "✗ OK button not found (the Peripherals dialog is left open; please press OK manually)";
 
@@ -84,10 +87,7 @@ protected:
     TimePoint began{};
     Duration took{};
 
-private:
-    std::optional<std::string> lastLine;
-
-protected:
+    std::optional<PTReconnector::Outcome> lastOutcome;
     VirtualRuntime runtime; // last member: destroying it first ends a run that would never end
 };
 

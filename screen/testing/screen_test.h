@@ -1,9 +1,13 @@
 // For tests that read the screen: one screen in memory. At the end, the fixture checks that no handle is left.
 #pragma once
 
+#include "platform/virtual/still_runtime.h"
+#include "screen/no_reading.h"
 #include "screen/testing/screen_tree.h"
 
 #include <gtest/gtest.h>
+
+#include <expected>
 
 namespace lumbrine {
 
@@ -48,7 +52,14 @@ protected:
         screen.watchReads([fails = std::move(fails)](const MemoryScreen::Read& read) { return !fails(read.number); });
     }
 
+    // A reading as an optional, for what it brought.
+    template <typename Found>
+    static std::optional<Found> broughtBy(std::expected<Found, NoReading> reading) {
+        return reading ? std::optional(*std::move(reading)) : std::nullopt;
+    }
+
     MemoryScreen screen;
+    StillRuntime clock;
 
 private:
     ElementLabels labelled;

@@ -22,12 +22,12 @@ protected:
 
     std::string run(bool japanese = false) {
         const Bilingual text(japanese);
-        std::optional<std::string> outcome;
+        std::optional<PTReconnector::Outcome> outcome;
         const TimePoint begin = runtime.now();
         runtime.background(Priority::userInitiated, [&] { outcome = PTReconnector::run(screen(), runtime, text); });
         EXPECT_TRUE(runtime.runUntil([&] { return outcome.has_value(); }, 60s));
         lasted = runtime.now() - begin;
-        return outcome.value_or("no end");
+        return outcome ? outcome->line : "no end";
     }
 
     bool portsAreTaken() {

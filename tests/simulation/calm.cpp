@@ -204,9 +204,10 @@ int Calm::faderOfHost(Strip strip) const {
 
 // ---- Names, colours, comments
 
-// Every 12 s the comments are read.
+// Every 12 s the comments are read, once the screen has rested for up to 42 s from a reading that a host that sticks
+// did not answer.
 void Calm::awaitSources() {
-    constexpr Duration limit = seconds(40);
+    constexpr Duration limit = seconds(60);
     const auto mapIsTrue = [this] {
         const PublishedState& published = world.model->published();
         return published.bankOffset >= 0 && displaysOf(published.session) == viewOf(*world.proTools).names;

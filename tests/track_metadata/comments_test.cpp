@@ -97,6 +97,25 @@ TEST_F(CommentsTest, AreForgottenWithTheNames) {
     EXPECT_THAT(comments(), ElementsAre("", "", ""));
 }
 
+TEST_F(CommentsTest, AreForgottenWhenTheSameNamesAreAnotherSessions) {
+    const auto giveWithIDs = [this](const std::string& session) {
+        std::vector<PTSLTrack> tracks(3);
+        for (std::size_t i = 0; i < tracks.size(); ++i)
+            tracks[i] = {.name = "Track " + std::to_string(i), .id = session + std::to_string(i)};
+        bench.parts().metadata.adopt({tracks}, "PTSL");
+        world.runtime.runUntilIdle();
+    };
+    giveWithIDs("first ");
+    windows.mix({{"Track 1", "D112"}});
+    read();
+    EXPECT_THAT(comments(), ElementsAre("", "D112", ""));
+    windows.closeMix();
+    giveWithIDs("first ");
+    EXPECT_THAT(comments(), ElementsAre("", "D112", ""));
+    giveWithIDs("second ");
+    EXPECT_THAT(comments(), ElementsAre("", "", ""));
+}
+
 TEST_F(CommentsTest, AreGivenToNoneOfTwoTracksWithOneName) {
     windows.mix({{"Vox", "first"}, {"Vox", "second"}, {"Bass", "DI"}});
     give({"Vox", "Bass", "Vox"});
@@ -158,7 +177,7 @@ protected:
         windows.mix({{"Kick Drum", "D112"}});
         bool changed = false;
         bench.screen.watchReads([&, change](const MemoryScreen::Read& seen) {
-            if (seen.attribute == "AXTitle" && !std::exchange(changed, true)) world.runtime.syncMain(change);
+            if (seen.asksFor("AXTitle") && !std::exchange(changed, true)) world.runtime.syncMain(change);
             return true;
         });
         read();
@@ -182,7 +201,7 @@ TEST_F(CommentsTest, AreReadByOneReadThatRunsAndOneThatWaits) {
     std::size_t walks = 0;
     bench.screen.watchReads([&](const MemoryScreen::Read& seen) {
         EXPECT_FALSE(world.runtime.onMain());
-        if (seen.attribute == "AXWindows") ++walks;
+        if (seen.asksFor("AXWindows")) ++walks;
         world.runtime.sleepFor(100ms);
         return true;
     });
@@ -238,7 +257,7 @@ TEST_F(CommentedClientTest, HasThemReadEveryTwelveSecondsButNotDuringAScan) {
     Lines reads;
     bench.screen.watchReads([&](const MemoryScreen::Read& seen) {
         const auto time = std::chrono::duration_cast<std::chrono::milliseconds>(world.runtime.now() - bench.origin);
-        if (seen.attribute == "AXWindows") reads.push_back(std::to_string(time.count()) + " ms");
+        if (seen.asksFor("AXWindows")) reads.push_back(std::to_string(time.count()) + " ms");
         return true;
     });
     bench.run(30s);

@@ -128,7 +128,7 @@ TEST_F(ScreenNamesTest, AreNotReadWhileTheServiceAnswers) {
     windows.listTracks({"X", "Y", "Z"});
     serve(threeTracks);
     bench.screen.watchReads([](const MemoryScreen::Read& read) {
-        EXPECT_NE(read.attribute, "AXSelected"); // only the track list has it
+        EXPECT_FALSE(read.asksFor("AXSelected")); // only the track list has it
         return true;
     });
     refresh();
@@ -171,25 +171,87 @@ TEST_F(ScreenNamesTest, StayAsTheyWereWhenNothingCanBeRead) {
     EXPECT_THAT(bench.takeLines(), IsEmpty());
 }
 
-TEST_F(ScreenNamesTest, AreReadOnTheQueueOfTheServiceWhichThenGoesOn) {
+TEST_F(ScreenNamesTest, AreReadWhileTheServiceGoesOn) {
     windows.listTracks({"Kick Drum", "Lead Vocals", "Backing Vocals"});
     refuse(trackListCommand);
-    bench.screen.watchReads([this](const MemoryScreen::Read&) {
-        EXPECT_FALSE(world.runtime.onMain());
-        world.runtime.sleepFor(10ms);
-        return true;
-    });
+    bench.screen.answerAfter(world.runtime, 900ms);
     bench.parts().metadata.refreshFullNames();
     bench.run(50ms);
     const std::size_t requests = service.requests.size();
-    bench.parts().metadata.refreshFullNames(); // the first one still reads
-    bench.run(9s);
-    EXPECT_EQ(service.requests.size(), requests);
+    bench.parts().metadata.refreshFullNames(); // the screen is being read
+    bench.run(50ms);
+    EXPECT_EQ(service.requests.size(), requests + 1);
+    bench.run(1min);
+    EXPECT_THAT(namesOf(published.session), IsEmpty()); // 14 messages are more than 10 s
+    bench.screen.answerAfter(world.runtime, 500ms);
+    bench.run(4min);
     EXPECT_THAT(namesOf(published.session), testing::SizeIs(3));
-    bench.screen.watchReads([](const MemoryScreen::Read&) { return true; });
+}
+
+TEST_F(ScreenNamesTest, ThatComeWhenTheServiceIsBackAreDropped) {
+    windows.listTracks({"A", "B", "C"});
+    refuse(trackListCommand);
+    bench.screen.answerAfter(world.runtime, 100ms);
     bench.parts().metadata.refreshFullNames();
-    bench.run(1s);
-    EXPECT_GT(service.requests.size(), requests);
+    bench.run(50ms);
+    serve(threeTracks);
+    bench.parts().metadata.refreshFullNames();
+    bench.run(10s);
+    EXPECT_THAT(namesOf(published.session), ElementsAre("Kick Drum", "Lead Vocals", "Backing Vocals"));
+}
+
+// How long Pro Tools is asked, and how long it is left alone.
+class ScreenLoadTest : public ScreenNamesTest {
+protected:
+    ScreenLoadTest() {
+        windows.listTracks({"Kick Drum", "Lead Vocals", "Backing Vocals"});
+        refuse(trackListCommand);
+        bench.screen.watchReads([this](const MemoryScreen::Read& read) {
+            if (read.asksFor("AXWindows")) begun.push_back(sinceStart());
+            return true;
+        });
+    }
+
+    std::chrono::milliseconds sinceStart() const {
+        return std::chrono::duration_cast<std::chrono::milliseconds>(world.runtime.now() - start);
+    }
+
+    // Asks for names and comments every second.
+    void askFor(Duration duration) {
+        const auto timer = world.runtime.repeatOnMain(1s, [this] {
+            bench.parts().metadata.refreshFullNames();
+            bench.parts().metadata.refreshComments();
+        });
+        bench.run(duration);
+    }
+
+    const TimePoint start = world.runtime.now();
+    std::vector<std::chrono::milliseconds> begun;
+};
+
+TEST_F(ScreenLoadTest, IsAtMostATwentiethOfTheTimeAndShared) {
+    bench.screen.answerAfter(world.runtime, 10ms);
+    askFor(10s);
+    // Names need 14 messages, comments without a Mix window 3.
+    EXPECT_THAT(begun, ElementsAre(1000ms, 3940ms, 4570ms, 7510ms, 8140ms));
+}
+
+TEST_F(ScreenLoadTest, IsOneMessageIn21SecondsWhileProToolsHangs) {
+    bench.screen.stopAnswering(world.runtime);
+    askFor(90s);
+    EXPECT_THAT(begun, ElementsAre(1000ms, 22000ms, 43000ms, 64000ms, 85000ms));
+    EXPECT_EQ(bench.screen.reads(), 5U);
+}
+
+TEST_F(ScreenLoadTest, IsOneMessageIn30SecondsWhenTheSystemRefusesAndThatIsToldOnce) {
+    bench.screen.setRefusing(true);
+    askFor(70s);
+    EXPECT_THAT(begun, ElementsAre(1000ms, 31000ms, 61000ms));
+    const Lines lines = bench.takeLines();
+    EXPECT_THAT(lines, ElementsAre(testing::StartsWith("⚠️ The system does not let Lumbrine read Pro Tools' windows")));
+    bench.screen.setRefusing(false);
+    askFor(30s);
+    EXPECT_THAT(namesOf(published.session), testing::SizeIs(3));
 }
 
 } // namespace

@@ -15,6 +15,8 @@ inline constexpr AXError kAXErrorSuccess = 0;
 inline constexpr AXError kAXErrorCannotComplete = -25204;
 inline constexpr AXError kAXErrorAPIDisabled = -25211;
 inline constexpr AXError kAXErrorNoValue = -25212;
+inline constexpr AXError kAXErrorInvalidUIElement = -25202;
+enum AXCopyMultipleAttributeOptions : std::uint32_t { kAXCopyMultipleAttributeOptionStopOnError = 1 };
 
 // An element of another program's window.
 struct FakeElement : FakeCF {
@@ -26,6 +28,8 @@ struct FakeElement : FakeCF {
 
     std::map<std::string, CFTypeRef> attributes;
     std::map<std::string, AXError> errors; // of attributes and actions
+    AXError error = kAXErrorSuccess;       // of every message
+    bool isSystemWide = false;
 };
 using AXUIElementRef = const FakeElement*;
 
@@ -36,7 +40,10 @@ Boolean AXIsProcessTrusted();
 Boolean AXIsProcessTrustedWithOptions(CFDictionaryRef options);
 CFTypeID AXUIElementGetTypeID();
 AXUIElementRef AXUIElementCreateApplication(int processIdentifier);
-AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute, CFTypeRef* value);
+AXUIElementRef AXUIElementCreateSystemWide();
+AXError AXUIElementSetMessagingTimeout(AXUIElementRef element, float seconds);
+AXError AXUIElementCopyMultipleAttributeValues(AXUIElementRef element, CFArrayRef attributes,
+                                               AXCopyMultipleAttributeOptions options, CFArrayRef* values);
 AXError AXUIElementPerformAction(AXUIElementRef element, CFStringRef action);
 }
 
@@ -48,6 +55,8 @@ struct Screen {
     int prompts = 0;
     int settingsOpened = 0;
     std::vector<std::string> actions;
+    int messages = 0;                            // that ask for attributes
+    float messagingTimeout = 6;                  // of the whole process
     std::map<std::string, std::int32_t> running; // applications by bundle identifier
     std::map<int, FakeElement*> applications;    // by process identifier; the test owns the references
     int openPools = 0;                           // autorelease pools of the back end

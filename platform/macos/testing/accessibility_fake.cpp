@@ -81,13 +81,36 @@ AXUIElementRef AXUIElementCreateApplication(int processIdentifier) {
     return static_cast<AXUIElementRef>(CFRetain(found->second));
 }
 
-AXError AXUIElementCopyAttributeValue(AXUIElementRef element, CFStringRef attribute, CFTypeRef* value) {
+AXUIElementRef AXUIElementCreateSystemWide() {
     called();
-    const std::string name = textOf(attribute);
-    if (const AXError error = errorOf(*element, name); error != kAXErrorSuccess) return error;
-    const auto found = element->attributes.find(name);
-    if (found == element->attributes.end()) return kAXErrorNoValue;
-    if (found->second != nullptr) *value = CFRetain(found->second);
+    auto* const all = new FakeElement();
+    all->isSystemWide = true;
+    return all;
+}
+
+AXError AXUIElementSetMessagingTimeout(AXUIElementRef element, float seconds) {
+    called();
+    if (element->isSystemWide) screen().messagingTimeout = seconds;
+    return kAXErrorSuccess;
+}
+
+// As macOS does, in the place of an attribute that cannot be read there is a value that says why.
+AXError AXUIElementCopyMultipleAttributeValues(AXUIElementRef element, CFArrayRef attributes,
+                                               AXCopyMultipleAttributeOptions options, CFArrayRef* values) {
+    called();
+    ++screen().messages;
+    if (element->error != kAXErrorSuccess) return element->error;
+    std::vector<CFTypeRef> copied;
+    for (const void* const attribute : attributes->values) {
+        const std::string name = textOf(static_cast<CFStringRef>(attribute));
+        const auto found = element->attributes.find(name);
+        const bool isThere = errorOf(*element, name) == kAXErrorSuccess && found != element->attributes.end();
+        if (!isThere && options != 0) return kAXErrorNoValue;
+        copied.push_back(isThere && found->second != nullptr ? CFRetain(found->second) : new FakeCF(errorType));
+    }
+    *values = new FakeCFArray({copied.begin(), copied.end()});
+    for (const CFTypeRef value : copied)
+        CFRelease(value);
     return kAXErrorSuccess;
 }
 

@@ -43,6 +43,7 @@ using CFStringRef = const FakeCFString*;
 using CFBooleanRef = const FakeCFBoolean*;
 using CFArrayRef = const FakeCFArray*;
 using CFDictionaryRef = const FakeCFDictionary*;
+using CFArrayCallBacks = FakeCallBacks;
 using CFDictionaryKeyCallBacks = FakeCallBacks;
 using CFDictionaryValueCallBacks = FakeCallBacks;
 struct CFRange {
@@ -56,6 +57,7 @@ extern "C" {
 extern const CFAllocatorRef kCFAllocatorDefault;
 extern const CFBooleanRef kCFBooleanTrue;
 extern const CFBooleanRef kCFBooleanFalse;
+extern const CFArrayCallBacks kCFTypeArrayCallBacks;
 extern const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks;
 extern const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks;
 
@@ -72,6 +74,8 @@ CFIndex CFStringGetLength(CFStringRef string);
 CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding encoding, std::uint8_t lossByte,
                          Boolean isExternal, std::uint8_t* buffer, CFIndex capacity, CFIndex* used);
 Boolean CFBooleanGetValue(CFBooleanRef boolean);
+CFArrayRef CFArrayCreate(CFAllocatorRef allocator, const void** values, CFIndex count,
+                         const CFArrayCallBacks* callBacks);
 CFIndex CFArrayGetCount(CFArrayRef array);
 const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
 CFDictionaryRef CFDictionaryCreate(CFAllocatorRef allocator, const void** keys, const void** values, CFIndex count,
@@ -87,6 +91,7 @@ inline constexpr CFTypeID numberType = 22;
 inline constexpr CFTypeID arrayType = 19;
 inline constexpr CFTypeID dictionaryType = 18;
 inline constexpr CFTypeID elementType = 301;
+inline constexpr CFTypeID errorType = 302;
 
 // The number of existing objects, not counting the two booleans.
 int liveObjects();

@@ -106,6 +106,7 @@ FakeCFArray::~FakeCFArray() {
 const CFAllocatorRef kCFAllocatorDefault = nullptr;
 const CFBooleanRef kCFBooleanTrue = &yes;
 const CFBooleanRef kCFBooleanFalse = &no;
+const CFArrayCallBacks kCFTypeArrayCallBacks{};
 const CFDictionaryKeyCallBacks kCFTypeDictionaryKeyCallBacks{};
 const CFDictionaryValueCallBacks kCFTypeDictionaryValueCallBacks{};
 
@@ -162,6 +163,10 @@ CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding, st
 
 Boolean CFBooleanGetValue(CFBooleanRef boolean) {
     return boolean->value;
+}
+
+CFArrayRef CFArrayCreate(CFAllocatorRef, const void** values, CFIndex count, const CFArrayCallBacks*) {
+    return new FakeCFArray(std::vector<const void*>(values, values + count));
 }
 
 CFIndex CFArrayGetCount(CFArrayRef array) {
