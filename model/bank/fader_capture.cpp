@@ -52,8 +52,9 @@ void FaderCapture::capture(TimePoint shownUntil) {
         const StripState& strip = state.published.strips[slot];
         const auto track = slot < state.published.shownStrips().size() ? state.published.trackOn(slot) : std::nullopt;
         if (!track || strip.faderUnsure || !strip.shownFader) continue;
-        std::optional<double>& fader = state.published.session.tracks[*track].fader;
-        if (std::exchange(fader, strip.shownFader) != strip.shownFader) state.fullTableDirty = true;
+        Track& shown = state.published.session.tracks[*track];
+        if (shown.isThere() && std::exchange(shown.fader, strip.shownFader) != strip.shownFader)
+            state.fullTableDirty = true;
     }
 }
 

@@ -91,7 +91,11 @@ Session TrackSurvey::joined(const Banks& seen) const {
         map = mergeWindow(std::move(map), shown);
         offsets.push_back(map.size() - shown.size());
     }
-    return placed(seen, offsets, map.size());
+    Session session = placed(seen, offsets, map.size());
+    // A blank strip may be one without a track, or one whose name has yet to come.
+    for (Track& track : session.tracks)
+        if (isBlank(track.display)) track.fader.reset();
+    return session;
 }
 
 // In the order of the banks: where two overlap, the later one counts.

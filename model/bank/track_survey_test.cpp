@@ -35,6 +35,11 @@ TEST(TrackSurvey, KeepsTheBlankEndOfABankThatIsNotTheLast) {
               (Names{"A", "B", "C", "", "E", "F", "G"}));
 }
 
+TEST(TrackSurvey, KnowsNoFaderOfABlankStripThatNoListAgreesWith) {
+    EXPECT_THAT(column(surveyed({{"A", "", "C", ""}, {"E", "", "", ""}}), &Track::fader),
+                ElementsAre(0.1, std::nullopt, 0.3, std::nullopt, 0.5));
+}
+
 TEST(TrackSurvey, LeavesOutPressesThatChangedNothing) {
     EXPECT_EQ(displays(surveyed({{"A", "B", "C", "D"}, {"A", "B", "C", "D"}, {"E", "F", "", ""}})),
               (Names{"A", "B", "C", "D", "E", "F"}));

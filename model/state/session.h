@@ -1,6 +1,7 @@
 // The session, as far as the receiver knows it: one record for each track, in the order of the banks.
 #pragma once
 
+#include "base/blank_text.h"
 #include "base/rgb_color.h"
 #include "client_link/state_messages.h"
 #include "model/state/automation_mode.h"
@@ -47,6 +48,9 @@ struct Track {
         pan.reset();
         mode = autoModeUnknown;
     }
+
+    // A blank display alone may be that of a strip without a track.
+    bool isThere() const { return name || !isBlank(display); }
 
     TrackIdentity identity() const { return {.id = id, .name = name.value_or(""), .index = listIndex}; }
 };
