@@ -37,8 +37,8 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
                {surfaces, mirror, hello, fingers, desk, queue, pan, seekWorker, calibration, metadata, wishes,
                 automation, groups, visibleRange, drops}),
       presence(jobs, state, log, {desk, mirror, bankMap, pan, automation}),
-      position(platform.runtime, state, log, {bankMap, calibration}), owner(state, text, endpoint, surfaces),
-      refresh(state, {mirror, table, automation, metadata}),
+      position(platform.runtime, state, log, {bankMap, calibration}),
+      owner(platform.runtime, state, text, endpoint, surfaces), refresh(state, {mirror, table, automation, metadata}),
       tick(jobs, state, {endpoint, meters, feedback, pan, presence, mender, position, owner, refresh, surfaces}) {}
 
 } // namespace lumbrine

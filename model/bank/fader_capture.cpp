@@ -19,7 +19,7 @@ void FaderCapture::allShown() {
     const TimePoint now = jobs.runtime.now();
     fresh.fill(now);
     for (StripState& strip : state.published.strips)
-        if (!strip.handOn(now)) strip.believeShownFader();
+        if (!strip.mayKeepFaderBack(now)) strip.believeShownFader();
     captureSoon();
 }
 

@@ -182,7 +182,7 @@ void DeskQueue::closeSurfaces(std::optional<BankUser> user) {
     ++state.bankMoves;
     surfaces.closeToHands();
     for (StripState& strip : state.published.strips) {
-        strip.touched = false;
+        strip.liftFinger(jobs.runtime.now());
         strip.panSeek.reset();
     }
 }

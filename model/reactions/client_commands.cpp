@@ -182,7 +182,7 @@ void ClientCommands::takeControl(Ownership owner) {
     parts.queue.ownerIs(owner);
     jobs.runOnMain([this, owner] {
         for (StripState& strip : state.published.strips) {
-            strip.touched = false;
+            strip.liftFinger(jobs.runtime.now());
             strip.panSeek.reset();
         }
         parts.queue.newOwner(owner);

@@ -36,7 +36,7 @@ void Fingers::release(Strip strip) {
     surfaces.engineOf(strip).releaseByHand(strip.engineStrip());
     jobs.runOnMain([this, strip] {
         StripState& left = state.published.strip(strip);
-        left.touched = false;
+        left.liftFinger(jobs.runtime.now());
         mirror.sendFaderToClient(strip, left.fader);
     });
 }
@@ -61,7 +61,7 @@ void Fingers::look() {
     awaiting = false;
     surfaces.loseTouch();
     for (StripState& strip : state.published.strips)
-        strip.touched = false;
+        strip.liftFinger(jobs.runtime.now());
 }
 
 } // namespace lumbrine

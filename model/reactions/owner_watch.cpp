@@ -5,8 +5,9 @@
 
 namespace lumbrine {
 
-OwnerWatch::OwnerWatch(ReceiverState& state, Bilingual text, ClientEndpoint& endpoint, Surfaces& surfaces)
-    : state(state), text(text), endpoint(endpoint), surfaces(surfaces) {}
+OwnerWatch::OwnerWatch(Runtime& runtime, ReceiverState& state, Bilingual text, ClientEndpoint& endpoint,
+                       Surfaces& surfaces)
+    : runtime(runtime), state(state), text(text), endpoint(endpoint), surfaces(surfaces) {}
 
 void OwnerWatch::watchOwner() {
     const bool anybody = endpoint.liveOwnerKey().has_value();
@@ -16,7 +17,7 @@ void OwnerWatch::watchOwner() {
 void OwnerWatch::letGo() {
     surfaces.letHandsGo();
     for (StripState& strip : state.published.strips)
-        strip.touched = false;
+        strip.liftFinger(runtime.now());
 }
 
 void OwnerWatch::describeClients() {

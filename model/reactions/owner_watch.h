@@ -13,7 +13,7 @@ namespace lumbrine {
 
 class OwnerWatch {
 public:
-    OwnerWatch(ReceiverState& state, Bilingual text, ClientEndpoint& endpoint, Surfaces& surfaces);
+    OwnerWatch(Runtime& runtime, ReceiverState& state, Bilingual text, ClientEndpoint& endpoint, Surfaces& surfaces);
 
     // When the owner has gone, releases what it has touched.
     void watchOwner();
@@ -28,6 +28,7 @@ private:
     void letGo();
     std::string description();
 
+    Runtime& runtime;
     ReceiverState& state;
     const Bilingual text;
     ClientEndpoint& endpoint;

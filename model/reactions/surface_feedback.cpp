@@ -50,7 +50,7 @@ void SurfaceFeedback::believeFaders() {
     for (int i = 0; i < stripCount; ++i) {
         const Strip strip = *Strip::of(i);
         StripState& shown = state.published.strip(strip);
-        if (shown.handOn(jobs.runtime.now()) || !shown.believeShownFader()) continue;
+        if (shown.mayKeepFaderBack(jobs.runtime.now()) || !shown.believeShownFader()) continue;
         state.published.changed();
         if (i < state.published.winW) parts.mirror.sendFaderToClient(strip, shown.fader);
         parts.capture.faderShown(strip);
@@ -75,7 +75,8 @@ void SurfaceFeedback::noteName(Strip strip, std::string_view name) {
 
 void SurfaceFeedback::endHands(Strip strip) {
     StripState& shown = state.published.strip(strip);
-    shown.touched = shown.touched && parts.surfaces.engineOf(strip).isDown(strip.engineStrip(), hui::touchPort);
+    if (!parts.surfaces.engineOf(strip).isDown(strip.engineStrip(), hui::touchPort))
+        shown.liftFinger(jobs.runtime.now());
     shown.panSeek.reset();
 }
 

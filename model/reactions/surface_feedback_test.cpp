@@ -83,6 +83,25 @@ TEST_F(SurfaceFeedbackTest, AHeldFaderIsNotToldForAnotherTrack) {
     EXPECT_FALSE(state.published.strips[3].faderUnsure);
 }
 
+// Pro Tools shows it some time after the release.
+TEST_F(SurfaceFeedbackTest, AFaderThatWasHeldUntilNowIsNotToldForAnotherTrack) {
+    bench.surfaceA.name(3, "Kick");
+    bench.surfaceA.fader(3, 0.5);
+    settle();
+    phone->send({0x01, 0x02, 0x03});
+    for (int second = 0; second < 2; ++second) {
+        bench.run(1s);
+        sendNothing();
+    }
+    bench.surfaceA.name(3, "Snr "); // which lifts the finger
+    settle();
+    phone->tape.clear();
+    bench.run(1400ms); // with a resend of everything
+    EXPECT_THAT(bench.heardBy(*phone, 0x12), testing::Each(testing::Not(testing::HasSubstr("01 12 03"))));
+    bench.run(500ms);
+    EXPECT_THAT(bench.heardBy(*phone, 0x12), testing::Contains(testing::EndsWith("01 12 03 1F FF")));
+}
+
 TEST_F(SurfaceFeedbackTest, AFaderThatNobodyHasShownIsNotToldBesideAName) {
     bench.surfaceA.name(3, "Kick");
     settle();

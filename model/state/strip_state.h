@@ -58,14 +58,22 @@ struct StripState {
 
     bool touched = false;                  // the client's finger is on the fader
     TimePoint movedByClient = distantPast; // or touched
+    TimePoint leftByClient = distantPast;  // the finger was lifted, by the client or for it
     std::optional<PanTarget> panSeek;
 
     bool handOn(TimePoint now) const { return touched || now - movedByClient < handRest; }
 
+    void liftFinger(TimePoint now) {
+        if (std::exchange(touched, false)) leftByClient = now;
+    }
+
+    // Pro Tools may keep a fader back while it is touched, and shows it some time after the finger has gone.
+    bool mayKeepFaderBack(TimePoint now) const { return handOn(now) || now - leftByClient < handRest; }
+
     // A value that was told for another track, or by nobody, is not told for this one.
     bool faderIsKnown() const { return !faderUnsure && (shownFader || name.empty()); }
 
-    // Where no hand is, Pro Tools keeps nothing back. True when the fader has become known, or another value.
+    // Where Pro Tools keeps nothing back. True when the fader has become known, or another value.
     bool believeShownFader() {
         const double before = fader;
         fader = shownFader.value_or(fader);
@@ -73,9 +81,9 @@ struct StripState {
     }
 
     // Some strip shows another name, so this one may show another track, of the same name too. A client's move was for
-    // the former one, and while a hand is on a fader Pro Tools may wait with the value of the new one.
+    // the former one, and Pro Tools may have yet to show the value of the new one.
     void mayHaveAnotherTrack(TimePoint now) {
-        if (handOn(now)) {
+        if (mayKeepFaderBack(now)) {
             faderUnsure = true;
         } else {
             believeShownFader();

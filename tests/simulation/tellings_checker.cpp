@@ -67,15 +67,16 @@ private:
         complain("the fader of strip " + std::to_string(strip) + " told as " + std::to_string(value), tracks);
     }
 
-    // By its name; and where a position is told, that one of this name which is there: a job may have gone on from one
-    // track to another of the same name.
+    // By its name; and those of this name that the host has there now, or that are there by the position that is told: a
+    // job may have gone on from one track to another of the same name.
     Tracks namedOnStrip(int strip) const {
         Tracks tracks = shown.onStrip(client(), strip, telling->at);
         const auto displayAt = [&](int track) {
             const SimulatedTrack* const found = host.trackAt(track, telling->at);
             return found == nullptr ? std::string() : host.displayOf(*found);
         };
-        const Tracks there = shown.byPosition(client(), strip, telling->at);
+        Tracks there = shown.byPosition(client(), strip, telling->at);
+        if (const ShownTrack* display = host.shownOn(strip, telling->at)) there.push_back(display->track);
         std::ranges::copy_if(there, std::back_inserter(tracks), [&, named = tracks](int track) {
             return std::ranges::find(named, displayAt(track), displayAt) != named.end();
         });
