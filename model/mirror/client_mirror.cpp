@@ -12,11 +12,11 @@ ClientMirror::ClientMirror(Runtime& runtime, const ReceiverState& state, ClientE
 
 void ClientMirror::emit(ByteView bytes) {
     assert(runtime.onMain());
-    if (snapshotTarget) {
-        endpoint.send(bytes, *snapshotTarget);
-    } else {
-        endpoint.broadcast(bytes);
-    }
+    if (snapshotTarget) return endpoint.send(bytes, *snapshotTarget);
+    // Another client may have been told other names before, or none.
+    const auto owner = endpoint.ownership();
+    if (std::exchange(namesToldTo, owner) != owner) sendShownTrackNames();
+    endpoint.broadcast(bytes);
 }
 
 void ClientMirror::send(Messages messages) {

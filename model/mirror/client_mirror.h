@@ -31,7 +31,8 @@ class ClientMirror {
 public:
     ClientMirror(Runtime& runtime, const ReceiverState& state, ClientEndpoint& endpoint);
 
-    // To the owner, or to the one peer that a snapshot is being made for.
+    // To the owner, or to the one peer that a snapshot is being made for. What a new owner is sent first are the names
+    // of the strips.
     void emit(ByteView bytes);
 
     // ---- Several messages at once
@@ -93,7 +94,8 @@ private:
     ClientEndpoint& endpoint;
     std::optional<std::string> snapshotTarget;
 
-    std::bitset<stripCount> named; // strips that a client was ever told a name of
+    std::optional<Ownership> namesToldTo; // outside snapshots
+    std::bitset<stripCount> named;        // strips that a client was ever told a name of
     PerStrip<std::optional<ToldMonitor>> toldMonitors;
     std::optional<Ownership> toldTo; // the client of these
     Bytes lastSentSwitches;

@@ -20,6 +20,21 @@ TEST_F(ClientMirrorTest, CutsANameToFourBytesAndPadsAShortOne) {
     EXPECT_THAT(heard(0x10), ElementsAre("0ms 01 10 09 47 75 69 74", "0ms 01 10 00 47 74 20 20"));
 }
 
+// It may have been in control before, when other tracks were on the strips.
+TEST_F(ClientMirrorTest, TellsANewOwnerTheNamesBeforeAnythingElse) {
+    bench.surfaceA.name(3, "Kick");
+    settle();
+    const auto other = bench.phone("192.168.1.8");
+    other->send({0x01, 0x25});
+    settle();
+    other->tape.clear();
+    bench.surfaceA.fader(3, 1.0);
+    bench.surfaceA.fader(3, 0.0);
+    settle();
+    EXPECT_THAT(bench.heardBy(*other),
+                ElementsAre("0ms 01 10 03 4B 69 63 6B", "0ms 01 12 03 3F FF", "0ms 01 12 03 00 00"));
+}
+
 TEST_F(ClientMirrorTest, ClampsAFader) {
     mirror.sendFaderToClient(*Strip::of(0), 1.2);
     mirror.sendFaderToClient(*Strip::of(15), -0.1);
