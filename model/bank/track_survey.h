@@ -30,8 +30,8 @@ public:
     bool expectsAnother() const;
 
     // The tracks with display names and faders. As many as the list has, if every bank shows what the list says.
-    // Otherwise the banks are joined where their ends and beginnings are alike, up to the last track with a name; blanks
-    // in between are there without faders.
+    // Otherwise the banks are joined where their ends and beginnings are alike, up to the last track with a name;
+    // blanks in between are there without faders.
     Session session() const;
 
 private:

@@ -67,8 +67,8 @@ private:
         complain("the fader of strip " + std::to_string(strip) + " told as " + std::to_string(value), tracks);
     }
 
-    // By its name; and those of this name that the host has there now, or that are there by the position that is told: a
-    // job may have gone on from one track to another of the same name.
+    // By its name; and those of this name that the host has there now, or that are there by the position that is
+    // told: a job may have gone on from one track to another of the same name.
     Tracks namedOnStrip(int strip) const {
         Tracks tracks = shown.onStrip(client(), strip, telling->at);
         const auto displayAt = [&](int track) {
