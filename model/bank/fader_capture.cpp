@@ -15,12 +15,21 @@ void FaderCapture::faderShown(Strip strip) {
     captureSoon();
 }
 
+void FaderCapture::selectsShown() {
+    freshSelects = jobs.runtime.now();
+    captureSoon();
+}
+
+void FaderCapture::namesShown() {
+    fresh.fill(jobs.runtime.now());
+    selectsShown();
+}
+
 void FaderCapture::allShown() {
     const TimePoint now = jobs.runtime.now();
-    fresh.fill(now);
     for (StripState& strip : state.published.strips)
         if (!strip.mayKeepFaderBack(now)) strip.believeShownFader();
-    captureSoon();
+    namesShown();
 }
 
 void FaderCapture::captureNow() {
@@ -35,7 +44,7 @@ void FaderCapture::captureSoon() {
         looking = false;
         const bool sure = isSure();
         if (sure) capture(jobs.runtime.now() - stillness);
-        if (std::ranges::none_of(fresh, [](const auto& shown) { return shown.has_value(); })) return;
+        if (!anyFresh()) return;
         // With an unknown position, or a job under way, what changes that asks again.
         if (sure || (state.quiet() && state.published.bankOffset >= 0)) captureSoon();
     });
@@ -45,17 +54,41 @@ bool FaderCapture::isSure() const {
     return displays.age() >= stillness && bankMap.isSure();
 }
 
+bool FaderCapture::anyFresh() const {
+    return freshSelects || std::ranges::any_of(fresh, [](const auto& shown) { return shown.has_value(); });
+}
+
 void FaderCapture::capture(TimePoint shownUntil) {
+    captureFaders(shownUntil);
+    captureSelects(shownUntil);
+}
+
+void FaderCapture::captureFaders(TimePoint shownUntil) {
     for (std::size_t slot = 0; slot < fresh.size(); ++slot) {
         if (!fresh[slot] || *fresh[slot] > shownUntil) continue;
         fresh[slot].reset();
         const StripState& strip = state.published.strips[slot];
-        const auto track = slot < state.published.shownStrips().size() ? state.published.trackOn(slot) : std::nullopt;
-        if (!track || strip.faderUnsure || !strip.shownFader) continue;
-        Track& shown = state.published.session.tracks[*track];
-        if (shown.isThere() && std::exchange(shown.fader, strip.shownFader) != strip.shownFader)
+        Track* const track = trackOn(slot);
+        if (track == nullptr || strip.faderUnsure || !strip.shownFader) continue;
+        if (std::exchange(track->fader, strip.shownFader) != strip.shownFader) state.fullTableDirty = true;
+    }
+}
+
+void FaderCapture::captureSelects(TimePoint shownUntil) {
+    if (!freshSelects || *freshSelects > shownUntil) return;
+    freshSelects.reset();
+    for (std::size_t slot = 0; slot < stripCount; ++slot) {
+        const bool select = state.published.strips[slot].select;
+        if (Track* const track = trackOn(slot); track != nullptr && std::exchange(track->select, select) != select)
             state.fullTableDirty = true;
     }
+}
+
+Track* FaderCapture::trackOn(std::size_t slot) {
+    const auto index = slot < state.published.shownStrips().size() ? state.published.trackOn(slot) : std::nullopt;
+    if (!index) return nullptr;
+    Track& track = state.published.session.tracks[*index];
+    return track.isThere() ? &track : nullptr;
 }
 
 } // namespace lumbrine

@@ -1,6 +1,6 @@
-// Keeping the last fader value that Pro Tools showed of each track, for when the track is no longer shown. Pro Tools
-// may send the faders of other tracks before it sends their names; so a value counts for a track only once it and the
-// names have been still, and while the shown names tell the position.
+// Keeping what Pro Tools showed last of each track's fader, and whether it is selected, for when the track is no longer
+// shown. Pro Tools may send the values of other tracks before it sends their names; so a value counts for a track only
+// once it and the names have been still, and while the shown names tell the position.
 #pragma once
 
 #include "model/bank/bank_map.h"
@@ -18,10 +18,16 @@ public:
 
     FaderCapture(const Jobs& jobs, ReceiverState& state, const BankMap& bankMap, DisplayWatch& displays);
 
-    // Pro Tools has shown a value of that strip. Main thread.
+    // Pro Tools has shown a value of that strip. Main thread, like the next three.
     void faderShown(Strip strip);
 
-    // A job that moved the banks is over: every shown value counts. Main thread.
+    void selectsShown();
+
+    // Pro Tools has shown another name, so that strips may show other tracks. It need not show values that are the
+    // same as those of the tracks before.
+    void namesShown();
+
+    // A job that moved the banks is over: every shown value counts.
     void allShown();
 
     // Takes what is there to be taken now, in the middle of a job too. Any thread.
@@ -30,13 +36,18 @@ public:
 private:
     void captureSoon();
     void capture(TimePoint shownUntil);
+    void captureFaders(TimePoint shownUntil);
+    void captureSelects(TimePoint shownUntil);
+    Track* trackOn(std::size_t slot); // null where it is not known that there is one
+    bool anyFresh() const;
     bool isSure() const;
 
     const Jobs& jobs;
     ReceiverState& state;
     const BankMap& bankMap;
     DisplayWatch& displays;
-    std::array<std::optional<TimePoint>, stripCount> fresh; // since when; main thread, like the next
+    std::array<std::optional<TimePoint>, stripCount> fresh; // faders, since when; main thread, like the next two
+    std::optional<TimePoint> freshSelects;
     bool looking = false;
 };
 

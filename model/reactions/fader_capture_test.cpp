@@ -23,6 +23,8 @@ protected:
 
     void name(int i, std::string_view text) { bench.parts().feedback.trackNameShown(*Strip::of(i), text); }
 
+    void select(int i, bool on) { bench.parts().feedback.ledShown(SurfaceID::A, i, hui::selectPort, on); }
+
     std::vector<std::optional<double>> kept() { return column(state.published.session, &Track::fader); }
 
     ReceiverState& state = bench.state();
@@ -83,6 +85,30 @@ TEST_F(FaderCaptureTest, KeepsNothingUntilNamesAreStill) {
     EXPECT_THAT(kept(), ElementsAre(std::nullopt, std::nullopt));
     bench.run(151ms);
     EXPECT_THAT(kept(), ElementsAre(std::nullopt, 0.5));
+}
+
+TEST_F(FaderCaptureTest, KeepsWhichTracksAreSelected) {
+    setSession({"a", "b", "c"}, 1);
+    select(0, true);
+    bench.run(FaderCapture::stillness);
+    EXPECT_THAT(column(state.published.session, &Track::select), ElementsAre(false, true, false));
+    EXPECT_TRUE(state.fullTableDirty);
+    select(0, false);
+    bench.run(FaderCapture::stillness);
+    EXPECT_THAT(column(state.published.session, &Track::select), ElementsAre(false, false, false));
+}
+
+// Pro Tools need not send again what is the same.
+TEST_F(FaderCaptureTest, KeepsWhatIsTrueOfTheTracksBeforeToo) {
+    setSession({"a", "b", "c"}, 0);
+    select(0, true);
+    show(0, 0.5);
+    name(0, "b");
+    name(1, "c");
+    name(2, "");
+    bench.run(2 * FaderCapture::stillness);
+    EXPECT_THAT(kept(), ElementsAre(0.5, 0.5, std::nullopt));
+    EXPECT_THAT(column(state.published.session, &Track::select), ElementsAre(true, true, false));
 }
 
 TEST_F(FaderCaptureTest, KeepsWhatIsShownWhenAValueStandsInAName) {

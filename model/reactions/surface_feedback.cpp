@@ -90,6 +90,7 @@ void SurfaceFeedback::showName(Strip strip, const std::string& name) {
     state.published.changed();
     parts.mirror.sendTrackNameToClient(strip, name);
     parts.bankMap.relocalize();
+    parts.capture.namesShown();
     parts.metadata.somethingHappened();
 }
 
@@ -145,6 +146,7 @@ void SurfaceFeedback::showSelect(Strip strip, bool on) {
     if (std::exchange(state.published.strip(strip).select, on) == on) return;
     state.published.changed();
     parts.mirror.sendSelectsToClient();
+    parts.capture.selectsShown();
 }
 
 void SurfaceFeedback::showTransportLed(int port, bool on) {

@@ -29,14 +29,14 @@ bool isSame(const TrackIdentity& left, const TrackIdentity& right);
 struct Track {
     std::string display;             // what the surfaces call it, at most four characters; from the scan
     bool displayKnown = true;        // false: it has been listed, and no strip has shown it yet
-    std::optional<std::string> name; // in full; from the scripting service or the screen, like the next six
+    std::optional<std::string> name; // in full; from the scripting service or the screen, like the next five
     std::optional<RGBColor> color;
     bool mute = false;
     bool solo = false;
     bool record = false;
-    bool select = false;
     bool inputMonitor = false;
-    std::optional<double> fader; // 0.0-1.0 nominally; seen while the track was on the surfaces, like the next two
+    bool select = false;         // seen while the track was on the surfaces, like the next three
+    std::optional<double> fader; // 0.0-1.0 nominally
     std::optional<SessionPan> pan;
     std::uint8_t mode = autoModeUnknown;
     std::string comment; // from the Mix window
@@ -44,6 +44,7 @@ struct Track {
     std::int64_t listIndex = 0;
 
     void forgetShown() {
+        select = false;
         fader.reset();
         pan.reset();
         mode = autoModeUnknown;
