@@ -39,6 +39,7 @@ struct PeerLimits {
     Limit states{1, seconds(0.25)};
     Limit rows{200 + 64, seconds(0.1)};
     std::uint8_t lastType = 0;
+    TimePoint lastAt = distantPast;
 };
 
 } // namespace
@@ -63,8 +64,8 @@ Violations checkAnswers(const SentDatagrams& sent, const Acceptance& acceptance,
             expect(peer.rows.isExceededBy(datagram.at), "rows faster than 2000 a second to " + name);
             break;
         case bankPosition:
-            // Next to each other only as a part of everything.
-            if (peer.lastType == panMode)
+            // Next to each other at one moment only as a part of everything.
+            if (peer.lastType == panMode && peer.lastAt == datagram.at)
                 expect(peer.states.isExceededBy(datagram.at), "everything twice within 250 ms to " + name);
             break;
         case pong:
@@ -74,6 +75,7 @@ Violations checkAnswers(const SentDatagrams& sent, const Acceptance& acceptance,
             break;
         }
         peer.lastType = datagram.type();
+        peer.lastAt = datagram.at;
     }
     for (const ReceivedDatagram& hello : acceptance.accepted) {
         if (hello.bytes.size() < 2 || hello.bytes[0] != 1 || hello.bytes[1] != 0x00) continue;

@@ -73,6 +73,8 @@ TEST_F(Answers, AreEverythingOnceInAQuarterOfASecond) {
     send(0.6, bankPosition); // it has changed
     send(0.6, panMode);
     EXPECT_THAT(check(), IsEmpty());
+    send(0.65, panMode); // the client has switched it
+    send(0.68, bankPosition);
     send(0.7, panMode, 1); // to another client
     send(0.7, bankPosition, 1);
     EXPECT_THAT(check(), IsEmpty());
