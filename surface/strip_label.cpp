@@ -4,6 +4,17 @@
 
 namespace lumbrine {
 
+namespace {
+
+constexpr std::uint32_t longestOwner = 0x7FFFFFFF;
+
+// Far fewer owners than that come one after the other before a strip is told again.
+constexpr std::uint32_t shortened(std::uint64_t owner) {
+    return static_cast<std::uint32_t>(owner) & longestOwner;
+}
+
+} // namespace
+
 StripLabel::Text StripLabel::onDisplay(std::string_view text) {
     Text display = blank;
     std::ranges::copy(text.substr(0, display.size()), display.begin());
@@ -11,8 +22,9 @@ StripLabel::Text StripLabel::onDisplay(std::string_view text) {
 }
 
 void StripLabel::tell(std::string_view text, bool isName, std::uint64_t owner) {
-    const auto number = static_cast<std::uint32_t>(owner);
-    if (isName || told.load().owner != number) told = Told{.text = onDisplay(text), .owner = number};
+    const std::uint32_t number = shortened(owner);
+    if (isName || told.load().owner != number)
+        told = Told{.text = onDisplay(text), .owner = number & longestOwner, .isName = isName};
 }
 
 bool StripLabel::show(std::string_view text, bool isName) {
@@ -26,8 +38,9 @@ bool StripLabel::show(std::string_view text, bool isName) {
 bool StripLabel::isKnownTo(HandsOwner owner) const {
     if (shown == blank) return true;
     const Told last = told;
-    if (last.owner != static_cast<std::uint32_t>(owner.number)) return owner.isNewcomer;
-    return last.text == shown || last.text == name;
+    const bool isTold = last.owner == shortened(owner.number);
+    if (owner.isNewcomer && !(isTold && last.isName)) return true;
+    return isTold && (last.text == shown || last.text == name);
 }
 
 } // namespace lumbrine

@@ -27,7 +27,7 @@ public:
     bool show(std::string_view text, bool isName);
 
     // That client knows what the display says, so it means what is there: it was told so, or there is nothing to tell,
-    // as before the first text and on a blank display. A newcomer that was told nothing of the strip yet cannot mean
+    // as before the first text and on a blank display. A newcomer that was told no name of the strip yet cannot mean
     // another track either: clients may act before they are told anything.
     bool isKnownTo(HandsOwner owner) const;
 
@@ -39,7 +39,8 @@ private:
 
     struct Told {
         Text text;
-        std::uint32_t owner;
+        std::uint32_t owner : 31;
+        std::uint32_t isName : 1;
     };
     static_assert(std::atomic<Told>::is_always_lock_free);
 
@@ -49,7 +50,7 @@ private:
 
     Text shown = blank;
     Text name = blank; // the last one that is no value
-    std::atomic<Told> told = Told{.text = blank, .owner = 0};
+    std::atomic<Told> told = Told{.text = blank, .owner = 0, .isName = false};
     std::uint64_t names = 0;
 };
 

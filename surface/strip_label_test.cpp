@@ -50,6 +50,16 @@ TEST(StripLabel, IsWhateverItIsToANewcomerUntilThatIsToldAnything) {
     EXPECT_TRUE(label.isKnownTo(newcomer));
 }
 
+TEST(StripLabel, IsWhateverItIsToANewcomerThatWasToldNoMoreThanAValue) {
+    StripLabel label;
+    label.show("Kick", true);
+    label.show("-3.5", false);
+    label.tell("-3.5", false, owner);
+    label.show("-3.6", false);
+    EXPECT_TRUE(label.isKnownTo({.number = owner, .isNewcomer = true}));
+    EXPECT_FALSE(label.isKnownTo(theOwner));
+}
+
 TEST(StripLabel, StaysTheSameUnderAValue) {
     StripLabel label;
     EXPECT_TRUE(label.show("Bass", true));
