@@ -98,13 +98,24 @@ private:
 
     void release(const WireAction& asked) {
         const auto finger = fingers.find(asked.number);
-        const auto out = std::ranges::find_if(releases, [&](const WireAction& action) {
+        const bool mayBeUp = finger == fingers.end() || mayBeStray(asked.number, finger->second, asked.at);
+        const bool mustGoOut = !mayBeUp && !mayMeetClosed(asked);
+        if (const auto out = takeOf(releases, asked)) {
+            if (!mustGoOut) spare.push_back(*out);
+        } else if (mustGoOut && !takeOf(spare, asked)) {
+            complain(asked, "lost");
+        }
+        if (finger != fingers.end()) fingers.erase(finger);
+    }
+
+    std::optional<WireAction> takeOf(std::vector<WireAction>& actions, const WireAction& asked) const {
+        const auto found = std::ranges::find_if(actions, [&](const WireAction& action) {
             return action.sameAs(asked) && pauses.explain(asked.at, action.at);
         });
-        const bool mayBeUp = finger == fingers.end() || mayBeStray(asked.number, finger->second, asked.at);
-        if (out == releases.end() && !mayBeUp && !mayMeetClosed(asked)) complain(asked, "lost");
-        if (out != releases.end()) releases.erase(out);
-        if (finger != fingers.end()) fingers.erase(finger);
+        if (found == actions.end()) return std::nullopt;
+        const WireAction taken = *found;
+        actions.erase(found);
+        return taken;
     }
 
     bool mayMeetClosed(const WireAction& asked) const {
@@ -139,6 +150,7 @@ private:
     std::vector<WireAction> sent; // moves and touches
     std::size_t next = 0;         // of them
     std::vector<WireAction> releases;
+    std::vector<WireAction> spare; // releases that may be those of later ones, because theirs need not have gone out
     std::map<int, Finger> fingers; // by strip
     int owner = 0;
     TimePoint lastHeard;

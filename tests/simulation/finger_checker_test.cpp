@@ -33,9 +33,8 @@ protected:
         runs.push_back(run);
     }
 
-    std::vector<std::string> check() const {
-        const Pauses pauses;
-        return checkFingers(wire, 0, acceptedOf(received), Closings(runs, pauses));
+    std::vector<std::string> check(const Pauses& pauses = {}) const {
+        return checkFingers(wire, 0, acceptedOf(received), Closings(runs, pauses), pauses);
     }
 
     std::vector<ReceivedDatagram> received;
@@ -53,6 +52,20 @@ TEST_F(Fingers, MoveWhatIsAskedForAtOnceAndOnce) {
     wire = {};
     move(1.001);
     EXPECT_THAT(check(), SizeIs(2));
+}
+
+TEST_F(Fingers, LetGoOfWhatIsDownThoughAnotherReleaseCameInTheSamePause) {
+    askRelease(1.2); // of nothing, so that it need not go out
+    askTouch(1.4);
+    askRelease(1.6);
+    touch(2);
+    release(2);
+    const Pauses pause({{at(1), at(2)}});
+    EXPECT_THAT(check(pause), IsEmpty());
+    askTouch(2.4);
+    askRelease(2.6);
+    touch(2.4);
+    EXPECT_THAT(check(pause), ElementsAre(HasSubstr("release lost")));
 }
 
 TEST_F(Fingers, TouchAndLetGo) {
