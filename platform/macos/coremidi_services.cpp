@@ -1,8 +1,10 @@
 #include "platform/macos/coremidi_services.h"
 
+#include "platform/macos/autorelease_scope.h"
 #include "platform/macos/cf_text.h"
 
 #include <CoreMIDI/CoreMIDI.h>
+#include <mach/mach_time.h>
 
 #include <algorithm>
 #include <array>
@@ -93,12 +95,13 @@ MIDIStatus CoreMIDIServices::setUniqueID(MIDIEndpointRef endpoint, std::int32_t 
 }
 
 MIDIStatus CoreMIDIServices::received(MIDIEndpointRef source, ByteView message) {
+    const AutoreleaseScope scope; // the thread that sends never ends
     alignas(::MIDIPacketList) std::array<std::uint8_t, listSize> memory{};
     auto* const list = reinterpret_cast<::MIDIPacketList*>(memory.data());
-    constexpr ::MIDITimeStamp atOnce = 0;
+    // A virtual source stamps its packets itself: to its readers 0 would not be now, but the distant past.
+    const ::MIDITimeStamp now = ::mach_absolute_time();
     ::MIDIPacket* const first = ::MIDIPacketListInit(list);
-    if (::MIDIPacketListAdd(list, listSize, first, atOnce, message.size(), message.data()) == nullptr)
-        return badArgument;
+    if (::MIDIPacketListAdd(list, listSize, first, now, message.size(), message.data()) == nullptr) return badArgument;
     return ::MIDIReceived(source, list);
 }
 

@@ -95,11 +95,14 @@ TEST_F(CoreMIDIServicesTest, TakesThePortsAwayBeforeTheirClientAndLetsGoOfTheBlo
     EXPECT_EQ(life.use_count(), 1);
 }
 
-TEST_F(CoreMIDIServicesTest, SendsAMessageAsAListOfOnePacketForNow) {
+TEST_F(CoreMIDIServicesTest, SendsAMessageAsAListOfOnePacketThatIsStampedNow) {
+    coreMIDI().now = 0x0102'0304'0506'0708;
     EXPECT_EQ(services->received(5, Bytes{0xB0, 0x0F, 0x03}), 0);
     Bytes expected(512, 0);
-    expected[0] = 1;  // one packet; its time stamp, 4-11, is 0
-    expected[12] = 3; // bytes in it
+    expected[0] = 1; // one packet
+    for (std::uint8_t i = 0; i < 8; ++i)
+        expected[4U + i] = static_cast<std::uint8_t>(8 - i); // its time stamp
+    expected[12] = 3;                                        // bytes in it
     expected[14] = 0xB0;
     expected[15] = 0x0F;
     expected[16] = 0x03;

@@ -34,6 +34,8 @@ using MIDIReadBlock = void (^)(const MIDIPacketList*, void*);
 extern "C" {
 extern const CFStringRef kMIDIPropertyUniqueID;
 
+std::uint64_t mach_absolute_time();
+
 OSStatus MIDIClientCreateWithBlock(CFStringRef name, MIDIClientRef* client, MIDINotifyBlock notify);
 OSStatus MIDIClientDispose(MIDIClientRef client);
 OSStatus MIDISourceCreate(MIDIClientRef client, CFStringRef name, MIDIEndpointRef* source);
@@ -54,6 +56,7 @@ namespace lumbrine::fakes {
 struct CoreMIDI {
     std::vector<std::string> calls;
     std::vector<std::vector<std::uint8_t>> received; // the lists' memory, of 512 bytes each
+    std::uint64_t now = 1;                           // the host's clock
     OSStatus clientStatus = 0;
     OSStatus sourceStatus = 0;
     OSStatus destinationStatus = 0;

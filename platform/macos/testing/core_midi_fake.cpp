@@ -87,6 +87,10 @@ using namespace lumbrine::fakes;
 
 const CFStringRef kMIDIPropertyUniqueID = new FakeCFString(u"uniqueID");
 
+std::uint64_t mach_absolute_time() {
+    return coreMIDI().now;
+}
+
 OSStatus MIDIClientCreateWithBlock(CFStringRef name, MIDIClientRef* client, MIDINotifyBlock notify) {
     coreMIDI().calls.push_back("client " + textOf(name));
     if (coreMIDI().clientStatus != 0) return coreMIDI().clientStatus;
