@@ -123,6 +123,21 @@ TEST(ReceiverModel, OpensItsPortsWhenTheMIDIServiceIsThereAtLast) {
     }
 }
 
+TEST(ReceiverModel, SaysOnceForEachSurfaceThatItsPortsHaveNoIDs) {
+    ModelWorld world;
+    ModelBench bench(world);
+    bench.midi.fail(MemoryMIDI::Call::setUniqueID, -10843);
+    bench.model->start();
+    bench.run(10s);
+    const auto about = [](const char* name) {
+        return "⚠️ MIDI: '" + std::string(name) +
+               "' has no lasting identity (MIDIObjectSetIntegerProperty failed: -10843); Pro Tools may have to be "
+               "given its ports again";
+    };
+    EXPECT_EQ(std::ranges::count(bench.lines, about("Lumbrine")), 1);
+    EXPECT_EQ(std::ranges::count(bench.lines, about("Lumbrine B")), 1);
+}
+
 TEST(ReceiverModel, SaysThatTheMIDIServiceIsLostAndBack) {
     for (const bool japanese : {false, true}) {
         ModelWorld world;

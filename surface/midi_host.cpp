@@ -48,9 +48,19 @@ std::expected<void, MIDIError> MIDIHost::start() {
         check(services.createDestination(client, name, std::move(read), destination), "MIDIDestinationCreateWithBlock");
     if (!result) return result;
 
-    services.setUniqueID(source, srcUID);
-    services.setUniqueID(destination, dstUID);
+    identify(source, srcUID);
+    identify(destination, dstUID);
     return {};
+}
+
+void MIDIHost::identify(MIDIEndpointRef endpoint, std::int32_t uniqueID) {
+    if (services.setUniqueID(endpoint, uniqueID) == 0) return;
+    runtime.backgroundAfter(idRetry, [weak = weak_from_this(), endpoint, uniqueID] {
+        const auto host = weak.lock();
+        if (!host) return;
+        const auto result = check(host->services.setUniqueID(endpoint, uniqueID), "MIDIObjectSetIntegerProperty");
+        if (!result && host->onIDRefused) host->onIDRefused(result.error());
+    });
 }
 
 void MIDIHost::send(ByteView message) {

@@ -34,9 +34,13 @@ public:
     // it before `start`.
     std::function<void()> onReturn;
 
-    // Creates client, source and destination, in this order, then sets the unique IDs; their failure is ignored. When a
-    // creation fails, the rest is not created and what exists stays; another call creates the rest. One thread at a
-    // time.
+    // Called on a background thread when the system has refused a unique ID twice, with the error of the second time.
+    // Set it before `start`.
+    std::function<void(MIDIError)> onIDRefused;
+
+    // Creates client, source and destination, in this order, then sets the unique IDs. One that fails is set once more
+    // after `idRetry`. When a creation fails, the rest is not created and what exists stays; another call creates the
+    // rest. One thread at a time.
     std::expected<void, MIDIError> start();
 
     // Sends one complete MIDI message as one packet, at once. Drops it when it is empty, and while there is no source.
@@ -50,11 +54,15 @@ public:
     // 0.12 s apart. A HUI sends it when it is switched on. A byte that falls due while there is no source is dropped.
     void announcePresence(int times);
 
+    static constexpr Duration idRetry = seconds(5);
+
     const std::string name;
     const std::int32_t srcUID;
     const std::int32_t dstUID;
 
 private:
+    void identify(MIDIEndpointRef endpoint, std::int32_t uniqueID);
+
     Runtime& runtime;
     MIDIServices& services;
     MIDIClientRef client = 0;

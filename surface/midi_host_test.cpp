@@ -1,6 +1,9 @@
 #include "platform/virtual/still_runtime.h"
+#include "platform/virtual/virtual_runtime.h"
 #include "surface/midi_host.h"
 #include "surface/testing/recording_midi_services.h"
+
+#include <algorithm>
 
 namespace lumbrine {
 namespace {
@@ -73,9 +76,43 @@ TEST_F(MIDIHostTest, CreatesWhatIsMissingWhenItIsStartedAgain) {
     EXPECT_EQ(services.calls.size(), 3u);
 }
 
-TEST_F(MIDIHostTest, DoesNotMindThatIDsCannotBeSet) {
-    services.uniqueIDStatus = -1;
+// A former process of ours may still have the IDs.
+class RefusedIDTest : public ::testing::Test {
+protected:
+    RefusedIDTest() {
+        services.uniqueIDStatus = -10843;
+        host->onIDRefused = [this](const MIDIError& error) { refused.push_back(error.description); };
+    }
+
+    VirtualRuntime runtime;
+    RecordingMIDIServices services;
+    Texts refused;
+    std::shared_ptr<MIDIHost> host = std::make_shared<MIDIHost>(runtime, services, "Lumbrine", 1282232915, 1282232900);
+};
+
+TEST_F(RefusedIDTest, IsSetAgainAfterFiveSeconds) {
     EXPECT_TRUE(host->start());
+    services.uniqueIDStatus = 0;
+    services.calls.clear();
+    runtime.runFor(MIDIHost::idRetry - seconds(0.001));
+    EXPECT_EQ(services.calls, Texts{});
+    runtime.runFor(seconds(0.001));
+    std::ranges::sort(services.calls);
+    EXPECT_EQ(services.calls, (Texts{"id of 22 is 1282232915", "id of 33 is 1282232900"}));
+    EXPECT_EQ(refused, Texts{});
+}
+
+TEST_F(RefusedIDTest, IsToldWhenItIsRefusedAgainAndThenLeftAlone) {
+    EXPECT_TRUE(host->start());
+    runtime.runFor(seconds(60));
+    EXPECT_EQ(services.calls.size(), 7u);
+    EXPECT_EQ(refused, Texts(2, "MIDIObjectSetIntegerProperty failed: -10843"));
+}
+
+TEST_F(RefusedIDTest, IsForgottenWithItsHost) {
+    EXPECT_TRUE(host->start());
+    host.reset();
+    runtime.runFor(seconds(60));
     EXPECT_EQ(services.calls.size(), 5u);
 }
 

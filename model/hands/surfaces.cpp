@@ -24,6 +24,10 @@ Surfaces::Surfaces(Runtime& runtime, MIDIServices& services, ActivityLog& log)
 void Surfaces::wire(const std::weak_ptr<SurfaceListener>& listener) {
     wireSurface(SurfaceID::A, hui, midi, listener);
     wireSurface(SurfaceID::B, huiB, midiB, listener);
+    for (MIDIHost* host : {midi.get(), midiB.get()})
+        host->onIDRefused = [this, weak = listener, name = host->name](const MIDIError& error) {
+            if (const auto held = weak.lock()) reportRefusedID(name, error);
+        };
 }
 
 void Surfaces::startSurfaces() {
@@ -59,6 +63,13 @@ void Surfaces::reportDropped() {
     const std::string number = std::to_string(count);
     log.say("⚠️ MIDI: " + number + (count == 1 ? " message dropped" : " messages dropped"),
             "⚠️ MIDI: メッセージ " + number + " 件を送れませんでした");
+}
+
+void Surfaces::reportRefusedID(const std::string& name, const MIDIError& error) {
+    log.sayOnceAMinute("⚠️ MIDI: '" + name + "' has no lasting identity (" + error.description +
+                           "); Pro Tools may have to be given its ports again",
+                       "⚠️ MIDI: '" + name + "' の識別番号を設定できません（" + error.description +
+                           "）。Pro Tools でポートを選び直す必要があるかもしれません");
 }
 
 void Surfaces::announceSurfaceA() {

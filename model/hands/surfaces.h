@@ -64,6 +64,8 @@ public:
     void announceSurfaceA();
 
 private:
+    void reportRefusedID(const std::string& name, const MIDIError& error);
+
     ActivityLog& log;
     bool created = false; // both surfaces' ports
     std::string failure;  // as logged last

@@ -39,8 +39,8 @@ public:
     // NOLINTNEXTLINE(performance-unnecessary-value-param): by value for those that keep it
     virtual void onService(std::function<void(bool isThere)> /*changed*/) {}
 
-    // Gives the endpoint an ID by which other programs recognise it after a restart. Back ends without such IDs ignore
-    // it.
+    // Gives the endpoint an ID by which other programs recognise it after a restart. Fails for a while after a restart,
+    // as long as the system has not forgotten the former endpoint. Back ends without such IDs ignore it.
     virtual MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) = 0;
 
     // Delivers a message, as one packet, from a virtual source to every program that is connected to it. Without a
