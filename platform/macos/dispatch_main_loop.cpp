@@ -1,6 +1,7 @@
 #include "platform/macos/dispatch_main_loop.h"
 
 #include "platform/api/runtime.h"
+#include "platform/macos/autorelease_scope.h"
 
 #include <dispatch/dispatch.h>
 #include <pthread.h>
@@ -13,7 +14,10 @@ namespace lumbrine {
 
 namespace {
 
+// Each function that the system calls has an autorelease pool: the event loop's own is emptied after events only, and
+// while another program is in front there are none.
 void runAndDestroy(void* posted) {
+    const AutoreleaseScope scope;
     const std::unique_ptr<Task> task(static_cast<Task*>(posted));
     (*task)();
 }
@@ -37,6 +41,7 @@ struct DelayedTask {
 };
 
 void runDelayed(void* context) {
+    const AutoreleaseScope scope;
     const std::unique_ptr<DelayedTask> delayed(static_cast<DelayedTask*>(context));
     dispatch_source_cancel(delayed->timer);
     dispatch_release(delayed->timer);
@@ -46,12 +51,14 @@ void runDelayed(void* context) {
 using Tick = std::function<void()>;
 
 void callTick(void* context) {
+    const AutoreleaseScope scope;
     (*static_cast<const Tick*>(context))();
 }
 
 // Called when the system has released the timer. That is never during a tick, even when the tick has destroyed the
 // timer.
 void destroyTick(void* context) {
+    const AutoreleaseScope scope;
     delete static_cast<const Tick*>(context);
 }
 

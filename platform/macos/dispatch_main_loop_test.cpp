@@ -1,5 +1,6 @@
 #include "platform/api/runtime.h"
 #include "platform/macos/dispatch_main_loop.h"
+#include "platform/macos/testing/accessibility_calls.h"
 #include "platform/macos/testing/dispatch_calls.h"
 
 namespace lumbrine {
@@ -53,6 +54,18 @@ TEST_F(DispatchMainLoopTest, RunsDelayedJobsWhenTheirTimeHasCome) {
     loop.postAfter(seconds(-1), note());
     fakes::runDispatch(100 * millisecond);
     EXPECT_EQ(ran, (Times{0, 0, 10, 30}));
+}
+
+TEST_F(DispatchMainLoopTest, RunsEverythingInAPoolThatIsEmptiedAfterIt) {
+    std::vector<int> pools;
+    const auto look = [&pools, held = life] { pools.push_back(fakes::screen().openPools); };
+    loop.post(look);
+    loop.postAfter(seconds(0.01), look);
+    auto timer = loop.repeat(seconds(0.02), look);
+    fakes::runDispatch(50 * millisecond);
+    EXPECT_EQ(pools, (std::vector<int>{1, 1, 1, 1}));
+    timer.reset();
+    EXPECT_EQ(fakes::screen().openPools, 0);
 }
 
 TEST_F(DispatchMainLoopTest, ADelayedJobMayPostAnother) {
