@@ -52,6 +52,17 @@ TEST_F(BankMovesTest, MoveByTheWholeWindowOfTwoSurfaces) {
     EXPECT_EQ(state.published.bankOffset, 16);
 }
 
+TEST_F(BankMovesTest, OfUnknownLengthKeepTheSurfacesUntilTheHostHasFollowed) {
+    state.published.bankOffset = -1;
+    host.deaf = true;
+    bench.model->bankMove(3);
+    bench.run(500ms);
+    EXPECT_TRUE(bench.parts().queue.isClosed());
+    host.scrollTo(8);
+    bench.run(200ms);
+    EXPECT_FALSE(bench.parts().queue.isClosed());
+}
+
 TEST_F(BankMovesTest, ThreeQuickTapsGoThreeBanks) {
     for (int tap = 0; tap < 3; ++tap) {
         bench.model->bankMove(3);

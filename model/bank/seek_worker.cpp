@@ -99,7 +99,7 @@ void SeekWorker::tap(int kind, std::optional<Ownership> owner) {
         .begin =
             [this] {
                 parts.bankMap.resetForBankMove();
-                return true;
+                return tapsWait(); // unless the job before has pressed them
             },
         .work = [this] { pressTaps(); },
         .end = [] {},
@@ -107,15 +107,16 @@ void SeekWorker::tap(int kind, std::optional<Ownership> owner) {
 }
 
 void SeekWorker::pressTaps() {
-    const auto anotherTap = [this] {
-        const Lock lock(seekLock);
-        return !taps.empty();
-    };
     do {
         while (const auto key = nextTap())
             parts.moves.press(*key);
-        parts.moves.shortQuietWait(anotherTap);
-    } while (anotherTap());
+        parts.moves.awaitEffect([this] { return tapsWait(); });
+    } while (tapsWait());
+}
+
+bool SeekWorker::tapsWait() {
+    const Lock lock(seekLock);
+    return !taps.empty();
 }
 
 std::optional<int> SeekWorker::nextTap() {

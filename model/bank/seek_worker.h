@@ -58,6 +58,7 @@ private:
     // On the desk's thread
     void run();
     void pressTaps();
+    bool tapsWait() LUMBRINE_EXCLUDES(seekLock); // any thread
     int startOffset() const;
     std::optional<int> nextTap() LUMBRINE_EXCLUDES(seekLock);
     void dismiss() LUMBRINE_EXCLUDES(seekLock);

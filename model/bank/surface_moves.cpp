@@ -127,6 +127,16 @@ int SurfaceMoves::ledTo(int from, BankStep step, BankLayout& session) {
     return shown;
 }
 
+void SurfaceMoves::awaitEffect(const std::function<bool()>& enough) {
+    shortQuietWait(enough);
+    const auto isOpen = [&] { return displays.age() > sincePress() && sincePress() < displays.longestReaction(); };
+    for (auto polls = reactionPolls; polls > 0 && isOpen(); --polls) {
+        if (enough()) return;
+        runtime.sleepFor(quietPoll);
+    }
+    waitForStillNames(quietNames, quietLimit);
+}
+
 int SurfaceMoves::arrival(int target, const std::function<bool()>& enough) {
     shortQuietWait();
     int shown = shownOffset();

@@ -57,6 +57,10 @@ public:
     // lead to multiples, or does; which is remembered. To be called once Pro Tools has had time to show it.
     int ledTo(int from, BankStep step, BankLayout& session);
 
+    // Waits for the effect of a press that leads nobody knows where: for other names, until they are still, or for as
+    // long as Pro Tools takes to show any. Returns as soon as `enough` says so.
+    void awaitEffect(const std::function<bool()>& enough);
+
     // Where the presses on the way to `target` have led, -1 when the displays do not tell. Returns once all presses
     // should have shown their effect, by Pro Tools' usual time at the target and by the longest one elsewhere; or as
     // soon as `enough` says so, with -1.

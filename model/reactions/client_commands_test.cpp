@@ -160,7 +160,7 @@ TEST_F(ClientCommandsTest, RingsBelongToTheToggledSide) {
 
 TEST_F(ClientCommandsTest, ABankMoveWithoutAMapPressesTheButton) {
     for (const std::uint8_t kind : Bytes{0, 1, 2, 3}) {
-        bench.run(600ms);
+        bench.run(1200ms);
         markAll();
         send({0x01, 0x0A, kind});
         bench.run(30ms);

@@ -99,7 +99,8 @@ private:
     // One that meets a scan or a walk: it waits or is dropped. The others are the checkers' of arrivals.
     void lookAtMove(TimePoint at, const std::string& what) {
         const auto job = std::ranges::find_if(evidence.jobs.runs, [at](const JobRun& run) {
-            return run.job != Job::seek && run.wasAt(at) && run.after != TimePoint::max();
+            const bool takesMoves = run.job == Job::seek || run.job == Job::tap; // while it has the surfaces
+            return !takesMoves && run.wasAt(at) && run.after != TimePoint::max();
         });
         if (job == evidence.jobs.runs.end() || std::ssize(listAt(evidence.record, at)) <= scenario.strips()) return;
         const TimePoint end = job->after + toBegin;
