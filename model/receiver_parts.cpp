@@ -12,7 +12,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       mirror(platform.runtime, state, endpoint), table(jobs, state, endpoint), meters(platform.runtime),
 
       surfaces(platform.runtime, platform.midi, log), desk(jobs, surfaces), queue(jobs, state, surfaces, drops),
-      displays(platform.runtime), automation(jobs, state, log, {desk, queue, displays, mirror, drops}),
+      displays(platform.runtime), automation(jobs, state, log, {surfaces, desk, queue, displays, mirror, drops}),
       pan(jobs, state, log, surfaces, queue, mirror), reconnection(jobs, state, log, platform.accessibility, surfaces),
       faderSweep(jobs, log, surfaces),
 

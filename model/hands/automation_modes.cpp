@@ -123,6 +123,7 @@ void AutomationModes::setAutoMode(Strip strip, int modePort, Asked asked) {
 void AutomationModes::requestMode(const TrackOnStrip& track, int modePort, Asked asked) {
     struct Setting {
         std::optional<Strip> strip;
+        std::optional<std::uint64_t> label; // the name that the client knows there
         bool isPressed = false;
         std::uint8_t mode = autoModeUnknown;
     };
@@ -136,20 +137,23 @@ void AutomationModes::requestMode(const TrackOnStrip& track, int modePort, Asked
         .begin =
             [this, setting, track] {
                 setting->strip = state.stripShowing(track);
-                if (!setting->strip) parts.drops.tell(command_name::mode, DropReason::trackGone);
-                return setting->strip.has_value();
+                if (setting->strip) setting->label = parts.surfaces.knownLabel(*setting->strip);
+                if (!setting->label) parts.drops.tell(command_name::mode, DropReason::trackGone);
+                return setting->label.has_value();
             },
         .work =
             [this, setting, track, modePort, owner = asked.owner] {
                 setting->mode = pressMode(*setting->strip, modePort, owner, [this, &setting, &track] {
-                    return setting->isPressed = isStillOn(track, *setting->strip);
+                    const Strip strip = *setting->strip;
+                    setting->isPressed = isStillOn(track, strip) && parts.surfaces.knownLabel(strip) == setting->label;
+                    return setting->isPressed;
                 });
             },
         .end =
             [this, setting, track, owner = asked.owner] {
                 if (!setting->isPressed && !parts.queue.isWanted(owner))
                     return parts.drops.tell(command_name::mode, DropReason::ownerChanged);
-                if (!isStillOn(track, *setting->strip))
+                if (!setting->isPressed || !isStillOn(track, *setting->strip))
                     return parts.drops.tell(command_name::mode, DropReason::trackGone);
                 autoModeUpdate(*setting->strip, setting->mode);
                 logMode(*setting->strip);

@@ -19,6 +19,7 @@ namespace lumbrine {
 class AutomationModes {
 public:
     struct Parts {
+        Surfaces& surfaces;
         SurfaceDesk& desk;
         DeskQueue& queue;
         DisplayWatch& displays;

@@ -422,6 +422,18 @@ TEST_F(AutomationModesTest, AModeIsNotSetWhenTheUserHasMovedTheBanksMeanwhile) {
     EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped automation mode: its track is no longer shown"));
 }
 
+// Nobody knows so soon whether it is a name, or a mode that is told in another way.
+TEST_F(AutomationModesTest, AModeIsNotSetWhenATextHasComeThatMayBeAnotherName) {
+    bench.surfaceA.name(5, "Kick");
+    settle();
+    phone->send({0x01, 0x0F, 0x05, 0x01});
+    bench.run(30ms);
+    bench.surfaceA.name(5, "Bass");
+    bench.run(500ms);
+    EXPECT_THAT(heardOnA(), ElementsAre("0ms B0 0F 05", "0ms B0 2F 44", "200ms B0 0F 05", "200ms B0 2F 04"));
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped automation mode: its track is no longer shown"));
+}
+
 TEST_F(AutomationModesTest, AModeIsSetWhereTheTrackHasGone) {
     bench.setTrackMap(numbers(20), 0);
     bench.parts().queue.request({.kind = DeskJob::Kind::seek,

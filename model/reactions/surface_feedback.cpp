@@ -59,9 +59,14 @@ void SurfaceFeedback::believeFaders() {
 
 // ---- Names
 
+// A text that is held back may be another track's name for all that: hands leave it alone until that is known.
 void SurfaceFeedback::trackNameShown(Strip strip, std::string_view text) {
-    if (parts.displays.shown(strip, text)) return;
-    noteName(strip, trimSpaces(text));
+    const std::string_view name = trimSpaces(text);
+    if (parts.displays.shown(strip, text)) {
+        parts.surfaces.showLabel(strip, name, isNameOnDisplay(name));
+    } else {
+        noteName(strip, name);
+    }
 }
 
 // The hands are let go at once: the main thread may be late.
