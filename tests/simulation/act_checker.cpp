@@ -1,6 +1,7 @@
 #include "tests/simulation/act_checker.h"
 
 #include "tests/simulation/actions.h"
+#include "tests/simulation/pauses.h"
 
 #include <algorithm>
 #include <map>
@@ -31,8 +32,9 @@ struct Asked {
     bool manyTimes = false; // the clicks of a pan seek
     bool done = false;
 
-    bool asksFor(const HostAct& act) const {
-        if (kind != act.kind || act.sent < at || act.sent > until || done) return false;
+    bool asksFor(const HostAct& act, const Pauses& pauses) const {
+        if (kind != act.kind || act.sent < at || done) return false;
+        if (act.sent > until + pauses.within(at, act.sent)) return false;
         return detail == act.detail || (manyTimes && (act.detail == 1 || act.detail == -1));
     }
     bool means(int track) const { return std::ranges::find(tracks, track) != tracks.end(); }
@@ -98,7 +100,7 @@ class ActChecker {
 public:
     ActChecker(const Evidence& given, const ShownTracks& shownTracks, const Acceptance& whoAsked,
                const Requests& requests)
-        : evidence(given), acceptance(whoAsked), shown(shownTracks) {
+        : evidence(given), pauses(given.pauses), acceptance(whoAsked), shown(shownTracks) {
         for (const ReceivedDatagram& datagram : acceptance.accepted)
             follow(datagram, requests);
         for (const WalkRequest& walk : requests.walks)
@@ -178,7 +180,7 @@ private:
         const auto end = std::ranges::upper_bound(asked, act.sent, {}, &Asked::at);
         for (auto request = std::make_reverse_iterator(end); request != asked.rend(); ++request) {
             if (act.sent - request->at > longestWalk) break;
-            if (!request->asksFor(act)) continue;
+            if (!request->asksFor(act, pauses)) continue;
             if (!request->means(act.track) && !couldNotBeKnown(act, *request)) continue;
             request->done = !request->manyTimes;
             return true;
@@ -188,12 +190,12 @@ private:
 
     bool isOfWalk(const HostAct& act) const {
         return std::ranges::any_of(members, [&](const Asked& member) {
-            return member.asksFor(act) && (member.means(act.track) || couldNotBeKnown(act, member));
+            return member.asksFor(act, pauses) && (member.means(act.track) || couldNotBeKnown(act, member));
         });
     }
 
     std::vector<Asked>::iterator memberAskedBy(const HostAct& act) {
-        return std::ranges::find_if(members, [&](const Asked& member) { return member.asksFor(act); });
+        return std::ranges::find_if(members, [&](const Asked& member) { return member.asksFor(act, pauses); });
     }
 
     bool couldNotBeKnown(const HostAct& act, const Asked& request) const {
@@ -203,20 +205,21 @@ private:
                    bank.at - *bank.pressed < stuckHost;
         };
         if (std::ranges::any_of(banks, ownBank)) return false;
-        // What was shown at that very moment may have come too late.
+        // What was shown at that very moment, or while the receiver's threads stood still, may have come too late.
+        const TimePoint unread = pauses.earliest(act.sent);
         const std::vector<ShownTrack>& displays = evidence.record.shown;
         auto display = std::ranges::upper_bound(displays, act.sent, {}, &ShownTrack::at);
         while (display != displays.begin()) {
             --display;
             if (display->strip != act.strip) continue;
             if (request.means(display->track)) return true;
-            if (display->at < act.sent) break;
+            if (display->at < unread) break;
         }
         return false;
     }
 
     void complain(const HostAct& act) {
-        auto request = std::ranges::find_if(asked, [&](const Asked& each) { return each.asksFor(act); });
+        auto request = std::ranges::find_if(asked, [&](const Asked& each) { return each.asksFor(act, pauses); });
         std::string text = wordFor(act);
         if (request == asked.end()) {
             request = memberAskedBy(act);
@@ -232,6 +235,7 @@ private:
     }
 
     const Evidence& evidence;
+    const Pauses pauses;
     const Acceptance& acceptance;
     const ShownTracks& shown;
     std::vector<Asked> asked;   // on strips

@@ -95,6 +95,17 @@ TEST_F(Acts, OnATrackThatTheHostsUserPutThereMeanwhileAreNobodysFault) {
     EXPECT_THAT(check().wrongTracks, IsEmpty());
 }
 
+TEST_F(Acts, OnATrackThatNobodyCouldReadWhileTheThreadsStoodStillAreNobodysFault) {
+    bank(0.5, std::nullopt);
+    show(0.5, 12, "Vox");
+    ask(1, mute3);
+    done(1, ActKind::press, mutePort, 12);
+    evidence.pauses = {{at(0.4), at(1.1)}};
+    EXPECT_THAT(check().wrongTracks, IsEmpty());
+    evidence.pauses = {{at(0.6), at(1.1)}};
+    EXPECT_THAT(check().wrongTracks, SizeIs(1));
+}
+
 TEST_F(Acts, OnATrackThatTheHostHadShownBeforeAreWrong) {
     bank(0.5, std::nullopt);
     show(0.5, 12, "Vox"); // and nobody told the client

@@ -22,10 +22,10 @@ inline constexpr auto notYet = std::to_array<NotYet>({
      "In 1 of 500 sessions a mode is never set, because the host's word for it counts as another name."},
     {"storms", "A trouble: in 2 of 500 sessions a mode is set later than after 1 s of free surfaces."},
     {"tracks-of-acts",
-     "In 29 of 500 sessions a touch, move, turn, press or mode comes to a track that its client was not shown, mostly "
+     "In 16 of 500 sessions a touch, move, turn, press or mode comes to a track that its client was not shown, mostly "
      "modes, and what comes just after another name."},
     {"acts-of-newcomers",
-     "In 4 of 500 sessions a client that has just become the owner acts on tracks that it was never told of."},
+     "In 1 of 500 sessions a client that has just become the owner acts on tracks that it was never told of."},
     {"tracks-of-wishes",
      "In 1 of 500 sessions, with a service without ids, a wish comes to another track of the same name."},
     {"tellings", "In 36 of 500 sessions a row or a strip has another track's fader, full name or colour."},

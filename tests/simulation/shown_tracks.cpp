@@ -26,12 +26,12 @@ void forEachAt(const std::vector<Entry>& entries, TimePoint at, TimePoint Entry:
         take(*entry);
 }
 
-// Whether a time lies in a job. Asked for times that only grow.
+// Whether a time lies in a job, or may, since its end was seen only by and by. Asked for times that only grow.
 class JobTimes {
 public:
-    explicit JobTimes(const std::vector<JobRun>& runs) {
+    JobTimes(const std::vector<JobRun>& runs, TimePoint JobRun::* over) {
         for (const JobRun& run : runs)
-            stretches.push_back({run.before, run.after});
+            stretches.push_back({run.before, run.*over});
         std::ranges::sort(stretches, {}, &Stretch::first);
     }
 
@@ -73,7 +73,8 @@ ShownTracks::ShownTracks(const SentDatagrams& sent, const HostRecord& record, co
     first.fill(TimePoint::max());
     for (const ShownTrack& display : host.shown)
         called[trimmed(display.text)].push_back({display.at, display.track});
-    JobTimes jobs(runs);
+    JobTimes jobs(runs, &JobRun::after);
+    JobTimes sureJobs(runs, &JobRun::last);
     auto shown = host.shown.begin();
     auto bank = host.banks.begin();
     bool pressed = false;
@@ -86,7 +87,10 @@ ShownTracks::ShownTracks(const SentDatagrams& sent, const HostRecord& record, co
     };
     for (const SentDatagram& datagram : sent.list) {
         showUntil(datagram.at);
-        tell(clients[deviceOf(devices, sent.peers[datagram.peer])], datagram, jobs.holds(datagram.at));
+        const InJob job = sureJobs.holds(datagram.at) ? InJob::surely
+                          : jobs.holds(datagram.at)   ? InJob::perhaps
+                                                      : InJob::no;
+        tell(clients[deviceOf(devices, sent.peers[datagram.peer])], datagram, job);
     }
     showUntil(TimePoint::max());
 }
@@ -109,11 +113,11 @@ void ShownTracks::display(const ShownTrack& shown, bool byJob) {
     }
 }
 
-void ShownTracks::tell(Client& client, const SentDatagram& datagram, bool duringJob) {
+void ShownTracks::tell(Client& client, const SentDatagram& datagram, InJob job) {
     const auto message = remote::parseReceiverMessage(datagram.bytes);
     if (!message) return;
     if (const auto* name = std::get_if<remote::TrackName>(&*message)) {
-        tellName(client, name->strip.index(), trimmed(name->name), datagram.at, duringJob);
+        tellName(client, name->strip.index(), trimmed(name->name), datagram.at, job);
     } else if (const auto* position = std::get_if<remote::BankPos>(&*message)) {
         client.positions.push_back({datagram.at, position->offset});
     } else if (const auto* row = std::get_if<remote::TrackRow>(&*message)) {
@@ -121,17 +125,18 @@ void ShownTracks::tell(Client& client, const SentDatagram& datagram, bool during
     }
 }
 
-void ShownTracks::tellName(Client& client, int strip, std::string text, TimePoint at, bool duringJob) {
+void ShownTracks::tellName(Client& client, int strip, std::string text, TimePoint at, InJob job) {
     client.named.push_back(at);
     TimePoint& firstTime = first[static_cast<std::size_t>(strip)];
     if (!text.empty()) firstTime = std::min(firstTime, at);
     std::vector<Shown>& entries = client.strips[static_cast<std::size_t>(strip)];
     const bool same = !entries.empty() && entries.back().text == text;
-    if (same && duringJob) return;
+    if (same && job == InJob::surely) return;
     Tracks tracks;
     const auto& shown = displays[static_cast<std::size_t>(strip)];
     const auto last = std::find_if(shown.rbegin(), shown.rend(), [&](const auto& now) { return now.text == text; });
     if (last != shown.rend()) tracks.push_back(last->track);
+    if (same && job == InJob::perhaps) unite(tracks, entries.back().tracks);
     if (!same || entries.back().tracks != tracks) entries.push_back({at, std::move(text), std::move(tracks)});
 }
 
@@ -166,6 +171,7 @@ Tracks ShownTracks::unseen(const std::string& client, int strip, TimePoint at) c
     const Client* const found = find(client);
     if (found != nullptr && !found->strips[i].empty() && found->strips[i].front().from < at) return tracks;
     forEachAt(displays[i], at, &ShownTrack::at, [&](const ShownTrack& shown) { unite(tracks, {shown.track}); });
+    if (tracks.empty() && !displays[i].empty()) tracks = {displays[i].front().track};
     return tracks;
 }
 

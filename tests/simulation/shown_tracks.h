@@ -30,7 +30,8 @@ public:
     // By the strip's name. What was told at that very moment may have come before or after it.
     Tracks onStrip(const std::string& client, int strip, TimePoint at) const;
 
-    // Of a strip that the client was never told of, what is there: what the host's display showed last.
+    // Of a strip that the client was never told of, what is there: what the host's display showed last, or shows first
+    // where it has shown nothing yet.
     Tracks unseen(const std::string& client, int strip, TimePoint at) const;
 
     // What the strip's name stands for changed at that very moment.
@@ -60,6 +61,7 @@ private:
         std::string text;
         Tracks tracks;
     };
+    enum class InJob { no, perhaps, surely };
     struct Position {
         TimePoint from;
         std::optional<int> offset;
@@ -73,8 +75,8 @@ private:
 
     const Client* find(const std::string& address) const; // null when it was sent nothing
     void display(const ShownTrack& shown, bool byJob);
-    void tell(Client& client, const SentDatagram& datagram, bool duringJob);
-    void tellName(Client& client, int strip, std::string text, TimePoint at, bool duringJob);
+    void tell(Client& client, const SentDatagram& datagram, InJob job);
+    void tellName(Client& client, int strip, std::string text, TimePoint at, InJob job);
     void tellRow(Client& client, int index, const std::string& name, TimePoint at) const;
 
     const HostRecord& host;
