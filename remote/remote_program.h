@@ -39,8 +39,8 @@ public:
     RemoteProgram(const RemoteProgram&) = delete;
     RemoteProgram& operator=(const RemoteProgram&) = delete;
 
-    // Call once. Calls `end` with status 1 when there is no receiver to connect to, when none answers although the output
-    // is lines, or when the script fails.
+    // Call once. Calls `end` with status 1 when there is no receiver to connect to, when none answers although the
+    // output is lines, or when the script fails.
     void start();
 
 private:
