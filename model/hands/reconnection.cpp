@@ -5,6 +5,7 @@
 
 #include <cassert>
 #include <string>
+#include <utility>
 
 namespace lumbrine {
 
@@ -36,6 +37,9 @@ void Reconnection::askForPermission() {
             "   （PT のペリフェラル画面を代わりに開閉して、MIDI ポートを掴み直させるため）");
     log.say("   Allow it in System Settings ▸ Privacy & Security ▸ Accessibility, then press the button again",
             "   システム設定 ▸ プライバシーとセキュリティ ▸ アクセシビリティ で許可 → もう一度押してください");
+    if (std::exchange(asked, true))
+        log.say("   If Lumbrine is switched on there already: remove it with “−” and add it again",
+                "   既にオンになっている場合は、「−」で Lumbrine を削除してから追加し直してください");
     accessibility.isTrustedOrPrompt();
 }
 

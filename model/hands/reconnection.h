@@ -22,7 +22,8 @@ public:
     //
     // - If Pro Tools is connected: that it is.
     // - If the user has not allowed this process to press other programs' buttons: what to allow. The system asks for
-    //   the permission.
+    //   the permission. From the second time on also what to do with an entry of a former build, which the system
+    //   shows as switched on.
     // - Else surface A announces itself and the dialog is opened and closed on a background thread. The log then says
     //   how that went, and, if Pro Tools has not pinged within `patience` after it, what to set by hand. The
     //   announcements alone can bring Pro Tools back, so the pings count whatever became of the dialog. Until they have
@@ -43,7 +44,8 @@ private:
     ActivityLog& log;
     Accessibility& accessibility;
     Surfaces& surfaces;
-    bool reconnecting = false; // main thread only
+    bool reconnecting = false; // main thread only, like the next
+    bool asked = false;        // for the permission
 };
 
 } // namespace lumbrine

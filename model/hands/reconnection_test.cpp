@@ -202,7 +202,8 @@ TEST_F(ReconnectionTest, AsksForPermissionWhenItIsMissing) {
 
     press();
     EXPECT_EQ(bench.screen.prompts(), 2);
-    bench.lines.clear();
+    EXPECT_EQ(bench.takeLines().back(),
+              "   If Lumbrine is switched on there already: remove it with “−” and add it again");
     bench.screen.setTrusted(true);
     press();
     EXPECT_THAT(linesOf(1s), ElementsAre(opening, done));
