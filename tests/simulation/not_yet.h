@@ -18,16 +18,12 @@ inline constexpr auto notYet = std::to_array<NotYet>({
     {"fill-at-session-open",
      "In 3 of 500 sessions names and a transport that the host does not tell again stay as they were."},
     {"slow-host", "A host that needs 0.5 to 1 s: scans and seeks are right, but not yet everything beside them."},
-    {"modes-beside-trim",
-     "In 1 of 500 sessions a mode is never set, because the host's word for it counts as another name."},
     {"storms", "A trouble: in 2 of 500 sessions a mode is set later than after 1 s of free surfaces."},
     {"tracks-of-acts",
      "In 16 of 500 sessions a touch, move, turn, press or mode comes to a track that its client was not shown, mostly "
      "modes, and what comes just after another name."},
     {"acts-of-newcomers",
      "In 1 of 500 sessions a client that has just become the owner acts on tracks that it was never told of."},
-    {"tracks-of-wishes",
-     "In 1 of 500 sessions, with a service without ids, a wish comes to another track of the same name."},
     {"tellings", "In 36 of 500 sessions a row or a strip has another track's fader, full name or colour."},
     {"quiet-moments", "In 71 of 500 sessions a client at rest has modes, pans, faders or names that are not the "
                       "host's."},

@@ -79,10 +79,13 @@ private:
         const std::string& client = clientOf(request);
         Tracks tracks;
         const auto add = [&](const Tracks& more) { tracks.insert(tracks.end(), more.begin(), more.end()); };
-        for (const int member : request.members)
+        for (const int member : request.members) {
             add(shown.inRow(client, member, request.at));
+            add(shown.unseenInRow(client, member, request.at));
+        }
         if (request.strip >= 0) {
             add(shown.onStrip(client, request.strip, request.at));
+            add(shown.unseen(client, request.strip, request.at));
             add(shown.byPosition(client, request.strip, request.at));
         }
         return tracks;
