@@ -12,7 +12,14 @@ namespace {
 
 using Violations = std::vector<std::string>;
 
-enum AnswerType : std::uint8_t { panMode = 0x15, bankPosition = 0x16, trackRow = 0x1B, busy = 0x7D, pong = 0x7F };
+enum AnswerType : std::uint8_t {
+    panMode = 0x15,
+    bankPosition = 0x16,
+    transport = 0x1D,
+    trackRow = 0x1B,
+    busy = 0x7D,
+    pong = 0x7F
+};
 
 // How much there may be within any stretch of that length; tells of the first time that there is more.
 class Limit {
@@ -40,6 +47,7 @@ struct PeerLimits {
     Limit rows{200 + 64, seconds(0.1)};
     std::uint8_t lastType = 0;
     TimePoint lastAt = distantPast;
+    TimePoint maybeStateAt = distantPast;
 };
 
 } // namespace
@@ -64,8 +72,11 @@ Violations checkAnswers(const SentDatagrams& sent, const Acceptance& acceptance,
             expect(peer.rows.isExceededBy(datagram.at), "rows faster than 2000 a second to " + name);
             break;
         case bankPosition:
-            // Next to each other at one moment only as a part of everything.
-            if (peer.lastType == panMode && peer.lastAt == datagram.at)
+            if (peer.lastType == panMode && peer.lastAt == datagram.at) peer.maybeStateAt = datagram.at;
+            break;
+        case transport:
+            // At the end of that, at the same moment, only as a part of everything.
+            if (std::exchange(peer.maybeStateAt, distantPast) == datagram.at)
                 expect(peer.states.isExceededBy(datagram.at), "everything twice within 250 ms to " + name);
             break;
         case pong:
