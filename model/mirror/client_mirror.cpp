@@ -159,6 +159,14 @@ void ClientMirror::sendVisibleInputMons() {
     emit(inputMonsMessage(std::span(inputMons).first(shownStrips)));
 }
 
+// During a seek they belong to the position that is told with them, and the displays may have other names by now.
+void ClientMirror::resendView() {
+    if (!state.quiet()) return;
+    sendVisibleFullNames();
+    sendVisibleColors();
+    sendVisibleInputMons();
+}
+
 std::optional<ToldMonitor> ClientMirror::toldMonitor(Strip strip, Ownership owner) const {
     if (toldTo == owner) return toldMonitors[strip.slot()];
     const bool isShown = strip.slot() < state.published.shownStrips().size();

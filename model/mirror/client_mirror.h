@@ -65,6 +65,7 @@ public:
     void sendVisibleFullNames();
     void sendVisibleColors();
     void sendVisibleInputMons();
+    void resendView(); // the three above, while nobody moves the banks
 
     // What the client of that ownership was told; a newcomer that was told nothing yet means what is there. Absent
     // where no track was shown to it.
@@ -124,11 +125,10 @@ inline constexpr std::array<ClientMirror::Message, 12> hello{
 };
 
 // Datagrams get lost: the shown state again, every 1.2 s.
-inline constexpr std::array<ClientMirror::Message, 10> resend{
-    &ClientMirror::sendAllSwitches,      &ClientMirror::sendShownTrackNames, &ClientMirror::sendShownFaders,
-    &ClientMirror::sendAllPans,          &ClientMirror::sendPanMode,         &ClientMirror::sendSelectsToClient,
-    &ClientMirror::sendVisibleFullNames, &ClientMirror::sendVisibleColors,   &ClientMirror::sendVisibleInputMons,
-    &ClientMirror::sendAllAutoModes,
+inline constexpr std::array<ClientMirror::Message, 8> resend{
+    &ClientMirror::sendAllSwitches, &ClientMirror::sendShownTrackNames, &ClientMirror::sendShownFaders,
+    &ClientMirror::sendAllPans,     &ClientMirror::sendPanMode,         &ClientMirror::sendSelectsToClient,
+    &ClientMirror::resendView,      &ClientMirror::sendAllAutoModes,
 };
 
 // A seek has ended; after `bankView`.

@@ -35,6 +35,18 @@ TEST_F(ClientMirrorTest, TellsANewOwnerTheNamesBeforeAnythingElse) {
                 ElementsAre("0ms 01 10 03 4B 69 63 6B", "0ms 01 12 03 3F FF", "0ms 01 12 03 00 00"));
 }
 
+// A seek tells them with each position that it is about to reach, and once more at its end.
+TEST_F(ClientMirrorTest, RepeatsNoFullNamesWhileTheBanksMove) {
+    bench.setTrackMap({"Kick"}, 0);
+    bench.state().published.banksUsedBy = BankUser::seek;
+    bench.run(1200ms); // with a resend of everything
+    EXPECT_THAT(heard(0x18), IsEmpty());
+    bench.state().published.banksUsedBy.reset();
+    sendNothing();
+    bench.run(1200ms);
+    EXPECT_THAT(heard(0x18), SizeIs(8));
+}
+
 TEST_F(ClientMirrorTest, ClampsAFader) {
     mirror.sendFaderToClient(*Strip::of(0), 1.2);
     mirror.sendFaderToClient(*Strip::of(15), -0.1);
