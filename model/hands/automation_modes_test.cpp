@@ -247,7 +247,9 @@ class AutoLedModesTest : public AutomationModesTest {
 protected:
     AutoLedModesTest() {
         bench.surfaceA.pingEverySecond();
+        bench.surfaceA.name(third.engineStrip(), "Kick");
         light(green);
+        settle();
         automation.pollAutoMode(third);
         bench.run(100ms);
         bench.surfaceA.name(third.engineStrip(), "Read");

@@ -75,6 +75,7 @@ void SurfaceFeedback::noteName(Strip strip, std::string_view name) {
     jobs.runOnMain([this, strip, name = std::string(name), isOther] {
         if (isOther) endHands(strip);
         showName(strip, name);
+        if (isOther) forgetMode(strip);
     });
 }
 
@@ -83,6 +84,12 @@ void SurfaceFeedback::endHands(Strip strip) {
     if (!parts.surfaces.engineOf(strip).isDown(strip.engineStrip(), hui::touchPort))
         shown.liftFinger(jobs.runtime.now());
     shown.panSeek.reset();
+}
+
+// It was the former track's; the AUTO LED or the next poll tells the new one's.
+void SurfaceFeedback::forgetMode(Strip strip) {
+    state.published.strip(strip).mode = autoModeUnknown;
+    parts.mirror.sendAutoModesIfChanged();
 }
 
 void SurfaceFeedback::showName(Strip strip, const std::string& name) {

@@ -60,6 +60,7 @@ private:
     void noteName(Strip strip, std::string_view name);
     void showName(Strip strip, const std::string& name);
     void endHands(Strip strip);
+    void forgetMode(Strip strip);
     void showStripLed(Strip strip, int port, bool on);
     void showSelect(Strip strip, bool on);
     void showTransportLed(int port, bool on);

@@ -131,6 +131,20 @@ TEST_F(SurfaceFeedbackTest, ANameIsShownTrimmed) {
     EXPECT_EQ(state.published.strips[9].name, "Gt");
 }
 
+TEST_F(SurfaceFeedbackTest, AnotherTracksModeIsUnknown) {
+    bench.surfaceA.name(0, "Kick");
+    settle();
+    state.published.strips[0].mode = 3;
+    bench.parts().mirror.sendAllAutoModes();
+    bench.surfaceA.name(0, "-6.2"); // a value over the name
+    bench.surfaceA.name(0, "Kick");
+    settle();
+    EXPECT_EQ(state.published.strips[0].mode, 3);
+    phone->tape.clear();
+    bench.surfaceA.name(0, "Snr ");
+    EXPECT_THAT(heard(0x1C), ElementsAre("0ms 01 1C 00 00 00 00 00 00 00 00"));
+}
+
 TEST_F(SurfaceFeedbackTest, ANameThatDiffersBySpacesOnlyIsNoNewName) {
     bench.surfaceA.name(0, "Gt  ");
     settle();
