@@ -24,8 +24,8 @@ inline constexpr auto notYet = std::to_array<NotYet>({
      "modes, and what comes just after another name."},
     {"acts-of-newcomers",
      "In 1 of 500 sessions a client that has just become the owner acts on tracks that it was never told of."},
-    {"tellings", "In 36 of 500 sessions a row or a strip has another track's fader, full name or colour."},
-    {"quiet-moments", "In 71 of 500 sessions a client at rest has modes, pans, faders or names that are not the "
+    {"tellings", "In 30 of 500 sessions a row or a strip has another track's fader, full name or colour."},
+    {"quiet-moments", "In 41 of 500 sessions a client at rest has pans, faders or names that are not the "
                       "host's."},
     {"members", "In 8 of 500 sessions a group's members are not reached and the log does not tell."},
     {"told-drops", "In 2 of 500 sessions a mode comes to nothing and the log does not tell."},
