@@ -37,7 +37,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
                {surfaces, mirror, hello, fingers, desk, queue, pan, seekWorker, calibration, metadata, wishes,
                 automation, groups, visibleRange, drops}),
       presence(jobs, state, log, {desk, mirror, bankMap, pan, automation}),
-      position(platform.runtime, state, log, {bankMap, calibration}),
+      position(platform.runtime, state, log, {bankMap, calibration, metadata}),
       owner(platform.runtime, state, text, endpoint, surfaces), refresh(state, {mirror, table, automation, metadata}),
       tick(jobs, state, {endpoint, meters, feedback, pan, presence, mender, position, owner, refresh, surfaces}) {}
 

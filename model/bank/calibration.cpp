@@ -125,6 +125,7 @@ void Calibration::commit(Session scanned) {
     assert(jobs.runtime.onMain());
     forgetMap();
     carryOver(forgotten, scanned);
+    state.scans.sawNothing = scanned.empty();
     const bool otherTracks = !forgotten.empty() && !sameDisplays(forgotten, scanned);
     if (forgotten.empty() || otherTracks) ++state.mapNumber;
     forgotten = {};

@@ -9,10 +9,13 @@ namespace lumbrine {
 PositionWatch::PositionWatch(Runtime& runtime, ReceiverState& state, ActivityLog& log, Parts parts)
     : runtime(runtime), state(state), log(log), parts(parts) {}
 
+bool PositionWatch::showsNames() const {
+    return !std::ranges::all_of(parts.bankMap.window(), isBlank);
+}
+
 bool PositionWatch::positionIsStuck() const {
-    const auto shown = [](const std::string& name) { return !trimSpaces(name).empty(); };
     return state.published.huiConnected && state.published.bankOffset < 0 && !state.published.session.empty() &&
-           state.quiet() && !state.transportRunning() && std::ranges::any_of(parts.bankMap.window(), shown);
+           state.quiet() && !state.transportRunning() && showsNames();
 }
 
 // A window that fits the map nowhere for so long is of another session, or of one that has changed.
@@ -31,6 +34,8 @@ void PositionWatch::watchMissingMap() {
     const bool scanning = state.published.calibrating();
     const TimePoint now = runtime.now();
     if (!state.published.huiConnected || !state.published.session.empty() || scanning || state.handsOn(now)) return;
+    // A session without tracks stays so until a display or the track list shows one.
+    if (state.scans.sawNothing && !showsNames() && parts.metadata.banked().empty()) return;
     if (now - state.presence.firstPingAt > pingRunBeforeScan && now - state.scans.lastAutoCalibrationAt > betweenScans)
         scan();
 }

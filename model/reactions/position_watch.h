@@ -17,6 +17,7 @@ public:
     struct Parts {
         BankMap& bankMap;
         Calibration& calibration;
+        TrackMetadata& metadata;
     };
 
     PositionWatch(Runtime& runtime, ReceiverState& state, ActivityLog& log, Parts parts);
@@ -25,6 +26,7 @@ public:
     void watchMissingMap();
 
 private:
+    bool showsNames() const;
     bool positionIsStuck() const;
     void scan();
 

@@ -130,6 +130,21 @@ TEST_F(MissingMapTest, ScansAreMoreThanTenSecondsApart) {
     EXPECT_FALSE(scanIsRequested());
 }
 
+TEST_F(MissingMapTest, ASessionWithoutTracksIsScannedAgainWhenANameAppears) {
+    state.scans.sawNothing = true;
+    state.published.strips[7].name = "";
+    EXPECT_FALSE(scanIsRequested());
+    state.published.strips[7].name = "x";
+    EXPECT_TRUE(scanIsRequested());
+}
+
+TEST_F(MissingMapTest, ASessionWithoutTracksIsScannedAgainWhenTheTrackListHasOne) {
+    state.scans.sawNothing = true;
+    state.published.strips[7].name = "";
+    bench.parts().metadata.takeList({{.name = "歌"}});
+    EXPECT_TRUE(scanIsRequested());
+}
+
 TEST_F(MissingMapTest, NothingIsScannedWithoutNeed) {
     state.published.huiConnected = false;
     EXPECT_FALSE(scanIsRequested());

@@ -46,6 +46,7 @@ struct ScanState {
     TimePoint lastAutoCalibrationAt = distantPast;
     bool calibrationRetried = false;
     bool warnedTransportSkip = false;
+    bool sawNothing = false; // the last one found a session without tracks
 };
 
 // How it goes with Pro Tools' scripting service.
