@@ -43,8 +43,8 @@ Session detailedSession(const std::vector<std::string>& names) {
                                   .mute = true,
                                   .solo = true,
                                   .record = true,
-                                  .select = true,
                                   .inputMonitor = true,
+                                  .select = true,
                                   .fader = 0.5,
                                   .pan = std::nullopt,
                                   .comment = "A comment of an ordinary length, 日本語も"});
