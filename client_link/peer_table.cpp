@@ -39,7 +39,9 @@ std::optional<Ownership> PeerTable::admit(ByteView bytes, const PeerName& sender
         if (sameDevice) peers.erase(owner->key);
         const Ownership ownership = sameDevice ? owner->ownership : nextOwnership(peer, sender.key);
         if (owner) rememberOwner();
-        owner = {.key = sender.key, .token = token, .ownership = ownership};
+        if (!owner) owner.emplace();
+        owner->key = sender.key;
+        owner->ownership = ownership;
     }
     owner->token = token;
     return owner->ownership;
@@ -52,9 +54,11 @@ Ownership PeerTable::nextOwnership(const Peer& device, const std::string& key) c
 }
 
 void PeerTable::rememberOwner() {
-    std::erase_if(former, [this](const Owner& each) { return each.key == owner->key; });
-    former.push_back(*owner);
-    if (former.size() > maxFormer) former.erase(former.begin());
+    auto place = std::ranges::find(former, owner->key, &Owner::key);
+    if (place == former.end() && former.size() < maxFormer) place = former.insert(place, Owner{});
+    if (place == former.end()) place = former.begin();
+    *place = *owner;
+    std::rotate(place, place + 1, former.end());
 }
 
 PeerTable::Peer& PeerTable::note(ByteView bytes, const PeerName& sender, TimePoint now) {
