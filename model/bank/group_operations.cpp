@@ -84,6 +84,7 @@ void GroupOperations::groupSetAutoMode(std::vector<int> members, int huiPort, As
 
 void GroupOperations::requestModes(const std::vector<int>& members, int huiPort, Asked asked) {
     std::vector<std::pair<int, int>> entries;
+    entries.reserve(members.size());
     for (const int member : members)
         entries.emplace_back(member, huiPort);
     if (!add(modes, command_name::modeWalk, entries, asked)) return;
