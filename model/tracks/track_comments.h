@@ -29,11 +29,8 @@ public:
     // taken when the session's names have changed since `wanted`.
     void adopt(const Wanted& wanted, const std::map<std::string, std::string>& found);
 
-    // To be called when the full names have changed.
+    // To be called when the full names have changed, or what they stand for.
     void followNames();
-
-    // The name stands for another track than before; `followNames` is to be called next.
-    void forget(const std::string& name) { known.erase(name); }
 
 private:
     void publish();

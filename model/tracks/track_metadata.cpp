@@ -184,10 +184,7 @@ void TrackMetadata::adoptIdentities(const TrackList& list) {
         const TrackIdentity now{.id = list[i].id, .name = list[i].name, .index = list[i].index};
         if (tracks[i].name && !isSame(tracks[i].identity(), now)) {
             tracks[i].forgetShown();
-            if (tracks[i].name == list[i].name) {
-                comments.forget(list[i].name);
-                hasNamesake = true;
-            }
+            hasNamesake = hasNamesake || tracks[i].name == list[i].name;
         }
         tracks[i].id = list[i].id;
         tracks[i].listIndex = list[i].index;
