@@ -8,11 +8,12 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
                              std::function<void(const std::string&)> sink)
     : jobs(platform.runtime), log(jobs, state.published, text, std::move(sink)), drops(log),
 
-      endpoint(platform.runtime, platform.sockets, platform.advertiser, platform.system, configuration, log),
+      endpoint(jobs, state.published, platform.sockets, platform.advertiser, platform.system, configuration, log),
       mirror(platform.runtime, state, endpoint), table(jobs, state, endpoint), meters(platform.runtime),
 
-      surfaces(platform.runtime, platform.midi, log), desk(jobs, surfaces), queue(jobs, state, surfaces, drops),
-      displays(platform.runtime), automation(jobs, state, log, {surfaces, desk, queue, displays, mirror, drops}),
+      surfaces(platform.runtime, state.published, platform.midi, log), desk(jobs, surfaces),
+      queue(jobs, state, surfaces, drops), displays(platform.runtime),
+      automation(jobs, state, log, {surfaces, desk, queue, displays, mirror, drops}),
       pan(jobs, state, log, surfaces, queue, mirror), reconnection(jobs, state, log, platform.accessibility, surfaces),
       faderSweep(jobs, log, surfaces),
 

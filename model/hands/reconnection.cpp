@@ -15,7 +15,7 @@ constexpr Duration lookInterval = seconds(0.1);
 
 } // namespace
 
-Reconnection::Reconnection(const Jobs& jobs, const ReceiverState& state, ActivityLog& log, Accessibility& accessibility,
+Reconnection::Reconnection(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Accessibility& accessibility,
                            Surfaces& surfaces)
     : jobs(jobs), state(state), log(log), accessibility(accessibility), surfaces(surfaces) {}
 
@@ -25,6 +25,7 @@ void Reconnection::reconnectToPT() {
     if (state.published.huiConnected) {
         log.say("Already connected to Pro Tools", "既に Pro Tools と接続中です");
     } else if (accessibility.isTrusted()) {
+        state.published.health.screen = {.state = LinkHealth::State::up};
         begin();
     } else {
         askForPermission();
@@ -32,6 +33,7 @@ void Reconnection::reconnectToPT() {
 }
 
 void Reconnection::askForPermission() {
+    state.published.health.screen = {.state = LinkHealth::State::down};
     log.say("⚠️ This feature requires Accessibility permission", "⚠️ この機能には「アクセシビリティ」権限が必要です");
     log.say("   (it opens and closes PT's Peripherals dialog for you so PT re-grabs the MIDI ports)",
             "   （PT のペリフェラル画面を代わりに開閉して、MIDI ポートを掴み直させるため）");
@@ -60,6 +62,7 @@ void Reconnection::begin() {
 
 void Reconnection::explainRefusal() {
     if (!accessibility.isTrusted()) return askForPermission(); // withdrawn since
+    state.published.health.screen = {.state = LinkHealth::State::down, .detail = "stale"};
     sayThatTheScreenIsRefused(log);
     accessibility.isTrustedOrPrompt();
 }

@@ -15,7 +15,7 @@ public:
     // the tick that notices comes every 0.4 s.
     static constexpr Duration patience = seconds(5);
 
-    Reconnection(const Jobs& jobs, const ReceiverState& state, ActivityLog& log, Accessibility& accessibility,
+    Reconnection(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Accessibility& accessibility,
                  Surfaces& surfaces);
 
     // The user's reconnect action. Returns at once and logs the result:
@@ -40,7 +40,7 @@ private:
     void awaitPings(TimePoint deadline);
 
     const Jobs& jobs;
-    const ReceiverState& state;
+    ReceiverState& state;
     ActivityLog& log;
     Accessibility& accessibility;
     Surfaces& surfaces;

@@ -16,8 +16,11 @@ constexpr std::int32_t destinationB = 0x4C6D4442; // "LmDB"
 
 } // namespace
 
-Surfaces::Surfaces(Runtime& runtime, MIDIServices& services, ActivityLog& log)
-    : log(log), midi(std::make_shared<MIDIHost>(runtime, services, "Lumbrine", sourceA, destinationA)),
+using State = LinkHealth::State;
+
+Surfaces::Surfaces(Runtime& runtime, PublishedState& published, MIDIServices& services, ActivityLog& log)
+    : published(published), log(log),
+      midi(std::make_shared<MIDIHost>(runtime, services, "Lumbrine", sourceA, destinationA)),
       midiB(std::make_shared<MIDIHost>(runtime, services, "Lumbrine B", sourceB, destinationB)),
       hui(std::make_shared<HUIEngine>(runtime, log.text)), huiB(std::make_shared<HUIEngine>(runtime, log.text)) {}
 
@@ -34,12 +37,14 @@ void Surfaces::startSurfaces() {
     for (MIDIHost* host : {midi.get(), midiB.get()}) {
         if (const auto started = host->start(); !started) {
             const std::string& why = started.error().description;
+            note(State::down, why);
             if (std::exchange(failure, why) == why) return;
             log.say("✗ MIDI failed: " + why, "✗ MIDI 失敗: " + why);
             return;
         }
     }
     created = true;
+    note(State::up);
     log.say("✓ Virtual MIDI 'Lumbrine' + 'Lumbrine B' created (ch 1-8 + 9-16)",
             "✓ 仮想MIDI 'Lumbrine' + 'Lumbrine B' 生成（8ch＋9〜16ch）");
     announceSurfaceA();
@@ -50,10 +55,17 @@ void Surfaces::serviceChanged(bool isThere) {
     if (!created) {
         if (isThere) startSurfaces();
     } else if (isThere) {
+        note(State::up);
         log.say("✓ MIDI server back", "✓ MIDI サーバー復帰");
     } else {
+        note(State::down);
         log.say("⚠️ MIDI server lost", "⚠️ MIDI サーバー切断");
     }
+}
+
+void Surfaces::note(State state, const std::string& detail) {
+    published.health.midi = {.state = state, .detail = detail};
+    published.changed();
 }
 
 void Surfaces::reportDropped() {

@@ -20,12 +20,13 @@ namespace lumbrine {
 
 class Surfaces {
 public:
-    Surfaces(Runtime& runtime, MIDIServices& services, ActivityLog& log);
+    Surfaces(Runtime& runtime, PublishedState& published, MIDIServices& services, ActivityLog& log);
 
     // Who hears what Pro Tools shows. Call once, before startSurfaces.
     void wire(const std::weak_ptr<SurfaceListener>& listener);
 
-    // Creates the ports of A, then those of B, and announces both; logs the result. Main thread, once.
+    // Creates the ports of A, then those of B, and announces both; logs the result, and keeps the ports' health up to
+    // date. Main thread, once.
     void startSurfaces();
 
     // The system's MIDI service is lost, or there again (MIDIServices::onService). Creates the ports that are missing.
@@ -66,6 +67,9 @@ public:
 private:
     void reportRefusedID(const std::string& name, const MIDIError& error);
 
+    void note(LinkHealth::State state, const std::string& detail = {});
+
+    PublishedState& published;
     ActivityLog& log;
     bool created = false; // both surfaces' ports
     std::string failure;  // as logged last

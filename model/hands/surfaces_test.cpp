@@ -73,7 +73,7 @@ protected:
     Lines lines;
     ActivityLog log{jobs, published, Bilingual(false), [this](const std::string& line) { lines.push_back(line); }};
     PortRegister ports;
-    Surfaces surfaces{runtime, ports, log};
+    Surfaces surfaces{runtime, published, ports, log};
 };
 
 TEST_F(SurfacesTest, HaveThePortsByWhichProToolsKnowsThem) {
@@ -187,7 +187,7 @@ TEST(SurfacesPanSide, IsTurnedBeforeProToolsHearsOfIt) {
     ReceiverState state;
     ActivityLog log(jobs, state.published, Bilingual(false), [](const std::string&) {});
     PortRegister ports;
-    Surfaces surfaces(runtime, ports, log);
+    Surfaces surfaces(runtime, state.published, ports, log);
     surfaces.wire({});
     surfaces.startSurfaces();
     std::vector<std::pair<bool, bool>> sides; // of A and B at each message

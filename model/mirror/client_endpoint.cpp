@@ -5,15 +5,21 @@
 
 namespace lumbrine {
 
-ClientEndpoint::ClientEndpoint(Runtime& runtime, DatagramSockets& sockets, ServiceAdvertiser& advertiser,
-                               const SystemInfo& system, Configuration configuration, ActivityLog& log)
-    : port(configuration.port), runtime(runtime), sockets(sockets), advertiser(advertiser), system(system),
-      noBonjour(configuration.noBonjour), log(log) {}
+using State = LinkHealth::State;
+
+ClientEndpoint::ClientEndpoint(const Jobs& jobs, PublishedState& published, DatagramSockets& sockets,
+                               ServiceAdvertiser& advertiser, const SystemInfo& system, Configuration configuration,
+                               ActivityLog& log)
+    : port(configuration.port), jobs(jobs), published(published), runtime(jobs.runtime), sockets(sockets),
+      advertiser(advertiser), system(system), noBonjour(configuration.noBonjour), log(log) {
+    published.health.port = port;
+}
 
 void ClientEndpoint::startUDPAndBonjour(Handler handler) {
     assert(runtime.onMain());
     listen(std::move(handler));
     if (noBonjour) {
+        published.health.announcement = {.state = State::off};
         log.say("⚠️ Bonjour advertising off (QV_NO_BONJOUR experimental mode)",
                 "⚠️ Bonjour 広告なし（QV_NO_BONJOUR 実験モード）");
     } else {
@@ -27,9 +33,11 @@ void ClientEndpoint::listen(Handler handler) {
     udp->onTakeOver = [this](const std::string& by, const std::string& from) { logTakeOver(by, from); };
     if (const auto started = udp->start()) {
         const std::string where = std::to_string(port);
+        published.health.udp = {.state = State::up};
         log.say("✓ UDP listening on :" + where, "✓ UDP 受信開始 :" + where);
     } else {
         const std::string& why = started.error().description;
+        published.health.udp = {.state = State::down, .detail = why};
         log.say("✗ UDP failed: " + why, "✗ UDP 失敗: " + why);
     }
 }
@@ -43,8 +51,20 @@ void ClientEndpoint::logTakeOver(const std::string& by, const std::string& from)
 
 void ClientEndpoint::advertise() {
     const std::string name = system.computerName().value_or("Lumbrine Mac");
-    bonjour = advertiser.publish({.domain = "local.", .type = "_lumbrine._udp.", .name = name, .port = port});
+    published.health.announcement = {.state = State::waiting};
+    bonjour = advertiser.publish({.domain = "local.",
+                                  .type = "_lumbrine._udp.",
+                                  .name = name,
+                                  .port = port,
+                                  .onChange = [this](const std::optional<std::string>& announcedAs) {
+                                      jobs.runOnMain([this, announcedAs] { noteAnnouncement(announcedAs); });
+                                  }});
     log.say("✓ Bonjour advertising: " + name, "✓ Bonjour 広告: " + name);
+}
+
+void ClientEndpoint::noteAnnouncement(const std::optional<std::string>& name) {
+    LinkHealth now{.state = name ? State::up : State::down, .detail = name.value_or("")};
+    if (std::exchange(published.health.announcement, now) != now) published.changed();
 }
 
 // The server itself stays: its receive thread may be asking for it.

@@ -8,6 +8,8 @@
 #include "platform/api/system_info.h"
 
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace lumbrine {
 
@@ -18,11 +20,11 @@ public:
 
     using Handler = std::function<void(ByteView bytes, const Sender& sender)>;
 
-    ClientEndpoint(Runtime& runtime, DatagramSockets& sockets, ServiceAdvertiser& advertiser, const SystemInfo& system,
-                   Configuration configuration, ActivityLog& log);
+    ClientEndpoint(const Jobs& jobs, PublishedState& published, DatagramSockets& sockets, ServiceAdvertiser& advertiser,
+                   const SystemInfo& system, Configuration configuration, ActivityLog& log);
 
-    // Listens, and announces the port even when listening failed; logs both. `handler` gets the owner's datagrams on
-    // the receive thread. Main thread, once.
+    // Listens, and announces the port even when listening failed; logs both, and keeps their health up to date.
+    // `handler` gets the owner's datagrams on the receive thread. Main thread, once.
     void startUDPAndBonjour(Handler handler);
 
     // Waits for the receive thread to end, after which the handler is not called any more; a handler at work meanwhile
@@ -44,7 +46,10 @@ private:
     void listen(Handler handler);
     void logTakeOver(const std::string& by, const std::string& from);
     void advertise();
+    void noteAnnouncement(const std::optional<std::string>& name);
 
+    const Jobs& jobs;
+    PublishedState& published;
     Runtime& runtime;
     DatagramSockets& sockets;
     ServiceAdvertiser& advertiser;

@@ -14,8 +14,8 @@ protected:
     PublishedState published;
     Lines lines;
     ActivityLog log{jobs, published, Bilingual(false), [this](const std::string& line) { lines.push_back(line); }};
-    ClientEndpoint endpoint{world.runtime, world.network.host("192.168.1.2"), computer,
-                            computer,      Configuration::read(computer),     log};
+    ClientEndpoint endpoint{
+        jobs, published, world.network.host("192.168.1.2"), computer, computer, Configuration::read(computer), log};
     Phone phone{world, "192.168.1.7", "192.168.1.2", endpoint.port};
 };
 

@@ -23,6 +23,7 @@ void OwnerWatch::letGo() {
 void OwnerWatch::describeClients() {
     std::string now = description();
     if (now == state.published.iosClientDesc) return;
+    if (!now.empty()) state.published.health.lastClient = now;
     state.published.iosClientDesc = std::move(now);
     state.published.changed();
 }

@@ -12,6 +12,7 @@ void PresenceWatch::watchProTools() {
     const bool connected = heardWithin(pingPeriod, state.presence.lastPing);
     if (connected == state.published.huiConnected) return;
     state.published.huiConnected = connected;
+    if (connected) state.published.health.surfaceAWasHeard = true;
     state.published.changed();
     if (!connected) parts.automation.surfaceGone(SurfaceID::A);
     if (connected) jobs.inBackgroundAfter(panResetDelay, [this] { resetPanSides(); });
@@ -37,6 +38,7 @@ void PresenceWatch::watchWindowWidth() {
     const int width = both ? stripCount : stripsPerSurface;
     if (width == state.published.winW) return;
     state.published.winW = width;
+    if (both) state.published.health.surfaceBWasHeard = true;
     if (!both) parts.automation.surfaceGone(SurfaceID::B);
     state.published.changed();
     if (both) {

@@ -57,6 +57,7 @@ void ActivityLog::show(const std::string& line) {
     assert(jobs.runtime.onMain());
     auto& lines = published.logLines;
     lines.push_back(line);
+    ++published.linesLogged;
     if (lines.size() > visibleLines)
         lines.erase(lines.begin(), lines.end() - static_cast<std::ptrdiff_t>(visibleLines));
     published.changed();

@@ -2,10 +2,12 @@
 #pragma once
 
 #include "base/strip.h"
+#include "model/state/health.h"
 #include "model/state/session.h"
 #include "model/state/strip_state.h"
 
 #include <array>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <span>
@@ -39,7 +41,9 @@ struct PublishedState {
     std::optional<BankUser> banksUsedBy; // written by DeskQueue alone
 
     std::vector<std::string> logLines; // oldest first, at most 120
+    std::uint64_t linesLogged = 0;     // since the start
     std::string localIP = "127.0.0.1";
+    Health health;
 
     StripState& strip(Strip which) { return strips[which.slot()]; }
     const StripState& strip(Strip which) const { return strips[which.slot()]; }

@@ -12,6 +12,7 @@ std::optional<std::string> FakeComputer::environment(const std::string& variable
 
 std::unique_ptr<Advertisement> FakeComputer::publish(AdvertisedService service) {
     published.push_back(service.name + " " + service.type + " " + service.domain + " " + std::to_string(service.port));
+    services.push_back(std::move(service));
     return std::make_unique<Advertisement>();
 }
 

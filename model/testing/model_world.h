@@ -61,6 +61,7 @@ public:
     std::optional<std::string> name = "Studio";
     std::optional<std::string> address = "192.168.1.2";
     std::vector<std::string> published; // "Studio _lumbrine._udp. local. 52700"
+    std::vector<AdvertisedService> services;
 
     std::optional<std::string> environment(const std::string& variable) const override;
     std::vector<std::string> preferredLanguages() const override { return {}; }

@@ -12,6 +12,7 @@ ScriptingLink::ScriptingLink(const Jobs& jobs, ReceiverState& state, ActivityLog
 void ScriptingLink::notePTSLSuccess() {
     assert(jobs.runtime.onMain());
     if (std::exchange(state.scripting.ptslOK, true)) return;
+    state.published.health.scripting = {.state = LinkHealth::State::up};
     log.say("✓ Connected to Pro Tools' official API (track names and colors)",
             "✓ Pro Tools の公式 API に接続（トラック名・色を取得）");
 }
@@ -19,8 +20,9 @@ void ScriptingLink::notePTSLSuccess() {
 void ScriptingLink::notePTSLFailure(const PTSLFailure& error) {
     assert(jobs.runtime.onMain());
     state.scripting.ptslOK = false;
-    if (std::exchange(state.scripting.ptslWarned, true)) return;
     const std::string detail = description(error, log.text);
+    state.published.health.scripting = {.state = LinkHealth::State::down, .detail = detail};
+    if (std::exchange(state.scripting.ptslWarned, true)) return;
     log.say("Track colors: unavailable (" + detail + ") → names are read from the screen, no colors shown",
             "トラックの色: 取得できません（" + detail + "）→ 名前は画面から読み、色は出しません");
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace lumbrine {
@@ -13,6 +14,10 @@ struct AdvertisedService {
     std::string type;   // "_lumbrine._udp."
     std::string name;   // what users see; when another service has it, the back end picks a different one
     std::uint16_t port;
+
+    // Called on a thread of the back end, or on the main thread, never inside `publish`: with the name under which the
+    // service is announced now, or with nothing when nobody announces it. Not called after the service was withdrawn.
+    std::function<void(const std::optional<std::string>& announcedAs)> onChange = {};
 };
 
 // Destroying it withdraws the service.

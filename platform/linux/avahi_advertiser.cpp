@@ -8,6 +8,8 @@
 #include <avahi-common/error.h>
 #include <avahi-common/malloc.h>
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -19,7 +21,8 @@ class AvahiAdvertisement final : public Advertisement, private AvahiSession::Use
 public:
     explicit AvahiAdvertisement(const AdvertisedService& service)
         : domain(withoutFinalDot(service.domain)), type(withoutFinalDot(service.type)),
-          wantedName(fittingServiceName(service.name)), port(service.port), name(wantedName), session(*this) {}
+          wantedName(fittingServiceName(service.name)), port(service.port), onChange(service.onChange),
+          name(wantedName), session(*this) {}
 
 private:
     void up(AvahiClient* client) override {
@@ -36,7 +39,10 @@ private:
         }
     }
 
+    void absent() override { report({}); }
+
     void pause() override {
+        report({});
         if (group != nullptr) avahi_entry_group_reset(group);
     }
 
@@ -69,7 +75,9 @@ private:
     }
 
     void changed(AvahiEntryGroupState state) {
-        if (state == AVAHI_ENTRY_GROUP_COLLISION) {
+        if (state == AVAHI_ENTRY_GROUP_ESTABLISHED) {
+            report(name);
+        } else if (state == AVAHI_ENTRY_GROUP_COLLISION) {
             takeAnotherName();
             add();
         } else if (state == AVAHI_ENTRY_GROUP_FAILURE) {
@@ -77,10 +85,15 @@ private:
         }
     }
 
+    void report(const std::optional<std::string>& announcedAs) const {
+        if (onChange) onChange(announcedAs);
+    }
+
     const std::string domain;
     const std::string type;
     const std::string wantedName;
     const std::uint16_t port;
+    const std::function<void(const std::optional<std::string>&)> onChange;
 
     std::string name; // the name being tried, or published
     AvahiEntryGroup* group = nullptr;

@@ -59,7 +59,9 @@ void AvahiSession::renew() {
     };
     // Without a daemon, the client waits for one. Without a message bus, no client can be created.
     client = avahi_client_new(avahi_threaded_poll_get(poll), AVAHI_CLIENT_NO_FAIL, onChange, this, nullptr);
-    if (client == nullptr) startOver();
+    if (client != nullptr) return;
+    user.absent();
+    startOver();
 }
 
 void AvahiSession::changed(AvahiClient* changedClient, AvahiClientState state) {
@@ -76,6 +78,7 @@ void AvahiSession::changed(AvahiClient* changedClient, AvahiClientState state) {
         renewAfter(avahi_client_errno(changedClient) == AVAHI_ERR_DISCONNECTED ? 0 : retryMilliseconds);
         break;
     case AVAHI_CLIENT_CONNECTING:
+        user.absent();
         break;
     }
 }

@@ -18,6 +18,9 @@ public:
         // The daemon is ready. Called again after `pause` with the same client, and after `down` with a new client.
         virtual void up(AvahiClient* client) = 0;
 
+        // No daemon answers at the moment. `up` follows when one does.
+        virtual void absent() {}
+
         // The daemon is changing the computer's name on the network. Published services must be withdrawn until `up`.
         virtual void pause() = 0;
 

@@ -51,11 +51,13 @@ void AnnouncementKeeper::attemptIn(Duration delay) {
 void AnnouncementKeeper::published() {
     wait = afterFirstFailure;
     lastRefusal.reset();
+    if (service.onChange) service.onChange(service.name);
 }
 
 void AnnouncementKeeper::failed(int code) {
     attemptIn(wait);
     wait = std::min(2 * wait, longestWait);
+    if (service.onChange) service.onChange({});
     if (std::exchange(lastRefusal, code) != code) refused(code);
 }
 

@@ -35,6 +35,8 @@ public:
     static constexpr Duration afterFirstFailure = seconds(5);
     static constexpr Duration longestWait = seconds(60);
 
+    // Reports to the service's `onChange` that it is announced, and each failure.
+    //
     // `refused` is called with the first error and whenever the code changes. After a successful announcement,
     // the next error is reported again, whatever its code.
     AnnouncementKeeper(Runtime& runtime, BeginAnnouncement begin, AdvertisedService service,

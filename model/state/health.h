@@ -1,0 +1,40 @@
+// How the receiver's links to the outside stand, as far as it has seen by using them. What a diagnosis is made from.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace lumbrine {
+
+struct LinkHealth {
+    enum class State {
+        unknown, // not tried yet
+        waiting, // tried, and nobody has answered yet
+        up,
+        down,
+        off, // by the user's wish
+    };
+
+    State state = State::unknown;
+    std::string detail = {}; // of `up`: the name it has; of `down`: the reason, in words. May be empty
+
+    bool operator==(const LinkHealth&) const = default;
+};
+
+struct Health {
+    std::uint16_t port = 0;  // the UDP port that was asked for
+    LinkHealth udp;          // the socket for clients
+    LinkHealth announcement; // on the local network
+    LinkHealth midi;         // the ports of both surfaces
+    LinkHealth scripting;    // Pro Tools' scripting service
+    LinkHealth screen;       // reading Pro Tools' windows. down: the user has not allowed it; the detail says "stale"
+                             // when the system refuses although it is allowed
+
+    bool surfaceAWasHeard = false; // Pro Tools has pinged since the start, like the next
+    bool surfaceBWasHeard = false;
+    std::string lastClient = {}; // as in PublishedState::iosClientDesc; stays when the client goes
+
+    bool operator==(const Health&) const = default;
+};
+
+} // namespace lumbrine
