@@ -49,6 +49,7 @@ const std::map<std::string, Modules>& arrows() {
         {"tools",
          {"base", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/virtual", "model",
           "app", "simulator", "remote"}},
+        {"web", {"base", "platform/api", "platform/posix", "platform/linux"}},
         {"tests", everywhere},
         {"tests/interop",
          {"base", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/virtual", "ptsl",

@@ -1,0 +1,116 @@
+// lumbrine-web: the page for browsers, and the way of their messages to the receiver.
+#include "base/bilingual.h"
+#include "platform/linux/linux_system_info.h"
+#include "platform/posix/line_output.h"
+#include "platform/posix/posix_process_end.h"
+#include "web/gateway/gateway.h"
+#include "web/gateway/gateway_arguments.h"
+#include "web/gateway/key_file.h"
+#include "web/gateway/qr_code.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdio>
+
+namespace lumbrine::web {
+namespace {
+
+constexpr Duration lastLines = seconds(0.5); // for those that nobody reads
+
+std::string hostName() {
+    std::array<char, 256> name{};
+    return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "localhost";
+}
+
+class Program {
+public:
+    Program()
+        : text(prefersJapanese(system.preferredLanguages())), output(STDOUT_FILENO, [](std::size_t) { return ""; }) {}
+
+    ~Program() { process.within(lastLines); }
+
+    int run(const GatewayArguments& arguments) {
+        const auto environment = [&](const std::string& name) { return system.environment(name); };
+        const auto path = keyFilePath(environment);
+        if (!path) return fail(text("HOME is not set", "HOME が設定されていません"));
+        if (arguments.newKey || !readKey(*path)) {
+            const auto made = makeKey(*path);
+            if (!made) return fail(made.error());
+        }
+        if (arguments.newKey) {
+            printAddress(arguments, arguments.port, *path);
+            return 0;
+        }
+        const auto served =
+            serve({.port = arguments.port,
+                   .receiverHost = arguments.receiverHost,
+                   .receiverPort = arguments.receiverPort,
+                   .hostName = hostName(),
+                   .certificateChain = arguments.certificateChain,
+                   .privateKey = arguments.privateKey,
+                   .key = [path] { return readKey(*path); }},
+                  [&](std::uint16_t port) {
+                      say("✓ Browsers on :" + std::to_string(port), "✓ ブラウザ受付開始 :" + std::to_string(port));
+                      printAddress(arguments, port, *path);
+                  });
+        if (!served) return fail(sentence(served.error(), arguments));
+        return 0;
+    }
+
+private:
+    void say(const std::string& english, const std::string& japanese) { output.print(text(english, japanese)); }
+
+    int fail(const std::string& why) {
+        say("✗ Browsers: " + why, "✗ ブラウザ: " + why);
+        return 1;
+    }
+
+    std::string sentence(const StartProblem& problem, const GatewayArguments& arguments) const {
+        const std::string port = "TCP " + std::to_string(arguments.port);
+        const std::string receiver = arguments.receiverHost;
+        switch (problem.of) {
+        case StartProblem::Of::port:
+            return port + ": " + problem.why;
+        case StartProblem::Of::receiver:
+            return receiver + ": " + problem.why;
+        default:
+            return text("certificate: ", "証明書: ") + problem.why;
+        }
+    }
+
+    void printAddress(const GatewayArguments& arguments, std::uint16_t port, const std::string& path) {
+        const auto key = readKey(path);
+        if (!key) return;
+        const std::string address = (arguments.certificateChain.empty() ? "http://" : "https://") +
+                                    system.primaryIPv4().value_or(hostName() + ".local") + ":" + std::to_string(port) +
+                                    "/#" + key->text();
+        say("  Open on the phone: " + address, "  スマートフォンで開く: " + address);
+        const bool onTerminal = ::isatty(STDOUT_FILENO) == 1;
+        for (const std::string& line : qrCode(address, onTerminal ? QRColours::blackOnWhite : QRColours::lightBlocks))
+            output.print(line);
+    }
+
+    PosixProcessEnd process;
+    const LinuxSystemInfo system;
+    const Bilingual text;
+    LineOutput output;
+};
+
+} // namespace
+} // namespace lumbrine::web
+
+int main(int count, char** arguments) {
+    using namespace lumbrine::web;
+    ::umask(0077); // the key and its folder are the user's alone
+    const lumbrine::LinuxSystemInfo system;
+    const auto read = readGatewayArguments({arguments + 1, arguments + count},
+                                           [&](const std::string& name) { return system.environment(name); });
+    if (!read) {
+        std::fputs(read.error().output.c_str(), stdout);
+        std::fputs(read.error().error.c_str(), stderr);
+        return read.error().status;
+    }
+    return Program().run(*read);
+}

@@ -1,0 +1,28 @@
+// The file that keeps the pairing key.
+#pragma once
+
+#include "web/gateway/pairing_key.h"
+
+#include <expected>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace lumbrine::web {
+
+// XDG_STATE_HOME/lumbrine/web-key, or the same in ~/.local/state. Absent when neither that nor HOME is an absolute
+// path.
+std::optional<std::string>
+keyFilePath(const std::function<std::optional<std::string>(const std::string& name)>& environment);
+
+// The key in the text of a key file: the key alone on one line.
+std::optional<PairingKey> keyInFile(std::string_view text);
+
+// Absent when there is no such file or it has no key.
+std::optional<PairingKey> readKey(const std::string& path);
+
+// Replaces the file's key by a new one from the system's random numbers. Only the user can read the file. The error is
+// a text for the user.
+std::expected<PairingKey, std::string> makeKey(const std::string& path);
+
+} // namespace lumbrine::web

@@ -1,0 +1,18 @@
+// QR codes for the terminal.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lumbrine::web {
+
+enum class QRColours {
+    blackOnWhite, // by escape sequences
+    lightBlocks,  // no escape sequences, for files and logs; right on a dark background
+};
+
+// The lines that draw it, two rows of modules in each, with a margin. Empty when the text is too long for a QR code.
+std::vector<std::string> qrCode(std::string_view text, QRColours colours);
+
+} // namespace lumbrine::web
