@@ -1,0 +1,121 @@
+// @ts-check
+// All tracks of the session, which scroll. Only the rows in sight are in the document, whatever the session's size.
+import { make } from "./dom.js";
+import { TrackRowView, rowHeight } from "./track_row_view.js";
+import { say } from "./words.js";
+
+/** @typedef {import("./link.js").Link} Link */
+/** @typedef {import("./grips.js").Grips} Grips */
+/** @typedef {import("./groups.js").Groups} Groups */
+
+const spare = 3; // rows above and below, so that a quick finger sees no gap
+
+export class SessionList {
+    /** @type {(index: number) => void} */
+    onJump = () => {};
+    onMember = () => {};
+    #search = make("input", { type: "search", "aria-label": say("search"), placeholder: say("search") });
+    #rows = make("div", { class: "rows", role: "list", "aria-label": say("trackList") });
+    #none = make("p", { class: "none", role: "status" });
+    #list = make("div", { class: "list", tabindex: "0" }, this.#rows);
+    element = make("div", { class: "session" }, this.#search, this.#none, this.#list);
+    /** By session index. @type {Map<number, TrackRowView>} */
+    #views = new Map();
+    /** @type {TrackRowView[]} */
+    #idle = [];
+    /** The session indices that match. @type {number[]} */
+    #matches = [];
+    #link;
+    #grips;
+    #groups;
+
+    /** @param {Link} link @param {Grips} grips @param {Groups} groups */
+    constructor(link, grips, groups) {
+        this.#link = link;
+        this.#grips = grips;
+        this.#groups = groups;
+        this.#search.addEventListener("input", () => {
+            this.#list.scrollTop = 0;
+            this.update();
+        });
+        this.#list.addEventListener("scroll", () => this.#place(), { passive: true });
+        new ResizeObserver(() => this.#place()).observe(this.#list);
+    }
+
+    /** The session indices in sight. */
+    get inSight() {
+        const first = Math.floor(this.#list.scrollTop / rowHeight);
+        const count = Math.ceil(this.#list.clientHeight / rowHeight);
+        return this.#matches.slice(first, first + count);
+    }
+
+    update() {
+        if (this.element.hidden) return;
+        this.#match();
+        this.#place();
+        const members = new Set(this.#groups.indices(this.#link.picture));
+        for (const [index, view] of this.#views) view.update(index, members.has(index), this.#groups.current);
+    }
+
+    #match() {
+        const { tracks } = this.#link.picture;
+        const wanted = this.#search.value.trim().toLocaleLowerCase();
+        this.#matches = [];
+        tracks.forEach(({ row }, index) => {
+            const text = `${row?.name ?? ""}\n${row?.comment ?? ""}`;
+            if (!wanted || text.toLocaleLowerCase().includes(wanted)) this.#matches.push(index);
+        });
+        const height = `${this.#matches.length * rowHeight}px`;
+        if (this.#rows.style.height !== height) this.#rows.style.height = height;
+        this.#none.hidden = this.#matches.length > 0 || tracks.length === 0;
+        this.#none.textContent = this.#none.hidden ? "" : say("noMatch");
+    }
+
+    /** Gives each row in sight a view: those that have gone lend theirs. */
+    #place() {
+        const first = Math.max(Math.floor(this.#list.scrollTop / rowHeight) - spare, 0);
+        const last = first + Math.ceil(this.#list.clientHeight / rowHeight) + 2 * spare;
+        const wanted = new Map(this.#matches.slice(first, last).map((index, i) => [index, first + i]));
+        for (const [index, view] of this.#views)
+            if (!wanted.has(index) && !view.isHeld) {
+                this.#views.delete(index);
+                this.#idle.push(view);
+            }
+        const members = new Set(this.#groups.indices(this.#link.picture));
+        for (const [index, place] of wanted) {
+            let view = this.#views.get(index);
+            if (!view) {
+                view = this.#idle.pop() ?? this.#newView();
+                this.#views.set(index, view);
+                view.update(index, members.has(index), this.#groups.current);
+            }
+            view.standAt(place, this.#matches.length);
+        }
+        for (const view of this.#idle.splice(0)) this.#park(view);
+    }
+
+    /** @type {TrackRowView[]} */
+    #parked = [];
+
+    /** @param {TrackRowView} view */
+    #park(view) {
+        view.element.hidden = true;
+        this.#parked.push(view);
+    }
+
+    #newView() {
+        const parked = this.#parked.pop();
+        if (parked) {
+            parked.element.hidden = false;
+            return parked;
+        }
+        const view = new TrackRowView(this.#link, this.#grips);
+        view.onJump = (index) => this.onJump(index);
+        view.onMember = (index) => {
+            this.#groups.toggle(this.#link.picture, index);
+            this.onMember();
+        };
+        this.#rows.append(view.element);
+        return view;
+    }
+}

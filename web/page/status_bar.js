@@ -1,0 +1,81 @@
+// @ts-check
+// The line that says how things are, the lights of the transport and the time that a datagram takes.
+import { button, make, onPress, setAttribute, setText } from "./dom.js";
+import { say } from "./words.js";
+
+/** @typedef {import("./link.js").Link} Link */
+/** @typedef {import("./connection.js").Connection} Connection */
+
+/** What is wrong, or the key of the text for "nothing". @param {Connection} connection @param {Link} link */
+export function situation(connection, link) {
+    if (connection.state !== "open") return connection.state;
+    if (link.state !== "connected") return link.state;
+    if (link.picture.trackCount === 0) return "noTracks";
+    return link.picture.offset === null ? "finding" : "connected";
+}
+
+export class StatusBar {
+    #lamp = make("span", { class: "lamp", "aria-hidden": "true" });
+    #text = make("span", { class: "text", role: "status" });
+    #trip = make("span", { class: "trip", role: "img" });
+    #lights = {
+        play: make("span", { class: "light play", role: "img" }, "▶"),
+        record: make("span", { class: "light record", role: "img" }, "●"),
+    };
+    element = make(
+        "header",
+        { class: "status" },
+        this.#lamp,
+        this.#text,
+        this.#trip,
+        make("span", { class: "transport" }, this.#lights.play, this.#lights.record),
+    );
+    #takeOverText = make("p");
+    #takeOver = button(say("takeOver"), say("takeOver"), "take-over");
+    /** Over everything while another device is in control. */
+    veil = make("div", { class: "veil", role: "alert" }, this.#takeOverText, this.#takeOver);
+    /** This browser has the page in another tab, which is in use. */
+    isElsewhere = false;
+    onUseHere = () => {};
+    #link;
+    #connection;
+
+    /** @param {Connection} connection @param {Link} link */
+    constructor(connection, link) {
+        this.#link = link;
+        this.#connection = connection;
+        onPress(this.#takeOver, () => (this.isElsewhere ? this.onUseHere() : link.takeOver()));
+    }
+
+    update() {
+        const now = this.isElsewhere ? "elsewhere" : situation(this.#connection, this.#link);
+        const { picture } = this.#link;
+        setText(this.#text, say(now));
+        const isGood = now === "connected" || now === "finding" || now === "noTracks";
+        setAttribute(this.element, "data-state", now === "connected" ? "good" : isGood ? "waiting" : "bad");
+        const hasOther = now === "busy" || now === "takenOver" || now === "elsewhere";
+        this.veil.hidden = !hasOther;
+        if (hasOther) {
+            setText(this.#takeOverText, say(now));
+            setText(this.#takeOver, say(this.isElsewhere ? "useHere" : "takeOver"));
+            setAttribute(this.#takeOver, "aria-label", this.#takeOver.textContent ?? "");
+        }
+        this.#light(this.#lights.play, "playing", picture.playing);
+        this.#light(this.#lights.record, "recording", picture.recording);
+        this.#showTrip(isGood);
+    }
+
+    /** @param {HTMLElement} light @param {string} name @param {boolean} isOn */
+    #light(light, name, isOn) {
+        light.toggleAttribute("data-on", isOn);
+        setAttribute(light, "aria-label", `${say(name)}: ${say(isOn ? "on" : "off")}`);
+    }
+
+    /** @param {boolean} isGood */
+    #showTrip(isGood) {
+        const trip = isGood ? this.#link.roundTrips.summary(performance.now()) : null;
+        const text = trip ? `${trip.median.toFixed(0)} / ${trip.worst.toFixed(0)} ms` : "";
+        setText(this.#trip, text);
+        setAttribute(this.#trip, "aria-label", `${say("roundTrip")} ${text}`);
+    }
+}

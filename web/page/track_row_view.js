@@ -1,0 +1,167 @@
+// @ts-check
+// A row of the session list: one track, whether a strip shows it or not.
+import { modeKind, modeName, shortMode } from "./auto_modes.js";
+import { faderTop, groupMute, groupSolo } from "./commands.js";
+import { button, make, setAttribute, setStyle, setText } from "./dom.js";
+import { dragging } from "./drag.js";
+import { decibelText, unity } from "./fader_scale.js";
+import { sliderKeys } from "./slider_keys.js";
+import { TrackMove } from "./track_move.js";
+import { say } from "./words.js";
+
+/** @typedef {import("./link.js").Link} Link */
+/** @typedef {import("./grips.js").Grips} Grips */
+
+export const rowHeight = 56;
+
+export class TrackRowView {
+    /** @type {(index: number) => void} */
+    onJump = () => {};
+    /** @type {(index: number) => void} */
+    onMember = () => {};
+    #tick = button("", "", "tick");
+    #title = make("span", { class: "title" });
+    #detail = make("span", { class: "detail" });
+    #number = make("span", { class: "number" });
+    #name = make("button", { type: "button", class: "jump" }, this.#title, this.#detail);
+    #mode = make("span", { class: "mode" });
+    #solo = button("", "S", "key solo");
+    #mute = button("", "M", "key mute");
+    #fill = make("div", { class: "fill" });
+    #level = make("span", { class: "level" });
+    #fader = make(
+        "div",
+        { class: "row-fader", role: "slider", tabindex: "0", "aria-valuemin": "0", "aria-valuemax": String(faderTop) },
+        this.#fill,
+        this.#level,
+    );
+    element = make(
+        "div",
+        { class: "row", role: "listitem" },
+        make("span", { class: "color" }),
+        this.#tick,
+        this.#number,
+        this.#name,
+        this.#mode,
+        this.#solo,
+        this.#mute,
+        this.#fader,
+    );
+    #index = 0;
+    /** @type {TrackMove | null} */
+    #move = null;
+    #place = 0;
+    #link;
+
+    /** @param {Link} link @param {Grips} grips */
+    constructor(link, grips) {
+        this.#link = link;
+        this.#name.addEventListener("click", () => this.onJump(this.#index));
+        this.#tick.addEventListener("click", () => this.onMember(this.#index));
+        this.#mute.addEventListener("click", () => link.command(groupMute(!this.#row?.mute, [this.#index])));
+        this.#solo.addEventListener("click", () => link.command(groupSolo(!this.#row?.solo, [this.#index])));
+        dragging(this.#fader, {
+            towards: "right",
+            begin: () => this.#begin(grips),
+            by: (part) => this.#moveTo(this.#place + part * faderTop),
+            end: () => this.#end(),
+            twice: () => this.#once(grips, () => unity),
+        });
+        sliderKeys(this.#fader, {
+            step: (steps) => this.#once(grips, (place) => place + (steps * faderTop) / 128),
+            toEnd: (top) => this.#once(grips, () => (top ? faderTop : 0)),
+            reset: () => this.#once(grips, () => unity),
+        });
+    }
+
+    /** A finger is on it: it must not become another track's row. */
+    get isHeld() {
+        return this.#move !== null;
+    }
+
+    /** @param {number} place among the matches @param {number} of */
+    standAt(place, of) {
+        setStyle(this.element, "transform", `translateY(${place * rowHeight}px)`);
+        setAttribute(this.element, "aria-posinset", place + 1);
+        setAttribute(this.element, "aria-setsize", of);
+    }
+
+    /** @param {number} index @param {boolean} isMember @param {string} group */
+    update(index, isMember, group) {
+        this.#index = index;
+        const row = this.#row;
+        const track = this.#link.picture.tracks[index];
+        const title = row?.name ?? "";
+        const mode = track?.mode ?? 0;
+        setText(this.#number, String(index + 1));
+        setText(this.#title, title);
+        setText(this.#detail, row?.comment ?? "");
+        setText(this.#mode, mode === 0 ? "" : shortMode(mode));
+        setAttribute(this.#mode, "data-mode", modeKind(mode));
+        setAttribute(this.#mode, "title", modeName(mode));
+        setStyle(this.element, "--track", row?.color ?? "transparent");
+        setAttribute(this.#name, "aria-label", say("jump", title));
+        setAttribute(this.#tick, "aria-label", say("member", title, group));
+        setAttribute(this.#tick, "aria-pressed", isMember);
+        setText(this.#tick, isMember ? group : "");
+        this.#show(this.#mute, say("mute", title), row?.mute ?? false);
+        this.#show(this.#solo, say("solo", title), row?.solo ?? false);
+        this.element.toggleAttribute("data-armed", row?.record ?? false);
+        this.element.toggleAttribute("data-selected", row?.select ?? false);
+        this.element.toggleAttribute("data-shown", this.#link.picture.stripOf(index) !== null);
+        this.#showFader(title);
+    }
+
+    get #row() {
+        return this.#link.picture.tracks[this.#index]?.row ?? null;
+    }
+
+    /** @param {HTMLElement} key @param {string} label @param {boolean} isOn */
+    #show(key, label, isOn) {
+        setAttribute(key, "aria-label", label);
+        setAttribute(key, "aria-pressed", isOn);
+        setAttribute(key, "data-light", isOn ? "on" : "off");
+    }
+
+    /** @param {string} title */
+    #showFader(title) {
+        const value = this.#move ? Math.round(this.#place) : this.#link.picture.faderOf(this.#index);
+        const text = value === null ? "?" : decibelText(value);
+        setStyle(this.#fill, "transform", `scaleX(${(value ?? 0) / faderTop})`);
+        setText(this.#level, text);
+        setAttribute(this.#fader, "aria-label", say("fader", title));
+        setAttribute(this.#fader, "aria-valuenow", value ?? 0);
+        setAttribute(this.#fader, "aria-valuetext", value === null ? say("unknown") : text + " dB");
+        this.#fader.toggleAttribute("data-held", this.#move !== null);
+    }
+
+    /** @param {Grips} grips */
+    #begin(grips) {
+        const value = this.#link.picture.faderOf(this.#index);
+        if (!this.#link.inControl || value === null) return false;
+        const move = new TrackMove(this.#link, grips, [this.#index]);
+        if (move.isEmpty) return false;
+        this.#move = move;
+        this.#place = value;
+        return true;
+    }
+
+    /** @param {number} place */
+    #moveTo(place) {
+        this.#place = Math.min(Math.max(place, 0), faderTop);
+        this.#move?.moveTo(Math.round(this.#place));
+        this.#showFader(this.#title.textContent ?? "");
+    }
+
+    #end() {
+        this.#move?.end();
+        this.#move = null;
+    }
+
+    /** @param {Grips} grips @param {(place: number) => number} target */
+    #once(grips, target) {
+        if (!this.#begin(grips)) return;
+        this.#moveTo(target(this.#place));
+        this.#end();
+    }
+}
