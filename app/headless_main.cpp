@@ -1,14 +1,19 @@
 // lumbrine-headless: the receiver without a window. Its log goes to standard output.
+#include "app/check_program.h"
+#include "app/check_service.h"
 #include "app/command_line.h"
+#include "app/diagnosis.h"
 #include "app/receiver_ending.h"
 #include "app/standard_output.h"
 #include "model/receiver_model.h"
 #include "platform/linux/avahi_advertiser.h"
+#include "platform/linux/linux_datagram_sockets.h"
 #include "platform/linux/linux_system_info.h"
 #include "platform/linux/midi_backend.h"
+#include "platform/linux/port_holder.h"
+#include "platform/linux/service_status.h"
 #include "platform/portable/nlohmann_json.h"
 #include "platform/portable/no_accessibility.h"
-#include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/posix_process_end.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
@@ -17,7 +22,10 @@
 
 #include <cstdio>
 #include <functional>
+#include <memory>
 #include <span>
+#include <string_view>
+#include <utility>
 
 namespace lumbrine {
 namespace {
@@ -26,14 +34,18 @@ constexpr ProgramInfo program{
     .name = "lumbrine-headless",
     .version = LUMBRINE_VERSION,
     .helpText =
-        "Usage: lumbrine-headless\n"
+        "Usage: lumbrine-headless [--check]\n"
         "\n"
         "The Lumbrine receiver without a window: takes fader moves and presses from a phone or tablet on the network "
         "and\n"
         "plays them to Pro Tools as two HUI surfaces on the virtual MIDI ports \"Lumbrine\" and \"Lumbrine B\". The "
         "log\n"
-        "goes to standard output. SIGINT (Ctrl-C) and SIGTERM end it.\n"
+        "goes to standard output. SIGINT (Ctrl-C) and SIGTERM end it. When another program has its UDP port, it says "
+        "so\n"
+        "and ends with status 1.\n"
         "\n"
+        "      --check    print what works and what does not, of the receiver that runs or else of this computer,\n"
+        "                 and end: with 0 when nothing is wrong, else with 1\n"
         "  -h, --help     print this and end\n"
         "      --version  print the version and end\n"
         "\n"
@@ -44,6 +56,24 @@ constexpr ProgramInfo program{
         "  LANGUAGE, LC_ALL, LC_MESSAGES, LANG\n"
         "                  the first that is set chooses the language of the log: Japanese (ja...) or English\n",
 };
+
+// The first sentence that matters, each second at most.
+void followStatus(RunLoop& loop, ServiceStatus& status, const std::shared_ptr<ReceiverModel>& model, Bilingual text) {
+    if (!status.isWanted()) return;
+    const auto isDue = std::make_shared<bool>(false);
+    model->onChange([&loop, &status, &model, text, isDue] {
+        if (std::exchange(*isDue, true)) return;
+        loop.postAfter(seconds(1), [&status, &model, text, isDue] {
+            *isDue = false;
+            if (model) status.tell(summaryOf(diagnosis(model->published(), HostSystem::linuxDesktop, text), text));
+        });
+    });
+}
+
+void tellWhoHasThePort(std::uint16_t port) {
+    if (const auto holder = holderOfUDPPort(port))
+        std::fprintf(stderr, "%s: UDP port %d is taken by %s\n", program.name.data(), port, holder->c_str());
+}
 
 int run() {
     const MIDIBackend backend;
@@ -60,10 +90,17 @@ int run() {
     RealRuntime runtime(loop);
     std::shared_ptr<ReceiverModel> model;
     // The model starts when the MIDI system is known, because it creates its ports at once.
-    const std::unique_ptr<MIDIServices> midi = backend.services(runtime, [&model] {
-        if (model) model->start();
+    int status = 0;
+    const std::unique_ptr<MIDIServices> midi = backend.services(runtime, [&] {
+        if (!model) return;
+        model->start();
+        if (model->published().health.udp.state != LinkHealth::State::down) return;
+        // A service manager may start it again when the port is free.
+        tellWhoHasThePort(model->port());
+        status = 1;
+        end();
     });
-    PosixDatagramSockets sockets;
+    LinuxDatagramSockets sockets;
     PosixStreamSockets streams;
     AvahiAdvertiser advertiser;
     NlohmannJSON json(text);
@@ -71,8 +108,11 @@ int run() {
     model = ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text,
                                   [&output](const std::string& line) { output.print(line); });
     end = [&] { endReceiver(loop, runtime, process, streams, model); };
+    ServiceStatus serviceStatus(system);
+    followStatus(loop, serviceStatus, model, text);
+    const CheckService checks(loop, model->port(), [&] { return model ? &model->published() : nullptr; });
     loop.run();
-    return 0;
+    return status;
 }
 
 } // namespace
@@ -81,6 +121,7 @@ int run() {
 int main(int count, char** arguments) {
     using namespace lumbrine;
     const std::span<const char* const> given(arguments, static_cast<std::size_t>(count));
+    if (given.size() == 2 && std::string_view(given[1]) == "--check") return checkAndPrint();
     if (const auto answer = answerCommandLine(program, given.subspan(count > 0 ? 1 : 0))) {
         std::fputs(answer->output.c_str(), stdout);
         std::fputs(answer->error.c_str(), stderr);

@@ -11,7 +11,8 @@ Check midiCheck(const Case& c) {
                 .sentence = c.text("The ports “Lumbrine” and “Lumbrine B” are there.",
                                    "ポート「Lumbrine」と「Lumbrine B」があります。")};
     if (c.health.midi.state == Link::down) {
-        const std::string why = c.health.midi.detail.empty() ? std::string() : " (" + c.health.midi.detail + ")";
+        const std::string& detail = c.health.midi.detail;
+        const std::string why = detail.empty() ? "" : c.text(" (" + detail + ")", "（" + detail + "）");
         check.state = CheckState::wrong;
         check.sentence = c.text("The MIDI ports are missing" + why + ": Pro Tools cannot be reached.",
                                 "MIDI ポートがありません" + why + "。Pro Tools と通信できません。");

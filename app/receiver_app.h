@@ -43,6 +43,7 @@ public:
     ReceiverView view() const { return receiverView(state(), text); }
     StatusMenu menu() const { return statusMenu(state(), loginOn, text); }
     const std::vector<std::string>& logLines() const { return state().logLines; }
+    const PublishedState& published() const { return state(); }
 
     // Gives up the model, for the end of the program. Afterwards actions do nothing.
     std::shared_ptr<ReceiverModel> release();

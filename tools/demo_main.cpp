@@ -4,10 +4,10 @@
 #include "app/standard_output.h"
 #include "model/receiver_model.h"
 #include "platform/linux/avahi_advertiser.h"
+#include "platform/linux/linux_datagram_sockets.h"
 #include "platform/linux/linux_system_info.h"
 #include "platform/portable/nlohmann_json.h"
 #include "platform/posix/line_input.h"
-#include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/posix_process_end.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
@@ -113,7 +113,7 @@ int run(const DemoArguments& arguments) {
     const auto print = [&output](const std::string& line) { output.print(line); };
     RealRuntime runtime(loop);
     MemoryMIDI midi(runtime, seconds(0.0005));
-    PosixDatagramSockets sockets;
+    LinuxDatagramSockets sockets;
     PosixStreamSockets streams;
     AvahiAdvertiser advertiser;
     const TourSystemInfo tourComputer(computer, arguments.tour ? freePort(sockets) : 0);

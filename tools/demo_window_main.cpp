@@ -4,9 +4,9 @@
 #include "app/standard_output.h"
 #include "model/receiver_model.h"
 #include "platform/linux/avahi_advertiser.h"
+#include "platform/linux/linux_datagram_sockets.h"
 #include "platform/linux/linux_system_info.h"
 #include "platform/portable/nlohmann_json.h"
-#include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/posix_process_end.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/termination_signals.h"
@@ -60,7 +60,7 @@ int run(const DemoArguments& arguments, int count, char** values) {
     RealRuntime runtime(loop);
     introduceProgram(identifier, text);
     MemoryMIDI midi(runtime, seconds(0.0005));
-    PosixDatagramSockets sockets;
+    LinuxDatagramSockets sockets;
     PosixStreamSockets streams;
     AvahiAdvertiser advertiser;
 

@@ -1,15 +1,16 @@
 // lumbrine: the receiver with its window and its status icon.
+#include "app/check_service.h"
 #include "app/command_line.h"
 #include "app/qt/desktop_run.h"
 #include "app/receiver_ending.h"
 #include "app/standard_output.h"
 #include "platform/linux/avahi_advertiser.h"
+#include "platform/linux/linux_datagram_sockets.h"
 #include "platform/linux/linux_system_info.h"
 #include "platform/linux/midi_backend.h"
 #include "platform/linux/xdg_autostart.h"
 #include "platform/portable/nlohmann_json.h"
 #include "platform/portable/no_accessibility.h"
-#include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/posix_process_end.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/termination_signals.h"
@@ -17,6 +18,7 @@
 #include <QApplication>
 #include <cstdio>
 #include <span>
+#include <utility>
 
 namespace lumbrine {
 namespace {
@@ -70,16 +72,18 @@ int run(int count, char** arguments) {
     RealRuntime runtime(loop);
     introduceProgram(identifier, text);
     const std::unique_ptr<MIDIServices> midi = backend.services(runtime, [&begin] { begin(); });
-    PosixDatagramSockets sockets;
+    LinuxDatagramSockets sockets;
     PosixStreamSockets streams;
     AvahiAdvertiser advertiser;
     NlohmannJSON json(text);
     NoAccessibility accessibility;
     XdgAutostart autostart(XdgAutostart::Place::of(system));
     LoginItem loginItem(autostart, text, print);
-    ReceiverApp app(
-        ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text, print),
-        loginItem, text);
+    auto model =
+        ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text, print);
+    const std::uint16_t port = model->port();
+    ReceiverApp app(std::move(model), loginItem, text);
+    const CheckService checks(loop, port, [&app] { return &app.published(); });
     DesktopRun{loop, runtime, process, streams, app, instance, identifier, begin, end}.run();
     return 0;
 }

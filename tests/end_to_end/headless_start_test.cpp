@@ -70,15 +70,23 @@ TEST(HeadlessStart, ServesItsClientWithoutAnyMIDI) {
     EXPECT_TRUE(answers(receiver));
 }
 
-TEST(HeadlessStart, GoesOnWhenAnotherProgramHasItsPort) {
+TEST(HeadlessStart, EndsWithStatusOneWhenAnotherProgramHasItsPort) {
     const PrivateJack jack;
     const PortHolder other;
-    const ReceiverProcess receiver({.port = other.port()});
-    ASSERT_TRUE(receiver.logs("Bonjour"));
+    ReceiverProcess receiver({.port = other.port()});
+    EXPECT_EQ(receiver.process.wait(interop::patience), 1);
     EXPECT_THAT(receiver.log(), Contains("✗ UDP failed: bind: Address already in use"));
-    HostPorts host("Lumbrine");
-    host.send(Bytes{0x90, 0x00, 0x00});
-    EXPECT_TRUE(host.hears({{0x90, 0x00, 0x7F}}));
+    EXPECT_THAT(receiver.log(),
+                Contains(StartsWith("lumbrine-headless: UDP port " + std::to_string(other.port()) + " is taken by ")));
+}
+
+TEST(HeadlessStart, LeavesThePortToTheReceiverThatHasIt) {
+    const ReceiverProcess first({.jack = noJack});
+    ReceiverProcess second({.port = first.port, .jack = noJack});
+    EXPECT_EQ(second.process.wait(interop::patience), 1);
+    EXPECT_THAT(second.log(), Contains(HasSubstr("is taken by lumbrine-headless (process " +
+                                                 std::to_string(first.process.id()) + ")")));
+    EXPECT_TRUE(answers(first));
 }
 
 TEST(HeadlessStart, WritesEachLineIntoAPipeAtOnce) {
@@ -110,7 +118,7 @@ TEST(HeadlessStart, WritesEachLineIntoAPipeAtOnce) {
 TEST(HeadlessStart, AnswersQuestionsAboutItself) {
     const CommandResult help = runCommand({headlessProgram, "--help"});
     EXPECT_EQ(help.status, 0);
-    EXPECT_THAT(help.output, StartsWith("Usage: lumbrine-headless\n"));
+    EXPECT_THAT(help.output, StartsWith("Usage: lumbrine-headless [--check]\n"));
     for (const char* variable : {"QV_PORT", "QV_NO_BONJOUR", "QV_DEBUG", "LANGUAGE"})
         EXPECT_THAT(help.output, HasSubstr(variable));
     const CommandResult version = runCommand({headlessProgram, "--version"});
