@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstring>
 #include <system_error>
 #include <utility>
@@ -13,6 +14,13 @@ namespace lumbrine {
 namespace {
 
 constexpr Duration retryDelay = seconds(0.001); // keeps a socket that fails at once from using a whole core
+
+constexpr int refusalsThatCount = 3; // a single one may be about one peer
+
+// What a Mac returns without the permission for the local network, and what a firewall's rule or a missing way does.
+bool isRefusal(int sendResult) {
+    return sendResult == -EHOSTUNREACH || sendResult == -ENETUNREACH || sendResult == -EPERM || sendResult == -EACCES;
+}
 
 bool sameAddress(const PeerAddress& one, const PeerAddress& other) {
     return one.length == other.length && std::memcmp(one.storage.data(), other.storage.data(), one.length) == 0;
@@ -76,6 +84,7 @@ void UDPServer::handleDatagram(ByteView bytes, const PeerAddress& from) {
     if (isFromReceiver(bytes)) return;
     namePeer(from);
     if (peerIsSelf) return;
+    heard = true;
     std::optional<Ownership> ownership;
     {
         const Lock lock(peersLock);
@@ -97,8 +106,9 @@ void UDPServer::refuse() {
 }
 
 void UDPServer::namePeer(const PeerAddress& from) {
-    if (!peer.key.empty() && sameAddress(peer.address, from)) return;
-    peer.address = from;
+    const bool isSame = !peer.key.empty() && sameAddress(peer.address, from);
+    peer.address = from; // the same peer may have spoken to another address of this computer
+    if (isSame) return;
     std::string& portText = peer.key; // reuses the key's storage
     sockets.name(from, peer.ip, portText);
     peer.key.insert(0, 1, ':').insert(0, peer.ip);
@@ -132,7 +142,19 @@ void UDPServer::broadcast(ByteView bytes) {
 }
 
 void UDPServer::sendTo(const PeerAddress& to, ByteView bytes) {
-    if (sockets.send(fd, bytes, to) < 0) ++unsent;
+    const int result = sockets.send(fd, bytes, to);
+    if (result < 0) ++unsent;
+    if (isRefusal(result)) {
+        countRefusal(result);
+    } else {
+        refusedInARow = 0;
+    }
+}
+
+void UDPServer::countRefusal(int result) {
+    if (!heard.exchange(false) || ++refusedInARow < refusalsThatCount) return;
+    refusedInARow = 0;
+    if (onSendingRefused) onSendingRefused(-result);
 }
 
 std::vector<std::string> UDPServer::connectedIPs() {

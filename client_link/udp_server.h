@@ -43,6 +43,11 @@ public:
     // onDatagram. On the receive thread, with no lock held. Set it before `start`.
     std::function<void(const std::string& by, const std::string& from)> onTakeOver;
 
+    // Called when the system sends nothing while datagrams arrive, because of a firewall or a missing permission: when
+    // it has refused to send three times, with a datagram received before each. Called again for each further three.
+    // The argument is an errno value. On the thread that sends, with no lock held. Set it before `start`.
+    std::function<void(int error)> onSendingRefused;
+
     // Opens, configures and binds the socket and starts the receive thread. After a failure, the server neither
     // receives nor sends. Call once.
     std::expected<void, UDPError> start();
@@ -84,12 +89,15 @@ private:
     void refuse();
     void namePeer(const PeerAddress& from);
     void sendTo(const PeerAddress& to, ByteView bytes);
+    void countRefusal(int result);
 
     Runtime& runtime;
     DatagramSockets& sockets;
     std::atomic<int> fd{-1};
     std::atomic<bool> running{false};
     std::atomic<std::uint64_t> unsent{0};
+    std::atomic<bool> heard{false}; // since the last refusal: without a network, nothing is heard either
+    std::atomic<int> refusedInARow{0};
 
     Mutex peersLock; // sends and the callback happen outside it
     PeerTable peers LUMBRINE_GUARDED_BY(peersLock);

@@ -112,7 +112,7 @@ public:
     Phone(VirtualRuntime& runtime, VirtualNetwork& network, const std::string& address, std::uint16_t fromPort)
         : sockets(network.host(address)), fd(sockets.open()) {
         EXPECT_GE(sockets.bind(fd, fromPort), 0);
-        EXPECT_TRUE(sockets.resolve("192.168.1.7", port, receiver));
+        speakTo("192.168.1.7");
         thread = runtime.startThread("phone", [this] { listen(); });
     }
     ~Phone() {
@@ -123,16 +123,23 @@ public:
     Phone(const Phone&) = delete;
     Phone& operator=(const Phone&) = delete;
 
+    // Where it sends to from now on: an address of the receiver.
+    void speakTo(const std::string& address) { EXPECT_TRUE(sockets.resolve(address, port, receiver)); }
+
     void send(const Bytes& bytes) { sockets.send(fd, bytes, receiver); }
 
     std::vector<Bytes> heard;
+    std::string answeredBy; // "host" of the last one
 
 private:
     void listen() {
         std::array<std::uint8_t, 2048> buffer{};
         PeerAddress from;
-        for (int size = 0; (size = sockets.receive(fd, buffer, from)) >= 0;)
+        for (int size = 0; (size = sockets.receive(fd, buffer, from)) >= 0;) {
             heard.emplace_back(buffer.begin(), buffer.begin() + size);
+            std::string portText;
+            sockets.name(from, answeredBy, portText);
+        }
     }
 
     DatagramSockets& sockets;
@@ -193,6 +200,21 @@ TEST_F(UDPServerReceiving, BroadcastsToTheOwnerAlone) {
     runtime.runUntilIdle();
     EXPECT_THAT(phone.heard, ElementsAre(news));
     EXPECT_THAT(tablet.heard, ElementsAre(busy));
+}
+
+TEST_F(UDPServerReceiving, AnswersFromTheAddressThatThePhoneSpokeToLast) {
+    network.addAddress("192.168.1.7", "10.0.0.7");
+    phone.speakTo("10.0.0.7");
+    sendFrom(phone, touch);
+    server.broadcast(news);
+    runtime.runUntilIdle();
+    EXPECT_EQ(phone.answeredBy, "::ffff:10.0.0.7");
+
+    phone.speakTo("192.168.1.7");
+    sendFrom(phone, touch);
+    server.broadcast(news);
+    runtime.runUntilIdle();
+    EXPECT_EQ(phone.answeredBy, "::ffff:192.168.1.7");
 }
 
 TEST_F(UDPServerReceiving, DeliversADatagramOf2048BytesWhole) {

@@ -145,6 +145,52 @@ TEST_F(UDPServerTable, CountsDatagramsThatAFullSocketDrops) {
     EXPECT_EQ(server.unsentDatagrams(), 3u);
 }
 
+// ---- A system that refuses to send
+
+class UDPServerRefused : public UDPServerTable {
+protected:
+    UDPServerRefused() {
+        server.onSendingRefused = [this](int error) { told.push_back(error); };
+    }
+
+    // The phone speaks, and the system's answer to what the server then sends is this.
+    void exchange(int sendResult) {
+        from(phonePeer, touch);
+        sockets.sendResult = sendResult;
+        server.broadcast(news);
+    }
+
+    std::vector<int> told;
+};
+
+TEST_F(UDPServerRefused, IsToldAtTheThirdTimeInARow) {
+    exchange(-EHOSTUNREACH);
+    exchange(-EHOSTUNREACH);
+    EXPECT_THAT(told, IsEmpty());
+    exchange(-EHOSTUNREACH);
+    EXPECT_THAT(told, ElementsAre(EHOSTUNREACH));
+    exchange(-EPERM);
+    exchange(-EPERM);
+    exchange(-EPERM);
+    EXPECT_THAT(told, ElementsAre(EHOSTUNREACH, EPERM));
+}
+
+TEST_F(UDPServerRefused, IsNotToldWhenSomethingIsSentMeanwhile) {
+    for (const int result : {-EPERM, -EPERM, 0, -EPERM, -EPERM, -EAGAIN, -EPERM, -EPERM})
+        exchange(result);
+    EXPECT_THAT(told, IsEmpty());
+}
+
+TEST_F(UDPServerRefused, IsNotToldWhileNothingArrives) {
+    exchange(-ENETUNREACH);
+    exchange(-ENETUNREACH);
+    for (int i = 0; i < 100; ++i)
+        server.broadcast(news);
+    EXPECT_THAT(told, IsEmpty());
+    exchange(-ENETUNREACH);
+    EXPECT_THAT(told, ElementsAre(ENETUNREACH));
+}
+
 // ---- Addresses
 
 TEST_F(UDPServerTable, ListsTheAddressOfEachLivePeerOnce) {

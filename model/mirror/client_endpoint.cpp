@@ -1,6 +1,7 @@
 #include "model/mirror/client_endpoint.h"
 
 #include <cassert>
+#include <system_error>
 #include <utility>
 
 namespace lumbrine {
@@ -31,6 +32,7 @@ void ClientEndpoint::listen(Handler handler) {
     udp = std::make_unique<UDPServer>(runtime, sockets, port);
     udp->onDatagram = std::move(handler);
     udp->onTakeOver = [this](const std::string& by, const std::string& from) { logTakeOver(by, from); };
+    udp->onSendingRefused = [this](int error) { logRefusal(error); };
     if (const auto started = udp->start()) {
         const std::string where = std::to_string(port);
         published.health.udp = {.state = State::up};
@@ -47,6 +49,16 @@ void ClientEndpoint::logTakeOver(const std::string& by, const std::string& from)
     if (now - takeOverLoggedAt < betweenTakeOvers) return;
     takeOverLoggedAt = now;
     log.say("→ " + by + " took over from " + from, "→ 操作が " + from + " から " + by + " に移りました");
+}
+
+void ClientEndpoint::logRefusal(int error) {
+    const std::string why = std::generic_category().message(error);
+    log.sayOnceAMinute("✗ This computer does not let answers to the iOS app out (" + why +
+                           "). Check its firewall; on a Mac allow Lumbrine in System Settings ▸ Privacy & Security ▸ "
+                           "Local Network",
+                       "✗ iOS アプリへの応答がこのコンピュータから送信できません（" + why +
+                           "）。ファイアウォールを確認してください。Mac では、システム設定 ▸ "
+                           "プライバシーとセキュリティ ▸ ローカルネットワーク で Lumbrine を許可してください");
 }
 
 void ClientEndpoint::advertise() {

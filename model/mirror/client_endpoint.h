@@ -45,6 +45,7 @@ public:
 private:
     void listen(Handler handler);
     void logTakeOver(const std::string& by, const std::string& from);
+    void logRefusal(int error);
     void advertise();
     void noteAnnouncement(const std::optional<std::string>& name);
 

@@ -76,6 +76,28 @@ TEST_F(ClientEndpointTest, LogsWhoTookOverFromWhomOnceASecond) {
     endpoint.close();
 }
 
+TEST_F(ClientEndpointTest, LogsOnceAMinuteThatAnswersAreNotLetOut) {
+    endpoint.startUDPAndBonjour([this](ByteView, const Sender& sender) { endpoint.send(news, sender.key); });
+    lines.clear();
+    world.network.fail("192.168.1.2", VirtualNetwork::Call::send, EHOSTUNREACH);
+    const auto speaks = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            phone.send(touch);
+            world.runtime.runUntilIdle();
+        }
+    };
+    speaks(2);
+    EXPECT_THAT(lines, IsEmpty());
+    speaks(10);
+    EXPECT_THAT(lines, ElementsAre("✗ This computer does not let answers to the iOS app out (No route to host). Check "
+                                   "its firewall; on a Mac allow Lumbrine in System Settings ▸ Privacy & Security ▸ "
+                                   "Local Network"));
+    world.runtime.runFor(1min);
+    speaks(3);
+    EXPECT_THAT(lines, testing::SizeIs(2));
+    endpoint.close();
+}
+
 TEST_F(ClientEndpointTest, IsClosedWithoutHavingBeenOpened) {
     endpoint.close();
     endpoint.broadcast(news);

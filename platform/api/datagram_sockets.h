@@ -15,6 +15,10 @@ namespace lumbrine {
 struct PeerAddress {
     alignas(8) std::array<std::uint8_t, 128> storage{};
     std::uint32_t length = 128; // never more
+
+    // The address of this computer that the peer sent to, as the system returned it; all zero when it is not known. A
+    // computer with several networks answers from it, since a peer may discard what comes from another address.
+    std::array<std::uint8_t, 64> spokenTo{};
 };
 
 // A call that returns int returns a negative errno value when it fails.
@@ -38,9 +42,10 @@ public:
     virtual bool isOwnAddress(int fd, const PeerAddress& address) = 0;
 
     // Waits for one datagram and returns the number of bytes stored: 0 for an empty datagram. A datagram that is longer
-    // than the buffer is truncated. Any thread.
+    // than the buffer is truncated. `from.spokenTo` tells where the sender sent it to. Any thread.
     virtual int receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) = 0;
 
+    // Sends from the address `to.spokenTo`, or from one that the system chooses when that is not known or has gone.
     // Never waits, neither for the peer nor for the network: when the system's buffer is full, the datagram is dropped
     // and the call fails. Any thread.
     virtual int send(int fd, ByteView bytes, const PeerAddress& to) = 0;

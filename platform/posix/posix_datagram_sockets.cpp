@@ -1,5 +1,6 @@
 #include "platform/posix/posix_datagram_sockets.h"
 
+#include "platform/posix/packet_info.h"
 #include "platform/posix/system_call.h"
 
 #include <netdb.h>
@@ -18,10 +19,6 @@ namespace lumbrine {
 namespace {
 
 static_assert(sizeof(sockaddr_storage) <= sizeof(PeerAddress::storage));
-
-sockaddr* systemAddress(PeerAddress& address) {
-    return reinterpret_cast<sockaddr*>(address.storage.data());
-}
 
 const sockaddr* systemAddress(const PeerAddress& address) {
     return reinterpret_cast<const sockaddr*>(address.storage.data());
@@ -47,10 +44,29 @@ in6_addr mappedLoopback() {
     return host;
 }
 
+// Sends from the address that the peer spoke to.
+int sendAnswer(int fd, ByteView bytes, const PeerAddress& to) {
+    PacketInfo info;
+    iovec content{const_cast<std::uint8_t*>(bytes.data()), bytes.size()};
+    msghdr message{};
+    message.msg_name = const_cast<std::uint8_t*>(to.storage.data());
+    message.msg_namelen = to.length;
+    message.msg_iov = &content;
+    message.msg_iovlen = 1;
+    info.sendWith(message, to.spokenTo);
+    for (;;) {
+        const auto sent = ::sendmsg(fd, &message, MSG_DONTWAIT);
+        if (sent >= 0) return static_cast<int>(sent);
+        if (errno != EINTR) return -errno;
+    }
+}
+
 } // namespace
 
 int PosixDatagramSockets::open() {
-    return orError(::socket(AF_INET6, SOCK_DGRAM, 0));
+    const int fd = orError(::socket(AF_INET6, SOCK_DGRAM, 0));
+    if (fd >= 0) setReportsOwnAddress(fd); // a system that cannot leaves `spokenTo` unknown
+    return fd;
 }
 
 int PosixDatagramSockets::setReuseAddress(int fd) {
@@ -91,17 +107,32 @@ bool PosixDatagramSockets::isOwnAddress(int fd, const PeerAddress& address) {
 int PosixDatagramSockets::receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) {
     if (isShutDown(fd)) return -ESHUTDOWN;
     for (;;) {
-        socklen_t length = sizeof from.storage;
-        const auto received = ::recvfrom(fd, buffer.data(), buffer.size(), 0, systemAddress(from), &length);
+        PacketInfo info;
+        iovec content{buffer.data(), buffer.size()};
+        msghdr message{};
+        message.msg_name = from.storage.data();
+        message.msg_namelen = sizeof from.storage;
+        message.msg_iov = &content;
+        message.msg_iovlen = 1;
+        info.receiveWith(message);
+        const auto received = ::recvmsg(fd, &message, 0);
         const int failure = received < 0 ? errno : 0;
         if (isShutDown(fd)) return -ESHUTDOWN; // what arrived may be the datagram that shutDown sends to wake us
-        from.length = length;
-        if (failure == 0) return static_cast<int>(received);
+        if (failure == 0) {
+            from.length = message.msg_namelen;
+            from.spokenTo = PacketInfo::sentTo(message);
+            return static_cast<int>(received);
+        }
         if (failure != EINTR) return -failure;
     }
 }
 
 int PosixDatagramSockets::send(int fd, ByteView bytes, const PeerAddress& to) {
+    if (to.spokenTo != OwnAddress{}) {
+        const int sent = sendAnswer(fd, bytes, to);
+        if (sent >= 0 || sent == -EAGAIN || sent == -ENOBUFS) return sent;
+        // That address is not ours any more, or none to send from: a broadcast. Systems have several errors for it.
+    }
     for (;;) {
         const auto sent = ::sendto(fd, bytes.data(), bytes.size(), MSG_DONTWAIT, systemAddress(to), to.length);
         if (sent >= 0) return static_cast<int>(sent);

@@ -102,6 +102,32 @@ TEST_F(PosixDatagramSocketsTest, AnswersToTheAddressADatagramCameFrom) {
     EXPECT_EQ(sender.receive(), (Bytes{0x01, 0x7F}));
 }
 
+TEST_F(PosixDatagramSocketsTest, AnswersFromTheAddressThatADatagramWasSentTo) {
+    const std::string second = "127.0.0.2"; // the system would choose 127.0.0.1
+    if (sender.sendTo(receiver, second, Bytes{1}) < 0) GTEST_SKIP() << "this computer has one IPv4 address only";
+    receiver.receive();
+    ASSERT_EQ(sockets.send(receiver.fd, Bytes{2}, receiver.from), 1);
+    EXPECT_EQ(sender.receive(), Bytes{2});
+    EXPECT_EQ(sender.senderName(), "::ffff:127.0.0.2:" + std::to_string(receiver.port()));
+
+    ASSERT_EQ(sender.sendTo(receiver, ipv6Loopback, Bytes{3}), 1);
+    receiver.receive();
+    ASSERT_EQ(sockets.send(receiver.fd, Bytes{4}, receiver.from), 1);
+    EXPECT_EQ(sender.receive(), Bytes{4});
+    EXPECT_EQ(sender.senderName(), "::1:" + std::to_string(receiver.port()));
+}
+
+TEST_F(PosixDatagramSocketsTest, AnswersFromAnotherAddressWhenThatOneHasGone) {
+    EXPECT_EQ(sender.sendTo(receiver, ipv4Loopback, Bytes{1}), 1);
+    receiver.receive();
+    PeerAddress peer = receiver.from;
+    peer.spokenTo[15] = 9;
+    peer.spokenTo[12] = 192; // 192.0.0.9 is nobody's (RFC 6890, section 2.2.2)
+    ASSERT_EQ(sockets.send(receiver.fd, Bytes{2}, peer), 1);
+    EXPECT_EQ(sender.receive(), Bytes{2});
+    EXPECT_EQ(sender.senderName(), "::ffff:127.0.0.1:" + std::to_string(receiver.port()));
+}
+
 TEST_F(PosixDatagramSocketsTest, GivesEqualAddressBytesForEqualPeers) {
     sender.sendTo(receiver, ipv4Loopback, Bytes{1});
     receiver.receive();

@@ -59,4 +59,13 @@ std::optional<VirtualAddress> unpack(const PeerAddress& address) {
                           static_cast<std::uint16_t>(bytes[0] << 8 | bytes[1])};
 }
 
+void setSpokenTo(PeerAddress& peer, const std::string& host) {
+    peer.spokenTo = {};
+    std::copy_n(host.begin(), std::min(host.size(), peer.spokenTo.size()), peer.spokenTo.begin());
+}
+
+std::string spokenTo(const PeerAddress& peer) {
+    return {peer.spokenTo.begin(), std::ranges::find(peer.spokenTo, 0)};
+}
+
 } // namespace lumbrine

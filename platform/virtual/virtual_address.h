@@ -24,4 +24,8 @@ bool isLoopback(const std::string& host);
 PeerAddress pack(const VirtualAddress& address);
 std::optional<VirtualAddress> unpack(const PeerAddress& address);
 
+// The host that PeerAddress::spokenTo names, in dual-stack form; empty when it names none.
+void setSpokenTo(PeerAddress& peer, const std::string& host);
+std::string spokenTo(const PeerAddress& peer);
+
 } // namespace lumbrine

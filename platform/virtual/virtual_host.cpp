@@ -14,7 +14,11 @@ constexpr std::size_t largestDatagram = 65507; // bytes of UDP payload: 65535 le
 } // namespace
 
 VirtualNetwork::Host::Host(VirtualNetwork& network, std::string address)
-    : network(network), address(std::move(address)) {}
+    : network(network), addresses{std::move(address)} {}
+
+bool VirtualNetwork::Host::hasAddress(const std::string& address) const {
+    return std::ranges::find(addresses, address) != addresses.end();
+}
 
 void VirtualNetwork::Host::fail(Call call, int error) {
     failures[static_cast<std::size_t>(call)] = error;
@@ -69,7 +73,7 @@ int VirtualNetwork::Host::localPort(int fd) {
 
 bool VirtualNetwork::Host::isOwnAddress(int fd, const PeerAddress& peer) {
     const auto known = unpack(peer);
-    return known && known->port == localPort(fd) && (known->host == address || isLoopback(known->host));
+    return known && known->port == localPort(fd) && (hasAddress(known->host) || isLoopback(known->host));
 }
 
 int VirtualNetwork::Host::receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) {
@@ -102,8 +106,10 @@ int VirtualNetwork::Host::send(int fd, ByteView bytes, const PeerAddress& to) {
     if (sender->port == 0) sender->port = freePort(); // as the system does for a socket that was not bound
     const bool toItself = isLoopback(peer->host);
     Host* const receiver = toItself ? this : network.find(peer->host);
+    const std::string wanted = spokenTo(to);
+    const std::string& from = toItself ? peer->host : hasAddress(wanted) ? wanted : addresses.front();
     if (receiver == this || (receiver != nullptr && reachable && receiver->reachable))
-        network.carry(pack({toItself ? peer->host : address, sender->port}), *receiver, peer->port, bytes);
+        network.carry({from, sender->port}, *receiver, *peer, bytes);
     // UDP reports success even if nobody receives the datagram.
     return static_cast<int>(bytes.size());
 }

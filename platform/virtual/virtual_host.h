@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace lumbrine {
 
@@ -20,7 +21,9 @@ public:
     void fail(Call call, int error);
     void cutOff(bool isCutOff) { reachable = !isCutOff; }
     bool isReachable() const { return reachable; }
-    void moveTo(std::string newAddress) { address = std::move(newAddress); }
+    void moveTo(std::string newAddress) { addresses.front() = std::move(newAddress); }
+    void addAddress(std::string further) { addresses.push_back(std::move(further)); }
+    bool hasAddress(const std::string& address) const;
     void loseWhatIsUnderWay();
 
     // Schedules the arrival of a datagram. It is lost when no socket has the port or the socket's queue is full.
@@ -58,7 +61,7 @@ private:
     std::uint16_t freePort();
 
     VirtualNetwork& network;
-    std::string address; // in dual-stack form
+    std::vector<std::string> addresses; // in dual-stack form; at least one
     bool reachable = true;
     std::map<int, std::shared_ptr<Socket>> sockets;
     std::array<int, 4> failures{};

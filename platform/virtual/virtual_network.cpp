@@ -25,8 +25,16 @@ DatagramSockets& VirtualNetwork::host(const std::string& address) {
 }
 
 VirtualNetwork::Host* VirtualNetwork::find(const std::string& address) {
-    const auto found = hosts.find(address);
-    return found == hosts.end() ? nullptr : found->second.get();
+    for (const auto& [first, machine] : hosts)
+        if (machine->hasAddress(address)) return machine.get();
+    return nullptr;
+}
+
+void VirtualNetwork::addAddress(const std::string& address, const std::string& further) {
+    const std::string form = dualStackForm(further).value_or(further);
+    assert(find(form) == nullptr);
+    host(address);
+    find(dualStackForm(address).value_or(address))->addAddress(form);
 }
 
 void VirtualNetwork::fail(const std::string& address, Call call, int error) {
@@ -53,7 +61,8 @@ void VirtualNetwork::forge(const std::string& fromHost, std::uint16_t fromPort, 
                            std::uint16_t toPort, ByteView bytes) {
     Host* const receiver = find(dualStackForm(toHost).value_or(toHost));
     if (receiver != nullptr && receiver->isReachable())
-        carry(pack({dualStackForm(fromHost).value_or(fromHost), fromPort}), *receiver, toPort, bytes);
+        carry({dualStackForm(fromHost).value_or(fromHost), fromPort}, *receiver,
+              {dualStackForm(toHost).value_or(toHost), toPort}, bytes);
 }
 
 void VirtualNetwork::loseWhatIsUnderWay() {
@@ -61,7 +70,7 @@ void VirtualNetwork::loseWhatIsUnderWay() {
         machine->loseWhatIsUnderWay();
 }
 
-void VirtualNetwork::carry(const PeerAddress& from, Host& receiver, std::uint16_t toPort, ByteView bytes) {
+void VirtualNetwork::carry(const VirtualAddress& from, Host& receiver, const VirtualAddress& to, ByteView bytes) {
     // The upper 53 bits fill a double's mantissa: evenly distributed over [0, 1). A fault that is off draws no number.
     const auto happens = [this](double probability) {
         return probability > 0 && static_cast<double>(runtime.random() >> 11) * 0x1p-53 < probability;
@@ -70,12 +79,14 @@ void VirtualNetwork::carry(const PeerAddress& from, Host& receiver, std::uint16_
         return Duration(runtime.random() % static_cast<std::uint64_t>(most.count() + 1));
     };
     if (happens(faults.loss)) return;
+    PeerAddress sender = pack(from);
+    setSpokenTo(sender, to.host);
     const int copies = happens(faults.duplication) ? 2 : 1;
     for (int i = 0; i < copies; ++i) {
         Duration delay = faults.latency;
         if (faults.jitter > Duration::zero()) delay += upTo(faults.jitter);
         if (happens(faults.straying)) delay += upTo(faults.detour);
-        receiver.arrive(runtime.now() + delay, toPort, from, bytes);
+        receiver.arrive(runtime.now() + delay, to.port, sender, bytes);
     }
 }
 

@@ -11,6 +11,8 @@
 
 namespace lumbrine {
 
+struct VirtualAddress;
+
 // A socket queues up to 4096 datagrams; further ones are lost. Every host also reaches itself at "127.0.0.1" and "::1".
 // Only threads of the runtime may use it, which take turns, so it needs no lock. Destroy it while none is in a call.
 class VirtualNetwork {
@@ -34,6 +36,10 @@ public:
     // IPv4-mapped form ("::ffff:192.168.1.7"), as a dual-stack socket does.
     DatagramSockets& host(const std::string& address);
 
+    // Gives the host a further address, which no host may have yet. What is sent to it arrives at the same sockets.
+    // What the host sends on its own account leaves from its first address.
+    void addAddress(const std::string& address, const std::string& further);
+
     // Makes every later call of this kind on this host return -error, an errno value; 0 lets them succeed again. A
     // receive that already waits is not affected.
     enum class Call { open, bind, receive, send };
@@ -56,7 +62,7 @@ public:
 private:
     class Host;
 
-    void carry(const PeerAddress& from, Host& receiver, std::uint16_t toPort, ByteView bytes);
+    void carry(const VirtualAddress& from, Host& receiver, const VirtualAddress& to, ByteView bytes);
     Host* find(const std::string& address);
 
     VirtualRuntime& runtime;

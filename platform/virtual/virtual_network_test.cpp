@@ -99,6 +99,37 @@ TEST_F(VirtualNetworkTest, ReachesTheSameMachineByTheLoopbackAddress) {
     end(fd);
 }
 
+TEST_F(VirtualNetworkTest, AnswersFromTheAddressThatADatagramWasSentTo) {
+    network.addAddress("192.168.1.7", "10.0.0.7");
+    const int fd = bound(desktop, serverPort);
+    server = runtime.startThread("server", [&] {
+        Bytes buffer(16);
+        PeerAddress from;
+        while (desktop.receive(fd, buffer, from) >= 0)
+            desktop.send(fd, Bytes{7}, from);
+    });
+    std::vector<std::string> answeredBy;
+    const auto answers = runtime.startThread("phone", [&] {
+        Bytes buffer(16);
+        PeerAddress from;
+        for (const std::string to : {"10.0.0.7", "192.168.1.7"}) {
+            sendFromPhone({1}, to);
+            phone.receive(phoneSocket, buffer, from);
+            std::string host, port;
+            phone.name(from, host, port);
+            answeredBy.push_back(host);
+        }
+    });
+    runtime.runUntilIdle();
+    EXPECT_EQ(answeredBy, (std::vector<std::string>{"::ffff:10.0.0.7", "::ffff:192.168.1.7"}));
+    EXPECT_TRUE(desktop.isOwnAddress(fd, [&] {
+        PeerAddress own;
+        desktop.resolve("10.0.0.7", serverPort, own);
+        return own;
+    }()));
+    end(fd);
+}
+
 TEST_F(VirtualNetworkTest, KnowsASocketsOwnAddress) {
     const int fd = bound(desktop, serverPort);
     const auto isOwn = [&](const std::string& host, std::uint16_t port) {

@@ -32,11 +32,11 @@ int openBoundSocket() {
     return fd;
 }
 
-int openClientSocket(std::uint16_t receiverPort) {
+int openClientSocket(std::uint16_t receiverPort, const char* receiverAddress) {
     const int fd = openSocket(AF_INET);
     sockaddr_in receiver{};
     receiver.sin_family = AF_INET;
-    receiver.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (::inet_pton(AF_INET, receiverAddress, &receiver.sin_addr) != 1) throw std::runtime_error("no IPv4 address");
     receiver.sin_port = htons(receiverPort);
     if (::connect(fd, reinterpret_cast<const sockaddr*>(&receiver), sizeof receiver) != 0)
         throw std::runtime_error("the socket does not connect");
@@ -67,7 +67,8 @@ std::uint16_t PortHolder::port() const {
     return ntohs(address.sin6_port);
 }
 
-ClientSocket::ClientSocket(std::uint16_t receiverPort) : fd(openClientSocket(receiverPort)) {}
+ClientSocket::ClientSocket(std::uint16_t receiverPort, const char* receiverAddress)
+    : fd(openClientSocket(receiverPort, receiverAddress)) {}
 
 ClientSocket::~ClientSocket() {
     ::close(fd);

@@ -28,10 +28,10 @@ private:
     const int fd;
 };
 
-// Sends to one port of 127.0.0.1 and receives what comes back from there. One thread.
+// Sends to one port of an address of this computer and receives what comes back from there, nothing else. One thread.
 class ClientSocket {
 public:
-    explicit ClientSocket(std::uint16_t receiverPort);
+    explicit ClientSocket(std::uint16_t receiverPort, const char* receiverAddress = "127.0.0.1");
     ~ClientSocket();
     ClientSocket(const ClientSocket&) = delete;
     ClientSocket& operator=(const ClientSocket&) = delete;

@@ -41,6 +41,12 @@ TEST_F(Owner, IsTheFirstThatSpeaksAndTheOtherIsRefused) {
     EXPECT_TRUE(answersWith(first, hello, pong));
 }
 
+TEST_F(Owner, IsAnsweredFromTheAddressItSpokeTo) {
+    ClientSocket other(receiver.port, "127.0.0.2");
+    EXPECT_TRUE(answersWith(other, hello, pong));
+    EXPECT_TRUE(answersWith(first, hello, busy));
+}
+
 TEST_F(Owner, ChangesWhenAnotherClientTakesOver) {
     ASSERT_TRUE(answersWith(first, hello, pong));
     ASSERT_TRUE(answersWith(second, hello, busy));
