@@ -26,6 +26,11 @@ const std::map<std::string, Modules>& arrows() {
                                     "model",
                                     "simulator",
                                     "remote"};
+    static const Modules fuzzed = [] {
+        Modules modules = everywhere;
+        modules.emplace_back("web");
+        return modules;
+    }();
     static const Modules processes{"base", "tests/interop"};
     static const std::map<std::string, Modules> table{
         {"base", {}},
@@ -56,7 +61,7 @@ const std::map<std::string, Modules>& arrows() {
           "simulator", "tools"}},
         {"tests/end_to_end", processes},
         {"tests/desktop", {"base", "tests/interop", "tests/end_to_end"}},
-        {"fuzz", everywhere},
+        {"fuzz", fuzzed},
         {"benchmarks",
          {"base", "platform/api", "platform/portable", "platform/posix", "platform/virtual", "surface", "client_link",
           "ptsl", "model", "simulator"}},
