@@ -6,13 +6,13 @@
 #include "tests/end_to_end/flooder.h"
 #include "tests/end_to_end/host_ports.h"
 #include "tests/end_to_end/receiver_process.h"
+#include "tests/end_to_end/resident_memory.h"
 #include "tests/interop/private_jack.h"
 
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <numeric>
 #include <random>
@@ -32,17 +32,6 @@ constexpr std::uint8_t strip = 2;
 seconds floodTime(int usual) {
     const char* wanted = std::getenv("LUMBRINE_FLOOD_SECONDS");
     return seconds(wanted != nullptr ? std::max(std::atoi(wanted), 1) : usual);
-}
-
-long residentKiB(pid_t process) {
-    std::ifstream status("/proc/" + std::to_string(process) + "/status");
-    for (std::string word; status >> word;)
-        if (word == "VmRSS:") {
-            long kib = 0;
-            status >> kib;
-            return kib;
-        }
-    return -1;
 }
 
 // Events of up to 16 random bytes.

@@ -17,6 +17,10 @@
 #include <array>
 #include <list>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace lumbrine::web {
