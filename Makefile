@@ -19,9 +19,10 @@ setup:
 build: setup
 	@scripts/build.sh release $(JOBS)
 
-# Opens the window if there is a display; otherwise draws on the terminal.
+# Opens the window if there is a display; otherwise draws on the terminal. Prints the address for browsers, too.
 run: build
-	@if [ -n "$$DISPLAY$$WAYLAND_DISPLAY" ]; then $(BIN)/lumbrine-demo-window; else $(BIN)/lumbrine-demo; fi
+	@if [ -n "$$DISPLAY$$WAYLAND_DISPLAY" ]; then program=lumbrine-demo-window; else program=lumbrine-demo; fi; \
+	    scripts/with_gateway.sh $(BIN) $$program
 
 # A tour that needs no keyboard: a scripted client moves faders, presses buttons and takes over control. Under 30 s.
 demo: build

@@ -52,6 +52,19 @@ until_there "$log" '✓ UDP listening on :52711'
 "${as_player[@]}" lumbrine-remote 127.0.0.1:52711 --timeout 10 --send hello --expect pong >/dev/null
 ends_in_order "$receiver"
 
+tell '== the page for browsers is served'
+log=/tmp/web.log
+"${as_player[@]}" QV_WEB_PORT=52781 lumbrine-web >"$log" &
+gateway=$!
+until_there "$log" '/#'
+exec 3<>/dev/tcp/127.0.0.1/52781
+printf 'GET / HTTP/1.0\r\nHost: localhost\r\n\r\n' >&3
+page=$(cat <&3)
+exec 3>&-
+[[ $page == *'<!doctype html>'* ]] || fail "no page: $page"
+[ "$(stat -c %a /home/player/.local/state/lumbrine/web-key)" = 600 ] || fail 'others can read the key'
+ends_in_order "$gateway"
+
 tell '== the window opens and its program ends'
 log=/tmp/window.log
 "${as_player[@]}" QV_PORT=52713 QV_NO_BONJOUR=1 QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR=/tmp/player lumbrine >"$log" &
