@@ -38,6 +38,19 @@ void endEventLoop() {
     [NSApp terminate:nil];
 }
 
+// While Pro Tools or a client is there: the system delays nothing, and timers are exact.
+class PromptTime {
+public:
+    explicit PromptTime(DispatchMainLoop& mainLoop) : loop(mainLoop) { loop.makeTimersExact(true); }
+    ~PromptTime() { loop.makeTimersExact(false); }
+    PromptTime(const PromptTime&) = delete;
+    PromptTime& operator=(const PromptTime&) = delete;
+
+private:
+    const LatencyCriticalActivity activity;
+    DispatchMainLoop& loop;
+};
+
 // All back ends of the receiver on a Mac.
 struct Mac {
     DispatchMainLoop loop{endEventLoop};
@@ -109,7 +122,7 @@ private:
         {mac.runtime, mac.midi, mac.sockets, mac.advertiser, mac.system, mac.streams, mac.json, mac.accessibility},
         mac.text, print);
     ReceiverApp app{model, loginItem, mac.text};
-    Promptness promptness{[] { return std::make_shared<LatencyCriticalActivity>(); }};
+    Promptness promptness{[this] { return std::make_shared<PromptTime>(mac.loop); }};
     DrawPace pace{mac.runtime, [this] { draw(); }};
     WakeHandling wake{
         mac.runtime,

@@ -3,12 +3,19 @@
 #include <pthread.h>
 #include <sched.h>
 
+#include <chrono>
 #include <string>
 
 namespace lumbrine {
 
 void nameThisThread(std::string_view name) {
     pthread_setname_np(pthread_self(), std::string(name.substr(0, 15)).c_str());
+}
+
+void applyUrgency(Urgency) {}
+
+void waitUntil(std::condition_variable& changed, std::unique_lock<std::mutex>& lock, TimePoint end) {
+    changed.wait_until(lock, std::chrono::steady_clock::time_point(end.time_since_epoch()));
 }
 
 struct StayOnThisCore::Before {

@@ -22,6 +22,7 @@ void runAndDestroy(void* posted) {
     (*task)();
 }
 
+// "Strict" is about the leeway: the system keeps within it.
 dispatch_source_t strictTimer(void* context, dispatch_function_t handler) {
     const dispatch_source_t timer =
         dispatch_source_create(DISPATCH_SOURCE_TYPE_TIMER, 0, DISPATCH_TIMER_STRICT, dispatch_get_main_queue());
@@ -30,9 +31,9 @@ dispatch_source_t strictTimer(void* context, dispatch_function_t handler) {
     return timer;
 }
 
-void begin(dispatch_source_t timer, Duration first, std::uint64_t interval) {
-    dispatch_source_set_timer(timer, dispatch_time(DISPATCH_TIME_NOW, first.count()), interval, 0);
-    dispatch_activate(timer);
+void set(dispatch_source_t timer, Duration first, std::uint64_t interval, bool isExact) {
+    const auto leeway = isExact ? 0 : static_cast<std::uint64_t>(first.count()) / 10;
+    dispatch_source_set_timer(timer, dispatch_time(DISPATCH_TIME_NOW, first.count()), interval, leeway);
 }
 
 struct DelayedTask {
@@ -48,27 +49,47 @@ void runDelayed(void* context) {
     delayed->task();
 }
 
-using Tick = std::function<void()>;
+// What a repeating timer calls. It lives until the system has released the timer's source. That is never during a tick,
+// even when the tick has destroyed the timer.
+class Repetition {
+public:
+    Repetition(Duration interval, std::function<void()> tick, const std::atomic<bool>& exact)
+        : source(strictTimer(this, call)), interval(std::max(interval, Duration{1})), tick(std::move(tick)),
+          exact(exact) {
+        dispatch_set_finalizer_f(source, destroy);
+        setSource();
+        dispatch_activate(source);
+    }
 
-void callTick(void* context) {
-    const AutoreleaseScope scope;
-    (*static_cast<const Tick*>(context))();
-}
+    const dispatch_source_t source;
 
-// Called when the system has released the timer. That is never during a tick, even when the tick has destroyed the
-// timer.
-void destroyTick(void* context) {
-    const AutoreleaseScope scope;
-    delete static_cast<const Tick*>(context);
-}
+private:
+    static void call(void* context) {
+        const AutoreleaseScope scope;
+        auto& self = *static_cast<Repetition*>(context);
+        if (self.isExact != self.exact) self.setSource();
+        self.tick();
+    }
+
+    static void destroy(void* context) {
+        const AutoreleaseScope scope;
+        delete static_cast<const Repetition*>(context);
+    }
+
+    void setSource() {
+        isExact = exact;
+        set(source, interval, static_cast<std::uint64_t>(interval.count()), isExact);
+    }
+
+    const Duration interval;
+    const std::function<void()> tick;
+    const std::atomic<bool>& exact; // as it is wanted
+    bool isExact = false;           // as the source is set
+};
 
 class DispatchTimer final : public RepeatingTimer {
 public:
-    DispatchTimer(Duration interval, Tick tick) : source(strictTimer(new Tick(std::move(tick)), callTick)) {
-        const Duration step = std::max(interval, Duration{1});
-        dispatch_set_finalizer_f(source, destroyTick);
-        begin(source, step, static_cast<std::uint64_t>(step.count()));
-    }
+    explicit DispatchTimer(const Repetition* repetition) : source(repetition->source) {}
 
     ~DispatchTimer() override {
         dispatch_source_cancel(source);
@@ -97,11 +118,13 @@ void DispatchMainLoop::postAfter(Duration delay, Task task) {
     auto delayed = std::make_unique<DelayedTask>();
     delayed->task = std::move(task);
     delayed->timer = strictTimer(delayed.get(), runDelayed);
-    begin(delayed.release()->timer, delay, DISPATCH_TIME_FOREVER);
+    const dispatch_source_t timer = delayed.release()->timer;
+    set(timer, delay, DISPATCH_TIME_FOREVER, exactTimers);
+    dispatch_activate(timer);
 }
 
 std::unique_ptr<RepeatingTimer> DispatchMainLoop::repeat(Duration interval, std::function<void()> tick) {
-    return std::make_unique<DispatchTimer>(interval, std::move(tick));
+    return std::make_unique<DispatchTimer>(new Repetition(interval, std::move(tick), exactTimers));
 }
 
 void DispatchMainLoop::stop() {

@@ -14,6 +14,7 @@ class DispatchMainLoopTest : public ::testing::Test {
 protected:
     DispatchMainLoopTest() {
         fakes::newDispatch();
+        loop.makeTimersExact(true);
         start = fakes::dispatchNow();
     }
     ~DispatchMainLoopTest() override {
@@ -89,6 +90,22 @@ TEST_F(DispatchMainLoopTest, ATickThatComesLateDoesNotBringTheOnesItDelayedAfter
     fakes::stallDispatch(500 * millisecond);
     fakes::runDispatch(100 * millisecond);
     EXPECT_EQ(ran, (Times{100, 650, 700}));
+}
+
+TEST_F(DispatchMainLoopTest, TimersMayBeLateByATenthUnlessTheyHaveToBeExact) {
+    loop.makeTimersExact(false);
+    loop.postAfter(seconds(0.5), note());
+    const auto timer = loop.repeat(seconds(0.2), note());
+    fakes::runDispatch(450 * millisecond);
+    EXPECT_EQ(ran, (Times{220, 420}));
+    fakes::runDispatch(150 * millisecond);
+    EXPECT_EQ(ran, (Times{220, 420, 550}));
+    loop.makeTimersExact(true);
+    fakes::runDispatch(500 * millisecond);
+    EXPECT_EQ(ran, (Times{220, 420, 550, 620, 820, 1020}));
+    loop.makeTimersExact(false);
+    fakes::runDispatch(600 * millisecond);
+    EXPECT_EQ(ran, (Times{220, 420, 550, 620, 820, 1020, 1220, 1440, 1640}));
 }
 
 TEST_F(DispatchMainLoopTest, ATickMayDestroyItsOwnTimer) {

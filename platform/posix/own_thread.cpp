@@ -1,7 +1,5 @@
 #include "platform/posix/own_thread.h"
 
-#include "platform/posix/os_thread.h"
-
 #include <utility>
 
 namespace lumbrine {
@@ -9,6 +7,7 @@ namespace lumbrine {
 OwnThread::OwnThread(std::string name, Task body)
     : thread([threadName = std::move(name), job = std::move(body)]() mutable {
           nameThisThread(threadName);
+          setUrgency(Urgency::userInteractive);
           job();
           job = Task{}; // what the body captured is destroyed on this thread, before it can be joined
       }) {}
@@ -21,8 +20,9 @@ OwnThread::~OwnThread() {
     }
 }
 
-OwnThreadQueue::OwnThreadQueue(std::string name, const std::atomic<bool>& stopping)
-    : name(std::move(name)), jobs(&stopping), thread([this] {
+OwnThreadQueue::OwnThreadQueue(std::string name, Urgency urgency, const std::atomic<bool>& stopping)
+    : name(std::move(name)), jobs(&stopping), thread([this, urgency] {
+          setUrgency(urgency);
           nameThisThread(std::string_view(this->name).substr(this->name.rfind('.') + 1));
           jobs.run();
       }) {}

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/api/runtime.h"
+#include "platform/posix/os_thread.h"
 #include "platform/posix/timed_jobs.h"
 
 #include <atomic>
@@ -12,7 +13,7 @@ namespace lumbrine {
 
 class OwnThread final : public Thread {
 public:
-    // The system shows the first 15 characters of the name.
+    // The system shows the first 15 characters of the name. The thread has the highest urgency.
     OwnThread(std::string name, Task body);
 
     // Waits for the thread to end. The body may also destroy its own thread, as its last action; then this does not
@@ -27,7 +28,7 @@ private:
 class OwnThreadQueue final : public SerialQueue {
 public:
     // Once `stopping` is true, no further job begins. `stopping` must outlive the queue.
-    OwnThreadQueue(std::string name, const std::atomic<bool>& stopping);
+    OwnThreadQueue(std::string name, Urgency urgency, const std::atomic<bool>& stopping);
     ~OwnThreadQueue() override;
 
     void post(Task task) override;

@@ -1,13 +1,30 @@
 #include "platform/posix/real_runtime.h"
 
+#include "platform/posix/os_thread.h"
 #include "platform/posix/own_thread.h"
 
-#include <chrono>
 #include <utility>
 
 namespace lumbrine {
 
-RealRuntime::RealRuntime(MainLoop& loop) : loop(loop), delays(std::make_unique<OwnThreadQueue>("delays", stopping)) {}
+namespace {
+
+Urgency urgencyOf(Priority priority) {
+    switch (priority) {
+    case Priority::utility:
+        return Urgency::utility;
+    case Priority::userInitiated:
+        return Urgency::userInitiated;
+    case Priority::normal:
+        break;
+    }
+    return Urgency::normal;
+}
+
+} // namespace
+
+RealRuntime::RealRuntime(MainLoop& loop)
+    : loop(loop), delays(std::make_unique<OwnThreadQueue>("delays", Urgency::userInitiated, stopping)) {}
 
 RealRuntime::~RealRuntime() {
     shutDown();
@@ -28,9 +45,10 @@ TimePoint RealRuntime::now() const {
 }
 
 void RealRuntime::sleepFor(Duration duration) {
-    const std::chrono::steady_clock::time_point end(TimedJobs::after(duration).time_since_epoch());
+    const TimePoint end = TimedJobs::after(duration);
     std::unique_lock lock(mutex);
-    ending.wait_until(lock, end, [this] { return stopping.load(); });
+    while (!stopping && now() < end)
+        waitUntil(ending, lock, end);
 }
 
 bool RealRuntime::onMain() const {
@@ -74,17 +92,20 @@ void RealRuntime::runOnMainAndWait(Task task) {
     if (hop->state == Hop::State::waiting) hop->state = Hop::State::abandoned;
 }
 
-void RealRuntime::background(Priority, Task task) {
-    threads.run(std::move(task));
+void RealRuntime::background(Priority priority, Task task) {
+    threads.run([urgency = urgencyOf(priority), job = std::move(task)]() mutable {
+        setUrgency(urgency);
+        job();
+    });
 }
 
 void RealRuntime::backgroundAfter(Duration delay, Task task) {
     if (delay <= Duration::zero()) return background(Priority::normal, std::move(task));
-    delays->postAfter(delay, [this, job = std::move(task)]() mutable { threads.run(std::move(job)); });
+    delays->postAfter(delay, [this, job = std::move(task)]() mutable { background(Priority::normal, std::move(job)); });
 }
 
-std::unique_ptr<SerialQueue> RealRuntime::serialQueue(std::string label, Priority) {
-    return std::make_unique<OwnThreadQueue>(std::move(label), stopping);
+std::unique_ptr<SerialQueue> RealRuntime::serialQueue(std::string label, Priority priority) {
+    return std::make_unique<OwnThreadQueue>(std::move(label), urgencyOf(priority), stopping);
 }
 
 std::unique_ptr<RepeatingTimer> RealRuntime::repeatOnMain(Duration interval, std::function<void()> tick) {

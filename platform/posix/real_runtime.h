@@ -18,7 +18,8 @@ namespace lumbrine {
 //   3. servers, queues, timers and threads are destroyed;
 //   4. the runtime is destroyed; it waits for the background jobs that still run;
 //   5. the loop is destroyed, and with it the main jobs that never ran.
-// Priorities are ignored: every job begins as soon as a core is free.
+// The urgency of a job's thread follows its priority (os_thread.h). A thread of its own is for what arrives from
+// outside and has to be served at once, so it has the highest.
 class RealRuntime final : public Runtime {
 public:
     // The loop must outlive the runtime.

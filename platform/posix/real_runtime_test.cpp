@@ -1,4 +1,5 @@
 // These tests check orders, not durations, so that they also pass on a busy machine.
+#include "platform/posix/os_thread.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 #include "platform/posix/thread_cache.h"
@@ -211,6 +212,32 @@ TEST_F(RealRuntimeTest, BeginsNothingAfterItIsShutDown) {
     runtime.backgroundAfter(1ns, [&ran, object] { ran = true; });
     queue.reset();
     EXPECT_FALSE(ran);
+}
+
+TEST_F(RealRuntimeTest, GivesEachThreadTheUrgencyOfItsWork) {
+    std::atomic<Urgency> receiver, surfaces, service, look, afterwards;
+    const auto urgent = runtime.serialQueue("com.example.urgent", Priority::userInitiated);
+    const auto patient = runtime.serialQueue("com.example.patient", Priority::utility);
+    runtime.startThread("receive", [&] { receiver = urgencyOfThisThread(); });
+    urgent->post([&] {
+        surfaces = urgencyOfThisThread();
+        patient->post([&] {
+            service = urgencyOfThisThread();
+            runtime.background(Priority::utility, [&] {
+                look = urgencyOfThisThread();
+                runtime.backgroundAfter(1ms, [&] {
+                    afterwards = urgencyOfThisThread();
+                    finish();
+                });
+            });
+        });
+    });
+    runLoop();
+    EXPECT_EQ(receiver, Urgency::userInteractive);
+    EXPECT_EQ(surfaces, Urgency::userInitiated);
+    EXPECT_EQ(service, Urgency::utility);
+    EXPECT_EQ(look, Urgency::utility);
+    EXPECT_EQ(afterwards, Urgency::normal);
 }
 
 } // namespace

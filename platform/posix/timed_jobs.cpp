@@ -1,5 +1,7 @@
 #include "platform/posix/timed_jobs.h"
 
+#include "platform/posix/os_thread.h"
+
 #include <chrono>
 #include <utility>
 
@@ -54,7 +56,7 @@ void TimedJobs::run() {
         }
         asleep = true;
         if (const auto due = delayed.nextDue()) {
-            changed.wait_until(lock, std::chrono::steady_clock::time_point(due->time_since_epoch()));
+            waitUntil(changed, lock, *due);
         } else {
             changed.wait(lock);
         }

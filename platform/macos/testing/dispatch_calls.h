@@ -37,7 +37,7 @@ namespace lumbrine::fakes {
 
 void newDispatch();
 
-// Lets time pass and runs everything that becomes due, in order.
+// Lets time pass and runs everything that becomes due, in order; timers as late as their leeway allows.
 void runDispatch(std::uint64_t nanoseconds);
 std::uint64_t dispatchNow();
 

@@ -11,6 +11,7 @@ struct FakeSource {
     dispatch_function_t finalizer = nullptr;
     std::uint64_t due = DISPATCH_TIME_FOREVER;
     std::uint64_t interval = 0;
+    std::uint64_t leeway = 0;
     bool active = false;
     bool cancelled = false;
     int references = 1;
@@ -39,10 +40,15 @@ void release(FakeSource* source) {
     delete source;
 }
 
+// A timer fires as late as it may.
+std::uint64_t latest(const FakeSource& source) {
+    return source.due == DISPATCH_TIME_FOREVER ? source.due : source.due + source.leeway;
+}
+
 FakeSource* nextDue() {
     FakeSource* next = nullptr;
     for (FakeSource* source : dispatch().sources)
-        if (source->active && !source->cancelled && (next == nullptr || source->due < next->due)) next = source;
+        if (source->active && !source->cancelled && (next == nullptr || latest(*source) < latest(*next))) next = source;
     return next;
 }
 
@@ -74,8 +80,8 @@ void newDispatch() {
 void runDispatch(std::uint64_t nanoseconds) {
     const std::uint64_t end = dispatch().now + nanoseconds;
     runJobs();
-    for (FakeSource* next = nextDue(); next != nullptr && next->due <= end; next = nextDue()) {
-        dispatch().now = std::max(dispatch().now, next->due);
+    for (FakeSource* next = nextDue(); next != nullptr && latest(*next) <= end; next = nextDue()) {
+        dispatch().now = std::max(dispatch().now, latest(*next));
         fire(next);
         runJobs();
     }
@@ -132,9 +138,9 @@ void dispatch_source_set_event_handler_f(dispatch_source_t source, dispatch_func
 
 void dispatch_source_set_timer(dispatch_source_t source, dispatch_time_t start, std::uint64_t interval,
                                std::uint64_t leeway) {
-    dispatch().strict = dispatch().strict && leeway == 0;
     source->due = start;
     source->interval = interval;
+    source->leeway = leeway;
 }
 
 void dispatch_activate(dispatch_source_t source) {
