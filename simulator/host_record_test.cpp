@@ -67,6 +67,21 @@ TEST_F(Recorded, NothingIsShownToASurfaceThatHearsNothing) {
     EXPECT_EQ(record.banks.back().offset, 8);
 }
 
+TEST_F(Recorded, ShownDuringADialogIsWhatTheStripsHadWhenItOpened) {
+    bench.host.cut(0, true);
+    bench.host.bank(BankButton::bankRight);
+    bench.runFor(Duration::zero());
+    recorder.take();
+    bench.host.setDialog("Save?");
+    bench.host.bank(BankButton::bankLeft);
+    bench.host.cut(0, false);
+    bench.runFor(Duration::zero());
+    const std::vector<ShownTrack> shown = recorder.take().shown;
+    ASSERT_EQ(shown.size(), 8u);
+    EXPECT_EQ(shown[0].text, "T09");
+    EXPECT_EQ(shown[0].track, 9);
+}
+
 TEST_F(Recorded, BankChangesSayWhetherASurfacePressed) {
     recorder.take();
     recorder.messagesLeft(TimePoint{} + seconds(3));

@@ -61,9 +61,11 @@ SurfacePicture SimulatedHUIHost::picture(int surface) const {
 
 SurfacePicture SimulatedHUIHost::livePicture(int surface) const {
     SurfacePicture picture;
-    for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip)
-        if (const SimulatedTrack* track = session.find(trackOn(surface, strip)))
-            paintStrip(picture, surface, strip, *track);
+    for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip) {
+        const int id = trackOn(surface, strip);
+        picture.tracks[static_cast<std::size_t>(strip)] = id;
+        if (const SimulatedTrack* track = session.find(id)) paintStrip(picture, surface, strip, *track);
+    }
     paintGlobals(picture, surface);
     return picture;
 }

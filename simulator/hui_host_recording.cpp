@@ -19,12 +19,12 @@ void SimulatedHUIHost::recordBank() {
     recorder->bank(bankOffset, tracks);
 }
 
-// While a dialog is on the screen the displays keep what they had before, whatever the strips have now.
 void SimulatedHUIHost::recordShown(int surface, const SurfacePicture& picture) {
-    if (recorder == nullptr || dialog) return;
+    if (recorder == nullptr) return;
     for (int strip = 0; strip < hui_address::stripCountOfSurface; ++strip) {
-        const DisplayText& text = picture.displays[static_cast<std::size_t>(strip)];
-        recorder->show(surface * hui_address::stripCountOfSurface + strip, trackOn(surface, strip),
+        const auto index = static_cast<std::size_t>(strip);
+        const DisplayText& text = picture.displays[index];
+        recorder->show(surface * hui_address::stripCountOfSurface + strip, picture.tracks[index],
                        {text.begin(), text.end()});
     }
 }

@@ -28,6 +28,7 @@ struct SurfacePicture {
         counter.fill(blankDigit);
     }
 
+    std::array<int, hui_address::stripCountOfSurface> tracks{}; // ids, not sent; 0: none
     std::array<DisplayText, hui_address::displayCount> displays;
     std::array<std::uint16_t, hui_address::stripCountOfSurface> faders{}; // as sent, 0-16383
     std::bitset<hui_address::stripCountOfSurface> withheldFaders;         // not to be sent now
