@@ -63,6 +63,18 @@ TEST_F(BankMovesTest, OfUnknownLengthKeepTheSurfacesUntilTheHostHasFollowed) {
     EXPECT_FALSE(bench.parts().queue.isClosed());
 }
 
+TEST_F(BankMovesTest, OfUnknownLengthKeepTheSurfacesForAsLongAsAPressMayTake) {
+    bench.learnThatTheHostIsQuick();
+    state.published.bankOffset = -1;
+    host.deaf = true;
+    bench.run(1s);
+    bench.model->bankMove(3);
+    bench.run(1099ms);
+    EXPECT_TRUE(bench.parts().queue.isClosed());
+    bench.run(100ms);
+    EXPECT_FALSE(bench.parts().queue.isClosed());
+}
+
 TEST_F(BankMovesTest, ThreeQuickTapsGoThreeBanks) {
     for (int tap = 0; tap < 3; ++tap) {
         bench.model->bankMove(3);

@@ -169,6 +169,7 @@ void SeekWorker::run() {
         if (actual >= 0) current = actual;
         hasMoved = std::exchange(from, current) != current;
     }
+    parts.moves.awaitLastPress(current, [this] { return isAskedForMore(); });
 }
 
 int SeekWorker::startOffset() const {

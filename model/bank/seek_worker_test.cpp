@@ -226,6 +226,23 @@ TEST_F(SeekTest, CorrectsAtMostThreeTimesInVain) {
     EXPECT_EQ(state.published.bankOffset, 0); // back to what the displays show
 }
 
+TEST_F(SeekTest, KeepsTheSurfacesWhileItsLastPressMayBeOnItsWay) {
+    host.deaf = true;
+    worker.seekBank(8);
+    bench.run(990ms + 1099ms);
+    EXPECT_TRUE(bench.parts().queue.isClosed());
+    bench.run(30ms);
+    EXPECT_FALSE(bench.parts().queue.isClosed());
+}
+
+TEST_F(SeekTest, EndsAtOnceWhenItsLastPressHasLedElsewhere) {
+    worker.seekBank(8);
+    bench.run(50ms);
+    bench.surfaceA.name(0, "????"); // tells no position
+    bench.run(330ms);
+    EXPECT_FALSE(bench.parts().queue.isClosed());
+}
+
 TEST_F(SeekTest, CorrectsAPositionThatWasBelievedWrongly) {
     state.published.bankOffset = 8; // the displays show the first tracks
     worker.seekBank(8);

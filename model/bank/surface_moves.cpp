@@ -129,7 +129,7 @@ int SurfaceMoves::ledTo(int from, BankStep step, BankLayout& session) {
 
 void SurfaceMoves::awaitEffect(const std::function<bool()>& enough) {
     shortQuietWait(enough);
-    const auto isOpen = [&] { return displays.age() > sincePress() && sincePress() < displays.longestReaction(); };
+    const auto isOpen = [&] { return displays.age() > sincePress() && sincePress() < HostReaction::longest; };
     for (auto polls = reactionPolls; polls > 0 && isOpen(); --polls) {
         if (enough()) return;
         runtime.sleepFor(quietPoll);
@@ -153,6 +153,16 @@ int SurfaceMoves::arrival(int target, const std::function<bool()>& enough) {
     return shown;
 }
 
+void SurfaceMoves::awaitLastPress(int target, const std::function<bool()>& enough) {
+    const auto isOpen = [&] {
+        if (sincePress() >= HostReaction::longest) return false;
+        const int shown = shownOffset();
+        return shown >= 0 ? shown != target : displays.age() > sincePress();
+    };
+    for (auto polls = reactionPolls; polls > 0 && isOpen() && !enough(); --polls)
+        runtime.sleepFor(quietPoll);
+}
+
 TrackNames SurfaceMoves::windowAfterPress(const TrackNames& before) {
     shortQuietWait();
     TrackNames after = stableWindow();
@@ -167,7 +177,9 @@ TrackNames SurfaceMoves::windowAfterPress(const TrackNames& before) {
 }
 
 void SurfaceMoves::moveWindow(int target) {
-    moveOnce(std::clamp(target, 0, layout().maxOffset()), false);
+    const int view = std::clamp(target, 0, layout().maxOffset());
+    moveOnce(view, false);
+    awaitLastPress(view);
 }
 
 void SurfaceMoves::moveOnce(int target, bool isCorrection) {
@@ -198,6 +210,7 @@ void SurfaceMoves::returnTo(int view) {
         if (shownOffset() == view) return;
         runtime.sleepFor(beforeNextAttempt);
     }
+    awaitLastPress(view);
 }
 
 } // namespace lumbrine

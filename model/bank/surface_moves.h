@@ -57,14 +57,20 @@ public:
     // lead to multiples, or does; which is remembered. To be called once Pro Tools has had time to show it.
     int ledTo(int from, BankStep step, BankLayout& session);
 
-    // Waits for the effect of a press that leads nobody knows where: for other names, until they are still, or for as
-    // long as Pro Tools takes to show any. Returns as soon as `enough` says so.
+    // Waits for the effect of a press that leads nobody knows where: for other names, until they are still, or for
+    // 1.1 s, whatever the usual time. Returns as soon as `enough` says so.
     void awaitEffect(const std::function<bool()>& enough);
 
     // Where the presses on the way to `target` have led, -1 when the displays do not tell. Returns once all presses
     // should have shown their effect, by Pro Tools' usual time at the target and by the longest one elsewhere; or as
     // soon as `enough` says so, with -1.
     int arrival(int target, const std::function<bool()>& enough = [] { return false; });
+
+    // For the end of a job, before the client's hands are on the surfaces again: returns once the last press shows no
+    // sign of being on its way any more. It may be on its way for up to 1.1 s, however fast Pro Tools has been lately,
+    // while the displays do not show `target` or, where they do not tell, have not changed since. Returns as soon as
+    // `enough` says so.
+    void awaitLastPress(int target, const std::function<bool()>& enough = [] { return false; });
 
     // The stable window after a press, once it is another one than before; the same one after 1.1 s, whatever the usual
     // time: then it counts as the end of the session.
