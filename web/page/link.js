@@ -152,6 +152,7 @@ export class Link {
     }
 
     #refused() {
+        this.roundTrips.dismissed("hello");
         this.#letGo();
         if (this.state === "connected") this.#enter("takenOver");
         else if (this.state !== "takenOver") this.#enter("busy");

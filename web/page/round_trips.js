@@ -25,6 +25,11 @@ export class RoundTrips {
         this.#done.push({ at: now, took: now - since });
     }
 
+    /** It got another answer than that whose time counts. @param {string | number} what */
+    dismissed(what) {
+        this.#open.delete(what);
+    }
+
     forget() {
         this.#open.clear();
         this.#done = [];

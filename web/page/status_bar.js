@@ -25,6 +25,7 @@ export class StatusBar {
     element = make(
         "header",
         { class: "status" },
+        make("h1", { class: "unseen" }, "Lumbrine"),
         this.#lamp,
         this.#text,
         this.#trip,

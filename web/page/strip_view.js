@@ -71,7 +71,7 @@ export class StripView {
         this.#show(this.#keys.mute, "mute", title, strip.lights.mute);
         setText(this.#mode, shortMode(strip.mode));
         setAttribute(this.#mode, "data-mode", modeKind(strip.mode));
-        setAttribute(this.#mode, "aria-label", say("mode", title, modeName(strip.mode)));
+        setAttribute(this.#mode, "aria-label", say("mode", title, modeName(strip.mode), shortMode(strip.mode)));
         for (const pan of this.pans) pan.update(title);
         this.fader.update(title, strip.title !== "");
     }

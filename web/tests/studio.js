@@ -81,9 +81,12 @@ function freePort() {
 }
 
 export class Studio {
-    /** @type {Program} */ receiver;
-    /** @type {Program} */ gateway;
-    /** @type {string} the page's address, with the key */ address = "";
+    /** The receiver and the simulated Pro Tools. @type {Program} */
+    receiver = /** @type {any} */ (null);
+    /** @type {Program} */
+    gateway = /** @type {any} */ (null);
+    /** The page's address, with the key. */
+    address = "";
     #home = mkdtempSync(join(tmpdir(), "lumbrine-web-"));
     #udp = 0;
     #tcp = 0;
@@ -114,16 +117,30 @@ export class Studio {
     }
 
     /**
-     * What Pro Tools has of a track now, read from its list: "fader 0.500".
-     * @param {string} command
+     * The tracks that Pro Tools has now.
+     * @returns {Promise<{fader: number, mute: boolean, solo: boolean, record: boolean, name: string, hidden: boolean}[]>}
      */
-    async ask(command) {
+    async hostTracks() {
         const from = this.receiver.lines.length;
-        this.receiver.type(command);
-        this.receiver.type("help"); // its first line ends the answer
+        this.receiver.type("tracks");
+        this.receiver.type("help"); // its first line ends the list
         await this.receiver.line(/^reconnect /, from);
-        const answer = this.receiver.lines.slice(from);
-        return answer.slice(0, answer.findIndex((line) => line.startsWith("reconnect ")));
+        const rows = this.receiver.lines.slice(from).map((line) => line.match(/^ *\d+ {2}(\d\.\d+) {2}(....) {2}\w+ +(.*)$/));
+        return rows
+            .filter((row) => row !== null)
+            .map(([, fader, flags, name]) => ({
+                fader: Number(fader),
+                mute: flags[0] === "M",
+                solo: flags[1] === "S",
+                record: flags[2] === "R",
+                name: name.replace("  (hidden)", ""),
+                hidden: name.endsWith("  (hidden)"),
+            }));
+    }
+
+    /** Those that the surfaces show, in their order. */
+    async shownTracks() {
+        return (await this.hostTracks()).filter((track) => !track.hidden);
     }
 
     async close() {
@@ -135,3 +152,17 @@ export class Studio {
 export const phone = { viewport: { width: 390, height: 844 }, deviceScaleFactor: 3, isMobile: true, hasTouch: true };
 
 export const launch = () => chromium.launch({ executablePath: "/usr/bin/chromium", args: ["--no-sandbox"] });
+
+/**
+ * The page in this context, in control and with the session's tracks.
+ * @param {import("playwright-core").BrowserContext} context @param {Studio} studio
+ */
+export async function openPage(context, studio, { takesOver = false } = {}) {
+    const page = await context.newPage();
+    page.setDefaultTimeout(10_000);
+    page.on("pageerror", (error) => console.error(`the page failed: ${error.stack}`));
+    await page.goto(studio.address);
+    if (takesOver) await page.locator(".take-over").tap();
+    await page.locator('.status[data-state="good"]').waitFor();
+    return page;
+}
