@@ -11,7 +11,7 @@ JOBS ?= $(shell nproc)
 BIN := build/release/bin
 
 .DEFAULT_GOAL := build
-.PHONY: setup build run demo test bench simulate fuzz mutants coverage check format screenshots package check-package
+.PHONY: setup build run demo test test-web bench simulate fuzz mutants coverage check format screenshots package check-package
 
 setup:
 	@scripts/setup.sh
@@ -31,6 +31,10 @@ demo: build
 # Two tests per processor, because most tests spend their time waiting.
 test: build
 	@ctest --preset release -j $$((2 * $(JOBS)))
+
+# The page in a browser, also what takes minutes: lost networks, a large session.
+test-web: build
+	@LUMBRINE_BIN=$(BIN) web/tests/run.sh browser/*.test.js
 
 bench: build
 	@scripts/bench.sh $(BIN)
@@ -67,3 +71,4 @@ format: setup
 # Takes the pictures for the README from the running programs.
 screenshots: build
 	@scripts/screenshots.sh $(BIN)
+	@LUMBRINE_BIN=$(BIN) node web/tests/pictures.js docs/images

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# check.sh [JOBS]: the checks that run no test of behaviour: format, the tidy tests, the packaging, the Mac build,
-# clang-tidy.
+# check.sh [JOBS]: the checks that run no test of behaviour: format, the tidy tests, the types and the codec
+# of the page for browsers, the packaging, the Mac build, clang-tidy.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 jobs=${1:-$(nproc)}
@@ -11,6 +11,10 @@ git ls-files '*.h' '*.cpp' '*.mm' | xargs -r clang-format-19 --dry-run --Werror
 echo '== tidy tests'
 scripts/build.sh release "$jobs" --target tidy_tests
 build/release/bin/tidy_tests --gtest_brief=1
+
+echo '== page for browsers'
+node web/node_modules/typescript/bin/tsc -p web
+node --test web/tests
 
 echo '== packaging'
 scripts/lint_packaging.sh

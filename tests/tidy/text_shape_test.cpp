@@ -13,7 +13,7 @@ std::ptrdiff_t widthOf(const std::string& line) {
 }
 
 std::vector<SourceFile> everything() {
-    return projectFiles({".h", ".cpp", ".mm", ".sh", ".py", "CMakeLists.txt", ".cmake", "Makefile"});
+    return projectFiles({".h", ".cpp", ".mm", ".js", ".css", ".sh", ".py", "CMakeLists.txt", ".cmake", "Makefile"});
 }
 
 TEST(TextShape, NoLineIsLongerThan120Characters) {

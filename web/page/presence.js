@@ -28,7 +28,8 @@ export function keepScreenOn() {
 }
 
 /**
- * Two tabs of one browser have the same token, so that the receiver would take them for one device: the newest is in use.
+ * Two tabs of one browser have the same token, so that the receiver would take them for one device: only the newest is
+ * in use.
  * @param {() => void} onOther another tab has been opened, or taken into use
  * @returns call it to take this one into use
  */

@@ -23,7 +23,12 @@ export class TrackRowView {
     #title = make("span", { class: "title" });
     #detail = make("span", { class: "detail" });
     #number = make("span", { class: "number" });
-    #name = make("button", { type: "button", class: "jump" }, this.#title, this.#detail);
+    #name = make(
+        "button",
+        { type: "button", class: "jump", "aria-description": say("jump") },
+        this.#title,
+        this.#detail,
+    );
     #mode = make("span", { class: "mode" });
     #solo = button("", "S", "key solo");
     #mute = button("", "M", "key mute");
@@ -100,7 +105,6 @@ export class TrackRowView {
         setAttribute(this.#mode, "data-mode", modeKind(mode));
         setAttribute(this.#mode, "title", modeName(mode));
         setStyle(this.element, "--track", row?.color ?? "transparent");
-        setAttribute(this.#name, "aria-label", say("jump", title));
         setAttribute(this.#tick, "aria-label", say("member", title, group));
         setAttribute(this.#tick, "aria-pressed", isMember);
         setText(this.#tick, isMember ? group : "");

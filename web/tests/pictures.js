@@ -35,10 +35,10 @@ async function takePictures() {
         }
 }
 
-/** Something to see: a mute, a solo, an armed track, a group, and music. @param {import("playwright-core").Page} page */
+/** Something to see: lights and music. @param {import("playwright-core").Page} page */
 async function prepare(page) {
-    for (const command of ["play", "mute 4", "solo 2", "arm 3", "select 5", "monitor 3", "comment 2 Beta 52, inside"])
+    for (const command of ["play", "mute 4", "solo 2", "arm 3", "select 5", "monitor 3"])
         studio.receiver.type(command);
     await page.locator('.strip:nth-child(4) .mute[data-light="on"]').waitFor();
-    await page.locator('.strip:nth-child(3) .record[data-light="on"], .strip:nth-child(3) .record[data-light="blinking"]').waitFor();
+    await page.locator('.strip:nth-child(3) .record[aria-pressed="true"]').waitFor();
 }

@@ -8,8 +8,9 @@ import { join } from "node:path";
 import { createInterface } from "node:readline";
 import { chromium } from "playwright-core";
 
-/** @typedef {import("playwright-core").Page} Page */
-/** @typedef {import("playwright-core").BrowserContextOptions} BrowserContextOptions */
+/**
+ * @typedef {{fader: number, mute: boolean, solo: boolean, record: boolean, name: string, hidden: boolean}} HostTrack
+ */
 
 const bin = process.env.LUMBRINE_BIN ?? new URL("../../build/release/bin", import.meta.url).pathname;
 
@@ -111,21 +112,22 @@ export class Studio {
 
     async startGateway() {
         const options = ["--port", String(this.#tcp), "--receiver", `127.0.0.1:${this.#udp}`];
-        this.gateway = new Program("lumbrine-web", options, { HOME: this.#home, XDG_STATE_HOME: "", XDG_CONFIG_HOME: "" });
+        this.gateway = new Program("lumbrine-web", options, { HOME: this.#home, XDG_STATE_HOME: this.#home });
         const [, key] = await this.gateway.line(/http:\/\/.*\/#(\w{26})/);
         this.address = `http://127.0.0.1:${this.#tcp}/#${key}`;
     }
 
     /**
      * The tracks that Pro Tools has now.
-     * @returns {Promise<{fader: number, mute: boolean, solo: boolean, record: boolean, name: string, hidden: boolean}[]>}
+     * @returns {Promise<HostTrack[]>}
      */
     async hostTracks() {
         const from = this.receiver.lines.length;
         this.receiver.type("tracks");
         this.receiver.type("help"); // its first line ends the list
         await this.receiver.line(/^reconnect /, from);
-        const rows = this.receiver.lines.slice(from).map((line) => line.match(/^ *\d+ {2}(\d\.\d+) {2}(....) {2}\w+ +(.*)$/));
+        const trackLine = /^ *\d+ {2}(\d\.\d+) {2}(....) {2}\w+ +(.*)$/;
+        const rows = this.receiver.lines.slice(from).map((line) => line.match(trackLine));
         return rows
             .filter((row) => row !== null)
             .map(([, fader, flags, name]) => ({

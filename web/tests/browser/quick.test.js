@@ -45,7 +45,7 @@ async function valueOf(number, on = page) {
     return Number(await faderOf(number, on).getAttribute("aria-valuenow"));
 }
 
-/** @param {number} index of a shown track @param {(track: Awaited<ReturnType<Studio["shownTracks"]>>[0]) => boolean} check */
+/** @param {number} index of a shown track @param {(track: import("../studio.js").HostTrack) => boolean} check */
 const untilHost = (index, check) =>
     until(`track ${index} of Pro Tools`, async () => check((await studio.shownTracks())[index]));
 
@@ -240,8 +240,9 @@ test("every control has a role, a name and a value, in both views and both sheet
 /** @param {string} where */
 async function findsNothing(where) {
     const found = await page.evaluate(async () => {
+        /** @type {import("axe-core").AxeResults} */
         const { violations } = await Reflect.get(window, "axe").run();
-        return violations.map((/** @type {any} */ rule) => `${rule.id}: ${rule.nodes[0].html} ${rule.nodes[0].failureSummary}`);
+        return violations.map(({ id, nodes: [{ html, failureSummary }] }) => `${id}: ${html} ${failureSummary}`);
     });
     assert.deepEqual(found, [], where);
 }
