@@ -11,7 +11,8 @@ JOBS ?= $(shell nproc)
 BIN := build/release/bin
 
 .DEFAULT_GOAL := build
-.PHONY: setup build run demo test test-web bench simulate fuzz mutants coverage check format screenshots package check-package
+.PHONY: setup build run demo test bench simulate fuzz mutants coverage check format screenshots package check-package \
+    test-web
 
 setup:
 	@scripts/setup.sh

@@ -28,7 +28,8 @@ std::vector<SourceFile> projectFiles(const std::vector<std::string>& endings) {
     for (auto entry = fs::recursive_directory_iterator(top); entry != fs::recursive_directory_iterator(); ++entry) {
         const std::string name = entry->path().filename().string();
         const bool atTheTop = entry.depth() == 0;
-        const bool isForeign = atTheTop ? name == "build" || name == ".git" || name == ".cache" : name == "node_modules";
+        const bool isForeign =
+            (atTheTop && (name == "build" || name == ".git" || name == ".cache")) || name == "node_modules";
         if (entry->is_directory() && isForeign) {
             entry.disable_recursion_pending();
             continue;

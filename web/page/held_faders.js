@@ -52,7 +52,10 @@ export class HeldFaders {
         else this.#timers.delete(strip);
     }
 
-    /** Replaces what this strip's timer was to do. @param {number} strip @param {number} delay @param {() => void} job */
+    /**
+     * Replaces what this strip's timer was to do.
+     * @param {number} strip @param {number} delay @param {() => void} job
+     */
     #later(strip, delay, job) {
         clearTimeout(this.#timers.get(strip));
         this.#timers.set(strip, setTimeout(job, delay));

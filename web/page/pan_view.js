@@ -1,6 +1,6 @@
 // @ts-check
 // One side of a strip's pan: a line with eleven places, as the ring around a V-Pot. A drag or key asks for a place; the
-// line shows where Pro Tools has it. V-Pots turn one side at a time, so touching the other one asks for that side first.
+// line shows where Pro Tools has it. V-Pots turn one side at a time: touching the other one asks for that side first.
 import { panModeToggle, panSeek, ringCentre, ringRight } from "./commands.js";
 import { make, setAttribute, setStyle } from "./dom.js";
 import { dragging } from "./drag.js";
