@@ -1,10 +1,8 @@
-// For views of the activity log: the marker of each line, and how the lines on the screen have to change.
+// For views of the activity log: the marker of each line.
 #pragma once
 
 #include <cstddef>
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace lumbrine {
 
@@ -17,13 +15,5 @@ struct MarkedLine {
     std::size_t length; // of the symbol in bytes; 0 when there is none
 };
 MarkedLine markerOf(std::string_view line);
-
-// The smallest change from the lines on the screen to those of the log: remove the first `gone` lines, keep the rest,
-// and append the lines of the log from `firstNew` on.
-struct LogChange {
-    std::size_t gone;
-    std::size_t firstNew;
-};
-LogChange changeBetween(const std::vector<std::string>& onScreen, const std::vector<std::string>& log);
 
 } // namespace lumbrine

@@ -38,53 +38,5 @@ TEST(LogMarker, IsAbsentElsewhere) {
     }
 }
 
-using Lines = std::vector<std::string>;
-
-Lines applied(Lines onScreen, const Lines& log) {
-    const LogChange change = changeBetween(onScreen, log);
-    onScreen.erase(onScreen.begin(), onScreen.begin() + static_cast<std::ptrdiff_t>(change.gone));
-    onScreen.insert(onScreen.end(), log.begin() + static_cast<std::ptrdiff_t>(change.firstNew), log.end());
-    return onScreen;
-}
-
-TEST(LogChange, IsNothingForAnUnchangedLog) {
-    const LogChange change = changeBetween({"a", "b"}, {"a", "b"});
-    EXPECT_EQ(change.gone, 0u);
-    EXPECT_EQ(change.firstNew, 2u);
-}
-
-TEST(LogChange, AddsWhatIsNew) {
-    const LogChange change = changeBetween({"a", "b"}, {"a", "b", "c"});
-    EXPECT_EQ(change.gone, 0u);
-    EXPECT_EQ(change.firstNew, 2u);
-    EXPECT_EQ(changeBetween({}, {"a"}).firstNew, 0u);
-}
-
-TEST(LogChange, DropsWhatHasScrolledOut) {
-    const LogChange change = changeBetween({"a", "b", "c"}, {"b", "c", "d", "e"});
-    EXPECT_EQ(change.gone, 1u);
-    EXPECT_EQ(change.firstNew, 2u);
-}
-
-TEST(LogChange, ReplacesAllWhenNothingIsLeft) {
-    const LogChange change = changeBetween({"a", "b"}, {"c", "d"});
-    EXPECT_EQ(change.gone, 2u);
-    EXPECT_EQ(change.firstNew, 0u);
-}
-
-TEST(LogChange, EndsAtTheLogWhateverRepeatsItself) {
-    const std::vector<Lines> logs{{},
-                                  {"a"},
-                                  {"a", "a"},
-                                  {"a", "a", "a"},
-                                  {"a", "b", "a"},
-                                  {"b", "a", "b"},
-                                  {"a", "b", "a", "b", "a"},
-                                  {"b", "b", "a"}};
-    for (const Lines& before : logs)
-        for (const Lines& after : logs)
-            EXPECT_EQ(applied(before, after), after);
-}
-
 } // namespace
 } // namespace lumbrine

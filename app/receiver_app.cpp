@@ -1,5 +1,6 @@
 #include "app/receiver_app.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace lumbrine {
@@ -22,8 +23,13 @@ int bankMoveKind(ScreenAction action) {
 
 } // namespace
 
-ReceiverApp::ReceiverApp(std::shared_ptr<ReceiverModel> model, LoginItem& loginItem, Bilingual text)
-    : text(text), model(std::move(model)), loginItem(loginItem), loginOn(loginItem.isEnabled()) {}
+ReceiverApp::ReceiverApp(std::shared_ptr<ReceiverModel> receiver, LoginItem& loginItem, Bilingual text,
+                         Surroundings surroundings)
+    : text(text), model(std::move(receiver)), loginItem(loginItem), surroundings(std::move(surroundings)),
+      loginOn(loginItem.isEnabled()) {
+    recordNewLines();
+    model->onChange([this] { changed(); });
+}
 
 ReceiverApp::~ReceiverApp() {
     release();
@@ -31,7 +37,21 @@ ReceiverApp::~ReceiverApp() {
 
 void ReceiverApp::connect(Shell desktopShell) {
     shell = std::move(desktopShell);
-    if (model) model->onChange(shell.refresh);
+}
+
+void ReceiverApp::changed() {
+    recordNewLines();
+    shell.refresh();
+}
+
+void ReceiverApp::recordNewLines() {
+    const PublishedState& now = state();
+    if (recorded == now.linesLogged) return;
+    const std::string time = surroundings.timeOfDay();
+    const std::uint64_t fresh = std::min<std::uint64_t>(now.linesLogged - recorded, now.logLines.size());
+    for (std::size_t i = now.logLines.size() - static_cast<std::size_t>(fresh); i < now.logLines.size(); ++i)
+        record.add(time, now.logLines[i]);
+    recorded = now.linesLogged;
 }
 
 void ReceiverApp::windowAppeared() {

@@ -2,10 +2,12 @@
 // menu from it, and performs the user's actions. It uses no toolkit; the shell owns windows and icons.
 #pragma once
 
+#include "app/log_record.h"
 #include "app/login_item.h"
 #include "app/receiver_screen.h"
 #include "model/receiver_model.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -22,8 +24,13 @@ public:
         std::function<void()> quit;       // ends the program after the current action has returned
     };
 
+    // What the program knows of its surroundings.
+    struct Surroundings {
+        std::function<std::string()> timeOfDay = [] { return std::string(); }; // "14:03:59"
+    };
+
     // Does not start the model; windowAppeared does.
-    ReceiverApp(std::shared_ptr<ReceiverModel> model, LoginItem& loginItem, Bilingual text);
+    ReceiverApp(std::shared_ptr<ReceiverModel> model, LoginItem& loginItem, Bilingual text, Surroundings surroundings);
     ~ReceiverApp();
     ReceiverApp(const ReceiverApp&) = delete;
     ReceiverApp& operator=(const ReceiverApp&) = delete;
@@ -42,7 +49,7 @@ public:
     // The current contents; after `release`, the contents at that time.
     ReceiverView view() const { return receiverView(state(), text); }
     StatusMenu menu() const { return statusMenu(state(), loginOn, text); }
-    const std::vector<std::string>& logLines() const { return state().logLines; }
+    const std::vector<LogRow>& logRows() const { return record.rows(); }
     const PublishedState& published() const { return state(); }
 
     // Gives up the model, for the end of the program. Afterwards actions do nothing.
@@ -52,11 +59,16 @@ public:
 
 private:
     const PublishedState& state() const { return model ? model->published() : lastState; }
+    void changed();
+    void recordNewLines();
     void toggleLaunchAtLogin();
 
     std::shared_ptr<ReceiverModel> model;
     PublishedState lastState; // the model's state at the time of `release`
     LoginItem& loginItem;
+    const Surroundings surroundings;
+    LogRecord record;
+    std::uint64_t recorded = 0; // of PublishedState::linesLogged
     Shell shell{[] {}, [] {}, [] {}};
     bool loginOn; // the state that the toggle shows
 };

@@ -21,7 +21,7 @@ protected:
     FakeLoginService service;
     std::vector<std::string> printed;
     LoginItem item{service, Bilingual(false), [this](const std::string& line) { printed.push_back(line); }};
-    ReceiverApp app{bench.model, item, Bilingual(false)};
+    ReceiverApp app{bench.model, item, Bilingual(false), {.timeOfDay = [] { return "14:03:59"; }}};
     int opened = 0;
     int refreshes = 0;
     int quits = 0;
@@ -31,7 +31,7 @@ TEST_F(ReceiverAppTest, StartsTheModelWhenTheWindowAppears) {
     EXPECT_THAT(bench.computer.published, IsEmpty());
     app.windowAppeared();
     EXPECT_THAT(bench.computer.published, testing::SizeIs(1));
-    EXPECT_THAT(app.logLines(), testing::SizeIs(3));
+    EXPECT_THAT(app.logRows(), testing::SizeIs(3));
 }
 
 TEST_F(ReceiverAppTest, StartsNothingAgainWhenTheWindowIsReopened) {
@@ -41,7 +41,7 @@ TEST_F(ReceiverAppTest, StartsNothingAgainWhenTheWindowIsReopened) {
     app.windowAppeared();
     bench.run(1s);
     EXPECT_THAT(bench.computer.published, testing::SizeIs(1));
-    EXPECT_THAT(app.logLines(), testing::SizeIs(3));
+    EXPECT_THAT(app.logRows(), testing::SizeIs(3));
     EXPECT_THAT(bench.surfaceA.presence.takeBytes(), IsEmpty());
 }
 
@@ -72,7 +72,7 @@ TEST_F(ReceiverAppTest, ReconnectsToProTools) {
 }
 
 TEST_F(ReceiverAppTest, DoesWhatNeedsNoShellBeforeOneIsConnected) {
-    ReceiverApp shellless(bench.model, item, Bilingual(false));
+    ReceiverApp shellless(bench.model, item, Bilingual(false), {});
     for (const ScreenAction action :
          {ScreenAction::showWindow, ScreenAction::launchAtLogin, ScreenAction::quit, ScreenAction::testSweep})
         shellless.perform(action);
@@ -92,7 +92,7 @@ TEST_F(ReceiverAppTest, LeavesWindowsAndTheEndToTheShell) {
 TEST_F(ReceiverAppTest, TellsTheShellAboutChanges) {
     app.tell("a line");
     EXPECT_EQ(refreshes, 1);
-    EXPECT_THAT(app.logLines(), ElementsAre("a line"));
+    EXPECT_THAT(app.logRows(), ElementsAre(LogRow{1, "14:03:59", "a line"}));
 }
 
 TEST_F(ReceiverAppTest, ShowsTheStateOfTheModel) {
@@ -116,7 +116,7 @@ TEST_F(ReceiverAppTest, SwitchesLaunchingAtLogin) {
 
 TEST_F(ReceiverAppTest, BeginsWithTheStateOfTheLoginService) {
     service.enabled = true;
-    const ReceiverApp other(bench.model, item, Bilingual(false));
+    const ReceiverApp other(bench.model, item, Bilingual(false), {});
     EXPECT_TRUE(other.menu().items[5].on);
 }
 
@@ -126,7 +126,7 @@ TEST_F(ReceiverAppTest, FallsBackToTheRealStateWhenTheSwitchFails) {
     EXPECT_FALSE(loginToggle().on);
     EXPECT_EQ(refreshes, 1); // so that the shell shows it
     EXPECT_THAT(printed, ElementsAre("Failed to toggle login item: Read-only file system"));
-    EXPECT_THAT(app.logLines(), IsEmpty());
+    EXPECT_THAT(app.logRows(), IsEmpty());
 }
 
 TEST_F(ReceiverAppTest, KeepsShowingTheLastStateWhenTheModelHasGone) {
@@ -135,7 +135,7 @@ TEST_F(ReceiverAppTest, KeepsShowingTheLastStateWhenTheModelHasGone) {
     EXPECT_EQ(app.release(), bench.model);
     EXPECT_EQ(app.release(), nullptr);
     EXPECT_EQ(app.view().address.address, "192.168.1.2");
-    EXPECT_THAT(app.logLines(), ElementsAre("the last line"));
+    EXPECT_THAT(app.logRows(), ElementsAre(LogRow{1, "14:03:59", "the last line"}));
     for (const ScreenAction action : {ScreenAction::reconnect, ScreenAction::bankBack, ScreenAction::testSweep,
                                       ScreenAction::showWindow, ScreenAction::launchAtLogin, ScreenAction::quit})
         app.perform(action);
@@ -143,7 +143,7 @@ TEST_F(ReceiverAppTest, KeepsShowingTheLastStateWhenTheModelHasGone) {
     app.tell("nobody writes this down");
     app.connect({.openWindow = [this] { ++opened; }, .refresh = [] {}, .quit = [this] { ++quits; }});
     app.perform(ScreenAction::showWindow);
-    EXPECT_THAT(app.logLines(), ElementsAre("the last line"));
+    EXPECT_THAT(app.logRows(), ElementsAre(LogRow{1, "14:03:59", "the last line"}));
     EXPECT_EQ(opened + quits + service.changes, 0);
     refreshes = 0;
     bench.model->appendLog("nobody looks");
@@ -151,7 +151,7 @@ TEST_F(ReceiverAppTest, KeepsShowingTheLastStateWhenTheModelHasGone) {
 }
 
 TEST_F(ReceiverAppTest, IsToldOfNoChangeOnceItHasGone) {
-    ReceiverApp{bench.model, item, Bilingual(false)}.connect(
+    ReceiverApp{bench.model, item, Bilingual(false), {}}.connect(
         {.openWindow = {}, .refresh = [this] { ++refreshes; }, .quit = {}});
     refreshes = 0;
     bench.model->appendLog("nobody looks");

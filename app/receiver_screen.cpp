@@ -1,5 +1,7 @@
 #include "app/receiver_screen.h"
 
+#include "app/diagnosis.h"
+
 #include <algorithm>
 #include <cmath>
 #include <ranges>
@@ -146,7 +148,8 @@ ReceiverView receiverView(const PublishedState& published, const Bilingual& text
                                                           : waiting(text)},
             .client = {.ok = published.iosConnected,
                        .title = "iPhone / iPad",
-                       .detail = published.iosClientDesc.empty() ? waiting(text) : published.iosClientDesc},
+                       .detail = published.iosClientDesc.empty() ? waiting(text)
+                                                                 : withPlainAddresses(published.iosClientDesc)},
             .notice = notConnectedNotice(published, text),
             .reconnect = reconnectButton(text),
             .address = {.symbol = Symbol::network,
@@ -168,7 +171,8 @@ StatusMenu statusMenu(const PublishedState& published, bool loginOn, const Bilin
     const std::string proTools =
         "Pro Tools: " +
         (published.huiConnected ? text("Connected (ping ", "接続中 (ping ") + ping + ")" : waiting(text));
-    const std::string client = "iPhone / iPad: " + (published.iosConnected ? published.iosClientDesc : waiting(text));
+    const std::string client =
+        "iPhone / iPad: " + (published.iosConnected ? withPlainAddresses(published.iosClientDesc) : waiting(text));
     return {.symbol = Symbol::sliders,
             .opacity = published.huiConnected ? linkedOpacity : unlinkedOpacity,
             .spoken = "Lumbrine — " + proTools,

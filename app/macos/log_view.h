@@ -1,6 +1,8 @@
 // The activity log in the window. For Objective-C++ files only.
 #pragma once
 
+#include "app/log_record.h"
+
 #import <AppKit/AppKit.h>
 
 #include <string>
@@ -16,14 +18,14 @@ public:
 
     NSView* _Nonnull view() const { return scroller; }
 
-    void show(const std::vector<std::string>& lines);
+    void show(const std::vector<LogRow>& rows);
 
 private:
     bool atTheEnd() const;
 
     NSScrollView* const _Nonnull scroller = [NSTextView scrollableTextView];
     NSTextView* const _Nonnull text;
-    std::vector<std::string> shown;
+    std::vector<LogRow> shown;
 };
 
 } // namespace lumbrine

@@ -28,20 +28,34 @@ NSColor* colorOf(LogMarker marker) {
     return NSColor.labelColor;
 }
 
-NSAttributedString* shownLine(const std::string& line) {
+// The text of a row before its line.
+std::string timeColumn(const LogRow& row) {
+    return row.time.empty() ? std::string() : row.time + "  ";
+}
+
+NSUInteger lengthOf(const LogRow& row) {
+    return shownText(timeColumn(row)).length + shownText(row.line).length + 1;
+}
+
+NSAttributedString* shownRow(const LogRow& row) {
     NSDictionary* const plain = @{
-        NSFontAttributeName : [NSFont systemFontOfSize:NSFont.smallSystemFontSize],
+        NSFontAttributeName : [NSFont monospacedDigitSystemFontOfSize:NSFont.smallSystemFontSize
+                                                               weight:NSFontWeightRegular],
         NSForegroundColorAttributeName : NSColor.labelColor,
     };
-    NSString* const whole = shownText(line); // empty when the line is not UTF-8
-    NSMutableAttributedString* const text =
-        [[NSMutableAttributedString alloc] initWithString:[whole stringByAppendingString:@"\n"] attributes:plain];
-    const MarkedLine marked = markerOf(line);
-    const auto lengthOf = [&line](std::size_t from, std::size_t size) {
-        return shownText(std::string_view(line).substr(from, size)).length;
+    NSString* const time = shownText(timeColumn(row));
+    NSString* const line = shownText(row.line); // empty when the line is not UTF-8
+    NSString* const whole = [[time stringByAppendingString:line] stringByAppendingString:@"\n"];
+    NSMutableAttributedString* const text = [[NSMutableAttributedString alloc] initWithString:whole attributes:plain];
+    [text addAttribute:NSForegroundColorAttributeName
+                 value:NSColor.secondaryLabelColor
+                 range:NSMakeRange(0, time.length)];
+    const MarkedLine marked = markerOf(row.line);
+    const auto lengthIn = [&row](std::size_t from, std::size_t size) {
+        return shownText(std::string_view(row.line).substr(from, size)).length;
     };
-    const NSRange sign = NSMakeRange(lengthOf(0, marked.begin), lengthOf(marked.begin, marked.length));
-    if (NSMaxRange(sign) <= whole.length)
+    const NSRange sign = NSMakeRange(time.length + lengthIn(0, marked.begin), lengthIn(marked.begin, marked.length));
+    if (NSMaxRange(sign) <= time.length + line.length)
         [text addAttribute:NSForegroundColorAttributeName value:colorOf(marked.marker) range:sign];
     return text;
 }
@@ -62,20 +76,24 @@ bool LogView::atTheEnd() const {
     return NSMaxY(scroller.contentView.bounds) >= NSMaxY(text.frame) - nearTheEnd;
 }
 
-void LogView::show(const std::vector<std::string>& lines) {
-    const LogChange change = changeBetween(shown, lines);
-    if (change.gone == 0 && change.firstNew == lines.size()) return;
+void LogView::show(const std::vector<LogRow>& rows) {
+    if (rows == shown) return;
+    const RowChange change = changeBetween(shown, rows);
     const bool follows = atTheEnd();
     NSTextStorage* const storage = text.textStorage;
     NSUInteger gone = 0;
     for (std::size_t i = 0; i < change.gone; ++i)
-        gone += shownText(shown[i]).length + 1;
+        gone += lengthOf(shown[i]);
+    NSUInteger kept = 0;
+    for (std::size_t i = 0; i < change.kept; ++i)
+        kept += lengthOf(rows[i]);
     [storage beginEditing];
     [storage deleteCharactersInRange:NSMakeRange(0, gone)];
-    for (std::size_t i = change.firstNew; i < lines.size(); ++i)
-        [storage appendAttributedString:shownLine(lines[i])];
+    [storage deleteCharactersInRange:NSMakeRange(kept, storage.length - kept)];
+    for (std::size_t i = change.kept; i < rows.size(); ++i)
+        [storage appendAttributedString:shownRow(rows[i])];
     [storage endEditing];
-    shown = lines;
+    shown = rows;
     if (follows) [text scrollToEndOfDocument:nil];
 }
 

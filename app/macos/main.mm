@@ -51,6 +51,16 @@ private:
     DispatchMainLoop& loop;
 };
 
+std::string timeOfDay() {
+    static NSDateFormatter* const formatter = [] {
+        NSDateFormatter* const made = [[NSDateFormatter alloc] init];
+        made.locale = [NSLocale localeWithLocaleIdentifier:@"en_US_POSIX"];
+        made.dateFormat = @"HH:mm:ss";
+        return made;
+    }();
+    return [formatter stringFromDate:[NSDate date]].UTF8String;
+}
+
 // All back ends of the receiver on a Mac.
 struct Mac {
     DispatchMainLoop loop{endEventLoop};
@@ -121,7 +131,7 @@ private:
     const std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
         {mac.runtime, mac.midi, mac.sockets, mac.advertiser, mac.system, mac.streams, mac.json, mac.accessibility},
         mac.text, print);
-    ReceiverApp app{model, loginItem, mac.text};
+    ReceiverApp app{model, loginItem, mac.text, {.timeOfDay = timeOfDay}};
     Promptness promptness{[this] { return std::make_shared<PromptTime>(mac.loop); }};
     DrawPace pace{mac.runtime, [this] { draw(); }};
     WakeHandling wake{

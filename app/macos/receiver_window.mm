@@ -127,7 +127,7 @@ void ReceiverWindow::update() {
     notice.hidden = !view.notice.shown;
     setText(address, view.address.address);
     [strips show:view.strips named:view.stripsName];
-    log.show(app.logLines());
+    log.show(app.logRows());
 }
 
 } // namespace lumbrine

@@ -6,6 +6,7 @@
 #include "app/receiver_ending.h"
 
 #include <QApplication>
+#include <QTime>
 #include <cstdio>
 #include <cstdlib>
 
@@ -49,6 +50,10 @@ void DesktopRun::run() {
     loop.post([this] { end(); });
     loop.run();
     end = [] {};
+}
+
+ReceiverApp::Surroundings surroundings() {
+    return {.timeOfDay = [] { return QTime::currentTime().toString(QStringLiteral("HH:mm:ss")).toStdString(); }};
 }
 
 void introduceProgram(const QString& identifier, Bilingual text) {

@@ -38,14 +38,14 @@ LogView::LogView(QWidget* parent) : QPlainTextEdit(parent) {
     document()->setDocumentMargin(6);
 }
 
-void LogView::display(const std::vector<std::string>& log) {
-    if (log == lines) return;
-    const LogChange change = changeBetween(lines, log);
+void LogView::display(const std::vector<LogRow>& log) {
+    if (log == rows) return;
+    const RowChange change = changeBetween(rows, log);
     const bool following = isFollowing();
-    dropLines(change.gone);
-    for (std::size_t i = change.firstNew; i < log.size(); ++i)
-        addLine(log[i]);
-    lines = log;
+    dropFirst(change.gone);
+    dropFrom(change.kept);
+    for (std::size_t i = change.kept; i < log.size(); ++i)
+        add(log[i]);
     if (following) follow();
 }
 
@@ -57,44 +57,63 @@ void LogView::follow() {
     verticalScrollBar()->setValue(verticalScrollBar()->maximum());
 }
 
-// The scroll bar counts screen rows, and a wrapped log line takes several. Moving the bar by the removed rows keeps the
+// The scroll bar counts screen rows, and a wrapped line takes several. Moving the bar by the removed ones keeps the
 // visible lines in place.
-void LogView::dropLines(std::size_t count) {
+void LogView::dropFirst(std::size_t count) {
     if (count == 0) return;
-    int rows = 0;
+    int removed = 0;
     QTextCursor cursor(document());
     for (std::size_t i = 0; i < count; ++i) {
-        rows += cursor.block().lineCount();
+        removed += cursor.block().lineCount();
         cursor.movePosition(QTextCursor::NextBlock, QTextCursor::KeepAnchor);
     }
-    if (count >= lines.size()) cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+    if (count >= rows.size()) cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
     const int before = verticalScrollBar()->value();
     cursor.removeSelectedText();
-    verticalScrollBar()->setValue(before - rows);
-    lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(count));
+    verticalScrollBar()->setValue(before - removed);
+    rows.erase(rows.begin(), rows.begin() + static_cast<std::ptrdiff_t>(count));
 }
 
-void LogView::addLine(const std::string& line) {
+void LogView::dropFrom(std::size_t first) {
+    if (first >= rows.size()) return;
+    QTextCursor cursor(document());
+    if (first > 0) {
+        cursor.setPosition(document()->findBlockByNumber(static_cast<int>(first) - 1).position());
+        cursor.movePosition(QTextCursor::EndOfBlock);
+    }
+    cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+    cursor.removeSelectedText();
+    rows.resize(first);
+}
+
+void LogView::add(const LogRow& row) {
+    const std::string& line = row.line;
     const MarkedLine marked = markerOf(line);
     QTextCursor cursor(document());
     cursor.movePosition(QTextCursor::End);
-    if (!lines.empty()) cursor.insertBlock();
+    if (!rows.empty()) cursor.insertBlock();
+    const Colours colours(palette());
     const QTextCharFormat plain;
+    if (!row.time.empty()) {
+        QTextCharFormat soft;
+        soft.setForeground(colours.secondary);
+        cursor.insertText(shown(row.time) + QStringLiteral("  "), soft);
+    }
     if (marked.length > 0) {
         QTextCharFormat coloured;
-        coloured.setForeground(Colours(palette()).of(marked.marker));
+        coloured.setForeground(colours.of(marked.marker));
         coloured.setFontWeight(QFont::Bold);
         cursor.insertText(oneLine(line.substr(0, marked.begin)), plain);
         cursor.insertText(oneLine(line.substr(marked.begin, marked.length)), coloured);
     }
     cursor.insertText(oneLine(line.substr(marked.begin + marked.length)), plain);
-    lines.push_back(line);
+    rows.push_back(row);
 }
 
 void LogView::changeEvent(QEvent* event) {
     QPlainTextEdit::changeEvent(event);
     if (event->type() != QEvent::PaletteChange) return; // otherwise: the colours of all lines have changed
-    const std::vector<std::string> log = std::exchange(lines, {});
+    const std::vector<LogRow> log = std::exchange(rows, {});
     clear();
     display(log);
 }

@@ -1,8 +1,9 @@
 // The activity log: plain text that the user can select and copy, with the marker of each line in its colour.
 #pragma once
 
+#include "app/log_record.h"
+
 #include <QPlainTextEdit>
-#include <string>
 #include <vector>
 
 namespace lumbrine {
@@ -12,7 +13,7 @@ class LogView final : public QPlainTextEdit {
 public:
     explicit LogView(QWidget* parent);
 
-    void display(const std::vector<std::string>& log);
+    void display(const std::vector<LogRow>& log);
 
     bool isFollowing() const;
 
@@ -24,11 +25,12 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void dropLines(std::size_t count);
-    void addLine(const std::string& line);
+    void dropFirst(std::size_t count);
+    void dropFrom(std::size_t first);
+    void add(const LogRow& row);
     void follow();
 
-    std::vector<std::string> lines; // the lines on the screen
+    std::vector<LogRow> rows; // on the screen
 };
 
 } // namespace lumbrine

@@ -20,10 +20,10 @@ protected:
 
     // The last 120 of the lines "line 1", "line 2", ... as the log keeps them.
     void logUpTo(int last) {
-        std::vector<std::string> lines;
+        std::vector<LogRow> rows;
         for (int i = std::max(1, last - 119); i <= last; ++i)
-            lines.push_back("✓ line " + std::to_string(i));
-        view.display(lines);
+            rows.push_back({static_cast<std::uint64_t>(i), "", "✓ line " + std::to_string(i)});
+        view.display(rows);
         settleToolkit();
     }
 
@@ -36,18 +36,34 @@ protected:
 };
 
 TEST_F(LogViewTest, ShowsTheLines) {
-    view.display({"✓ one", "two"});
+    view.display({{1, "", "✓ one"}, {2, "", "two"}});
     EXPECT_EQ(text(), "✓ one\ntwo");
-    view.display({"✓ one", "two", "→ three"});
+    view.display({{1, "", "✓ one"}, {2, "", "two"}, {3, "", "→ three"}});
     EXPECT_EQ(text(), "✓ one\ntwo\n→ three");
-    view.display({"two", "→ three", "four"});
+    view.display({{2, "", "two"}, {3, "", "→ three"}, {4, "", "four"}});
     EXPECT_EQ(text(), "two\n→ three\nfour");
-    view.display({"other", "lines"});
+    view.display({{8, "", "other"}, {9, "", "lines"}});
     EXPECT_EQ(text(), "other\nlines");
     view.display({});
     EXPECT_EQ(text(), "");
-    view.display({"again"});
+    view.display({{10, "", "again"}});
     EXPECT_EQ(text(), "again");
+}
+
+TEST_F(LogViewTest, ShowsTheTimeBeforeALine) {
+    view.display({{1, "14:03:59", "✓ one"}});
+    EXPECT_EQ(text(), "14:03:59  ✓ one");
+}
+
+TEST_F(LogViewTest, ReplacesARowThatHasGrown) {
+    view.display({{1, "", "♥ ping #1"}});
+    view.display({{1, "", "♥ ping #1 … #10"}});
+    EXPECT_EQ(text(), "♥ ping #1 … #10");
+    view.display({{1, "", "♥ ping #1 … #10"}, {2, "", "♥ B #1"}, {3, "", "end"}});
+    view.display({{1, "", "♥ ping #1 … #20"}, {2, "", "♥ B #1"}, {3, "", "end"}});
+    EXPECT_EQ(text(), "♥ ping #1 … #20\n♥ B #1\nend");
+    view.display({{1, "", "♥ ping #1 … #20"}, {2, "", "♥ B #1 … #2"}});
+    EXPECT_EQ(text(), "♥ ping #1 … #20\n♥ B #1 … #2");
 }
 
 TEST_F(LogViewTest, KeepsNoMoreThanTheLogDoes) {
@@ -58,7 +74,7 @@ TEST_F(LogViewTest, KeepsNoMoreThanTheLogDoes) {
 }
 
 TEST_F(LogViewTest, ColoursTheMarkerAndNothingElse) {
-    view.display({"✗ failed", "plain", "[9-16] → moved"});
+    view.display({{1, "", "✗ failed"}, {2, "", "plain"}, {3, "", "[9-16] → moved"}});
     const Colours colours(view.palette());
     const auto formats = [&](int block) { return view.document()->findBlockByNumber(block).begin(); };
     EXPECT_EQ(formats(0).fragment().text(), "✗");
@@ -73,7 +89,7 @@ TEST_F(LogViewTest, ColoursTheMarkerAndNothingElse) {
 }
 
 TEST_F(LogViewTest, TakesItsColoursFromANewPalette) {
-    view.display({"✗ failed"});
+    view.display({{1, "", "✗ failed"}});
     view.setPalette(darkPalette());
     settleToolkit();
     EXPECT_EQ(text(), "✗ failed");
@@ -118,15 +134,16 @@ TEST_F(LogViewTest, FollowsWhileTheWindowChangesItsSize) {
 }
 
 TEST_F(LogViewTest, KeepsEachLineOfTheLogOnOneLine) {
-    view.display({"a\nb\rc\td\xE2\x80\xA8"
-                  "e",
-                  "\xFF\xFE"});
+    view.display({{1, "",
+                   "a\nb\rc\td\xE2\x80\xA8"
+                   "e"},
+                  {2, "", "\xFF\xFE"}});
     EXPECT_EQ(view.blockCount(), 2);
     EXPECT_EQ(view.document()->firstBlock().text(), "a b c d e");
 }
 
 TEST_F(LogViewTest, CanBeSelectedAndCopiedButNotEdited) {
-    view.display({"✓ one", "two"});
+    view.display({{1, "", "✓ one"}, {2, "", "two"}});
     view.selectAll();
     view.copy();
     EXPECT_EQ(QGuiApplication::clipboard()->text(), "✓ one\ntwo");

@@ -27,7 +27,7 @@ ReceiverShell::~ReceiverShell() {
 }
 
 void ReceiverShell::openWindow() {
-    window.display(app.view(), app.logLines()); // before `show`, so that the window never appears empty
+    window.display(app.view(), app.logRows()); // before `show`, so that the window never appears empty
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
@@ -90,7 +90,7 @@ void ReceiverShell::refresh() {
     refreshIsDue = false;
     lastRefresh = runtime.now();
     icon.display(app.menu());
-    if (window.isOnScreen()) window.display(app.view(), app.logLines());
+    if (window.isOnScreen()) window.display(app.view(), app.logRows());
 }
 
 } // namespace lumbrine

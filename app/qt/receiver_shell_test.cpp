@@ -99,7 +99,7 @@ TEST_F(ReceiverShellTest, FollowsTheModelWithRowsMenuAndIcon) {
     const auto phone = desk.bench.phone("192.168.1.7");
     phone->send({0x01, 0x00});
     desk.run(1s);
-    EXPECT_EQ(detailOf("iPhone"), "iPhone / iPad: ::ffff:192.168.1.7");
+    EXPECT_EQ(detailOf("iPhone"), "iPhone / iPad: 192.168.1.7");
 }
 
 TEST_F(ReceiverShellTest, DoesWhatTheButtonsSay) {

@@ -153,7 +153,7 @@ void ReceiverWindow::addKeys() {
     QObject::connect(quit, &QShortcut::activated, this, [this] { listener.act(ScreenAction::quit); });
 }
 
-void ReceiverWindow::display(const ReceiverView& view, const std::vector<std::string>& logLines) {
+void ReceiverWindow::display(const ReceiverView& view, const std::vector<LogRow>& logRows) {
     if (const QString title = shown(view.windowTitle); title != windowTitle()) setWindowTitle(title);
     setTextIfNew(heading, view.heading);
     proTools->display(view.proTools);
@@ -170,7 +170,7 @@ void ReceiverWindow::display(const ReceiverView& view, const std::vector<std::st
     strips->display(view.strips, view.proTools.ok);
     setTextIfNew(logHeading, view.logHeading);
     log->setAccessibleName(shown(view.logHeading));
-    log->display(logLines);
+    log->display(logRows);
 }
 
 // The text of a button never changes, so only the first call does something.

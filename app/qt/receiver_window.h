@@ -1,6 +1,7 @@
 // The main window: draws a ReceiverView and the log, and reports the user's actions.
 #pragma once
 
+#include "app/log_record.h"
 #include "app/receiver_screen.h"
 
 #include <QAbstractButton>
@@ -26,7 +27,7 @@ public:
 
     explicit ReceiverWindow(Listener listener);
 
-    void display(const ReceiverView& view, const std::vector<std::string>& logLines);
+    void display(const ReceiverView& view, const std::vector<LogRow>& logRows);
 
     // False while the window is hidden or minimised. Then calls of `display` may be skipped.
     bool isOnScreen() const { return isVisible() && !isMinimized(); }

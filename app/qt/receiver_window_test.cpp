@@ -24,7 +24,7 @@ protected:
     ~ReceiverWindowTest() override { QApplication::setPalette(lightPalette()); }
 
     void open(Bilingual text = Bilingual(false)) {
-        window.display(receiverView(published, text), published.logLines);
+        window.display(receiverView(published, text), rows);
         window.show();
         settleToolkit();
     }
@@ -37,6 +37,7 @@ protected:
     }
 
     PublishedState published;
+    std::vector<LogRow> rows;
     std::vector<ScreenAction> asked;
     int appeared = 0;
     int closed = 0;
@@ -74,10 +75,10 @@ TEST_F(ReceiverWindowTest, FollowsTheModel) {
     published.huiConnected = true;
     published.pingCount = 99;
     published.winW = 16;
-    published.logLines = {"✓ a line"};
+    rows = {{1, "14:03:59", "✓ a line"}};
     open();
     EXPECT_THAT(labels(), testing::Contains("Connected · ping 99"));
-    EXPECT_EQ(window.logView().toPlainText(), "✓ a line");
+    EXPECT_EQ(window.logView().toPlainText(), "14:03:59  ✓ a line");
 }
 
 TEST_F(ReceiverWindowTest, AsksForWhatItsButtonsSay) {

@@ -7,7 +7,7 @@ namespace {
 
 std::vector<std::string> menuOfTheLog() {
     LogView view(nullptr);
-    view.display({"line"});
+    view.display({{1, "", "one line"}});
     view.selectAll();
     std::vector<std::string> titles;
     const std::unique_ptr<QMenu> menu(view.createStandardContextMenu());
