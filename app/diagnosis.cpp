@@ -6,8 +6,6 @@
 
 namespace lumbrine {
 
-namespace {
-
 std::string_view markOf(CheckState state) {
     switch (state) {
     case CheckState::fine:
@@ -21,8 +19,6 @@ std::string_view markOf(CheckState state) {
     }
     return "? ";
 }
-
-} // namespace
 
 std::vector<Check> diagnosis(const PublishedState& published, HostSystem system, const Bilingual& text) {
     const Health& health = published.health;

@@ -40,6 +40,9 @@ bool isAnyWrong(const std::vector<Check>& checks);
 // everything is fine.
 std::string summaryOf(const std::vector<Check>& checks, const Bilingual& text);
 
+// "✓ ", "… ", "✗ " or "? ".
+std::string_view markOf(CheckState state);
+
 // Lines for a terminal: a mark, the title and the sentence of each check, below it what to do.
 std::string listed(const std::vector<Check>& checks);
 

@@ -99,13 +99,13 @@ TEST_F(DiagnosisTest, KnowsWhetherTheTracksAreMapped) {
     EXPECT_EQ(state("map"), CheckState::waiting);
 }
 
-TEST(Diagnosis, TakesAMissingScriptingServiceForAFaultOnlyBesideProTools) {
+TEST(Diagnosis, MissesTheScriptingServiceOnlyBesideProToolsAndCallsItNoFault) {
     PublishedState published;
     published.health.scripting = {.state = LinkHealth::State::down, .detail = "not running"};
     EXPECT_EQ(checkOf(published, "scripting").state, CheckState::unknown);
     published.huiConnected = true;
     EXPECT_EQ(checkOf(published, "scripting").sentence, "Full names and colours are missing: not running.");
-    EXPECT_EQ(checkOf(published, "scripting").state, CheckState::wrong);
+    EXPECT_EQ(checkOf(published, "scripting").state, CheckState::waiting);
 }
 
 TEST(Diagnosis, ExplainsAStalePermissionOnAMac) {

@@ -105,7 +105,7 @@ Check scriptingCheck(const Case& c) {
         check.sentence =
             c.text("Pro Tools tells full names and colours.", "Pro Tools からトラック名と色を取得しています。");
     } else if (c.health.scripting.state == Link::down) {
-        check.state = c.published.huiConnected ? CheckState::wrong : CheckState::unknown;
+        check.state = c.published.huiConnected ? CheckState::waiting : CheckState::unknown;
         check.sentence = c.text("Full names and colours are missing: " + c.health.scripting.detail + ".",
                                 "トラック名と色を取得できません（" + c.health.scripting.detail + "）。");
         check.remedy =

@@ -27,7 +27,7 @@ public:
 
     void add(const std::string& time, const std::string& line);
 
-    // The newest rows, oldest first. A run of heartbeats of one surface is one row, "♥ ping #10 … #340 received …", with
+    // The newest rows, oldest first. A run of heartbeats of one surface is one row, "♥ ping #10 … #340 received", with
     // the time of the last: otherwise there would soon be nothing else.
     const std::vector<LogRow>& rows() const { return shown; }
 

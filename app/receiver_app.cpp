@@ -26,7 +26,7 @@ int bankMoveKind(ScreenAction action) {
 ReceiverApp::ReceiverApp(std::shared_ptr<ReceiverModel> receiver, LoginItem& loginItem, Bilingual text,
                          Surroundings surroundings)
     : text(text), model(std::move(receiver)), loginItem(loginItem), surroundings(std::move(surroundings)),
-      loginOn(loginItem.isEnabled()) {
+      setUp(this->surroundings.runtime, [this] { shell.refresh(); }), loginOn(loginItem.isEnabled()) {
     recordNewLines();
     model->onChange([this] { changed(); });
 }
@@ -41,7 +41,20 @@ void ReceiverApp::connect(Shell desktopShell) {
 
 void ReceiverApp::changed() {
     recordNewLines();
+    setUp.look(state());
     shell.refresh();
+}
+
+SetUpCard ReceiverApp::card() const {
+    return setUp.showsCard() ? setUpCard(state(), surroundings.system, text) : SetUpCard{};
+}
+
+AboutText ReceiverApp::about() const {
+    return aboutText({.version = surroundings.version,
+                      .systemName = surroundings.systemName,
+                      .checks = diagnosis(state(), surroundings.system, text),
+                      .log = record.text()},
+                     text);
 }
 
 void ReceiverApp::recordNewLines() {
@@ -80,6 +93,9 @@ void ReceiverApp::perform(ScreenAction action) {
         break;
     case ScreenAction::launchAtLogin:
         toggleLaunchAtLogin();
+        break;
+    case ScreenAction::about:
+        shell.showAbout();
         break;
     case ScreenAction::quit:
         shell.quit();

@@ -2,9 +2,11 @@
 // menu from it, and performs the user's actions. It uses no toolkit; the shell owns windows and icons.
 #pragma once
 
+#include "app/about_text.h"
 #include "app/log_record.h"
 #include "app/login_item.h"
 #include "app/receiver_screen.h"
+#include "app/set_up_card.h"
 #include "model/receiver_model.h"
 
 #include <cstdint>
@@ -19,13 +21,18 @@ namespace lumbrine {
 class ReceiverApp {
 public:
     struct Shell {
-        std::function<void()> openWindow; // shows the window in front of all others
-        std::function<void()> refresh;    // the contents have changed: draw soon, but not inside this call
-        std::function<void()> quit;       // ends the program after the current action has returned
+        std::function<void()> openWindow;        // shows the window in front of all others
+        std::function<void()> refresh;           // the contents have changed: draw soon, but not inside this call
+        std::function<void()> quit;              // ends the program after the current action has returned
+        std::function<void()> showAbout = [] {}; // the box with `about`
     };
 
-    // What the program knows of its surroundings.
+    // What the shell knows of its surroundings.
     struct Surroundings {
+        Runtime& runtime;
+        HostSystem system = HostSystem::linuxDesktop;
+        std::string version = {};                                              // of the program: "0.1.0"
+        std::string systemName = {};                                           // "Debian GNU/Linux 12"
         std::function<std::string()> timeOfDay = [] { return std::string(); }; // "14:03:59"
     };
 
@@ -51,6 +58,10 @@ public:
     StatusMenu menu() const { return statusMenu(state(), loginOn, text); }
     const std::vector<LogRow>& logRows() const { return record.rows(); }
     const PublishedState& published() const { return state(); }
+    SetUpCard card() const;
+
+    // The version and what is running, for people; and all of that with the log, for a report.
+    AboutText about() const;
 
     // Gives up the model, for the end of the program. Afterwards actions do nothing.
     std::shared_ptr<ReceiverModel> release();
@@ -68,6 +79,7 @@ private:
     LoginItem& loginItem;
     const Surroundings surroundings;
     LogRecord record;
+    SetUpWatch setUp;
     std::uint64_t recorded = 0; // of PublishedState::linesLogged
     Shell shell{[] {}, [] {}, [] {}};
     bool loginOn; // the state that the toggle shows

@@ -21,7 +21,8 @@ protected:
     FakeLoginService service;
     std::vector<std::string> printed;
     LoginItem item{service, Bilingual(false), [this](const std::string& line) { printed.push_back(line); }};
-    ReceiverApp app{bench.model, item, Bilingual(false), {.timeOfDay = [] { return "14:03:59"; }}};
+    ReceiverApp app{
+        bench.model, item, Bilingual(false), {.runtime = world.runtime, .timeOfDay = [] { return "14:03:59"; }}};
     int opened = 0;
     int refreshes = 0;
     int quits = 0;
@@ -72,7 +73,7 @@ TEST_F(ReceiverAppTest, ReconnectsToProTools) {
 }
 
 TEST_F(ReceiverAppTest, DoesWhatNeedsNoShellBeforeOneIsConnected) {
-    ReceiverApp shellless(bench.model, item, Bilingual(false), {});
+    ReceiverApp shellless(bench.model, item, Bilingual(false), {.runtime = world.runtime});
     for (const ScreenAction action :
          {ScreenAction::showWindow, ScreenAction::launchAtLogin, ScreenAction::quit, ScreenAction::testSweep})
         shellless.perform(action);
@@ -116,7 +117,7 @@ TEST_F(ReceiverAppTest, SwitchesLaunchingAtLogin) {
 
 TEST_F(ReceiverAppTest, BeginsWithTheStateOfTheLoginService) {
     service.enabled = true;
-    const ReceiverApp other(bench.model, item, Bilingual(false), {});
+    const ReceiverApp other(bench.model, item, Bilingual(false), {.runtime = world.runtime});
     EXPECT_TRUE(other.menu().items[5].on);
 }
 
@@ -151,7 +152,7 @@ TEST_F(ReceiverAppTest, KeepsShowingTheLastStateWhenTheModelHasGone) {
 }
 
 TEST_F(ReceiverAppTest, IsToldOfNoChangeOnceItHasGone) {
-    ReceiverApp{bench.model, item, Bilingual(false), {}}.connect(
+    ReceiverApp{bench.model, item, Bilingual(false), {.runtime = world.runtime}}.connect(
         {.openWindow = {}, .refresh = [this] { ++refreshes; }, .quit = {}});
     refreshes = 0;
     bench.model->appendLog("nobody looks");

@@ -132,6 +132,8 @@ std::string_view symbolName(Symbol symbol) {
         return "chevron.right";
     case Symbol::bankForward:
         return "chevron.right.2";
+    case Symbol::about:
+        return "info.circle";
     case Symbol::play:
         break;
     }
@@ -160,6 +162,10 @@ ReceiverView receiverView(const PublishedState& published, const Bilingual& text
                      .title = text("Test: sweep track 1", "テスト: トラック1をスイープ"),
                      .help = {},
                      .action = ScreenAction::testSweep},
+            .about = {.symbol = Symbol::about,
+                      .title = {},
+                      .help = text("About Lumbrine", "Lumbrine について"),
+                      .action = ScreenAction::about},
             .stripsName = text("Channel strips", "チャンネルストリップ"),
             .strips = stripViews(published, text),
             .logHeading = text("Activity", "アクティビティ")};

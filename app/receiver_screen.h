@@ -24,10 +24,22 @@ enum class ScreenAction {
     testSweep,
     showWindow,
     launchAtLogin, // toggles
+    about,
     quit,
 };
 
-enum class Symbol { sliders, warning, reconnect, network, bankBack, channelBack, channelForward, bankForward, play };
+enum class Symbol {
+    sliders,
+    warning,
+    reconnect,
+    network,
+    bankBack,
+    channelBack,
+    channelForward,
+    bankForward,
+    play,
+    about,
+};
 
 // The name of the symbol in Apple's SF Symbols: "slider.vertical.3".
 std::string_view symbolName(Symbol symbol);
@@ -89,6 +101,7 @@ struct ReceiverView {
     AddressLine address;
     std::array<ScreenButton, 4> moves; // bank back, channel back, channel forward, bank forward
     ScreenButton test;
+    ScreenButton about;     // in the line of the heading
     std::string stripsName; // for screen readers
     std::vector<StripView> strips;
     std::string logHeading;

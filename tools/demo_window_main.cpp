@@ -81,7 +81,7 @@ int run(const DemoArguments& arguments, int count, char** values) {
           std::to_string(arguments.surfaces) + " HUI surfaces");
     print(scripting->line());
     print("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()));
-    ReceiverApp app(std::move(model), loginItem, text, surroundings());
+    ReceiverApp app(std::move(model), loginItem, text, surroundings(runtime, LUMBRINE_VERSION));
     std::function<void()> begin = [] {};
     loop.post([&begin] { begin(); });
     DesktopRun{loop, runtime, process, streams, app, instance, identifier, begin, end}.run();

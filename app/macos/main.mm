@@ -1,5 +1,6 @@
 // Lumbrine: the receiver as a menu-bar application of the Mac.
 #include "app/login_item.h"
+#include "app/macos/about_box.h"
 #include "app/macos/application.h"
 #include "app/macos/controls.h"
 #include "app/macos/draw_pace.h"
@@ -61,6 +62,15 @@ std::string timeOfDay() {
     return [formatter stringFromDate:[NSDate date]].UTF8String;
 }
 
+ReceiverApp::Surroundings surroundings(Runtime& runtime) {
+    NSString* const version = [NSBundle.mainBundle objectForInfoDictionaryKey:@"CFBundleShortVersionString"];
+    return {.runtime = runtime,
+            .system = HostSystem::mac,
+            .version = version == nil ? std::string() : std::string(version.UTF8String),
+            .systemName = std::string("macOS ") + NSProcessInfo.processInfo.operatingSystemVersionString.UTF8String,
+            .timeOfDay = timeOfDay};
+}
+
 // All back ends of the receiver on a Mac.
 struct Mac {
     DispatchMainLoop loop{endEventLoop};
@@ -86,7 +96,8 @@ public:
         };
         app.connect({.openWindow = [this] { openWindow(); },
                      .refresh = [this] { pace.changed(); },
-                     .quit = [this] { mac.loop.stop(); }});
+                     .quit = [this] { mac.loop.stop(); },
+                     .showAbout = [this] { showAbout(); }});
         delegate.launched = [this] { openWindow(); };
         delegate.reopened = [this] { openWindow(); };
         delegate.windowChanged = [this] { pace.changed(); };
@@ -117,6 +128,10 @@ private:
         app.windowAppeared();
     }
 
+    void showAbout() {
+        if (shell) showAboutBox(app.about(), shell->window.window());
+    }
+
     void draw() {
         promptness.follow(model->published());
         if (!shell) return;
@@ -131,7 +146,7 @@ private:
     const std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
         {mac.runtime, mac.midi, mac.sockets, mac.advertiser, mac.system, mac.streams, mac.json, mac.accessibility},
         mac.text, print);
-    ReceiverApp app{model, loginItem, mac.text, {.timeOfDay = timeOfDay}};
+    ReceiverApp app{model, loginItem, mac.text, surroundings(mac.runtime)};
     Promptness promptness{[this] { return std::make_shared<PromptTime>(mac.loop); }};
     DrawPace pace{mac.runtime, [this] { draw(); }};
     WakeHandling wake{

@@ -3,6 +3,7 @@
 
 #include "app/macos/controls.h"
 #include "app/macos/log_view.h"
+#include "app/macos/set_up_box.h"
 #include "app/macos/strips_view.h"
 #include "app/receiver_app.h"
 
@@ -34,6 +35,7 @@ private:
     StatusRow proTools;
     StatusRow client;
     NSView* _Nullable notice = nil;
+    SetUpBox setUp;
     NSTextField* const _Nonnull address = label({});
     LumbrineStripsView* const _Nonnull strips = [[LumbrineStripsView alloc] init];
     LogView log;

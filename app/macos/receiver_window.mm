@@ -92,8 +92,11 @@ void ReceiverWindow::arrange(const ReceiverView& view, LumbrineActionTarget* tar
     NSStackView* const movesLine = row(moves);
     movesLine.distribution = NSStackViewDistributionFill;
 
+    NSStackView* const headingLine = row(@[ heading(view.heading, 17), space(), buttonFor(view.about, target) ]);
+    headingLine.distribution = NSStackViewDistributionFill;
+
     NSStackView* const all = [NSStackView stackViewWithViews:@[
-        heading(view.heading, 17), proTools.view(), client.view(), notice, buttonFor(view.reconnect, target),
+        headingLine, proTools.view(), client.view(), notice, setUp.view(), buttonFor(view.reconnect, target),
         addressLine, movesLine, strips, heading(view.logHeading, 13), log.view()
     ]];
     all.orientation = NSUserInterfaceLayoutOrientationVertical;
@@ -103,7 +106,7 @@ void ReceiverWindow::arrange(const ReceiverView& view, LumbrineActionTarget* tar
     // The log takes the remaining height.
     [strips setContentHuggingPriority:NSLayoutPriorityDefaultHigh forOrientation:NSLayoutConstraintOrientationVertical];
     [log.view() setContentHuggingPriority:1 forOrientation:NSLayoutConstraintOrientationVertical];
-    for (NSView* wide in @[ notice, strips, log.view(), movesLine ])
+    for (NSView* wide in @[ headingLine, notice, setUp.view(), strips, log.view(), movesLine ])
         [wide.widthAnchor constraintEqualToAnchor:all.widthAnchor constant:-2 * margin].active = YES;
     frame.contentView = all;
 }
@@ -125,6 +128,7 @@ void ReceiverWindow::update() {
     proTools.show(view.proTools);
     client.show(view.client);
     notice.hidden = !view.notice.shown;
+    setUp.show(app.card());
     setText(address, view.address.address);
     [strips show:view.strips named:view.stripsName];
     log.show(app.logRows());

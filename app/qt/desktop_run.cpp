@@ -6,6 +6,7 @@
 #include "app/receiver_ending.h"
 
 #include <QApplication>
+#include <QSysInfo>
 #include <QTime>
 #include <cstdio>
 #include <cstdlib>
@@ -52,8 +53,12 @@ void DesktopRun::run() {
     end = [] {};
 }
 
-ReceiverApp::Surroundings surroundings() {
-    return {.timeOfDay = [] { return QTime::currentTime().toString(QStringLiteral("HH:mm:ss")).toStdString(); }};
+ReceiverApp::Surroundings surroundings(Runtime& runtime, const std::string& version) {
+    return {.runtime = runtime,
+            .system = HostSystem::linuxDesktop,
+            .version = version,
+            .systemName = QSysInfo::prettyProductName().toStdString() + ", Qt " + qVersion(),
+            .timeOfDay = [] { return QTime::currentTime().toString(QStringLiteral("HH:mm:ss")).toStdString(); }};
 }
 
 void introduceProgram(const QString& identifier, Bilingual text) {

@@ -41,7 +41,7 @@ struct DesktopRun {
 // Sets the program's name, icon and language in Qt, and keeps the program running when its last window is closed. Call
 // it after creating the QApplication.
 // What Qt knows of the surroundings of a ReceiverApp.
-ReceiverApp::Surroundings surroundings();
+ReceiverApp::Surroundings surroundings(Runtime& runtime, const std::string& version);
 
 void introduceProgram(const QString& identifier, Bilingual text);
 

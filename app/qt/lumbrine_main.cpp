@@ -82,7 +82,7 @@ int run(int count, char** arguments) {
     auto model =
         ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text, print);
     const std::uint16_t port = model->port();
-    ReceiverApp app(std::move(model), loginItem, text, surroundings());
+    ReceiverApp app(std::move(model), loginItem, text, surroundings(runtime, LUMBRINE_VERSION));
     const CheckService checks(loop, port, [&app] { return &app.published(); });
     DesktopRun{loop, runtime, process, streams, app, instance, identifier, begin, end}.run();
     return 0;

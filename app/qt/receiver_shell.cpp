@@ -1,5 +1,6 @@
 #include "app/qt/receiver_shell.h"
 
+#include "app/qt/about_box.h"
 #include "app/qt/symbols.h"
 #include "app/qt/texts.h"
 
@@ -18,7 +19,8 @@ ReceiverShell::ReceiverShell(ReceiverApp& app, Runtime& runtime, std::function<v
       icon([this](ScreenAction action) { act(action); }), statusArea([this] { icon.appear(); }) {
     app.connect({.openWindow = [this] { openWindow(); },
                  .refresh = [this] { refreshSoon(); },
-                 .quit = [this] { this->quitProgram(); }});
+                 .quit = [this] { this->quitProgram(); },
+                 .showAbout = [this] { showAbout(); }});
     icon.display(app.menu());
 }
 
@@ -27,7 +29,7 @@ ReceiverShell::~ReceiverShell() {
 }
 
 void ReceiverShell::openWindow() {
-    window.display(app.view(), app.logRows()); // before `show`, so that the window never appears empty
+    window.display(app.view(), app.card(), app.logRows()); // before `show`, so that the window never appears empty
     window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
     window.show();
     window.raise();
@@ -36,6 +38,7 @@ void ReceiverShell::openWindow() {
 
 void ReceiverShell::hide() {
     farewell.reset();
+    about.reset();
     window.hide();
 }
 
@@ -78,6 +81,11 @@ void ReceiverShell::tellThatItGoesOn() {
     farewell->show();
 }
 
+void ReceiverShell::showAbout() {
+    about = std::make_unique<AboutBox>(app.about(), &window);
+    about->show();
+}
+
 void ReceiverShell::refreshSoon() {
     if (std::exchange(refreshIsDue, true)) return;
     const Duration wait = std::max(lastRefresh + shortestRefresh - runtime.now(), Duration::zero());
@@ -90,7 +98,7 @@ void ReceiverShell::refresh() {
     refreshIsDue = false;
     lastRefresh = runtime.now();
     icon.display(app.menu());
-    if (window.isOnScreen()) window.display(app.view(), app.logRows());
+    if (window.isOnScreen()) window.display(app.view(), app.card(), app.logRows());
 }
 
 } // namespace lumbrine

@@ -14,6 +14,8 @@ class QMessageBox;
 
 namespace lumbrine {
 
+class AboutBox;
+
 // Main thread. Draws changes soon, at most 30 times a second. A hidden window is not drawn.
 class ReceiverShell {
 public:
@@ -39,6 +41,7 @@ private:
     void windowAppeared();
     void windowClosed();
     void tellThatItGoesOn();
+    void showAbout();
     void refreshSoon();
     void refresh();
 
@@ -49,6 +52,7 @@ private:
     StatusIcon icon;
     StatusAreaWait statusArea;
     std::unique_ptr<QMessageBox> farewell; // shown once, when the window is closed and there is no status icon
+    std::unique_ptr<AboutBox> about;
     TimePoint lastRefresh = distantPast;
     bool refreshIsDue = false;
     const std::shared_ptr<const int> life = std::make_shared<int>(0);

@@ -1,10 +1,13 @@
 // A whole receiver under its window and icon, in virtual time.
+#include "app/qt/about_box.h"
 #include "app/qt/log_view.h"
 #include "app/qt/receiver_shell.h"
+#include "app/qt/set_up_box.h"
 #include "app/qt/strips_view.h"
 #include "app/qt/testing/offscreen.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QMessageBox>
 
 namespace lumbrine {
@@ -144,6 +147,37 @@ TEST(ReceiverShellInJapanese, KeepsItsLanguageWhateverBecomesOfTheEnvironment) {
     EXPECT_EQ(desk.shell.statusIcon().menu().actions().back()->text(), "終了");
     EXPECT_THAT(desk.bench.model->published().logLines.back(), testing::HasSubstr("ping"));
     qunsetenv("LANGUAGE");
+}
+
+TEST_F(ReceiverShellTest, CopiesAReportWithVersionChecksAndLog) {
+    desk.open();
+    buttonNamed(window(), "About Lumbrine")->click();
+    const auto boxes = childrenOf<AboutBox>(window());
+    ASSERT_THAT(boxes, SizeIs(1));
+    for (auto* button : boxes.front()->findChildren<QAbstractButton*>())
+        if (button->text() == "Copy report") button->click();
+    const std::string report = QGuiApplication::clipboard()->text().toStdString();
+    EXPECT_THAT(report, testing::StartsWith("Lumbrine "));
+    EXPECT_THAT(report, testing::HasSubstr("✓ Network port: UDP port 52700 is open.\n"));
+    EXPECT_THAT(report, testing::HasSubstr("✓ UDP listening on :52700\n"));
+}
+
+TEST_F(ReceiverShellTest, ShowsTheCardOfTheSetUpUntilEverythingWorks) {
+    desk.open();
+    const auto* box = childrenOf<SetUpBox>(window()).front();
+    EXPECT_TRUE(box->isVisible());
+    desk.bench.surfaceA.pingEverySecond();
+    desk.run(2s);
+    EXPECT_TRUE(box->isVisible());
+    const auto phone = desk.bench.phone("192.168.1.7");
+    phone->send({0x01, 0x00});
+    desk.run(1s);
+    EXPECT_FALSE(box->isVisible());
+    desk.bench.surfaceA.stopPinging();
+    desk.run(5s);
+    EXPECT_FALSE(box->isVisible());
+    desk.run(9s);
+    EXPECT_TRUE(box->isVisible());
 }
 
 // ---- Drawing

@@ -1,6 +1,7 @@
 #include "app/qt/receiver_window.h"
 
 #include "app/qt/log_view.h"
+#include "app/qt/set_up_box.h"
 #include "app/qt/status_rows.h"
 #include "app/qt/strips_view.h"
 #include "app/qt/symbols.h"
@@ -57,8 +58,9 @@ QLabel* plainLabel(QWidget* parent) {
 
 ReceiverWindow::ReceiverWindow(Listener listener)
     : listener(std::move(listener)), heading(plainLabel(this)), proTools(new StatusRow(this)),
-      client(new StatusRow(this)), notice(new NoticeBox(this)), reconnect(makeButton("Alt+R")),
-      test(makeButton("Alt+T")), addressTitle(plainLabel(this)), address(plainLabel(this)),
+      client(new StatusRow(this)), notice(new NoticeBox(this)), setUp(new SetUpBox(this)),
+      reconnect(makeButton("Alt+R")), test(makeButton("Alt+T")), about(makeButton("F1")),
+      addressTitle(plainLabel(this)), address(plainLabel(this)),
       moves{makeButton("Alt+Shift+Left"), makeButton("Alt+Left"), makeButton("Alt+Right"),
             makeButton("Alt+Shift+Right")},
       strips(new StripsView(this)), logHeading(plainLabel(this)), log(new LogView(this)) {
@@ -91,6 +93,7 @@ void ReceiverWindow::arrange() {
     rows->addWidget(client);
     page->addWidget(card);
     page->addWidget(notice);
+    page->addWidget(setUp);
 
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(8);
@@ -120,6 +123,8 @@ QLayout* ReceiverWindow::makeHeading() {
     row->addWidget(new SymbolLabel(Symbol::sliders, headingSymbol, this));
     row->addWidget(heading);
     row->addStretch(1);
+    about->setFixedWidth(about->fontMetrics().height() + 18);
+    row->addWidget(about);
     return row;
 }
 
@@ -153,14 +158,16 @@ void ReceiverWindow::addKeys() {
     QObject::connect(quit, &QShortcut::activated, this, [this] { listener.act(ScreenAction::quit); });
 }
 
-void ReceiverWindow::display(const ReceiverView& view, const std::vector<LogRow>& logRows) {
+void ReceiverWindow::display(const ReceiverView& view, const SetUpCard& card, const std::vector<LogRow>& logRows) {
     if (const QString title = shown(view.windowTitle); title != windowTitle()) setWindowTitle(title);
     setTextIfNew(heading, view.heading);
     proTools->display(view.proTools);
     client->display(view.client);
     notice->display(view.notice);
+    setUp->display(card);
     display(reconnect, view.reconnect);
     display(test, view.test);
+    display(about, view.about);
     setTextIfNew(addressTitle, view.address.title);
     setTextIfNew(address, view.address.address);
     address->setAccessibleName(shown(view.address.title + " " + view.address.address));

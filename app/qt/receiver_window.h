@@ -3,6 +3,7 @@
 
 #include "app/log_record.h"
 #include "app/receiver_screen.h"
+#include "app/set_up_card.h"
 
 #include <QAbstractButton>
 #include <QLabel>
@@ -14,6 +15,7 @@ namespace lumbrine {
 
 class LogView;
 class NoticeBox;
+class SetUpBox;
 class StatusRow;
 class StripsView;
 
@@ -27,7 +29,7 @@ public:
 
     explicit ReceiverWindow(Listener listener);
 
-    void display(const ReceiverView& view, const std::vector<LogRow>& logRows);
+    void display(const ReceiverView& view, const SetUpCard& card, const std::vector<LogRow>& logRows);
 
     // False while the window is hidden or minimised. Then calls of `display` may be skipped.
     bool isOnScreen() const { return isVisible() && !isMinimized(); }
@@ -56,8 +58,10 @@ private:
     StatusRow* const proTools;
     StatusRow* const client;
     NoticeBox* const notice;
+    SetUpBox* const setUp;
     QAbstractButton* const reconnect;
     QAbstractButton* const test;
+    QAbstractButton* const about;
     QLabel* const addressTitle;
     QLabel* const address;
     std::array<QAbstractButton*, 4> moves;

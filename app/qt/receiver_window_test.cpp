@@ -2,6 +2,7 @@
 #include "app/qt/colours.h"
 #include "app/qt/log_view.h"
 #include "app/qt/receiver_window.h"
+#include "app/qt/set_up_box.h"
 #include "app/qt/status_rows.h"
 #include "app/qt/strips_view.h"
 #include "app/qt/testing/offscreen.h"
@@ -24,7 +25,7 @@ protected:
     ~ReceiverWindowTest() override { QApplication::setPalette(lightPalette()); }
 
     void open(Bilingual text = Bilingual(false)) {
-        window.display(receiverView(published, text), rows);
+        window.display(receiverView(published, text), card, rows);
         window.show();
         settleToolkit();
     }
@@ -37,6 +38,7 @@ protected:
     }
 
     PublishedState published;
+    SetUpCard card; // hidden
     std::vector<LogRow> rows;
     std::vector<ScreenAction> asked;
     int appeared = 0;
@@ -121,6 +123,22 @@ TEST_F(ReceiverWindowTest, LetsTheAddressBeSelected) {
     EXPECT_TRUE((*address)->textInteractionFlags().testFlag(Qt::TextSelectableByKeyboard));
 }
 
+TEST_F(ReceiverWindowTest, ShowsTheCardOfTheSetUpOnlyWhileThereIsOne) {
+    open();
+    const auto* box = childrenOf<SetUpBox>(window).front();
+    EXPECT_FALSE(box->isVisible());
+    published.health.midi.state = LinkHealth::State::up;
+    card = setUpCard(published, HostSystem::linuxDesktop, Bilingual(false));
+    open();
+    EXPECT_TRUE(box->isVisible());
+    for (const SetUpRow& row : card.rows)
+        EXPECT_THAT(labels(), testing::Contains(row.text));
+    EXPECT_THAT(labels(), testing::Contains(card.advice));
+    card = {};
+    open();
+    EXPECT_FALSE(box->isVisible());
+}
+
 // ---- Without a mouse, without sight
 
 TEST_F(ReceiverWindowTest, HasKeysForWhatItsButtonsDo) {
@@ -131,7 +149,8 @@ TEST_F(ReceiverWindowTest, HasKeysForWhatItsButtonsDo) {
         {Qt::ALT | Qt::SHIFT | Qt::Key_Left, ScreenAction::bankBack},
         {Qt::ALT | Qt::Key_Left, ScreenAction::channelBack},
         {Qt::ALT | Qt::Key_Right, ScreenAction::channelForward},
-        {Qt::ALT | Qt::SHIFT | Qt::Key_Right, ScreenAction::bankForward}};
+        {Qt::ALT | Qt::SHIFT | Qt::Key_Right, ScreenAction::bankForward},
+        {QKeyCombination(Qt::Key_F1), ScreenAction::about}};
     const auto buttons = window.findChildren<QAbstractButton*>();
     EXPECT_EQ(static_cast<std::size_t>(buttons.size()), keys.size());
     for (const auto& [key, action] : keys) {
@@ -150,10 +169,10 @@ TEST_F(ReceiverWindowTest, HasATabOrderThroughAllThatCanBeUsed) {
     for (QWidget* next = window.nextInFocusChain(); next != start; next = next->nextInFocusChain())
         if (next->isVisible() && (next->focusPolicy() & Qt::TabFocus) != 0)
             order.push_back(next->accessibleName().toStdString());
-    EXPECT_THAT(order,
-                ElementsAre("Reconnect to PT", "Test: sweep track 1", "This Mac's address: 192.168.100.200",
-                            "Bank ← (back 8 channels)", "Channel ← (back 1 channel)", "Channel → (forward 1 channel)",
-                            "Bank → (forward 8 channels)", "Channel strips", "Activity"));
+    EXPECT_THAT(order, ElementsAre("Reconnect to PT", "Test: sweep track 1", "About Lumbrine",
+                                   "This Mac's address: 192.168.100.200", "Bank ← (back 8 channels)",
+                                   "Channel ← (back 1 channel)", "Channel → (forward 1 channel)",
+                                   "Bank → (forward 8 channels)", "Channel strips", "Activity"));
 }
 
 TEST_F(ReceiverWindowTest, LetsEveryButtonHaveTheFocus) {
@@ -178,6 +197,7 @@ TEST_F(ReceiverWindowTest, IsAtLeastAsLargeAsItMayBeAndCutsNothing) {
     for (const Bilingual text : {Bilingual(false), Bilingual(true)}) {
         for (const int strips : {8, 16}) {
             published.winW = strips;
+            card = strips == 16 ? setUpCard(published, HostSystem::linuxDesktop, text) : SetUpCard{};
             open(text);
             EXPECT_GE(window.minimumWidth(), 400);
             EXPECT_GE(window.minimumHeight(), 400);
@@ -196,7 +216,7 @@ TEST_F(ReceiverWindowTest, CutsNothingInALargeFont) {
     QApplication::setFont(large);
     {
         ReceiverWindow other({.act = [](ScreenAction) {}, .appeared = [] {}, .closed = [] {}});
-        other.display(receiverView(published, Bilingual(false)), {});
+        other.display(receiverView(published, Bilingual(false)), card, {});
         other.show();
         other.resize(1, 1);
         settleToolkit();

@@ -64,6 +64,14 @@ void paintPlay(QPainter& painter, const QColor& colour) {
     painter.fillPath(path, colour);
 }
 
+void paintAbout(QPainter& painter, const QColor& colour) {
+    painter.drawEllipse(QPointF(12, 12), 9, 9);
+    painter.drawLine(QPointF(12, 11.5), QPointF(12, 16.5));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(colour);
+    painter.drawEllipse(QPointF(12, 7.7), 1.4, 1.4);
+}
+
 // Paints the symbol again for every size, scale and palette, where a QIcon would scale a picture.
 class SymbolEngine : public QIconEngine {
 public:
@@ -135,6 +143,9 @@ void paintSymbol(QPainter& painter, const QRectF& box, Symbol symbol, const QCol
         break;
     case Symbol::play:
         paintPlay(painter, colour);
+        break;
+    case Symbol::about:
+        paintAbout(painter, colour);
         break;
     }
     painter.restore();

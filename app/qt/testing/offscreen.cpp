@@ -82,7 +82,8 @@ QAbstractButton* buttonNamed(const QWidget& window, const std::string& accessibl
 ShellBench::ShellBench(bool japanese)
     : bench(world, {.japanese = japanese}),
       item(service, Bilingual(japanese), [this](const std::string& line) { printed.push_back(line); }),
-      app(bench.model, item, Bilingual(japanese), {}), shell(app, world.runtime, [this] { ++quits; }) {}
+      app(bench.model, item, Bilingual(japanese), {.runtime = world.runtime}),
+      shell(app, world.runtime, [this] { ++quits; }) {}
 
 ShellBench::~ShellBench() {
     shell.hide();

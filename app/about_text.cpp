@@ -1,0 +1,16 @@
+#include "app/about_text.h"
+
+namespace lumbrine {
+
+AboutText aboutText(const AboutFacts& facts, const Bilingual& text) {
+    const std::string heading = "Lumbrine " + facts.version;
+    const std::string body = listed(facts.checks);
+    return {.title = text("About Lumbrine", "Lumbrine について"),
+            .heading = heading,
+            .body = body,
+            .copyButton = text("Copy report", "レポートをコピー"),
+            .closeButton = text("Close", "閉じる"),
+            .report = heading + "\n" + facts.systemName + "\n\n" + body + "\n" + facts.log};
+}
+
+} // namespace lumbrine

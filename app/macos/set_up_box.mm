@@ -1,0 +1,72 @@
+#include "app/macos/set_up_box.h"
+
+#include "platform/macos/foundation_text.h"
+
+namespace lumbrine {
+
+namespace {
+
+constexpr std::size_t rowCount = 4;
+constexpr CGFloat markWidth = 16;
+
+NSColor* colorOf(CheckState state) {
+    switch (state) {
+    case CheckState::fine:
+        return NSColor.systemGreenColor;
+    case CheckState::wrong:
+        return NSColor.systemRedColor;
+    case CheckState::waiting:
+        return NSColor.systemOrangeColor;
+    case CheckState::unknown:
+        break;
+    }
+    return NSColor.secondaryLabelColor;
+}
+
+void letItShrink(NSTextField* text) {
+    [text setContentCompressionResistancePriority:NSLayoutPriorityDefaultLow
+                                   forOrientation:NSLayoutConstraintOrientationHorizontal];
+}
+
+} // namespace
+
+SetUpBox::SetUpBox() {
+    stack.orientation = NSUserInterfaceLayoutOrientationVertical;
+    stack.alignment = NSLayoutAttributeLeading;
+    stack.spacing = 4;
+    title.font = [NSFont systemFontOfSize:NSFont.systemFontSize weight:NSFontWeightSemibold];
+    [stack addArrangedSubview:title];
+    for (std::size_t i = 0; i < rowCount; ++i) {
+        const Row made{.mark = label({}), .text = [NSTextField wrappingLabelWithString:@""]};
+        made.mark.accessibilityElement = NO;
+        [made.mark.widthAnchor constraintEqualToConstant:markWidth].active = YES;
+        letItShrink(made.text);
+        NSStackView* const both = row(@[ made.mark, made.text ]);
+        both.alignment = NSLayoutAttributeFirstBaseline;
+        [stack addArrangedSubview:both];
+        rows.push_back(made);
+    }
+    advice.textColor = NSColor.secondaryLabelColor;
+    letItShrink(advice);
+    [stack addArrangedSubview:advice];
+    stack.hidden = YES;
+}
+
+void SetUpBox::show(const SetUpCard& card) {
+    if (card == drawn) return;
+    drawn = card;
+    stack.hidden = !card.shown;
+    if (!card.shown) return;
+    setText(title, card.title);
+    for (std::size_t i = 0; i < rows.size() && i < card.rows.size(); ++i) {
+        const SetUpRow& wanted = card.rows[i];
+        setText(rows[i].mark, std::string(markOf(wanted.state)));
+        rows[i].mark.textColor = colorOf(wanted.state);
+        setText(rows[i].text, wanted.text);
+        rows[i].text.accessibilityLabel = shownText(wanted.spoken);
+    }
+    setText(advice, card.advice);
+    advice.hidden = card.advice.empty();
+}
+
+} // namespace lumbrine
