@@ -150,11 +150,14 @@ void ClientMirror::sendVisibleColors() {
 void ClientMirror::sendVisibleInputMons() {
     const std::size_t shownStrips = state.published.shownStrips().size();
     PerStrip<bool> inputMons{};
-    toldMonitors.fill(std::nullopt);
+    const auto before = std::exchange(toldMonitors, {});
     toldTo = endpoint.ownership();
     for (std::size_t i = 0; i < shownStrips; ++i) {
         toldMonitors[i] = monitorOn(i);
-        inputMons[i] = toldMonitors[i] && toldMonitors[i]->on;
+        if (!toldMonitors[i]) continue;
+        const bool isSameTrack = before[i] && isSame(before[i]->track, toldMonitors[i]->track);
+        toldMonitors[i]->since = isSameTrack ? before[i]->since : runtime.now();
+        inputMons[i] = toldMonitors[i]->on;
     }
     emit(inputMonsMessage(std::span(inputMons).first(shownStrips)));
 }

@@ -25,6 +25,7 @@ namespace lumbrine {
 struct ToldMonitor {
     TrackIdentity track = {};
     bool on = false;
+    TimePoint since = distantPast; // when the strip was first told to have that track
 };
 
 class ClientMirror {

@@ -37,6 +37,7 @@ void TrackWishes::toggleInputMonitor(Strip strip, Asked origin) {
               .arrived = origin.at,
               .asked = 1};
     if (!told) return logDrop(wish, Reason::notShown);
+    if (told->since > origin.at) return logDrop(wish, Reason::otherTrack); // told while the wish waited for this thread
     if (!told->track.name.empty()) wish.open.push_back(told->track);
     add(std::move(wish));
 }
@@ -280,6 +281,8 @@ void TrackWishes::logDrop(const Wish& wish, Reason reason) {
             return {"the track is gone", "トラックがなくなったため"};
         case Reason::notShown:
             return {"no track was shown yet", "トラックがまだ表示されていないため"};
+        case Reason::otherTrack:
+            return {"its track is no longer shown", "トラックが表示されていないため"};
         case Reason::nameUnknown:
             return {"the track's full name is not known", "トラックのフルネームが不明なため"};
         case Reason::refused:

@@ -46,7 +46,7 @@ public:
 
 private:
     // Why a wish is dropped.
-    enum class Reason { unanswered, otherOwner, trackGone, notShown, nameUnknown, refused, tooMany };
+    enum class Reason { unanswered, otherOwner, trackGone, notShown, otherTrack, nameUnknown, refused, tooMany };
 
     // A wish as the scripting queue gets it.
     struct Attempt {

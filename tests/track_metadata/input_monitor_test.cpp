@@ -56,6 +56,15 @@ TEST_F(InputMonitorTest, IsThatOfTheTrackThatTheClientWasShown) {
     EXPECT_THAT(argumentsOf(inputMonitorCommand), ElementsAre(R"({"enabled":false,"track_names":["Lead Vocals"]})"));
 }
 
+TEST_F(InputMonitorTest, IsDroppedWhenTheStripWasToldAnotherTrackMeanwhile) {
+    Asked earlier = origin();
+    bench.run(1s);
+    published.bankOffset = 1;
+    bench.parts().mirror.send(occasion::bankView);
+    bench.parts().wishes.toggleInputMonitor(*Strip::of(0), earlier);
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped input monitor: its track is no longer shown"));
+}
+
 TEST_F(InputMonitorTest, IsShownToTheClientAtOnce) {
     service.requests.clear();
     toggle(0);
