@@ -131,7 +131,7 @@ bool Calm::positionIsRight() const {
 }
 
 bool Calm::mapIsRight() const {
-    if (isJudgedByTheHost()) return isRight(displaysOf(world.model->published().session));
+    if (isJudgedByTheHost()) return isRight(knownDisplays());
     const Names map = displaysOf(world.model->published().session);
     return rightMaps.contains(map) || isMapOf(viewOf(*world.proTools), map);
 }
@@ -141,6 +141,16 @@ bool Calm::isRight(const Names& map) const {
     const HostView host = viewOf(*world.proTools);
     return isMapOf(host, map) ||
            (world.model->published().bankOffset < 0 && !everyOffsetLooksDifferent(host, world.scenario.host));
+}
+
+// A track whose name has changed is known by that name until a strip shows it.
+Names Calm::knownDisplays() const {
+    const std::vector<Track>& map = world.model->published().session.tracks;
+    const std::vector<HostTrack> tracks = tracksOf(*world.proTools);
+    Names displays = displaysOf(world.model->published().session);
+    for (std::size_t i = 0; i < map.size() && i < tracks.size(); ++i)
+        if (!map[i].displayKnown && map[i].name == tracks[i].name) displays[i] = tracks[i].display;
+    return displays;
 }
 
 bool Calm::isJudgedByTheHost() const {

@@ -38,6 +38,7 @@ private:
     bool positionIsRight() const;
     bool mapIsRight() const;
     bool isRight(const Names& map) const;
+    Names knownDisplays() const;
     bool isJudgedByTheHost() const;
 
     bool jobsRanSince(TimePoint since) const;
