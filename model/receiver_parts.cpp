@@ -24,7 +24,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       moves(platform.runtime, state, bankMap, desk, displays),
       walk(jobs, state, {queue, moves, bankMap, capture, mirror, drops}),
       calibration(jobs, state, log, {queue, moves, bankMap, capture, mirror, metadata}),
-      mender(jobs, state, log, {bankMap, capture, mirror, metadata}),
+      mender(jobs, state, log, {bankMap, capture, mirror, metadata, calibration}),
       seekWorker(jobs, state, {queue, moves, bankMap, capture, mirror, automation, drops}),
       visibleRange(jobs, state, log, {moves, walk, automation, mirror}),
       groups(jobs, state, log, {surfaces, moves, walk, capture, automation, mirror, table, drops}),

@@ -25,12 +25,17 @@ TrackNames BankMap::window() const {
     return names;
 }
 
+int BankMap::shownPosition() const {
+    const Session& session = state.published.session;
+    return session.sure ? locate(session.tracks, window()) : -1;
+}
+
 void BankMap::relocalize() {
     if (state.published.session.empty() || state.published.banksUsedBy == BankUser::seek ||
         state.published.calibrating())
         return;
     const TrackNames shown = window();
-    const int position = locate(state.published.session.tracks, shown);
+    const int position = shownPosition();
     if (position < 0 && isOverwritten(shown)) return;
     overwrittenSince.reset();
     if (position < 0 && debug) printDiagnosis(shown);
@@ -44,7 +49,7 @@ void BankMap::relocalize() {
 bool BankMap::isSure() const {
     const auto user = state.published.banksUsedBy;
     return user != BankUser::seek && user != BankUser::scan && state.published.bankOffset >= 0 &&
-           locate(state.published.session.tracks, window()) == state.published.bankOffset;
+           shownPosition() == state.published.bankOffset;
 }
 
 void BankMap::learn(const TrackNames& shown, std::size_t position) {

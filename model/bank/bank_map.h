@@ -22,6 +22,12 @@ public:
     // The names on the shown strips.
     TrackNames window() const;
 
+    // The position by the shown names alone; -1 when they do not tell, or the map is not sure.
+    int shownPosition() const;
+
+    // Whether the shown names lie somewhere in the map, perhaps at several places.
+    bool fitsMap() const { return fitsSomewhere(state.published.session.tracks, window()); }
+
     // Finds the position by the shown names, and tells the client when it has changed or is lost. Does nothing without
     // a map, or during a seek, which knows the position better than names that lag, or a scan, which passes by.
     void relocalize();

@@ -1,5 +1,7 @@
 #include "model/bank/calibration.h"
 
+#include "model/bank/scan_ending.h"
+
 #include <algorithm>
 #include <cassert>
 #include <iterator>
@@ -11,6 +13,7 @@ namespace {
 
 constexpr Duration settledNames = seconds(1.2);
 constexpr Duration settleLimit = seconds(6.0);
+constexpr Duration betweenKeys = seconds(0.075);
 
 } // namespace
 
@@ -59,6 +62,19 @@ bool Calibration::admitted(bool force) {
     return force || jobs.runtime.now() - state.presence.firstPingAt > pingRunBeforeScan;
 }
 
+bool Calibration::hasLaidOver(const std::vector<TrackIdentity>& list) const {
+    return std::ranges::equal(listed, list, {}, {}, &TrackIdentity::name);
+}
+
+void Calibration::scanAnother() {
+    if (!state.published.huiConnected || state.transportRunning()) return;
+    if (!state.quiet() || state.handsOn(jobs.runtime.now())) return;
+    forgetMap();
+    forgotten = {}; // the same names may be other tracks
+    parts.metadata.forgetComments();
+    calibrateBanks(true);
+}
+
 void Calibration::forgetMap() {
     assert(jobs.runtime.onMain());
     if (state.published.session.empty()) return;
@@ -71,34 +87,128 @@ void Calibration::forgetMap() {
 void Calibration::scan() {
     // Just after a connection Pro Tools is still filling the displays.
     parts.moves.waitForStillNames(settledNames, settleLimit);
-    const TrackNames start = parts.moves.stableWindow();
-    rewind();
-    Session scanned = walk();
-    const int startOffset = locate(scanned.tracks, start);
+    const SurveyedBank start = parts.moves.stableLook();
+    listed = jobs.runtime.syncMain([this] {
+        hiddenAreListed = !parts.metadata.bankedAreVisible();
+        return listedNames();
+    });
+    const bool topIsSure = rewind();
+    Session scanned = walk(topIsSure);
+    const bool isSure = scanned.sure;
+    const int startOffset = isSure ? locate(scanned.tracks, start.names) : -1;
+    const std::size_t banks = scanned.size() / start.width() + 1;
     jobs.runtime.syncMain([this, &scanned] { commit(std::move(scanned)); });
-    parts.moves.moveWindow(std::max(startOffset, 0));
+    if (isSure) return parts.moves.moveWindow(std::max(startOffset, 0));
+    returnTo(start, banks);
 }
 
-void Calibration::rewind() {
-    for (int banks = 0; banks < maxBanks; ++banks) {
-        const TrackNames before = parts.moves.stableWindow();
+bool Calibration::goesOn(int presses, TimePoint since) const {
+    return presses < maxTracks / parts.moves.layout().width + sparePresses && jobs.runtime.now() - since < longestWay;
+}
+
+// Bank by bank, as far as the top, where no map tells the way.
+void Calibration::returnTo(const SurveyedBank& start, std::size_t banks) {
+    for (; banks > 0 && !looksLike(parts.moves.stableLook(), start); --banks) {
         parts.moves.press(bank_port::bankBack);
-        if (parts.moves.windowAfterPress(before) == before) return;
+        parts.moves.shortQuietWait();
     }
+    parts.moves.awaitLastPress(-1);
 }
 
-Session Calibration::walk() {
-    const auto width = static_cast<std::size_t>(parts.moves.layout().width);
-    TrackSurvey survey(width, jobs.runtime.syncMain([this] { return listedNames(); }));
-    survey.add({.names = parts.moves.stableWindow(), .faders = shownFaders(width)});
-    for (int banks = 0; banks < maxBanks; ++banks) {
-        const TrackNames before = parts.moves.stableWindow();
-        parts.moves.press(bank_port::bankForward);
-        TrackNames shown = parts.moves.windowAfterPress(before);
-        if (shown == before && !survey.expectsAnother()) break;
-        survey.add({.names = std::move(shown), .faders = shownFaders(width)});
+// True when the surfaces certainly show the first track then.
+bool Calibration::rewind() {
+    std::vector<Track> tracks(listed.size());
+    for (std::size_t i = 0; i < listed.size(); ++i) {
+        tracks[i].displayKnown = false;
+        tracks[i].name = listed[i];
     }
-    return survey.session();
+    const TimePoint begin = jobs.runtime.now();
+    int vain = 0; // presses in a row
+    for (int banks = 0; goesOn(banks, begin); ++banks) {
+        const SurveyedBank before = parts.moves.stableLook();
+        const int byList = locate(tracks, before.names);
+        parts.moves.press(bank_port::bankBack);
+        if (byList < 0) { // a bank key may lead to what looks the same, a channel key hardly
+            jobs.runtime.sleepFor(betweenKeys);
+            parts.moves.press(bank_port::channelBack);
+        }
+        const bool hasMoved = !looksLike(parts.moves.lookAfterPress(before), before);
+        vain = hasMoved ? 0 : vain + 1;
+        if (hasMoved || (byList > 0 && vain < 2)) continue; // a press may get lost
+        if (byList == 0 || !before.isUniform()) return byList <= 0 || hiddenAreListed;
+        if ((static_cast<std::size_t>(banks) + 1) * before.width() >= listed.size()) return false;
+    }
+    return false;
+}
+
+Session Calibration::walk(bool topIsSure) {
+    SurveyedBank top = parts.moves.stableLook();
+    const std::size_t width = top.width();
+    TrackSurvey survey(width, listed);
+    survey.add(std::move(top));
+    const TimePoint begin = jobs.runtime.now();
+    auto key = KeyThatShowedNothing::isUnclear;
+    bool wasDisturbed = false;
+    for (int presses = 0; goesOn(presses, begin); ++presses) {
+        const SurveyedBank before = parts.moves.stableLook();
+        surfacesChanged = before.width() != width;
+        if (surfacesChanged) break;
+        if (!looksLike(before, survey.seen().back())) wasDisturbed = true; // somebody else moves the banks
+        parts.moves.press(bank_port::bankForward);
+        SurveyedBank shown = parts.moves.lookAfterPress(before);
+        if (looksLike(shown, before) && !survey.expectsAnother()) {
+            key = meaningOfLastKey(survey);
+            if (key == KeyThatShowedNothing::wasLost) continue;
+            if (key != KeyThatShowedNothing::moved) break;
+        }
+        survey.add(std::move(shown));
+    }
+    if (key != KeyThatShowedNothing::metTheEnd) survey.endsAfter(0);
+    Session session = survey.session();
+    const bool mayBeStuck = survey.seen().size() == 1 && listed.size() > width && !hiddenAreListed;
+    if (!survey.isWholeByList() && (!topIsSure || wasDisturbed || survey.looksDisturbed() || mayBeStuck))
+        session.sure = false;
+    return session;
+}
+
+Calibration::KeyThatShowedNothing Calibration::meaningOfLastKey(TrackSurvey& survey) {
+    const bool isEvident = survey.isWholeByList() || ScanEnding::evidentLastStep(survey.seen()) > 0;
+    return isEvident ? KeyThatShowedNothing::metTheEnd : lookBack(survey);
+}
+
+// By channels back as far as is needed, and then as far on, and one more: at the session's end it changes nothing.
+Calibration::KeyThatShowedNothing Calibration::lookBack(TrackSurvey& survey) {
+    using enum KeyThatShowedNothing;
+    const SurveyedBank last = survey.seen().back();
+    ScanEnding ending(survey.seen());
+    SurveyedBank shown = last;
+    std::size_t back = 0;
+    do {
+        shown = stepBack(shown, survey.seen().size() == 1 || last.isUniform());
+        ending.sawBefore(++back, shown);
+    } while (ending.isOpen() && back < last.width());
+    if (ending.isImpossible()) return isUnclear;
+    const std::size_t on = std::min(back, ending.lastOffset());
+    parts.moves.pressChannels(bank_port::channelForward, on + (ending.hasMoved() ? 0 : 1));
+    SurveyedBank there = parts.moves.lookAfterPress(shown);
+    const bool isBack = looksLike(there, last);
+    if (ending.hasMoved()) return isBack ? moved : isUnclear;
+    if (ending.lastStep() == 0) return isUnclear;
+    if (isBack) {
+        survey.endsAfter(ending.lastStep());
+        return metTheEnd;
+    }
+    parts.moves.press(bank_port::channelBack);
+    return looksLike(parts.moves.lookAfterPress(there), last) ? wasLost : isUnclear;
+}
+
+// A channel back. A press that should have shown something may have been lost, and is repeated.
+SurveyedBank Calibration::stepBack(const SurveyedBank& shown, bool mayShowNothing) {
+    parts.moves.press(bank_port::channelBack);
+    SurveyedBank next = parts.moves.lookAfterPress(shown);
+    if (mayShowNothing || !looksLike(next, shown)) return next;
+    parts.moves.press(bank_port::channelBack);
+    return parts.moves.lookAfterPress(shown);
 }
 
 std::vector<std::string> Calibration::listedNames() const {
@@ -107,24 +217,16 @@ std::vector<std::string> Calibration::listedNames() const {
     return names;
 }
 
-std::vector<std::optional<double>> Calibration::shownFaders(std::size_t width) const {
-    // Nothing comes back while the runtime is being shut down.
-    std::vector<std::optional<double>> faders = jobs.runtime.syncMain([this] {
-        std::vector<std::optional<double>> all;
-        for (const StripState& strip : state.published.strips)
-            all.push_back(strip.shownFader);
-        return all;
-    });
-    faders.resize(width);
-    return faders;
-}
-
 // ---- Ending
 
 void Calibration::commit(Session scanned) {
     assert(jobs.runtime.onMain());
     forgetMap();
     carryOver(forgotten, scanned);
+    // Where no key led anywhere, but did before, Pro Tools may have been stuck.
+    const auto width = static_cast<std::size_t>(state.published.winW);
+    if (scanned.size() == width && forgotten.size() > width) scanned.sure = false;
+    state.scans.repeated = !surfacesChanged && !forgotten.empty() && sameDisplays(forgotten, scanned);
     state.scans.sawNothing = scanned.empty();
     const bool otherTracks = !forgotten.empty() && !sameDisplays(forgotten, scanned);
     if (forgotten.empty() || otherTracks) ++state.mapNumber;
@@ -146,7 +248,7 @@ void Calibration::finish() {
     parts.mirror.sendBankPosToClient();
     parts.capture.allShown();
     parts.metadata.refreshFullNames();
-    if (state.published.bankOffset < 0) {
+    if (state.published.bankOffset < 0 && !state.scans.sawNothing) {
         retryOrGiveUp();
     } else {
         state.scans.calibrationRetried = false;

@@ -2,9 +2,9 @@
 // takes the user's view away for a while, so it runs when there is no map, when the map proves wrong, and when the
 // client asks for it.
 //
-// A bank that has not changed within 1.1 s of a press counts as the end of the session, unless Pro Tools' track
-// list has more tracks. At most 64 banks are walked either way: sessions of up to 520 tracks fit 8 strips, of up to
-// 1,040 tracks 16.
+// Where a press of the bank key shows nothing within 1.1 s, Pro Tools' track list says whether the session goes on.
+// Without one that agrees, a few steps by channels tell (ScanEnding). Sessions of up to 2,048 tracks are mapped; of a
+// larger one no position is known.
 #pragma once
 
 #include "model/bank/fader_capture.h"
@@ -22,7 +22,9 @@ class Calibration {
 public:
     static constexpr Duration pingRunBeforeScan = seconds(2.0); // until then Pro Tools is still filling the strips
     static constexpr Duration retryDelay = seconds(2.0);
-    static constexpr int maxBanks = 64; // each way
+    static constexpr int maxTracks = 2048;
+    static constexpr int sparePresses = 8;                 // each way, as some may get lost
+    static constexpr Duration longestWay = seconds(300.0); // each way
 
     struct Parts {
         DeskQueue& queue;
@@ -43,6 +45,12 @@ public:
     // displays in the end is repeated once, unless the banks are being moved then. Main thread.
     void calibrateBanks(bool force, std::optional<Asked> asked = {});
 
+    // Whether the last scan already went by that list. Main thread.
+    bool hasLaidOver(const std::vector<TrackIdentity>& list) const;
+
+    // Another session may be open now: scans it, unless somebody has the surfaces. Main thread.
+    void scanAnother();
+
     // The map does not fit the displays any more. Main thread.
     void forgetMap();
 
@@ -51,9 +59,14 @@ private:
 
     // On the desk's thread
     void scan();
-    void rewind();
-    Session walk();
-    std::vector<std::optional<double>> shownFaders(std::size_t width) const;
+    bool goesOn(int presses, TimePoint since) const;
+    void returnTo(const SurveyedBank& start, std::size_t banks);
+    bool rewind();
+    Session walk(bool topIsSure);
+    enum class KeyThatShowedNothing { metTheEnd, moved, wasLost, isUnclear };
+    KeyThatShowedNothing meaningOfLastKey(TrackSurvey& survey);
+    KeyThatShowedNothing lookBack(TrackSurvey& survey);
+    SurveyedBank stepBack(const SurveyedBank& shown, bool mayShowNothing);
 
     // On the main thread
     std::vector<std::string> listedNames() const;
@@ -66,7 +79,10 @@ private:
     ReceiverState& state;
     ActivityLog& log;
     const Parts parts;
-    Session forgotten; // what the next scan may find unchanged
+    Session forgotten;               // what the next scan may find unchanged
+    std::vector<std::string> listed; // of the scan under way, or the last one, like the next
+    bool hiddenAreListed = false;    // perhaps, among these
+    bool surfacesChanged = false;    // one came or went, which ended the scan
 };
 
 } // namespace lumbrine

@@ -131,6 +131,9 @@ TEST(ScanInJapanese, TellsWhatItDoes) {
     bench.run(1s);
     ReceiverState& state = bench.state();
     Calibration& scan = bench.parts().calibration;
+    for (int strip = 0; strip < stripsPerSurface; ++strip)
+        bench.surfaceA.name(strip, "Vox "); // which is ambiguous
+    bench.run(1s);
     bench.takeLines();
 
     scan.calibrateBanks(true);
@@ -140,15 +143,15 @@ TEST(ScanInJapanese, TellsWhatItDoes) {
     state.transportPlaying = false;
     scan.calibrateBanks(true);
     const auto ended = [&state] { return !state.published.calibrating(); };
-    ASSERT_TRUE(world.runtime.runUntil(ended, 10s));
+    ASSERT_TRUE(world.runtime.runUntil(ended, 30s));
     bench.run(2s);
-    ASSERT_TRUE(world.runtime.runUntil(ended, 10s));
+    ASSERT_TRUE(world.runtime.runUntil(ended, 30s));
     EXPECT_THAT(bench.lines,
                 ElementsAre("計測: Pro Tools 未接続のため中止",
                             "計測: 再生/録音中のため見送り（停止後に自動で行います）", //
-                            "▶ トラック全体を計測中…（PT の表示が一瞬動きます）", "✓ 全 0 トラックを把握しました",
+                            "▶ トラック全体を計測中…（PT の表示が一瞬動きます）", "✓ 全 8 トラックを把握しました",
                             "位置を特定できないため測り直します…", "▶ トラック全体を計測中…（PT の表示が一瞬動きます）",
-                            "✓ 全 0 トラックを把握しました", "位置を特定できません（地図と表示が合いません）"));
+                            "✓ 全 8 トラックを把握しました", "位置を特定できません（地図と表示が合いません）"));
 }
 
 // ---- The scan
@@ -184,13 +187,13 @@ protected:
 
 TEST_F(ScanOf20TracksTest, WaitsForTheDisplaysAroundEachPress) {
     scan.calibrateBanks(false);
-    bench.run(4019ms);
+    bench.run(4124ms);
     EXPECT_TRUE(state.published.calibrating());
     bench.run(1ms);
     EXPECT_FALSE(state.published.calibrating());
-    EXPECT_THAT(presses(), ElementsAre("240ms B0 2F 41", // back, where nothing moves
-                                       "1590ms B0 2F 43", "1980ms B0 2F 43", "2370ms B0 2F 43", // nor here
-                                       "3600ms B0 2F 41", "3750ms B0 2F 41"));                  // to where it began
+    EXPECT_THAT(presses(), ElementsAre("240ms B0 2F 41", "345ms B0 2F 40", // back, where nothing moves
+                                       "1695ms B0 2F 43", "2085ms B0 2F 43", "2475ms B0 2F 43", // nor here
+                                       "3705ms B0 2F 41", "3855ms B0 2F 41"));                  // to where it began
 }
 
 TEST_F(ScanOf20TracksTest, WaitsUntilTheDisplaysHaveSettledFirst) {
@@ -231,7 +234,7 @@ TEST_F(ScanTest, WaitsNoLongerThanSixSecondsForTheDisplaysToSettle) {
 
 TEST_F(ScanOf20TracksTest, CommitsTheMapBeforeItReturns) {
     scan.calibrateBanks(false);
-    bench.run(3479ms);
+    bench.run(3584ms);
     EXPECT_THAT(displaysOf(state.published.session), IsEmpty());
     bench.takeLines();
     bench.run(1ms);
@@ -244,7 +247,7 @@ TEST_F(ScanOf20TracksTest, CommitsTheMapBeforeItReturns) {
 
 TEST_F(ScanOf20TracksTest, LooksWhereTheSurfacesAreWhenItHasReturned) {
     scan.calibrateBanks(false);
-    bench.run(4010ms);
+    bench.run(4115ms);
     EXPECT_EQ(state.published.bankOffset, -1);
     ASSERT_TRUE(scanEnds(1s));
     EXPECT_EQ(state.published.bankOffset, 0);
@@ -258,7 +261,7 @@ TEST_F(ScanOf20TracksTest, RemembersTheFadersThatItPasses) {
 
 TEST_F(ScanOf20TracksTest, KeepsTheLaterFaderWhereBanksOverlap) {
     scan.calibrateBanks(false);
-    bench.run(1940ms); // the second bank has been seen, with track 13 on it; so it will be with the third
+    bench.run(2045ms); // the second bank has been seen, with track 13 on it; so it will be with the third
     host.faders[13] = 1000 / 16383.0;
     ASSERT_TRUE(scanEnds(10s));
     EXPECT_EQ(rawFaders()[13], 1000);
@@ -352,7 +355,7 @@ TEST_F(ToldScanTest, ThePositionIsToldInTheEndThoughItIsTheSame) {
     markAll();
     bench.parts().calibration.calibrateBanks(true);
     ASSERT_TRUE(bench.state().published.calibrating());
-    ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().published.calibrating(); }, 4s));
+    ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().published.calibrating(); }, 8s));
     EXPECT_THAT(heard(0x16), ElementsAre(testing::EndsWith("01 16 00 00 00 08 08")));
 }
 
@@ -363,10 +366,10 @@ TEST_F(ToldScanTest, ThePositionIsToldLastAsTheDisplaysShowIt) {
     bench.run(2s);
     sendNothing();
     bench.parts().calibration.calibrateBanks(true);
-    ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().fullTableDirty; }, 4s));
+    ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().fullTableDirty; }, 8s));
     bench.state().published.bankOffset = 5;
     markAll();
-    ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().published.calibrating(); }, 4s));
+    ASSERT_TRUE(world.runtime.runUntil([this] { return !bench.state().published.calibrating(); }, 8s));
     EXPECT_THAT(heard(0x16), ElementsAre(testing::EndsWith("01 16 00 00 00 08 08"), // with all that it decides
                                          testing::EndsWith("01 16 00 00 00 08 08")));
 }
@@ -470,15 +473,15 @@ TEST_F(FailedScanTest, MayBeRepeatedAgainAfterASuccess) {
 
 // ---- It ends
 
-TEST_F(ScanTest, EndsWithin257SecondsWhateverTheDisplaysDo) {
+TEST_F(ScanTest, EndsWithinAQuarterOfAnHourWhateverTheDisplaysDo) {
     BankingHost host(bench, numbers(8));
     const auto changes = world.runtime.repeatOnMain(
         50ms, [this, count = 0]() mutable { bench.surfaceA.name(0, std::to_string(1000 + count++ % 9000)); });
     bench.run(100ms);
     const TimePoint begin = world.runtime.now();
     scan.calibrateBanks(false);
-    ASSERT_TRUE(scanEnds(257s));
-    EXPECT_GT(world.runtime.now() - begin, 255s); // 64 banks back and 64 forward, 1.93 s each
+    ASSERT_TRUE(scanEnds(900s));
+    EXPECT_GT(world.runtime.now() - begin, 600s); // back and forward for 300 s each, and to the top
 }
 
 TEST_F(ScanTest, EndsThoughProToolsGoesAway) {
@@ -488,7 +491,7 @@ TEST_F(ScanTest, EndsThoughProToolsGoesAway) {
     bench.run(3s);
     state.published.huiConnected = false;
     host.deaf = true;
-    EXPECT_TRUE(scanEnds(5s));
+    EXPECT_TRUE(scanEnds(10s));
 }
 
 } // namespace

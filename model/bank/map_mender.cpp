@@ -16,14 +16,22 @@ void MapMender::watchTrackList() {
         seen = listed;
         seenSince = now;
     }
-    if (!session.listed || session.empty() || listed.empty() || !state.quiet() || !isNews(listed)) return;
+    const bool isSettled = now - seenSince >= settled;
+    if (session.empty() || listed.empty() || !state.quiet() || state.transportRunning()) return;
+    // The scan may have met a Pro Tools that did not react.
+    const bool mayKnowBetter = !session.sure || (!session.listed && parts.metadata.bankedAreVisible());
+    if (mayKnowBetter && isSettled && !parts.calibration.hasLaidOver(listed)) return parts.calibration.scanAnother();
+    if (!session.listed || !isNews(listed)) return;
 
     Session mended = followed(session, listed);
     const auto known = std::ranges::count(mended.tracks, true, &Track::displayKnown);
-    if (2 * static_cast<std::size_t>(known) < mended.size()) return; // another session
+    if (2 * static_cast<std::size_t>(known) < mended.size()) {
+        if (isSettled) parts.calibration.scanAnother();
+        return;
+    }
     const TrackNames shown = parts.bankMap.window();
     if (locate(mended.tracks, shown) < 0) return;
-    if (locate(session.tracks, shown) < 0 || now - seenSince >= settled) take(std::move(mended));
+    if (locate(session.tracks, shown) < 0 || isSettled) take(std::move(mended));
 }
 
 // Whether the list has other tracks than the map, or another order.

@@ -1,8 +1,10 @@
 // Following the track list where it has changed, without taking the surfaces: tracks that were added, removed, moved,
-// renamed, hidden or shown. What the strips show must agree. A scan remains for everything else.
+// renamed, hidden or shown. What the strips show must agree. A list of another session leads to a scan, and so does one
+// that may help where a scan was not sure.
 #pragma once
 
 #include "model/bank/bank_map.h"
+#include "model/bank/calibration.h"
 #include "model/bank/fader_capture.h"
 #include "model/tracks/track_metadata.h"
 
@@ -20,6 +22,7 @@ public:
         FaderCapture& capture;
         ClientMirror& mirror;
         TrackMetadata& metadata;
+        Calibration& calibration;
     };
 
     MapMender(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts);

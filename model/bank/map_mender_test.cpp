@@ -109,6 +109,37 @@ TEST_F(MapMenderTest, AnotherSessionIsNotAChange) {
     EXPECT_EQ(state.published.session.size(), 4U);
 }
 
+TEST_F(MapMenderTest, AnotherSessionIsScannedOnceItsListIsSettled) {
+    list({"A", "B", "C"}, {{"A", "1"}, {"B", "2"}, {"C", "3"}}); // of the same names
+    mender.watchTrackList();
+    bench.run(2399ms);
+    mender.watchTrackList();
+    EXPECT_FALSE(state.published.calibrating());
+    bench.run(1ms);
+    state.published.huiConnected = true;
+    mender.watchTrackList();
+    EXPECT_TRUE(state.published.calibrating());
+}
+
+TEST_F(MapMenderTest, AnUnsureSessionIsScannedAgainWithAListThatTheScanDidNotHave) {
+    state.published.session.sure = false;
+    mender.watchTrackList();
+    bench.run(2400ms);
+    state.published.huiConnected = true;
+    mender.watchTrackList();
+    EXPECT_TRUE(state.published.calibrating());
+}
+
+TEST_F(MapMenderTest, AMapOfAnotherCountIsScannedAgainOnceWithTheListThatTheScanDidNotHave) {
+    state.published.session.listed = false;
+    list({"A", "B", "C", "D", "E", "F", "G", "H", "I", "J"});
+    mender.watchTrackList();
+    bench.run(2400ms);
+    state.published.huiConnected = true;
+    mender.watchTrackList();
+    EXPECT_TRUE(state.published.calibrating());
+}
+
 TEST_F(MapMenderTest, NothingIsMendedWhileAJobHasTheBanks) {
     list({"A", "C", "D"});
     show({"A", "C", "D"});

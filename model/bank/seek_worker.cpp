@@ -45,7 +45,7 @@ void SeekWorker::request(int target, std::optional<Ownership> owner) {
     const PublishedState& published = state.published;
     if (!published.huiConnected) return;
     const BankLayout session{.tracks = static_cast<int>(published.session.size()), .width = published.winW};
-    if (session.maxOffset() == 0) return;
+    if (session.maxOffset() == 0 && published.session.sure) return;
     if (!state.quiet() && published.banksUsedBy != BankUser::seek)
         return parts.drops.tell(command_name::bankMove, DropReason::surfacesBusy);
     if (!hireWorker(std::clamp(target, 0, session.maxOffset()), owner)) return;

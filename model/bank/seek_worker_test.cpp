@@ -132,6 +132,14 @@ TEST_F(SeekTest, IsIgnoredInASessionThatFits) {
     EXPECT_FALSE(state.published.banksUsedBy == BankUser::seek);
 }
 
+TEST_F(SeekTest, IsDroppedWithALineWhereTheMapIsNotSure) {
+    bench.setTrackMap(numbers(8), -1);
+    state.published.session.sure = false; // there may be more tracks
+    worker.seekBank(16);
+    bench.run(2s);
+    EXPECT_THAT(bench.lines, testing::Contains("✗ Dropped bank move: the bank position is unknown"));
+}
+
 TEST_F(SeekTest, IsNotHeldBackByTheTransport) {
     state.transportPlaying = true;
     worker.seekBank(8);

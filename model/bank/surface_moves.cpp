@@ -63,9 +63,25 @@ TrackNames SurfaceMoves::stableWindow() const {
     return last;
 }
 
+SurveyedBank SurfaceMoves::stableLook() const {
+    return withFaders(stableWindow());
+}
+
+SurveyedBank SurfaceMoves::withFaders(TrackNames names) const {
+    SurveyedBank look{.names = std::move(names), .faders = {}};
+    // Nothing comes back while the runtime is being shut down.
+    look.faders = runtime.syncMain([this] {
+        std::vector<std::optional<double>> faders;
+        for (const StripState& strip : state.published.strips)
+            faders.push_back(strip.shownFader);
+        return faders;
+    });
+    look.faders.resize(look.names.size());
+    return look;
+}
+
 int SurfaceMoves::shownOffset() const {
-    const std::optional<int> offset = runtime.syncMain(
-        [this] { return std::optional<int>(locate(state.published.session.tracks, bankMap.window())); });
+    const std::optional<int> offset = runtime.syncMain([this] { return std::optional<int>(bankMap.shownPosition()); });
     return offset.value_or(-1);
 }
 
@@ -163,17 +179,24 @@ void SurfaceMoves::awaitLastPress(int target, const std::function<bool()>& enoug
         runtime.sleepFor(quietPoll);
 }
 
-TrackNames SurfaceMoves::windowAfterPress(const TrackNames& before) {
+SurveyedBank SurfaceMoves::lookAfterPress(const SurveyedBank& before) {
     shortQuietWait();
-    TrackNames after = stableWindow();
-    const auto isOpen = [&] { return after == before && sincePress() < HostReaction::longest; };
+    SurveyedBank after = stableLook();
+    const auto isOpen = [&] { return looksLike(after, before) && sincePress() < HostReaction::longest; };
     for (auto polls = reactionPolls; polls > 0 && isOpen(); --polls) {
         runtime.sleepFor(quietPoll);
-        if (snapshotWindow() == before) continue;
+        if (looksLike(withFaders(snapshotWindow()), before)) continue;
         shortQuietWait();
-        after = stableWindow();
+        after = stableLook();
     }
     return after;
+}
+
+void SurfaceMoves::pressChannels(int port, std::size_t times) {
+    for (std::size_t i = 0; i < times; ++i) {
+        if (i > 0) runtime.sleepFor(afterChannelPress);
+        press(port);
+    }
 }
 
 void SurfaceMoves::moveWindow(int target) {

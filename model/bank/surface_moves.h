@@ -7,6 +7,7 @@
 
 #include "model/bank/bank_map.h"
 #include "model/bank/bank_step.h"
+#include "model/bank/surveyed_bank.h"
 #include "model/hands/display_watch.h"
 
 #include <functional>
@@ -15,7 +16,7 @@ namespace lumbrine {
 
 class SurfaceMoves {
 public:
-    static constexpr int maxPresses = 200;                 // of one moveWindow
+    static constexpr int maxPresses = 300;                 // of one moveWindow
     static constexpr int maxAttempts = 4;                  // of one moveWindowReliably
     static constexpr int stableWindowSamples = 6;          // 0.12 s apart
     static constexpr Duration stillForGood = seconds(0.3); // names that have not changed for so long are all there
@@ -32,6 +33,9 @@ public:
 
     // The window, once two looks at it in a row have been alike; after 0.12 s at the earliest and 0.72 s at the latest.
     TrackNames stableWindow() const;
+
+    // The stable window, and the faders beside it.
+    SurveyedBank stableLook() const;
 
     // The index of the track on strip 0 by the shown names; -1 when they do not tell.
     int shownOffset() const;
@@ -72,9 +76,12 @@ public:
     // `enough` says so.
     void awaitLastPress(int target, const std::function<bool()>& enough = [] { return false; });
 
-    // The stable window after a press, once it is another one than before; the same one after 1.1 s, whatever the usual
-    // time: then it counts as the end of the session.
-    TrackNames windowAfterPress(const TrackNames& before);
+    // The stable look after a press, once it is another one than before; the same one after 1.1 s, whatever the usual
+    // time: then the press has shown nothing.
+    SurveyedBank lookAfterPress(const SurveyedBank& before);
+
+    // So many presses of a channel button, as fast as Pro Tools follows.
+    void pressChannels(int port, std::size_t times);
 
     // Presses its way to the target, or as near as the session's end allows. Does nothing when the shown names do not
     // tell where the surfaces are.
@@ -87,6 +94,7 @@ public:
     void returnTo(int view);
 
 private:
+    SurveyedBank withFaders(TrackNames names) const;
     void moveOnce(int target, bool isCorrection);
     Duration sincePress() const { return runtime.now() - lastPress; }
 

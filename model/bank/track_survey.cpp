@@ -1,6 +1,7 @@
 #include "model/bank/track_survey.h"
 
 #include "base/blank_text.h"
+#include "model/bank/scan_ending.h"
 #include "model/state/display_name.h"
 
 #include <algorithm>
@@ -13,8 +14,7 @@ TrackSurvey::TrackSurvey(std::size_t width, std::vector<std::string> listed)
     : width(width), listed(std::move(listed)) {}
 
 void TrackSurvey::add(SurveyedBank bank) {
-    bank.names.resize(width); // a surface may have come or gone
-    bank.faders.resize(width);
+    bank.resize(width);
     banks.push_back(std::move(bank));
 }
 
@@ -22,17 +22,31 @@ bool TrackSurvey::expectsAnother() const {
     return banks.size() < listedBanks() && fitsList(banks, offsetsByList(false));
 }
 
+bool TrackSurvey::isWholeByList() const {
+    return !chosenByList(banks).empty() || !chosenByList(withoutRepeats()).empty();
+}
+
+bool TrackSurvey::looksDisturbed() const {
+    Banks before;
+    for (const SurveyedBank& bank : banks) {
+        if (!before.empty()) {
+            // Only the last bank overlaps the one before.
+            const std::size_t step = ScanEnding::evidentLastStep(before);
+            if (bank.isWithoutTracks() || before.back().isWithoutTracks() || (step > 0 && step < width) ||
+                differOnlyByModes(bank, before.back()))
+                return true;
+        }
+        before.push_back(bank);
+    }
+    return false;
+}
+
 Session TrackSurvey::session() const {
     // A press that changed nothing may have been lost, or led to a bank that looks the same.
-    for (const Banks& seen : {banks, withoutRepeats()}) {
-        if (seen.size() != listedBanks()) continue;
-        const Offsets filled = offsetsByList(true), unfilled = offsetsByList(false);
-        const bool fitsUnfilled = fitsList(seen, unfilled);
-        if (fitsList(seen, filled) && (!fitsUnfilled || hasSameFaders(seen, filled)))
-            return placed(seen, filled, listed.size());
-        if (fitsUnfilled) return placed(seen, unfilled, listed.size());
-    }
-    return joined(withoutRepeats());
+    for (const Banks& chosen : {banks, withoutRepeats()})
+        if (const Offsets offsets = chosenByList(chosen); !offsets.empty())
+            return placed(chosen, offsets, listed.size());
+    return byDisplays();
 }
 
 // ---- By the list
@@ -50,27 +64,36 @@ TrackSurvey::Offsets TrackSurvey::offsetsByList(bool lastBankIsFilled) const {
     return offsets;
 }
 
-bool TrackSurvey::fitsList(const Banks& seen, const Offsets& offsets) const {
-    for (std::size_t bank = 0; bank < seen.size(); ++bank)
-        for (std::size_t strip = 0; strip < width; ++strip) {
-            const std::size_t track = offsets[bank] + strip;
-            const std::string& shown = seen[bank].names[strip];
-            if (track < listed.size() ? !mayShow(shown, listed[track]) : !isBlank(shown)) return false;
-        }
-    return agree(seen, offsets, [](const SurveyedBank& bank, std::size_t strip) { return bank.names[strip]; });
+// Empty where the list disagrees.
+TrackSurvey::Offsets TrackSurvey::chosenByList(const Banks& chosen) const {
+    if (chosen.size() != listedBanks()) return {};
+    Offsets filled = offsetsByList(true), unfilled = offsetsByList(false);
+    const bool fitsUnfilled = fitsList(chosen, unfilled);
+    if (fitsList(chosen, filled) && (!fitsUnfilled || hasSameFaders(chosen, filled))) return filled;
+    return fitsUnfilled ? unfilled : Offsets{};
 }
 
-bool TrackSurvey::hasSameFaders(const Banks& seen, const Offsets& offsets) const {
-    return agree(seen, offsets, [](const SurveyedBank& bank, std::size_t strip) { return bank.faders[strip]; });
+bool TrackSurvey::fitsList(const Banks& chosen, const Offsets& offsets) const {
+    for (std::size_t bank = 0; bank < chosen.size(); ++bank)
+        for (std::size_t strip = 0; strip < width; ++strip) {
+            const std::size_t track = offsets[bank] + strip;
+            const std::string& shown = chosen[bank].names[strip];
+            if (track < listed.size() ? !mayShow(shown, listed[track]) : !isBlank(shown)) return false;
+        }
+    return agree(chosen, offsets, [](const SurveyedBank& bank, std::size_t strip) { return bank.names[strip]; });
+}
+
+bool TrackSurvey::hasSameFaders(const Banks& chosen, const Offsets& offsets) const {
+    return agree(chosen, offsets, [](const SurveyedBank& bank, std::size_t strip) { return bank.faders[strip]; });
 }
 
 // Whether banks that overlap show the same of the tracks that both show.
 template <typename ValueOf>
-bool TrackSurvey::agree(const Banks& seen, const Offsets& offsets, ValueOf valueOf) const {
-    for (std::size_t bank = 1; bank < seen.size(); ++bank) {
+bool TrackSurvey::agree(const Banks& chosen, const Offsets& offsets, ValueOf valueOf) const {
+    for (std::size_t bank = 1; bank < chosen.size(); ++bank) {
         const std::size_t step = offsets[bank] - offsets[bank - 1];
         for (std::size_t strip = 0; strip + step < width; ++strip)
-            if (valueOf(seen[bank], strip) != valueOf(seen[bank - 1], strip + step)) return false;
+            if (valueOf(chosen[bank], strip) != valueOf(chosen[bank - 1], strip + step)) return false;
     }
     return true;
 }
@@ -83,15 +106,20 @@ TrackSurvey::Banks TrackSurvey::withoutRepeats() const {
     return different;
 }
 
-Session TrackSurvey::joined(const Banks& seen) const {
-    TrackNames map;
+Session TrackSurvey::byDisplays() const {
+    // What a list expected that does not agree after all may have been lost as well.
+    const bool expectedMore = !listed.empty() && withoutRepeats().size() != banks.size();
+    const Banks chosen = expectedMore ? withoutRepeats() : banks;
+    const std::size_t step = lastStep.value_or(ScanEnding::evidentLastStep(chosen));
     Offsets offsets;
-    for (const SurveyedBank& bank : seen) {
-        const TrackNames shown = &bank == &seen.back() ? trimTrailingEmpty(bank.names) : bank.names;
-        map = mergeWindow(std::move(map), shown);
-        offsets.push_back(map.size() - shown.size());
-    }
-    Session session = placed(seen, offsets, map.size());
+    for (std::size_t bank = 0; bank < chosen.size(); ++bank)
+        offsets.push_back(bank * width);
+    if (chosen.size() > 1 && step > 0) offsets.back() = offsets[offsets.size() - 2] + step;
+    std::size_t tracks = offsets.back() + width;
+    while (tracks > offsets.back() && !chosen.back().hasTrack(tracks - 1 - offsets.back()))
+        --tracks;
+    Session session = placed(chosen, offsets, tracks);
+    session.sure = step > 0 && !expectedMore;
     // A blank strip may be one without a track, or one whose name has yet to come.
     for (Track& track : session.tracks)
         if (isBlank(track.display)) track.fader.reset();
@@ -99,14 +127,14 @@ Session TrackSurvey::joined(const Banks& seen) const {
 }
 
 // In the order of the banks: where two overlap, the later one counts.
-Session TrackSurvey::placed(const Banks& seen, const Offsets& offsets, std::size_t tracks) const {
+Session TrackSurvey::placed(const Banks& chosen, const Offsets& offsets, std::size_t tracks) const {
     Session session;
     session.tracks.resize(tracks);
-    for (std::size_t bank = 0; bank < seen.size(); ++bank)
+    for (std::size_t bank = 0; bank < chosen.size(); ++bank)
         for (std::size_t strip = 0; strip < width && offsets[bank] + strip < tracks; ++strip) {
             Track& track = session.tracks[offsets[bank] + strip];
-            track.display = seen[bank].names[strip];
-            track.fader = seen[bank].faders[strip];
+            track.display = chosen[bank].names[strip];
+            track.fader = chosen[bank].faders[strip];
         }
     return session;
 }

@@ -3,7 +3,7 @@
 // are blank or alike. Pure.
 #pragma once
 
-#include "model/bank/track_window.h"
+#include "model/bank/surveyed_bank.h"
 
 #include <cstddef>
 #include <optional>
@@ -12,26 +12,35 @@
 
 namespace lumbrine {
 
-struct SurveyedBank {
-    TrackNames names; // of all strips, from the left
-    std::vector<std::optional<double>> faders;
-};
-
 class TrackSurvey {
 public:
     // `listed`: the full names of the tracks that the banks should show; empty when there is no list.
     TrackSurvey(std::size_t width, std::vector<std::string> listed);
 
-    // The first bank of the session, and then what is shown after each press of the bank key.
+    // The first bank of the session, and then what is shown after each press of the bank key; after one that showed
+    // nothing only if it is known to have moved the surfaces, or the list expects another bank.
     void add(SurveyedBank bank);
+
+    const std::vector<SurveyedBank>& seen() const { return banks; }
 
     // Whether the session goes on by the list, which agrees with the banks so far: then a press that changes nothing
     // has led to a bank that looks the same, or was lost.
     bool expectsAnother() const;
 
+    // Whether the banks are all that the list has, and show it.
+    bool isWholeByList() const;
+
+    // Whether something else than the bank key changed what was shown: a session was closed or opened, a mode was shown
+    // over a name, or somebody else moved the banks.
+    bool looksDisturbed() const;
+
+    // Without a list that agrees: how far the last bank lies behind the one before. 0: nobody knows, which makes the
+    // session unsure.
+    void endsAfter(std::size_t step) { lastStep = step; }
+
     // The tracks with display names and faders. As many as the list has, if every bank shows what the list says.
-    // Otherwise the banks are joined where their ends and beginnings are alike, up to the last track with a name;
-    // blanks in between are there without faders.
+    // Otherwise the banks follow each other by the width, but for the last one, up to the last track that shows; blanks
+    // are there without faders.
     Session session() const;
 
 private:
@@ -40,17 +49,19 @@ private:
 
     std::size_t listedBanks() const;
     Offsets offsetsByList(bool lastBankIsFilled) const;
-    bool fitsList(const Banks& seen, const Offsets& offsets) const;
-    bool hasSameFaders(const Banks& seen, const Offsets& offsets) const;
+    Offsets chosenByList(const Banks& chosen) const;
+    bool fitsList(const Banks& chosen, const Offsets& offsets) const;
+    bool hasSameFaders(const Banks& chosen, const Offsets& offsets) const;
     template <typename ValueOf>
-    bool agree(const Banks& seen, const Offsets& offsets, ValueOf valueOf) const;
+    bool agree(const Banks& chosen, const Offsets& offsets, ValueOf valueOf) const;
     Banks withoutRepeats() const;
-    Session joined(const Banks& seen) const;
-    Session placed(const Banks& seen, const Offsets& offsets, std::size_t tracks) const;
+    Session byDisplays() const;
+    Session placed(const Banks& chosen, const Offsets& offsets, std::size_t tracks) const;
 
     const std::size_t width;
     const std::vector<std::string> listed;
     Banks banks;
+    std::optional<std::size_t> lastStep;
 };
 
 } // namespace lumbrine

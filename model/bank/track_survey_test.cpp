@@ -11,13 +11,11 @@ using Names = TrackNames;
 
 constexpr std::size_t width = 4; // of the surfaces here
 
+// The faders tell nothing: those of tracks are all at one place.
 Session surveyed(const std::vector<Names>& windows, Names listed = {}) {
     TrackSurvey survey(width, std::move(listed));
-    double fader = 0.0;
-    for (const Names& window : windows) {
-        survey.add({.names = window, .faders = {fader + 0.1, fader + 0.2, fader + 0.3, fader + 0.4}});
-        fader += 0.4;
-    }
+    for (const Names& window : windows)
+        survey.add({.names = window, .faders = {}});
     return survey.session();
 }
 
@@ -25,9 +23,14 @@ Names displays(const Session& session) {
     return displaysOf(session);
 }
 
-TEST(TrackSurvey, JoinsBanksWhereTheyOverlap) {
+TEST(TrackSurvey, JoinsTheLastBankWhereTwoOrMoreTracksOverlap) {
     EXPECT_EQ(displays(surveyed({{"A", "B", "C", "D"}, {"C", "D", "E", "F"}})), (Names{"A", "B", "C", "D", "E", "F"}));
     EXPECT_EQ(displays(surveyed({{"A", "B", "C", "D"}, {"E", "", "", ""}})), (Names{"A", "B", "C", "D", "E"}));
+}
+
+TEST(TrackSurvey, KeepsTwoTracksOfOneNameThatMeetBetweenBanks) {
+    EXPECT_EQ(displays(surveyed({{"A", "B", "C", "X"}, {"X", "D", "E", "F"}, {"G", "", "", ""}})),
+              (Names{"A", "B", "C", "X", "X", "D", "E", "F", "G"}));
 }
 
 TEST(TrackSurvey, KeepsTheBlankEndOfABankThatIsNotTheLast) {
@@ -36,13 +39,46 @@ TEST(TrackSurvey, KeepsTheBlankEndOfABankThatIsNotTheLast) {
 }
 
 TEST(TrackSurvey, KnowsNoFaderOfABlankStripThatNoListAgreesWith) {
-    EXPECT_THAT(column(surveyed({{"A", "", "C", ""}, {"E", "", "", ""}}), &Track::fader),
-                ElementsAre(0.1, std::nullopt, 0.3, std::nullopt, 0.5));
+    TrackSurvey survey(width, {});
+    survey.add({.names = {"A", "", "C", ""}, .faders = {0.1, 0.2, 0.3, 0.4}});
+    survey.add({.names = {"E", "", "", ""}, .faders = {0.5, 0.6, 0.0, 0.0}});
+    EXPECT_THAT(column(survey.session(), &Track::fader),
+                ElementsAre(0.1, std::nullopt, 0.3, std::nullopt, 0.5, std::nullopt));
 }
 
-TEST(TrackSurvey, LeavesOutPressesThatChangedNothing) {
-    EXPECT_EQ(displays(surveyed({{"A", "B", "C", "D"}, {"A", "B", "C", "D"}, {"E", "F", "", ""}})),
-              (Names{"A", "B", "C", "D", "E", "F"}));
+TEST(TrackSurvey, KeepsABlankTrackAtTheEndWhoseFaderShows) {
+    TrackSurvey survey(width, {});
+    survey.add({.names = {"A", "B", "C", "D"}, .faders = {0.5, 0.5, 0.5, 0.5}});
+    survey.add({.names = {"E", "", "", ""}, .faders = {0.5, 0.5, 0.0, 0.0}});
+    EXPECT_EQ(displays(survey.session()), (Names{"A", "B", "C", "D", "E", ""}));
+    EXPECT_TRUE(survey.session().sure);
+}
+
+TEST(TrackSurvey, IsUnsureWhereNobodyKnowsWhereTheLastBankBegins) {
+    const std::vector<Names> windows{{"A", "B", "C", "D"}, {"D", "E", "F", "G"}};
+    EXPECT_FALSE(surveyed(windows).sure);
+    TrackSurvey survey(width, {});
+    for (const Names& window : windows)
+        survey.add({.names = window, .faders = {}});
+    survey.endsAfter(3);
+    EXPECT_EQ(displays(survey.session()), (Names{"A", "B", "C", "D", "E", "F", "G"}));
+    EXPECT_TRUE(survey.session().sure);
+}
+
+bool looksDisturbed(const std::vector<Names>& windows) {
+    TrackSurvey survey(width, {});
+    for (const Names& window : windows)
+        survey.add({.names = window, .faders = {}});
+    return survey.looksDisturbed();
+}
+
+TEST(TrackSurvey, LooksDisturbedWhereBanksCannotFollowEachOther) {
+    const Names first{"A", "B", "C", "D"}, none(width);
+    EXPECT_FALSE(looksDisturbed({first, {"E", "F", "G", "H"}, {"G", "H", "I", "J"}}));
+    EXPECT_TRUE(looksDisturbed({first, none, {"E", "F", "G", "H"}})); // a session was closed, and another one opened
+    EXPECT_TRUE(looksDisturbed({first, none}));
+    EXPECT_TRUE(looksDisturbed({first, {"C", "D", "E", "F"}, {"G", "H", "I", "J"}})); // only the last one overlaps
+    EXPECT_TRUE(looksDisturbed({{"A", "Tch", "C", "D"}, first}));                     // a mode over a name
 }
 
 TEST(TrackSurvey, HasAsManyTracksAsTheListThatItAgreesWith) {

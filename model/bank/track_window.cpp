@@ -43,17 +43,12 @@ int locateAmongKnown(std::span<const Track> tracks, std::span<const std::string>
     return found;
 }
 
-// "Trim" stands for whatever mode a track has with trim.
-bool isMode(const std::string& text) {
-    return parseAutoModeText(text).has_value() || text == "Trim";
-}
-
 enum class Modes { areNames, mayHideNames };
 
 bool showsAt(std::span<const Track> tracks, std::size_t offset, std::span<const std::string> window, Modes modes) {
     for (std::size_t strip = 0; strip < window.size(); ++strip) {
         const std::size_t track = offset + strip;
-        if (track < tracks.size() && modes == Modes::mayHideNames && isMode(window[strip])) continue;
+        if (track < tracks.size() && modes == Modes::mayHideNames && isAutoModeText(window[strip])) continue;
         if (track >= tracks.size() ? !window[strip].empty() : !isShownAs(tracks[track], window[strip])) return false;
     }
     return true;
@@ -69,36 +64,29 @@ int locateAmongAll(std::span<const Track> tracks, std::span<const std::string> w
     return found;
 }
 
+int placeOf(std::span<const Track> tracks, std::span<const std::string> window) {
+    assert(window.size() <= stripCount);
+    if (std::ranges::all_of(window, isBlank)) return atSeveral;
+    int place = std::ranges::all_of(tracks, &Track::displayKnown) ? locateAmongKnown(tracks, window)
+                                                                  : locateAmongAll(tracks, window, Modes::areNames);
+    const auto tellsNothing = [](const std::string& text) { return isBlank(text) || isAutoModeText(text); };
+    if (place == nowhere && std::ranges::any_of(window, isAutoModeText) && !std::ranges::all_of(window, tellsNothing))
+        place = locateAmongAll(tracks, window, Modes::mayHideNames);
+    return place;
+}
+
 } // namespace
 
 bool isShownAs(const Track& track, std::string_view display) {
     return track.displayKnown ? track.display == display : mayShow(display, track.name.value_or(""));
 }
 
+bool fitsSomewhere(std::span<const Track> tracks, std::span<const std::string> window) {
+    return placeOf(tracks, window) != nowhere;
+}
+
 int locate(std::span<const Track> tracks, std::span<const std::string> window) {
-    assert(window.size() <= stripCount);
-    if (std::ranges::all_of(window, isBlank)) return -1;
-    int place = std::ranges::all_of(tracks, &Track::displayKnown) ? locateAmongKnown(tracks, window)
-                                                                  : locateAmongAll(tracks, window, Modes::areNames);
-    const auto tellsNothing = [](const std::string& text) { return isBlank(text) || isMode(text); };
-    if (place == nowhere && std::ranges::any_of(window, isMode) && !std::ranges::all_of(window, tellsNothing))
-        place = locateAmongAll(tracks, window, Modes::mayHideNames);
-    return std::max(place, nowhere);
-}
-
-TrackNames mergeWindow(TrackNames map, std::span<const std::string> window) {
-    std::size_t overlap = std::min(map.size(), window.size());
-    while (overlap > 0 && !std::ranges::equal(std::span(map).last(overlap), window.first(overlap)))
-        --overlap;
-    const auto added = window.subspan(overlap);
-    map.insert(map.end(), added.begin(), added.end());
-    return map;
-}
-
-TrackNames trimTrailingEmpty(TrackNames names) {
-    while (!names.empty() && isBlank(names.back()))
-        names.pop_back();
-    return names;
+    return std::max(placeOf(tracks, window), nowhere);
 }
 
 } // namespace lumbrine

@@ -25,11 +25,7 @@ bool isShownAs(const Track& track, std::string_view display);
 // and no allocation.
 int locate(std::span<const Track> tracks, std::span<const std::string> window);
 
-// The map followed by the window, without the largest overlap of the map's end with the window's start. Two different
-// tracks that share a name and meet at that boundary become one.
-TrackNames mergeWindow(TrackNames map, std::span<const std::string> window);
-
-// Without the blank names at the end.
-TrackNames trimTrailingEmpty(TrackNames names);
+// Whether it lies at one place or at several. A blank window tells nothing, and may lie anywhere.
+bool fitsSomewhere(std::span<const Track> tracks, std::span<const std::string> window);
 
 } // namespace lumbrine

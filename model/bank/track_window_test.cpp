@@ -82,26 +82,12 @@ TEST(TrackWindow, IsFoundByTheOtherStripsWhereSomeShowAnAutomationMode) {
     EXPECT_EQ(locate(Names{"Kick", "A", "Kick", "B"}, Names{"Kick", "Tch"}), -1);
 }
 
-TEST(TrackWindow, IsMergedOverTheLargestOverlap) {
-    EXPECT_EQ(mergeWindow({"A", "B", "C", "D"}, Names{"C", "D", "E", "F"}), (Names{"A", "B", "C", "D", "E", "F"}));
-    EXPECT_EQ(mergeWindow({"A", "A", "A"}, Names{"A", "A", "B"}), (Names{"A", "A", "A", "B"}));
-    EXPECT_EQ(mergeWindow({"A", "B"}, Names{"A", "B"}), (Names{"A", "B"}));
-}
-
-TEST(TrackWindow, IsMergedOverASingleEqualName) {
-    EXPECT_EQ(mergeWindow({"A", "B"}, Names{"B", "C"}), (Names{"A", "B", "C"}));
-}
-
-TEST(TrackWindow, IsAppendedWhereNothingOverlaps) {
-    EXPECT_EQ(mergeWindow({"A", "B"}, Names{"C", "D"}), (Names{"A", "B", "C", "D"}));
-    EXPECT_EQ(mergeWindow({}, Names{"C"}), (Names{"C"}));
-    EXPECT_EQ(mergeWindow({"A"}, Names{}), (Names{"A"}));
-}
-
-TEST(TrackWindow, LosesItsBlankEndOnly) {
-    EXPECT_EQ(trimTrailingEmpty({"", "A", " ", "B", " \t", ""}), (Names{"", "A", " ", "B"}));
-    EXPECT_EQ(trimTrailingEmpty({" ", ""}), Names{});
-    EXPECT_EQ(trimTrailingEmpty({}), Names{});
+TEST(TrackWindow, FitsSomewhereAlsoWhereItLiesAtSeveralPlaces) {
+    const Session session = Session::of({"A", "B", "A", "B", "C"});
+    EXPECT_TRUE(fitsSomewhere(session.tracks, Names{"A", "B"}));
+    EXPECT_TRUE(fitsSomewhere(session.tracks, Names{"B", "C"}));
+    EXPECT_TRUE(fitsSomewhere(session.tracks, Names{"", ""}));
+    EXPECT_FALSE(fitsSomewhere(session.tracks, Names{"C", "A"}));
 }
 
 TEST(TrackWindow, TrimsSpacesAtBothEndsOfAName) {

@@ -35,6 +35,10 @@ std::optional<std::uint8_t> parseAutoModeText(std::string_view text) {
     return mode->code;
 }
 
+bool isAutoModeText(const std::string& text) {
+    return parseAutoModeText(text).has_value() || text == "Trim";
+}
+
 std::string autoModeName(std::uint8_t code, Bilingual text) {
     const auto mode = std::ranges::find(modes, code, &Mode::code);
     return mode == modes.end() ? text("unknown", "不明") : std::string(mode->name);

@@ -14,6 +14,9 @@ namespace lumbrine {
 // What a display shows while the strip's AUTO switch is held: "Tch" is 2. Spaces around it do not matter, case does.
 std::optional<std::uint8_t> parseAutoModeText(std::string_view text);
 
+// Whether it is such a text, or "Trim", which stands for whatever mode a track has with trim.
+bool isAutoModeText(const std::string& text);
+
 // "touch", "trim+read"; "unknown" for anything that is no mode.
 std::string autoModeName(std::uint8_t code, Bilingual text);
 

@@ -16,6 +16,7 @@ void PeriodicTick::tick() {
     runMeters();
     parts.presence.watchWindowWidth();
     parts.mender.watchTrackList();
+    parts.position.watchClosedSession();
     parts.position.watchStuckPosition();
     parts.owner.watchOwner();
     parts.owner.describeClients();

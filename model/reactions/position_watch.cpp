@@ -13,9 +13,32 @@ bool PositionWatch::showsNames() const {
     return !std::ranges::all_of(parts.bankMap.window(), isBlank);
 }
 
+// After two scans that agree another one finds out more only where the window lies nowhere in the map.
 bool PositionWatch::positionIsStuck() const {
     return state.published.huiConnected && state.published.bankOffset < 0 && !state.published.session.empty() &&
-           state.quiet() && !state.transportRunning() && showsNames();
+           state.quiet() && !state.transportRunning() && showsNames() &&
+           (!state.scans.repeated || !parts.bankMap.fitsMap());
+}
+
+// Without a session Pro Tools shows nothing on all strips. The next one may look the same where the user is; the ids of
+// a track list would tell, so without them it is scanned.
+void PositionWatch::watchClosedSession() {
+    const std::vector<Track>& tracks = state.published.session.tracks;
+    const auto blanks = std::ranges::count_if(tracks, isBlank, &Track::display);
+    const bool mayBeAView = blanks >= state.published.winW && tracks.size() > 0;
+    if (!state.published.huiConnected || !state.quiet() || state.published.session.empty()) {
+        blankTicks = 0;
+    } else if (!showsNames()) {
+        const bool idsTell =
+            std::ranges::any_of(parts.metadata.banked(), [](const TrackIdentity& track) { return !track.id.empty(); });
+        if (!mayBeAView && !idsTell) ++blankTicks;
+    } else if (blankTicks >= closedTicks) {
+        if (state.transportRunning() || state.handsOn(runtime.now())) return;
+        blankTicks = 0;
+        parts.calibration.scanAnother();
+    } else {
+        blankTicks = 0;
+    }
 }
 
 // A window that fits the map nowhere for so long is of another session, or of one that has changed.
@@ -34,10 +57,12 @@ void PositionWatch::watchMissingMap() {
     const bool scanning = state.published.calibrating();
     const TimePoint now = runtime.now();
     if (!state.published.huiConnected || !state.published.session.empty() || scanning || state.handsOn(now)) return;
+    if (now - state.presence.firstPingAt <= pingRunBeforeScan) return;
     // A session without tracks stays so until a display or the track list shows one.
-    if (state.scans.sawNothing && !showsNames() && parts.metadata.banked().empty()) return;
-    if (now - state.presence.firstPingAt > pingRunBeforeScan && now - state.scans.lastAutoCalibrationAt > betweenScans)
-        scan();
+    const bool mayBeEmpty = state.scans.sawNothing && !showsNames();
+    if (mayBeEmpty && parts.metadata.banked().empty()) return;
+    const bool isNews = state.scans.sawNothing && showsNames();
+    if (isNews || now - state.scans.lastAutoCalibrationAt > betweenScans) scan();
 }
 
 void PositionWatch::scan() {

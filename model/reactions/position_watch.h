@@ -1,5 +1,5 @@
-// Starts a scan of the banks when one is due: while there is no map, and when the map has stopped matching what the
-// surfaces show. Called by the periodic tick. Main thread only.
+// Starts a scan of the banks when one is due: while there is no map, when the map has stopped matching what the
+// surfaces show, and when another session may be open. Called by the periodic tick. Main thread only.
 #pragma once
 
 #include "model/bank/bank_map.h"
@@ -11,6 +11,7 @@ namespace lumbrine {
 class PositionWatch {
 public:
     static constexpr int stuckTickLimit = 12; // about 4.8 s without a match
+    static constexpr int closedTicks = 2;     // without any name: a session is closed
     static constexpr Duration pingRunBeforeScan = seconds(2.0);
     static constexpr Duration betweenScans = seconds(10.0);
 
@@ -24,6 +25,7 @@ public:
 
     void watchStuckPosition();
     void watchMissingMap();
+    void watchClosedSession();
 
 private:
     bool showsNames() const;
@@ -34,6 +36,7 @@ private:
     ReceiverState& state;
     ActivityLog& log;
     const Parts parts;
+    int blankTicks = 0; // since names were shown last, while a session was open
 };
 
 } // namespace lumbrine

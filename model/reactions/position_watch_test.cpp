@@ -97,6 +97,73 @@ TEST(PositionWatchInJapanese, TellsThatTheMapIsRebuilt) {
     EXPECT_EQ(bench.lines.at(0), "⚠ 位置照合が復帰しないため、トラック地図を作り直します");
 }
 
+TEST_F(PositionWatchTest, AWindowAtSeveralPlacesIsNotStuckAfterTwoScansThatAgree) {
+    bench.setTrackMap({"x", "x", "y"}, -1);
+    state.published.winW = 1;
+    state.published.strips[0].name = "x";
+    state.scans.repeated = true;
+    watchTimes(20);
+    EXPECT_THAT(bench.lines, IsEmpty());
+    state.scans.repeated = false;
+    watchTimes(12);
+    EXPECT_TRUE(state.published.session.empty());
+}
+
+// ---- A session that gave way to another one
+
+class ClosedSessionTest : public PositionWatchTest {
+protected:
+    ClosedSessionTest() {
+        bench.setTrackMap({"a", "b", "c"}, 0);
+        show("");
+    }
+
+    void show(const std::string& name) { state.published.strips[7].name = name; }
+    void watchTimes(int times) {
+        for (int i = 0; i < times; ++i)
+            watch.watchClosedSession();
+    }
+};
+
+TEST_F(ClosedSessionTest, IsScannedAfterAllStripsHaveBeenBlank) {
+    watchTimes(2);
+    EXPECT_FALSE(state.published.calibrating());
+    show("a");
+    watchTimes(1);
+    EXPECT_TRUE(state.published.calibrating());
+}
+
+TEST_F(ClosedSessionTest, IsNotAssumedWhereStripsWereBlankForAMoment) {
+    watchTimes(1);
+    show("a");
+    watchTimes(1);
+    EXPECT_FALSE(state.published.calibrating());
+}
+
+TEST_F(ClosedSessionTest, IsNotAssumedWhereTheMapHasSuchAView) {
+    bench.setTrackMap(std::vector<std::string>(10), 0);
+    watchTimes(5);
+    show("a");
+    watchTimes(1);
+    EXPECT_FALSE(state.published.calibrating());
+}
+
+TEST_F(ClosedSessionTest, IsNotAssumedWhereTheIDsOfATrackListTell) {
+    bench.parts().metadata.takeList({{.name = "a", .id = "1"}, {.name = "b", .id = "2"}, {.name = "c", .id = "3"}});
+    watchTimes(5);
+    show("a");
+    watchTimes(1);
+    EXPECT_FALSE(state.published.calibrating());
+}
+
+TEST_F(ClosedSessionTest, IsScannedWhereTheTrackListHasOnlyNames) {
+    bench.parts().metadata.takeList({{.name = "a"}, {.name = "b"}, {.name = "c"}});
+    watchTimes(2);
+    show("a");
+    watchTimes(1);
+    EXPECT_TRUE(state.published.calibrating());
+}
+
 // ---- No map
 
 class MissingMapTest : public PositionWatchTest {
@@ -135,6 +202,7 @@ TEST_F(MissingMapTest, ASessionWithoutTracksIsScannedAgainWhenANameAppears) {
     state.published.strips[7].name = "";
     EXPECT_FALSE(scanIsRequested());
     state.published.strips[7].name = "x";
+    state.scans.lastAutoCalibrationAt = world.runtime.now() - 1ms;
     EXPECT_TRUE(scanIsRequested());
 }
 

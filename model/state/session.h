@@ -60,6 +60,7 @@ struct Track {
 struct Session {
     std::vector<Track> tracks; // empty while there is no map of the session
     bool listed = false;       // a track list has been adopted
+    bool sure = true;          // false: a scan could not tell which tracks are where, so no position is known
     bool surveyed = false;     // a walk has looked for modes and pans: the client gets the tables of both
 
     // A session of which nothing but the tracks' display names is known.

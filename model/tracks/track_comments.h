@@ -32,6 +32,9 @@ public:
     // To be called when the full names have changed, or what they stand for.
     void followNames();
 
+    // Another session may have the same names.
+    void forget() { known.clear(); }
+
 private:
     void publish();
 

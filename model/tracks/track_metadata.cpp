@@ -135,12 +135,13 @@ void TrackMetadata::adopt(const std::vector<TrackList>& candidates, std::string_
     const auto chosen = std::ranges::find(candidates, wanted, &TrackList::size);
     if (chosen != candidates.end()) showsHidden = chosen != candidates.begin();
     bankedTracks = identitiesOf(candidates[showsHidden && candidates.size() > 1 ? 1 : 0]);
+    bankedIsFromService = source == "PTSL";
     if (wanted == 0) return;
     if (chosen == candidates.end()) return reportMismatch(candidates);
     if (hasOtherOrder(*chosen)) return; // adopted once the map has followed
     // The first list of a session is news even where it says what was assumed.
     const bool first = !std::exchange(state.published.session.listed, true);
-    isFromService = source == "PTSL";
+    isFromService = bankedIsFromService;
     forgetDisplays(*chosen);
     adoptIdentities(*chosen);
     adoptNames(*chosen, source);

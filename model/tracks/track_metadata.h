@@ -47,6 +47,9 @@ public:
     // was. Main thread; returns at once.
     void refreshComments();
 
+    // Another session is open: tracks of the same names have other comments. Main thread.
+    void forgetComments() { comments.forget(); }
+
     // Takes a list that the scripting service has sent: remembers it and adopts it. Main thread.
     void takeList(TrackList tracks);
 
@@ -56,6 +59,9 @@ public:
 
     // The tracks that the banks should show, by the newest list; empty while there is none. Main thread.
     const std::vector<TrackIdentity>& banked() const { return bankedTracks; }
+
+    // Whether that list is the scripting service's, which tells the hidden tracks apart; the screen may list them too.
+    bool bankedAreVisible() const { return bankedIsFromService; }
 
     // What the track is called in that list; absent when it is not there. While the service has sent no list, the name
     // that the track had. Main thread.
@@ -88,8 +94,9 @@ private:
     TrackList newest;                        // of the scripting service; main thread only
     std::vector<TrackIdentity> bankedTracks; // main thread only, like the next
     bool showsHidden = false;                // the banks had as many tracks as the list with the hidden ones
-    bool isFromService = false;              // what was adopted last; main thread only
-    ServicePatience patience;                // main thread only
+    bool bankedIsFromService = false;        // main thread only, like the next two
+    bool isFromService = false;              // what was adopted last
+    ServicePatience patience;
 
     Mutex namesRefreshInFlight;
     bool namesRefreshRunning LUMBRINE_GUARDED_BY(namesRefreshInFlight) = false;

@@ -62,7 +62,8 @@ protected:
     LostPingsTest() {
         bench.start();
         bench.setTrackMap({"x"}, 0); // so that no scan is due
-        bench.run(100ms);            // on a tick
+        bench.state().published.strips[0].name = "x";
+        bench.run(100ms); // on a tick
         bench.surfaceA.pingEverySecond();
         bench.run(4s); // ten ticks
     }

@@ -14,7 +14,7 @@ SimulatedSession tracksNamed(const std::vector<std::string>& names) {
     std::vector<SimulatedTrack> tracks(names.size());
     for (std::size_t i = 0; i < tracks.size(); ++i) {
         tracks[i].name = names[i];
-        tracks[i].fader = FaderValue::ofRaw(static_cast<std::uint16_t>(16 * i));
+        tracks[i].fader = FaderValue::ofRaw(static_cast<std::uint16_t>(16 * (i % 1024)));
     }
     return SimulatedSession("Session", std::move(tracks));
 }
