@@ -16,9 +16,10 @@ mkdir -p build
 "$bin/scripting_call_benchmark" >build/bench-scripting-call.json
 "$bin/studio_benchmark" >build/bench-studio.json
 "$bin/track_list_benchmark" >build/bench-track-list.json
+"$bin/web_gateway_benchmark" >build/bench-web-gateway.json
 /usr/bin/python3 scripts/bench_table.py build/bench-raw.json build/bench-feedback.json build/bench-hello.json \
     build/bench-latency.json build/bench-main-queue.json build/bench-scripting-call.json \
-    build/bench-studio.json build/bench-track-list.json build/bench.json
+    build/bench-studio.json build/bench-track-list.json build/bench-web-gateway.json build/bench.json
 "$bin/virtual_time_bench"
 /usr/bin/python3 scripts/bench_idle.py "$bin"
 /usr/bin/python3 scripts/bench_window.py "$bin"

@@ -17,6 +17,8 @@ GOALS = {
     "the same beside 100,000 hostile a second (p99)": 2.0,
     "fader of Pro Tools to datagram (p50)": 1.1,
     "two datagrams to three MIDI messages": 0.5,
+    "browser's message to datagram (p50)": 1.3,
+    "browser's message to datagram (p99)": 1.3,
     "scripting call (p50)": 0.6,
     "first scripting call (p50)": 0.4,
     "of which parsing JSON": 1.0,

@@ -64,7 +64,7 @@ const std::map<std::string, Modules>& arrows() {
         {"fuzz", fuzzed},
         {"benchmarks",
          {"base", "platform/api", "platform/portable", "platform/posix", "platform/virtual", "surface", "client_link",
-          "ptsl", "model", "simulator"}},
+          "ptsl", "model", "simulator", "web"}},
     };
     return table;
 }
