@@ -78,7 +78,7 @@ struct Mac {
     MacSystemInfo system;
     const Bilingual text{prefersJapanese(system.preferredLanguages())};
     LineOutput output = standardOutput(text);
-    CoreMIDIServices midi;
+    CoreMIDIServices midi{runtime};
     PosixDatagramSockets sockets;
     PosixStreamSockets streams;
     NetServiceAdvertiser advertiser{runtime};

@@ -30,12 +30,12 @@ void applyUrgency(Urgency urgency) {
 }
 
 void waitUntil(std::condition_variable& changed, std::unique_lock<std::mutex>& lock, TimePoint end) {
-    using namespace std::chrono;
-    const auto left = end.time_since_epoch() - duration_cast<Duration>(steady_clock::now().time_since_epoch());
+    const auto now = std::chrono::duration_cast<Duration>(std::chrono::steady_clock::now().time_since_epoch());
+    const Duration left = end.time_since_epoch() - now;
     if (left <= Duration::zero()) return;
-    const auto whole = duration_cast<seconds>(left);
-    const timespec relative{.tv_sec = static_cast<time_t>(whole.count()),
-                            .tv_nsec = static_cast<long>(nanoseconds(left - whole).count())};
+    constexpr Duration::rep perSecond = 1'000'000'000;
+    const timespec relative{.tv_sec = static_cast<time_t>(left.count() / perSecond),
+                            .tv_nsec = static_cast<long>(left.count() % perSecond)};
     pthread_cond_timedwait_relative_np(changed.native_handle(), lock.mutex()->native_handle(), &relative);
 }
 

@@ -5,6 +5,7 @@
 #include "platform/macos/testing/core_foundation_calls.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,11 @@ using MIDIObjectRef = std::uint32_t;
 using MIDIClientRef = MIDIObjectRef;
 using MIDIEndpointRef = MIDIObjectRef;
 struct MIDINotification;
+
+inline constexpr OSStatus kMIDIInvalidClient = -10830;
+inline constexpr OSStatus kMIDIUnknownEndpoint = -10834;
+inline constexpr OSStatus kMIDIServerStartErr = -10839;
+inline constexpr OSStatus kMIDIObjectNotFound = -10842;
 
 #pragma pack(push, 4)
 struct MIDIPacket {
@@ -43,6 +49,7 @@ OSStatus MIDIDestinationCreateWithBlock(MIDIClientRef client, CFStringRef name, 
                                         MIDIReadBlock read);
 OSStatus MIDIEndpointDispose(MIDIEndpointRef endpoint);
 OSStatus MIDIObjectSetIntegerProperty(MIDIObjectRef object, CFStringRef property, std::int32_t value);
+OSStatus MIDIObjectGetIntegerProperty(MIDIObjectRef object, CFStringRef property, std::int32_t* value);
 OSStatus MIDIReceived(MIDIEndpointRef source, const MIDIPacketList* list);
 MIDIPacket* MIDIPacketNext(const MIDIPacket* packet);
 MIDIPacket* MIDIPacketListInit(MIDIPacketList* list);
@@ -64,9 +71,14 @@ struct CoreMIDI {
     OSStatus receivedStatus = 0;
     bool alignsPackets = true; // as on Apple's processors; false: packets follow each other directly, as on Intel
     int blocks = 0;            // read and notify blocks that it retains
+    std::function<void()> duringCreation = [] {}; // of a client
 };
 CoreMIDI& coreMIDI();
 void newCoreMIDI();
+
+// The MIDI server ends, and with it all that was made; creations fail until it is there again.
+void endMIDIServer();
+void startMIDIServer();
 
 // Delivers packets to a destination as one list.
 void deliver(MIDIEndpointRef destination, const std::vector<std::vector<std::uint8_t>>& packets);

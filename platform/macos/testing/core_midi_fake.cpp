@@ -19,6 +19,7 @@ struct State {
     CoreMIDI shown;
     MIDIObjectRef last = 100;
     std::map<MIDIObjectRef, Held> objects;
+    bool isAway = false;
 };
 
 State& state() {
@@ -30,6 +31,10 @@ MIDIObjectRef add(Held held) {
     state().shown.blocks += (held.notify != nullptr) + (held.read != nullptr);
     state().objects[++state().last] = held;
     return state().last;
+}
+
+bool isUnknown(MIDIObjectRef object) {
+    return !state().objects.contains(object);
 }
 
 void drop(MIDIObjectRef object) {
@@ -60,6 +65,16 @@ void newCoreMIDI() {
     while (!state().objects.empty())
         drop(state().objects.begin()->first);
     state() = State();
+}
+
+void endMIDIServer() {
+    while (!state().objects.empty())
+        drop(state().objects.begin()->first);
+    state().isAway = true;
+}
+
+void startMIDIServer() {
+    state().isAway = false;
 }
 
 void deliver(MIDIEndpointRef destination, const std::vector<std::vector<std::uint8_t>>& packets) {
@@ -93,6 +108,8 @@ std::uint64_t mach_absolute_time() {
 
 OSStatus MIDIClientCreateWithBlock(CFStringRef name, MIDIClientRef* client, MIDINotifyBlock notify) {
     coreMIDI().calls.push_back("client " + textOf(name));
+    coreMIDI().duringCreation();
+    if (state().isAway) return kMIDIServerStartErr;
     if (coreMIDI().clientStatus != 0) return coreMIDI().clientStatus;
     *client = add({.notify = Block_copy(notify)});
     return 0;
@@ -100,12 +117,14 @@ OSStatus MIDIClientCreateWithBlock(CFStringRef name, MIDIClientRef* client, MIDI
 
 OSStatus MIDIClientDispose(MIDIClientRef client) {
     coreMIDI().calls.push_back("end client " + std::to_string(client));
+    if (isUnknown(client)) return kMIDIInvalidClient;
     drop(client);
     return 0;
 }
 
 OSStatus MIDISourceCreate(MIDIClientRef client, CFStringRef name, MIDIEndpointRef* source) {
     coreMIDI().calls.push_back("source " + textOf(name) + " of " + std::to_string(client));
+    if (isUnknown(client)) return kMIDIInvalidClient;
     if (coreMIDI().sourceStatus != 0) return coreMIDI().sourceStatus;
     *source = add({});
     return 0;
@@ -114,6 +133,7 @@ OSStatus MIDISourceCreate(MIDIClientRef client, CFStringRef name, MIDIEndpointRe
 OSStatus MIDIDestinationCreateWithBlock(MIDIClientRef client, CFStringRef name, MIDIEndpointRef* destination,
                                         MIDIReadBlock read) {
     coreMIDI().calls.push_back("destination " + textOf(name) + " of " + std::to_string(client));
+    if (isUnknown(client)) return kMIDIInvalidClient;
     if (coreMIDI().destinationStatus != 0) return coreMIDI().destinationStatus;
     *destination = add({.read = Block_copy(read)});
     return 0;
@@ -121,16 +141,24 @@ OSStatus MIDIDestinationCreateWithBlock(MIDIClientRef client, CFStringRef name, 
 
 OSStatus MIDIEndpointDispose(MIDIEndpointRef endpoint) {
     coreMIDI().calls.push_back("end endpoint " + std::to_string(endpoint));
+    if (isUnknown(endpoint)) return kMIDIObjectNotFound;
     drop(endpoint);
     return 0;
 }
 
 OSStatus MIDIObjectSetIntegerProperty(MIDIObjectRef object, CFStringRef property, std::int32_t value) {
     coreMIDI().calls.push_back(textOf(property) + " of " + std::to_string(object) + " is " + std::to_string(value));
-    return coreMIDI().propertyStatus;
+    return isUnknown(object) ? kMIDIObjectNotFound : coreMIDI().propertyStatus;
 }
 
-OSStatus MIDIReceived(MIDIEndpointRef, const MIDIPacketList* list) {
+OSStatus MIDIObjectGetIntegerProperty(MIDIObjectRef object, CFStringRef, std::int32_t* value) {
+    if (isUnknown(object)) return kMIDIObjectNotFound;
+    *value = 0;
+    return 0;
+}
+
+OSStatus MIDIReceived(MIDIEndpointRef source, const MIDIPacketList* list) {
+    if (isUnknown(source)) return kMIDIUnknownEndpoint;
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(list);
     coreMIDI().received.emplace_back(bytes, bytes + 512);
     return coreMIDI().receivedStatus;
