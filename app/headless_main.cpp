@@ -14,6 +14,7 @@
 #include "platform/linux/service_status.h"
 #include "platform/portable/nlohmann_json.h"
 #include "platform/portable/no_accessibility.h"
+#include "platform/posix/network_watch.h"
 #include "platform/posix/posix_process_end.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/real_runtime.h"
@@ -107,6 +108,9 @@ int run() {
     NoAccessibility accessibility;
     model = ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text,
                                   [&output](const std::string& line) { output.print(line); });
+    const NetworkWatch network(runtime, [&model] {
+        if (model) model->readAddress();
+    });
     end = [&] { endReceiver(loop, runtime, process, streams, model); };
     ServiceStatus serviceStatus(system);
     followStatus(loop, serviceStatus, model, text);

@@ -22,6 +22,7 @@
 #include "platform/macos/net_service_advertiser.h"
 #include "platform/macos/power_observer.h"
 #include "platform/macos/wake_handling.h"
+#include "platform/posix/network_watch.h"
 #include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/posix_process_end.h"
 #include "platform/posix/posix_stream_sockets.h"
@@ -152,6 +153,9 @@ private:
     WakeHandling wake{
         mac.runtime,
         {.readAddress = [this] { return model->readAddress(); }, .announceAgain = [this] { mac.advertiser.renew(); }}};
+    const NetworkWatch network{mac.runtime, [this] {
+                                   if (model->readAddress()) mac.advertiser.renew();
+                               }};
     const PowerObserver power{[this] { wake.willSleep(); }, [this] { wake.didWake(); }};
     LumbrineActionTarget* const target =
         [[LumbrineActionTarget alloc] initWithPerform:[this](ScreenAction action) { app.perform(action); }];

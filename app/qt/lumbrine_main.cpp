@@ -11,6 +11,7 @@
 #include "platform/linux/xdg_autostart.h"
 #include "platform/portable/nlohmann_json.h"
 #include "platform/portable/no_accessibility.h"
+#include "platform/posix/network_watch.h"
 #include "platform/posix/posix_process_end.h"
 #include "platform/posix/posix_stream_sockets.h"
 #include "platform/posix/termination_signals.h"
@@ -82,6 +83,9 @@ int run(int count, char** arguments) {
     auto model =
         ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text, print);
     const std::uint16_t port = model->port();
+    const NetworkWatch network(runtime, [weak = std::weak_ptr(model)] {
+        if (const auto there = weak.lock()) there->readAddress();
+    });
     ReceiverApp app(std::move(model), loginItem, text, surroundings(runtime, LUMBRINE_VERSION));
     const CheckService checks(loop, port, [&app] { return &app.published(); });
     DesktopRun{loop, runtime, process, streams, app, instance, identifier, begin, end}.run();

@@ -2,6 +2,7 @@
 #include "tests/end_to_end/client_socket.h"
 #include "tests/end_to_end/host_ports.h"
 #include "tests/end_to_end/receiver_process.h"
+#include "tests/interop/own_world.h"
 #include "tests/interop/private_avahi.h"
 #include "tests/interop/private_jack.h"
 
@@ -46,6 +47,20 @@ TEST(Check, FindsNothingWrongWithAReceiverThatWaits) {
     EXPECT_THAT(result.output, HasSubstr("… Pro Tools, strips 1-8: Pro Tools has not talked to “Lumbrine” yet.\n"));
     EXPECT_THAT(result.output, HasSubstr("Receive From = Lumbrine B, Send To = Lumbrine B"));
     EXPECT_THAT(result.output, HasSubstr("… iPhone / iPad: No phone has been heard yet.\n"));
+}
+
+TEST(Check, KnowsTheAddressOfANetworkThatCameLater) {
+    if (!interop::inOwnWorld()) GTEST_SKIP() << "this system permits no network of the test's own";
+    const ReceiverProcess receiver({.jack = noJack});
+    ASSERT_THAT(check(receiver.port).output, HasSubstr("✗ Address: This computer is on no network.\n"));
+    const auto ip = [](const std::string& arguments) {
+        return interop::runCommand({"sh", "-c", "ip " + arguments}).status == 0;
+    };
+    if (!ip("link add studio type bridge")) GTEST_SKIP() << "this system makes no network interface";
+    EXPECT_TRUE(ip("link set studio up") && ip("address add 10.9.8.7/24 dev studio"));
+    EXPECT_THAT(checkUntil(receiver.port, "at 10.9.8.7, port").output, HasSubstr("✓ Address: "));
+    EXPECT_TRUE(ip("link del studio"));
+    EXPECT_THAT(checkUntil(receiver.port, "on no network").output, HasSubstr("✗ Address: "));
 }
 
 TEST(Check, AnswersInTheLanguageOfTheUserWhoAsks) {
