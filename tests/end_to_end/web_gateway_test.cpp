@@ -132,6 +132,18 @@ TEST_F(WebGateway, HasRoomForOneMoreWhenManyConnectionsSayNothing) {
     EXPECT_EQ(connected().status(), 101);
 }
 
+TEST_F(WebGateway, KeepsAConnectionThatAsksBesideManyThatDoNot) {
+    TCPConnection asking(gateway.port);
+    const std::string request = "GET / HTTP/1.1\r\nHost: " + host + "\r\n\r\n";
+    std::list<TCPConnection> idle;
+    for (int i = 0; i < 200; ++i) {
+        idle.emplace_back(gateway.port);
+        if (i % 50 != 0) continue;
+        EXPECT_TRUE(asking.exchange(request).starts_with("HTTP/1.1 200 ")) << i;
+    }
+    EXPECT_TRUE(idle.front().closes());
+}
+
 TEST_F(WebGateway, HoldsSixteenBrowsers) {
     std::list<WebClient> open;
     for (int i = 0; i < browsers; ++i)

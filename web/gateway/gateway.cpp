@@ -40,7 +40,7 @@ using std::chrono::seconds;
 constexpr auto outcome = asio::as_tuple(asio::use_awaitable); // errors are values
 
 constexpr std::size_t mostSockets = 16;
-constexpr std::size_t mostVisitors = 64; // connections that are no WebSocket, or not yet
+constexpr std::size_t mostVisitors = 128; // connections that are no WebSocket, or not yet
 constexpr std::size_t longestMessage = 4'096;
 constexpr std::size_t longestDatagram = 65'536;
 constexpr std::uint32_t longestHeader = 8'192;
@@ -72,7 +72,7 @@ struct House {
     const GatewaySettings& settings;
     udp::endpoint receiver;
     std::string scheme;
-    Connections visitors; // oldest first
+    Connections visitors; // those with the newest requests last
     Connections sockets;
 };
 
@@ -334,8 +334,8 @@ public:
         const auto self = this->shared_from_this();
         error_code failed;
         const auto local = beast::get_lowest_layer(stream).socket().local_endpoint(failed);
+        if (!failed) beast::get_lowest_layer(stream).socket().set_option(tcp::no_delay(true), failed);
         if (failed || !co_await secured()) co_return;
-        beast::get_lowest_layer(stream).socket().set_option(tcp::no_delay(true), failed);
         const OwnNames names{house.scheme, local.address().to_string(), house.settings.hostName};
         while (co_await answerNext(names)) {
         }
@@ -361,6 +361,7 @@ private:
         parser.header_limit(longestHeader);
         const auto [unreadable, size] = co_await http::async_read(stream, buffer, parser, outcome);
         if (unreadable) co_return false;
+        listing.emplace(house.visitors, this); // as the newest
         const HTTPRequest request = parser.release();
         const auto key = house.settings.key();
         const Verdict verdict = judge(partsOf(request), names, key);
