@@ -8,8 +8,9 @@
  */
 
 const closeCrowded = 4001;
-const patience = 1500; // a network that is back answers within this; a lost packet of the handshake costs a second
-const pauses = { closed: 300, refused: 3000, crowded: 3000 };
+const unanswered = 0; // no code of a WebSocket
+const patience = 1200; // a lost packet of the handshake costs a second
+const pauses = { closed: 200, refused: 3000, crowded: 3000 };
 const socketStaysSilent = 4000;
 
 export class Connection {
@@ -29,7 +30,7 @@ export class Connection {
     /** @type {ReturnType<typeof setTimeout> | undefined} */
     #timer;
     #key;
-    #openedAt = 0;
+    #startedAt = 0;
     #stopped = true;
 
     /** @param {string} key */
@@ -41,6 +42,7 @@ export class Connection {
     open() {
         this.#stopped = false;
         this.#abandon();
+        this.#startedAt = performance.now();
         if (!this.#key) return this.#enter("refused");
         const address = new URL("ws", location.href);
         address.protocol = location.protocol === "https:" ? "wss:" : "ws:";
@@ -51,7 +53,7 @@ export class Connection {
         socket.onmessage = (event) => this.onDatagram(new Uint8Array(event.data));
         socket.onclose = (event) => this.#closed(event.code);
         this.#socket = socket;
-        this.#timer = setTimeout(() => this.#closed(0), patience);
+        this.#timer = setTimeout(() => this.#closed(unanswered), patience);
     }
 
     /** Sends this, or drops it while there is no way. @param {Uint8Array} datagram */
@@ -61,7 +63,7 @@ export class Connection {
 
     /** Nothing has come for so long that the socket may be a dead one, which the browser cannot know. */
     get isSuspect() {
-        return this.state === "open" && performance.now() - this.#openedAt >= socketStaysSilent;
+        return this.state === "open" && performance.now() - this.#startedAt >= socketStaysSilent;
     }
 
     /** Ends it for good: the page is closed, or another one of this browser has taken its place. */
@@ -72,7 +74,6 @@ export class Connection {
 
     #opened() {
         clearTimeout(this.#timer);
-        this.#openedAt = performance.now();
         this.#enter("open");
         this.onOpen();
     }
@@ -84,7 +85,8 @@ export class Connection {
         if (wasOpen) this.onLoss();
         if (this.#stopped) return;
         const attempt = this.#timer;
-        const reason = code === closeCrowded ? "crowded" : wasOpen ? "closed" : await this.#reason();
+        const isRefusal = !wasOpen && code !== unanswered;
+        const reason = code === closeCrowded ? "crowded" : isRefusal ? await this.#reason() : "closed";
         if (this.#stopped || this.#timer !== attempt || this.#socket) return; // opened meanwhile
         this.#enter(reason);
         this.#timer = setTimeout(() => this.open(), pauses[reason]);
@@ -93,11 +95,8 @@ export class Connection {
     /** A refused handshake looks like no answer at all: only another question tells. */
     async #reason() {
         try {
-            const answer = await fetch(new URL(".", location.href), {
-                method: "HEAD",
-                cache: "no-store",
-                signal: AbortSignal.timeout(patience),
-            });
+            const small = new URL("manifest.webmanifest", location.href);
+            const answer = await fetch(small, { cache: "no-store", signal: AbortSignal.timeout(patience) });
             return answer.ok ? "refused" : "closed";
         } catch {
             return "closed"; // nobody answers

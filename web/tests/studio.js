@@ -117,6 +117,15 @@ export class Studio {
         this.address = `http://127.0.0.1:${this.#tcp}/#${key}`;
     }
 
+    get port() {
+        return this.#tcp;
+    }
+
+    /** The page's address on another port, which leads to the gateway. @param {number} port */
+    addressAt(port) {
+        return this.address.replace(`:${this.#tcp}`, `:${port}`);
+    }
+
     /**
      * The tracks that Pro Tools has now.
      * @returns {Promise<HostTrack[]>}
@@ -159,12 +168,12 @@ export const launch = () => chromium.launch({ executablePath: "/usr/bin/chromium
  * The page in this context, in control and with the session's tracks.
  * @param {import("playwright-core").BrowserContext} context @param {Studio} studio
  */
-export async function openPage(context, studio, { takesOver = false } = {}) {
+export async function openPage(context, studio, { takesOver = false, patience = 10_000 } = {}) {
     const page = await context.newPage();
     page.setDefaultTimeout(10_000);
     page.on("pageerror", (error) => console.error(`the page failed: ${error.stack}`));
     await page.goto(studio.address);
     if (takesOver) await page.locator(".take-over").tap();
-    await page.locator('.status[data-state="good"]').waitFor();
+    await page.locator('.status[data-state="good"]').waitFor({ timeout: patience });
     return page;
 }

@@ -1,0 +1,95 @@
+// @ts-check
+// A session of 1,000 tracks, on a phone that is slow.
+import assert from "node:assert/strict";
+import test, { after, before } from "node:test";
+import { fingersOn, until } from "../hands.js";
+import { Studio, launch, openPage, phone } from "../studio.js";
+
+const slowness = 4; // a phone of some years ago
+
+/** @type {Studio} */
+let studio;
+/** @type {import("playwright-core").Browser} */
+let browser;
+/** @type {import("playwright-core").Page} */
+let page;
+
+before(async () => {
+    [studio, browser] = await Promise.all([Studio.open(1000), launch()]);
+    page = await openPage(await browser.newContext(phone), studio, { patience: 120_000 });
+    await page.locator(".tool.view").tap();
+});
+
+after(async () => {
+    await browser?.close();
+    await studio?.close();
+});
+
+test("all tracks are in the list, and only those in sight in the document", { timeout: 60_000 }, async () => {
+    const tracks = (await studio.shownTracks()).length;
+    await page.locator(`.row[aria-setsize="${tracks}"] .title:not(:empty)`).first().waitFor({ timeout: 30_000 });
+    assert.ok((await page.locator(".row").count()) < 40);
+    await page.locator(".list").evaluate((list) => (list.scrollTop = list.scrollHeight));
+    await page.locator(`.row[aria-posinset="${tracks}"] .title:not(:empty)`).waitFor();
+});
+
+test("a flick through the list draws sixty frames a second", async () => {
+    const session = await page.context().newCDPSession(page);
+    await page.locator(".list").evaluate((list) => (list.scrollTop = 0));
+    await session.send("Emulation.setCPUThrottlingRate", { rate: slowness });
+    const frames = page.evaluate(
+        () =>
+            new Promise((resolve) => {
+                /** @type {number[]} */
+                const times = [];
+                /** @param {number} time */
+                const next = (time) => {
+                    times.push(time);
+                    if (times.length < 120) requestAnimationFrame(next);
+                    else resolve(times.slice(1).map((at, i) => at - times[i]));
+                };
+                requestAnimationFrame(next);
+            }),
+    );
+    await session.send("Input.synthesizeScrollGesture", { x: 150, y: 500, yDistance: -6000, speed: 3000 });
+    const gaps = /** @type {number[]} */ (await frames).sort((a, b) => a - b);
+    await session.send("Emulation.setCPUThrottlingRate", { rate: 1 });
+    const median = gaps[Math.floor(gaps.length / 2)];
+    const slow = gaps.filter((gap) => gap > 34).length;
+    console.log(`frames: median ${median.toFixed(1)} ms, worst ${gaps[gaps.length - 1].toFixed(1)} ms, ${slow} late`);
+    assert.ok(median < 18, `median ${median} ms`);
+    assert.ok((await page.locator(".list").evaluate((list) => list.scrollTop)) > 3000);
+});
+
+test("search finds a track by its name, and a tap on it brings it to the strips", { timeout: 60_000 }, async () => {
+    const wanted = (await studio.shownTracks())[700].name;
+    await page.locator(".session input").fill(wanted);
+    await page.locator(`.row:not([hidden]) .title:text-is("${wanted}")`).tap();
+    await until("on a strip", async () => (await page.locator(".strip .title").allTextContents()).includes(wanted), 20_000);
+});
+
+test("the finger's event is in the WebSocket before the next frame is over", async () => {
+    const fingers = await fingersOn(page);
+    const box = await page.locator(".strip .fader").first().boundingBox();
+    assert.ok(box);
+    const start = { x: box.x + box.width / 2, y: box.y + box.height / 2 };
+    await page.evaluate(() => {
+        /** @type {number[]} */
+        const delays = [];
+        Reflect.set(window, "delays", delays);
+        let movedAt = 0;
+        addEventListener("pointermove", (event) => (movedAt = event.timeStamp), true);
+        const send = WebSocket.prototype.send;
+        WebSocket.prototype.send = function (data) {
+            if (data instanceof Uint8Array && data[1] === 0x01) delays.push(performance.now() - movedAt);
+            send.call(this, data);
+        };
+    });
+    await fingers.down([start]);
+    for (let way = 1; way <= 60; ++way) await fingers.move([{ x: start.x, y: start.y - way }]);
+    await fingers.up();
+    const delays = await page.evaluate(() => Reflect.get(window, "delays").sort((/** @type {number} */ a, /** @type {number} */ b) => a - b));
+    console.log(`event to WebSocket: median ${delays[30].toFixed(1)} ms, worst ${delays[delays.length - 1].toFixed(1)} ms`);
+    assert.ok(delays.length >= 50);
+    assert.ok(delays[30] < 17);
+});

@@ -1,0 +1,102 @@
+// @ts-check
+// Networks and programs that go and come back. The times are what a user waits, from the moment all is well again.
+import assert from "node:assert/strict";
+import test, { after, before } from "node:test";
+import { drawn, fingersOn, middleOf, sentBy, until } from "../hands.js";
+import { Studio, launch, openPage, phone } from "../studio.js";
+import { Wire } from "../wire.js";
+
+/** @type {Studio} */
+let studio;
+/** @type {Wire} */
+let wire;
+/** @type {import("playwright-core").Browser} */
+let browser;
+/** @type {import("playwright-core").Page} */
+let page;
+/** @type {number[][]} */
+let sent;
+
+before(async () => {
+    [studio, browser] = await Promise.all([Studio.open(40), launch()]);
+    wire = new Wire(studio.port);
+    page = await (await browser.newContext(phone)).newPage();
+    sent = sentBy(page);
+    await page.goto(studio.addressAt(await wire.open()));
+    await page.locator(".strip .title", { hasText: "Kick In" }).waitFor();
+});
+
+after(async () => {
+    await browser?.close();
+    wire?.close();
+    await studio?.close();
+});
+
+const fader = () => page.locator(".strip").first().locator(".fader");
+
+/** The value of the page's first fader follows Pro Tools'. @param {number} value 0 to 1 @param {number} patience */
+async function follows(value, patience) {
+    const start = performance.now();
+    await until(
+        "the page follows Pro Tools",
+        async () => {
+            studio.receiver.type(`fader 1 ${value}`);
+            await drawn(page);
+            return Math.abs(Number(await fader().getAttribute("aria-valuenow")) - value * 16383) < 2;
+        },
+        patience,
+    );
+    return performance.now() - start;
+}
+
+for (const [seconds, value] of [[0.5, 0.3], [5, 0.4], [30, 0.6]])
+    test(`a network that is away for ${seconds} s is back within 2 s`, { timeout: 60_000 }, async () => {
+        wire.cut();
+        await new Promise((resolve) => setTimeout(resolve, seconds * 1000));
+        if (seconds >= 5) assert.equal(await page.locator(".status").getAttribute("data-state"), "bad");
+        wire.mend();
+        const took = await follows(value, 6000);
+        assert.ok(took < 2000, `after ${took} ms`);
+    });
+
+test("a finger that is down when the network goes lets go, and moves nothing when it is back", async () => {
+    const fingers = await fingersOn(page);
+    const start = await middleOf(fader());
+    await fingers.down([start]);
+    await page.locator(".fader[data-held]").waitFor();
+    wire.cut();
+    await until("the fader is let go", async () => (await page.locator(".fader[data-held]").count()) === 0);
+    const before = sent.length;
+    await fingers.move([{ x: start.x, y: start.y - 60 }]);
+    wire.mend();
+    await follows(0.5, 6000);
+    await fingers.move([{ x: start.x, y: start.y - 90 }]);
+    await fingers.up();
+    assert.deepEqual(sent.slice(before).filter((bytes) => bytes[1] === 0x01 || bytes[1] === 0x02), []);
+});
+
+test("a receiver that is started again is found again", { timeout: 60_000 }, async () => {
+    await studio.receiver.end();
+    await page.locator('.status[data-state="bad"]').waitFor();
+    await studio.startReceiver();
+    const start = performance.now();
+    await page.locator('.status:not([data-state="bad"])').waitFor();
+    assert.ok(performance.now() - start < 2000, `after ${performance.now() - start} ms`);
+    await page.locator('.status[data-state="good"]').waitFor({ timeout: 20_000 });
+});
+
+test("two pages take control from each other, and each says who has it", async () => {
+    const other = await openPage(await browser.newContext({ ...phone, locale: "ja-JP" }), studio, { takesOver: true });
+    await page.locator(".veil p", { hasText: "Another device" }).waitFor();
+    await other.locator(".strip .title", { hasText: "Kick In" }).waitFor();
+    await page.locator(".take-over").tap();
+    await other.locator(".veil p", { hasText: "別の端末" }).waitFor();
+    await page.locator('.status[data-state="good"]').waitFor();
+    assert.equal(await page.locator(".veil").isVisible(), false);
+});
+
+test("a key that is wrong is said so", async () => {
+    const stranger = await (await browser.newContext(phone)).newPage();
+    await stranger.goto(studio.address.replace(/#.*/, "#" + "0".repeat(26)));
+    await stranger.locator(".status .text", { hasText: "Scan the code" }).waitFor();
+});
