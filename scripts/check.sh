@@ -14,7 +14,7 @@ build/release/bin/tidy_tests --gtest_brief=1
 
 echo '== page for browsers'
 node web/node_modules/typescript/bin/tsc -p web
-node --test web/tests
+node --test web/tests/*.test.js
 
 echo '== packaging'
 scripts/lint_packaging.sh

@@ -4,12 +4,17 @@
 
 /** @typedef {import("./link.js").Link} Link */
 
+// Browsers report a finger once a frame. What comes more often than this waits for the next picture, so that the hands
+// on sixteen strips stay below what the gateway takes.
+const leastPause = 12;
+
 /** One hand on one strip's fader. */
 export class Grip {
     /** False once it was let go, by whomever. */
     isHeld = true;
     /** @type {number | null} */
     #unsent = null;
+    #sentAt = -Infinity;
     #grips;
 
     /** @param {Grips} grips @param {number} strip @param {number} value */
@@ -19,18 +24,21 @@ export class Grip {
         this.value = value;
     }
 
-    /** Sent with the next picture: the newest value counts. @param {number} value */
+    /** The newest value counts. @param {number} value */
     move(value) {
         if (!this.isHeld || value === this.value) return;
         this.value = value;
         this.#unsent = value;
+        if (performance.now() - this.#sentAt >= leastPause) this.#grips.flush();
         this.#grips.onChange();
     }
 
     /** @param {Link} link */
     flush(link) {
-        if (this.#unsent !== null) link.move(this.strip, this.#unsent);
+        if (this.#unsent === null) return;
+        link.move(this.strip, this.#unsent);
         this.#unsent = null;
+        this.#sentAt = performance.now();
     }
 
     release() {

@@ -39,28 +39,28 @@ document.body.append(status.element, main, tools.element, status.veil, sheet.ele
 
 // ---- Drawing: at most once a frame, and only what may have changed.
 
-let isDrawing = false;
-let onlyMeters = true;
+/** @typedef {"meters" | "status" | "all"} Part */
 
-function drawSoon(meters = false) {
-    onlyMeters &&= meters;
-    if (isDrawing) return;
-    isDrawing = true;
-    requestAnimationFrame(draw);
+/** @type {Set<Part>} */
+const stale = new Set();
+
+/** @param {Part} part */
+function drawSoon(part = "all") {
+    if (stale.size === 0) requestAnimationFrame(draw);
+    stale.add(part);
 }
 
 function draw() {
-    isDrawing = false;
+    const all = stale.has("all");
     grips.flush();
-    if (!tools.showsTracks) panel.updateMeters();
-    if (!onlyMeters) drawAll();
-    onlyMeters = true;
+    if (all || stale.has("status")) status.update();
+    if (all || stale.has("meters")) panel.updateMeters();
+    if (all) drawAll();
+    stale.clear();
 }
 
 function drawAll() {
-    const isUsable = link.inControl && !status.isElsewhere;
-    status.update();
-    main.inert = tools.element.inert = !isUsable;
+    main.inert = tools.element.inert = !link.inControl || status.isElsewhere;
     map.update();
     tools.update();
     if (!tools.showsTracks) return panel.update();
@@ -93,14 +93,14 @@ connection.onOpen = () => link.start();
 connection.onLoss = () => link.lose();
 connection.onState = () => drawSoon();
 link.onState = () => drawSoon();
-link.onMessage = (message) => drawSoon(message.type === "meters");
+link.onMessage = ({ type }) => drawSoon(type === "meters" ? "meters" : "all");
 link.onLetGo = () => grips.dropAll();
 
 setInterval(() => {
     if (status.isElsewhere) return;
     link.tick();
     if (link.state === "lost" && connection.isSuspect) connection.open();
-    drawSoon(); // the round trip
+    drawSoon("status"); // the round trip
 }, tickInterval);
 
 // ---- Who is there.

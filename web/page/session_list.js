@@ -25,6 +25,8 @@ export class SessionList {
     #idle = [];
     /** The session indices that match. @type {number[]} */
     #matches = [];
+    /** Those in the shown group. @type {Set<number>} */
+    #members = new Set();
     #link;
     #grips;
     #groups;
@@ -52,19 +54,21 @@ export class SessionList {
     update() {
         if (this.element.hidden) return;
         this.#match();
+        this.#members = new Set(this.#groups.indices(this.#link.picture));
         this.#place();
-        const members = new Set(this.#groups.indices(this.#link.picture));
-        for (const [index, view] of this.#views) view.update(index, members.has(index), this.#groups.current);
+        for (const [index, view] of this.#views) this.#fill(view, index);
+    }
+
+    /** @param {TrackRowView} view @param {number} index */
+    #fill(view, index) {
+        view.update(index, this.#members.has(index), this.#groups.current);
     }
 
     #match() {
         const { tracks } = this.#link.picture;
         const wanted = this.#search.value.trim().toLocaleLowerCase();
-        this.#matches = [];
-        tracks.forEach(({ row }, index) => {
-            const text = `${row?.name ?? ""}\n${row?.comment ?? ""}`;
-            if (!wanted || text.toLocaleLowerCase().includes(wanted)) this.#matches.push(index);
-        });
+        const all = [...tracks.keys()];
+        this.#matches = wanted ? all.filter((index) => hasText(tracks[index].row, wanted)) : all;
         const height = `${this.#matches.length * rowHeight}px`;
         if (this.#rows.style.height !== height) this.#rows.style.height = height;
         this.#none.hidden = this.#matches.length > 0 || tracks.length === 0;
@@ -81,13 +85,12 @@ export class SessionList {
                 this.#views.delete(index);
                 this.#idle.push(view);
             }
-        const members = new Set(this.#groups.indices(this.#link.picture));
         for (const [index, place] of wanted) {
             let view = this.#views.get(index);
             if (!view) {
                 view = this.#idle.pop() ?? this.#newView();
                 this.#views.set(index, view);
-                view.update(index, members.has(index), this.#groups.current);
+                this.#fill(view, index);
             }
             view.standAt(place, this.#matches.length);
         }
@@ -119,3 +122,6 @@ export class SessionList {
         return view;
     }
 }
+
+/** @param {import("./messages.js").TrackRow | null} row @param {string} wanted */
+const hasText = (row, wanted) => `${row?.name}\n${row?.comment}`.toLocaleLowerCase().includes(wanted);

@@ -55,6 +55,7 @@ export class StripsPanel {
     }
 
     updateMeters() {
+        if (this.element.hidden) return;
         for (const view of this.#visible) view.meter.update();
     }
 
