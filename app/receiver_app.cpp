@@ -57,6 +57,11 @@ AboutText ReceiverApp::about() const {
                      text);
 }
 
+ConnectText ReceiverApp::connection() {
+    if (model) model->readAddress();
+    return connectText(state(), surroundings.addresses(), text);
+}
+
 void ReceiverApp::recordNewLines() {
     const PublishedState& now = state();
     if (recorded == now.linesLogged) return;
@@ -93,6 +98,9 @@ void ReceiverApp::perform(ScreenAction action) {
         break;
     case ScreenAction::launchAtLogin:
         toggleLaunchAtLogin();
+        break;
+    case ScreenAction::connectPhone:
+        shell.showConnect();
         break;
     case ScreenAction::about:
         shell.showAbout();

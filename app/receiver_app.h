@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/about_text.h"
+#include "app/connect_text.h"
 #include "app/log_record.h"
 #include "app/login_item.h"
 #include "app/receiver_screen.h"
@@ -21,18 +22,20 @@ namespace lumbrine {
 class ReceiverApp {
 public:
     struct Shell {
-        std::function<void()> openWindow;        // shows the window in front of all others
-        std::function<void()> refresh;           // the contents have changed: draw soon, but not inside this call
-        std::function<void()> quit;              // ends the program after the current action has returned
-        std::function<void()> showAbout = [] {}; // the box with `about`
+        std::function<void()> openWindow;          // shows the window in front of all others
+        std::function<void()> refresh;             // the contents have changed: draw soon, but not inside this call
+        std::function<void()> quit;                // ends the program after the current action has returned
+        std::function<void()> showAbout = [] {};   // the box with `about`
+        std::function<void()> showConnect = [] {}; // the box with `connection`
     };
 
     // What the shell knows of its surroundings.
     struct Surroundings {
         Runtime& runtime;
         HostSystem system = HostSystem::linuxDesktop;
-        std::string version = {};                                              // of the program: "0.1.0"
-        std::string systemName = {};                                           // "Debian GNU/Linux 12"
+        std::string version = {};    // of the program: "0.1.0"
+        std::string systemName = {}; // "Debian GNU/Linux 12"
+        std::function<std::vector<std::string>()> addresses = [] { return std::vector<std::string>(); };
         std::function<std::string()> timeOfDay = [] { return std::string(); }; // "14:03:59"
     };
 
@@ -62,6 +65,9 @@ public:
 
     // The version and what is running, for people; and all of that with the log, for a report.
     AboutText about() const;
+
+    // How a phone gets here now: reads the addresses of this computer.
+    ConnectText connection();
 
     // Gives up the model, for the end of the program. Afterwards actions do nothing.
     std::shared_ptr<ReceiverModel> release();

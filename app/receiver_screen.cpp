@@ -134,6 +134,8 @@ std::string_view symbolName(Symbol symbol) {
         return "chevron.right.2";
     case Symbol::about:
         return "info.circle";
+    case Symbol::code:
+        return "qrcode";
     case Symbol::play:
         break;
     }
@@ -157,6 +159,11 @@ ReceiverView receiverView(const PublishedState& published, const Bilingual& text
             .address = {.symbol = Symbol::network,
                         .title = text("This Mac's address:", "この Mac の接続先:"),
                         .address = published.localIP},
+            .connectPhone = {.symbol = Symbol::code,
+                             .title = {},
+                             .help = text("Connect a phone: code and addresses",
+                                          "スマートフォンを接続（QR コードとアドレス）"),
+                             .action = ScreenAction::connectPhone},
             .moves = moveButtons(text),
             .test = {.symbol = Symbol::play,
                      .title = text("Test: sweep track 1", "テスト: トラック1をスイープ"),

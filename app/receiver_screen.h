@@ -25,6 +25,7 @@ enum class ScreenAction {
     showWindow,
     launchAtLogin, // toggles
     about,
+    connectPhone,
     quit,
 };
 
@@ -39,6 +40,7 @@ enum class Symbol {
     bankForward,
     play,
     about,
+    code,
 };
 
 // The name of the symbol in Apple's SF Symbols: "slider.vertical.3".
@@ -99,6 +101,7 @@ struct ReceiverView {
     ScreenNotice notice;
     ScreenButton reconnect;
     AddressLine address;
+    ScreenButton connectPhone;         // beside the address
     std::array<ScreenButton, 4> moves; // bank back, channel back, channel forward, bank forward
     ScreenButton test;
     ScreenButton about;     // in the line of the heading

@@ -2,6 +2,7 @@
 #include "app/login_item.h"
 #include "app/macos/about_box.h"
 #include "app/macos/application.h"
+#include "app/macos/connect_box.h"
 #include "app/macos/controls.h"
 #include "app/macos/draw_pace.h"
 #include "app/macos/promptness.h"
@@ -26,6 +27,7 @@
 #include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/posix_process_end.h"
 #include "platform/posix/posix_stream_sockets.h"
+#include "platform/posix/primary_ipv4.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/termination_signals.h"
 
@@ -69,6 +71,7 @@ ReceiverApp::Surroundings surroundings(Runtime& runtime) {
             .system = HostSystem::mac,
             .version = version == nil ? std::string() : std::string(version.UTF8String),
             .systemName = std::string("macOS ") + NSProcessInfo.processInfo.operatingSystemVersionString.UTF8String,
+            .addresses = [] { return reachableIPv4(listIPv4Interfaces()); },
             .timeOfDay = timeOfDay};
 }
 
@@ -98,7 +101,8 @@ public:
         app.connect({.openWindow = [this] { openWindow(); },
                      .refresh = [this] { pace.changed(); },
                      .quit = [this] { mac.loop.stop(); },
-                     .showAbout = [this] { showAbout(); }});
+                     .showAbout = [this] { showAbout(); },
+                     .showConnect = [this] { showConnect(); }});
         delegate.launched = [this] { openWindow(); };
         delegate.reopened = [this] { openWindow(); };
         delegate.windowChanged = [this] { pace.changed(); };
@@ -131,6 +135,10 @@ private:
 
     void showAbout() {
         if (shell) showAboutBox(app.about(), shell->window.window());
+    }
+
+    void showConnect() {
+        if (shell) showConnectBox(app.connection(), shell->window.window());
     }
 
     void draw() {

@@ -81,8 +81,10 @@ void ReceiverWindow::arrange(const ReceiverView& view, LumbrineActionTarget* tar
     address.font = [NSFont monospacedDigitSystemFontOfSize:NSFont.systemFontSize weight:NSFontWeightRegular];
     NSTextField* const addressTitle = label(view.address.title);
     address.accessibilityLabel = addressTitle.stringValue;
-    NSStackView* const addressLine =
-        row(@[ symbolView(view.address.symbol, NSColor.secondaryLabelColor), addressTitle, address ]);
+    NSStackView* const addressLine = row(@[
+        symbolView(view.address.symbol, NSColor.secondaryLabelColor), addressTitle, address,
+        buttonFor(view.connectPhone, target)
+    ]);
 
     NSMutableArray<NSView*>* const moves = [NSMutableArray array];
     for (const ScreenButton& move : view.moves)

@@ -4,6 +4,7 @@
 #include "app/qt/symbols.h"
 #include "app/qt/toolkit_texts.h"
 #include "app/receiver_ending.h"
+#include "platform/posix/primary_ipv4.h"
 
 #include <QApplication>
 #include <QSysInfo>
@@ -58,6 +59,7 @@ ReceiverApp::Surroundings surroundings(Runtime& runtime, const std::string& vers
             .system = HostSystem::linuxDesktop,
             .version = version,
             .systemName = QSysInfo::prettyProductName().toStdString() + ", Qt " + qVersion(),
+            .addresses = [] { return reachableIPv4(listIPv4Interfaces()); },
             .timeOfDay = [] { return QTime::currentTime().toString(QStringLiteral("HH:mm:ss")).toStdString(); }};
 }
 

@@ -1,6 +1,7 @@
 #include "app/qt/receiver_shell.h"
 
 #include "app/qt/about_box.h"
+#include "app/qt/connect_box.h"
 #include "app/qt/symbols.h"
 #include "app/qt/texts.h"
 
@@ -20,7 +21,8 @@ ReceiverShell::ReceiverShell(ReceiverApp& app, Runtime& runtime, std::function<v
     app.connect({.openWindow = [this] { openWindow(); },
                  .refresh = [this] { refreshSoon(); },
                  .quit = [this] { this->quitProgram(); },
-                 .showAbout = [this] { showAbout(); }});
+                 .showAbout = [this] { showAbout(); },
+                 .showConnect = [this] { showConnect(); }});
     icon.display(app.menu());
 }
 
@@ -39,6 +41,7 @@ void ReceiverShell::openWindow() {
 void ReceiverShell::hide() {
     farewell.reset();
     about.reset();
+    phoneBox.reset();
     window.hide();
 }
 
@@ -84,6 +87,11 @@ void ReceiverShell::tellThatItGoesOn() {
 void ReceiverShell::showAbout() {
     about = std::make_unique<AboutBox>(app.about(), &window);
     about->show();
+}
+
+void ReceiverShell::showConnect() {
+    phoneBox = std::make_unique<ConnectBox>(app.connection(), &window);
+    phoneBox->show();
 }
 
 void ReceiverShell::refreshSoon() {

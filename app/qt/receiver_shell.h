@@ -15,6 +15,7 @@ class QMessageBox;
 namespace lumbrine {
 
 class AboutBox;
+class ConnectBox;
 
 // Main thread. Draws changes soon, at most 30 times a second. A hidden window is not drawn.
 class ReceiverShell {
@@ -42,6 +43,7 @@ private:
     void windowClosed();
     void tellThatItGoesOn();
     void showAbout();
+    void showConnect();
     void refreshSoon();
     void refresh();
 
@@ -53,6 +55,7 @@ private:
     StatusAreaWait statusArea;
     std::unique_ptr<QMessageBox> farewell; // shown once, when the window is closed and there is no status icon
     std::unique_ptr<AboutBox> about;
+    std::unique_ptr<ConnectBox> phoneBox;
     TimePoint lastRefresh = distantPast;
     bool refreshIsDue = false;
     const std::shared_ptr<const int> life = std::make_shared<int>(0);

@@ -1,5 +1,6 @@
 // A whole receiver under its window and icon, in virtual time.
 #include "app/qt/about_box.h"
+#include "app/qt/connect_box.h"
 #include "app/qt/log_view.h"
 #include "app/qt/receiver_shell.h"
 #include "app/qt/set_up_box.h"
@@ -160,6 +161,18 @@ TEST_F(ReceiverShellTest, CopiesAReportWithVersionChecksAndLog) {
     EXPECT_THAT(report, testing::StartsWith("Lumbrine "));
     EXPECT_THAT(report, testing::HasSubstr("✓ Network port: UDP port 52700 is open.\n"));
     EXPECT_THAT(report, testing::HasSubstr("✓ UDP listening on :52700\n"));
+}
+
+TEST_F(ReceiverShellTest, ShowsACodeForThePhoneAndTheAddressWithItsPort) {
+    desk.open();
+    desk.bench.computer.address = "192.168.1.99"; // since the start
+    buttonNamed(window(), "Connect a phone: code and addresses")->click();
+    const auto boxes = childrenOf<ConnectBox>(window());
+    ASSERT_THAT(boxes, SizeIs(1));
+    std::vector<std::string> texts;
+    for (const auto* label : boxes.front()->findChildren<QLabel*>())
+        texts.push_back(label->pixmap().isNull() ? label->text().toStdString() : label->accessibleName().toStdString());
+    EXPECT_THAT(texts, testing::IsSupersetOf({"192.168.1.99:52700", "lumbrine://192.168.1.99:52700"}));
 }
 
 TEST_F(ReceiverShellTest, ShowsTheCardOfTheSetUpUntilEverythingWorks) {

@@ -58,8 +58,8 @@ QLabel* plainLabel(QWidget* parent) {
 
 ReceiverWindow::ReceiverWindow(Listener listener)
     : listener(std::move(listener)), heading(plainLabel(this)), proTools(new StatusRow(this)),
-      client(new StatusRow(this)), notice(new NoticeBox(this)), setUp(new SetUpBox(this)),
-      reconnect(makeButton("Alt+R")), test(makeButton("Alt+T")), about(makeButton("F1")),
+      client(new StatusRow(this)), notice(new NoticeBox(this)), setUp(new SetUpBox(this)), about(makeButton("F1")),
+      reconnect(makeButton("Alt+R")), test(makeButton("Alt+T")), connectPhone(makeButton("Alt+C")),
       addressTitle(plainLabel(this)), address(plainLabel(this)),
       moves{makeButton("Alt+Shift+Left"), makeButton("Alt+Left"), makeButton("Alt+Right"),
             makeButton("Alt+Shift+Right")},
@@ -100,6 +100,8 @@ void ReceiverWindow::arrange() {
     buttons->addWidget(reconnect);
     buttons->addWidget(test);
     buttons->addStretch(1);
+    connectPhone->setFixedWidth(connectPhone->fontMetrics().height() + 18);
+    buttons->addWidget(connectPhone);
     page->addLayout(buttons);
     page->addLayout(makeAddressRow());
 
@@ -168,6 +170,7 @@ void ReceiverWindow::display(const ReceiverView& view, const SetUpCard& card, co
     display(reconnect, view.reconnect);
     display(test, view.test);
     display(about, view.about);
+    display(connectPhone, view.connectPhone);
     setTextIfNew(addressTitle, view.address.title);
     setTextIfNew(address, view.address.address);
     address->setAccessibleName(shown(view.address.title + " " + view.address.address));

@@ -59,9 +59,10 @@ private:
     StatusRow* const client;
     NoticeBox* const notice;
     SetUpBox* const setUp;
+    QAbstractButton* const about; // the tab key goes through the controls in this order
     QAbstractButton* const reconnect;
     QAbstractButton* const test;
-    QAbstractButton* const about;
+    QAbstractButton* const connectPhone;
     QLabel* const addressTitle;
     QLabel* const address;
     std::array<QAbstractButton*, 4> moves;

@@ -150,6 +150,7 @@ TEST_F(ReceiverWindowTest, HasKeysForWhatItsButtonsDo) {
         {Qt::ALT | Qt::Key_Left, ScreenAction::channelBack},
         {Qt::ALT | Qt::Key_Right, ScreenAction::channelForward},
         {Qt::ALT | Qt::SHIFT | Qt::Key_Right, ScreenAction::bankForward},
+        {Qt::ALT | Qt::Key_C, ScreenAction::connectPhone},
         {QKeyCombination(Qt::Key_F1), ScreenAction::about}};
     const auto buttons = window.findChildren<QAbstractButton*>();
     EXPECT_EQ(static_cast<std::size_t>(buttons.size()), keys.size());
@@ -169,10 +170,11 @@ TEST_F(ReceiverWindowTest, HasATabOrderThroughAllThatCanBeUsed) {
     for (QWidget* next = window.nextInFocusChain(); next != start; next = next->nextInFocusChain())
         if (next->isVisible() && (next->focusPolicy() & Qt::TabFocus) != 0)
             order.push_back(next->accessibleName().toStdString());
-    EXPECT_THAT(order, ElementsAre("Reconnect to PT", "Test: sweep track 1", "About Lumbrine",
-                                   "This Mac's address: 192.168.100.200", "Bank ← (back 8 channels)",
-                                   "Channel ← (back 1 channel)", "Channel → (forward 1 channel)",
-                                   "Bank → (forward 8 channels)", "Channel strips", "Activity"));
+    EXPECT_THAT(order,
+                ElementsAre("About Lumbrine", "Reconnect to PT", "Test: sweep track 1",
+                            "Connect a phone: code and addresses", "This Mac's address: 192.168.100.200",
+                            "Bank ← (back 8 channels)", "Channel ← (back 1 channel)", "Channel → (forward 1 channel)",
+                            "Bank → (forward 8 channels)", "Channel strips", "Activity"));
 }
 
 TEST_F(ReceiverWindowTest, LetsEveryButtonHaveTheFocus) {

@@ -5,6 +5,7 @@
 #include <QPainterPath>
 #include <QPalette>
 #include <array>
+#include <utility>
 
 namespace lumbrine {
 
@@ -62,6 +63,16 @@ void paintPlay(QPainter& painter, const QColor& colour) {
     path.addEllipse(QPointF(12, 12), 9.5, 9.5);
     path.addPolygon(QPolygonF({{9.8, 7.8}, {16.4, 12}, {9.8, 16.2}, {9.8, 7.8}}));
     painter.fillPath(path, colour);
+}
+
+void paintCode(QPainter& painter, const QColor& colour) {
+    for (const auto& [x, y] : {std::pair(4.0, 4.0), std::pair(14.0, 4.0), std::pair(4.0, 14.0)}) {
+        painter.drawRect(QRectF(x, y, 6, 6));
+        painter.fillRect(QRectF(x + 2, y + 2, 2, 2), colour);
+    }
+    for (const auto& [x, y] : {std::pair(13.0, 13.0), std::pair(18.0, 13.0), std::pair(15.5, 16.0),
+                               std::pair(13.0, 18.5), std::pair(18.0, 18.5)})
+        painter.fillRect(QRectF(x, y, 2.5, 2.5), colour);
 }
 
 void paintAbout(QPainter& painter, const QColor& colour) {
@@ -143,6 +154,9 @@ void paintSymbol(QPainter& painter, const QRectF& box, Symbol symbol, const QCol
         break;
     case Symbol::play:
         paintPlay(painter, colour);
+        break;
+    case Symbol::code:
+        paintCode(painter, colour);
         break;
     case Symbol::about:
         paintAbout(painter, colour);

@@ -38,6 +38,13 @@ std::optional<std::string> choosePrimaryIPv4(const std::vector<IPv4Interface>& i
     return chosen->address;
 }
 
+std::vector<std::string> reachableIPv4(const std::vector<IPv4Interface>& interfaces) {
+    std::vector<std::string> addresses;
+    for (const IPv4Interface& interface : interfaces)
+        if (isCandidate(interface)) addresses.push_back(interface.address);
+    return addresses;
+}
+
 std::vector<IPv4Interface> listIPv4Interfaces() {
     ifaddrs* first = nullptr;
     if (::getifaddrs(&first) != 0) return {};

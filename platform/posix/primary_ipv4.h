@@ -19,6 +19,9 @@ struct IPv4Interface {
 // Mac), else the first of all. Absent when there is none.
 std::optional<std::string> choosePrimaryIPv4(const std::vector<IPv4Interface>& interfaces);
 
+// All addresses that are up and not loopback.
+std::vector<std::string> reachableIPv4(const std::vector<IPv4Interface>& interfaces);
+
 // The interfaces of this computer in the system's order. Empty when the system cannot list them.
 std::vector<IPv4Interface> listIPv4Interfaces();
 

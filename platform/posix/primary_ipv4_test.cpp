@@ -40,6 +40,14 @@ TEST(PrimaryIPv4, PassesOverLoopbackAndWhatIsDown) {
     EXPECT_EQ(choosePrimaryIPv4({loopback, down, network("eth0", "10.0.0.2")}), "10.0.0.2");
 }
 
+TEST(ReachableIPv4, AreAllButLoopbackAndWhatIsDown) {
+    EXPECT_EQ(reachableIPv4({{"lo", "127.0.0.1", true, true},
+                             {"en0", "192.168.1.7", false, false},
+                             network("eth0", "10.0.0.2"),
+                             network("eth1", "172.16.0.2")}),
+              (std::vector<std::string>{"10.0.0.2", "172.16.0.2"}));
+}
+
 TEST(PrimaryIPv4, FindsTheLoopbackInterfaceOfThisComputer) {
     const std::vector<IPv4Interface> interfaces = listIPv4Interfaces();
     EXPECT_TRUE(std::ranges::any_of(interfaces, [](const IPv4Interface& interface) {

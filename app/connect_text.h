@@ -1,0 +1,24 @@
+// How a phone gets here: what the box beside the address line shows.
+#pragma once
+
+#include "base/bilingual.h"
+#include "model/state/published_state.h"
+
+#include <string>
+#include <vector>
+
+namespace lumbrine {
+
+struct ConnectText {
+    std::string title; // of the box
+    std::string advice;
+    std::vector<std::string> addresses; // "192.168.1.2:52700", the most likely one first
+    std::string link;                   // of that one, for a QR code: "lumbrine://192.168.1.2:52700"
+    std::string closeButton;
+};
+
+// `reachable`: all numeric addresses of this computer on its networks.
+ConnectText connectText(const PublishedState& published, const std::vector<std::string>& reachable,
+                        const Bilingual& text);
+
+} // namespace lumbrine
