@@ -72,6 +72,23 @@ TEST_F(HandNamesTest, ActsOfAFormerOwnerComeToNothingUntilItIsToldTheNames) {
     EXPECT_THAT(heardOnA(), testing::SizeIs(2));
 }
 
+TEST_F(HandNamesTest, ATurnByNothingIsASignOfLifeAndNoDroppedPan) {
+    const Bytes takeOver{0x01, 0x25};
+    const auto other = bench.phone("192.168.1.8");
+    other->send(takeOver);
+    phone->send(takeOver);
+    BankingHost host(bench, numbers(20));
+    settle();
+    other->send(takeOver);
+    settle();
+    bench.takeLines();
+    markAll();
+    other->send({0x01, 0x07, 0x00, 0x00});
+    settle();
+    EXPECT_THAT(heardOnA(), IsEmpty());
+    EXPECT_THAT(bench.takeLines(), IsEmpty());
+}
+
 TEST_F(HandNamesTest, HandsActOnSurfacesThatShowNoNames) {
     markAll();
     phone->send({0x01, 0x02, 0x03});

@@ -53,6 +53,7 @@ public:
     // ---- Pan
 
     void operator()(const VpotDelta& command) const {
+        if (command.delta == 0) return; // a client's sign of life
         if (engineFor(command.strip).turnByHand(engineStripFor(command.strip), command.delta)) return;
         later(command_name::pan, command.strip, [&surfaces = parts.surfaces, delta = command.delta](Strip strip) {
             return surfaces.engineOf(strip).turnByHand(strip.engineStrip(), delta);
