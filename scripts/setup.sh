@@ -53,7 +53,7 @@ install_missing
 
 # What is built needs none of these: without them, only the tests in a browser are skipped.
 if ! cmp -s web/package-lock.json web/node_modules/.installed-lock; then
-    if npm --prefix web ci --no-audit --no-fund --loglevel=error; then
+    if npm --prefix web ci --no-audit --no-fund --loglevel=error --fetch-retries=1 --fetch-timeout=30000; then
         cp web/package-lock.json web/node_modules/.installed-lock
     else
         printf 'npm could not install the packages that test the page for browsers\n' >&2
