@@ -72,4 +72,3 @@ format: setup
 # Takes the pictures for the README from the running programs.
 screenshots: build
 	@scripts/screenshots.sh $(BIN)
-	@LUMBRINE_BIN=$(BIN) node web/tests/pictures.js docs/images

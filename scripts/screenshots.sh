@@ -66,4 +66,12 @@ for LANGUAGE in en ja; do
     picture 880x620 "window-$LANGUAGE"
     end
 done
+
+# The page for browsers. All of its pictures stay in build/pictures to be looked at; two of them are shown in docs/web.md.
+mkdir -p build/pictures
+LUMBRINE_BIN=$bin node web/tests/pictures.js build/pictures
+for name in strips-phone-en tracks-phone-ja; do
+    convert "build/pictures/web-$name.png" -resize 50% -strip +dither -colors 96 \
+        -define png:compression-level=9 "PNG8:$out/web-$name.png"
+done
 ls -l "$out"

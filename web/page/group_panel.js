@@ -101,7 +101,7 @@ export class GroupPanel {
     /** @param {"mute" | "solo"} state */
     #allAre(state) {
         const members = this.#members;
-        return members.length > 0 && members.every((index) => this.#link.picture.tracks[index].row?.[state]);
+        return members.length > 0 && members.every((index) => this.#link.picture.isLit(index, state));
     }
 
     /** @param {HTMLElement} key @param {string} label @param {boolean} isOn */

@@ -35,7 +35,7 @@ const tools = new ToolBar(link, panel, list);
 
 const session = make("div", { class: "tracks" }, list.element, group.element);
 const main = make("main", {}, map.element, panel.element, session);
-document.body.append(status.element, main, tools.element, status.veil, sheet.element, tools.sheet);
+document.body.replaceChildren(status.element, main, tools.element, status.veil, sheet.element, tools.sheet);
 
 // ---- Drawing: at most once a frame, and only what may have changed.
 

@@ -70,6 +70,15 @@ export class SessionPicture {
         return strip === null ? (this.tracks[index]?.row?.fader ?? null) : this.strips[strip].fader;
     }
 
+    /**
+     * Whether this track is muted or soloed itself. Strips are told at once, rows after the next list.
+     * @param {number} index @param {"mute" | "solo"} light
+     */
+    isLit(index, light) {
+        const strip = this.stripOf(index);
+        return strip === null ? (this.tracks[index]?.row?.[light] ?? false) : this.strips[strip].lights[light] === 1;
+    }
+
     /** @param {Message} message */
     apply(message) {
         switch (message.type) {

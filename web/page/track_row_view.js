@@ -63,8 +63,8 @@ export class TrackRowView {
         this.#link = link;
         this.#name.addEventListener("click", () => this.onJump(this.#index));
         this.#tick.addEventListener("click", () => this.onMember(this.#index));
-        this.#mute.addEventListener("click", () => link.command(groupMute(!this.#row?.mute, [this.#index])));
-        this.#solo.addEventListener("click", () => link.command(groupSolo(!this.#row?.solo, [this.#index])));
+        this.#mute.addEventListener("click", () => link.command(groupMute(!this.#isLit("mute"), [this.#index])));
+        this.#solo.addEventListener("click", () => link.command(groupSolo(!this.#isLit("solo"), [this.#index])));
         dragging(this.#fader, {
             towards: "right",
             begin: () => this.#begin(grips),
@@ -108,8 +108,8 @@ export class TrackRowView {
         setAttribute(this.#tick, "aria-label", say("member", title, group));
         setAttribute(this.#tick, "aria-pressed", isMember);
         setText(this.#tick, isMember ? group : "");
-        this.#show(this.#mute, say("mute", title), row?.mute ?? false);
-        this.#show(this.#solo, say("solo", title), row?.solo ?? false);
+        this.#show(this.#mute, say("mute", title), this.#isLit("mute"));
+        this.#show(this.#solo, say("solo", title), this.#isLit("solo"));
         this.element.toggleAttribute("data-armed", row?.record ?? false);
         this.element.toggleAttribute("data-selected", row?.select ?? false);
         this.element.toggleAttribute("data-shown", this.#link.picture.stripOf(index) !== null);
@@ -118,6 +118,11 @@ export class TrackRowView {
 
     get #row() {
         return this.#link.picture.tracks[this.#index]?.row ?? null;
+    }
+
+    /** @param {"mute" | "solo"} light */
+    #isLit(light) {
+        return this.#link.picture.isLit(this.#index, light);
     }
 
     /** @param {HTMLElement} key @param {string} label @param {boolean} isOn */

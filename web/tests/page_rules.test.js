@@ -67,6 +67,8 @@ test("the gateway has every file of the page, and all of them weigh less than 15
     const listed = readFileSync(new URL("CMakeLists.txt", page), "utf8").match(/[\w-]+\.\w+(?=[\n)])/g);
     const files = readdirSync(page).filter((name) => name !== "CMakeLists.txt");
     assert.deepEqual(listed?.sort(), files.sort());
+    const html = readFileSync(new URL("index.html", page), "utf8");
+    for (const name of files.filter((each) => each.endsWith(".js"))) assert.ok(html.includes(`"${name}"`), name);
     const weight = files.reduce((sum, name) => sum + statSync(new URL(name, page)).size, 0);
     assert.ok(weight < 150_000, `${weight} bytes`);
 });

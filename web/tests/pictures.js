@@ -10,6 +10,7 @@ const devices = {
     tablet: { ...phone, viewport: { width: 1180, height: 820 }, deviceScaleFactor: 2 },
 };
 
+let isPrepared = false;
 const studio = await Studio.open(130);
 const browser = await launch();
 try {
@@ -23,22 +24,27 @@ async function takePictures() {
     for (const [language, locale] of [["en", "en-GB"], ["ja", "ja-JP"]])
         for (const [device, settings] of Object.entries(devices)) {
             const context = await browser.newContext({ ...settings, locale });
+            // One device to the receiver, so that nothing has to be taken over.
+            await context.addInitScript(() => localStorage.setItem("lumbrine.token", "7"));
             const page = await openPage(context, studio);
-            await page.locator(".strip:not([hidden]):not([data-empty])").first().waitFor();
-            await page.waitForFunction(() => document.querySelectorAll(".strip .mute").length > 0);
-            if (language === "en" && device === "phone") await prepare(page);
+            await page.locator(".strip .title", { hasText: "Kick In" }).waitFor();
+            await prepare(page);
             await page.screenshot({ path: join(folder, `web-strips-${device}-${language}.png`) });
             await page.locator(".tool.view").tap();
-            await page.locator(".row").nth(4).waitFor();
+            for (const row of [0, 2, 3]) await page.locator(".row .tick").nth(row).tap();
+            await page.locator(".row .title:text('Kick In')").waitFor();
             await page.screenshot({ path: join(folder, `web-tracks-${device}-${language}.png`) });
             await context.close();
         }
 }
 
-/** Something to see: lights and music. @param {import("playwright-core").Page} page */
+/** Something to see: lights, and music. @param {import("playwright-core").Page} page */
 async function prepare(page) {
-    for (const command of ["play", "mute 4", "solo 2", "arm 3", "select 5", "monitor 3"])
-        studio.receiver.type(command);
-    await page.locator('.strip:nth-child(4) .mute[data-light="on"]').waitFor();
-    await page.locator('.strip:nth-child(3) .record[aria-pressed="true"]').waitFor();
+    if (!isPrepared)
+        for (const command of ["play", "mute 4", "solo 2", "arm 3", "select 5", "monitor 3", "auto 1 read"])
+            studio.receiver.type(command);
+    isPrepared = true;
+    const lit = ['.strip:nth-child(4) .mute[data-light="on"]', '.strip:nth-child(3) .record[aria-pressed="true"]'];
+    for (const light of lit) await page.locator(light).waitFor();
+    await page.locator(".light.play[data-on]").waitFor();
 }
