@@ -67,7 +67,7 @@ for LANGUAGE in en ja; do
     end
 done
 
-# The page for browsers. All of its pictures stay in build/pictures to be looked at; two of them are shown in docs/web.md.
+# The page for browsers. All of its pictures stay in build/pictures to be looked at; docs/web.md shows two of them.
 mkdir -p build/pictures
 LUMBRINE_BIN=$bin node web/tests/pictures.js build/pictures
 for name in strips-phone-en tracks-phone-ja; do

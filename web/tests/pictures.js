@@ -44,7 +44,8 @@ async function prepare(page) {
         for (const command of ["play", "mute 4", "solo 2", "arm 3", "select 5", "monitor 3", "auto 1 read"])
             studio.receiver.type(command);
     isPrepared = true;
-    const lit = ['.strip:nth-child(4) .mute[data-light="on"]', '.strip:nth-child(3) .record[aria-pressed="true"]'];
+    const muted = '.strip:nth-child(1) .mute[data-light="blinking"]';
+    const lit = [muted, '.strip:nth-child(3) .record[aria-pressed="true"]'];
     for (const light of lit) await page.locator(light).waitFor();
     await page.locator(".light.play[data-on]").waitFor();
 }
