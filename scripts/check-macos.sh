@@ -83,6 +83,8 @@ for arch in $architectures; do
     thin=build/macos-$arch/bin/Lumbrine
     commands=$out/$arch.commands
     llvm-objdump-19 --macho --private-headers "$thin" >"$commands"
+    # A linker may drop a framework that only a class looked up by name needs: then nobody logs in with Lumbrine.
+    llvm-otool-19 -L "$thin" | grep -q ServiceManagement || fail "$arch does not load ServiceManagement"
     foreign=$(llvm-otool-19 -L "$thin" | awk 'NR > 1 {print $1}' | grep -vE '^(/usr/lib/|/System/Library/)' || true)
     [ -z "$foreign" ] || fail "$arch needs more than the system: $foreign"
     if grep -q LC_RPATH "$commands"; then fail "$arch looks for libraries in places of its own"; fi

@@ -22,6 +22,7 @@
 #include "platform/macos/main_app_login_service.h"
 #include "platform/macos/net_service_advertiser.h"
 #include "platform/macos/power_observer.h"
+#include "platform/macos/system_log.h"
 #include "platform/macos/wake_handling.h"
 #include "platform/posix/network_watch.h"
 #include "platform/posix/posix_datagram_sockets.h"
@@ -150,7 +151,10 @@ private:
 
     ProcessEnd& process;
     Mac mac;
-    const std::function<void(const std::string&)> print = [this](const std::string& line) { mac.output.print(line); };
+    const std::function<void(const std::string&)> print = [this](const std::string& line) {
+        mac.output.print(line);
+        writeToSystemLog(line);
+    };
     LoginItem loginItem{mac.login, mac.text, print};
     const std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
         {mac.runtime, mac.midi, mac.sockets, mac.advertiser, mac.system, mac.streams, mac.json, mac.accessibility},

@@ -20,6 +20,9 @@ NSWindow* makeWindow(const std::string& title) {
     window.title = shownText(title);
     window.identifier = shownText(windowIdentifier);
     window.releasedWhenClosed = NO;
+    // It comes to the user, beside a full-screen Pro Tools too, and does not take him to another space.
+    window.collectionBehavior =
+        NSWindowCollectionBehaviorMoveToActiveSpace | NSWindowCollectionBehaviorFullScreenAuxiliary;
     window.contentMinSize = NSMakeSize(minimumWindowWidth, minimumWindowHeight);
     [window center];
     return window;

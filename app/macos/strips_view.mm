@@ -1,5 +1,6 @@
 #include "app/macos/strips_view.h"
 
+#include "app/light_colours.h"
 #include "platform/macos/foundation_text.h"
 
 namespace {
@@ -19,7 +20,7 @@ constexpr CGFloat railTop = 46;
 constexpr CGFloat railBottom = 10;
 constexpr CGFloat capHeight = 8;
 
-NSColor* trackColor(lumbrine::RGBColor color) {
+NSColor* shownColor(lumbrine::RGBColor color) {
     const auto share = [](std::uint8_t part) { return static_cast<CGFloat>(part) / 255; };
     return [NSColor colorWithSRGBRed:share(color.red()) green:share(color.green()) blue:share(color.blue()) alpha:1];
 }
@@ -41,9 +42,9 @@ void drawText(const std::string& text, NSRect within, NSColor* color, NSFontWeig
                  }];
 }
 
-void drawLight(const char* letter, bool on, NSRect where, NSColor* color) {
-    if (on) fill(where, 2, color);
-    drawText(letter, where, on ? NSColor.whiteColor : NSColor.tertiaryLabelColor, NSFontWeightBold);
+void drawLight(const char* letter, bool on, NSRect where, lumbrine::RGBColor color) {
+    if (on) fill(where, 2, shownColor(color));
+    drawText(letter, where, on ? shownColor(lumbrine::letterOnLight) : NSColor.secondaryLabelColor, NSFontWeightBold);
 }
 
 void drawFader(double value, NSRect column) {
@@ -58,15 +59,14 @@ void drawFader(double value, NSRect column) {
 void drawStrip(const StripView& strip, NSRect column) {
     fill(column, corner, strip.select ? NSColor.selectedContentBackgroundColor : NSColor.controlBackgroundColor);
     if (strip.color)
-        fill(NSMakeRect(NSMinX(column), NSMinY(column), NSWidth(column), bandHeight), 2, trackColor(*strip.color));
+        fill(NSMakeRect(NSMinX(column), NSMinY(column), NSWidth(column), bandHeight), 2, shownColor(*strip.color));
     NSColor* const ink = strip.select ? NSColor.alternateSelectedControlTextColor : NSColor.labelColor;
     drawText(strip.shownName(), NSMakeRect(NSMinX(column), NSMinY(column) + nameTop, NSWidth(column), 14), ink,
              NSFontWeightMedium);
     const CGFloat half = NSWidth(column) / 2;
     const CGFloat top = NSMinY(column) + lightsTop;
-    drawLight("M", strip.mute, NSMakeRect(NSMinX(column) + 1, top, half - 2, lightHeight), NSColor.systemOrangeColor);
-    drawLight("S", strip.solo, NSMakeRect(NSMinX(column) + half + 1, top, half - 2, lightHeight),
-              NSColor.systemGreenColor);
+    drawLight("M", strip.mute, NSMakeRect(NSMinX(column) + 1, top, half - 2, lightHeight), lumbrine::muteLight);
+    drawLight("S", strip.solo, NSMakeRect(NSMinX(column) + half + 1, top, half - 2, lightHeight), lumbrine::soloLight);
     drawFader(strip.fader, column);
 }
 
@@ -106,6 +106,7 @@ void drawStrip(const StripView& strip, NSRect column) {
 - (void)show:(const std::vector<StripView>&)views named:(const std::string&)name {
     self.accessibilityLabel = shownText(name);
     if (views == strips) return;
+    const bool isRearranged = views.size() != strips.size();
     strips = views;
     self.needsDisplay = YES;
     NSMutableArray<NSAccessibilityElement*>* const elements = [NSMutableArray array];
@@ -118,6 +119,7 @@ void drawStrip(const StripView& strip, NSRect column) {
         [elements addObject:element];
     }
     spoken = elements;
+    if (isRearranged) NSAccessibilityPostNotification(self, NSAccessibilityLayoutChangedNotification);
 }
 
 - (NSArray*)accessibilityChildren {

@@ -1,5 +1,6 @@
 #include "app/qt/strip_painter.h"
 
+#include "app/light_colours.h"
 #include "app/qt/texts.h"
 
 #include <QFontMetricsF>
@@ -20,11 +21,12 @@ constexpr double shortestFader = 44;
 constexpr double nameShare = 0.86; // times the window's font size
 constexpr double letterShare = 0.72;
 
-const QColor muteLit("#f0953a");
-const QColor soloLit("#f2d544");
-const QColor onLit("#1c1f23");
 const QColor displayBack("#1d2227");
 const QColor displayText("#d8f3ec");
+
+QColor shown(RGBColor colour) {
+    return {colour.red(), colour.green(), colour.blue()};
+}
 
 double nameHeight(const QFont& font) {
     return QFontMetricsF(font).height() * nameShare + 5;
@@ -78,8 +80,7 @@ void StripPainter::paint(QPainter& painter, const QRectF& place, const StripView
 
 void StripPainter::paintHeader(QPainter& painter, const QRectF& place, const StripView& strip) const {
     painter.setPen(Qt::NoPen);
-    painter.setBrush(strip.color ? QColor(strip.color->red(), strip.color->green(), strip.color->blue())
-                                 : colours.line);
+    painter.setBrush(strip.color ? shown(*strip.color) : colours.line);
     painter.drawRoundedRect(place, colourBand / 2, colourBand / 2);
 }
 
@@ -87,8 +88,8 @@ void StripPainter::paintSwitches(QPainter& painter, const QRectF& place, const S
     const double width = (place.width() - 2) / 2;
     const QRectF left(place.left(), place.top(), width, place.height());
     painter.setFont(letterFont);
-    paintSwitch(painter, left, QStringLiteral("M"), muteLit, strip.mute);
-    paintSwitch(painter, left.translated(width + 2, 0), QStringLiteral("S"), soloLit, strip.solo);
+    paintSwitch(painter, left, QStringLiteral("M"), shown(muteLight), strip.mute);
+    paintSwitch(painter, left.translated(width + 2, 0), QStringLiteral("S"), shown(soloLight), strip.solo);
 }
 
 void StripPainter::paintSwitch(QPainter& painter, const QRectF& place, const QString& letter, const QColor& lit,
@@ -96,7 +97,7 @@ void StripPainter::paintSwitch(QPainter& painter, const QRectF& place, const QSt
     painter.setPen(on ? QPen(Qt::NoPen) : QPen(colours.line, 1));
     painter.setBrush(on ? lit : QColor(Qt::transparent));
     painter.drawRoundedRect(place.adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
-    painter.setPen(on ? onLit : colours.secondary);
+    painter.setPen(on ? shown(letterOnLight) : colours.secondary);
     painter.drawText(place, Qt::AlignCenter, letter);
 }
 
