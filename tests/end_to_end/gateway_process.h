@@ -22,13 +22,12 @@ public:
     // Runs the program with --new-key.
     void makeNewKey() const;
 
-    const std::uint16_t port;
-
 private:
     const interop::TemporaryFolder state;
 
 public:
     interop::ChildProcess process;
+    const std::uint16_t port; // a free one that it has chosen
 };
 
 } // namespace lumbrine::end_to_end

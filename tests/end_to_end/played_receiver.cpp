@@ -5,8 +5,10 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <fstream>
+#include <sstream>
 #include <stdexcept>
-#include <thread>
+#include <string>
 
 namespace lumbrine::end_to_end {
 
@@ -18,6 +20,22 @@ sockaddr_in onLoopback(std::uint16_t port) {
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     address.sin_port = htons(port);
     return address;
+}
+
+// What the system holds for a UDP port of this computer. Its table has a line for each socket:
+//    7: 0100007F:CDE2 0100007F:8F3B 01 00000000:00000300 ...
+//       address:port  of the peer   state  send:receive queue
+long bytesWaitingAt(std::uint16_t port) {
+    std::ifstream table("/proc/net/udp");
+    std::string line;
+    for (std::getline(table, line); std::getline(table, line);) {
+        std::istringstream words(line);
+        std::string number, own, other, state, queues;
+        words >> number >> own >> other >> state >> queues;
+        if (std::stoul(own.substr(own.find(':') + 1), nullptr, 16) == port)
+            return std::stol(queues.substr(queues.find(':') + 1), nullptr, 16);
+    }
+    return 0;
 }
 
 } // namespace
@@ -73,8 +91,8 @@ bool PlayedReceiver::wasRefused() {
     return ::recvmsg(fd, &nothing, MSG_ERRQUEUE | MSG_DONTWAIT) >= 0;
 }
 
-void PlayedReceiver::pause() {
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+void PlayedReceiver::waitUntilTaken() const {
+    interop::waitUntil([&] { return bytesWaitingAt(peer) == 0; });
 }
 
 } // namespace lumbrine::end_to_end

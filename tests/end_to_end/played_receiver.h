@@ -29,8 +29,8 @@ public:
     // True when the system has said since the last call that nobody has the port of an answer any more.
     bool wasRefused();
 
-    // Gives the other end time to take what was sent.
-    static void pause();
+    // Waits until the other end has taken all answers from its socket, so that none is lost, or has closed it.
+    void waitUntilTaken() const;
 
     // While it is closed, the system refuses what is sent to the port.
     void close();

@@ -41,6 +41,18 @@ std::size_t bodyLength(const std::string& head) {
 
 } // namespace
 
+std::uint16_t freeTCPPort() {
+    const int fd = ::socket(AF_INET6, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in6 any{};
+    any.sin6_family = AF_INET6;
+    socklen_t length = sizeof any;
+    const bool bound = ::bind(fd, reinterpret_cast<const sockaddr*>(&any), length) == 0 &&
+                       ::getsockname(fd, reinterpret_cast<sockaddr*>(&any), &length) == 0;
+    ::close(fd);
+    if (!bound) throw std::runtime_error("no free TCP port");
+    return ntohs(any.sin6_port);
+}
+
 TCPConnection::TCPConnection(std::uint16_t port, const std::string& address) : fd(connectTo(port, address)) {}
 
 TCPConnection::~TCPConnection() {

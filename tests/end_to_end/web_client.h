@@ -12,6 +12,9 @@
 
 namespace lumbrine::end_to_end {
 
+// A TCP port of this computer that is free now.
+std::uint16_t freeTCPPort();
+
 class TCPConnection {
 public:
     // To a port of this computer; `address` is numeric, IPv4 or IPv6.

@@ -218,7 +218,7 @@ TEST_F(WebGateway, SparesASlowBrowserWhatIsObsolete) {
     };
     for (int i = 0; i < 20'000; ++i) {
         sendState(static_cast<std::uint8_t>(i / 256), static_cast<std::uint8_t>(i % 256));
-        if (i % 20 == 0) receiver.pause(); // its own socket takes no more at once
+        if (i % 40 == 0) receiver.waitUntilTaken(); // the gateway's socket does not hold many more
     }
     int faders = 0, names = 0;
     const Bytes last{0x01, 0x12, 0x05, 78, 31}; // 19,999
@@ -241,7 +241,7 @@ TEST_F(WebGateway, EndsABrowserThatTakesNothing) {
     const auto isGone = [&] { return receiver.wasRefused(); };
     for (int i = 0; i < 30'000 && !isGone(); ++i) {
         receiver.answer(row);
-        if (i % 50 == 0) receiver.pause();
+        if (i % 40 == 0) receiver.waitUntilTaken();
     }
     EXPECT_TRUE(waitUntil([&] {
         receiver.answer(row);
@@ -278,7 +278,7 @@ TEST_F(WebGateway, EndsAtOnceWithAWordToEachBrowser) {
 
 TEST(WebGatewayAlone, NeedsNobodyWhoReadsItsOutput) {
     const interop::TemporaryFolder state;
-    const std::uint16_t port = freePort();
+    const std::uint16_t port = freeTCPPort();
     interop::ChildProcess gateway(
         {webProgram}, {.environment = {{"QV_WEB_PORT", std::to_string(port)}, {"XDG_STATE_HOME", state.path.string()}},
                        .outputIsRead = false});
@@ -323,7 +323,7 @@ TEST(WebGatewayAlone, ServesHTTPSWithTheUsersCertificate) {
               0);
     PlayedReceiver receiver;
     const GatewayProcess gateway(receiver.port(), {"--certificate", certificate, "--key", key});
-    EXPECT_TRUE(has(gateway.process.output(), "https://"));
+    EXPECT_TRUE(waitUntil([&] { return has(gateway.process.output(), "https://"); }));
     const auto result =
         interop::runCommand({"/usr/bin/python3", LUMBRINE_SOURCE_DIR "/tests/end_to_end/https_client.py",
                              std::to_string(gateway.port), certificate, gateway.key()});

@@ -143,9 +143,9 @@ private:
 
     bool openUDP() {
         error_code failed;
-        toReceiver.open(house.receiver.protocol(), failed);
-        if (!failed) toReceiver.non_blocking(true, failed);
-        if (!failed) toReceiver.connect(house.receiver, failed);
+        failed = toReceiver.open(house.receiver.protocol(), failed);
+        if (!failed) failed = toReceiver.non_blocking(true, failed);
+        if (!failed) failed = toReceiver.connect(house.receiver, failed);
         if (failed) end(close_code::ending);
         return !failed;
     }
@@ -224,7 +224,7 @@ private:
     // Ends the coroutines.
     void stop() {
         error_code ignored;
-        toReceiver.close(ignored);
+        ignored = toReceiver.close(ignored);
         filled.cancel();
         watch.cancel();
         farewell.cancel();
@@ -334,7 +334,7 @@ public:
         const auto self = this->shared_from_this();
         error_code failed;
         const auto local = beast::get_lowest_layer(stream).socket().local_endpoint(failed);
-        if (!failed) beast::get_lowest_layer(stream).socket().set_option(tcp::no_delay(true), failed);
+        if (!failed) failed = beast::get_lowest_layer(stream).socket().set_option(tcp::no_delay(true), failed);
         if (failed || !co_await secured()) co_return;
         const OwnNames names{house.scheme, local.address().to_string(), house.settings.hostName};
         while (co_await answerNext(names)) {
@@ -391,7 +391,7 @@ asio::awaitable<void> welcome(House& house, tcp::acceptor& door, asio::ssl::cont
             if (door.is_open()) co_await pause.async_wait(outcome);
             continue;
         }
-        const auto greet = [&](auto visitor) {
+        const auto greet = [&](const auto& visitor) {
             asio::co_spawn(door.get_executor(), [visitor] { return visitor->run(); }, asio::detached);
         };
         if (security == nullptr)
@@ -405,11 +405,11 @@ asio::awaitable<void> welcome(House& house, tcp::acceptor& door, asio::ssl::cont
 // Opens the port for one of the two protocols. Both have the same port number.
 error_code open(tcp::acceptor& door, const tcp::endpoint& endpoint) {
     error_code failed;
-    door.open(endpoint.protocol(), failed);
-    if (!failed) door.set_option(tcp::acceptor::reuse_address(true), failed);
-    if (!failed && endpoint.protocol() == tcp::v6()) door.set_option(asio::ip::v6_only(true), failed);
-    if (!failed) door.bind(endpoint, failed);
-    if (!failed) door.listen(tcp::acceptor::max_listen_connections, failed);
+    failed = door.open(endpoint.protocol(), failed);
+    if (!failed) failed = door.set_option(tcp::acceptor::reuse_address(true), failed);
+    if (!failed && endpoint.protocol() == tcp::v6()) failed = door.set_option(asio::ip::v6_only(true), failed);
+    if (!failed) failed = door.bind(endpoint, failed);
+    if (!failed) failed = door.listen(tcp::acceptor::max_listen_connections, failed);
     return failed;
 }
 
@@ -417,9 +417,10 @@ error_code read(asio::ssl::context& security, const GatewaySettings& settings) {
     error_code failed;
     security.set_options(asio::ssl::context::default_workarounds | asio::ssl::context::no_tlsv1 |
                          asio::ssl::context::no_tlsv1_1);
-    security.set_password_callback([](std::size_t, asio::ssl::context::password_purpose) { return ""; }, failed);
-    if (!failed) security.use_certificate_chain_file(settings.certificateChain, failed);
-    if (!failed) security.use_private_key_file(settings.privateKey, asio::ssl::context::pem, failed);
+    failed =
+        security.set_password_callback([](std::size_t, asio::ssl::context::password_purpose) { return ""; }, failed);
+    if (!failed) failed = security.use_certificate_chain_file(settings.certificateChain, failed);
+    if (!failed) failed = security.use_private_key_file(settings.privateKey, asio::ssl::context::pem, failed);
     return failed;
 }
 

@@ -54,12 +54,14 @@ readGatewayArguments(std::span<const char* const> arguments,
                "                  the first that is set chooses the language: Japanese (ja...) or English");
     app.get_formatter()->column_width(28);
 
+    const auto anyPort = [](const std::string& text) { return text == "0" ? 0 : portNumber(text); };
     const CLI::Validator isPort(
-        [](const std::string& text) { return portNumber(text) ? "" : "is not a port number: " + text; }, "");
+        [=](const std::string& text) { return anyPort(text) ? "" : "is not a port number: " + text; }, "");
     const CLI::Validator isReceiver(
         [](const std::string& text) { return hostAndPort(text) ? "" : "is not HOST:PORT: " + text; }, "");
     app.add_option_function<std::string>(
-           "--port", [&](const std::string& text) { read.port = *portNumber(text); }, "TCP port (default 52780)")
+           "--port", [&](const std::string& text) { read.port = *anyPort(text); },
+           "TCP port (default 52780), 0: any free one")
         ->check(isPort)
         ->type_name("PORT");
     app.add_option_function<std::string>(

@@ -11,7 +11,7 @@
 namespace lumbrine::web {
 
 struct GatewayArguments {
-    std::uint16_t port = 52780; // TCP
+    std::uint16_t port = 52780; // TCP; 0: any free one
     std::string receiverHost = "127.0.0.1";
     std::uint16_t receiverPort = 52700; // UDP
     std::string certificateChain;       // both file names, or both empty

@@ -37,6 +37,12 @@ TEST(GatewayArguments, SayWhereTheReceiverIs) {
     EXPECT_EQ(read->receiverPort, 5000);
 }
 
+TEST(GatewayArguments, MayLeaveTheChoiceOfThePort) {
+    const auto read = readWith({"--port", "0"});
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->port, 0);
+}
+
 TEST(GatewayArguments, ReadPortsInTheEnvironmentToo) {
     const Variables variables{{"QV_WEB_PORT", "5001"}, {"QV_PORT", "5002"}};
     const auto read = readWith({}, variables);
@@ -69,7 +75,7 @@ TEST(GatewayArguments, TakeACertificateWithItsKeyOnly) {
 
 TEST(GatewayArguments, RefuseWhatTheyDoNotKnow) {
     for (const Words& words :
-         {Words{"--unknown"}, Words{"x"}, Words{"--port"}, Words{"--port", "0"}, Words{"--receiver", "studio"}}) {
+         {Words{"--unknown"}, Words{"x"}, Words{"--port"}, Words{"--port", "65536"}, Words{"--receiver", "studio"}}) {
         const auto read = readWith(words);
         ASSERT_FALSE(read);
         EXPECT_EQ(read.error().status, 2);

@@ -13,7 +13,7 @@ namespace lumbrine::web {
 class Outbox {
 public:
     static constexpr std::size_t mostMessages = 4'096;
-    static constexpr std::size_t mostBytes = 256 * 1024;
+    static constexpr std::size_t mostBytes = 262'144; // 256 KiB
 
     // Copies the message. False when there is no room for it, and then nothing has changed.
     bool put(ByteView message);
