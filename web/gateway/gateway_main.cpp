@@ -3,10 +3,11 @@
 #include "platform/linux/linux_system_info.h"
 #include "platform/posix/line_output.h"
 #include "platform/posix/posix_process_end.h"
+#include "platform/posix/primary_ipv4.h"
 #include "web/gateway/gateway.h"
 #include "web/gateway/gateway_arguments.h"
 #include "web/gateway/key_file.h"
-#include "web/gateway/qr_code.h"
+#include "web/gateway/qr_lines.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -83,12 +84,18 @@ private:
     void printAddress(const GatewayArguments& arguments, std::uint16_t port, const std::string& path) {
         const auto key = readKey(path);
         if (!key) return;
-        const std::string address = (arguments.certificateChain.empty() ? "http://" : "https://") +
-                                    system.primaryIPv4().value_or(hostName() + ".local") + ":" + std::to_string(port) +
-                                    "/#" + key->text();
+        const std::string primary = system.primaryIPv4().value_or(hostName() + ".local");
+        const auto addressAt = [&](const std::string& host) {
+            return (arguments.certificateChain.empty() ? "http://" : "https://") + host + ":" + std::to_string(port) +
+                   "/#" + key->text();
+        };
+        const std::string address = addressAt(primary);
         say("  Open on the phone: " + address, "  スマートフォンで開く: " + address);
+        for (const std::string& other : reachableIPv4(listIPv4Interfaces()))
+            if (other != primary)
+                say("  In another network: " + addressAt(other), "  別のネットワーク: " + addressAt(other));
         const bool onTerminal = ::isatty(STDOUT_FILENO) == 1;
-        for (const std::string& line : qrCode(address, onTerminal ? QRColours::blackOnWhite : QRColours::lightBlocks))
+        for (const std::string& line : qrLines(address, onTerminal ? QRColours::blackOnWhite : QRColours::lightBlocks))
             output.print(line);
     }
 

@@ -1,8 +1,7 @@
-// QR codes for the terminal.
+// QR codes for terminals and logs.
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace lumbrine::web {
@@ -13,6 +12,6 @@ enum class QRColours {
 };
 
 // The lines that draw it, two rows of modules in each, with a margin. Empty when the text is too long for a QR code.
-std::vector<std::string> qrCode(std::string_view text, QRColours colours);
+std::vector<std::string> qrLines(const std::string& text, QRColours colours);
 
 } // namespace lumbrine::web
