@@ -10,6 +10,7 @@ const tapDistance = 10;
 /**
  * @typedef {object} DragActions
  * @property {"up" | "right"} towards the direction in which the value grows
+ * @property {number} [slack] how far the finger goes before it drags, in pixels: where it may as well scroll
  * @property {() => boolean} begin false when there is nothing to drag
  * @property {(part: number) => void} by `part` of the control's length since the last call
  * @property {() => void} end also when the system takes the finger away
@@ -19,7 +20,11 @@ const tapDistance = 10;
 /** @param {HTMLElement} element @param {DragActions} actions */
 export function dragging(element, actions) {
     const isUp = actions.towards === "up";
-    /** @type {{id: number, along: number, across: number, startAcross: number, length: number, way: number} | null} */
+    const slack = actions.slack ?? 0;
+    /**
+     * @type {{id: number, along: number, across: number, startAlong: number, startAcross: number, way: number,
+     *     length: number, isDragging: boolean} | null}
+     */
     let drag = null;
     let tappedAt = -Infinity;
 
@@ -27,18 +32,21 @@ export function dragging(element, actions) {
     const place = (event) => (isUp ? [-event.clientY, event.clientX] : [event.clientX, event.clientY]);
 
     const finish = () => {
+        const hasDragged = drag?.isDragging;
         drag = null;
         delete element.dataset.fine;
-        actions.end();
+        if (hasDragged) actions.end();
     };
 
     element.addEventListener("pointerdown", (event) => {
         if (drag || event.button !== 0) return;
-        if (!actions.begin()) return;
+        const isDragging = slack === 0;
+        if (isDragging && !actions.begin()) return;
         element.setPointerCapture(event.pointerId);
         const [along, across] = place(event);
         const length = Math.max(1, isUp ? element.clientHeight : element.clientWidth);
-        drag = { id: event.pointerId, along, across, startAcross: across, length, way: 0 };
+        const start = { startAlong: along, startAcross: across };
+        drag = { id: event.pointerId, along, across, ...start, way: 0, length, isDragging };
     });
 
     element.addEventListener("pointermove", (event) => {
@@ -50,7 +58,8 @@ export function dragging(element, actions) {
         drag.way += Math.abs(along - drag.along) + Math.abs(across - drag.across);
         drag.along = along;
         drag.across = across;
-        if (part !== 0) actions.by(part);
+        if (!drag.isDragging && Math.abs(along - drag.startAlong) >= slack) drag.isDragging = actions.begin();
+        else if (drag.isDragging && part !== 0) actions.by(part);
     });
 
     element.addEventListener("pointerup", (event) => {

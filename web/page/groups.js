@@ -18,7 +18,7 @@ export class Groups {
     /** @param {Pick<Storage, "getItem" | "setItem">} store */
     constructor(store) {
         this.#store = store;
-        this.#members = { ...Object.fromEntries(groupNames.map((name) => [name, []])), ...stored(store) };
+        this.#members = Object.fromEntries(groupNames.map((name) => [name, stored(store, name)]));
     }
 
     /** The tracks of a group that this session has, by session index. @param {SessionPicture} picture */
@@ -57,8 +57,21 @@ function placeOf({ tracks }, { name, index }) {
     return found >= 0 ? found : null;
 }
 
-/** @param {Pick<Storage, "getItem">} store */
-function stored(store) {
-    const text = store.getItem(storeName);
-    return text ? JSON.parse(text) : {};
+/**
+ * What was kept, as far as it is what this page keeps: another version, or a user, may have written something else.
+ * @param {Pick<Storage, "getItem">} store @param {string} group @returns {Member[]}
+ */
+function stored(store, group) {
+    const members = parsed(store.getItem(storeName) ?? "{}")?.[group];
+    if (!Array.isArray(members)) return [];
+    return members.filter((member) => typeof member?.name === "string" && Number.isInteger(member.index));
+}
+
+/** @param {string} text @returns {any} */
+function parsed(text) {
+    try {
+        return JSON.parse(text);
+    } catch {
+        return null;
+    }
 }

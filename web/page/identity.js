@@ -16,8 +16,8 @@ export function pairingKey() {
 
 /** A random number other than 0, the same each time. */
 export function deviceToken() {
-    const kept = localStorage.getItem(tokenName);
-    if (kept) return BigInt(kept);
+    const kept = localStorage.getItem(tokenName) ?? "";
+    if (/^[1-9]\d*$/.test(kept)) return BigInt.asUintN(64, BigInt(kept));
     const token = crypto.getRandomValues(new BigUint64Array(1))[0] | 1n;
     localStorage.setItem(tokenName, token.toString());
     return token;

@@ -16,6 +16,7 @@ import { SessionPicture } from "./session_picture.js";
 const keepAlive = 1000; // the longest time without a datagram to the receiver
 const refresh = 10_000; // the time from one full state to the next, which repairs losses
 const doubt = 1400; // the receiver is asked after this silence; it says something at least every 1200 ms
+const tooOld = 1900; // what is asked after this silence might wait in the network and be carried out much later
 const silence = 2600; // after this one it is lost
 export const tickInterval = 200;
 
@@ -75,9 +76,13 @@ export class Link {
         return this.state === "connected";
     }
 
-    /** Sends a command, if this client is in control. @param {Uint8Array} command */
+    /** Sends a command, if it can be carried out soon. @param {Uint8Array} command */
     command(command) {
-        if (this.inControl) this.send(command);
+        if (this.#isPrompt) this.send(command);
+    }
+
+    get #isPrompt() {
+        return this.inControl && this.silentFor < tooOld;
     }
 
     /** @param {Uint8Array} datagram */
@@ -88,12 +93,12 @@ export class Link {
 
     /** @param {number} strip */
     touch(strip) {
-        if (this.inControl) this.faders.touch(strip);
+        if (this.#isPrompt) this.faders.touch(strip);
     }
 
     /** @param {number} strip @param {number} value */
     move(strip, value) {
-        if (this.faders.holds(strip)) this.send(faderMove(strip, value));
+        if (this.faders.holds(strip)) this.command(faderMove(strip, value));
     }
 
     /** @param {number} strip */

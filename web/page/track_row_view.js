@@ -67,6 +67,7 @@ export class TrackRowView {
         this.#solo.addEventListener("click", () => link.command(groupSolo(!this.#isLit("solo"), [this.#index])));
         dragging(this.#fader, {
             towards: "right",
+            slack: 8, // a finger that scrolls the list touches no fader on its way
             begin: () => this.#begin(grips),
             by: (part) => this.#moveTo(this.#place + part * faderTop),
             end: () => this.#end(),

@@ -98,6 +98,15 @@ const wait = (/** @type {import("node:test").TestContext} */ { mock }, /** @type
     for (let step = 0; step < milliseconds; step += 10) mock.timers.tick(10);
 };
 
+test("nothing is commanded that the network might deliver much later", () => {
+    link.start();
+    link.take(pong);
+    now += 2000;
+    sent = [];
+    link.command(Uint8Array.of(1, opcode.move, 0, 0, 0));
+    assert.deepEqual(sent, []);
+});
+
 test("the touch of a resting finger is repeated, and a release sent three times within 100 ms", (context) => {
     context.mock.timers.enable({ apis: ["setTimeout"] });
     link.start();

@@ -50,6 +50,14 @@ test("a group leaves out what the session does not have, and keeps tracks of the
     assert.deepEqual(groups.indices(session), [2]);
 });
 
+test("groups that something else has written are empty", () => {
+    for (const text of ["", "{", "7", "null", '{"A": 3}', '{"A": [null, {"name": "Kick"}]}']) {
+        const kept = store();
+        kept.setItem("lumbrine.groups", text);
+        assert.deepEqual(new Groups(kept).indices(sessionOf("Kick")), [], text);
+    }
+});
+
 test("decibels lead back to the position that they were read at", () => {
     for (let position = 0; position <= 16383; position += 7)
         assert.ok(Math.abs(positionFor(decibelsAt(position)) - position) <= 1, String(position));

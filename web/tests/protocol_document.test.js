@@ -5,6 +5,7 @@ import { readFileSync } from "node:fs";
 import test from "node:test";
 import * as commands from "../page/commands.js";
 import { parseMessage } from "../page/messages.js";
+import { SessionPicture } from "../page/session_picture.js";
 
 const document = readFileSync(new URL("../../docs/protocol.md", import.meta.url), "utf8");
 
@@ -129,4 +130,17 @@ test("a message that ends too early is nothing, and bytes after its end are igno
 test("other versions, unknown types, strips that do not exist and nothing at all are no message", () => {
     for (const bytes of [[], [1], [2, 0x7f], [1, 0x26, 0], [1, 0x12, 16, 0, 0], [1, 0x16, 0, 0, 0, 4, 17]])
         assert.equal(parseMessage(Uint8Array.from(bytes)), undefined);
+});
+
+test("any bytes are a message or none", () => {
+    let random = 1; // the same bytes each time
+    const next = () => (random = (random * 48271) % 2147483647) & 0xff;
+    for (let round = 0; round < 100_000; ++round) {
+        const bytes = Uint8Array.from({ length: next() % 40 }, next);
+        bytes[0] = 1;
+        bytes[1] = 0x10 + (bytes[1] % 16);
+        const picture = new SessionPicture();
+        const read = parseMessage(bytes);
+        if (read) picture.apply(read);
+    }
 });

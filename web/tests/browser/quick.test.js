@@ -192,7 +192,30 @@ test("a group moves tracks that no strip shows, with their offsets", async () =>
     await fingers.up();
     await untilHost(24, (track) => track.fader < before[24].fader - 0.02);
     await untilHost(30, (track) => track.fader < before[30].fader - 0.02);
+    await studio.receiver.line(/Applied faders/); // until then the strips are not at their places
     await page.locator(".group .clear").tap();
+});
+
+test("a finger that scrolls the list over faders moves none, and one that goes along a fader does", async () => {
+    await page.locator(".tool.view").tap();
+    await page.locator(".list").evaluate((list) => (list.scrollTop = 0));
+    const fader = page.locator('.row[aria-posinset="4"] .row-fader');
+    studio.receiver.type("fader 4 0.5");
+    await until("the page knows", async () => (await fader.getAttribute("aria-valuenow")) === "8191");
+    const before = await studio.shownTracks();
+    const fingers = await fingersOn(page);
+    const start = await middleOf(fader);
+    await fingers.down([start]);
+    for (let way = 10; way <= 100; way += 10) await fingers.move([moved(start, 0, -way)]);
+    await fingers.up();
+    await until("scrolled", async () => (await page.locator(".list").evaluate((list) => list.scrollTop)) > 40);
+    assert.deepEqual(await studio.shownTracks(), before);
+    await page.locator(".list").evaluate((list) => (list.scrollTop = 0));
+    await drawn(page);
+    await fingers.down([start]);
+    for (let way = 5; way <= 30; way += 5) await fingers.move([moved(start, -way, 0)]);
+    await fingers.up();
+    await untilHost(3, (track) => track.fader < before[3].fader - 0.05);
 });
 
 test("a finger that the system takes away lets its fader go at once", async () => {
