@@ -24,7 +24,11 @@ void DemoConsole::handle(const std::string& line) const {
     if (command == "reconnect") return reconnect();
     if (command == "help") return print(reconnectHelp + userCommandHelp());
     const CommandAnswer answer = runUserCommand(proTools, command);
-    if (!answer.text.empty()) print(answer.text);
+    if (!answer.text.empty()) {
+        print(answer.text);
+    } else if (!command.empty() && !answer.quit) {
+        print("Pro Tools' user: " + command);
+    }
     if (answer.quit) end();
 }
 

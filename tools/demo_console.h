@@ -15,6 +15,7 @@ public:
     DemoConsole(SimulatedProTools& proTools, std::function<void()> reconnect, std::function<void()> end,
                 std::function<void(const std::string& line)> print);
 
+    // Prints the answer, or what was done.
     void handle(const std::string& line) const;
 
 private:

@@ -19,6 +19,7 @@
 #include "tools/demo_console.h"
 #include "tools/demo_tour.h"
 #include "tools/offered_scripting.h"
+#include "tools/session_line.h"
 
 #include <CLI/CLI.hpp>
 #include <unistd.h>
@@ -126,8 +127,9 @@ int run(const DemoArguments& arguments) {
     SimulatorOptions options;
     options.surfaces = arguments.surfaces;
     options.portsLost = arguments.portsLost;
-    auto proTools =
-        std::make_unique<SimulatedProTools>(runtime, midi, options, defaultSession(arguments.tracks, options.seed));
+    SimulatedSession session = defaultSession(arguments.tracks, options.seed);
+    const std::string sessionDescription = sessionLine(session, arguments.surfaces);
+    auto proTools = std::make_unique<SimulatedProTools>(runtime, midi, options, std::move(session));
     auto scripting = offerScripting(runtime, *proTools, arguments);
     const PTSLAddress service{.port = portForReceiver(scripting.get())};
 
@@ -145,8 +147,7 @@ int run(const DemoArguments& arguments) {
 
     loop.post([&] {
         if (!model) return;
-        print("Simulated session: " + std::to_string(arguments.tracks) + " tracks on " +
-              std::to_string(arguments.surfaces) + " HUI surfaces");
+        print(sessionDescription);
         print(scripting ? scripting->line() : "No scripting service");
         model->start();
         if (!arguments.tour) {

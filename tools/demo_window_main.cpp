@@ -14,6 +14,7 @@
 #include "simulator/default_session.h"
 #include "simulator/simulated_pro_tools.h"
 #include "tools/offered_scripting.h"
+#include "tools/session_line.h"
 
 #include <CLI/CLI.hpp>
 
@@ -67,8 +68,9 @@ int run(const DemoArguments& arguments, int count, char** values) {
     SimulatorOptions options;
     options.surfaces = arguments.surfaces;
     options.portsLost = arguments.portsLost;
-    auto proTools =
-        std::make_unique<SimulatedProTools>(runtime, midi, options, defaultSession(arguments.tracks, options.seed));
+    SimulatedSession session = defaultSession(arguments.tracks, options.seed);
+    const std::string sessionDescription = sessionLine(session, arguments.surfaces);
+    auto proTools = std::make_unique<SimulatedProTools>(runtime, midi, options, std::move(session));
     auto scripting = std::make_unique<OfferedScripting>(runtime, proTools->scripting(), arguments.scriptingPort);
     const PTSLAddress service{.port = portForReceiver(scripting.get())};
 
@@ -77,8 +79,7 @@ int run(const DemoArguments& arguments, int count, char** values) {
     LoginItem loginItem(login, text, print);
     auto model = ReceiverModel::create(
         {runtime, midi, sockets, advertiser, system, streams, json, proTools->screen(), service}, text, print);
-    print("Simulated session: " + std::to_string(arguments.tracks) + " tracks on " +
-          std::to_string(arguments.surfaces) + " HUI surfaces");
+    print(sessionDescription);
     print(scripting->line());
     print("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()));
     ReceiverApp app(std::move(model), loginItem, text, surroundings(runtime, LUMBRINE_VERSION));
