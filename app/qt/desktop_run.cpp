@@ -45,7 +45,7 @@ void DesktopRun::run() {
     const auto raise = [this] { app.perform(ScreenAction::showWindow); };
     instance.onStartOfAnother(raise);
     const BusPresence presence(identifier, raise);
-    begin = [&shell] { shell.openWindow(); };
+    begin = [this, &shell] { hidden ? app.windowAppeared() : shell.openWindow(); };
     loop.run();
     begin = [] {};
     // At logout the window system ends the loop before `end` was called. Then `end` runs in a second run of the loop.

@@ -28,21 +28,23 @@ struct DesktopRun {
     SingleInstance& instance;
     QString identifier; // the program's name on the message bus
 
-    // Set by `run` for its duration. Calling it opens the window for the first time, which starts the receiver.
+    // Set by `run` for its duration. Calling it starts the receiver, and opens the window unless `hidden` is true.
     std::function<void()>& begin;
 
     // Set by `run` for its duration. Calling it on the main thread ends the program; signals do.
     std::function<void()>& end;
 
+    bool hidden = false; // the status icon and a second start show the window
+
     // Returns when the receiver is destroyed and the runtime is shut down.
     void run();
 };
 
-// Sets the program's name, icon and language in Qt, and keeps the program running when its last window is closed. Call
-// it after creating the QApplication.
 // What Qt knows of the surroundings of a ReceiverApp.
 ReceiverApp::Surroundings surroundings(Runtime& runtime, const std::string& version);
 
+// Sets the program's name, icon and language in Qt, and keeps the program running when its last window is closed. Call
+// it after creating the QApplication.
 void introduceProgram(const QString& identifier, Bilingual text);
 
 } // namespace lumbrine

@@ -19,6 +19,7 @@
 #include <QApplication>
 #include <cstdio>
 #include <span>
+#include <string_view>
 #include <utility>
 
 namespace lumbrine {
@@ -28,7 +29,7 @@ constexpr ProgramInfo program{
     .name = "lumbrine",
     .version = LUMBRINE_VERSION,
     .helpText =
-        "Usage: lumbrine\n"
+        "Usage: lumbrine [--hidden]\n"
         "\n"
         "The Lumbrine receiver: takes fader moves and presses from a phone or tablet on the network and plays them to\n"
         "Pro Tools as two HUI surfaces on the virtual MIDI ports \"Lumbrine\" and \"Lumbrine B\". Shows a window and "
@@ -36,6 +37,7 @@ constexpr ProgramInfo program{
         "icon in the status area; closing the window leaves it running. Started again, it shows the window of the one\n"
         "that runs. The log goes to standard output as well. SIGINT (Ctrl-C) and SIGTERM end it.\n"
         "\n"
+        "      --hidden   show no window at first, only the icon; so it is started at login\n"
         "  -h, --help     print this and end\n"
         "      --version  print the version and end\n"
         "\n"
@@ -49,7 +51,7 @@ constexpr ProgramInfo program{
 
 const QString identifier = QStringLiteral("com.tarnwick.lumbrine");
 
-int run(int count, char** arguments) {
+int run(int count, char** arguments, bool hidden) {
     const MIDIBackend backend;
     QtMainLoop loop;
     std::function<void()> begin = [] {};
@@ -88,7 +90,7 @@ int run(int count, char** arguments) {
     });
     ReceiverApp app(std::move(model), loginItem, text, surroundings(runtime, LUMBRINE_VERSION));
     const CheckService checks(loop, port, [&app] { return &app.published(); });
-    DesktopRun{loop, runtime, process, streams, app, instance, identifier, begin, end}.run();
+    DesktopRun{loop, runtime, process, streams, app, instance, identifier, begin, end, hidden}.run();
     return 0;
 }
 
@@ -98,10 +100,11 @@ int run(int count, char** arguments) {
 int main(int count, char** arguments) {
     using namespace lumbrine;
     const std::span<const char* const> given(arguments, static_cast<std::size_t>(count));
-    if (const auto answer = answerCommandLine(program, given.subspan(count > 0 ? 1 : 0))) {
+    const bool hidden = given.size() == 2 && std::string_view(given[1]) == "--hidden";
+    if (const auto answer = answerCommandLine(program, given.subspan(hidden || given.empty() ? given.size() : 1))) {
         std::fputs(answer->output.c_str(), stdout);
         std::fputs(answer->error.c_str(), stderr);
         return answer->status;
     }
-    return run(count, arguments);
+    return run(count, arguments, hidden);
 }

@@ -102,12 +102,12 @@ std::string autostartEntry(std::string_view program) {
            "Type=Application\n"
            "Version=1.5\n"
            "Name=Lumbrine\n"
-           "Comment=Faders for Pro Tools from a phone or tablet\n"
-           "Comment[ja]=iPhone / iPad を Pro Tools のフェーダーに\n"
+           "Comment=Let a phone or tablet be the faders of Pro Tools\n"
+           "Comment[ja]=スマートフォンやタブレットを Pro Tools のフェーダーに\n"
            "Icon=com.tarnwick.lumbrine\n"
            "Exec=" +
            quotedForExec(program) +
-           "\n"
+           " --hidden\n"
            "Terminal=false\n";
 }
 

@@ -50,7 +50,7 @@ TEST_F(XdgAutostartTest, WritesAnEntryThatStartsTheProgram) {
     EXPECT_TRUE(service().isEnabled());
     EXPECT_THAT(entryText(), StartsWith("[Desktop Entry]\nType=Application\n"));
     EXPECT_THAT(entryText(), HasSubstr("\nName=Lumbrine\n"));
-    EXPECT_THAT(entryText(), HasSubstr("\nExec=\"/usr/bin/lumbrine\"\n"));
+    EXPECT_THAT(entryText(), HasSubstr("\nExec=\"/usr/bin/lumbrine\" --hidden\n"));
     EXPECT_EQ(std::distance(fs::directory_iterator(folder()), {}), 1); // nothing of the writing is left
 }
 
@@ -82,11 +82,12 @@ TEST_F(XdgAutostartTest, ReadsEntriesAsDesktopsDo) {
 }
 
 TEST_F(XdgAutostartTest, QuotesWhateverStandsInTheProgramsPath) {
-    EXPECT_THAT(autostartEntry("/opt/my programs/lumbrine"), HasSubstr("\nExec=\"/opt/my programs/lumbrine\"\n"));
-    EXPECT_THAT(autostartEntry("/a%b"), HasSubstr("\nExec=\"/a%%b\"\n"));
-    EXPECT_THAT(autostartEntry("/a$b"), HasSubstr("\nExec=\"/a\\\\$b\"\n"));
-    EXPECT_THAT(autostartEntry("/a\"b`c"), HasSubstr("\nExec=\"/a\\\\\"b\\\\`c\"\n"));
-    EXPECT_THAT(autostartEntry("/a\\b"), HasSubstr("\nExec=\"/a\\\\\\\\b\"\n"));
+    EXPECT_THAT(autostartEntry("/opt/my programs/lumbrine"),
+                HasSubstr("\nExec=\"/opt/my programs/lumbrine\" --hidden\n"));
+    EXPECT_THAT(autostartEntry("/a%b"), HasSubstr("\nExec=\"/a%%b\" --hidden\n"));
+    EXPECT_THAT(autostartEntry("/a$b"), HasSubstr("\nExec=\"/a\\\\$b\" --hidden\n"));
+    EXPECT_THAT(autostartEntry("/a\"b`c"), HasSubstr("\nExec=\"/a\\\\\"b\\\\`c\" --hidden\n"));
+    EXPECT_THAT(autostartEntry("/a\\b"), HasSubstr("\nExec=\"/a\\\\\\\\b\" --hidden\n"));
 }
 
 TEST_F(XdgAutostartTest, ReportsWhyItCannotWrite) {

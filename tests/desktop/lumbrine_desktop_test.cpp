@@ -27,8 +27,8 @@ const std::string title = "Lumbrine — Receiver";
 // Everything of a program that has shown its window.
 class RunningProgram {
 public:
-    explicit RunningProgram(Desktop& desktop)
-        : desktop(desktop), environment(environmentOf(folder)), process({program}, {.environment = environment}) {}
+    explicit RunningProgram(Desktop& desktop, const std::vector<std::string>& command = {program})
+        : desktop(desktop), environment(environmentOf(folder)), process(command, {.environment = environment}) {}
 
     bool isShown() const {
         return waitUntil([this] { return desktop.window(title).has_value(); });
@@ -103,13 +103,13 @@ TEST(LumbrineOnADesktop, CanBeUsedByTheMenuOfItsIcon) {
     lumbrine.closeWindow();
     ASSERT_TRUE(lumbrine.isHidden());
     EXPECT_TRUE(lumbrine.process.running());
-    lumbrine.choose({"Down", "Return"}); // Show Window
+    lumbrine.choose({"Down", "Down", "Down", "Return"}); // past the two status lines: Show Window
     EXPECT_TRUE(lumbrine.isShown());
     EXPECT_THAT(lumbrine.process.output(), testing::Not(HasSubstr("no status area")));
 
-    lumbrine.choose({"Down", "Down", "Down", "Return"}); // Launch at Login
+    lumbrine.choose({"Down", "Down", "Down", "Down", "Down", "Return"}); // Launch at Login
     EXPECT_TRUE(waitUntil([&] { return lumbrine.launchesAtLogin(); }));
-    lumbrine.choose({"Down", "Down", "Down", "Return"});
+    lumbrine.choose({"Down", "Down", "Down", "Down", "Down", "Return"});
     EXPECT_TRUE(waitUntil([&] { return !lumbrine.launchesAtLogin(); }));
 
     lumbrine.choose({"Up", "Return"}); // Quit
@@ -159,6 +159,17 @@ TEST(LumbrineOnADesktop, CanBeUsedByKeyboardAlone) {
     EXPECT_TRUE(says(sweeping, 1));
     desktop.press({"alt+r"});
     EXPECT_TRUE(says(reconnecting, 2));
+}
+
+TEST(LumbrineOnADesktop, StartsWithoutItsWindowWhenItIsStartedAtLogin) {
+    const PrivateJack jack;
+    Desktop desktop;
+    const RunningProgram lumbrine(desktop, {program, "--hidden"});
+    ASSERT_TRUE(waitUntil([&] { return desktop.icon().has_value(); })) << lumbrine.process.output();
+    EXPECT_TRUE(waitUntil([&] { return lumbrine.process.output().find("UDP") != std::string::npos; }));
+    EXPECT_FALSE(desktop.window(title).has_value());
+    lumbrine.choose({"Down", "Down", "Down", "Return"}); // Show Window
+    EXPECT_TRUE(lumbrine.isShown());
 }
 
 TEST(LumbrineOnADesktop, SaysThatItGoesOnWhereThereIsNoStatusArea) {
@@ -217,7 +228,7 @@ TEST(Lumbrine, SaysThatThereIsNoDisplay) {
 TEST(Lumbrine, AnswersQuestionsAboutItselfWithoutADesktop) {
     const CommandResult help = runCommand({program, "--help"});
     EXPECT_EQ(help.status, 0);
-    EXPECT_THAT(help.output, StartsWith("Usage: lumbrine\n"));
+    EXPECT_THAT(help.output, StartsWith("Usage: lumbrine [--hidden]\n"));
     const CommandResult version = runCommand({program, "--version"});
     EXPECT_EQ(version.status, 0);
     EXPECT_EQ(version.output, "lumbrine " LUMBRINE_VERSION "\n");
