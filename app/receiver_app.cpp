@@ -68,7 +68,7 @@ void ReceiverApp::recordNewLines() {
     const std::string time = surroundings.timeOfDay();
     const std::uint64_t fresh = std::min<std::uint64_t>(now.linesLogged - recorded, now.logLines.size());
     for (std::size_t i = now.logLines.size() - static_cast<std::size_t>(fresh); i < now.logLines.size(); ++i)
-        record.add(time, now.logLines[i]);
+        record.add(time, withPlainAddresses(now.logLines[i]));
     recorded = now.linesLogged;
 }
 

@@ -48,7 +48,8 @@ public:
     // Attaches the shell. Until then actions that need a shell do nothing. A later call replaces the shell.
     void connect(Shell desktopShell);
 
-    // Called by the shell when the window is on the screen. The first call starts the model; later ones do nothing.
+    // Called by the shell when the window is on the screen, or when it would be if the user had not asked for a start
+    // without window. The first call starts the model; later ones do nothing.
     void windowAppeared();
 
     void perform(ScreenAction action);

@@ -96,6 +96,12 @@ TEST_F(ReceiverAppTest, TellsTheShellAboutChanges) {
     EXPECT_THAT(app.logRows(), ElementsAre(LogRow{1, "14:03:59", "a line"}));
 }
 
+TEST_F(ReceiverAppTest, ShowsAddressesInTheLogAsPeopleWriteThem) {
+    app.tell("iOS connected: ::ffff:192.168.1.7");
+    EXPECT_THAT(app.logRows(), ElementsAre(LogRow{1, "14:03:59", "iOS connected: 192.168.1.7"}));
+    EXPECT_THAT(bench.takeLines(), ElementsAre("iOS connected: ::ffff:192.168.1.7"));
+}
+
 TEST_F(ReceiverAppTest, ShowsTheStateOfTheModel) {
     EXPECT_EQ(app.view().proTools.detail, "Waiting");
     bench.state().published.huiConnected = true;

@@ -76,10 +76,10 @@ std::array<ScreenButton, 4> moveButtons(const Bilingual& text) {
 std::string spokenStrip(const StripView& view, std::size_t strip, const Bilingual& text) {
     std::string spoken = std::to_string(strip + 1);
     if (!view.shownName().empty()) spoken += " " + view.shownName();
-    spoken += ", " + std::to_string(std::lround(view.fader * 100)) + " %";
-    if (view.mute) spoken += text(", muted", ", ミュート");
-    if (view.solo) spoken += text(", soloed", ", ソロ");
-    if (view.select) spoken += text(", selected", ", 選択");
+    spoken += text(", ", "、") + std::to_string(std::lround(view.fader * 100)) + " %";
+    if (view.mute) spoken += text(", muted", "、ミュート中");
+    if (view.solo) spoken += text(", soloed", "、ソロ中");
+    if (view.select) spoken += text(", selected", "、選択中");
     return spoken;
 }
 
@@ -100,6 +100,16 @@ StripView stripView(const PublishedState& published, std::size_t strip, const Bi
     }
     view.spoken = spokenStrip(view, strip, text);
     return view;
+}
+
+std::string positionOf(const PublishedState& published, const Bilingual& text) {
+    const auto first = published.trackOn(0);
+    if (!first) return {};
+    const std::size_t count = published.session.size();
+    const std::size_t last = std::min(*first + static_cast<std::size_t>(published.winW), count);
+    const std::string range = std::to_string(*first + 1) + "-" + std::to_string(last);
+    const std::string all = std::to_string(count);
+    return text("Tracks " + range + " of " + all, "トラック " + range + "（全 " + all + "）");
 }
 
 std::vector<StripView> stripViews(const PublishedState& published, const Bilingual& text) {
@@ -173,6 +183,7 @@ ReceiverView receiverView(const PublishedState& published, const Bilingual& text
                       .title = {},
                       .help = text("About Lumbrine", "Lumbrine について"),
                       .action = ScreenAction::about},
+            .position = positionOf(published, text),
             .stripsName = text("Channel strips", "チャンネルストリップ"),
             .strips = stripViews(published, text),
             .logHeading = text("Activity", "アクティビティ")};

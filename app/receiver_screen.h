@@ -105,6 +105,7 @@ struct ReceiverView {
     std::array<ScreenButton, 4> moves; // bank back, channel back, channel forward, bank forward
     ScreenButton test;
     ScreenButton about;     // in the line of the heading
+    std::string position;   // "Tracks 17-32 of 64"; empty while it is unknown
     std::string stripsName; // for screen readers
     std::vector<StripView> strips;
     std::string logHeading;
@@ -122,7 +123,7 @@ struct MenuItem {
     Kind kind;
     std::string title = {};
     ScreenAction action = ScreenAction::none;
-    bool enabled = true; // of commands and toggles
+    bool enabled = true; // status lines do nothing; as disabled ones they would be too pale to read
     bool on = false;     // of toggles
 
     bool operator==(const MenuItem&) const = default;

@@ -227,13 +227,24 @@ TEST(ReceiverView, KeepsFadersWithinTheirWay) {
 TEST(ReceiverView, DescribesAStripInWords) {
     PublishedState published = session();
     EXPECT_EQ(viewOf(published).strips[1].spoken, "2 Snare Top, 76 %, muted, selected");
-    EXPECT_EQ(viewOf(published, japanese).strips[1].spoken, "2 Snare Top, 76 %, ミュート, 選択");
+    EXPECT_EQ(viewOf(published, japanese).strips[1].spoken, "2 Snare Top、76 %、ミュート中、選択中");
     published.strips[1].solo = true;
     published.bankOffset = -1;
     EXPECT_EQ(viewOf(published).strips[1].spoken, "2 Snar, 76 %, muted, soloed, selected");
     EXPECT_EQ(viewOf({}).strips[0].spoken, "1, 0 %");
     EXPECT_EQ(viewOf({}).stripsName, "Channel strips");
     EXPECT_EQ(viewOf({}, japanese).stripsName, "チャンネルストリップ");
+}
+
+TEST(ReceiverView, SaysWhichTracksTheStripsShow) {
+    PublishedState published;
+    EXPECT_EQ(viewOf(published).position, "");
+    published.session = Session::of(std::vector<std::string>(20, "Trk"));
+    published.bankOffset = 4;
+    EXPECT_EQ(viewOf(published).position, "Tracks 5-12 of 20");
+    published.winW = 16;
+    EXPECT_EQ(viewOf(published).position, "Tracks 5-20 of 20");
+    EXPECT_EQ(viewOf(published, japanese).position, "トラック 5-20（全 20）");
 }
 
 // ---- The menu

@@ -37,6 +37,7 @@ private:
     NSView* _Nullable notice = nil;
     SetUpBox setUp;
     NSTextField* const _Nonnull address = label({});
+    NSTextField* const _Nonnull position = label({});
     LumbrineStripsView* const _Nonnull strips = [[LumbrineStripsView alloc] init];
     LogView log;
 };

@@ -102,7 +102,7 @@ void ReceiverWindow::arrange(const ReceiverView& view, LumbrineActionTarget* tar
 
     NSStackView* const all = [NSStackView stackViewWithViews:@[
         headingLine, proTools.view(), client.view(), notice, setUp.view(), buttonFor(view.reconnect, target),
-        addressLine, movesLine, strips, heading(view.logHeading, 13), log.view()
+        addressLine, movesLine, position, strips, heading(view.logHeading, 13), log.view()
     ]];
     all.orientation = NSUserInterfaceLayoutOrientationVertical;
     all.alignment = NSLayoutAttributeLeading;
@@ -135,6 +135,7 @@ void ReceiverWindow::update() {
     notice.hidden = !view.notice.shown;
     setUp.show(app.card());
     setText(address, view.address.address);
+    setText(position, view.position);
     [strips show:view.strips named:view.stripsName];
     log.show(app.logRows());
 }

@@ -34,7 +34,7 @@ NSMenuItem* makeItem(const MenuItem& item, LumbrineActionTarget* target) {
 void show(const MenuItem& item, NSMenuItem* shown) {
     if (item.kind == MenuItem::Kind::divider) return;
     shown.title = shownText(item.title);
-    shown.enabled = item.enabled && item.kind != MenuItem::Kind::status;
+    shown.enabled = item.enabled;
     shown.state = item.on ? NSControlStateValueOn : NSControlStateValueOff;
 }
 

@@ -10,11 +10,11 @@ QColor blend(const QColor& under, const QColor& over, double share) {
 
 Colours::Colours(const QPalette& palette)
     : dark(palette.color(QPalette::Window).lightness() < 128), text(palette.color(QPalette::WindowText)),
-      secondary(blend(text, palette.color(QPalette::Window), 0.38)),
+      secondary(blend(text, palette.color(QPalette::Window), 0.32)),
       card(dark ? blend(palette.color(QPalette::Window), Qt::white, 0.055)
                 : blend(palette.color(QPalette::Window), Qt::white, 0.75)),
-      line(blend(palette.color(QPalette::Window), text, dark ? 0.2 : 0.16)), good(dark ? "#4cc38a" : "#1f8f5a"),
-      bad(dark ? "#ff7b72" : "#c9372c"), warning(dark ? "#f2b54b" : "#a96500"), accent(dark ? "#6cb0f5" : "#1d6fc9"),
+      line(blend(palette.color(QPalette::Window), text, dark ? 0.2 : 0.16)), good(dark ? "#4cc38a" : "#187446"),
+      bad(dark ? "#ff7b72" : "#c0332a"), warning(dark ? "#f2b54b" : "#8a5300"), accent(dark ? "#6cb0f5" : "#1a64b6"),
       received(dark ? "#b9a3f3" : "#6d4bc4") {}
 
 QColor Colours::of(LogMarker marker) const {

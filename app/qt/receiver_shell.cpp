@@ -67,8 +67,8 @@ void ReceiverShell::tellThatItGoesOn() {
     app.tell(text("⚠️ Window closed; Lumbrine goes on. "
                   "This desktop has no status area: start Lumbrine again to see the window",
                   "⚠️ ウィンドウを閉じましたが Lumbrine は動作を続けます。"
-                  "このデスクトップにはステータス領域がないため、"
-                  "もう一度 Lumbrine を起動するとウィンドウが表示されます"));
+                  "このデスクトップにはステータス領域がありません。"
+                  "ウィンドウを再度表示するには、Lumbrine をもう一度起動してください"));
     farewell = std::make_unique<QMessageBox>();
     farewell->setWindowTitle(QStringLiteral("Lumbrine"));
     farewell->setIconPixmap(programIcon(Symbol::sliders, 1).pixmap(48));
@@ -76,7 +76,7 @@ void ReceiverShell::tellThatItGoesOn() {
     farewell->setInformativeText(
         shown(text("This desktop has no status area for Lumbrine's icon. Start Lumbrine again to see the window.",
                    "このデスクトップには Lumbrine のアイコンを置くステータス領域がありません。"
-                   "もう一度 Lumbrine を起動するとウィンドウが表示されます。")));
+                   "ウィンドウを再度表示するには、Lumbrine をもう一度起動してください。")));
     const auto* quit = farewell->addButton(shown(text("Quit", "終了")), QMessageBox::DestructiveRole);
     farewell->setDefaultButton(farewell->addButton(shown(text("OK", "OK")), QMessageBox::AcceptRole));
     QObject::connect(quit, &QAbstractButton::clicked, farewell.get(), [this] { act(ScreenAction::quit); });

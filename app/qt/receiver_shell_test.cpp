@@ -280,7 +280,7 @@ TEST(ReceiverShellInJapanese, SaysThatItGoesOn) {
     desk.open();
     desk.shell.receiverWindow().close();
     EXPECT_THAT(desk.bench.model->published().logLines.back(),
-                testing::HasSubstr("もう一度 Lumbrine を起動するとウィンドウが表示されます"));
+                testing::HasSubstr("Lumbrine をもう一度起動してください"));
 }
 
 } // namespace

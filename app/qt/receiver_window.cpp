@@ -21,8 +21,8 @@ namespace {
 
 constexpr int margin = 16;
 constexpr int spacing = 10;
-constexpr int usualWidth = 520;
-constexpr int usualHeight = 660;
+constexpr int usualWidth = 640; // names of nine letters fit on eight strips in a row
+constexpr int usualHeight = 680;
 constexpr double headingSize = 1.3; // times the window's font size
 constexpr int headingSymbol = 26;
 constexpr int lineSymbol = 18;
@@ -61,9 +61,8 @@ ReceiverWindow::ReceiverWindow(Listener listener)
       client(new StatusRow(this)), notice(new NoticeBox(this)), setUp(new SetUpBox(this)), about(makeButton("F1")),
       reconnect(makeButton("Alt+R")), test(makeButton("Alt+T")), connectPhone(makeButton("Alt+C")),
       addressTitle(plainLabel(this)), address(plainLabel(this)),
-      moves{makeButton("Alt+Shift+Left"), makeButton("Alt+Left"), makeButton("Alt+Right"),
-            makeButton("Alt+Shift+Right")},
-      strips(new StripsView(this)), logHeading(plainLabel(this)), log(new LogView(this)) {
+      moves{makeButton("Alt+PgUp"), makeButton("Alt+Left"), makeButton("Alt+Right"), makeButton("Alt+PgDown")},
+      position(plainLabel(this)), strips(new StripsView(this)), logHeading(plainLabel(this)), log(new LogView(this)) {
     setObjectName(shown(windowIdentifier));
     setWindowIcon(programIcon(Symbol::sliders, 1));
     arrange();
@@ -105,7 +104,12 @@ void ReceiverWindow::arrange() {
     page->addLayout(buttons);
     page->addLayout(makeAddressRow());
 
-    page->addWidget(strips, 3);
+    auto* area = new QVBoxLayout;
+    area->setSpacing(2);
+    position->setAlignment(Qt::AlignRight);
+    area->addWidget(position);
+    area->addWidget(strips, 1);
+    page->addLayout(area, 3);
 
     QFont small = logHeading->font();
     small.setWeight(QFont::DemiBold);
@@ -176,6 +180,7 @@ void ReceiverWindow::display(const ReceiverView& view, const SetUpCard& card, co
     address->setAccessibleName(shown(view.address.title + " " + view.address.address));
     for (std::size_t i = 0; i < moves.size(); ++i)
         display(moves[i], view.moves[i]);
+    setTextIfNew(position, view.position);
     strips->setAccessibleName(shown(view.stripsName));
     strips->display(view.strips, view.proTools.ok);
     setTextIfNew(logHeading, view.logHeading);
@@ -190,7 +195,8 @@ void ReceiverWindow::display(QAbstractButton* button, const ScreenButton& shownB
     button->setIcon(symbolIcon(shownButton.symbol));
     button->setText(shown(shownButton.title));
     button->setShortcut(keys); // setText has removed it
-    if (!shownButton.help.empty()) button->setToolTip(shownTip(shownButton.help));
+    const std::string name = shownButton.help.empty() ? shownButton.title : shownButton.help;
+    button->setToolTip(shownTip(name + " — " + keys.toString(QKeySequence::NativeText).toStdString()));
     button->setAccessibleName(shown(shownButton.title.empty() ? shownButton.help : shownButton.title));
     if (!shownButton.title.empty()) button->setAccessibleDescription(shown(shownButton.help));
     QObject::connect(button, &QAbstractButton::clicked, this,

@@ -66,6 +66,7 @@ private:
     QLabel* const addressTitle;
     QLabel* const address;
     std::array<QAbstractButton*, 4> moves;
+    QLabel* const position;
     StripsView* const strips;
     QLabel* const logHeading;
     LogView* const log;

@@ -25,7 +25,7 @@ void StatusIcon::display(const StatusMenu& menu) {
         const MenuItem& item = menu.items[i];
         if (item.kind == MenuItem::Kind::divider) continue;
         if (const QString title = shown(item.title); title != actions[i]->text()) actions[i]->setText(title);
-        actions[i]->setEnabled(item.kind != MenuItem::Kind::status && item.enabled);
+        actions[i]->setEnabled(item.enabled);
         actions[i]->setChecked(item.on);
     }
     if (menu.opacity != shownOpacity) {

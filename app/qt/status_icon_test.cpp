@@ -45,8 +45,8 @@ TEST_F(StatusIconTest, FollowsTheModelWithTheSameItems) {
 
 TEST_F(StatusIconTest, OffersOnlyWhatCanBeDone) {
     display(false);
-    EXPECT_FALSE(icon.menu().actions()[0]->isEnabled());
-    EXPECT_FALSE(icon.menu().actions()[1]->isEnabled());
+    EXPECT_TRUE(icon.menu().actions()[0]->isEnabled()) << "disabled lines are too pale to read";
+    EXPECT_TRUE(icon.menu().actions()[1]->isEnabled());
     EXPECT_TRUE(item("Reconnect to PT")->isEnabled());
     display(true);
     EXPECT_FALSE(item("Reconnect to PT")->isEnabled());
