@@ -28,6 +28,14 @@ bool answersWith(WebClient& browser, const Bytes& question, const Bytes& answer)
     return heard == answer;
 }
 
+// Waits for a message as a client in control does: it is never silent for long.
+bool awaits(WebClient& browser, const std::function<bool(const Bytes&)>& wanted) {
+    return waitUntil([&] {
+        browser.send(Bytes{0x01, 0x07, 0x00, 0x00});
+        return browser.receive(wanted, std::chrono::milliseconds(500)).has_value();
+    });
+}
+
 class WebSession : public testing::Test {
 protected:
     WebClient connected() { return WebClient(gateway->port, {.key = gateway->key()}); }
@@ -79,7 +87,7 @@ TEST(WebStudio, MovesFadersBothWays) {
     const auto isMapped = [](const Bytes& message) {
         return message.size() == 7 && message[1] == 0x16 && message[5] == 8;
     };
-    ASSERT_TRUE(browser.receive(isMapped)) << receiver.process.output();
+    ASSERT_TRUE(awaits(browser, isMapped)) << receiver.process.output();
 
     browser.send(Bytes{0x01, 0x02, 0x02});             // a finger on strip 2
     browser.send(Bytes{0x01, 0x01, 0x02, 0x0C, 0xCD}); // moves to 0.2
@@ -90,7 +98,7 @@ TEST(WebStudio, MovesFadersBothWays) {
     })) << simulator.output();
 
     simulator.type("fader 5 0.75");
-    EXPECT_TRUE(browser.receive([](const Bytes& message) {
+    EXPECT_TRUE(awaits(browser, [](const Bytes& message) {
         if (message.size() != 5 || message[1] != 0x12 || message[2] != 4) return false;
         return std::abs((message[3] << 8 | message[4]) / 16383.0 - 0.75) < 0.005;
     })) << simulator.output();

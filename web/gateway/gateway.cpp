@@ -74,6 +74,7 @@ struct House {
     std::string scheme;
     Connections visitors; // those with the newest requests last
     Connections sockets;
+    std::array<std::uint8_t, longestDatagram> datagram{}; // for whichever socket reads one
 };
 
 // Lists a connection while this lives.
@@ -181,11 +182,13 @@ private:
     }
 
     asio::awaitable<void> readDatagrams(Self) {
-        std::vector<std::uint8_t> datagram(longestDatagram);
-        while (toReceiver.is_open()) {
-            const auto [failed, size] = co_await toReceiver.async_receive(asio::buffer(datagram), outcome);
-            if (failed) continue; // the receiver is not there at the moment, or this socket ends
-            if (!outbox.put(ByteView(datagram).first(size))) end(close_code::tooSlow);
+        while (toReceiver.is_open() && !ending) {
+            co_await toReceiver.async_wait(udp::socket::wait_read, outcome);
+            error_code failed; // when the receiver is not there at the moment, or no more is to be read
+            while (!failed && !ending) {
+                const std::size_t size = toReceiver.receive(asio::buffer(house.datagram), 0, failed);
+                if (!failed && !outbox.put(ByteView(house.datagram).first(size))) end(close_code::tooSlow);
+            }
             filled.cancel();
         }
     }
@@ -439,7 +442,7 @@ void closeHouse(House& house, asio::io_context& loop, asio::steady_timer& lastMo
 std::expected<void, StartProblem> serve(const GatewaySettings& settings,
                                         const std::function<void(std::uint16_t port)>& started) {
     error_code failed;
-    House house{.settings = settings, .receiver = {}, .scheme = "http", .visitors = {}, .sockets = {}};
+    House house{.settings = settings, .receiver = {}, .scheme = "http", .visitors = {}, .sockets = {}, .datagram = {}};
     asio::io_context loop(1);
 
     udp::resolver resolver(loop);
