@@ -20,9 +20,12 @@ namespace {
 
 constexpr Duration lastLines = seconds(0.5); // for those that nobody reads
 
+// As in multicast DNS: without a domain, and without ".local".
 std::string hostName() {
     std::array<char, 256> name{};
-    return ::gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "localhost";
+    if (::gethostname(name.data(), name.size() - 1) != 0) return "localhost";
+    const std::string whole = name.data();
+    return whole.substr(0, whole.find('.'));
 }
 
 class Program {

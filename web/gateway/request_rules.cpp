@@ -49,9 +49,10 @@ AddressBytes addressBytes(std::string_view text) {
     return bytes;
 }
 
-bool sameAddress(std::string_view one, std::string_view other) {
-    const AddressBytes bytes = addressBytes(one);
-    return bytes[16] != 0 && bytes == addressBytes(other);
+// Our own may have a zone, as in "fe80::1%eth0", which browsers do not send.
+bool isAddress(std::string_view host, std::string_view own) {
+    const AddressBytes bytes = addressBytes(host);
+    return bytes[16] != 0 && bytes == addressBytes(own.substr(0, own.find('%')));
 }
 
 bool hasKey(const std::vector<std::string_view>& protocols, const PairingKey& key) {
@@ -66,7 +67,7 @@ bool isOwnHost(std::string_view host, const OwnNames& names) {
     const auto name = hostWithoutPort(host);
     if (!name) return false;
     return sameText(*name, "localhost") || sameText(*name, names.hostName + ".local") ||
-           sameAddress(*name, names.address);
+           isAddress(*name, names.address);
 }
 
 Verdict judge(const Request& request, const OwnNames& names, const std::optional<PairingKey>& key) {

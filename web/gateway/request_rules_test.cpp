@@ -42,6 +42,13 @@ TEST(OwnHost, MayBeAnIPv6AddressHoweverItIsWritten) {
     EXPECT_FALSE(isOwnHost("fd00::5", onIPv6)) << "without brackets it is no value of a Host header";
 }
 
+TEST(OwnHost, MayBeAnAddressOfALinkWhoseZoneBrowsersDoNotSend) {
+    const OwnNames onLink{.scheme = "http", .address = "fe80::5%eth0", .hostName = "studio"};
+    EXPECT_TRUE(isOwnHost("[fe80::5]:52780", onLink));
+    EXPECT_FALSE(isOwnHost("[fe80::6]:52780", onLink));
+    EXPECT_FALSE(isOwnHost("[fe80::5%eth0]:52780", onLink));
+}
+
 TEST(OwnHost, IsLocalhostOrTheNameOfMulticastDNSInAnyCase) {
     EXPECT_TRUE(isOwnHost("localhost:52780", names));
     EXPECT_TRUE(isOwnHost("LOCALHOST", names));
