@@ -14,7 +14,7 @@ packages=(
     desktop-file-utils appstream mandoc shellcheck systemd zsh fish librsvg2-bin lintian mmdebstrap iproute2
     qt6-base-dev libxcb1-dev xvfb imagemagick trayer openbox xdotool x11-utils x11-xserver-utils xauth fonts-vlgothic
     libboost1.81-dev libssl-dev libqrencode-dev openssl
-    chromium fonts-noto-color-emoji
+    chromium fonts-noto-color-emoji webkit2gtk-driver
     liblo-dev python3 python3-rtmidi python3-grpcio nghttp2-server
 )
 

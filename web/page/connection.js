@@ -70,6 +70,7 @@ export class Connection {
     stop() {
         this.#stopped = true;
         this.#abandon();
+        this.#enter("closed");
     }
 
     #opened() {

@@ -54,7 +54,10 @@ function draw() {
     const all = stale.has("all");
     grips.flush();
     if (all || stale.has("status")) status.update();
-    if (all || stale.has("meters")) panel.updateMeters();
+    if (all || stale.has("meters")) {
+        panel.updateMeters();
+        list.updateMeters();
+    }
     if (all) drawAll();
     stale.clear();
 }

@@ -59,6 +59,11 @@ export class SessionList {
         for (const [index, view] of this.#views) this.#fill(view, index);
     }
 
+    updateMeters() {
+        if (this.element.hidden) return;
+        for (const view of this.#views.values()) view.updateMeter();
+    }
+
     /** @param {TrackRowView} view @param {number} index */
     #fill(view, index) {
         view.update(index, this.#members.has(index), this.#groups.current);

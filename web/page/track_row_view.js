@@ -13,6 +13,7 @@ import { say } from "./words.js";
 /** @typedef {import("./grips.js").Grips} Grips */
 
 export const rowHeight = 56;
+const loudest = 12;
 
 export class TrackRowView {
     /** @type {(index: number) => void} */
@@ -23,6 +24,8 @@ export class TrackRowView {
     #title = make("span", { class: "title" });
     #detail = make("span", { class: "detail" });
     #number = make("span", { class: "number" });
+    #armed = make("span", { class: "armed", role: "img" }, "R");
+    #monitored = make("span", { class: "monitored", role: "img" }, "I");
     #name = make(
         "button",
         { type: "button", class: "jump", "aria-description": say("jump") },
@@ -33,11 +36,13 @@ export class TrackRowView {
     #solo = button("", "S", "key solo");
     #mute = button("", "M", "key mute");
     #fill = make("div", { class: "fill" });
+    #meter = make("div", { class: "row-meter" });
     #level = make("span", { class: "level" });
     #fader = make(
         "div",
         { class: "row-fader", role: "slider", tabindex: "0", "aria-valuemin": "0", "aria-valuemax": String(faderTop) },
         this.#fill,
+        this.#meter,
         this.#level,
     );
     element = make(
@@ -45,7 +50,7 @@ export class TrackRowView {
         { class: "row", role: "listitem" },
         make("span", { class: "color" }),
         this.#tick,
-        this.#number,
+        make("span", { class: "facts" }, this.#number, make("span", {}, this.#armed, this.#monitored)),
         this.#name,
         this.#mode,
         this.#solo,
@@ -111,10 +116,21 @@ export class TrackRowView {
         setText(this.#tick, isMember ? group : "");
         this.#show(this.#mute, say("mute", title), this.#isLit("mute"));
         this.#show(this.#solo, say("solo", title), this.#isLit("solo"));
-        this.element.toggleAttribute("data-armed", row?.record ?? false);
+        this.#armed.hidden = !row?.record;
+        this.#monitored.hidden = !row?.inputMonitor;
+        setAttribute(this.#armed, "aria-label", say("record", title));
+        setAttribute(this.#monitored, "aria-label", say("monitor", title));
         this.element.toggleAttribute("data-selected", row?.select ?? false);
         this.element.toggleAttribute("data-shown", this.#link.picture.stripOf(index) !== null);
         this.#showFader(title);
+    }
+
+    /** The louder side; tracks on no strip have none. */
+    updateMeter() {
+        const { picture } = this.#link;
+        const strip = picture.stripOf(this.#index);
+        const level = strip === null ? 0 : Math.max(picture.meters[2 * strip], picture.meters[2 * strip + 1]);
+        setStyle(this.#meter, "transform", `scaleX(${level / loudest})`);
     }
 
     get #row() {

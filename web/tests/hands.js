@@ -64,7 +64,7 @@ export const drawn = (page) =>
  * @template T
  * @param {string} what @param {() => Promise<T | false | null | undefined>} check
  */
-export async function until(what, check, patience = 8000) {
+export async function until(what, check, patience = 15_000) {
     const end = performance.now() + patience;
     while (performance.now() < end) {
         const found = await check();

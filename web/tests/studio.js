@@ -168,9 +168,9 @@ export const launch = () => chromium.launch({ executablePath: "/usr/bin/chromium
  * The page in this context, in control and with the session's tracks.
  * @param {import("playwright-core").BrowserContext} context @param {Studio} studio
  */
-export async function openPage(context, studio, { takesOver = false, patience = 10_000 } = {}) {
+export async function openPage(context, studio, { takesOver = false, patience = 60_000 } = {}) {
     const page = await context.newPage();
-    page.setDefaultTimeout(10_000);
+    page.setDefaultTimeout(20_000);
     page.on("pageerror", (error) => console.error(`the page failed: ${error.stack}`));
     await page.goto(studio.address);
     if (takesOver) await page.locator(".take-over").tap();
