@@ -45,7 +45,8 @@ export class ToolBar {
             this.update();
         });
         onPress(this.#pan, () => link.command(panModeToggle()));
-        this.element = make("nav", { class: "tools" }, this.#view, ...moves, this.#page, this.#pan, more);
+        const bank = make("div", { class: "steps" }, ...moves); // left stays left, also for the left-handed
+        this.element = make("nav", { class: "tools" }, this.#view, bank, this.#page, this.#pan, more);
     }
 
     /** @param {boolean} tracks whether the tracks of the session are shown and not the strips */
