@@ -73,14 +73,14 @@ std::array<ScreenButton, 4> moveButtons(const Bilingual& text) {
               .action = ScreenAction::bankForward}}};
 }
 
-std::string spokenStrip(const StripView& view, std::size_t strip, const Bilingual& text) {
-    std::string spoken = std::to_string(strip + 1);
-    if (!view.shownName().empty()) spoken += " " + view.shownName();
-    spoken += text(", ", "、") + std::to_string(std::lround(view.fader * 100)) + " %";
-    if (view.mute) spoken += text(", muted", "、ミュート中");
-    if (view.solo) spoken += text(", soloed", "、ソロ中");
-    if (view.select) spoken += text(", selected", "、選択中");
-    return spoken;
+void describe(StripView& view, std::size_t strip, const Bilingual& text) {
+    view.spokenName = std::to_string(strip + 1);
+    if (!view.shownName().empty()) view.spokenName += " " + view.shownName();
+    view.spokenValue = std::to_string(std::lround(view.fader * 100)) + " %";
+    if (view.mute) view.spokenValue += text(", muted", "、ミュート中");
+    if (view.solo) view.spokenValue += text(", soloed", "、ソロ中");
+    if (view.select) view.spokenValue += text(", selected", "、選択中");
+    view.spoken = view.spokenName + text(", ", "、") + view.spokenValue;
 }
 
 StripView stripView(const PublishedState& published, std::size_t strip, const Bilingual& text) {
@@ -92,13 +92,15 @@ StripView stripView(const PublishedState& published, std::size_t strip, const Bi
                    .mute = shown.mute.rawOn,
                    .solo = shown.solo,
                    .select = shown.select,
-                   .spoken = {}};
+                   .spoken = {},
+                   .spokenName = {},
+                   .spokenValue = {}};
     if (const auto index = published.trackOn(strip)) {
         const Track& track = published.session.tracks[*index];
         view.fullName = track.name.value_or("");
         view.color = track.color;
     }
-    view.spoken = spokenStrip(view, strip, text);
+    describe(view, strip, text);
     return view;
 }
 

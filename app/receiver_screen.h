@@ -85,7 +85,9 @@ struct StripView {
     bool mute = false;
     bool solo = false;
     bool select = false;
-    std::string spoken; // for screen readers and tooltips: "1 Kick, 72 %, muted"
+    std::string spoken;      // for tooltips: "1 Kick, 72 %, muted"
+    std::string spokenName;  // for screen readers, like the next: "1 Kick"
+    std::string spokenValue; // "72 %, muted"
 
     const std::string& shownName() const { return fullName.empty() ? name : fullName; }
 

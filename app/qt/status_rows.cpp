@@ -4,6 +4,7 @@
 #include "app/qt/symbols.h"
 #include "app/qt/texts.h"
 
+#include <QAccessible>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QPainter>
@@ -62,12 +63,16 @@ StatusRow::StatusRow(QWidget* parent) : QWidget(parent), title(new QLabel(this))
 }
 
 void StatusRow::display(const StatusItem& item) {
-    if (std::exchange(lit, item.ok) != item.ok) update();
     const QString name = shown(item.title + ": " + item.detail);
+    const bool isTurn = std::exchange(lit, item.ok) != item.ok;
+    if (isTurn) update();
     if (name == accessibleName()) return;
     title->setText(shown(item.title));
     detail->setText(shown(item.detail));
     setAccessibleName(name);
+    if (!isTurn) return; // a screen reader announces who comes and goes, and not every ping
+    QAccessibleEvent event(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
 }
 
 void StatusRow::paintEvent(QPaintEvent*) {

@@ -24,7 +24,7 @@ constexpr double letterShare = 0.72;
 const QColor displayBack("#1d2227");
 const QColor displayText("#d8f3ec");
 
-QColor shown(RGBColor colour) {
+QColor toQColor(RGBColor colour) {
     return {colour.red(), colour.green(), colour.blue()};
 }
 
@@ -80,7 +80,7 @@ void StripPainter::paint(QPainter& painter, const QRectF& place, const StripView
 
 void StripPainter::paintHeader(QPainter& painter, const QRectF& place, const StripView& strip) const {
     painter.setPen(Qt::NoPen);
-    painter.setBrush(strip.color ? shown(*strip.color) : colours.line);
+    painter.setBrush(strip.color ? toQColor(*strip.color) : colours.line);
     painter.drawRoundedRect(place, colourBand / 2, colourBand / 2);
 }
 
@@ -88,8 +88,8 @@ void StripPainter::paintSwitches(QPainter& painter, const QRectF& place, const S
     const double width = (place.width() - 2) / 2;
     const QRectF left(place.left(), place.top(), width, place.height());
     painter.setFont(letterFont);
-    paintSwitch(painter, left, QStringLiteral("M"), shown(muteLight), strip.mute);
-    paintSwitch(painter, left.translated(width + 2, 0), QStringLiteral("S"), shown(soloLight), strip.solo);
+    paintSwitch(painter, left, QStringLiteral("M"), toQColor(muteLight), strip.mute);
+    paintSwitch(painter, left.translated(width + 2, 0), QStringLiteral("S"), toQColor(soloLight), strip.solo);
 }
 
 void StripPainter::paintSwitch(QPainter& painter, const QRectF& place, const QString& letter, const QColor& lit,
@@ -97,7 +97,7 @@ void StripPainter::paintSwitch(QPainter& painter, const QRectF& place, const QSt
     painter.setPen(on ? QPen(Qt::NoPen) : QPen(colours.line, 1));
     painter.setBrush(on ? lit : QColor(Qt::transparent));
     painter.drawRoundedRect(place.adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
-    painter.setPen(on ? shown(letterOnLight) : colours.secondary);
+    painter.setPen(on ? toQColor(letterOnLight) : colours.secondary);
     painter.drawText(place, Qt::AlignCenter, letter);
 }
 

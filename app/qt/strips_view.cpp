@@ -1,10 +1,12 @@
 #include "app/qt/strips_view.h"
 
 #include "app/qt/strip_painter.h"
+#include "app/qt/strips_accessible.h"
 #include "app/qt/texts.h"
 
 #include <QAccessible>
 #include <QHelpEvent>
+#include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QToolTip>
@@ -21,7 +23,8 @@ constexpr double standBack = 0.45;
 } // namespace
 
 StripsView::StripsView(QWidget* parent) : QWidget(parent) {
-    setFocusPolicy(Qt::TabFocus); // for screen readers
+    describeStripsToScreenReaders();
+    setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
@@ -39,14 +42,6 @@ void StripsView::display(const std::vector<StripView>& strips, bool live) {
             update(placeOf(i));
         }
     }
-    if (QAccessible::isActive()) describe();
-}
-
-void StripsView::describe() {
-    std::string spoken;
-    for (const StripView& strip : shownStrips)
-        spoken += (spoken.empty() ? "" : "; ") + strip.spoken;
-    if (const QString text = shown(spoken); text != accessibleDescription()) setAccessibleDescription(text);
 }
 
 QSize StripsView::minimumSizeHint() const {
@@ -86,14 +81,45 @@ void StripsView::paintEvent(QPaintEvent* event) {
         painter.setOpacity(1);
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
-        painter.drawRect(rect().adjusted(1, 1, -1, -1));
+        if (current() >= 0)
+            painter.drawRoundedRect(QRectF(placeOf(static_cast<std::size_t>(current()))).adjusted(1, 1, -1, -1), 5, 5);
     }
 }
 
 void StripsView::focusInEvent(QFocusEvent* event) {
-    describe();
     QWidget::focusInEvent(event);
+    makeCurrent(current());
+}
+
+void StripsView::keyPressEvent(QKeyEvent* event) {
+    if (event->modifiers() != Qt::NoModifier && event->modifiers() != Qt::KeypadModifier)
+        return QWidget::keyPressEvent(event);
+    switch (event->key()) {
+    case Qt::Key_Left:
+        return makeCurrent(current() - 1);
+    case Qt::Key_Right:
+        return makeCurrent(current() + 1);
+    case Qt::Key_Up:
+        return makeCurrent(current() - stripsPerSurface);
+    case Qt::Key_Down:
+        return makeCurrent(current() + stripsPerSurface);
+    case Qt::Key_Home:
+        return makeCurrent(0);
+    case Qt::Key_End:
+        return makeCurrent(count() - 1);
+    default:
+        return QWidget::keyPressEvent(event);
+    }
+}
+
+// A strip that is not there changes nothing.
+void StripsView::makeCurrent(int strip) {
+    if (strip < 0 || strip >= count()) return;
+    currentStrip = strip;
     update();
+    QAccessibleEvent event(this, QAccessible::Focus);
+    event.setChild(strip);
+    QAccessible::updateAccessibility(&event);
 }
 
 void StripsView::focusOutEvent(QFocusEvent* event) {

@@ -1,7 +1,9 @@
 #include "app/qt/strips_view.h"
 #include "app/qt/testing/offscreen.h"
 
+#include <QAccessible>
 #include <QHelpEvent>
+#include <QKeyEvent>
 #include <QToolTip>
 
 namespace lumbrine {
@@ -86,12 +88,45 @@ TEST_F(StripsViewTest, PutsTwoSurfacesOneAboveTheOtherWhereItIsNarrow) {
     EXPECT_LE(view.minimumSizeHint().width(), 400 - 32);
 }
 
-TEST_F(StripsViewTest, ReportsTheFocusToAScreenReader) {
-    view.activateWindow();
-    QFocusEvent focus(QEvent::FocusIn, Qt::TabFocusReason);
-    QCoreApplication::sendEvent(&view, &focus);
-    EXPECT_TRUE(view.accessibleDescription().startsWith("1 Trk0; 2 Trk1; "));
-    EXPECT_NE(view.focusPolicy() & Qt::TabFocus, 0);
+TEST_F(StripsViewTest, IsOneElementForEachStripToAScreenReader) {
+    strips[2].spokenName = "3 Lead";
+    strips[2].spokenValue = "72 %, muted";
+    strips[2].select = true;
+    view.display(strips, true);
+    QAccessibleInterface* const all = QAccessible::queryAccessibleInterface(&view);
+    ASSERT_EQ(all->childCount(), 8);
+    QAccessibleInterface* const third = all->child(2);
+    EXPECT_EQ(third->role(), QAccessible::Slider);
+    EXPECT_EQ(third->text(QAccessible::Name), "3 Lead");
+    EXPECT_EQ(third->text(QAccessible::Value), "72 %, muted");
+    EXPECT_TRUE(third->state().selected);
+    EXPECT_EQ(third->parent(), all);
+    EXPECT_EQ(all->indexOfChild(third), 2);
+    const QPoint middle = third->rect().center();
+    EXPECT_EQ(all->childAt(middle.x(), middle.y()), third);
+    view.display({}, true);
+    EXPECT_EQ(all->childCount(), 0);
+    EXPECT_FALSE(third->isValid());
+}
+
+TEST_F(StripsViewTest, GoesFromStripToStripByArrowKeys) {
+    const auto press = [this](int key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        QCoreApplication::sendEvent(&view, &event);
+        return view.current();
+    };
+    view.display(someStrips(16), true);
+    EXPECT_EQ(press(Qt::Key_Left), 0);
+    EXPECT_EQ(press(Qt::Key_Right), 1);
+    EXPECT_EQ(press(Qt::Key_Down), 9);
+    EXPECT_EQ(press(Qt::Key_Down), 9);
+    EXPECT_EQ(press(Qt::Key_End), 15);
+    EXPECT_EQ(press(Qt::Key_Right), 15);
+    EXPECT_EQ(press(Qt::Key_Up), 7);
+    EXPECT_EQ(press(Qt::Key_Home), 0);
+    press(Qt::Key_End);
+    view.display(someStrips(8), true);
+    EXPECT_EQ(view.current(), 7) << "the second surface has gone";
 }
 
 TEST_F(StripsViewTest, ShowsTheStripUnderThePointerAsPlainText) {
