@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <span>
 
 namespace lumbrine::simulation {
 
@@ -111,11 +112,7 @@ public:
         const std::vector<HostAct>& acts = evidence.record.acts;
         for (std::size_t i = 0; i < acts.size(); ++i) {
             if (acts[i].track == 0 || isBeforeAllNames(acts[i]) || isMeant(acts[i])) continue;
-            // A walk touches what it moves, and its moves are looked at next.
-            if (acts[i].kind == ActKind::touch && i + 1 < acts.size() && acts[i + 1].kind == ActKind::move &&
-                acts[i + 1].strip == acts[i].strip && acts[i + 1].sent == acts[i].sent &&
-                memberAskedBy(acts[i + 1]) != members.end())
-                continue;
+            if (acts[i].kind == ActKind::touch && isOfWalksMove(std::span(acts).subspan(i))) continue;
             complain(acts[i]);
         }
         return std::move(violations);
@@ -175,6 +172,14 @@ private:
 
     // Of a strip that has had no name so far, as on a host that sends none, its client means the strip itself.
     bool isBeforeAllNames(const HostAct& act) const { return act.sent <= shown.firstNamed(act.strip); }
+
+    // A walk touches what it moves, and its move is looked at by itself. Between the two there may be what others do.
+    bool isOfWalksMove(std::span<const HostAct> touchAndLater) {
+        const HostAct& touch = touchAndLater.front();
+        const auto next = std::ranges::find(touchAndLater.subspan(1), touch.strip, &HostAct::strip);
+        return next != touchAndLater.end() && next->kind == ActKind::move && next->sent == touch.sent &&
+               memberAskedBy(*next) != members.end();
+    }
 
     bool isMeant(const HostAct& act) {
         const auto end = std::ranges::upper_bound(asked, act.sent, {}, &Asked::at);

@@ -176,6 +176,7 @@ TEST_F(Acts, OfAWalkAreOnTheTracksOfItsRows) {
     tell(0.2, row(9, 'J'));
     ask(1, {0x01, 0x23, 0x01, 0x00, 0x09, 0x20, 0x00});
     done(4, ActKind::touch, 0, 10, 1);
+    done(4, ActKind::turn, 1, 0, 2); // of another strip, meanwhile
     done(4, ActKind::move, 8192, 10, 1);
     EXPECT_THAT(check().wrongTracks, IsEmpty());
     done(5, ActKind::touch, 0, 11, 1);
