@@ -92,6 +92,7 @@ void DisplayWatch::settle(Strip strip) {
         const Lock lock(autoProbeLock);
         Display& display = shownTexts[strip.slot()];
         if (autoProbeStrip == strip || now < display.heldUntil) return;
+        display.heldUntil = distantPast; // also for a text whose thread has read the clock before
         name = std::exchange(display.held, std::nullopt);
         if (name) display.name = *name;
     }
