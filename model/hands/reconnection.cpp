@@ -49,7 +49,7 @@ void Reconnection::begin() {
     reconnecting = true;
     log.say("→ Opening and closing PT's Peripherals dialog so it re-grabs the ports…",
             "→ PT のペリフェラル画面を開閉して、ポートを掴み直させます…");
-    surfaces.announceSurfaceA();
+    surfaces.announce(SurfaceID::A);
     jobs.inBackground(Priority::userInitiated, [this] {
         const PTReconnector::Outcome outcome = PTReconnector::run(accessibility, jobs.runtime, log.text);
         jobs.runOnMain([this, outcome] {

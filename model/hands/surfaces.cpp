@@ -47,8 +47,8 @@ void Surfaces::startSurfaces() {
     note(State::up);
     log.say("✓ Virtual MIDI 'Lumbrine' + 'Lumbrine B' created (ch 1-8 + 9-16)",
             "✓ 仮想MIDI 'Lumbrine' + 'Lumbrine B' 生成（8ch＋9〜16ch）");
-    announceSurfaceA();
-    midiB->announcePresence(presenceCount);
+    announce(SurfaceID::A);
+    announce(SurfaceID::B);
 }
 
 void Surfaces::serviceChanged(bool isThere) {
@@ -84,8 +84,8 @@ void Surfaces::reportRefusedID(const std::string& name, const MIDIError& error) 
                            "）。Pro Tools でポートを選び直す必要があるかもしれません");
 }
 
-void Surfaces::announceSurfaceA() {
-    midi->announcePresence(presenceCount);
+void Surfaces::announce(SurfaceID surface) {
+    (surface == SurfaceID::A ? midi : midiB)->announcePresence(presenceCount);
 }
 
 void Surfaces::letGo() {

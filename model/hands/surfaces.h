@@ -61,8 +61,8 @@ public:
     // Releases everything that is down; afterwards nothing goes down any more. For the end of the program.
     void letGo();
 
-    // Announces surface A to Pro Tools again.
-    void announceSurfaceA();
+    // Announces a surface to Pro Tools again.
+    void announce(SurfaceID surface);
 
 private:
     void reportRefusedID(const std::string& name, const MIDIError& error);

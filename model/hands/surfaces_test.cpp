@@ -159,7 +159,7 @@ TEST_F(SurfacesTest, SayOnceHowManyMessagesOfARunCouldNotBeSent) {
     surfaces.reportDropped();
     surfaces.reportDropped();
     EXPECT_THAT(lines, ElementsAre("⚠️ MIDI: 4 messages dropped"));
-    surfaces.announceSurfaceA();
+    surfaces.announce(SurfaceID::A);
     runtime.runFor(seconds(0.1));
     surfaces.reportDropped();
     surfaces.reportDropped();

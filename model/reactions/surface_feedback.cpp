@@ -177,7 +177,11 @@ void SurfaceFeedback::pingReceived(SurfaceID surface, int pingCount, TimePoint a
 
 void SurfaceFeedback::notePing(SurfaceID surface, int pingCount, TimePoint at, TimePoint before) {
     assert(jobs.runtime.onMain());
-    if (at - before > pingPause) state.presence.firstPingAt = at;
+    if (at - before > pingPause) {
+        state.presence.firstPingAt = at;
+        // What has changed meanwhile, some hosts send only to a surface that announces itself.
+        if (before != distantPast) parts.surfaces.announce(surface);
+    }
     if (surface == SurfaceID::B) return;
     state.published.pingCount = pingCount;
     state.published.changed();

@@ -335,6 +335,20 @@ TEST_F(SurfaceFeedbackTest, APauseOfMoreThanTwoSecondsBeginsANewRunOfPings) {
     }
 }
 
+TEST_F(SurfaceFeedbackTest, ASurfaceWhosePingsComeBackIsAnnouncedAnew) {
+    for (HostEnd* surface : {&bench.surfaceA, &bench.surfaceB}) {
+        surface->ping();
+        bench.run(2s);
+        surface->ping();
+        bench.run(1s);
+        EXPECT_THAT(surface->presence.takeBytes(), ElementsAre("90 00 7F", "90 00 7F"));
+        bench.run(1001ms);
+        surface->ping();
+        bench.run(1s);
+        EXPECT_THAT(surface->presence.takeBytes(), ElementsAre("90 00 7F", "FF", "FF", "FF"));
+    }
+}
+
 // ---- The MIDI receive thread
 
 TEST_F(SurfaceFeedbackTest, WhatOtherThreadsWaitForDoesNotWaitForTheMainThread) {
