@@ -14,8 +14,8 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       surfaces(platform.runtime, state.published, platform.midi, log), desk(jobs, surfaces),
       queue(jobs, state, surfaces, drops), displays(platform.runtime),
       automation(jobs, state, log, {surfaces, desk, queue, displays, mirror, drops}),
-      pan(jobs, state, log, surfaces, queue, mirror), reconnection(jobs, state, log, platform.accessibility, surfaces),
-      faderSweep(jobs, log, surfaces),
+      pan(jobs, state, log, surfaces, desk, queue, mirror),
+      reconnection(jobs, state, log, platform.accessibility, surfaces), faderSweep(jobs, log, surfaces),
 
       scripting(jobs, state, log, platform), metadata(jobs, state, log, platform.accessibility, scripting, mirror),
       wishes(jobs, log, {endpoint, mirror, table, scripting, metadata}),
@@ -35,9 +35,9 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       hello(jobs, state, log, {endpoint, mirror, table, calibration, automation}),
       fingers(jobs, state, surfaces, mirror),
       commands(jobs, state,
-               {surfaces, mirror, hello, fingers, desk, queue, pan, seekWorker, calibration, metadata, wishes,
-                automation, groups, visibleRange, drops}),
-      presence(jobs, state, log, {desk, mirror, bankMap, pan, automation}),
+               {surfaces, mirror, hello, fingers, queue, pan, seekWorker, calibration, metadata, wishes, automation,
+                groups, visibleRange, drops}),
+      presence(jobs, state, log, {mirror, bankMap, pan, automation}),
       position(platform.runtime, state, log, {bankMap, calibration, metadata}),
       owner(platform.runtime, state, text, endpoint, surfaces), refresh(state, {mirror, table, automation, metadata}),
       tick(jobs, state, {endpoint, meters, feedback, pan, presence, mender, position, owner, refresh, surfaces}) {}

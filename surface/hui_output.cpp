@@ -132,13 +132,13 @@ void HUIEngine::channelMove(int port) {
 // Each press of PAN switches between the left and the right side, and the host does not report which one is shown.
 // After another assignment, the first press of PAN always shows the left side.
 void HUIEngine::resetPanAssignToLeft() {
+    {
+        const Lock lock(panLock);
+        panRightSide = false; // Pro Tools may show it before the key is up
+    }
     pressAndWait(hui::assignZone, hui::sendAAssignPort, pressDuration);
     runtime.sleepFor(pressDuration);
     pressAndWait(hui::assignZone, hui::panAssignPort, pressDuration);
-    {
-        const Lock lock(panLock);
-        panRightSide = false;
-    }
     log(text("→ pan mode force-reset to Pan Left (SEND A→PAN)", "→ パンモードを Pan Left へ強制リセット(SEND A→PAN)"));
 }
 

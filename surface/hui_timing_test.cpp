@@ -131,14 +131,14 @@ TEST_F(HUITiming, ResetsThePanBySendAInStepsOf60Milliseconds) {
                                        {milliseconds(180), {0xB0, 0x2F, 0x02}}}));
 }
 
-TEST_F(HUITiming, ShowsTheLeftSideOnlyWhenThePanResetIsDone) {
+TEST_F(HUITiming, ShowsTheLeftSideFromTheBeginningOfThePanReset) {
     engine->flipPanSide();
     runtime.background(Priority::normal, [this] { engine->resetPanAssignToLeft(); });
-    runtime.runFor(milliseconds(180) - instant);
-    EXPECT_TRUE(engine->showsRightPan());
-    EXPECT_TRUE(lines.empty());
     runtime.runFor(instant);
     EXPECT_FALSE(engine->showsRightPan());
+    runtime.runFor(milliseconds(180) - instant - instant);
+    EXPECT_TRUE(lines.empty());
+    runtime.runFor(instant);
     EXPECT_EQ(lines.size(), 1u);
 }
 

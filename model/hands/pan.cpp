@@ -18,9 +18,9 @@ constexpr int laterClicks = 3;
 
 } // namespace
 
-Pan::Pan(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Surfaces& surfaces, DeskQueue& queue,
-         ClientMirror& mirror)
-    : jobs(jobs), state(state), log(log), surfaces(surfaces), queue(queue), mirror(mirror) {}
+Pan::Pan(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Surfaces& surfaces, SurfaceDesk& desk,
+         DeskQueue& queue, ClientMirror& mirror)
+    : jobs(jobs), state(state), log(log), surfaces(surfaces), desk(desk), queue(queue), mirror(mirror) {}
 
 void Pan::setPanMode(bool right) {
     assert(jobs.runtime.onMain());
@@ -31,6 +31,25 @@ void Pan::setPanMode(bool right) {
     log.say(right ? "← Pan mode: Pan Right" : "← Pan mode: Pan Left",
             right ? "← パンモード: Pan Right(右)" : "← パンモード: Pan Left(左)");
     state.published.changed();
+}
+
+void Pan::toggleSide() {
+    assert(jobs.runtime.onMain());
+    for (const SurfaceID surface : {SurfaceID::A, SurfaceID::B})
+        if (!beingSet.contains(surface)) desk.flipPanSide(surface);
+    for (auto& [surface, toggled] : beingSet)
+        toggled = true;
+    setPanMode(!state.published.panRight);
+}
+
+void Pan::setSide(SurfaceID surface, Side side) {
+    if (!jobs.runtime.syncMain([&] { return beingSet.try_emplace(surface, false).second; })) return;
+    desk.resetPanSide(surface);
+    jobs.runtime.syncMain([&] {
+        const bool toggled = beingSet.extract(surface).mapped();
+        if (side == Side::left && !toggled) setPanMode(false);
+        if (state.published.panRight) desk.flipPanSide(surface);
+    });
 }
 
 void Pan::believeRings() {
@@ -60,7 +79,8 @@ void Pan::seek(int strip, int target, Asked asked) {
 }
 
 void Pan::begin(Strip strip, int target) {
-    state.published.strip(strip).panSeek = PanTarget{.position = target, .id = ++seeksBegun};
+    state.published.strip(strip).panSeek =
+        PanTarget{.position = target, .until = jobs.runtime.now() + longestSeek, .id = ++seeksBegun};
     panSeekStep(strip);
 }
 
@@ -70,7 +90,9 @@ void Pan::panSeekStep(Strip strip) {
     if (!shown.panSeek) return;
     const int current = shown.pan[state.published.panRight ? 1 : 0].position;
     const int distance = shown.panSeek->position - current;
-    if (distance == 0 || shown.panSeek->steps >= maxSteps) {
+    // A machine that has slept wakes up with other tracks on the strips.
+    const bool isLate = jobs.runtime.now() >= shown.panSeek->until;
+    if (distance == 0 || shown.panSeek->steps >= maxSteps || isLate) {
         shown.panSeek.reset();
         return;
     }

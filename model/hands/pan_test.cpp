@@ -85,6 +85,17 @@ TEST_F(PanSeekerTest, GivesUpAfter41Steps) {
     EXPECT_FALSE(state.published.strips[0].panSeek);
 }
 
+TEST_F(PanSeekerTest, IsGivenUpAfterTwoSeconds) {
+    state.published.strips[0].pan[0].position = 1;
+    seek(0, 11);
+    EXPECT_EQ(burst(bench.surfaceA), "90 x 0ms B0 40 41");
+    EXPECT_EQ(state.published.strips[0].panSeek.value().until - world.runtime.now(), 2s);
+    state.published.strips[0].panSeek->until = world.runtime.now() + 35ms; // as when the machine sleeps
+    bench.run(35ms);
+    EXPECT_EQ(burst(bench.surfaceA), "none");
+    EXPECT_FALSE(state.published.strips[0].panSeek);
+}
+
 TEST_F(PanSeekerTest, GoesForANewTargetInPlaceOfTheOldOne) {
     state.published.strips[3].pan[0].position = 2;
     seek(3, 9);

@@ -61,9 +61,7 @@ public:
     }
 
     void operator()(const PanModeToggle&) const {
-        for (const SurfaceID surface : {SurfaceID::A, SurfaceID::B})
-            parts.desk.flipPanSide(surface);
-        onMain([&pan = parts.pan](ReceiverState& known, TimePoint) { pan.setPanMode(!known.published.panRight); });
+        onMain([&pan = parts.pan](ReceiverState&, TimePoint) { pan.toggleSide(); });
     }
 
     void operator()(const PanSeek& command) const {

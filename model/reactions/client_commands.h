@@ -21,7 +21,6 @@ public:
         ClientMirror& mirror;
         HelloResponse& hello;
         Fingers& fingers;
-        SurfaceDesk& desk;
         DeskQueue& queue;
         Pan& pan;
         SeekWorker& seekWorker;

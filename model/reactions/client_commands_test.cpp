@@ -226,7 +226,6 @@ TEST_F(ClientCommandsTest, PressesAndMovesDoNotWaitForTheMainThread) {
                                                     {0x01, 0x05, 0x03},
                                                     {0x01, 0x06, 0x03},
                                                     {0x01, 0x07, 0x03, 0x01},
-                                                    {0x01, 0x08},
                                                     {0x01, 0x0D, 0x03}}) {
         phone->send(datagram);
         world.runtime.sleepFor(1ms); // runs no job of the main thread

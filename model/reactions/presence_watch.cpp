@@ -18,12 +18,11 @@ void PresenceWatch::watchProTools() {
     if (connected) jobs.inBackgroundAfter(panResetDelay, [this] { resetPanSides(); });
 }
 
-// Pro Tools does not say which side its V-Pots show, so every connection begins with a known one.
+// Every connection begins with a known side.
 void PresenceWatch::resetPanSides() {
-    parts.desk.resetPanSide(SurfaceID::A);
+    parts.pan.resetSide(SurfaceID::A);
     if (jobs.runtime.syncMain([this] { return heardWithin(pingPeriod, state.presence.lastPingB); }))
-        parts.desk.resetPanSide(SurfaceID::B);
-    jobs.runOnMain([this] { parts.pan.setPanMode(false); });
+        parts.pan.resetSide(SurfaceID::B);
 }
 
 void PresenceWatch::watchClient() {
@@ -43,18 +42,12 @@ void PresenceWatch::watchWindowWidth() {
     state.published.changed();
     if (both) {
         log.say("✓ Second surface connected → 16-ch window", "✓ 2台目サーフェス接続 → 16ch 窓に拡大");
-        jobs.inBackground(Priority::normal, [this] { followPanSide(); });
+        jobs.inBackground(Priority::normal, [this] { parts.pan.followSide(SurfaceID::B); });
     } else {
         log.say("Second surface lost → back to 8-ch window", "2台目サーフェス切断 → 8ch 窓に戻ります");
     }
     parts.bankMap.relocalize();
     parts.mirror.sendBankPosToClient();
-}
-
-// Pro Tools connects surface B with its own idea of the side: brought to the left first, B can follow A.
-void PresenceWatch::followPanSide() {
-    parts.desk.resetPanSide(SurfaceID::B);
-    if (jobs.runtime.syncMain([this] { return state.published.panRight; })) parts.desk.flipPanSide(SurfaceID::B);
 }
 
 } // namespace lumbrine

@@ -18,7 +18,6 @@ public:
     static constexpr Duration panResetDelay = seconds(0.8); // Pro Tools needs a moment after it has connected
 
     struct Parts {
-        SurfaceDesk& desk;
         ClientMirror& mirror;
         BankMap& bankMap;
         Pan& pan;
@@ -38,7 +37,6 @@ public:
 private:
     bool heardWithin(Duration period, TimePoint last) const { return jobs.runtime.now() - last < period; }
     void resetPanSides();
-    void followPanSide();
 
     const Jobs& jobs;
     ReceiverState& state;

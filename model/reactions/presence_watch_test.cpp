@@ -225,5 +225,18 @@ TEST_F(PanSideTest, OfALaterSecondSurfaceFollowThoseOfTheFirst) {
     EXPECT_TRUE(bench.parts().surfaces.engine(SurfaceID::B).showsRightPan());
 }
 
+TEST_F(PanSideTest, ThatTheClientChangesMeanwhileAreSetAfterwards) {
+    bench.surfaceA.pingEverySecond();
+    bench.run(1250ms); // surface B is not there and has no reset to wait for
+    bench.parts().pan.toggleSide();
+    bench.run(200ms);
+    Lines expected = reset({"1200", "1260", "1320", "1380"});
+    for (const char* line : {"1380ms B0 0F 0B", "1380ms B0 2F 42", "1440ms B0 0F 0B", "1440ms B0 2F 02"})
+        expected.emplace_back(line);
+    EXPECT_EQ(bench.heardOn(bench.surfaceA), expected);
+    EXPECT_TRUE(bench.state().published.panRight);
+    EXPECT_TRUE(bench.parts().surfaces.engine(SurfaceID::A).showsRightPan());
+}
+
 } // namespace
 } // namespace lumbrine

@@ -38,7 +38,8 @@ struct Ring {
 struct PanTarget {
     int position;  // ring position, 1-11
     int steps = 0; // taken so far
-    unsigned id;   // of this seek: a step that an earlier seek has planned is not taken
+    TimePoint until = TimePoint::max();
+    unsigned id; // of this seek: a step that an earlier seek has planned is not taken
 };
 
 struct StripState {

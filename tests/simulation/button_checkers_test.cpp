@@ -63,6 +63,10 @@ TEST(Assignment, ChangesForAClientOrToTheLeft) {
     requests.panSides = {at(1)};
     EXPECT_THAT(checkAssignment({toggle}, requests), IsEmpty());
     EXPECT_THAT(checkAssignment({{}}, requests), SizeIs(1));
+    requests.panSides = {at(1.1), at(1.15)}; // one for the other
+    EXPECT_THAT(checkAssignment({toTheLeft}, requests), IsEmpty());
+    requests.panSides = {at(1.19)};
+    EXPECT_THAT(checkAssignment({toTheLeft}, requests), SizeIs(1));
 }
 
 // ---- Automation
