@@ -41,6 +41,7 @@ void GroupOperations::requestFaders(const std::vector<FaderEntry>& entries, Aske
         .purpose = SurfaceWalk::Purpose::faders,
         .name = command_name::faderWalk,
         .asked = asked,
+        .whileTransportRuns = true,
         .wanted =
             [this, work, reached](const SurfaceWalk::Start&) {
                 *work = take(faders, command_name::faderWalk, *reached);
@@ -95,9 +96,9 @@ void GroupOperations::requestModes(const std::vector<int>& members, int huiPort,
         .name = command_name::modeWalk,
         .asked = asked,
         .wanted =
-            [this, work, reached](const SurfaceWalk::Start& start) {
+            [this, work, reached](const SurfaceWalk::Start&) {
                 *work = take(modes, command_name::modeWalk, *reached);
-                return !start.transportRunning && !work->empty();
+                return !work->empty();
             },
         .steps =
             [this, work, reached, asked](const SurfaceWalk::Start& start) {
@@ -146,14 +147,15 @@ bool GroupOperations::add(Wishes<Value>& wishes, CommandName name, const std::ve
     bool isShown = false;
     bool isInSession = false;
     for (const auto& [member, value] : entries) {
-        if (member < 0 || static_cast<std::size_t>(member) >= state.published.session.size()) continue;
-        isInSession = true;
+        if (member < 0) continue;
+        isInSession = isInSession || static_cast<std::size_t>(member) < state.published.session.size();
         const auto track = parts.table.meant(static_cast<std::size_t>(member), asked.owner);
         isShown = isShown || track;
         if (const auto place = track ? state.placeOf(*track) : std::nullopt)
             wishes.insert_or_assign(*place, Wish<Value>{.track = *track, .value = value});
     }
-    if (wishes.empty() && isInSession) parts.drops.tell(name, isShown ? DropReason::otherTracks : DropReason::notShown);
+    if (wishes.empty() && (isShown || isInSession))
+        parts.drops.tell(name, isShown ? DropReason::otherTracks : DropReason::notShown);
     return !wishes.empty();
 }
 

@@ -120,18 +120,23 @@ TEST_F(GroupTest, MembersOutsideTheSessionAreLeftOut) {
     EXPECT_THAT(bench.lines, IsEmpty());
 }
 
-TEST_F(GroupTest, NothingHappensWithoutProToolsOrAMap) {
-    const auto refused = [this] {
-        groups.groupSetFaders({{3, 0.5}}, bench.asked());
-        groups.groupSetAutoMode({3}, 2, bench.asked());
-        bench.run(1s);
-        return acts().empty() && bench.takeLines().empty();
-    };
+TEST_F(GroupTest, NothingHappensWithoutProToolsWhichIsLogged) {
     state.published.huiConnected = false;
-    EXPECT_TRUE(refused());
-    state.published.huiConnected = true;
+    groups.groupSetFaders({{3, 0.5}}, bench.asked());
+    groups.groupSetAutoMode({3}, 2, bench.asked());
+    bench.run(1s);
+    EXPECT_THAT(acts(), IsEmpty());
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped group faders: Pro Tools is not connected",
+                                               "✗ Dropped group automation mode: Pro Tools is not connected"));
+}
+
+TEST_F(GroupTest, NothingHappensWithoutAMap) {
     bench.setTrackMap({}, -1);
-    EXPECT_TRUE(refused());
+    groups.groupSetFaders({{3, 0.5}}, bench.asked());
+    groups.groupSetAutoMode({3}, 2, bench.asked());
+    bench.run(1s);
+    EXPECT_THAT(acts(), IsEmpty());
+    EXPECT_THAT(bench.takeLines(), IsEmpty()); // no row was ever told
 }
 
 TEST_F(GroupTest, WhatWasAskedForWithoutProToolsIsNotDoneLater) {
@@ -286,7 +291,7 @@ TEST_F(GroupTest, ThereAreSixModes) {
     EXPECT_THAT(bench.lines, IsEmpty());
 }
 
-TEST_F(GroupTest, ModesAreLeftAloneWhileTheTransportRuns) {
+TEST_F(GroupTest, ModesAreLeftAloneWhileTheTransportRunsWhichIsLoggedOnceForARun) {
     for (bool* running : {&state.transportPlaying, &state.transportRecording}) {
         *running = true;
         groups.groupSetAutoMode({2}, 5, bench.asked());
@@ -294,7 +299,7 @@ TEST_F(GroupTest, ModesAreLeftAloneWhileTheTransportRuns) {
         *running = false;
     }
     EXPECT_THAT(acts(), IsEmpty());
-    EXPECT_THAT(bench.lines, IsEmpty());
+    EXPECT_THAT(bench.lines, ElementsAre("✗ Dropped group automation mode: playing or recording"));
 }
 
 TEST_F(GroupTest, TheModesShownAreAskedForInTheEnd) {
@@ -394,6 +399,20 @@ TEST_F(ToldGroupTest, AWalkForModesIsToldLikewise) {
     bench.parts().groups.groupSetAutoMode({1}, 2, bench.asked());
     ASSERT_TRUE(world.runtime.runUntil([this] { return bench.state().published.banksUsedBy == BankUser::walk; }, 1s));
     expectToldInTheEnd();
+}
+
+class OwnedGroupTest : public OwnedModelTest {};
+
+TEST_F(OwnedGroupTest, MembersThatTheSessionHasNoMoreAreLogged) {
+    bench.setTrackMap(numbers(20), 0);
+    bench.state().published.huiConnected = true;
+    phone->send({0x01, 0x00}); // Hello: the rows are sent
+    bench.run(300ms);
+    bench.setTrackMap(numbers(8), 0);
+    bench.takeLines();
+    phone->send({0x01, 0x23, 0x01, 0x00, 0x09, 0x20, 0x00}); // GroupFaders: row 9
+    settle();
+    EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped group faders: the session has other tracks now"));
 }
 
 } // namespace

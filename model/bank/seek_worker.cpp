@@ -43,7 +43,7 @@ void SeekWorker::seekBank(int target, std::optional<Ownership> owner) {
 
 void SeekWorker::request(int target, std::optional<Ownership> owner) {
     const PublishedState& published = state.published;
-    if (!published.huiConnected) return;
+    if (!published.huiConnected) return parts.drops.tell(command_name::bankMove, DropReason::notConnected);
     const BankLayout session{.tracks = static_cast<int>(published.session.size()), .width = published.winW};
     if (session.maxOffset() == 0 && published.session.sure) return;
     if (!state.quiet() && published.banksUsedBy != BankUser::seek)

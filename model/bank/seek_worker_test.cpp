@@ -115,6 +115,7 @@ TEST_F(SeekTest, IsIgnoredWithoutProToolsAndWhileOthersMoveTheBanks) {
     state.published.huiConnected = false;
     worker.seekBank(8);
     EXPECT_FALSE(state.published.banksUsedBy == BankUser::seek);
+    EXPECT_EQ(bench.lines.back(), "✗ Dropped bank move: Pro Tools is not connected");
     state.published.huiConnected = true;
     for (const BankUser user : {BankUser::scan, BankUser::walk}) {
         state.published.banksUsedBy = user;

@@ -31,8 +31,9 @@ void SurfaceWalk::request(Plan asked) {
         .begin =
             [this, walk] {
                 walk->start = start();
-                if (state.published.huiConnected && !state.published.session.empty())
-                    return walk->plan.wanted(walk->start);
+                const auto reason = obstacle(walk->plan);
+                if (!reason) return walk->plan.wanted(walk->start);
+                parts.drops.tell(walk->plan.name, *reason);
                 walk->plan.dropped();
                 return false;
             },
@@ -51,10 +52,16 @@ void SurfaceWalk::request(Plan asked) {
 SurfaceWalk::Start SurfaceWalk::start() const {
     const PublishedState& published = state.published;
     return {
-        .transportRunning = state.transportRunning(),
         .session = {.tracks = static_cast<int>(published.session.size()), .width = published.winW},
         .offset = published.bankOffset,
     };
+}
+
+std::optional<DropReason> SurfaceWalk::obstacle(const Plan& plan) const {
+    if (!state.published.huiConnected) return DropReason::notConnected;
+    if (state.published.session.empty()) return DropReason::positionUnknown;
+    if (state.transportRunning() && !plan.whileTransportRuns) return DropReason::transportRuns;
+    return std::nullopt;
 }
 
 void SurfaceWalk::end(const Plan& plan) {

@@ -10,13 +10,13 @@
 #include "model/hands/desk_queue.h"
 
 #include <functional>
+#include <optional>
 
 namespace lumbrine {
 
 class SurfaceWalk {
 public:
     struct Start {
-        bool transportRunning = false;
         BankLayout session;
         int offset = -1; // of the user's view, -1 when it is unknown
     };
@@ -29,6 +29,7 @@ public:
         Purpose purpose;
         CommandName name;
         Asked asked;
+        bool whileTransportRuns = false;
         std::function<bool(const Start&)> wanted; // main thread; false when there is nothing to do
         std::function<void(const Start&)> steps;  // on the desk's thread: what is done on the way
         std::function<void()> report;             // main thread, after the client has been sent what the surfaces
@@ -47,7 +48,7 @@ public:
 
     SurfaceWalk(const Jobs& jobs, ReceiverState& state, Parts parts);
 
-    // Begins if Pro Tools is there and the session has tracks by then, and returns to the user's view in the end, if it
+    // Begins if Pro Tools is there and the session has tracks by then, which is logged otherwise, and returns to the user's view in the end, if it
     // was known. Main thread.
     void request(Plan plan);
 
@@ -56,6 +57,7 @@ public:
 
 private:
     Start start() const;
+    std::optional<DropReason> obstacle(const Plan& plan) const;
     void end(const Plan& plan);
 
     const Jobs& jobs;

@@ -22,7 +22,7 @@ void VisibleRangeWalk::request(int start, int count, Asked asked) {
         .wanted =
             [this, start, count, range](const SurfaceWalk::Start& at) {
                 *range = {.begin = std::max(start, 0), .end = std::min(start + std::max(count, 1), at.session.tracks)};
-                if (at.transportRunning || range->begin >= range->end) return false;
+                if (range->begin >= range->end) return false;
                 state.published.session.surveyed = true;
                 return true;
             },

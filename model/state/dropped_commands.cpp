@@ -20,6 +20,10 @@ CommandName inWords(DropReason why) {
         return {"no track was shown yet", "トラックがまだ表示されていないため"};
     case DropReason::positionUnknown:
         return {"the bank position is unknown", "バンク位置が不明なため"};
+    case DropReason::notConnected:
+        return {"Pro Tools is not connected", "Pro Tools 未接続のため"};
+    case DropReason::transportRuns:
+        return {"playing or recording", "再生/録音中のため"};
     case DropReason::ownerChanged:
         return {"another device has taken control", "別の端末に操作が移ったため"};
     case DropReason::tooMany:

@@ -14,6 +14,8 @@ enum class DropReason {
     otherTracks,     // the session has none of the tracks any more
     notShown,        // the client was not told of any of the tracks since it is in control
     positionUnknown, // nobody knows where the surfaces are
+    notConnected,    // Pro Tools is not there
+    transportRuns,   // it would be disturbed
     ownerChanged,    // another client is in control
     tooMany,         // at once
 };
