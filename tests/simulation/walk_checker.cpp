@@ -16,6 +16,7 @@ using Walk = WalkRequest::Kind;
 
 constexpr Duration longestWaitAndWalk = seconds(130);
 constexpr Duration nearby = seconds(30);
+constexpr Duration runOfDrops = seconds(10);
 constexpr Duration lineMayFollow = seconds(1);
 constexpr Duration reaction = seconds(1.5); // of a slow host to the last press
 
@@ -99,9 +100,9 @@ private:
         const TimePoint end = endOf(walk);
         const TimePoint last = end == TimePoint::max() ? end : end + lineMayFollow;
         return std::ranges::any_of(evidence.jobs.lines, [&](const auto& line) {
-            if (line.first < walk.at || line.first > last || line.second.find("roup") == std::string::npos)
-                return false;
-            return tellsOfADrop(line.second) || countsIn(line.second) == std::pair(reached, asked);
+            if (line.first > last || line.second.find("roup") == std::string::npos) return false;
+            if (tellsOfADrop(line.second)) return line.first >= walk.at - runOfDrops; // one line stands for a run
+            return line.first >= walk.at && countsIn(line.second) == std::pair(reached, asked);
         });
     }
 

@@ -81,6 +81,12 @@ TEST_F(Walked, AGroupThatIsDroppedIsToldOf) {
     EXPECT_THAT(members(), SizeIs(1));
     evidence.jobs.lines = {{at(6), "Group faders dropped: the surfaces were busy"}};
     EXPECT_THAT(members(), IsEmpty());
+    acceptance.accepted.clear();
+    ask(15.9); // the line stands for a run of drops
+    EXPECT_THAT(members(), IsEmpty());
+    acceptance.accepted.clear();
+    ask(16.1);
+    EXPECT_THAT(members(), SizeIs(1));
 }
 
 TEST_F(Walked, AnotherWalksEndTellsNothingOfThisOne) {
