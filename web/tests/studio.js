@@ -98,7 +98,6 @@ export class Studio {
         const studio = new Studio();
         studio.#tracks = tracks;
         studio.#udp = await freePort();
-        studio.#tcp = await freePort();
         await studio.startReceiver();
         await studio.startGateway();
         return studio;
@@ -110,11 +109,13 @@ export class Studio {
         await this.receiver.line(/Connect a client/);
     }
 
+    /** On any free port, and again on the same one. */
     async startGateway() {
         const options = ["--port", String(this.#tcp), "--receiver", `127.0.0.1:${this.#udp}`];
         this.gateway = new Program("lumbrine-web", options, { HOME: this.#home, XDG_STATE_HOME: this.#home });
-        const [, key] = await this.gateway.line(/http:\/\/.*\/#(\w{26})/);
-        this.address = `http://127.0.0.1:${this.#tcp}/#${key}`;
+        const [, port, key] = await this.gateway.line(/http:\/\/.*:(\d+)\/#(\w{26})/);
+        this.#tcp = Number(port);
+        this.address = `http://127.0.0.1:${port}/#${key}`;
     }
 
     get port() {
