@@ -1,5 +1,7 @@
 #include "platform/linux/local_questions.h"
 
+#include "platform/posix/os_thread.h"
+
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -87,6 +89,7 @@ LocalQuestions::~LocalQuestions() {
 }
 
 void LocalQuestions::serve() {
+    nameThisThread("questions");
     while (!ending) {
         const int fd = ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
         if (fd < 0) {
