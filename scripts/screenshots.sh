@@ -63,7 +63,7 @@ for LANGUAGE in en ja; do
     "$bin/lumbrine-remote" "127.0.0.1:$QV_PORT" --timeout 10 --expect bank \
         --send 'mute 4' --wait 0.3 --send 'select 2' --wait 0.3 --send 'mute 13' --wait 0.3 \
         --send 'touch 9' --send 'fader 9 0.62' --wait 0.2 --send 'release 9' --wait 1
-    picture 880x620 "window-$LANGUAGE"
+    picture 720x660 "window-$LANGUAGE"
     end
 done
 

@@ -17,7 +17,8 @@ namespace lumbrine {
 namespace {
 
 constexpr int gapBetween = 3;
-constexpr int narrowest = 38; // a strip of this width has room for four characters
+constexpr int narrowest = 38;   // a strip of this width has room for four characters
+constexpr int comfortable = 66; // for a name of nine letters
 constexpr double standBack = 0.45;
 
 } // namespace
@@ -55,7 +56,7 @@ QSize StripsView::sizeHint() const {
 
 int StripsView::columns() const {
     const int all = std::max(static_cast<int>(shownStrips.size()), stripsPerSurface);
-    return width() >= all * (narrowest + gapBetween) ? all : stripsPerSurface;
+    return width() >= all * (comfortable + gapBetween) ? all : stripsPerSurface;
 }
 
 QRect StripsView::placeOf(std::size_t strip) const {

@@ -35,7 +35,7 @@ protected:
     bool event(QEvent* event) override;
 
 private:
-    int columns() const; // in a narrow window, the second surface is below the first
+    int columns() const; // where names would be cut, the second surface is below the first
     void makeCurrent(int strip);
 
     std::vector<StripView> shownStrips;
