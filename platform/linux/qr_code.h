@@ -11,7 +11,9 @@ struct QRCode {
     int width;              // in modules; the code is a square, without the light margin around it
     std::vector<bool> dark; // row by row
 
-    bool isDark(int row, int column) const { return dark[static_cast<std::size_t>(row * width + column)]; }
+    bool isDark(int row, int column) const {
+        return dark[static_cast<std::size_t>(row) * static_cast<std::size_t>(width) + static_cast<std::size_t>(column)];
+    }
 };
 
 // Absent when the text is too long.
