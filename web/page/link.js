@@ -25,6 +25,8 @@ export class Link {
     state = "searching";
     picture = new SessionPicture();
     roundTrips = new RoundTrips();
+    /** Counts how often control was lost: what was begun before that is not to be ended after it. */
+    losses = 0;
     faders = new HeldFaders((datagram) => this.send(datagram));
 
     /** Called after every change of state. @type {(state: LinkState) => void} */
@@ -170,6 +172,7 @@ export class Link {
     }
 
     #letGo() {
+        ++this.losses;
         this.onLetGo();
         this.faders.forget();
     }

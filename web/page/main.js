@@ -1,5 +1,6 @@
 // @ts-check
 // Puts the page together.
+import { seekBank } from "./commands.js";
 import { Connection } from "./connection.js";
 import { make } from "./dom.js";
 import { Grips } from "./grips.js";
@@ -16,7 +17,6 @@ import { StatusBar } from "./status_bar.js";
 import { StripsPanel } from "./strips_panel.js";
 import { ToolBar } from "./tool_bar.js";
 import { isJapanese } from "./words.js";
-import { seekBank } from "./commands.js";
 
 document.documentElement.lang = isJapanese(navigator.languages) ? "ja" : "en";
 

@@ -14,7 +14,9 @@ export class SessionMap {
     #canvas = make("canvas", { "aria-hidden": "true" });
     #window = make("div", { class: "window" });
     #link;
-    #drawn = "";
+    /** @type {import("./session_picture.js").SessionPicture | null} */
+    #drawnOf = null;
+    #drawnVersion = 0;
     /** @type {number | null} */
     #wish = null;
     /** @type {ReturnType<typeof setTimeout> | undefined} */
@@ -97,11 +99,12 @@ export class SessionMap {
     }
 
     #drawColors() {
-        const { tracks } = this.#link.picture;
+        const { picture } = this.#link;
+        const { tracks, rowsVersion } = picture;
+        if (picture === this.#drawnOf && rowsVersion === this.#drawnVersion) return;
+        this.#drawnOf = picture;
+        this.#drawnVersion = rowsVersion;
         const colors = tracks.map((track) => track.row?.color ?? "#3a4049");
-        const drawn = colors.join();
-        if (drawn === this.#drawn) return;
-        this.#drawn = drawn;
         this.#canvas.width = Math.max(colors.length, 1);
         this.#canvas.height = 1;
         const context = /** @type {CanvasRenderingContext2D} */ (this.#canvas.getContext("2d"));

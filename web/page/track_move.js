@@ -14,12 +14,14 @@ export class TrackMove {
     /** @type {{index: number, base: number}[]} */
     #others = [];
     #link;
+    #losses;
     /** The place of a member whose hand began at `base`. @type {((base: number) => number) | null} */
     #target = null;
 
     /** @param {Link} link @param {Grips} grips @param {number[]} members session indices */
     constructor(link, grips, members) {
         this.#link = link;
+        this.#losses = link.losses;
         for (const index of members) {
             const strip = link.picture.stripOf(index);
             const base = link.picture.faderOf(index);
@@ -52,7 +54,7 @@ export class TrackMove {
     end() {
         for (const { grip } of this.#shown) grip.release();
         const target = this.#target;
-        if (!target || this.#others.length === 0) return;
+        if (!target || this.#others.length === 0 || this.#losses !== this.#link.losses) return;
         /** @type {[member: number, value: number][]} */
         const wishes = this.#others.map(({ index, base }) => [index, target(base)]);
         this.#link.command(groupFaders(wishes));

@@ -2,8 +2,10 @@
 // The rhythm of a client, on a clock of the tests.
 import assert from "node:assert/strict";
 import test, { beforeEach } from "node:test";
+import { positionFor } from "../page/fader_scale.js";
 import { Grips } from "../page/grips.js";
 import { Link, tickInterval } from "../page/link.js";
+import { TrackMove } from "../page/track_move.js";
 
 /** @typedef {import("../page/messages.js").Message} Message */
 
@@ -13,7 +15,7 @@ let sent = [];
 /** @type {Link} */
 let link;
 
-const opcode = { hello: 0x00, move: 0x01, touch: 0x02, release: 0x03, vpot: 0x07, takeOver: 0x25 };
+const opcode = { hello: 0x00, move: 0x01, touch: 0x02, release: 0x03, vpot: 0x07, groupFaders: 0x23, takeOver: 0x25 };
 /** @type {Message} */
 const pong = { type: "pong" };
 /** @type {Message} */
@@ -165,6 +167,47 @@ test("a finger lets go when the strips show other tracks, and does not move thes
     assert.equal(grip?.isHeld, false);
     assert.deepEqual(sent, [opcode.release]);
     link.faders.forget();
+});
+
+/** @param {number} index @param {number} fader @returns {Message} */
+const rowOf = (index, fader) => {
+    const flags = { mute: false, solo: false, record: false, inputMonitor: false, select: false };
+    return { type: "trackRow", row: { index, fader, ...flags, color: null, name: `Track ${index}`, comment: "" } };
+};
+
+test("tracks move together with their offsets: those on strips at once, the others at the end", () => {
+    const grips = new Grips(link);
+    link.start();
+    link.take(pong);
+    link.take(bankPos);
+    link.take({ type: "fader", strip: 2, value: positionFor(-10) });
+    link.take(rowOf(30, positionFor(-20)));
+    sent = [];
+    const move = new TrackMove(link, grips, [2, 30, 31]); // nobody has seen the fader of the last one
+    move.moveBy(-5);
+    assert.deepEqual(sent, [opcode.touch, opcode.move]);
+    move.end();
+    assert.deepEqual(sent, [opcode.touch, opcode.move, opcode.release, opcode.groupFaders]);
+    assert.deepEqual([2, 30].map((index) => link.picture.faderOf(index)), [positionFor(-15), positionFor(-25)]);
+    link.faders.forget();
+});
+
+test("a hand that outlasts a lost link moves nothing when it lifts", () => {
+    const grips = new Grips(link);
+    link.onLetGo = () => grips.dropAll();
+    link.start();
+    link.take(pong);
+    link.take(bankPos);
+    link.take(rowOf(30, positionFor(-20)));
+    const move = new TrackMove(link, grips, [2, 30]);
+    move.moveBy(-5);
+    link.lose();
+    link.start();
+    link.take(pong);
+    sent = [];
+    move.moveBy(-9);
+    move.end();
+    assert.deepEqual(sent, []);
 });
 
 test("round trips are from a question to its answer, and not from one that was refused", () => {
