@@ -48,8 +48,8 @@ public:
 
     SurfaceWalk(const Jobs& jobs, ReceiverState& state, Parts parts);
 
-    // Begins if Pro Tools is there and the session has tracks by then, which is logged otherwise, and returns to the user's view in the end, if it
-    // was known. Main thread.
+    // Begins if Pro Tools is there and the session has tracks by then, which is logged otherwise, and returns to the
+    // user's view in the end, if it was known. Main thread.
     void request(Plan plan);
 
     // Whether to take another step: nobody else has taken control. Any thread.
