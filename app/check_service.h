@@ -14,11 +14,13 @@ public:
     // `state` is called on the main thread: what the receiver publishes, or null when there is none. The loop must not
     // run any more when this object goes.
     CheckService(MainLoop& loop, std::uint16_t port, std::function<const PublishedState*()> state)
-        : questions(checkName(port), [&loop, state = std::move(state)](const std::string& question, auto reply) {
-              loop.post([state, question, reply] {
-                  if (const PublishedState* now = state()) reply(answerTo(question, *now, HostSystem::linuxDesktop));
-              });
-          }) {}
+        : questions(checkName(port),
+                    [&loop, state = std::move(state)](const std::string& question, const LocalQuestions::Reply& reply) {
+                        loop.post([state, question, reply] {
+                            if (const PublishedState* now = state())
+                                reply(answerTo(question, *now, HostSystem::linuxDesktop));
+                        });
+                    }) {}
 
 private:
     const LocalQuestions questions;

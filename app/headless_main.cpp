@@ -73,7 +73,7 @@ void followStatus(RunLoop& loop, ServiceStatus& status, const std::shared_ptr<Re
 
 void tellWhoHasThePort(std::uint16_t port) {
     if (const auto holder = holderOfUDPPort(port))
-        std::fprintf(stderr, "%s: UDP port %d is taken by %s\n", program.name.data(), port, holder->c_str());
+        std::fprintf(stderr, "lumbrine-headless: UDP port %d is taken by %s\n", port, holder->c_str());
 }
 
 int run() {

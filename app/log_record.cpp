@@ -20,7 +20,7 @@ constexpr std::string_view until = " … #";
 
 std::optional<Heartbeat> heartbeatIn(std::string_view line) {
     const std::size_t mark = line.find(beat);
-    if (mark == std::string_view::npos || mark > 16) return std::nullopt; // a track may be called so
+    if (mark > 16) return std::nullopt; // absent, or far behind: a track may be called so
     const std::size_t begin = mark + beat.size();
     const std::size_t end = std::min(line.find_first_not_of("0123456789", begin), line.size());
     if (end == begin) return std::nullopt;
