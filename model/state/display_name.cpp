@@ -30,12 +30,21 @@ bool mayStandFor(char shown, char character) {
 
 constexpr std::size_t displayLength = 4;
 
+// Shortening may leave out a number or a side at the end.
+std::string_view withoutNumberAndSide(std::string_view name) {
+    if (name.ends_with(" L") || name.ends_with(" R")) name.remove_suffix(1);
+    name = name.substr(0, name.find_last_not_of("0123456789 ") + 1);
+    return name;
+}
+
 } // namespace
 
 bool mayShow(std::string_view display, std::string_view name) {
     const std::string characters(trimSpaces(shownCharacters(name)));
     if (isBlank(display)) {
-        const auto start = std::string_view(characters).substr(0, displayLength);
+        const bool beginsWithOther = !characters.empty() && characters.front() == other;
+        const std::string_view kept = beginsWithOther ? withoutNumberAndSide(characters) : characters;
+        const auto start = kept.substr(0, displayLength);
         return std::ranges::all_of(start, [](char character) { return character == other || character == ' '; });
     }
     if (characters.empty() || (characters.front() != other && characters.front() != display.front())) return false;

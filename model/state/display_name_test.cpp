@@ -33,6 +33,14 @@ TEST(Display, ShowsBlanksOrQuestionMarksForWhatIsNotASCII) {
     EXPECT_TRUE(mayShow("", ""));
 }
 
+TEST(Display, MayBeBlankWhereOnlyANumberOrASideIsASCII) {
+    EXPECT_TRUE(mayShow("", "보컬 1"));
+    EXPECT_TRUE(mayShow("", "声 12"));
+    EXPECT_TRUE(mayShow("", "鼓 L"));
+    EXPECT_FALSE(mayShow("", "歌 Vox"));
+    EXPECT_FALSE(mayShow("", "12"));
+}
+
 TEST(Display, IsBlankForNoNameThatBeginsWithASCII) {
     EXPECT_FALSE(mayShow("", "Kick"));
     EXPECT_FALSE(mayShow("", "A.ギター"));
