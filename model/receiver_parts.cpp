@@ -23,7 +23,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       bankMap(jobs, state, log, mirror, configuration.debug), capture(jobs, state, bankMap, displays),
       moves(platform.runtime, state, bankMap, desk, displays),
       walk(jobs, state, {queue, moves, bankMap, capture, mirror, drops}),
-      calibration(jobs, state, log, {queue, moves, bankMap, capture, mirror, metadata}),
+      calibration(jobs, state, log, {queue, moves, bankMap, capture, mirror, metadata}, configuration.debug),
       mender(jobs, state, log, {bankMap, capture, mirror, metadata, calibration}),
       seekWorker(jobs, state, {queue, moves, bankMap, capture, mirror, automation, drops}),
       visibleRange(jobs, state, log, {moves, walk, automation, mirror}),

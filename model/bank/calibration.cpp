@@ -17,8 +17,8 @@ constexpr Duration betweenKeys = seconds(0.075);
 
 } // namespace
 
-Calibration::Calibration(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts)
-    : jobs(jobs), state(state), log(log), parts(parts) {}
+Calibration::Calibration(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts, bool debug)
+    : jobs(jobs), state(state), log(log), parts(parts), debug(debug) {}
 
 // ---- Beginning
 
@@ -88,11 +88,9 @@ void Calibration::scan() {
     // Just after a connection Pro Tools is still filling the displays.
     parts.moves.waitForStillNames(settledNames, settleLimit);
     const SurveyedBank start = parts.moves.stableLook();
-    listed = jobs.runtime.syncMain([this] {
-        hiddenAreListed = !parts.metadata.bankedAreVisible();
-        return listedNames();
-    });
+    readList();
     const bool topIsSure = rewind();
+    if (listed.empty()) readList(); // it may have taken its time
     Session scanned = walk(topIsSure);
     const bool isSure = scanned.sure;
     const int startOffset = isSure ? locate(scanned.tracks, start.names) : -1;
@@ -134,7 +132,9 @@ bool Calibration::rewind() {
         }
         const bool hasMoved = !looksLike(parts.moves.lookAfterPress(before), before);
         vain = hasMoved ? 0 : vain + 1;
-        if (hasMoved || (byList > 0 && vain < 2)) continue; // a press may get lost
+        // A press may get lost.
+        const int enough = byList > 0 ? 3 : byList == 0 || listed.empty() ? 1 : 2;
+        if (hasMoved || vain < enough) continue;
         if (byList == 0 || !before.isUniform()) return byList <= 0 || hiddenAreListed;
         if ((static_cast<std::size_t>(banks) + 1) * before.width() >= listed.size()) return false;
     }
@@ -149,6 +149,7 @@ Session Calibration::walk(bool topIsSure) {
     const TimePoint begin = jobs.runtime.now();
     auto key = KeyThatShowedNothing::isUnclear;
     bool wasDisturbed = false;
+    bool wasRepeated = false;
     for (int presses = 0; goesOn(presses, begin); ++presses) {
         const SurveyedBank before = parts.moves.stableLook();
         surfacesChanged = before.width() != width;
@@ -159,16 +160,30 @@ Session Calibration::walk(bool topIsSure) {
         if (looksLike(shown, before) && !survey.expectsAnother()) {
             key = meaningOfLastKey(survey);
             if (key == KeyThatShowedNothing::wasLost) continue;
+            const bool listHasMore = listed.size() > survey.seen().size() * width;
+            if (key != KeyThatShowedNothing::moved && listHasMore && !std::exchange(wasRepeated, true)) continue;
             if (key != KeyThatShowedNothing::moved) break;
         }
         survey.add(std::move(shown));
+        wasRepeated = false;
     }
     if (key != KeyThatShowedNothing::metTheEnd) survey.endsAfter(0);
     Session session = survey.session();
     const bool mayBeStuck = survey.seen().size() == 1 && listed.size() > width && !hiddenAreListed;
     if (!survey.isWholeByList() && (!topIsSure || wasDisturbed || survey.looksDisturbed() || mayBeStuck))
         session.sure = false;
+    if (debug) printLearned(survey, session);
     return session;
+}
+
+void Calibration::printLearned(const TrackSurvey& survey, const Session& session) const {
+    const std::vector<SurveyedBank>& banks = survey.seen();
+    const std::size_t seen = banks.size() * banks.back().width();
+    const bool isFilled = session.size() < seen && !banks.back().endsWithoutTrack();
+    log.print(
+        "[DIAG] scan: " + std::to_string(banks.size()) + " banks, the last one " +
+        (isFilled ? "filled with " + std::to_string(seen - session.size()) + " tracks of the one before" : "whole") +
+        (session.sure ? "" : ", not sure") + "; " + parts.moves.habits());
 }
 
 Calibration::KeyThatShowedNothing Calibration::meaningOfLastKey(TrackSurvey& survey) {
@@ -211,10 +226,13 @@ SurveyedBank Calibration::stepBack(const SurveyedBank& shown, bool mayShowNothin
     return parts.moves.lookAfterPress(shown);
 }
 
-std::vector<std::string> Calibration::listedNames() const {
-    std::vector<std::string> names;
-    std::ranges::transform(parts.metadata.banked(), std::back_inserter(names), &TrackIdentity::name);
-    return names;
+void Calibration::readList() {
+    listed = jobs.runtime.syncMain([this] {
+        hiddenAreListed = !parts.metadata.bankedAreVisible();
+        std::vector<std::string> names;
+        std::ranges::transform(parts.metadata.banked(), std::back_inserter(names), &TrackIdentity::name);
+        return names;
+    });
 }
 
 // ---- Ending

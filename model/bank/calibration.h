@@ -35,7 +35,8 @@ public:
         TrackMetadata& metadata;
     };
 
-    Calibration(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts);
+    // `debug`: print what scans have learned of Pro Tools.
+    Calibration(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts, bool debug);
 
     static constexpr Duration patience = seconds(10.0);
 
@@ -59,17 +60,18 @@ private:
 
     // On the desk's thread
     void scan();
+    void readList();
     bool goesOn(int presses, TimePoint since) const;
     void returnTo(const SurveyedBank& start, std::size_t banks);
     bool rewind();
     Session walk(bool topIsSure);
+    void printLearned(const TrackSurvey& survey, const Session& session) const;
     enum class KeyThatShowedNothing { metTheEnd, moved, wasLost, isUnclear };
     KeyThatShowedNothing meaningOfLastKey(TrackSurvey& survey);
     KeyThatShowedNothing lookBack(TrackSurvey& survey);
     SurveyedBank stepBack(const SurveyedBank& shown, bool mayShowNothing);
 
     // On the main thread
-    std::vector<std::string> listedNames() const;
     void commit(Session scanned);
     void finish();
     void retryOrGiveUp();
@@ -79,6 +81,7 @@ private:
     ReceiverState& state;
     ActivityLog& log;
     const Parts parts;
+    const bool debug;
     Session forgotten;               // what the next scan may find unchanged
     std::vector<std::string> listed; // of the scan under way, or the last one, like the next
     bool hiddenAreListed = false;    // perhaps, among these

@@ -39,6 +39,15 @@ SurfaceMoves::SurfaceMoves(Runtime& runtime, const ReceiverState& state, const B
                            DisplayWatch& displays)
     : runtime(runtime), state(state), bankMap(bankMap), desk(desk), displays(displays) {}
 
+std::string SurfaceMoves::habits() const {
+    const auto inWords = [](const std::optional<bool>& aligns) {
+        return !aligns ? "not seen yet" : *aligns ? "to the next multiple" : "by a bank";
+    };
+    return "a press shows after " + std::to_string(inSeconds(displays.usualReaction())) + " s and is awaited for " +
+           std::to_string(inSeconds(displays.longestReaction())) + " s; from between two multiples bank keys lead " +
+           inWords(rule.backAligns) + " back, " + inWords(rule.forwardAligns) + " forward";
+}
+
 // ---- Looking
 
 BankLayout SurfaceMoves::layout() const {

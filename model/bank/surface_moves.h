@@ -24,6 +24,9 @@ public:
     SurfaceMoves(Runtime& runtime, const ReceiverState& state, const BankMap& bankMap, SurfaceDesk& desk,
                  DisplayWatch& displays);
 
+    // What presses so far have shown of Pro Tools, for diagnostics: how fast it is, and where its bank buttons lead.
+    std::string habits() const;
+
     // ---- Looking
 
     // Zero tracks while the runtime is being shut down.

@@ -42,6 +42,27 @@ bool differOnlyByModes(const SurveyedBank& left, const SurveyedBank& right) {
     });
 }
 
+bool shareTracks(const SurveyedBank& left, const SurveyedBank& right) {
+    const std::size_t width = std::min(left.width(), right.width());
+    const auto runFrom = [&](std::size_t from, std::size_t to) {
+        std::size_t same = 0, changes = 0;
+        for (; from < width && to < width; ++from, ++to) {
+            if (!left.faders[from] || left.names[from] != right.names[to] || left.faders[from] != right.faders[to]) {
+                same = changes = 0;
+                continue;
+            }
+            const bool differs =
+                same > 0 && left.names[from] != left.names[from - 1] && left.faders[from] != left.faders[from - 1];
+            changes += differs ? 1 : 0;
+            if (++same >= width / 2 && changes >= 2) return true;
+        }
+        return false;
+    };
+    for (std::size_t shift = 0; shift < width; ++shift)
+        if (runFrom(shift, 0) || runFrom(0, shift)) return true;
+    return false;
+}
+
 bool looksLike(const SurveyedBank& left, const SurveyedBank& right) {
     int otherFaders = 0;
     for (std::size_t strip = 0; strip < left.faders.size() && strip < right.faders.size(); ++strip)

@@ -34,6 +34,10 @@ struct SurveyedBank {
 // Whether they are alike but for strips that show an automation mode in one of them.
 bool differOnlyByModes(const SurveyedBank& left, const SurveyedBank& right);
 
+// Whether both show some of the same tracks: as many as half of the strips in a row have the same names and faders,
+// and neither are all alike.
+bool shareTracks(const SurveyedBank& left, const SurveyedBank& right);
+
 // Whether both show the same. Somebody may have moved one fader meanwhile; where names differ, all of them.
 bool looksLike(const SurveyedBank& left, const SurveyedBank& right);
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 #include <utility>
 
 namespace lumbrine {
@@ -16,6 +17,7 @@ TrackSurvey::TrackSurvey(std::size_t width, std::vector<std::string> listed)
 void TrackSurvey::add(SurveyedBank bank) {
     bank.resize(width);
     banks.push_back(std::move(bank));
+    lastStep.reset();
 }
 
 bool TrackSurvey::expectsAnother() const {
@@ -27,16 +29,20 @@ bool TrackSurvey::isWholeByList() const {
 }
 
 bool TrackSurvey::looksDisturbed() const {
-    Banks before;
-    for (const SurveyedBank& bank : banks) {
-        if (!before.empty()) {
-            // Only the last bank overlaps the one before.
-            const std::size_t step = ScanEnding::evidentLastStep(before);
-            if (bank.isWithoutTracks() || before.back().isWithoutTracks() || (step > 0 && step < width) ||
-                differOnlyByModes(bank, before.back()))
-                return true;
-        }
-        before.push_back(bank);
+    const auto overlap = [this](const SurveyedBank& left, const SurveyedBank& right) {
+        const std::size_t step = ScanEnding::evidentLastStep({left, right});
+        return step > 0 && step < width;
+    };
+    for (std::size_t i = 1; i < banks.size(); ++i) {
+        const SurveyedBank& before = banks[i - 1];
+        const SurveyedBank& bank = banks[i];
+        const bool isLast = i + 1 == banks.size(); // which alone may overlap the one before
+        if (bank.isWithoutTracks() || before.isWithoutTracks() || differOnlyByModes(bank, before) ||
+            (!isLast && overlap(before, bank)) || overlap(bank, before))
+            return true;
+        if (std::ranges::any_of(std::span(banks).first(isLast ? i - 1 : i),
+                                [&](const SurveyedBank& earlier) { return shareTracks(earlier, bank); }))
+            return true;
     }
     return false;
 }

@@ -78,7 +78,20 @@ TEST(TrackSurvey, LooksDisturbedWhereBanksCannotFollowEachOther) {
     EXPECT_TRUE(looksDisturbed({first, none, {"E", "F", "G", "H"}})); // a session was closed, and another one opened
     EXPECT_TRUE(looksDisturbed({first, none}));
     EXPECT_TRUE(looksDisturbed({first, {"C", "D", "E", "F"}, {"G", "H", "I", "J"}})); // only the last one overlaps
+    EXPECT_TRUE(looksDisturbed({{"B", "C", "D", "E"}, first}));                       // that way back
     EXPECT_TRUE(looksDisturbed({{"A", "Tch", "C", "D"}, first}));                     // a mode over a name
+}
+
+TEST(TrackSurvey, LooksDisturbedWhereTracksComeASecondTimeWithTheirFaders) {
+    const auto surveyedWith = [](const std::vector<std::optional<double>>& faders) {
+        TrackSurvey survey(width, {});
+        survey.add({.names = {"A", "B", "C", "D"}, .faders = {0.1, 0.2, 0.3, 0.4}});
+        survey.add({.names = {"E", "F", "G", "H"}, .faders = {0.5, 0.6, 0.7, 0.8}});
+        survey.add({.names = {"B", "C", "D", "E"}, .faders = faders});
+        return survey.looksDisturbed();
+    };
+    EXPECT_TRUE(surveyedWith({0.2, 0.3, 0.4, 0.5}));
+    EXPECT_FALSE(surveyedWith({0.6, 0.7, 0.8, 0.9})); // other tracks of the same names
 }
 
 TEST(TrackSurvey, HasAsManyTracksAsTheListThatItAgreesWith) {

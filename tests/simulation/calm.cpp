@@ -41,9 +41,6 @@ void Calm::endTrouble() {
     world.proTools->rest();
     world.proTools->edit([](SimulatedSession& session) { session.stop(); });
     ended = world.runtime.now();
-    HostView host = viewOf(*world.proTools);
-    host.width = world.scenario.strips();
-    rightMaps = mapsOfScans(host, world.scenario.host);
     world.runtime.runFor(seconds(2));
     world.phones.resize(1);
     world.phones.front()->rest(); // it may have been out of the network just before
@@ -116,24 +113,16 @@ bool Calm::anyModeIsShown() const {
     return false;
 }
 
-// By what the map has. A position that cannot be told from a wrong map makes the receiver scan again by itself, unless
-// all displays are blank.
+// By the host. A position may be unknown where it cannot be told.
 bool Calm::positionIsRight() const {
     const HostView host = viewOf(*world.proTools);
-    if (isJudgedByTheHost()) {
-        if (world.model->published().bankOffset < 0) return !everyOffsetLooksDifferent(host, world.scenario.host);
-        return mapIsRight() && world.model->published().bankOffset == host.offset;
-    }
-    const Names window = windowAt(host, host.offset);
-    const PublishedState& published = world.model->published();
-    const int place = onlyPlaceOf(window, displaysOf(published.session));
-    return published.bankOffset == place && (place >= 0 || mapIsRight() || isBlank(window));
+    const int offset = world.model->published().bankOffset;
+    if (offset < 0) return !everyOffsetLooksDifferent(host, world.scenario.host);
+    return mapIsRight() && offset == host.offset;
 }
 
 bool Calm::mapIsRight() const {
-    if (isJudgedByTheHost()) return isRight(knownDisplays());
-    const Names map = displaysOf(world.model->published().session);
-    return rightMaps.contains(map) || isMapOf(viewOf(*world.proTools), map);
+    return isRight(knownDisplays());
 }
 
 // By the tracks that the host has. Where banks look alike it may be another map, as long as the position is unknown.
@@ -151,10 +140,6 @@ Names Calm::knownDisplays() const {
     for (std::size_t i = 0; i < map.size() && i < tracks.size(); ++i)
         if (!map[i].displayKnown && map[i].name == tracks[i].name) displays[i] = tracks[i].display;
     return displays;
-}
-
-bool Calm::isJudgedByTheHost() const {
-    return world.scenario.switches.isOn("host-map");
 }
 
 bool Calm::jobsRanSince(TimePoint since) const {
@@ -258,9 +243,7 @@ bool Calm::commentsAreTold() const {
 void Calm::checkScans() {
     if (!world.scenario.hostIsQuick()) return;
     for (const JobRun& run : world.watch->record().runs)
-        if (run.job == Job::scan && peaceSince && run.first >= *peaceSince &&
-            !(isJudgedByTheHost() ? isRight(run.mapAfter)
-                                  : rightMaps.contains(run.mapAfter) || isMapOf(run.hostAtFirst, run.mapAfter)))
+        if (run.job == Job::scan && peaceSince && run.first >= *peaceSince && !isRight(run.mapAfter))
             complain("the scan that began at " + std::to_string(inSeconds(run.first.time_since_epoch())) +
                      " s ended with a wrong map");
 }

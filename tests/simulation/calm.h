@@ -6,7 +6,6 @@
 #include "tests/simulation/world.h"
 
 #include <optional>
-#include <set>
 #include <string>
 
 namespace lumbrine::simulation {
@@ -39,7 +38,6 @@ private:
     bool mapIsRight() const;
     bool isRight(const Names& map) const;
     Names knownDisplays() const;
-    bool isJudgedByTheHost() const;
 
     bool jobsRanSince(TimePoint since) const;
     std::optional<Strip> someStripWithATrack() const;
@@ -49,7 +47,6 @@ private:
     World& world;
     TimePoint ended;
     std::optional<TimePoint> peaceSince;
-    std::set<Names> rightMaps;
     Recovery recovery;
 };
 

@@ -1,10 +1,9 @@
-// What a scan of the host's banks can find, and what names can tell about a position: a second, plain statement of
-// both, on the level of offsets and names.
+// What the host's names are, and what they can tell about a position: a second, plain statement of both, on the level
+// of offsets and names.
 #pragma once
 
 #include "simulator/simulated_pro_tools.h"
 
-#include <set>
 #include <string>
 #include <vector>
 
@@ -29,18 +28,10 @@ Names windowAt(const HostView& host, int offset);
 
 bool isBlank(const Names& window);
 
-// The one place in the map whose names are those of the window, blanks following the map; -1 when there is none, or
-// more than one, or when all names are blank.
-int onlyPlaceOf(const Names& window, const Names& map);
-
 // Whether the map is the list of the host's tracks. Blank names at its end look like strips without a track.
 bool isMapOf(const HostView& host, Names map);
 
 // Whether each offset that the host can have looks like no other.
 bool everyOffsetLooksDifferent(const HostView& host, const SimulatorOptions& options);
-
-// The maps that scans can end with, by where the user was: one with every track where banks look different and meet
-// with different names.
-std::set<Names> mapsOfScans(const HostView& host, const SimulatorOptions& options);
 
 } // namespace lumbrine::simulation

@@ -29,8 +29,6 @@ inline constexpr auto notYet = std::to_array<NotYet>({
                       "host's."},
     {"members", "In 8 of 500 sessions a group's members are not reached and the log does not tell."},
     {"told-drops", "In 2 of 500 sessions a mode comes to nothing and the log does not tell."},
-    {"host-map", "In 35 of 500 sessions a map is wrong while its position counts as known, mostly after a session gave "
-                 "way to another one."},
 });
 
 // Which of them are on all the same.

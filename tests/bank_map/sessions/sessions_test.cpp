@@ -1,4 +1,5 @@
 // Every kind of session: the map and the position are right, or said to be unknown; never wrong.
+#include "simulator/default_session.h"
 #include "tests/bank_map/sessions/session_bench.h"
 
 #include <algorithm>
@@ -43,6 +44,18 @@ TEST_P(EverySession, IsMappedByItsDisplaysOrSaidToBeUnsure) {
 TEST_P(EverySession, IsMappedBesideATrackList) {
     expectAtLeast(GetParam().listed, Witness::service, everyHost);
     expectAtLeast(GetParam().listed, Witness::screen, 1);
+}
+
+TEST(TheDemosSession, IsMappedOnEitherWidthUnderEveryDisplayRule) {
+    const NamedSession demo{.name = "demo", .session = [] { return defaultSession(40, 1); }};
+    for (const int surfaces : {1, 2})
+        for (const ShortNameRule shortNames : {ShortNameRule::cut, ShortNameRule::vowels, ShortNameRule::colliding})
+            for (const NonASCIIRule nonASCII :
+                 {NonASCIIRule::blank, NonASCIIRule::questionMark, NonASCIIRule::huiCharacters}) {
+                const HostKind host{.surfaces = surfaces, .shortNames = shortNames, .nonASCII = nonASCII};
+                for (const Witness witness : {Witness::service, Witness::screen})
+                    EXPECT_GE(judge(demo, host, witness).worst, Found::map) << host.text();
+            }
 }
 
 std::string nameOf(const testing::TestParamInfo<NamedSession>& info) {
