@@ -13,12 +13,13 @@ mkdir -p build
 "$bin/hello_benchmark" >build/bench-hello.json
 "$bin/latency_benchmark" >build/bench-latency.json
 "$bin/main_queue_benchmark" >build/bench-main-queue.json
+"$bin/scan_benchmark" >build/bench-scan.json
 "$bin/scripting_call_benchmark" >build/bench-scripting-call.json
 "$bin/studio_benchmark" >build/bench-studio.json
 "$bin/track_list_benchmark" >build/bench-track-list.json
 "$bin/web_gateway_benchmark" >build/bench-web-gateway.json
 /usr/bin/python3 scripts/bench_table.py build/bench-raw.json build/bench-feedback.json build/bench-hello.json \
-    build/bench-latency.json build/bench-main-queue.json build/bench-scripting-call.json \
+    build/bench-latency.json build/bench-main-queue.json build/bench-scan.json build/bench-scripting-call.json \
     build/bench-studio.json build/bench-track-list.json build/bench-web-gateway.json build/bench.json
 "$bin/virtual_time_bench"
 /usr/bin/python3 scripts/bench_idle.py "$bin"
