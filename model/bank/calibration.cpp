@@ -94,14 +94,16 @@ void Calibration::scan() {
     Session scanned = walk(topIsSure);
     const bool isSure = scanned.sure;
     const int startOffset = isSure ? locate(scanned.tracks, start.names) : -1;
-    const std::size_t banks = scanned.size() / start.width() + 1;
+    // At the end of the program every look is cut short, and the first one may have seen no strip.
+    const std::size_t banks = scanned.size() / std::max<std::size_t>(start.width(), 1) + 1;
     jobs.runtime.syncMain([this, &scanned] { commit(std::move(scanned)); });
     if (isSure) return parts.moves.moveWindow(std::max(startOffset, 0));
     returnTo(start, banks);
 }
 
 bool Calibration::goesOn(int presses, TimePoint since) const {
-    return presses < maxTracks / parts.moves.layout().width + sparePresses && jobs.runtime.now() - since < longestWay;
+    return presses < maxTracks / std::max(parts.moves.layout().width, 1) + sparePresses &&
+           jobs.runtime.now() - since < longestWay;
 }
 
 // Bank by bank, as far as the top, where no map tells the way.

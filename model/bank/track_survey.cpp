@@ -12,7 +12,7 @@
 namespace lumbrine {
 
 TrackSurvey::TrackSurvey(std::size_t width, std::vector<std::string> listed)
-    : width(width), listed(std::move(listed)) {}
+    : width(std::max<std::size_t>(width, 1)), listed(std::move(listed)) {}
 
 void TrackSurvey::add(SurveyedBank bank) {
     bank.resize(width);
