@@ -88,6 +88,13 @@ TEST_F(DiagnosisTest, KnowsThePhoneThatFellSilent) {
                                       Field(&Check::sentence, "192.168.1.7 was connected and is silent now.")));
 }
 
+TEST_F(DiagnosisTest, NamesTheBrowserAsAClientWhereThereIsTheGatewayForIt) {
+    bench.start();
+    const PublishedState& published = bench.model->published();
+    EXPECT_THAT(checkOf(published, "phone").remedy, HasSubstr("lumbrine-web shows its address"));
+    EXPECT_THAT(checkOf(published, "phone", HostSystem::mac).remedy, testing::Not(HasSubstr("lumbrine-web")));
+}
+
 TEST_F(DiagnosisTest, KnowsWhetherTheTracksAreMapped) {
     bench.start();
     EXPECT_EQ(state("map"), CheckState::unknown);

@@ -113,6 +113,9 @@ Check phoneCheck(const Case& c) {
                    "同じネットワークのスマートフォンでアプリを開いてください。見つからない場合はアドレスを入力して"
                    "ください。ファイアウォールでは UDP ポート " +
                        c.port() + " と 5353 の受信を許可する必要があります。");
+        if (!c.onMac) // where there is no lumbrine-web yet
+            check.remedy += c.text(" Any browser does as well: lumbrine-web shows its address.",
+                                   "アプリの代わりにブラウザも使えます（アドレスは lumbrine-web が表示します）。");
     } else {
         check.state = CheckState::unknown;
         check.sentence = c.text("No phone is heard without the port.", "ポートが開いていないため受信できません。");
