@@ -25,20 +25,18 @@ bool PositionWatch::positionIsStuck() const {
 void PositionWatch::watchClosedSession() {
     const std::vector<Track>& tracks = state.published.session.tracks;
     const auto blanks = std::ranges::count_if(tracks, isBlank, &Track::display);
-    const bool mayBeAView = blanks >= state.published.winW && tracks.size() > 0;
-    if (!state.published.huiConnected || !state.quiet() || state.published.session.empty()) {
-        blankTicks = 0;
-    } else if (!showsNames()) {
+    const bool mayBeAView = blanks >= state.published.winW && !tracks.empty();
+    const bool isJudged = state.published.huiConnected && state.quiet() && !tracks.empty();
+    if (isJudged && !showsNames()) {
         const bool idsTell =
             std::ranges::any_of(parts.metadata.banked(), [](const TrackIdentity& track) { return !track.id.empty(); });
         if (!mayBeAView && !idsTell) ++blankTicks;
-    } else if (blankTicks >= closedTicks) {
-        if (state.transportRunning() || state.handsOn(runtime.now())) return;
-        blankTicks = 0;
-        parts.calibration.scanAnother();
-    } else {
-        blankTicks = 0;
+        return;
     }
+    const bool isAnother = isJudged && blankTicks >= closedTicks;
+    if (isAnother && (state.transportRunning() || state.handsOn(runtime.now()))) return;
+    blankTicks = 0;
+    if (isAnother) parts.calibration.scanAnother();
 }
 
 // A window that fits the map nowhere for so long is of another session, or of one that has changed.
