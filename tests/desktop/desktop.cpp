@@ -2,6 +2,8 @@
 
 #include "tests/interop/waiting.h"
 
+#include <unistd.h>
+
 #include <cstdlib>
 #include <sstream>
 #include <stdexcept>
@@ -26,7 +28,15 @@ std::vector<std::string> linesOf(const std::string& text) {
     return lines;
 }
 
-// The number of the display, on a line of its own, among complaints about numbers that are taken.
+// A number of this process's own. Left to choose, servers in different networks all take 0, and overwrite each other's
+// socket and keymap, which are files named by it.
+std::string ownDisplay() {
+    constexpr int usual = 100; // the numbers of other servers on the computer
+    constexpr int range = 30'000;
+    return ":" + std::to_string(usual + ::getpid() % range);
+}
+
+// The number of the display, on a line of its own, once the server is ready.
 std::string displayIn(const std::string& output) {
     for (const std::string& line : linesOf(output))
         if (!line.empty() && line.find_first_not_of("0123456789") == std::string::npos) return line;
@@ -36,7 +46,8 @@ std::string displayIn(const std::string& output) {
 } // namespace
 
 Desktop::Desktop(bool withStatusArea)
-    : serverProcess({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp", "-noreset"}) {
+    : serverProcess(
+          {"Xvfb", ownDisplay(), "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp", "-noreset"}) {
     const auto ready = [this] { return !displayIn(serverProcess.output()).empty(); };
     if (!waitUntil([&] { return ready() || !serverProcess.running(); }) || !serverProcess.running())
         throw std::runtime_error("Xvfb does not start: " + serverProcess.output());
