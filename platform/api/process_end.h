@@ -9,9 +9,9 @@ class ProcessEnd {
 public:
     virtual ~ProcessEnd() = default;
 
-    // Ends the process with status 0 when `limit` has passed, even if every thread stands still: without destructors,
-    // and what has not been written yet is lost. Nothing happens when the process has ended by itself before. Only the
-    // first call counts. Any thread.
+    // Ends the process when `limit` has passed, even if every thread stands still: without destructors, and what has
+    // not been written yet is lost. Nothing happens when the process has ended by itself before. Only the first call
+    // counts. Any thread.
     virtual void within(Duration limit) = 0;
 };
 

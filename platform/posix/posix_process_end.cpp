@@ -8,10 +8,21 @@
 
 namespace lumbrine {
 
+namespace {
+
+std::atomic<int> statusAtDeadline{0}; // a signal handler sees nothing but globals
+static_assert(std::atomic<int>::is_always_lock_free);
+
+} // namespace
+
+void PosixProcessEnd::setStatus(int status) {
+    statusAtDeadline = status;
+}
+
 void PosixProcessEnd::within(Duration limit) {
     if (isSet.exchange(true)) return;
     struct sigaction endAtOnce{};
-    endAtOnce.sa_handler = [](int) { _exit(0); };
+    endAtOnce.sa_handler = [](int) { _exit(statusAtDeadline); };
     sigaction(SIGALRM, &endAtOnce, nullptr);
     const auto whole = std::chrono::duration_cast<std::chrono::seconds>(limit);
     const auto rest = std::chrono::duration_cast<std::chrono::microseconds>(limit - whole);

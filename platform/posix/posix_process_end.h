@@ -11,6 +11,9 @@ class PosixProcessEnd final : public ProcessEnd {
 public:
     void within(Duration limit) override;
 
+    // The status with which the deadline ends the process; 0 until set. Any thread.
+    static void setStatus(int status);
+
 private:
     std::atomic<bool> isSet{false};
 };

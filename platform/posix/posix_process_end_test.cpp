@@ -34,6 +34,15 @@ TEST(ProcessEnd, ComesAtItsTimeWhileTheProcessStandsStill) {
     EXPECT_GE(lived, seconds(0.1));
 }
 
+TEST(ProcessEnd, TellsThatTheProgramHadFailedBefore) {
+    const auto [status, lived] = inItsOwnProcess([] {
+        static PosixProcessEnd end;
+        end.within(seconds(0.05));
+        PosixProcessEnd::setStatus(1);
+    });
+    EXPECT_EQ(status, 1);
+}
+
 TEST(ProcessEnd, IsNotPutOffByALaterCall) {
     const auto [status, lived] = inItsOwnProcess([] {
         static PosixProcessEnd end;
