@@ -26,9 +26,11 @@ std::string checkQuestion(const Bilingual& text) {
     return text(inEnglish, inJapanese);
 }
 
-std::string answerTo(std::string_view question, const PublishedState& published, HostSystem system) {
-    const std::vector<Check> checks = diagnosis(published, system, Bilingual(question == inJapanese));
-    const LinkHealth& announcement = published.health.announcement;
+std::string answerTo(std::string_view question, const ReceiverNow& now, HostSystem system) {
+    const Bilingual text(question == inJapanese);
+    std::vector<Check> checks = diagnosis(now.published, system, text);
+    checks.push_back(outputCheck(now.outputBacklog, text));
+    const LinkHealth& announcement = now.published.health.announcement;
     const bool isAnnounced = announcement.state == LinkHealth::State::up;
     return std::string(isAnyWrong(checks) ? wrong : fine) + "\n" + (isAnnounced ? announcement.detail : "") + "\n" +
            listed(checks);

@@ -3,6 +3,7 @@
 
 #include "app/diagnosis.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -24,7 +25,11 @@ std::string checkName(std::uint16_t port);
 // The question, in the language of the user who asks; its answer; and the answer as it is read at the other end: absent
 // when it is none.
 std::string checkQuestion(const Bilingual& text);
-std::string answerTo(std::string_view question, const PublishedState& published, HostSystem system);
+struct ReceiverNow {
+    const PublishedState& published;
+    std::size_t outputBacklog = 0; // of LineOutput
+};
+std::string answerTo(std::string_view question, const ReceiverNow& now, HostSystem system);
 std::optional<CheckAnswer> readAnswer(const std::string& answer);
 
 } // namespace lumbrine

@@ -34,7 +34,9 @@ struct SurfaceCase {
 };
 
 Check midiCheck(const Case& c);
+Check connectionCheck(const Case& c);
 Check surfaceCheck(const Case& c, const SurfaceCase& surface);
+Check faderCheck(const Case& c);
 Check mapCheck(const Case& c);
 Check scriptingCheck(const Case& c);
 Check screenCheck(const Case& c);

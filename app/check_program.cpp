@@ -63,6 +63,12 @@ std::vector<FoundService> receiversOnTheNetwork() {
     return found;
 }
 
+GatewayFacts gatewayFacts(const LinuxSystemInfo& system) {
+    constexpr std::uint16_t usual = 52780;
+    const std::uint16_t port = parsePort(system.environment("QV_WEB_PORT").value_or("")).value_or(usual);
+    return {.port = port, .isTaken = isListenedTo(port), .holder = listenerOnTCPPort(port)};
+}
+
 // What the receiver says, or what the computer looks like without one.
 CheckAnswer askOrLook(const MIDIBackend& backend, const LinuxSystemInfo& system, const Bilingual& text) {
     const std::uint16_t port = Configuration::read(system).port;
@@ -92,10 +98,11 @@ int checkAndPrint() {
     const LinuxSystemInfo system;
     const Bilingual text(prefersJapanese(system.preferredLanguages()));
     const CheckAnswer answer = askOrLook(backend, system, text);
-    const std::vector<Check> network =
+    std::vector<Check> around =
         networkChecks({.announcedAs = answer.announcedAs, .found = receiversOnTheNetwork()}, text);
-    std::fputs((answer.list + listed(network)).c_str(), stdout);
-    return answer.anyWrong || isAnyWrong(network) ? 1 : 0;
+    around.push_back(gatewayCheck(gatewayFacts(system), text));
+    std::fputs((answer.list + listed(around)).c_str(), stdout);
+    return answer.anyWrong || isAnyWrong(around) ? 1 : 0;
 }
 
 } // namespace lumbrine

@@ -11,14 +11,13 @@ namespace lumbrine {
 
 class CheckService {
 public:
-    // `state` is called on the main thread: what the receiver publishes, or null when there is none. The loop must not
+    // `state` is called on the main thread; its result is absent when there is no receiver any more. The loop must not
     // run any more when this object goes.
-    CheckService(MainLoop& loop, std::uint16_t port, std::function<const PublishedState*()> state)
+    CheckService(MainLoop& loop, std::uint16_t port, std::function<std::optional<ReceiverNow>()> state)
         : questions(checkName(port),
                     [&loop, state = std::move(state)](const std::string& question, const LocalQuestions::Reply& reply) {
                         loop.post([state, question, reply] {
-                            if (const PublishedState* now = state())
-                                reply(answerTo(question, *now, HostSystem::linuxDesktop));
+                            if (const auto now = state()) reply(answerTo(question, *now, HostSystem::linuxDesktop));
                         });
                     }) {}
 

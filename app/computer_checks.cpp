@@ -68,6 +68,31 @@ std::vector<Check> computerChecks(const ComputerFacts& facts, const Bilingual& t
             daemonCheck(facts.announces, c), midiSystemCheck(facts.hasMIDI, text)};
 }
 
+Check gatewayCheck(const GatewayFacts& facts, const Bilingual& text) {
+    const std::string port = std::to_string(facts.port);
+    Check check{.id = "browsers",
+                .state = CheckState::unknown,
+                .title = text("Browsers", "ブラウザ"),
+                .sentence = text("lumbrine-web does not run: phones need the app.",
+                                 "lumbrine-web が起動していないため、スマートフォンにはアプリが必要です。"),
+                .remedy = text("To use a browser, start lumbrine-web and open the address that it shows.",
+                               "ブラウザを使うには lumbrine-web を起動し、表示されるアドレスを開いてください。")};
+    if (!facts.isTaken) return check;
+    if (facts.holder && !facts.holder->starts_with("lumbrine-web ")) {
+        check.state = CheckState::wrong;
+        check.sentence = text("TCP port " + port + " of lumbrine-web is taken by " + *facts.holder + ".",
+                              "lumbrine-web の TCP ポート " + port + " は " + *facts.holder + " が使用中です。");
+        check.remedy = text("End that program, or choose another port with QV_WEB_PORT.",
+                            "そのプログラムを終了するか、QV_WEB_PORT で別のポートを指定してください。");
+        return check;
+    }
+    check.state = CheckState::fine;
+    check.sentence = text("lumbrine-web serves browsers on TCP port " + port + ".",
+                          "lumbrine-web が TCP ポート " + port + " でブラウザに対応しています。");
+    check.remedy.clear();
+    return check;
+}
+
 Check silentReceiver(std::uint16_t port, const Bilingual& text) {
     return {.id = "receiver",
             .state = CheckState::wrong,

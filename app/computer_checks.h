@@ -20,6 +20,14 @@ struct ComputerFacts {
 };
 std::vector<Check> computerChecks(const ComputerFacts& facts, const Bilingual& text);
 
+// Who serves browsers.
+struct GatewayFacts {
+    std::uint16_t port;
+    bool isTaken;                      // somebody accepts connections there
+    std::optional<std::string> holder; // the program, if the system tells
+};
+Check gatewayCheck(const GatewayFacts& facts, const Bilingual& text);
+
 // A receiver runs and does not answer.
 Check silentReceiver(std::uint16_t port, const Bilingual& text);
 

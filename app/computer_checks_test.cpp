@@ -70,5 +70,17 @@ TEST(NetworkChecks, ListOtherReceiversWithoutBlame) {
     EXPECT_THAT(wrongOf(checks), IsEmpty());
 }
 
+TEST(ComputerChecks, TellWhoServesBrowsers) {
+    const auto checkOf = [](bool isTaken, const std::optional<std::string>& holder) {
+        return gatewayCheck({.port = 52780, .isTaken = isTaken, .holder = holder}, inEnglish);
+    };
+    EXPECT_EQ(checkOf(false, {}).state, CheckState::unknown);
+    EXPECT_EQ(checkOf(true, "lumbrine-web (process 7)").sentence, "lumbrine-web serves browsers on TCP port 52780.");
+    EXPECT_EQ(checkOf(true, {}).state, CheckState::fine);
+    const Check other = checkOf(true, "python3 (process 7)");
+    EXPECT_EQ(other.state, CheckState::wrong);
+    EXPECT_EQ(other.sentence, "TCP port 52780 of lumbrine-web is taken by python3 (process 7).");
+}
+
 } // namespace
 } // namespace lumbrine

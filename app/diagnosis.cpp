@@ -29,13 +29,31 @@ std::vector<Check> diagnosis(const PublishedState& published, HostSystem system,
         addressCheck(c),
         announcementCheck(c),
         midiCheck(c),
+        connectionCheck(c),
         surfaceCheck(c, {"surface-a", "Lumbrine", "1-8", published.huiConnected, health.surfaceAWasHeard}),
         surfaceCheck(c, {"surface-b", "Lumbrine B", "9-16", published.winW == stripCount, health.surfaceBWasHeard}),
+        faderCheck(c),
         mapCheck(c),
         scriptingCheck(c)};
     if (onMac) checks.push_back(screenCheck(c));
     checks.push_back(phoneCheck(c));
     return checks;
+}
+
+Check outputCheck(std::size_t backlog, const Bilingual& text) {
+    constexpr std::size_t usual = 50; // a burst of lines that the reader has yet to see
+    Check check{.id = "output",
+                .state = CheckState::fine,
+                .title = text("Standard output", "標準出力"),
+                .sentence = text("It takes every line of the log.", "ログはすべて出力されています。")};
+    if (backlog <= usual) return check;
+    const std::string count = std::to_string(backlog);
+    check.state = CheckState::wrong;
+    check.sentence = text("Nobody reads it: " + count + " lines of the log wait or are lost.",
+                          "読み取られていないため、ログ " + count + " 行が滞っているか失われています。");
+    check.remedy = text("Faders work all the same. End or wake the program that reads it.",
+                        "フェーダーの動作には影響しません。標準出力を読み取るプログラムを確認してください。");
+    return check;
 }
 
 bool isAnyWrong(const std::vector<Check>& checks) {

@@ -5,6 +5,7 @@
 #include "base/bilingual.h"
 #include "model/state/published_state.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +34,9 @@ enum class HostSystem { linuxDesktop, mac };
 
 // From the network inwards to Pro Tools, then the phone. Always the same checks in the same order.
 std::vector<Check> diagnosis(const PublishedState& published, HostSystem system, const Bilingual& text);
+
+// Of the program that the receiver runs in: how many lines of its log standard output has not taken yet.
+Check outputCheck(std::size_t backlog, const Bilingual& text);
 
 bool isAnyWrong(const std::vector<Check>& checks);
 

@@ -67,6 +67,35 @@ TEST_F(DiagnosisTest, SaysHowToSetUpProToolsUntilItIsHeard) {
     EXPECT_EQ(state("surface-b"), CheckState::fine);
 }
 
+TEST_F(DiagnosisTest, KnowsWhetherAProgramHasTakenThePorts) {
+    bench.start();
+    EXPECT_EQ(state("connections"), CheckState::unknown);
+    bench.midi.connected = false;
+    bench.run(1s);
+    EXPECT_EQ(check("connections").sentence, "No program is connected to both ports “Lumbrine”.");
+    bench.midi.connected = true;
+    bench.run(1s);
+    EXPECT_EQ(check("connections").sentence, "A program is connected to “Lumbrine” and “Lumbrine B”.");
+}
+
+TEST_F(DiagnosisTest, KnowsWhetherTheFadersFollow) {
+    bench.start();
+    bench.surfaceA.pingEverySecond();
+    bench.surfaceA.fader(2, 0.25);
+    bench.run(1s);
+    EXPECT_EQ(check("faders").sentence, "No phone has moved a fader yet.");
+    const auto phone = bench.phone("192.168.1.7");
+    phone->send({0x01, 0x01, 0x02, 0x20, 0x00});
+    bench.run(1s);
+    EXPECT_EQ(state("faders"), CheckState::unknown);
+    bench.run(1s);
+    EXPECT_EQ(check("faders").sentence, "Pro Tools' fader did not follow the last move.");
+    phone->send({0x01, 0x01, 0x02, 0x30, 0x00});
+    bench.surfaceA.fader(2, 0.75);
+    bench.run(1s);
+    EXPECT_EQ(state("faders"), CheckState::fine);
+}
+
 TEST_F(DiagnosisTest, FindsProToolsGoneWithinThreeSeconds) {
     bench.start();
     bench.surfaceA.pingEverySecond();

@@ -24,6 +24,7 @@
 #include <cstdio>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -99,6 +100,7 @@ int run() {
         // A service manager may start it again when the port is free.
         tellWhoHasThePort(model->port());
         status = 1;
+        PosixProcessEnd::setStatus(status);
         end();
     });
     LinuxDatagramSockets sockets;
@@ -114,7 +116,10 @@ int run() {
     end = [&] { endReceiver(loop, runtime, process, streams, model); };
     ServiceStatus serviceStatus(system);
     followStatus(loop, serviceStatus, model, text);
-    const CheckService checks(loop, model->port(), [&] { return model ? &model->published() : nullptr; });
+    const CheckService checks(loop, model->port(), [&]() -> std::optional<ReceiverNow> {
+        if (!model) return std::nullopt;
+        return ReceiverNow{.published = model->published(), .outputBacklog = output.backlog()};
+    });
     loop.run();
     return status;
 }

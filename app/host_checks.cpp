@@ -28,6 +28,30 @@ Check midiCheck(const Case& c) {
     return check;
 }
 
+// Which program it is, MIDI systems do not say; whether it is Pro Tools, its pings do.
+Check connectionCheck(const Case& c) {
+    const std::optional<bool> a = c.health.surfaceAIsTaken, b = c.health.surfaceBIsTaken;
+    Check check{.id = "connections",
+                .state = CheckState::fine,
+                .title = c.text("MIDI connections", "MIDI 接続"),
+                .sentence = {}};
+    if (c.health.midi.state != Link::up || !a || !b) {
+        check.state = CheckState::unknown;
+        check.sentence = c.text("The MIDI system does not tell who uses the ports.",
+                                "MIDI システムからはポートの使用状況を確認できません。");
+    } else if (!*a) {
+        check.state = CheckState::waiting;
+        check.sentence = c.text("No program is connected to both ports “Lumbrine”.",
+                                "入出力とも「Lumbrine」に接続しているプログラムはありません。");
+    } else {
+        check.sentence = *b ? c.text("A program is connected to “Lumbrine” and “Lumbrine B”.",
+                                     "「Lumbrine」と「Lumbrine B」にプログラムが接続しています。")
+                            : c.text("A program is connected to “Lumbrine”, none to “Lumbrine B”.",
+                                     "「Lumbrine」にプログラムが接続しています（「Lumbrine B」は未接続）。");
+    }
+    return check;
+}
+
 namespace {
 
 std::string recipe(const Case& c, const std::string& port) {
@@ -63,6 +87,31 @@ Check surfaceCheck(const Case& c, const SurfaceCase& surface) {
         check.sentence = c.text("Pro Tools has not talked to “" + surface.port + "” yet.",
                                 "Pro Tools はまだ「" + surface.port + "」と通信していません。");
         check.remedy = recipe(c, surface.port);
+    }
+    return check;
+}
+
+Check faderCheck(const Case& c) {
+    Check check{.id = "faders",
+                .state = CheckState::fine,
+                .title = c.text("Faders", "フェーダー"),
+                .sentence = c.text("Pro Tools' faders follow the phone.",
+                                   "Pro Tools のフェーダーがスマートフォンの操作に追従しています。")};
+    if (!c.published.huiConnected) {
+        check.state = CheckState::unknown;
+        check.sentence = c.text("Not known without Pro Tools.", "Pro Tools に接続していないため確認できません。");
+    } else if (!c.health.fadersFollow) {
+        check.state = CheckState::unknown;
+        check.sentence =
+            c.text("No phone has moved a fader yet.", "スマートフォンからフェーダーはまだ操作されていません。");
+    } else if (!*c.health.fadersFollow) {
+        check.state = CheckState::wrong;
+        check.sentence = c.text("Pro Tools' fader did not follow the last move.",
+                                "直前の操作に Pro Tools のフェーダーが追従しませんでした。");
+        check.remedy = c.text("In Pro Tools' Setup ▸ Peripherals ▸ MIDI Controllers, Receive From and Send To must be "
+                              "the same port: “Lumbrine” in one row, “Lumbrine B” in the other.",
+                              "Pro Tools の 設定 ▸ ペリフェラル ▸ MIDI コントローラー で、Receive From と Send To を"
+                              "同じポートにしてください（1 行は「Lumbrine」、もう 1 行は「Lumbrine B」）。");
     }
     return check;
 }

@@ -68,6 +68,13 @@ void MIDIHost::send(ByteView message) {
     if (from != 0 && !message.empty() && services.received(from, message) != 0) ++droppedCount;
 }
 
+std::optional<bool> MIDIHost::isTaken() const {
+    if (source == 0 || destination == 0) return std::nullopt;
+    const auto heard = services.isConnected(source), spokenTo = services.isConnected(destination);
+    if (!heard || !spokenTo) return std::nullopt;
+    return *heard && *spokenTo;
+}
+
 void MIDIHost::announcePresence(int times) {
     const int count = std::max(times, 1);
     for (int i = 0; i < count; ++i) {

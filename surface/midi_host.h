@@ -11,6 +11,7 @@
 #include <expected>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace lumbrine {
@@ -46,6 +47,10 @@ public:
     // Sends one complete MIDI message as one packet, at once. Drops it when it is empty, and while there is no source.
     // Any thread.
     void send(ByteView message);
+
+    // Whether another program is connected to both ports; absent while they are not there, and where the system does
+    // not tell. On the thread of `start`.
+    std::optional<bool> isTaken() const;
 
     // The number of messages that the source could not send, since the start. Any thread.
     std::uint64_t dropped() const { return droppedCount; }

@@ -18,6 +18,7 @@
 
 #include <QApplication>
 #include <cstdio>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <utility>
@@ -89,7 +90,9 @@ int run(int count, char** arguments, bool hidden) {
         if (const auto there = weak.lock()) there->readAddress();
     });
     ReceiverApp app(std::move(model), loginItem, text, surroundings(runtime, LUMBRINE_VERSION));
-    const CheckService checks(loop, port, [&app] { return &app.published(); });
+    const CheckService checks(loop, port, [&app, &output] {
+        return std::optional(ReceiverNow{.published = app.published(), .outputBacklog = output.backlog()});
+    });
     DesktopRun{loop, runtime, process, streams, app, instance, identifier, begin, end, hidden}.run();
     return 0;
 }

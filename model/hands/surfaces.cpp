@@ -68,6 +68,15 @@ void Surfaces::note(State state, const std::string& detail) {
     published.changed();
 }
 
+void Surfaces::watchConnections() {
+    const auto a = midi->isTaken(), b = midiB->isTaken();
+    Health& health = published.health;
+    if (health.surfaceAIsTaken == a && health.surfaceBIsTaken == b) return;
+    health.surfaceAIsTaken = a;
+    health.surfaceBIsTaken = b;
+    published.changed();
+}
+
 void Surfaces::reportDropped() {
     const std::uint64_t dropped = midi->dropped() + midiB->dropped();
     if (std::exchange(droppedBefore, dropped) != dropped || droppedLogged == dropped) return;

@@ -33,6 +33,9 @@ public:
     // Main thread.
     void serviceChanged(bool isThere);
 
+    // Publishes whether another program is connected to the ports. Main thread.
+    void watchConnections();
+
     // Logs how many messages could not be sent, once for each run of them: when none has been added since the last
     // call. Main thread.
     void reportDropped();

@@ -25,6 +25,7 @@ void PeriodicTick::tick() {
     parts.pan.believeRings();
     if (state.published.iosConnected) parts.refresh.refresh();
     parts.owner.forgetTouches();
+    parts.surfaces.watchConnections();
     parts.surfaces.reportDropped();
 }
 

@@ -39,6 +39,7 @@ void SurfaceFeedback::showFader(Strip strip, double value) {
     shown.fader = value;
     shown.shownFader = value;
     shown.faderUnsure = false;
+    if (shown.mayKeepFaderBack(jobs.runtime.now())) state.published.health.fadersFollow = true;
     state.published.changed();
     const bool ownEcho = shown.touched && jobs.runtime.now() - shown.movedByClient < echoSilence;
     if (!ownEcho) parts.mirror.sendFaderToClient(strip, value);
@@ -50,7 +51,10 @@ void SurfaceFeedback::believeFaders() {
     for (int i = 0; i < stripCount; ++i) {
         const Strip strip = *Strip::of(i);
         StripState& shown = state.published.strip(strip);
-        if (shown.mayKeepFaderBack(jobs.runtime.now()) || !shown.believeShownFader()) continue;
+        if (shown.mayKeepFaderBack(jobs.runtime.now())) continue;
+        const bool followed = shown.faderUnsure || shown.fader == shown.shownFader;
+        if (!followed && shown.movedByClient != distantPast) state.published.health.fadersFollow = false;
+        if (!shown.believeShownFader()) continue;
         state.published.changed();
         if (i < state.published.winW) parts.mirror.sendFaderToClient(strip, shown.fader);
         parts.capture.faderShown(strip);

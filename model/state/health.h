@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace lumbrine {
@@ -29,6 +30,11 @@ struct Health {
     LinkHealth scripting;    // Pro Tools' scripting service
     LinkHealth screen;       // reading Pro Tools' windows. down: the user has not allowed it; the detail says "stale"
                              // when the system refuses although it is allowed
+
+    std::optional<bool> surfaceAIsTaken = {}; // another program is connected to both of its ports, like the next;
+    std::optional<bool> surfaceBIsTaken = {}; // absent where the system does not tell
+
+    std::optional<bool> fadersFollow = {}; // Pro Tools' did at a client's last move; absent before the first
 
     bool surfaceAWasHeard = false; // Pro Tools has pinged since the start, like the next
     bool surfaceBWasHeard = false;

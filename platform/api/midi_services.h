@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace lumbrine {
@@ -38,6 +39,10 @@ public:
     // Back ends whose service is always there ignore it.
     // NOLINTNEXTLINE(performance-unnecessary-value-param): by value for those that keep it
     virtual void onService(std::function<void(bool isThere)> /*changed*/) {}
+
+    // Whether another program is connected to the endpoint; absent where the system does not tell. Never blocks. Any
+    // thread.
+    virtual std::optional<bool> isConnected(MIDIEndpointRef /*endpoint*/) const { return std::nullopt; }
 
     // Gives the endpoint an ID by which other programs recognise it after a restart. Fails for a while after a restart,
     // as long as the system has not forgotten the former endpoint. Back ends without such IDs ignore it.

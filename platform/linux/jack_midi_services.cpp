@@ -37,9 +37,22 @@ MIDIStatus JackMIDIServices::createSource(MIDIClientRef client, const std::strin
 MIDIStatus JackMIDIServices::createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
                                                MIDIEndpointRef& destination) {
     if (client == 0 || client > clientCount) return -EINVAL;
-    if (destinations->addInput(name, std::move(read), returns[client]) == nullptr) return JackFailure;
+    JackInput* const input = destinations->addInput(name, std::move(read), returns[client]);
+    if (input == nullptr) return JackFailure;
+    inputs[destinationCount] = input;
     destination = firstDestination + destinationCount++;
     return 0;
+}
+
+std::optional<bool> JackMIDIServices::isConnected(MIDIEndpointRef endpoint) const {
+    const JackPort* port = nullptr;
+    if (endpoint < outputs.size()) {
+        port = outputs[endpoint].load();
+    } else if (endpoint >= firstDestination && endpoint - firstDestination < inputs.size()) {
+        port = inputs[endpoint - firstDestination].load();
+    }
+    if (port == nullptr) return std::nullopt;
+    return port->isConnected();
 }
 
 void JackMIDIServices::onReturn(MIDIClientRef client, std::function<void()> back) {

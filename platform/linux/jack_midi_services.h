@@ -34,6 +34,8 @@ public:
 
     void onReturn(MIDIClientRef client, std::function<void()> back) override;
 
+    std::optional<bool> isConnected(MIDIEndpointRef endpoint) const override;
+
     // Does nothing and succeeds: JACK identifies ports by their names only.
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override;
 
@@ -49,6 +51,7 @@ private:
     MIDIClientRef clientCount = 0;
     MIDIEndpointRef destinationCount = 0;
     std::array<std::atomic<JackOutput*>, JackClient::maxPorts + 1> outputs{}; // by source; 0 is none
+    std::array<std::atomic<JackInput*>, JackClient::maxPorts> inputs{};       // by number of the destination
     MIDIEndpointRef sourceCount = 0;
     std::map<MIDIClientRef, std::function<void()>> returns;
 

@@ -13,6 +13,10 @@ bool JackPort::registerWith(jack_client_t* client) {
     return port != nullptr;
 }
 
+void JackPort::lookAtConnections() {
+    connected.store(jack_port_connected(port) != 0, std::memory_order_relaxed);
+}
+
 std::string JackPort::fullName() const {
     return jack_port_name(port);
 }
@@ -33,6 +37,7 @@ bool JackOutput::send(ByteView event) {
 }
 
 bool JackOutput::process(jack_nframes_t frames) {
+    lookAtConnections();
     void* buffer = jack_port_get_buffer(port, frames);
     jack_midi_clear_buffer(buffer);
     const std::size_t largest = jack_midi_max_event_size(buffer);
@@ -60,6 +65,7 @@ JackInput::JackInput(std::string portName, std::function<void(ByteView)> read, s
       ring(jackPortCapacity) {}
 
 bool JackInput::process(jack_nframes_t frames) {
+    lookAtConnections();
     void* buffer = jack_port_get_buffer(port, frames);
     const std::uint32_t count = jack_midi_get_event_count(buffer);
     for (std::uint32_t i = 0; i < count; ++i) {

@@ -38,6 +38,9 @@ public:
     // The receive thread's part: passes the events that have arrived to the reader. `scratch` has room for the longest.
     virtual void deliver(std::span<std::uint8_t> scratch) = 0;
 
+    // Whether another program's port was connected in the last cycle. Any thread.
+    bool isConnected() const { return connected; }
+
     // The name with that of its client ("Lumbrine:Lumbrine"), and whether the port is connected to the other one. Only
     // while the client is open, and on the server thread.
     std::string fullName() const;
@@ -52,10 +55,14 @@ protected:
     // Removes the waiting events: they are from before the server's restart, and outdated.
     virtual void forget() = 0;
 
+    // On the realtime thread, in each cycle.
+    void lookAtConnections();
+
     jack_port_t* port = nullptr;
     std::atomic<std::uint64_t> droppedCount{0};
 
 private:
+    std::atomic<bool> connected{false};
     const unsigned long flags;
 };
 

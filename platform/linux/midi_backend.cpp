@@ -107,6 +107,9 @@ public:
         choice->made().onReturn(client, std::move(back));
     }
     void onService(std::function<void(bool)> changed) override { choice->changed = std::move(changed); }
+    std::optional<bool> isConnected(MIDIEndpointRef endpoint) const override {
+        return choice->made().isConnected(endpoint);
+    }
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override {
         return choice->made().setUniqueID(endpoint, uniqueID);
     }

@@ -16,10 +16,11 @@ const std::string table =
     "00:00000000 00000000  1000        0 2222 2 0000000000000000 0\n";
 
 TEST(PortHolder, FindsTheSocketInTheSystemsTable) {
-    EXPECT_EQ(socketOfPort(table, 52700), "2222");
-    EXPECT_EQ(socketOfPort(table, 52701), std::nullopt);
-    EXPECT_EQ(socketOfPort("no table\n", 0), std::nullopt);
-    EXPECT_EQ(socketOfPort("", 52700), std::nullopt);
+    EXPECT_EQ(socketOfPort(table, 52700, unconnected), "2222");
+    EXPECT_EQ(socketOfPort(table, 52700, listening), std::nullopt);
+    EXPECT_EQ(socketOfPort(table, 52701, unconnected), std::nullopt);
+    EXPECT_EQ(socketOfPort("no table\n", 0, unconnected), std::nullopt);
+    EXPECT_EQ(socketOfPort("", 52700, unconnected), std::nullopt);
 }
 
 TEST(PortHolder, NamesTheProgram) {

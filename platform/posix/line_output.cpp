@@ -34,6 +34,11 @@ void LineOutput::print(const std::string& line) {
     changed.notify_one();
 }
 
+std::size_t LineOutput::backlog() {
+    const std::lock_guard lock(mutex);
+    return waiting.size() + missing;
+}
+
 void LineOutput::flush() {
     std::unique_lock lock(mutex);
     written.wait(lock, [this] { return waiting.empty() && !writing; });

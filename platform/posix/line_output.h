@@ -33,6 +33,9 @@ public:
     // Adds a line, without its newline. Never waits for the reader. Any thread.
     void print(const std::string& line);
 
+    // How many lines wait or were dropped since the newest of those that wait. Any thread.
+    std::size_t backlog();
+
     // Waits until the lines that were added before are written, however long the reader takes. For a program that ends
     // without destructors. Any thread but the writer's.
     void flush();

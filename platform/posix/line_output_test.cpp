@@ -80,6 +80,7 @@ TEST_F(LineOutputTest, FlushesWhatWaits) {
 
 TEST_F(LineOutputTest, WaitsForNobodyAndTellsHowManyLinesWereDropped) {
     printMoreThanFits(); // would never end if it waited
+    EXPECT_GT(output->backlog(), LineOutput::capacity);
     while (kept + told < moreThanFits)
         count(readLine());
     EXPECT_EQ(kept + told, moreThanFits);

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -29,6 +30,7 @@ public:
     MIDIStatus createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
                                  MIDIEndpointRef& destination) override;
     void onService(std::function<void(bool isThere)> changed) override { serviceChanged = std::move(changed); }
+    std::optional<bool> isConnected(MIDIEndpointRef /*endpoint*/) const override { return connected; }
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override;
     MIDIStatus received(MIDIEndpointRef source, ByteView message) override;
 
@@ -37,6 +39,9 @@ public:
 
     // For tests to say that the MIDI service is lost or there; the ports do not change.
     std::function<void(bool isThere)> serviceChanged = [](bool) {};
+
+    // For tests to say whether the MIDI service tells of connections, and what it tells.
+    std::optional<bool> connected;
 
 private:
     class Hub;

@@ -119,6 +119,26 @@ TEST(Check, ListsASecondReceiverOnTheNetwork) {
     EXPECT_THAT(result.output, Not(HasSubstr("Found again")));
 }
 
+TEST(Check, KnowsThatAProgramHasTakenThePorts) {
+    const PrivateJack jack;
+    const ReceiverProcess receiver;
+    const std::string free = "… MIDI connections: No program is connected to both ports “Lumbrine”.\n";
+    EXPECT_THAT(checkUntil(receiver.port, free).output, HasSubstr(free));
+    const HostPorts host("Lumbrine");
+    const std::string taken = "✓ MIDI connections: A program is connected to “Lumbrine”, none to “Lumbrine B”.\n";
+    EXPECT_THAT(checkUntil(receiver.port, taken).output, HasSubstr(taken));
+}
+
+TEST(Check, FindsThatTheScriptingServiceRefuses) {
+    if (!interop::inOwnWorld()) GTEST_SKIP() << "somebody may offer the service here";
+    const ReceiverProcess receiver({.jack = noJack});
+    ClientSocket client(receiver.port);
+    client.send(Bytes{0x01, 0x00}); // Hello
+    client.send(Bytes{0x01, 0x0C}); // Recalibrate: asks the service as well
+    const std::string missing = "? Scripting service: Full names and colours are missing: ";
+    EXPECT_THAT(checkUntil(receiver.port, missing).output, HasSubstr(missing));
+}
+
 TEST(Check, FindsThatProToolsHasStoppedTalking) {
     const PrivateJack jack;
     const ReceiverProcess receiver;

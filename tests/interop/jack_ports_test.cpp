@@ -79,6 +79,22 @@ TEST_P(JackPorts, HaveTheNamesOfTheSurfaces) {
     EXPECT_THAT(jack.shortNames("input", "midi"), UnorderedElementsAre("Lumbrine", "Lumbrine B"));
 }
 
+TEST_P(JackPorts, KnowWhetherAnybodyIsConnected) {
+    ASSERT_EQ(createPorts(a), 0);
+    const auto isConnected = [this](bool wanted) {
+        return waitUntil(
+            [&] { return services.isConnected(a.source) == wanted && services.isConnected(a.destination) == wanted; });
+    };
+    EXPECT_TRUE(isConnected(false));
+    connectHost(a);
+    EXPECT_TRUE(isConnected(true));
+    a.host.reset();
+    EXPECT_TRUE(isConnected(false));
+    EXPECT_EQ(services.isConnected(0), std::nullopt);
+    EXPECT_EQ(services.isConnected(a.source + 1), std::nullopt);
+    EXPECT_EQ(services.isConnected(a.destination + 1), std::nullopt);
+}
+
 TEST_P(JackPorts, RefuseASecondPortOfTheSameName) {
     ASSERT_EQ(createPorts(a), 0);
     MIDIEndpointRef second = 0;
