@@ -1,6 +1,6 @@
 #include "model/bank/bank_map.h"
 
-#include <utility>
+#include "model/state/display_name.h"
 
 namespace lumbrine {
 
@@ -56,7 +56,8 @@ void BankMap::learn(const TrackNames& shown, std::size_t position) {
     std::vector<Track>& tracks = state.published.session.tracks;
     for (std::size_t slot = 0; slot < shown.size() && position + slot < tracks.size(); ++slot) {
         Track& track = tracks[position + slot];
-        if (std::exchange(track.displayKnown, true)) continue;
+        if (track.displayKnown || !mayShow(shown[slot], track.name.value_or(""))) continue;
+        track.displayKnown = true;
         track.display = shown[slot];
         state.published.changed();
         state.fullTableDirty = true;

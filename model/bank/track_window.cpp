@@ -78,7 +78,8 @@ int placeOf(std::span<const Track> tracks, std::span<const std::string> window) 
 } // namespace
 
 bool isShownAs(const Track& track, std::string_view display) {
-    return track.displayKnown ? track.display == display : mayShow(display, track.name.value_or(""));
+    const bool showedItBefore = track.display == display && (track.displayKnown || !display.empty());
+    return showedItBefore || (!track.displayKnown && mayShow(display, track.name.value_or("")));
 }
 
 bool fitsSomewhere(std::span<const Track> tracks, std::span<const std::string> window) {

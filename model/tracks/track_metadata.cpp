@@ -1,5 +1,6 @@
 #include "model/tracks/track_metadata.h"
 
+#include "model/state/display_name.h"
 #include "screen/pt_mix_comments.h"
 #include "screen/pt_track_list.h"
 
@@ -132,7 +133,9 @@ void TrackMetadata::refreshFromScreen() {
 
 void TrackMetadata::adopt(const std::vector<TrackList>& candidates, std::string_view source) {
     const std::size_t wanted = state.published.session.size();
-    const auto chosen = std::ranges::find(candidates, wanted, &TrackList::size);
+    auto chosen = std::ranges::find(candidates, wanted, &TrackList::size);
+    // As many hidden tracks as the displays show too many may be chance.
+    if (chosen != candidates.begin() && chosen != candidates.end() && misfitsOf(*chosen) > 0) chosen = candidates.end();
     if (chosen != candidates.end()) showsHidden = chosen != candidates.begin();
     bankedTracks = identitiesOf(candidates[showsHidden && candidates.size() > 1 ? 1 : 0]);
     bankedIsFromService = source == "PTSL";
@@ -167,12 +170,25 @@ void TrackMetadata::reportMismatch(const std::vector<TrackList>& candidates) con
                        "フルネーム: 件数不一致（" + counts + "）→ 4文字表示のまま");
 }
 
-// Of tracks that were given another name.
+// Of tracks that were given another name, perhaps before the first list. Where most displays differ from the names, the
+// host shortens names in a way of its own.
 void TrackMetadata::forgetDisplays(const TrackList& list) {
     std::vector<Track>& tracks = state.published.session.tracks;
-    for (std::size_t i = 0; i < tracks.size(); ++i)
-        if (!tracks[i].id.empty() && tracks[i].id == list[i].id && tracks[i].name != list[i].name)
-            tracks[i].displayKnown = false;
+    const bool namesTell = 2 * misfitsOf(list) <= tracks.size();
+    for (std::size_t i = 0; i < tracks.size(); ++i) {
+        const bool isRenamed = !tracks[i].id.empty() && tracks[i].id == list[i].id && tracks[i].name != list[i].name;
+        if (isRenamed || (namesTell && !mayShow(tracks[i].display, list[i].name))) tracks[i].displayKnown = false;
+    }
+}
+
+// How many tracks have a display that their name in the list cannot have.
+std::size_t TrackMetadata::misfitsOf(const TrackList& list) const {
+    std::size_t misfits = 0;
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        const Track& track = state.published.session.tracks[i];
+        misfits += track.displayKnown && !mayShow(track.display, list[i].name) ? 1 : 0;
+    }
+    return misfits;
 }
 
 // A list from the screen has no ids. A track that keeps its name is taken for the same one. Where another track is now,

@@ -38,8 +38,8 @@ public:
     void somethingHappened();
 
     // Gives the session's tracks what a list says of them. The displays' names are abbreviations, so a list is matched
-    // by position, and only one that has as many tracks as the session. The first such list counts; if there is none,
-    // that is logged and everything stays. `source` ("PTSL", "AX") is for the log. What changes is sent to the client.
+    // by position, and only one that has as many tracks as the session. The first such list counts, a later one only
+    // where all displays may be of its names; if there is none, that is logged and everything stays. `source` ("PTSL", "AX") is for the log. What changes is sent to the client.
     // Main thread.
     void adopt(const std::vector<TrackList>& candidates, std::string_view source);
 
@@ -75,6 +75,7 @@ private:
     bool noteFailure(const PTSLFailure& failure, TimePoint asked);
     void refreshFromScreen();
     bool hasOtherOrder(const TrackList& list) const;
+    std::size_t misfitsOf(const TrackList& list) const;
     void reportMismatch(const std::vector<TrackList>& candidates) const;
     void adoptNames(const TrackList& list, std::string_view source);
     void forgetDisplays(const TrackList& list);

@@ -23,12 +23,33 @@ protected:
 class JapaneseTrackAdoptionTest : public JapaneseMetadataTest {};
 
 TEST_F(TrackAdoptionTest, TakesTheFirstListWithAsManyTracksAsTheMap) {
+    bench.setTrackMap({"Tra1", "Tra2", "Tra3"}, 0);
     adoption.adopt({listOf(2), listOf(3)}, "PTSL");
     EXPECT_THAT(namesOf(published.session), ElementsAre("Track 1", "Track 2", "Track 3"));
     TrackList others = listOf(3);
     others[0].name = "Other";
     adoption.adopt({others, listOf(3)}, "PTSL");
     EXPECT_EQ(namesOf(published.session)[0], "Other");
+}
+
+TEST_F(TrackAdoptionTest, TakesAListWithHiddenTracksOnlyWhereEveryDisplayMayBeOfItsName) {
+    bench.setTrackMap({"Tra1", "Tra3", "Tra3"}, 0);
+    adoption.adopt({listOf(2), listOf(3)}, "PTSL");
+    EXPECT_THAT(namesOf(published.session), IsEmpty());
+    EXPECT_THAT(bench.lines, ElementsAre("Full names: count mismatch (2, 3 / HUI 3) → keeping 4-char names"));
+}
+
+TEST_F(TrackAdoptionTest, ExpectsTheNewNameOfATrackThatWasRenamedBeforeTheFirstList) {
+    bench.setTrackMap({"Tra1", "Old", "Tra3", "Tra4", "Tra5", "Tra6", "Tra7", "Tra8"}, 0);
+    adoption.adopt({listOf(8)}, "PTSL");
+    BankMap& map = bench.parts().bankMap;
+    for (const std::string display : {"Old", "Tra2"}) { // which may come before the list, or behind it
+        for (std::size_t strip = 0; strip < 8; ++strip)
+            state.published.strips[strip].name = strip == 1 ? display : published.session.tracks[strip].display;
+        map.relocalize();
+        EXPECT_EQ(published.bankOffset, 0) << display;
+    }
+    EXPECT_EQ(published.session.tracks[1].display, "Tra2");
 }
 
 TEST_F(TrackAdoptionTest, ForgetsWhatTheSurfacesShowedOfATrackThatIsElsewhereNow) {

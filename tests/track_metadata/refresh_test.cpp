@@ -31,6 +31,7 @@ TEST_F(RefreshTest, LeavesHiddenTracksOutWhenTheSurfacesDo) {
 }
 
 TEST_F(RefreshTest, CountsHiddenTracksWhenTheSurfacesDo) {
+    bench.setTrackMap({"A", "H", "B"}, 0);
     serve(R"({"name":"A"},{"name":"H","track_attributes":{"is_hidden":"SetImplicitly"}},{"name":"B"})");
     refresh();
     EXPECT_THAT(namesOf(published.session), ElementsAre("A", "H", "B"));
