@@ -45,6 +45,7 @@ void SeekWorker::request(int target, std::optional<Ownership> owner) {
     const PublishedState& published = state.published;
     if (!published.huiConnected) return parts.drops.tell(command_name::bankMove, DropReason::notConnected);
     const BankLayout session{.tracks = static_cast<int>(published.session.size()), .width = published.winW};
+    if (published.session.empty()) return parts.drops.tell(command_name::bankMove, DropReason::positionUnknown);
     if (session.maxOffset() == 0 && published.session.sure) return;
     if (!state.quiet() && published.banksUsedBy != BankUser::seek)
         return parts.drops.tell(command_name::bankMove, DropReason::surfacesBusy);

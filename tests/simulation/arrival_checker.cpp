@@ -95,11 +95,24 @@ private:
                });
     }
 
-    // Its map is not the session's, so it cannot know where the surfaces are, and tells.
+    // Its map is not the session's, or may not be, so it cannot know where the surfaces are, and tells.
     bool isGivenUp(const SeekRequest& seek, const JobRun* run, TimePoint end) const {
-        return run != nullptr && !isMapOf(run->hostAtFirst, run->mapAtFirst) &&
-               std::ranges::any_of(evidence.lines, [&](const auto& line) {
+        const bool mapIsWrong = run != nullptr && !isMapOf(run->hostAtFirst, run->mapAtFirst);
+        return (mapIsWrong || mapMayBeWrong(seek.at)) && std::ranges::any_of(evidence.lines, [&](const auto& line) {
                    return line.first >= seek.at - runOfDrops && line.first <= end && line.second.starts_with(dropped);
+               });
+    }
+
+    // What happened during the last scan may have misled it, until another one says the same.
+    bool mapMayBeWrong(TimePoint at) const {
+        const JobRun* last = nullptr;
+        for (const JobRun& run : evidence.jobs.runs)
+            if (run.job == Job::scan && run.after <= at) last = &run;
+        if (last == nullptr) return false;
+        return std::ranges::any_of(evidence.record.lists,
+                                   [&](const TrackList& list) { return last->mayHaveBeenAt(list.at); }) ||
+               std::ranges::any_of(evidence.disturbances, [&](const Stretch& trouble) {
+                   return trouble.first <= last->after && trouble.last >= last->before;
                });
     }
 

@@ -101,6 +101,20 @@ TEST_F(Arrivals, AreNotDueWhereTheMapIsNotTheSessionsAndTheLogTellsIt) {
     EXPECT_THAT(check(), SizeIs(1));
 }
 
+TEST_F(Arrivals, NeedAMapThatNothingHasDisturbed) {
+    arrive(5.5, 8);
+    evidence.lines = {{at(5.1), "✗ Dropped bank move: the bank position is unknown"}};
+    run(Job::scan, 0.5, 1.9, {"A"});
+    EXPECT_THAT(check(), SizeIs(1));
+    evidence.disturbances = {{at(0.7), at(1)}};
+    EXPECT_THAT(check(), IsEmpty());
+    evidence.disturbances.clear();
+    evidence.record.lists.push_back({at(1), evidence.record.lists[0].ids});
+    EXPECT_THAT(check(), IsEmpty());
+    evidence.lines.clear();
+    EXPECT_THAT(check(), SizeIs(1));
+}
+
 TEST_F(Arrivals, AreDueOfTheNewestWishAlone) {
     ask(5.3, 9);
     arrive(5.5, 9);
