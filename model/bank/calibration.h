@@ -64,6 +64,7 @@ private:
     bool goesOn(int presses, TimePoint since) const;
     void returnTo(const SurveyedBank& start, std::size_t banks);
     bool rewind();
+    bool lostItsWay(const TrackSurvey& survey);
     Session walk(bool topIsSure);
     void printLearned(const TrackSurvey& survey, const Session& session) const;
     enum class KeyThatShowedNothing { metTheEnd, moved, wasLost, isUnclear };
@@ -72,7 +73,8 @@ private:
     SurveyedBank stepBack(const SurveyedBank& shown, bool mayShowNothing);
 
     // On the main thread
-    void commit(Session scanned);
+    void forgetSession();
+    bool commit(Session scanned); // true when the map is sure
     void finish();
     void retryOrGiveUp();
     void scanAnew();
@@ -85,7 +87,10 @@ private:
     Session forgotten;               // what the next scan may find unchanged
     std::vector<std::string> listed; // of the scan under way, or the last one, like the next
     bool hiddenAreListed = false;    // perhaps, among these
-    bool surfacesChanged = false;    // one came or went, which ended the scan
+    TimePoint began = distantPast;   // the scan under way, or the last one, like the next
+    bool wasInterrupted = false;     // a surface came, went or was silent
+    bool wasClosed = false;          // the session, so that another one may be open now
+    bool isContradicted = false;     // by the list of the scripting service
 };
 
 } // namespace lumbrine

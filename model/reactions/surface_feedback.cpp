@@ -3,6 +3,7 @@
 #include "base/blank_text.h"
 #include "model/hands/display_text.h"
 
+#include <algorithm>
 #include <cassert>
 #include <utility>
 
@@ -103,6 +104,8 @@ void SurfaceFeedback::showName(Strip strip, const std::string& name) {
     changed.forgetHiddenPan(state.published.panRight);
     for (StripState& any : state.published.strips)
         any.mayHaveAnotherTrack(jobs.runtime.now());
+    if (std::ranges::all_of(state.published.shownStrips(), isBlank, &StripState::name))
+        state.scans.emptiedAt = jobs.runtime.now();
     state.published.changed();
     parts.mirror.sendTrackNameToClient(strip, name);
     parts.bankMap.relocalize();

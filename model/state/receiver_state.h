@@ -46,8 +46,9 @@ struct ScanState {
     TimePoint lastAutoCalibrationAt = distantPast;
     bool calibrationRetried = false;
     bool warnedTransportSkip = false;
-    bool repeated = false;   // the last one found what the one before had found: a third would as well
-    bool sawNothing = false; // the last one found a session without tracks
+    bool repeated = false;             // the last one found what the one before had found: a third would as well
+    bool sawNothing = false;           // the last one found a session without tracks
+    TimePoint emptiedAt = distantPast; // when the last shown name went
 };
 
 // How it goes with Pro Tools' scripting service.

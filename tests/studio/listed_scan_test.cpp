@@ -94,7 +94,13 @@ TEST(ListedScan, GoesByTheSurfacesWhereTheListIsOfAnotherSession) {
     tellNames(studio, std::vector<std::string>(30, "Other"));
     ASSERT_TRUE(studio.mapSession(30s));
     EXPECT_EQ(displaysOf(studio.shown().session), displayNames(20));
-    EXPECT_EQ(studio.shown().bankOffset, 0);
+    EXPECT_EQ(studio.shown().bankOffset, -1); // until another scan finds the same
+    EXPECT_EQ(studio.hostOffset(), 0);
+    ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().bankOffset == 0; }, 15s));
+    EXPECT_EQ(displaysOf(studio.shown().session), displayNames(20));
+    ASSERT_TRUE(studio.untilQuiet(5s));
+    studio.run(60s);
+    EXPECT_EQ(studio.logged("▶ Scanning all tracks… (PT's display will move briefly)"), 2);
 }
 
 // Four letters are enough for a list that has not been told of a change.

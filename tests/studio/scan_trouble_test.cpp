@@ -56,9 +56,34 @@ TEST(Scan, IsRepeatedAfterASurfaceWasLostInIt) {
     Studio studio(numberedTracks(64), {.surfaces = 2});
     ASSERT_TRUE(studio.runUntil([&studio] { return studio.hostOffset() == 16; }, 20s));
     studio.proTools->silence(1, 6s);
-    ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().session.size() == 64u; }, 60s));
+    ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().bankOffset >= 0; }, 60s));
     ASSERT_TRUE(studio.untilQuiet(10s));
+    EXPECT_EQ(displaysOf(studio.shown().session), displayNames(64));
     EXPECT_EQ(studio.shown().bankOffset, studio.hostOffset());
+}
+
+TEST(Scan, IsRepeatedAfterProToolsWasSilentInIt) {
+    Studio studio(numberedTracks(30));
+    studio.proTools->scrollTo(20);
+    ASSERT_TRUE(studio.runUntil([&studio] { return studio.hostOffset() == 15; }, 20s)); // on the way to the top
+    studio.proTools->silence(0, 5s);
+    ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().bankOffset >= 0; }, 60s));
+    ASSERT_TRUE(studio.untilQuiet(10s));
+    EXPECT_EQ(displaysOf(studio.shown().session), displayNames(30));
+    EXPECT_EQ(studio.shown().bankOffset, studio.hostOffset());
+}
+
+TEST(Scan, IsRepeatedAfterAnotherSessionWasOpenedInIt) {
+    for (const Duration after : {100ms, 500ms, 1000ms, 1500ms, 2000ms, 3000ms}) {
+        Studio studio(numberedTracks(12), {.sessionOpensAfter = 400ms});
+        ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().calibrating(); }, 20s));
+        studio.run(after);
+        studio.proTools->exchangeSession(numberedTracks(30));
+        ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().bankOffset >= 0; }, 60s));
+        ASSERT_TRUE(studio.untilQuiet(10s));
+        EXPECT_EQ(displaysOf(studio.shown().session), displayNames(30));
+        EXPECT_EQ(studio.shown().bankOffset, studio.hostOffset());
+    }
 }
 
 TEST(Scan, RepeatsAKeyThatWasLost) {
