@@ -39,8 +39,8 @@ public:
 
     // Gives the session's tracks what a list says of them. The displays' names are abbreviations, so a list is matched
     // by position, and only one that has as many tracks as the session. The first such list counts, a later one only
-    // where all displays may be of its names; if there is none, that is logged and everything stays. `source` ("PTSL", "AX") is for the log. What changes is sent to the client.
-    // Main thread.
+    // where all displays may be of its names; if there is none, that is logged and everything stays. `source` ("PTSL",
+    // "AX") is for the log. What changes is sent to the client. Main thread.
     void adopt(const std::vector<TrackList>& candidates, std::string_view source);
 
     // Reads the comments that the Mix window shows, when the screen may be read again. What cannot be read stays as it
