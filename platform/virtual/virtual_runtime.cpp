@@ -1,6 +1,5 @@
 #include "platform/virtual/virtual_runtime.h"
 
-#include "platform/posix/os_thread.h"
 #include "platform/virtual/virtual_main_queue.h"
 #include "platform/virtual/virtual_scheduler.h"
 #include "platform/virtual/virtual_serial_queue.h"
@@ -92,7 +91,7 @@ private:
 } // namespace
 
 VirtualRuntime::VirtualRuntime(const Options& options)
-    : core(std::make_unique<StayOnThisCore>()), scheduler(std::make_unique<VirtualScheduler>(options)),
+    : scheduler(std::make_unique<VirtualScheduler>(options)),
       mainQueue(std::make_unique<VirtualMainQueue>(*scheduler, options.timerOrder)),
       locks(std::make_unique<Locks>(*scheduler)), delayed(std::make_unique<Background>(*scheduler)),
       firstSeed(options.seed) {}

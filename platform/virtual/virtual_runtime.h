@@ -1,7 +1,7 @@
 // Virtual time: runs a whole program in one process, hours of it in seconds, and the same way each time for the same
 // seed.
 //
-// Every thread and every job is a real thread, but exactly one of them runs at a time. At every sleep, lock, unlock,
+// Every thread and every job has a stack of its own, but exactly one runs at a time. At every sleep, lock, unlock,
 // post, hop, send and receive the running thread passes on the baton, and the seed chooses the next thread among those
 // that are ready. When no thread is ready, time jumps to the next deadline. When there is no deadline either, the
 // program is deadlocked: it prints the seed and what every thread waits for, and aborts. It also aborts when very many
@@ -26,7 +26,6 @@
 
 namespace lumbrine {
 
-class StayOnThisCore;
 class VirtualMainQueue;
 class VirtualScheduler;
 
@@ -129,7 +128,6 @@ private:
 
     bool drainMain(Duration limit, const std::function<bool()>* condition);
 
-    std::unique_ptr<StayOnThisCore> core;
     std::unique_ptr<VirtualScheduler> scheduler;
     std::unique_ptr<VirtualMainQueue> mainQueue;
     std::unique_ptr<Locks> locks;

@@ -1,6 +1,5 @@
 #include "platform/virtual/virtual_scheduler.h"
 
-#include "platform/posix/os_thread.h"
 #include "platform/virtual/split_mix.h"
 
 #include <algorithm>
@@ -24,7 +23,7 @@ VirtualScheduler::VirtualScheduler(const VirtualRuntime::Options& options)
       inOrder(options.turns == VirtualRuntime::Options::Turns::inOrder), choices(options.seed), draws(~options.seed),
       standstills(options.seed ^ 1, options.standstill), mainStandstills(options.seed ^ 2, options.mainStandstill) {
     main.name = "main";
-    main.id = std::this_thread::get_id();
+    main.turn.emplace();
     main.state = State::running;
     mix(seed);
 }
@@ -48,8 +47,7 @@ std::uint64_t VirtualScheduler::random() {
 }
 
 VirtualThread& VirtualScheduler::self() const {
-    if (running->id != std::this_thread::get_id())
-        fail("a thread that is none of the runtime's, or not in its turn, called");
+    if (!running->turn->onItsThread()) fail("a thread that is none of the runtime's, or not in its turn, called");
     return *running;
 }
 
@@ -145,8 +143,7 @@ void VirtualScheduler::passOn(VirtualThread& from) {
     to.state = State::running;
     running = &to;
     if (&to == &from) return;
-    to.baton.give();
-    from.baton.take();
+    from.turn->passTo(*to.turn);
 }
 
 VirtualThread& VirtualScheduler::choose() {
@@ -250,13 +247,10 @@ void VirtualScheduler::launch(std::string_view name, Task job, bool mustRun) {
     worker.mustRun = mustRun;
     worker.waitsFor = "its beginning";
     makeReady(worker);
-    if (fresh) worker.thread = std::thread([this, &worker] { work(worker); });
+    if (fresh) worker.turn.emplace([this, &worker] { work(worker); });
 }
 
 void VirtualScheduler::work(VirtualThread& worker) {
-    nameThisThread("virtual");
-    worker.baton.take();
-    worker.id = std::this_thread::get_id();
     while (worker.job) {
         if (!stopped || worker.mustRun) worker.job();
         expectNoMutexHeld("ends");
@@ -285,10 +279,8 @@ void VirtualScheduler::stop() {
 
 void VirtualScheduler::join() {
     if (freeWorkers.size() != workers.size()) waitUninterrupted("the end of all jobs");
-    for (const auto& worker : workers) {
-        worker->baton.give(); // it has no job, so its loop ends
-        worker->thread.join();
-    }
+    for (const auto& worker : workers)
+        main.turn->letEnd(*worker->turn); // it has no job, so its loop ends
 }
 
 void VirtualScheduler::expectNoMutexHeld(std::string_view action) const {

@@ -1,4 +1,4 @@
-// The scheduler of virtual time: real threads that take turns, a seed that chooses among them, and a clock that jumps.
+// The scheduler of virtual time: threads that take turns, a seed that chooses among them, and a clock that jumps.
 //
 // Exactly one thread holds the baton, and only that thread may call functions of the scheduler. Therefore nothing here
 // needs a lock. A call from any other thread ends the program with a report.
@@ -7,8 +7,8 @@
 #include "base/deadline_heap.h"
 #include "platform/api/task.h"
 #include "platform/api/time.h"
-#include "platform/virtual/baton.h"
 #include "platform/virtual/standstills.h"
+#include "platform/virtual/turn.h"
 #include "platform/virtual/virtual_runtime.h"
 
 #include <cstdint>
@@ -16,7 +16,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -28,9 +27,7 @@ class Mutex;
 struct VirtualThread {
     std::uint64_t number = 0; // 0 is the main thread
     std::string name;
-    std::thread::id id;
-    std::thread thread;
-    Baton baton;
+    std::optional<Turn> turn; // absent until its first job
 
     enum class State { free, ready, running, blocked, idling } state = State::free;
     std::string_view waitsFor; // where it passed on the baton; valid until it gets the baton back
