@@ -13,7 +13,7 @@ endfunction()
 lumbrine_precompile(lumbrine_common_headers
     HEADERS <algorithm> <array> <cstdint> <functional> <map> <memory> <optional> <span> <string> <string_view> <variant>
         <vector>)
-# Tests are compiled without optimisation, which takes a third less time. Their speed is of no interest.
+# Tests are compiled without optimisation, which takes a third less time. Few of them have so much to do that this pays.
 set(LUMBRINE_TEST_OPTIONS -O0 -g1)
 if(LUMBRINE_TESTS)
     find_package(GTest REQUIRED)
@@ -87,14 +87,16 @@ endfunction()
 # Builds all test programs and the programs that they start.
 add_custom_target(lumbrine_tests)
 
-# lumbrine_test(NAME SOURCES ... DEPENDS ... MAIN library TIMEOUT seconds LABELS ... TOOLKIT): a GoogleTest program and
-# one CTest entry that runs it. The time-out is 120 s if none is given. MAIN names a library whose `main` replaces
-# GoogleTest's. TOOLKIT is for tests that use Qt. Its files are compiled eight at a time, which halves the compile time.
+# lumbrine_test(NAME SOURCES ... DEPENDS ... MAIN library TIMEOUT seconds LABELS ... TOOLKIT OPTIMISED): a GoogleTest
+# program and one CTest entry that runs it. The time-out is 120 s if none is given. MAIN names a library whose `main`
+# replaces GoogleTest's. TOOLKIT is for tests that use Qt. OPTIMISED is for tests that run for many seconds: where a
+# test and the product have the same instance of a template, the program gets the test's. The files of a test are
+# compiled eight at a time, which halves the compile time.
 function(lumbrine_test name)
     if(NOT LUMBRINE_TESTS)
         return()
     endif()
-    cmake_parse_arguments(ARG "TOOLKIT" "MAIN;TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
+    cmake_parse_arguments(ARG "TOOLKIT;OPTIMISED" "MAIN;TIMEOUT" "SOURCES;DEPENDS;LABELS" ${ARGN})
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 120)
     endif()
@@ -104,11 +106,16 @@ function(lumbrine_test name)
     lumbrine_program(${name} SOURCES ${ARG_SOURCES} DEPENDS ${ARG_DEPENDS} ${ARG_MAIN} GTest::gmock)
     target_compile_definitions(${name} PRIVATE LUMBRINE_SOURCE_DIR="${LUMBRINE_TESTS_SOURCE_DIR}"
         LUMBRINE_BIN_DIR="${LUMBRINE_TESTS_BIN_DIR}")
-    target_compile_options(${name} PRIVATE ${LUMBRINE_TEST_OPTIONS})
-    if(ARG_TOOLKIT)
-        target_precompile_headers(${name} REUSE_FROM lumbrine_toolkit_test_headers)
+    if(ARG_OPTIMISED)
+        # Precompiled with the same options as the test, so not reused.
+        target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
     else()
-        target_precompile_headers(${name} REUSE_FROM lumbrine_test_headers)
+        target_compile_options(${name} PRIVATE ${LUMBRINE_TEST_OPTIONS})
+        if(ARG_TOOLKIT)
+            target_precompile_headers(${name} REUSE_FROM lumbrine_toolkit_test_headers)
+        else()
+            target_precompile_headers(${name} REUSE_FROM lumbrine_test_headers)
+        endif()
     endif()
     lumbrine_batch(${name})
     add_dependencies(lumbrine_tests ${name})
