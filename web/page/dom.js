@@ -1,5 +1,6 @@
 // @ts-check
-// Building elements, and changing them only where something has changed.
+// Building elements, and changing them only where something has changed. What is changed by these functions is changed
+// by nothing else.
 
 /**
  * @template {keyof HTMLElementTagNameMap} Tag
@@ -15,20 +16,38 @@ export function make(tag, attributes = {}, ...children) {
     return element;
 }
 
+/** What was set last: asking the document instead costs more than setting it. */
+class Kept {
+    /** @type {WeakMap<Element, Map<string, string>>} */
+    #byElement = new WeakMap();
+
+    /** Whether this is another value than the last. @param {Element} element @param {string} name @param {string} value */
+    changes(element, name, value) {
+        let values = this.#byElement.get(element);
+        if (!values) this.#byElement.set(element, (values = new Map()));
+        if (values.get(name) === value) return false;
+        values.set(name, value);
+        return true;
+    }
+}
+const texts = new Kept();
+const attributes = new Kept();
+const styles = new Kept();
+
 /** @param {Element} element @param {string} text */
 export function setText(element, text) {
-    if (element.textContent !== text) element.textContent = text;
+    if (texts.changes(element, "", text)) element.textContent = text;
 }
 
 /** @param {Element} element @param {string} name @param {string | number | boolean} value */
 export function setAttribute(element, name, value) {
     const text = String(value);
-    if (element.getAttribute(name) !== text) element.setAttribute(name, text);
+    if (attributes.changes(element, name, text)) element.setAttribute(name, text);
 }
 
 /** @param {HTMLElement} element @param {string} name @param {string} value */
 export function setStyle(element, name, value) {
-    if (element.style.getPropertyValue(name) !== value) element.style.setProperty(name, value);
+    if (styles.changes(element, name, value)) element.style.setProperty(name, value);
 }
 
 /**

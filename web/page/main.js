@@ -39,7 +39,7 @@ document.body.replaceChildren(status.element, main, tools.element, status.veil, 
 
 // ---- Drawing: at most once a frame, and only what may have changed.
 
-/** @typedef {"meters" | "status" | "all"} Part */
+/** @typedef {"meters" | "status" | "rows" | "all"} Part */
 
 /** @type {Set<Part>} */
 const stale = new Set();
@@ -59,11 +59,12 @@ function draw() {
         list.updateMeters();
     }
     if (all) drawAll();
+    else if (stale.has("rows")) list.place();
     stale.clear();
 }
 
 function drawAll() {
-    main.inert = tools.element.inert = !link.inControl || status.isElsewhere;
+    for (const part of [main, tools.element]) part.toggleAttribute("inert", !link.inControl || status.isElsewhere);
     map.update();
     tools.update();
     if (!tools.showsTracks) return panel.update();
@@ -73,7 +74,8 @@ function drawAll() {
 
 grips.onChange = () => drawSoon();
 panel.onPages = () => drawSoon();
-group.onChange = list.onMember = () => drawSoon();
+group.onChange = list.onMember = list.onSearch = () => drawSoon();
+list.onScroll = () => drawSoon("rows");
 list.onJump = (index) => {
     link.command(seekBank(index));
     tools.show(false);

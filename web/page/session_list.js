@@ -1,6 +1,6 @@
 // @ts-check
 // All tracks of the session, which scroll. Only the rows in sight are in the document, whatever the session's size.
-import { make } from "./dom.js";
+import { make, setStyle, setText } from "./dom.js";
 import { TrackRowView, rowHeight } from "./track_row_view.js";
 import { say } from "./words.js";
 
@@ -14,6 +14,10 @@ export class SessionList {
     /** @type {(index: number) => void} */
     onJump = () => {};
     onMember = () => {};
+    /** Called when other rows are in sight. */
+    onScroll = () => {};
+    /** Called when other tracks are wanted. */
+    onSearch = () => {};
     #search = make("input", { type: "search", "aria-label": say("search"), placeholder: say("search") });
     #rows = make("div", { class: "rows", role: "list", "aria-label": say("trackList") });
     #none = make("p", { class: "none", role: "status" });
@@ -25,6 +29,9 @@ export class SessionList {
     #idle = [];
     /** The session indices that match. @type {number[]} */
     #matches = [];
+    // Where the list is. Kept, because asking the document between two changes has it lay out everything.
+    #top = 0;
+    #height = 0;
     /** Those in the shown group. @type {Set<number>} */
     #members = new Set();
     #link;
@@ -37,17 +44,24 @@ export class SessionList {
         this.#grips = grips;
         this.#groups = groups;
         this.#search.addEventListener("input", () => {
-            this.#list.scrollTop = 0;
-            this.update();
+            this.#list.scrollTop = this.#top = 0;
+            this.onSearch();
         });
-        this.#list.addEventListener("scroll", () => this.#place(), { passive: true });
-        new ResizeObserver(() => this.#place()).observe(this.#list);
+        const scrolled = () => {
+            this.#top = this.#list.scrollTop;
+            this.onScroll();
+        };
+        this.#list.addEventListener("scroll", scrolled, { passive: true });
+        new ResizeObserver(([entry]) => {
+            this.#height = entry.contentRect.height;
+            this.onScroll();
+        }).observe(this.#list);
     }
 
     /** The session indices in sight. */
     get inSight() {
-        const first = Math.floor(this.#list.scrollTop / rowHeight);
-        const count = Math.ceil(this.#list.clientHeight / rowHeight);
+        const first = Math.floor(this.#top / rowHeight);
+        const count = Math.ceil(this.#height / rowHeight);
         return this.#matches.slice(first, first + count);
     }
 
@@ -55,7 +69,7 @@ export class SessionList {
         if (this.element.hidden) return;
         this.#match();
         this.#members = new Set(this.#groups.indices(this.#link.picture));
-        this.#place();
+        this.place();
         for (const [index, view] of this.#views) this.#fill(view, index);
     }
 
@@ -74,16 +88,16 @@ export class SessionList {
         const wanted = this.#search.value.trim().toLocaleLowerCase();
         const all = [...tracks.keys()];
         this.#matches = wanted ? all.filter((index) => hasText(tracks[index].row, wanted)) : all;
-        const height = `${this.#matches.length * rowHeight}px`;
-        if (this.#rows.style.height !== height) this.#rows.style.height = height;
+        setStyle(this.#rows, "height", `${this.#matches.length * rowHeight}px`);
         this.#none.hidden = this.#matches.length > 0 || tracks.length === 0;
-        this.#none.textContent = this.#none.hidden ? "" : say("noMatch");
+        setText(this.#none, this.#none.hidden ? "" : say("noMatch"));
     }
 
     /** Gives each row in sight a view: those that have gone lend theirs. */
-    #place() {
-        const first = Math.max(Math.floor(this.#list.scrollTop / rowHeight) - spare, 0);
-        const last = first + Math.ceil(this.#list.clientHeight / rowHeight) + 2 * spare;
+    place() {
+        if (this.element.hidden) return;
+        const first = Math.max(Math.floor(this.#top / rowHeight) - spare, 0);
+        const last = first + Math.ceil(this.#height / rowHeight) + 2 * spare;
         const wanted = new Map(this.#matches.slice(first, last).map((index, i) => [index, first + i]));
         for (const [index, view] of this.#views)
             if (!wanted.has(index) && !view.isHeld) {

@@ -2,21 +2,21 @@
 // All tracks of the session as a line of their colours, with a window where the strips are. A finger on it takes the
 // strips there.
 import { seekBank } from "./commands.js";
-import { make, setAttribute } from "./dom.js";
+import { make, setAttribute, setStyle } from "./dom.js";
 import { sliderKeys } from "./slider_keys.js";
 import { say } from "./words.js";
 
 /** @typedef {import("./link.js").Link} Link */
 
 const seekInterval = 60;
+const noColor = "#3a4049";
 
 export class SessionMap {
     #canvas = make("canvas", { "aria-hidden": "true" });
     #window = make("div", { class: "window" });
     #link;
-    /** @type {import("./session_picture.js").SessionPicture | null} */
-    #drawnOf = null;
-    #drawnVersion = 0;
+    /** The colour of each column. @type {string[]} */
+    #drawn = [];
     /** @type {number | null} */
     #wish = null;
     /** @type {ReturnType<typeof setTimeout> | undefined} */
@@ -55,8 +55,8 @@ export class SessionMap {
         const share = trackCount > 0 ? Math.min(shown / trackCount, 1) : 1;
         this.#window.hidden = at === null || trackCount === 0;
         this.#window.toggleAttribute("data-wished", this.#wish !== null && this.#wish !== offset);
-        this.#window.style.setProperty("width", `${100 * share}%`);
-        this.#window.style.setProperty("left", `${(100 * (at ?? 0)) / Math.max(trackCount, 1)}%`);
+        setStyle(this.#window, "width", `${100 * share}%`);
+        setStyle(this.#window, "left", `${(100 * (at ?? 0)) / Math.max(trackCount, 1)}%`);
         setAttribute(this.element, "aria-valuemax", Math.max(trackCount, 1));
         setAttribute(this.element, "aria-valuenow", Math.max((at ?? 0) + 1, 1));
         const last = Math.min((at ?? 0) + shown, trackCount);
@@ -98,17 +98,20 @@ export class SessionMap {
         this.update();
     }
 
+    /** Only the columns that have changed: a session's rows may come by the hundred, for as long as a second. */
     #drawColors() {
-        const { picture } = this.#link;
-        const { tracks, rowsVersion } = picture;
-        if (picture === this.#drawnOf && rowsVersion === this.#drawnVersion) return;
-        this.#drawnOf = picture;
-        this.#drawnVersion = rowsVersion;
-        const colors = tracks.map((track) => track.row?.color ?? "#3a4049");
-        this.#canvas.width = Math.max(colors.length, 1);
-        this.#canvas.height = 1;
+        const { tracks } = this.#link.picture;
+        const columns = Math.max(tracks.length, 1);
+        if (this.#drawn.length !== columns) {
+            this.#canvas.width = columns; // which also clears it
+            this.#canvas.height = 1;
+            this.#drawn = Array(columns).fill("");
+        }
         const context = /** @type {CanvasRenderingContext2D} */ (this.#canvas.getContext("2d"));
-        colors.forEach((color, i) => {
+        tracks.forEach(({ row }, i) => {
+            const color = row?.color ?? noColor;
+            if (color === this.#drawn[i]) return;
+            this.#drawn[i] = color;
             context.fillStyle = color;
             context.fillRect(i, 0, 1, 1);
         });

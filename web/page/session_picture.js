@@ -43,8 +43,6 @@ export class SessionPicture {
     offset = null;
     /** By session index. @type {TrackPicture[]} */
     tracks = [];
-    /** Changes with each row that arrives. */
-    rowsVersion = 0;
     playing = false;
     recording = false;
     /** Left and right level of each strip, 0 to 12. */
@@ -134,11 +132,9 @@ export class SessionPicture {
             this.shown = message.shown;
             while (this.tracks.length < message.tracks) this.tracks.push(new TrackPicture());
             this.tracks.length = message.tracks;
-            ++this.rowsVersion;
         } else if (message.type === "trackRow") {
             const track = this.tracks[message.row.index];
             if (track) track.row = message.row;
-            ++this.rowsVersion;
         } else if (message.type === "sessionModes") {
             this.#each(message.first, message.modes, (track, mode) => (track.mode = mode));
         } else if (message.type === "sessionPans") {

@@ -20,6 +20,7 @@ export class TrackRowView {
     onJump = () => {};
     /** @type {(index: number) => void} */
     onMember = () => {};
+    #color = make("span", { class: "color" });
     #tick = button("", "", "tick");
     #title = make("span", { class: "title" });
     #detail = make("span", { class: "detail" });
@@ -48,7 +49,7 @@ export class TrackRowView {
     element = make(
         "div",
         { class: "row", role: "listitem" },
-        make("span", { class: "color" }),
+        this.#color,
         this.#tick,
         make("span", { class: "facts" }, this.#number, make("span", {}, this.#armed, this.#monitored)),
         this.#name,
@@ -58,6 +59,8 @@ export class TrackRowView {
         this.#fader,
     );
     #index = 0;
+    /** What the row shows now. @type {unknown[]} */
+    #drawn = [];
     /** @type {TrackMove | null} */
     #move = null;
     #place = 0;
@@ -100,8 +103,15 @@ export class TrackRowView {
     /** @param {number} index @param {boolean} isMember @param {string} group */
     update(index, isMember, group) {
         this.#index = index;
-        const row = this.#row;
-        const track = this.#link.picture.tracks[index];
+        const { picture } = this.#link;
+        const track = picture.tracks[index];
+        const fader = this.#move ? Math.round(this.#place) : picture.faderOf(index);
+        const [isMute, isSolo, isShown] = [this.#isLit("mute"), this.#isLit("solo"), picture.stripOf(index) !== null];
+        const facts = [index, track?.row, track?.mode, fader, isMute, isSolo, isShown, isMember, group, this.isHeld];
+        if (facts.every((fact, i) => fact === this.#drawn[i])) return;
+        this.#drawn = facts;
+
+        const row = track?.row;
         const title = row?.name ?? "";
         const mode = track?.mode ?? 0;
         setText(this.#number, String(index + 1));
@@ -110,18 +120,18 @@ export class TrackRowView {
         setText(this.#mode, mode === 0 ? "" : shortMode(mode));
         setAttribute(this.#mode, "data-mode", modeKind(mode));
         setAttribute(this.#mode, "title", modeName(mode));
-        setStyle(this.element, "--track", row?.color ?? "transparent");
+        setStyle(this.#color, "background", row?.color ?? "transparent");
         setAttribute(this.#tick, "aria-label", say("member", title, group));
         setAttribute(this.#tick, "aria-pressed", isMember);
         setText(this.#tick, isMember ? group : "");
-        this.#show(this.#mute, say("mute", title), this.#isLit("mute"));
-        this.#show(this.#solo, say("solo", title), this.#isLit("solo"));
+        this.#show(this.#mute, say("mute", title), isMute);
+        this.#show(this.#solo, say("solo", title), isSolo);
         this.#armed.hidden = !row?.record;
         this.#monitored.hidden = !row?.inputMonitor;
         setAttribute(this.#armed, "aria-label", say("record", title));
         setAttribute(this.#monitored, "aria-label", say("monitor", title));
         this.element.toggleAttribute("data-selected", row?.select ?? false);
-        this.element.toggleAttribute("data-shown", this.#link.picture.stripOf(index) !== null);
+        this.element.toggleAttribute("data-shown", isShown);
         this.#showFader(title);
     }
 
@@ -131,10 +141,6 @@ export class TrackRowView {
         const strip = picture.stripOf(this.#index);
         const level = strip === null ? 0 : Math.max(picture.meters[2 * strip], picture.meters[2 * strip + 1]);
         setStyle(this.#meter, "transform", `scaleX(${level / loudest})`);
-    }
-
-    get #row() {
-        return this.#link.picture.tracks[this.#index]?.row ?? null;
     }
 
     /** @param {"mute" | "solo"} light */
