@@ -18,9 +18,16 @@ mkdir -p build
 "$bin/studio_benchmark" >build/bench-studio.json
 "$bin/track_list_benchmark" >build/bench-track-list.json
 "$bin/web_gateway_benchmark" >build/bench-web-gateway.json
+if [ -x /usr/bin/chromium ] && [ -d web/node_modules/playwright-core ]; then
+    LUMBRINE_BIN=$(realpath "$bin") node web/tests/measure.js >build/bench-web-page.json
+else
+    echo 'The page is not measured: there is no Chromium, or the packages of npm are missing'
+    echo '[]' >build/bench-web-page.json
+fi
 /usr/bin/python3 scripts/bench_table.py build/bench-raw.json build/bench-feedback.json build/bench-hello.json \
     build/bench-latency.json build/bench-main-queue.json build/bench-scan.json build/bench-scripting-call.json \
-    build/bench-studio.json build/bench-track-list.json build/bench-web-gateway.json build/bench.json
+    build/bench-studio.json build/bench-track-list.json build/bench-web-gateway.json \
+    build/bench-web-page.json build/bench.json
 "$bin/virtual_time_bench"
 /usr/bin/python3 scripts/bench_idle.py "$bin"
 /usr/bin/python3 scripts/bench_window.py "$bin"

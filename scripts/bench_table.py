@@ -2,8 +2,9 @@
 
 RAW is Google Benchmark's JSON output. Its benchmarks are named "what/ours" and "what/peer", and the median over the
 repetitions counts. Each SINGLE holds the output of one other benchmark program: an object {name, ours, peer or limit},
-or a list of them. OUT gets a list of {name, ours, peer or limit, ratio, goal}, where goal is the largest accepted
-ratio, and allocations if they were counted. Numbers are nanoseconds unless the object has a unit.
+or a list of them; one with a peer that not every machine has says its goal, too. OUT gets a list of {name, ours, peer
+or limit, ratio, goal}, where goal is the largest accepted ratio, and allocations if they were counted. Numbers are
+nanoseconds unless the object has a unit.
 """
 import json
 import statistics
@@ -67,17 +68,18 @@ def singles(paths):
 
 def main():
     times, allocations = medians(load(sys.argv[1]))
-    limits = dict(LIMITS)
+    limits, goals = dict(LIMITS), dict(GOALS)
     units = {}
     for single in singles(sys.argv[2:-1]):
         units[single["name"]] = single.get("unit", "ns")
         times[single["name"] + "/ours"] = single["ours"]
         if "peer" in single:
             times[single["name"] + "/peer"] = single["peer"]
+            goals.setdefault(single["name"], single.get("goal"))
         else:
             limits[single["name"]] = single["limit"]
 
-    rows = [row_of(name, times[name + "/ours"], "peer", times[name + "/peer"], goal) for name, goal in GOALS.items()]
+    rows = [row_of(name, times[name + "/ours"], "peer", times[name + "/peer"], goal) for name, goal in goals.items()]
     rows += [row_of(name, times[name + "/ours"], "limit", limit, 1.0) for name, limit in limits.items()]
     for row in rows:
         row["unit"] = units.get(row["name"], "ns")

@@ -13,10 +13,21 @@ command -v node >/dev/null 2>&1 || skip 'there is no Node.js'
 [ -x /usr/bin/chromium ] || skip 'there is no Chromium'
 [ -d ../node_modules/playwright-core ] || skip 'the packages of npm are missing'
 
-# One file after the other: each starts a studio of its own, and some measure time.
+# What needs no browser runs while the first studio finds its tracks. The others run one after the other: each starts a
+# studio of its own, and some measure time.
 shopt -s nullglob
+alone=() browser=()
 for pattern in "$@"; do
     for test in $pattern; do
-        LUMBRINE_BIN=$bin node --test "$test"
+        if [[ $test == browser/* ]]; then browser+=("$test"); else alone+=("$test"); fi
     done
 done
+rules=
+if [ ${#alone[@]} -gt 0 ]; then
+    node --test "${alone[@]}" &
+    rules=$!
+fi
+for test in "${browser[@]}"; do
+    LUMBRINE_BIN=$bin node --test "$test"
+done
+if [ -n "$rules" ]; then wait "$rules"; fi

@@ -81,16 +81,53 @@ function freePort() {
     });
 }
 
-export class Studio {
-    /** The receiver and the simulated Pro Tools. @type {Program} */
-    receiver = /** @type {any} */ (null);
+/** lumbrine-web on any free port, with a key of its own. */
+export class Gateway {
     /** @type {Program} */
-    gateway = /** @type {any} */ (null);
+    program = /** @type {any} */ (null);
     /** The page's address, with the key. */
     address = "";
     #home = mkdtempSync(join(tmpdir(), "lumbrine-web-"));
+    #receiverPort;
+    #port = 0;
+
+    /** @param {number} receiverPort */
+    constructor(receiverPort) {
+        this.#receiverPort = receiverPort;
+    }
+
+    /** @param {number} receiverPort */
+    static async open(receiverPort) {
+        const gateway = new Gateway(receiverPort);
+        await gateway.start();
+        return gateway;
+    }
+
+    /** Also after its end: on the same port, with the same key. */
+    async start() {
+        const options = ["--port", String(this.#port), "--receiver", `127.0.0.1:${this.#receiverPort}`];
+        this.program = new Program("lumbrine-web", options, { HOME: this.#home, XDG_STATE_HOME: this.#home });
+        const [, port, key] = await this.program.line(/http:\/\/.*:(\d+)\/#(\w{26})/);
+        this.#port = Number(port);
+        this.address = `http://127.0.0.1:${port}/#${key}`;
+    }
+
+    get port() {
+        return this.#port;
+    }
+
+    async close() {
+        await this.program.end();
+        rmSync(this.#home, { recursive: true });
+    }
+}
+
+export class Studio {
+    /** The receiver and the simulated Pro Tools. @type {Program} */
+    receiver = /** @type {any} */ (null);
+    /** @type {Gateway} */
+    gateway = /** @type {any} */ (null);
     #udp = 0;
-    #tcp = 0;
     #tracks = 24;
 
     /** @param {number} tracks */
@@ -99,7 +136,7 @@ export class Studio {
         studio.#tracks = tracks;
         studio.#udp = await freePort();
         await studio.startReceiver();
-        await studio.startGateway();
+        studio.gateway = await Gateway.open(studio.#udp);
         return studio;
     }
 
@@ -109,22 +146,19 @@ export class Studio {
         await this.receiver.line(/Connect a client/);
     }
 
-    /** On any free port, and again on the same one. */
-    async startGateway() {
-        const options = ["--port", String(this.#tcp), "--receiver", `127.0.0.1:${this.#udp}`];
-        this.gateway = new Program("lumbrine-web", options, { HOME: this.#home, XDG_STATE_HOME: this.#home });
-        const [, port, key] = await this.gateway.line(/http:\/\/.*:(\d+)\/#(\w{26})/);
-        this.#tcp = Number(port);
-        this.address = `http://127.0.0.1:${port}/#${key}`;
-    }
-
-    get port() {
-        return this.#tcp;
+    /** The page's address, with the key. */
+    get address() {
+        return this.gateway.address;
     }
 
     /** The page's address on another port, which leads to the gateway. @param {number} port */
     addressAt(port) {
-        return this.address.replace(`:${this.#tcp}`, `:${port}`);
+        return this.address.replace(`:${this.gateway.port}`, `:${port}`);
+    }
+
+    /** A client that is no browser; gives its exit status. @param {string[]} options */
+    remote(...options) {
+        return new Program("lumbrine-remote", [`127.0.0.1:${this.#udp}`, ...options], {}).ended;
     }
 
     /**
@@ -156,8 +190,7 @@ export class Studio {
     }
 
     async close() {
-        await Promise.all([this.gateway.end(), this.receiver.end()]);
-        rmSync(this.#home, { recursive: true });
+        await Promise.all([this.gateway.close(), this.receiver.end()]);
     }
 }
 
@@ -167,7 +200,7 @@ export const launch = () => chromium.launch({ executablePath: "/usr/bin/chromium
 
 /**
  * The page in this context, in control and with the session's tracks.
- * @param {import("playwright-core").BrowserContext} context @param {Studio} studio
+ * @param {import("playwright-core").BrowserContext} context @param {{address: string}} studio
  */
 export async function openPage(context, studio, { takesOver = false, patience = 60_000 } = {}) {
     const page = await context.newPage();

@@ -3,7 +3,8 @@
 import assert from "node:assert/strict";
 import test, { after, before } from "node:test";
 import { drawn, fingersOn, middleOf, sentBy, until } from "../hands.js";
-import { Studio, launch, openPage, phone } from "../studio.js";
+import { PlayedReceiver } from "../peers.js";
+import { Gateway, Studio, launch, openPage, phone } from "../studio.js";
 import { Wire } from "../wire.js";
 
 /** @type {Studio} */
@@ -19,7 +20,7 @@ let sent;
 
 before(async () => {
     [studio, browser] = await Promise.all([Studio.open(40), launch()]);
-    wire = new Wire(studio.port);
+    wire = new Wire(studio.gateway.port);
     page = await (await browser.newContext(phone)).newPage();
     sent = sentBy(page);
     await page.goto(studio.addressAt(await wire.open()));
@@ -83,16 +84,62 @@ test("a receiver that is started again is found again", { timeout: 60_000 }, asy
     await page.locator('.status:not([data-state="bad"])').waitFor();
     assert.ok(performance.now() - start < 2000, `after ${performance.now() - start} ms`);
     await page.locator('.status[data-state="good"]').waitFor({ timeout: 20_000 });
+    const tokens = sent.filter((bytes) => bytes[1] === 0x00).map(String);
+    assert.equal(new Set(tokens).size, 1, "to the receiver, it is the same device");
 });
 
-test("two pages take control from each other, and each says who has it", async () => {
-    const other = await openPage(await browser.newContext({ ...phone, locale: "ja-JP" }), studio, { takesOver: true });
+test("two pages and a client that is no browser take control from each other, and each says who has it", async () => {
+    const context = await browser.newContext({ ...phone, locale: "ja-JP" });
+    const other = await openPage(context, studio, { takesOver: true });
     await page.locator(".veil p", { hasText: "Another device" }).waitFor();
     await other.locator(".strip .title", { hasText: "Kick In" }).waitFor();
-    await page.locator(".take-over").tap();
+
+    const mutes = ["--send", "mute 1", "--expect", "switches 1=M*"];
+    assert.equal(await studio.remote(...mutes), 1, "it is refused while a page has control");
+    assert.equal((await studio.shownTracks())[0].mute, false);
+    assert.equal(await studio.remote("--take-over", ...mutes), 0);
     await other.locator(".veil p", { hasText: "別の端末" }).waitFor();
+    assert.equal(await page.locator(".veil").isVisible(), true);
+
+    await page.locator(".take-over").tap();
     await page.locator('.status[data-state="good"]').waitFor();
     assert.equal(await page.locator(".veil").isVisible(), false);
+    await page.locator('.strip .mute[aria-pressed="true"]').first().waitFor();
+    assert.equal(await other.locator(".veil").isVisible(), true);
+    await context.close();
+});
+
+test("a page that is left or closed lets its fader go before it is gone", async () => {
+    const receiver = new PlayedReceiver();
+    const gateway = await Gateway.open(await receiver.open());
+    const context = await browser.newContext(phone);
+    const came = (/** @type {number} */ opcode) => receiver.came.some(({ bytes }) => bytes[1] === opcode);
+    /** @type {((it: import("playwright-core").Page) => Promise<unknown>)[]} */
+    const ways = [(it) => it.goto("about:blank"), (it) => it.close()];
+    for (const leave of ways) {
+        const left = await openPage(context, gateway);
+        const fingers = await fingersOn(left);
+        await fingers.down([await middleOf(left.locator(".strip .fader").first())]);
+        await until("touched", async () => came(0x02));
+        await leave(left);
+        await until("released", async () => came(0x03));
+        receiver.came = [];
+    }
+    await context.close();
+    await gateway.close();
+    receiver.close();
+});
+
+test("sixteen pages are open at once, and one more says that it waits", { timeout: 120_000 }, async () => {
+    const contexts = await Promise.all(Array.from({ length: 17 }, () => browser.newContext(phone)));
+    const pages = await Promise.all(contexts.map((context) => context.newPage()));
+    for (const each of pages) await each.goto(studio.address, { waitUntil: "commit" });
+    const wanted = { Connected: 1, "Another device is in control": 15, "Too many pages are open – waiting": 1 };
+    await until("each says how it is", async () => {
+        const lines = await Promise.all(pages.map((each) => each.locator(".status .text").textContent()));
+        return Object.entries(wanted).every(([text, count]) => lines.filter((line) => line === text).length === count);
+    }, 90_000);
+    await Promise.all(contexts.map((context) => context.close()));
 });
 
 test("a key that is wrong is said so", async () => {

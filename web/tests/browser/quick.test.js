@@ -1,9 +1,8 @@
 // @ts-check
 // The page in Chromium, against the real gateway, receiver and simulated Pro Tools: what a user does all day.
 import assert from "node:assert/strict";
-import { readFileSync } from "node:fs";
-import { createRequire } from "node:module";
 import test, { after, before, beforeEach } from "node:test";
+import { findsNothing } from "../axe.js";
 import { drawn, fingersOn, middleOf, moved, sentBy, until } from "../hands.js";
 import { Studio, launch, openPage, phone } from "../studio.js";
 
@@ -225,7 +224,7 @@ test("a finger that the system takes away lets its fader go at once", async () =
     await strip(0, other).locator(".title", { hasText: "Kick In" }).waitFor();
     const fingers = await fingersOn(other);
     await fingers.down([await middleOf(faderOf(0, other))]);
-    await until("touches repeated while the finger is down", async () => count(sent, touch, 0) >= 3);
+    await until("touches repeated while the finger is down", async () => count(sent, touch, 0) >= 2);
     await fingers.cancel();
     await until("three releases", async () => count(sent, release, 0) === 3);
     const touches = count(sent, touch, 0);
@@ -246,34 +245,22 @@ test("a finger that the system takes away lets its fader go at once", async () =
 const count = (sent, opcode, number) => sent.filter((bytes) => bytes[1] === opcode && bytes[2] === number).length;
 
 test("every control has a role, a name and a value, in both views and both sheets", async () => {
-    const axe = readFileSync(createRequire(import.meta.url).resolve("axe-core/axe.min.js"), "utf8");
-    await page.evaluate(axe);
-    await findsNothing("strips");
+    await findsNothing(page, "strips");
     await strip(2).locator(".mode").tap();
-    await findsNothing("automation modes");
+    await findsNothing(page, "automation modes");
     await page.keyboard.press("Escape");
     await page.locator(".tool").last().tap();
-    await findsNothing("menu");
+    await findsNothing(page, "menu");
     await page.keyboard.press("Escape");
     await page.locator(".tool.view").tap();
     await page.locator(".row .title").first().waitFor();
-    await findsNothing("tracks");
+    await findsNothing(page, "tracks");
 });
 
-/** @param {string} where */
-async function findsNothing(where) {
-    const found = await page.evaluate(async () => {
-        /** @type {import("axe-core").AxeResults} */
-        const { violations } = await Reflect.get(window, "axe").run();
-        return violations.map(({ id, nodes: [{ html, failureSummary }] }) => `${id}: ${html} ${failureSummary}`);
-    });
-    assert.deepEqual(found, [], where);
-}
-
 test("a gateway that is killed and started again is found again", async () => {
-    await studio.gateway.end("SIGKILL");
+    await studio.gateway.program.end("SIGKILL");
     await page.locator('.status[data-state="bad"]').waitFor();
-    await studio.startGateway();
+    await studio.gateway.start();
     const back = performance.now();
     await page.locator('.status[data-state="good"]').waitFor();
     assert.ok(performance.now() - back < 2000, `after ${performance.now() - back} ms`);

@@ -1,11 +1,13 @@
 // @ts-check
-// The page in WebKit, the engine of every browser on an iPhone, by the protocol of WebDriver. WebKit's driver has no
-// fingers: keys and clicks say that the page works there at all.
+// The page in WebKit, the engine of every browser on an iPhone, by the protocol of WebDriver. Its driver has one pointer,
+// a mouse, which goes through the browser's own hit test and capture. Ten fingers are events that the test makes: WebKit
+// captures no pointer that it does not know, so for these the page has capture of the test's making.
 import assert from "node:assert/strict";
 import { spawn } from "node:child_process";
 import { existsSync, readdirSync } from "node:fs";
 import { createServer } from "node:net";
 import test, { after, before } from "node:test";
+import { axeSource } from "../axe.js";
 import { until } from "../hands.js";
 import { Studio } from "../studio.js";
 
@@ -90,4 +92,71 @@ test("a key and a click in WebKit move and mute a track", { skip: missing }, asy
     await onPage("document.querySelectorAll('.strip .mute')[1].click()");
     await until("muted", async () => (await studio.shownTracks())[1].mute);
     await until("lit", () => onPage("document.querySelectorAll('.strip .mute')[1].ariaPressed === 'true'"));
+});
+
+/** A strip's fader on the page. @param {number} strip */
+const fader = (strip) => `document.querySelectorAll('.fader')[${strip}]`;
+/** @param {number} strip */
+const valueOf = async (strip) => Number(await onPage(`${fader(strip)}.ariaValueNow`));
+/** @param {string} element @returns {Promise<{x: number, y: number}>} */
+const middleOf = (element) =>
+    onPage(`(({ x, y, width, height }) => ({ x: x + width / 2, y: y + height / 2 }))(${element}.getBoundingClientRect())`);
+
+/** The mouse does these, one after the other. @param {object[]} actions */
+const mouse = (...actions) =>
+    ask("POST", "/actions", { actions: [{ type: "pointer", id: "m", parameters: { pointerType: "mouse" }, actions }] });
+/** @param {{x: number, y: number}} place */
+const to = ({ x, y }) => ({ type: "pointerMove", duration: 0, x: Math.round(x), y: Math.round(y) });
+const down = { type: "pointerDown", button: 0 };
+const up = { type: "pointerUp", button: 0 };
+
+test("a drag in WebKit moves the host's fader, finely when it is held sideways", { skip: missing }, async () => {
+    const place = await middleOf(fader(3));
+    const drag = async (/** @type {number} */ aside) => {
+        const before = await valueOf(3);
+        const above = { x: place.x + aside, y: place.y - 40 };
+        await mouse(to(place), down, to({ x: above.x, y: place.y }), to(above), up);
+        await until("drawn", async () => (await valueOf(3)) !== before);
+        return (await valueOf(3)) - before;
+    };
+    const coarse = await drag(0);
+    const fine = await drag(80);
+    assert.ok(Math.abs(fine - coarse / 8) < 20, `coarse ${coarse}, fine ${fine}`);
+    const last = (await valueOf(3)) / 16383;
+    await until("Pro Tools has it", async () => Math.abs((await studio.shownTracks())[3].fader - last) < 0.002);
+});
+
+test("two clicks in WebKit bring a fader to 0 dB", { skip: missing }, async () => {
+    await mouse(to(await middleOf(fader(4))), down, up, down, up);
+    const unity = 12288 / 16383;
+    await until("at 0 dB", async () => Math.abs((await studio.shownTracks())[4].fader - unity) < 0.002);
+});
+
+test("ten fingers in WebKit move ten faders, and those that are taken away let go", { skip: missing }, async () => {
+    const ten = [0, 1, 2, 3, 4, 5, 6, 7, 8, 9];
+    for (const strip of ten) studio.receiver.type(`fader ${strip + 1} 0.5`);
+    await until("all in the middle", async () => (await Promise.all(ten.map(valueOf))).every((at) => at === 8191));
+    await onPage("Element.prototype.setPointerCapture = () => {}");
+    const touch = (/** @type {string} */ type, /** @type {number} */ y) =>
+        onPage(`[...document.querySelectorAll('.fader')].slice(0, 10).forEach((fader, strip) => fader.dispatchEvent(
+            new PointerEvent('${type}', { pointerId: 100 + strip, pointerType: 'touch', button: 0, bubbles: true,
+                clientX: 100, clientY: 400 + (strip % 2 ? 1 : -1) * ${y} })))`);
+    await touch("pointerdown", 0);
+    for (const way of [10, 20, 30]) await touch("pointermove", way);
+    assert.equal(await onPage("document.querySelectorAll('.fader[data-held]').length"), 10);
+    await touch("pointercancel", 30);
+    await until("let go", async () => (await onPage("document.querySelectorAll('.fader[data-held]').length")) === 0);
+    const shown = await Promise.all(ten.map(valueOf));
+    for (const strip of ten) assert.equal(Math.sign(shown[strip] - 8191), strip % 2 ? -1 : 1, `fader ${strip}`);
+    await until("Pro Tools has them", async () => {
+        const tracks = await studio.shownTracks();
+        return ten.every((strip) => Math.abs(tracks[strip].fader - shown[strip] / 16383) < 0.002);
+    });
+});
+
+test("in WebKit, too, every control has a role, a name and a value", { skip: missing }, async () => {
+    await ask("POST", "/execute/sync", { script: axeSource(), args: [] });
+    const script = `const done = arguments[arguments.length - 1];
+        axe.run().then(({ violations }) => done(violations.map(({ id, nodes: [{ html }] }) => id + ": " + html)));`;
+    assert.deepEqual(await ask("POST", "/execute/async", { script, args: [] }), []);
 });
