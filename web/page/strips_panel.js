@@ -25,6 +25,7 @@ export class StripsPanel {
     constructor(link, grips, sheet) {
         this.#link = link;
         this.#views = Array.from({ length: strips }, (_, strip) => new StripView(link, grips, sheet, strip));
+        for (const { element } of this.#views) element.hidden = true; // until it is known how many there is room for
         this.element.append(...this.#views.map((view) => view.element));
         new ResizeObserver(([entry]) => {
             if (entry.contentRect.width === 0) return; // another view is shown

@@ -11,6 +11,7 @@ import { Gateway, Studio, launch, openPage, phone } from "./studio.js";
 const moves = 400; // half of them to the peer
 const pause = 13; // from move to move, so that none waits for a picture and each is a message of its own
 const musicTime = 5;
+const loads = 5;
 const slowness = 4; // a phone of some years ago
 const perMillisecond = 1e6;
 
@@ -104,7 +105,8 @@ function noteMoves(port) {
 async function timeForMusic() {
     const studio = await Studio.open(24);
     const context = await browser.newContext(phone);
-    const picture = await firstPicture(context, studio);
+    const pictures = [];
+    for (let i = 0; i < loads; ++i) pictures.push(await firstPicture(context, studio));
     const page = await openPage(context, studio);
     studio.receiver.type("play");
     await page.locator(".light.play[data-on]").waitFor();
@@ -123,14 +125,14 @@ async function timeForMusic() {
     await context.close();
     await studio.close();
     return [
-        { name: "page's first picture on a slow phone", ours: perMillisecond * picture, limit: 1e9 },
+        { name: "page's first picture on a slow phone", ours: perMillisecond * percentile(pictures, 0.5), limit: 1e9 },
         { name: "page's script time a second, meters", ours: perSecond, limit: 60 * perMillisecond },
         { name: "gateway's for this page", ours: ofGateway, limit: 0.01e9 },
     ];
 }
 
 /**
- * When the strips are drawn, in milliseconds since the address was opened.
+ * When the strips are drawn, in milliseconds since the address was opened. Nothing of the page is kept from before.
  * @param {import("playwright-core").BrowserContext} context @param {Studio} studio
  */
 async function firstPicture(context, studio) {
@@ -143,6 +145,7 @@ async function firstPicture(context, studio) {
         requestAnimationFrame(look);
     });
     const session = await context.newCDPSession(page);
+    await session.send("Network.clearBrowserCache");
     await session.send("Emulation.setCPUThrottlingRate", { rate: slowness });
     await page.goto(studio.address);
     const drawnAt = await page.waitForFunction(() => Reflect.get(window, "drawnAt"));
