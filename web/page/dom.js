@@ -21,7 +21,10 @@ class Kept {
     /** @type {WeakMap<Element, Map<string, string>>} */
     #byElement = new WeakMap();
 
-    /** Whether this is another value than the last. @param {Element} element @param {string} name @param {string} value */
+    /**
+     * Whether this is another value than the last.
+     * @param {Element} element @param {string} name @param {string} value
+     */
     changes(element, name, value) {
         let values = this.#byElement.get(element);
         if (!values) this.#byElement.set(element, (values = new Map()));

@@ -2,7 +2,7 @@
 // What Chromium's own trace says of its frames.
 
 /** @typedef {import("playwright-core").CDPSession} CDPSession */
-/** @typedef {{name: string, ph: string, pid: number, tid: number, dur?: number, tdur?: number, args: any}} TraceEvent */
+/** @typedef {{name: string, ph: string, tdur?: number, args: any}} TraceEvent */
 
 /**
  * Everything that Chromium notes while `action` runs.

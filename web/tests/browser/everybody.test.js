@@ -1,5 +1,5 @@
 // @ts-check
-// The page in both languages, for whoever wants it bright or dark, with few or many pixels: nobody is left out.
+// The page in both languages, on systems set to dark and to light, on a phone and on a tablet.
 import assert from "node:assert/strict";
 import test, { after, before } from "node:test";
 import { findsNothing } from "../axe.js";

@@ -1,7 +1,7 @@
 // @ts-check
-// The page in WebKit, the engine of every browser on an iPhone, by the protocol of WebDriver. Its driver has one pointer,
-// a mouse, which goes through the browser's own hit test and capture. Ten fingers are events that the test makes: WebKit
-// captures no pointer that it does not know, so for these the page has capture of the test's making.
+// The page in WebKit, the engine of every browser on an iPhone, by the protocol of WebDriver. Its driver has one
+// pointer, a mouse, which goes through the browser's own hit test and capture. Ten fingers are events that the test
+// makes. WebKit refuses to capture pointers that it does not know, so for these events capture does nothing.
 import assert from "node:assert/strict";
 import { spawn } from "node:child_process";
 import { existsSync, readdirSync } from "node:fs";
@@ -99,8 +99,10 @@ const fader = (strip) => `document.querySelectorAll('.fader')[${strip}]`;
 /** @param {number} strip */
 const valueOf = async (strip) => Number(await onPage(`${fader(strip)}.ariaValueNow`));
 /** @param {string} element @returns {Promise<{x: number, y: number}>} */
-const middleOf = (element) =>
-    onPage(`(({ x, y, width, height }) => ({ x: x + width / 2, y: y + height / 2 }))(${element}.getBoundingClientRect())`);
+async function middleOf(element) {
+    const { x, y, width, height } = await onPage(`${element}.getBoundingClientRect().toJSON()`);
+    return { x: x + width / 2, y: y + height / 2 };
+}
 
 /** The mouse does these, one after the other. @param {object[]} actions */
 const mouse = (...actions) =>
