@@ -15,17 +15,9 @@ const std::map<std::string, Modules>& arrows() {
     static const Modules ground{"base", "platform/api"};
     static const Modules backEnd{"base", "platform/api", "platform/posix"};
     // What is built on every system, and so stands on no back end that is one system's.
-    static const Modules everywhere{"base",
-                                    "platform/api",
-                                    "platform/portable",
-                                    "platform/virtual",
-                                    "surface",
-                                    "client_link",
-                                    "ptsl",
-                                    "screen",
-                                    "model",
-                                    "simulator",
-                                    "remote"};
+    static const Modules everywhere{"base",   "platform/api", "platform/portable", "platform/virtual",
+                                    "seal",   "surface",      "client_link",       "ptsl",
+                                    "screen", "model",        "simulator",         "remote"};
     static const Modules fuzzed = [] {
         Modules modules = everywhere;
         modules.emplace_back("web");
@@ -42,29 +34,30 @@ const std::map<std::string, Modules>& arrows() {
         {"platform/qt", backEnd},
         {"platform/virtual", backEnd},
         {"surface", ground},
-        {"client_link", ground},
+        {"seal", ground},
+        {"client_link", {"base", "platform/api", "seal"}},
         {"ptsl", ground},
         {"screen", ground},
-        {"model", {"base", "platform/api", "surface", "client_link", "ptsl", "screen"}},
+        {"model", {"base", "platform/api", "seal", "surface", "client_link", "ptsl", "screen"}},
         {"simulator", ground},
-        {"remote", ground},
+        {"remote", {"base", "platform/api", "seal"}},
         {"app",
          {"base", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/macos",
-          "platform/qt", "model"}},
+          "platform/qt", "seal", "model"}},
         {"tools",
-         {"base", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/virtual", "model",
-          "app", "simulator", "remote"}},
-        {"web", {"base", "platform/api", "platform/posix", "platform/linux"}},
+         {"base", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/virtual", "seal",
+          "model", "app", "simulator", "remote"}},
+        {"web", {"base", "platform/api", "platform/posix", "platform/linux", "seal"}},
         {"tests", everywhere},
         {"tests/interop",
-         {"base", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/virtual", "ptsl",
-          "simulator", "tools"}},
+         {"base", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/virtual", "seal",
+          "ptsl", "simulator", "tools"}},
         {"tests/end_to_end", processes},
         {"tests/desktop", {"base", "tests/interop", "tests/end_to_end"}},
         {"fuzz", fuzzed},
         {"benchmarks",
-         {"base", "platform/api", "platform/portable", "platform/posix", "platform/virtual", "surface", "client_link",
-          "ptsl", "model", "simulator", "web"}},
+         {"base", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/virtual", "seal",
+          "surface", "client_link", "ptsl", "model", "simulator", "web"}},
     };
     return table;
 }
@@ -91,7 +84,7 @@ std::string complaint(const std::string& path, bool isTest, const std::string& i
 // The product between its back ends and its programs is C++ and its standard library, whose headers have bare names:
 // others' libraries, the system's own headers and a path in angle brackets do not belong there.
 bool isPortableProduct(const std::string& path, bool isTest) {
-    static const Modules portable{"base", "platform/api", "surface", "client_link", "ptsl", "screen", "model"};
+    static const Modules portable{"base", "platform/api", "seal", "surface", "client_link", "ptsl", "screen", "model"};
     return !isTest && std::ranges::find(portable, moduleOf(path)) != portable.end();
 }
 

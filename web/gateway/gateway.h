@@ -2,7 +2,7 @@
 // socket of its own. One binary message is one datagram, both ways, unchanged.
 #pragma once
 
-#include "web/gateway/pairing_key.h"
+#include "seal/pairing_key.h"
 
 #include <cstdint>
 #include <expected>

@@ -1,7 +1,7 @@
 // The file that keeps the pairing key.
 #pragma once
 
-#include "web/gateway/pairing_key.h"
+#include "seal/pairing_key.h"
 
 #include <expected>
 #include <functional>

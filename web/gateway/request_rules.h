@@ -2,7 +2,7 @@
 // network, also under a name that its own DNS server maps to such an address; these rules tell our page from others'.
 #pragma once
 
-#include "web/gateway/pairing_key.h"
+#include "seal/pairing_key.h"
 
 #include <optional>
 #include <string>

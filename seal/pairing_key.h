@@ -1,4 +1,4 @@
-// The secret that lets a browser control the receiver.
+// A secret that a client shares with the receiver, or a browser with its gateway.
 #pragma once
 
 #include <array>
@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace lumbrine::web {
+namespace lumbrine {
 
 // 128 bits, written as 26 letters and digits of Crockford's base 32 (no I, L, O and U).
 class PairingKey {
@@ -19,6 +19,7 @@ public:
     // Absent unless it is the text of a key, exactly.
     static std::optional<PairingKey> parse(std::string_view text);
 
+    std::array<std::uint8_t, 16> bits() const;
     const std::string& text() const { return characters; }
 
     // Takes the same time however much of a guess is right.
@@ -32,4 +33,4 @@ private:
     std::string characters;
 };
 
-} // namespace lumbrine::web
+} // namespace lumbrine

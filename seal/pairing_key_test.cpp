@@ -1,8 +1,8 @@
-#include "web/gateway/pairing_key.h"
+#include "seal/pairing_key.h"
 
 #include <gtest/gtest.h>
 
-namespace lumbrine::web {
+namespace lumbrine {
 namespace {
 
 constexpr std::string_view sample = "742BCM0SCXPZA154Z02S9P89HC";
@@ -21,6 +21,14 @@ TEST(PairingKey, WritesItsBitsInBase32) {
 TEST(PairingKey, IsReadFromItsText) {
     ASSERT_TRUE(PairingKey::parse(sample));
     EXPECT_EQ(PairingKey::parse(sample)->text(), sample);
+}
+
+TEST(PairingKey, HasTheBitsThatItWasMadeOf) {
+    std::array<std::uint8_t, 16> bits{0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF};
+    EXPECT_EQ(PairingKey(bits).bits(), bits);
+    bits.fill(0xFF);
+    EXPECT_EQ(PairingKey(bits).bits(), bits);
+    EXPECT_EQ(PairingKey(PairingKey::parse(sample)->bits()).text(), sample);
 }
 
 TEST(PairingKey, IsReadFromNoOtherText) {
@@ -42,4 +50,4 @@ TEST(PairingKey, IsEqualToItsWholeTextAlone) {
 }
 
 } // namespace
-} // namespace lumbrine::web
+} // namespace lumbrine

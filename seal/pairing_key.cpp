@@ -1,8 +1,8 @@
-#include "web/gateway/pairing_key.h"
+#include "seal/pairing_key.h"
 
 #include <algorithm>
 
-namespace lumbrine::web {
+namespace lumbrine {
 
 namespace {
 
@@ -29,6 +29,21 @@ std::optional<PairingKey> PairingKey::parse(std::string_view text) {
     return PairingKey(text);
 }
 
+std::array<std::uint8_t, 16> PairingKey::bits() const {
+    std::array<std::uint8_t, 16> bytes{};
+    auto next = bytes.begin();
+    unsigned pending = 0;
+    int pendingBits = -2; // the first two are of no byte
+    for (const char c : characters) {
+        pending = (pending << 5 | static_cast<unsigned>(digits.find(c))) & 0x1FFF;
+        pendingBits += 5;
+        if (pendingBits < 8) continue;
+        pendingBits -= 8;
+        *next++ = static_cast<std::uint8_t>(pending >> pendingBits);
+    }
+    return bytes;
+}
+
 bool PairingKey::is(std::string_view guess) const {
     if (guess.size() != characters.size()) return false;
     unsigned difference = 0;
@@ -38,4 +53,4 @@ bool PairingKey::is(std::string_view guess) const {
     return difference == 0;
 }
 
-} // namespace lumbrine::web
+} // namespace lumbrine
