@@ -25,6 +25,14 @@ struct Asked {
     TimePoint at;
 };
 
+// The device that sealed a datagram.
+struct SealedBy {
+    std::uint64_t token = 0;
+    std::uint8_t keyNumber = 0;
+
+    friend bool operator==(const SealedBy&, const SealedBy&) = default;
+};
+
 // The sender of one of the owner's datagrams.
 struct Sender {
     std::string_view key; // "host:port", to answer to

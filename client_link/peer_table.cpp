@@ -26,13 +26,16 @@ std::optional<std::uint64_t> announcedToken(ByteView bytes) {
 
 } // namespace
 
-std::optional<Ownership> PeerTable::admit(ByteView bytes, const PeerName& sender, TimePoint now) {
-    const Peer& peer = note(bytes, sender, now);
+std::optional<Ownership> PeerTable::admit(ByteView bytes, const PeerName& sender, TimePoint now,
+                                          std::optional<SealedBy> seal) {
+    Peer& peer = note(bytes, sender, now);
+    peer.seal = seal;
+    if (seal) peer.token = seal->token;
     const std::optional<std::uint64_t> token = peer.token;
     displacedIP.clear();
     if (!owner || owner->key != sender.key) {
         // The same token at another address is the same device after an app restart or a change of network.
-        const bool sameDevice = owner && token && token == owner->token;
+        const bool sameDevice = isOwnersDevice(peer);
         const bool isTaken = !sameDevice && liveOwner(now) != nullptr;
         if (isTaken && !hasHeader(bytes, takeOver)) return std::nullopt;
         if (isTaken) displacedIP = find(owner->key)->ip;
@@ -44,7 +47,13 @@ std::optional<Ownership> PeerTable::admit(ByteView bytes, const PeerName& sender
         owner->ownership = ownership;
     }
     owner->token = token;
+    owner->seal = seal;
     return owner->ownership;
+}
+
+bool PeerTable::isOwnersDevice(const Peer& peer) const {
+    if (!owner || !peer.token || peer.token != owner->token) return false;
+    return !owner->seal || peer.seal == owner->seal; // anybody can read a token off the network
 }
 
 Ownership PeerTable::nextOwnership(const Peer& device, const std::string& key) const {

@@ -35,11 +35,13 @@ public:
         std::string ip;
         TimePoint lastSeen = distantPast;
         std::optional<std::uint64_t> token; // the device's own number, from its hello
+        std::optional<SealedBy> seal;       // of its last datagram
     };
 
     struct Owner {
         std::string key;
         std::optional<std::uint64_t> token;
+        std::optional<SealedBy> seal;
         Ownership ownership;
     };
 
@@ -53,7 +55,11 @@ public:
 
     // A datagram has arrived: records its sender and decides who is the owner. Returns the ownership when the owner is
     // the sender, nothing when the datagram is refused. Allocates nothing when the sender is known and the owner.
-    std::optional<Ownership> admit(ByteView bytes, const PeerName& sender, TimePoint now);
+    //
+    // `seal` is whose seal the datagram had. An owner that seals follows its token to another address only under the
+    // same seal.
+    std::optional<Ownership> admit(ByteView bytes, const PeerName& sender, TimePoint now,
+                                   std::optional<SealedBy> seal = std::nullopt);
 
     // So many owners are remembered that another device or another address has replaced, the latest ones.
     static constexpr std::size_t maxFormer = 32;
@@ -76,6 +82,7 @@ private:
     using Peers = std::map<std::string, Peer, std::less<>>;
 
     Peer& note(ByteView bytes, const PeerName& sender, TimePoint now);
+    bool isOwnersDevice(const Peer& peer) const;
     Ownership nextOwnership(const Peer& device, const std::string& key) const;
     void rememberOwner();
     void makeRoom(TimePoint now);

@@ -11,6 +11,8 @@
 
 namespace lumbrine {
 
+using Verdict = SealedSessions::Verdict;
+
 namespace {
 
 constexpr Duration retryDelay = seconds(0.001); // keeps a socket that fails at once from using a whole core
@@ -38,6 +40,21 @@ UDPServer::UDPServer(Runtime& runtime, DatagramSockets& sockets, std::uint16_t p
 
 UDPServer::~UDPServer() {
     end();
+}
+
+void UDPServer::useSeals(Secrets& secrets) {
+    const Lock lock(peersLock);
+    seals.emplace(secrets);
+}
+
+void UDPServer::setKeys(const std::vector<PairingKey>& keys) {
+    const Lock lock(peersLock);
+    if (seals) seals->setKeys(keys);
+}
+
+void UDPServer::letOnlyPairedIn(bool on) {
+    const Lock lock(peersLock);
+    if (seals) seals->letOnlyPairedIn(on);
 }
 
 std::expected<void, UDPError> UDPServer::start() {
@@ -85,18 +102,41 @@ void UDPServer::handleDatagram(ByteView bytes, const PeerAddress& from) {
     namePeer(from);
     if (peerIsSelf) return;
     heard = true;
+    SealedSessions::Judged judged;
     std::optional<Ownership> ownership;
     {
         const Lock lock(peersLock);
-        ownership = peers.admit(bytes, peer, arrived);
+        judged = judge(bytes, arrived);
+        if (judged.verdict == Verdict::counts) ownership = peers.admit(judged.message, peer, arrived, judged.by);
         displaced = peers.displaced();
     }
+    if (judged.verdict == Verdict::opening) return answerOpening(judged.message);
+    if (judged.verdict == Verdict::stranger) return noteStranger();
+    if (judged.verdict == Verdict::dropped) return;
     if (!displaced.empty() && onTakeOver) onTakeOver(peer.ip, displaced);
     if (!ownership) {
         refuse();
     } else if (onDatagram) {
-        onDatagram(bytes, {.key = peer.key, .ownership = *ownership, .arrived = arrived});
+        onDatagram(judged.message, {.key = peer.key, .ownership = *ownership, .arrived = arrived});
     }
+}
+
+SealedSessions::Judged UDPServer::judge(ByteView bytes, TimePoint arrived) {
+    if (seals) return seals->judge(bytes, peer.key, arrived);
+    return {.verdict = Verdict::counts, .message = bytes, .by = std::nullopt};
+}
+
+// The answer goes to an address that may be forged, like a refusal.
+void UDPServer::answerOpening(ByteView answer) {
+    if (!refusals.allows(peer.ip, runtime.now())) return;
+    sendTo(peer.address, answer);
+    refusals.count(peer.ip, runtime.now());
+}
+
+void UDPServer::noteStranger() {
+    if (strangerIPs.size() >= maxStrangers || !strangerIPs.insert(peer.ip).second) return;
+    strangerCount = strangerIPs.size();
+    if (onStranger) onStranger();
 }
 
 void UDPServer::refuse() {
@@ -117,12 +157,15 @@ void UDPServer::namePeer(const PeerAddress& from) {
 
 void UDPServer::send(ByteView bytes, std::string_view key) {
     if (fd < 0) return;
+    const TimePoint now = runtime.now();
     PeerAddress to;
+    seal::SealedDatagram space;
     {
         const Lock lock(peersLock);
         const PeerTable::Peer* const known = peers.find(key);
         if (known == nullptr) return;
         to = known->address;
+        if (seals) bytes = seals->outgoing(bytes, key, now, space);
     }
     sendTo(to, bytes);
 }
@@ -131,17 +174,20 @@ void UDPServer::broadcast(ByteView bytes) {
     if (fd < 0) return;
     const TimePoint now = runtime.now();
     PeerAddress to;
+    seal::SealedDatagram space;
     {
         const Lock lock(peersLock);
         peers.forgetSilent(now);
         const PeerTable::Owner* const owner = peers.liveOwner(now);
         if (owner == nullptr) return;
         to = peers.find(owner->key)->address;
+        if (seals) bytes = seals->outgoing(bytes, owner->key, now, space);
     }
     sendTo(to, bytes);
 }
 
 void UDPServer::sendTo(const PeerAddress& to, ByteView bytes) {
+    if (bytes.empty()) return;
     const int result = sockets.send(fd, bytes, to);
     if (result < 0) ++unsent;
     if (isRefusal(result)) {
@@ -192,6 +238,19 @@ std::optional<Ownership> UDPServer::ownership() {
     const PeerTable::Owner* const owner = peers.liveOwner(now);
     if (owner == nullptr) return std::nullopt;
     return owner->ownership;
+}
+
+std::optional<SealedSessions::Loss> UDPServer::ownersLoss() {
+    const TimePoint now = runtime.now();
+    const Lock lock(peersLock);
+    const PeerTable::Owner* const owner = peers.liveOwner(now);
+    if (owner == nullptr || !seals) return std::nullopt;
+    return seals->lossFrom(owner->key);
+}
+
+std::vector<TimePoint> UDPServer::lastUsesOfKeys() {
+    const Lock lock(peersLock);
+    return seals ? seals->lastUses() : std::vector<TimePoint>{};
 }
 
 } // namespace lumbrine

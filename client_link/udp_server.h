@@ -6,6 +6,7 @@
 #include "client_link/ownership.h"
 #include "client_link/peer_table.h"
 #include "client_link/refusal_limit.h"
+#include "client_link/sealed_sessions.h"
 #include "platform/api/datagram_sockets.h"
 #include "platform/api/runtime.h"
 
@@ -15,6 +16,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,10 +45,35 @@ public:
     // onDatagram. On the receive thread, with no lock held. Set it before `start`.
     std::function<void(const std::string& by, const std::string& from)> onTakeOver;
 
+    // Called when the number of `strangers` has grown. On the receive thread, with no lock held. Set it before `start`.
+    std::function<void()> onStranger;
+
     // Called when the system sends nothing while datagrams arrive, because of a firewall or a missing permission: when
     // it has refused to send three times, with a datagram received before each. Called again for each further three.
     // The argument is an errno value. On the thread that sends, with no lock held. Set it before `start`.
     std::function<void(int error)> onSendingRefused;
+
+    // Lets clients seal. Without it, every datagram counts as unsealed. Call it before `start`; `secrets` outlives the
+    // server.
+    void useSeals(Secrets& secrets);
+
+    // The keys that clients may seal with. Clients of other keys do not seal any more. Any thread.
+    void setKeys(const std::vector<PairingKey>& keys);
+
+    // While this is on, a datagram that is not sealed is not answered, enters no table and is not delivered. Nothing is
+    // sent unsealed. Any thread.
+    void letOnlyPairedIn(bool on);
+
+    // How many hosts have sent something unsealed while only paired clients were let in: at most maxStrangers. Any
+    // thread.
+    static constexpr std::size_t maxStrangers = 100;
+    std::size_t strangers() const { return strangerCount; }
+
+    // The datagrams of the live owner, when it seals. Any thread.
+    std::optional<SealedSessions::Loss> ownersLoss();
+
+    // When each of the keys last opened a session, in the order of `setKeys`. Any thread.
+    std::vector<TimePoint> lastUsesOfKeys();
 
     // Opens, configures and binds the socket and starts the receive thread. After a failure, the server neither
     // receives nor sends. Call once.
@@ -78,6 +105,8 @@ public:
     // onDatagram, or answers "busy" as often as RefusalLimit allows. Allocates nothing when the sender is the owner and
     // sent the last datagram too.
     //
+    // A sealed datagram is delivered without its trailer, and at most once.
+    //
     // A datagram that can only come from a receiver, by its type or because its sender is this very socket, is ignored.
     // Otherwise two receivers could answer each other for ever, or stream their state to each other as if to a client.
     void handleDatagram(ByteView bytes, const PeerAddress& from);
@@ -86,7 +115,10 @@ public:
 
 private:
     void receiveLoop();
+    SealedSessions::Judged judge(ByteView bytes, TimePoint arrived) LUMBRINE_REQUIRES(peersLock);
     void refuse();
+    void answerOpening(ByteView answer);
+    void noteStranger();
     void namePeer(const PeerAddress& from);
     void sendTo(const PeerAddress& to, ByteView bytes);
     void countRefusal(int result);
@@ -101,6 +133,9 @@ private:
 
     Mutex peersLock; // sends and the callback happen outside it
     PeerTable peers LUMBRINE_GUARDED_BY(peersLock);
+    std::optional<SealedSessions> seals LUMBRINE_GUARDED_BY(peersLock);
+
+    std::atomic<std::size_t> strangerCount{0};
 
     // Receive thread only. The sender's address is formatted only when it is another one than the last, so that a
     // stream of datagrams from one peer allocates nothing.
@@ -108,6 +143,7 @@ private:
     bool peerIsSelf = false; // it is this server's own socket
     std::string displaced;   // whom it took control from; empty for nobody
     RefusalLimit refusals;
+    std::set<std::string> strangerIPs; // at most maxStrangers
 
     std::unique_ptr<Thread> receiveThread;
 };

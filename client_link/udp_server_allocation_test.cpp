@@ -1,6 +1,6 @@
 #include "base/testing/allocation_count.h"
 #include "client_link/client_command.h"
-#include "client_link/testing/served_peers.h"
+#include "client_link/testing/sealing_client.h"
 
 namespace lumbrine {
 namespace {
@@ -29,6 +29,27 @@ TEST(UDPServerAllocation, DeliversAndReadsTheOwnersFaderMovesWithoutOne) {
         peers.server.handleDatagram(move, address);
     EXPECT_EQ(allocationCount(), before);
     EXPECT_EQ(moves, 1001);
+}
+
+TEST(UDPServerAllocation, DeliversSealedFaderMovesWithoutOne) {
+    ServedPeers peers;
+    ToySecrets secrets(2);
+    peers.server.useSeals(secrets);
+    peers.server.setKeys({studioKey});
+    SealingClient client(peers, phone, 7);
+    client.open();
+    int moves = 0;
+    peers.server.onDatagram = [&moves](ByteView, const Sender&) { ++moves; };
+    std::vector<Bytes> datagrams;
+    for (std::uint8_t i = 0; i < 100; ++i)
+        datagrams.push_back(client.sealed({0x01, 0x01, 0x03, i, 0xFF}));
+    const PeerAddress address = peerAt(phone);
+
+    const int before = allocationCount();
+    for (const Bytes& datagram : datagrams)
+        peers.server.handleDatagram(datagram, address);
+    EXPECT_EQ(allocationCount(), before);
+    EXPECT_EQ(moves, 100);
 }
 
 TEST(UDPServerAllocation, NamesPeersThatTakeTurnsWithoutOne) {
