@@ -1,5 +1,7 @@
 #include "model/bank/calibration.h"
 
+#include "base/blank_text.h"
+
 #include <algorithm>
 #include <cassert>
 #include <utility>
@@ -40,7 +42,8 @@ bool Calibration::admitted(bool force) {
         if (force) log.sayOnceAMinute("Scan: aborted (Pro Tools not connected)", "計測: Pro Tools 未接続のため中止");
         return false;
     }
-    if (!force && (!state.published.session.empty() || state.handsOn(jobs.runtime.now()))) return false;
+    const bool isNeeded = state.published.session.empty() && mayFindTracks();
+    if (!force && (!isNeeded || state.handsOn(jobs.runtime.now()))) return false;
     if (state.transportRunning()) {
         if (!std::exchange(state.scans.warnedTransportSkip, true))
             log.sayOnceAMinute("Scan: postponed while playing/recording (runs automatically after stop)",
@@ -49,6 +52,12 @@ bool Calibration::admitted(bool force) {
     }
     state.scans.warnedTransportSkip = false;
     return force || jobs.runtime.now() - state.presence.firstPingAt > pingRunBeforeScan;
+}
+
+bool Calibration::mayFindTracks() const {
+    const std::vector<TrackIdentity>& known = parts.metadata.banked();
+    return !state.scans.sawNothing || !std::ranges::all_of(parts.bankMap.window(), isBlank) ||
+           (!known.empty() && !hasLaidOver(known));
 }
 
 bool Calibration::hasLaidOver(const std::vector<TrackIdentity>& list) const {

@@ -41,10 +41,15 @@ public:
     static constexpr Duration patience = seconds(10.0);
 
     // Asks for a scan unless something speaks against it: Pro Tools not connected or only just, its transport running,
-    // a scan under way, or, unless `force`, somebody else moving the banks, a map that is there or the client's hand on
-    // a fader. One that the client asked for waits for its turn, at most `patience`. A scan whose map does not fit the
-    // displays in the end is repeated once, unless the banks are being moved then. Main thread.
+    // a scan under way, or, unless `force`, somebody else moving the banks, a map that is there, nothing to find
+    // (`mayFindTracks`) or the client's hand on a fader. One that the client asked for waits for its turn, at most
+    // `patience`. A scan whose map does not fit the displays in the end is repeated once, unless the banks are being
+    // moved then. Main thread.
     void calibrateBanks(bool force, std::optional<Asked> asked = {});
+
+    // False after a scan of a session without tracks, until something is shown or listed that it did not know. Main
+    // thread.
+    bool mayFindTracks() const;
 
     // Whether the last scan already went by that list. Main thread.
     bool hasLaidOver(const std::vector<TrackIdentity>& list) const;

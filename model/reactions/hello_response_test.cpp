@@ -220,6 +220,18 @@ TEST_F(HelloWithoutMapTest, HasNothingScannedWhereThereIsAMap) {
     EXPECT_FALSE(scans());
 }
 
+TEST_F(HelloWithoutMapTest, HasASessionWithoutTracksScannedOnceUntilSomethingIsShownOrListed) {
+    ReceiverState& state = bench.state();
+    state.scans.sawNothing = true; // as after a scan
+    EXPECT_FALSE(scans());
+    bench.parts().metadata.takeList({{.name = "歌"}});
+    EXPECT_TRUE(bench.parts().calibration.mayFindTracks());
+    bench.parts().metadata.takeList({});
+    EXPECT_FALSE(bench.parts().calibration.mayFindTracks());
+    state.published.strips[7].name = "x";
+    EXPECT_TRUE(bench.parts().calibration.mayFindTracks());
+}
+
 class HelloWithProToolsTest : public HelloTest {
 protected:
     HelloWithProToolsTest() {

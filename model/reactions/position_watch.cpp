@@ -56,10 +56,8 @@ void PositionWatch::watchMissingMap() {
     const TimePoint now = runtime.now();
     if (!state.published.huiConnected || !state.published.session.empty() || scanning || state.handsOn(now)) return;
     if (now - state.presence.firstPingAt <= pingRunBeforeScan) return;
-    // A session without tracks stays so until a display or the track list shows one.
-    const bool mayBeEmpty = state.scans.sawNothing && !showsNames();
-    if (mayBeEmpty && parts.metadata.banked().empty()) return;
-    const bool isNews = state.scans.sawNothing && showsNames();
+    if (!parts.calibration.mayFindTracks()) return;
+    const bool isNews = state.scans.sawNothing;
     if (isNews || now - state.scans.lastAutoCalibrationAt > betweenScans) scan();
 }
 
