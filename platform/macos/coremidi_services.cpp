@@ -2,14 +2,11 @@
 
 #include "platform/macos/autorelease_scope.h"
 #include "platform/macos/cf_text.h"
+#include "platform/macos/midi_packets.h"
 
 #include <CoreMIDI/CoreMIDI.h>
-#include <mach/mach_time.h>
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
-#include <cstring>
 #include <type_traits>
 #include <utility>
 
@@ -19,26 +16,6 @@ namespace {
 
 constexpr MIDIStatus badArgument = -50;            // paramErr, the system's code for an invalid argument
 constexpr Duration betweenChecks = seconds(0.005); // whether the server has answered
-constexpr std::size_t longestPacket = 256;
-constexpr std::size_t listSize = 512;
-
-// Packets begin at multiples of 4 bytes on Apple's processors. On Intel's each follows the one before at any address,
-// so their fields are copied instead of read in place.
-ByteView dataOf(const ::MIDIPacket* packet) {
-    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(packet);
-    std::uint16_t length = 0;
-    std::memcpy(&length, bytes + offsetof(::MIDIPacket, length), sizeof length);
-    return {bytes + offsetof(::MIDIPacket, data), length};
-}
-
-void handOn(const ::MIDIPacketList* list, const MIDIReadBlock& read) {
-    const ::MIDIPacket* packet = &list->packet[0];
-    for (std::uint32_t left = list->numPackets; left > 0; --left) {
-        const ByteView data = dataOf(packet);
-        if (!data.empty()) read(data.first(std::min(data.size(), longestPacket)));
-        if (left > 1) packet = ::MIDIPacketNext(packet);
-    }
-}
 
 } // namespace
 
@@ -171,7 +148,7 @@ MIDIStatus CoreMIDIServices::open(const std::shared_ptr<Port>& port) {
         status = ::MIDIDestinationCreateWithBlock(port->client->ref, cfString(port->name).get(), &made,
                                                   ^(const ::MIDIPacketList* list, void* /*origin*/) {
                                                     if (kept->isBack.exchange(false) && kept->back) kept->back();
-                                                    handOn(list, kept->read);
+                                                    forEachPacket(list, kept->read);
                                                   });
     }
     if (status == 0) port->ref = made;
@@ -245,13 +222,9 @@ MIDIStatus CoreMIDIServices::received(MIDIEndpointRef source, ByteView message) 
     const ::MIDIEndpointRef ref = port->ref;
     if (ref == 0) return 0;       // the server is away
     const AutoreleaseScope scope; // the thread that sends never ends
-    alignas(::MIDIPacketList) std::array<std::uint8_t, listSize> memory{};
-    auto* const list = reinterpret_cast<::MIDIPacketList*>(memory.data());
-    // A virtual source stamps its packets itself: to its readers 0 would not be now, but the distant past.
-    const ::MIDITimeStamp now = ::mach_absolute_time();
-    ::MIDIPacket* const first = ::MIDIPacketListInit(list);
-    if (::MIDIPacketListAdd(list, listSize, first, now, message.size(), message.data()) == nullptr) return badArgument;
-    const MIDIStatus status = ::MIDIReceived(ref, list);
+    const MessageList list(message);
+    if (list.get() == nullptr) return badArgument;
+    const MIDIStatus status = ::MIDIReceived(ref, list.get());
     if (status != 0 && !lookSoon.exchange(true)) queue->post([this] { look(); });
     return status;
 }

@@ -1,4 +1,5 @@
 // Our ports in the real CoreMIDI, as another program sees them.
+#include "platform/macos/coremidi_connections.h"
 #include "platform/macos/coremidi_services.h"
 #include "platform/macos/dispatch_main_loop.h"
 #include "platform/macos/system_tests/main_queue.h"
@@ -6,6 +7,7 @@
 
 #include <CoreMIDI/CoreMIDI.h>
 
+#include <atomic>
 #include <cstring>
 #include <mutex>
 
@@ -149,6 +151,17 @@ TEST_F(CoreMIDILoopTest, AnIDThatIsTakenIsRefused) {
     MIDIEndpointRef another = 0;
     ASSERT_EQ(services.createSource(client, "another", another), 0);
     EXPECT_EQ(services.setUniqueID(another, sourceID), kMIDIIDNotUnique);
+}
+
+TEST_F(CoreMIDILoopTest, AConnectionFindsOurPortsByTheirNameAndCarriesBothWays) {
+    std::atomic<int> heard = 0;
+    CoreMIDIConnections connections(runtime);
+    const auto connection =
+        connections.connect("Lumbrine test", [&heard](ByteView bytes) { heard += static_cast<int>(bytes.size()); });
+    ASSERT_TRUE(runMainQueueUntil([&] { return connection->connected(); }));
+    connection->send(Bytes{0x90, 0x00, 0x00});
+    services.received(source, Bytes{0x90, 0x00, 0x7F});
+    EXPECT_TRUE(runMainQueueUntil([&] { return heard == 3 && takeArrived().size() == 3; }));
 }
 
 } // namespace

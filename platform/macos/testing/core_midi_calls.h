@@ -4,6 +4,7 @@
 
 #include "platform/macos/testing/core_foundation_calls.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -15,9 +16,12 @@ using MIDITimeStamp = std::uint64_t;
 using MIDIObjectRef = std::uint32_t;
 using MIDIClientRef = MIDIObjectRef;
 using MIDIEndpointRef = MIDIObjectRef;
+using MIDIPortRef = MIDIObjectRef;
+using ItemCount = unsigned long;
 struct MIDINotification;
 
 inline constexpr OSStatus kMIDIInvalidClient = -10830;
+inline constexpr OSStatus kMIDIInvalidPort = -10831;
 inline constexpr OSStatus kMIDIUnknownEndpoint = -10834;
 inline constexpr OSStatus kMIDIServerStartErr = -10839;
 inline constexpr OSStatus kMIDIObjectNotFound = -10842;
@@ -38,6 +42,7 @@ using MIDINotifyBlock = void (^)(const MIDINotification*);
 using MIDIReadBlock = void (^)(const MIDIPacketList*, void*);
 
 extern "C" {
+extern const CFStringRef kMIDIPropertyName;
 extern const CFStringRef kMIDIPropertyUniqueID;
 
 std::uint64_t mach_absolute_time();
@@ -50,6 +55,16 @@ OSStatus MIDIDestinationCreateWithBlock(MIDIClientRef client, CFStringRef name, 
 OSStatus MIDIEndpointDispose(MIDIEndpointRef endpoint);
 OSStatus MIDIObjectSetIntegerProperty(MIDIObjectRef object, CFStringRef property, std::int32_t value);
 OSStatus MIDIObjectGetIntegerProperty(MIDIObjectRef object, CFStringRef property, std::int32_t* value);
+OSStatus MIDIObjectGetStringProperty(MIDIObjectRef object, CFStringRef property, CFStringRef* text);
+ItemCount MIDIGetNumberOfSources();
+MIDIEndpointRef MIDIGetSource(ItemCount index);
+ItemCount MIDIGetNumberOfDestinations();
+MIDIEndpointRef MIDIGetDestination(ItemCount index);
+OSStatus MIDIInputPortCreateWithBlock(MIDIClientRef client, CFStringRef name, MIDIPortRef* port, MIDIReadBlock read);
+OSStatus MIDIOutputPortCreate(MIDIClientRef client, CFStringRef name, MIDIPortRef* port);
+OSStatus MIDIPortConnectSource(MIDIPortRef port, MIDIEndpointRef source, void* origin);
+OSStatus MIDIPortDisconnectSource(MIDIPortRef port, MIDIEndpointRef source);
+OSStatus MIDISend(MIDIPortRef port, MIDIEndpointRef destination, const MIDIPacketList* list);
 OSStatus MIDIReceived(MIDIEndpointRef source, const MIDIPacketList* list);
 MIDIPacket* MIDIPacketNext(const MIDIPacket* packet);
 MIDIPacket* MIDIPacketListInit(MIDIPacketList* list);
@@ -59,7 +74,8 @@ MIDIPacket* MIDIPacketListAdd(MIDIPacketList* list, ByteCount listSize, MIDIPack
 
 namespace lumbrine::fakes {
 
-// The state of the fake. Each test begins with newCoreMIDI().
+// The state of the fake. Each test begins with newCoreMIDI(). A status other than 0 refuses the call, after it has been
+// noted. The functions are called within the call, which is therefore as slow as they are; they may call CoreMIDI.
 struct CoreMIDI {
     std::vector<std::string> calls;
     std::vector<std::vector<std::uint8_t>> received; // the lists' memory, of 512 bytes each
@@ -69,9 +85,13 @@ struct CoreMIDI {
     OSStatus destinationStatus = 0;
     OSStatus propertyStatus = 0;
     OSStatus receivedStatus = 0;
+    OSStatus portStatus = 0;    // of ports' creation
+    OSStatus connectStatus = 0; // of an input with a source
+    OSStatus sendStatus = 0;
     bool alignsPackets = true; // as on Apple's processors; false: packets follow each other directly, as on Intel
     int blocks = 0;            // read and notify blocks that it retains
     std::function<void()> duringCreation = [] {}; // of a client
+    std::function<void()> duringSend = [] {};     // before a message is handed on, either way
 };
 CoreMIDI& coreMIDI();
 void newCoreMIDI();
@@ -80,7 +100,11 @@ void newCoreMIDI();
 void endMIDIServer();
 void startMIDIServer();
 
-// Delivers packets to a destination as one list.
-void deliver(MIDIEndpointRef destination, const std::vector<std::vector<std::uint8_t>>& packets);
+// Delivers packets to a destination, or to an input, as one list. The first is stamped `firstStamp`, and each other one
+// a tick later.
+void deliver(MIDIObjectRef reader, const std::vector<std::vector<std::uint8_t>>& packets, std::uint64_t firstStamp = 0);
+
+// The inputs that exist, the oldest first.
+std::vector<MIDIPortRef> inputs();
 
 } // namespace lumbrine::fakes
