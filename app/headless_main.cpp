@@ -3,6 +3,7 @@
 #include "app/check_service.h"
 #include "app/command_line.h"
 #include "app/diagnosis.h"
+#include "app/flight_recorder.h"
 #include "app/receiver_ending.h"
 #include "app/standard_output.h"
 #include "model/receiver_model.h"
@@ -55,6 +56,8 @@ constexpr ProgramInfo program{
         "  QV_PORT         UDP port to listen on (default 52700)\n"
         "  QV_NO_BONJOUR   set to anything: the service is not announced on the network\n"
         "  QV_DEBUG        set to anything: diagnostic lines\n"
+        "  LUMBRINE_BLACKBOX\n"
+        "                  the recording for lumbrine-blackbox: 0 for none, its size in MiB (default 16) or its path\n"
         "  LANGUAGE, LC_ALL, LC_MESSAGES, LANG\n"
         "                  the first that is set chooses the language of the log: Japanese (ja...) or English\n",
 };
@@ -90,6 +93,8 @@ int run() {
     const Bilingual text(prefersJapanese(system.preferredLanguages()));
     LineOutput output = standardOutput(text);
     RealRuntime runtime(loop);
+    FlightRecorder recorder(runtime, blackboxSetting(system.environment("LUMBRINE_BLACKBOX"), system.stateFolder()),
+                            "lumbrine-headless " LUMBRINE_VERSION ", Linux", text);
     std::shared_ptr<ReceiverModel> model;
     // The model starts when the MIDI system is known, because it creates its ports at once.
     int status = 0;
@@ -108,8 +113,10 @@ int run() {
     AvahiAdvertiser advertiser;
     NlohmannJSON json(text);
     NoAccessibility accessibility;
-    model = ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text,
-                                  [&output](const std::string& line) { output.print(line); });
+    model = ReceiverModel::create(
+        recorder.recorded({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}), text,
+        recorder.recorded([&output](const std::string& line) { output.print(line); }));
+    recorder.keepUp(model);
     const NetworkWatch network(runtime, [&model] {
         if (model) model->readAddress();
     });

@@ -1,4 +1,5 @@
 // Lumbrine: the receiver as a menu-bar application of the Mac.
+#include "app/flight_recorder.h"
 #include "app/login_item.h"
 #include "app/macos/about_box.h"
 #include "app/macos/application.h"
@@ -66,12 +67,24 @@ std::string timeOfDay() {
     return [formatter stringFromDate:[NSDate date]].UTF8String;
 }
 
+std::string version() {
+    NSString* const text = [NSBundle.mainBundle objectForInfoDictionaryKey:@"CFBundleShortVersionString"];
+    return text == nil ? std::string() : std::string(text.UTF8String);
+}
+
+std::string systemName() {
+    return std::string("macOS ") + NSProcessInfo.processInfo.operatingSystemVersionString.UTF8String;
+}
+
+std::string programName() {
+    return "Lumbrine " + version() + ", " + systemName();
+}
+
 ReceiverApp::Surroundings surroundings(Runtime& runtime) {
-    NSString* const version = [NSBundle.mainBundle objectForInfoDictionaryKey:@"CFBundleShortVersionString"];
     return {.runtime = runtime,
             .system = HostSystem::mac,
-            .version = version == nil ? std::string() : std::string(version.UTF8String),
-            .systemName = std::string("macOS ") + NSProcessInfo.processInfo.operatingSystemVersionString.UTF8String,
+            .version = version(),
+            .systemName = systemName(),
             .addresses = [] { return reachableIPv4(listIPv4Interfaces()); },
             .timeOfDay = timeOfDay};
 }
@@ -83,6 +96,8 @@ struct Mac {
     MacSystemInfo system;
     const Bilingual text{prefersJapanese(system.preferredLanguages())};
     LineOutput output = standardOutput(text);
+    FlightRecorder recorder{runtime, blackboxSetting(system.environment("LUMBRINE_BLACKBOX"), system.stateFolder()),
+                            programName(), text};
     CoreMIDIServices midi{runtime};
     PosixDatagramSockets sockets;
     PosixStreamSockets streams;
@@ -104,12 +119,14 @@ public:
                      .quit = [this] { mac.loop.stop(); },
                      .showAbout = [this] { showAbout(); },
                      .showConnect = [this] { showConnect(); }});
+        mac.recorder.keepUp(model);
         delegate.launched = [this] { openWindow(); };
         delegate.reopened = [this] { openWindow(); };
         delegate.windowChanged = [this] { pace.changed(); };
         delegate.ending = [this] {
             process.within(endingTime);
             model->letGo();
+            mac.recorder.end();
             mac.output.flush();
         };
     }
@@ -157,8 +174,9 @@ private:
     };
     LoginItem loginItem{mac.login, mac.text, print};
     const std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
-        {mac.runtime, mac.midi, mac.sockets, mac.advertiser, mac.system, mac.streams, mac.json, mac.accessibility},
-        mac.text, print);
+        mac.recorder.recorded({mac.runtime, mac.midi, mac.sockets, mac.advertiser, mac.system, mac.streams, mac.json,
+                               mac.accessibility}),
+        mac.text, mac.recorder.recorded(print));
     ReceiverApp app{model, loginItem, mac.text, surroundings(mac.runtime)};
     Promptness promptness{[this] { return std::make_shared<PromptTime>(mac.loop); }};
     DrawPace pace{mac.runtime, [this] { draw(); }};

@@ -1,6 +1,7 @@
 // lumbrine: the receiver with its window and its status icon.
 #include "app/check_service.h"
 #include "app/command_line.h"
+#include "app/flight_recorder.h"
 #include "app/qt/desktop_run.h"
 #include "app/receiver_ending.h"
 #include "app/standard_output.h"
@@ -46,6 +47,8 @@ constexpr ProgramInfo program{
         "  QV_PORT         UDP port to listen on (default 52700)\n"
         "  QV_NO_BONJOUR   set to anything: the service is not announced on the network\n"
         "  QV_DEBUG        set to anything: diagnostic lines\n"
+        "  LUMBRINE_BLACKBOX\n"
+        "                  the recording for lumbrine-blackbox: 0 for none, its size in MiB (default 16) or its path\n"
         "  LANGUAGE, LC_ALL, LC_MESSAGES, LANG\n"
         "                  the first that is set chooses the language: Japanese (ja...) or English\n",
 };
@@ -74,6 +77,8 @@ int run(int count, char** arguments, bool hidden) {
     LineOutput output = standardOutput(text);
     const auto print = [&output](const std::string& line) { output.print(line); };
     RealRuntime runtime(loop);
+    FlightRecorder recorder(runtime, blackboxSetting(system.environment("LUMBRINE_BLACKBOX"), system.stateFolder()),
+                            "lumbrine " LUMBRINE_VERSION ", Linux", text);
     introduceProgram(identifier, text);
     const std::unique_ptr<MIDIServices> midi = backend.services(runtime, [&begin] { begin(); });
     LinuxDatagramSockets sockets;
@@ -83,8 +88,10 @@ int run(int count, char** arguments, bool hidden) {
     NoAccessibility accessibility;
     XdgAutostart autostart(XdgAutostart::Place::of(system));
     LoginItem loginItem(autostart, text, print);
-    auto model =
-        ReceiverModel::create({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}, text, print);
+    auto model = ReceiverModel::create(
+        recorder.recorded({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}), text,
+        recorder.recorded(print));
+    recorder.keepUp(model);
     const std::uint16_t port = model->port();
     const NetworkWatch network(runtime, [weak = std::weak_ptr(model)] {
         if (const auto there = weak.lock()) there->readAddress();

@@ -32,6 +32,10 @@ std::optional<std::string> LinuxSystemInfo::computerName() const {
     return host.data();
 }
 
+std::optional<std::string> LinuxSystemInfo::stateFolder() const {
+    return stateFolderIn([this](const std::string& name) { return environment(name); });
+}
+
 std::optional<std::string> LinuxSystemInfo::primaryIPv4() const {
     return choosePrimaryIPv4(listIPv4Interfaces());
 }

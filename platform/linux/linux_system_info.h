@@ -23,6 +23,9 @@ public:
 
     std::optional<std::string> primaryIPv4() const override;
 
+    // The receiver's folder for what it keeps about its runs. Absent when none is known; it may not exist yet.
+    std::optional<std::string> stateFolder() const;
+
 private:
     const std::string machineInfo = "/etc/machine-info";
 };

@@ -70,4 +70,15 @@ std::optional<std::string> prettyHostName(std::string_view machineInfo) {
     return found;
 }
 
+std::optional<std::string> stateFolderIn(const EnvironmentLookup& environment) {
+    const auto folder = [&](const char* name) {
+        const auto value = environment(name);
+        return value && value->starts_with('/') ? value : std::nullopt; // a relative path is to be ignored
+    };
+    if (const auto own = folder("STATE_DIRECTORY")) return own->substr(0, own->find(':'));
+    if (const auto state = folder("XDG_STATE_HOME")) return *state + "/lumbrine";
+    if (const auto home = folder("HOME")) return *home + "/.local/state/lumbrine";
+    return std::nullopt;
+}
+
 } // namespace lumbrine

@@ -20,4 +20,8 @@ std::vector<std::string> languagesOf(const EnvironmentLookup& environment);
 // than once, the last one counts. Absent when it is missing, empty or badly quoted.
 std::optional<std::string> prettyHostName(std::string_view machineInfo);
 
+// The receiver's own folder for the state of its runs. The service manager names it in STATE_DIRECTORY for a service;
+// otherwise it is in XDG_STATE_HOME or ~/.local/state. Absent when no folder is known.
+std::optional<std::string> stateFolderIn(const EnvironmentLookup& environment);
+
 } // namespace lumbrine

@@ -75,5 +75,30 @@ TEST(PrettyHostName, IsTheLastOneGiven) {
     EXPECT_EQ(prettyHostName("PRETTY_HOSTNAME=Old\nPRETTY_HOSTNAME=New\n"), "New");
 }
 
+std::optional<std::string> stateFolderWith(const Variables& variables) {
+    return stateFolderIn([&variables](const std::string& name) -> std::optional<std::string> {
+        const auto found = variables.find(name);
+        if (found == variables.end()) return std::nullopt;
+        return found->second;
+    });
+}
+
+TEST(StateFolder, IsWhereTheSystemKeepsTheStateOfAUsersPrograms) {
+    EXPECT_EQ(stateFolderWith({{"HOME", "/home/ann"}}), "/home/ann/.local/state/lumbrine");
+    EXPECT_EQ(stateFolderWith({{"HOME", "/home/ann"}, {"XDG_STATE_HOME", "/state"}}), "/state/lumbrine");
+    EXPECT_EQ(stateFolderWith({{"HOME", "/home/ann"}, {"XDG_STATE_HOME", "relative"}}),
+              "/home/ann/.local/state/lumbrine");
+}
+
+TEST(StateFolder, OfAServiceIsTheOneThatItsManagerMade) {
+    EXPECT_EQ(stateFolderWith({{"HOME", "/home/ann"}, {"STATE_DIRECTORY", "/home/ann/.config/lumbrine:/other"}}),
+              "/home/ann/.config/lumbrine");
+}
+
+TEST(StateFolder, IsNoneWithoutAHome) {
+    EXPECT_EQ(stateFolderWith({}), std::nullopt);
+    EXPECT_EQ(stateFolderWith({{"HOME", ""}}), std::nullopt);
+}
+
 } // namespace
 } // namespace lumbrine

@@ -34,4 +34,13 @@ std::optional<std::string> MacSystemInfo::primaryIPv4() const {
     return choosePrimaryIPv4(listIPv4Interfaces());
 }
 
+std::optional<std::string> MacSystemInfo::stateFolder() const {
+    @autoreleasepool {
+        NSString* const support =
+            NSSearchPathForDirectoriesInDomains(NSApplicationSupportDirectory, NSUserDomainMask, YES).firstObject;
+        if (support == nil) return std::nullopt;
+        return utf8Of(support) + "/Lumbrine";
+    }
+}
+
 } // namespace lumbrine

@@ -18,8 +18,10 @@ ReceiverSetup onItsPort(ReceiverSetup setup) {
 } // namespace
 
 std::map<std::string, std::string> environmentFor(const ReceiverSetup& setup) {
-    std::map<std::string, std::string> environment{
-        {"QV_PORT", std::to_string(setup.port)}, {"LANGUAGE", setup.language}, {"JACK_NO_START_SERVER", "1"}};
+    std::map<std::string, std::string> environment{{"QV_PORT", std::to_string(setup.port)},
+                                                   {"LANGUAGE", setup.language},
+                                                   {"JACK_NO_START_SERVER", "1"},
+                                                   {"LUMBRINE_BLACKBOX", setup.blackbox}};
     if (!setup.announced) environment["QV_NO_BONJOUR"] = "1";
     if (!setup.jack.empty()) environment["JACK_DEFAULT_SERVER"] = setup.jack;
     return environment;

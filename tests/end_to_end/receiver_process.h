@@ -14,9 +14,10 @@ inline const std::string headlessProgram = LUMBRINE_BIN_DIR "/lumbrine-headless"
 
 struct ReceiverSetup {
     std::string language = "en";
-    bool announced = false; // by mDNS
-    std::uint16_t port = 0; // 0 for a free one
-    std::string jack = {};  // name of the JACK server; empty for the one that this process uses
+    bool announced = false;     // by mDNS
+    std::uint16_t port = 0;     // 0 for a free one
+    std::string jack = {};      // name of the JACK server; empty for the one that this process uses
+    std::string blackbox = "0"; // the recording's path; 0 for none
 };
 
 // The environment variables for this setup.

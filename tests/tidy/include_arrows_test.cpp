@@ -20,15 +20,17 @@ const std::map<std::string, Modules>& arrows() {
                                     "screen", "model",        "simulator",         "remote"};
     static const Modules fuzzed = [] {
         Modules modules = everywhere;
-        modules.emplace_back("web");
+        modules.insert(modules.end(), {"blackbox", "web"});
         return modules;
     }();
-    static const Modules processes{"base", "tests/interop"};
+    static const Modules processes{"base", "blackbox", "tests/interop"};
     static const std::map<std::string, Modules> table{
         {"base", {}},
+        {"blackbox", {"base"}},
         {"platform/api", {"base"}},
         {"platform/portable", ground},
         {"platform/posix", ground},
+        {"platform/recorded", {"base", "platform/api", "blackbox"}},
         {"platform/linux", backEnd},
         {"platform/macos", backEnd},
         {"platform/qt", backEnd},
@@ -42,8 +44,8 @@ const std::map<std::string, Modules>& arrows() {
         {"simulator", ground},
         {"remote", {"base", "platform/api", "seal"}},
         {"app",
-         {"base", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/macos",
-          "platform/qt", "seal", "model"}},
+         {"base", "blackbox", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/macos",
+          "platform/qt", "platform/recorded", "seal", "model"}},
         {"tools",
          {"base", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/virtual", "seal",
           "model", "app", "simulator", "remote"}},
@@ -84,7 +86,8 @@ std::string complaint(const std::string& path, bool isTest, const std::string& i
 // The product between its back ends and its programs is C++ and its standard library, whose headers have bare names:
 // others' libraries, the system's own headers and a path in angle brackets do not belong there.
 bool isPortableProduct(const std::string& path, bool isTest) {
-    static const Modules portable{"base", "platform/api", "seal", "surface", "client_link", "ptsl", "screen", "model"};
+    static const Modules portable{"base",        "blackbox", "platform/api", "seal", "surface",
+                                  "client_link", "ptsl",     "screen",       "model"};
     return !isTest && std::ranges::find(portable, moduleOf(path)) != portable.end();
 }
 
