@@ -7,7 +7,8 @@ cd "$(dirname "$0")/.."
 packages=(
     build-essential cmake ninja-build ccache mold pkg-config git
     clang-19 clang-tidy-19 clang-format-19 libclang-rt-19-dev llvm-19 libblocksruntime-dev
-    libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev libncurses-dev libutf8proc-dev nlohmann-json3-dev
+    libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev libncurses-dev libutf8proc-dev
+    libzstd-dev nlohmann-json3-dev
     jackd2 libjack-jackd2-dev librtmidi-dev libasound2-dev
     libgrpc++-dev protobuf-compiler-grpc protobuf-compiler libprotobuf-dev libnghttp2-dev
     dbus avahi-daemon avahi-utils libavahi-client-dev

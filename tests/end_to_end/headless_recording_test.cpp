@@ -71,6 +71,12 @@ TEST_F(HeadlessRecording, IsWholeUpToTheLastEventOfAProgramThatIsKilled) {
     const auto all = records();
     EXPECT_TRUE(isAnchor(all.front(), AnchorCause::programBegan));
     EXPECT_FALSE(isAnchor(all.back(), AnchorCause::programEnded));
+    const auto shown =
+        interop::runCommand({LUMBRINE_BIN_DIR "/lumbrine-blackbox", "-f", path, "show", "--kind", "datagrams"});
+    EXPECT_EQ(shown.status, 0);
+    EXPECT_TRUE(shown.output.contains(" → hello\n")) << shown.output;
+    EXPECT_TRUE(shown.output.contains(" ← pong\n")) << shown.output;
+    EXPECT_TRUE(shown.output.contains(" → touch 4\n")) << shown.output;
 }
 
 TEST_F(HeadlessRecording, GoesOnInTheNextProgramAndTellsThatTheFirstEnded) {

@@ -1,0 +1,114 @@
+// lumbrine-blackbox: reads what a receiver recorded.
+#include "app/blackbox_setting.h"
+#include "platform/linux/linux_system_info.h"
+#include "platform/posix/real_runtime.h"
+#include "platform/posix/run_loop.h"
+#include "platform/posix/termination_signals.h"
+#include "tools/blackbox/blackbox_arguments.h"
+#include "tools/blackbox/recording_file.h"
+#include "tools/blackbox/show.h"
+#include "tools/blackbox/statistics.h"
+
+#include <cstdio>
+#include <filesystem>
+
+namespace lumbrine::blackbox {
+namespace {
+
+constexpr Duration lookInterval = seconds(0.5); // with --follow
+
+// Where the receiver of this user records.
+std::filesystem::path usualPath() {
+    const LinuxSystemInfo system;
+    const auto setting = blackboxSetting(system.environment("LUMBRINE_BLACKBOX"), system.stateFolder());
+    const std::filesystem::path path =
+        setting ? setting->path : blackboxSetting(std::nullopt, system.stateFolder())->path;
+    // Older service managers keep the state of a user's services among the settings.
+    const auto home = system.environment("HOME");
+    const std::filesystem::path ofService = std::filesystem::path(home.value_or("")) / ".config/lumbrine/blackbox";
+    return !exists(path) && exists(ofService) ? ofService : path;
+}
+
+int complain(const std::filesystem::path& path, const std::string& what) {
+    std::fprintf(stderr, "lumbrine-blackbox: %s %s\n", path.c_str(), what.c_str());
+    return 1;
+}
+
+void printLine(const std::string& line) {
+    std::puts(line.c_str());
+}
+
+std::vector<TimedRecord> recordsIn(ByteView ring) {
+    const auto reading = readRing(ring);
+    return reading ? timed(reading->records) : std::vector<TimedRecord>{};
+}
+
+// A time that is not readable is an error.
+std::optional<ShowFilter> filterOf(const BlackboxArguments& arguments, const std::vector<TimedRecord>& records) {
+    ShowFilter filter{.strip = arguments.strip, .topics = arguments.topics};
+    const std::int64_t newest = records.empty() ? 0 : records.back().wall;
+    for (const auto& [text, time] : {std::pair{&arguments.from, &filter.from}, {&arguments.to, &filter.to}}) {
+        if (text->empty()) continue;
+        *time = wallTimeOf(*text, newest);
+        if (!*time) return std::nullopt;
+    }
+    return filter;
+}
+
+int follow(const std::filesystem::path& path, Show& show) {
+    RunLoop loop;
+    const TerminationSignals signals([&loop] { loop.stop(); });
+    RealRuntime runtime(loop);
+    const auto timer = runtime.repeatOnMain(lookInterval, [&] {
+        if (const auto ring = loadRecording(path)) show.add(recordsIn(*ring), true);
+        std::fflush(stdout);
+    });
+    loop.run();
+    runtime.shutDown();
+    return 0;
+}
+
+int show(const BlackboxArguments& arguments, const std::filesystem::path& path, ByteView ring) {
+    const std::vector<TimedRecord> records = recordsIn(ring);
+    const auto filter = filterOf(arguments, records);
+    if (!filter) {
+        std::fputs("lumbrine-blackbox: a time is \"14:03\", \"14:03:59\" or \"2026-11-23 14:03:59\"\n", stderr);
+        return 2;
+    }
+    Show lines(*filter, printLine);
+    lines.add(records, arguments.follow);
+    std::fflush(stdout);
+    return arguments.follow ? follow(path, lines) : 0;
+}
+
+int run(const BlackboxArguments& arguments) {
+    const std::filesystem::path path =
+        arguments.recording.empty() ? usualPath() : std::filesystem::path(arguments.recording);
+    const auto ring = loadRecording(path);
+    if (!ring) return complain(path, ring.error());
+    switch (arguments.command) {
+    case BlackboxArguments::Command::show:
+        return show(arguments, path, *ring);
+    case BlackboxArguments::Command::save:
+        if (const auto saved = saveRecording(arguments.copy, *ring); !saved)
+            return complain(arguments.copy, saved.error());
+        return 0;
+    case BlackboxArguments::Command::stats:
+        const auto records = recordsIn(*ring);
+        std::fputs(textOf(statisticsOf(records), records).c_str(), stdout);
+        return 0;
+    }
+    return 0;
+}
+
+} // namespace
+} // namespace lumbrine::blackbox
+
+int main(int count, char** arguments) {
+    using namespace lumbrine::blackbox;
+    const std::span<const char* const> given(arguments, static_cast<std::size_t>(count));
+    const auto read = readBlackboxArguments(given.subspan(count > 0 ? 1 : 0), LUMBRINE_VERSION);
+    if (read) return run(*read);
+    std::fputs(read.error().text.c_str(), read.error().status == 0 ? stdout : stderr);
+    return read.error().status;
+}
