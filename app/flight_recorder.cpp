@@ -15,6 +15,7 @@
 
 #include <unistd.h>
 
+#include <atomic>
 #include <random>
 #include <utility>
 
@@ -73,15 +74,21 @@ struct FlightRecorder::Recording {
           clock(recorder, wallClock, static_cast<std::uint32_t>(::getpid()), std::move(program)) {}
 
     // What is stored next meets memory that is ready. Not on the main thread: the disk may take its time.
-    void prepare() const {
-        file->expectStores(blackbox::headerSize + writer.position() % place.header.capacity, preparedBytes);
+    void prepare() {
+        prepared = writer.position();
+        file->expectStores(blackbox::headerSize + prepared % place.header.capacity, preparedBytes);
     }
+
+    bool isToBePrepared() const { return writer.position() - prepared > preparedBytes / 4; }
 
     const std::unique_ptr<MappedFile> file;
     const Place place;
     blackbox::RingWriter writer;
     const Recorder recorder;
     RecordingClock clock;
+
+private:
+    std::atomic<std::uint64_t> prepared{0}; // the position for which it was done last
 };
 
 struct FlightRecorder::Seams {
@@ -144,7 +151,8 @@ void FlightRecorder::end() {
 }
 
 void FlightRecorder::look(const std::weak_ptr<ReceiverModel>& model) {
-    if (recording->clock.tick())
+    recording->clock.tick();
+    if (recording->isToBePrepared())
         runtime.background(Priority::utility, [recording = recording] { recording->prepare(); });
     if (recording->file->isLost() && !std::exchange(toldOfLoss, true))
         tell(model, text("⚠️ The black box has ended: its file was cut, or the disk is full",

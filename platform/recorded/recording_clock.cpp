@@ -10,12 +10,10 @@ constexpr std::int64_t corrections = 1'000'000'000; // that a clock gets from th
 
 } // namespace
 
-bool RecordingClock::tick() {
+void RecordingClock::tick() {
     const std::int64_t before = std::exchange(lastLead, lead());
     if (lastLead < before - corrections) backwards = true;
-    if (recorder.position() == noted) return false;
-    note(blackbox::AnchorCause::periodic);
-    return true;
+    if (recorder.position() != noted) note(blackbox::AnchorCause::periodic);
 }
 
 std::int64_t RecordingClock::lead() const {

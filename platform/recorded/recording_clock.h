@@ -23,8 +23,8 @@ public:
     void programBegan() { note(blackbox::AnchorCause::programBegan); }
     void programEnded() { note(blackbox::AnchorCause::programEnded); }
 
-    // Writes an anchor when something was recorded since the last one, and looks at the wall clock. True when it wrote.
-    bool tick();
+    // Writes an anchor when something was recorded since the last one, and looks at the wall clock.
+    void tick();
 
     // True when the user's clock was seen to go back since the program began: times of day are then no order.
     bool wentBack() const { return backwards; }
