@@ -26,8 +26,9 @@ run: build
 	    scripts/with_gateway.sh $(BIN) $$program
 
 # A tour that needs no keyboard: a scripted client moves faders, presses buttons and takes over control. Under 30 s.
+# Browsers can look, and take over, at the address that it prints.
 demo: build
-	@$(BIN)/lumbrine-demo --tour
+	@scripts/with_gateway.sh $(BIN) lumbrine-demo --tour
 
 # Two tests per processor, because most tests spend their time waiting.
 test: build

@@ -60,16 +60,17 @@ private:
     const TimePoint begin;
 };
 
-// The tour's receiver takes a free port (QV_PORT) and does not announce itself (QV_NO_BONJOUR), so that it does not
-// disturb another receiver on this computer or network.
+// The tour's receiver takes a free port unless QV_PORT names one, and does not announce itself (QV_NO_BONJOUR), so that
+// it does not disturb another receiver on this computer or network.
 class TourSystemInfo final : public SystemInfo {
 public:
     TourSystemInfo(const SystemInfo& real, std::uint16_t port) : real(real), port(port) {}
 
     std::optional<std::string> environment(const std::string& name) const override {
-        if (name == "QV_PORT") return std::to_string(port);
+        const auto wanted = real.environment(name);
+        if (name == "QV_PORT" && !wanted) return std::to_string(port);
         if (name == "QV_NO_BONJOUR") return "1";
-        return real.environment(name);
+        return wanted;
     }
     std::vector<std::string> preferredLanguages() const override { return real.preferredLanguages(); }
     std::optional<std::string> computerName() const override { return real.computerName(); }
