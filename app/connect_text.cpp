@@ -3,7 +3,7 @@
 namespace lumbrine {
 
 ConnectText connectText(const PublishedState& published, const std::vector<std::string>& reachable,
-                        const Bilingual& text) {
+                        const std::string& pageLink, const Bilingual& text) {
     const std::string port = ":" + std::to_string(published.health.port);
     ConnectText made{.title = text("Connect a phone", "スマートフォンを接続"),
                      .advice =
@@ -13,7 +13,15 @@ ConnectText connectText(const PublishedState& published, const std::vector<std::
                               "同じネットワークに接続されている必要があります。"),
                      .addresses = {published.localIP + port},
                      .link = "lumbrine://" + published.localIP + port,
+                     .pageAdvice = {},
+                     .pageLink = pageLink,
                      .closeButton = text("Close", "閉じる")};
+    if (!pageLink.empty())
+        made.pageAdvice =
+            text("Or scan this code: it opens the faders in the phone's browser, without an app. The code "
+                 "contains the key to them.",
+                 "または、このコードを読み取ると、アプリなしでスマートフォンのブラウザにフェーダーが"
+                 "開きます。コードには操作用のキーが含まれています。");
     for (const std::string& address : reachable)
         if (address != published.localIP) made.addresses.push_back(address + port);
     return made;

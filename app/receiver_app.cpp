@@ -59,7 +59,8 @@ AboutText ReceiverApp::about() const {
 
 ConnectText ReceiverApp::connection() {
     if (model) model->readAddress();
-    return connectText(state(), surroundings.addresses(), text);
+    const PublishedState& now = state();
+    return connectText(now, surroundings.addresses(), surroundings.page(now.localIP, now.health.port), text);
 }
 
 void ReceiverApp::recordNewLines() {

@@ -36,6 +36,9 @@ public:
         std::string version = {};    // of the program: "0.1.0"
         std::string systemName = {}; // "Debian GNU/Linux 12"
         std::function<std::vector<std::string>()> addresses = [] { return std::vector<std::string>(); };
+        // The address of the page for browsers, empty without one: by this computer's address and the receiver's port.
+        std::function<std::string(const std::string& host, std::uint16_t port)> page =
+            [](const std::string&, std::uint16_t) { return std::string(); };
         std::function<std::string()> timeOfDay = [] { return std::string(); }; // "14:03:59"
     };
 

@@ -30,33 +30,58 @@ QPixmap pictureOf(const QRCode& code) {
     return picture;
 }
 
-} // namespace
+QLabel* codeLabel(const QRCode& code, const std::string& link) {
+    auto* label = new QLabel;
+    label->setPixmap(pictureOf(code));
+    label->setAccessibleName(shown(link));
+    return label;
+}
 
-ConnectBox::ConnectBox(const ConnectText& text, QWidget* parent) : QDialog(parent) {
-    setWindowTitle(shown(text.title));
-    auto* page = new QVBoxLayout(this);
-    page->setSpacing(12);
-    if (const auto code = makeQRCode(text.link)) {
-        auto* picture = new QLabel(this);
-        picture->setPixmap(pictureOf(*code));
-        picture->setAccessibleName(shown(text.link));
-        page->addWidget(picture, 0, Qt::AlignHCenter);
-    }
+QLabel* paragraph(const std::string& text) {
+    auto* label = new QLabel(shown(text));
+    label->setWordWrap(true);
+    label->setMinimumWidth(boxWidth);
+    return label;
+}
+
+QVBoxLayout* wayOfTheApp(const ConnectText& text) {
+    auto* way = new QVBoxLayout;
+    way->setSpacing(12);
+    if (const auto code = makeQRCode(text.link)) way->addWidget(codeLabel(*code, text.link), 0, Qt::AlignHCenter);
     QString lines;
     for (const std::string& address : text.addresses)
         lines += (lines.isEmpty() ? "" : "\n") + shown(address);
-    auto* addresses = new QLabel(lines, this);
+    auto* addresses = new QLabel(lines);
     addresses->setTextFormat(Qt::PlainText);
     addresses->setAlignment(Qt::AlignHCenter);
     addresses->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     QFont bold = addresses->font();
     bold.setWeight(QFont::DemiBold);
     addresses->setFont(bold);
-    page->addWidget(addresses);
-    auto* advice = new QLabel(shown(text.advice), this);
-    advice->setWordWrap(true);
-    advice->setMinimumWidth(boxWidth);
-    page->addWidget(advice);
+    way->addWidget(addresses);
+    way->addWidget(paragraph(text.advice));
+    way->addStretch();
+    return way;
+}
+
+} // namespace
+
+ConnectBox::ConnectBox(const ConnectText& text, QWidget* parent) : QDialog(parent) {
+    setWindowTitle(shown(text.title));
+    auto* page = new QVBoxLayout(this);
+    page->setSpacing(12);
+    auto* ways = new QHBoxLayout;
+    ways->setSpacing(24);
+    page->addLayout(ways);
+    ways->addLayout(wayOfTheApp(text));
+    if (const auto code = text.pageLink.empty() ? std::nullopt : makeQRCode(text.pageLink)) {
+        auto* browser = new QVBoxLayout;
+        browser->setSpacing(12);
+        browser->addWidget(codeLabel(*code, text.pageLink), 0, Qt::AlignHCenter);
+        browser->addWidget(paragraph(text.pageAdvice));
+        browser->addStretch();
+        ways->addLayout(browser);
+    }
     auto* close = new QPushButton(shown(text.closeButton), this);
     close->setDefault(true);
     page->addWidget(close, 0, Qt::AlignRight);

@@ -4,6 +4,8 @@
 #include "app/qt/symbols.h"
 #include "app/qt/toolkit_texts.h"
 #include "app/receiver_ending.h"
+#include "platform/linux/linux_system_info.h"
+#include "platform/linux/running_page.h"
 #include "platform/posix/primary_ipv4.h"
 
 #include <QApplication>
@@ -60,6 +62,11 @@ ReceiverApp::Surroundings surroundings(Runtime& runtime, const std::string& vers
             .version = version,
             .systemName = QSysInfo::prettyProductName().toStdString() + ", Qt " + qVersion(),
             .addresses = [] { return reachableIPv4(listIPv4Interfaces()); },
+            .page =
+                [](const std::string& host, std::uint16_t port) {
+                    const LinuxSystemInfo computer;
+                    return pageAddress([&](const std::string& name) { return computer.environment(name); }, host, port);
+                },
             .timeOfDay = [] { return QTime::currentTime().toString(QStringLiteral("HH:mm:ss")).toStdString(); }};
 }
 

@@ -175,6 +175,14 @@ TEST_F(ReceiverShellTest, ShowsACodeForThePhoneAndTheAddressWithItsPort) {
     EXPECT_THAT(texts, testing::IsSupersetOf({"192.168.1.99:52700", "lumbrine://192.168.1.99:52700"}));
 }
 
+TEST_F(ReceiverShellTest, ShowsTheCodeOfThePageForBrowsersBesideThatOfTheApp) {
+    const ConnectBox box(connectText({}, {}, "http://192.168.1.99:52780/#KEY", Bilingual(false)), nullptr);
+    std::vector<std::string> codes;
+    for (const auto* label : box.findChildren<QLabel*>())
+        if (!label->pixmap().isNull()) codes.push_back(label->accessibleName().toStdString());
+    EXPECT_THAT(codes, testing::ElementsAre("lumbrine://127.0.0.1:0", "http://192.168.1.99:52780/#KEY"));
+}
+
 TEST_F(ReceiverShellTest, ShowsTheCardOfTheSetUpUntilEverythingWorks) {
     desk.open();
     const auto* box = childrenOf<SetUpBox>(window()).front();

@@ -1,6 +1,7 @@
 // lumbrine-web: the page for browsers, and the way of their messages to the receiver.
 #include "base/bilingual.h"
 #include "platform/linux/linux_system_info.h"
+#include "platform/linux/running_page.h"
 #include "platform/posix/line_output.h"
 #include "platform/posix/posix_process_end.h"
 #include "platform/posix/primary_ipv4.h"
@@ -14,6 +15,7 @@
 
 #include <array>
 #include <cstdio>
+#include <filesystem>
 
 namespace lumbrine::web {
 namespace {
@@ -56,6 +58,7 @@ public:
                    .privateKey = arguments.privateKey,
                    .key = [path] { return readKey(*path); }},
                   [&](std::uint16_t port) {
+                      announceToPrograms(arguments, port, *path);
                       say("✓ Browsers on :" + std::to_string(port), "✓ ブラウザ受付開始 :" + std::to_string(port));
                       printAddress(arguments, port, *path);
                   });
@@ -84,6 +87,15 @@ private:
         }
     }
 
+    // So that the receiver's window can show the address, too.
+    void announceToPrograms(const GatewayArguments& arguments, std::uint16_t port, const std::string& keyPath) {
+        if (arguments.receiverHost != "127.0.0.1" && arguments.receiverHost != "localhost") return;
+        const std::string folder = std::filesystem::path(keyPath).parent_path();
+        notice.emplace(folder, RunningPage{.secure = !arguments.certificateChain.empty(),
+                                           .port = port,
+                                           .receiverPort = arguments.receiverPort});
+    }
+
     void printAddress(const GatewayArguments& arguments, std::uint16_t port, const std::string& path) {
         const auto key = readKey(path);
         if (!key) return;
@@ -106,6 +118,7 @@ private:
     const LinuxSystemInfo system;
     const Bilingual text;
     LineOutput output;
+    std::optional<PageNotice> notice;
 };
 
 } // namespace

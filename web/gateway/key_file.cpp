@@ -1,5 +1,7 @@
 #include "web/gateway/key_file.h"
 
+#include "platform/linux/running_page.h"
+
 #include <fcntl.h>
 #include <sys/random.h>
 #include <unistd.h>
@@ -35,13 +37,10 @@ std::expected<void, std::string> replaceFile(const std::string& path, const std:
 
 } // namespace
 
-std::optional<std::string>
-keyFilePath(const std::function<std::optional<std::string>(const std::string& name)>& environment) {
-    const std::string state = environment("XDG_STATE_HOME").value_or("");
-    if (state.starts_with('/')) return state + "/lumbrine/web-key";
-    const std::string home = environment("HOME").value_or("");
-    if (home.starts_with('/')) return home + "/.local/state/lumbrine/web-key";
-    return std::nullopt;
+std::optional<std::string> keyFilePath(const EnvironmentLookup& environment) {
+    const auto folder = stateFolderOf(environment);
+    if (!folder) return std::nullopt;
+    return *folder + pageKeyName;
 }
 
 std::optional<PairingKey> keyInFile(std::string_view text) {

@@ -1,19 +1,17 @@
 // The file that keeps the pairing key.
 #pragma once
 
+#include "platform/linux/user_settings.h"
 #include "seal/pairing_key.h"
 
 #include <expected>
-#include <functional>
 #include <optional>
 #include <string>
 
 namespace lumbrine::web {
 
-// XDG_STATE_HOME/lumbrine/web-key, or the same in ~/.local/state. Absent when neither that nor HOME is an absolute
-// path.
-std::optional<std::string>
-keyFilePath(const std::function<std::optional<std::string>(const std::string& name)>& environment);
+// In the folder of Lumbrine's state; absent when there is none.
+std::optional<std::string> keyFilePath(const EnvironmentLookup& environment);
 
 // The key in the text of a key file: the key alone on one line.
 std::optional<PairingKey> keyInFile(std::string_view text);
