@@ -7,6 +7,7 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <fstream>
 #include <utility>
 
 namespace lumbrine::remote {
@@ -16,7 +17,7 @@ constexpr int wrongUsage = 2;
 
 constexpr const char* expectationHelp =
     "Lines (what --watch prints and --expect looks for; strips and tracks are counted from 1):\n"
-    "  pong, busy, state connected|busy|taken-over|lost\n"
+    "  pong, busy, state connected|busy|taken-over|lost, sealed received=1200 lost=3\n"
     "  name 3 Kick            full-name 3 Kick In     fader 3 0.7200\n"
     "  pan 3 left 6 centre    pan-mode left|right     transport play=on record=off\n"
     "  bank first=1 tracks=24 strips=8                row 12 fader=0.7200 mute=off ... name=Kick comment=\n"
@@ -59,6 +60,15 @@ std::expected<ScriptStep, std::string> waitStep(const std::string& text) {
     const auto duration = decimalNumber(text);
     if (!duration || *duration < 0 || *duration > 86400) return std::unexpected("not a time in seconds: " + text);
     return WaitStep{seconds(*duration)};
+}
+
+// From a file, the key is not in the list of processes.
+std::optional<PairingKey> keyOf(std::string text) {
+    if (text.starts_with('@')) {
+        std::ifstream file(text.substr(1));
+        if (!(file >> text)) return std::nullopt;
+    }
+    return PairingKey::parse(text);
 }
 
 // Collects one step for each use of the three options, in the order of the command line.
@@ -130,6 +140,7 @@ std::expected<RemoteArguments, EarlyEnd> parseArguments(const std::vector<std::s
     std::string receiver;
     std::string timeout = "2";
     std::uint64_t token = 0;
+    std::string key;
     RemoteArguments result;
     app.add_option("RECEIVER", receiver, "host:port; without it the first one found by mDNS is taken");
     StepCollector collector(app);
@@ -137,6 +148,8 @@ std::expected<RemoteArguments, EarlyEnd> parseArguments(const std::vector<std::s
         ->type_name("SECONDS");
     app.add_flag("--watch", result.watch, "Print a line for each message; without a script until interrupted");
     const CLI::Option* tokenGiven = app.add_option("--token", token, "Name this device, as a number other than 0");
+    app.add_option("--key", key, "Seal messages with the receiver's key: 26 letters and digits, or @FILE with them")
+        ->type_name("KEY");
     app.add_flag("--take-over", result.takeOver, "Take control from another client");
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());
@@ -151,6 +164,10 @@ std::expected<RemoteArguments, EarlyEnd> parseArguments(const std::vector<std::s
     if (!receiver.empty()) {
         result.receiver = hostAndPortOf(receiver);
         if (!result.receiver) return std::unexpected(misuse("not of the form host:port: " + receiver));
+    }
+    if (!key.empty()) {
+        result.key = keyOf(key);
+        if (!result.key) return std::unexpected(misuse("not a key of 26 letters and digits, nor @FILE with one"));
     }
     if (tokenGiven->count() > 0) result.token = token;
     auto steps = collector.collect(app, result.token);

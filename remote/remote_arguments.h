@@ -25,6 +25,7 @@ std::optional<HostAndPort> hostAndPortOf(const std::string& text);
 struct RemoteArguments {
     std::optional<HostAndPort> receiver; // absent when the program must find one by mDNS
     std::optional<std::uint64_t> token;
+    std::optional<PairingKey> key;
     bool takeOver = false;
     bool watch = false;
     Script script;

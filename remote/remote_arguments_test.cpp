@@ -57,6 +57,15 @@ TEST(RemoteArguments, PutTheTokenIntoAHelloWhereverItStands) {
     EXPECT_EQ(std::get<SendStep>(arguments.script.steps.at(0)).datagram, (Bytes{0x01, 0x00, 0, 0, 0, 0, 0, 0, 1, 2}));
 }
 
+TEST(RemoteArguments, TakeAKeyOfTwentySixLetters) {
+    const std::string letters = "742BCM0SCXPZA154Z02S9P89HC";
+    EXPECT_EQ(parsed({"--key", letters}).key, PairingKey::parse(letters));
+    EXPECT_FALSE(parsed({"--watch"}).key);
+    EXPECT_EQ(ended({"--key", "742B"}).status, 2);
+    EXPECT_EQ(ended({"--key", "@/nowhere"}).status, 2);
+    EXPECT_THAT(ended({"--key", letters + "0"}).text, ::testing::Not(::testing::HasSubstr(letters)));
+}
+
 TEST(RemoteArguments, ShowLinesWhenWatchingOrRunningAScript) {
     EXPECT_TRUE(parsed({"--watch"}).plain());
     EXPECT_TRUE(parsed({"--wait", "1"}).plain());

@@ -1,8 +1,10 @@
 #include "remote/remote_client.h"
 
+#include "base/big_endian.h"
 #include "remote/command_builder.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 #include <vector>
 
@@ -98,7 +100,13 @@ private:
 };
 
 RemoteClient::RemoteClient(Runtime& runtime, DatagramSockets& sockets, RemoteOptions options)
-    : runtime(runtime), sockets(sockets), options(options), inbox(std::make_shared<Inbox>(runtime)) {}
+    : runtime(runtime), sockets(sockets), options(options), token(options.token), sealing(runtime),
+      inbox(std::make_shared<Inbox>(runtime)) {
+    if (!options.key || options.secrets == nullptr || token.value_or(0) != 0) return;
+    std::array<std::uint8_t, 8> random{};
+    options.secrets->fillRandom(random);
+    token = readBigEndian64(random, 0) | 1; // 0 would be none
+}
 
 RemoteClient::~RemoteClient() {
     if (fd < 0) return;
@@ -116,6 +124,10 @@ bool RemoteClient::connect(const std::string& host, std::uint16_t port) {
     PeerAddress address;
     if (!sockets.resolve(host, port, address)) return false;
     receiver = address;
+    if (options.key && options.secrets != nullptr) {
+        const Lock lock(sealing);
+        seal = std::make_unique<seal::ClientSeal>(*options.secrets, *options.key);
+    }
     inbox->listenTo(address, nameOf(sockets, address));
     faders.forget();
     wantsControl = false;
@@ -154,12 +166,32 @@ void RemoteClient::receiveLoop(const std::shared_ptr<Inbox>& letters) {
             continue;
         }
         if (!letters->comesFromReceiver(sockets, from)) continue;
-        if (!letters->put(parseReceiverMessage(ByteView(buffer).first(static_cast<std::size_t>(size))))) continue;
+        Bytes reply;
+        const auto message = opened(ByteView(buffer).first(static_cast<std::size_t>(size)), reply);
+        if (!reply.empty()) sockets.send(fd, reply, from);
+        if (!message || !letters->put(parseReceiverMessage(*message))) continue;
         // The destructor runs on the main thread too, so a client that exists when the job begins exists until its end.
         runtime.postMain([this, client = std::weak_ptr<Inbox>(letters)] {
             if (!client.expired()) drain();
         });
     }
+}
+
+// The message in a datagram; absent when the client gets nothing. `reply` is to be sent at once.
+std::optional<ByteView> RemoteClient::opened(ByteView datagram, Bytes& reply) {
+    const TimePoint now = runtime.now();
+    const Lock lock(sealing);
+    if (!seal) return datagram;
+    const auto incoming = seal->incoming(datagram, now);
+    append(reply, incoming.reply);
+    if (incoming.message.empty() && !datagram.empty()) return std::nullopt;
+    return incoming.message;
+}
+
+std::optional<RemoteClient::Loss> RemoteClient::loss() {
+    const Lock lock(sealing);
+    if (!seal || !seal->inSession()) return std::nullopt;
+    return Loss{.received = seal->received(), .lost = seal->lost()};
 }
 
 void RemoteClient::drain() {
@@ -207,12 +239,18 @@ void RemoteClient::enter(LinkState state) {
 void RemoteClient::send(ByteView datagram) {
     if (fd < 0 || !receiver) return;
     lastSent = runtime.now();
-    sockets.send(fd, datagram, *receiver);
+    Bytes sealed;
+    {
+        const Lock lock(sealing);
+        if (seal) append(sealed, seal->outgoing(datagram, lastSent));
+        if (seal) datagram = sealed;
+    }
+    if (!datagram.empty()) sockets.send(fd, datagram, *receiver);
 }
 
 void RemoteClient::sayHello() {
     lastHello = runtime.now();
-    send(helloCommand(options.token));
+    send(helloCommand(token));
 }
 
 void RemoteClient::touch(Strip strip) {

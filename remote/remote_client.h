@@ -10,6 +10,7 @@
 #include "remote/held_faders.h"
 #include "remote/receiver_message.h"
 #include "remote/session_picture.h"
+#include "seal/client_seal.h"
 
 #include <cstdint>
 #include <functional>
@@ -30,6 +31,11 @@ enum class LinkState {
 struct RemoteOptions {
     // Identifies this device, so that it stays in control when its address changes. 0 is the same as none.
     std::optional<std::uint64_t> token;
+
+    // With both, the client seals as soon as its receiver shows that it understands, and from then on ignores what is
+    // not sealed. Without a token it chooses one at random. `secrets` outlives the client.
+    std::optional<PairingKey> key = std::nullopt;
+    Secrets* secrets = nullptr;
 
     // The longest time without a datagram to the receiver. After 5 s the receiver reports the client as gone, and after
     // 6 s another client may take control.
@@ -89,11 +95,19 @@ public:
     std::uint64_t malformedCount() const;
     std::uint64_t droppedCount() const;
 
+    // The receiver's datagrams since the session began; absent while nothing is sealed.
+    struct Loss {
+        std::uint32_t received = 0;
+        std::uint32_t lost = 0;
+    };
+    std::optional<Loss> loss();
+
 private:
     class Inbox;
 
     bool openSocket();
     void receiveLoop(const std::shared_ptr<Inbox>& letters);
+    std::optional<ByteView> opened(ByteView datagram, Bytes& reply);
     void drain();
     void take(const ReceiverMessage& message);
     void enter(LinkState state);
@@ -105,8 +119,11 @@ private:
     Runtime& runtime;
     DatagramSockets& sockets;
     const RemoteOptions options;
+    std::optional<std::uint64_t> token;
     int fd = -1;
     std::optional<PeerAddress> receiver;
+    Mutex sealing;
+    std::unique_ptr<seal::ClientSeal> seal LUMBRINE_GUARDED_BY(sealing); // null without a key
     std::shared_ptr<Inbox> inbox;
     std::unique_ptr<Thread> receiveThread;
     std::unique_ptr<RepeatingTimer> timer;

@@ -19,9 +19,12 @@ std::string textOf(const HostAndPort& receiver) {
 
 RemoteProgram::RemoteProgram(RemoteSurroundings given, RemoteArguments what)
     : surroundings(std::move(given)), arguments(std::move(what)),
-      client(surroundings.runtime, surroundings.sockets, {.token = arguments.token}) {
+      client(surroundings.runtime, surroundings.sockets,
+             {.token = arguments.token, .key = arguments.key, .secrets = surroundings.secrets}) {
     client.onMessage = [this](const ReceiverMessage& message) {
-        if (arguments.plain()) hear(lineOf(message));
+        if (!arguments.plain()) return;
+        hear(lineOf(message));
+        if (std::holds_alternative<Pong>(message)) hearLoss();
     };
     client.onState = [this](LinkState state) {
         if (arguments.plain()) hear(lineOf(state));
@@ -72,6 +75,11 @@ void RemoteProgram::connectTo(const HostAndPort& receiver, const std::string& sh
 void RemoteProgram::hear(const std::string& line) {
     if (arguments.watch) surroundings.print(line);
     if (runner) runner->hear(line);
+}
+
+void RemoteProgram::hearLoss() {
+    const auto loss = client.loss();
+    if (loss) hear("sealed received=" + std::to_string(loss->received) + " lost=" + std::to_string(loss->lost));
 }
 
 // For a watch. A script's runner notices by itself, and the view shows that it is searching.

@@ -22,6 +22,7 @@ struct RemoteSurroundings {
     Runtime& runtime;
     DatagramSockets& sockets;
     ServiceBrowser& browser;
+    Secrets* secrets;   // for a key
     Terminal* terminal; // null for output as lines instead of the full-screen view
 
     std::function<void(const std::string& line)> print;    // standard output
@@ -47,6 +48,7 @@ private:
     void search();
     void connectTo(const HostAndPort& receiver, const std::string& shownAs);
     void hear(const std::string& line);
+    void hearLoss();
     void endWithoutAnswer();
     void fail(const std::string& why);
 

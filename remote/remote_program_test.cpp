@@ -1,3 +1,4 @@
+#include "platform/virtual/toy_secrets.h"
 #include "platform/virtual/virtual_network.h"
 #include "platform/virtual/virtual_runtime.h"
 #include "remote/remote_program.h"
@@ -39,7 +40,7 @@ protected:
         auto arguments = parseArguments(line, "1.2.3");
         ASSERT_TRUE(arguments.has_value());
         program = std::make_unique<RemoteProgram>(
-            RemoteSurroundings{runtime, network.host("192.168.1.7"), browser, terminal,
+            RemoteSurroundings{runtime, network.host("192.168.1.7"), browser, &secrets, terminal,
                                [this](const std::string& text) { printed.push_back(text); },
                                [this](const std::string& text) { complaints.push_back(text); },
                                [this](int status) { endings.push_back(status); }},
@@ -57,6 +58,7 @@ protected:
     VirtualNetwork network{runtime};
     ScriptedReceiver receiver{runtime, network.host("192.168.1.2"), 52700};
     FakeBrowser browser{runtime};
+    ToySecrets secrets;
     std::unique_ptr<RemoteProgram> program;
     Lines printed;
     Lines complaints;
@@ -164,9 +166,9 @@ TEST_F(RemoteProgramTest, SaysWhenTheHostIsUnknown) {
 TEST_F(RemoteProgramTest, SurvivesAServiceThatAppearsAsItEnds) {
     browser.services = {{"Studio", "192.168.1.2", 52700}};
     auto arguments = parseArguments({"--watch"}, "1.2.3");
-    program = std::make_unique<RemoteProgram>(RemoteSurroundings{runtime, network.host("192.168.1.7"), browser, nullptr,
-                                                                 [](const std::string&) {}, [](const std::string&) {},
-                                                                 [](int) {}},
+    program = std::make_unique<RemoteProgram>(RemoteSurroundings{runtime, network.host("192.168.1.7"), browser,
+                                                                 &secrets, nullptr, [](const std::string&) {},
+                                                                 [](const std::string&) {}, [](int) {}},
                                               *std::move(arguments));
     program->start();
     program.reset();

@@ -1,5 +1,6 @@
 // lumbrine-remote: the terminal client on real sockets.
 #include "platform/linux/avahi_browser.h"
+#include "platform/linux/openssl_secrets.h"
 #include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
@@ -20,12 +21,13 @@ int run(const RemoteArguments& arguments) {
     RealRuntime runtime(loop);
     PosixDatagramSockets sockets;
     AvahiBrowser browser;
+    OpenSSLSecrets secrets;
     int status = 0;
     std::vector<std::string> complaints; // printed after the full-screen display has been left
     {
         std::unique_ptr<CursesTerminal> terminal;
         if (!arguments.plain()) terminal = std::make_unique<CursesTerminal>();
-        RemoteProgram program({runtime, sockets, browser, terminal.get(),
+        RemoteProgram program({runtime, sockets, browser, &secrets, terminal.get(),
                                [](const std::string& line) {
                                    std::puts(line.c_str());
                                    std::fflush(stdout);

@@ -78,6 +78,7 @@ void VirtualNetwork::carry(const VirtualAddress& from, Host& receiver, const Vir
     const auto upTo = [this](Duration most) {
         return Duration(runtime.random() % static_cast<std::uint64_t>(most.count() + 1));
     };
+    if (onDatagram) onDatagram(from.host, from.port, bytes);
     if (happens(faults.loss)) return;
     PeerAddress sender = pack(from);
     setSpokenTo(sender, to.host);

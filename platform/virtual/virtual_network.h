@@ -5,6 +5,7 @@
 #include "platform/virtual/virtual_runtime.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -58,6 +59,9 @@ public:
 
     // Drops all datagrams that have not arrived yet.
     void loseWhatIsUnderWay();
+
+    // Sees each datagram that is sent or forged, with its sender, before the faults. On whichever thread sends it.
+    std::function<void(const std::string& host, std::uint16_t port, ByteView bytes)> onDatagram;
 
 private:
     class Host;
