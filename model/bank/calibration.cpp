@@ -115,6 +115,7 @@ bool Calibration::commit(Session scanned) {
 void Calibration::finish() {
     assert(jobs.runtime.onMain());
     state.published.changed();
+    state.scans.endedOn = parts.bankMap.window();
     parts.bankMap.relocalize();
     parts.mirror.sendBankPosToClient();
     parts.capture.allShown();

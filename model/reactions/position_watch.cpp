@@ -13,11 +13,13 @@ bool PositionWatch::showsNames() const {
     return !std::ranges::all_of(parts.bankMap.window(), isBlank);
 }
 
-// After two scans that agree another one finds out more only where the window lies nowhere in the map.
+// After two scans that agree another one finds out more only where other names are shown since, and lie nowhere in the
+// map.
 bool PositionWatch::positionIsStuck() const {
+    const bool mapIsDoubtful = parts.bankMap.window() != state.scans.endedOn && !parts.bankMap.fitsMap();
     return state.published.huiConnected && state.published.bankOffset < 0 && !state.published.session.empty() &&
            state.quiet() && !state.transportRunning() && showsNames() &&
-           (!state.scans.repeated || !parts.bankMap.fitsMap());
+           (!state.scans.repeated || mapIsDoubtful);
 }
 
 // Without a session Pro Tools shows nothing on all strips. The next one may look the same where the user is; the ids of

@@ -109,6 +109,16 @@ TEST_F(PositionWatchTest, AWindowAtSeveralPlacesIsNotStuckAfterTwoScansThatAgree
     EXPECT_TRUE(state.published.session.empty());
 }
 
+TEST_F(PositionWatchTest, AWindowThatTwoScansCouldNotPlaceIsStuckAgainOnceItShowsOtherNames) {
+    state.scans.repeated = true;
+    state.scans.endedOn = bench.parts().bankMap.window();
+    watchTimes(20);
+    EXPECT_THAT(bench.lines, IsEmpty());
+    state.published.strips[0].name = "z";
+    watchTimes(12);
+    EXPECT_TRUE(state.published.session.empty());
+}
+
 // ---- A session that gave way to another one
 
 class ClosedSessionTest : public PositionWatchTest {

@@ -47,6 +47,7 @@ struct ScanState {
     bool calibrationRetried = false;
     bool warnedTransportSkip = false;
     bool repeated = false;             // the last one found what the one before had found: a third would as well
+    std::vector<std::string> endedOn;  // the names that were shown at its end
     bool sawNothing = false;           // the last one found a session without tracks
     TimePoint emptiedAt = distantPast; // when the last shown name went
 };
