@@ -12,7 +12,7 @@
 namespace lumbrine::web {
 
 std::optional<std::string> keyFilePath(const EnvironmentLookup& environment) {
-    const auto folder = stateFolderOf(environment);
+    const auto folder = stateFolderIn(environment);
     if (!folder) return std::nullopt;
     return *folder + pageKeyName;
 }

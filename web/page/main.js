@@ -29,7 +29,7 @@ const sheet = new ModeSheet();
 const status = new StatusBar(connection, link);
 const map = new SessionMap(link);
 const panel = new StripsPanel(link, grips, sheet);
-const list = new SessionList(link, grips, groups);
+const list = new SessionList(link, grips, groups, sheet);
 const group = new GroupPanel(link, grips, groups, sheet);
 const tools = new ToolBar(link, panel, list);
 

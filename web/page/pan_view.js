@@ -13,6 +13,10 @@ import { say } from "./words.js";
 const wholeWay = 0.5; // drags of a whole line would need two hands on a narrow strip: this part of it is enough
 const places = ringRight - 1;
 
+/** @param {Ring} ring */
+export const panText = ({ position, centre }) =>
+    position === 0 ? say("unknown") : centre ? say("centre") : String(position - ringCentre);
+
 export class PanView {
     #dot = make("div", { class: "dot" });
     #link;
@@ -49,11 +53,10 @@ export class PanView {
     /** @param {string} title */
     update(title) {
         const { position, centre } = this.#ring;
-        const text = position === 0 ? say("unknown") : centre ? say("centre") : String(position - ringCentre);
         setStyle(this.#dot, "left", `${(100 * (Math.max(position, 1) - 1)) / places}%`);
         setAttribute(this.element, "aria-label", say(this.#side === 0 ? "panLeft" : "panRight", title));
         setAttribute(this.element, "aria-valuenow", position || ringCentre);
-        setAttribute(this.element, "aria-valuetext", text);
+        setAttribute(this.element, "aria-valuetext", panText({ position, centre }));
         this.element.toggleAttribute("data-dark", position === 0);
         this.element.toggleAttribute("data-centre", centre);
         this.element.toggleAttribute("data-turned", this.#isTurned);

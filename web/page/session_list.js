@@ -7,6 +7,7 @@ import { say } from "./words.js";
 /** @typedef {import("./link.js").Link} Link */
 /** @typedef {import("./grips.js").Grips} Grips */
 /** @typedef {import("./groups.js").Groups} Groups */
+/** @typedef {import("./mode_sheet.js").ModeSheet} ModeSheet */
 
 const spare = 3; // rows above and below, so that a quick finger sees no gap
 
@@ -37,12 +38,14 @@ export class SessionList {
     #link;
     #grips;
     #groups;
+    #sheet;
 
-    /** @param {Link} link @param {Grips} grips @param {Groups} groups */
-    constructor(link, grips, groups) {
+    /** @param {Link} link @param {Grips} grips @param {Groups} groups @param {ModeSheet} sheet */
+    constructor(link, grips, groups, sheet) {
         this.#link = link;
         this.#grips = grips;
         this.#groups = groups;
+        this.#sheet = sheet;
         this.#search.addEventListener("input", () => {
             this.#list.scrollTop = this.#top = 0;
             this.onSearch();
@@ -131,7 +134,7 @@ export class SessionList {
             parked.element.hidden = false;
             return parked;
         }
-        const view = new TrackRowView(this.#link, this.#grips);
+        const view = new TrackRowView(this.#link, this.#grips, this.#sheet);
         view.onJump = (index) => this.onJump(index);
         view.onMember = (index) => {
             this.#groups.toggle(this.#link.picture, index);

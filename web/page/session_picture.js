@@ -70,6 +70,12 @@ export class SessionPicture {
         return strip === null ? (this.tracks[index]?.row?.fader ?? null) : this.strips[strip].fader;
     }
 
+    /** Where the pan of this track is, null while nobody has seen it. @param {number} index */
+    panOf(index) {
+        const strip = this.stripOf(index);
+        return strip === null ? (this.tracks[index]?.pan ?? null) : this.strips[strip].left;
+    }
+
     /**
      * Whether this track is muted or soloed itself. Strips are told at once, rows after the next list.
      * @param {number} index @param {"mute" | "solo"} light

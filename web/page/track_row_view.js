@@ -1,19 +1,22 @@
 // @ts-check
 // A row of the session list: one track, whether a strip shows it or not.
 import { modeKind, modeName, shortMode } from "./auto_modes.js";
-import { faderTop, groupMute, groupSolo } from "./commands.js";
+import { faderTop, groupAutoMode, groupMute, groupSolo, ringCentre } from "./commands.js";
 import { button, make, setAttribute, setStyle, setText } from "./dom.js";
 import { dragging } from "./drag.js";
 import { decibelText, unity } from "./fader_scale.js";
+import { panText } from "./pan_view.js";
 import { sliderKeys } from "./slider_keys.js";
 import { TrackMove } from "./track_move.js";
 import { say } from "./words.js";
 
 /** @typedef {import("./link.js").Link} Link */
 /** @typedef {import("./grips.js").Grips} Grips */
+/** @typedef {import("./mode_sheet.js").ModeSheet} ModeSheet */
 
 export const rowHeight = 56;
 const loudest = 12;
+const panStep = 5; // pixels
 
 export class TrackRowView {
     /** @type {(index: number) => void} */
@@ -33,7 +36,9 @@ export class TrackRowView {
         this.#title,
         this.#detail,
     );
-    #mode = make("span", { class: "mode" });
+    #mode = button("", "", "mode");
+    #dot = make("div", { class: "dot" });
+    #pan = make("span", { class: "row-pan", role: "img" }, make("div", { class: "line" }, this.#dot));
     #solo = button("", "S", "key solo");
     #mute = button("", "M", "key mute");
     #fill = make("div", { class: "fill" });
@@ -53,6 +58,7 @@ export class TrackRowView {
         this.#tick,
         make("span", { class: "facts" }, this.#number, make("span", {}, this.#armed, this.#monitored)),
         this.#name,
+        this.#pan,
         this.#mode,
         this.#solo,
         this.#mute,
@@ -66,9 +72,10 @@ export class TrackRowView {
     #place = 0;
     #link;
 
-    /** @param {Link} link @param {Grips} grips */
-    constructor(link, grips) {
+    /** @param {Link} link @param {Grips} grips @param {ModeSheet} sheet */
+    constructor(link, grips, sheet) {
         this.#link = link;
+        this.#mode.addEventListener("click", () => this.#askMode(sheet));
         this.#name.addEventListener("click", () => this.onJump(this.#index));
         this.#tick.addEventListener("click", () => this.onMember(this.#index));
         this.#mute.addEventListener("click", () => link.command(groupMute(!this.#isLit("mute"), [this.#index])));
@@ -107,7 +114,9 @@ export class TrackRowView {
         const track = picture.tracks[index];
         const fader = this.#move ? Math.round(this.#place) : picture.faderOf(index);
         const [isMute, isSolo, isShown] = [this.#isLit("mute"), this.#isLit("solo"), picture.stripOf(index) !== null];
-        const facts = [index, track?.row, track?.mode, fader, isMute, isSolo, isShown, isMember, group, this.isHeld];
+        const pan = picture.panOf(index);
+        const lights = [isMute, isSolo, isShown, isMember, this.isHeld];
+        const facts = [index, group, track?.row, track?.mode, fader, pan, ...lights];
         if (facts.every((fact, i) => fact === this.#drawn[i])) return;
         this.#drawn = facts;
 
@@ -117,9 +126,10 @@ export class TrackRowView {
         setText(this.#number, String(index + 1));
         setText(this.#title, title);
         setText(this.#detail, row?.comment ?? "");
-        setText(this.#mode, mode === 0 ? "" : shortMode(mode));
+        setText(this.#mode, shortMode(mode));
         setAttribute(this.#mode, "data-mode", modeKind(mode));
-        setAttribute(this.#mode, "title", modeName(mode));
+        setAttribute(this.#mode, "aria-label", say("mode", title, modeName(mode), shortMode(mode)));
+        this.#showPan(title, pan);
         setStyle(this.#color, "background", row?.color ?? "transparent");
         setAttribute(this.#tick, "aria-label", say("member", title, group));
         setAttribute(this.#tick, "aria-pressed", isMember);
@@ -146,6 +156,21 @@ export class TrackRowView {
     /** @param {"mute" | "solo"} light */
     #isLit(light) {
         return this.#link.picture.isLit(this.#index, light);
+    }
+
+    /** @param {string} title @param {{position: number, centre: boolean} | null} pan */
+    #showPan(title, pan) {
+        setStyle(this.#dot, "transform", `translateX(${((pan?.position || ringCentre) - ringCentre) * panStep}px)`);
+        setAttribute(this.#pan, "aria-label", say("pan", title, pan ? panText(pan) : say("unknown")));
+        this.#pan.toggleAttribute("data-dark", !pan?.position);
+        this.#pan.toggleAttribute("data-centre", pan?.centre ?? false);
+    }
+
+    /** @param {ModeSheet} sheet */
+    #askMode(sheet) {
+        const index = this.#index;
+        const track = this.#link.picture.tracks[index];
+        sheet.ask(track?.row?.name ?? "", track?.mode ?? 0, (key) => this.#link.command(groupAutoMode(key, [index])));
     }
 
     /** @param {HTMLElement} key @param {string} label @param {boolean} isOn */

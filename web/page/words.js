@@ -47,6 +47,7 @@ const texts = {
     select: ["{0}: select", "{0}: 選択"],
     mode: ["{0}: automation {1} {2}", "{0}: オートメーション {1} {2}"],
     panLeft: ["{0}: left pan", "{0}: 左パン"],
+    pan: ["{0}: pan {1}", "{0}: パン {1}"],
     panRight: ["{0}: right pan", "{0}: 右パン"],
     centre: ["centre", "中央"],
     unknown: ["unknown", "不明"],

@@ -41,10 +41,10 @@ async function takePictures() {
 /** Something to see: lights, and music. @param {import("playwright-core").Page} page */
 async function prepare(page) {
     if (!isPrepared)
-        for (const command of ["play", "mute 4", "solo 2", "arm 3", "select 5", "monitor 3", "auto 1 read"])
+        for (const command of ["play", "mute 4", "arm 3", "select 5", "monitor 3", "auto 1 read"])
             studio.receiver.type(command);
     isPrepared = true;
-    const muted = '.strip:nth-child(1) .mute[data-light="blinking"]';
+    const muted = '.strip:nth-child(4) .mute[aria-pressed="true"]';
     const lit = [muted, '.strip:nth-child(3) .record[aria-pressed="true"]'];
     for (const light of lit) await page.locator(light).waitFor();
     await page.locator(".light.play[data-on]").waitFor();
