@@ -61,7 +61,7 @@ std::optional<RunningPage> readPageNotice(const std::string& stateFolder) {
 }
 
 std::string pageAddress(const EnvironmentLookup& environment, const std::string& host, std::uint16_t receiverPort) {
-    const auto folder = stateFolderOf(environment);
+    const auto folder = stateFolderIn(environment);
     const auto page = folder ? readPageNotice(*folder) : std::nullopt;
     if (!page || page->receiverPort != receiverPort) return {};
     std::string key;

@@ -57,14 +57,6 @@ std::vector<std::string> languagesOf(const EnvironmentLookup& environment) {
     return {};
 }
 
-std::optional<std::string> stateFolderOf(const EnvironmentLookup& environment) {
-    const std::string state = environment("XDG_STATE_HOME").value_or("");
-    if (state.starts_with('/')) return state + "/lumbrine";
-    const std::string home = environment("HOME").value_or("");
-    if (home.starts_with('/')) return home + "/.local/state/lumbrine";
-    return std::nullopt;
-}
-
 std::optional<std::string> prettyHostName(std::string_view machineInfo) {
     constexpr std::string_view key = "PRETTY_HOSTNAME=";
     std::optional<std::string> found;

@@ -16,10 +16,6 @@ using EnvironmentLookup = std::function<std::optional<std::string>(const std::st
 // colons), LC_ALL, LC_MESSAGES and LANG that is not empty. Empty when all of them are.
 std::vector<std::string> languagesOf(const EnvironmentLookup& environment);
 
-// Where Lumbrine keeps what outlasts a run: XDG_STATE_HOME/lumbrine, or ~/.local/state/lumbrine. Absent when neither
-// XDG_STATE_HOME nor HOME is an absolute path.
-std::optional<std::string> stateFolderOf(const EnvironmentLookup& environment);
-
 // The value of PRETTY_HOSTNAME in the text of /etc/machine-info, unquoted by the rules of a shell. When it occurs more
 // than once, the last one counts. Absent when it is missing, empty or badly quoted.
 std::optional<std::string> prettyHostName(std::string_view machineInfo);
