@@ -143,7 +143,6 @@ void ShownTracks::tellName(Client& client, int strip, std::string text, TimePoin
 // A full name, or what a display has of it.
 void ShownTracks::tellRow(Client& client, int index, const std::string& name, TimePoint at) const {
     std::vector<Shown>& entries = client.rows[index];
-    if (!entries.empty() && entries.back().text == name) return;
     std::set<int> named;
     if (const auto tracks = called.find(name); tracks != called.end())
         for (const auto& [since, track] : tracks->second)
@@ -153,7 +152,9 @@ void ShownTracks::tellRow(Client& client, int index, const std::string& name, Ti
     if (list != host.lists.begin())
         if (const auto& ids = std::prev(list)->ids; static_cast<std::size_t>(index) < ids.size())
             if (const int there = ids[static_cast<std::size_t>(index)]; named.contains(there)) entry.tracks = {there};
-    entries.push_back(std::move(entry));
+    const bool same = !entries.empty() && entries.back().text == name;
+    if (!same || (entry.tracks.size() == 1 && entry.tracks != entries.back().tracks))
+        entries.push_back(std::move(entry));
 }
 
 Tracks ShownTracks::onStrip(const std::string& client, int strip, TimePoint at) const {
