@@ -31,7 +31,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
 
       switches(platform.runtime, state, log, mirror),
       feedback(jobs, state, log,
-               {mirror, switches, bankMap, capture, metadata, meters, displays, automation, surfaces}),
+               {mirror, switches, bankMap, calibration, capture, metadata, meters, displays, automation, surfaces}),
       hello(jobs, state, log, {endpoint, mirror, table, calibration, automation}),
       fingers(jobs, state, surfaces, mirror),
       commands(jobs, state,

@@ -72,6 +72,28 @@ void Calibration::scanAnother() {
     calibrateBanks(true);
 }
 
+void Calibration::displaysEmptied() {
+    state.scans.emptiedAt = jobs.runtime.now();
+    if (mayShowNoNames(state.published.session)) return;
+    forgetMap();
+    forgetSession();
+    if (state.quiet()) state.bankMoves += 2; // the strips may show other tracks of the same names next
+    state.scans.sawNothing = true;           // until there are names
+    state.published.bankOffset = -1;
+    parts.mirror.send(occasion::bankView);
+}
+
+// Names come strip by strip, so for a moment the displays may also be empty on the way from the session's last tracks,
+// which may be fewer than the strips, to as many tracks without names.
+bool Calibration::mayShowNoNames(const Session& session) const {
+    const std::vector<Track>& tracks = session.tracks;
+    if (tracks.empty()) return true;
+    const auto width = static_cast<std::size_t>(state.published.winW);
+    const std::size_t last = (tracks.size() - 1) % width + 1;
+    const auto isNameless = [](const Track& track) { return isBlank(track.display); };
+    return !std::ranges::search_n(tracks, static_cast<std::ptrdiff_t>(last), true, {}, isNameless).empty();
+}
+
 // The same names may be other tracks.
 void Calibration::forgetSession() {
     forgotten = {};

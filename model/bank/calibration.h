@@ -60,6 +60,10 @@ public:
     // The map does not fit the displays any more. Main thread.
     void forgetMap();
 
+    // The last shown name has gone. Without a session Pro Tools shows nothing on all strips, and the next one may look
+    // the same where the user is, so the map is forgotten unless its own tracks may be shown so. Main thread.
+    void displaysEmptied();
+
 private:
     bool admitted(bool force);
 
@@ -69,7 +73,7 @@ private:
     bool goesOn(int presses, TimePoint since) const;
     void returnTo(const SurveyedBank& start, std::size_t banks);
     bool rewind();
-    bool lostItsWay(const TrackSurvey& survey);
+    bool lostItsWay(const Session& scanned);
     Session walk(bool topIsSure);
     void printLearned(const TrackSurvey& survey, const Session& session) const;
     enum class KeyThatShowedNothing { metTheEnd, moved, wasLost, isUnclear };
@@ -78,6 +82,7 @@ private:
     SurveyedBank stepBack(const SurveyedBank& shown, bool mayShowNothing);
 
     // On the main thread
+    bool mayShowNoNames(const Session& session) const;
     void forgetSession();
     bool commit(Session scanned); // true when the map is sure
     void finish();

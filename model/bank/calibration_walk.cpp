@@ -1,5 +1,4 @@
 // The part of calibration.h that moves the surfaces, on the desk's thread.
-#include "base/blank_text.h"
 #include "model/bank/calibration.h"
 #include "model/bank/scan_ending.h"
 
@@ -79,16 +78,12 @@ bool Calibration::rewind() {
 
 // Presses go nowhere while Pro Tools is silent, and lead through another session once one was closed, which empties
 // the displays.
-bool Calibration::lostItsWay(const TrackSurvey& survey) {
-    const auto isEmpty = [](const SurveyedBank& bank) { return std::ranges::all_of(bank.names, isBlank); };
-    const bool mayBeEmpty = std::ranges::any_of(survey.seen(), isEmpty);
-    const auto [wasSilent, wasEmptied] = jobs.runtime.syncMain([this] {
-        return std::pair(!state.published.huiConnected || state.presence.firstPingAt > began,
-                         state.scans.emptiedAt > began);
+bool Calibration::lostItsWay(const Session& scanned) {
+    return jobs.runtime.syncMain([&] {
+        if (!state.published.huiConnected || state.presence.firstPingAt > began) wasInterrupted = true;
+        wasClosed = state.scans.emptiedAt > began && !mayShowNoNames(scanned);
+        return wasInterrupted || wasClosed;
     });
-    wasInterrupted = wasInterrupted || wasSilent;
-    wasClosed = wasEmptied && !mayBeEmpty;
-    return wasInterrupted || wasClosed;
 }
 
 Session Calibration::walk(bool topIsSure) {
@@ -119,7 +114,7 @@ Session Calibration::walk(bool topIsSure) {
     }
     if (key != KeyThatShowedNothing::metTheEnd) survey.endsAfter(0);
     Session session = survey.session();
-    const bool mayBeWrong = lostItsWay(survey);
+    const bool mayBeWrong = lostItsWay(session);
     const bool mayBeStuck = survey.seen().size() == 1 && listed.size() > width && !hiddenAreListed;
     if (!survey.isWholeByList() && (!topIsSure || mayBeWrong || wasDisturbed || survey.looksDisturbed() || mayBeStuck))
         session.sure = false;

@@ -16,7 +16,6 @@ void PeriodicTick::tick() {
     runMeters();
     parts.presence.watchWindowWidth();
     parts.mender.watchTrackList();
-    parts.position.watchClosedSession();
     parts.position.watchStuckPosition();
     parts.owner.watchOwner();
     parts.owner.describeClients();

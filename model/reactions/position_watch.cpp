@@ -22,25 +22,6 @@ bool PositionWatch::positionIsStuck() const {
            (!state.scans.repeated || mapIsDoubtful);
 }
 
-// Without a session Pro Tools shows nothing on all strips. The next one may look the same where the user is; the ids of
-// a track list would tell, so without them it is scanned.
-void PositionWatch::watchClosedSession() {
-    const std::vector<Track>& tracks = state.published.session.tracks;
-    const auto blanks = std::ranges::count_if(tracks, isBlank, &Track::display);
-    const bool mayBeAView = blanks >= state.published.winW && !tracks.empty();
-    const bool isJudged = state.published.huiConnected && state.quiet() && !tracks.empty();
-    if (isJudged && !showsNames()) {
-        const bool idsTell =
-            std::ranges::any_of(parts.metadata.banked(), [](const TrackIdentity& track) { return !track.id.empty(); });
-        if (!mayBeAView && !idsTell) ++blankTicks;
-        return;
-    }
-    const bool isAnother = isJudged && blankTicks >= closedTicks;
-    if (isAnother && (state.transportRunning() || state.handsOn(runtime.now()))) return;
-    blankTicks = 0;
-    if (isAnother) parts.calibration.scanAnother();
-}
-
 // A window that fits the map nowhere for so long is of another session, or of one that has changed.
 void PositionWatch::watchStuckPosition() {
     int& ticks = state.scans.locateStuckTicks;

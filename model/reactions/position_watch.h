@@ -11,7 +11,6 @@ namespace lumbrine {
 class PositionWatch {
 public:
     static constexpr int stuckTickLimit = 12; // about 4.8 s without a match
-    static constexpr int closedTicks = 2;     // without any name: a session is closed
     static constexpr Duration pingRunBeforeScan = seconds(2.0);
     static constexpr Duration betweenScans = seconds(10.0);
 
@@ -25,7 +24,6 @@ public:
 
     void watchStuckPosition();
     void watchMissingMap();
-    void watchClosedSession();
 
 private:
     bool showsNames() const;
@@ -36,7 +34,6 @@ private:
     ReceiverState& state;
     ActivityLog& log;
     const Parts parts;
-    int blankTicks = 0; // since names were shown last, while a session was open
 };
 
 } // namespace lumbrine

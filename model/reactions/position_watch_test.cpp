@@ -119,61 +119,6 @@ TEST_F(PositionWatchTest, AWindowThatTwoScansCouldNotPlaceIsStuckAgainOnceItShow
     EXPECT_TRUE(state.published.session.empty());
 }
 
-// ---- A session that gave way to another one
-
-class ClosedSessionTest : public PositionWatchTest {
-protected:
-    ClosedSessionTest() {
-        bench.setTrackMap({"a", "b", "c"}, 0);
-        show("");
-    }
-
-    void show(const std::string& name) { state.published.strips[7].name = name; }
-    void watchTimes(int times) {
-        for (int i = 0; i < times; ++i)
-            watch.watchClosedSession();
-    }
-};
-
-TEST_F(ClosedSessionTest, IsScannedAfterAllStripsHaveBeenBlank) {
-    watchTimes(2);
-    EXPECT_FALSE(state.published.calibrating());
-    show("a");
-    watchTimes(1);
-    EXPECT_TRUE(state.published.calibrating());
-}
-
-TEST_F(ClosedSessionTest, IsNotAssumedWhereStripsWereBlankForAMoment) {
-    watchTimes(1);
-    show("a");
-    watchTimes(1);
-    EXPECT_FALSE(state.published.calibrating());
-}
-
-TEST_F(ClosedSessionTest, IsNotAssumedWhereTheMapHasSuchAView) {
-    bench.setTrackMap(std::vector<std::string>(10), 0);
-    watchTimes(5);
-    show("a");
-    watchTimes(1);
-    EXPECT_FALSE(state.published.calibrating());
-}
-
-TEST_F(ClosedSessionTest, IsNotAssumedWhereTheIDsOfATrackListTell) {
-    bench.parts().metadata.takeList({{.name = "a", .id = "1"}, {.name = "b", .id = "2"}, {.name = "c", .id = "3"}});
-    watchTimes(5);
-    show("a");
-    watchTimes(1);
-    EXPECT_FALSE(state.published.calibrating());
-}
-
-TEST_F(ClosedSessionTest, IsScannedWhereTheTrackListHasOnlyNames) {
-    bench.parts().metadata.takeList({{.name = "a"}, {.name = "b"}, {.name = "c"}});
-    watchTimes(2);
-    show("a");
-    watchTimes(1);
-    EXPECT_TRUE(state.published.calibrating());
-}
-
 // ---- No map
 
 class MissingMapTest : public PositionWatchTest {

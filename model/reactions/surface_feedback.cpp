@@ -104,11 +104,11 @@ void SurfaceFeedback::showName(Strip strip, const std::string& name) {
     changed.forgetHiddenPan(state.published.panRight);
     for (StripState& any : state.published.strips)
         any.mayHaveAnotherTrack(jobs.runtime.now());
-    if (std::ranges::all_of(state.published.shownStrips(), isBlank, &StripState::name))
-        state.scans.emptiedAt = jobs.runtime.now();
     state.published.changed();
     parts.mirror.sendTrackNameToClient(strip, name);
     parts.bankMap.relocalize();
+    if (std::ranges::all_of(state.published.shownStrips(), isBlank, &StripState::name))
+        parts.calibration.displaysEmptied();
     parts.capture.namesShown();
     parts.metadata.somethingHappened();
 }

@@ -2,6 +2,7 @@
 // threads; what touches the state hops to the main thread.
 #pragma once
 
+#include "model/bank/calibration.h"
 #include "model/bank/fader_capture.h"
 #include "model/hands/automation_modes.h"
 #include "model/hands/display_watch.h"
@@ -29,6 +30,7 @@ public:
         ClientMirror& mirror;
         SwitchTracker& switches;
         BankMap& bankMap;
+        Calibration& calibration;
         FaderCapture& capture;
         TrackMetadata& metadata;
         Meters& meters;

@@ -192,6 +192,37 @@ TEST_F(SurfaceFeedbackTest, ANewNameIsToldBeforeThePositionThatFollowsFromIt) {
     EXPECT_EQ(messages[1], "0ms 01 16 00 01 00 03 08");
 }
 
+// Another session may look the same.
+TEST_F(SurfaceFeedbackTest, TheMapOfASessionThatWasClosedIsForgotten) {
+    bench.setTrackMap({"Kick", "Snar"}, 0);
+    bench.surfaceA.name(0, "Kick");
+    bench.surfaceA.name(1, "Snar");
+    settle();
+    const TrackOnStrip kick = state.shownOn(*Strip::of(0));
+    ASSERT_EQ(kick.index, 0u);
+
+    bench.surfaceA.name(0, "    ");
+    settle();
+    EXPECT_EQ(state.published.session.size(), 2u);
+    bench.surfaceA.name(1, "    ");
+    settle();
+    EXPECT_THAT(displaysOf(state.published.session), IsEmpty());
+    EXPECT_EQ(state.published.bankOffset, -1);
+    bench.surfaceA.name(0, "Kick");
+    bench.surfaceA.name(1, "Snar");
+    settle();
+    EXPECT_EQ(state.stripShowing(kick), std::nullopt);
+    EXPECT_EQ(state.published.bankOffset, -1);
+}
+
+TEST_F(SurfaceFeedbackTest, AMapThatHasAViewWithoutNamesIsKept) {
+    bench.setTrackMap({"Kick", "", "", "", "", "", "", "", ""}, 0);
+    bench.surfaceA.name(0, "Kick");
+    bench.surfaceA.name(0, "    ");
+    settle();
+    EXPECT_EQ(state.published.session.size(), 9u);
+}
+
 TEST_F(SurfaceFeedbackTest, EveryTextSetsTheNameClockBack) {
     DisplayWatch& clock = bench.parts().displays;
     bench.surfaceA.name(0, "Kick");

@@ -65,7 +65,7 @@ struct ReceiverState {
     ScriptingState scripting;
 
     std::uint64_t mapNumber = 0; // a new one for each session that is not the one before
-    std::uint64_t bankMoves = 0; // changes when a job takes the banks, and when it gives them back
+    std::uint64_t bankMoves = 0; // changes when a job takes the banks (odd then), gives them back, or a session closes
 
     bool transportPlaying = false;
     bool transportRecording = false;

@@ -86,6 +86,20 @@ TEST(Scan, IsRepeatedAfterAnotherSessionWasOpenedInIt) {
     }
 }
 
+TEST(Session, ThatLooksLikeTheOneBeforeIsScannedToo) {
+    for (const Duration opensAfter : {100ms, 500ms}) {
+        Studio studio(numberedTracks(12), {.sessionOpensAfter = opensAfter});
+        ASSERT_TRUE(studio.mapSession(30s));
+        SimulatedSession sibling = numberedTracks(12);
+        sibling.changeAll([](SimulatedTrack& track) { track.fader = FaderValue::ofRaw(0x1000); });
+        studio.proTools->exchangeSession(sibling);
+        ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().session.empty(); }, 100ms));
+        ASSERT_TRUE(studio.runUntil([&studio] { return studio.shown().bankOffset == 0; }, 30s));
+        ASSERT_TRUE(studio.untilQuiet(10s));
+        EXPECT_EQ(studio.mapFaders(), studio.hostFaders());
+    }
+}
+
 TEST(Scan, RepeatsAKeyThatWasLost) {
     Studio studio(numberedTracks(64), {.hostTimeout = 60s});
     ASSERT_TRUE(studio.runUntil([&studio] { return studio.hostOffset() == 8; }, 20s));
