@@ -3,10 +3,10 @@
 # macOS on Linux. They come from Debian's packages, for the processor in LUMBRINE_MACOS_ARCH. If FOLDER is complete, the
 # script does nothing. The programs are never run, so some libraries are only stubs:
 #   GoogleTest      compiled
-#   nlohmann-json   the headers, since it has no compiled part
+#   nlohmann-json   the headers, since it has no compiled part; so has CLI11
 #   nghttp2         the headers, and a list of its functions' names for the linker
 #   utf8proc        the same
-#   protobuf        the headers; its functions stay undefined until the program is loaded
+#   protobuf, gRPC  the headers; their functions stay undefined until the program is loaded
 set -euo pipefail
 cd "$(dirname "$0")/.."
 folder=$1
@@ -14,8 +14,8 @@ prefix=$folder/usr
 [ ! -e "$folder/complete" ] || exit 0
 
 rm -rf "$folder"
-mkdir -p "$prefix/include" "$prefix/lib/cmake/protobuf" "$prefix/lib/pkgconfig" "$prefix/share/cmake"
-ln -s /usr/include/{google,nghttp2,nlohmann,utf8proc.h} "$prefix/include/"
+mkdir -p "$prefix/include" "$prefix"/lib/cmake/{protobuf,grpc} "$prefix/lib/pkgconfig" "$prefix/share/cmake"
+ln -s /usr/include/{CLI,absl,google,grpc,grpcpp,nghttp2,nlohmann,utf8proc.h} "$prefix/include/"
 cp -r /usr/share/cmake/nlohmann_json "$prefix/share/cmake/"
 
 cmake -G Ninja -S /usr/src/googletest -B "$folder/googletest" --toolchain "$PWD/cmake/macos-cross.cmake" \
@@ -54,5 +54,13 @@ target_include_directories(protobuf::libprotobuf INTERFACE "$prefix/include")
 target_link_options(protobuf::libprotobuf INTERFACE -Wl,-undefined,dynamic_lookup)
 add_executable(protobuf::protoc IMPORTED)
 set_target_properties(protobuf::protoc PROPERTIES IMPORTED_LOCATION "$(type -P protoc)")
+CMAKE
+cat >"$prefix/lib/cmake/grpc/grpc-config.cmake" <<CMAKE
+find_package(Protobuf REQUIRED CONFIG)
+add_library(gRPC::grpc++_unsecure INTERFACE IMPORTED)
+target_include_directories(gRPC::grpc++_unsecure INTERFACE "$prefix/include")
+target_link_options(gRPC::grpc++_unsecure INTERFACE -Wl,-undefined,dynamic_lookup)
+add_executable(gRPC::grpc_cpp_plugin IMPORTED)
+set_target_properties(gRPC::grpc_cpp_plugin PROPERTIES IMPORTED_LOCATION "$(type -P grpc_cpp_plugin)")
 CMAKE
 touch "$folder/complete"

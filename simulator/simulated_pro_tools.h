@@ -119,6 +119,11 @@ public:
     // For the user's actions on windows and dialogs. `arrange` runs under a lock, so it must not wait.
     void arrangeScreen(const std::function<void(SimulatedScreen&, TimePoint now)>& arrange);
 
+    // For a shell that shows the screen, and for other programs that read and press it. While the program is stuck,
+    // `body` is not called. It runs under a lock, so it must not wait.
+    void lookAtScreen(const std::function<void(SimulatedScreen&, TimePoint now)>& body) LUMBRINE_EXCLUDES(mutex);
+    void actOnScreen(const std::function<void(SimulatedScreen&, TimePoint now)>& body) LUMBRINE_EXCLUDES(mutex);
+
     // ---- Looking.
 
     bool hasMIDI() const { return ports[0] != nullptr; } // false when this computer has no MIDI system
@@ -145,8 +150,6 @@ private:
 
     void arrived(int surface, ByteView bytes) LUMBRINE_EXCLUDES(mutex);
     void change(const std::function<void(TimePoint)>& body) LUMBRINE_EXCLUDES(mutex);
-    void lookAtScreen(const std::function<void(SimulatedScreen&, TimePoint now)>& body) LUMBRINE_EXCLUDES(mutex);
-    void actOnScreen(const std::function<void(SimulatedScreen&, TimePoint now)>& body) LUMBRINE_EXCLUDES(mutex);
     void wake() LUMBRINE_EXCLUDES(mutex);
     void runUntilNow(TimePoint now) LUMBRINE_REQUIRES(mutex);
     void applyFaults(TimePoint now) LUMBRINE_REQUIRES(mutex);

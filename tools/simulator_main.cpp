@@ -1,12 +1,11 @@
 // lumbrine-simulator: the simulated Pro Tools as a program, with MIDI ports and a TCP port for its scripting service.
-#include "platform/linux/midi_backend.h"
 #include "platform/posix/line_input.h"
 #include "platform/posix/real_runtime.h"
-#include "platform/posix/run_loop.h"
 #include "platform/posix/termination_signals.h"
 #include "simulator/default_session.h"
 #include "tools/offered_scripting.h"
 #include "tools/simulator_arguments.h"
+#include "tools/simulator_place.h"
 #include "tools/simulator_shell.h"
 
 #include <unistd.h>
@@ -25,11 +24,11 @@ void print(std::string_view text) {
 }
 
 int simulate(const SimulatorArguments& arguments) {
-    const MIDIBackend backend;
-    RunLoop loop;
+    const std::unique_ptr<SimulatorPlace> place = SimulatorPlace::make();
+    MainLoop& loop = place->loop();
     const TerminationSignals signals([&loop] { loop.stop(); });
     RealRuntime runtime(loop);
-    const std::unique_ptr<MIDIConnections> midi = backend.connections(runtime);
+    const std::unique_ptr<MIDIConnections> midi = place->midi(runtime);
     SimulatedProTools proTools(runtime, *midi, arguments.options,
                                defaultSession(arguments.tracks, arguments.options.seed, arguments.style));
     if (!proTools.hasMIDI()) {
@@ -51,8 +50,10 @@ int simulate(const SimulatorArguments& arguments) {
             if (!shell.handle(typed)) loop.stop();
         });
     });
+    std::shared_ptr<void> screen = place->show(runtime, proTools);
     shell.tick();
-    loop.run();
+    place->run();
+    screen.reset();
     shell.end();
     runtime.shutDown();
     return 0;
