@@ -12,7 +12,7 @@ BIN := build/release/bin
 
 .DEFAULT_GOAL := build
 .PHONY: setup build run demo test bench simulate fuzz mutants coverage check format screenshots package check-package \
-    test-web
+    test-web web-pictures
 
 setup:
 	@scripts/setup.sh
@@ -37,6 +37,11 @@ test: build
 # The page in a browser, also what takes minutes: lost networks, a large session.
 test-web: build
 	@LUMBRINE_BIN=$(BIN) web/tests/run.sh browser/*.test.js
+
+# Takes pictures of the page on a phone, on its side, and on a tablet, in both languages, into build/pictures.
+web-pictures: build
+	@mkdir -p build/pictures
+	@LUMBRINE_BIN=$(BIN) node web/tests/pictures.js build/pictures
 
 bench: build
 	@scripts/bench.sh $(BIN)
