@@ -36,3 +36,39 @@ for (const [locale, language, device] of /** @type {const} */ ([["en-GB", "en", 
             await findsNothing(page, "tracks");
             await context.close();
         });
+
+test("the left-handed have the meters on the other side, also the next time", { timeout: 60_000 }, async () => {
+    const context = await browser.newContext(phone);
+    await context.addInitScript(() => localStorage.setItem("lumbrine.token", "7"));
+    const page = await openPage(context, studio);
+    const leftOf = async (/** @type {string} */ place) => {
+        const box = await page.locator(".strip").first().locator(place).boundingBox();
+        return box?.x ?? NaN;
+    };
+    assert.ok((await leftOf(".meter")) > (await leftOf(".fader")));
+    await page.locator(".tool").last().tap();
+    await page.locator(".sheet[open] .choice", { hasText: "Left-handed" }).tap();
+    assert.ok((await leftOf(".meter")) < (await leftOf(".fader")));
+    await page.reload();
+    await page.locator('.status[data-state="good"]').waitFor();
+    assert.ok((await leftOf(".meter")) < (await leftOf(".fader")));
+    await context.close();
+});
+
+test("the page has what a home screen needs, and keeps the screen on", { timeout: 60_000 }, async () => {
+    const context = await browser.newContext(phone);
+    await context.addInitScript(() => {
+        localStorage.setItem("lumbrine.token", "7");
+        navigator.wakeLock.request = async () => Reflect.set(window, "isAwake", true) && /** @type {any} */ ({});
+    });
+    const page = await openPage(context, studio);
+    const manifest = await (await page.request.get(new URL("manifest.webmanifest", studio.address).href)).json();
+    assert.equal(manifest.display, "standalone");
+    for (const { src, type } of manifest.icons) {
+        const icon = await page.request.get(new URL(src, studio.address).href);
+        assert.deepEqual([icon.status(), icon.headers()["content-type"]], [200, type], src);
+    }
+    await page.locator(".strip .fader").first().tap();
+    await page.waitForFunction(() => Reflect.get(window, "isAwake"));
+    await context.close();
+});
