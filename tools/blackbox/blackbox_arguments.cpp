@@ -46,7 +46,11 @@ std::expected<BlackboxArguments, BlackboxAnswer> readBlackboxArguments(std::span
         ->check(CLI::IsMember(names));
     show->add_flag("--follow", read.follow, "go on as the receiver does");
 
+    const char* const redact = "without names, comments and addresses";
+    show->add_flag("--redact", read.redacted, redact);
+
     CLI::App* const save = program.add_subcommand("save", "write a compressed copy");
+    save->add_flag("--redact", read.redacted, redact);
     save->add_option("COPY", read.copy, "the file to write")->required();
     const CLI::App* const stats = program.add_subcommand("stats", "print how fast and how completely everything went");
 

@@ -22,6 +22,7 @@ struct BlackboxArguments {
     std::set<Topic> topics = {};
     bool follow = false;
     std::string copy = {}; // of save
+    bool redacted = false; // show and save: without names
 };
 
 // What the program prints instead, and its exit status: help or version to standard output (0), or what is wrong with

@@ -6,6 +6,7 @@
 #include "platform/posix/termination_signals.h"
 #include "tools/blackbox/blackbox_arguments.h"
 #include "tools/blackbox/recording_file.h"
+#include "tools/blackbox/redaction.h"
 #include "tools/blackbox/show.h"
 #include "tools/blackbox/statistics.h"
 
@@ -55,12 +56,18 @@ std::optional<ShowFilter> filterOf(const BlackboxArguments& arguments, const std
     return filter;
 }
 
-int follow(const std::filesystem::path& path, Show& show) {
+std::expected<Bytes, std::string> load(const std::filesystem::path& path, const BlackboxArguments& arguments) {
+    auto ring = loadRecording(path);
+    if (ring && arguments.redacted) ring = redacted(*ring);
+    return ring;
+}
+
+int follow(const BlackboxArguments& arguments, const std::filesystem::path& path, Show& show) {
     RunLoop loop;
     const TerminationSignals signals([&loop] { loop.stop(); });
     RealRuntime runtime(loop);
     const auto timer = runtime.repeatOnMain(lookInterval, [&] {
-        if (const auto ring = loadRecording(path)) show.add(recordsIn(*ring), true);
+        if (const auto ring = load(path, arguments)) show.add(recordsIn(*ring), true);
         std::fflush(stdout);
     });
     loop.run();
@@ -78,13 +85,13 @@ int show(const BlackboxArguments& arguments, const std::filesystem::path& path, 
     Show lines(*filter, printLine);
     lines.add(records, arguments.follow);
     std::fflush(stdout);
-    return arguments.follow ? follow(path, lines) : 0;
+    return arguments.follow ? follow(arguments, path, lines) : 0;
 }
 
 int run(const BlackboxArguments& arguments) {
     const std::filesystem::path path =
         arguments.recording.empty() ? usualPath() : std::filesystem::path(arguments.recording);
-    const auto ring = loadRecording(path);
+    const auto ring = load(path, arguments);
     if (!ring) return complain(path, ring.error());
     switch (arguments.command) {
     case BlackboxArguments::Command::show:

@@ -3,6 +3,7 @@
 #include "client_link/client_command.h"
 #include "remote/message_line.h"
 #include "remote/receiver_message.h"
+#include "seal/seal_trailer.h"
 
 #include <array>
 #include <cstdio>
@@ -88,6 +89,12 @@ struct StripOfMessage {
     }
 };
 
+// Behind the words of a sealed message: which one of its session it is.
+std::string sealNote(ByteView datagram) {
+    const auto sealed = seal::splitTrailer(datagram);
+    return sealed ? " (sealed, " + std::to_string(sealed->trailer.sequence.count) + ")" : std::string();
+}
+
 DatagramWords unknown(ByteView datagram) {
     return {"hex " + hexOf(datagram)};
 }
@@ -104,16 +111,25 @@ std::string hexOf(ByteView bytes) {
     return text;
 }
 
+ByteView messageOf(ByteView datagram) {
+    const auto sealed = seal::splitTrailer(datagram);
+    return sealed ? sealed->message : datagram;
+}
+
 DatagramWords clientWords(ByteView datagram) {
-    if (isClientDatagram(datagram) && datagram[1] == takeOver) return {"take-over"};
-    const auto command = parseClientCommand(datagram);
-    return command ? std::visit(CommandTeller{}, *command) : unknown(datagram);
+    const ByteView message = messageOf(datagram);
+    if (isClientDatagram(message) && message[1] == takeOver) return {"take-over" + sealNote(datagram)};
+    const auto command = parseClientCommand(message);
+    if (!command) return unknown(datagram);
+    DatagramWords words = std::visit(CommandTeller{}, *command);
+    words.text += sealNote(datagram);
+    return words;
 }
 
 DatagramWords receiverWords(ByteView datagram) {
-    const auto message = remote::parseReceiverMessage(datagram);
+    const auto message = remote::parseReceiverMessage(messageOf(datagram));
     if (!message) return unknown(datagram);
-    return {remote::lineOf(*message), std::visit(StripOfMessage{}, *message)};
+    return {remote::lineOf(*message) + sealNote(datagram), std::visit(StripOfMessage{}, *message)};
 }
 
 } // namespace lumbrine::blackbox
