@@ -54,6 +54,10 @@ std::expected<BlackboxArguments, BlackboxAnswer> readBlackboxArguments(std::span
     save->add_option("COPY", read.copy, "the file to write")->required();
     const CLI::App* const stats = program.add_subcommand("stats", "print how fast and how completely everything went");
 
+    CLI::App* const pcap = program.add_subcommand("pcap", "write datagrams and MIDI as pcapng, for Wireshark");
+    pcap->add_flag("--redact", read.redacted, redact);
+    pcap->add_option("COPY", read.copy, "the file to write")->required();
+
     std::vector<std::string> words(arguments.begin(), arguments.end());
     std::ranges::reverse(words); // the order that the library's parser takes
     try {
@@ -68,6 +72,7 @@ std::expected<BlackboxArguments, BlackboxAnswer> readBlackboxArguments(std::span
                                               wrongUsage});
     }
     if (save->parsed()) read.command = BlackboxArguments::Command::save;
+    if (pcap->parsed()) read.command = BlackboxArguments::Command::pcap;
     if (stats->parsed()) read.command = BlackboxArguments::Command::stats;
     if (stripOption->count() > 0) read.strip = strip - 1;
     for (const std::string& kind : kinds)

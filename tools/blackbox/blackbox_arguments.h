@@ -12,7 +12,7 @@
 namespace lumbrine::blackbox {
 
 struct BlackboxArguments {
-    enum class Command { show, save, stats };
+    enum class Command { show, save, stats, pcap };
 
     Command command = Command::show;
     std::string recording = {}; // empty: that of this user's receiver
@@ -21,8 +21,8 @@ struct BlackboxArguments {
     std::optional<int> strip = {}; // from 0
     std::set<Topic> topics = {};
     bool follow = false;
-    std::string copy = {}; // of save
-    bool redacted = false; // show and save: without names
+    std::string copy = {}; // of save and pcap: the file to write
+    bool redacted = false; // without names
 };
 
 // What the program prints instead, and its exit status: help or version to standard output (0), or what is wrong with

@@ -31,6 +31,8 @@ TEST(BlackboxArguments, ShowEverythingOfTheUsersOwnRecordingByDefault) {
 TEST(BlackboxArguments, SaveAndCount) {
     EXPECT_EQ(read({"save", "copy"})->copy, "copy");
     EXPECT_EQ(read({"save", "copy"})->command, BlackboxArguments::Command::save);
+    EXPECT_EQ(read({"pcap", "file"})->command, BlackboxArguments::Command::pcap);
+    EXPECT_EQ(read({"pcap", "file"})->copy, "file");
     EXPECT_FALSE(read({"save", "copy"})->redacted);
     EXPECT_TRUE(read({"save", "--redact", "copy"})->redacted);
     EXPECT_EQ(read({"stats"})->command, BlackboxArguments::Command::stats);

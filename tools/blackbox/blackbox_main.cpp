@@ -5,6 +5,7 @@
 #include "platform/posix/run_loop.h"
 #include "platform/posix/termination_signals.h"
 #include "tools/blackbox/blackbox_arguments.h"
+#include "tools/blackbox/pcap.h"
 #include "tools/blackbox/recording_file.h"
 #include "tools/blackbox/redaction.h"
 #include "tools/blackbox/show.h"
@@ -88,6 +89,10 @@ int show(const BlackboxArguments& arguments, const std::filesystem::path& path, 
     return arguments.follow ? follow(arguments, path, lines) : 0;
 }
 
+int written(const BlackboxArguments& arguments, const std::expected<void, std::string>& result) {
+    return result ? 0 : complain(arguments.copy, result.error());
+}
+
 int run(const BlackboxArguments& arguments) {
     const std::filesystem::path path =
         arguments.recording.empty() ? usualPath() : std::filesystem::path(arguments.recording);
@@ -97,13 +102,16 @@ int run(const BlackboxArguments& arguments) {
     case BlackboxArguments::Command::show:
         return show(arguments, path, *ring);
     case BlackboxArguments::Command::save:
-        if (const auto saved = saveRecording(arguments.copy, *ring); !saved)
-            return complain(arguments.copy, saved.error());
-        return 0;
-    case BlackboxArguments::Command::stats:
+        return written(arguments, saveRecording(arguments.copy, *ring));
+    case BlackboxArguments::Command::pcap: {
+        const auto records = recordsIn(*ring);
+        return written(arguments, writePrivately(arguments.copy, pcapOf(records, receiverPortIn(records))));
+    }
+    case BlackboxArguments::Command::stats: {
         const auto records = recordsIn(*ring);
         std::fputs(textOf(statisticsOf(records), records).c_str(), stdout);
         return 0;
+    }
     }
     return 0;
 }

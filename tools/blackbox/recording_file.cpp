@@ -65,10 +65,14 @@ std::expected<void, std::string> saveRecording(const std::filesystem::path& path
     const std::size_t size =
         ZSTD_compress(compressed.data(), compressed.size(), ring.data(), ring.size(), compressionLevel);
     if (ZSTD_isError(size) != 0) return std::unexpected("cannot be compressed");
+    return writePrivately(path, ByteView(compressed).first(size));
+}
+
+std::expected<void, std::string> writePrivately(const std::filesystem::path& path, ByteView bytes) {
     std::ofstream stream(path, std::ios::binary | std::ios::trunc);
     std::error_code error; // another file system may have no modes
     std::filesystem::permissions(path, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write, error);
-    stream.write(reinterpret_cast<const char*>(compressed.data()), static_cast<std::streamsize>(size));
+    stream.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     if (!stream.flush()) return std::unexpected("cannot be written");
     return {};
 }

@@ -15,4 +15,7 @@ std::expected<Bytes, std::string> loadRecording(const std::filesystem::path& pat
 // Writes a compressed copy, which only this user may read. Otherwise what is wrong.
 std::expected<void, std::string> saveRecording(const std::filesystem::path& path, ByteView ring);
 
+// Writes bytes as they are, likewise.
+std::expected<void, std::string> writePrivately(const std::filesystem::path& path, ByteView bytes);
+
 } // namespace lumbrine::blackbox
