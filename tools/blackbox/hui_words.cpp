@@ -7,7 +7,7 @@ namespace lumbrine::blackbox {
 
 namespace {
 
-using Kind = HUIWord::Kind;
+using WordKind = HUIWord::Kind;
 
 constexpr int strips = 8; // of a surface
 constexpr std::array<std::uint8_t, 7> displayBegin{0xF0, 0x00, 0x00, 0x66, 0x05, 0x00, 0x10};
@@ -32,18 +32,19 @@ std::string numberOf(int strip) {
 HUIWord faderAt(int strip, int raw) {
     std::array<char, 16> value{};
     std::snprintf(value.data(), value.size(), "%.4f", raw / 16383.0);
-    return {.kind = Kind::fader, .text = "fader " + numberOf(strip) + " " + value.data(), .strip = strip, .value = raw};
+    return {
+        .kind = WordKind::fader, .text = "fader " + numberOf(strip) + " " + value.data(), .strip = strip, .value = raw};
 }
 
 HUIWord portOf(int surface, Direction direction, std::uint8_t zone, std::uint8_t value) {
     const int port = value & 0x0F;
     const bool on = (value & 0x40) != 0;
     const bool isLight = direction == Direction::fromHost;
-    HUIWord word{.kind = isLight ? Kind::light : Kind::key, .text = {}, .value = on ? 1 : 0};
+    HUIWord word{.kind = isLight ? WordKind::light : WordKind::key, .text = {}, .value = on ? 1 : 0};
     if (zone < strips && port < 8) {
         word.strip = surface * strips + zone;
         word.text = std::string(stripPorts[static_cast<std::size_t>(port)]) + " " + numberOf(*word.strip);
-        if (port == 0) word.kind = Kind::touch;
+        if (port == 0) word.kind = WordKind::touch;
     } else if (zone == bankZone && port < 4) {
         word.text = bankPorts[static_cast<std::size_t>(port)];
         word.isBankKey = !isLight;
@@ -52,7 +53,7 @@ HUIWord portOf(int surface, Direction direction, std::uint8_t zone, std::uint8_t
         std::snprintf(text.data(), text.size(), "zone-%02x port-%x", zone, static_cast<unsigned>(port));
         word.text = text.data();
     }
-    const bool isTouch = word.kind == Kind::touch;
+    const bool isTouch = word.kind == WordKind::touch;
     word.text = (isLight   ? "light "
                  : isTouch ? ""
                            : "key ") +
@@ -64,9 +65,9 @@ HUIWord displayOf(int surface, ByteView message) {
     std::string text(message.begin() + displayBegin.size() + 1, message.begin() + displayBegin.size() + 5);
     std::ranges::replace_if(text, [](char c) { return c < 0x20 || c > 0x7E; }, '?');
     const int zone = message[displayBegin.size()];
-    if (zone >= strips) return {.kind = Kind::display, .text = "display " + std::to_string(zone) + " " + text};
+    if (zone >= strips) return {.kind = WordKind::display, .text = "display " + std::to_string(zone) + " " + text};
     const int strip = surface * strips + zone;
-    return {.kind = Kind::display, .text = "name " + numberOf(strip) + " \"" + text + "\"", .strip = strip};
+    return {.kind = WordKind::display, .text = "name " + numberOf(strip) + " \"" + text + "\"", .strip = strip};
 }
 
 bool isDisplay(ByteView message) {
@@ -97,10 +98,10 @@ std::vector<HUIWord> HUIWords::read(int surface, Direction direction, ByteView p
             if (auto word = controlChange(surface, direction, message[1], message[2]))
                 words.push_back(*std::move(word));
         } else if (isWhole && (message[0] & 0xEF) == 0x80 && message[1] == 0) {
-            words.push_back({.kind = Kind::ping, .text = message[2] == 0x7F ? "pong" : "ping"});
+            words.push_back({.kind = WordKind::ping, .text = message[2] == 0x7F ? "pong" : "ping"});
         } else if (isWhole && message[0] == 0xA0 && message[1] < strips) {
             const int strip = surface * strips + message[1];
-            words.push_back({.kind = Kind::meter,
+            words.push_back({.kind = WordKind::meter,
                              .text = "meter " + numberOf(strip) + ((message[2] & 0x10) != 0 ? " right " : " left ") +
                                      std::to_string(message[2] & 0x0F),
                              .strip = strip,
@@ -108,7 +109,7 @@ std::vector<HUIWord> HUIWords::read(int surface, Direction direction, ByteView p
         } else if (isDisplay(message)) {
             words.push_back(displayOf(surface, message));
         } else {
-            words.push_back({.kind = Kind::other, .text = "bytes " + inHex(message)});
+            words.push_back({.kind = WordKind::other, .text = "bytes " + inHex(message)});
         }
     }
     return words;
@@ -125,7 +126,7 @@ std::optional<HUIWord> HUIWords::controlChange(int surface, Direction direction,
     }
     if (controller == 0x2C || controller == 0x2F) return portOf(surface, direction, state.zone, value);
     if (zone >= strips || controller >= 0x50)
-        return HUIWord{.kind = Kind::other, .text = "bytes " + inHex(Bytes{0xB0, controller, value})};
+        return HUIWord{.kind = WordKind::other, .text = "bytes " + inHex(Bytes{0xB0, controller, value})};
     switch (controller & 0xF0) {
     case 0x00:
         state.faderHigh[static_cast<std::size_t>(zone)] = value;
@@ -133,17 +134,17 @@ std::optional<HUIWord> HUIWords::controlChange(int surface, Direction direction,
     case 0x20:
         return faderAt(strip, state.faderHigh[static_cast<std::size_t>(zone)] << 7 | value);
     case 0x10:
-        return HUIWord{.kind = Kind::ring,
+        return HUIWord{.kind = WordKind::ring,
                        .text = "ring " + numberOf(strip) + " " + std::to_string(value & 0x0F) +
                                ((value & 0x40) != 0 ? " centre" : ""),
                        .strip = strip};
     case 0x40:
-        return HUIWord{.kind = Kind::other,
+        return HUIWord{.kind = WordKind::other,
                        .text = "v-pot " + numberOf(strip) + " " +
                                std::to_string((value & 0x40) != 0 ? value & 0x3F : -(value & 0x3F)),
                        .strip = strip};
     default:
-        return HUIWord{.kind = Kind::other, .text = "bytes " + inHex(Bytes{0xB0, controller, value})};
+        return HUIWord{.kind = WordKind::other, .text = "bytes " + inHex(Bytes{0xB0, controller, value})};
     }
 }
 

@@ -15,10 +15,10 @@ namespace lumbrine::blackbox {
 
 namespace {
 
-constexpr std::int64_t second = 1'000'000'000;
-constexpr std::int64_t longestEcho = 2 * second;     // what comes later is another move
-constexpr std::int64_t longestReaction = 2 * second; // likewise
-constexpr std::int64_t longestSilence = 10 * second; // then the host was away
+constexpr std::int64_t oneSecond = 1'000'000'000;
+constexpr std::int64_t longestEcho = 2 * oneSecond;     // what comes later is another move
+constexpr std::int64_t longestReaction = 2 * oneSecond; // likewise
+constexpr std::int64_t longestSilence = 10 * oneSecond; // then the host was away
 
 // Goes through the records in their order.
 class Reading {
@@ -95,7 +95,8 @@ private:
         if (const auto before = pings.find(record.channel); before != pings.end()) {
             const std::int64_t gap = record.time - before->second;
             statistics.pingGaps.push_back(gap);
-            if (gap > second * 3 / 2 && gap < longestSilence) statistics.lostPings += static_cast<long>(gap / second);
+            if (gap > oneSecond * 3 / 2 && gap < longestSilence)
+                statistics.lostPings += static_cast<long>(gap / oneSecond);
         }
         pings[record.channel] = record.time;
     }
