@@ -1,6 +1,8 @@
 // The time from sending a fader move to the last MIDI message that it causes, through the whole receiver and real
-// sockets. The peer is a loop that only receives; datagrams go to the two in turn. And the same beside a flood of
-// datagrams from a stranger, whose peer is the receiver without the flood. Prints a JSON list, in nanoseconds.
+// sockets. The peer is a loop that only receives; datagrams go to the two in turn. The same with every datagram and
+// MIDI packet recorded, whose peer is the receiver without a recording, and what one record costs. And the same beside
+// a flood of datagrams from a stranger, whose peer is the receiver without the flood. Prints a JSON list, in
+// nanoseconds.
 #include "benchmarks/median.h"
 #include "benchmarks/real_receiver.h"
 
@@ -8,22 +10,29 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <optional>
 #include <thread>
 #include <vector>
 
 namespace lumbrine {
 namespace {
 
+using blackbox::RingWriter;
 using Clock = std::chrono::steady_clock;
 
 constexpr int warmUp = 2000;
 constexpr int rounds = 30000;
+constexpr int recordedRounds = 10000;
+constexpr int recordsATurn = 20'000;
 constexpr int floodRounds = 2000;
 constexpr int floodTurns = 5; // with the flood and without it
 constexpr int floodASecond = 100'000;
+// The receiver sends MIDI messages when it starts; let them pass before counting.
+constexpr auto greeting = std::chrono::milliseconds(400);
 constexpr auto settling = std::chrono::microseconds(150);
 constexpr std::uint16_t ourPort = 52811;
 constexpr std::uint16_t barePort = 52812;
+constexpr std::uint16_t recordedPort = 52815;
 
 // Shared by the receiving thread, which counts messages, and the sending thread, which waits for them.
 struct Arrivals {
@@ -66,6 +75,7 @@ public:
     Sender() : fd(sockets.open()) {
         sockets.resolve("127.0.0.1", ourPort, ours);
         sockets.resolve("127.0.0.1", barePort, bare);
+        sockets.resolve("127.0.0.1", recordedPort, recorded);
     }
     ~Sender() { sockets.close(fd); }
 
@@ -97,6 +107,7 @@ public:
 
     PeerAddress ours;
     PeerAddress bare;
+    PeerAddress recorded;
 
 private:
     PosixDatagramSockets sockets;
@@ -154,6 +165,57 @@ void compareWithBareLoop(Sender& sender, Arrivals& ourArrivals) {
                 median(ours), median(bare));
 }
 
+// Memory as large as the recording's file; a mapped file is stored to in the same way.
+struct Ring {
+    std::vector<std::uint64_t> words = std::vector<std::uint64_t>((std::size_t{16} << 20) / sizeof(std::uint64_t), 1);
+    RingWriter writer{words, 1, 0};
+};
+
+void compareWithRecording(Sender& sender, Arrivals& arrivals) {
+    Arrivals recordedArrivals;
+    Ring ring;
+    std::optional<RealReceiver> recorded;
+    std::atomic<bool> isThere{false};
+    std::thread main([&] { // of the second receiver
+        recorded.emplace(recordedPort, [&recordedArrivals] { recordedArrivals.note(); }, &ring.writer);
+        isThere = true;
+        recorded->run();
+    });
+    while (!isThere)
+        std::this_thread::yield();
+    std::this_thread::sleep_for(greeting);
+    std::vector<double> with;
+    std::vector<double> without;
+    for (int i = 0; i < warmUp + recordedRounds; ++i) {
+        const double first = sender.measure(sender.recorded, recordedArrivals, 2);
+        const double second = sender.measure(sender.ours, arrivals, 2);
+        if (i < warmUp) continue;
+        with.push_back(first);
+        without.push_back(second);
+    }
+    recorded->stop();
+    main.join();
+    std::printf(" {\"name\": \"the same with everything recorded (p50)\", \"ours\": %.0f, \"peer\": %.0f},\n",
+                median(with), median(without));
+}
+
+void measureARecord() {
+    Ring ring;
+    RunLoop loop;
+    const RealRuntime runtime(loop);
+    const Recorder recorder(runtime, ring.writer);
+    const blackbox::DatagramHead head;
+    const Bytes move{0x01, 0x01, 0x03, 0x20, 0x00};
+    std::vector<double> costs;
+    for (int turn = 0; turn < 50; ++turn) {
+        const auto begin = Clock::now();
+        for (int i = 0; i < recordsATurn; ++i)
+            recorder.note(blackbox::Kind::datagramIn, 0, {blackbox::bytesOf(head), move});
+        costs.push_back(std::chrono::duration<double, std::nano>(Clock::now() - begin).count() / recordsATurn);
+    }
+    std::printf(" {\"name\": \"one record of a datagram\", \"ours\": %.1f, \"limit\": 100},\n", median(costs));
+}
+
 void compareWithFlood(Sender& sender, Arrivals& arrivals) {
     std::vector<double> quiet;
     std::vector<double> flooded;
@@ -173,9 +235,10 @@ void compare() {
     RealReceiver receiver(ourPort, [&arrivals] { arrivals.note(); });
     std::thread driver([&] {
         Sender sender;
-        // The receiver sends MIDI messages when it starts; let them pass before counting.
-        std::this_thread::sleep_for(std::chrono::milliseconds(400));
+        std::this_thread::sleep_for(greeting);
         compareWithBareLoop(sender, arrivals);
+        compareWithRecording(sender, arrivals);
+        measureARecord();
         compareWithFlood(sender, arrivals);
         receiver.stop();
     });

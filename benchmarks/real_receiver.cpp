@@ -2,9 +2,12 @@
 
 namespace lumbrine {
 
-RealReceiver::RealReceiver(std::uint16_t port, std::function<void()> onMessage)
+RealReceiver::RealReceiver(std::uint16_t port, std::function<void()> onMessage, blackbox::RingWriter* ring)
     : runtime(loop), midi(std::move(onMessage)), system({{"QV_PORT", std::to_string(port)}, {"QV_NO_BONJOUR", "1"}}) {
-    model = ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json, accessibility},
+    if (ring != nullptr) recorded.emplace(*this, *ring);
+    MIDIServices& ports = recorded ? static_cast<MIDIServices&>(recorded->midi) : midi;
+    DatagramSockets& network = recorded ? static_cast<DatagramSockets&>(recorded->sockets) : sockets;
+    model = ReceiverModel::create({runtime, ports, network, advertiser, system, streams, json, accessibility},
                                   Bilingual(false), [](const std::string&) {});
     model->start();
 }

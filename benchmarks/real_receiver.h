@@ -1,25 +1,31 @@
 // A whole receiver on real sockets and threads, between MIDI ports that a benchmark watches and feeds.
 #pragma once
 
+#include "blackbox/ring_writer.h"
 #include "model/receiver_model.h"
 #include "platform/portable/nlohmann_json.h"
 #include "platform/portable/no_accessibility.h"
 #include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
+#include "platform/recorded/recorded_midi.h"
+#include "platform/recorded/recorded_sockets.h"
+#include "platform/recorded/system_address.h"
 #include "platform/virtual/null_platform.h"
 
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace lumbrine {
 
 class RealReceiver {
 public:
-    // `onMessage` is called for each MIDI message on its way to Pro Tools.
-    RealReceiver(std::uint16_t port, std::function<void()> onMessage);
+    // `onMessage` is called for each MIDI message on its way to Pro Tools. What crosses the MIDI ports and the socket
+    // is recorded in `ring`, if there is one; it outlives the receiver.
+    RealReceiver(std::uint16_t port, std::function<void()> onMessage, blackbox::RingWriter* ring = nullptr);
 
     void run(); // the main thread, until `stop`
     void stop() { loop.stop(); }
@@ -48,10 +54,21 @@ private:
         const std::function<void()> onMessage;
     };
 
+    struct Recorded {
+        Recorded(RealReceiver& receiver, blackbox::RingWriter& ring)
+            : recorder(receiver.runtime, ring), midi(receiver.midi, recorder),
+              sockets(receiver.sockets, recorder, systemAddress) {}
+
+        const Recorder recorder;
+        RecordedMIDI midi;
+        RecordedSockets sockets;
+    };
+
     RunLoop loop;
     RealRuntime runtime;
     Ports midi;
     PosixDatagramSockets sockets;
+    std::optional<Recorded> recorded;
     NullStreams streams;
     NlohmannJSON json{Bilingual(false)};
     NoAccessibility accessibility;

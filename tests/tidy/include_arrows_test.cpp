@@ -59,8 +59,8 @@ const std::map<std::string, Modules>& arrows() {
         {"tests/desktop", {"base", "tests/interop", "tests/end_to_end"}},
         {"fuzz", fuzzed},
         {"benchmarks",
-         {"base", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/virtual", "seal",
-          "surface", "client_link", "ptsl", "model", "simulator", "web"}},
+         {"base", "blackbox", "platform/recorded", "platform/api", "platform/portable", "platform/posix",
+          "platform/linux", "platform/virtual", "seal", "surface", "client_link", "ptsl", "model", "simulator", "web"}},
     };
     return table;
 }
