@@ -12,14 +12,15 @@ using seal::Sequence;
 
 namespace {
 
-constexpr std::uint8_t faderMove = 0x01;
-constexpr std::uint8_t faderTouch = 0x02;
-constexpr std::uint8_t faderRelease = 0x03;
-constexpr std::uint8_t hello = 0x00;
+constexpr std::uint8_t faderMoveType = 0x01;
+constexpr std::uint8_t faderTouchType = 0x02;
+constexpr std::uint8_t faderReleaseType = 0x03;
+constexpr std::uint8_t helloType = 0x00;
 
 // Repeated or overtaken by others of its kind, and right however late it comes.
 bool mayBeLate(ByteView message) {
-    return message[1] == hello || message[1] == faderMove || message[1] == faderTouch || message[1] == faderRelease;
+    return message[1] == helloType || message[1] == faderMoveType || message[1] == faderTouchType ||
+           message[1] == faderReleaseType;
 }
 
 } // namespace
@@ -129,7 +130,7 @@ SealedSessions::Judged SealedSessions::admit(Session& session, const Sealed& par
     const auto arrival = session.window.admit(parts.trailer.sequence, now);
     if (!arrival) return judged;
     session.lastHeard = now;
-    if (parts.message[1] == hello) {
+    if (parts.message[1] == helloType) {
         // An overtaken hello may come from an address that the client has left.
         if (!arrival->isNewest) return judged;
         session.window.setTime(now);
@@ -149,10 +150,10 @@ void SealedSessions::moveTo(Session& session, std::string_view address) {
 }
 
 bool SealedSessions::isOvertaken(Session& session, ByteView message, std::uint32_t count) {
-    if (message.size() < 3 || message[1] < faderMove || message[1] > faderRelease) return false;
+    if (message.size() < 3 || message[1] < faderMoveType || message[1] > faderReleaseType) return false;
     if (message[2] >= session.strips.size()) return false;
     StripCounts& strip = session.strips[message[2]];
-    std::uint32_t& newest = message[1] == faderMove ? strip.move : strip.hold;
+    std::uint32_t& newest = message[1] == faderMoveType ? strip.move : strip.hold;
     if (count < newest) return true;
     newest = count;
     return false;
