@@ -19,6 +19,7 @@ started+=("$!")
 until [ -s "$work/display" ]; do sleep 0.05; done
 DISPLAY=:$(cat "$work/display")
 export DISPLAY QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR=$work QV_NO_BONJOUR=1 QV_PORT=52798 JACK_NO_START_SERVER=1
+export LUMBRINE_BLACKBOX=0
 export DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
 
 # wait_for FILE TEXT: waits until the log in FILE contains TEXT, 30 s at most.
