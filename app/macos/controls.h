@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/receiver_screen.h"
+#include "app/signal_colours.h"
 
 #import <AppKit/AppKit.h>
 
@@ -21,6 +22,11 @@ namespace lumbrine {
 
 // A symbol of SF Symbols; nil when the system has none of this name.
 NSImage* _Nullable symbolImage(std::string_view name);
+
+NSColor* shownColor(RGBColor color);
+
+// The colour that `choose` takes from those of the appearance, light or dark, in which it is drawn.
+NSColor* signalColor(std::function<RGBColor(const SignalColours&)> choose);
 
 NSTextField* label(const std::string& text);
 void setText(NSTextField* field, const std::string& text); // an equal text is not set, which keeps the selection

@@ -31,6 +31,21 @@ NSImage* symbolImage(std::string_view name) {
     return [NSImage imageWithSystemSymbolName:shownText(name) accessibilityDescription:nil];
 }
 
+NSColor* shownColor(RGBColor color) {
+    const auto share = [](std::uint8_t part) { return static_cast<CGFloat>(part) / 255; };
+    return [NSColor colorWithSRGBRed:share(color.red()) green:share(color.green()) blue:share(color.blue()) alpha:1];
+}
+
+NSColor* signalColor(std::function<RGBColor(const SignalColours&)> choose) {
+    return [NSColor
+          colorWithName:nil
+        dynamicProvider:^(NSAppearance* appearance) {
+          NSAppearanceName const name =
+              [appearance bestMatchFromAppearancesWithNames:@[ NSAppearanceNameAqua, NSAppearanceNameDarkAqua ]];
+          return shownColor(choose([name isEqualToString:NSAppearanceNameDarkAqua] ? darkSignals : lightSignals));
+        }];
+}
+
 NSTextField* label(const std::string& text) {
     return [NSTextField labelWithString:shownText(text)];
 }

@@ -25,7 +25,7 @@ private:
 
     NSScrollView* const _Nonnull scroller = [NSTextView scrollableTextView];
     NSTextView* const _Nonnull text;
-    std::vector<LogRow> shown;
+    std::vector<LogRow> drawn;
 };
 
 } // namespace lumbrine

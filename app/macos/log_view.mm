@@ -1,6 +1,7 @@
 #include "app/macos/log_view.h"
 
-#include "app/log_lines.h"
+#include "app/macos/controls.h"
+#include "app/macos/log_pieces.h"
 #include "platform/macos/foundation_text.h"
 
 namespace lumbrine {
@@ -10,53 +11,23 @@ namespace {
 constexpr CGFloat leastHeight = 72;
 constexpr CGFloat nearTheEnd = 4; // within this many points of the end, the view counts as scrolled to the end
 
-NSColor* colorOf(LogMarker marker) {
-    switch (marker) {
-    case LogMarker::success:
-        return NSColor.systemGreenColor;
-    case LogMarker::failure:
-        return NSColor.systemRedColor;
-    case LogMarker::warning:
-        return NSColor.systemOrangeColor;
-    case LogMarker::started:
-    case LogMarker::received:
-    case LogMarker::longJob:
-        return NSColor.systemBlueColor;
-    case LogMarker::none:
-        break;
-    }
-    return NSColor.labelColor;
-}
-
-// The text of a row before its line.
-std::string timeColumn(const LogRow& row) {
-    return row.time.empty() ? std::string() : row.time + "  ";
-}
-
-NSUInteger lengthOf(const LogRow& row) {
-    return shownText(timeColumn(row)).length + shownText(row.line).length + 1;
-}
-
-NSAttributedString* shownRow(const LogRow& row) {
+NSAttributedString* shown(const LogPiece& piece) {
     NSDictionary* const plain = @{
         NSFontAttributeName : [NSFont monospacedDigitSystemFontOfSize:NSFont.smallSystemFontSize
                                                                weight:NSFontWeightRegular],
         NSForegroundColorAttributeName : NSColor.labelColor,
     };
-    NSString* const time = shownText(timeColumn(row));
-    NSString* const line = shownText(row.line); // empty when the line is not UTF-8
-    NSString* const whole = [[time stringByAppendingString:line] stringByAppendingString:@"\n"];
-    NSMutableAttributedString* const text = [[NSMutableAttributedString alloc] initWithString:whole attributes:plain];
+    NSMutableAttributedString* const text = [[NSMutableAttributedString alloc] initWithString:shownText(piece.text)
+                                                                                   attributes:plain];
     [text addAttribute:NSForegroundColorAttributeName
-                 value:NSColor.secondaryLabelColor
-                 range:NSMakeRange(0, time.length)];
-    const MarkedLine marked = markerOf(row.line);
-    const auto lengthIn = [&row](std::size_t from, std::size_t size) {
-        return shownText(std::string_view(row.line).substr(from, size)).length;
-    };
-    const NSRange sign = NSMakeRange(time.length + lengthIn(0, marked.begin), lengthIn(marked.begin, marked.length));
-    if (NSMaxRange(sign) <= time.length + line.length)
-        [text addAttribute:NSForegroundColorAttributeName value:colorOf(marked.marker) range:sign];
+                 value:signalColor([](const SignalColours& signals) { return signals.quiet; })
+                 range:NSMakeRange(0, piece.timeLength)];
+    if (piece.marker != LogMarker::none)
+        [text addAttribute:NSForegroundColorAttributeName
+                     value:signalColor([marker = piece.marker](const SignalColours& signals) {
+                         return *colourOf(marker, signals);
+                     })
+                     range:NSMakeRange(piece.signBegin, piece.signLength)];
     return text;
 }
 
@@ -77,23 +48,17 @@ bool LogView::atTheEnd() const {
 }
 
 void LogView::show(const std::vector<LogRow>& rows) {
-    if (rows == shown) return;
-    const RowChange change = changeBetween(shown, rows);
+    if (rows == drawn) return;
+    const LogEdit edit = editBetween(drawn, rows);
     const bool follows = atTheEnd();
     NSTextStorage* const storage = text.textStorage;
-    NSUInteger gone = 0;
-    for (std::size_t i = 0; i < change.gone; ++i)
-        gone += lengthOf(shown[i]);
-    NSUInteger kept = 0;
-    for (std::size_t i = 0; i < change.kept; ++i)
-        kept += lengthOf(rows[i]);
     [storage beginEditing];
-    [storage deleteCharactersInRange:NSMakeRange(0, gone)];
-    [storage deleteCharactersInRange:NSMakeRange(kept, storage.length - kept)];
-    for (std::size_t i = change.kept; i < rows.size(); ++i)
-        [storage appendAttributedString:shownRow(rows[i])];
+    [storage deleteCharactersInRange:NSMakeRange(0, edit.gone)];
+    [storage deleteCharactersInRange:NSMakeRange(edit.kept, storage.length - edit.kept)];
+    for (const LogPiece& piece : edit.added)
+        [storage appendAttributedString:shown(piece)];
     [storage endEditing];
-    shown = rows;
+    drawn = rows;
     if (follows) [text scrollToEndOfDocument:nil];
 }
 

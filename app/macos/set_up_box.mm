@@ -10,17 +10,8 @@ constexpr std::size_t rowCount = 4;
 constexpr CGFloat markWidth = 16;
 
 NSColor* colorOf(CheckState state) {
-    switch (state) {
-    case CheckState::fine:
-        return NSColor.systemGreenColor;
-    case CheckState::wrong:
-        return NSColor.systemRedColor;
-    case CheckState::waiting:
-        return NSColor.systemOrangeColor;
-    case CheckState::unknown:
-        break;
-    }
-    return NSColor.secondaryLabelColor;
+    return signalColor(
+        [state](const SignalColours& signals) { return colourOf(state, signals).value_or(signals.quiet); });
 }
 
 void letItShrink(NSTextField* text) {
@@ -46,7 +37,7 @@ SetUpBox::SetUpBox() {
         [stack addArrangedSubview:both];
         rows.push_back(made);
     }
-    advice.textColor = NSColor.secondaryLabelColor;
+    advice.textColor = signalColor([](const SignalColours& signals) { return signals.quiet; });
     letItShrink(advice);
     [stack addArrangedSubview:advice];
     stack.hidden = YES;

@@ -1,10 +1,12 @@
 #include "app/macos/strips_view.h"
 
 #include "app/light_colours.h"
+#include "app/macos/controls.h"
 #include "platform/macos/foundation_text.h"
 
 namespace {
 
+using lumbrine::shownColor;
 using lumbrine::shownText;
 using lumbrine::StripView;
 
@@ -19,11 +21,6 @@ constexpr CGFloat lightHeight = 13;
 constexpr CGFloat railTop = 46;
 constexpr CGFloat railBottom = 10;
 constexpr CGFloat capHeight = 8;
-
-NSColor* shownColor(lumbrine::RGBColor color) {
-    const auto share = [](std::uint8_t part) { return static_cast<CGFloat>(part) / 255; };
-    return [NSColor colorWithSRGBRed:share(color.red()) green:share(color.green()) blue:share(color.blue()) alpha:1];
-}
 
 void fill(NSRect rect, CGFloat radius, NSColor* color) {
     [color setFill];

@@ -2,6 +2,10 @@
 
 namespace lumbrine {
 
+QColor toQColor(RGBColor colour) {
+    return {colour.red(), colour.green(), colour.blue()};
+}
+
 QColor blend(const QColor& under, const QColor& over, double share) {
     const auto mixed = [share](float a, float b) { return static_cast<float>(a + (b - a) * share); };
     return QColor::fromRgbF(mixed(under.redF(), over.redF()), mixed(under.greenF(), over.greenF()),
@@ -13,27 +17,18 @@ Colours::Colours(const QPalette& palette)
       secondary(blend(text, palette.color(QPalette::Window), 0.32)),
       card(dark ? blend(palette.color(QPalette::Window), Qt::white, 0.055)
                 : blend(palette.color(QPalette::Window), Qt::white, 0.75)),
-      line(blend(palette.color(QPalette::Window), text, dark ? 0.2 : 0.16)), good(dark ? "#4cc38a" : "#187446"),
-      bad(dark ? "#ff7b72" : "#c0332a"), warning(dark ? "#f2b54b" : "#8a5300"), accent(dark ? "#6cb0f5" : "#1a64b6"),
-      received(dark ? "#b9a3f3" : "#6d4bc4") {}
+      line(blend(palette.color(QPalette::Window), text, dark ? 0.2 : 0.16)), good(toQColor(signalColours().good)),
+      bad(toQColor(signalColours().bad)), warning(toQColor(signalColours().warning)),
+      accent(toQColor(signalColours().accent)), received(toQColor(signalColours().received)) {}
 
 QColor Colours::of(LogMarker marker) const {
-    switch (marker) {
-    case LogMarker::success:
-        return good;
-    case LogMarker::failure:
-        return bad;
-    case LogMarker::warning:
-        return warning;
-    case LogMarker::started:
-    case LogMarker::longJob:
-        return accent;
-    case LogMarker::received:
-        return received;
-    case LogMarker::none:
-        break;
-    }
-    return text;
+    const auto signal = colourOf(marker, signalColours());
+    return signal ? toQColor(*signal) : text;
+}
+
+QColor Colours::of(CheckState state) const {
+    const auto signal = colourOf(state, signalColours());
+    return signal ? toQColor(*signal) : secondary;
 }
 
 } // namespace lumbrine

@@ -1,7 +1,7 @@
 // The colours of the window, derived from the desktop's palette, for light and dark desktops.
 #pragma once
 
-#include "app/log_lines.h"
+#include "app/signal_colours.h"
 
 #include <QColor>
 #include <QPalette>
@@ -23,7 +23,12 @@ struct Colours {
     QColor received;
 
     QColor of(LogMarker marker) const;
+    QColor of(CheckState state) const;
+
+    const SignalColours& signalColours() const { return dark ? darkSignals : lightSignals; }
 };
+
+QColor toQColor(RGBColor colour);
 
 // Mixes two colours: `share` (0-1) of `over` and the rest of `under`.
 QColor blend(const QColor& under, const QColor& over, double share);

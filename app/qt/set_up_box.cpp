@@ -17,20 +17,6 @@ QLabel* wrappingLabel(QWidget* parent) {
     return label;
 }
 
-QColor colourOf(CheckState state, const Colours& colours) {
-    switch (state) {
-    case CheckState::fine:
-        return colours.good;
-    case CheckState::wrong:
-        return colours.bad;
-    case CheckState::waiting:
-        return colours.warning;
-    case CheckState::unknown:
-        break;
-    }
-    return colours.secondary;
-}
-
 void colour(QLabel* label, const QColor& wanted) {
     QPalette palette = label->palette();
     palette.setColor(QPalette::WindowText, wanted);
@@ -85,7 +71,7 @@ void SetUpBox::changeEvent(QEvent* event) {
 void SetUpBox::tint() {
     const Colours colours(palette());
     for (std::size_t i = 0; i < rows.size() && i < drawn.rows.size(); ++i)
-        colour(rows[i].mark, colourOf(drawn.rows[i].state, colours));
+        colour(rows[i].mark, colours.of(drawn.rows[i].state));
     colour(advice, colours.secondary);
 }
 

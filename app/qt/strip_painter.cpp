@@ -24,10 +24,6 @@ constexpr double letterShare = 0.72;
 const QColor displayBack("#1d2227");
 const QColor displayText("#d8f3ec");
 
-QColor toQColor(RGBColor colour) {
-    return {colour.red(), colour.green(), colour.blue()};
-}
-
 double nameHeight(const QFont& font) {
     return QFontMetricsF(font).height() * nameShare + 5;
 }
