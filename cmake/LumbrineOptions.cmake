@@ -43,6 +43,12 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
 else()
     add_compile_options(-Wshadow=local) # as Clang's: a constructor's parameters may have the members' names
 endif()
+if(CMAKE_SYSTEM_NAME STREQUAL "Darwin")
+    # What is newer than the oldest macOS that runs the program is asked for before it is used.
+    add_compile_options(-Werror=unguarded-availability-new)
+    # The bundle's script takes this information out of the program, into a dSYM that is kept beside the release.
+    add_compile_options($<$<CONFIG:Release>:-g>)
+endif()
 if(CMAKE_UNITY_BUILD)
     add_compile_options(-Wno-shadow) # files compiled together see each other's names
 endif()

@@ -24,7 +24,7 @@ echo '== packaging'
 scripts/lint_packaging.sh
 
 echo '== macOS'
-scripts/check-macos.sh "${LUMBRINE_MACOS_SDK:-}" "$jobs"
+scripts/check-macos.sh --jobs "$jobs"
 
 echo '== clang-tidy'
 # Only the product and the tools. Tests, fuzzers and benchmarks have to pass the compilers' warnings, but not

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# macos-bundle.sh BINARY FOLDER: makes Lumbrine.app in FOLDER. On a Mac it also signs it and makes the disk image
-# Lumbrine.dmg. Environment variables:
+# macos-bundle.sh BINARY FOLDER: makes Lumbrine.app in FOLDER, and beside it Lumbrine.app.dSYM: keep that with each
+# release, since only with it the addresses of a crash report have names. On a Mac it also signs the application and
+# makes the disk image Lumbrine.dmg. Environment variables:
 #
 #   LUMBRINE_SIGN_IDENTITY   the name of a "Developer ID Application: ..." certificate in the keychain. Without it the
 #                            signature is ad hoc, and the application starts only on this Mac.
@@ -18,10 +19,17 @@ app=$folder/Lumbrine.app
 image=$folder/Lumbrine.dmg
 version=$(sed -n 's/^project(Lumbrine VERSION \([0-9.]*\).*/\1/p' "$top/CMakeLists.txt")
 
-rm -rf "$app"
+# tool NAME: where this tool of LLVM's is, as Debian's packages or a Mac name it.
+tool() {
+    command -v "llvm-$1-19" || command -v "$1-19" || command -v "$1"
+}
+
+rm -rf "$app" "$app.dSYM"
 mkdir -p "$app/Contents/MacOS" "$app/Contents/Resources"
 cp "$binary" "$app/Contents/MacOS/Lumbrine"
 chmod 755 "$app/Contents/MacOS/Lumbrine"
+"$(tool dsymutil)" "$binary" -o "$app.dSYM"
+"$(tool strip)" -S "$app/Contents/MacOS/Lumbrine"
 sed "s/@VERSION@/$version/" "$top/packaging/macos/Info.plist.in" >"$app/Contents/Info.plist"
 printf 'APPL????' >"$app/Contents/PkgInfo"
 cp -R "$top/packaging/macos/en.lproj" "$top/packaging/macos/ja.lproj" "$app/Contents/Resources/"
