@@ -14,6 +14,7 @@ namespace {
 constexpr Duration toBegin = seconds(1.2); // a command is carried out within a second
 constexpr Duration modeIsShown = seconds(3.5);
 constexpr Duration runOfDrops = seconds(10); // which is logged once
+constexpr Duration silence = seconds(2);     // after which Pro Tools counts as gone
 constexpr std::string_view dropped = "✗ Dropped bank move";
 
 class ArrivalChecker {
@@ -103,16 +104,22 @@ private:
                });
     }
 
-    // What happened during the last scan may have misled it, until another one says the same.
+    // What happened during the last scan may have misled it, until another one says the same. So may a machine that
+    // slept, to which Pro Tools was silent.
     bool mapMayBeWrong(TimePoint at) const {
         const JobRun* last = nullptr;
         for (const JobRun& run : evidence.jobs.runs)
             if (run.job == Job::scan && run.after <= at) last = &run;
         if (last == nullptr) return false;
+        const auto overlaps = [&](TimePoint from, TimePoint until) {
+            return from <= last->after && until >= last->before;
+        };
         return std::ranges::any_of(evidence.record.lists,
                                    [&](const TrackList& list) { return last->mayHaveBeenAt(list.at); }) ||
-               std::ranges::any_of(evidence.disturbances, [&](const Stretch& trouble) {
-                   return trouble.first <= last->after && trouble.last >= last->before;
+               std::ranges::any_of(evidence.disturbances,
+                                   [&](const Stretch& trouble) { return overlaps(trouble.first, trouble.last); }) ||
+               std::ranges::any_of(evidence.pauses, [&](const Pause& pause) {
+                   return pause.until - pause.from > silence && overlaps(pause.from, pause.until);
                });
     }
 

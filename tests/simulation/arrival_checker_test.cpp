@@ -109,6 +109,11 @@ TEST_F(Arrivals, NeedAMapThatNothingHasDisturbed) {
     evidence.disturbances = {{at(0.7), at(1)}};
     EXPECT_THAT(check(), IsEmpty());
     evidence.disturbances.clear();
+    evidence.pauses = {{.from = at(1), .until = at(3)}};
+    EXPECT_THAT(check(), SizeIs(1));
+    evidence.pauses[0].until = at(3.1);
+    EXPECT_THAT(check(), IsEmpty());
+    evidence.pauses.clear();
     evidence.record.lists.push_back({at(1), evidence.record.lists[0].ids});
     EXPECT_THAT(check(), IsEmpty());
     evidence.lines.clear();
