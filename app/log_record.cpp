@@ -1,5 +1,7 @@
 #include "app/log_record.h"
 
+#include "app/log_lines.h"
+
 #include <algorithm>
 #include <optional>
 
@@ -27,14 +29,21 @@ std::optional<Heartbeat> heartbeatIn(std::string_view line) {
     return Heartbeat{line.substr(0, begin), line.substr(begin, end - begin), line.substr(end)};
 }
 
+void append(std::vector<LogRow>& rows, const LogRow& row) {
+    rows.push_back(row);
+    if (rows.size() > LogRecord::mostRows) rows.erase(rows.begin());
+}
+
 } // namespace
 
 void LogRecord::add(const std::string& time, const std::string& line) {
     entries.push_back({time, line});
     if (entries.size() > longest) entries.pop_front();
     if (extendsARun(time, line)) return;
-    shown.push_back({.number = ++numbers, .time = time, .line = line});
-    if (shown.size() > mostRows) shown.erase(shown.begin());
+    const LogRow row{.number = ++numbers, .time = time, .line = line};
+    append(shown, row);
+    const LogMarker marker = markerOf(line).marker;
+    if (marker == LogMarker::failure || marker == LogMarker::warning) append(shownProblems, row);
 }
 
 // The two surfaces send heartbeats in turn, so a run is looked for behind other heartbeats, too.

@@ -31,6 +31,9 @@ public:
     // the time of the last: otherwise there would soon be nothing else.
     const std::vector<LogRow>& rows() const { return shown; }
 
+    // The newest rows that are failures or warnings, however long ago they came.
+    const std::vector<LogRow>& problems() const { return shownProblems; }
+
     // All lines of the record, one for each, with their times.
     std::string text() const;
 
@@ -43,6 +46,7 @@ private:
     };
     std::deque<Entry> entries;
     std::vector<LogRow> shown;
+    std::vector<LogRow> shownProblems;
     std::uint64_t numbers = 0;
 };
 

@@ -24,6 +24,15 @@ TEST(LogRecord, ShowsEachLineWithItsTime) {
     EXPECT_EQ(record.text(), "14:00:00  ✓ one\n14:00:01  two\n");
 }
 
+TEST(LogRecord, KeepsFailuresAndWarningsInAListOfTheirOwn) {
+    LogRecord record;
+    record.add("14:00:00", "✗ failed");
+    for (std::size_t i = 0; i < LogRecord::mostRows; ++i)
+        record.add("14:00:01", "→ pressed");
+    record.add("14:00:02", "⚠️ slow");
+    EXPECT_THAT(record.problems(), ElementsAre(LogRow{1, "14:00:00", "✗ failed"}, LogRow{122, "14:00:02", "⚠️ slow"}));
+}
+
 TEST(LogRecord, FoldsARunOfHeartbeatsIntoOneRowThatKeepsItsNumber) {
     LogRecord record;
     record.add("14:00:00", ping(1));

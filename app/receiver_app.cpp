@@ -45,6 +45,16 @@ void ReceiverApp::changed() {
     shell.refresh();
 }
 
+ReceiverView ReceiverApp::view() const {
+    ReceiverView view = receiverView(state(), text, surroundings.runtime.now());
+    view.onlyProblems.on = onlyProblems;
+    return view;
+}
+
+void ReceiverApp::seekTo(std::size_t track) {
+    if (model) model->seekTo(track);
+}
+
 SetUpCard ReceiverApp::card() const {
     return setUp.showsCard() ? setUpCard(state(), surroundings.system, text) : SetUpCard{};
 }
@@ -102,6 +112,13 @@ void ReceiverApp::perform(ScreenAction action) {
         break;
     case ScreenAction::connectPhone:
         shell.showConnect();
+        break;
+    case ScreenAction::session:
+        shell.showSession();
+        break;
+    case ScreenAction::onlyProblems:
+        onlyProblems = !onlyProblems;
+        shell.refresh();
         break;
     case ScreenAction::about:
         shell.showAbout();

@@ -7,9 +7,11 @@
 #include "app/log_record.h"
 #include "app/login_item.h"
 #include "app/receiver_screen.h"
+#include "app/session_page.h"
 #include "app/set_up_card.h"
 #include "model/receiver_model.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -27,6 +29,7 @@ public:
         std::function<void()> quit;                // ends the program after the current action has returned
         std::function<void()> showAbout = [] {};   // the box with `about`
         std::function<void()> showConnect = [] {}; // the box with `connection`
+        std::function<void()> showSession = [] {}; // the list with `session`
     };
 
     // What the shell knows of its surroundings.
@@ -61,9 +64,9 @@ public:
     void tell(const std::string& line);
 
     // The current contents; after `release`, the contents at that time.
-    ReceiverView view() const { return receiverView(state(), text); }
+    ReceiverView view() const;
     StatusMenu menu() const { return statusMenu(state(), loginOn, text); }
-    const std::vector<LogRow>& logRows() const { return record.rows(); }
+    const std::vector<LogRow>& logRows() const { return onlyProblems ? record.problems() : record.rows(); }
     const PublishedState& published() const { return state(); }
     SetUpCard card() const;
 
@@ -72,6 +75,10 @@ public:
 
     // How a phone gets here now: reads the addresses of this computer.
     ConnectText connection();
+
+    // The tracks that a search finds; and brings one of the session to the surfaces.
+    SessionPage session(const std::string& search) const { return sessionPage(state(), search, text); }
+    void seekTo(std::size_t track);
 
     // Gives up the model, for the end of the program. Afterwards actions do nothing.
     std::shared_ptr<ReceiverModel> release();
@@ -92,7 +99,8 @@ private:
     SetUpWatch setUp;
     std::uint64_t recorded = 0; // of PublishedState::linesLogged
     Shell shell{[] {}, [] {}, [] {}};
-    bool loginOn; // the state that the toggle shows
+    bool onlyProblems = false; // in the log
+    bool loginOn;              // the state that the toggle shows
 };
 
 } // namespace lumbrine

@@ -78,18 +78,21 @@ void describe(StripView& view, std::size_t strip, const Bilingual& text) {
     if (!view.shownName().empty()) view.spokenName += " " + view.shownName();
     view.spokenValue = std::to_string(std::lround(view.fader * 100)) + " %";
     if (view.mute) view.spokenValue += text(", muted", "、ミュート中");
+    if (view.impliedMute) view.spokenValue += text(", muted by a solo", "、他トラックのソロによりミュート中");
     if (view.solo) view.spokenValue += text(", soloed", "、ソロ中");
     if (view.select) view.spokenValue += text(", selected", "、選択中");
     view.spoken = view.spokenName + text(", ", "、") + view.spokenValue;
 }
 
-StripView stripView(const PublishedState& published, std::size_t strip, const Bilingual& text) {
+StripView stripView(const PublishedState& published, std::size_t strip, const Bilingual& text, TimePoint now) {
     const StripState& shown = published.strips[strip];
+    const bool blinks = shown.mute.isBlinking(now);
     StripView view{.name = shown.name,
                    .fullName = {},
                    .color = std::nullopt,
                    .fader = std::clamp(shown.fader, 0.0, 1.0),
-                   .mute = shown.mute.rawOn,
+                   .mute = shown.mute.rawOn && !blinks,
+                   .impliedMute = blinks,
                    .solo = shown.solo,
                    .select = shown.select,
                    .spoken = {},
@@ -114,12 +117,12 @@ std::string positionOf(const PublishedState& published, const Bilingual& text) {
     return text("Tracks " + range + " of " + all, "トラック " + range + "（全 " + all + "）");
 }
 
-std::vector<StripView> stripViews(const PublishedState& published, const Bilingual& text) {
+std::vector<StripView> stripViews(const PublishedState& published, const Bilingual& text, TimePoint now) {
     const auto shownStrips = static_cast<std::size_t>(published.winW);
     std::vector<StripView> views;
     views.reserve(shownStrips);
     for (std::size_t strip = 0; strip < shownStrips; ++strip)
-        views.push_back(stripView(published, strip, text));
+        views.push_back(stripView(published, strip, text, now));
     return views;
 }
 
@@ -148,13 +151,15 @@ std::string_view symbolName(Symbol symbol) {
         return "info.circle";
     case Symbol::code:
         return "qrcode";
+    case Symbol::list:
+        return "list.bullet";
     case Symbol::play:
         break;
     }
     return "play.circle.fill";
 }
 
-ReceiverView receiverView(const PublishedState& published, const Bilingual& text) {
+ReceiverView receiverView(const PublishedState& published, const Bilingual& text, TimePoint now) {
     const std::string pings = std::to_string(published.pingCount);
     return {.windowTitle = "Lumbrine — Receiver",
             .heading = "Lumbrine — Receiver",
@@ -181,14 +186,21 @@ ReceiverView receiverView(const PublishedState& published, const Bilingual& text
                      .title = text("Test: sweep track 1", "テスト: トラック1をスイープ"),
                      .help = {},
                      .action = ScreenAction::testSweep},
+            .session = {.symbol = Symbol::list,
+                        .title = {},
+                        .help = text("All tracks of the session", "セッションの全トラック"),
+                        .action = ScreenAction::session},
             .about = {.symbol = Symbol::about,
                       .title = {},
                       .help = text("About Lumbrine", "Lumbrine について"),
                       .action = ScreenAction::about},
             .position = positionOf(published, text),
             .stripsName = text("Channel strips", "チャンネルストリップ"),
-            .strips = stripViews(published, text),
-            .logHeading = text("Activity", "アクティビティ")};
+            .strips = stripViews(published, text, now),
+            .logHeading = text("Activity", "アクティビティ"),
+            .onlyProblems = {.title = text("Warnings and failures only", "警告とエラーのみ"),
+                             .action = ScreenAction::onlyProblems,
+                             .on = false}};
 }
 
 StatusMenu statusMenu(const PublishedState& published, bool loginOn, const Bilingual& text) {

@@ -26,6 +26,8 @@ enum class ScreenAction {
     launchAtLogin, // toggles
     about,
     connectPhone,
+    session,
+    onlyProblems, // toggles what the log shows
     quit,
 };
 
@@ -41,6 +43,7 @@ enum class Symbol {
     play,
     about,
     code,
+    list,
 };
 
 // The name of the symbol in Apple's SF Symbols: "slider.vertical.3".
@@ -70,6 +73,12 @@ struct ScreenButton {
     ScreenAction action;
 };
 
+struct ScreenToggle {
+    std::string title;
+    ScreenAction action;
+    bool on;
+};
+
 struct AddressLine {
     Symbol symbol;
     std::string title;
@@ -83,6 +92,7 @@ struct StripView {
     std::optional<RGBColor> color;
     double fader = 0; // 0.0-1.0
     bool mute = false;
+    bool impliedMute = false; // another track's solo mutes it; never together with `mute`
     bool solo = false;
     bool select = false;
     std::string spoken;      // for tooltips: "1 Kick, 72 %, muted"
@@ -106,18 +116,20 @@ struct ReceiverView {
     ScreenButton connectPhone;         // beside the address
     std::array<ScreenButton, 4> moves; // bank back, channel back, channel forward, bank forward
     ScreenButton test;
-    ScreenButton about;     // in the line of the heading
+    ScreenButton session; // in the line of the heading, like the next
+    ScreenButton about;
     std::string position;   // "Tracks 17-32 of 64"; empty while it is unknown
     std::string stripsName; // for screen readers
     std::vector<StripView> strips;
     std::string logHeading;
+    ScreenToggle onlyProblems; // beside the heading of the log
 };
 
 inline constexpr std::string_view windowIdentifier = "main";
 inline constexpr int minimumWindowWidth = 400;
 inline constexpr int minimumWindowHeight = 400;
 
-ReceiverView receiverView(const PublishedState& published, const Bilingual& text);
+ReceiverView receiverView(const PublishedState& published, const Bilingual& text, TimePoint now);
 
 struct MenuItem {
     enum class Kind { status, command, toggle, divider };

@@ -15,7 +15,7 @@ constexpr Bilingual english(false);
 constexpr Bilingual japanese(true);
 
 ReceiverView viewOf(const PublishedState& published, Bilingual text = english) {
-    return receiverView(published, text);
+    return receiverView(published, text, TimePoint());
 }
 
 std::string plain(const ScreenNotice& notice) {
@@ -194,6 +194,20 @@ TEST(ReceiverView, ShowsTheStripsAsTheSurfacesDo) {
     EXPECT_TRUE(strip.select);
     EXPECT_EQ(viewOf({}).strips[1].name, "");
     EXPECT_EQ(viewOf({}).strips[1].fader, 0.0);
+}
+
+TEST(ReceiverView, TellsAMuteByTheHandFromOneByASolo) {
+    PublishedState published = session();
+    published.strips[1].mute.blinkUntil = TimePoint(1s);
+    for (const bool isLit : {true, false}) {
+        published.strips[1].mute.rawOn = isLit;
+        const StripView strip = viewOf(published).strips[1];
+        EXPECT_FALSE(strip.mute);
+        EXPECT_TRUE(strip.impliedMute);
+        EXPECT_EQ(strip.spokenValue, "76 %, muted by a solo, selected");
+    }
+    const StripView later = receiverView(published, english, TimePoint(2s)).strips[1];
+    EXPECT_FALSE(later.mute || later.impliedMute);
 }
 
 TEST(ReceiverView, KnowsFullNamesAndColoursWhereTheSessionIsKnown) {

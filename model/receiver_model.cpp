@@ -62,6 +62,10 @@ void ReceiverModel::bankMove(int kind) {
     parts->seekWorker.bankMove(kind);
 }
 
+void ReceiverModel::seekTo(std::size_t track) {
+    parts->seekWorker.seekBank(static_cast<int>(track));
+}
+
 void ReceiverModel::reconnectToPT() {
     assert(parts->jobs.runtime.onMain());
     parts->reconnection.reconnectToPT();

@@ -6,6 +6,7 @@
 #include "model/state/published_state.h"
 #include "model/state/receiver_platform.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -41,6 +42,9 @@ public:
     // The four navigation buttons: 0 channel back, 1 bank back, 2 channel forward, 3 bank forward; others do nothing.
     // Any thread.
     void bankMove(int kind);
+
+    // Moves the surfaces so that they show that track of the session. Any thread.
+    void seekTo(std::size_t track);
 
     // Makes Pro Tools reopen the MIDI ports. Main thread.
     void reconnectToPT();

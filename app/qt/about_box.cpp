@@ -25,7 +25,7 @@ AboutBox::AboutBox(const AboutText& text, QWidget* parent) : QDialog(parent) {
     auto* page = new QVBoxLayout(this);
     auto* top = new QHBoxLayout;
     auto* icon = new QLabel(this);
-    icon->setPixmap(programIcon(Symbol::sliders, 1).pixmap(48));
+    icon->setPixmap(programIcon(1).pixmap(48));
     auto* heading = new QLabel(shown(text.heading), this);
     QFont large = heading->font();
     large.setPointSizeF(large.pointSizeF() * aboutHeading);

@@ -74,7 +74,7 @@ void introduceProgram(const QString& identifier, Bilingual text) {
     QApplication::setApplicationName(QStringLiteral("Lumbrine"));
     QApplication::setDesktopFileName(identifier);
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setWindowIcon(programIcon(Symbol::sliders, 1));
+    QApplication::setWindowIcon(programIcon(1));
     auto* texts = new ToolkitTexts(text);
     texts->setParent(QCoreApplication::instance());
     QCoreApplication::installTranslator(texts);

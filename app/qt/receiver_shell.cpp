@@ -2,6 +2,7 @@
 
 #include "app/qt/about_box.h"
 #include "app/qt/connect_box.h"
+#include "app/qt/session_box.h"
 #include "app/qt/symbols.h"
 #include "app/qt/texts.h"
 
@@ -22,7 +23,8 @@ ReceiverShell::ReceiverShell(ReceiverApp& app, Runtime& runtime, std::function<v
                  .refresh = [this] { refreshSoon(); },
                  .quit = [this] { this->quitProgram(); },
                  .showAbout = [this] { showAbout(); },
-                 .showConnect = [this] { showConnect(); }});
+                 .showConnect = [this] { showConnect(); },
+                 .showSession = [this] { showSession(); }});
     icon.display(app.menu());
 }
 
@@ -42,6 +44,7 @@ void ReceiverShell::hide() {
     farewell.reset();
     about.reset();
     phoneBox.reset();
+    sessionBox.reset();
     window.hide();
 }
 
@@ -71,7 +74,7 @@ void ReceiverShell::tellThatItGoesOn() {
                   "ウィンドウを再度表示するには、Lumbrine をもう一度起動してください"));
     farewell = std::make_unique<QMessageBox>();
     farewell->setWindowTitle(QStringLiteral("Lumbrine"));
-    farewell->setIconPixmap(programIcon(Symbol::sliders, 1).pixmap(48));
+    farewell->setIconPixmap(programIcon(1).pixmap(48));
     farewell->setText(shown(text("Lumbrine goes on", "Lumbrine は動作を続けます")));
     farewell->setInformativeText(
         shown(text("This desktop has no status area for Lumbrine's icon. Start Lumbrine again to see the window.",
@@ -94,6 +97,15 @@ void ReceiverShell::showConnect() {
     phoneBox->show();
 }
 
+void ReceiverShell::showSession() {
+    sessionBox =
+        std::make_unique<SessionBox>(SessionBox::Listener{.searched = [this] { refreshSoon(); },
+                                                          .chosen = [this](std::size_t track) { app.seekTo(track); }},
+                                     &window);
+    sessionBox->display(app.session({}));
+    sessionBox->show();
+}
+
 void ReceiverShell::refreshSoon() {
     if (std::exchange(refreshIsDue, true)) return;
     const Duration wait = std::max(lastRefresh + shortestRefresh - runtime.now(), Duration::zero());
@@ -107,6 +119,7 @@ void ReceiverShell::refresh() {
     lastRefresh = runtime.now();
     icon.display(app.menu());
     if (window.isOnScreen()) window.display(app.view(), app.card(), app.logRows());
+    if (sessionBox && sessionBox->isVisible()) sessionBox->display(app.session(sessionBox->search()));
 }
 
 } // namespace lumbrine

@@ -16,6 +16,7 @@ namespace lumbrine {
 
 class AboutBox;
 class ConnectBox;
+class SessionBox;
 
 // Main thread. Draws changes soon, at most 30 times a second. A hidden window is not drawn.
 class ReceiverShell {
@@ -44,6 +45,7 @@ private:
     void tellThatItGoesOn();
     void showAbout();
     void showConnect();
+    void showSession();
     void refreshSoon();
     void refresh();
 
@@ -56,6 +58,7 @@ private:
     std::unique_ptr<QMessageBox> farewell; // shown once, when the window is closed and there is no status icon
     std::unique_ptr<AboutBox> about;
     std::unique_ptr<ConnectBox> phoneBox;
+    std::unique_ptr<SessionBox> sessionBox;
     TimePoint lastRefresh = distantPast;
     bool refreshIsDue = false;
     const std::shared_ptr<const int> life = std::make_shared<int>(0);

@@ -117,6 +117,22 @@ TEST_F(ReceiverShellTest, DoesWhatTheButtonsSay) {
     EXPECT_THAT(desk.bench.takeLines(), ElementsAre("▶ Test: sending track 1 sweep"));
 }
 
+TEST_F(ReceiverShellTest, ShowsOnlyWarningsAndFailuresOfTheLogIfAsked) {
+    desk.open();
+    desk.app.tell("✗ something failed");
+    desk.app.tell("→ something happened");
+    auto* filter = window().findChild<QCheckBox*>();
+    EXPECT_EQ(filter->text(), "Warnings and failures only");
+    filter->click();
+    desk.run(100ms);
+    const std::string shown = window().logView().toPlainText().toStdString();
+    EXPECT_THAT(shown, testing::HasSubstr("✗ something failed"));
+    EXPECT_THAT(shown, testing::Not(testing::HasSubstr("→ something happened")));
+    filter->click();
+    desk.run(100ms);
+    EXPECT_THAT(window().logView().toPlainText().toStdString(), testing::HasSubstr("→ something happened"));
+}
+
 TEST_F(ReceiverShellTest, SwitchesLaunchingAtLogin) {
     item("Launch at Login")->trigger();
     EXPECT_TRUE(desk.service.enabled);

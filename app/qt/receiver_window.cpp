@@ -58,13 +58,14 @@ QLabel* plainLabel(QWidget* parent) {
 
 ReceiverWindow::ReceiverWindow(Listener listener)
     : listener(std::move(listener)), heading(plainLabel(this)), proTools(new StatusRow(this)),
-      client(new StatusRow(this)), notice(new NoticeBox(this)), setUp(new SetUpBox(this)), about(makeButton("F1")),
-      reconnect(makeButton("Alt+R")), test(makeButton("Alt+T")), connectPhone(makeButton("Alt+C")),
-      addressTitle(plainLabel(this)), address(plainLabel(this)),
+      client(new StatusRow(this)), notice(new NoticeBox(this)), setUp(new SetUpBox(this)),
+      session(makeButton("Ctrl+F")), about(makeButton("F1")), reconnect(makeButton("Alt+R")), test(makeButton("Alt+T")),
+      connectPhone(makeButton("Alt+C")), addressTitle(plainLabel(this)), address(plainLabel(this)),
       moves{makeButton("Alt+PgUp"), makeButton("Alt+Left"), makeButton("Alt+Right"), makeButton("Alt+PgDown")},
-      position(plainLabel(this)), strips(new StripsView(this)), logHeading(plainLabel(this)), log(new LogView(this)) {
+      position(plainLabel(this)), strips(new StripsView(this)), logHeading(plainLabel(this)),
+      onlyProblems(new QCheckBox(this)), log(new LogView(this)) {
     setObjectName(shown(windowIdentifier));
-    setWindowIcon(programIcon(Symbol::sliders, 1));
+    setWindowIcon(programIcon(1));
     arrange();
     addKeys();
     resize(usualWidth, usualHeight);
@@ -115,7 +116,11 @@ void ReceiverWindow::arrange() {
     small.setWeight(QFont::DemiBold);
     logHeading->setFont(small);
     logHeading->setBuddy(log);
-    page->addWidget(logHeading);
+    auto* logLine = new QHBoxLayout;
+    logLine->addWidget(logHeading);
+    logLine->addStretch(1);
+    logLine->addWidget(onlyProblems);
+    page->addLayout(logLine);
     page->addWidget(log, 2);
 }
 
@@ -129,8 +134,10 @@ QLayout* ReceiverWindow::makeHeading() {
     row->addWidget(new SymbolLabel(Symbol::sliders, headingSymbol, this));
     row->addWidget(heading);
     row->addStretch(1);
-    about->setFixedWidth(about->fontMetrics().height() + 18);
-    row->addWidget(about);
+    for (QAbstractButton* button : {session, about}) {
+        button->setFixedWidth(button->fontMetrics().height() + 18);
+        row->addWidget(button);
+    }
     return row;
 }
 
@@ -180,10 +187,12 @@ void ReceiverWindow::display(const ReceiverView& view, const SetUpCard& card, co
     address->setAccessibleName(shown(view.address.title + " " + view.address.address));
     for (std::size_t i = 0; i < moves.size(); ++i)
         display(moves[i], view.moves[i]);
+    display(session, view.session);
     setTextIfNew(position, view.position);
     strips->setAccessibleName(shown(view.stripsName));
     strips->display(view.strips, view.proTools.ok);
     setTextIfNew(logHeading, view.logHeading);
+    display(view.onlyProblems);
     log->setAccessibleName(shown(view.logHeading));
     log->display(logRows);
 }
@@ -201,6 +210,19 @@ void ReceiverWindow::display(QAbstractButton* button, const ScreenButton& shownB
     if (!shownButton.title.empty()) button->setAccessibleDescription(shown(shownButton.help));
     QObject::connect(button, &QAbstractButton::clicked, this,
                      [this, action = shownButton.action] { listener.act(action); });
+}
+
+// The toggle may also be switched by somebody else than its user, so its state is set each time.
+void ReceiverWindow::display(const ScreenToggle& toggle) {
+    if (onlyProblems->text().isEmpty()) {
+        onlyProblems->setText(shown(toggle.title));
+        onlyProblems->setShortcut(QKeySequence(QStringLiteral("Alt+W")));
+        onlyProblems->setAccessibleName(shown(toggle.title));
+        onlyProblems->setToolTip(shownTip(toggle.title + " — Alt+W"));
+        QObject::connect(onlyProblems, &QAbstractButton::clicked, this,
+                         [this, action = toggle.action] { listener.act(action); });
+    }
+    onlyProblems->setChecked(toggle.on);
 }
 
 void ReceiverWindow::showEvent(QShowEvent* event) {

@@ -6,6 +6,7 @@
 #include "app/set_up_card.h"
 
 #include <QAbstractButton>
+#include <QCheckBox>
 #include <QLabel>
 #include <QWidget>
 #include <array>
@@ -51,6 +52,7 @@ private:
     QAbstractButton* makeButton(const QString& shortcut);
     void addKeys();
     void display(QAbstractButton* button, const ScreenButton& shown);
+    void display(const ScreenToggle& toggle);
     void keepTallEnough();
 
     const Listener listener;
@@ -59,6 +61,7 @@ private:
     StatusRow* const client;
     NoticeBox* const notice;
     SetUpBox* const setUp;
+    QAbstractButton* const session;
     QAbstractButton* const about; // the tab key goes through the controls in this order
     QAbstractButton* const reconnect;
     QAbstractButton* const test;
@@ -69,6 +72,7 @@ private:
     QLabel* const position;
     StripsView* const strips;
     QLabel* const logHeading;
+    QCheckBox* const onlyProblems;
     LogView* const log;
 };
 

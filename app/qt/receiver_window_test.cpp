@@ -25,7 +25,7 @@ protected:
     ~ReceiverWindowTest() override { QApplication::setPalette(lightPalette()); }
 
     void open(Bilingual text = Bilingual(false)) {
-        window.display(receiverView(published, text), card, rows);
+        window.display(receiverView(published, text, TimePoint()), card, rows);
         window.show();
         settleToolkit();
     }
@@ -152,6 +152,8 @@ TEST_F(ReceiverWindowTest, HasKeysForWhatItsButtonsDo) {
         {Qt::ALT | Qt::Key_Right, ScreenAction::channelForward},
         {Qt::ALT | Qt::Key_PageDown, ScreenAction::bankForward},
         {Qt::ALT | Qt::Key_C, ScreenAction::connectPhone},
+        {Qt::CTRL | Qt::Key_F, ScreenAction::session},
+        {Qt::ALT | Qt::Key_W, ScreenAction::onlyProblems},
         {QKeyCombination(Qt::Key_F1), ScreenAction::about}};
     const auto buttons = window.findChildren<QAbstractButton*>();
     EXPECT_EQ(static_cast<std::size_t>(buttons.size()), keys.size());
@@ -172,10 +174,10 @@ TEST_F(ReceiverWindowTest, HasATabOrderThroughAllThatCanBeUsed) {
         if (next->isVisible() && (next->focusPolicy() & Qt::TabFocus) != 0)
             order.push_back(next->accessibleName().toStdString());
     EXPECT_THAT(order,
-                ElementsAre("About Lumbrine", "Reconnect to PT", "Test: sweep track 1",
+                ElementsAre("All tracks of the session", "About Lumbrine", "Reconnect to PT", "Test: sweep track 1",
                             "Connect a phone: code and addresses", "This Mac's address: 192.168.100.200",
                             "Bank ← (back 8 channels)", "Channel ← (back 1 channel)", "Channel → (forward 1 channel)",
-                            "Bank → (forward 8 channels)", "Channel strips", "Activity"));
+                            "Bank → (forward 8 channels)", "Channel strips", "Warnings and failures only", "Activity"));
 }
 
 TEST_F(ReceiverWindowTest, LetsEveryButtonHaveTheFocus) {
@@ -219,7 +221,7 @@ TEST_F(ReceiverWindowTest, CutsNothingInALargeFont) {
     QApplication::setFont(large);
     {
         ReceiverWindow other({.act = [](ScreenAction) {}, .appeared = [] {}, .closed = [] {}});
-        other.display(receiverView(published, Bilingual(false)), card, {});
+        other.display(receiverView(published, Bilingual(false), TimePoint()), card, {});
         other.show();
         other.resize(1, 1);
         settleToolkit();

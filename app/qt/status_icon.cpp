@@ -30,7 +30,7 @@ void StatusIcon::display(const StatusMenu& menu) {
     }
     if (menu.opacity != shownOpacity) {
         shownOpacity = menu.opacity;
-        picture = programIcon(menu.symbol, menu.opacity);
+        picture = programIcon(menu.opacity);
         if (icon) {
             icon->setIcon(picture);
             icon->show();

@@ -83,10 +83,10 @@ int opacityOf(const QIcon& icon) {
 TEST_F(StatusIconTest, IsDimWithoutTheLinkToProTools) {
     display(true);
     EXPECT_EQ(icon.opacity(), 1.0);
-    EXPECT_EQ(opacityOf(programIcon(Symbol::sliders, icon.opacity())), 255);
+    EXPECT_EQ(opacityOf(programIcon(icon.opacity())), 255);
     display(false);
     EXPECT_EQ(icon.opacity(), 0.45);
-    EXPECT_NEAR(opacityOf(programIcon(Symbol::sliders, icon.opacity())), 0.45 * 255, 2);
+    EXPECT_NEAR(opacityOf(programIcon(icon.opacity())), 0.45 * 255, 2);
 }
 
 TEST(Symbols, AreAllDrawnAndAllDifferent) {

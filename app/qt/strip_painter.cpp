@@ -84,16 +84,22 @@ void StripPainter::paintSwitches(QPainter& painter, const QRectF& place, const S
     const double width = (place.width() - 2) / 2;
     const QRectF left(place.left(), place.top(), width, place.height());
     painter.setFont(letterFont);
-    paintSwitch(painter, left, QStringLiteral("M"), toQColor(muteLight), strip.mute);
-    paintSwitch(painter, left.translated(width + 2, 0), QStringLiteral("S"), toQColor(soloLight), strip.solo);
+    paintSwitch(painter, left, QStringLiteral("M"), toQColor(muteLight),
+                strip.impliedMute ? Lit::implied
+                : strip.mute      ? Lit::on
+                                  : Lit::off);
+    paintSwitch(painter, left.translated(width + 2, 0), QStringLiteral("S"), toQColor(soloLight),
+                strip.solo ? Lit::on : Lit::off);
 }
 
-void StripPainter::paintSwitch(QPainter& painter, const QRectF& place, const QString& letter, const QColor& lit,
-                               bool on) const {
-    painter.setPen(on ? QPen(Qt::NoPen) : QPen(colours.line, 1));
-    painter.setBrush(on ? lit : QColor(Qt::transparent));
-    painter.drawRoundedRect(place.adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
-    painter.setPen(on ? toQColor(letterOnLight) : colours.secondary);
+void StripPainter::paintSwitch(QPainter& painter, const QRectF& place, const QString& letter, const QColor& light,
+                               Lit lit) const {
+    const QColor edge = lit == Lit::implied ? light : colours.line;
+    painter.setPen(lit == Lit::on ? QPen(Qt::NoPen) : QPen(edge, lit == Lit::implied ? 2 : 1));
+    painter.setBrush(lit == Lit::on ? light : QColor(Qt::transparent));
+    const double inside = lit == Lit::implied ? 1 : 0.5;
+    painter.drawRoundedRect(place.adjusted(inside, inside, -inside, -inside), 3, 3);
+    painter.setPen(lit == Lit::on ? toQColor(letterOnLight) : lit == Lit::implied ? colours.text : colours.secondary);
     painter.drawText(place, Qt::AlignCenter, letter);
 }
 

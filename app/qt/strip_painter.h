@@ -18,9 +18,11 @@ public:
     void paint(QPainter& painter, const QRectF& place, const StripView& strip) const;
 
 private:
+    enum class Lit { off, on, implied };
+
     void paintHeader(QPainter& painter, const QRectF& place, const StripView& strip) const;
     void paintSwitches(QPainter& painter, const QRectF& place, const StripView& strip) const;
-    void paintSwitch(QPainter& painter, const QRectF& place, const QString& letter, const QColor& lit, bool on) const;
+    void paintSwitch(QPainter& painter, const QRectF& place, const QString& letter, const QColor& light, Lit lit) const;
     void paintFader(QPainter& painter, const QRectF& place, double value) const;
     void paintName(QPainter& painter, const QRectF& place, const StripView& strip) const;
 

@@ -75,6 +75,13 @@ void paintCode(QPainter& painter, const QColor& colour) {
         painter.fillRect(QRectF(x, y, 2.5, 2.5), colour);
 }
 
+void paintList(QPainter& painter, const QColor& colour) {
+    for (const double y : {6.0, 12.0, 18.0}) {
+        painter.fillRect(QRectF(3.5, y - 1.2, 2.4, 2.4), colour);
+        painter.drawLine(QPointF(9, y), QPointF(20, y));
+    }
+}
+
 void paintAbout(QPainter& painter, const QColor& colour) {
     painter.drawEllipse(QPointF(12, 12), 9, 9);
     painter.drawLine(QPointF(12, 11.5), QPointF(12, 16.5));
@@ -107,13 +114,30 @@ private:
     const Symbol symbol;
 };
 
-void paintPlate(QPainter& painter, double size, Symbol symbol) {
-    const double unit = size / grid;
+QLinearGradient downwards(double top, double bottom, const char* first, const char* last) {
+    QLinearGradient gradient(0, top, 0, bottom);
+    gradient.setColorAt(0, QColor(first));
+    gradient.setColorAt(1, QColor(last));
+    return gradient;
+}
+
+// The drawing of packaging/com.tarnwick.lumbrine.svg, in its units of 128.
+void paintLogo(QPainter& painter, double size) {
+    constexpr std::array<std::array<double, 2>, 3> caps{{{26, 68}, {53, 36}, {80, 52}}};
+    const auto rounded = [&painter](const QRectF& box, double radius, const QBrush& brush) {
+        painter.setBrush(brush);
+        painter.drawRoundedRect(box, radius, radius);
+    };
     painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(size / 128, size / 128);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor("#2a3038"));
-    painter.drawRoundedRect(QRectF(0, 0, size, size), 5 * unit, 5 * unit);
-    paintSymbol(painter, QRectF(1.5 * unit, 1.5 * unit, size - 3 * unit, size - 3 * unit), symbol, QColor("#f4f6f8"));
+    rounded({8, 8, 112, 112}, 24, downwards(8, 120, "#3a4452", "#1d232c"));
+    for (const auto& [x, y] : caps) {
+        rounded({x + 8, 24, 6, 80}, 3, QColor("#10141a"));
+        rounded({x + 8, y + 8, 6, 96 - y}, 3, QColor("#f2a541"));
+        rounded({x, y, 22, 16}, 4, downwards(y, y + 16, "#f6f8fa", "#c3cbd4"));
+        painter.fillRect(QRectF(x + 3, y + 7, 16, 2), QColor("#2a323d"));
+    }
 }
 
 } // namespace
@@ -158,6 +182,9 @@ void paintSymbol(QPainter& painter, const QRectF& box, Symbol symbol, const QCol
     case Symbol::code:
         paintCode(painter, colour);
         break;
+    case Symbol::list:
+        paintList(painter, colour);
+        break;
     case Symbol::about:
         paintAbout(painter, colour);
         break;
@@ -169,14 +196,14 @@ QIcon symbolIcon(Symbol symbol) {
     return QIcon(new SymbolEngine(symbol));
 }
 
-QIcon programIcon(Symbol symbol, double opacity) {
+QIcon programIcon(double opacity) {
     QIcon icon;
     for (const int size : {16, 22, 24, 32, 44, 48, 64, 128, 256}) {
         QPixmap plate(size, size);
         plate.fill(Qt::transparent);
         {
             QPainter painter(&plate);
-            paintPlate(painter, size, symbol);
+            paintLogo(painter, size);
         }
         QPixmap picture(size, size);
         picture.fill(Qt::transparent);

@@ -15,7 +15,7 @@ void paintSymbol(QPainter& painter, const QRectF& box, Symbol symbol, const QCol
 // An icon in the text colour of buttons. It follows changes of the palette.
 QIcon symbolIcon(Symbol symbol);
 
-// The program's icon: the symbol on a dark plate, which is visible on panels of any colour.
-QIcon programIcon(Symbol symbol, double opacity);
+// The program's logo, for windows and the status area; its dark plate is visible on panels of any colour.
+QIcon programIcon(double opacity);
 
 } // namespace lumbrine

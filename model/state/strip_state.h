@@ -19,6 +19,8 @@ struct FlashingLed {
     TimePoint blinkUntil = distantPast; // before it the LED counts as blinking
     int shortStreak = 0;                // edges in a row that came quickly after the one before
 
+    bool isBlinking(TimePoint now) const { return now < blinkUntil; }
+
     // The next edge is the first of another track's LED. What the LED shows stays: Pro Tools says when that changes.
     void forgetEdges() {
         lastEdge = distantPast;
