@@ -24,6 +24,7 @@ public:
                                  MIDIEndpointRef& destination) override;
     void onReturn(MIDIClientRef client, std::function<void()> back) override;
     void onService(std::function<void(bool isThere)> changed) override;
+    std::optional<bool> isConnected(MIDIEndpointRef endpoint) const override { return services.isConnected(endpoint); }
     MIDIStatus setUniqueID(MIDIEndpointRef endpoint, std::int32_t uniqueID) override {
         return services.setUniqueID(endpoint, uniqueID);
     }
