@@ -144,6 +144,18 @@ TEST(Diagnosis, MissesTheScriptingServiceOnlyBesideProToolsAndCallsItNoFault) {
     EXPECT_EQ(checkOf(published, "scripting").state, CheckState::waiting);
 }
 
+TEST(Diagnosis, CountsTheClientsWithoutAKey) {
+    PublishedState published;
+    published.health.strangers = 1;
+    EXPECT_THAT(checkOf(published, "phone").sentence, testing::EndsWith(" A client without a key was not let in."));
+    published.health.strangers = 3;
+    EXPECT_THAT(checkOf(published, "phone").sentence, testing::EndsWith(" 3 clients without a key were not let in."));
+    for (const Check& check : diagnosis(published, HostSystem::linuxDesktop, ja)) {
+        const bool isPhones = check.id == "phone";
+        EXPECT_EQ(check.sentence.ends_with("鍵のないクライアント 3 台を拒否しました。"), isPhones);
+    }
+}
+
 TEST(Diagnosis, ExplainsAStalePermissionOnAMac) {
     PublishedState published;
     published.health.screen = {.state = LinkHealth::State::down, .detail = "stale"};

@@ -128,7 +128,7 @@ ReceiverPlatform FlightRecorder::recorded(const ReceiverPlatform& real) {
     if (!recording) return real;
     seams = std::make_unique<Seams>(real, recording->recorder);
     return {real.runtime,   seams->midi, seams->sockets,       seams->advertiser, seams->system,
-            seams->streams, real.json,   seams->accessibility, real.scripting};
+            seams->streams, real.json,   seams->accessibility, real.scripting,    real.secrets};
 }
 
 ReceiverModel::LineSink FlightRecorder::recorded(ReceiverModel::LineSink sink) const {

@@ -4,6 +4,8 @@
 #include "app/command_line.h"
 #include "app/diagnosis.h"
 #include "app/flight_recorder.h"
+#include "app/key_keeper.h"
+#include "app/pair_program.h"
 #include "app/receiver_ending.h"
 #include "app/standard_output.h"
 #include "model/receiver_model.h"
@@ -11,6 +13,7 @@
 #include "platform/linux/linux_datagram_sockets.h"
 #include "platform/linux/linux_system_info.h"
 #include "platform/linux/midi_backend.h"
+#include "platform/linux/openssl_secrets.h"
 #include "platform/linux/port_holder.h"
 #include "platform/linux/service_status.h"
 #include "platform/portable/nlohmann_json.h"
@@ -37,7 +40,7 @@ constexpr ProgramInfo program{
     .name = "lumbrine-headless",
     .version = LUMBRINE_VERSION,
     .helpText =
-        "Usage: lumbrine-headless [--check]\n"
+        "Usage: lumbrine-headless [--check | --pair [NAME] | --forget NAME | --forget-all]\n"
         "\n"
         "The Lumbrine receiver without a window: takes fader moves and presses from a phone or tablet on the network "
         "and\n"
@@ -49,12 +52,19 @@ constexpr ProgramInfo program{
         "\n"
         "      --check    print what works and what does not, of the receiver that runs or else of this computer,\n"
         "                 and end: with 0 when nothing is wrong, else with 1\n"
+        "      --pair     print the key that clients seal with, as a QR code and as letters, and end; with a NAME "
+        "that\n"
+        "                 key, which is made when there is none\n"
+        "      --forget, --forget-all\n"
+        "                 forget the key of that name, or all keys, and end\n"
         "  -h, --help     print this and end\n"
         "      --version  print the version and end\n"
         "\n"
         "Environment variables:\n"
         "  QV_PORT         UDP port to listen on (default 52700)\n"
         "  QV_NO_BONJOUR   set to anything: the service is not announced on the network\n"
+        "  LUMBRINE_CLIENTS\n"
+        "                  paired: only clients with a key are let in\n"
         "  QV_DEBUG        set to anything: diagnostic lines\n"
         "  LUMBRINE_BLACKBOX\n"
         "                  the recording for lumbrine-blackbox: 0 for none, its size in MiB (default 16) or its path\n"
@@ -113,10 +123,14 @@ int run() {
     AvahiAdvertiser advertiser;
     NlohmannJSON json(text);
     NoAccessibility accessibility;
+    OpenSSLSecrets secrets;
     model = ReceiverModel::create(
-        recorder.recorded({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}), text,
-        recorder.recorded([&output](const std::string& line) { output.print(line); }));
+        recorder.recorded({runtime, *midi, sockets, advertiser, system, streams, json, accessibility, {}, &secrets}),
+        text, recorder.recorded([&output](const std::string& line) { output.print(line); }));
     recorder.keepUp(model);
+    std::optional<KeyKeeper> keys;
+    if (const auto folder = system.stateFolder())
+        keys.emplace(runtime, KeyFile(*folder + KeyFile::name, secrets), model, text);
     const NetworkWatch network(runtime, [&model] {
         if (model) model->readAddress();
     });
@@ -138,6 +152,10 @@ int main(int count, char** arguments) {
     using namespace lumbrine;
     const std::span<const char* const> given(arguments, static_cast<std::size_t>(count));
     if (given.size() == 2 && std::string_view(given[1]) == "--check") return checkAndPrint();
+    const std::string_view asked = given.size() > 1 ? given[1] : "";
+    if (asked == "--pair" && given.size() <= 3) return pairAndPrint(given.size() == 3 ? given[2] : "");
+    if (asked == "--forget" && given.size() == 3) return forgetAndPrint(given[2]);
+    if (asked == "--forget-all" && given.size() == 2) return forgetAllAndPrint();
     if (const auto answer = answerCommandLine(program, given.subspan(count > 0 ? 1 : 0))) {
         std::fputs(answer->output.c_str(), stdout);
         std::fputs(answer->error.c_str(), stderr);

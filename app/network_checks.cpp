@@ -91,7 +91,19 @@ Check announcementCheck(const Case& c) {
     return check;
 }
 
-Check phoneCheck(const Case& c) {
+namespace {
+
+// Empty when there were none.
+std::string strangersSentence(const Case& c) {
+    const std::size_t count = c.health.strangers;
+    if (count == 0) return {};
+    const std::string number = std::to_string(count);
+    return c.text(count == 1 ? " A client without a key was not let in."
+                             : " " + number + " clients without a key were not let in.",
+                  "鍵のないクライアント " + number + " 台を拒否しました。");
+}
+
+Check phonesState(const Case& c) {
     Check check{.id = "phone", .state = CheckState::fine, .title = "iPhone / iPad", .sentence = {}};
     const std::string client = withPlainAddresses(c.published.iosClientDesc);
     if (c.published.iosConnected) {
@@ -120,6 +132,14 @@ Check phoneCheck(const Case& c) {
         check.state = CheckState::unknown;
         check.sentence = c.text("No phone is heard without the port.", "ポートが開いていないため受信できません。");
     }
+    return check;
+}
+
+} // namespace
+
+Check phoneCheck(const Case& c) {
+    Check check = phonesState(c);
+    check.sentence += strangersSentence(c);
     return check;
 }
 

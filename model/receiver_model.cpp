@@ -54,6 +54,10 @@ bool ReceiverModel::readAddress() {
     return published.localIP != before;
 }
 
+void ReceiverModel::setKeys(std::vector<PairingKey> keys) {
+    parts->endpoint.setKeys(std::move(keys));
+}
+
 void ReceiverModel::appendLog(const std::string& line) {
     parts->log.appendLog(line);
 }

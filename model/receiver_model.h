@@ -5,12 +5,14 @@
 #include "base/bilingual.h"
 #include "model/state/published_state.h"
 #include "model/state/receiver_platform.h"
+#include "seal/pairing_key.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace lumbrine {
 
@@ -21,7 +23,8 @@ public:
     // Gets each line of the log, and diagnostic lines, as they are written; on any thread, maybe several at once.
     using LineSink = std::function<void(const std::string& line)>;
 
-    // Reads the environment (QV_PORT, QV_NO_BONJOUR, QV_DEBUG); opens no port and no socket. Main thread.
+    // Reads the environment (QV_PORT, QV_NO_BONJOUR, QV_DEBUG, LUMBRINE_CLIENTS); opens no port and no socket. Main
+    // thread.
     //
     // Running jobs keep the model alive until they end. It is always destroyed on the main thread.
     static std::shared_ptr<ReceiverModel> create(const ReceiverPlatform& platform, Bilingual bilingual, LineSink sink);
@@ -35,6 +38,9 @@ public:
     // Reads this computer's address, as `start` did: after a sleep the network may be another one. True when the
     // address has changed. Main thread.
     bool readAddress();
+
+    // The keys that clients may seal with, instead of those before. Main thread.
+    void setKeys(std::vector<PairingKey> keys);
 
     // Writes one finished line, in the user's language, to the log. Any thread.
     void appendLog(const std::string& line);

@@ -8,7 +8,8 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
                              std::function<void(const std::string&)> sink)
     : jobs(platform.runtime), log(jobs, state.published, text, std::move(sink)), drops(log),
 
-      endpoint(jobs, state.published, platform.sockets, platform.advertiser, platform.system, configuration, log),
+      endpoint(jobs, state.published, platform.sockets, platform.advertiser, platform.system, configuration, log,
+               platform.secrets),
       mirror(platform.runtime, state, endpoint), table(jobs, state, endpoint), meters(platform.runtime),
 
       surfaces(platform.runtime, state.published, platform.midi, log), desk(jobs, surfaces),

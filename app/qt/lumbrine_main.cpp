@@ -2,6 +2,7 @@
 #include "app/check_service.h"
 #include "app/command_line.h"
 #include "app/flight_recorder.h"
+#include "app/key_keeper.h"
 #include "app/qt/desktop_run.h"
 #include "app/receiver_ending.h"
 #include "app/standard_output.h"
@@ -9,6 +10,7 @@
 #include "platform/linux/linux_datagram_sockets.h"
 #include "platform/linux/linux_system_info.h"
 #include "platform/linux/midi_backend.h"
+#include "platform/linux/openssl_secrets.h"
 #include "platform/linux/xdg_autostart.h"
 #include "platform/portable/nlohmann_json.h"
 #include "platform/portable/no_accessibility.h"
@@ -46,6 +48,8 @@ constexpr ProgramInfo program{
         "Environment variables:\n"
         "  QV_PORT         UDP port to listen on (default 52700)\n"
         "  QV_NO_BONJOUR   set to anything: the service is not announced on the network\n"
+        "  LUMBRINE_CLIENTS\n"
+        "                  paired: only clients with a key are let in\n"
         "  QV_DEBUG        set to anything: diagnostic lines\n"
         "  LUMBRINE_BLACKBOX\n"
         "                  the recording for lumbrine-blackbox: 0 for none, its size in MiB (default 16) or its path\n"
@@ -88,11 +92,15 @@ int run(int count, char** arguments, bool hidden) {
     NoAccessibility accessibility;
     XdgAutostart autostart(XdgAutostart::Place::of(system));
     LoginItem loginItem(autostart, text, print);
+    OpenSSLSecrets secrets;
     auto model = ReceiverModel::create(
-        recorder.recorded({runtime, *midi, sockets, advertiser, system, streams, json, accessibility}), text,
-        recorder.recorded(print));
+        recorder.recorded({runtime, *midi, sockets, advertiser, system, streams, json, accessibility, {}, &secrets}),
+        text, recorder.recorded(print));
     recorder.keepUp(model);
     const std::uint16_t port = model->port();
+    std::optional<KeyKeeper> keys;
+    if (const auto folder = system.stateFolder())
+        keys.emplace(runtime, KeyFile(*folder + KeyFile::name, secrets), model, text);
     const NetworkWatch network(runtime, [weak = std::weak_ptr(model)] {
         if (const auto there = weak.lock()) there->readAddress();
     });

@@ -10,9 +10,10 @@ using State = LinkHealth::State;
 
 ClientEndpoint::ClientEndpoint(const Jobs& jobs, PublishedState& published, DatagramSockets& sockets,
                                ServiceAdvertiser& advertiser, const SystemInfo& system, Configuration configuration,
-                               ActivityLog& log)
+                               ActivityLog& log, Secrets* secrets)
     : port(configuration.port), jobs(jobs), published(published), runtime(jobs.runtime), sockets(sockets),
-      advertiser(advertiser), system(system), noBonjour(configuration.noBonjour), log(log) {
+      advertiser(advertiser), system(system), noBonjour(configuration.noBonjour), onlyPaired(configuration.onlyPaired),
+      log(log), secrets(secrets) {
     published.health.port = port;
 }
 
@@ -33,6 +34,12 @@ void ClientEndpoint::listen(Handler handler) {
     udp->onDatagram = std::move(handler);
     udp->onTakeOver = [this](const std::string& by, const std::string& from) { logTakeOver(by, from); };
     udp->onSendingRefused = [this](int error) { logRefusal(error); };
+    udp->onStranger = [this] { noteStranger(); };
+    if (secrets != nullptr) {
+        udp->useSeals(*secrets);
+        udp->setKeys(keys);
+        udp->letOnlyPairedIn(onlyPaired);
+    }
     if (const auto started = udp->start()) {
         const std::string where = std::to_string(port);
         published.health.udp = {.state = State::up};
@@ -59,6 +66,21 @@ void ClientEndpoint::logRefusal(int error) {
                        "✗ iOS アプリへの応答がこのコンピュータから送信できません（" + why +
                            "）。ファイアウォールを確認してください。Mac では、システム設定 ▸ "
                            "プライバシーとセキュリティ ▸ ローカルネットワーク で Lumbrine を許可してください");
+}
+
+void ClientEndpoint::setKeys(std::vector<PairingKey> known) {
+    assert(runtime.onMain());
+    keys = std::move(known);
+    if (udp) udp->setKeys(keys);
+}
+
+void ClientEndpoint::noteStranger() {
+    jobs.runOnMain([this] {
+        published.health.strangers = udp->strangers();
+        published.changed();
+    });
+    log.sayOnceAMinute("⚠️ A client without a key was not let in (LUMBRINE_CLIENTS)",
+                       "⚠️ 鍵のないクライアントを拒否しました（LUMBRINE_CLIENTS）");
 }
 
 void ClientEndpoint::advertise() {

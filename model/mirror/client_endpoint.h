@@ -10,6 +10,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace lumbrine {
 
@@ -21,7 +22,10 @@ public:
     using Handler = std::function<void(ByteView bytes, const Sender& sender)>;
 
     ClientEndpoint(const Jobs& jobs, PublishedState& published, DatagramSockets& sockets, ServiceAdvertiser& advertiser,
-                   const SystemInfo& system, Configuration configuration, ActivityLog& log);
+                   const SystemInfo& system, Configuration configuration, ActivityLog& log, Secrets* secrets = nullptr);
+
+    // The keys that clients may seal with, instead of those before. Nothing happens without secrets. Main thread.
+    void setKeys(std::vector<PairingKey> known);
 
     // Listens, and announces the port even when listening failed; logs both, and keeps their health up to date.
     // `handler` gets the owner's datagrams on the receive thread. Main thread, once.
@@ -46,6 +50,7 @@ private:
     void listen(Handler handler);
     void logTakeOver(const std::string& by, const std::string& from);
     void logRefusal(int error);
+    void noteStranger();
     void advertise();
     void noteAnnouncement(const std::optional<std::string>& name);
 
@@ -56,7 +61,10 @@ private:
     ServiceAdvertiser& advertiser;
     const SystemInfo& system;
     const bool noBonjour;
+    const bool onlyPaired;
     ActivityLog& log;
+    Secrets* const secrets;
+    std::vector<PairingKey> keys;
     std::unique_ptr<UDPServer> udp;
     TimePoint takeOverLoggedAt = distantPast; // receive thread
     std::unique_ptr<Advertisement> bonjour;

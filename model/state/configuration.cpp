@@ -21,6 +21,7 @@ Configuration Configuration::read(const SystemInfo& system) {
         .port = parsePort(system.environment("QV_PORT").value_or("")).value_or(defaultPort),
         .noBonjour = system.environment("QV_NO_BONJOUR").has_value(),
         .debug = system.environment("QV_DEBUG").has_value(),
+        .onlyPaired = system.environment("LUMBRINE_CLIENTS") == "paired",
     };
 }
 

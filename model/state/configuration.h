@@ -13,8 +13,9 @@ inline constexpr std::uint16_t defaultPort = 52700;
 
 struct Configuration {
     std::uint16_t port;
-    bool noBonjour; // QV_NO_BONJOUR is set, whatever its value
-    bool debug;     // QV_DEBUG is set
+    bool noBonjour;  // QV_NO_BONJOUR is set, whatever its value
+    bool debug;      // QV_DEBUG is set
+    bool onlyPaired; // LUMBRINE_CLIENTS is "paired": clients without a key are not let in
 
     static Configuration read(const SystemInfo& system);
 };

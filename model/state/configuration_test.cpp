@@ -42,6 +42,13 @@ TEST(Configuration, FallsBackToTheDefaultPort) {
     EXPECT_EQ(Configuration::read(computer).port, 5000);
 }
 
+TEST(Configuration, LetsOnlyPairedClientsInWhereThatIsAsked) {
+    FakeComputer computer;
+    EXPECT_FALSE(Configuration::read(computer).onlyPaired);
+    computer.variables = {{"LUMBRINE_CLIENTS", "paired"}};
+    EXPECT_TRUE(Configuration::read(computer).onlyPaired);
+}
+
 TEST(Configuration, TakesASwitchAsSetWhateverItsValue) {
     FakeComputer computer;
     computer.variables = {{"QV_NO_BONJOUR", "0"}, {"QV_DEBUG", ""}};

@@ -1,6 +1,7 @@
 // How the receiver's links to the outside stand, as far as it has seen by using them. What a diagnosis is made from.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -35,6 +36,8 @@ struct Health {
     std::optional<bool> surfaceBIsTaken = {}; // absent where the system does not tell
 
     std::optional<bool> fadersFollow = {}; // Pro Tools' did at a client's last move; absent before the first
+
+    std::size_t strangers = 0; // hosts without a key that were not let in; counted up to UDPServer::maxStrangers
 
     bool surfaceAWasHeard = false; // Pro Tools has pinged since the start, like the next
     bool surfaceBWasHeard = false;

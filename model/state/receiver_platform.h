@@ -6,6 +6,7 @@
 #include "platform/api/json.h"
 #include "platform/api/midi_services.h"
 #include "platform/api/runtime.h"
+#include "platform/api/secrets.h"
 #include "platform/api/service_discovery.h"
 #include "platform/api/stream_socket.h"
 #include "platform/api/system_info.h"
@@ -24,6 +25,7 @@ struct ReceiverPlatform {
     JSON& json;
     Accessibility& accessibility;
     PTSLAddress scripting = {}; // where Pro Tools' scripting service is
+    Secrets* secrets = nullptr; // for clients that seal; null where none can
 };
 
 } // namespace lumbrine

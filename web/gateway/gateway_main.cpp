@@ -8,7 +8,7 @@
 #include "web/gateway/gateway.h"
 #include "web/gateway/gateway_arguments.h"
 #include "web/gateway/key_file.h"
-#include "web/gateway/qr_lines.h"
+#include "platform/linux/qr_lines.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

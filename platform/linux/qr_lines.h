@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace lumbrine::web {
+namespace lumbrine {
 
 enum class QRColours {
     blackOnWhite, // by escape sequences
@@ -14,4 +14,4 @@ enum class QRColours {
 // The lines that draw it, two rows of modules in each, with a margin. Empty when the text is too long for a QR code.
 std::vector<std::string> qrLines(const std::string& text, QRColours colours);
 
-} // namespace lumbrine::web
+} // namespace lumbrine

@@ -1,8 +1,8 @@
-#include "web/gateway/qr_lines.h"
+#include "platform/linux/qr_lines.h"
 
 #include "platform/linux/qr_code.h"
 
-namespace lumbrine::web {
+namespace lumbrine {
 
 namespace {
 
@@ -33,4 +33,4 @@ std::vector<std::string> qrLines(const std::string& text, QRColours colours) {
     return lines;
 }
 
-} // namespace lumbrine::web
+} // namespace lumbrine

@@ -1,8 +1,8 @@
-#include "web/gateway/qr_lines.h"
+#include "platform/linux/qr_lines.h"
 
 #include <gtest/gtest.h>
 
-namespace lumbrine::web {
+namespace lumbrine {
 namespace {
 
 const std::string address = "http://192.168.100.100:52780/#742BCM0SCXPZA154Z02S9P89HC";
@@ -37,4 +37,4 @@ TEST(QRLines, IsMissingForATextThatNoneHolds) {
 }
 
 } // namespace
-} // namespace lumbrine::web
+} // namespace lumbrine

@@ -1,0 +1,95 @@
+#include "app/key_keeper.h"
+
+#include "platform/posix/private_file.h"
+#include "seal/session_key.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace lumbrine {
+
+namespace {
+
+constexpr std::size_t longestFile = 4096;
+
+std::vector<PairingKey> withoutNames(const std::vector<seal::NamedKey>& named) {
+    std::vector<PairingKey> keys;
+    for (const seal::NamedKey& each : named)
+        keys.push_back(each.key);
+    return keys;
+}
+
+} // namespace
+
+std::vector<seal::NamedKey> KeyFile::read() const {
+    return seal::keysIn(readSmallFile(path, longestFile).value_or(""));
+}
+
+std::expected<std::vector<seal::NamedKey>, std::string> KeyFile::readOrMake() {
+    std::vector<seal::NamedKey> keys = read();
+    if (!keys.empty()) return keys;
+    keys.push_back(makeKey("Lumbrine", keys));
+    if (auto written = write(keys); !written) return std::unexpected(written.error());
+    return keys;
+}
+
+std::expected<std::optional<seal::NamedKey>, std::string> KeyFile::keyNamed(std::string_view keyName) {
+    std::vector<seal::NamedKey> keys = read();
+    const auto there = std::ranges::find(keys, seal::keyName(keyName), &seal::NamedKey::name);
+    if (there != keys.end()) return *there;
+    if (keys.size() >= seal::maxKeys) return std::nullopt;
+    keys.push_back(makeKey(keyName, keys));
+    if (auto written = write(keys); !written) return std::unexpected(written.error());
+    return keys.back();
+}
+
+std::expected<std::size_t, std::string> KeyFile::forget(std::string_view keyName) {
+    std::vector<seal::NamedKey> keys = read();
+    const auto forgotten =
+        std::erase_if(keys, [&](const seal::NamedKey& each) { return each.name == seal::keyName(keyName); });
+    if (auto written = write(keys); !written) return std::unexpected(written.error());
+    return forgotten;
+}
+
+std::expected<std::size_t, std::string> KeyFile::forgetAll() {
+    const std::size_t forgotten = read().size();
+    if (auto written = write({}); !written) return std::unexpected(written.error());
+    return forgotten;
+}
+
+std::expected<void, std::string> KeyFile::write(const std::vector<seal::NamedKey>& keys) {
+    return replacePrivateFile(path, seal::textOf(keys));
+}
+
+// Its number is another one than the others', so that each of them is found at once.
+seal::NamedKey KeyFile::makeKey(std::string_view keyName, const std::vector<seal::NamedKey>& others) {
+    const auto numberOf = [&](const PairingKey& key) { return seal::numberOf(*seal::hashOf(secrets, key)); };
+    for (;;) {
+        std::array<std::uint8_t, 16> bits{};
+        secrets.fillRandom(bits);
+        const PairingKey key(bits);
+        const bool isTaken = std::ranges::any_of(
+            others, [&](const seal::NamedKey& other) { return numberOf(other.key) == numberOf(key); });
+        if (!isTaken) return {.key = key, .name = seal::keyName(keyName)};
+    }
+}
+
+KeyKeeper::KeyKeeper(Runtime& runtime, KeyFile keyFile, std::weak_ptr<ReceiverModel> receiver, const Bilingual& text)
+    : file(std::move(keyFile)), model(std::move(receiver)) {
+    if (const auto keys = file.readOrMake()) {
+        tell(*keys);
+    } else if (const auto there = model.lock()) {
+        there->appendLog(text("✗ No key for sealed clients: ", "✗ クライアントの鍵を用意できません: ") + keys.error());
+    }
+    timer = runtime.repeatOnMain(interval, [this] {
+        if (const auto keys = file.read(); keys != told) tell(keys);
+    });
+}
+
+void KeyKeeper::tell(const std::vector<seal::NamedKey>& keys) {
+    told = keys;
+    if (const auto there = model.lock()) there->setKeys(withoutNames(keys));
+}
+
+} // namespace lumbrine
