@@ -11,8 +11,6 @@ namespace lumbrine {
 
 namespace {
 
-constexpr std::size_t longestFile = 4096;
-
 std::vector<PairingKey> withoutNames(const std::vector<seal::NamedKey>& named) {
     std::vector<PairingKey> keys;
     for (const seal::NamedKey& each : named)
@@ -23,7 +21,7 @@ std::vector<PairingKey> withoutNames(const std::vector<seal::NamedKey>& named) {
 } // namespace
 
 std::vector<seal::NamedKey> KeyFile::read() const {
-    return seal::keysIn(readSmallFile(path, longestFile).value_or(""));
+    return seal::keysIn(readSmallFile(path, seal::longestKeyFile).value_or(""));
 }
 
 std::expected<std::vector<seal::NamedKey>, std::string> KeyFile::readOrMake() {

@@ -17,7 +17,7 @@ namespace lumbrine {
 // The keys of a file in the user's folder for state. Only the user can read it.
 class KeyFile {
 public:
-    static constexpr const char* name = "/keys"; // in the folder
+    static constexpr const char* name = seal::keyFileName;
 
     KeyFile(std::string path, Secrets& secrets) : path(std::move(path)), secrets(secrets) {}
 

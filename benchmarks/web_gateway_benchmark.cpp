@@ -83,7 +83,8 @@ public:
                                            .hostName = "benchmark",
                                            .certificateChain = "",
                                            .privateKey = "",
-                                           .key = [] { return PairingKey::parse(keyText); }};
+                                           .key = [] { return PairingKey::parse(keyText); },
+                                           .sealKey = [] { return std::nullopt; }};
             (void)serve(settings, [&](std::uint16_t tcpPort) { started.set_value(tcpPort); });
         });
         ownPort = started.get_future().get();

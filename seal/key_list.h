@@ -21,6 +21,9 @@ struct NamedKey {
 inline constexpr std::size_t maxKeys = 16;
 inline constexpr std::size_t maxNameBytes = 64;
 
+inline constexpr const char* keyFileName = "/keys"; // in the user's folder for state
+inline constexpr std::size_t longestKeyFile = 4096;
+
 // Lines without a key are left out, and so are keys behind the first maxKeys.
 std::vector<NamedKey> keysIn(const std::string& text);
 

@@ -19,6 +19,9 @@ public:
     // The pairing key in its file.
     std::string key() const;
 
+    // The folder of its folder for state.
+    std::string stateHome() const { return state.path.string(); }
+
     // Runs the program with --new-key.
     void makeNewKey() const;
 

@@ -23,6 +23,8 @@ std::map<std::string, std::string> environmentFor(const ReceiverSetup& setup) {
                                                    {"JACK_NO_START_SERVER", "1"},
                                                    {"LUMBRINE_BLACKBOX", setup.blackbox}};
     if (!setup.announced) environment["QV_NO_BONJOUR"] = "1";
+    if (setup.onlyPaired) environment["LUMBRINE_CLIENTS"] = "paired";
+    if (!setup.stateHome.empty()) environment["XDG_STATE_HOME"] = setup.stateHome;
     if (!setup.jack.empty()) environment["JACK_DEFAULT_SERVER"] = setup.jack;
     return environment;
 }

@@ -18,6 +18,8 @@ struct ReceiverSetup {
     std::uint16_t port = 0;     // 0 for a free one
     std::string jack = {};      // name of the JACK server; empty for the one that this process uses
     std::string blackbox = "0"; // the recording's path; 0 for none
+    bool onlyPaired = false;    // lets no client in without a key
+    std::string stateHome = {}; // the folder of its folder for state; empty for the one of the user who tests
 };
 
 // The environment variables for this setup.

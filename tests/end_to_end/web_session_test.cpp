@@ -1,4 +1,5 @@
 // Browsers, lumbrine-web, lumbrine-headless and, for moves, lumbrine-simulator on real MIDI ports.
+#include "tests/end_to_end/client_socket.h"
 #include "tests/end_to_end/gateway_process.h"
 #include "tests/end_to_end/receiver_process.h"
 #include "tests/end_to_end/simulator_process.h"
@@ -74,6 +75,52 @@ TEST_F(WebSession, IsTheSameDevicesAfterTheGatewayWasKilled) {
     gateway = std::make_unique<GatewayProcess>(receiver->port);
     WebClient after = connected();
     EXPECT_TRUE(answersWith(after, helloOf(1), pong));
+}
+
+// A receiver that lets only clients with a key in.
+class PairedWebSession : public testing::Test {
+protected:
+    ReceiverSetup setup(const std::string& stateHome) const {
+        return {.port = port, .jack = noJack, .onlyPaired = true, .stateHome = stateHome};
+    }
+
+    const std::uint16_t port = freePort();
+};
+
+TEST_F(PairedWebSession, HasABrowserOfTheSameUser) {
+    const GatewayProcess gateway(port);
+    const ReceiverProcess receiver(setup(gateway.stateHome()));
+    WebClient browser(gateway.port, {.key = gateway.key()});
+    EXPECT_TRUE(answersWith(browser, helloOf(1), pong)) << receiver.process.output();
+}
+
+TEST_F(PairedWebSession, HasABrowserWhoseGatewayWasGivenTheKey) {
+    const interop::TemporaryFolder home;
+    const ReceiverProcess receiver(setup(home.path.string()));
+    const GatewayProcess gateway(port, {"--seal-key", "@" + (home.path / "lumbrine/keys").string()});
+    WebClient browser(gateway.port, {.key = gateway.key()});
+    EXPECT_TRUE(answersWith(browser, helloOf(1), pong)) << receiver.process.output();
+}
+
+TEST_F(PairedWebSession, HasNoBrowserWithoutTheKey) {
+    const interop::TemporaryFolder home;
+    const ReceiverProcess receiver(setup(home.path.string()));
+    const GatewayProcess gateway(port);
+    WebClient browser(gateway.port, {.key = gateway.key()});
+    browser.send(helloOf(1));
+    EXPECT_TRUE(receiver.logs("A client without a key was not let in")) << receiver.process.output();
+    EXPECT_FALSE(browser.receive(std::chrono::milliseconds(50)));
+}
+
+TEST_F(PairedWebSession, HasABrowserThatWasThereBeforeTheKey) {
+    const GatewayProcess gateway(port);
+    WebClient browser(gateway.port, {.key = gateway.key()});
+    browser.send(helloOf(1));
+    const ReceiverProcess receiver(setup(gateway.stateHome()));
+    EXPECT_TRUE(waitUntil([&] {
+        browser.send(helloOf(1));
+        return browser.hears(pong, std::chrono::milliseconds(200));
+    })) << receiver.process.output();
 }
 
 TEST(WebStudio, MovesFadersBothWays) {

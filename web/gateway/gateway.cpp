@@ -1,8 +1,10 @@
 #include "web/gateway/gateway.h"
 
+#include "platform/linux/openssl_secrets.h"
 #include "web/gateway/message_pace.h"
 #include "web/gateway/outbox.h"
 #include "web/gateway/page_files.h"
+#include "web/gateway/receiver_seal.h"
 #include "web/gateway/request_rules.h"
 
 #include <boost/asio.hpp>
@@ -74,6 +76,7 @@ struct House {
     std::string scheme;
     Connections visitors; // those with the newest requests last
     Connections sockets;
+    OpenSSLSecrets secrets = {};
     std::array<std::uint8_t, longestDatagram> datagram{}; // for whichever socket reads one
 };
 
@@ -99,7 +102,7 @@ public:
     BrowserSocket(House& house, Stream stream, PairingKey key)
         : house(house), key(std::move(key)), socket(std::move(stream)), toReceiver(socket.get_executor()),
           filled(socket.get_executor()), watch(socket.get_executor()), farewell(socket.get_executor()),
-          listing(house.sockets, this) {}
+          seal(house.secrets), listing(house.sockets, this) {}
 
     // Answers the request that asks for the WebSocket and carries messages until the end of it.
     asio::awaitable<void> run(const HTTPRequest& request) {
@@ -153,6 +156,7 @@ private:
 
     void startCarrying() {
         lastHeard = now();
+        seal.use(house.settings.sealKey());
         for (auto carry : {&BrowserSocket::readDatagrams, &BrowserSocket::writeMessages, &BrowserSocket::watchSilence})
             asio::co_spawn(socket.get_executor(), (this->*carry)(this->shared_from_this()), asio::detached);
     }
@@ -164,7 +168,8 @@ private:
             if (failed) co_return;
             noteMessage();
             if (!socket.got_binary()) end(close_code::noText);
-            if (!ending) sendDatagram(message.cdata());
+            const ByteView bytes(static_cast<const std::uint8_t*>(message.cdata().data()), message.size());
+            if (!ending) sendDatagram(seal.outgoing(bytes, lastHeard));
             message.clear();
         }
     }
@@ -175,10 +180,17 @@ private:
     }
 
     // Datagrams may be lost, so no failure matters. A refusal is of an earlier datagram, and hinders this one once.
-    void sendDatagram(asio::const_buffer datagram) {
+    void sendDatagram(ByteView datagram) {
+        const asio::const_buffer bytes(datagram.data(), datagram.size());
         error_code failed;
-        toReceiver.send(datagram, 0, failed);
-        if (failed == asio::error::connection_refused) toReceiver.send(datagram, 0, failed);
+        toReceiver.send(bytes, 0, failed);
+        if (failed == asio::error::connection_refused) toReceiver.send(bytes, 0, failed);
+    }
+
+    void takeDatagram(ByteView datagram) {
+        const auto [message, reply] = seal.incoming(datagram, now());
+        if (!reply.empty()) sendDatagram(reply);
+        if (message && !outbox.put(*message)) end(close_code::tooSlow);
     }
 
     asio::awaitable<void> readDatagrams(Self) {
@@ -187,7 +199,7 @@ private:
             error_code failed; // when the receiver is not there at the moment, or no more is to be read
             while (!failed && !ending) {
                 const std::size_t size = toReceiver.receive(asio::buffer(house.datagram), 0, failed);
-                if (!failed && !outbox.put(ByteView(house.datagram).first(size))) end(close_code::tooSlow);
+                if (!failed) takeDatagram(ByteView(house.datagram).first(size));
             }
             filled.cancel();
         }
@@ -212,6 +224,7 @@ private:
             co_await watch.async_wait(outcome);
             if (now() - lastHeard >= longestSilence) end(close_code::silent);
             if (house.settings.key() != key) end(close_code::otherKey);
+            seal.use(house.settings.sealKey());
         }
     }
 
@@ -241,6 +254,7 @@ private:
     asio::steady_timer filled; // cancelled when the outbox is not empty any more
     asio::steady_timer watch;
     asio::steady_timer farewell;
+    ReceiverSeal seal;
     Outbox outbox;
     MessagePace pace;
     TimePoint lastHeard;

@@ -1,5 +1,6 @@
 // The gateway between browsers and the receiver: an HTTP server for the page, and WebSockets of which each has a UDP
-// socket of its own. One binary message is one datagram, both ways, unchanged.
+// socket of its own. One binary message is one datagram, both ways, unchanged. The gateway adds the seals that the
+// receiver asks for, and takes them away.
 #pragma once
 
 #include "seal/pairing_key.h"
@@ -23,6 +24,9 @@ struct GatewaySettings {
     // The key at the moment. It is asked for at every new WebSocket and every second for those that are open: another
     // key closes them all.
     std::function<std::optional<PairingKey>()> key;
+
+    // The receiver's key that seals what goes to it. It is asked for as often; absent: nothing is sealed.
+    std::function<std::optional<PairingKey>()> sealKey;
 };
 
 struct StartProblem {

@@ -1,5 +1,7 @@
 #include "web/gateway/gateway_arguments.h"
 
+#include "web/gateway/key_file.h"
+
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -17,6 +19,11 @@ std::optional<std::uint16_t> portNumber(std::string_view text) {
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
     if (error != std::errc() || end != text.data() + text.size() || port == 0) return std::nullopt;
     return port;
+}
+
+// In a file, the key is not in the list of processes.
+std::optional<PairingKey> sealKeyOf(const std::string& text) {
+    return text.starts_with('@') ? readSealKey(text.substr(1)) : PairingKey::parse(text);
 }
 
 } // namespace
@@ -46,12 +53,14 @@ readGatewayArguments(std::span<const char* const> arguments,
                  "lumbrine-web");
     app.set_version_flag("--version", "lumbrine-web " LUMBRINE_VERSION, "print the version and end");
     app.set_help_flag("-h,--help", "print this and end");
-    app.footer("Environment variables:\n"
-               "  QV_WEB_PORT     the same as --port\n"
-               "  QV_PORT         port of a receiver on this computer (default 52700)\n"
-               "  XDG_STATE_HOME  the key is in lumbrine/web-key there (default ~/.local/state)\n"
-               "  LANGUAGE, LC_ALL, LC_MESSAGES, LANG\n"
-               "                  the first that is set chooses the language: Japanese (ja...) or English");
+    app.footer(
+        "Environment variables:\n"
+        "  QV_WEB_PORT     the same as --port\n"
+        "  QV_PORT         port of a receiver on this computer (default 52700)\n"
+        "  XDG_STATE_HOME  the key is in lumbrine/web-key there (default ~/.local/state), those of a receiver on\n"
+        "                  this computer in lumbrine/keys\n"
+        "  LANGUAGE, LC_ALL, LC_MESSAGES, LANG\n"
+        "                  the first that is set chooses the language: Japanese (ja...) or English");
     app.get_formatter()->column_width(28);
 
     const auto anyPort = [](const std::string& text) { return text == "0" ? 0 : portNumber(text); };
@@ -59,6 +68,11 @@ readGatewayArguments(std::span<const char* const> arguments,
         [=](const std::string& text) { return anyPort(text) ? "" : "is not a port number: " + text; }, "");
     const CLI::Validator isReceiver(
         [](const std::string& text) { return hostAndPort(text) ? "" : "is not HOST:PORT: " + text; }, "");
+    const CLI::Validator isSealKey(
+        [](const std::string& text) {
+            return sealKeyOf(text) ? "" : "is not a key of 26 letters and digits, nor @FILE with one";
+        },
+        "");
     app.add_option_function<std::string>(
            "--port", [&](const std::string& text) { read.port = *anyPort(text); },
            "TCP port (default 52780), 0: any free one")
@@ -74,6 +88,11 @@ readGatewayArguments(std::span<const char* const> arguments,
            "the receiver, if not on this computer")
         ->check(isReceiver)
         ->type_name("HOST:PORT");
+    app.add_option_function<std::string>(
+           "--seal-key", [&](const std::string& text) { read.sealKey = sealKeyOf(text); },
+           "seal messages with this key of a receiver elsewhere, or @FILE with it")
+        ->check(isSealKey)
+        ->type_name("KEY");
     CLI::Option* const certificate =
         app.add_option("--certificate", read.certificateChain, "serve HTTPS with this certificate chain (PEM)")
             ->type_name("FILE");

@@ -1,6 +1,8 @@
 // The command line and the environment of lumbrine-web.
 #pragma once
 
+#include "seal/pairing_key.h"
+
 #include <cstdint>
 #include <expected>
 #include <functional>
@@ -14,9 +16,12 @@ struct GatewayArguments {
     std::uint16_t port = 52780; // TCP; 0: any free one
     std::string receiverHost = "127.0.0.1";
     std::uint16_t receiverPort = 52700; // UDP
+    std::optional<PairingKey> sealKey;  // the receiver's
     std::string certificateChain;       // both file names, or both empty
     std::string privateKey;
     bool newKey = false;
+
+    bool isReceiverHere() const { return receiverHost == "127.0.0.1" || receiverHost == "localhost"; }
 };
 
 // What the program prints instead of starting, and its exit status, if the command line asks for help or the version,

@@ -73,6 +73,21 @@ TEST(GatewayArguments, TakeACertificateWithItsKeyOnly) {
     EXPECT_FALSE(readWith({"--key", "b.pem"}));
 }
 
+TEST(GatewayArguments, TakeTheReceiversKeyThatSeals) {
+    const auto read = readWith({"--seal-key", "742BCM0SCXPZA154Z02S9P89HC"});
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->sealKey, PairingKey::parse("742BCM0SCXPZA154Z02S9P89HC"));
+    EXPECT_EQ(readWith({})->sealKey, std::nullopt);
+    EXPECT_FALSE(readWith({"--seal-key", "742BCM"}));
+    EXPECT_FALSE(readWith({"--seal-key", "@/no/such/file"}));
+}
+
+TEST(GatewayArguments, TellAReceiverOnThisComputerFromOthers) {
+    EXPECT_TRUE(readWith({})->isReceiverHere());
+    EXPECT_TRUE(readWith({"--receiver", "localhost:5000"})->isReceiverHere());
+    EXPECT_FALSE(readWith({"--receiver", "studio.local:5000"})->isReceiverHere());
+}
+
 TEST(GatewayArguments, RefuseWhatTheyDoNotKnow) {
     for (const Words& words :
          {Words{"--unknown"}, Words{"x"}, Words{"--port"}, Words{"--port", "65536"}, Words{"--receiver", "studio"}}) {

@@ -1,6 +1,7 @@
 // lumbrine-web: the page for browsers, and the way of their messages to the receiver.
 #include "base/bilingual.h"
 #include "platform/linux/linux_system_info.h"
+#include "platform/linux/qr_lines.h"
 #include "platform/linux/running_page.h"
 #include "platform/posix/line_output.h"
 #include "platform/posix/posix_process_end.h"
@@ -8,7 +9,6 @@
 #include "web/gateway/gateway.h"
 #include "web/gateway/gateway_arguments.h"
 #include "web/gateway/key_file.h"
-#include "platform/linux/qr_lines.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -56,7 +56,8 @@ public:
                    .hostName = hostName(),
                    .certificateChain = arguments.certificateChain,
                    .privateKey = arguments.privateKey,
-                   .key = [path] { return readKey(*path); }},
+                   .key = [path] { return readKey(*path); },
+                   .sealKey = sealKeySource(arguments)},
                   [&](std::uint16_t port) {
                       announceToPrograms(arguments, port, *path);
                       say("✓ Browsers on :" + std::to_string(port), "✓ ブラウザ受付開始 :" + std::to_string(port));
@@ -74,6 +75,14 @@ private:
         return 1;
     }
 
+    // A receiver on this computer shows its keys to its user's programs.
+    std::function<std::optional<PairingKey>()> sealKeySource(const GatewayArguments& arguments) const {
+        const auto path = sealKeyFilePath([this](const std::string& name) { return system.environment(name); });
+        if (arguments.sealKey || !arguments.isReceiverHere() || !path)
+            return [given = arguments.sealKey] { return given; };
+        return [path] { return readSealKey(*path); };
+    }
+
     std::string sentence(const StartProblem& problem, const GatewayArguments& arguments) const {
         const std::string port = "TCP " + std::to_string(arguments.port);
         const std::string receiver = arguments.receiverHost;
@@ -89,7 +98,7 @@ private:
 
     // So that the receiver's window can show the address, too.
     void announceToPrograms(const GatewayArguments& arguments, std::uint16_t port, const std::string& keyPath) {
-        if (arguments.receiverHost != "127.0.0.1" && arguments.receiverHost != "localhost") return;
+        if (!arguments.isReceiverHere()) return;
         const std::string folder = std::filesystem::path(keyPath).parent_path();
         notice.emplace(folder, RunningPage{.secure = !arguments.certificateChain.empty(),
                                            .port = port,

@@ -94,6 +94,16 @@ TEST_F(KeyFile, WithoutAKeyHasNone) {
     EXPECT_FALSE(readKey(folder)) << "a folder";
 }
 
+TEST_F(KeyFile, OfTheReceiverHasTheKeyToSealWithOnItsFirstLine) {
+    EXPECT_FALSE(readSealKey(path));
+    write(path, "742BCM0SCXPZA154Z02S9P89HC studio\n014D2PF2DBSQQG28T5CY4TQKFF Yuki\n");
+    EXPECT_EQ(readSealKey(path), PairingKey::parse("742BCM0SCXPZA154Z02S9P89HC"));
+    write(path, "014D2PF2DBSQQG28T5CY4TQKFF");
+    EXPECT_EQ(readSealKey(path), PairingKey::parse("014D2PF2DBSQQG28T5CY4TQKFF"));
+    write(path, "");
+    EXPECT_FALSE(readSealKey(path));
+}
+
 TEST_F(KeyFile, ThatCannotBeMadeIsSaid) {
     write(folder / "file", "");
     const auto made = makeKey(folder / "file" / "web-key");
