@@ -153,7 +153,7 @@ TEST(LumbrineOnADesktop, CanBeUsedByKeyboardAlone) {
     const std::string reconnecting = "This feature requires Accessibility permission";
     const std::string sweeping = "▶ Test: sending track 1 sweep";
     ASSERT_TRUE(desktop.screen().focus(desktop.window(title).value()));
-    desktop.press({"Tab", "Tab", "space"}); // past the box about the program to the next control, and press it
+    desktop.press({"Tab", "Tab", "Tab", "space"}); // past all tracks and the box about the program, then press the next
     EXPECT_TRUE(says(reconnecting, 1));
     desktop.press({"Tab", "space"}); // the next one
     EXPECT_TRUE(says(sweeping, 1));
