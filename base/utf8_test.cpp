@@ -179,6 +179,11 @@ TEST(OnOneLine, LeavesOrdinaryTextAlone) {
 TEST(OnOneLine, PutsOneBlankForEachRunOfControlCharacters) {
     EXPECT_EQ(onOneLine("one\r\ntwo\tthree"), "one two three");
     EXPECT_EQ(onOneLine("\x1B[31mred\x7F"), " [31mred ");
+    EXPECT_EQ(onOneLine("a\x1F"
+                        "b\u009F"
+                        "c"),
+              "a b c");
+    EXPECT_EQ(onOneLine("a~\u00A0b"), "a~\u00A0b");
     EXPECT_EQ(onOneLine("a\u0085b\u2028c\u2029d"), "a b c d");
     EXPECT_EQ(onOneLine(std::string("nul\0nul", 7)), "nul nul");
 }

@@ -152,6 +152,14 @@ TEST_F(UDPServerSeal, DropsAFaderMoveThatANewerOneHasOvertaken) {
     expectDelivered(phone.address, other, moveTo(2, 1));
 }
 
+TEST_F(UDPServerSeal, RemembersNoMovesOfStripsThatThereAreNot) {
+    begin(phone);
+    const Bytes first = phone.sealed(moveTo(1, 16));
+    const Bytes second = phone.sealed(moveTo(2, 16));
+    expectDelivered(phone.address, second, moveTo(2, 16));
+    expectDelivered(phone.address, first, moveTo(1, 16));
+}
+
 TEST_F(UDPServerSeal, DropsATouchThatItsReleaseHasOvertaken) {
     begin(phone);
     const Bytes down = phone.sealed(touch);

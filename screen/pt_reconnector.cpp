@@ -70,10 +70,9 @@ private:
 
     // Pro Tools may be too busy to answer while it opens the dialog, so each look starts with new patience.
     Outcome awaitDialog() {
-        constexpr int looks = 25;
         const TimePoint end = std::min(runtime.now() + 5s, readingEnd);
         std::optional<NoReading> lastEnd;
-        for (int i = 0; i < looks && runtime.now() < end; ++i) {
+        while (runtime.now() < end) {
             ElementAccess look(screen, runtime, readingEnd - runtime.now());
             if (const std::optional<ElementHandle> dialog = findWindow(look)) return confirm(*dialog);
             lastEnd = look.unanswered() > 0 ? look.ended().value_or(NoReading::noAnswer) : look.ended();

@@ -135,6 +135,14 @@ TEST(TrackSurvey, TakesTheLastBankAsFilledWhereNamesOrFadersSaySo) {
     EXPECT_THAT(column(unfilled.session(), &Track::fader), ElementsAre(0.1, 0.2, 0.3, 0.4, 0.5, 0.6));
 }
 
+TEST(SurveyedBank, IsUniformWhereEachStripShowsTheSame) {
+    EXPECT_TRUE((SurveyedBank{.names = {"Vox", "Vox", "Vox"}, .faders = {0.5, 0.5, 0.5}}.isUniform()));
+    EXPECT_FALSE((SurveyedBank{.names = {"Kick", "Vox", "Vox"}, .faders = {0.5, 0.5, 0.5}}.isUniform()));
+    EXPECT_FALSE((SurveyedBank{.names = {"Vox", "Vox", "Vox"}, .faders = {0.5, 0.5, 0.4}}.isUniform()));
+    EXPECT_FALSE((SurveyedBank{.names = {"Vox", "Kick"}, .faders = {0.5, 0.5}}.isUniform()));
+    EXPECT_FALSE((SurveyedBank{.names = {"", ""}, .faders = {0.0, 0.0}}.isUniform()));
+}
+
 TEST(TrackSurvey, ExpectsAnotherBankWhileTheListThatAgreesHasOne) {
     TrackSurvey survey(width, {"声", "声", "声", "声", "声"});
     const SurveyedBank bank{.names = {"", "", "", ""}, .faders = {0.0, 0.0, 0.0, 0.0}};

@@ -145,6 +145,7 @@ TEST_F(AutomationModesTest, AModeThatStaysFor300MillisecondsAfterAProbeIsAName) 
     EXPECT_EQ(state.published.strips[3].name, "Kick");
     bench.run(1ms);
     EXPECT_EQ(state.published.strips[3].name, "Read");
+    EXPECT_EQ(bench.parts().displays.age(), 0ms); // a job that moves the banks sees that they have not settled
 }
 
 TEST_F(AutomationModesTest, AModeOnAStripThatIsNotProbedIsAName) {

@@ -236,6 +236,13 @@ TEST_F(ClientCommandsTest, PressesAndMovesDoNotWaitForTheMainThread) {
     EXPECT_EQ(bench.model->published().strips[3].fader, 1.0);
 }
 
+TEST_F(ClientCommandsTest, AFaderMoveIsAHandBeforeTheMainThreadKnowsIt) {
+    ASSERT_FALSE(bench.state().handsOn(now()));
+    phone->send({0x01, 0x01, 0x03, 0x3F, 0xFF});
+    world.runtime.sleepFor(1ms); // runs no job of the main thread
+    EXPECT_TRUE(bench.state().handsOn(now()));
+}
+
 // ---- What is dropped
 
 TEST_F(ClientCommandsTest, ADatagramShorterThanItsMessageIsDropped) {

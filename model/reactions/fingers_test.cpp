@@ -92,6 +92,16 @@ TEST_F(FingersTest, AreTouchedAgainWhenTheClientIsBackInTime) {
     EXPECT_TRUE(isTouched(third));
 }
 
+TEST_F(FingersTest, AreReleasedAgainWhenTheClientThatWasBackFallsSilent) {
+    touchEveryHalfSecond(third, 500ms);
+    bench.run(2s);
+    touch(third);
+    onA();
+    bench.run(1500ms);
+    EXPECT_THAT(onA(), ElementsAre("3500ms B0 0F 02", "3500ms B0 2F 00"));
+    EXPECT_FALSE(isTouched(third));
+}
+
 TEST_F(FingersTest, OfANewOwnerAreItsOwn) {
     touchEveryHalfSecond(third, 500ms);
     const auto other = bench.phone("192.168.1.8");
