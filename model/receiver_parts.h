@@ -44,7 +44,7 @@ struct ReceiverParts {
 
     // bank/
     BankMap bankMap;
-    FaderCapture capture;
+    TrackCapture capture;
     SurfaceMoves moves;
     SurfaceWalk walk;
     Calibration calibration;

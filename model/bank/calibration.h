@@ -7,8 +7,8 @@
 // larger one no position is known.
 #pragma once
 
-#include "model/bank/fader_capture.h"
 #include "model/bank/surface_moves.h"
+#include "model/bank/track_capture.h"
 #include "model/bank/track_survey.h"
 #include "model/hands/desk_queue.h"
 #include "model/tracks/track_metadata.h"
@@ -30,7 +30,7 @@ public:
         DeskQueue& queue;
         SurfaceMoves& moves;
         BankMap& bankMap;
-        FaderCapture& capture;
+        TrackCapture& capture;
         ClientMirror& mirror;
         TrackMetadata& metadata;
     };

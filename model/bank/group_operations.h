@@ -25,7 +25,7 @@ public:
         Surfaces& surfaces;
         SurfaceMoves& moves;
         SurfaceWalk& walk;
-        FaderCapture& capture;
+        TrackCapture& capture;
         AutomationModes& automation;
         ClientMirror& mirror;
         const TrackTable& table;

@@ -5,7 +5,7 @@
 
 #include "model/bank/bank_map.h"
 #include "model/bank/calibration.h"
-#include "model/bank/fader_capture.h"
+#include "model/bank/track_capture.h"
 #include "model/tracks/track_metadata.h"
 
 #include <vector>
@@ -19,7 +19,7 @@ public:
 
     struct Parts {
         BankMap& bankMap;
-        FaderCapture& capture;
+        TrackCapture& capture;
         ClientMirror& mirror;
         TrackMetadata& metadata;
         Calibration& calibration;

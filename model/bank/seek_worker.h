@@ -6,8 +6,8 @@
 // nearer.
 #pragma once
 
-#include "model/bank/fader_capture.h"
 #include "model/bank/surface_moves.h"
+#include "model/bank/track_capture.h"
 #include "model/hands/automation_modes.h"
 #include "model/hands/desk_queue.h"
 
@@ -25,7 +25,7 @@ public:
         DeskQueue& queue;
         SurfaceMoves& moves;
         BankMap& bankMap;
-        FaderCapture& capture;
+        TrackCapture& capture;
         ClientMirror& mirror;
         AutomationModes& automation;
         DroppedCommands& drops;

@@ -5,8 +5,8 @@
 // it was asked for the last time. Of walks of one kind one waits.
 #pragma once
 
-#include "model/bank/fader_capture.h"
 #include "model/bank/surface_moves.h"
+#include "model/bank/track_capture.h"
 #include "model/hands/desk_queue.h"
 
 #include <functional>
@@ -41,7 +41,7 @@ public:
         DeskQueue& queue;
         SurfaceMoves& moves;
         BankMap& bankMap;
-        FaderCapture& capture;
+        TrackCapture& capture;
         ClientMirror& mirror;
         DroppedCommands& drops;
     };

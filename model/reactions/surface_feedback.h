@@ -3,7 +3,7 @@
 #pragma once
 
 #include "model/bank/calibration.h"
-#include "model/bank/fader_capture.h"
+#include "model/bank/track_capture.h"
 #include "model/hands/automation_modes.h"
 #include "model/hands/display_watch.h"
 #include "model/hands/surfaces.h"
@@ -31,7 +31,7 @@ public:
         SwitchTracker& switches;
         BankMap& bankMap;
         Calibration& calibration;
-        FaderCapture& capture;
+        TrackCapture& capture;
         TrackMetadata& metadata;
         Meters& meters;
         DisplayWatch& displays;

@@ -12,11 +12,11 @@
 
 namespace lumbrine {
 
-class FaderCapture {
+class TrackCapture {
 public:
     static constexpr Duration stillness = seconds(0.15);
 
-    FaderCapture(const Jobs& jobs, ReceiverState& state, const BankMap& bankMap, DisplayWatch& displays);
+    TrackCapture(const Jobs& jobs, ReceiverState& state, const BankMap& bankMap, DisplayWatch& displays);
 
     // Pro Tools has shown a value of that strip. Main thread, like the next three.
     void faderShown(Strip strip);

@@ -1,4 +1,4 @@
-#include "model/bank/fader_capture.h"
+#include "model/bank/track_capture.h"
 
 #include <algorithm>
 #include <cassert>
@@ -6,39 +6,39 @@
 
 namespace lumbrine {
 
-FaderCapture::FaderCapture(const Jobs& jobs, ReceiverState& state, const BankMap& bankMap, DisplayWatch& displays)
+TrackCapture::TrackCapture(const Jobs& jobs, ReceiverState& state, const BankMap& bankMap, DisplayWatch& displays)
     : jobs(jobs), state(state), bankMap(bankMap), displays(displays) {}
 
-void FaderCapture::faderShown(Strip strip) {
+void TrackCapture::faderShown(Strip strip) {
     assert(jobs.runtime.onMain());
     fresh[strip.slot()] = jobs.runtime.now();
     captureSoon();
 }
 
-void FaderCapture::selectsShown() {
+void TrackCapture::selectsShown() {
     freshSelects = jobs.runtime.now();
     captureSoon();
 }
 
-void FaderCapture::namesShown() {
+void TrackCapture::namesShown() {
     fresh.fill(jobs.runtime.now());
     selectsShown();
 }
 
-void FaderCapture::allShown() {
+void TrackCapture::allShown() {
     const TimePoint now = jobs.runtime.now();
     for (StripState& strip : state.published.strips)
         if (!strip.mayKeepFaderBack(now)) strip.believeShownFader();
     namesShown();
 }
 
-void FaderCapture::captureNow() {
+void TrackCapture::captureNow() {
     jobs.runOnMain([this] {
         if (isSure()) capture(jobs.runtime.now());
     });
 }
 
-void FaderCapture::captureSoon() {
+void TrackCapture::captureSoon() {
     if (std::exchange(looking, true)) return;
     jobs.onMainAfter(stillness, [this] {
         looking = false;
@@ -50,20 +50,20 @@ void FaderCapture::captureSoon() {
     });
 }
 
-bool FaderCapture::isSure() const {
+bool TrackCapture::isSure() const {
     return displays.age() >= stillness && bankMap.isSure();
 }
 
-bool FaderCapture::anyFresh() const {
+bool TrackCapture::anyFresh() const {
     return freshSelects || std::ranges::any_of(fresh, [](const auto& shown) { return shown.has_value(); });
 }
 
-void FaderCapture::capture(TimePoint shownUntil) {
+void TrackCapture::capture(TimePoint shownUntil) {
     captureFaders(shownUntil);
     captureSelects(shownUntil);
 }
 
-void FaderCapture::captureFaders(TimePoint shownUntil) {
+void TrackCapture::captureFaders(TimePoint shownUntil) {
     for (std::size_t slot = 0; slot < fresh.size(); ++slot) {
         if (!fresh[slot] || *fresh[slot] > shownUntil) continue;
         fresh[slot].reset();
@@ -74,7 +74,7 @@ void FaderCapture::captureFaders(TimePoint shownUntil) {
     }
 }
 
-void FaderCapture::captureSelects(TimePoint shownUntil) {
+void TrackCapture::captureSelects(TimePoint shownUntil) {
     if (!freshSelects || *freshSelects > shownUntil) return;
     freshSelects.reset();
     for (std::size_t slot = 0; slot < stripCount; ++slot) {
@@ -84,7 +84,7 @@ void FaderCapture::captureSelects(TimePoint shownUntil) {
     }
 }
 
-Track* FaderCapture::trackOn(std::size_t slot) {
+Track* TrackCapture::trackOn(std::size_t slot) {
     const auto index = slot < state.published.shownStrips().size() ? state.published.trackOn(slot) : std::nullopt;
     if (!index) return nullptr;
     Track& track = state.published.session.tracks[*index];

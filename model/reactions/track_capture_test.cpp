@@ -5,12 +5,12 @@
 namespace lumbrine {
 namespace {
 
-class FaderCaptureTest : public ModelTest {
+class TrackCaptureTest : public ModelTest {
 protected:
     // What strip i shows from now on; names are still.
     void show(int i, double value) {
         bench.parts().feedback.faderFeedback(*Strip::of(i), value);
-        bench.run(FaderCapture::stillness);
+        bench.run(TrackCapture::stillness);
     }
 
     void setSession(const std::vector<std::string>& names, int offset) {
@@ -30,14 +30,14 @@ protected:
     ReceiverState& state = bench.state();
 };
 
-TEST_F(FaderCaptureTest, KeepsAFaderForTheTrackThatTheStripShows) {
+TEST_F(TrackCaptureTest, KeepsAFaderForTheTrackThatTheStripShows) {
     setSession({"a", "b", "c"}, 1);
     show(1, 0.5);
     EXPECT_THAT(kept(), ElementsAre(std::nullopt, std::nullopt, 0.5));
     EXPECT_TRUE(state.fullTableDirty);
 }
 
-TEST_F(FaderCaptureTest, ChangesNothingForTheSameValue) {
+TEST_F(TrackCaptureTest, ChangesNothingForTheSameValue) {
     setSession({"a"}, 0);
     show(0, 0.5);
     state.fullTableDirty = false;
@@ -47,13 +47,13 @@ TEST_F(FaderCaptureTest, ChangesNothingForTheSameValue) {
     EXPECT_TRUE(state.fullTableDirty);
 }
 
-TEST_F(FaderCaptureTest, KeepsNothingBeyondTheLastTrack) {
+TEST_F(TrackCaptureTest, KeepsNothingBeyondTheLastTrack) {
     setSession({"a", "b"}, 1);
     show(1, 0.5);
     EXPECT_FALSE(state.fullTableDirty);
 }
 
-TEST_F(FaderCaptureTest, KeepsNothingWhileThePositionIsNotSure) {
+TEST_F(TrackCaptureTest, KeepsNothingWhileThePositionIsNotSure) {
     setSession({"a"}, -1);
     show(1, 0.5);
     state.published.bankOffset = 0;
@@ -66,16 +66,16 @@ TEST_F(FaderCaptureTest, KeepsNothingWhileThePositionIsNotSure) {
 }
 
 // Pro Tools may not have got it, or not have followed.
-TEST_F(FaderCaptureTest, KeepsNoMoveOfTheClientThatProToolsHasNotShown) {
+TEST_F(TrackCaptureTest, KeepsNoMoveOfTheClientThatProToolsHasNotShown) {
     setSession({"a"}, 0);
     show(0, 0.5);
     state.published.strips[0].fader = 0.9; // by the client
     bench.parts().capture.allShown();
-    bench.run(FaderCapture::stillness);
+    bench.run(TrackCapture::stillness);
     EXPECT_THAT(kept(), ElementsAre(0.5));
 }
 
-TEST_F(FaderCaptureTest, KeepsNothingUntilNamesAreStill) {
+TEST_F(TrackCaptureTest, KeepsNothingUntilNamesAreStill) {
     setSession({"a", "b"}, 0);
     bench.parts().feedback.faderFeedback(*Strip::of(0), 0.5); // of the track whose name comes next
     bench.run(149ms);
@@ -87,31 +87,31 @@ TEST_F(FaderCaptureTest, KeepsNothingUntilNamesAreStill) {
     EXPECT_THAT(kept(), ElementsAre(std::nullopt, 0.5));
 }
 
-TEST_F(FaderCaptureTest, KeepsWhichTracksAreSelected) {
+TEST_F(TrackCaptureTest, KeepsWhichTracksAreSelected) {
     setSession({"a", "b", "c"}, 1);
     select(0, true);
-    bench.run(FaderCapture::stillness);
+    bench.run(TrackCapture::stillness);
     EXPECT_THAT(column(state.published.session, &Track::select), ElementsAre(false, true, false));
     EXPECT_TRUE(state.fullTableDirty);
     select(0, false);
-    bench.run(FaderCapture::stillness);
+    bench.run(TrackCapture::stillness);
     EXPECT_THAT(column(state.published.session, &Track::select), ElementsAre(false, false, false));
 }
 
 // Pro Tools need not send again what is the same.
-TEST_F(FaderCaptureTest, KeepsWhatIsTrueOfTheTracksBeforeToo) {
+TEST_F(TrackCaptureTest, KeepsWhatIsTrueOfTheTracksBeforeToo) {
     setSession({"a", "b", "c"}, 0);
     select(0, true);
     show(0, 0.5);
     name(0, "b");
     name(1, "c");
     name(2, "");
-    bench.run(2 * FaderCapture::stillness);
+    bench.run(2 * TrackCapture::stillness);
     EXPECT_THAT(kept(), ElementsAre(0.5, 0.5, std::nullopt));
     EXPECT_THAT(column(state.published.session, &Track::select), ElementsAre(true, true, false));
 }
 
-TEST_F(FaderCaptureTest, KeepsWhatIsShownWhenAValueStandsInAName) {
+TEST_F(TrackCaptureTest, KeepsWhatIsShownWhenAValueStandsInAName) {
     setSession({"a", "b", "c"}, 0);
     name(1, "-6.2");
     show(1, 0.5);
