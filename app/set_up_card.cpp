@@ -46,6 +46,15 @@ std::string spokenState(CheckState state, const Bilingual& text) {
     return text("Not known: ", "不明: ");
 }
 
+// One step at a time: nobody should set up Pro Tools while something is broken.
+void keepOneAdvice(std::vector<SetUpRow>& rows) {
+    auto next = std::ranges::find(rows, CheckState::wrong, &SetUpRow::state);
+    if (next == rows.end())
+        next = std::ranges::find_if(rows, [](const SetUpRow& row) { return row.state != CheckState::fine; });
+    for (auto row = rows.begin(); row != rows.end(); ++row)
+        if (row != next) row->advice.clear();
+}
+
 std::string bothControllers(const Bilingual& text) {
     return text(
         "In Pro Tools open Setup ▸ Peripherals ▸ MIDI Controllers and fill in two rows: Type = HUI, Receive From "
@@ -68,8 +77,8 @@ SetUpCard setUpCard(const PublishedState& published, HostSystem system, const Bi
 
     SetUpCard card{.shown = true, .title = text("Set up", "セットアップ")};
     const auto add = [&card, &text](CheckState state, const std::string& sentence, const std::string& advice) {
-        card.rows.push_back({.state = state, .text = sentence, .spoken = spokenState(state, text) + sentence});
-        if (card.advice.empty() && state != CheckState::fine) card.advice = advice;
+        card.rows.push_back(
+            {.state = state, .text = sentence, .spoken = spokenState(state, text) + sentence, .advice = advice});
     };
     add(midi.state, midi.sentence, midi.remedy);
     const bool onlyFirst = first.state == CheckState::fine && second.state != CheckState::wrong;
@@ -93,6 +102,7 @@ SetUpCard setUpCard(const PublishedState& published, HostSystem system, const Bi
     } else {
         add(CheckState::fine, text("Nothing else is in the way.", "その他の問題はありません。"), {});
     }
+    keepOneAdvice(card.rows);
     return card;
 }
 

@@ -15,7 +15,8 @@ namespace lumbrine {
 struct SetUpRow {
     CheckState state;
     std::string text;
-    std::string spoken; // for screen readers: "Done: …"
+    std::string spoken;      // for screen readers: "Done: …"
+    std::string advice = {}; // what to do; only one row has it: the first with a fault, else the first to do
 
     bool operator==(const SetUpRow&) const = default;
 };
@@ -24,7 +25,6 @@ struct SetUpCard {
     bool shown = false;
     std::string title = {};
     std::vector<SetUpRow> rows = {}; // four
-    std::string advice = {};         // for the first row that is not fine; empty when all are
 
     bool operator==(const SetUpCard&) const = default;
 };

@@ -6,7 +6,10 @@ namespace lumbrine {
 namespace {
 
 using testing::AllOf;
+using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Pair;
 
 const Bilingual cardEnglish(false);
 
@@ -27,6 +30,14 @@ SetUpCard cardOf(const PublishedState& published) {
     return setUpCard(published, HostSystem::linuxDesktop, cardEnglish);
 }
 
+// What there is to do, and in which row it stands.
+std::map<std::size_t, std::string> advices(const SetUpCard& card) {
+    std::map<std::size_t, std::string> all;
+    for (std::size_t i = 0; i < card.rows.size(); ++i)
+        if (!card.rows[i].advice.empty()) all[i] = card.rows[i].advice;
+    return all;
+}
+
 std::vector<CheckState> states(const SetUpCard& card) {
     std::vector<CheckState> all;
     for (const SetUpRow& row : card.rows)
@@ -39,7 +50,7 @@ TEST(SetUpCard, HasFourTicksWhenEverythingWorks) {
     EXPECT_EQ(states(card), std::vector<CheckState>(4, CheckState::fine));
     EXPECT_EQ(card.rows[1].text, "Pro Tools talks to “Lumbrine” and “Lumbrine B”.");
     EXPECT_EQ(card.rows[2].text, "192.168.1.7 is connected.");
-    EXPECT_EQ(card.advice, "");
+    EXPECT_THAT(advices(card), IsEmpty());
 }
 
 TEST(SetUpCard, SaysHowToSetUpBothControllers) {
@@ -48,7 +59,7 @@ TEST(SetUpCard, SaysHowToSetUpBothControllers) {
     published.winW = 8;
     const SetUpCard card = cardOf(published);
     EXPECT_EQ(card.rows[1].state, CheckState::waiting);
-    EXPECT_THAT(card.advice, AllOf(HasSubstr("Setup ▸ Peripherals"), HasSubstr("Lumbrine B")));
+    EXPECT_THAT(advices(card), ElementsAre(Pair(1, AllOf(HasSubstr("Setup ▸ Peripherals"), HasSubstr("Lumbrine B")))));
 }
 
 TEST(SetUpCard, TakesOneSurfaceForASetUpThatIsDone) {
@@ -63,9 +74,16 @@ TEST(SetUpCard, AdvisesOnTheFirstThingThatIsMissing) {
     PublishedState published = everythingWorks();
     published.iosConnected = false;
     published.health.lastClient.clear();
-    EXPECT_THAT(cardOf(published).advice, HasSubstr("Open the app on a phone"));
+    EXPECT_THAT(advices(cardOf(published)), ElementsAre(Pair(2, HasSubstr("Open the app on a phone"))));
     published.health.midi.state = LinkHealth::State::down;
-    EXPECT_THAT(cardOf(published).advice, HasSubstr("Start a JACK server"));
+    EXPECT_THAT(advices(cardOf(published)), ElementsAre(Pair(0, HasSubstr("Start a JACK server"))));
+}
+
+TEST(SetUpCard, AdvisesOnAFaultBeforeWhatIsStillToDo) {
+    PublishedState published;
+    published.health.midi.state = LinkHealth::State::up;
+    published.health.udp = {.state = LinkHealth::State::down, .detail = "bind: Address already in use"};
+    EXPECT_THAT(advices(cardOf(published)), ElementsAre(Pair(3, HasSubstr("End the program that has the port"))));
 }
 
 TEST(SetUpCard, KeepsAClosedPortInSight) {

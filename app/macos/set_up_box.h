@@ -22,11 +22,11 @@ private:
     struct Row {
         NSTextField* _Nonnull mark;
         NSTextField* _Nonnull text;
+        NSTextField* _Nonnull advice; // below the text
     };
 
     NSTextField* const _Nonnull title = label({});
     std::vector<Row> rows;
-    NSTextField* const _Nonnull advice = [NSTextField wrappingLabelWithString:@""];
     NSStackView* const _Nonnull stack = [[NSStackView alloc] init];
     SetUpCard drawn;
 };

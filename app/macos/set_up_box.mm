@@ -28,18 +28,20 @@ SetUpBox::SetUpBox() {
     title.font = [NSFont systemFontOfSize:NSFont.systemFontSize weight:NSFontWeightSemibold];
     [stack addArrangedSubview:title];
     for (std::size_t i = 0; i < rowCount; ++i) {
-        const Row made{.mark = label({}), .text = [NSTextField wrappingLabelWithString:@""]};
+        const Row made{.mark = label({}),
+                       .text = [NSTextField wrappingLabelWithString:@""],
+                       .advice = [NSTextField wrappingLabelWithString:@""]};
         made.mark.accessibilityElement = NO;
         [made.mark.widthAnchor constraintEqualToConstant:markWidth].active = YES;
-        letItShrink(made.text);
+        made.advice.textColor = signalColor([](const SignalColours& signals) { return signals.quiet; });
+        for (NSTextField* text : {made.text, made.advice})
+            letItShrink(text);
         NSStackView* const both = row(@[ made.mark, made.text ]);
         both.alignment = NSLayoutAttributeFirstBaseline;
         [stack addArrangedSubview:both];
+        [stack addArrangedSubview:made.advice];
         rows.push_back(made);
     }
-    advice.textColor = signalColor([](const SignalColours& signals) { return signals.quiet; });
-    letItShrink(advice);
-    [stack addArrangedSubview:advice];
     stack.hidden = YES;
 }
 
@@ -55,9 +57,9 @@ void SetUpBox::show(const SetUpCard& card) {
         rows[i].mark.textColor = colorOf(wanted.state);
         setText(rows[i].text, wanted.text);
         rows[i].text.accessibilityLabel = shownText(wanted.spoken);
+        setText(rows[i].advice, wanted.advice);
+        rows[i].advice.hidden = wanted.advice.empty();
     }
-    setText(advice, card.advice);
-    advice.hidden = card.advice.empty();
 }
 
 } // namespace lumbrine

@@ -134,7 +134,7 @@ TEST_F(ReceiverWindowTest, ShowsTheCardOfTheSetUpOnlyWhileThereIsOne) {
     EXPECT_TRUE(box->isVisible());
     for (const SetUpRow& row : card.rows)
         EXPECT_THAT(labels(), testing::Contains(row.text));
-    EXPECT_THAT(labels(), testing::Contains(card.advice));
+    EXPECT_THAT(labels(), testing::Contains(card.rows[1].advice));
     card = {};
     open();
     EXPECT_FALSE(box->isVisible());

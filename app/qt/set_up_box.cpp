@@ -25,7 +25,7 @@ void colour(QLabel* label, const QColor& wanted) {
 
 } // namespace
 
-SetUpBox::SetUpBox(QWidget* parent) : Card(parent), title(wrappingLabel(this)), advice(wrappingLabel(this)) {
+SetUpBox::SetUpBox(QWidget* parent) : Card(parent), title(wrappingLabel(this)) {
     auto* grid = new QGridLayout(this);
     grid->setContentsMargins(12, 8, 12, 8);
     grid->setHorizontalSpacing(8);
@@ -37,13 +37,13 @@ SetUpBox::SetUpBox(QWidget* parent) : Card(parent), title(wrappingLabel(this)), 
     grid->addWidget(title, 0, 0, 1, 2);
     int line = 1;
     for (Row& row : rows) {
-        row = {.mark = new QLabel(this), .text = wrappingLabel(this)};
+        row = {.mark = new QLabel(this), .text = wrappingLabel(this), .advice = wrappingLabel(this)};
         row.mark->setFont(bold);
+        row.advice->setTextInteractionFlags(Qt::TextSelectableByMouse);
         grid->addWidget(row.mark, line, 0, Qt::AlignTop);
         grid->addWidget(row.text, line++, 1);
+        grid->addWidget(row.advice, line++, 1);
     }
-    advice->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    grid->addWidget(advice, line, 1);
     hide();
 }
 
@@ -57,9 +57,9 @@ void SetUpBox::display(const SetUpCard& card) {
         rows[i].mark->setText(shown(markOf(card.rows[i].state)).trimmed());
         rows[i].text->setText(shown(card.rows[i].text));
         rows[i].text->setAccessibleName(shown(card.rows[i].spoken));
+        rows[i].advice->setText(shown(card.rows[i].advice));
+        rows[i].advice->setVisible(!card.rows[i].advice.empty());
     }
-    advice->setText(shown(card.advice));
-    advice->setVisible(!card.advice.empty());
     tint();
 }
 
@@ -70,9 +70,10 @@ void SetUpBox::changeEvent(QEvent* event) {
 
 void SetUpBox::tint() {
     const Colours colours(palette());
-    for (std::size_t i = 0; i < rows.size() && i < drawn.rows.size(); ++i)
+    for (std::size_t i = 0; i < rows.size() && i < drawn.rows.size(); ++i) {
         colour(rows[i].mark, colours.of(drawn.rows[i].state));
-    colour(advice, colours.secondary);
+        colour(rows[i].advice, colours.secondary);
+    }
 }
 
 } // namespace lumbrine

@@ -21,13 +21,13 @@ private:
     struct Row {
         QLabel* mark;
         QLabel* text;
+        QLabel* advice; // below the text
     };
 
     void tint();
 
     QLabel* const title;
     std::array<Row, 4> rows{};
-    QLabel* const advice;
     SetUpCard drawn;
 };
 
