@@ -93,6 +93,7 @@ SessionBox::SessionBox(Listener given, QWidget* parent)
     list->verticalHeader()->hide();
     list->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     list->horizontalHeader()->setHighlightSections(false);
+    list->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     note->setTextFormat(Qt::PlainText);
     note->setWordWrap(true);
     auto* page = new QVBoxLayout(this);
