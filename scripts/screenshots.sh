@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# screenshots.sh BIN: takes the pictures in docs/images from the programs in BIN, on the virtual X server Xvfb.
+# screenshots.sh BIN: takes the pictures in docs/images from the programs in BIN, on the virtual X server Xvfb; and into
+# build/pictures, to be looked at, the window in each state, in both languages, light and dark.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bin=$1
@@ -13,7 +14,8 @@ finish() {
 }
 trap finish EXIT
 
-mkdir -p "$out"
+mkdir -p "$out" build/pictures
+"$bin/window_pictures" build/pictures
 Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp -noreset 3>"$work/display" >/dev/null 2>&1 &
 started+=("$!")
 until [ -s "$work/display" ]; do sleep 0.05; done
@@ -69,7 +71,6 @@ for LANGUAGE in en ja; do
 done
 
 # The page for browsers. All of its pictures stay in build/pictures to be looked at; docs/web.md shows two of them.
-mkdir -p build/pictures
 LUMBRINE_BIN=$bin node web/tests/pictures.js build/pictures
 for name in strips-phone-en tracks-phone-ja; do
     convert "build/pictures/web-$name.png" -resize 50% -strip +dither -colors 96 \

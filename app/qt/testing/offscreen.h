@@ -2,13 +2,13 @@
 #pragma once
 
 #include "app/qt/receiver_shell.h"
+#include "app/qt/testing/palettes.h"
 #include "app/receiver_app.h"
 #include "app/testing/fake_login_service.h"
 #include "model/testing/model_test.h"
 
 #include <QAbstractButton>
 #include <QLabel>
-#include <QPalette>
 #include <QWidget>
 #include <string>
 #include <vector>
@@ -17,9 +17,6 @@ namespace lumbrine {
 
 // Everything that waits in the toolkit's queue, drawing included.
 void settleToolkit();
-
-QPalette lightPalette();
-QPalette darkPalette();
 
 // The visible labels' texts that do not fit where they stand.
 std::vector<std::string> cutTexts(const QWidget& window);
