@@ -76,12 +76,17 @@ std::array<ScreenButton, 4> moveButtons(const Bilingual& text) {
 void describe(StripView& view, std::size_t strip, const Bilingual& text) {
     view.spokenName = std::to_string(strip + 1);
     if (!view.shownName().empty()) view.spokenName += " " + view.shownName();
-    view.spokenValue = std::to_string(std::lround(view.fader * 100)) + " %";
-    if (view.mute) view.spokenValue += text(", muted", "、ミュート中");
-    if (view.impliedMute) view.spokenValue += text(", muted by a solo", "、他トラックのソロによりミュート中");
-    if (view.solo) view.spokenValue += text(", soloed", "、ソロ中");
-    if (view.select) view.spokenValue += text(", selected", "、選択中");
-    view.spoken = view.spokenName + text(", ", "、") + view.spokenValue;
+    const std::string comma = text(", ", "、");
+    const auto light = [&](bool on, const std::string& words) {
+        if (on) view.spokenLights += (view.spokenLights.empty() ? "" : comma) + words;
+    };
+    light(view.mute, text("muted", "ミュート中"));
+    light(view.impliedMute, text("muted by a solo", "他トラックのソロによりミュート中"));
+    light(view.solo, text("soloed", "ソロ中"));
+    light(view.select, text("selected", "選択中"));
+    view.spokenValue = std::to_string(std::lround(view.percent())) + " %";
+    if (!view.spokenLights.empty()) view.spokenValue += comma + view.spokenLights;
+    view.spoken = view.spokenName + comma + view.spokenValue;
 }
 
 StripView stripView(const PublishedState& published, std::size_t strip, const Bilingual& text, TimePoint now) {
@@ -97,7 +102,8 @@ StripView stripView(const PublishedState& published, std::size_t strip, const Bi
                    .select = shown.select,
                    .spoken = {},
                    .spokenName = {},
-                   .spokenValue = {}};
+                   .spokenValue = {},
+                   .spokenLights = {}};
     if (const auto index = published.trackOn(strip)) {
         const Track& track = published.session.tracks[*index];
         view.fullName = track.name.value_or("");
@@ -127,6 +133,10 @@ std::vector<StripView> stripViews(const PublishedState& published, const Bilingu
 }
 
 } // namespace
+
+double StripView::percent() const {
+    return std::round(fader * 100);
+}
 
 // The names of Apple's SF Symbols, for the Mac application. The Qt window draws its own icons.
 std::string_view symbolName(Symbol symbol) {

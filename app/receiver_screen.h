@@ -95,9 +95,12 @@ struct StripView {
     bool impliedMute = false; // another track's solo mutes it; never together with `mute`
     bool solo = false;
     bool select = false;
-    std::string spoken;      // for tooltips: "1 Kick, 72 %, muted"
-    std::string spokenName;  // for screen readers, like the next: "1 Kick"
-    std::string spokenValue; // "72 %, muted"
+    std::string spoken;       // for tooltips: "1 Kick, 72 %, muted"
+    std::string spokenName;   // for screen readers, like the next two: "1 Kick"
+    std::string spokenValue;  // "72 %, muted"
+    std::string spokenLights; // "muted", for readers that say the fader's value by themselves
+
+    double percent() const; // of the fader's way, without decimals
 
     const std::string& shownName() const { return fullName.empty() ? name : fullName; }
 

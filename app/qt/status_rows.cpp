@@ -5,6 +5,7 @@
 #include "app/qt/texts.h"
 
 #include <QAccessible>
+#include <QAccessibleWidget>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QPainter>
@@ -46,7 +47,18 @@ void Card::paintEvent(QPaintEvent*) {
 
 // ---- StatusRow
 
+namespace {
+
+// Screen readers speak a notification when it appears.
+QAccessibleInterface* makeNotification(const QString& /*className*/, QObject* object) {
+    auto* row = dynamic_cast<StatusRow*>(object);
+    return row == nullptr ? nullptr : new QAccessibleWidget(row, QAccessible::Notification);
+}
+
+} // namespace
+
 StatusRow::StatusRow(QWidget* parent) : QWidget(parent), title(new QLabel(this)), detail(new QLabel(this)) {
+    QAccessible::installFactory(makeNotification); // once: Qt keeps no second one of the same function
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(lightWidth, 2, 0, 2);
     row->setSpacing(12);
@@ -71,7 +83,7 @@ void StatusRow::display(const StatusItem& item) {
     detail->setText(shown(item.detail));
     setAccessibleName(name);
     if (!isTurn) return; // a screen reader announces who comes and goes, and not every ping
-    QAccessibleEvent event(this, QAccessible::Alert);
+    QAccessibleEvent event(this, QAccessible::ObjectShow);
     QAccessible::updateAccessibility(&event);
 }
 

@@ -11,7 +11,7 @@ namespace lumbrine {
 namespace {
 
 // Looks everything up in the view when it is asked, so it has nothing to keep up to date.
-class StripElement final : public QAccessibleInterface {
+class StripElement final : public QAccessibleInterface, public QAccessibleValueInterface {
 public:
     StripElement(StripsView& view, int number) : view(view), number(number) {}
 
@@ -29,8 +29,18 @@ public:
         if (!isValid()) return {};
         if (kind == QAccessible::Name) return shown(view.strip(number).spokenName);
         if (kind == QAccessible::Value) return shown(view.strip(number).spokenValue);
+        if (kind == QAccessible::Description) return shown(view.strip(number).spokenLights);
         return {};
     }
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this) : nullptr;
+    }
+    QVariant currentValue() const override { return isValid() ? view.strip(number).percent() : 0; }
+    void setCurrentValue(const QVariant&) override {} // read only
+    QVariant maximumValue() const override { return 100.0; }
+    QVariant minimumValue() const override { return 0.0; }
+    QVariant minimumStepSize() const override { return 1.0; }
 
     QRect rect() const override {
         if (!isValid()) return {};

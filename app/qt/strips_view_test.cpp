@@ -93,6 +93,8 @@ TEST_F(StripsViewTest, PutsTwoSurfacesOneAboveTheOtherWhereItIsNarrow) {
 TEST_F(StripsViewTest, IsOneElementForEachStripToAScreenReader) {
     strips[2].spokenName = "3 Lead";
     strips[2].spokenValue = "72 %, muted";
+    strips[2].spokenLights = "muted";
+    strips[2].fader = 0.7183;
     strips[2].select = true;
     view.display(strips, true);
     QAccessibleInterface* const all = QAccessible::queryAccessibleInterface(&view);
@@ -101,6 +103,10 @@ TEST_F(StripsViewTest, IsOneElementForEachStripToAScreenReader) {
     EXPECT_EQ(third->role(), QAccessible::Slider);
     EXPECT_EQ(third->text(QAccessible::Name), "3 Lead");
     EXPECT_EQ(third->text(QAccessible::Value), "72 %, muted");
+    EXPECT_EQ(third->text(QAccessible::Description), "muted");
+    EXPECT_EQ(third->valueInterface()->currentValue(), 72);
+    third->valueInterface()->setCurrentValue(10);
+    EXPECT_EQ(third->valueInterface()->currentValue(), 72);
     EXPECT_TRUE(third->state().selected);
     EXPECT_EQ(third->parent(), all);
     EXPECT_EQ(all->indexOfChild(third), 2);

@@ -1,15 +1,10 @@
 #include "tests/desktop/status_notifier_host.h"
 
-#include "tests/interop/local_server.h"
-#include "tests/interop/waiting.h"
-
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <algorithm>
-#include <fstream>
-#include <stdexcept>
 
 namespace lumbrine::desktop {
 
@@ -20,33 +15,6 @@ const QString itemInterface = QStringLiteral("org.kde.StatusNotifierItem");
 const QString itemPath = QStringLiteral("/StatusNotifierItem");
 const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 const QString menuInterface = QStringLiteral("com.canonical.dbusmenu");
-const QString connectionName = QStringLiteral("status area");
-
-const char* const busConfiguration = R"(<busconfig>
-  <type>session</type>
-  <auth>EXTERNAL</auth>
-  <listen>unix:path=SOCKET</listen>
-  <policy context="default">
-    <allow user="*"/>
-    <allow own="*"/>
-    <allow send_destination="*" eavesdrop="false"/>
-    <allow receive_sender="*"/>
-  </policy>
-</busconfig>
-)";
-
-std::unique_ptr<interop::ChildProcess> startBus(const std::filesystem::path& folder) {
-    const std::filesystem::path socket = folder / "bus";
-    const std::filesystem::path configuration = folder / "bus.conf";
-    std::string text = busConfiguration;
-    std::ofstream(configuration) << text.replace(text.find("SOCKET"), 6, socket.string());
-    auto bus = std::make_unique<interop::ChildProcess>(
-        std::vector<std::string>{"dbus-daemon", "--config-file=" + configuration.string(), "--nofork", "--nopidfile"});
-    const auto ready = [&] { return interop::isListenedAt(socket); };
-    if (!interop::waitUntil([&] { return ready() || !bus->running(); }) || !bus->running())
-        throw std::runtime_error("dbus-daemon does not start: " + bus->output());
-    return bus;
-}
 
 // A picture of an icon: its width, and four bytes for each pixel, of which the first is how opaque it is.
 struct Picture {
@@ -111,44 +79,20 @@ public:
     QString item; // the name on the bus of the one that has registered last
 };
 
-StatusNotifierHost::StatusNotifierHost()
-    : bus(startBus(folder.path)), watcher(std::make_unique<Watcher>()),
-      connection(QDBusConnection::connectToBus(QString::fromStdString(address()), connectionName)) {
-    if (!connection.isConnected())
-        throw std::runtime_error("no message bus: " + connection.lastError().message().toStdString());
-}
+StatusNotifierHost::StatusNotifierHost(MessageBus& bus) : bus(bus), watcher(std::make_unique<Watcher>()) {}
+
+StatusNotifierHost::~StatusNotifierHost() = default;
 
 void StatusNotifierHost::open() {
-    if (!connection.registerVirtualObject(QStringLiteral("/StatusNotifierWatcher"), watcher.get()) ||
-        !connection.registerService(watcherName))
-        throw std::runtime_error("no status area: " + connection.lastError().message().toStdString());
-}
-
-StatusNotifierHost::~StatusNotifierHost() {
-    QDBusConnection::disconnectFromBus(connectionName);
-}
-
-std::string StatusNotifierHost::address() const {
-    return "unix:path=" + (folder.path / "bus").string();
-}
-
-bool StatusNotifierHost::waitUntil(const std::function<bool()>& condition) {
-    return interop::waitUntil([&] {
-        QCoreApplication::processEvents();
-        return condition();
-    });
+    bus.serve(watcherName, QStringLiteral("/StatusNotifierWatcher"), *watcher);
 }
 
 bool StatusNotifierHost::hasIcon() const {
-    return connection.interface()->isServiceRegistered(watcher->item);
+    return bus.connection().interface()->isServiceRegistered(watcher->item);
 }
 
 QVariant StatusNotifierHost::property(const QString& wanted) const {
-    QDBusMessage call =
-        QDBusMessage::createMethodCall(watcher->item, itemPath, propertiesInterface, QStringLiteral("Get"));
-    call.setArguments({itemInterface, wanted});
-    const QDBusMessage reply = connection.call(call);
-    return reply.arguments().value(0).value<QDBusVariant>().variant();
+    return bus.property(watcher->item, itemPath, itemInterface, wanted);
 }
 
 int StatusNotifierHost::opacity() const {
@@ -175,14 +119,12 @@ std::string StatusNotifierHost::toolTip() const {
 }
 
 void StatusNotifierHost::clickIcon() const {
-    ask(watcher->item, itemPath, itemInterface, QStringLiteral("Activate"), {0, 0});
+    bus.call(watcher->item, itemPath, itemInterface, QStringLiteral("Activate"), {0, 0});
 }
 
 QDBusMessage StatusNotifierHost::callMenu(const QString& method, const QVariantList& arguments) const {
     const auto path = property(QStringLiteral("Menu")).value<QDBusObjectPath>().path();
-    QDBusMessage call = QDBusMessage::createMethodCall(watcher->item, path, menuInterface, method);
-    call.setArguments(arguments);
-    return connection.call(call);
+    return bus.call(watcher->item, path, menuInterface, method, arguments);
 }
 
 std::vector<StatusNotifierHost::MenuEntry> StatusNotifierHost::menu() const {
@@ -207,13 +149,6 @@ void StatusNotifierHost::choose(const std::string& title) const {
         if (entry.title == title)
             callMenu(QStringLiteral("Event"),
                      {entry.id, QStringLiteral("clicked"), QVariant::fromValue(QDBusVariant(QString())), 0U});
-}
-
-bool StatusNotifierHost::ask(const QString& program, const QString& path, const QString& interface,
-                             const QString& method, const QVariantList& arguments) const {
-    QDBusMessage call = QDBusMessage::createMethodCall(program, path, interface, method);
-    call.setArguments(arguments);
-    return connection.call(call).type() == QDBusMessage::ReplyMessage;
 }
 
 } // namespace lumbrine::desktop

@@ -1,26 +1,22 @@
-// For tests: a private message bus with a status area, as many desktops have it. Programs publish their icon and menu
-// as values and get the user's actions as calls.
+// For tests: the status area of a desktop, as many have it. Programs publish their icon and menu on the message bus as
+// values and get the user's actions as calls.
 //
-//     StatusNotifierHost host;
-//     ChildProcess program({...}, {.environment = {{"DBUS_SESSION_BUS_ADDRESS", host.address()}}});
-//     host.waitUntil([&] { return host.hasIcon(); });
+//     MessageBus bus;
+//     StatusNotifierHost host(bus);
+//     host.open();
+//     ChildProcess program({...}, {.environment = {{"DBUS_SESSION_BUS_ADDRESS", bus.address()}}});
+//     bus.waitUntil([&] { return host.hasIcon(); });
 //     host.choose("Show Window");
 #pragma once
 
-#include "tests/interop/child_process.h"
+#include "tests/desktop/message_bus.h"
 
-#include <QCoreApplication>
-#include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusVirtualObject>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace lumbrine::desktop {
 
-// Only one at a time in a process, and only on one thread. Wait with `waitUntil`, which processes the bus meanwhile.
 class StatusNotifierHost {
 public:
     struct MenuEntry {
@@ -30,17 +26,10 @@ public:
         bool checked;
     };
 
-    // Returns when the bus runs; throws std::runtime_error when it does not start. `open` adds the status area; call it
-    // once.
-    StatusNotifierHost();
-    void open();
+    // Without status area until `open`, which is called once.
+    explicit StatusNotifierHost(MessageBus& bus);
     ~StatusNotifierHost();
-    StatusNotifierHost(const StatusNotifierHost&) = delete;
-    StatusNotifierHost& operator=(const StatusNotifierHost&) = delete;
-
-    std::string address() const;
-
-    bool waitUntil(const std::function<bool()>& condition);
+    void open();
 
     // Whether a program has an icon in the area, and the opacity (0-255) of the most opaque pixel in its largest
     // picture.
@@ -52,24 +41,14 @@ public:
     std::vector<MenuEntry> menu() const;
     void choose(const std::string& title) const;
 
-    // Makes any other call of a desktop to a program. False when the program is not there or refuses.
-    bool ask(const QString& program, const QString& path, const QString& interface, const QString& method,
-             const QVariantList& arguments) const;
-
 private:
     class Watcher;
 
     QVariant property(const QString& name) const;
     QDBusMessage callMenu(const QString& method, const QVariantList& arguments) const;
 
-    int count = 1;
-    std::string name = "status area";
-    std::vector<char*> values{name.data(), nullptr};
-    QCoreApplication application{count, values.data()};
-    interop::TemporaryFolder folder;
-    std::unique_ptr<interop::ChildProcess> bus;
-    std::unique_ptr<Watcher> watcher;
-    QDBusConnection connection;
+    MessageBus& bus;
+    const std::unique_ptr<Watcher> watcher;
 };
 
 } // namespace lumbrine::desktop
