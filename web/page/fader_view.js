@@ -113,7 +113,8 @@ export class FaderView {
 
 /** @param {[position: number, decibels: number]} mark */
 function mark([position, decibels]) {
-    const line = make("span", { class: decibels === 0 ? "mark unity" : "mark" }, String(Math.abs(decibels)));
+    const kind = decibels > 0 ? "mark above" : decibels === 0 ? "mark unity" : "mark";
+    const line = make("span", { class: kind }, String(Math.abs(decibels)));
     line.style.setProperty("bottom", `${(100 * position) / faderTop}%`);
     return line;
 }

@@ -13,6 +13,8 @@ import { say } from "./words.js";
 /** @typedef {import("./groups.js").Groups} Groups */
 /** @typedef {import("./mode_sheet.js").ModeSheet} ModeSheet */
 
+/** @param {string} text */
+const span = (text) => make("span", {}, text);
 const reach = 24; // decibels that a drag over the whole fader moves
 
 export class GroupPanel {
@@ -20,10 +22,12 @@ export class GroupPanel {
     onChange = () => {};
     #tabs = groupNames.map((name) => button(say("group", name), name, "tab"));
     #text = make("span", { class: "count" });
+    #empty = make("p", { class: "empty" });
     #knob = make("div", { class: "knob" });
     #fader = make(
         "div",
         { class: "group-fader", role: "slider", tabindex: "0", "aria-valuemin": "-24", "aria-valuemax": "24" },
+        make("span", { class: "ends", "aria-hidden": "true" }, ...[`−${reach}`, `+${reach} dB`].map(span)),
         this.#text,
         this.#knob,
     );
@@ -47,6 +51,7 @@ export class GroupPanel {
             "section",
             { class: "group", "aria-label": say("groups") },
             make("div", { class: "tabs" }, ...this.#tabs, this.#mode, this.#solo, this.#mute, this.#clear),
+            this.#empty,
             this.#fader,
         );
         this.#tabs.forEach((tab, i) =>
@@ -80,7 +85,8 @@ export class GroupPanel {
         const group = this.#groups.current;
         const count = this.#members.length;
         const moved = `${this.#decibels > 0 ? "+" : ""}${this.#decibels.toFixed(1)} dB`;
-        const text = count === 0 ? say("groupEmpty", group) : this.#move ? moved : say("members", count);
+        const text = this.#move ? moved : say("members", count);
+        setText(this.#empty, say("groupEmpty", group));
         this.#tabs.forEach((tab, i) => setAttribute(tab, "aria-pressed", groupNames[i] === group));
         setText(this.#text, text);
         setStyle(this.#knob, "left", `${50 + (50 * this.#decibels) / reach}%`);

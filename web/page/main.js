@@ -80,6 +80,7 @@ list.onJump = (index) => {
     link.command(seekBank(index));
     tools.show(false);
 };
+list.onOffStrips = () => status.hint("onStripsOnly");
 tools.onView = () => {
     panel.element.hidden = tools.showsTracks;
     session.hidden = list.element.hidden = !tools.showsTracks;
@@ -106,6 +107,7 @@ setInterval(() => {
     link.tick();
     if (link.state === "lost" && connection.isSuspect) connection.open();
     drawSoon("status"); // the round trip
+    drawSoon("meters"); // peaks fall, also while no levels come
 }, tickInterval);
 
 // ---- Who is there.

@@ -15,6 +15,7 @@ export class SessionList {
     /** @type {(index: number) => void} */
     onJump = () => {};
     onMember = () => {};
+    onOffStrips = () => {};
     /** Called when other rows are in sight. */
     onScroll = () => {};
     /** Called when other tracks are wanted. */
@@ -136,6 +137,7 @@ export class SessionList {
         }
         const view = new TrackRowView(this.#link, this.#grips, this.#sheet);
         view.onJump = (index) => this.onJump(index);
+        view.onOffStrips = () => this.onOffStrips();
         view.onMember = (index) => {
             this.#groups.toggle(this.#link.picture, index);
             this.onMember();

@@ -6,6 +6,8 @@ import { say } from "./words.js";
 /** @typedef {import("./link.js").Link} Link */
 /** @typedef {import("./connection.js").Connection} Connection */
 
+const hintTime = 3000;
+
 /** What is wrong, or the key of the text for "nothing". @param {Connection} connection @param {Link} link */
 export function situation(connection, link) {
     if (connection.state !== "open") return connection.state;
@@ -38,6 +40,7 @@ export class StatusBar {
     /** This browser has the page in another tab, which is in use. */
     isElsewhere = false;
     onUseHere = () => {};
+    #hint = { text: "", until: -Infinity };
     #link;
     #connection;
 
@@ -48,10 +51,17 @@ export class StatusBar {
         onPress(this.#takeOver, () => (this.isElsewhere ? this.onUseHere() : link.takeOver()));
     }
 
+    /** Says this for a while, in the place of what is right now. @param {string} text the key of a text */
+    hint(text) {
+        this.#hint = { text, until: performance.now() + hintTime };
+        this.update();
+    }
+
     update() {
         const now = this.isElsewhere ? "elsewhere" : situation(this.#connection, this.#link);
         const { picture } = this.#link;
-        setText(this.#text, say(now));
+        const hasHint = now === "connected" && performance.now() < this.#hint.until;
+        setText(this.#text, say(hasHint ? this.#hint.text : now));
         const isGood = now === "connected" || now === "finding" || now === "noTracks";
         setAttribute(this.element, "data-state", now === "connected" ? "good" : isGood ? "waiting" : "bad");
         const hasOther = now === "busy" || now === "takenOver" || now === "elsewhere";

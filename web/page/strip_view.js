@@ -31,15 +31,16 @@ export class StripView {
     constructor(link, grips, sheet, strip) {
         this.#link = link;
         this.#strip = strip;
+        setAttribute(this.#mode, "data-caption", "AUTO");
         this.fader = new FaderView(grips, strip);
         this.meter = new MeterView(link, strip);
-        this.pans = [new PanView(link, strip, 0), new PanView(link, strip, 1)];
+        this.pan = new PanView(link, strip);
         const { monitor, record, solo, mute } = this.#keys;
         this.element = make(
             "section",
             { class: "strip", role: "group" },
             this.#select,
-            make("div", { class: "pans" }, ...this.pans.map((pan) => pan.element)),
+            this.pan.element,
             make("div", { class: "keys" }, this.#mode, monitor, record, solo, mute),
             make("div", { class: "well" }, this.fader.element, this.meter.element),
             this.fader.level,
@@ -72,7 +73,7 @@ export class StripView {
         setText(this.#mode, shortMode(strip.mode));
         setAttribute(this.#mode, "data-mode", modeKind(strip.mode));
         setAttribute(this.#mode, "aria-label", say("mode", title, modeName(strip.mode), shortMode(strip.mode)));
-        for (const pan of this.pans) pan.update(title);
+        this.pan.update(title);
         this.fader.update(title, strip.title !== "");
     }
 

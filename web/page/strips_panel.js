@@ -8,8 +8,17 @@ import { StripView } from "./strip_view.js";
 /** @typedef {import("./grips.js").Grips} Grips */
 /** @typedef {import("./mode_sheet.js").ModeSheet} ModeSheet */
 
-const narrowest = 46; // a strip's width that a finger still hits
-const lowest = 560; // below this height keys stand beside the fader, which takes twice the width
+/**
+ * Where the keys stand, by the room that a strip has. The fader has to stay long enough to be of use.
+ * @type {{keys: string, width: number, height: number}[]}
+ */
+const layouts = [
+    { keys: "above", width: 46, height: 560 },
+    { keys: "beside", width: 80, height: 280 },
+    { keys: "pairs", width: 128, height: 0 },
+];
+const roomy = 110; // a strip of this width looks best with its keys beside the fader
+const fewest = 4;
 
 export class StripsPanel {
     element = make("div", { class: "strips" });
@@ -57,7 +66,8 @@ export class StripsPanel {
 
     updateMeters() {
         if (this.element.hidden) return;
-        for (const view of this.#visible) view.meter.update();
+        const now = performance.now();
+        for (const view of this.#visible) view.meter.update(now);
     }
 
     #shown = 0;
@@ -66,15 +76,27 @@ export class StripsPanel {
 
     #arrange() {
         this.#shown = this.#link.picture.shown;
-        const isLow = this.#room.height < lowest;
-        const columns = Math.floor(this.#room.width / (isLow ? 2 * narrowest : narrowest));
-        this.#perPage = columns >= this.#shown ? this.#shown : Math.min(stripsPerSurface, this.#shown);
-        this.#page = Math.min(this.#page, this.pages - 1);
+        const firstBefore = this.#page * this.#perPage;
+        this.#perPage = this.#mostPerPage;
+        this.#page = Math.min(Math.floor(firstBefore / this.#perPage), this.pages - 1);
         const first = this.#page * this.#perPage;
         this.#visible = this.#views.slice(first, Math.min(first + this.#perPage, this.#shown));
-        const isWide = this.#room.width / this.#visible.length >= 2 * narrowest;
-        this.element.toggleAttribute("data-wide", isWide || isLow);
+        this.element.dataset.keys = this.#layoutOf(this.#visible.length)?.keys ?? "pairs";
         for (const view of this.#views) view.element.hidden = !this.#visible.includes(view);
         this.onPages();
+    }
+
+    /** All strips, or a half or quarter of them: as many as have room. */
+    get #mostPerPage() {
+        const { shown } = this.#link.picture;
+        const counts = [shown, stripsPerSurface, fewest].filter((count) => count <= shown);
+        return counts.find((count) => this.#layoutOf(count)) ?? Math.min(fewest, shown);
+    }
+
+    /** @param {number} count of strips */
+    #layoutOf(count) {
+        const width = this.#room.width / count;
+        const fitting = layouts.filter((layout) => width >= layout.width && this.#room.height >= layout.height);
+        return (width >= roomy && fitting.find(({ keys }) => keys === "beside")) || fitting[0];
     }
 }

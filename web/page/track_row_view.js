@@ -1,7 +1,15 @@
 // @ts-check
 // A row of the session list: one track, whether a strip shows it or not.
 import { modeKind, modeName, shortMode } from "./auto_modes.js";
-import { faderTop, groupAutoMode, groupMute, groupSolo, ringCentre } from "./commands.js";
+import {
+    faderTop,
+    groupAutoMode,
+    groupMute,
+    groupSolo,
+    inputMonitorToggle,
+    recordPress,
+    ringCentre,
+} from "./commands.js";
 import { button, make, setAttribute, setStyle, setText } from "./dom.js";
 import { dragging } from "./drag.js";
 import { decibelText, unity } from "./fader_scale.js";
@@ -23,13 +31,15 @@ export class TrackRowView {
     onJump = () => {};
     /** @type {(index: number) => void} */
     onMember = () => {};
+    /** A key was pressed that works on the strips' tracks alone. */
+    onOffStrips = () => {};
     #color = make("span", { class: "color" });
     #tick = button("", "", "tick");
     #title = make("span", { class: "title" });
-    #detail = make("span", { class: "detail" });
-    #number = make("span", { class: "number" });
+    #comment = make("span", { class: "comment" });
     #armed = make("span", { class: "armed", role: "img" }, "R");
     #monitored = make("span", { class: "monitored", role: "img" }, "I");
+    #detail = make("span", { class: "detail" }, this.#armed, this.#monitored, this.#comment);
     #name = make(
         "button",
         { type: "button", class: "jump", "aria-description": say("jump") },
@@ -39,6 +49,8 @@ export class TrackRowView {
     #mode = button("", "", "mode");
     #dot = make("div", { class: "dot" });
     #pan = make("span", { class: "row-pan", role: "img" }, make("div", { class: "line" }, this.#dot));
+    #monitor = button("", "I", "key monitor");
+    #record = button("", "R", "key record");
     #solo = button("", "S", "key solo");
     #mute = button("", "M", "key mute");
     #fill = make("div", { class: "fill" });
@@ -56,10 +68,11 @@ export class TrackRowView {
         { class: "row", role: "listitem" },
         this.#color,
         this.#tick,
-        make("span", { class: "facts" }, this.#number, make("span", {}, this.#armed, this.#monitored)),
+        this.#mode,
         this.#name,
         this.#pan,
-        this.#mode,
+        this.#monitor,
+        this.#record,
         this.#solo,
         this.#mute,
         this.#fader,
@@ -80,6 +93,8 @@ export class TrackRowView {
         this.#tick.addEventListener("click", () => this.onMember(this.#index));
         this.#mute.addEventListener("click", () => link.command(groupMute(!this.#isLit("mute"), [this.#index])));
         this.#solo.addEventListener("click", () => link.command(groupSolo(!this.#isLit("solo"), [this.#index])));
+        this.#monitor.addEventListener("click", () => this.#pressOnStrip(inputMonitorToggle));
+        this.#record.addEventListener("click", () => this.#pressOnStrip(recordPress));
         dragging(this.#fader, {
             towards: "right",
             slack: 8, // a finger that scrolls the list touches no fader on its way
@@ -115,7 +130,11 @@ export class TrackRowView {
         const fader = this.#move ? Math.round(this.#place) : picture.faderOf(index);
         const [isMute, isSolo, isShown] = [this.#isLit("mute"), this.#isLit("solo"), picture.stripOf(index) !== null];
         const pan = picture.panOf(index);
-        const lights = [isMute, isSolo, isShown, isMember, this.isHeld];
+        const strip = picture.strips[picture.stripOf(index) ?? -1];
+        const isArmed = strip ? strip.lights.record > 0 : (track?.row?.record ?? false);
+        const isMonitored = (strip ?? track?.row)?.inputMonitor ?? false;
+        const isSelected = (strip ?? track?.row)?.select ?? false;
+        const lights = [isMute, isSolo, isArmed, isMonitored, isSelected, isShown, isMember, this.isHeld];
         const facts = [index, group, track?.row, track?.mode, fader, pan, ...lights];
         if (facts.every((fact, i) => fact === this.#drawn[i])) return;
         this.#drawn = facts;
@@ -123,9 +142,9 @@ export class TrackRowView {
         const row = track?.row;
         const title = row?.name ?? "";
         const mode = track?.mode ?? 0;
-        setText(this.#number, String(index + 1));
+        setAttribute(this.#mode, "data-caption", index + 1);
         setText(this.#title, title);
-        setText(this.#detail, row?.comment ?? "");
+        setText(this.#comment, row?.comment ?? "");
         setText(this.#mode, shortMode(mode));
         setAttribute(this.#mode, "data-mode", modeKind(mode));
         setAttribute(this.#mode, "aria-label", say("mode", title, modeName(mode), shortMode(mode)));
@@ -136,11 +155,14 @@ export class TrackRowView {
         setText(this.#tick, isMember ? group : "");
         this.#show(this.#mute, say("mute", title), isMute);
         this.#show(this.#solo, say("solo", title), isSolo);
-        this.#armed.hidden = !row?.record;
-        this.#monitored.hidden = !row?.inputMonitor;
+        this.#showStripKey(this.#record, "record", title, isArmed, isShown);
+        this.#showStripKey(this.#monitor, "monitor", title, isMonitored, isShown);
+        this.#detail.hidden = !isArmed && !isMonitored && !row?.comment;
+        this.#armed.hidden = !isArmed;
+        this.#monitored.hidden = !isMonitored;
         setAttribute(this.#armed, "aria-label", say("record", title));
         setAttribute(this.#monitored, "aria-label", say("monitor", title));
-        this.element.toggleAttribute("data-selected", row?.select ?? false);
+        this.element.toggleAttribute("data-selected", isSelected);
         this.element.toggleAttribute("data-shown", isShown);
         this.#showFader(title);
     }
@@ -156,6 +178,24 @@ export class TrackRowView {
     /** @param {"mute" | "solo"} light */
     #isLit(light) {
         return this.#link.picture.isLit(this.#index, light);
+    }
+
+    /** @param {(strip: number) => Uint8Array} command */
+    #pressOnStrip(command) {
+        const strip = this.#link.picture.stripOf(this.#index);
+        if (strip === null) this.onOffStrips();
+        else this.#link.command(command(strip));
+    }
+
+    /**
+     * A key that surfaces alone have, so that it works on the tracks of strips.
+     * @param {HTMLElement} key @param {string} name @param {string} title @param {boolean} isOn
+     * @param {boolean} works
+     */
+    #showStripKey(key, name, title, isOn, works) {
+        this.#show(key, say(name, title), isOn);
+        setAttribute(key, "aria-disabled", !works);
+        setAttribute(key, "aria-description", works ? "" : say("onStripsOnly"));
     }
 
     /** @param {string} title @param {{position: number, centre: boolean} | null} pan */
