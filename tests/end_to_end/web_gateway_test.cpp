@@ -110,6 +110,19 @@ TEST_F(WebGateway, SendsAFileThatTheBrowserHasOnlyOnce) {
     EXPECT_TRUE(again.starts_with("HTTP/1.1 304 ")) << again;
 }
 
+TEST_F(WebGateway, CompressesWhatABrowserTakesCompressed) {
+    const std::string zipped = get("/page.js", "Accept-Encoding: deflate, gzip\r\n");
+    EXPECT_TRUE(has(zipped, "Content-Encoding: gzip\r\n"));
+    EXPECT_TRUE(has(zipped, "Vary: Accept-Encoding\r\n"));
+    EXPECT_TRUE(has(zipped, "\r\n\r\n\x1F\x8B"));
+    for (const std::string line : {"", "Accept-Encoding: deflate\r\n", "Accept-Encoding: gzip;q=0\r\n"}) {
+        const std::string plain = get("/page.js", line);
+        EXPECT_FALSE(has(plain, "Content-Encoding")) << line;
+        EXPECT_TRUE(has(plain, "const modules")) << line;
+        EXPECT_LT(zipped.size() * 3, plain.size());
+    }
+}
+
 TEST_F(WebGateway, AnswersManyRequestsOnOneConnectionAndNoOtherMethods) {
     TCPConnection connection(gateway.port);
     const std::string lines = " / HTTP/1.1\r\nHost: " + host + "\r\n\r\n";

@@ -293,6 +293,19 @@ const PageFile* fileAt(std::string_view target) {
     return file == pageFiles().end() ? nullptr : &*file;
 }
 
+bool takesGzip(const HTTPRequest& request) {
+    // With a weight it may mean "never"; no browser has one.
+    for (const auto& [coding, weight] : http::ext_list(request[http::field::accept_encoding]))
+        if (beast::iequals(coding, "gzip")) return weight.begin() == weight.end();
+    return false;
+}
+
+void setContent(HTTPResponse& response, const PageFile& file, bool compressed) {
+    const std::string_view content = compressed ? file.compressed : file.content;
+    if (compressed) response.set(http::field::content_encoding, "gzip");
+    response.body() = {content.data(), content.size()};
+}
+
 HTTPResponse answerTo(const HTTPRequest& request, Verdict verdict) {
     HTTPResponse response;
     response.version(request.version());
@@ -307,10 +320,11 @@ HTTPResponse answerTo(const HTTPRequest& request, Verdict verdict) {
     } else {
         response.set(http::field::etag, file->tag);
         response.set(http::field::content_type, file->contentType);
+        response.set(http::field::vary, "Accept-Encoding");
         if (request[http::field::if_none_match] == file->tag)
             response.result(http::status::not_modified);
         else
-            response.body() = {file->content.data(), file->content.size()};
+            setContent(response, *file, !file->compressed.empty() && takesGzip(request));
     }
     response.keep_alive(request.keep_alive() && verdict == Verdict::page);
     response.prepare_payload();

@@ -67,6 +67,26 @@ test("shows all tracks of the session with their names", async () => {
     assert.deepEqual(found, names);
 });
 
+test("the page asks for three files, and weighs less than 150 kB with its icons", async () => {
+    const other = await context.newPage();
+    /** @type {string[]} */
+    const asked = [];
+    other.on("request", (request) => asked.push(new URL(request.url()).pathname));
+    await other.goto(studio.gateway.address.replace(/#.*/, ""));
+    await other.close();
+    const icons = ["/icon.svg", "/icon-180.png", "/icon-192.png", "/icon-512.png"];
+    assert.deepEqual(asked.filter((path) => !icons.includes(path)).slice(0, 3), ["/", "/page.css", "/page.js"]);
+    let weight = 0;
+    for (const path of ["/", "/page.css", "/page.js", "/manifest.webmanifest", ...icons]) {
+        const answer = await page.request.get(new URL(path, studio.address).href);
+        assert.equal(answer.status(), 200, path);
+        weight += (await answer.body()).length;
+    }
+    assert.ok(weight < 150_000, `${weight} bytes`);
+    await page.locator(".take-over").tap(); // "use this tab"
+    await page.locator('.status[data-state="good"]').waitFor();
+});
+
 test("a finger moves the host's fader, and no echo moves it back", async () => {
     const fingers = await fingersOn(page);
     const start = await middleOf(faderOf(2));
