@@ -1,7 +1,7 @@
-# cmake -DFOLDER=... -DMODULES=a.js,b.js -DSTYLES=a.css,b.css -DOUTPUT=... -P bundle_page.cmake: joins the page's modules
-# into OUTPUT/page.js and its style sheets into OUTPUT/page.css. A browser then asks for three files and not for forty,
-# which a slow phone needs a second for. Each module is a block of its own: what it imports are constants, and what it
-# exports goes into `modules`.
+# cmake -DFOLDER=... -DMODULES=a.js,b.js -DSTYLES=a.css,b.css -DOUTPUT=... -P bundle_page.cmake: joins the page's
+# modules into OUTPUT/page.js and its style sheets into OUTPUT/page.css. A browser then asks for three files and not for
+# forty, which a slow phone needs a second for. Each module is a block of its own: what it imports are constants, and
+# what it exports goes into `modules`.
 string(REPLACE "," ";" MODULES "${MODULES}")
 string(REPLACE "," ";" STYLES "${STYLES}")
 set(script "const modules = {};\n")
@@ -21,7 +21,8 @@ while(waiting)
         string(REGEX MATCHALL "\nexport (const|function|class) [A-Za-z]+" exports "${text}")
         list(TRANSFORM exports REPLACE ".* " "")
         list(JOIN exports ", " exports)
-        string(REGEX REPLACE "import ({[^}]*}) from (\"\\./)([a-z_]+\\.js\");" "const \\1 = modules[\"\\3];" text "${text}")
+        string(REGEX REPLACE "import ({[^}]*}) from \"\\./([a-z_]+\\.js)\";" "const \\1 = modules[\"\\2\"];"
+            text "${text}")
         string(REGEX REPLACE "\nexport " "\n" text "${text}")
         if(text MATCHES "\n(import|export) ")
             message(FATAL_ERROR "${module}: only \"import { ... } from\", and exports of const, function and class")

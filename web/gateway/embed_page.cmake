@@ -1,5 +1,5 @@
-# cmake -DFILES=.../a,.../b -DOUTPUT=... -P embed_page.cmake: writes a C++ source with the contents of the page's files, as
-# they are and, where that is worth it, compressed.
+# cmake -DFILES=.../a,.../b -DOUTPUT=... -P embed_page.cmake: writes a C++ source with the contents of the page's files,
+# as they are and, where that is worth it, compressed.
 cmake_minimum_required(VERSION 3.25)
 set(types_html "text/html; charset=utf-8")
 set(types_js "text/javascript; charset=utf-8")

@@ -3,7 +3,7 @@
 #include "platform/linux/openssl_secrets.h"
 #include "web/gateway/message_pace.h"
 #include "web/gateway/outbox.h"
-#include "web/gateway/page_files.h"
+#include "web/gateway/page_answer.h"
 #include "web/gateway/receiver_seal.h"
 #include "web/gateway/request_rules.h"
 
@@ -287,12 +287,6 @@ void setHeaders(HTTPResponse& response) {
     response.set(http::field::cache_control, "no-cache");
 }
 
-const PageFile* fileAt(std::string_view target) {
-    const std::string_view path = target.substr(0, target.find('?'));
-    const auto file = std::ranges::find(pageFiles(), path == "/" ? "/index.html" : path, &PageFile::path);
-    return file == pageFiles().end() ? nullptr : &*file;
-}
-
 bool takesGzip(const HTTPRequest& request) {
     // With a weight it may mean "never"; no browser has one.
     for (const auto& [coding, weight] : http::ext_list(request[http::field::accept_encoding]))
@@ -300,31 +294,25 @@ bool takesGzip(const HTTPRequest& request) {
     return false;
 }
 
-void setContent(HTTPResponse& response, const PageFile& file, bool compressed) {
-    const std::string_view content = compressed ? file.compressed : file.content;
-    if (compressed) response.set(http::field::content_encoding, "gzip");
-    response.body() = {content.data(), content.size()};
-}
-
 HTTPResponse answerTo(const HTTPRequest& request, Verdict verdict) {
-    HTTPResponse response;
-    response.version(request.version());
+    HTTPResponse response(http::status::ok, request.version());
     setHeaders(response);
-    const PageFile* const file = verdict == Verdict::page ? fileAt(request.target()) : nullptr;
-    if (file == nullptr) {
+    const auto page = verdict == Verdict::page
+                          ? pageAnswer(request.target(), request[http::field::if_none_match], takesGzip(request))
+                          : PageAnswer();
+    if (page.status == 404) {
         response.result(statusOf(verdict));
         response.set(http::field::content_type, "text/plain; charset=utf-8");
         if (verdict == Verdict::otherMethod) response.set(http::field::allow, "GET");
         const beast::string_view reason = http::obsolete_reason(response.result());
         response.body() = {reason.data(), reason.size()};
     } else {
-        response.set(http::field::etag, file->tag);
-        response.set(http::field::content_type, file->contentType);
+        response.result(static_cast<unsigned>(page.status));
+        response.set(http::field::etag, page.tag);
         response.set(http::field::vary, "Accept-Encoding");
-        if (request[http::field::if_none_match] == file->tag)
-            response.result(http::status::not_modified);
-        else
-            setContent(response, *file, !file->compressed.empty() && takesGzip(request));
+        response.set(http::field::content_type, page.contentType);
+        if (page.isCompressed) response.set(http::field::content_encoding, "gzip");
+        response.body() = {page.content.data(), page.content.size()};
     }
     response.keep_alive(request.keep_alive() && verdict == Verdict::page);
     response.prepare_payload();

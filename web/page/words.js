@@ -8,7 +8,10 @@ const texts = {
     closed: ["The computer does not answer – trying again", "コンピュータが応答しません – 再接続しています"],
     refused: ["Scan the code on the computer again", "コンピュータのコードをもう一度読み取ってください"],
     crowded: ["Too many pages are open – waiting", "開いているページが多すぎます – 待っています"],
-    searching: ["Lumbrine does not answer – is it running?", "Lumbrine が応答しません – 起動していますか"],
+    searching: [
+        "Lumbrine does not answer – is it running, and does it know this page's key?",
+        "Lumbrine が応答しません – 起動していますか、鍵は登録されていますか",
+    ],
     lost: ["Lumbrine does not answer any more – trying again", "Lumbrine が応答しなくなりました – 再接続しています"],
     busy: ["Another device is in control", "別の端末が操作中です"],
     takenOver: ["Another device has taken over", "別の端末に切り替わりました"],

@@ -71,7 +71,7 @@ export class Program {
 }
 
 /** A UDP port that is free now. @returns {Promise<number>} */
-function freePort() {
+export function freePort() {
     return new Promise((resolve) => {
         const socket = createSocket("udp4");
         socket.bind(0, "127.0.0.1", () => {
@@ -89,23 +89,26 @@ export class Gateway {
     address = "";
     #home = mkdtempSync(join(tmpdir(), "lumbrine-web-"));
     #receiverPort;
+    #options;
     #port = 0;
 
-    /** @param {number} receiverPort */
-    constructor(receiverPort) {
+    /** @param {number} receiverPort @param {string[]} options more of its command line */
+    constructor(receiverPort, options) {
         this.#receiverPort = receiverPort;
+        this.#options = options;
     }
 
-    /** @param {number} receiverPort */
-    static async open(receiverPort) {
-        const gateway = new Gateway(receiverPort);
+    /** @param {number} receiverPort @param {string[]} options */
+    static async open(receiverPort, options = []) {
+        const gateway = new Gateway(receiverPort, options);
         await gateway.start();
         return gateway;
     }
 
     /** Also after its end: on the same port, with the same key. */
     async start() {
-        const options = ["--port", String(this.#port), "--receiver", `127.0.0.1:${this.#receiverPort}`];
+        const receiver = ["--receiver", `127.0.0.1:${this.#receiverPort}`];
+        const options = ["--port", String(this.#port), ...receiver, ...this.#options];
         this.program = new Program("lumbrine-web", options, { HOME: this.#home, XDG_STATE_HOME: this.#home });
         const [, port, key] = await this.program.line(/http:\/\/.*:(\d+)\/#(\w{26})/);
         this.#port = Number(port);

@@ -1,10 +1,13 @@
 // @ts-check
 // Networks and programs that go and come back. The times are what a user waits, from the moment all is well again.
 import assert from "node:assert/strict";
+import { mkdtempSync, rmSync } from "node:fs";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
 import test, { after, before } from "node:test";
 import { drawn, fingersOn, middleOf, sentBy, until } from "../hands.js";
 import { PlayedReceiver } from "../peers.js";
-import { Gateway, Studio, launch, openPage, phone } from "../studio.js";
+import { Gateway, Program, Studio, freePort, launch, openPage, phone } from "../studio.js";
 import { Wire } from "../wire.js";
 
 /** @type {Studio} */
@@ -86,6 +89,36 @@ test("a receiver that is started again is found again", { timeout: 60_000 }, asy
     await page.locator('.status[data-state="good"]').waitFor({ timeout: 20_000 });
     const tokens = sent.filter((bytes) => bytes[1] === 0x00).map(String);
     assert.equal(new Set(tokens).size, 1, "to the receiver, it is the same device");
+});
+
+test("Pro Tools that closes its session and its ports is followed when it is back", { timeout: 60_000 }, async () => {
+    studio.receiver.type("session close");
+    await page.locator(".status .text", { hasText: "no tracks" }).waitFor();
+    studio.receiver.type("release");
+    studio.receiver.type("session open");
+    studio.receiver.type("grab");
+    await page.locator('.status[data-state="good"]').waitFor({ timeout: 40_000 });
+    await page.locator(".strip .title", { hasText: "Kick In" }).waitFor();
+    assert.ok((await follows(0.45, 6000)) < 2000);
+});
+
+test("a receiver that wants a key is said to be silent, until the gateway has it", async () => {
+    const home = mkdtempSync(join(tmpdir(), "lumbrine-keys-"));
+    const port = await freePort();
+    const environment = { QV_PORT: String(port), QV_NO_BONJOUR: "1", LUMBRINE_CLIENTS: "paired" };
+    const receiver = new Program("lumbrine-headless", [], { ...environment, HOME: home, XDG_STATE_HOME: home });
+    await receiver.line(/:\d+/);
+    const stranger = await Gateway.open(port);
+    const context = await browser.newContext(phone);
+    const shown = await context.newPage();
+    await shown.goto(stranger.address);
+    await shown.locator(".status .text", { hasText: "does it know this page's key" }).waitFor();
+    const friend = await Gateway.open(port, ["--seal-key", "@" + join(home, "lumbrine/keys")]);
+    await shown.goto(friend.address);
+    await shown.locator(".status .text", { hasText: "no tracks" }).waitFor();
+    await context.close();
+    await Promise.all([stranger.close(), friend.close(), receiver.end()]);
+    rmSync(home, { recursive: true });
 });
 
 test("two pages and a client that is no browser take control from each other, and each says who has it", async () => {
