@@ -5,7 +5,6 @@
 #include "fuzz/require.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace {
 
@@ -31,7 +30,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::vector<std::uint64_t> words((headerSize + leastRing) / wordSize);
     writeHeader({.capacity = leastRing, .salt = salt}, std::span(words).first(headerSize / wordSize));
     const std::span ring = std::span(words).subspan(headerSize / wordSize);
-    std::memcpy(ring.data(), data, std::min(size, ring.size_bytes()));
+    std::copy_n(data, std::min(size, ring.size_bytes()), reinterpret_cast<std::uint8_t*>(ring.data()));
 
     const ByteView file(reinterpret_cast<const std::uint8_t*>(words.data()), words.size() * wordSize);
     const auto reading = readRing(file);
