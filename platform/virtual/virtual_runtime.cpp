@@ -149,6 +149,11 @@ void VirtualRuntime::yield(std::string_view what) {
     scheduler->yield(what);
 }
 
+void VirtualRuntime::rest(std::uint64_t number) {
+    scheduler->expectNoMutexHeld("rests");
+    scheduler->rest(number);
+}
+
 TimePoint VirtualRuntime::now() const {
     return scheduler->now();
 }

@@ -41,8 +41,10 @@ public:
         std::uint64_t patience = 1;
 
         // With `inOrder`, a thread goes on until it waits, and the thread that became ready first is next. Then the
-        // history does not depend on the number of switching points, so two builds of one program can be compared.
-        enum class Turns { drawn, inOrder } turns = Turns::drawn;
+        // history does not depend on the number of switching points, so two builds of one program can be compared. With
+        // `mainLast`, the same, but the main thread is next only when no other thread is ready: then the history of
+        // some threads does not depend on others that share the runtime without touching what those do.
+        enum class Turns { drawn, inOrder, mainLast } turns = Turns::drawn;
 
         // Pauses of threads, and of the main thread. A thread may pause at every switching point, also while it holds a
         // Mutex. The main thread pauses only inside `runFor` and `runUntil`, which may then return late.
@@ -106,6 +108,10 @@ public:
     // A switching point: another thread may run before this returns. Back ends call it where a real system could
     // switch.
     void yield(std::string_view what);
+
+    // Waits until nobody else can go on before time moves. Of several that wait so, the one with the lowest number goes
+    // on first, and of equal ones the first. Not on the main thread.
+    void rest(std::uint64_t number = 0);
 
     TimePoint now() const override;
     void sleepFor(Duration duration) override;

@@ -20,8 +20,10 @@ constexpr Duration longestMainWait = std::chrono::hours(1);
 
 VirtualScheduler::VirtualScheduler(const VirtualRuntime::Options& options)
     : seed(options.seed), stepLimit(options.stepLimit), patience(options.patience),
-      inOrder(options.turns == VirtualRuntime::Options::Turns::inOrder), choices(options.seed), draws(~options.seed),
-      standstills(options.seed ^ 1, options.standstill), mainStandstills(options.seed ^ 2, options.mainStandstill) {
+      inOrder(options.turns != VirtualRuntime::Options::Turns::drawn),
+      mainIsLast(options.turns == VirtualRuntime::Options::Turns::mainLast), choices(options.seed),
+      draws(~options.seed), standstills(options.seed ^ 1, options.standstill),
+      mainStandstills(options.seed ^ 2, options.mainStandstill) {
     main.name = "main";
     main.turn.emplace();
     main.state = State::running;
@@ -110,6 +112,21 @@ void VirtualScheduler::waitUninterrupted(std::string_view what) {
     block(self(), what, std::nullopt, false);
 }
 
+void VirtualScheduler::rest(std::uint64_t number) {
+    VirtualThread& thread = self();
+    if (&thread == &main) fail("the main thread rests");
+    resting.emplace_back(number, &thread);
+    waitUninterrupted("everybody else's rest");
+}
+
+bool VirtualScheduler::wakeResting() {
+    if (resting.empty()) return false;
+    const auto first = std::ranges::min_element(resting, {}, &std::pair<std::uint64_t, VirtualThread*>::first);
+    makeReady(*first->second);
+    resting.erase(first);
+    return true;
+}
+
 bool VirtualScheduler::block(VirtualThread& thread, std::string_view what, std::optional<TimePoint> deadline,
                              bool interruptible) {
     thread.state = State::blocked;
@@ -157,7 +174,7 @@ VirtualThread& VirtualScheduler::choose() {
             if (&chosen != &main) looked = false;
             return chosen;
         }
-        if (moveClock()) continue;
+        if (wakeResting() || moveClock()) continue;
         if (main.state != State::idling) fail("deadlock: every thread waits and nothing is due");
         time = std::max(time, idleEnd);
         mix(static_cast<std::uint64_t>(time.time_since_epoch().count()));
@@ -167,15 +184,19 @@ VirtualThread& VirtualScheduler::choose() {
 }
 
 VirtualThread& VirtualScheduler::takeReady() {
-    const std::size_t index = inOrder || ready.size() == 1 ? 0 : nextSplitMix(choices) % ready.size();
+    const std::size_t index = inOrder ? nextInOrder() : ready.size() == 1 ? 0 : nextSplitMix(choices) % ready.size();
     VirtualThread& taken = *ready[index];
     if (inOrder) {
-        ready.erase(ready.begin());
+        ready.erase(ready.begin() + static_cast<std::ptrdiff_t>(index));
     } else {
         ready[index] = ready.back();
         ready.pop_back();
     }
     return taken;
+}
+
+std::size_t VirtualScheduler::nextInOrder() const {
+    return mainIsLast && ready.size() > 1 && ready.front() == &main ? 1 : 0;
 }
 
 void VirtualScheduler::countStep(const VirtualThread& thread) {

@@ -79,6 +79,9 @@ public:
     // Waits for wake(). Neither a deadline nor stop() ends the wait.
     void waitUninterrupted(std::string_view what);
 
+    // Waits until no other thread is ready: VirtualRuntime::rest.
+    void rest(std::uint64_t number);
+
     // Makes a waiting thread ready; the caller keeps the baton. Does nothing to a thread that does not wait.
     void wake(VirtualThread& thread);
 
@@ -146,6 +149,8 @@ private:
     void passOn(VirtualThread& from);
     VirtualThread& choose();
     VirtualThread& takeReady();
+    std::size_t nextInOrder() const;
+    bool wakeResting();
     void makeReady(VirtualThread& thread);
     bool moveClock();
     std::optional<TimePoint> nextDeadline() const;
@@ -157,6 +162,7 @@ private:
     const std::uint64_t stepLimit;
     const std::uint64_t patience;
     const bool inOrder;
+    const bool mainIsLast;
     std::uint64_t choices;
     std::uint64_t draws;
     Standstills standstills;
@@ -174,6 +180,7 @@ private:
     std::vector<VirtualThread*> freeWorkers;
     std::vector<VirtualThread*> ready;
     std::vector<VirtualThread*> sleepers; // blocked with a deadline
+    std::vector<std::pair<std::uint64_t, VirtualThread*>> resting;
 
     DeadlineHeap<TimePoint, Scheduled> scheduled;
     DeadlineHeap<TimePoint, Scheduled> scheduledForMain;
