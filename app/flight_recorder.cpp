@@ -1,14 +1,10 @@
 #include "app/flight_recorder.h"
 
+#include "app/recorded_seams.h"
 #include "blackbox/ring_reader.h"
 #include "blackbox/ring_writer.h"
 #include "platform/posix/mapped_file.h"
 #include "platform/posix/wall_clock.h"
-#include "platform/recorded/recorded_accessibility.h"
-#include "platform/recorded/recorded_computer.h"
-#include "platform/recorded/recorded_midi.h"
-#include "platform/recorded/recorded_sockets.h"
-#include "platform/recorded/recorded_streams.h"
 #include "platform/recorded/recorder.h"
 #include "platform/recorded/recording_clock.h"
 #include "platform/recorded/system_address.h"
@@ -91,21 +87,6 @@ private:
     std::atomic<std::uint64_t> prepared{0}; // the position for which it was done last
 };
 
-struct FlightRecorder::Seams {
-    Seams(const ReceiverPlatform& itsReal, const Recorder& recorder)
-        : real(itsReal), midi(real.midi, recorder), sockets(real.sockets, recorder, systemAddress),
-          advertiser(real.advertiser, recorder), system(real.system, recorder), streams(real.streams, recorder),
-          accessibility(real.accessibility, recorder) {}
-
-    const ReceiverPlatform real;
-    RecordedMIDI midi;
-    RecordedSockets sockets;
-    RecordedAdvertiser advertiser;
-    RecordedSystemInfo system;
-    RecordedStreams streams;
-    RecordedAccessibility accessibility;
-};
-
 FlightRecorder::FlightRecorder(Runtime& itsRuntime, const std::optional<BlackboxSetting>& setting, std::string program,
                                Bilingual bilingual)
     : runtime(itsRuntime), text(bilingual) {
@@ -126,9 +107,8 @@ FlightRecorder::~FlightRecorder() {
 
 ReceiverPlatform FlightRecorder::recorded(const ReceiverPlatform& real) {
     if (!recording) return real;
-    seams = std::make_unique<Seams>(real, recording->recorder);
-    return {real.runtime,   seams->midi, seams->sockets,       seams->advertiser, seams->system,
-            seams->streams, real.json,   seams->accessibility, real.scripting,    real.secrets};
+    seams = std::make_unique<RecordedSeams>(real, recording->recorder, systemAddress, text);
+    return seams->platform();
 }
 
 ReceiverModel::LineSink FlightRecorder::recorded(ReceiverModel::LineSink sink) const {

@@ -12,6 +12,8 @@
 
 namespace lumbrine {
 
+class RecordedSeams;
+
 class FlightRecorder {
 public:
     // Opens the file. `program`: name, version and system as a reader of the recording sees them. Create it after the
@@ -37,7 +39,6 @@ public:
 
 private:
     struct Recording;
-    struct Seams;
 
     void look(const std::weak_ptr<ReceiverModel>& model);
     static void tell(const std::weak_ptr<ReceiverModel>& model, const std::string& line);
@@ -46,7 +47,7 @@ private:
     const Bilingual text;
     std::string problem;                  // that the log is to be told; empty for none
     std::shared_ptr<Recording> recording; // null for none
-    std::unique_ptr<Seams> seams;
+    std::unique_ptr<RecordedSeams> seams;
     std::unique_ptr<RepeatingTimer> timer;
     bool ended = false;
     bool toldOfLoss = false;

@@ -51,7 +51,7 @@ enum class Kind : std::uint8_t {
 inline constexpr std::uint8_t lastKind = 14;
 
 enum class AnchorCause : std::uint8_t { periodic = 0, programBegan = 1, programEnded = 2 };
-enum class SocketEvent : std::uint8_t { opened = 0, bound = 1, receiveFailed = 2, closed = 3 };
+enum class SocketEvent : std::uint8_t { opened = 0, bound = 1, receiveFailed = 2, closed = 3, ownAddress = 4 };
 enum class PortEvent : std::uint8_t { source = 0, destination = 1, returned = 2, serviceLost = 3, serviceThere = 4 };
 enum class StreamEvent : std::uint32_t { connected = 0, receiveEnded = 1, sendFailed = 2, closed = 3 };
 enum class ScreenEvent : std::uint8_t { trust = 0, application = 1, read = 2, pressed = 3 };

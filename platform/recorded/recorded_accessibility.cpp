@@ -24,10 +24,18 @@ std::string textOf(const ElementHandle& element) {
     return "#" + std::to_string(numberedOf(element).number);
 }
 
+// "[#5-#9 #12]": the elements of a list mostly have consecutive numbers, and a long list has to fit a record.
 std::string textOf(const std::vector<ElementHandle>& elements) {
     std::string text = "[";
-    for (const ElementHandle& element : elements)
-        text += (text.size() > 1 ? " " : "") + textOf(element);
+    for (std::size_t first = 0; first < elements.size();) {
+        std::size_t last = first;
+        while (last + 1 < elements.size() &&
+               numberedOf(elements[last + 1]).number == numberedOf(elements[last]).number + 1)
+            ++last;
+        text += (first > 0 ? " " : "") + textOf(elements[first]);
+        if (last > first) text += "-" + textOf(elements[last]);
+        first = last + 1;
+    }
     return text + "]";
 }
 

@@ -54,7 +54,7 @@ TEST_F(RecordedAccessibilityTest, NumbersTheElementsAndRecordsWhatTheySay) {
     ASSERT_EQ(entries.size(), 3U);
     EXPECT_EQ(entries[0].channel, static_cast<int>(ScreenEvent::read));
     EXPECT_EQ(entries[0].head<ScreenHead>().element, 1U);
-    EXPECT_EQ(entries[0].textBehind<ScreenHead>(), "AXWindows=[#2 #3] AXTitle=\"Mix: Song\" AXMain=true AXRow=-");
+    EXPECT_EQ(entries[0].textBehind<ScreenHead>(), "AXWindows=[#2-#3] AXTitle=\"Mix: Song\" AXMain=true AXRow=-");
     EXPECT_EQ(entries[1].channel, static_cast<int>(ScreenEvent::pressed));
     EXPECT_EQ(entries[1].head<ScreenHead>().element, 2U);
     EXPECT_EQ(entries[1].head<ScreenHead>().result, -1);

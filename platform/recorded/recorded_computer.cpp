@@ -9,7 +9,7 @@ using blackbox::textBytes;
 
 std::optional<std::string> RecordedSystemInfo::environment(const std::string& name) const {
     auto value = system.environment(name);
-    if (name.starts_with("QV_")) note(name, value);
+    if (name.starts_with("QV_") || name.starts_with("LUMBRINE_")) note(name, value);
     return value;
 }
 

@@ -15,7 +15,7 @@ public:
     RecordedSystemInfo(const SystemInfo& recorded, const Recorder& itsRecorder)
         : system(recorded), recorder(itsRecorder) {}
 
-    // Only variables that begin with "QV_" are recorded: the receiver's own, which hold no secret.
+    // Only the receiver's own variables are recorded ("QV_...", "LUMBRINE_..."), which hold no secret.
     std::optional<std::string> environment(const std::string& name) const override;
     std::vector<std::string> preferredLanguages() const override { return system.preferredLanguages(); }
     std::optional<std::string> computerName() const override;

@@ -10,6 +10,12 @@ using blackbox::Kind;
 using blackbox::PortEvent;
 using blackbox::textBytes;
 
+MIDIStatus RecordedMIDI::createClient(const std::string& name, MIDIClientRef& client) {
+    const MIDIStatus status = services.createClient(name, client);
+    if (status == 0) clients[client] = name;
+    return status;
+}
+
 MIDIStatus RecordedMIDI::createSource(MIDIClientRef client, const std::string& name, MIDIEndpointRef& source) {
     const MIDIStatus status = services.createSource(client, name, source);
     const std::uint8_t surface = surfaceOf(name);
@@ -32,8 +38,8 @@ MIDIStatus RecordedMIDI::createDestination(MIDIClientRef client, const std::stri
 }
 
 void RecordedMIDI::onReturn(MIDIClientRef client, std::function<void()> back) {
-    services.onReturn(client, [this, back = std::move(back)] {
-        note(PortEvent::returned, 0, {});
+    services.onReturn(client, [this, name = clients[client], back = std::move(back)] {
+        note(PortEvent::returned, 0, name);
         back();
     });
 }

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <atomic>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -16,9 +17,7 @@ public:
     // Both outlive it.
     RecordedMIDI(MIDIServices& recorded, const Recorder& itsRecorder) : services(recorded), recorder(itsRecorder) {}
 
-    MIDIStatus createClient(const std::string& name, MIDIClientRef& client) override {
-        return services.createClient(name, client);
-    }
+    MIDIStatus createClient(const std::string& name, MIDIClientRef& client) override;
     MIDIStatus createSource(MIDIClientRef client, const std::string& name, MIDIEndpointRef& source) override;
     MIDIStatus createDestination(MIDIClientRef client, const std::string& name, MIDIReadBlock read,
                                  MIDIEndpointRef& destination) override;
@@ -40,7 +39,8 @@ private:
 
     MIDIServices& services;
     const Recorder& recorder;
-    std::vector<std::string> names; // of the surfaces, in the order of their numbers; main thread
+    std::vector<std::string> names;               // of the surfaces, in the order of their numbers; main thread
+    std::map<MIDIClientRef, std::string> clients; // main thread
     std::array<std::atomic<MIDIEndpointRef>, mostSurfaces> sources{};
 };
 

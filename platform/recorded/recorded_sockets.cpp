@@ -28,6 +28,13 @@ int RecordedSockets::receive(int fd, std::span<std::uint8_t> buffer, PeerAddress
     return size;
 }
 
+// Seldom true: somebody answers the receiver with its own datagrams.
+bool RecordedSockets::isOwnAddress(int fd, const PeerAddress& address) {
+    const bool isOwn = sockets.isOwnAddress(fd, address);
+    if (isOwn) note(SocketEvent::ownAddress, 0);
+    return isOwn;
+}
+
 // Recorded when it has gone, so that a client does not wait for it.
 int RecordedSockets::send(int fd, ByteView bytes, const PeerAddress& to) {
     const int result = sockets.send(fd, bytes, to);

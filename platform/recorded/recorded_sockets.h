@@ -20,7 +20,7 @@ public:
     int setDualStack(int fd) override { return sockets.setDualStack(fd); }
     int bind(int fd, std::uint16_t port) override;
     int localPort(int fd) override { return sockets.localPort(fd); }
-    bool isOwnAddress(int fd, const PeerAddress& address) override { return sockets.isOwnAddress(fd, address); }
+    bool isOwnAddress(int fd, const PeerAddress& address) override;
     int receive(int fd, std::span<std::uint8_t> buffer, PeerAddress& from) override;
     int send(int fd, ByteView bytes, const PeerAddress& to) override;
     void name(const PeerAddress& address, std::string& host, std::string& port) override {

@@ -39,7 +39,8 @@ std::string anchorText(const Record& record) {
 }
 
 std::string socketText(const Record& record) {
-    constexpr std::array names{"socket opened", "socket bound", "receiving ended", "socket closed"};
+    constexpr std::array names{"socket opened", "socket bound", "receiving ended", "socket closed",
+                               "that was the receiver's own address"};
     const auto head = headOf<SocketHead>(record);
     if (!head) return "socket";
     return nameIn(names, record.channel) + (head->port == 0 ? "" : " to port " + std::to_string(head->port)) +
@@ -185,23 +186,26 @@ RecordWords RecordTeller::midi(const Record& record, Direction direction, ByteVi
     return all;
 }
 
-std::string addressText(const NumericAddress& address) {
+std::string hostText(const NumericAddress& address) {
     const auto& host = address.host;
-    const std::string port = ":" + std::to_string(address.port);
     constexpr std::array<std::uint8_t, 12> mapped{0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF, 0xFF};
+    std::string text;
     if (std::equal(mapped.begin(), mapped.end(), host.begin())) {
-        std::string text;
         for (std::size_t i = 12; i < host.size(); ++i)
             text += (i == 12 ? "" : ".") + std::to_string(host[i]);
-        return text + port;
+        return text;
     }
-    std::string text = "[";
     for (std::size_t i = 0; i < host.size(); i += 2) {
         std::array<char, 8> group{};
         std::snprintf(group.data(), group.size(), "%x", static_cast<unsigned>(host[i] << 8 | host[i + 1]));
         text += (i == 0 ? "" : ":") + std::string(group.data());
     }
-    return text + "]" + port;
+    return text;
+}
+
+std::string addressText(const NumericAddress& address) {
+    const std::string host = hostText(address);
+    return (host.contains(':') ? "[" + host + "]" : host) + ":" + std::to_string(address.port);
 }
 
 } // namespace lumbrine::blackbox

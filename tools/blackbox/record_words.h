@@ -34,6 +34,9 @@ private:
     HUIWords hui;
 };
 
+// "192.168.1.20", "fe80:0:0:0:0:0:0:1"
+std::string hostText(const NumericAddress& address);
+
 // "192.168.1.20:50000", "[fe80::1]:50000"
 std::string addressText(const NumericAddress& address);
 
