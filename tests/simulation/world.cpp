@@ -39,6 +39,10 @@ SimulatorOptions recorded(SimulatorOptions options) {
     return options;
 }
 
+ReceiverPlatform heardBy(Listener* listener, VirtualRuntime& runtime, const ReceiverPlatform& platform) {
+    return listener == nullptr ? platform : listener->between(runtime, platform);
+}
+
 } // namespace
 
 SimulatedSession sessionOf(const Scenario& scenario, int tracks, std::uint64_t seed) {
@@ -57,7 +61,7 @@ SimulatedSession sessionOf(const Scenario& scenario, int tracks, std::uint64_t s
     return session;
 }
 
-World::World(const Scenario& decided, Trace* trace)
+World::World(const Scenario& decided, Trace* trace, Listener* listener)
     : scenario(decided), runtime(runtimeOptions(decided)),
       tracedMIDI(trace == nullptr ? std::nullopt
                                   : std::optional<TracedMIDI>(std::in_place, runtime, midi, trace->traffic)),
@@ -65,9 +69,11 @@ World::World(const Scenario& decided, Trace* trace)
       proTools(std::make_unique<SimulatedProTools>(runtime, midi, recorded(decided.host),
                                                    sessionOf(decided, decided.tracks, decided.seed))),
       model(ReceiverModel::create(
-          {receiverRuntime, midiServices(), sockets, advertiser, computer, streams, json, accessibility()},
+          heardBy(listener, runtime,
+                  {receiverRuntime, midiServices(), sockets, advertiser, computer, streams, json, accessibility()}),
           Bilingual(false),
-          [this, trace](const std::string& line) {
+          [this, trace, listener](const std::string& line) {
+              if (listener != nullptr) listener->logged(line);
               lines.emplace_back(runtime.now(), line);
               if (trace != nullptr) trace->log.note(runtime.now(), line);
               if (runtime.onMain() && watch) watch->note(line);

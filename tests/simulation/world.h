@@ -30,9 +30,20 @@ namespace lumbrine::simulation {
 // A session as the scenario has them.
 SimulatedSession sessionOf(const Scenario& scenario, int tracks, std::uint64_t seed);
 
+// Somebody between the receiver and its world who listens.
+class Listener {
+public:
+    virtual ~Listener() = default;
+
+    // What the receiver gets in the place of its platform. Once, before it starts.
+    virtual ReceiverPlatform between(VirtualRuntime& runtime, const ReceiverPlatform& platform) = 0;
+
+    virtual void logged(const std::string& line) = 0;
+};
+
 struct World {
-    // The receiver has been started, and the phones look for it.
-    explicit World(const Scenario& decided, Trace* trace = nullptr);
+    // The receiver has been started, and the phones look for it. The listener outlives the world.
+    explicit World(const Scenario& decided, Trace* trace = nullptr, Listener* listener = nullptr);
 
     // Everybody leaves, and what is under way ends.
     ~World();

@@ -23,6 +23,11 @@ const std::map<std::string, Modules>& arrows() {
         modules.insert(modules.end(), {"blackbox", "web"});
         return modules;
     }();
+    static const Modules replays = [] {
+        Modules modules = everywhere;
+        modules.insert(modules.end(), {"blackbox", "platform/recorded", "app", "tools", "tests"});
+        return modules;
+    }();
     static const Modules processes{"base", "blackbox", "tests/interop"};
     static const std::map<std::string, Modules> table{
         {"base", {}},
@@ -48,9 +53,10 @@ const std::map<std::string, Modules>& arrows() {
           "platform/qt", "platform/recorded", "seal", "model"}},
         {"tools",
          {"base", "blackbox", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/macos",
-          "platform/virtual", "seal", "client_link", "model", "app", "simulator", "remote"}},
+          "platform/recorded", "platform/virtual", "seal", "client_link", "model", "app", "simulator", "remote"}},
         {"web", {"base", "platform/api", "platform/posix", "platform/linux", "seal"}},
         {"tests", everywhere},
+        {"tests/replay", replays},
         {"tests/interop",
          {"base", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/virtual", "seal",
           "ptsl", "simulator", "tools"}},

@@ -58,6 +58,10 @@ std::expected<BlackboxArguments, BlackboxAnswer> readBlackboxArguments(std::span
     pcap->add_flag("--redact", read.redacted, redact);
     pcap->add_option("COPY", read.copy, "the file to write")->required();
 
+    CLI::App* const replay =
+        program.add_subcommand("replay", "play the recording to this version of the receiver, and compare");
+    replay->add_option("FILE", read.recording, "the recording, as with -f");
+
     std::vector<std::string> words(arguments.begin(), arguments.end());
     std::ranges::reverse(words); // the order that the library's parser takes
     try {
@@ -73,6 +77,7 @@ std::expected<BlackboxArguments, BlackboxAnswer> readBlackboxArguments(std::span
     }
     if (save->parsed()) read.command = BlackboxArguments::Command::save;
     if (pcap->parsed()) read.command = BlackboxArguments::Command::pcap;
+    if (replay->parsed()) read.command = BlackboxArguments::Command::replay;
     if (stats->parsed()) read.command = BlackboxArguments::Command::stats;
     if (stripOption->count() > 0) read.strip = strip - 1;
     for (const std::string& kind : kinds)

@@ -10,6 +10,7 @@
 #include "tools/blackbox/redaction.h"
 #include "tools/blackbox/show.h"
 #include "tools/blackbox/statistics.h"
+#include "tools/replay/replay_text.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -93,6 +94,17 @@ int written(const BlackboxArguments& arguments, const std::expected<void, std::s
     return result ? 0 : complain(arguments.copy, result.error());
 }
 
+// As diff does: 0 when they are the same, 1 when they differ, 2 when there is nothing to compare.
+int compareWithReplay(const std::filesystem::path& path, ByteView ring) {
+    const auto result = replay(ring);
+    if (!result) {
+        complain(path, result.error());
+        return 2;
+    }
+    std::fputs(textOf(*result).c_str(), stdout);
+    return result->isEqual() ? 0 : 1;
+}
+
 int run(const BlackboxArguments& arguments) {
     const std::filesystem::path path =
         arguments.recording.empty() ? usualPath() : std::filesystem::path(arguments.recording);
@@ -112,6 +124,8 @@ int run(const BlackboxArguments& arguments) {
         std::fputs(textOf(statisticsOf(records), records).c_str(), stdout);
         return 0;
     }
+    case BlackboxArguments::Command::replay:
+        return compareWithReplay(path, *ring);
     }
     return 0;
 }

@@ -1,0 +1,15 @@
+// What the command line of replay_tests asks for.
+#pragma once
+
+#include <cstdint>
+
+namespace lumbrine::simulation {
+
+struct ReplayArguments {
+    std::uint64_t firstSeed = 1;
+    std::uint64_t lastSeed = 40;
+};
+
+const ReplayArguments& replayArguments();
+
+} // namespace lumbrine::simulation
