@@ -11,8 +11,14 @@ export function pairingKey() {
         localStorage.setItem(keyName, scanned);
         return scanned;
     }
-    return localStorage.getItem(keyName) ?? "";
+    const kept = localStorage.getItem(keyName) ?? "";
+    // A page on the home screen may have a store of its own: what it has of this one is the address.
+    if (kept) history.replaceState(null, "", "#" + kept);
+    return kept;
 }
+
+/** Calls `act` when another code was scanned: the address stays the same but for the key. @param {() => void} act */
+export const onOtherKey = (act) => addEventListener("hashchange", act);
 
 /** A random number other than 0, the same each time. */
 export function deviceToken() {

@@ -6,7 +6,7 @@ import { make } from "./dom.js";
 import { Grips } from "./grips.js";
 import { GroupPanel } from "./group_panel.js";
 import { Groups } from "./groups.js";
-import { deviceToken, pairingKey } from "./identity.js";
+import { deviceToken, onOtherKey, pairingKey } from "./identity.js";
 import { Link, tickInterval } from "./link.js";
 import { parseMessage } from "./messages.js";
 import { ModeSheet } from "./mode_sheet.js";
@@ -141,6 +141,7 @@ watchPresence({
     },
 });
 status.onUseHere = useThisTab;
+onOtherKey(() => location.reload());
 keepScreenOn();
 useThisTab();
 document.addEventListener("contextmenu", (event) => event.preventDefault());

@@ -7,6 +7,8 @@ import { say } from "./words.js";
 /** @typedef {import("./connection.js").Connection} Connection */
 
 const hintTime = 3000;
+const needHelp = ["searching", "refused", "closed"];
+const passing = 2000; // a trouble that is shorter than this needs no explanation
 
 /** What is wrong, or the key of the text for "nothing". @param {Connection} connection @param {Link} link */
 export function situation(connection, link) {
@@ -33,14 +35,15 @@ export class StatusBar {
         this.#trip,
         make("span", { class: "transport" }, this.#lights.play, this.#lights.record),
     );
-    #takeOverText = make("p");
+    #veilText = make("p");
     #takeOver = button(say("takeOver"), say("takeOver"), "take-over");
-    /** Over everything while another device is in control. */
-    veil = make("div", { class: "veil", role: "alert" }, this.#takeOverText, this.#takeOver);
+    /** Over everything while another device is in control, and while nothing can be done here. */
+    veil = make("div", { class: "veil", role: "alert" }, this.#veilText, this.#takeOver);
     /** This browser has the page in another tab, which is in use. */
     isElsewhere = false;
     onUseHere = () => {};
     #hint = { text: "", until: -Infinity };
+    #last = { now: "", since: 0 };
     #link;
     #connection;
 
@@ -64,16 +67,24 @@ export class StatusBar {
         setText(this.#text, say(hasHint ? this.#hint.text : now));
         const isGood = now === "connected" || now === "finding" || now === "noTracks";
         setAttribute(this.element, "data-state", now === "connected" ? "good" : isGood ? "waiting" : "bad");
-        const hasOther = now === "busy" || now === "takenOver" || now === "elsewhere";
-        this.veil.hidden = !hasOther;
-        if (hasOther) {
-            setText(this.#takeOverText, say(now));
-            setText(this.#takeOver, say(this.isElsewhere ? "useHere" : "takeOver"));
-            setAttribute(this.#takeOver, "aria-label", this.#takeOver.textContent ?? "");
-        }
+        this.#showVeil(now);
         this.#light(this.#lights.play, "playing", picture.playing);
         this.#light(this.#lights.record, "recording", picture.recording);
         this.#showTrip(isGood);
+    }
+
+    /** Who has control, or what to do against a trouble that has lasted. @param {string} now */
+    #showVeil(now) {
+        const time = performance.now();
+        if (now !== this.#last.now) this.#last = { now, since: time };
+        const hasOther = now === "busy" || now === "takenOver" || now === "elsewhere";
+        const needsHelp = needHelp.includes(now) && time - this.#last.since > passing;
+        this.veil.hidden = !hasOther && !needsHelp;
+        if (this.veil.hidden) return;
+        setText(this.#veilText, say(hasOther ? now : now + "Help"));
+        setText(this.#takeOver, say(this.isElsewhere ? "useHere" : "takeOver"));
+        setAttribute(this.#takeOver, "aria-label", this.#takeOver.textContent ?? "");
+        this.#takeOver.hidden = !hasOther;
     }
 
     /** @param {HTMLElement} light @param {string} name @param {boolean} isOn */

@@ -8,9 +8,18 @@ const texts = {
     closed: ["The computer does not answer – trying again", "コンピュータが応答しません – 再接続しています"],
     refused: ["Scan the code on the computer again", "コンピュータのコードをもう一度読み取ってください"],
     crowded: ["Too many pages are open – waiting", "開いているページが多すぎます – 待っています"],
-    searching: [
-        "Lumbrine does not answer – is it running, and does it know this page's key?",
-        "Lumbrine が応答しません – 起動していますか、鍵は登録されていますか",
+    searching: ["Lumbrine does not answer – is it running?", "Lumbrine が応答しません – 起動していますか"],
+    searchingHelp: [
+        "Start Lumbrine on the studio's computer. If it lets in paired clients only, give lumbrine-web its key.",
+        "スタジオのコンピュータで Lumbrine を起動してください。ペアリング済みのみ許可する設定なら、lumbrine-web に鍵を渡してください。",
+    ],
+    refusedHelp: [
+        "The code that opened this page does not count any more. Lumbrine's window shows the new one.",
+        "このページを開いたコードは無効になりました。新しいコードは Lumbrine のウインドウに表示されます。",
+    ],
+    closedHelp: [
+        "Is this phone in the studio's network? Is the computer on, and lumbrine-web running?",
+        "スタジオのネットワークに接続していますか。コンピュータと lumbrine-web は動いていますか。",
     ],
     lost: ["Lumbrine does not answer any more – trying again", "Lumbrine が応答しなくなりました – 再接続しています"],
     busy: ["Another device is in control", "別の端末が操作中です"],

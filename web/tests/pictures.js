@@ -1,11 +1,13 @@
 // @ts-check
-// node pictures.js FOLDER: takes pictures of the page on a phone, on its side, and on a tablet, in both languages.
+// node pictures.js FOLDER: takes pictures of the page in both languages: on a phone, with and without a browser's bars
+// and on its side, and on a tablet; all tracks; and, on the phone, what it says when it cannot work.
 import { join } from "node:path";
-import { Studio, launch, openPage, phone } from "./studio.js";
+import { Gateway, Studio, freePort, launch, openPage, phone } from "./studio.js";
 
 const folder = process.argv[2];
 const devices = {
     phone,
+    browser: { ...phone, viewport: { width: 390, height: 664 } },
     landscape: { ...phone, viewport: { width: 844, height: 390 } },
     tablet: { ...phone, viewport: { width: 1180, height: 820 }, deviceScaleFactor: 2 },
 };
@@ -34,8 +36,39 @@ async function takePictures() {
             for (const row of [0, 2, 3]) await page.locator(".row .tick").nth(row).tap();
             await page.locator(".row .title:text('Kick In')").waitFor();
             await page.screenshot({ path: join(folder, `web-tracks-${device}-${language}.png`) });
+            if (device === "phone") await takeSheets(page, language);
+            if (device === "phone") await takeTroubles(page, locale, language);
             await context.close();
         }
+}
+
+/** What is over the page at times. @param {import("playwright-core").Page} page @param {string} language */
+async function takeSheets(page, language) {
+    const openers = { menu: page.locator(".tool").last(), modes: page.locator(".row .mode").first() };
+    for (const [name, opener] of Object.entries(openers)) {
+        await opener.tap();
+        await page.screenshot({ path: join(folder, `web-${name}-phone-${language}.png`) });
+        await page.keyboard.press("Escape");
+    }
+}
+
+/**
+ * Another device in control, and no receiver.
+ * @param {import("playwright-core").Page} page @param {string} locale @param {string} language
+ */
+async function takeTroubles(page, locale, language) {
+    const context = await browser.newContext({ ...phone, locale });
+    const other = await context.newPage();
+    await other.goto(studio.address);
+    await other.locator(".veil:not([hidden])").waitFor();
+    await other.screenshot({ path: join(folder, `web-busy-phone-${language}.png`) });
+    const lonely = await Gateway.open(await freePort());
+    await other.goto(lonely.address);
+    await other.locator('.status[data-state="bad"]').waitFor();
+    await other.screenshot({ path: join(folder, `web-silent-phone-${language}.png`) });
+    await context.close();
+    await lonely.close();
+    await page.locator('.status[data-state="good"]').waitFor();
 }
 
 /** Something to see: lights, and music. @param {import("playwright-core").Page} page */

@@ -64,6 +64,7 @@ test("the page has what a home screen needs, and keeps the screen on", { timeout
     const page = await openPage(context, studio);
     const manifest = await (await page.request.get(new URL("manifest.webmanifest", studio.address).href)).json();
     assert.equal(manifest.display, "standalone");
+    assert.equal(manifest.start_url, undefined, "the page's own address has the key");
     for (const { src, type } of manifest.icons) {
         const icon = await page.request.get(new URL(src, studio.address).href);
         assert.deepEqual([icon.status(), icon.headers()["content-type"]], [200, type], src);

@@ -112,7 +112,7 @@ test("a receiver that wants a key is said to be silent, until the gateway has it
     const context = await browser.newContext(phone);
     const shown = await context.newPage();
     await shown.goto(stranger.address);
-    await shown.locator(".status .text", { hasText: "does it know this page's key" }).waitFor();
+    await shown.locator(".veil p", { hasText: "give lumbrine-web its key" }).waitFor();
     const friend = await Gateway.open(port, ["--seal-key", "@" + join(home, "lumbrine/keys")]);
     await shown.goto(friend.address);
     await shown.locator(".status .text", { hasText: "no tracks" }).waitFor();
@@ -176,8 +176,22 @@ test("sixteen pages are open at once, and one more says that it waits", { timeou
     await Promise.all(contexts.map((context) => context.close()));
 });
 
-test("a key that is wrong is said so", async () => {
+test("a key that is wrong is said so, and the right one counts at once", async () => {
     const stranger = await (await browser.newContext(phone)).newPage();
     await stranger.goto(studio.address.replace(/#.*/, "#" + "0".repeat(26)));
     await stranger.locator(".status .text", { hasText: "Scan the code" }).waitFor();
+    await stranger.locator(".veil p", { hasText: "window shows the new one" }).waitFor();
+    await stranger.evaluate((hash) => void (location.hash = hash), new URL(studio.address).hash);
+    await stranger.locator('.status:not([data-state="waiting"]) .text', { hasText: "control" }).waitFor();
+});
+
+test("a page without a key in its address has the key that this browser knows, and puts it there", async () => {
+    const context = await browser.newContext(phone);
+    const known = await context.newPage();
+    await known.goto(studio.address);
+    await known.locator(".veil, .status[data-state='good']").first().waitFor();
+    await known.goto("about:blank");
+    await known.goto(studio.address.replace(/#.*/, ""));
+    assert.equal(known.url(), studio.address);
+    await context.close();
 });
