@@ -1,3 +1,4 @@
+#include "tests/replay/evenings.h"
 #include "tests/replay/replay_arguments.h"
 
 #include <gtest/gtest.h>
@@ -37,7 +38,9 @@ const ReplayArguments& replayArguments() {
 } // namespace lumbrine::simulation
 
 int main(int count, char** values) {
+    using namespace lumbrine::simulation;
+    if (count == 2 && std::string(values[1]) == "--write") return writeEvenings(eveningsFolder()) ? 0 : 1;
     testing::InitGoogleTest(&count, values);
-    if (!lumbrine::simulation::readArguments(count, values)) return 2;
+    if (!readArguments(count, values)) return 2;
     return RUN_ALL_TESTS();
 }
