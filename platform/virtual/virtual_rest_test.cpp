@@ -31,7 +31,7 @@ TEST(VirtualRest, LastsUntilNobodyElseCanGoOnAtThatInstant) {
 TEST(VirtualRest, EndsOneByOneInTheOrderOfTheNumbers) {
     VirtualRuntime runtime;
     std::string history;
-    for (const std::uint64_t number : {7, 2, 5})
+    for (const std::uint64_t number : {7U, 2U, 5U})
         runtime.background(Priority::normal, [&, number] {
             runtime.rest(number);
             history += std::to_string(number);

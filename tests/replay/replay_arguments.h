@@ -7,7 +7,7 @@ namespace lumbrine::simulation {
 
 struct ReplayArguments {
     std::uint64_t firstSeed = 1;
-    std::uint64_t lastSeed = 40;
+    std::uint64_t lastSeed = LUMBRINE_TAPED_SESSIONS;
 };
 
 const ReplayArguments& replayArguments();
