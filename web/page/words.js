@@ -8,7 +8,7 @@ const texts = {
     closed: ["The computer does not answer – trying again", "コンピュータが応答しません – 再接続しています"],
     refused: ["Scan the code on the computer again", "コンピュータのコードをもう一度読み取ってください"],
     crowded: ["Too many pages are open – waiting", "開いているページが多すぎます – 待っています"],
-    searching: ["Lumbrine does not answer – is it running?", "Lumbrine が応答しません – 起動していますか"],
+    searching: ["Lumbrine does not answer", "Lumbrine が応答しません"],
     searchingHelp: [
         "Start Lumbrine on the studio's computer. If it lets in paired clients only, give lumbrine-web its key.",
         "スタジオのコンピュータで Lumbrine を起動してください。ペアリング済みのみ許可する設定なら、lumbrine-web に鍵を渡してください。",

@@ -64,7 +64,8 @@ async function takeTroubles(page, locale, language) {
     await other.screenshot({ path: join(folder, `web-busy-phone-${language}.png`) });
     const lonely = await Gateway.open(await freePort());
     await other.goto(lonely.address);
-    await other.locator('.status[data-state="bad"]').waitFor();
+    await other.locator(".veil .take-over[hidden]").waitFor({ state: "attached" });
+    await other.locator(".veil:not([hidden])").waitFor();
     await other.screenshot({ path: join(folder, `web-silent-phone-${language}.png`) });
     await context.close();
     await lonely.close();
