@@ -9,13 +9,14 @@ import { StripView } from "./strip_view.js";
 /** @typedef {import("./mode_sheet.js").ModeSheet} ModeSheet */
 
 /**
- * Where the keys stand, by the room that a strip has. The fader has to stay long enough to be of use.
- * @type {{keys: string, width: number, height: number}[]}
+ * Where the keys stand, by the room that a strip has. The fader has to stay long enough to be of use. From the width
+ * `scale` on there is room for a large scale.
+ * @type {{keys: string, width: number, height: number, scale: number}[]}
  */
 const layouts = [
-    { keys: "above", width: 46, height: 560 },
-    { keys: "beside", width: 80, height: 280 },
-    { keys: "pairs", width: 128, height: 0 },
+    { keys: "above", width: 46, height: 560, scale: 66 },
+    { keys: "beside", width: 80, height: 280, scale: 114 },
+    { keys: "pairs", width: 128, height: 0, scale: 160 },
 ];
 const roomy = 110; // a strip of this width looks best with its keys beside the fader
 const fewest = 4;
@@ -25,7 +26,9 @@ export class StripsPanel {
     /** Called when the number of pages has changed. */
     onPages = () => {};
     #link;
-    #views;
+    /** Those that there was room for so far. @type {StripView[]} */
+    #views = [];
+    #newView;
     #page = 0;
     #perPage = strips;
     #room = { width: 0, height: 0 };
@@ -33,9 +36,7 @@ export class StripsPanel {
     /** @param {Link} link @param {Grips} grips @param {ModeSheet} sheet */
     constructor(link, grips, sheet) {
         this.#link = link;
-        this.#views = Array.from({ length: strips }, (_, strip) => new StripView(link, grips, sheet, strip));
-        for (const { element } of this.#views) element.hidden = true; // until it is known how many there is room for
-        this.element.append(...this.#views.map((view) => view.element));
+        this.#newView = (/** @type {number} */ strip) => new StripView(link, grips, sheet, strip);
         new ResizeObserver(([entry]) => {
             if (entry.contentRect.width === 0) return; // another view is shown
             this.#room = entry.contentRect;
@@ -75,13 +76,22 @@ export class StripsPanel {
     #visible = [];
 
     #arrange() {
+        if (this.#room.width === 0) return;
         this.#shown = this.#link.picture.shown;
         const firstBefore = this.#page * this.#perPage;
         this.#perPage = this.#mostPerPage;
         this.#page = Math.min(Math.floor(firstBefore / this.#perPage), this.pages - 1);
         const first = this.#page * this.#perPage;
-        this.#visible = this.#views.slice(first, Math.min(first + this.#perPage, this.#shown));
-        this.element.dataset.keys = this.#layoutOf(this.#visible.length)?.keys ?? "pairs";
+        const last = Math.min(first + this.#perPage, this.#shown);
+        while (this.#views.length < last) {
+            const view = this.#newView(this.#views.length);
+            this.#views.push(view);
+            this.element.append(view.element);
+        }
+        this.#visible = this.#views.slice(first, last);
+        const layout = this.#layoutOf(last - first) ?? layouts[layouts.length - 1];
+        this.element.dataset.keys = layout.keys;
+        this.element.toggleAttribute("data-roomy", this.#room.width / (last - first) >= layout.scale);
         for (const view of this.#views) view.element.hidden = !this.#visible.includes(view);
         this.onPages();
     }
