@@ -145,9 +145,10 @@ test("ten fingers in WebKit move ten faders, and those that are taken away let g
                 clientX: 100, clientY: 400 + (strip % 2 ? 1 : -1) * ${y} })))`);
     await touch("pointerdown", 0);
     for (const way of [10, 20, 30]) await touch("pointermove", way);
-    assert.equal(await onPage("document.querySelectorAll('.fader[data-held]').length"), 10);
+    const held = () => onPage("document.querySelectorAll('.fader[data-held]').length");
+    await until("ten are drawn as held", async () => (await held()) === 10);
     await touch("pointercancel", 30);
-    await until("let go", async () => (await onPage("document.querySelectorAll('.fader[data-held]').length")) === 0);
+    await until("let go", async () => (await held()) === 0);
     const shown = await Promise.all(ten.map(valueOf));
     for (const strip of ten) assert.equal(Math.sign(shown[strip] - 8191), strip % 2 ? -1 : 1, `fader ${strip}`);
     await until("Pro Tools has them", async () => {
