@@ -84,9 +84,13 @@ void followStatus(RunLoop& loop, ServiceStatus& status, const std::shared_ptr<Re
     });
 }
 
-void tellWhoHasThePort(std::uint16_t port) {
-    if (const auto holder = holderOfUDPPort(port))
-        std::fprintf(stderr, "lumbrine-headless: UDP port %d is taken by %s\n", port, holder->c_str());
+void tellWhoHasThePort(std::uint16_t number, const Bilingual& text) {
+    const auto holder = holderOfUDPPort(number);
+    if (!holder) return;
+    const std::string port = std::to_string(number);
+    const std::string line =
+        text("UDP port " + port + " is taken by " + *holder, "UDP ポート " + port + " は " + *holder + " が使用中です");
+    std::fprintf(stderr, "lumbrine-headless: %s\n", line.c_str());
 }
 
 int run() {
@@ -112,7 +116,7 @@ int run() {
         model->start();
         if (model->published().health.udp.state != LinkHealth::State::down) return;
         // A service manager may start it again when the port is free.
-        tellWhoHasThePort(model->port());
+        tellWhoHasThePort(model->port(), text);
         status = 1;
         PosixProcessEnd::setStatus(status);
         end();

@@ -14,8 +14,8 @@ const std::string reconnectHelp =
 } // namespace
 
 DemoConsole::DemoConsole(SimulatedProTools& proTools, std::function<void()> reconnect, std::function<void()> end,
-                         std::function<void(const std::string&)> print)
-    : proTools(proTools), reconnect(std::move(reconnect)), end(std::move(end)), print(std::move(print)) {
+                         std::function<void(const std::string&)> print, Bilingual text)
+    : proTools(proTools), reconnect(std::move(reconnect)), end(std::move(end)), print(std::move(print)), text(text) {
     proTools.screen().onPress([write = this->print](const std::string& what) { write("Pro Tools: " + what); });
 }
 
@@ -27,7 +27,7 @@ void DemoConsole::handle(const std::string& line) const {
     if (!answer.text.empty()) {
         print(answer.text);
     } else if (!command.empty() && !answer.quit) {
-        print("Pro Tools' user: " + command);
+        print(text("Pro Tools' user: ", "Pro Tools での操作: ") + command);
     }
     if (answer.quit) end();
 }

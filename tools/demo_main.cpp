@@ -123,13 +123,13 @@ int run(const DemoArguments& arguments) {
 
     const TourPage page(runtime, output);
     const auto printReceiver = [&](const std::string& line) {
-        arguments.tour ? page.print("receiver   " + line) : print(line);
+        arguments.tour ? page.print(text("receiver   ", "レシーバー ") + line) : print(line);
     };
     SimulatorOptions options;
     options.surfaces = arguments.surfaces;
     options.portsLost = arguments.portsLost;
     SimulatedSession session = defaultSession(arguments.tracks, options.seed);
-    const std::string sessionDescription = sessionLine(session, arguments.surfaces);
+    const std::string sessionDescription = sessionLine(session, arguments.surfaces, text);
     auto proTools = std::make_unique<SimulatedProTools>(runtime, midi, options, std::move(session));
     auto scripting = offerScripting(runtime, *proTools, arguments);
     const PTSLAddress service{.port = portForReceiver(scripting.get())};
@@ -137,7 +137,7 @@ int run(const DemoArguments& arguments) {
     NlohmannJSON json(text);
     std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
         {runtime, midi, sockets, advertiser, system, streams, json, proTools->screen(), service}, text, printReceiver);
-    const DemoConsole console(*proTools, [&] { model->reconnectToPT(); }, [&] { loop.post(end); }, print);
+    const DemoConsole console(*proTools, [&] { model->reconnectToPT(); }, [&] { loop.post(end); }, print, text);
     std::optional<LineInput> input;
     std::unique_ptr<DemoTour> tour;
     int status = 0;
@@ -149,12 +149,16 @@ int run(const DemoArguments& arguments) {
     loop.post([&] {
         if (!model) return;
         print(sessionDescription);
-        print(scripting ? scripting->line() : "No scripting service");
+        print(scripting ? scripting->line(text) : text("No scripting service", "公式 API なし"));
         model->start();
         if (!arguments.tour) {
-            print("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()) + "   (Ctrl-C ends)");
-            print(arguments.portsLost ? "Pro Tools does not use the MIDI ports; type: reconnect"
-                                      : "What Pro Tools' user may do can be typed here; help lists it");
+            print(
+                text("Connect a client: lumbrine-remote 127.0.0.1:", "クライアントを接続: lumbrine-remote 127.0.0.1:") +
+                std::to_string(model->port()) + text("   (Ctrl-C ends)", "   （Ctrl-C で終了）"));
+            print(arguments.portsLost ? text("Pro Tools does not use the MIDI ports; type: reconnect",
+                                             "Pro Tools は MIDI ポートを使用していません。reconnect と入力してください")
+                                      : text("What Pro Tools' user may do can be typed here; help lists it",
+                                             "Pro Tools での操作をここに入力できます（help で一覧）"));
             // A background job of a shell gets SIGTTIN, which stops it, when it reads from the terminal. If the signal
             // is ignored, the read fails instead and the demo goes on.
             std::signal(SIGTTIN, SIG_IGN);
@@ -165,7 +169,7 @@ int run(const DemoArguments& arguments) {
             });
             return;
         }
-        tour = std::make_unique<DemoTour>(DemoStage::Given{runtime, sockets, *proTools, model->port(),
+        tour = std::make_unique<DemoTour>(DemoStage::Given{runtime, sockets, *proTools, text, model->port(),
                                                            [&] { return isReady(model); },
                                                            [&page](const std::string& line) { page.print(line); }},
                                           [&](bool succeeded) {

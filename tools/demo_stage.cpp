@@ -7,7 +7,6 @@ namespace lumbrine {
 
 namespace {
 
-constexpr std::array phoneNames{"phone A  ", "phone B  "};
 constexpr std::uint64_t firstToken = 0x1000;
 constexpr Duration moveInterval = seconds(0.02);
 constexpr int movesOfASweep = 12;
@@ -77,13 +76,15 @@ SimulatedTrack DemoStage::track(int number) const {
 std::string DemoStage::trackOn(int strip) const {
     const SimulatedSession session = given.proTools.session();
     const SimulatedTrack* track = session.find(hostStrip(strip).trackID);
-    return track != nullptr ? "\"" + track->name + "\"" : "no track";
+    if (track == nullptr) return given.text("no track", "トラックなし");
+    return given.text("\"" + track->name + "\"", "「" + track->name + "」");
 }
 
 // ---- Telling
 
 void DemoStage::tell(std::size_t which, const std::string& what) const {
-    given.print(phoneNames[which] + what);
+    const std::string name(1, static_cast<char>('A' + which));
+    given.print(given.text("phone " + name + "  ", "端末 " + name + "   ") + what);
 }
 
 void DemoStage::tellOfProTools(const std::string& what) const {

@@ -2,6 +2,7 @@
 // the steps of the tour do with them, and prints what happened. Main thread only.
 #pragma once
 
+#include "base/bilingual.h"
 #include "platform/api/datagram_sockets.h"
 #include "platform/api/runtime.h"
 #include "remote/remote_client.h"
@@ -26,6 +27,7 @@ public:
         Runtime& runtime;
         DatagramSockets& sockets;
         SimulatedProTools& proTools;
+        Bilingual text; // for what is printed
         std::uint16_t receiverPort;
         std::function<bool()> receiverIsReady; // true once the session is scanned: clients may move the bank
         std::function<void(const std::string& line)> print;

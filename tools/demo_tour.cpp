@@ -57,7 +57,7 @@ void DemoTour::goOn() {
 
 void DemoTour::giveUp(std::size_t step) {
     if (ended || step != current || !waiting) return;
-    stage.tell(steps[step].phone, "✗ no answer");
+    stage.tell(steps[step].phone, stage.given.text("✗ no answer", "✗ 応答がありません"));
     finish(false);
 }
 
@@ -69,10 +69,14 @@ void DemoTour::finish(bool succeeded) {
 
 void DemoTour::tellRoundTrips() {
     std::ranges::sort(roundTrips);
-    stage.given.print("Round trips through the receiver and the simulated Pro Tools (which answers after " +
-                      fixed(inSeconds(stage.given.proTools.options.latency) * 1000, 0) + " ms): " +
-                      std::to_string(roundTrips.size()) + ", median " + fixed(roundTrips[roundTrips.size() / 2], 1) +
-                      " ms, longest " + fixed(roundTrips.back(), 1) + " ms");
+    const std::string latency = fixed(inSeconds(stage.given.proTools.options.latency) * 1000, 0);
+    const std::string count = std::to_string(roundTrips.size());
+    const std::string median = fixed(roundTrips[roundTrips.size() / 2], 1), longest = fixed(roundTrips.back(), 1);
+    stage.given.print(
+        stage.given.text("Round trips through the receiver and the simulated Pro Tools (which answers after " +
+                             latency + " ms): " + count + ", median " + median + " ms, longest " + longest + " ms",
+                         "レシーバーと模擬 Pro Tools（応答まで " + latency + " ms）を経由した往復: " + count +
+                             " 回、中央値 " + median + " ms、最長 " + longest + " ms"));
 }
 
 } // namespace lumbrine

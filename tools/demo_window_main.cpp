@@ -34,11 +34,16 @@ struct DemoArguments {
 // The demo is not to be started at login: the switch in the window stays off and shows the reason.
 class NoLoginService final : public LoginService {
 public:
+    explicit NoLoginService(Bilingual text) : text(text) {}
+
     bool isEnabled() override { return false; }
     std::expected<void, std::string> registerApplication() override {
-        return std::unexpected("the demo is not for every day");
+        return std::unexpected(text("the demo is not for every day", "デモはログイン時に起動できません"));
     }
     std::expected<void, std::string> unregisterApplication() override { return {}; }
+
+private:
+    const Bilingual text;
 };
 
 const QString identifier = QStringLiteral("com.tarnwick.lumbrine.demo");
@@ -51,11 +56,11 @@ int run(const DemoArguments& arguments, int count, char** values) {
         process.within(endingTime);
         loop.post([&] { end(); });
     });
-    const auto application = openDisplay("lumbrine-demo-window", count, values);
-    SingleInstance instance(identifier);
-    if (!instance.isFirst()) return instance.handOver() ? 0 : 1;
     const LinuxSystemInfo system;
     const Bilingual text(prefersJapanese(system.preferredLanguages()));
+    const auto application = openDisplay("lumbrine-demo-window", text, count, values);
+    SingleInstance instance(identifier);
+    if (!instance.isFirst()) return instance.handOver() ? 0 : 1;
     LineOutput output = standardOutput(text);
     const auto print = [&output](const std::string& line) { output.print(line); };
     RealRuntime runtime(loop);
@@ -69,19 +74,20 @@ int run(const DemoArguments& arguments, int count, char** values) {
     options.surfaces = arguments.surfaces;
     options.portsLost = arguments.portsLost;
     SimulatedSession session = defaultSession(arguments.tracks, options.seed);
-    const std::string sessionDescription = sessionLine(session, arguments.surfaces);
+    const std::string sessionDescription = sessionLine(session, arguments.surfaces, text);
     auto proTools = std::make_unique<SimulatedProTools>(runtime, midi, options, std::move(session));
     auto scripting = std::make_unique<OfferedScripting>(runtime, proTools->scripting(), arguments.scriptingPort);
     const PTSLAddress service{.port = portForReceiver(scripting.get())};
 
     NlohmannJSON json(text);
-    NoLoginService login;
+    NoLoginService login(text);
     LoginItem loginItem(login, text, print);
     auto model = ReceiverModel::create(
         {runtime, midi, sockets, advertiser, system, streams, json, proTools->screen(), service}, text, print);
     print(sessionDescription);
-    print(scripting->line());
-    print("Connect a client: lumbrine-remote 127.0.0.1:" + std::to_string(model->port()));
+    print(scripting->line(text));
+    print(text("Connect a client: lumbrine-remote 127.0.0.1:", "クライアントを接続: lumbrine-remote 127.0.0.1:") +
+          std::to_string(model->port()));
     ReceiverApp app(std::move(model), loginItem, text, surroundings(runtime, LUMBRINE_VERSION));
     std::function<void()> begin = [] {};
     loop.post([&begin] { begin(); });

@@ -62,9 +62,12 @@ std::optional<std::uint16_t> OfferedScripting::port() const {
     return relay ? relay->port() : server.port();
 }
 
-std::string OfferedScripting::line() const {
-    if (const auto offered = port()) return "Scripting service on 127.0.0.1:" + std::to_string(*offered);
-    return "Port " + std::to_string(wantedPort) + " is taken: there is no scripting service";
+std::string OfferedScripting::line(const Bilingual& text) const {
+    if (const auto offered = port())
+        return text("Scripting service on 127.0.0.1:", "公式 API: 127.0.0.1:") + std::to_string(*offered);
+    const std::string taken = std::to_string(wantedPort);
+    return text("Port " + taken + " is taken: there is no scripting service",
+                "ポート " + taken + " は使用中のため、公式 API は提供されません");
 }
 
 std::uint16_t portForReceiver(const OfferedScripting* offered) {

@@ -2,6 +2,7 @@
 // the options ask for faults of the wire.
 #pragma once
 
+#include "base/bilingual.h"
 #include "platform/api/runtime.h"
 #include "simulator/grpc/grpc_scripting_server.h"
 #include "tools/stream_relay.h"
@@ -31,7 +32,7 @@ public:
     std::optional<std::uint16_t> port() const;
 
     // Tells the user where the service is, or that its port is taken.
-    std::string line() const;
+    std::string line(const Bilingual& text) const;
 
 private:
     SimulatedScripting& scripting;

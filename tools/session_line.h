@@ -1,6 +1,7 @@
 // What the demos say about their simulated session when they start.
 #pragma once
 
+#include "base/bilingual.h"
 #include "simulator/simulated_session.h"
 
 #include <string>
@@ -8,11 +9,13 @@
 namespace lumbrine {
 
 // The banks, and so the receiver's map, leave hidden tracks out.
-inline std::string sessionLine(const SimulatedSession& session, int surfaces) {
+inline std::string sessionLine(const SimulatedSession& session, int surfaces, const Bilingual& text) {
     const std::size_t all = session.tracks().size(), hidden = all - session.shownTracks().size();
-    return "Simulated session: " + std::to_string(all) + " tracks" +
-           (hidden == 0 ? "" : " (" + std::to_string(hidden) + " hidden)") + " on " + std::to_string(surfaces) +
-           " HUI surfaces";
+    const std::string count = std::to_string(all), unseen = std::to_string(hidden), huis = std::to_string(surfaces);
+    return text("Simulated session: " + count + " tracks" + (hidden == 0 ? "" : " (" + unseen + " hidden)") + " on " +
+                    huis + " HUI surfaces",
+                "模擬セッション: " + count + " トラック" + (hidden == 0 ? "" : "（うち非表示 " + unseen + "）") +
+                    "、HUI サーフェス " + huis + " 台");
 }
 
 } // namespace lumbrine

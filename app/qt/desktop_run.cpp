@@ -18,19 +18,21 @@ namespace lumbrine {
 
 namespace {
 
-std::string programName;
+std::string noDisplay; // the line to end with
 
 // Qt aborts where it finds no display, after lines about its plugins.
 void endWithoutDisplay(QtMsgType type, const QMessageLogContext& /*where*/, const QString& /*text*/) {
     if (type != QtFatalMsg) return;
-    std::fprintf(stderr, "%s: no display; lumbrine-headless needs none\n", programName.c_str());
+    std::fputs(noDisplay.c_str(), stderr);
     std::_Exit(1);
 }
 
 } // namespace
 
-std::unique_ptr<QApplication> openDisplay(const std::string& program, int& count, char** arguments) {
-    programName = program;
+std::unique_ptr<QApplication> openDisplay(const std::string& program, const Bilingual& text, int& count,
+                                          char** arguments) {
+    noDisplay = program + text(": no display; lumbrine-headless needs none\n",
+                               ": ディスプレイがありません。lumbrine-headless なら不要です\n");
     const QtMessageHandler before = qInstallMessageHandler(endWithoutDisplay);
     auto application = std::make_unique<QApplication>(count, arguments);
     qInstallMessageHandler(before);

@@ -17,7 +17,8 @@ class QApplication;
 namespace lumbrine {
 
 // Opens the window system's display. Where there is none, ends the program with a line on standard error and status 1.
-std::unique_ptr<QApplication> openDisplay(const std::string& program, int& count, char** arguments);
+std::unique_ptr<QApplication> openDisplay(const std::string& program, const Bilingual& text, int& count,
+                                          char** arguments);
 
 struct DesktopRun {
     QtMainLoop& loop;

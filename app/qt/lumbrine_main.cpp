@@ -69,15 +69,18 @@ int run(int count, char** arguments, bool hidden) {
         process.within(endingTime);
         loop.post([&] { end(); });
     });
-    const auto application = openDisplay(std::string(program.name), count, arguments);
+    const LinuxSystemInfo system;
+    const Bilingual text(prefersJapanese(system.preferredLanguages()));
+    const auto application = openDisplay(std::string(program.name), text, count, arguments);
     SingleInstance instance(identifier);
     if (!instance.isFirst()) {
         if (instance.handOver()) return 0;
-        std::fputs("lumbrine: it is running already, but does not answer\n", stderr);
+        std::fputs(text("lumbrine: it is running already, but does not answer\n",
+                        "lumbrine: すでに起動していますが、応答がありません\n")
+                       .c_str(),
+                   stderr);
         return 1;
     }
-    const LinuxSystemInfo system;
-    const Bilingual text(prefersJapanese(system.preferredLanguages()));
     LineOutput output = standardOutput(text);
     const auto print = [&output](const std::string& line) { output.print(line); };
     RealRuntime runtime(loop);

@@ -219,10 +219,13 @@ TEST(LumbrineOnADesktop, ShowsItsWindowAndEndsBesideAJACKServerThatStandsStill) 
 }
 
 TEST(Lumbrine, SaysThatThereIsNoDisplay) {
-    const CommandResult result = runCommand(
-        {"env", "-u", "DISPLAY", "-u", "WAYLAND_DISPLAY", "-u", "QT_QPA_PLATFORM", "DISPLAY=:4711", program});
-    EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.output, "lumbrine: no display; lumbrine-headless needs none\n");
+    const auto startIn = [](const std::string& language) {
+        return runCommand({"env", "-u", "WAYLAND_DISPLAY", "-u", "QT_QPA_PLATFORM", "DISPLAY=:4711",
+                           "LANGUAGE=" + language, program});
+    };
+    EXPECT_EQ(startIn("en").status, 1);
+    EXPECT_EQ(startIn("en").output, "lumbrine: no display; lumbrine-headless needs none\n");
+    EXPECT_EQ(startIn("ja").output, "lumbrine: ディスプレイがありません。lumbrine-headless なら不要です\n");
 }
 
 TEST(Lumbrine, AnswersQuestionsAboutItselfWithoutADesktop) {

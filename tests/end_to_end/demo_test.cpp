@@ -20,8 +20,8 @@ using testing::HasSubstr;
 
 const std::string program = LUMBRINE_BIN_DIR "/lumbrine-demo";
 
-ChildProcess::Setup onPort(std::uint16_t port) {
-    return {.environment = {{"QV_PORT", std::to_string(port)}, {"QV_NO_BONJOUR", "1"}, {"LANGUAGE", "en"}}};
+ChildProcess::Setup onPort(std::uint16_t port, const std::string& language = "en") {
+    return {.environment = {{"QV_PORT", std::to_string(port)}, {"QV_NO_BONJOUR", "1"}, {"LANGUAGE", language}}};
 }
 
 bool prints(const ChildProcess& demo, const std::string& text) {
@@ -81,6 +81,18 @@ TEST(Demo, ServesAClientUntilItIsEnded) {
     EXPECT_TRUE(prints(demo, "Connected to Pro Tools' official API")) << demo.output();
     EXPECT_TRUE(prints(demo, "Got 5 track names (full names via PTSL)")) << demo.output();
     demo.signal(SIGTERM);
+    EXPECT_EQ(demo.wait(interop::patience), 0) << demo.output();
+}
+
+TEST(Demo, SpeaksJapaneseWithAUserWhoPrefersIt) {
+    Keyboard keyboard;
+    ChildProcess demo(keyboard.command(program, {"--tracks", "5", "--surfaces", "1", "--no-scripting"}),
+                      onPort(freePort(), "ja"));
+    ASSERT_TRUE(prints(demo, "Pro Tools での操作をここに入力できます（help で一覧）\n")) << demo.output();
+    EXPECT_THAT(demo.output(), HasSubstr("模擬セッション: 5 トラック、HUI サーフェス 1 台\n公式 API なし\n"));
+    keyboard.type("mute 2");
+    EXPECT_TRUE(prints(demo, "Pro Tools での操作: mute 2\n")) << demo.output();
+    keyboard.type("quit");
     EXPECT_EQ(demo.wait(interop::patience), 0) << demo.output();
 }
 
