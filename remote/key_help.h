@@ -11,6 +11,7 @@ namespace lumbrine::remote {
 struct KeyHelp {
     std::string_view keys;
     std::string_view meaning;
+    std::string_view japanese; // the same
 };
 
 std::span<const KeyHelp> keysOf(Page page);

@@ -1,7 +1,6 @@
 #include "remote/remote_program.h"
 
 #include "remote/message_line.h"
-#include "remote/words.h"
 
 #include <utility>
 
@@ -36,7 +35,7 @@ RemoteProgram::~RemoteProgram() = default;
 
 void RemoteProgram::start() {
     if (!arguments.script.steps.empty()) {
-        runner.emplace(surroundings.runtime, arguments.script,
+        runner.emplace(surroundings.runtime, arguments.script, surroundings.text,
                        [this](const Bytes& datagram) { client.send(datagram); });
         runner->onEnd = [this](const std::string& failure) {
             if (!failure.empty()) surroundings.complain(failure);
@@ -46,7 +45,8 @@ void RemoteProgram::start() {
     } else if (arguments.plain()) {
         endWithoutAnswer();
     } else if (surroundings.terminal != nullptr) {
-        view.emplace(surroundings.runtime, client, *surroundings.terminal, [this] { surroundings.end(0); });
+        view.emplace(surroundings.runtime, client, *surroundings.terminal, surroundings.text,
+                     [this] { surroundings.end(0); });
     }
     if (arguments.receiver) {
         connectTo(*arguments.receiver, textOf(*arguments.receiver));
@@ -64,11 +64,14 @@ void RemoteProgram::search() {
                 connectTo(receiver, service.name + " (" + textOf(receiver) + ")");
             });
         });
-    if (!serviceSearch) fail("nothing on this computer can look for receivers; name one as host:port");
+    if (!serviceSearch)
+        fail(surroundings.text("nothing on this computer can look for receivers; name one as host:port",
+                               "このコンピュータではレシーバーを検索できません。host:port の形で指定してください"));
 }
 
 void RemoteProgram::connectTo(const HostAndPort& receiver, const std::string& shownAs) {
-    if (!client.connect(receiver.host, receiver.port)) return fail("no way to " + textOf(receiver));
+    if (!client.connect(receiver.host, receiver.port))
+        return fail(surroundings.text("no way to ", "接続できません: ") + textOf(receiver));
     if (view) view->setReceiver(shownAs);
 }
 
@@ -86,8 +89,7 @@ void RemoteProgram::hearLoss() {
 void RemoteProgram::endWithoutAnswer() {
     const Duration timeout = arguments.script.timeout;
     surroundings.runtime.postMainAfter(timeout, [this, timeout, program = std::weak_ptr(alive)] {
-        if (!program.expired() && client.state() == LinkState::searching)
-            fail("nothing answered within " + inWords(timeout));
+        if (!program.expired() && client.state() == LinkState::searching) fail(noAnswer(timeout, surroundings.text));
     });
 }
 

@@ -1,6 +1,7 @@
 // The program lumbrine-remote: finds the receiver, then shows the view or runs the script.
 #pragma once
 
+#include "base/bilingual.h"
 #include "platform/api/datagram_sockets.h"
 #include "platform/api/runtime.h"
 #include "platform/api/service_discovery.h"
@@ -24,6 +25,7 @@ struct RemoteSurroundings {
     ServiceBrowser& browser;
     Secrets* secrets;   // for a key
     Terminal* terminal; // null for output as lines instead of the full-screen view
+    Bilingual text;
 
     std::function<void(const std::string& line)> print;    // standard output
     std::function<void(const std::string& line)> complain; // standard error

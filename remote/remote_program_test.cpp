@@ -36,11 +36,12 @@ public:
 
 class RemoteProgramTest : public ::testing::Test {
 protected:
+    bool japanese = false;
     void run(const std::vector<std::string>& line, Terminal* terminal = nullptr) {
         auto arguments = parseArguments(line, "1.2.3");
         ASSERT_TRUE(arguments.has_value());
         program = std::make_unique<RemoteProgram>(
-            RemoteSurroundings{runtime, network.host("192.168.1.7"), browser, &secrets, terminal,
+            RemoteSurroundings{runtime, network.host("192.168.1.7"), browser, &secrets, terminal, Bilingual(japanese),
                                [this](const std::string& text) { printed.push_back(text); },
                                [this](const std::string& text) { complaints.push_back(text); },
                                [this](int status) { endings.push_back(status); }},
@@ -127,6 +128,17 @@ TEST_F(RemoteProgramTest, EndsAWatchThatNothingAnswers) {
     EXPECT_TRUE(printed.empty());
 }
 
+TEST_F(RemoteProgramTest, ComplainsInTheUsersLanguage) {
+    japanese = true;
+    run({"192.168.1.2:52700", "--watch"});
+    runtime.runFor(2s);
+    EXPECT_EQ(complaints, Lines{"2 s 以内に応答がありませんでした"});
+    complaints.clear();
+    run({"192.168.1.2:52700", "--expect", "busy"});
+    say(pong, 3s);
+    EXPECT_EQ(complaints, Lines{"2 s 以内に満たされませんでした: busy (該当する行はありませんでした)"});
+}
+
 TEST_F(RemoteProgramTest, EndsAWatchThatFindsNoReceiver) {
     run({"--watch"});
     runtime.runFor(2s);
@@ -166,10 +178,10 @@ TEST_F(RemoteProgramTest, SaysWhenTheHostIsUnknown) {
 TEST_F(RemoteProgramTest, SurvivesAServiceThatAppearsAsItEnds) {
     browser.services = {{"Studio", "192.168.1.2", 52700}};
     auto arguments = parseArguments({"--watch"}, "1.2.3");
-    program = std::make_unique<RemoteProgram>(RemoteSurroundings{runtime, network.host("192.168.1.7"), browser,
-                                                                 &secrets, nullptr, [](const std::string&) {},
-                                                                 [](const std::string&) {}, [](int) {}},
-                                              *std::move(arguments));
+    program = std::make_unique<RemoteProgram>(
+        RemoteSurroundings{runtime, network.host("192.168.1.7"), browser, &secrets, nullptr, Bilingual(false),
+                           [](const std::string&) {}, [](const std::string&) {}, [](int) {}},
+        *std::move(arguments));
     program->start();
     program.reset();
     runtime.runFor(1s);

@@ -24,13 +24,14 @@ constexpr int sessionHeight(int rows) {
     return rows - (titleRows - 1) - footerRows;
 }
 
-std::string bankText(const SessionPicture& picture, Offset offset) {
-    if (picture.trackCount == 0) return "no track map";
-    const std::string of = " of " + std::to_string(picture.trackCount);
-    if (!offset) return "tracks ?" + of;
+std::string bankText(const SessionPicture& picture, Offset offset, const Bilingual& text) {
+    if (picture.trackCount == 0) return text("no track map", "トラック未計測");
+    const std::string tracks = text("tracks ", "トラック ");
+    const std::string of = text(" of ", " / 全 ") + std::to_string(picture.trackCount);
+    if (!offset) return tracks + "?" + of;
     const int first = *offset + 1;
     const int last = std::min(first + picture.shownStrips - 1, static_cast<int>(picture.trackCount));
-    return "tracks " + std::to_string(first) + "-" + std::to_string(last) + of;
+    return tracks + std::to_string(first) + "-" + std::to_string(last) + of;
 }
 
 struct Part {
@@ -38,35 +39,47 @@ struct Part {
     Style style;
 };
 
-Part transportPart(const Transport& transport) {
-    if (transport.recording) return {transport.playing ? " ● REC " : " ● rec ready ", {Ink::red, true, false, true}};
-    if (transport.playing) return {" ▶ PLAY ", {Ink::green, true, false, true}};
-    return {" ■ stop ", {.reverse = true}};
+Part transportPart(const Transport& transport, const Bilingual& text) {
+    const Style recording{Ink::red, true, false, true};
+    if (transport.recording)
+        return {transport.playing ? text(" ● REC ", " ● 録音中 ") : text(" ● rec ready ", " ● 録音待機 "), recording};
+    if (transport.playing) return {text(" ▶ PLAY ", " ▶ 再生中 "), {Ink::green, true, false, true}};
+    return {text(" ■ stop ", " ■ 停止 "), {.reverse = true}};
 }
 
 void drawTitle(Canvas& canvas, const SessionPicture& picture, const ViewState& view) {
     canvas.putFitted(0, 0, " lumbrine-remote  " + printable(view.receiver), canvas.columns(), {.reverse = true});
-    const Part transport = transportPart(picture.transport);
-    const std::string rest =
-        " " + bankText(picture, offsetOf(picture, view)) + "  pan " + (picture.panRight ? "right " : "left ");
+    const Bilingual& text = view.text;
+    const Part transport = transportPart(picture.transport, text);
+    const std::string side = picture.panRight ? text("  pan right ", "  パン 右 ") : text("  pan left ", "  パン 左 ");
+    const std::string rest = " " + bankText(picture, offsetOf(picture, view), text) + side;
     const int column = canvas.columns() - columnsOf(transport.text) - columnsOf(rest);
     canvas.put(0, column, transport.text, transport.style);
     canvas.put(0, column + columnsOf(transport.text), rest, {.reverse = true});
 }
 
 Part linkPart(const ViewState& view) {
+    const Bilingual& text = view.text;
     switch (view.link) {
     case LinkState::searching:
-        return {view.receiver.empty() ? "Searching for a receiver on the network ..." : "Calling the receiver ...",
+        return {view.receiver.empty()
+                    ? text("Searching for a receiver on the network ...", "ネットワーク上のレシーバーを検索中…")
+                    : text("Calling the receiver ...", "レシーバーに接続中…"),
                 {Ink::yellow}};
     case LinkState::connected:
-        return {"Connected.", {Ink::green}};
+        return {text("Connected.", "接続中"), {Ink::green}};
     case LinkState::busy:
-        return {"Another device is in control: press T to take over.", {Ink::yellow, true}};
+        return {text("Another device is in control: press T to take over.",
+                     "別の端末が操作中です。T キーで操作を引き継ぎます。"),
+                {Ink::yellow, true}};
     case LinkState::takenOver:
-        return {"Another device has taken over: press T to take control back.", {Ink::red, true}};
+        return {text("Another device has taken over: press T to take control back.",
+                     "別の端末が操作を引き継ぎました。T キーで操作を取り戻します。"),
+                {Ink::red, true}};
     case LinkState::lost:
-        return {"The receiver has gone silent. Still calling it ...", {Ink::red, true}};
+        return {text("The receiver has gone silent. Still calling it ...",
+                     "レシーバーの応答が途絶えました。接続を試みています…"),
+                {Ink::red, true}};
     }
     return {};
 }
@@ -104,54 +117,63 @@ void drawStrips(Canvas& canvas, const SessionPicture& picture, const ViewState& 
 }
 
 // Describes the strip under the cursor, including what does not fit its column.
-std::string stripInWords(const SessionPicture& picture, Offset offset, Strip strip) {
+std::string stripInWords(const SessionPicture& picture, Offset offset, Strip strip, const Bilingual& text) {
     const StripPicture& shown = picture.at(strip);
     const std::string& name = shown.fullName.empty() ? shown.name : shown.fullName;
-    std::string text = "Strip " + std::to_string(strip.index() + 1) + ": " + (name.empty() ? "no track" : name) +
-                       "  fader " + faderInShort(shown.fader.unit()) + "  automation " +
-                       std::string(autoModeName(shown.autoMode));
+    std::string words = text("Strip ", "ストリップ ") + std::to_string(strip.index() + 1) + ": " +
+                        (name.empty() ? text("no track", "トラックなし") : name) + text("  fader ", "  フェーダー ") +
+                        faderInShort(shown.fader.unit()) + text("  automation ", "  オートメーション ") +
+                        std::string(autoModeName(shown.autoMode));
     const auto track = trackOn(picture, offset, strip);
     const std::string comment = track ? factsOf(picture, offset, *track).comment : "";
-    if (!comment.empty()) text += "  \"" + comment + "\"";
-    return printable(text);
+    if (!comment.empty()) words += text("  \"" + comment + "\"", "  「" + comment + "」");
+    return printable(words);
 }
 
 std::string footer(const ViewState& view) {
+    const Bilingual& text = view.text;
     switch (view.prompt) {
     case Prompt::goToTrack:
-        return "Go to track: " + view.typed + "_   (Enter goes there, Esc stays)";
+        return text("Go to track: ", "移動先のトラック: ") + view.typed +
+               text("_   (Enter goes there, Esc stays)", "_   （Enter で移動、Esc で中止）");
     case Prompt::autoMode:
-        return "Automation: r read  t touch  l latch  w write  o off  i trim   (Esc leaves it)";
+        return text("Automation: r read  t touch  l latch  w write  o off  i trim   (Esc leaves it)",
+                    "オートメーション: r read  t touch  l latch  w write  o off  i trim （Esc 中止）");
     case Prompt::pan:
-        return "Pan: " + view.typed + "_   (-5 left, 0 centre, 5 right; Enter turns it, Esc leaves it)";
+        return text("Pan: ", "パン: ") + view.typed +
+               text("_   (-5 left, 0 centre, 5 right; Enter turns it, Esc leaves it)",
+                    "_   （-5 左、0 中央、5 右。Enter で実行、Esc で中止）");
     case Prompt::fader:
-        return "Fader: " + view.typed + "_   (0 to 100; Enter moves, Esc leaves)";
+        return text("Fader: ", "フェーダー: ") + view.typed +
+               text("_   (0 to 100; Enter moves, Esc leaves)", "_   （0〜100。Enter で実行、Esc で中止）");
     case Prompt::none:
         break;
     }
     if (view.page == Page::session)
-        return "↑ ↓ track  Enter go there  Space mark  f a m s act  c modes  v strips  ? help";
-    return "← → strip  ↑ ↓ fader  m s r  Enter select  , . pan  [ ] bank  v session  ? help";
+        return text("↑ ↓ track  Enter go there  Space mark  f a m s act  c modes  v strips  ? help",
+                    "↑↓ トラック  Enter 移動  Space 印  f a m s 操作  c モード  v 戻る  ? 説明");
+    return text("← → strip  ↑ ↓ fader  m s r  Enter select  , . pan  [ ] bank  v session  ? help",
+                "←→ 選ぶ  ↑↓ フェーダー  m s r  Enter 選択  , . パン  [ ] バンク  v 全体  ? 説明");
 }
 
-void drawHelp(Canvas& canvas, Page page) {
+void drawHelp(Canvas& canvas, Page page, const Bilingual& text) {
     constexpr int meaningColumn = 23;
     int row = titleRows;
     for (const KeyHelp& line : keysOf(page)) {
         canvas.put(row, 2, line.keys);
-        canvas.put(row++, meaningColumn, line.meaning);
+        canvas.put(row++, meaningColumn, text(line.meaning, line.japanese));
     }
 }
 
 void drawStripsPage(Canvas& canvas, const SessionPicture& picture, const ViewState& view) {
     drawStrips(canvas, picture, view);
-    canvas.put(canvas.rows() - 2, 1, stripInWords(picture, offsetOf(picture, view), view.cursor));
+    canvas.put(canvas.rows() - 2, 1, stripInWords(picture, offsetOf(picture, view), view.cursor, view.text));
 }
 
 void drawSessionPage(Canvas& canvas, const SessionPicture& picture, const ViewState& view) {
     const Offset offset = offsetOf(picture, view);
-    drawSession(canvas, titleRows - 1, sessionHeight(canvas.rows()), picture, offset, view.session, view.blinkOn);
-    canvas.put(canvas.rows() - 2, 1, trackInWords(picture, offset, view.session));
+    drawSession(canvas, titleRows - 1, sessionHeight(canvas.rows()), picture, view);
+    canvas.put(canvas.rows() - 2, 1, trackInWords(picture, offset, view.session, view.text));
 }
 
 bool fits(const SessionPicture& picture, Page page, int rows, int columns) {
@@ -160,9 +182,10 @@ bool fits(const SessionPicture& picture, Page page, int rows, int columns) {
     return columnsFor(picture.shownStrips, columns).width >= ColumnPlace::minWidth;
 }
 
-std::string tooSmall(const SessionPicture& picture, Page page) {
+std::string tooSmall(const SessionPicture& picture, Page page, const Bilingual& text) {
     const int columns = page == Page::session ? minSessionColumns : picture.shownStrips * ColumnPlace::minWidth;
-    return "The window is too small; " + std::to_string(columns) + " x " + std::to_string(minRows) + " would do.";
+    const std::string size = std::to_string(columns) + " x " + std::to_string(minRows);
+    return text("Too small: needs " + size, "画面が小さすぎます（" + size + " 以上）");
 }
 
 } // namespace
@@ -174,15 +197,15 @@ int tracksOnPage(int rows) {
 Canvas screenOf(const SessionPicture& picture, const ViewState& view, int rows, int columns) {
     Canvas canvas(rows, columns);
     if (!fits(picture, view.page, rows, columns)) {
-        canvas.put(0, 0, tooSmall(picture, view.page));
+        canvas.put(0, 0, tooSmall(picture, view.page, view.text));
         return canvas;
     }
     drawTitle(canvas, picture, view);
     const Part link = linkPart(view);
     canvas.put(1, 1, link.text, link.style);
     if (view.help) {
-        drawHelp(canvas, view.page);
-        canvas.put(rows - 1, 1, "Any key goes back.", {.dim = true});
+        drawHelp(canvas, view.page, view.text);
+        canvas.put(rows - 1, 1, view.text("Any key goes back.", "何かキーを押すと戻ります。"), {.dim = true});
         return canvas;
     }
     if (view.page == Page::session) {

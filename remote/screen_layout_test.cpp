@@ -90,8 +90,8 @@ TEST(ScreenLayout, GivesTheFadersTheRowsOfALargerWindow) {
 }
 
 TEST(ScreenLayout, SaysWhenTheWindowIsTooSmall) {
-    EXPECT_EQ(screenOf(eightTracks(), connectedView(), 20, 80).line(0), "The window is too small; 40 x 21 would do.");
-    EXPECT_EQ(screenOf(eightTracks(), connectedView(), 24, 39).line(0), "The window is too small; 40 x 21 would");
+    EXPECT_EQ(screenOf(eightTracks(), connectedView(), 20, 80).line(0), "Too small: needs 40 x 21");
+    EXPECT_EQ(screenOf(eightTracks(), connectedView(), 24, 24).line(0), "Too small: needs 40 x 21");
     EXPECT_THAT(page(screenOf(eightTracks(), connectedView(), 21, 40)), ::testing::HasSubstr("Tr16"));
     EXPECT_EQ(page(screenOf(eightTracks(), connectedView(), 0, 0)), "");
 }
@@ -134,6 +134,22 @@ TEST(ScreenLayout, ListsTheKeysWithinTheSmallestWindow) {
     EXPECT_THAT(page(canvas), ::testing::HasSubstr("take over control"));
     EXPECT_THAT(page(canvas), ::testing::HasSubstr("quit"));
     EXPECT_EQ(canvas.line(20), " Any key goes back.");
+}
+
+TEST(ScreenLayout, IsInJapaneseForAUserWhoPrefersIt) {
+    ViewState view = connectedView();
+    view.text = Bilingual(true);
+    const Canvas canvas = screenOf(eightTracks(), view, 24, 80);
+    EXPECT_THAT(canvas.line(0), ::testing::HasSubstr(" ■ 停止  トラック 9-16 / 全 24  パン 左"));
+    EXPECT_EQ(canvas.line(1), " 接続中");
+    EXPECT_THAT(canvas.line(22), ::testing::StartsWith(" ストリップ 1: "));
+    for (const Page page : {Page::strips, Page::session})
+        for (const Prompt prompt : {Prompt::none, Prompt::goToTrack, Prompt::autoMode, Prompt::pan, Prompt::fader}) {
+            view.page = page;
+            view.prompt = prompt;
+            const std::string whole = screenOf(eightTracks(), view, 24, 200).line(23);
+            EXPECT_EQ(screenOf(eightTracks(), view, 24, 80).line(23), whole); // nothing is cut
+        }
 }
 
 TEST(ScreenLayout, LetsNoNameSteerTheTerminal) {

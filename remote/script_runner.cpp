@@ -13,14 +13,19 @@ bool beginAlike(const std::string& a, const std::string& b) {
 
 } // namespace
 
-ScriptRunner::ScriptRunner(Runtime& runtime, Script script, std::function<void(const Bytes&)> send)
-    : runtime(runtime), script(std::move(script)), send(std::move(send)) {}
+std::string noAnswer(Duration time, const Bilingual& text) {
+    return text("nothing answered within " + inWords(time), inWords(time) + " 以内に応答がありませんでした");
+}
+
+ScriptRunner::ScriptRunner(Runtime& runtime, Script script, Bilingual text, std::function<void(const Bytes&)> send)
+    : runtime(runtime), script(std::move(script)), text(text), send(std::move(send)) {}
 
 void ScriptRunner::start() {
     after(script.timeout, [this] {
-        end(script.needsControl
-                ? "another client stayed in control, or nothing answered, for " + inWords(script.timeout)
-                : "nothing answered within " + inWords(script.timeout));
+        const std::string time = inWords(script.timeout);
+        end(script.needsControl ? text("another client stayed in control, or nothing answered, for " + time,
+                                       time + " の間、別のクライアントが操作中か、応答がありませんでした")
+                                : noAnswer(script.timeout, text));
     });
 }
 
@@ -82,9 +87,12 @@ bool ScriptRunner::run(const WaitStep& step) {
 }
 
 std::string ScriptRunner::failureOf(const Expectation& expectation) const {
-    const std::string last = lastOfKind.empty() ? "nothing of the kind came" : "the last was: " + lastOfKind;
+    const std::string last = lastOfKind.empty() ? text("nothing of the kind came", "該当する行はありませんでした")
+                                                : text("the last was: ", "最後の行: ") + lastOfKind;
     const std::string refusal = linkLine.empty() || linkLine == "state connected" ? "" : "; " + linkLine;
-    return "not met within " + inWords(script.timeout) + ": " + expectation.text() + " (" + last + refusal + ")";
+    const std::string time = inWords(script.timeout), wanted = expectation.text();
+    return text("not met within " + time + ": ", time + " 以内に満たされませんでした: ") + wanted + " (" + last +
+           refusal + ")";
 }
 
 void ScriptRunner::end(const std::string& failure) {

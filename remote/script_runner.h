@@ -4,6 +4,7 @@
 // So two expectations in a row are met by two messages in this order.
 #pragma once
 
+#include "base/bilingual.h"
 #include "base/bytes.h"
 #include "platform/api/runtime.h"
 #include "remote/expectation.h"
@@ -39,6 +40,9 @@ struct Script {
     bool needsControl = false;
 };
 
+// What is said when no receiver has answered for that long.
+std::string noAnswer(Duration time, const Bilingual& text);
+
 // Main thread only.
 class ScriptRunner {
 public:
@@ -46,7 +50,8 @@ public:
     // runner.
     std::function<void(const std::string& failure)> onEnd;
 
-    ScriptRunner(Runtime& runtime, Script script, std::function<void(const Bytes&)> send);
+    // `text`: for the description of the failure.
+    ScriptRunner(Runtime& runtime, Script script, Bilingual text, std::function<void(const Bytes&)> send);
 
     // Starts the time-out for the receiver's first answer. Call once.
     void start();
@@ -73,6 +78,7 @@ private:
 
     Runtime& runtime;
     const Script script;
+    const Bilingual text;
     const std::function<void(const Bytes&)> send;
     Phase phase = Phase::waitingForAnswer;
     std::size_t at = 0; // the current step

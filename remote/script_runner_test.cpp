@@ -20,7 +20,7 @@ class ScriptRunnerTest : public ::testing::Test {
 protected:
     void run(std::vector<ScriptStep> steps, bool needsControl = false) {
         Script script{std::move(steps), 2s, needsControl};
-        runner = std::make_unique<ScriptRunner>(runtime, std::move(script),
+        runner = std::make_unique<ScriptRunner>(runtime, std::move(script), Bilingual(false),
                                                 [this](const Bytes& datagram) { sent.push_back(datagram[0]); });
         runner->onEnd = [this](const std::string& failure) { endings.push_back(failure); };
         runner->start();

@@ -42,16 +42,16 @@ std::string rightAligned(const std::string& text, int width) {
     return std::string(static_cast<std::size_t>(std::max(0, width - columnsOf(text))), ' ') + text;
 }
 
-void drawHeading(Canvas& canvas, int row, const PageColumns& columns) {
+void drawHeading(Canvas& canvas, int row, const PageColumns& columns, const Bilingual& text) {
     const Style dim{.dim = true};
     canvas.put(row, PageColumns::strip, "st", dim);
-    canvas.put(row, PageColumns::number, rightAligned("track", PageColumns::numberWidth), dim);
-    canvas.put(row, PageColumns::name, "name", dim);
-    canvas.put(row, columns.fader, "fader", dim);
+    canvas.put(row, PageColumns::number, rightAligned(text("track", "番号"), PageColumns::numberWidth), dim);
+    canvas.put(row, PageColumns::name, text("name", "名前"), dim);
+    canvas.put(row, columns.fader, text("fader", "音量"), dim);
     canvas.put(row, columns.lights, "M S R I", dim);
     canvas.put(row, columns.autoMode, "auto", dim);
-    canvas.put(row, columns.pan, "pan", dim);
-    canvas.putFitted(row, columns.comment, "comment", columns.commentWidth, dim);
+    canvas.put(row, columns.pan, text("pan", "パン"), dim);
+    canvas.putFitted(row, columns.comment, text("comment", "コメント"), columns.commentWidth, dim);
 }
 
 // One line of the list.
@@ -127,8 +127,10 @@ void Line::pan() const {
     canvas.put(row, columns.pan, (facts.pan.side == PanSide::left ? "L" : "R") + panInShort(facts.pan.ring.position));
 }
 
-std::string plural(std::size_t count, const std::string& what) {
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+std::string markedInWords(std::size_t marked, const Bilingual& text) {
+    if (marked == 0) return {};
+    const std::string count = std::to_string(marked);
+    return text(count + (marked == 1 ? " track" : " tracks") + " marked.  ", count + " トラックに印  ");
 }
 
 } // namespace
@@ -137,18 +139,20 @@ int tracksIn(int height) {
     return std::max(0, height - 1);
 }
 
-void drawSession(Canvas& canvas, int top, int height, const SessionPicture& picture, Offset offset,
-                 const SessionList& list, bool blinkOn) {
+void drawSession(Canvas& canvas, int top, int height, const SessionPicture& picture, const ViewState& view) {
+    const Offset offset = offsetOf(picture, view);
+    const SessionList& list = view.session;
     const PageColumns columns(canvas.columns());
-    drawHeading(canvas, top, columns);
+    drawHeading(canvas, top, columns, view.text);
     if (picture.trackCount == 0)
         canvas.put(top + 2, PageColumns::name,
-                   "The receiver has no track map yet: it scans the session when Pro Tools is "
-                   "there and stopped.");
+                   view.text("The receiver has no track map yet: it scans the session when Pro Tools is "
+                             "there and stopped.",
+                             "トラックは未計測です。Pro Tools に接続し、停止中に計測されます。"));
     for (int line = 0; line < tracksIn(height) && list.first + line < picture.trackCount; ++line) {
         const auto track = static_cast<std::uint16_t>(list.first + line);
         const TrackFacts facts = factsOf(picture, offset, track);
-        const Line drawn{canvas, top + 1 + line, columns, facts, track == list.cursor, blinkOn};
+        const Line drawn{canvas, top + 1 + line, columns, facts, track == list.cursor, view.blinkOn};
         drawn.number(track, list.marked.contains(track));
         drawn.name();
         drawn.fader();
@@ -159,15 +163,16 @@ void drawSession(Canvas& canvas, int top, int height, const SessionPicture& pict
     }
 }
 
-std::string trackInWords(const SessionPicture& picture, Offset offset, const SessionList& list) {
-    std::string text = list.marked.empty() ? "" : plural(list.marked.size(), "track") + " marked.  ";
-    if (list.cursor >= picture.trackCount) return text;
+std::string trackInWords(const SessionPicture& picture, Offset offset, const SessionList& list, const Bilingual& text) {
+    std::string words = markedInWords(list.marked.size(), text);
+    if (list.cursor >= picture.trackCount) return words;
     const TrackFacts facts = factsOf(picture, offset, list.cursor);
-    text += "Track " + std::to_string(list.cursor + 1) + ": " + (facts.name.empty() ? "no name" : facts.name);
-    if (facts.fader) text += "  fader " + faderInShort(facts.fader->unit());
-    text += "  automation " + std::string(autoModeName(facts.autoMode));
-    if (!facts.comment.empty()) text += "  \"" + facts.comment + "\"";
-    return printable(text);
+    words += text("Track ", "トラック ") + std::to_string(list.cursor + 1) + ": " +
+             (facts.name.empty() ? text("no name", "名前なし") : facts.name);
+    if (facts.fader) words += text("  fader ", "  フェーダー ") + faderInShort(facts.fader->unit());
+    words += text("  automation ", "  オートメーション ") + std::string(autoModeName(facts.autoMode));
+    if (!facts.comment.empty()) words += text("  \"" + facts.comment + "\"", "  「" + facts.comment + "」");
+    return printable(words);
 }
 
 } // namespace lumbrine::remote

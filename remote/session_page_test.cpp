@@ -117,8 +117,8 @@ TEST(SessionPage, ShowsATracksColorAfterItsName) {
 
 TEST(SessionPage, SaysWhenThereIsNoMapAndWhenTheWindowIsTooSmall) {
     EXPECT_THAT(screenOf({}, sessionView(), 24, 80).line(4), ::testing::HasSubstr("no track map yet"));
-    EXPECT_EQ(screenOf({}, sessionView(), 24, 59).line(0), "The window is too small; 60 x 21 would do.");
-    EXPECT_EQ(screenOf({}, sessionView(), 20, 80).line(0), "The window is too small; 60 x 21 would do.");
+    EXPECT_EQ(screenOf({}, sessionView(), 24, 59).line(0), "Too small: needs 60 x 21");
+    EXPECT_EQ(screenOf({}, sessionView(), 20, 80).line(0), "Too small: needs 60 x 21");
     EXPECT_THAT(screenOf(fortyTracks(), sessionView(), 21, 60).line(3), ::testing::StartsWith("▶         1 Track 1"));
 }
 
@@ -142,6 +142,7 @@ TEST(KeyHelp, FitsTheSmallestPages) {
         for (const KeyHelp& line : keysOf(page)) {
             EXPECT_LE(columnsOf(line.keys), 20) << line.keys;
             EXPECT_LE(columnsOf(line.meaning), 57) << line.meaning;
+            EXPECT_LE(columnsOf(line.japanese), 57) << line.japanese;
         }
     }
 }

@@ -6,8 +6,9 @@
 
 namespace lumbrine::remote {
 
-TerminalApp::TerminalApp(Runtime& runtime, RemoteClient& client, Terminal& terminal, std::function<void()> whenQuit)
-    : runtime(runtime), client(client), terminal(terminal), console(runtime, client, std::move(whenQuit)) {
+TerminalApp::TerminalApp(Runtime& runtime, RemoteClient& client, Terminal& terminal, Bilingual text,
+                         std::function<void()> whenQuit)
+    : runtime(runtime), client(client), terminal(terminal), console(runtime, client, text, std::move(whenQuit)) {
     timer = runtime.repeatOnMain(frame, [this] { tick(); });
 }
 

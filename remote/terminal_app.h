@@ -21,7 +21,8 @@ public:
 
     // Main thread only. Starts drawing. The first three arguments must outlive the view; `whenQuit` must not destroy
     // it.
-    TerminalApp(Runtime& runtime, RemoteClient& client, Terminal& terminal, std::function<void()> whenQuit);
+    TerminalApp(Runtime& runtime, RemoteClient& client, Terminal& terminal, Bilingual text,
+                std::function<void()> whenQuit);
 
     void setReceiver(std::string name) { console.setReceiver(std::move(name)); }
 

@@ -38,8 +38,10 @@ std::optional<AutoModeKey> autoModeKeyOf(char character) {
 
 } // namespace
 
-TerminalConsole::TerminalConsole(Runtime& runtime, RemoteClient& client, std::function<void()> quit)
-    : runtime(runtime), client(client), quit(std::move(quit)), session(client) {}
+TerminalConsole::TerminalConsole(Runtime& runtime, RemoteClient& client, Bilingual text, std::function<void()> quit)
+    : runtime(runtime), client(client), quit(std::move(quit)), session(client) {
+    state.text = text;
+}
 
 ViewState TerminalConsole::view() const {
     ViewState now = state;

@@ -24,7 +24,7 @@ public:
     static constexpr Duration memoryOfPosition = seconds(1.0); // how long a lost bank position is still shown
 
     // Main thread only. `quit` is called inside `press`.
-    TerminalConsole(Runtime& runtime, RemoteClient& client, std::function<void()> quit);
+    TerminalConsole(Runtime& runtime, RemoteClient& client, Bilingual text, std::function<void()> quit);
 
     void press(Key key);
 

@@ -216,7 +216,7 @@ public:
 class TerminalAppTest : public TerminalConsoleTest {
 protected:
     FakeTerminal terminal;
-    TerminalApp app{runtime, client, terminal, [this] { ++quits; }};
+    TerminalApp app{runtime, client, terminal, Bilingual(false), [this] { ++quits; }};
 };
 
 TEST_F(TerminalAppTest, DrawsOnlyWhenThePageLooksDifferent) {

@@ -1,6 +1,7 @@
 // The state of the view that the user controls: cursor, marks, prompt.
 #pragma once
 
+#include "base/bilingual.h"
 #include "base/strip.h"
 #include "remote/remote_client.h"
 
@@ -38,6 +39,7 @@ struct ViewState {
     bool help = false;
     Prompt prompt = Prompt::none;
     std::string typed; // the input at the prompt
+    Bilingual text{false};
 };
 
 // The session track on the first strip, or the last known one. Absent when it has been unknown for a while.

@@ -1,5 +1,6 @@
 // lumbrine-remote: the terminal client on real sockets.
 #include "platform/linux/avahi_browser.h"
+#include "platform/linux/linux_system_info.h"
 #include "platform/linux/openssl_secrets.h"
 #include "platform/posix/posix_datagram_sockets.h"
 #include "platform/posix/real_runtime.h"
@@ -15,7 +16,7 @@ namespace {
 using namespace lumbrine;
 using namespace lumbrine::remote;
 
-int run(const RemoteArguments& arguments) {
+int run(const RemoteArguments& arguments, const Bilingual& text) {
     RunLoop loop;
     const TerminationSignals signals([&loop] { loop.stop(); });
     RealRuntime runtime(loop);
@@ -27,7 +28,7 @@ int run(const RemoteArguments& arguments) {
     {
         std::unique_ptr<CursesTerminal> terminal;
         if (!arguments.plain()) terminal = std::make_unique<CursesTerminal>();
-        RemoteProgram program({runtime, sockets, browser, &secrets, terminal.get(),
+        RemoteProgram program({runtime, sockets, browser, &secrets, terminal.get(), text,
                                [](const std::string& line) {
                                    std::puts(line.c_str());
                                    std::fflush(stdout);
@@ -56,9 +57,14 @@ int main(int argc, char** argv) {
         std::fputs(end.text.c_str(), end.status == 0 ? stdout : stderr);
         return end.status;
     }
+    const LinuxSystemInfo system;
+    const Bilingual text(prefersJapanese(system.preferredLanguages()));
     if (!arguments->plain() && !CursesTerminal::possible()) {
-        std::fputs("lumbrine-remote: the view needs a terminal; --watch and --send do not\n", stderr);
+        std::fputs(text("lumbrine-remote: the view needs a terminal; --watch and --send do not\n",
+                        "lumbrine-remote: 画面表示には端末が必要です（--watch と --send では不要）\n")
+                       .c_str(),
+                   stderr);
         return 2;
     }
-    return run(*arguments);
+    return run(*arguments, text);
 }

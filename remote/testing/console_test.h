@@ -49,7 +49,7 @@ protected:
     ScriptedReceiver receiver{runtime, network.host("192.168.1.2"), 52700};
     RemoteClient client{runtime, network.host("192.168.1.7")};
     int quits = 0;
-    TerminalConsole console{runtime, client, [this] { ++quits; }};
+    TerminalConsole console{runtime, client, Bilingual(false), [this] { ++quits; }};
 };
 
 } // namespace lumbrine::remote
