@@ -5,6 +5,7 @@
 #include "model/state/configuration.h"
 #include "platform/linux/avahi_browser.h"
 #include "platform/linux/avahi_session.h"
+#include "platform/linux/firewall.h"
 #include "platform/linux/linux_datagram_sockets.h"
 #include "platform/linux/linux_system_info.h"
 #include "platform/linux/local_questions.h"
@@ -101,6 +102,8 @@ int checkAndPrint() {
     std::vector<Check> around =
         networkChecks({.announcedAs = answer.announcedAs, .found = receiversOnTheNetwork()}, text);
     around.push_back(gatewayCheck(gatewayFacts(system), text));
+    if (const auto firewall = activeFirewall())
+        around.push_back(firewallCheck(*firewall, Configuration::read(system).port, text));
     std::fputs((answer.list + listed(around)).c_str(), stdout);
     return answer.anyWrong || isAnyWrong(around) ? 1 : 0;
 }

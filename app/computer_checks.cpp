@@ -93,6 +93,18 @@ Check gatewayCheck(const GatewayFacts& facts, const Bilingual& text) {
     return check;
 }
 
+Check firewallCheck(const std::string& firewall, std::uint16_t port, const Bilingual& text) {
+    const std::string number = std::to_string(port);
+    const std::string commands = "sudo " + firewall + " allow " + number + "/udp; sudo " + firewall + " allow 5353/udp";
+    return {.id = "firewall",
+            .state = CheckState::unknown,
+            .title = text("Firewall", "ファイアウォール"),
+            .sentence = text(firewall + " is switched on; what it lets in is not known.",
+                             firewall + " が有効です（許可の設定は確認できません）。"),
+            .remedy = text("If phones do not find this computer or do not connect: " + commands,
+                           "スマートフォンから見つからない、または接続できない場合: " + commands)};
+}
+
 Check silentReceiver(std::uint16_t port, const Bilingual& text) {
     return {.id = "receiver",
             .state = CheckState::wrong,

@@ -28,6 +28,9 @@ struct GatewayFacts {
 };
 Check gatewayCheck(const GatewayFacts& facts, const Bilingual& text);
 
+// Whether the firewall of that name lets clients through, its administrator alone may see.
+Check firewallCheck(const std::string& firewall, std::uint16_t port, const Bilingual& text);
+
 // A receiver runs and does not answer.
 Check silentReceiver(std::uint16_t port, const Bilingual& text);
 

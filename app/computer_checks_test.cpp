@@ -82,5 +82,12 @@ TEST(ComputerChecks, TellWhoServesBrowsers) {
     EXPECT_EQ(other.sentence, "TCP port 52780 of lumbrine-web is taken by python3 (process 7).");
 }
 
+TEST(FirewallCheck, SaysHowToOpenThePortsAndDoesNotClaimThatTheyAreShut) {
+    const Check check = firewallCheck("ufw", 52700, Bilingual(false));
+    EXPECT_EQ(check.state, CheckState::unknown);
+    EXPECT_EQ(check.sentence, "ufw is switched on; what it lets in is not known.");
+    EXPECT_THAT(check.remedy, HasSubstr("sudo ufw allow 52700/udp; sudo ufw allow 5353/udp"));
+}
+
 } // namespace
 } // namespace lumbrine
