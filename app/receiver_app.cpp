@@ -26,7 +26,9 @@ int bankMoveKind(ScreenAction action) {
 ReceiverApp::ReceiverApp(std::shared_ptr<ReceiverModel> receiver, LoginItem& loginItem, Bilingual text,
                          Surroundings surroundings)
     : text(text), model(std::move(receiver)), loginItem(loginItem), surroundings(std::move(surroundings)),
-      setUp(this->surroundings.runtime, [this] { shell.refresh(); }), loginOn(loginItem.isEnabled()) {
+      setUp(this->surroundings.runtime, [this] { shell.refresh(); }),
+      clientName(this->surroundings.runtime, this->surroundings.hosts, [this] { shell.refresh(); }),
+      loginOn(loginItem.isEnabled()) {
     recordNewLines();
     model->onChange([this] { changed(); });
 }
@@ -42,13 +44,22 @@ void ReceiverApp::connect(Shell desktopShell) {
 void ReceiverApp::changed() {
     recordNewLines();
     setUp.look(state());
+    clientName.look(state());
     shell.refresh();
 }
 
 ReceiverView ReceiverApp::view() const {
     ReceiverView view = receiverView(state(), text, surroundings.runtime.now());
     view.onlyProblems.on = onlyProblems;
+    view.client.detail = clientName.in(view.client.detail);
     return view;
+}
+
+StatusMenu ReceiverApp::menu() const {
+    StatusMenu menu = statusMenu(state(), loginOn, text);
+    for (MenuItem& item : menu.items)
+        if (item.kind == MenuItem::Kind::status) item.title = clientName.in(item.title);
+    return menu;
 }
 
 void ReceiverApp::seekTo(std::size_t track) {
@@ -56,7 +67,13 @@ void ReceiverApp::seekTo(std::size_t track) {
 }
 
 SetUpCard ReceiverApp::card() const {
-    return setUp.showsCard() ? setUpCard(state(), surroundings.system, text) : SetUpCard{};
+    if (!setUp.showsCard()) return {};
+    SetUpCard card = setUpCard(state(), surroundings.system, text);
+    for (SetUpRow& row : card.rows) {
+        row.text = clientName.in(row.text);
+        row.spoken = clientName.in(row.spoken);
+    }
+    return card;
 }
 
 AboutText ReceiverApp::about() const {

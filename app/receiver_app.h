@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/about_text.h"
+#include "app/client_name.h"
 #include "app/connect_text.h"
 #include "app/log_record.h"
 #include "app/login_item.h"
@@ -42,6 +43,7 @@ public:
         // The address of the page for browsers, empty without one: by this computer's address and the receiver's port.
         std::function<std::string(const std::string& host, std::uint16_t port)> page =
             [](const std::string&, std::uint16_t) { return std::string(); };
+        HostNames* hosts = nullptr; // where phones can be asked for their names
         std::function<std::string()> timeOfDay = [] { return std::string(); }; // "14:03:59"
     };
 
@@ -65,7 +67,7 @@ public:
 
     // The current contents; after `release`, the contents at that time.
     ReceiverView view() const;
-    StatusMenu menu() const { return statusMenu(state(), loginOn, text); }
+    StatusMenu menu() const;
     const std::vector<LogRow>& logRows() const { return onlyProblems ? record.problems() : record.rows(); }
     const PublishedState& published() const { return state(); }
     SetUpCard card() const;
@@ -97,6 +99,7 @@ private:
     const Surroundings surroundings;
     LogRecord record;
     SetUpWatch setUp;
+    ClientName clientName;
     std::uint64_t recorded = 0; // of PublishedState::linesLogged
     Shell shell{[] {}, [] {}, [] {}};
     bool onlyProblems = false; // in the log

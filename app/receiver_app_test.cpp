@@ -1,5 +1,6 @@
 // What the user's actions do, and that the window's comings and goings start nothing twice.
 #include "app/receiver_app.h"
+#include "app/testing/fake_host_names.h"
 #include "app/testing/fake_login_service.h"
 #include "model/testing/model_test.h"
 
@@ -21,8 +22,10 @@ protected:
     FakeLoginService service;
     std::vector<std::string> printed;
     LoginItem item{service, Bilingual(false), [this](const std::string& line) { printed.push_back(line); }};
-    ReceiverApp app{
-        bench.model, item, Bilingual(false), {.runtime = world.runtime, .timeOfDay = [] { return "14:03:59"; }}};
+    FakeHostNames hosts;
+    ReceiverApp app{bench.model, item, Bilingual(false), {.runtime = world.runtime, .hosts = &hosts, .timeOfDay = [] {
+                                                              return "14:03:59";
+                                                          }}};
     int opened = 0;
     int refreshes = 0;
     int quits = 0;
@@ -33,6 +36,22 @@ TEST_F(ReceiverAppTest, StartsTheModelWhenTheWindowAppears) {
     app.windowAppeared();
     EXPECT_THAT(bench.computer.published, testing::SizeIs(1));
     EXPECT_THAT(app.logRows(), testing::SizeIs(3));
+}
+
+TEST_F(ReceiverAppTest, ShowsThePhoneByTheNameThatItHasOnTheNetwork) {
+    app.windowAppeared();
+    bench.computer.services.at(0).onChange("Studio");
+    const auto phone = bench.phone("192.168.1.7");
+    phone->send({0x01, 0x00});
+    bench.run(1s);
+    ASSERT_THAT(hosts.asked, ElementsAre("192.168.1.7"));
+    EXPECT_EQ(app.view().client.detail, "192.168.1.7");
+    hosts.answer("Annas-iPhone");
+    bench.run(10ms);
+    EXPECT_EQ(app.view().client.detail, "Annas-iPhone");
+    EXPECT_EQ(app.menu().items[1].title, "iPhone / iPad: Annas-iPhone");
+    EXPECT_EQ(app.card().rows[2].text, "Annas-iPhone is connected.");
+    EXPECT_EQ(app.card().rows[2].spoken, "Done: Annas-iPhone is connected.");
 }
 
 TEST_F(ReceiverAppTest, StartsNothingAgainWhenTheWindowIsReopened) {

@@ -4,6 +4,7 @@
 #include "app/standard_output.h"
 #include "model/receiver_model.h"
 #include "platform/linux/avahi_advertiser.h"
+#include "platform/linux/avahi_host_names.h"
 #include "platform/linux/linux_datagram_sockets.h"
 #include "platform/linux/linux_system_info.h"
 #include "platform/portable/nlohmann_json.h"
@@ -88,7 +89,8 @@ int run(const DemoArguments& arguments, int count, char** values) {
     print(scripting->line(text));
     print(text("Connect a client: lumbrine-remote 127.0.0.1:", "クライアントを接続: lumbrine-remote 127.0.0.1:") +
           std::to_string(model->port()));
-    ReceiverApp app(std::move(model), loginItem, text, surroundings(runtime, LUMBRINE_VERSION));
+    AvahiHostNames hosts;
+    ReceiverApp app(std::move(model), loginItem, text, surroundings(runtime, hosts, LUMBRINE_VERSION));
     std::function<void()> begin = [] {};
     loop.post([&begin] { begin(); });
     DesktopRun{loop, runtime, process, streams, app, instance, identifier, begin, end}.run();

@@ -58,7 +58,7 @@ void DesktopRun::run() {
     end = [] {};
 }
 
-ReceiverApp::Surroundings surroundings(Runtime& runtime, const std::string& version) {
+ReceiverApp::Surroundings surroundings(Runtime& runtime, HostNames& hosts, const std::string& version) {
     return {.runtime = runtime,
             .system = HostSystem::linuxDesktop,
             .version = version,
@@ -69,6 +69,7 @@ ReceiverApp::Surroundings surroundings(Runtime& runtime, const std::string& vers
                     const LinuxSystemInfo computer;
                     return pageAddress([&](const std::string& name) { return computer.environment(name); }, host, port);
                 },
+            .hosts = &hosts,
             .timeOfDay = [] { return QTime::currentTime().toString(QStringLiteral("HH:mm:ss")).toStdString(); }};
 }
 

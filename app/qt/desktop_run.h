@@ -42,7 +42,7 @@ struct DesktopRun {
 };
 
 // What Qt knows of the surroundings of a ReceiverApp.
-ReceiverApp::Surroundings surroundings(Runtime& runtime, const std::string& version);
+ReceiverApp::Surroundings surroundings(Runtime& runtime, HostNames& hosts, const std::string& version);
 
 // Sets the program's name, icon and language in Qt, and keeps the program running when its last window is closed. Call
 // it after creating the QApplication.

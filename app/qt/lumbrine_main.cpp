@@ -7,6 +7,7 @@
 #include "app/receiver_ending.h"
 #include "app/standard_output.h"
 #include "platform/linux/avahi_advertiser.h"
+#include "platform/linux/avahi_host_names.h"
 #include "platform/linux/linux_datagram_sockets.h"
 #include "platform/linux/linux_system_info.h"
 #include "platform/linux/midi_backend.h"
@@ -107,7 +108,8 @@ int run(int count, char** arguments, bool hidden) {
     const NetworkWatch network(runtime, [weak = std::weak_ptr(model)] {
         if (const auto there = weak.lock()) there->readAddress();
     });
-    ReceiverApp app(std::move(model), loginItem, text, surroundings(runtime, LUMBRINE_VERSION));
+    AvahiHostNames hosts;
+    ReceiverApp app(std::move(model), loginItem, text, surroundings(runtime, hosts, LUMBRINE_VERSION));
     const CheckService checks(loop, port, [&app, &output] {
         return std::optional(ReceiverNow{.published = app.published(), .outputBacklog = output.backlog()});
     });
