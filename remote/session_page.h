@@ -12,8 +12,8 @@ namespace lumbrine::remote {
 
 inline constexpr int minSessionColumns = 60;
 
-// Draws a heading and below it the tracks from `view.session.first` on, in `height` rows from `top`. The page must be at
-// least `minSessionColumns` wide. From left to right: cursor and mark, the strip that shows the track, the track's
+// Draws a heading and below it the tracks from `view.session.first` on, in `height` rows from `top`. The page must be
+// at least `minSessionColumns` wide. From left to right: cursor and mark, the strip that shows the track, the track's
 // number, the name on its colour, fader, lights, select, automation mode, pan, and as much of the comment as fits.
 // Unknown values are blank or a dot.
 void drawSession(Canvas& canvas, int top, int height, const SessionPicture& picture, const ViewState& view);

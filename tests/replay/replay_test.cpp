@@ -1,5 +1,5 @@
 // A recording of a simulated session, played to a new receiver, gives the same recording. replay_tests --seeds N
-// records and replays seeds 1 to N, --seed N that one; --write records the kept evenings anew.
+// records and replays seeds 1 to N, --seed N that one; --write records the kept evenings again.
 #include "blackbox/testing/memory_ring.h"
 #include "tests/replay/replay_arguments.h"
 #include "tests/replay/taped_session.h"
