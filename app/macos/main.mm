@@ -1,5 +1,6 @@
 // Lumbrine: the receiver as a menu-bar application of the Mac.
 #include "app/flight_recorder.h"
+#include "app/key_keeper.h"
 #include "app/login_item.h"
 #include "app/macos/about_box.h"
 #include "app/macos/application.h"
@@ -15,6 +16,7 @@
 #include "model/receiver_model.h"
 #include "platform/macos/accessibility_ax.h"
 #include "platform/macos/announcement_failure.h"
+#include "platform/macos/common_crypto_secrets.h"
 #include "platform/macos/coremidi_services.h"
 #include "platform/macos/dispatch_main_loop.h"
 #include "platform/macos/foundation_json.h"
@@ -36,6 +38,7 @@
 #import <AppKit/AppKit.h>
 
 #include <memory>
+#include <optional>
 
 namespace lumbrine {
 namespace {
@@ -104,6 +107,7 @@ struct Mac {
     NetServiceAdvertiser advertiser{runtime};
     FoundationJSON json{text};
     AccessibilityAX accessibility;
+    CommonCryptoSecrets secrets;
     MainAppLoginService login{text};
 };
 
@@ -120,6 +124,8 @@ public:
                      .showAbout = [this] { showAbout(); },
                      .showConnect = [this] { showConnect(); }});
         mac.recorder.keepUp(model);
+        if (const auto folder = mac.system.stateFolder())
+            keyKeeper.emplace(mac.runtime, KeyFile(*folder + KeyFile::name, mac.secrets), model, mac.text);
         delegate.launched = [this] { openWindow(); };
         delegate.reopened = [this] { openWindow(); };
         delegate.windowChanged = [this] { pace.changed(); };
@@ -175,8 +181,9 @@ private:
     LoginItem loginItem{mac.login, mac.text, print};
     const std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
         mac.recorder.recorded({mac.runtime, mac.midi, mac.sockets, mac.advertiser, mac.system, mac.streams, mac.json,
-                               mac.accessibility}),
+                               mac.accessibility, {}, &mac.secrets}),
         mac.text, mac.recorder.recorded(print));
+    std::optional<KeyKeeper> keyKeeper;
     ReceiverApp app{model, loginItem, mac.text, surroundings(mac.runtime)};
     Promptness promptness{[this] { return std::make_shared<PromptTime>(mac.loop); }};
     DrawPace pace{mac.runtime, [this] { draw(); }};

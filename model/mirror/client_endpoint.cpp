@@ -30,6 +30,11 @@ void ClientEndpoint::startUDPAndBonjour(Handler handler) {
 }
 
 void ClientEndpoint::listen(Handler handler) {
+    if (onlyPaired && secrets == nullptr) {
+        noteDeaf(log.text("LUMBRINE_CLIENTS=paired needs keys, which cannot be used here",
+                          "LUMBRINE_CLIENTS=paired に必要な鍵がここでは使えません"));
+        return;
+    }
     udp = std::make_unique<UDPServer>(runtime, sockets, port);
     udp->onDatagram = std::move(handler);
     udp->onTakeOver = [this](const std::string& by, const std::string& from) { logTakeOver(by, from); };
@@ -45,10 +50,13 @@ void ClientEndpoint::listen(Handler handler) {
         published.health.udp = {.state = State::up};
         log.say("✓ UDP listening on :" + where, "✓ UDP 受信開始 :" + where);
     } else {
-        const std::string& why = started.error().description;
-        published.health.udp = {.state = State::down, .detail = why};
-        log.say("✗ UDP failed: " + why, "✗ UDP 失敗: " + why);
+        noteDeaf(started.error().description);
     }
+}
+
+void ClientEndpoint::noteDeaf(const std::string& why) {
+    published.health.udp = {.state = State::down, .detail = why};
+    log.say("✗ UDP failed: " + why, "✗ UDP 失敗: " + why);
 }
 
 void ClientEndpoint::logTakeOver(const std::string& by, const std::string& from) {

@@ -48,6 +48,7 @@ public:
 
 private:
     void listen(Handler handler);
+    void noteDeaf(const std::string& why);
     void logTakeOver(const std::string& by, const std::string& from);
     void logRefusal(int error);
     void noteStranger();

@@ -57,6 +57,20 @@ TEST_F(ClientEndpointTest, KnowsTheOwnershipThatADatagramCameIn) {
     endpoint.close();
 }
 
+TEST_F(ClientEndpointTest, OpensNoPortForPairedClientsWhereNobodyCanProveAKey) {
+    computer.variables = {{"LUMBRINE_CLIENTS", "paired"}};
+    ClientEndpoint paired{
+        jobs, published, world.network.host("192.168.1.2"), computer, computer, Configuration::read(computer), log};
+    int handled = 0;
+    paired.startUDPAndBonjour([&handled](ByteView, const Sender&) { ++handled; });
+    phone.send(touch);
+    world.runtime.runUntilIdle();
+    EXPECT_EQ(handled, 0);
+    EXPECT_EQ(published.health.udp.state, LinkHealth::State::down);
+    EXPECT_THAT(lines, testing::Contains(testing::HasSubstr("LUMBRINE_CLIENTS=paired needs keys")));
+    paired.close();
+}
+
 TEST_F(ClientEndpointTest, LogsWhoTookOverFromWhomOnceASecond) {
     endpoint.startUDPAndBonjour([](ByteView, const Sender&) {});
     Phone tablet{world, "192.168.1.8", "192.168.1.2", endpoint.port};

@@ -25,7 +25,7 @@ struct ReceiverPlatform {
     JSON& json;
     Accessibility& accessibility;
     PTSLAddress scripting = {}; // where Pro Tools' scripting service is
-    Secrets* secrets = nullptr; // for clients that seal; null where none can
+    Secrets* secrets = nullptr; // null where no client can seal; a receiver for paired clients then opens no port
 };
 
 } // namespace lumbrine
