@@ -4,6 +4,7 @@
 #include "remote/message_line.h"
 #include "remote/receiver_message.h"
 #include "seal/seal_trailer.h"
+#include "seal/session_key.h"
 
 #include <array>
 #include <cstdio>
@@ -89,10 +90,12 @@ struct StripOfMessage {
     }
 };
 
-// Behind the words of a sealed message: which one of its session it is.
+// Behind the words of a sealed message: which one of its session it is, and whose.
 std::string sealNote(ByteView datagram) {
     const auto sealed = seal::splitTrailer(datagram);
-    return sealed ? " (sealed, " + std::to_string(sealed->trailer.sequence.count) + ")" : std::string();
+    if (!sealed) return {};
+    return " (sealed, number " + std::to_string(sealed->trailer.sequence.count) + ", key " +
+           std::to_string(sealed->trailer.keyNumber) + ")";
 }
 
 DatagramWords unknown(ByteView datagram) {
@@ -119,6 +122,7 @@ ByteView messageOf(ByteView datagram) {
 DatagramWords clientWords(ByteView datagram) {
     const ByteView message = messageOf(datagram);
     if (isClientDatagram(message) && message[1] == takeOver) return {"take-over" + sealNote(datagram)};
+    if (seal::clientHalfOf(message)) return {"hello, to open a session" + sealNote(datagram)};
     const auto command = parseClientCommand(message);
     if (!command) return unknown(datagram);
     DatagramWords words = std::visit(CommandTeller{}, *command);
@@ -127,6 +131,7 @@ DatagramWords clientWords(ByteView datagram) {
 }
 
 DatagramWords receiverWords(ByteView datagram) {
+    if (seal::halvesOf(messageOf(datagram))) return {"session" + sealNote(datagram)};
     const auto message = remote::parseReceiverMessage(messageOf(datagram));
     if (!message) return unknown(datagram);
     return {remote::lineOf(*message) + sealNote(datagram), std::visit(StripOfMessage{}, *message)};

@@ -1,4 +1,5 @@
 #include "remote/script_command.h"
+#include "seal/session_key.h"
 #include "tools/blackbox/command_words.h"
 
 namespace lumbrine::blackbox {
@@ -49,6 +50,28 @@ TEST(CommandWords, OfTheReceiverAreThoseThatTheTerminalClientPrints) {
     EXPECT_EQ(receiverWords(fader).strip, 2);
     EXPECT_EQ(receiverWords(Bytes{0x01, 0x7F}).text, "pong");
     EXPECT_EQ(receiverWords(Bytes{0x01, 0x7F}).strip, std::nullopt);
+}
+
+TEST(CommandWords, OfASealedMessageAreTheMessagesAndItsPlaceInTheSession) {
+    Bytes move = datagramOf("fader 3 0.7200");
+    append(move, Bytes{0xFF, 0x5E, 0xA1, 0xA0, 0x00, 0x00, 0x08, 0x5F, 1, 2, 3, 4, 5, 6, 7, 8});
+    EXPECT_EQ(clientWords(move).text, "fader 3 0.7200 (sealed, number 2, key 160)");
+    EXPECT_EQ(clientWords(move).strip, 2);
+    Bytes pong{0x01, 0x7F};
+    append(pong, Bytes{0xFF, 0x5E, 0xA1, 0xA0, 0x00, 0x00, 0x04, 0x0A, 1, 2, 3, 4, 5, 6, 7, 8});
+    EXPECT_EQ(receiverWords(pong).text, "pong (sealed, number 1, key 160)");
+}
+
+TEST(CommandWords, SayWhenASessionIsOpened) {
+    const Bytes trailer{0xFF, 0x5E, 0xA1, 0xA0, 0x00, 0x00, 0x00, 0x4D, 1, 2, 3, 4, 5, 6, 7, 8};
+    const auto opening = seal::openingMessage(7, {});
+    Bytes hello(opening.begin(), opening.end());
+    append(hello, trailer);
+    EXPECT_EQ(clientWords(hello).text, "hello, to open a session (sealed, number 0, key 160)");
+    const auto answer = seal::sessionMessage({}, {});
+    Bytes session(answer.begin(), answer.end());
+    append(session, trailer);
+    EXPECT_EQ(receiverWords(session).text, "session (sealed, number 0, key 160)");
 }
 
 TEST(CommandWords, OfAnythingElseAreItsBytes) {

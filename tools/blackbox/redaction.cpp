@@ -1,6 +1,7 @@
 #include "tools/blackbox/redaction.h"
 
 #include "blackbox/ring_reader.h"
+#include "seal/seal_trailer.h"
 #include "tools/blackbox/command_words.h"
 #include "tools/blackbox/payload.h"
 #include "tools/blackbox/pseudonyms.h"
@@ -128,6 +129,7 @@ private:
         case Kind::datagramIn:
         case Kind::datagramOut:
             changeAddress(payload);
+            clearSeal(payload);
             break;
         case Kind::streamIn:
         case Kind::streamOut:
@@ -182,6 +184,14 @@ private:
             host[kept] = 10;
         else
             std::memcpy(host.data() + 2, &number, sizeof number);
+    }
+
+    // A person with the key could tell from a seal whether a guessed text is the true one.
+    static void clearSeal(MutableBytes payload) {
+        if (payload.size() < sizeof(DatagramHead)) return;
+        const MutableBytes datagram = payload.subspan(sizeof(DatagramHead));
+        if (messageOf(datagram).size() < datagram.size())
+            std::ranges::fill(datagram.last(std::tuple_size_v<seal::Seal>), 0);
     }
 
     // What an attribute of the screen says, but not its name.

@@ -70,6 +70,16 @@ TEST_F(RedactionTest, BlanksCommentsAndKeepsTheRestOfARow) {
     EXPECT_FALSE(line.contains("secret")) << line;
 }
 
+TEST_F(RedactionTest, RenamesInSealedMessagesAndClearsTheirSeals) {
+    Bytes sealed = Bytes{0x01, 0x18, 0x02} + "Lead Vox";
+    append(sealed, Bytes{0xFF, 0x5E, 0xA1, 0xA0, 0x00, 0x00, 0x08, 0x5F, 1, 2, 3, 4, 5, 6, 7, 8});
+    datagram(sealed);
+    const Bytes copy = copied().at(0);
+    EXPECT_FALSE(hasAny({copy}, "Lead Vox"));
+    EXPECT_TRUE(std::equal(copy.end() - 16, copy.end() - 8, sealed.end() - 16)) << "mark, key number and number";
+    EXPECT_EQ(Bytes(copy.end() - 8, copy.end()), Bytes(8));
+}
+
 TEST_F(RedactionTest, ChangesAddressesAndKeepsPeersApart) {
     datagram({0x01, 0x7F}, 7);
     datagram({0x01, 0x7F}, 8);
