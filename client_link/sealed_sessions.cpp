@@ -17,10 +17,18 @@ constexpr std::uint8_t faderTouchType = 0x02;
 constexpr std::uint8_t faderReleaseType = 0x03;
 constexpr std::uint8_t helloType = 0x00;
 
-// Repeated or overtaken by others of its kind, and right however late it comes.
-bool mayBeLate(ByteView message) {
-    return message[1] == helloType || message[1] == faderMoveType || message[1] == faderTouchType ||
-           message[1] == faderReleaseType;
+// How late it may come.
+Duration patienceWith(ByteView message) {
+    switch (message[1]) {
+    case helloType: // repeated, and its time is believed
+        return Duration::max();
+    case faderMoveType: // overtaken by others of their kind
+    case faderTouchType:
+    case faderReleaseType:
+        return SealedSessions::latenessOfFaders;
+    default:
+        return SealedSessions::lateness;
+    }
 }
 
 } // namespace
@@ -57,6 +65,11 @@ SealedSessions::Judged SealedSessions::judge(ByteView datagram, std::string_view
     return judged;
 }
 
+bool SealedSessions::isOf(const Session& session, const Sealed& parts) {
+    return parts.trailer.keyNumber == session.by.keyNumber &&
+           isRight(parts, *session.hash, Direction::toReceiver, session.by.token);
+}
+
 // Absent when the seal is not right, or cannot be judged.
 std::optional<SealedSessions::Judged> SealedSessions::judgeSealed(const Sealed& parts, std::string_view from,
                                                                   TimePoint now) {
@@ -66,8 +79,7 @@ std::optional<SealedSessions::Judged> SealedSessions::judgeSealed(const Sealed& 
         return client ? judgeOpening(parts, *token, *client, now) : std::nullopt;
     }
     Session* const session = at(from);
-    if (session == nullptr || !isRight(parts, *session->hash, Direction::toReceiver, session->by.token))
-        return std::nullopt;
+    if (session == nullptr || !isOf(*session, parts)) return std::nullopt;
     return admit(*session, parts, from, now);
 }
 
@@ -98,9 +110,8 @@ std::optional<SealedSessions::Judged> SealedSessions::judgeOpening(const Sealed&
 
 std::optional<SealedSessions::Judged> SealedSessions::judgeHello(const Sealed& parts, std::uint64_t token,
                                                                  std::string_view from, TimePoint now) {
-    const auto running = std::ranges::find_if(sessions, [&](const Session& session) {
-        return session.by.token == token && isRight(parts, *session.hash, Direction::toReceiver, token);
-    });
+    const auto running = std::ranges::find_if(
+        sessions, [&](const Session& session) { return session.by.token == token && isOf(session, parts); });
     if (running != sessions.end()) return admit(*running, parts, from, now);
     Session* const begun = confirm(parts, token, now);
     if (begun == nullptr) return std::nullopt;
@@ -109,9 +120,8 @@ std::optional<SealedSessions::Judged> SealedSessions::judgeHello(const Sealed& p
 
 // The session of this hello, when an opening waits for it. It replaces the device's former session.
 SealedSessions::Session* SealedSessions::confirm(const Sealed& parts, std::uint64_t token, TimePoint now) {
-    const auto opened = std::ranges::find_if(openings, [&](const Session& session) {
-        return session.by.token == token && isRight(parts, *session.hash, Direction::toReceiver, token);
-    });
+    const auto opened = std::ranges::find_if(
+        openings, [&](const Session& session) { return session.by.token == token && isOf(session, parts); });
     if (opened == openings.end()) return nullptr;
     const auto key = std::ranges::find(keys, opened->by.keyNumber, &Key::number);
     if (key != keys.end()) key->lastUse = now;
@@ -136,7 +146,7 @@ SealedSessions::Judged SealedSessions::admit(Session& session, const Sealed& par
         session.window.setTime(now);
         moveTo(session, from);
     }
-    if (arrival->late > lateness && !mayBeLate(parts.message)) return judged;
+    if (arrival->late > patienceWith(parts.message)) return judged;
     if (isOvertaken(session, parts.message, count)) return judged;
     judged.verdict = Verdict::counts;
     return judged;

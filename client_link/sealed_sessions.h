@@ -34,6 +34,10 @@ public:
     // A press and whatever else is not a fader's or a hello is dropped when it comes later than this.
     static constexpr Duration lateness = seconds(2.0) + seal::Sequence::timeStep;
 
+    // A fader's are newer than what has come of them, so they may come later. What the network lost longer ago must not
+    // be played by somebody who has recorded it.
+    static constexpr Duration latenessOfFaders = seconds(5.0) + seal::Sequence::timeStep;
+
     // As long as that after its last sealed datagram, nothing else counts that comes from the client's address.
     static constexpr Duration livePeriod = seconds(6.0);
 
@@ -104,6 +108,7 @@ private:
         TimePoint lastHeard = distantPast;
     };
 
+    static bool isOf(const Session& session, const seal::Sealed& parts);
     std::optional<Judged> judgeSealed(const seal::Sealed& parts, std::string_view from, TimePoint now);
     std::optional<Judged> judgeOpening(const seal::Sealed& parts, std::uint64_t token, const seal::Half& client,
                                        TimePoint now);

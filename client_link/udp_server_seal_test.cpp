@@ -112,6 +112,17 @@ TEST_F(UDPServerSeal, DropsWhatIsNotSealedFromAClientThatSeals) {
     expectDelivered(phone.address, mutePress, mutePress); // the client that sealed has gone
 }
 
+TEST_F(UDPServerSeal, DropsADatagramInWhichAnyByteHasChanged) {
+    begin(phone);
+    const Bytes original = phone.sealed(mutePress);
+    for (std::size_t byte = 0; byte < original.size(); ++byte) {
+        Bytes changed = original;
+        changed[byte] ^= 0x10;
+        expectNothing(phone.address, changed);
+    }
+    expectDelivered(phone.address, original, mutePress);
+}
+
 TEST_F(UDPServerSeal, HandsNothingOverToTheOwnersTokenWithoutASeal) {
     begin(phone);
     from(forger, phone.hello);
@@ -182,11 +193,11 @@ TEST_F(UDPServerSeal, DropsPressesTakeOversAndGroupsThatComeTooLate) {
     }
 }
 
-TEST_F(UDPServerSeal, DeliversTouchesMovesAndReleasesHoweverLate) {
+TEST_F(UDPServerSeal, DeliversTouchesMovesAndReleasesUpToFiveSecondsLate) {
     begin(phone);
     for (const Bytes& message : {touch, moveTo(4), release}) {
         const Bytes late = phone.sealed(message);
-        pass(4);
+        pass(4.9);
         expectDelivered(phone.address, late, message);
     }
 }
@@ -304,6 +315,18 @@ TEST_F(PairedOnly, TakesNothingFromARecordingAfterARestart) {
     restarted.letOnlyPairedIn(true);
     for (const Bytes& datagram : recording)
         EXPECT_EQ(restarted.judge(datagram, phone.address, runtime.time).verdict, SealedSessions::Verdict::stranger);
+}
+
+TEST_F(PairedOnly, TakesNoFaderFromARecordingOfWhatTheNetworkLost) {
+    begin(phone);
+    const Bytes lost = phone.sealed(moveTo(4));
+    pass(5.5);
+    expectDelivered(phone.address, phone.sealed(lifeSign), lifeSign);
+    expectNothing(phone.address, lost);
+    pass(60);
+    for (const std::string& at : {phone.address, forger})
+        expectNothing(at, lost);
+    EXPECT_EQ(server.liveOwnerKey(), std::nullopt);
 }
 
 TEST_F(PairedOnly, EndsWithAKeyThatIsTakenAwayInMidDrag) {

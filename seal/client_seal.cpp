@@ -35,7 +35,8 @@ ByteView ClientSeal::sealed(ByteView message, TimePoint now) {
 }
 
 ClientSeal::Incoming ClientSeal::incoming(ByteView datagram, TimePoint now) {
-    const auto parts = splitTrailer(datagram);
+    auto parts = splitTrailer(datagram);
+    if (parts && parts->trailer.keyNumber != keyNumber) parts.reset(); // the seal does not cover it
     if (parts && parts->trailer.sequence.count == 0 && asked && isRight(*parts, *pairing, Direction::toClient, token))
         return begin(*parts, now);
     if (!session) return {.message = datagram, .reply = {}};

@@ -31,7 +31,7 @@ protected:
     }
     Bytes sealed(const Bytes& message, KeyedHash& key, std::uint32_t number) {
         SealedDatagram datagram;
-        datagram.make(message, key, 0, Direction::toClient, token, {.count = number});
+        datagram.make(message, key, numberOf(*pairing), Direction::toClient, token, {.count = number});
         return copyOf(datagram.bytes());
     }
     Bytes fromReceiver(const Bytes& message) { return sealed(message, *sessionKey, ++count); }
@@ -93,6 +93,13 @@ TEST_F(ClientSealTest, TakesInASessionOnlyWhatIsSealed) {
     changed[1] = 0x7D;
     EXPECT_EQ(received(changed), Bytes());
     EXPECT_EQ(received(sends(pong)), Bytes()) << "its own, sent back";
+}
+
+TEST_F(ClientSealTest, TakesNothingUnderAnotherKeysNumber) {
+    openSession();
+    Bytes datagram = fromReceiver(pong);
+    datagram[datagram.size() - 13] ^= 1;
+    EXPECT_EQ(received(datagram), Bytes());
 }
 
 TEST_F(ClientSealTest, TakesNothingTwice) {
