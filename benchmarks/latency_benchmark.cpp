@@ -1,11 +1,14 @@
 // The time from sending a fader move to the last MIDI message that it causes, through the whole receiver and real
 // sockets. The peer is a loop that only receives; datagrams go to the two in turn. The same with every datagram and
-// MIDI packet recorded, whose peer is the receiver without a recording, and what one record costs. And the same beside
-// a flood of datagrams from a stranger, whose peer is the receiver without the flood. Prints a JSON list, in
-// nanoseconds.
+// MIDI packet recorded, whose peer is the receiver without a recording, and what one record costs. The same with sealed
+// datagrams, whose peer is the receiver of unsealed ones. And the same beside a flood of datagrams from a stranger, whose
+// peer is the receiver without the flood. Prints a JSON list, in nanoseconds.
 #include "benchmarks/median.h"
 #include "benchmarks/real_receiver.h"
+#include "platform/linux/openssl_secrets.h"
+#include "seal/client_seal.h"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
@@ -33,6 +36,7 @@ constexpr auto settling = std::chrono::microseconds(150);
 constexpr std::uint16_t ourPort = 52811;
 constexpr std::uint16_t barePort = 52812;
 constexpr std::uint16_t recordedPort = 52815;
+constexpr std::uint16_t sealedPort = 52816;
 
 // Shared by the receiving thread, which counts messages, and the sending thread, which waits for them.
 struct Arrivals {
@@ -70,12 +74,15 @@ private:
     std::thread thread;
 };
 
+const Bytes move{0x01, 0x01, 0x03, 0x20, 0x00};
+
 class Sender {
 public:
     Sender() : fd(sockets.open()) {
         sockets.resolve("127.0.0.1", ourPort, ours);
         sockets.resolve("127.0.0.1", barePort, bare);
         sockets.resolve("127.0.0.1", recordedPort, recorded);
+        sockets.resolve("127.0.0.1", sealedPort, sealed);
     }
     ~Sender() { sockets.close(fd); }
 
@@ -92,11 +99,13 @@ public:
 
     // Nanoseconds from just before the datagram is sent until the last of `messages` messages has come.
     double measure(const PeerAddress& to, Arrivals& arrivals, int messages) {
+        return measure(to, arrivals, messages, move);
+    }
+    double measure(const PeerAddress& to, Arrivals& arrivals, int messages, ByteView datagram) {
         settle();
-        const Bytes move{0x01, 0x01, 0x03, 0x20, 0x00};
         const int wanted = arrivals.count.load() + messages;
         const auto sent = Clock::now().time_since_epoch().count();
-        sockets.send(fd, move, to);
+        sockets.send(fd, datagram, to);
         const auto tooLate = Clock::now() + lost;
         while (arrivals.count.load(std::memory_order_acquire) < wanted) {
             if (Clock::now() >= tooLate) return std::chrono::nanoseconds(lost).count();
@@ -108,6 +117,19 @@ public:
     PeerAddress ours;
     PeerAddress bare;
     PeerAddress recorded;
+    PeerAddress sealed;
+
+    // Opens a session with the receiver of sealed datagrams.
+    void open(seal::ClientSeal& client) {
+        std::array<std::uint8_t, 2048> buffer{};
+        PeerAddress from;
+        sockets.send(fd, client.outgoing(Bytes{0x01, 0x00, 0, 0, 0, 0, 0, 0, 0, 7}, TimePoint()), sealed);
+        while (!client.inSession()) {
+            const int size = sockets.receive(fd, buffer, from);
+            const ByteView datagram = ByteView(buffer).first(static_cast<std::size_t>(std::max(size, 0)));
+            sockets.send(fd, client.incoming(datagram, TimePoint()).reply, sealed);
+        }
+    }
 
 private:
     PosixDatagramSockets sockets;
@@ -171,32 +193,70 @@ struct Ring {
     RingWriter writer{words, 1, 0};
 };
 
-void compareWithRecording(Sender& sender, Arrivals& arrivals) {
-    Arrivals recordedArrivals;
-    Ring ring;
-    std::optional<RealReceiver> recorded;
+// Beside the first receiver, on a main thread of its own.
+class SecondReceiver {
+public:
+    SecondReceiver(std::uint16_t port, const RealReceiver::Extras& extras)
+        : main([this, port, extras] {
+              receiver.emplace(port, [this] { arrivals.note(); }, extras);
+              isThere = true;
+              receiver->run();
+          }) {
+        while (!isThere)
+            std::this_thread::yield();
+        std::this_thread::sleep_for(greeting);
+    }
+    ~SecondReceiver() {
+        receiver->stop();
+        main.join();
+    }
+    SecondReceiver(const SecondReceiver&) = delete;
+    SecondReceiver& operator=(const SecondReceiver&) = delete;
+
+    Arrivals arrivals;
+
+private:
+    std::optional<RealReceiver> receiver;
     std::atomic<bool> isThere{false};
-    std::thread main([&] { // of the second receiver
-        recorded.emplace(recordedPort, [&recordedArrivals] { recordedArrivals.note(); }, &ring.writer);
-        isThere = true;
-        recorded->run();
-    });
-    while (!isThere)
-        std::this_thread::yield();
-    std::this_thread::sleep_for(greeting);
+    std::thread main;
+};
+
+void compareWithRecording(Sender& sender, Arrivals& arrivals) {
+    Ring ring;
+    SecondReceiver recorded(recordedPort, {.ring = &ring.writer});
     std::vector<double> with;
     std::vector<double> without;
     for (int i = 0; i < warmUp + recordedRounds; ++i) {
-        const double first = sender.measure(sender.recorded, recordedArrivals, 2);
+        const double first = sender.measure(sender.recorded, recorded.arrivals, 2);
         const double second = sender.measure(sender.ours, arrivals, 2);
         if (i < warmUp) continue;
         with.push_back(first);
         without.push_back(second);
     }
-    recorded->stop();
-    main.join();
     std::printf(" {\"name\": \"the same with everything recorded (p50)\", \"ours\": %.0f, \"peer\": %.0f},\n",
                 median(with), median(without));
+}
+
+// The sealing client is another one, whose socket is not yet full of what receivers answer.
+void compareWithSeals(Sender& sender, Arrivals& arrivals) {
+    Sender sealingSender;
+    OpenSSLSecrets secrets;
+    const PairingKey key = *PairingKey::parse("742BCM0SCXPZA154Z02S9P89HC");
+    SecondReceiver sealing(sealedPort, {.secrets = &secrets, .key = key});
+    seal::ClientSeal client(secrets, key);
+    sealingSender.open(client);
+    std::vector<double> sealed;
+    std::vector<double> unsealed;
+    for (int i = 0; i < warmUp + recordedRounds; ++i) {
+        const double first =
+            sealingSender.measure(sender.sealed, sealing.arrivals, 2, client.outgoing(move, TimePoint()));
+        const double second = sender.measure(sender.ours, arrivals, 2);
+        if (i < warmUp) continue;
+        sealed.push_back(first);
+        unsealed.push_back(second);
+    }
+    std::printf(" {\"name\": \"the same sealed (p50)\", \"ours\": %.0f, \"peer\": %.0f},\n", median(sealed),
+                median(unsealed));
 }
 
 void measureARecord() {
@@ -239,6 +299,7 @@ void compare() {
         compareWithBareLoop(sender, arrivals);
         compareWithRecording(sender, arrivals);
         measureARecord();
+        compareWithSeals(sender, arrivals);
         compareWithFlood(sender, arrivals);
         receiver.stop();
     });

@@ -18,14 +18,23 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace lumbrine {
 
 class RealReceiver {
 public:
-    // `onMessage` is called for each MIDI message on its way to Pro Tools. What crosses the MIDI ports and the socket
-    // is recorded in `ring`, if there is one; it outlives the receiver.
-    RealReceiver(std::uint16_t port, std::function<void()> onMessage, blackbox::RingWriter* ring = nullptr);
+    // What it has besides, all of which outlives the receiver.
+    struct Extras {
+        blackbox::RingWriter* ring = nullptr; // what crosses the MIDI ports and the socket is recorded in it
+        Secrets* secrets = nullptr;           // with `key`: for clients that seal
+        std::optional<PairingKey> key = std::nullopt;
+    };
+
+    // `onMessage` is called for each MIDI message on its way to Pro Tools.
+    RealReceiver(std::uint16_t port, std::function<void()> onMessage)
+        : RealReceiver(port, std::move(onMessage), Extras{}) {}
+    RealReceiver(std::uint16_t port, std::function<void()> onMessage, const Extras& extras);
 
     void run(); // the main thread, until `stop`
     void stop() { loop.stop(); }
