@@ -14,8 +14,8 @@ using Violations = std::vector<std::string>;
 // more than 2 s older than a hello of its phone that had come before it.
 Violations checkSealedPresses(const SealedEvidence& evidence);
 
-// Each fader move that Pro Tools gets is one that a phone has made, and of each phone and strip in the order in which it
-// made them. The faders end where the fingers have left them.
+// Each fader move that Pro Tools gets is one that a phone has made, and of each phone and strip in the order in which
+// it made them. The faders end where the fingers have left them.
 Violations checkSealedFaders(const SealedEvidence& evidence);
 
 // The receiver sends to the addresses from which hellos of phones came first, sealed, and answers each of them once at

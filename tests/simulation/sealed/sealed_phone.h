@@ -1,5 +1,5 @@
 // Somebody at a phone with a key: plays faders and presses switches, walks out of the network and back, into another
-// one, takes over, and starts the program anew. No fader value is sent twice in a session.
+// one, takes over, and restarts the program. No fader value is sent twice in a session.
 #pragma once
 
 #include "platform/virtual/toy_secrets.h"
