@@ -55,6 +55,50 @@ test("the left-handed have the meters on the other side, also the next time", { 
     await context.close();
 });
 
+test("a tablet has record and monitor for all tracks, and says where they work", { timeout: 60_000 }, async () => {
+    const context = await browser.newContext(tablet);
+    await context.addInitScript(() => localStorage.setItem("lumbrine.token", "7"));
+    const page = await openPage(context, studio);
+    await page.locator(".strip .title", { hasText: "Kick In" }).waitFor();
+    await page.locator(".tool.view").tap();
+    for (const [key, command] of [["record", "arm 2"], ["monitor", "monitor 2"]]) {
+        const button = page.locator(`.row[aria-posinset="2"] .${key}`);
+        await button.tap();
+        await page.locator(`.row[aria-posinset="2"] .${key}[aria-pressed="true"]`).waitFor();
+        studio.receiver.type(command); // as it was
+        await page.locator(`.row[aria-posinset="2"] .${key}[aria-pressed="false"]`).waitFor();
+    }
+    await page.locator(".list").evaluate((list) => (list.scrollTop = list.scrollHeight));
+    await page.locator('.row .record[aria-disabled="true"]').last().tap({ force: true });
+    await page.locator(".status .text", { hasText: "works on the strips' tracks" }).waitFor();
+    await context.close();
+});
+
+for (const [name, size, count, keys] of /** @type {const} */ ([
+    ["a phone with a browser's bars", { width: 390, height: 664 }, 4, "beside"],
+    ["a phone without them", { width: 390, height: 844 }, 8, "above"],
+    ["a phone on its side", { width: 844, height: 390 }, 8, "beside"],
+    ["a small phone on its side", { width: 664, height: 330 }, 4, "pairs"],
+    ["a tablet", { width: 820, height: 1180 }, 16, "above"],
+]))
+    test(`${name} shows ${count} strips, and no control is smaller than 30 pixels`, { timeout: 60_000 }, async () => {
+        const context = await browser.newContext({ ...phone, viewport: size });
+        await context.addInitScript(() => localStorage.setItem("lumbrine.token", "7"));
+        const page = await openPage(context, studio);
+        await page.locator(".strip .title", { hasText: "Kick In" }).waitFor();
+        assert.equal(await page.locator(".strip:not([hidden])").count(), count);
+        assert.equal(await page.locator(".strips").getAttribute("data-keys"), keys);
+        const controls = page.locator(".strip:not([hidden]) :is(button, [role=slider]), .tools button");
+        const small = await controls.evaluateAll((all) =>
+            all
+                .map((control) => ({ name: control.ariaLabel, box: control.getBoundingClientRect() }))
+                .filter(({ box: { width, height } }) => width > 0 && Math.min(width, height) < 30)
+                .map(({ name, box }) => `${name}: ${box.width} x ${box.height}`),
+        );
+        assert.deepEqual(small, []);
+        await context.close();
+    });
+
 test("the page has what a home screen needs, and keeps the screen on", { timeout: 60_000 }, async () => {
     const context = await browser.newContext(phone);
     await context.addInitScript(() => {

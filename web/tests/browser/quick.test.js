@@ -202,6 +202,16 @@ test("a group moves tracks that no strip shows, with their offsets", async () =>
     await page.locator(".group .mute").tap();
     await untilHost(24, (track) => track.mute);
     await untilHost(30, (track) => track.mute);
+    await page.locator(".group .solo").tap();
+    await untilHost(24, (track) => track.solo);
+    await untilHost(30, (track) => track.solo);
+    await page.locator('.group .solo[aria-pressed="true"]').tap();
+    await untilHost(30, (track) => !track.solo);
+    await page.locator(".list").evaluate((list) => (list.scrollTop = 56 * 24));
+    const row = page.locator('.row[aria-posinset="25"]');
+    await row.locator(".mode").tap();
+    await page.locator(".sheet[open] .choice.write").tap();
+    await row.locator('.mode[data-mode="write"]').waitFor();
     const before = await studio.shownTracks();
     const fingers = await fingersOn(page);
     const start = await middleOf(page.locator(".group-fader"));

@@ -150,7 +150,8 @@ test("ten fingers in WebKit move ten faders, and those that are taken away let g
     await touch("pointercancel", 30);
     await until("let go", async () => (await held()) === 0);
     const shown = await Promise.all(ten.map(valueOf));
-    for (const strip of ten) assert.equal(Math.sign(shown[strip] - 8191), strip % 2 ? -1 : 1, `fader ${strip}`);
+    for (const strip of ten)
+        assert.equal(Math.sign(shown[strip] - 8191), strip % 2 ? -1 : 1, `fader ${strip} of ${shown}`);
     await until("Pro Tools has them", async () => {
         const tracks = await studio.shownTracks();
         return ten.every((strip) => Math.abs(tracks[strip].fader - shown[strip] / 16383) < 0.002);
