@@ -1,8 +1,8 @@
 // The time from sending a fader move to the last MIDI message that it causes, through the whole receiver and real
 // sockets. The peer is a loop that only receives; datagrams go to the two in turn. The same with every datagram and
 // MIDI packet recorded, whose peer is the receiver without a recording, and what one record costs. The same with sealed
-// datagrams, whose peer is the receiver of unsealed ones. And the same beside a flood of datagrams from a stranger, whose
-// peer is the receiver without the flood. Prints a JSON list, in nanoseconds.
+// datagrams, whose peer is the receiver of unsealed ones. And the same beside a flood of datagrams from a stranger,
+// whose peer is the receiver without the flood. Prints a JSON list, in nanoseconds.
 #include "benchmarks/median.h"
 #include "benchmarks/real_receiver.h"
 #include "platform/linux/openssl_secrets.h"
