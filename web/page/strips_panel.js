@@ -15,7 +15,7 @@ import { StripView } from "./strip_view.js";
  */
 const layouts = [
     { keys: "above", width: 46, height: 560, scale: 66 },
-    { keys: "beside", width: 80, height: 280, scale: 114 },
+    { keys: "beside", width: 76, height: 280, scale: 114 },
     { keys: "pairs", width: 128, height: 0, scale: 160 },
 ];
 const roomy = 110; // a strip of this width looks best with its keys beside the fader
