@@ -103,6 +103,19 @@ TEST_F(WebGateway, ServesThePageForItselfAlone) {
     EXPECT_TRUE(get("/../gateway/gateway.cpp").starts_with("HTTP/1.1 404 "));
 }
 
+TEST_F(WebGateway, GivesNothingAwayToOddRequests) {
+    for (const std::string target :
+         {"/%2e%2e/%2e%2e/etc/passwd", "//etc/passwd", "http://example.com/", "/page.js/", "*"})
+        EXPECT_TRUE(get(target).starts_with("HTTP/1.1 404 ")) << target;
+    for (const std::string& line : {std::string("Host: example.com\r\n"), "Host: " + host + "\r\n"})
+        EXPECT_TRUE(get("/", line).starts_with("HTTP/1.1 403 ")) << "a second " << line;
+    for (const std::string body :
+         {"Content-Length: 5\r\n\r\nhello", "Transfer-Encoding: chunked\r\n\r\n5\r\nhello\r\n0\r\n\r\n"})
+        EXPECT_FALSE(has(get("/", body), "200 OK")) << body;
+    EXPECT_FALSE(has(get("/a\rSet-Cookie: b"), "Set-Cookie"));
+    EXPECT_TRUE(get("/").starts_with("HTTP/1.1 200 "));
+}
+
 TEST_F(WebGateway, SendsAFileThatTheBrowserHasOnlyOnce) {
     const std::string page = get("/");
     const std::size_t tag = page.find("ETag: ") + 6;

@@ -93,6 +93,7 @@ export class TrackRowView {
         this.#tick.addEventListener("click", () => this.onMember(this.#index));
         this.#mute.addEventListener("click", () => link.command(groupMute(!this.#isLit("mute"), [this.#index])));
         this.#solo.addEventListener("click", () => link.command(groupSolo(!this.#isLit("solo"), [this.#index])));
+        this.#pan.addEventListener("click", () => this.onOffStrips()); // it shows only: V-Pots turn those of strips
         this.#monitor.addEventListener("click", () => this.#pressOnStrip(inputMonitorToggle));
         this.#record.addEventListener("click", () => this.#pressOnStrip(recordPress));
         dragging(this.#fader, {

@@ -69,8 +69,11 @@ test("a tablet has record and monitor for all tracks, and says where they work",
         await page.locator(`.row[aria-posinset="2"] .${key}[aria-pressed="false"]`).waitFor();
     }
     await page.locator(".list").evaluate((list) => (list.scrollTop = list.scrollHeight));
-    await page.locator('.row .record[aria-disabled="true"]').last().tap({ force: true });
-    await page.locator(".status .text", { hasText: "works on the strips' tracks" }).waitFor();
+    for (const place of ['.record[aria-disabled="true"]', ".row-pan"]) {
+        await page.locator(".status .text", { hasText: "Connected" }).waitFor();
+        await page.locator(`.row ${place}`).last().tap({ force: true });
+        await page.locator(".status .text", { hasText: "works on the strips' tracks" }).waitFor();
+    }
     await context.close();
 });
 
