@@ -54,6 +54,8 @@ std::expected<BlackboxArguments, BlackboxAnswer> readBlackboxArguments(std::span
     save->add_option("COPY", read.copy, "the file to write")->required();
     const CLI::App* const stats = program.add_subcommand("stats", "print how fast and how completely everything went");
 
+    const CLI::App* const facts = program.add_subcommand("facts", "print what the recording tells of the host's rules");
+
     CLI::App* const pcap = program.add_subcommand("pcap", "write datagrams and MIDI as pcapng, for Wireshark");
     pcap->add_flag("--redact", read.redacted, redact);
     pcap->add_option("COPY", read.copy, "the file to write")->required();
@@ -78,6 +80,7 @@ std::expected<BlackboxArguments, BlackboxAnswer> readBlackboxArguments(std::span
     if (save->parsed()) read.command = BlackboxArguments::Command::save;
     if (pcap->parsed()) read.command = BlackboxArguments::Command::pcap;
     if (replay->parsed()) read.command = BlackboxArguments::Command::replay;
+    if (facts->parsed()) read.command = BlackboxArguments::Command::facts;
     if (stats->parsed()) read.command = BlackboxArguments::Command::stats;
     if (stripOption->count() > 0) read.strip = strip - 1;
     for (const std::string& kind : kinds)

@@ -12,7 +12,7 @@
 namespace lumbrine::blackbox {
 
 struct BlackboxArguments {
-    enum class Command { show, save, stats, pcap, replay };
+    enum class Command { show, save, stats, pcap, replay, facts };
 
     Command command = Command::show;
     std::string recording = {}; // empty: that of this user's receiver

@@ -5,6 +5,7 @@
 #include "platform/posix/run_loop.h"
 #include "platform/posix/termination_signals.h"
 #include "tools/blackbox/blackbox_arguments.h"
+#include "tools/blackbox/facts.h"
 #include "tools/blackbox/pcap.h"
 #include "tools/blackbox/recording_file.h"
 #include "tools/blackbox/redaction.h"
@@ -124,6 +125,9 @@ int run(const BlackboxArguments& arguments) {
         std::fputs(textOf(statisticsOf(records), records).c_str(), stdout);
         return 0;
     }
+    case BlackboxArguments::Command::facts:
+        std::fputs(textOf(factsOf(recordsIn(*ring))).c_str(), stdout);
+        return 0;
     case BlackboxArguments::Command::replay:
         return compareWithReplay(path, *ring);
     }
