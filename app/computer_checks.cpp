@@ -88,7 +88,7 @@ Check gatewayCheck(const GatewayFacts& facts, const Bilingual& text) {
     }
     check.state = CheckState::fine;
     check.sentence = text("lumbrine-web serves browsers on TCP port " + port + ".",
-                          "lumbrine-web が TCP ポート " + port + " でブラウザに対応しています。");
+                          "lumbrine-web が TCP ポート " + port + " でブラウザからの接続を受け付けています。");
     check.remedy.clear();
     return check;
 }
@@ -123,7 +123,7 @@ std::vector<Check> networkChecks(const NetworkFacts& facts, const Bilingual& tex
              .state = CheckState::wrong,
              .title = text("Found again", "広告の確認"),
              .sentence = text("The announcement is made, and this computer does not find it.",
-                              "広告していますが、このコンピュータからも見つかりません。"),
+                              "広告していますが、このコンピュータ自身からも見つかりません。"),
              .remedy = text("Let UDP port 5353 (multicast DNS) through the firewall.",
                             "ファイアウォールで UDP ポート 5353（マルチキャスト DNS）を許可してください。")});
     for (const FoundService& other : facts.found) {

@@ -46,6 +46,13 @@ TEST_F(DiagnosisTest, FindsThePortThatAnotherProgramHas) {
     sockets.close(other);
 }
 
+TEST(Diagnosis, NamesAFunctionOfTheMacOnTheMacAlone) {
+    PublishedState published;
+    published.health.midi = {.state = LinkHealth::State::down, .detail = "MIDIClientCreateWithBlock failed: -19"};
+    EXPECT_EQ(checkOf(published, "midi").sentence, "The MIDI ports are missing: Pro Tools cannot be reached.");
+    EXPECT_THAT(checkOf(published, "midi", HostSystem::mac).sentence, HasSubstr("(MIDIClientCreateWithBlock failed"));
+}
+
 TEST_F(DiagnosisTest, FollowsTheAnnouncement) {
     bench.start();
     const AdvertisedService& service = bench.computer.services.at(0);

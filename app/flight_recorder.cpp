@@ -136,7 +136,7 @@ void FlightRecorder::look(const std::weak_ptr<ReceiverModel>& model) {
         runtime.background(Priority::utility, [recording = recording] { recording->prepare(); });
     if (recording->file->isLost() && !std::exchange(toldOfLoss, true))
         tell(model, text("⚠️ The black box has ended: its file was cut, or the disk is full",
-                         "⚠️ ブラックボックス終了：ファイルが切られたか、ディスクがいっぱいです"));
+                         "⚠️ ブラックボックス終了：ファイルが切り詰められたか、ディスクに空きがありません"));
     if (recording->clock.wentBack() && !std::exchange(toldOfClock, true))
         tell(model, text("⚠️ This computer's clock was set back: so are the times in the black box",
                          "⚠️ コンピュータの時計が戻されました（ブラックボックスの時刻も同様）"));

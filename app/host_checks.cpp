@@ -9,9 +9,9 @@ Check midiCheck(const Case& c) {
                 .state = CheckState::fine,
                 .title = c.text("MIDI ports", "MIDI ポート"),
                 .sentence = c.text("The ports “Lumbrine” and “Lumbrine B” are there.",
-                                   "ポート「Lumbrine」と「Lumbrine B」があります。")};
+                                   "ポート「Lumbrine」「Lumbrine B」を作成済みです。")};
     if (c.health.midi.state == Link::down) {
-        const std::string& detail = c.health.midi.detail;
+        const std::string detail = c.onMac ? c.health.midi.detail : ""; // it names a function of the Mac's
         const std::string why = detail.empty() ? "" : c.text(" (" + detail + ")", "（" + detail + "）");
         check.state = CheckState::wrong;
         check.sentence = c.text("The MIDI ports are missing" + why + ": Pro Tools cannot be reached.",
@@ -66,7 +66,8 @@ std::string recipe(const Case& c, const std::string& port) {
 Check surfaceCheck(const Case& c, const SurfaceCase& surface) {
     Check check{.id = surface.id,
                 .state = CheckState::fine,
-                .title = c.text("Pro Tools, strips ", "Pro Tools、ストリップ ") + surface.strips,
+                .title =
+                    c.text("Pro Tools, strips " + surface.strips, "Pro Tools（ストリップ " + surface.strips + "）"),
                 .sentence = c.text("Pro Tools talks to “" + surface.port + "”.",
                                    "Pro Tools が「" + surface.port + "」と通信しています。")};
     if (surface.heardNow) return check;
@@ -130,15 +131,16 @@ Check mapCheck(const Case& c) {
         check.sentence = c.text("Not known without Pro Tools.", "Pro Tools に接続していないため確認できません。");
     } else if (tracks == 0) {
         check.state = CheckState::waiting;
-        check.sentence = c.text("The session has not been scanned yet.", "セッションはまだスキャンされていません。");
+        check.sentence =
+            c.text("The session has not been scanned yet.", "セッションのトラックはまだ計測されていません。");
         check.remedy =
             c.text("Open a session in Pro Tools and connect a phone: the scan begins by itself.",
-                   "Pro Tools でセッションを開き、スマートフォンを接続してください。スキャンは自動で始まります。");
+                   "Pro Tools でセッションを開き、スマートフォンを接続してください。計測は自動で始まります。");
     } else if (c.published.bankOffset < 0) {
         check.state = CheckState::waiting;
         check.sentence = c.text("It is not known which tracks the surfaces show.",
                                 "サーフェスが表示しているトラックを特定できていません。");
-        check.remedy = c.text("It is found again as soon as the banks move.", "バンクを動かすと特定されます。");
+        check.remedy = c.text("It is found again as soon as the banks move.", "バンクを移動すると特定されます。");
     }
     return check;
 }
@@ -169,8 +171,8 @@ Check scriptingCheck(const Case& c) {
 Check screenCheck(const Case& c) {
     Check check{.id = "screen",
                 .state = CheckState::unknown,
-                .title = c.text("Screen permission", "画面の許可"),
-                .sentence = c.text("Not needed so far.", "これまでに必要になっていません。")};
+                .title = c.text("Screen permission", "画面読み取りの許可"),
+                .sentence = c.text("Not needed so far.", "まだ必要になっていません。")};
     const LinkHealth& screen = c.health.screen;
     if (screen.state == Link::up) {
         check.state = CheckState::fine;

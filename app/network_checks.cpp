@@ -65,7 +65,7 @@ Check announcementCheck(const Case& c) {
                 .state = CheckState::waiting,
                 .title = c.text("Announcement", "広告（Bonjour）"),
                 .sentence = c.text("The network has not confirmed the announcement yet.",
-                                   "ネットワークへの広告はまだ確認されていません。")};
+                                   "広告できたかどうかは、まだ確認できていません。")};
     switch (c.health.announcement.state) {
     case Link::up:
         check.state = CheckState::fine;
@@ -79,9 +79,8 @@ Check announcementCheck(const Case& c) {
         break;
     case Link::down:
         check.state = CheckState::wrong;
-        check.sentence =
-            c.text("Nobody announces Lumbrine on the network: phones do not find it by themselves.",
-                   "Lumbrine がネットワークに広告されていないため、スマートフォンから自動では見つかりません。");
+        check.sentence = c.text("Nobody announces Lumbrine on the network: phones do not find it by themselves.",
+                                "Bonjour で広告できていないため、スマートフォンからは自動で見つかりません。");
         check.remedy = announcementRemedy(c);
         break;
     case Link::waiting:

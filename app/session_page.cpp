@@ -58,7 +58,7 @@ SessionRow rowOf(const PublishedState& published, std::size_t index) {
 std::string noteOn(std::size_t rows, std::size_t tracks, const Bilingual& text) {
     if (tracks == 0)
         return text("No tracks are known yet: the session is scanned when Pro Tools and a phone are connected.",
-                    "トラックはまだ不明です。Pro Tools とスマートフォンが接続されるとスキャンされます。");
+                    "トラックはまだ計測されていません。Pro Tools とスマートフォンが接続されると計測されます。");
     const std::string shown = std::to_string(rows), all = std::to_string(tracks);
     return text(shown + " of " + all + " tracks. Click one to bring it to the surfaces.",
                 "全 " + all + " トラック中 " + shown + " 件。クリックするとサーフェスに表示します。");

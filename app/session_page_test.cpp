@@ -66,7 +66,7 @@ TEST(SessionPage, BelievesAStripMoreThanWhatIsKnownOfItsTrack) {
 
 TEST(SessionPage, SaysWhyItIsEmpty) {
     const SessionPage page = sessionPage({}, "", Bilingual(true));
-    EXPECT_EQ(page.note, "トラックはまだ不明です。Pro Tools とスマートフォンが接続されるとスキャンされます。");
+    EXPECT_EQ(page.note, "トラックはまだ計測されていません。Pro Tools とスマートフォンが接続されると計測されます。");
     EXPECT_EQ(page.headings.size(), 6U);
 }
 

@@ -100,7 +100,7 @@ SetUpCard setUpCard(const PublishedState& published, HostSystem system, const Bi
     if (rest != nullptr) {
         add(rest->state, rest->sentence, rest->remedy);
     } else {
-        add(CheckState::fine, text("Nothing else is in the way.", "その他の問題はありません。"), {});
+        add(CheckState::fine, text("Nothing else is in the way.", "ほかに問題はありません。"), {});
     }
     keepOneAdvice(card.rows);
     return card;

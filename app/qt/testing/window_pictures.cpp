@@ -86,7 +86,7 @@ std::vector<Scene> scenes() {
         {"4-complete", complete(), false},
         {"5-no-midi", broken([](PublishedState& state) {
              state.huiConnected = false;
-             state.health.midi = {.state = Link::down, .detail = "no JACK server"};
+             state.health.midi = {.state = Link::down, .detail = "MIDIClientCreateWithBlock failed: -19"};
          })},
         {"6-port-taken", broken([](PublishedState& state) {
              state.health.udp = {.state = Link::down, .detail = "bind: Address already in use"};
