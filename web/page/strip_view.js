@@ -38,7 +38,7 @@ export class StripView {
         const { monitor, record, solo, mute } = this.#keys;
         this.element = make(
             "section",
-            { class: "strip", role: "group" },
+            { class: "strip", role: "group", "data-empty": "" },
             this.#select,
             this.pan.element,
             make("div", { class: "keys" }, this.#mode, monitor, record, solo, mute),
