@@ -77,6 +77,24 @@ test("a tablet has record and monitor for all tracks, and says where they work",
     await context.close();
 });
 
+test("a stereo pan turns the side that is chosen, and shows both", { timeout: 60_000 }, async () => {
+    const context = await browser.newContext(tablet);
+    await context.addInitScript(() => localStorage.setItem("lumbrine.token", "7"));
+    const page = await openPage(context, studio);
+    await page.locator(".strip .title", { hasText: "OH" }).waitFor();
+    const pan = page.locator(".strip", { hasText: "OH" }).first().locator(".pan");
+    studio.receiver.type("pan 9 -100 100");
+    await page.locator(".tool.pan-side").tap();
+    await page.locator('[aria-label="OH: right pan"][aria-valuenow="11"]').waitFor();
+    await pan.focus();
+    await page.keyboard.press("ArrowLeft");
+    await page.locator('[aria-label="OH: right pan"][aria-valuenow="10"]').waitFor();
+    await page.locator(".tool.pan-side").tap();
+    await page.locator('[aria-label="OH: left pan"][aria-valuenow="1"]').waitFor();
+    assert.notEqual(await pan.getAttribute("data-stereo"), null);
+    await context.close();
+});
+
 for (const [name, size, count, keys] of /** @type {const} */ ([
     ["a phone with a browser's bars", { width: 390, height: 664 }, 4, "beside"],
     ["a phone without them", { width: 390, height: 844 }, 8, "above"],
