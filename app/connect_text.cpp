@@ -15,6 +15,7 @@ ConnectText connectText(const PublishedState& published, const std::vector<std::
                      .link = "lumbrine://" + published.localIP + port,
                      .pageAdvice = {},
                      .pageLink = pageLink,
+                     .keysButton = text("Keys…", "鍵…"),
                      .closeButton = text("Close", "閉じる")};
     if (!pageLink.empty())
         made.pageAdvice =

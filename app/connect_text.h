@@ -16,6 +16,7 @@ struct ConnectText {
     std::string link;                   // of that one, for a QR code: "lumbrine://192.168.1.2:52700"
     std::string pageAdvice;             // about the page for browsers; empty when this computer does not serve it
     std::string pageLink;               // "http://192.168.1.2:52780/#742B...", for a QR code
+    std::string keysButton;             // opens the keys of paired clients
     std::string closeButton;
 };
 

@@ -132,8 +132,7 @@ int run() {
         text, recorder.recorded([&output](const std::string& line) { output.print(line); }));
     recorder.keepUp(model);
     std::optional<KeyKeeper> keys;
-    if (const auto folder = system.stateFolder())
-        keys.emplace(runtime, KeyFile(*folder + KeyFile::name, secrets), model, text);
+    if (const auto folder = system.stateFolder()) keys.emplace(runtime, *folder, secrets, model, text);
     const NetworkWatch network(runtime, [&model] {
         if (model) model->readAddress();
     });

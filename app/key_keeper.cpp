@@ -73,21 +73,53 @@ seal::NamedKey KeyFile::makeKey(std::string_view keyName, const std::vector<seal
     }
 }
 
-KeyKeeper::KeyKeeper(Runtime& runtime, KeyFile keyFile, std::weak_ptr<ReceiverModel> receiver, const Bilingual& text)
-    : file(std::move(keyFile)), model(std::move(receiver)) {
-    if (const auto keys = file.readOrMake()) {
-        tell(*keys);
-    } else if (const auto there = model.lock()) {
-        there->appendLog(text("✗ No key for sealed clients: ", "✗ クライアントの鍵を用意できません: ") + keys.error());
-    }
-    timer = runtime.repeatOnMain(interval, [this] {
-        if (const auto keys = file.read(); keys != told) tell(keys);
-    });
+KeyKeeper::KeyKeeper(Runtime& realRuntime, const std::string& stateFolder, Secrets& secrets,
+                     std::weak_ptr<ReceiverModel> receiver, const Bilingual& bilingual)
+    : runtime(realRuntime), text(bilingual), file(stateFolder + KeyFile::name, secrets),
+      clientsPath(stateFolder + clientsFile), model(std::move(receiver)) {
+    if (const auto keys = file.readOrMake(); !keys) report(keys.error());
+    look();
+    timer = runtime.repeatOnMain(interval, [this] { look(); });
 }
 
-void KeyKeeper::tell(const std::vector<seal::NamedKey>& keys) {
+KeysPage KeyKeeper::page() const {
+    const auto there = model.lock();
+    const std::vector<TimePoint> uses = there ? there->lastUsesOfKeys() : std::vector<TimePoint>();
+    std::vector<KeyUse> keys;
+    for (std::size_t i = 0; i < told.size(); ++i)
+        keys.push_back({told[i], i < uses.size() ? uses[i] : distantPast});
+    return keysPage(keys, there ? there->pairedMode() : PairedMode{}, runtime.now(), text);
+}
+
+void KeyKeeper::forget(std::string_view keyName) {
+    if (const auto forgotten = file.forget(keyName); !forgotten) report(forgotten.error());
+    look();
+}
+
+void KeyKeeper::forgetAll() {
+    if (const auto forgotten = file.forgetAll(); !forgotten) report(forgotten.error());
+    look();
+}
+
+void KeyKeeper::letOnlyPairedIn(bool on) {
+    if (const auto written = replacePrivateFile(clientsPath, on ? "paired\n" : "open\n"); !written)
+        report(written.error());
+    look();
+}
+
+void KeyKeeper::look() {
+    const auto there = model.lock();
+    if (!there) return;
+    constexpr std::size_t longestWord = 64;
+    there->letOnlyPairedIn(readSmallFile(clientsPath, longestWord).value_or("").starts_with("paired"));
+    const std::vector<seal::NamedKey> keys = file.read();
+    if (keys == told) return;
     told = keys;
-    if (const auto there = model.lock()) there->setKeys(withoutNames(keys));
+    there->setKeys(withoutNames(keys));
+}
+
+void KeyKeeper::report(const std::string& error) {
+    if (const auto there = model.lock()) there->appendLog(text("✗ Keys of clients: ", "✗ クライアントの鍵: ") + error);
 }
 
 } // namespace lumbrine

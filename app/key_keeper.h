@@ -1,6 +1,7 @@
 // The file with the keys that clients seal with, and the receiver that has to know them.
 #pragma once
 
+#include "app/keys_page.h"
 #include "model/receiver_model.h"
 #include "platform/api/secrets.h"
 #include "seal/key_list.h"
@@ -42,18 +43,34 @@ private:
     Secrets& secrets;
 };
 
-// Tells the receiver the keys of the file, also when the file changes: another program may add or forget one.
+// Tells the receiver the keys of the file, and whether only clients with one of them are let in, also when another
+// program changes that. Main thread.
 class KeyKeeper {
 public:
     static constexpr Duration interval = seconds(2.0);
 
-    // Makes the first key where there is no file yet; reports what fails to the receiver's log. Main thread.
-    KeyKeeper(Runtime& runtime, KeyFile file, std::weak_ptr<ReceiverModel> model, const Bilingual& text);
+    // Beside the keys: a file with the word "paired" when only clients with a key are let in. LUMBRINE_CLIENTS wins.
+    static constexpr const char* clientsFile = "/clients";
+
+    // The two files are in `stateFolder`. Makes the first key where there is no file yet; reports what fails to the
+    // receiver's log.
+    KeyKeeper(Runtime& runtime, const std::string& stateFolder, Secrets& secrets, std::weak_ptr<ReceiverModel> model,
+              const Bilingual& text);
+
+    // What the user sees of it, and wants of it.
+    KeysPage page() const;
+    void forget(std::string_view keyName);
+    void forgetAll();
+    void letOnlyPairedIn(bool on); // lasts
 
 private:
-    void tell(const std::vector<seal::NamedKey>& keys);
+    void look();
+    void report(const std::string& error);
 
+    Runtime& runtime;
+    const Bilingual text;
     KeyFile file;
+    const std::string clientsPath;
     const std::weak_ptr<ReceiverModel> model;
     std::vector<seal::NamedKey> told;
     std::unique_ptr<RepeatingTimer> timer;

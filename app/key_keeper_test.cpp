@@ -29,7 +29,8 @@ protected:
     }
 
     const fs::path folder = newFolder();
-    const fs::path path = folder / "state/lumbrine/keys";
+    const fs::path state = folder / "state/lumbrine";
+    const fs::path path = state / "keys";
     ToySecrets secrets;
     KeyFile file{path, secrets};
 };
@@ -83,7 +84,6 @@ TEST_F(KeyFileTest, SaysWhyItCannotBeWritten) {
     EXPECT_FALSE(file.readOrMake());
 }
 
-// Its receiver lets only paired clients in.
 class KeyKeeperTest : public KeyFileTest {
 protected:
     // What the receiver sends to somebody who opens a session with this key.
@@ -112,17 +112,21 @@ protected:
     DatagramSockets& sockets = network.host("192.168.1.10");
     NullMIDI midi;
     NullAdvertiser advertiser;
-    NullComputer system{{{"QV_NO_BONJOUR", "1"}, {"LUMBRINE_CLIENTS", "paired"}}};
+    const NullComputer computer{{{"QV_NO_BONJOUR", "1"}}};
+    const NullComputer pairedComputer{{{"QV_NO_BONJOUR", "1"}, {"LUMBRINE_CLIENTS", "paired"}}};
     NullStreams streams;
     NlohmannJSON json{text};
     NoAccessibility accessibility;
-    std::shared_ptr<ReceiverModel> model =
-        ReceiverModel::create({runtime, midi, sockets, advertiser, system, streams, json, accessibility, {}, &secrets},
-                              text, [](const std::string&) {});
+    std::shared_ptr<ReceiverModel> modelOn(const SystemInfo& system) {
+        return ReceiverModel::create(
+            {runtime, midi, sockets, advertiser, system, streams, json, accessibility, {}, &secrets}, text,
+            [](const std::string&) {});
+    }
 };
 
 TEST_F(KeyKeeperTest, TellsTheReceiverTheKeysAndFollowsTheFile) {
-    KeyKeeper keeper(runtime, KeyFile(path, secrets), model, text);
+    const auto model = modelOn(pairedComputer);
+    const KeyKeeper keeper(runtime, state, secrets, model, text);
     model->start();
     const PairingKey first = file.read().front().key;
     EXPECT_EQ(answersTo(first), 1U);
@@ -134,6 +138,51 @@ TEST_F(KeyKeeperTest, TellsTheReceiverTheKeysAndFollowsTheFile) {
     runtime.runFor(KeyKeeper::interval);
     EXPECT_EQ(answersTo(first) + answersTo(guest), 0U);
     EXPECT_EQ(model->published().health.strangers, 1U);
+}
+
+TEST_F(KeyKeeperTest, HasAPageOfTheKeysAndForgetsThem) {
+    const auto model = modelOn(pairedComputer);
+    KeyKeeper keeper(runtime, state, secrets, model, text);
+    model->start();
+    file.keyNamed("guest");
+    runtime.runFor(KeyKeeper::interval);
+    ASSERT_EQ(keeper.page().rows.size(), 2U);
+    EXPECT_EQ(keeper.page().rows[1].name, "guest");
+    EXPECT_EQ(keeper.page().rows[1].use, "not used since the start");
+    keeper.forget("guest");
+    EXPECT_EQ(keeper.page().rows.size(), 1U);
+    keeper.forgetAll();
+    EXPECT_TRUE(keeper.page().rows.empty());
+    EXPECT_TRUE(file.read().empty());
+}
+
+TEST_F(KeyKeeperTest, KeepsWhetherOnlyPairedClientsAreLetIn) {
+    {
+        const auto model = modelOn(computer);
+        KeyKeeper keeper(runtime, state, secrets, model, text);
+        EXPECT_FALSE(keeper.page().onlyPaired);
+        EXPECT_EQ(keeper.page().pairedAdvice, "");
+        keeper.letOnlyPairedIn(true);
+        EXPECT_TRUE(keeper.page().onlyPaired);
+    }
+    const auto model = modelOn(computer);
+    KeyKeeper keeper(runtime, state, secrets, model, text);
+    EXPECT_TRUE(keeper.page().onlyPaired);
+    model->start();
+    network.host("192.168.1.66");
+    network.forge("192.168.1.66", 5000, "192.168.1.10", 52700, Bytes{0x01, 0x00});
+    runtime.runFor(seconds(0.01));
+    EXPECT_EQ(model->published().health.strangers, 1U);
+    keeper.letOnlyPairedIn(false);
+    EXPECT_FALSE(keeper.page().onlyPaired);
+}
+
+TEST_F(KeyKeeperTest, ChangesNothingThatTheEnvironmentDecides) {
+    const auto model = modelOn(pairedComputer);
+    KeyKeeper keeper(runtime, state, secrets, model, text);
+    keeper.letOnlyPairedIn(false);
+    EXPECT_TRUE(keeper.page().onlyPaired);
+    EXPECT_NE(keeper.page().pairedAdvice, "");
 }
 
 } // namespace

@@ -58,6 +58,18 @@ void ReceiverModel::setKeys(std::vector<PairingKey> keys) {
     parts->endpoint.setKeys(std::move(keys));
 }
 
+void ReceiverModel::letOnlyPairedIn(bool on) {
+    parts->endpoint.letOnlyPairedIn(on);
+}
+
+PairedMode ReceiverModel::pairedMode() const {
+    return parts->endpoint.pairedMode();
+}
+
+std::vector<TimePoint> ReceiverModel::lastUsesOfKeys() const {
+    return parts->endpoint.lastUsesOfKeys();
+}
+
 void ReceiverModel::appendLog(const std::string& line) {
     parts->log.appendLog(line);
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "base/bilingual.h"
+#include "model/state/paired_mode.h"
 #include "model/state/published_state.h"
 #include "model/state/receiver_platform.h"
 #include "seal/pairing_key.h"
@@ -41,6 +42,14 @@ public:
 
     // The keys that clients may seal with, instead of those before. Main thread.
     void setKeys(std::vector<PairingKey> keys);
+
+    // Whether only clients with a key are let in, where LUMBRINE_CLIENTS does not decide that. Main thread.
+    void letOnlyPairedIn(bool on);
+    PairedMode pairedMode() const;
+
+    // When a client last opened a session with each of the keys, in the order of `setKeys`; distantPast for never. Main
+    // thread.
+    std::vector<TimePoint> lastUsesOfKeys() const;
 
     // Writes one finished line, in the user's language, to the log. Any thread.
     void appendLog(const std::string& line);

@@ -125,7 +125,7 @@ public:
                      .showConnect = [this] { showConnect(); }});
         mac.recorder.keepUp(model);
         if (const auto folder = mac.system.stateFolder())
-            keyKeeper.emplace(mac.runtime, KeyFile(*folder + KeyFile::name, mac.secrets), model, mac.text);
+            keyKeeper.emplace(mac.runtime, *folder, mac.secrets, model, mac.text);
         delegate.launched = [this] { openWindow(); };
         delegate.reopened = [this] { openWindow(); };
         delegate.windowChanged = [this] { pace.changed(); };

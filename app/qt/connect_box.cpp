@@ -1,34 +1,17 @@
 #include "app/qt/connect_box.h"
 
+#include "app/qt/qr_picture.h"
 #include "app/qt/texts.h"
-#include "platform/linux/qr_code.h"
 
 #include <QBoxLayout>
 #include <QLabel>
-#include <QPainter>
 #include <QPushButton>
 
 namespace lumbrine {
 
 namespace {
 
-constexpr int moduleSize = 6;  // pixels
-constexpr int lightMargin = 4; // modules, as the standard asks for
 constexpr int boxWidth = 320;
-
-// Black on white on every desktop: a phone reads nothing else as well.
-QPixmap pictureOf(const QRCode& code) {
-    const int side = (code.width + 2 * lightMargin) * moduleSize;
-    QPixmap picture(side, side);
-    picture.fill(Qt::white);
-    QPainter painter(&picture);
-    for (int row = 0; row < code.width; ++row)
-        for (int column = 0; column < code.width; ++column)
-            if (code.isDark(row, column))
-                painter.fillRect((column + lightMargin) * moduleSize, (row + lightMargin) * moduleSize, moduleSize,
-                                 moduleSize, Qt::black);
-    return picture;
-}
 
 QLabel* codeLabel(const QRCode& code, const std::string& link) {
     auto* label = new QLabel;
@@ -66,7 +49,8 @@ QVBoxLayout* wayOfTheApp(const ConnectText& text) {
 
 } // namespace
 
-ConnectBox::ConnectBox(const ConnectText& text, QWidget* parent) : QDialog(parent) {
+ConnectBox::ConnectBox(const ConnectText& text, const std::function<void()>& showKeys, QWidget* parent)
+    : QDialog(parent) {
     setWindowTitle(shown(text.title));
     auto* page = new QVBoxLayout(this);
     page->setSpacing(12);
@@ -84,7 +68,15 @@ ConnectBox::ConnectBox(const ConnectText& text, QWidget* parent) : QDialog(paren
     }
     auto* close = new QPushButton(shown(text.closeButton), this);
     close->setDefault(true);
-    page->addWidget(close, 0, Qt::AlignRight);
+    auto* buttons = new QHBoxLayout;
+    page->addLayout(buttons);
+    if (showKeys) {
+        auto* keys = new QPushButton(shown(text.keysButton), this);
+        QObject::connect(keys, &QAbstractButton::clicked, this, showKeys);
+        buttons->addWidget(keys);
+    }
+    buttons->addStretch();
+    buttons->addWidget(close);
     QObject::connect(close, &QAbstractButton::clicked, this, &QDialog::accept);
 }
 

@@ -4,12 +4,14 @@
 #include "app/connect_text.h"
 
 #include <QDialog>
+#include <functional>
 
 namespace lumbrine {
 
 class ConnectBox final : public QDialog {
 public:
-    ConnectBox(const ConnectText& text, QWidget* parent);
+    // `showKeys` may be empty: then there is no button for it.
+    ConnectBox(const ConnectText& text, const std::function<void()>& showKeys, QWidget* parent);
 };
 
 } // namespace lumbrine

@@ -40,7 +40,7 @@ std::unique_ptr<QApplication> openDisplay(const std::string& program, const Bili
 }
 
 void DesktopRun::run() {
-    ReceiverShell shell(app, runtime, [this] { loop.post([this] { end(); }); });
+    ReceiverShell shell(app, runtime, [this] { loop.post([this] { end(); }); }, keys);
     end = [&] {
         shell.hide();
         std::shared_ptr<ReceiverModel> model = app.release();

@@ -16,6 +16,8 @@ class QApplication;
 
 namespace lumbrine {
 
+class KeyKeeper;
+
 // Opens the window system's display. Where there is none, ends the program with a line on standard error and status 1.
 std::unique_ptr<QApplication> openDisplay(const std::string& program, const Bilingual& text, int& count,
                                           char** arguments);
@@ -35,7 +37,8 @@ struct DesktopRun {
     // Set by `run` for its duration. Calling it on the main thread ends the program; signals do.
     std::function<void()>& end;
 
-    bool hidden = false; // the status icon and a second start show the window
+    bool hidden = false;       // the status icon and a second start show the window
+    KeyKeeper* keys = nullptr; // see ReceiverShell
 
     // Returns when the receiver is destroyed and the runtime is shut down.
     void run();

@@ -103,8 +103,7 @@ int run(int count, char** arguments, bool hidden) {
     recorder.keepUp(model);
     const std::uint16_t port = model->port();
     std::optional<KeyKeeper> keys;
-    if (const auto folder = system.stateFolder())
-        keys.emplace(runtime, KeyFile(*folder + KeyFile::name, secrets), model, text);
+    if (const auto folder = system.stateFolder()) keys.emplace(runtime, *folder, secrets, model, text);
     const NetworkWatch network(runtime, [weak = std::weak_ptr(model)] {
         if (const auto there = weak.lock()) there->readAddress();
     });
@@ -113,7 +112,8 @@ int run(int count, char** arguments, bool hidden) {
     const CheckService checks(loop, port, [&app, &output] {
         return std::optional(ReceiverNow{.published = app.published(), .outputBacklog = output.backlog()});
     });
-    DesktopRun{loop, runtime, process, streams, app, instance, identifier, begin, end, hidden}.run();
+    DesktopRun{loop, runtime, process, streams, app, instance, identifier, begin, end, hidden, keys ? &*keys : nullptr}
+        .run();
     return 0;
 }
 

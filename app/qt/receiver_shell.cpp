@@ -1,7 +1,9 @@
 #include "app/qt/receiver_shell.h"
 
+#include "app/key_keeper.h"
 #include "app/qt/about_box.h"
 #include "app/qt/connect_box.h"
+#include "app/qt/keys_box.h"
 #include "app/qt/session_box.h"
 #include "app/qt/symbols.h"
 #include "app/qt/texts.h"
@@ -13,8 +15,8 @@
 
 namespace lumbrine {
 
-ReceiverShell::ReceiverShell(ReceiverApp& app, Runtime& runtime, std::function<void()> quitProgram)
-    : app(app), runtime(runtime), quitProgram(std::move(quitProgram)),
+ReceiverShell::ReceiverShell(ReceiverApp& app, Runtime& runtime, std::function<void()> quitProgram, KeyKeeper* keys)
+    : app(app), runtime(runtime), quitProgram(std::move(quitProgram)), keys(keys),
       window({.act = [this](ScreenAction action) { act(action); },
               .appeared = [this] { windowAppeared(); },
               .closed = [this] { windowClosed(); }}),
@@ -45,6 +47,7 @@ void ReceiverShell::hide() {
     about.reset();
     phoneBox.reset();
     sessionBox.reset();
+    keysBox.reset();
     window.hide();
 }
 
@@ -93,7 +96,8 @@ void ReceiverShell::showAbout() {
 }
 
 void ReceiverShell::showConnect() {
-    phoneBox = std::make_unique<ConnectBox>(app.connection(), &window);
+    const auto toKeys = keys == nullptr ? std::function<void()>() : [this] { showKeys(); };
+    phoneBox = std::make_unique<ConnectBox>(app.connection(), toKeys, &window);
     phoneBox->show();
 }
 
@@ -104,6 +108,28 @@ void ReceiverShell::showSession() {
                                      &window);
     sessionBox->display(app.session({}));
     sessionBox->show();
+}
+
+void ReceiverShell::showKeys() {
+    const auto display = [this] { keysBox->display(keys->page()); };
+    keysBox = std::make_unique<KeysBox>(KeysBox::Listener{.forget =
+                                                              [this, display](const std::string& name) {
+                                                                  keys->forget(name);
+                                                                  display();
+                                                              },
+                                                          .forgetAll =
+                                                              [this, display] {
+                                                                  keys->forgetAll();
+                                                                  display();
+                                                              },
+                                                          .letOnlyPairedIn =
+                                                              [this, display](bool on) {
+                                                                  keys->letOnlyPairedIn(on);
+                                                                  display();
+                                                              }},
+                                        &window);
+    display();
+    keysBox->show();
 }
 
 void ReceiverShell::refreshSoon() {

@@ -16,6 +16,8 @@ namespace lumbrine {
 
 class AboutBox;
 class ConnectBox;
+class KeyKeeper;
+class KeysBox;
 class SessionBox;
 
 // Main thread. Draws changes soon, at most 30 times a second. A hidden window is not drawn.
@@ -23,8 +25,9 @@ class ReceiverShell {
 public:
     static constexpr Duration shortestRefresh = seconds(1.0 / 30);
 
-    // Shows nothing yet. `quitProgram` must end the program after the current action has returned.
-    ReceiverShell(ReceiverApp& app, Runtime& runtime, std::function<void()> quitProgram);
+    // Shows nothing yet. `quitProgram` must end the program after the current action has returned. `keys` may be null:
+    // then nobody sees them.
+    ReceiverShell(ReceiverApp& app, Runtime& runtime, std::function<void()> quitProgram, KeyKeeper* keys = nullptr);
     ~ReceiverShell();
     ReceiverShell(const ReceiverShell&) = delete;
     ReceiverShell& operator=(const ReceiverShell&) = delete;
@@ -46,12 +49,14 @@ private:
     void showAbout();
     void showConnect();
     void showSession();
+    void showKeys();
     void refreshSoon();
     void refresh();
 
     ReceiverApp& app;
     Runtime& runtime;
     const std::function<void()> quitProgram;
+    KeyKeeper* const keys;
     ReceiverWindow window;
     StatusIcon icon;
     StatusAreaWait statusArea;
@@ -59,6 +64,7 @@ private:
     std::unique_ptr<AboutBox> about;
     std::unique_ptr<ConnectBox> phoneBox;
     std::unique_ptr<SessionBox> sessionBox;
+    std::unique_ptr<KeysBox> keysBox;
     TimePoint lastRefresh = distantPast;
     bool refreshIsDue = false;
     const std::shared_ptr<const int> life = std::make_shared<int>(0);

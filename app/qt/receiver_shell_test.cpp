@@ -192,7 +192,7 @@ TEST_F(ReceiverShellTest, ShowsACodeForThePhoneAndTheAddressWithItsPort) {
 }
 
 TEST_F(ReceiverShellTest, ShowsTheCodeOfThePageForBrowsersBesideThatOfTheApp) {
-    const ConnectBox box(connectText({}, {}, "http://192.168.1.99:52780/#KEY", Bilingual(false)), nullptr);
+    const ConnectBox box(connectText({}, {}, "http://192.168.1.99:52780/#KEY", Bilingual(false)), {}, nullptr);
     std::vector<std::string> codes;
     for (const auto* label : box.findChildren<QLabel*>())
         if (!label->pixmap().isNull()) codes.push_back(label->accessibleName().toStdString());

@@ -12,7 +12,7 @@ ClientEndpoint::ClientEndpoint(const Jobs& jobs, PublishedState& published, Data
                                ServiceAdvertiser& advertiser, const SystemInfo& system, Configuration configuration,
                                ActivityLog& log, Secrets* secrets)
     : port(configuration.port), jobs(jobs), published(published), runtime(jobs.runtime), sockets(sockets),
-      advertiser(advertiser), system(system), noBonjour(configuration.noBonjour), onlyPaired(configuration.onlyPaired),
+      advertiser(advertiser), system(system), noBonjour(configuration.noBonjour), clients(configuration.clients),
       log(log), secrets(secrets) {
     published.health.port = port;
 }
@@ -30,7 +30,7 @@ void ClientEndpoint::startUDPAndBonjour(Handler handler) {
 }
 
 void ClientEndpoint::listen(Handler handler) {
-    if (onlyPaired && secrets == nullptr) {
+    if (clients.onlyPaired && secrets == nullptr) {
         noteDeaf(log.text("LUMBRINE_CLIENTS=paired needs keys, which cannot be used here",
                           "LUMBRINE_CLIENTS=paired に必要な鍵がここでは使えません"));
         return;
@@ -43,7 +43,7 @@ void ClientEndpoint::listen(Handler handler) {
     if (secrets != nullptr) {
         udp->useSeals(*secrets);
         udp->setKeys(keys);
-        udp->letOnlyPairedIn(onlyPaired);
+        udp->letOnlyPairedIn(clients.onlyPaired);
     }
     if (const auto started = udp->start()) {
         const std::string where = std::to_string(port);
@@ -80,6 +80,19 @@ void ClientEndpoint::setKeys(std::vector<PairingKey> known) {
     assert(runtime.onMain());
     keys = std::move(known);
     if (udp) udp->setKeys(keys);
+}
+
+void ClientEndpoint::letOnlyPairedIn(bool on) {
+    assert(runtime.onMain());
+    if (clients.isFixed || secrets == nullptr || on == clients.onlyPaired) return;
+    clients.onlyPaired = on;
+    if (udp) udp->letOnlyPairedIn(on);
+    log.say(on ? "Only clients with a key are let in" : "Clients without a key are let in",
+            on ? "鍵を持つクライアントだけを許可します" : "鍵のないクライアントも許可します");
+}
+
+std::vector<TimePoint> ClientEndpoint::lastUsesOfKeys() {
+    return udp ? udp->lastUsesOfKeys() : std::vector<TimePoint>();
 }
 
 void ClientEndpoint::noteStranger() {
@@ -136,6 +149,10 @@ std::optional<std::string> ClientEndpoint::liveOwnerKey() {
 
 std::optional<Ownership> ClientEndpoint::ownership() {
     return udp ? udp->ownership() : std::nullopt;
+}
+
+std::optional<SealedSessions::Loss> ClientEndpoint::ownersLoss() {
+    return udp ? udp->ownersLoss() : std::nullopt;
 }
 
 } // namespace lumbrine

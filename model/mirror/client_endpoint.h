@@ -27,6 +27,14 @@ public:
     // The keys that clients may seal with, instead of those before. Nothing happens without secrets. Main thread.
     void setKeys(std::vector<PairingKey> known);
 
+    // Whether only clients with a key are let in. Nothing happens without secrets, and where LUMBRINE_CLIENTS decides.
+    // Main thread.
+    void letOnlyPairedIn(bool on);
+    PairedMode pairedMode() const { return clients; }
+
+    // When each of the keys last opened a session, in the order of `setKeys`. Main thread.
+    std::vector<TimePoint> lastUsesOfKeys();
+
     // Listens, and announces the port even when listening failed; logs both, and keeps their health up to date.
     // `handler` gets the owner's datagrams on the receive thread. Main thread, once.
     void startUDPAndBonjour(Handler handler);
@@ -43,6 +51,7 @@ public:
     std::optional<std::string> ownerIP();
     std::optional<std::string> liveOwnerKey();
     std::optional<Ownership> ownership();
+    std::optional<SealedSessions::Loss> ownersLoss();
 
     const std::uint16_t port;
 
@@ -62,7 +71,7 @@ private:
     ServiceAdvertiser& advertiser;
     const SystemInfo& system;
     const bool noBonjour;
-    const bool onlyPaired;
+    PairedMode clients;
     ActivityLog& log;
     Secrets* const secrets;
     std::vector<PairingKey> keys;

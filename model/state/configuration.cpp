@@ -17,11 +17,12 @@ std::optional<std::uint16_t> parsePort(std::string_view text) {
 }
 
 Configuration Configuration::read(const SystemInfo& system) {
+    const auto clients = system.environment("LUMBRINE_CLIENTS");
     return {
         .port = parsePort(system.environment("QV_PORT").value_or("")).value_or(defaultPort),
         .noBonjour = system.environment("QV_NO_BONJOUR").has_value(),
         .debug = system.environment("QV_DEBUG").has_value(),
-        .onlyPaired = system.environment("LUMBRINE_CLIENTS") == "paired",
+        .clients = {.onlyPaired = clients == "paired", .isFixed = clients.has_value()},
     };
 }
 

@@ -44,9 +44,9 @@ TEST(Configuration, FallsBackToTheDefaultPort) {
 
 TEST(Configuration, LetsOnlyPairedClientsInWhereThatIsAsked) {
     FakeComputer computer;
-    EXPECT_FALSE(Configuration::read(computer).onlyPaired);
+    EXPECT_FALSE(Configuration::read(computer).clients.onlyPaired);
     computer.variables = {{"LUMBRINE_CLIENTS", "paired"}};
-    EXPECT_TRUE(Configuration::read(computer).onlyPaired);
+    EXPECT_TRUE(Configuration::read(computer).clients.onlyPaired);
 }
 
 TEST(Configuration, TakesASwitchAsSetWhateverItsValue) {

@@ -154,7 +154,7 @@ private:
                                  text),
                        nullptr);
         take(about, "about");
-        ConnectBox phone(connectText(state, {state.localIP, "10.0.0.5"}, "http://192.168.1.23:52780/#key", text),
+        ConnectBox phone(connectText(state, {state.localIP, "10.0.0.5"}, "http://192.168.1.23:52780/#key", text), {},
                          nullptr);
         take(phone, "connect");
         SessionBox session({.searched = [] {}, .chosen = [](std::size_t) {}}, nullptr);
