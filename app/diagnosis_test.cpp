@@ -151,6 +151,17 @@ TEST(Diagnosis, MissesTheScriptingServiceOnlyBesideProToolsAndCallsItNoFault) {
     EXPECT_EQ(checkOf(published, "scripting").state, CheckState::waiting);
 }
 
+TEST(Diagnosis, SaysWhatTheNetworkLost) {
+    PublishedState published;
+    published.iosConnected = true;
+    published.health.loss = {.received = 100, .lost = 0};
+    EXPECT_THAT(checkOf(published, "phone").sentence, testing::Not(HasSubstr("lost")));
+    published.health.loss = {.received = 1188, .lost = 12};
+    EXPECT_THAT(checkOf(published, "phone").sentence, testing::EndsWith(" The network lost 12 of its 1200 datagrams."));
+    published.iosConnected = false;
+    EXPECT_THAT(checkOf(published, "phone").sentence, testing::Not(HasSubstr("lost")));
+}
+
 TEST(Diagnosis, CountsTheClientsWithoutAKey) {
     PublishedState published;
     published.health.strangers = 1;

@@ -92,6 +92,16 @@ Check announcementCheck(const Case& c) {
 
 namespace {
 
+// Empty when the client does not seal, or nothing was lost.
+std::string lossSentence(const Case& c) {
+    const auto& loss = c.health.loss;
+    if (!c.published.iosConnected || !loss || loss->lost == 0) return {};
+    const std::string lost = std::to_string(loss->lost);
+    const std::string sent = std::to_string(loss->received + loss->lost);
+    return c.text(" The network lost " + lost + " of its " + sent + " datagrams.",
+                  "送信された " + sent + " 個のうち " + lost + " 個がネットワークで失われました。");
+}
+
 // Empty when there were none.
 std::string strangersSentence(const Case& c) {
     const std::size_t count = c.health.strangers;
@@ -138,7 +148,7 @@ Check phonesState(const Case& c) {
 
 Check phoneCheck(const Case& c) {
     Check check = phonesState(c);
-    check.sentence += strangersSentence(c);
+    check.sentence += lossSentence(c) + strangersSentence(c);
     return check;
 }
 

@@ -30,6 +30,9 @@ void OwnerWatch::describeClients() {
 
 // "192.168.1.7 (+1 waiting)"
 std::string OwnerWatch::description() {
+    const auto loss = endpoint.ownersLoss();
+    state.published.health.loss = std::nullopt;
+    if (loss) state.published.health.loss = {.received = loss->received, .lost = loss->lost};
     const std::vector<std::string> live = endpoint.connectedIPs();
     std::string owner = endpoint.ownerIP().value_or("");
     const auto waiting = std::ranges::count_if(live, [&owner](const std::string& ip) { return ip != owner; });

@@ -39,6 +39,15 @@ struct Health {
 
     std::size_t strangers = 0; // hosts without a key that were not let in; counted up to UDPServer::maxStrangers
 
+    // Datagrams of the client in control; absent when it does not seal.
+    struct Loss {
+        std::uint32_t received = 0;
+        std::uint32_t lost = 0;
+
+        bool operator==(const Loss&) const = default;
+    };
+    std::optional<Loss> loss = {};
+
     bool surfaceAWasHeard = false; // Pro Tools has pinged since the start, like the next
     bool surfaceBWasHeard = false;
     std::string lastClient = {}; // as in PublishedState::iosClientDesc; stays when the client goes
