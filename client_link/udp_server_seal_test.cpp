@@ -202,6 +202,29 @@ TEST_F(UDPServerSeal, DeliversTouchesMovesAndReleasesUpToFiveSecondsLate) {
     }
 }
 
+TEST_F(UDPServerSeal, KnowsTheSixtyThreeDatagramsBeforeTheNewest) {
+    begin(phone);
+    const Bytes tooOld = phone.sealed(mutePress);
+    const Bytes oldest = phone.sealed(mutePress);
+    for (int i = 0; i < 62; ++i)
+        phone.sealed(lifeSign);
+    expectDelivered(phone.address, phone.sealed(lifeSign), lifeSign);
+    expectNothing(phone.address, tooOld);
+    expectDelivered(phone.address, oldest, mutePress);
+    expectNothing(phone.address, oldest);
+}
+
+TEST_F(UDPServerSeal, TakesPressesAgainWithTheFirstHelloAfterASleepOfItsOwn) {
+    begin(phone);
+    const Bytes before = phone.sealed(mutePress);
+    const Bytes hello = phone.sealed(phone.hello);
+    const Bytes after = phone.sealed(mutePress);
+    pass(3600); // for the receiver alone
+    expectNothing(phone.address, before);
+    expectDelivered(phone.address, hello, phone.hello);
+    expectDelivered(phone.address, after, mutePress);
+}
+
 TEST_F(UDPServerSeal, BelievesTheTimeOfAHello) {
     begin(phone);
     const Bytes hello = phone.sealed(phone.hello); // the client's clock stands still from here on
@@ -339,6 +362,18 @@ TEST_F(PairedOnly, EndsWithAKeyThatIsTakenAwayInMidDrag) {
     EXPECT_THAT(takeSent(), IsEmpty());
     pass(6);
     EXPECT_EQ(server.liveOwnerKey(), std::nullopt);
+}
+
+TEST_F(PairedOnly, KeepsTheSessionsOfTheOtherKeysWhenOneIsTakenAway) {
+    server.setKeys({studioKey, otherKey});
+    SealingClient guest(*this, tablet.address, 8, otherKey);
+    begin(phone);
+    guest.open();
+    server.setKeys({studioKey});
+    expectDelivered(phone.address, phone.sealed(touch), touch);
+    expectDelivered(phone.address, phone.sealed(moveTo(5)), moveTo(5));
+    expectNothing(guest.address, guest.sealed(takeOver));
+    EXPECT_EQ(server.liveOwnerKey(), phone.address);
 }
 
 TEST_F(PairedOnly, LeavesNothingToTheOwnerThatDoesNotSeal) {
