@@ -50,18 +50,18 @@ struct Receiver {
     std::uint64_t messages = 0;
 };
 
-const Bytes move{0x01, 0x01, 0x03, 0x20, 0x00};
+const Bytes faderMove{0x01, 0x01, 0x03, 0x20, 0x00};
 
 void datagramsOurs(benchmark::State& state) {
     Receiver receiver;
     const Bytes turn{0x01, 0x07, 0x03, 0x02};
     const PeerAddress phone;
-    receiver.server.handleDatagram(move, phone);
+    receiver.server.handleDatagram(faderMove, phone);
 
     const int before = allocationCount();
     receiver.messages = 0;
     for (auto _ : state) {
-        receiver.server.handleDatagram(move, phone);
+        receiver.server.handleDatagram(faderMove, phone);
         receiver.server.handleDatagram(turn, phone);
     }
     state.counters["allocations"] = static_cast<double>(allocationCount() - before);
@@ -88,7 +88,7 @@ void sealedDatagrams(benchmark::State& state) {
     server.handleDatagram(copyOf(client.incoming(receiver.sockets.last, now).reply), phone);
     std::vector<Bytes> moves;
     for (benchmark::IterationCount i = 0; i <= sealedMoves; ++i)
-        moves.push_back(copyOf(client.outgoing(move, now)));
+        moves.push_back(copyOf(client.outgoing(faderMove, now)));
     auto next = moves.cbegin();
     server.handleDatagram(*next++, phone);
 

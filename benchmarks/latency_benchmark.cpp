@@ -265,7 +265,6 @@ void measureARecord() {
     const RealRuntime runtime(loop);
     const Recorder recorder(runtime, ring.writer);
     const blackbox::DatagramHead head;
-    const Bytes move{0x01, 0x01, 0x03, 0x20, 0x00};
     std::vector<double> costs;
     for (int turn = 0; turn < 50; ++turn) {
         const auto begin = Clock::now();

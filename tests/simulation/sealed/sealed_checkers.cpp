@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t trailer = 16;
 constexpr std::uint8_t hello = 0x00;
 constexpr std::uint8_t move = 0x01;
-constexpr std::uint8_t session = 0x7E;
+constexpr std::uint8_t sessionAnswer = 0x7E;
 constexpr std::uint8_t pong = 0x7F;
 
 constexpr Duration lateness = seconds(2.5);   // 2 s, and what eighths of a second leave open
@@ -80,11 +80,13 @@ struct StripAction {
 
 // Of all surfaces, in their order.
 std::vector<StripAction> actionsOf(const SealedEvidence& evidence) {
-    std::vector<StripAction> actions;
+    std::multimap<TimePoint, StripAction> inOrder;
     for (std::size_t surface = 0; surface < evidence.surfaces.size(); ++surface)
         for (const WireAction& action : readWire(evidence.surfaces[surface]).actions)
-            actions.push_back({action, static_cast<int>(8 * surface) + action.number});
-    std::ranges::stable_sort(actions, {}, [](const StripAction& each) { return each.action.at; });
+            inOrder.emplace(action.at, StripAction{action, static_cast<int>(8 * surface) + action.number});
+    std::vector<StripAction> actions;
+    for (const auto& [at, action] : inOrder)
+        actions.push_back(action);
     return actions;
 }
 
@@ -218,7 +220,7 @@ Violations checkSealedAnswers(const SealedEvidence& evidence) {
         const char* wrong = nullptr;
         if (!isSealed(answer.bytes)) {
             wrong = "not sealed";
-        } else if (answer.type() == session) {
+        } else if (answer.type() == sessionAnswer) {
             if (openings[peer]-- <= 0) wrong = "a session that no opening asks for";
         } else if (!hellos.contains(peer)) {
             wrong = "to somebody who has not said hello";
@@ -242,7 +244,7 @@ bool isProbe(const WireAction& action) {
 Violations brokenBy(const SealedEvidence& evidence, const Silence& silence, const char* when) {
     Violations violations;
     for (const SentDatagram& sent : evidence.sent.list)
-        if (isIn(silence, sent.at) && sent.type() != session)
+        if (isIn(silence, sent.at) && sent.type() != sessionAnswer)
             violations.push_back(std::string(when) + " something was sent: type " + std::to_string(sent.type()) +
                                  at(sent.at));
     for (const auto& [action, strip] : actionsOf(evidence))
