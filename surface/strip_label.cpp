@@ -40,7 +40,7 @@ bool StripLabel::isKnownTo(HandsOwner owner) const {
     const Told last = told;
     const bool isTold = last.owner == shortened(owner.number);
     if (owner.isNewcomer && !(isTold && last.isName)) return true;
-    return isTold && (last.text == shown || last.text == name);
+    return isTold && (last.text == shown || (last.text == name && name != blank));
 }
 
 } // namespace lumbrine

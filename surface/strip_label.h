@@ -18,7 +18,8 @@ struct HandsOwner {
 class StripLabel {
 public:
     // The client of that ownership was told this. `isName`: false for what stands over a name for a moment, as a value
-    // or a mode; then the name that it was told before stays. On one thread; waits for nobody.
+    // or a mode; then the name that it was told before stays. Nothing stands over a blank: a text there is of a track
+    // that the client was not told of. On one thread; waits for nobody.
     void tell(std::string_view text, bool isName, std::uint64_t owner);
 
     // The rest is not thread-safe.

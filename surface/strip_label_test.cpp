@@ -75,6 +75,17 @@ TEST(StripLabel, StaysTheSameUnderAValue) {
     EXPECT_EQ(label.number(), number);
 }
 
+TEST(StripLabel, IsNotKnownUnderAModeThatComesBeforeTheFirstName) {
+    StripLabel label;
+    label.show("", true);
+    label.tell("", true, owner);
+    label.show("Off", false);
+    EXPECT_FALSE(label.isKnownTo(theOwner));
+    label.show("Bass", true);
+    label.tell("Bass", true, owner);
+    EXPECT_TRUE(label.isKnownTo(theOwner));
+}
+
 TEST(StripLabel, OfATrackThatIsCalledLikeAValueCanBeToldToo) {
     StripLabel label;
     label.show("-3.5", false);
