@@ -38,7 +38,7 @@ ReceiverParts::ReceiverParts(const ReceiverPlatform& platform, Configuration con
       commands(jobs, state,
                {surfaces, mirror, hello, fingers, queue, pan, seekWorker, calibration, metadata, wishes, automation,
                 groups, visibleRange, drops}),
-      presence(jobs, state, log, {mirror, bankMap, pan, automation}),
+      presence(jobs, state, log, {mirror, bankMap, pan, automation, surfaces}),
       position(platform.runtime, state, log, {bankMap, calibration, metadata}),
       owner(platform.runtime, state, text, endpoint, surfaces), refresh(state, {mirror, table, automation, metadata}),
       tick(jobs, state, {endpoint, meters, feedback, pan, presence, mender, position, owner, refresh, surfaces}) {}

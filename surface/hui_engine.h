@@ -127,6 +127,11 @@ public:
     void closeToHands();
     void openToHands();
 
+    // The client was told that the strips of this surface are not there, or are there again: until then hands press
+    // and turn nothing on them. Pro Tools itself leaves the faders alone of a surface that has gone.
+    void hideStrips();
+    void showStrips();
+
     // Releases the faders that hands have touched, as if the fingers had never been there.
     void letHandsGo();
 
@@ -207,6 +212,7 @@ private:
     std::uint64_t timesHandsLetGo LUMBRINE_GUARDED_BY(txLock) = 0;
     bool ended LUMBRINE_GUARDED_BY(txLock) = false;
     bool closed LUMBRINE_GUARDED_BY(txLock) = false;                        // to hands
+    bool hidden LUMBRINE_GUARDED_BY(txLock) = false;                        // the strips, from the client
     std::bitset<stripsPerSurface> fingers LUMBRINE_GUARDED_BY(txLock);      // put down and not lifted
     std::bitset<stripsPerSurface> strayFingers LUMBRINE_GUARDED_BY(txLock); // on faders that show other tracks since
     std::array<StripLabel, stripsPerSurface> labels;                        // but for telling: under txLock

@@ -24,7 +24,7 @@ std::optional<std::uint64_t> HUIEngine::knownLabel(int strip) {
     if (!onThisSurface(strip)) return std::nullopt;
     const Lock lock(txLock);
     const StripLabel& label = labels[static_cast<std::size_t>(strip)];
-    return label.isKnownTo(handsOwner) ? std::optional(label.number()) : std::nullopt;
+    return !hidden && label.isKnownTo(handsOwner) ? std::optional(label.number()) : std::nullopt;
 }
 
 void HUIEngine::newOwner(HandsOwner owner) {
@@ -87,7 +87,7 @@ bool HUIEngine::pressByHand(int zone, int port) {
     std::uint64_t number = 0;
     {
         const Lock lock(txLock);
-        if (closed || (onThisSurface(zone) && !isOpen(zone))) return false;
+        if (closed || (onThisSurface(zone) && (hidden || !isOpen(zone)))) return false;
         number = press(zone, port);
     }
     endPressLater(zone, port, number);
@@ -97,7 +97,7 @@ bool HUIEngine::pressByHand(int zone, int port) {
 bool HUIEngine::turnByHand(int strip, int delta) {
     if (!onThisSurface(strip)) return true;
     const Lock lock(txLock);
-    if (!isOpen(strip)) return false;
+    if (hidden || !isOpen(strip)) return false;
     sendTurn(strip, delta);
     return true;
 }
@@ -115,6 +115,16 @@ void HUIEngine::closeToHands() {
 void HUIEngine::openToHands() {
     const Lock lock(txLock);
     closed = false;
+}
+
+void HUIEngine::hideStrips() {
+    const Lock lock(txLock);
+    hidden = true;
+}
+
+void HUIEngine::showStrips() {
+    const Lock lock(txLock);
+    hidden = false;
 }
 
 void HUIEngine::letHandsGo() {

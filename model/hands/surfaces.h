@@ -58,6 +58,8 @@ public:
     // The client's hands on both surfaces (surface/hui_engine.h).
     void closeToHands();
     void openToHands();
+    void hideStrips(SurfaceID surface) { engine(surface).hideStrips(); }
+    void showStrips(SurfaceID surface) { engine(surface).showStrips(); }
     void letHandsGo();
     void loseTouch();
 

@@ -41,9 +41,11 @@ void PresenceWatch::watchWindowWidth() {
     if (!both) parts.automation.surfaceGone(SurfaceID::B);
     state.published.changed();
     if (both) {
+        parts.surfaces.showStrips(SurfaceID::B);
         log.say("✓ Second surface connected → 16-ch window", "✓ 2台目サーフェス接続 → 16ch 窓に拡大");
         jobs.inBackground(Priority::normal, [this] { parts.pan.followSide(SurfaceID::B); });
     } else {
+        parts.surfaces.hideStrips(SurfaceID::B);
         log.say("Second surface lost → back to 8-ch window", "2台目サーフェス切断 → 8ch 窓に戻ります");
     }
     parts.bankMap.relocalize();

@@ -22,6 +22,7 @@ public:
         BankMap& bankMap;
         Pan& pan;
         AutomationModes& automation;
+        Surfaces& surfaces;
     };
 
     PresenceWatch(const Jobs& jobs, ReceiverState& state, ActivityLog& log, Parts parts);
@@ -31,7 +32,8 @@ public:
 
     void watchClient();
 
-    // 16 strips while both surfaces are there, else 8.
+    // 16 strips while both surfaces are there, else 8. Nothing is pressed or turned on strips that have gone: nobody
+    // knows their tracks.
     void watchWindowWidth();
 
 private:

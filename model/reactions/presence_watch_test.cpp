@@ -97,6 +97,25 @@ TEST(PresenceWatchInJapanese, TellsOfTheWindow) {
 
 class WindowChangeTest : public OwnedModelTest {};
 
+TEST_F(WindowChangeTest, NothingIsPressedOrTurnedOnStripsThatHaveGone) {
+    bench.surfaceA.pingEverySecond();
+    bench.surfaceB.ping();
+    bench.run(2400ms);
+    bench.heardOn(bench.surfaceB);
+    phone->send({0x01, 0x04, 0x0D});
+    phone->send({0x01, 0x07, 0x0E, 0x01});
+    phone->send({0x01, 0x0F, 0x0F, 0x02});
+    settle();
+    EXPECT_THAT(bench.heardOn(bench.surfaceB), IsEmpty());
+
+    bench.surfaceB.ping();
+    bench.run(400ms);
+    bench.heardOn(bench.surfaceB);
+    phone->send({0x01, 0x07, 0x0E, 0x01});
+    settle();
+    EXPECT_THAT(bench.heardOn(bench.surfaceB), testing::SizeIs(1));
+}
+
 TEST_F(WindowChangeTest, TheClientIsToldWhereTheNewWindowLies) {
     std::vector<std::string> names;
     for (char c = 'A'; c <= 'T'; ++c)

@@ -48,6 +48,8 @@ NameGaps::NameGaps(const SentDatagrams& sent, const HostRecord& host, const Acce
         for (; change != acceptance.changes.end() && change->at <= datagram.at; ++change)
             owner = change->number;
         const auto message = remote::parseReceiverMessage(datagram.bytes);
+        if (const auto* const view = message ? std::get_if<remote::BankPos>(&*message) : nullptr)
+            shownStrips.emplace_back(datagram.at, view->shownStrips);
         const auto* const name = message ? std::get_if<remote::TrackName>(&*message) : nullptr;
         if (name == nullptr) continue;
         add(toldTo[{owner, name->strip.index()}], datagram.at, trimmed(name->name));
@@ -71,6 +73,16 @@ bool NameGaps::mayBeUntold(int owner, int strip, TimePoint came) const {
         return !display.empty() &&
                (blocked || std::ranges::any_of(heard, [&](const std::string& name) { return name != display; }));
     });
+}
+
+bool NameGaps::mayBeHidden(int strip, TimePoint came) const {
+    const TimePoint until = pauses.latest(came);
+    auto told =
+        std::ranges::lower_bound(shownStrips, pauses.earliest(came), {}, [](const auto& each) { return each.first; });
+    if (told != shownStrips.begin()) --told;
+    for (; told != shownStrips.end() && told->first <= until; ++told)
+        if (strip >= told->second) return true;
+    return false;
 }
 
 bool NameGaps::mayHaveChanged(int strip, TimePoint since, TimePoint came) const {

@@ -25,6 +25,9 @@ public:
     // been in control before may act on what it was told nothing of.
     bool mayBeUntold(int owner, int strip, TimePoint came) const;
 
+    // A client may have been told that the strip is not there.
+    bool mayBeHidden(int strip, TimePoint came) const;
+
     // Another name may have come since, before what came at the second time was carried out. Where a host repeats its
     // displays for a surface that has missed them, what is told shows it.
     bool mayHaveChanged(int strip, TimePoint since, TimePoint came) const;
@@ -38,10 +41,11 @@ private:
 
     static void add(Texts& texts, TimePoint at, std::string text);
 
-    std::array<Texts, 16> names;                 // of displays
-    std::array<Texts, 16> told;                  // to any client, when it changed
-    std::map<std::pair<int, int>, Texts> toldTo; // by owner and strip
-    std::set<int> newcomers;                     // ownerships of devices that had none before
+    std::array<Texts, 16> names;                        // of displays
+    std::array<Texts, 16> told;                         // to any client, when it changed
+    std::map<std::pair<int, int>, Texts> toldTo;        // by owner and strip
+    std::vector<std::pair<TimePoint, int>> shownStrips; // as they were told to be there
+    std::set<int> newcomers;                            // ownerships of devices that had none before
     Pauses pauses;
 };
 

@@ -67,7 +67,8 @@ public:
             if (isWanted(onSurface) && !takeAtOnce(*asked)) late.push_back({*asked, acceptance.numbers[i]});
         }
         for (const auto& [asked, owner] : late) {
-            if (!closings.mayMeet(asked.at) && !gaps.mayBeUntold(owner, asked.number, asked.at)) {
+            if (!closings.mayMeet(asked.at) && !gaps.mayBeUntold(owner, asked.number, asked.at) &&
+                !gaps.mayBeHidden(asked.number, asked.at)) {
                 complain("lost", asked);
             } else if (!takeLater(asked) && !isTold(asked.at, lines)) {
                 complain("dropped without a word", asked);
