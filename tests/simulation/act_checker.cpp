@@ -173,12 +173,13 @@ private:
     // Of a strip that has had no name so far, as on a host that sends none, its client means the strip itself.
     bool isBeforeAllNames(const HostAct& act) const { return act.sent <= shown.firstNamed(act.strip); }
 
-    // A walk touches what it moves, and its move is looked at by itself. Between the two there may be what others do.
+    // A walk touches what it moves, and its move is looked at by itself. Between the two there may be what others do,
+    // and the walk's thread may stand still.
     bool isOfWalksMove(std::span<const HostAct> touchAndLater) {
         const HostAct& touch = touchAndLater.front();
         const auto next = std::ranges::find(touchAndLater.subspan(1), touch.strip, &HostAct::strip);
-        return next != touchAndLater.end() && next->kind == ActKind::move && next->sent == touch.sent &&
-               memberAskedBy(*next) != members.end();
+        if (next == touchAndLater.end() || next->kind != ActKind::move) return false;
+        return pauses.explain(touch.sent, next->sent) && memberAskedBy(*next) != members.end();
     }
 
     bool isMeant(const HostAct& act) {

@@ -167,13 +167,24 @@ TEST_F(Acts, OfAModeAndAPanSeekCountToo) {
     EXPECT_THAT(check().wrongTracks, SizeIs(2));
 }
 
+Bytes sessionRow(std::uint8_t index, char name) {
+    return {0x01, 0x1B, 0x00, index, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, static_cast<std::uint8_t>(name), 0};
+}
+
+TEST_F(Acts, OfAWalkMayStandStillBetweenTouchAndMove) {
+    evidence.record.states = {{at(0), trackCalled("J", 10)}};
+    tell(0.2, sessionRow(9, 'J'));
+    ask(1, {0x01, 0x23, 0x01, 0x00, 0x09, 0x20, 0x00});
+    done(4, ActKind::touch, 0, 10, 1);
+    done(4.25, ActKind::move, 8192, 10, 1);
+    EXPECT_THAT(check().wrongTracks, SizeIs(1));
+    evidence.pauses = {{at(4), at(4.25)}};
+    EXPECT_THAT(check().wrongTracks, IsEmpty());
+}
+
 TEST_F(Acts, OfAWalkAreOnTheTracksOfItsRows) {
-    const auto row = [](std::uint8_t index, char name) {
-        return Bytes{0x01, 0x1B, 0x00, index, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, static_cast<std::uint8_t>(name),
-                     0};
-    };
     evidence.record.states = {{at(0), trackCalled("J", 10)}, {at(0), trackCalled("K", 11)}};
-    tell(0.2, row(9, 'J'));
+    tell(0.2, sessionRow(9, 'J'));
     ask(1, {0x01, 0x23, 0x01, 0x00, 0x09, 0x20, 0x00});
     done(4, ActKind::touch, 0, 10, 1);
     done(4, ActKind::turn, 1, 0, 2); // of another strip, meanwhile
