@@ -53,8 +53,9 @@ constexpr auto takeDialogs = [](SeededRandom& chance, SimulatorOptions& options)
     options.pingInDialog = !chance.oneIn(3);
 };
 
+// The displays are blank between two sessions: no workstation opens one in no time.
 constexpr auto openSessions = [](SeededRandom& chance, SimulatorOptions& options) {
-    options.sessionOpensAfter = seconds(0.5) * static_cast<int>(chance.below(7));
+    options.sessionOpensAfter = seconds(0.5) * (1 + static_cast<int>(chance.below(6)));
 };
 
 } // namespace
