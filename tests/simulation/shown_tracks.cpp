@@ -231,8 +231,8 @@ Tracks ShownTracks::unseenInRow(const std::string& client, int index, TimePoint 
 bool ShownTracks::wasToldNames(const std::string& client, TimePoint from, TimePoint until) const {
     const Client* const found = find(client);
     if (found == nullptr) return false;
-    const auto first = std::ranges::lower_bound(found->named, from);
-    return first != found->named.end() && *first <= until;
+    const auto name = std::ranges::lower_bound(found->named, from);
+    return name != found->named.end() && *name <= until;
 }
 
 } // namespace lumbrine::simulation
