@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
 
 namespace lumbrine::simulation {
 
@@ -15,7 +16,8 @@ using Kind = WireAction::Kind;
 using Violations = std::vector<std::string>;
 
 constexpr Duration freeTimeLimit = seconds(1);
-constexpr Duration grace = seconds(0.1); // for what was begun when its time was over
+constexpr Duration settingTime = seconds(0.26); // of a mode
+constexpr Duration grace = seconds(0.1);        // for what was begun when its time was over
 
 // A mode button pressed while an AUTO switch is down.
 struct Setting {
@@ -126,7 +128,8 @@ private:
         violations.push_back(setting.text() + " " + what + ": asked for at " + timeText(request.at));
     }
 
-    // Of that stretch: without jobs and without other modes being set.
+    // Of that stretch: without jobs and without other modes being set. Those that are set on a surface that the host
+    // does not have, it does not hear.
     Duration freeTime(TimePoint from, TimePoint to) const {
         Duration free = Duration::zero();
         TimePoint time = from;
@@ -140,7 +143,16 @@ private:
             if (stretch.first > time) free += stretch.first - time;
             time = std::max(time, stretch.last);
         }
-        return (to > time ? free + (to - time) : free) - pauses.within(from, to);
+        if (to > time) free += to - time;
+        return free - pauses.within(from, to) - unheard(from, to);
+    }
+
+    Duration unheard(TimePoint from, TimePoint to) const {
+        std::set<int> others;
+        for (const AutoModeRequest& request : requests.autoModes)
+            if (request.strip >= strips && request.at > from - modeTime && request.at < to)
+                others.insert(request.strip);
+        return settingTime * static_cast<int>(others.size());
     }
 
     // Alone among the commands, for a name that its client was told, on surfaces that nobody takes or moves.
@@ -150,7 +162,7 @@ private:
         return request.strip < strips && last < jobs.ended && pauses.within(request.at, last) == Duration::zero() &&
                acceptance.endOf(request.number) > last &&
                !gaps.mayBeUntold(request.number, request.strip, request.at) &&
-               freeTime(request.at, last) == last - request.at &&
+               !gaps.mayBeHidden(request.strip, request.at) && freeTime(request.at, last) == last - request.at &&
                std::ranges::none_of(requests.bankMoves, meanwhile, &BankMoveRequest::at) &&
                std::ranges::none_of(
                    requests.autoModes,

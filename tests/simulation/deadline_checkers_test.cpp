@@ -55,6 +55,12 @@ TEST_F(InTime, AModeIsSetWithinASecondOnFreeSurfaces) {
     EXPECT_THAT(modes(settingAt(2.1)), IsEmpty());
 }
 
+TEST_F(InTime, AModeWaitsForThoseOfASurfaceThatTheHostDoesNotHave) {
+    requests.autoModes = {{at(1), 8, 2, 1}, {at(1), 9, 2, 1}, {at(1), 3, 2, 1}};
+    EXPECT_THAT(modes(settingAt(2.5)), IsEmpty());
+    EXPECT_THAT(modes(settingAt(2.6)), ElementsAre(HasSubstr("had been free")));
+}
+
 TEST_F(InTime, AModeIsNotSetAfterTwoSeconds) {
     requests.autoModes = {{at(1), 3, 2, 1}};
     addRun(Job::walk, 1, 3.5);
