@@ -26,8 +26,18 @@ bool within(TimePoint at, TimePoint first, TimePoint last) {
     return first <= at && at <= last;
 }
 
-bool seekWasAsked(const JobRun& run, const Requests& requests, const Pauses& pauses) {
-    const TimePoint first = pauses.earliest(pauses.before(run.before, longestTurn));
+// Taps that follow each other are one job, which a seek waits for.
+TimePoint waitingSince(const JobRun& seek, const std::vector<JobRun>& runs) {
+    const auto before = std::ranges::find_if(runs, [&](const JobRun& other) {
+        return other.job == Job::tap && other.first < seek.before && other.after >= seek.before;
+    });
+    return before == runs.end() ? seek.before : before->before;
+}
+
+bool seekWasAsked(const JobRun& run, const std::vector<JobRun>& runs, const Requests& requests, const Pauses& pauses) {
+    const TimePoint latest = pauses.before(run.before, longestTurn);
+    const TimePoint tooOld = pauses.before(run.before, modeTime);
+    const TimePoint first = pauses.earliest(std::clamp(waitingSince(run, runs), tooOld, latest));
     const auto isInTime = [&](const auto& request) { return within(request.at, first, run.first); };
     return (run.job == Job::seek && std::ranges::any_of(requests.seeks, isInTime)) ||
            std::ranges::any_of(requests.bankMoves, isInTime);
@@ -198,7 +208,8 @@ Violations checkBeginnings(const Evidence& evidence, const SurfaceActions& wires
         switch (run.job) {
         case Job::seek:
         case Job::tap:
-            if (!seekWasAsked(run, requests, pauses)) violations.push_back("nobody asked for the " + describe(run));
+            if (!seekWasAsked(run, evidence.jobs.runs, requests, pauses))
+                violations.push_back("nobody asked for the " + describe(run));
             break;
         case Job::scan:
             if (!scanHadAReason(run, evidence, requests, waits, pauses))

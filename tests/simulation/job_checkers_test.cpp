@@ -56,6 +56,17 @@ TEST(Beginnings, OfSeeksAndTapsAreRequestsWithinASecond) {
     EXPECT_THAT(checkBeginnings(with(walkOf(Job::tap, 5, 6)), {}, {}, requests), IsEmpty());
 }
 
+TEST(Beginnings, OfSeeksMayWaitForTapsButNoLongerThanTwoSeconds) {
+    Evidence evidence = with(walkOf(Job::seek, 5, 6));
+    Requests requests;
+    requests.bankMoves = {{at(2.5), 1}};
+    evidence.jobs.runs.push_back(walkOf(Job::tap, 2.5, 4.985));
+    requests.seeks = {{at(3.1), 7}};
+    EXPECT_THAT(checkBeginnings(evidence, {}, {}, requests), IsEmpty());
+    requests.seeks = {{at(2.9), 7}};
+    EXPECT_THAT(checkBeginnings(evidence, {}, {}, requests), SizeIs(1));
+}
+
 TEST(Beginnings, OfScansAreRequestsTicksOrASecondAttempt) {
     Requests requests;
     EXPECT_THAT(checkBeginnings(with(walkOf(Job::scan, 5.2, 6)), {}, {}, requests), IsEmpty()); // the 13th tick
