@@ -69,7 +69,7 @@ bool takeTap(std::vector<BankMoveRequest>& taps, const WireAction& action, const
 // The surface's side is being set then, by send A and pan, and ends as the newest one that was asked for.
 bool isBeingSet(const std::vector<WireAction>& wire, TimePoint at, const Pauses& pauses) {
     return std::ranges::any_of(wire, [&](const WireAction& before) {
-        return isEdge(before, assignZone, sendAPort, 1) && before.at <= at &&
+        return isEdge(before, assignZone, sendAPort, 1) && pauses.earliest(before.at) <= at &&
                at <= before.at + 3 * step + pauses.within(before.at, at);
     });
 }

@@ -65,6 +65,9 @@ TEST(Assignment, ChangesForAClientOrToTheLeft) {
     EXPECT_THAT(checkAssignment({{}}, requests), SizeIs(1));
     requests.panSides = {at(1.1), at(1.15)}; // one for the other
     EXPECT_THAT(checkAssignment({toTheLeft}, requests), IsEmpty());
+    requests.panSides = {at(0.95)};
+    EXPECT_THAT(checkAssignment({toTheLeft}, requests), SizeIs(1));
+    EXPECT_THAT(checkAssignment({toTheLeft}, requests, Pauses({{at(0.9), at(1)}})), IsEmpty()); // just begun
     requests.panSides = {at(1.19)};
     EXPECT_THAT(checkAssignment({toTheLeft}, requests), SizeIs(1));
 }
