@@ -80,10 +80,12 @@ private:
     }
 
     void look(const WireAction& asked, Repeat repeat) {
-        const auto out = take(asked);
         const auto finger = fingers.find(asked.number);
         const bool isMove = asked.kind == Kind::fader;
         const bool there = finger != fingers.end();
+        // What went out later may be an equal one that came doubled, after the finger had gone.
+        const bool onlyAtOnce = isMove && there && isStray(finger->second, asked.at);
+        const auto out = take(asked, onlyAtOnce);
         const bool mayBeHeld = mayMeetClosed(asked) || (there && (isMove || repeat.maybe) &&
                                                         mayBeStray(asked.number, finger->second, asked.at));
         if (!out) {
@@ -130,11 +132,11 @@ private:
     }
 
     // When it went out. What comes before it on the wire is of nobody.
-    std::optional<TimePoint> take(const WireAction& asked) {
+    std::optional<TimePoint> take(const WireAction& asked, bool onlyAtOnce) {
         for (; next < sent.size() && sent[next].at < asked.at; ++next)
             complain(sent[next], "that nobody asked for");
-        if (next == sent.size() || !sent[next].sameAs(asked) || !pauses.explain(asked.at, sent[next].at))
-            return std::nullopt;
+        if (next == sent.size() || !sent[next].sameAs(asked)) return std::nullopt;
+        if (onlyAtOnce ? sent[next].at != asked.at : !pauses.explain(asked.at, sent[next].at)) return std::nullopt;
         return sent[next++].at;
     }
 

@@ -131,6 +131,21 @@ TEST_F(Fingers, ThatAJobHasMetMoveNothingUntilTheyTouchAgain) {
     EXPECT_THAT(check(), IsEmpty());
 }
 
+TEST_F(Fingers, ThatAJobHasMetMayBeLiftedBeforeADoubledMoveThatGoesOutInTheSamePause) {
+    askTouch(1);
+    touch(1);
+    job(2, 3);
+    askMove(3.5);
+    askRelease(3.51);
+    askMove(3.52);
+    move(3.52);
+    const Pauses pauses({{at(3.4), at(3.6)}});
+    EXPECT_THAT(check(pauses), IsEmpty());
+    wire.pop_back();
+    move(3.5);
+    EXPECT_THAT(check(pauses), Contains(HasSubstr("of a finger that a job has met")));
+}
+
 TEST_F(Fingers, ThatCameDuringAJobMoveNothingAfterIt) {
     job(1, 3);
     askTouch(2);
