@@ -100,7 +100,7 @@ public:
     // The client of that ownership was told this. On one thread; waits for nobody.
     void tellLabel(int strip, std::string_view text, bool isName, std::uint64_t owner);
 
-    // The number of the name, while the client in control knows it.
+    // The number of the name, while the client in control knows it (StripLabel::isNameKnownTo).
     std::optional<std::uint64_t> knownLabel(int strip);
 
     // The hands are those of another client. Releases the faders that hands have touched.

@@ -24,7 +24,7 @@ std::optional<std::uint64_t> HUIEngine::knownLabel(int strip) {
     if (!onThisSurface(strip)) return std::nullopt;
     const Lock lock(txLock);
     const StripLabel& label = labels[static_cast<std::size_t>(strip)];
-    return !hidden && label.isKnownTo(handsOwner) ? std::optional(label.number()) : std::nullopt;
+    return !hidden && label.isNameKnownTo(handsOwner) ? std::optional(label.number()) : std::nullopt;
 }
 
 void HUIEngine::newOwner(HandsOwner owner) {

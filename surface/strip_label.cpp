@@ -23,7 +23,8 @@ StripLabel::Text StripLabel::onDisplay(std::string_view text) {
 
 void StripLabel::tell(std::string_view text, bool isName, std::uint64_t owner) {
     const std::uint32_t number = shortened(owner);
-    if (isName || told.load().owner != number)
+    const Told before = told;
+    if (isName || before.owner != number || before.text == blank)
         told = Told{.text = onDisplay(text), .owner = number & longestOwner, .isName = isName};
 }
 
@@ -36,11 +37,20 @@ bool StripLabel::show(std::string_view text, bool isName) {
 }
 
 bool StripLabel::isKnownTo(HandsOwner owner) const {
+    return isNameKnownTo(owner) && !(name == blank && isOtherThanToldTo(owner));
+}
+
+bool StripLabel::isOtherThanToldTo(HandsOwner owner) const {
+    const Told last = told;
+    return last.owner == shortened(owner.number) && last.text != shown && shown != blank;
+}
+
+bool StripLabel::isNameKnownTo(HandsOwner owner) const {
     if (shown == blank) return true;
     const Told last = told;
     const bool isTold = last.owner == shortened(owner.number);
     if (owner.isNewcomer && !(isTold && last.isName)) return true;
-    return isTold && (last.text == shown || (last.text == name && name != blank));
+    return isTold && (last.text == shown || last.text == name);
 }
 
 } // namespace lumbrine

@@ -18,8 +18,7 @@ struct HandsOwner {
 class StripLabel {
 public:
     // The client of that ownership was told this. `isName`: false for what stands over a name for a moment, as a value
-    // or a mode; then the name that it was told before stays. Nothing stands over a blank: a text there is of a track
-    // that the client was not told of. On one thread; waits for nobody.
+    // or a mode; then the name that it was told before stays. On one thread; waits for nobody.
     void tell(std::string_view text, bool isName, std::uint64_t owner);
 
     // The rest is not thread-safe.
@@ -30,7 +29,12 @@ public:
     // That client knows what the display says, so it means what is there: it was told so, or there is nothing to tell,
     // as before the first text and on a blank display. A newcomer that was told no name of the strip yet cannot mean
     // another track either: clients may act before they are told anything.
+    // But nothing stands over a blank: a text there is of a track that the client was not told of.
     bool isKnownTo(HandsOwner owner) const;
+
+    // The same, though a mode may stand over a blank: of a track whose name no display can show, while its mode is asked
+    // for.
+    bool isNameKnownTo(HandsOwner owner) const;
 
     // Another one for each name that follows another.
     std::uint64_t number() const { return names; }
@@ -46,6 +50,8 @@ private:
     static_assert(std::atomic<Told>::is_always_lock_free);
 
     static Text onDisplay(std::string_view text);
+
+    bool isOtherThanToldTo(HandsOwner owner) const;
 
     static constexpr Text blank{' ', ' ', ' ', ' '};
 

@@ -81,8 +81,19 @@ TEST(StripLabel, IsNotKnownUnderAModeThatComesBeforeTheFirstName) {
     label.tell("", true, owner);
     label.show("Off", false);
     EXPECT_FALSE(label.isKnownTo(theOwner));
+    EXPECT_TRUE(label.isNameKnownTo(theOwner)); // it may be the mode of a track without a display name
     label.show("Bass", true);
+    EXPECT_FALSE(label.isNameKnownTo(theOwner));
     label.tell("Bass", true, owner);
+    EXPECT_TRUE(label.isKnownTo(theOwner));
+}
+
+TEST(StripLabel, OfATrackThatIsCalledLikeAValueCanBeToldAfterABlankToo) {
+    StripLabel label;
+    label.show("", true);
+    label.tell("", true, owner);
+    label.show("Off", false);
+    label.tell("Off", false, owner);
     EXPECT_TRUE(label.isKnownTo(theOwner));
 }
 

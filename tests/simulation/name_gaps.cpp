@@ -57,8 +57,10 @@ NameGaps::NameGaps(const SentDatagrams& sent, const HostRecord& host, const Acce
     }
 }
 
+// Nothing stands over a blank: a mode there is of another track.
 void NameGaps::add(Texts& texts, TimePoint at, std::string text) {
-    if (isOverName(text) || (!texts.empty() && texts.back().text == text)) return;
+    const std::string before = texts.empty() ? "" : texts.back().text;
+    if ((isOverName(text) && !before.empty()) || (!texts.empty() && before == text)) return;
     texts.push_back({at, std::move(text)});
 }
 
@@ -77,11 +79,11 @@ bool NameGaps::mayBeUntold(int owner, int strip, TimePoint came) const {
 
 bool NameGaps::mayBeHidden(int strip, TimePoint came) const {
     const TimePoint until = pauses.latest(came);
-    auto told =
+    auto view =
         std::ranges::lower_bound(shownStrips, pauses.earliest(came), {}, [](const auto& each) { return each.first; });
-    if (told != shownStrips.begin()) --told;
-    for (; told != shownStrips.end() && told->first <= until; ++told)
-        if (strip >= told->second) return true;
+    if (view != shownStrips.begin()) --view;
+    for (; view != shownStrips.end() && view->first <= until; ++view)
+        if (strip >= view->second) return true;
     return false;
 }
 
