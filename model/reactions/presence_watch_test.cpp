@@ -98,6 +98,7 @@ TEST(PresenceWatchInJapanese, TellsOfTheWindow) {
 class WindowChangeTest : public OwnedModelTest {};
 
 TEST_F(WindowChangeTest, NothingIsPressedOrTurnedOnStripsThatHaveGone) {
+    bench.setTrackMap({"A", "B", "C"}, -1); // no scan comes
     bench.surfaceA.pingEverySecond();
     bench.surfaceB.ping();
     bench.run(2400ms);
