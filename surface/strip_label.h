@@ -32,8 +32,8 @@ public:
     // But nothing stands over a blank: a text there is of a track that the client was not told of.
     bool isKnownTo(HandsOwner owner) const;
 
-    // The same, though a mode may stand over a blank: of a track whose name no display can show, while its mode is asked
-    // for.
+    // The same, though a mode may stand over a blank: of a track whose name no display can show, while its mode is
+    // asked for.
     bool isNameKnownTo(HandsOwner owner) const;
 
     // Another one for each name that follows another.
