@@ -20,7 +20,7 @@ inline constexpr auto notYet = std::to_array<NotYet>({
     {"slow-host", "A host that needs 0.5 to 1 s: scans and seeks are right, but not yet everything beside them."},
     {"storms", "A trouble: in 4 of 500 sessions a mode comes to a track that its client was not shown."},
     {"tellings", "In 22 of 500 sessions a row or a strip has another track's fader, full name or colour."},
-    {"quiet-moments", "In 27 of 500 sessions a client at rest has pans, faders or names that are not the "
+    {"quiet-moments", "In 25 of 500 sessions a client at rest has pans, faders or names that are not the "
                       "host's, mostly pans of hosts that miss a press of PAN."},
     {"members", "In 2 of 500 sessions a group's members are not reached and the log does not tell, mostly "
                 "where the host misses a press."},
