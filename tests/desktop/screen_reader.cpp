@@ -129,8 +129,10 @@ Element ScreenReader::elementAt(const QString& path) const {
                        .toStdString();
     element.name = text(QStringLiteral("Name"));
     element.description = text(QStringLiteral("Description"));
-    if (const QVariant value = bus.property(program, path, valued, QStringLiteral("CurrentValue")); value.isValid())
-        element.value = value.toDouble();
+    if (element.role == "slider") {
+        const QVariant value = bus.property(program, path, valued, QStringLiteral("CurrentValue"));
+        if (value.isValid()) element.value = value.toDouble();
+    }
     const auto states = qdbus_cast<QList<unsigned>>(
         bus.call(program, path, accessible, QStringLiteral("GetState")).arguments().value(0));
     const auto has = [&](unsigned state) { return !states.isEmpty() && (states[0] >> state & 1U) != 0; };

@@ -22,7 +22,7 @@ struct Element {
     std::string role; // "push button"
     std::string name;
     std::string description;
-    std::optional<double> value; // of what has one
+    std::optional<double> value; // of a slider
     bool selected = false;
     bool focusable = false;
     bool showing = false;
