@@ -24,7 +24,7 @@ StripLabel::Text StripLabel::onDisplay(std::string_view text) {
 void StripLabel::tell(std::string_view text, bool isName, std::uint64_t owner) {
     const std::uint32_t number = shortened(owner);
     const Told before = told;
-    if (isName || before.owner != number || before.text == blank)
+    if (isName || before.owner != number || before.text == blank || !before.isName)
         told = Told{.text = onDisplay(text), .owner = number & longestOwner, .isName = isName};
 }
 

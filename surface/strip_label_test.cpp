@@ -97,6 +97,17 @@ TEST(StripLabel, OfATrackThatIsCalledLikeAValueCanBeToldAfterABlankToo) {
     EXPECT_TRUE(label.isKnownTo(theOwner));
 }
 
+TEST(StripLabel, IsKnownUnderValuesThatFollowEachOtherOverABlank) {
+    StripLabel label;
+    label.show("", true);
+    label.tell("", true, owner);
+    for (const char* value : {"-25", "-4.7", ""}) {
+        label.show(value, false);
+        label.tell(value, false, owner);
+        EXPECT_TRUE(label.isKnownTo(theOwner)) << value;
+    }
+}
+
 TEST(StripLabel, OfATrackThatIsCalledLikeAValueCanBeToldToo) {
     StripLabel label;
     label.show("-3.5", false);
