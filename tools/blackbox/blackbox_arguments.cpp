@@ -60,6 +60,9 @@ std::expected<BlackboxArguments, BlackboxAnswer> readBlackboxArguments(std::span
     pcap->add_flag("--redact", read.redacted, redact);
     pcap->add_option("COPY", read.copy, "the file to write")->required();
 
+    CLI::App* const report =
+        program.add_subcommand("report", "write a copy without names for those who help, with what the receiver says");
+    report->add_option("COPY", read.copy, "the file to write")->required();
     CLI::App* const replay =
         program.add_subcommand("replay", "play the recording to this version of the receiver, and compare");
     replay->add_option("FILE", read.recording, "the recording, as with -f");
@@ -81,6 +84,7 @@ std::expected<BlackboxArguments, BlackboxAnswer> readBlackboxArguments(std::span
     if (pcap->parsed()) read.command = BlackboxArguments::Command::pcap;
     if (replay->parsed()) read.command = BlackboxArguments::Command::replay;
     if (facts->parsed()) read.command = BlackboxArguments::Command::facts;
+    if (report->parsed()) read.command = BlackboxArguments::Command::report;
     if (stats->parsed()) read.command = BlackboxArguments::Command::stats;
     if (stripOption->count() > 0) read.strip = strip - 1;
     for (const std::string& kind : kinds)

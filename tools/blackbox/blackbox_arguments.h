@@ -12,7 +12,7 @@
 namespace lumbrine::blackbox {
 
 struct BlackboxArguments {
-    enum class Command { show, save, stats, pcap, replay, facts };
+    enum class Command { show, save, stats, pcap, replay, facts, report };
 
     Command command = Command::show;
     std::string recording = {}; // empty: that of this user's receiver
@@ -21,7 +21,7 @@ struct BlackboxArguments {
     std::optional<int> strip = {}; // from 0
     std::set<Topic> topics = {};
     bool follow = false;
-    std::string copy = {}; // of save and pcap: the file to write
+    std::string copy = {}; // of save, pcap and report: the file to write
     bool redacted = false; // without names
 };
 

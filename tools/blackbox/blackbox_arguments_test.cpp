@@ -35,6 +35,8 @@ TEST(BlackboxArguments, SaveAndCount) {
     EXPECT_EQ(read({"pcap", "file"})->copy, "file");
     EXPECT_FALSE(read({"save", "copy"})->redacted);
     EXPECT_TRUE(read({"save", "--redact", "copy"})->redacted);
+    EXPECT_EQ(read({"report", "file"})->command, BlackboxArguments::Command::report);
+    EXPECT_EQ(read({"report", "file"})->copy, "file");
     EXPECT_EQ(read({"facts"})->command, BlackboxArguments::Command::facts);
     EXPECT_EQ(read({"replay", "evening"})->command, BlackboxArguments::Command::replay);
     EXPECT_EQ(read({"replay", "evening"})->recording, "evening");

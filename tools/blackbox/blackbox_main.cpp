@@ -1,6 +1,9 @@
 // lumbrine-blackbox: reads what a receiver recorded.
 #include "app/blackbox_setting.h"
+#include "app/check_answer.h"
+#include "model/state/configuration.h"
 #include "platform/linux/linux_system_info.h"
+#include "platform/linux/local_questions.h"
 #include "platform/posix/real_runtime.h"
 #include "platform/posix/run_loop.h"
 #include "platform/posix/termination_signals.h"
@@ -9,6 +12,7 @@
 #include "tools/blackbox/pcap.h"
 #include "tools/blackbox/recording_file.h"
 #include "tools/blackbox/redaction.h"
+#include "tools/blackbox/report.h"
 #include "tools/blackbox/show.h"
 #include "tools/blackbox/statistics.h"
 #include "tools/replay/replay_text.h"
@@ -106,6 +110,16 @@ int compareWithReplay(const std::filesystem::path& path, ByteView ring) {
     return result->isEqual() ? 0 : 1;
 }
 
+// What the receiver that runs says of itself.
+std::string diagnosisNow() {
+    constexpr Duration answerTime = seconds(1.5);
+    const LinuxSystemInfo system;
+    const Bilingual text(false); // for those who help
+    const auto answer = askLocally(checkName(Configuration::read(system).port), checkQuestion(text), answerTime);
+    const auto read = answer ? readAnswer(*answer) : std::nullopt;
+    return read ? read->list : "no receiver answers\n";
+}
+
 int run(const BlackboxArguments& arguments) {
     const std::filesystem::path path =
         arguments.recording.empty() ? usualPath() : std::filesystem::path(arguments.recording);
@@ -125,6 +139,8 @@ int run(const BlackboxArguments& arguments) {
         std::fputs(textOf(statisticsOf(records), records).c_str(), stdout);
         return 0;
     }
+    case BlackboxArguments::Command::report:
+        return written(arguments, saveRecording(arguments.copy, reportOf(*ring, diagnosisNow())));
     case BlackboxArguments::Command::facts:
         std::fputs(textOf(factsOf(recordsIn(*ring))).c_str(), stdout);
         return 0;
