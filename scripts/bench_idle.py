@@ -7,6 +7,7 @@ import pathlib
 import socket
 import subprocess
 import sys
+import tempfile
 import time
 
 PORT = 52813
@@ -40,7 +41,12 @@ def measure(process, title, between=lambda: None):
 
 
 def main():
-    environment = dict(os.environ, QV_PORT=str(PORT), QV_NO_BONJOUR="1", JACK_NO_START_SERVER="1")
+    with tempfile.TemporaryDirectory() as folder:
+        measure_all(dict(os.environ, QV_PORT=str(PORT), QV_NO_BONJOUR="1", JACK_NO_START_SERVER="1",
+                         XDG_STATE_HOME=folder))
+
+
+def measure_all(environment):
     program = str(pathlib.Path(sys.argv[1]) / "lumbrine-headless")
     with subprocess.Popen([program], env=environment, stdout=subprocess.PIPE, text=True) as process:
         try:

@@ -76,7 +76,8 @@ def main():
         screen = started.enter_context(running("Xvfb", "-displayfd", "1", "-screen", "0", "1280x900x24", "-nolisten",
                                                "tcp", "-noreset", stdout=subprocess.PIPE, **quiet))
         os.environ.update(DISPLAY=":" + screen.stdout.readline().strip(), QT_QPA_PLATFORM="xcb", LANGUAGE="en",
-                          XDG_RUNTIME_DIR=folder, XDG_CONFIG_HOME=folder, QV_PORT="52814", QV_NO_BONJOUR="1",
+                          XDG_RUNTIME_DIR=folder, XDG_CONFIG_HOME=folder, XDG_STATE_HOME=folder,
+                          QV_PORT="52814", QV_NO_BONJOUR="1",
                           JACK_DEFAULT_SERVER="lumbrine-bench", JACK_NO_START_SERVER="1",
                           DBUS_SESSION_BUS_ADDRESS="unix:path=/nonexistent")
         started.enter_context(running("jackd", "-r", "-S", "-p", "64", "-n", "lumbrine-bench", "-d", "dummy", "-r",
