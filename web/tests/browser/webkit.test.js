@@ -98,6 +98,12 @@ test("a key and a click in WebKit move and mute a track", { skip: missing }, asy
 const fader = (strip) => `document.querySelectorAll('.fader')[${strip}]`;
 /** @param {number} strip */
 const valueOf = async (strip) => Number(await onPage(`${fader(strip)}.ariaValueNow`));
+/**
+ * Of the first strips, in one command: this driver mixes up the answers to commands that overlap.
+ * @param {number} count @returns {Promise<number[]>}
+ */
+const valuesOf = (count) =>
+    onPage(`[...document.querySelectorAll('.fader')].slice(0, ${count}).map((fader) => Number(fader.ariaValueNow))`);
 /** @param {string} element @returns {Promise<{x: number, y: number}>} */
 async function middleOf(element) {
     const { x, y, width, height } = await onPage(`${element}.getBoundingClientRect().toJSON()`);
@@ -137,7 +143,7 @@ test("two clicks in WebKit bring a fader to 0 dB", { skip: missing }, async () =
 test("ten fingers in WebKit move ten faders, and those that are taken away let go", { skip: missing }, async () => {
     const ten = [0, 1, 2, 3, 4, 5, 6, 7, 8, 9];
     for (const strip of ten) studio.receiver.type(`fader ${strip + 1} 0.5`);
-    await until("all in the middle", async () => (await Promise.all(ten.map(valueOf))).every((at) => at === 8191));
+    await until("all in the middle", async () => (await valuesOf(ten.length)).every((at) => at === 8191));
     await onPage("Element.prototype.setPointerCapture = () => {}");
     const touch = (/** @type {string} */ type, /** @type {number} */ y) =>
         onPage(`[...document.querySelectorAll('.fader')].slice(0, 10).forEach((fader, strip) => fader.dispatchEvent(
@@ -149,7 +155,7 @@ test("ten fingers in WebKit move ten faders, and those that are taken away let g
     await until("ten are drawn as held", async () => (await held()) === 10);
     await touch("pointercancel", 30);
     await until("let go", async () => (await held()) === 0);
-    const shown = await Promise.all(ten.map(valueOf));
+    const shown = await valuesOf(ten.length);
     for (const strip of ten)
         assert.equal(Math.sign(shown[strip] - 8191), strip % 2 ? -1 : 1, `fader ${strip} of ${shown}`);
     await until("Pro Tools has them", async () => {
