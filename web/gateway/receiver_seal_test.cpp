@@ -36,7 +36,8 @@ protected:
         const Bytes opening = sends(hello);
         const auto half = seal::clientHalfOf(seal::splitTrailer(opening)->message);
         seal::SealedDatagram answer;
-        answer.make(seal::sessionMessage(*half, {}), *pairing, 0, seal::Direction::toClient, token, {});
+        answer.make(seal::sessionMessage(*half, {}), *pairing, seal::numberOf(*pairing), seal::Direction::toClient,
+                    token, {});
         const auto heard = seal.incoming(answer.bytes(), now);
         EXPECT_FALSE(heard.message) << "the session is none of the page's business";
         EXPECT_TRUE(isSealed(copyOf(heard.reply)));
