@@ -179,10 +179,17 @@ private:
         writeToSystemLog(line);
     };
     LoginItem loginItem{mac.login, mac.text, print};
-    const std::shared_ptr<ReceiverModel> model = ReceiverModel::create(
-        mac.recorder.recorded({mac.runtime, mac.midi, mac.sockets, mac.advertiser, mac.system, mac.streams, mac.json,
-                               mac.accessibility, {}, &mac.secrets}),
-        mac.text, mac.recorder.recorded(print));
+    const std::shared_ptr<ReceiverModel> model = ReceiverModel::create(mac.recorder.recorded({mac.runtime,
+                                                                                              mac.midi,
+                                                                                              mac.sockets,
+                                                                                              mac.advertiser,
+                                                                                              mac.system,
+                                                                                              mac.streams,
+                                                                                              mac.json,
+                                                                                              mac.accessibility,
+                                                                                              {},
+                                                                                              &mac.secrets}),
+                                                                       mac.text, mac.recorder.recorded(print));
     std::optional<KeyKeeper> keyKeeper;
     ReceiverApp app{model, loginItem, mac.text, surroundings(mac.runtime)};
     Promptness promptness{[this] { return std::make_shared<PromptTime>(mac.loop); }};

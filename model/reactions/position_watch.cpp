@@ -18,8 +18,7 @@ bool PositionWatch::showsNames() const {
 bool PositionWatch::positionIsStuck() const {
     const bool mapIsDoubtful = parts.bankMap.window() != state.scans.endedOn && !parts.bankMap.fitsMap();
     return state.published.huiConnected && state.published.bankOffset < 0 && !state.published.session.empty() &&
-           state.quiet() && !state.transportRunning() && showsNames() &&
-           (!state.scans.repeated || mapIsDoubtful);
+           state.quiet() && !state.transportRunning() && showsNames() && (!state.scans.repeated || mapIsDoubtful);
 }
 
 // A window that fits the map nowhere for so long is of another session, or of one that has changed.

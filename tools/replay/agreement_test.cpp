@@ -52,8 +52,7 @@ TEST(ReplayText, ShowsWhatOfARealProgramWasNotReplayed) {
     const std::string text = textOf(TwoLogs(before, after).replay);
 
     EXPECT_TRUE(text.contains("log: 2 of 3 the same, 2 replayed")) << text;
-    EXPECT_TRUE(text.contains("      0.000000  log one\n-     1.000000  log two\n      2.000000  log three\n"))
-        << text;
+    EXPECT_TRUE(text.contains("      0.000000  log one\n-     1.000000  log two\n      2.000000  log three\n")) << text;
 }
 
 TEST(ReplayText, SaysThatNothingIsMissing) {

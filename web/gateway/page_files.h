@@ -11,7 +11,7 @@ struct PageFile {
     std::string_view contentType; // "text/javascript; charset=utf-8"
     std::string_view tag;         // a weak HTTP entity tag with its quotes; another content has another tag
     std::string_view content;
-    std::string_view compressed;  // the content by gzip; empty where that is not worth it
+    std::string_view compressed; // the content by gzip; empty where that is not worth it
 };
 
 // All of them. "/index.html" is what "/" shows.
