@@ -98,8 +98,8 @@ std::expected<std::unique_ptr<MappedFile>, Problem> MappedFile::open(const std::
     ::fchmod(file.fd, 0600);
     if (static_cast<std::uint64_t>(status.st_size) != size) {
         if (const int failure = fillWithZeros(file.fd, size)) {
-            ::ftruncate(file.fd, 0);
-            return std::unexpected(problemOf(failure));
+            const bool isEmptied = ::ftruncate(file.fd, 0) == 0;
+            return std::unexpected(isEmptied ? problemOf(failure) : Problem::notWritten);
         }
     }
     void* const place = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file.fd, 0);
