@@ -43,8 +43,9 @@ protected:
     void done(double sent, ActKind kind, int detail, int track, int strip = 3) {
         evidence.record.acts.push_back({at(sent), at(sent + 0.02), kind, strip, detail, track});
     }
-    void job(double begin, double end) {
+    void job(double begin, double end, Job kind = Job::scan) {
         JobRun run;
+        run.job = kind;
         run.before = at(begin);
         run.after = at(end);
         evidence.jobs.runs.push_back(run);
@@ -122,6 +123,19 @@ TEST_F(Acts, OfOneNameMayBeOnEitherTrackUnlessAJobMovedTheBanks) {
 
     job(0.3, 0.7);
     bank(0.5, 0.48);
+    EXPECT_THAT(check().wrongTracks, SizeIs(1));
+}
+
+TEST_F(Acts, OfOneNameAreForWhatATapBringsWhereNobodyKnowsWhereItLeads) {
+    job(0.3, 0.7, Job::tap);
+    bank(0.5, 0.48);
+    show(0.5, 12, "Bass");
+    ask(1, mute3);
+    done(1, ActKind::press, mutePort, 12);
+    EXPECT_THAT(check().wrongTracks, IsEmpty());
+
+    acceptance.accepted[0].at = at(0.49); // when the button was on its way
+    evidence.record.acts[0].sent = at(0.49);
     EXPECT_THAT(check().wrongTracks, SizeIs(1));
 }
 

@@ -26,12 +26,13 @@ void forEachAt(const std::vector<Entry>& entries, TimePoint at, TimePoint Entry:
         take(*entry);
 }
 
-// Whether a time lies in a job, or may, since its end was seen only by and by. Asked for times that only grow.
+// Whether a time lies in a job that knows where it leads, or may, since its end was seen only by and by. Asked for
+// times that only grow.
 class JobTimes {
 public:
     JobTimes(const std::vector<JobRun>& runs, TimePoint JobRun::* over) {
         for (const JobRun& run : runs)
-            stretches.push_back({run.before, run.*over});
+            if (run.job != Job::tap) stretches.push_back({run.before, run.*over});
         std::ranges::sort(stretches, {}, &Stretch::first);
     }
 

@@ -4,8 +4,9 @@
 //
 // A strip's name stands for the track whose text the display had last when the name went out. When the display goes on
 // to another track of the same text, no name is sent, and both tracks count until the name is told again; unless a job
-// of the receiver's moved the banks, which knows better than the display. A bank position stands for the tracks that
-// the host's list has there. What was sent counts as shown: nobody can know what the network loses or delays.
+// of the receiver's moved the banks, which knows better than the display. A bank button that a client taps is no such
+// job: nobody knows where it leads, and its client knows that the strips move. A bank position stands for the tracks
+// that the host's list has there. What was sent counts as shown: nobody can know what the network loses or delays.
 #pragma once
 
 #include "simulator/host_record.h"
