@@ -112,7 +112,9 @@ public:
         const std::vector<HostAct>& acts = evidence.record.acts;
         for (std::size_t i = 0; i < acts.size(); ++i) {
             if (acts[i].track == 0 || isBeforeAllNames(acts[i]) || isMeant(acts[i])) continue;
-            if (acts[i].kind == ActKind::touch && isOfWalksMove(std::span(acts).subspan(i))) continue;
+            if (acts[i].kind == ActKind::touch &&
+                (isOfWalksMove(std::span(acts).subspan(i)) || isOfMemberInWalk(acts[i])))
+                continue;
             complain(acts[i]);
         }
         return std::move(violations);
@@ -180,6 +182,17 @@ private:
         const auto next = std::ranges::find(touchAndLater.subspan(1), touch.strip, &HostAct::strip);
         if (next == touchAndLater.end() || next->kind != ActKind::move) return false;
         return pauses.explain(touch.sent, next->sent) && memberAskedBy(*next) != members.end();
+    }
+
+    // A walk that nobody wants any more ends after the touch, also of the member that it is at.
+    bool isOfMemberInWalk(const HostAct& touch) const {
+        const auto isWalk = [&](const JobRun& run) { return run.job == Job::walk && run.mayHaveBeenAt(touch.sent); };
+        return std::ranges::any_of(evidence.jobs.runs, isWalk) &&
+               std::ranges::any_of(members, [&](const Asked& member) {
+                   return member.kind == ActKind::move && member.at <= touch.sent &&
+                          touch.sent <= member.until + pauses.within(member.at, touch.sent) &&
+                          member.means(touch.track);
+               });
     }
 
     bool isMeant(const HostAct& act) {

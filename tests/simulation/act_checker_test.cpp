@@ -196,6 +196,19 @@ TEST_F(Acts, OfAWalkMayStandStillBetweenTouchAndMove) {
     EXPECT_THAT(check().wrongTracks, IsEmpty());
 }
 
+TEST_F(Acts, OfAWalkThatEndsBetweenTouchAndMoveAreOnTheTracksOfItsRowsToo) {
+    evidence.record.states = {{at(0), trackCalled("J", 10)}};
+    tell(0.2, sessionRow(9, 'J'));
+    ask(1, {0x01, 0x23, 0x01, 0x00, 0x09, 0x20, 0x00});
+    job(2, 5, Job::walk);
+    done(4, ActKind::touch, 0, 10, 1);
+    EXPECT_THAT(check().wrongTracks, IsEmpty());
+    done(4.5, ActKind::touch, 0, 11, 1);
+    EXPECT_THAT(check().wrongTracks, SizeIs(1));
+    done(6, ActKind::touch, 0, 10, 1); // after the walk
+    EXPECT_THAT(check().wrongTracks, SizeIs(2));
+}
+
 TEST_F(Acts, OfAWalkAreOnTheTracksOfItsRows) {
     evidence.record.states = {{at(0), trackCalled("J", 10)}, {at(0), trackCalled("K", 11)}};
     tell(0.2, sessionRow(9, 'J'));
