@@ -140,6 +140,7 @@ void Calibration::finish() {
     state.scans.endedOn = parts.bankMap.window();
     parts.bankMap.relocalize();
     parts.mirror.sendBankPosToClient();
+    parts.mirror.sendShownTrackNames(); // a strip may show another track of the name that passed by last
     parts.capture.allShown();
     parts.metadata.refreshFullNames();
     if (state.published.bankOffset < 0 && !state.scans.sawNothing) {
