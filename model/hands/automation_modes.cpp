@@ -111,6 +111,7 @@ void AutomationModes::autoModeUpdate(Strip strip, std::uint8_t code) {
 std::uint8_t AutomationModes::pressMode(Strip strip, int modePort, Ownership owner,
                                         const std::function<bool()>& isThere) {
     return autoProbe(strip, owner, [&] {
+        if (parts.displays.modeHasChanged()) return;
         if (jobs.runtime.syncMain([&] { return parts.queue.isWanted(owner) && isThere(); }))
             parts.desk.pressMode(strip, modePort);
     });

@@ -438,6 +438,24 @@ TEST_F(AutomationModesTest, AModeIsNotSetWhenATextHasComeThatMayBeAnotherName) {
     EXPECT_THAT(bench.takeLines(), ElementsAre("✗ Dropped automation mode: its track is no longer shown"));
 }
 
+// A mode stands over the name, so another track shows itself by its mode at most.
+TEST_F(AutomationModesTest, AModeIsNotSetWhenTheStripShowsAnotherModeFirst) {
+    bench.surfaceA.name(5, "Kick");
+    settle();
+    for (const std::string mode : {"Read", "Off "}) {
+        phone->send({0x01, 0x0F, 0x05, 0x01});
+        bench.run(10ms);
+        bench.surfaceA.name(5, "Read");
+        bench.run(20ms);
+        bench.surfaceA.name(5, mode);
+        bench.run(500ms);
+        const bool isPressed =
+            std::ranges::any_of(heardOnA(), [](const auto& line) { return line.ends_with("2F 41"); });
+        EXPECT_EQ(isPressed, mode == "Read") << mode;
+    }
+    EXPECT_THAT(bench.takeLines(), testing::Contains("✗ Dropped automation mode: its track is no longer shown"));
+}
+
 TEST_F(AutomationModesTest, AModeIsSetWhereTheTrackHasGone) {
     bench.setTrackMap(numbers(20), 0);
     bench.parts().queue.request({.kind = DeskJob::Kind::seek,

@@ -22,7 +22,10 @@ bool DisplayWatch::holdBack(Strip strip, std::string_view text) {
     const Lock lock(autoProbeLock);
     Display& display = shownTexts[strip.slot()];
     const bool isProbed = autoProbeStrip == strip;
-    if (mode && isProbed) autoProbeResult = *mode;
+    if (mode && isProbed) {
+        const std::uint8_t before = std::exchange(autoProbeResult, *mode);
+        if (before != autoModeUnknown && before != *mode) autoProbeChanged = true;
+    }
     const bool mayBeMode = mode || (!text.empty() && !display.held && !display.namesCome);
     if (mayBeMode && (isProbed || now < display.heldUntil) && text != display.name) {
         display.held = text;
@@ -68,7 +71,13 @@ void DisplayWatch::beginProbe(Strip strip) {
     const Lock lock(autoProbeLock);
     autoProbeStrip = strip;
     autoProbeResult = autoModeUnknown;
+    autoProbeChanged = false;
     shownTexts[strip.slot()].namesCome = false;
+}
+
+bool DisplayWatch::modeHasChanged() {
+    const Lock lock(autoProbeLock);
+    return autoProbeChanged;
 }
 
 void DisplayWatch::expectNames() {

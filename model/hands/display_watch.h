@@ -43,6 +43,9 @@ public:
 
     void beginProbe(Strip strip);
 
+    // The strip has shown two modes since the probe began. Before a mode's key goes down, another track may be there.
+    bool modeHasChanged();
+
     // Returns the mode that was shown last since the probe began, or unknown.
     std::uint8_t endProbe();
 
@@ -73,6 +76,7 @@ private:
     Mutex autoProbeLock;
     std::optional<Strip> autoProbeStrip LUMBRINE_GUARDED_BY(autoProbeLock);
     std::uint8_t autoProbeResult LUMBRINE_GUARDED_BY(autoProbeLock) = autoModeUnknown;
+    bool autoProbeChanged LUMBRINE_GUARDED_BY(autoProbeLock) = false;
     std::array<Display, stripCount> shownTexts LUMBRINE_GUARDED_BY(autoProbeLock);
 };
 
