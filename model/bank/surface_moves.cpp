@@ -152,9 +152,13 @@ int SurfaceMoves::ledTo(int from, BankStep step, BankLayout& session) {
     return shown;
 }
 
+bool SurfaceMoves::mayShowEffect() const {
+    return displays.age() <= sincePress() && sincePress() >= displays.usualReaction() + HostReaction::margin;
+}
+
 void SurfaceMoves::awaitEffect(const std::function<bool()>& enough) {
     shortQuietWait(enough);
-    const auto isOpen = [&] { return displays.age() > sincePress() && sincePress() < HostReaction::longest; };
+    const auto isOpen = [&] { return !mayShowEffect() && sincePress() < HostReaction::longest; };
     for (auto polls = reactionPolls; polls > 0 && isOpen(); --polls) {
         if (enough()) return;
         runtime.sleepFor(quietPoll);
@@ -182,7 +186,7 @@ void SurfaceMoves::awaitLastPress(int target, const std::function<bool()>& enoug
     const auto isOpen = [&] {
         if (sincePress() >= HostReaction::longest) return false;
         const int shown = shownOffset();
-        return shown >= 0 ? shown != target : displays.age() > sincePress();
+        return shown >= 0 ? shown != target : !mayShowEffect();
     };
     for (auto polls = reactionPolls; polls > 0 && isOpen() && !enough(); --polls)
         runtime.sleepFor(quietPoll);

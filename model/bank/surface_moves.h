@@ -101,6 +101,9 @@ private:
     void moveOnce(int target, bool isCorrection);
     Duration sincePress() const { return runtime.now() - lastPress; }
 
+    // A text has come since the last press, and not only one that was on its way before: not before the usual time.
+    bool mayShowEffect() const;
+
     Runtime& runtime;
     const ReceiverState& state;
     const BankMap& bankMap;

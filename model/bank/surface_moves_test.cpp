@@ -123,6 +123,22 @@ TEST_F(SurfaceMovesTest, APressMayShowItsEffectFor1100Milliseconds) {
     EXPECT_EQ(seen[0], "Kick");
 }
 
+// It may be a value, or the effect of what came before.
+TEST_F(SurfaceMovesTest, ATextThatComesSoonerThanUsualIsNoEffectOfAPress) {
+    const auto pressAndAwait = [this] {
+        moves.press(bank_port::bankForward);
+        moves.awaitEffect([] { return false; });
+    };
+    for (const std::string name : {"Kick", "Snr ", "Bass"}) {
+        world.runtime.postMainAfter(300ms, [this, name] { bench.surfaceA.name(0, name); });
+        timed(pressAndAwait);
+    }
+    world.runtime.postMainAfter(10ms, [this] { bench.surfaceA.name(1, "-3.5"); });
+    world.runtime.postMainAfter(300ms, [this] { bench.surfaceA.name(0, "Vox "); });
+    EXPECT_GE(timed(pressAndAwait), 300ms);
+    EXPECT_EQ(moves.snapshotWindow()[0], "Vox");
+}
+
 TEST_F(SurfaceMovesTest, TheWindowHasAStripForEachThatIsShown) {
     timed([this] { EXPECT_THAT(moves.snapshotWindow(), testing::SizeIs(8)); });
     bench.state().published.winW = 16;
