@@ -9,6 +9,8 @@ AboutText aboutText(const AboutFacts& facts, const Bilingual& text) {
             .heading = heading,
             .body = body,
             .copyButton = text("Copy report", "レポートをコピー"),
+            .saveButton = facts.recorded ? text("Save report…", "レポートを保存…") : "",
+            .notSaved = text("The report was not saved:", "レポートを保存できませんでした："),
             .closeButton = text("Close", "閉じる"),
             .report = heading + "\n" + facts.systemName + "\n\n" + body + "\n" + facts.log};
 }

@@ -12,7 +12,8 @@ struct AboutFacts {
     std::string version;
     std::string systemName;
     std::vector<Check> checks;
-    std::string log; // with times
+    std::string log;       // with times
+    bool recorded = false; // there is a recording to save
 };
 
 struct AboutText {
@@ -20,6 +21,8 @@ struct AboutText {
     std::string heading;    // "Lumbrine 0.1.0"
     std::string body;       // the checks
     std::string copyButton; // puts `report` on the clipboard
+    std::string saveButton; // writes a file for those who help, as AboutFacts::recorded allows; empty for no button
+    std::string notSaved;   // what stands before the reason
     std::string closeButton;
     std::string report;
 };

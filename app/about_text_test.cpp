@@ -26,5 +26,13 @@ TEST(AboutText, HasAReportWithEverythingThatHelps) {
                                                                "14:03:59  ✓ UDP listening on :52700\n");
 }
 
+TEST(AboutText, OffersToSaveWhatIsRecorded) {
+    AboutFacts facts = someFacts();
+    EXPECT_EQ(aboutText(facts, Bilingual(false)).saveButton, "");
+    facts.recorded = true;
+    EXPECT_EQ(aboutText(facts, Bilingual(false)).saveButton, "Save report…");
+    EXPECT_EQ(aboutText(facts, Bilingual(true)).saveButton, "レポートを保存…");
+}
+
 } // namespace
 } // namespace lumbrine

@@ -2,6 +2,7 @@
 
 #include "app/check_answer.h"
 #include "app/computer_checks.h"
+#include "app/support_report.h"
 #include "model/state/configuration.h"
 #include "platform/linux/avahi_browser.h"
 #include "platform/linux/avahi_session.h"
@@ -92,20 +93,38 @@ CheckAnswer askOrLook(const MIDIBackend& backend, const LinuxSystemInfo& system,
     return {.anyWrong = isAnyWrong(checks), .announcedAs = {}, .list = listed(checks)};
 }
 
-} // namespace
+struct Findings {
+    std::string list;
+    bool anyWrong = false;
+};
 
-int checkAndPrint() {
+Findings findings(const LinuxSystemInfo& system, const Bilingual& text) {
     const MIDIBackend backend;
-    const LinuxSystemInfo system;
-    const Bilingual text(prefersJapanese(system.preferredLanguages()));
     const CheckAnswer answer = askOrLook(backend, system, text);
     std::vector<Check> around =
         networkChecks({.announcedAs = answer.announcedAs, .found = receiversOnTheNetwork()}, text);
     around.push_back(gatewayCheck(gatewayFacts(system), text));
     if (const auto firewall = activeFirewall())
         around.push_back(firewallCheck(*firewall, Configuration::read(system).port, text));
-    std::fputs((answer.list + listed(around)).c_str(), stdout);
-    return answer.anyWrong || isAnyWrong(around) ? 1 : 0;
+    return {.list = answer.list + listed(around), .anyWrong = answer.anyWrong || isAnyWrong(around)};
+}
+
+} // namespace
+
+int checkAndPrint() {
+    const LinuxSystemInfo system;
+    const Findings found = findings(system, Bilingual(prefersJapanese(system.preferredLanguages())));
+    std::fputs(found.list.c_str(), stdout);
+    return found.anyWrong ? 1 : 0;
+}
+
+int checkAndSave(const std::string& file) {
+    const LinuxSystemInfo system;
+    const Findings found = findings(system, Bilingual(prefersJapanese(system.preferredLanguages())));
+    std::fputs(found.list.c_str(), stdout);
+    const auto saved = saveSupportReport(recordingPath(system), file, found.list);
+    if (!saved) std::fprintf(stderr, "lumbrine-headless: %s\n", saved.error().c_str());
+    return found.anyWrong || !saved ? 1 : 0;
 }
 
 } // namespace lumbrine

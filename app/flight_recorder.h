@@ -24,6 +24,9 @@ public:
     FlightRecorder(const FlightRecorder&) = delete;
     FlightRecorder& operator=(const FlightRecorder&) = delete;
 
+    // False where the setting wants no recording, or none is possible.
+    bool isRecording() const { return recording != nullptr; }
+
     // The platform for the model: `real`, recorded. Call it once. What `real` refers to outlives the model.
     ReceiverPlatform recorded(const ReceiverPlatform& real);
 

@@ -40,7 +40,7 @@ constexpr ProgramInfo program{
     .name = "lumbrine-headless",
     .version = LUMBRINE_VERSION,
     .helpText =
-        "Usage: lumbrine-headless [--check | --pair [NAME] | --forget NAME | --forget-all]\n"
+        "Usage: lumbrine-headless [--check [--save FILE] | --pair [NAME] | --forget NAME | --forget-all]\n"
         "\n"
         "The Lumbrine receiver without a window: takes fader moves and presses from a phone or tablet on the\n"
         "network and plays them to Pro Tools as two HUI surfaces on the virtual MIDI ports \"Lumbrine\" and\n"
@@ -49,6 +49,9 @@ constexpr ProgramInfo program{
         "\n"
         "      --check    print what works and what does not, of the receiver that runs or else of this computer,\n"
         "                 and end: with 0 when nothing is wrong, else with 1\n"
+        "      --save FILE\n"
+        "                 behind --check: also write a file for those who help, with the recording of the last hour,\n"
+        "                 the list and the log, without names and addresses\n"
         "      --pair [NAME]\n"
         "                 print the key that clients seal with, as a QR code and as letters, and end; with a NAME\n"
         "                 that key, which is made when there is none\n"
@@ -153,8 +156,10 @@ int run() {
 int main(int count, char** arguments) {
     using namespace lumbrine;
     const std::span<const char* const> given(arguments, static_cast<std::size_t>(count));
-    if (given.size() == 2 && std::string_view(given[1]) == "--check") return checkAndPrint();
     const std::string_view asked = given.size() > 1 ? given[1] : "";
+    if (asked == "--check" && given.size() == 2) return checkAndPrint();
+    if (asked == "--check" && given.size() == 4 && std::string_view(given[2]) == "--save")
+        return checkAndSave(given[3]);
     if (asked == "--pair" && given.size() <= 3) return pairAndPrint(given.size() == 3 ? given[2] : "");
     if (asked == "--forget" && given.size() == 3) return forgetAndPrint(given[2]);
     if (asked == "--forget-all" && given.size() == 2) return forgetAllAndPrint();

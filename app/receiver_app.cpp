@@ -80,8 +80,17 @@ AboutText ReceiverApp::about() const {
     return aboutText({.version = surroundings.version,
                       .systemName = surroundings.systemName,
                       .checks = diagnosis(state(), surroundings.system, text),
-                      .log = record.text()},
+                      .log = record.text(),
+                      .recorded = static_cast<bool>(surroundings.saveReport)},
                      text);
+}
+
+void ReceiverApp::saveReport(std::string file, std::function<void(const Saved&)> done) const {
+    surroundings.runtime.background(Priority::utility, [save = surroundings.saveReport, &runtime = surroundings.runtime,
+                                                        file = std::move(file), done = std::move(done),
+                                                        list = listed(diagnosis(state(), surroundings.system, text))] {
+        runtime.postMain([saved = save(file, list), done] { done(saved); });
+    });
 }
 
 ConnectText ReceiverApp::connection() {

@@ -14,6 +14,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <expected>
 #include <functional>
 #include <memory>
 #include <string>
@@ -34,6 +35,8 @@ public:
     };
 
     // What the shell knows of its surroundings.
+    using Saved = std::expected<void, std::string>;
+
     struct Surroundings {
         Runtime& runtime;
         HostSystem system = HostSystem::linuxDesktop;
@@ -44,6 +47,8 @@ public:
         std::function<std::string(const std::string& host, std::uint16_t port)> page =
             [](const std::string&, std::uint16_t) { return std::string(); };
         HostNames* hosts = nullptr; // where phones can be asked for their names
+        // Writes a file for those who help, or says why not. Any thread. Empty where nothing is recorded.
+        std::function<Saved(const std::string& file, const std::string& diagnosis)> saveReport = {};
         std::function<std::string()> timeOfDay = [] { return std::string(); }; // "14:03:59"
     };
 
@@ -74,6 +79,9 @@ public:
 
     // The version and what is running, for people; and all of that with the log, for a report.
     AboutText about() const;
+
+    // Writes the recording and what is running to a file, in the background. `done` is called on the main thread.
+    void saveReport(std::string file, std::function<void(const Saved&)> done) const;
 
     // How a phone gets here now: reads the addresses of this computer.
     ConnectText connection();

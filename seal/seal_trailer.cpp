@@ -29,6 +29,11 @@ std::optional<Sealed> splitTrailer(ByteView datagram) {
     return sealed;
 }
 
+ByteView messageOf(ByteView datagram) {
+    const auto sealed = splitTrailer(datagram);
+    return sealed ? sealed->message : datagram;
+}
+
 Seal sealOf(KeyedHash& key, Direction direction, std::uint64_t token, Sequence sequence, ByteView message) {
     std::array<std::uint8_t, 13> header{static_cast<std::uint8_t>(direction)};
     writeBigEndian64(header, 1, token);

@@ -54,6 +54,9 @@ struct Sealed {
 // Absent when the datagram is too short for a message of two bytes with a trailer, or has no mark in its place.
 std::optional<Sealed> splitTrailer(ByteView datagram);
 
+// Without the trailer, where there is one.
+ByteView messageOf(ByteView datagram);
+
 Seal sealOf(KeyedHash& key, Direction direction, std::uint64_t token, Sequence sequence, ByteView message);
 
 // Takes the same time however much of a guessed seal is right.

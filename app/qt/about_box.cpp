@@ -5,10 +5,14 @@
 
 #include <QBoxLayout>
 #include <QClipboard>
+#include <QFileDialog>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
+#include <utility>
 
 namespace lumbrine {
 
@@ -20,7 +24,7 @@ constexpr double aboutHeading = 1.3;
 
 } // namespace
 
-AboutBox::AboutBox(const AboutText& text, QWidget* parent) : QDialog(parent) {
+AboutBox::AboutBox(const AboutText& text, Save save, QWidget* parent) : QDialog(parent) {
     setWindowTitle(shown(text.title));
     auto* page = new QVBoxLayout(this);
     auto* top = new QHBoxLayout;
@@ -46,6 +50,12 @@ AboutBox::AboutBox(const AboutText& text, QWidget* parent) : QDialog(parent) {
     auto* close = new QPushButton(shown(text.closeButton), this);
     close->setDefault(true);
     buttons->addStretch(1);
+    if (!text.saveButton.empty()) {
+        auto* saving = new QPushButton(shown(text.saveButton), this);
+        buttons->addWidget(saving);
+        QObject::connect(saving, &QAbstractButton::clicked, this,
+                         [this, text, save = std::move(save)] { chooseFile(text, save); });
+    }
     buttons->addWidget(copy);
     buttons->addWidget(close);
     page->addLayout(buttons);
@@ -53,6 +63,23 @@ AboutBox::AboutBox(const AboutText& text, QWidget* parent) : QDialog(parent) {
                      [report = shown(text.report)] { QGuiApplication::clipboard()->setText(report); });
     QObject::connect(close, &QAbstractButton::clicked, this, &QDialog::accept);
     resize(aboutWidth, aboutHeight);
+}
+
+void AboutBox::chooseFile(const AboutText& text, const Save& save) {
+    auto* dialog = new QFileDialog(this, shown(text.saveButton));
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->selectFile(QStringLiteral("lumbrine-report.blackbox"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(dialog, &QFileDialog::fileSelected, this, [this, save, text](const QString& file) {
+        save(file.toStdString(), [box = QPointer(this), text](const ReceiverApp::Saved& saved) {
+            if (saved || !box) return;
+            auto* message = new QMessageBox(QMessageBox::Warning, shown(text.title),
+                                            shown(text.notSaved + "\n" + saved.error()), QMessageBox::Close, box);
+            message->setAttribute(Qt::WA_DeleteOnClose);
+            message->open();
+        });
+    });
+    dialog->open();
 }
 
 } // namespace lumbrine

@@ -6,6 +6,7 @@
 #include "app/qt/desktop_run.h"
 #include "app/receiver_ending.h"
 #include "app/standard_output.h"
+#include "app/support_report.h"
 #include "platform/linux/avahi_advertiser.h"
 #include "platform/linux/avahi_host_names.h"
 #include "platform/linux/linux_datagram_sockets.h"
@@ -108,7 +109,12 @@ int run(int count, char** arguments, bool hidden) {
         if (const auto there = weak.lock()) there->readAddress();
     });
     AvahiHostNames hosts;
-    ReceiverApp app(std::move(model), loginItem, text, surroundings(runtime, hosts, LUMBRINE_VERSION));
+    ReceiverApp::Surroundings around = surroundings(runtime, hosts, LUMBRINE_VERSION);
+    if (recorder.isRecording())
+        around.saveReport = [recording = recordingPath(system)](const std::string& file, const std::string& diagnosis) {
+            return saveSupportReport(recording, file, diagnosis);
+        };
+    ReceiverApp app(std::move(model), loginItem, text, std::move(around));
     const CheckService checks(loop, port, [&app, &output] {
         return std::optional(ReceiverNow{.published = app.published(), .outputBacklog = output.backlog()});
     });

@@ -91,7 +91,12 @@ void ReceiverShell::tellThatItGoesOn() {
 }
 
 void ReceiverShell::showAbout() {
-    about = std::make_unique<AboutBox>(app.about(), &window);
+    about = std::make_unique<AboutBox>(
+        app.about(),
+        [this](const std::string& file, std::function<void(const ReceiverApp::Saved&)> done) {
+            app.saveReport(file, std::move(done));
+        },
+        &window);
     about->show();
 }
 

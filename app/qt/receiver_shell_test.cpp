@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFileDialog>
 #include <QMessageBox>
 
 namespace lumbrine {
@@ -177,6 +178,30 @@ TEST_F(ReceiverShellTest, CopiesAReportWithVersionChecksAndLog) {
     EXPECT_THAT(report, testing::StartsWith("Lumbrine "));
     EXPECT_THAT(report, testing::HasSubstr("✓ Network port: UDP port 52700 is open.\n"));
     EXPECT_THAT(report, testing::HasSubstr("✓ UDP listening on :52700\n"));
+}
+
+TEST_F(ReceiverShellTest, SavesAReportToTheChosenFileAndSaysWhyItCannot) {
+    std::string chosen;
+    AboutBox box(
+        aboutText({.version = {}, .systemName = {}, .checks = {}, .log = {}, .recorded = true}, Bilingual(false)),
+        [&chosen](const std::string& file, const std::function<void(const ReceiverApp::Saved&)>& done) {
+            chosen = file;
+            done(std::unexpected(file + " has no room"));
+        },
+        nullptr);
+    buttonNamed(box, "Save report…")->click();
+    const auto dialogs = childrenOf<QFileDialog>(box);
+    ASSERT_THAT(dialogs, SizeIs(1));
+    Q_EMIT dialogs.front()->fileSelected("/tmp/evening.blackbox");
+    EXPECT_EQ(chosen, "/tmp/evening.blackbox");
+    const auto messages = childrenOf<QMessageBox>(box);
+    ASSERT_THAT(messages, SizeIs(1));
+    EXPECT_EQ(messages.front()->text(), "The report was not saved:\n/tmp/evening.blackbox has no room");
+}
+
+TEST_F(ReceiverShellTest, OffersNoReportWhereNothingIsRecorded) {
+    const AboutBox box(aboutText({}, Bilingual(false)), {}, nullptr);
+    EXPECT_EQ(buttonNamed(box, "Save report…"), nullptr);
 }
 
 TEST_F(ReceiverShellTest, ShowsACodeForThePhoneAndTheAddressWithItsPort) {

@@ -173,5 +173,34 @@ TEST(Check, FindsAReceiverThatHangs) {
     receiver.process.signal(SIGCONT);
 }
 
+// ---- For those who help
+
+TEST(Check, SavesAFileWithTheRecordingAndTheList) {
+    const interop::TemporaryFolder folder;
+    const std::string recording = folder.path / "blackbox", saved = folder.path / "report";
+    const ReceiverProcess receiver({.jack = noJack, .blackbox = recording});
+    const std::string port = std::to_string(receiver.port);
+
+    interop::runCommand({"env", "QV_PORT=" + port, "LANGUAGE=en", "LUMBRINE_BLACKBOX=" + recording, headlessProgram,
+                         "--check", "--save", saved},
+                        limit);
+
+    const CommandResult shown =
+        interop::runCommand({LUMBRINE_BIN_DIR "/lumbrine-blackbox", "-f", saved, "show", "--kind", "log"});
+    EXPECT_THAT(shown.output, HasSubstr("UDP listening on :" + port));
+    EXPECT_THAT(shown.output, HasSubstr("check: ✓ Network port: UDP port " + port + " is open."));
+}
+
+TEST(Check, SaysWhyItSavesNothing) {
+    const interop::TemporaryFolder folder;
+    const std::string recording = folder.path / "none";
+    const CommandResult result =
+        interop::runCommand({"env", "QV_PORT=52998", "LANGUAGE=en", "LUMBRINE_BLACKBOX=" + recording, headlessProgram,
+                             "--check", "--save", folder.path / "report"},
+                            limit);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_THAT(result.output, HasSubstr("lumbrine-headless: " + recording));
+}
+
 } // namespace
 } // namespace lumbrine::end_to_end

@@ -1,7 +1,7 @@
 #include "tests/replay/evenings.h"
 
+#include "blackbox/support/recording_file.h"
 #include "tests/replay/taped_session.h"
-#include "tools/blackbox/recording_file.h"
 
 #include <cstdint>
 #include <iostream>

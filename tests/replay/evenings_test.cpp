@@ -1,6 +1,6 @@
 // What the receiver does today in sessions that were recorded long ago.
+#include "blackbox/support/recording_file.h"
 #include "tests/replay/evenings.h"
-#include "tools/blackbox/recording_file.h"
 #include "tools/replay/agreement.h"
 #include "tools/replay/replay_text.h"
 

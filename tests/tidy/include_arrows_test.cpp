@@ -25,13 +25,14 @@ const std::map<std::string, Modules>& arrows() {
     }();
     static const Modules replays = [] {
         Modules modules = everywhere;
-        modules.insert(modules.end(), {"blackbox", "platform/recorded", "app", "tools", "tests"});
+        modules.insert(modules.end(), {"blackbox", "blackbox/support", "platform/recorded", "app", "tools", "tests"});
         return modules;
     }();
     static const Modules processes{"base", "blackbox", "tests/interop"};
     static const std::map<std::string, Modules> table{
         {"base", {}},
         {"blackbox", {"base"}},
+        {"blackbox/support", {"base", "blackbox", "seal"}},
         {"platform/api", {"base"}},
         {"platform/portable", ground},
         {"platform/posix", ground},
@@ -49,11 +50,12 @@ const std::map<std::string, Modules>& arrows() {
         {"simulator", ground},
         {"remote", {"base", "platform/api", "seal"}},
         {"app",
-         {"base", "blackbox", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/macos",
-          "platform/qt", "platform/recorded", "seal", "model"}},
+         {"base", "blackbox", "blackbox/support", "platform/api", "platform/portable", "platform/posix",
+          "platform/linux", "platform/macos", "platform/qt", "platform/recorded", "seal", "model"}},
         {"tools",
-         {"base", "blackbox", "platform/api", "platform/portable", "platform/posix", "platform/linux", "platform/macos",
-          "platform/recorded", "platform/virtual", "seal", "client_link", "model", "app", "simulator", "remote"}},
+         {"base", "blackbox", "blackbox/support", "platform/api", "platform/portable", "platform/posix",
+          "platform/linux", "platform/macos", "platform/recorded", "platform/virtual", "seal", "client_link", "model",
+          "app", "simulator", "remote"}},
         {"web", {"base", "platform/api", "platform/posix", "platform/linux", "seal"}},
         {"tests", everywhere},
         {"tests/replay", replays},

@@ -1,6 +1,9 @@
 // lumbrine-blackbox: reads what a receiver recorded.
-#include "app/blackbox_setting.h"
 #include "app/check_answer.h"
+#include "app/support_report.h"
+#include "blackbox/support/recording_file.h"
+#include "blackbox/support/redaction.h"
+#include "blackbox/support/report.h"
 #include "model/state/configuration.h"
 #include "platform/linux/linux_system_info.h"
 #include "platform/linux/local_questions.h"
@@ -10,9 +13,6 @@
 #include "tools/blackbox/blackbox_arguments.h"
 #include "tools/blackbox/facts.h"
 #include "tools/blackbox/pcap.h"
-#include "tools/blackbox/recording_file.h"
-#include "tools/blackbox/redaction.h"
-#include "tools/blackbox/report.h"
 #include "tools/blackbox/show.h"
 #include "tools/blackbox/statistics.h"
 #include "tools/replay/replay_text.h"
@@ -24,18 +24,6 @@ namespace lumbrine::blackbox {
 namespace {
 
 constexpr Duration lookInterval = seconds(0.5); // with --follow
-
-// Where the receiver of this user records.
-std::filesystem::path usualPath() {
-    const LinuxSystemInfo system;
-    const auto setting = blackboxSetting(system.environment("LUMBRINE_BLACKBOX"), system.stateFolder());
-    const std::filesystem::path path =
-        setting ? setting->path : blackboxSetting(std::nullopt, system.stateFolder())->path;
-    // Older service managers keep the state of a user's services among the settings.
-    const auto home = system.environment("HOME");
-    const std::filesystem::path ofService = std::filesystem::path(home.value_or("")) / ".config/lumbrine/blackbox";
-    return !exists(path) && exists(ofService) ? ofService : path;
-}
 
 int complain(const std::filesystem::path& path, const std::string& what) {
     std::fprintf(stderr, "lumbrine-blackbox: %s %s\n", path.c_str(), what.c_str());
@@ -122,7 +110,7 @@ std::string diagnosisNow() {
 
 int run(const BlackboxArguments& arguments) {
     const std::filesystem::path path =
-        arguments.recording.empty() ? usualPath() : std::filesystem::path(arguments.recording);
+        arguments.recording.empty() ? recordingPath(LinuxSystemInfo()) : std::filesystem::path(arguments.recording);
     const auto ring = load(path, arguments);
     if (!ring) return complain(path, ring.error());
     switch (arguments.command) {

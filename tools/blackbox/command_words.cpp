@@ -114,13 +114,8 @@ std::string hexOf(ByteView bytes) {
     return text;
 }
 
-ByteView messageOf(ByteView datagram) {
-    const auto sealed = seal::splitTrailer(datagram);
-    return sealed ? sealed->message : datagram;
-}
-
 DatagramWords clientWords(ByteView datagram) {
-    const ByteView message = messageOf(datagram);
+    const ByteView message = seal::messageOf(datagram);
     if (isClientDatagram(message) && message[1] == takeOver) return {"take-over" + sealNote(datagram)};
     if (seal::clientHalfOf(message)) return {"hello, to open a session" + sealNote(datagram)};
     const auto command = parseClientCommand(message);
@@ -131,8 +126,8 @@ DatagramWords clientWords(ByteView datagram) {
 }
 
 DatagramWords receiverWords(ByteView datagram) {
-    if (seal::halvesOf(messageOf(datagram))) return {"session" + sealNote(datagram)};
-    const auto message = remote::parseReceiverMessage(messageOf(datagram));
+    if (seal::halvesOf(seal::messageOf(datagram))) return {"session" + sealNote(datagram)};
+    const auto message = remote::parseReceiverMessage(seal::messageOf(datagram));
     if (!message) return unknown(datagram);
     return {remote::lineOf(*message) + sealNote(datagram), std::visit(StripOfMessage{}, *message)};
 }

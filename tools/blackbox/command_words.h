@@ -13,9 +13,6 @@ struct DatagramWords {
     std::optional<int> strip = {}; // of a message about one strip, from 0
 };
 
-// Without the trailer of a sealed one.
-ByteView messageOf(ByteView datagram);
-
 DatagramWords clientWords(ByteView datagram);
 DatagramWords receiverWords(ByteView datagram);
 

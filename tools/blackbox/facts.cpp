@@ -56,7 +56,7 @@ std::string textOf(const std::vector<Fact>& facts) {
                     (vote == answer ? " times" : " times " + vote);
         if (!fact.votes.empty()) line += ")";
         text += line + "\n";
-        if (!fact.example.empty()) text += std::string(24, ' ') + "for example " + fact.example + "\n";
+        if (!fact.example.empty()) text.append(24, ' ').append("for example ").append(fact.example).append("\n");
     }
     return text;
 }

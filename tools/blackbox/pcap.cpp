@@ -1,7 +1,7 @@
 #include "tools/blackbox/pcap.h"
 
 #include "base/big_endian.h"
-#include "tools/blackbox/payload.h"
+#include "blackbox/payload.h"
 
 #include <algorithm>
 #include <optional>

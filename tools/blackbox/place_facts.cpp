@@ -1,9 +1,9 @@
 #include "tools/blackbox/place_facts.h"
 
+#include "blackbox/payload.h"
 #include "remote/receiver_message.h"
+#include "seal/seal_trailer.h"
 #include "simulator/short_name.h"
-#include "tools/blackbox/command_words.h"
-#include "tools/blackbox/payload.h"
 
 #include <algorithm>
 #include <utility>
@@ -59,7 +59,7 @@ void PlaceFacts::came(const TimedRecord& record) {
 
 void PlaceFacts::told(const TimedRecord& record) {
     if (record.record.payload.size() < sizeof(DatagramHead)) return;
-    const auto message = remote::parseReceiverMessage(messageOf(behind<DatagramHead>(record.record)));
+    const auto message = remote::parseReceiverMessage(seal::messageOf(behind<DatagramHead>(record.record)));
     if (!message) return;
     if (const auto* position = std::get_if<remote::BankPos>(&*message)) {
         if (std::exchange(offset, position->offset) != position->offset) fullNames.fill({});

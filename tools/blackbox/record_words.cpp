@@ -1,8 +1,8 @@
 #include "tools/blackbox/record_words.h"
 
+#include "blackbox/payload.h"
 #include "remote/terminal_text.h"
 #include "tools/blackbox/command_words.h"
-#include "tools/blackbox/payload.h"
 
 #include <algorithm>
 #include <array>

@@ -1,8 +1,8 @@
 #include "tools/blackbox/statistics.h"
 
+#include "blackbox/payload.h"
 #include "client_link/client_command.h"
 #include "tools/blackbox/hui_words.h"
-#include "tools/blackbox/payload.h"
 #include "tools/blackbox/record_words.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "tools/blackbox/timed_records.h"
 
-#include "tools/blackbox/payload.h"
+#include "blackbox/payload.h"
 
 #include <array>
 #include <cstdio>

@@ -1,8 +1,9 @@
 #include "tools/blackbox/wire_facts.h"
 
-#include "tools/blackbox/payload.h"
+#include "blackbox/payload.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace lumbrine::blackbox {
 

@@ -1,8 +1,8 @@
 #include "tools/replay/agreement.h"
 
+#include "blackbox/payload.h"
 #include "client_link/state_messages.h"
 #include "tools/blackbox/command_words.h"
-#include "tools/blackbox/payload.h"
 #include "tools/blackbox/record_words.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "tools/replay/played_midi.h"
 
-#include "tools/blackbox/payload.h"
+#include "blackbox/payload.h"
 
 #include <algorithm>
 

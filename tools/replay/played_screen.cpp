@@ -1,6 +1,6 @@
 #include "tools/replay/played_screen.h"
 
-#include "tools/blackbox/payload.h"
+#include "blackbox/payload.h"
 
 #include <charconv>
 

@@ -1,6 +1,6 @@
 #include "tools/replay/played_sockets.h"
 
-#include "tools/blackbox/payload.h"
+#include "blackbox/payload.h"
 #include "tools/blackbox/record_words.h"
 
 #include <algorithm>

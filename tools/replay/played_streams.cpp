@@ -1,6 +1,6 @@
 #include "tools/replay/played_streams.h"
 
-#include "tools/blackbox/payload.h"
+#include "blackbox/payload.h"
 
 #include <algorithm>
 #include <cerrno>

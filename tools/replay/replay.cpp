@@ -1,11 +1,11 @@
 #include "tools/replay/replay.h"
 
 #include "app/recorded_seams.h"
+#include "blackbox/payload.h"
 #include "blackbox/ring_writer.h"
 #include "model/receiver_model.h"
 #include "platform/portable/nlohmann_json.h"
 #include "platform/recorded/recorder.h"
-#include "tools/blackbox/payload.h"
 #include "tools/replay/played_computer.h"
 #include "tools/replay/played_midi.h"
 #include "tools/replay/played_screen.h"

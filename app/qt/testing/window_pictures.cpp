@@ -150,9 +150,10 @@ private:
         AboutBox about(aboutText({.version = "0.1.0",
                                   .systemName = "Linux",
                                   .checks = diagnosis(state, HostSystem::linuxDesktop, text),
-                                  .log = {}},
+                                  .log = {},
+                                  .recorded = true},
                                  text),
-                       nullptr);
+                       {}, nullptr);
         take(about, "about");
         ConnectBox phone(connectText(state, {state.localIP, "10.0.0.5"}, "http://192.168.1.23:52780/#key", text), {},
                          nullptr);

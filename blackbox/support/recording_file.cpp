@@ -1,4 +1,4 @@
-#include "tools/blackbox/recording_file.h"
+#include "blackbox/support/recording_file.h"
 
 #include "blackbox/format.h"
 #include "blackbox/ring_header.h"

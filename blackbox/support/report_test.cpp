@@ -1,5 +1,5 @@
+#include "blackbox/support/report.h"
 #include "blackbox/testing/memory_ring.h"
-#include "tools/blackbox/report.h"
 
 namespace lumbrine::blackbox {
 namespace {

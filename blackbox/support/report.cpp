@@ -1,8 +1,8 @@
-#include "tools/blackbox/report.h"
+#include "blackbox/support/report.h"
 
 #include "blackbox/ring_reader.h"
 #include "blackbox/ring_writer.h"
-#include "tools/blackbox/redaction.h"
+#include "blackbox/support/redaction.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,10 +1,9 @@
-#include "tools/blackbox/redaction.h"
+#include "blackbox/support/redaction.h"
 
+#include "blackbox/payload.h"
 #include "blackbox/ring_reader.h"
+#include "blackbox/support/pseudonyms.h"
 #include "seal/seal_trailer.h"
-#include "tools/blackbox/command_words.h"
-#include "tools/blackbox/payload.h"
-#include "tools/blackbox/pseudonyms.h"
 
 #include <algorithm>
 #include <cctype>
@@ -31,7 +30,7 @@ struct Texts {
 };
 
 void findInDatagram(MutableBytes datagram, Texts& texts) {
-    const std::size_t size = messageOf(datagram).size();
+    const std::size_t size = seal::messageOf(datagram).size();
     const MutableBytes message = datagram.first(size);
     if (size < 3 || message[0] != 1) return;
     if (message[1] == 0x10 || message[1] == 0x18) texts.names.push_back(message.subspan(3)); // TrackName, FullName
@@ -190,7 +189,7 @@ private:
     static void clearSeal(MutableBytes payload) {
         if (payload.size() < sizeof(DatagramHead)) return;
         const MutableBytes datagram = payload.subspan(sizeof(DatagramHead));
-        if (messageOf(datagram).size() < datagram.size())
+        if (seal::messageOf(datagram).size() < datagram.size())
             std::ranges::fill(datagram.last(std::tuple_size_v<seal::Seal>), 0);
     }
 

@@ -1,4 +1,4 @@
-#include "tools/blackbox/pseudonyms.h"
+#include "blackbox/support/pseudonyms.h"
 
 #include "blackbox/format.h"
 

@@ -1,5 +1,5 @@
+#include "blackbox/support/recording_file.h"
 #include "blackbox/testing/memory_ring.h"
-#include "tools/blackbox/recording_file.h"
 
 #include <unistd.h>
 
