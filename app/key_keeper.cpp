@@ -13,6 +13,7 @@ namespace {
 
 std::vector<PairingKey> withoutNames(const std::vector<seal::NamedKey>& named) {
     std::vector<PairingKey> keys;
+    keys.reserve(named.size());
     for (const seal::NamedKey& each : named)
         keys.push_back(each.key);
     return keys;
@@ -86,6 +87,7 @@ KeysPage KeyKeeper::page() const {
     const auto there = model.lock();
     const std::vector<TimePoint> uses = there ? there->lastUsesOfKeys() : std::vector<TimePoint>();
     std::vector<KeyUse> keys;
+    keys.reserve(told.size());
     for (std::size_t i = 0; i < told.size(); ++i)
         keys.push_back({told[i], i < uses.size() ? uses[i] : distantPast});
     return keysPage(keys, there ? there->pairedMode() : PairedMode{}, runtime.now(), text);

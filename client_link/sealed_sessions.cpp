@@ -191,6 +191,7 @@ std::optional<SealedSessions::Loss> SealedSessions::lossFrom(std::string_view ad
 
 std::vector<TimePoint> SealedSessions::lastUses() const {
     std::vector<TimePoint> uses;
+    uses.reserve(keys.size());
     for (const Key& key : keys)
         uses.push_back(key.lastUse);
     return uses;

@@ -90,7 +90,8 @@ std::string ScriptRunner::failureOf(const Expectation& expectation) const {
     const std::string last = lastOfKind.empty() ? text("nothing of the kind came", "該当する行はありませんでした")
                                                 : text("the last was: ", "最後の行: ") + lastOfKind;
     const std::string refusal = linkLine.empty() || linkLine == "state connected" ? "" : "; " + linkLine;
-    const std::string time = inWords(script.timeout), wanted = expectation.text();
+    const std::string time = inWords(script.timeout);
+    const std::string& wanted = expectation.text();
     return text("not met within " + time + ": ", time + " 以内に満たされませんでした: ") + wanted + " (" + last +
            refusal + ")";
 }

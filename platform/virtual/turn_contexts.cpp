@@ -4,6 +4,7 @@
 #include <ucontext.h>
 #include <unistd.h>
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <new>
@@ -47,7 +48,7 @@ struct Turn::Flow {
 
 // `makecontext` hands over numbers of the size of int only.
 void Turn::Flow::run(unsigned high, unsigned low) {
-    auto& flow = *reinterpret_cast<Flow*>(std::uintptr_t{high} << 32 | low);
+    auto& flow = *std::bit_cast<Flow*>(std::uintptr_t{high} << 32 | low);
     flow.body();
     ::setcontext(flow.afterEnd);
 }
