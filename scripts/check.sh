@@ -30,5 +30,6 @@ echo '== clang-tidy'
 # Only the product and the tools. Tests, fuzzers and benchmarks have to pass the compilers' warnings, but not
 # clang-tidy. Nothing but the sanitizers' builds and a Mac's compiles turn_threads.cpp.
 scripts/build.sh tidy "$jobs" --target lumbrine_common_headers lumbrine_generated_sources
-git ls-files '*.cpp' | grep -vE '(_test\.cpp$|^(tests|fuzz|benchmarks)/|^platform/macos/|/turn_threads\.cpp$|/testing/)' |
+git ls-files '*.cpp' |
+    grep -vE '(_test\.cpp$|^(tests|fuzz|benchmarks)/|^platform/macos/|/turn_threads\.cpp$|/testing/)' |
     xargs /usr/bin/python3 scripts/tidy.py build/tidy "$jobs"

@@ -167,13 +167,18 @@ TEST(ReceiverShellInJapanese, KeepsItsLanguageWhateverBecomesOfTheEnvironment) {
     qunsetenv("LANGUAGE");
 }
 
+void clickTheButtonThatSays(const QWidget& box, const QString& text) {
+    for (auto* button : box.findChildren<QAbstractButton*>())
+        if (button->text() == text) return button->click();
+    ADD_FAILURE() << "no button says " << text.toStdString();
+}
+
 TEST_F(ReceiverShellTest, CopiesAReportWithVersionChecksAndLog) {
     desk.open();
     buttonNamed(window(), "About Lumbrine")->click();
     const auto boxes = childrenOf<AboutBox>(window());
     ASSERT_THAT(boxes, SizeIs(1));
-    for (auto* button : boxes.front()->findChildren<QAbstractButton*>())
-        if (button->text() == "Copy report") button->click();
+    clickTheButtonThatSays(*boxes.front(), "Copy report");
     const std::string report = QGuiApplication::clipboard()->text().toStdString();
     EXPECT_THAT(report, testing::StartsWith("Lumbrine "));
     EXPECT_THAT(report, testing::HasSubstr("✓ Network port: UDP port 52700 is open.\n"));
@@ -189,7 +194,7 @@ TEST_F(ReceiverShellTest, SavesAReportToTheChosenFileAndSaysWhyItCannot) {
             done(std::unexpected(file + " has no room"));
         },
         nullptr);
-    buttonNamed(box, "Save report…")->click();
+    clickTheButtonThatSays(box, "Save report…");
     const auto dialogs = childrenOf<QFileDialog>(box);
     ASSERT_THAT(dialogs, SizeIs(1));
     Q_EMIT dialogs.front()->fileSelected("/tmp/evening.blackbox");
@@ -197,11 +202,6 @@ TEST_F(ReceiverShellTest, SavesAReportToTheChosenFileAndSaysWhyItCannot) {
     const auto messages = childrenOf<QMessageBox>(box);
     ASSERT_THAT(messages, SizeIs(1));
     EXPECT_EQ(messages.front()->text(), "The report was not saved:\n/tmp/evening.blackbox has no room");
-}
-
-TEST_F(ReceiverShellTest, OffersNoReportWhereNothingIsRecorded) {
-    const AboutBox box(aboutText({}, Bilingual(false)), {}, nullptr);
-    EXPECT_EQ(buttonNamed(box, "Save report…"), nullptr);
 }
 
 TEST_F(ReceiverShellTest, ShowsACodeForThePhoneAndTheAddressWithItsPort) {

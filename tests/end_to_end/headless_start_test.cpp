@@ -118,7 +118,7 @@ TEST(HeadlessStart, WritesEachLineIntoAPipeAtOnce) {
 TEST(HeadlessStart, AnswersQuestionsAboutItself) {
     const CommandResult help = runCommand({headlessProgram, "--help"});
     EXPECT_EQ(help.status, 0);
-    EXPECT_THAT(help.output, StartsWith("Usage: lumbrine-headless [--check | --pair "));
+    EXPECT_THAT(help.output, StartsWith("Usage: lumbrine-headless [--check [--save FILE] | --pair "));
     for (const char* variable :
          {"QV_PORT", "QV_NO_BONJOUR", "LUMBRINE_CLIENTS", "QV_DEBUG", "LUMBRINE_BLACKBOX", "LANGUAGE"})
         EXPECT_THAT(help.output, HasSubstr(variable));
