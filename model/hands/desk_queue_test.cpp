@@ -1,4 +1,5 @@
 // Whose turn it is, and what the client's hands get meanwhile.
+#include "model/testing/banking_host.h"
 #include "model/testing/model_test.h"
 
 namespace lumbrine {
