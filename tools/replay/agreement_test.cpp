@@ -27,7 +27,8 @@ struct TwoLogs {
 TEST(Agreement, CountsWhatIsTheSameInItsOrder) {
     const std::vector<std::string> before{"a", "b", "c", "d"};
     const std::vector<std::string> after{"a", "c", "x", "d"};
-    const auto lanes = agreements(TwoLogs(before, after).replay);
+    const TwoLogs logs(before, after); // the lanes have views into it
+    const auto lanes = agreements(logs.replay);
 
     ASSERT_EQ(lanes.size(), 1U);
     EXPECT_EQ(lanes[0].lane, "log");
