@@ -16,6 +16,7 @@
 #include "platform/posix/run_loop.h"
 
 #include <cstdio>
+#include <expected>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -93,38 +94,24 @@ CheckAnswer askOrLook(const MIDIBackend& backend, const LinuxSystemInfo& system,
     return {.anyWrong = isAnyWrong(checks), .announcedAs = {}, .list = listed(checks)};
 }
 
-struct Findings {
-    std::string list;
-    bool anyWrong = false;
-};
+} // namespace
 
-Findings findings(const LinuxSystemInfo& system, const Bilingual& text) {
+int checkAndPrint(const std::string& report) {
     const MIDIBackend backend;
+    const LinuxSystemInfo system;
+    const Bilingual text(prefersJapanese(system.preferredLanguages()));
     const CheckAnswer answer = askOrLook(backend, system, text);
     std::vector<Check> around =
         networkChecks({.announcedAs = answer.announcedAs, .found = receiversOnTheNetwork()}, text);
     around.push_back(gatewayCheck(gatewayFacts(system), text));
     if (const auto firewall = activeFirewall())
         around.push_back(firewallCheck(*firewall, Configuration::read(system).port, text));
-    return {.list = answer.list + listed(around), .anyWrong = answer.anyWrong || isAnyWrong(around)};
-}
-
-} // namespace
-
-int checkAndPrint() {
-    const LinuxSystemInfo system;
-    const Findings found = findings(system, Bilingual(prefersJapanese(system.preferredLanguages())));
-    std::fputs(found.list.c_str(), stdout);
-    return found.anyWrong ? 1 : 0;
-}
-
-int checkAndSave(const std::string& file) {
-    const LinuxSystemInfo system;
-    const Findings found = findings(system, Bilingual(prefersJapanese(system.preferredLanguages())));
-    std::fputs(found.list.c_str(), stdout);
-    const auto saved = saveSupportReport(recordingPath(system), file, found.list);
+    const std::string list = answer.list + listed(around);
+    std::fputs(list.c_str(), stdout);
+    const auto saved =
+        report.empty() ? std::expected<void, std::string>() : saveSupportReport(recordingPath(system), report, list);
     if (!saved) std::fprintf(stderr, "lumbrine-headless: %s\n", saved.error().c_str());
-    return found.anyWrong || !saved ? 1 : 0;
+    return answer.anyWrong || isAnyWrong(around) || !saved ? 1 : 0;
 }
 
 } // namespace lumbrine

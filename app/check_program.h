@@ -5,10 +5,8 @@
 
 namespace lumbrine {
 
-// Prints the list of checks. Returns the exit status: 0 when nothing is wrong, else 1. Takes less than three seconds.
-int checkAndPrint();
-
-// The same, and writes the file for those who help. Where that fails, prints why, and returns 1.
-int checkAndSave(const std::string& file);
+// Prints the list of checks, and writes the file for those who help where `report` names one. Returns the exit status:
+// 0 when nothing is wrong, else 1, also when the file cannot be written. The checks take less than three seconds.
+int checkAndPrint(const std::string& report = {});
 
 } // namespace lumbrine

@@ -159,7 +159,7 @@ int main(int count, char** arguments) {
     const std::string_view asked = given.size() > 1 ? given[1] : "";
     if (asked == "--check" && given.size() == 2) return checkAndPrint();
     if (asked == "--check" && given.size() == 4 && std::string_view(given[2]) == "--save")
-        return checkAndSave(given[3]);
+        return checkAndPrint(given[3]);
     if (asked == "--pair" && given.size() <= 3) return pairAndPrint(given.size() == 3 ? given[2] : "");
     if (asked == "--forget" && given.size() == 3) return forgetAndPrint(given[2]);
     if (asked == "--forget-all" && given.size() == 2) return forgetAllAndPrint();

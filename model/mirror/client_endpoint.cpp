@@ -100,8 +100,7 @@ void ClientEndpoint::noteStranger() {
         published.health.strangers = udp->strangers();
         published.changed();
     });
-    log.sayOnceAMinute("⚠️ A client without a key was not let in (LUMBRINE_CLIENTS)",
-                       "⚠️ 鍵のないクライアントを拒否しました（LUMBRINE_CLIENTS）");
+    log.sayOnceAMinute("⚠️ A client without a key was not let in", "⚠️ 鍵のないクライアントを拒否しました");
 }
 
 void ClientEndpoint::advertise() {

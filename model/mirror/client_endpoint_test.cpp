@@ -2,6 +2,7 @@
 #include "client_link/testing/datagrams.h"
 #include "model/mirror/client_endpoint.h"
 #include "model/testing/model_test.h"
+#include "platform/virtual/toy_secrets.h"
 
 namespace lumbrine {
 namespace {
@@ -68,6 +69,21 @@ TEST_F(ClientEndpointTest, OpensNoPortForPairedClientsWhereNobodyCanProveAKey) {
     EXPECT_EQ(handled, 0);
     EXPECT_EQ(published.health.udp.state, LinkHealth::State::down);
     EXPECT_THAT(lines, testing::Contains(testing::HasSubstr("LUMBRINE_CLIENTS=paired needs keys")));
+    paired.close();
+}
+
+TEST_F(ClientEndpointTest, LogsThatItLetsInNobodyWithoutAKey) {
+    computer.variables = {{"LUMBRINE_CLIENTS", "paired"}};
+    ToySecrets secrets{1};
+    ClientEndpoint paired{jobs,     published, world.network.host("192.168.1.2"),
+                          computer, computer,  Configuration::read(computer),
+                          log,      &secrets};
+    int handled = 0;
+    paired.startUDPAndBonjour([&handled](ByteView, const Sender&) { ++handled; });
+    phone.send(touch);
+    world.runtime.runUntilIdle();
+    EXPECT_EQ(handled, 0);
+    EXPECT_THAT(lines, testing::Contains("⚠️ A client without a key was not let in"));
     paired.close();
 }
 
